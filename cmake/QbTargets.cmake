@@ -1,0 +1,54 @@
+# Shared target settings: every room's library, test and benchmark is declared through these.
+
+include_guard(GLOBAL)
+
+# Language level, warnings, visibility and sanitizers for one of the project's own targets.
+function(qb_target_defaults target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  if(QB_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# qb_add_library(name [STATIC|SHARED] source...): one room's library; includes are rooted at the repository.
+function(qb_add_library name)
+  add_library(${name} ${ARGN})
+  qb_target_defaults(${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+endfunction()
+
+# qb_add_test(name SOURCES ... LIBS ...): a GoogleTest program that ctest runs once.
+function(qb_add_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  qb_target_defaults(${name})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock_main)
+  add_test(NAME ${name} COMMAND ${name})
+endfunction()
+
+# qb_add_benchmark(name SOURCES ... LIBS ...): a Google Benchmark program, built by `./dev bench`.
+function(qb_add_benchmark name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  qb_target_defaults(${name})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} benchmark::benchmark_main)
+endfunction()
+
+# qb_add_fuzzer(name SOURCES ... LIBS ...): a libFuzzer target (clang only), run by `./dev fuzz`.
+function(qb_add_fuzzer name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  qb_target_defaults(${name})
+  target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS})
+endfunction()
