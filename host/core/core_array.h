@@ -1,0 +1,81 @@
+#pragma once
+
+#include <memory>
+#include <new>
+#include <utility>
+
+/// Read-only view of the elements that an array or a vector holds: a pointer and a 32-bit count.
+/// It owns nothing and is only handed out by reference.
+template <class T>
+class CoreBasicArray {
+public:
+    unsigned int get_count() const { return count; }
+    bool is_empty() const { return count == 0; }
+    const T* get_data() const { return data; }
+    /// Element `index`; `index` must be below the count.
+    const T& operator[](unsigned int index) const { return data[index]; }
+    const T* begin() const { return data; }
+    const T* end() const { return data + count; }
+
+protected:
+    CoreBasicArray() = default;
+    ~CoreBasicArray() = default;
+    CoreBasicArray(const CoreBasicArray&) = delete;
+    CoreBasicArray& operator=(const CoreBasicArray&) = delete;
+
+    static T* allocate(unsigned int capacity) {
+        return static_cast<T*>(::operator new(sizeof(T) * capacity, std::align_val_t(alignof(T))));
+    }
+    static void release(T* storage) { ::operator delete(storage, std::align_val_t(alignof(T))); }
+
+    void swap_elements(CoreBasicArray& other) {
+        std::swap(data, other.data);
+        std::swap(count, other.count);
+    }
+
+    T* data = nullptr;
+    unsigned int count = 0;
+};
+
+/// Owning array of a fixed count that `resize` replaces; storage is always exactly as long as the count.
+template <class T>
+class CoreArray : public CoreBasicArray<T> {
+    using Base = CoreBasicArray<T>;
+
+public:
+    CoreArray() = default;
+    explicit CoreArray(unsigned int count) { resize(count); }
+    CoreArray(const CoreArray& other) {
+        this->data = other.count ? Base::allocate(other.count) : nullptr;
+        std::uninitialized_copy(other.begin(), other.end(), this->data);
+        this->count = other.count;
+    }
+    CoreArray(CoreArray&& other) noexcept { this->swap_elements(other); }
+    CoreArray& operator=(CoreArray other) noexcept {
+        this->swap_elements(other);
+        return *this;
+    }
+    ~CoreArray() { remove_all(); }
+
+    using Base::operator[];
+    using Base::get_data;
+    T& operator[](unsigned int index) { return this->data[index]; }
+    T* get_data() { return this->data; }
+
+    void remove_all() {
+        std::destroy(this->data, this->data + this->count);
+        Base::release(this->data);
+        this->data = nullptr;
+        this->count = 0;
+    }
+
+    /// Discards every element and makes the array exactly `new_count` value-initialised elements long.
+    void resize(unsigned int new_count) {
+        remove_all();
+        if (new_count == 0)
+            return;
+        this->data = Base::allocate(new_count);
+        std::uninitialized_value_construct_n(this->data, new_count);
+        this->count = new_count;
+    }
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "host/core/core_hash.h"
+
+/// A constant text: NUL-terminated characters, their count without the NUL, and their Jenkins hash.
+/// Constant-initialised from a literal, so it is usable before any start-up code runs.
+struct CoreStringView {
+    const char* data;
+    unsigned int length;
+    unsigned int hash;
+
+    template <unsigned int N>
+    static constexpr CoreStringView from_literal(const char (&text)[N]) {
+        return {text, N - 1, CoreHash::generate_jenkins(text, N - 1)};
+    }
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include "host/core/core_string.h"
+#include "host/host_export.h"
+
+class ParserEntry;
+
+/// Entries in file order; several may bear the same name.
+class HOST_API ParserGroup {
+public:
+    explicit ParserGroup(ParserGroup* parent);
+    ~ParserGroup();
+    ParserGroup(const ParserGroup&) = delete;
+    ParserGroup& operator=(const ParserGroup&) = delete;
+
+    ParserGroup* get_parent() const;
+    unsigned int get_entry_count() const;
+    /// Entry at a position; null past the end.
+    ParserEntry* get_entry(const unsigned int& index);
+    const ParserEntry* get_entry(const unsigned int& index) const;
+    /// First entry of exactly that name; null when there is none.
+    ParserEntry* find_entry(const CoreBasicString& name);
+    const ParserEntry* find_entry(const CoreBasicString& name) const;
+    /// Appends an entry without values. The two numbers are the entry's position in a source text (line and
+    /// column from 1; 0 and 0 for an entry made in memory).
+    ParserEntry* add_entry(const CoreString& name, const unsigned long& line, const unsigned long& column);
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};

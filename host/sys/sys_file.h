@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "host/core/core_string.h"
+#include "host/host_export.h"
+
+/// A file opened for reading or writing. What is written replaces the file at `path` as a whole when the file
+/// is closed; until then, and when anything failed, the old file (or none) stays.
+class HOST_API SysFile {
+public:
+    enum Mode { MODE_READ = 0, MODE_WRITE = 1 };
+
+    /// `type` 0: bytes as they are.
+    SysFile(const CoreString& path, Mode mode, int type);
+    ~SysFile(); ///< Closes; a write that was never closed successfully leaves the old file.
+    SysFile(const SysFile&) = delete;
+    SysFile& operator=(const SysFile&) = delete;
+
+    bool is_opened() const;
+    /// Count of bytes written: all of `text`, or -1 when they could not be written whole.
+    long long write(const CoreString& text);
+    /// The next `count` bytes at most, fewer at the end of the file; empty on failure.
+    CoreString read(unsigned int count);
+    /// Finishes the file. False when it could not be finished; the old file is then untouched.
+    bool close();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
