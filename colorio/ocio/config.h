@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+/// Empty configuration of version 1 with the search path ".", so that 1.x rules and CDL arithmetic apply.
+ConfigRcPtr create_config();
+/// Reads a configuration under the classic locale. A version that the library is too old for is reported as
+/// such, with both versions.
+ConstConfigRcPtr create_config_from_file(const char* path);
+/// Reads the configuration that the environment variable OCIO names.
+ConstConfigRcPtr create_config_from_env();
+ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config);
+void set_working_dir(const ConfigRcPtr& config, const char* folder);
+const char* get_working_dir(const ConstConfigRcPtr& config);
+
+/// Throws with the reason when the configuration cannot be used. Version 1 is judged by the 1.x rules,
+/// version 2 by the library.
+void sanity_check(const ConstConfigRcPtr& config);
+unsigned int get_major_version(const ConstConfigRcPtr& config);
+
+/// Colour spaces to publish: all of a version 1 configuration, the active ones of version 2.
+int get_num_color_spaces(const ConstConfigRcPtr& config);
+const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int index);
+/// By name or role, case ignored; null when unknown. A configuration without strict parsing answers the
+/// space of the default role for unknown names.
+ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char* name);
+/// Adds a copy of `space`, in place of the space of the same name (any case).
+void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space);
+void clear_color_spaces(const ConfigRcPtr& config);
+
+int get_num_displays(const ConstConfigRcPtr& config);
+const char* get_display(const ConstConfigRcPtr& config, int index);
+const char* get_default_display(const ConstConfigRcPtr& config);
+/// Views of a display, shared ones included.
+int get_num_views(const ConstConfigRcPtr& config, const char* display);
+const char* get_view(const ConstConfigRcPtr& config, const char* display, int index);
+const char* get_default_view(const ConstConfigRcPtr& config, const char* display);
+/// Colour space that the view shows; empty when display or view is unknown or empty.
+std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
+                                         const char* view);
+/// Adds or replaces a view.
+void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
+                 const char* looks);
+void clear_displays(const ConfigRcPtr& config);
+
+/// Name of the colour space that plays `role`; empty when the configuration does not define the role.
+std::string get_role_color_space(const ConstConfigRcPtr& config, const char* role);
+
+} // namespace ocio

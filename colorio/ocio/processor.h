@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "colorio/ocio/transform.h"
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+/// Interleaved float pixels: `channels` per pixel, rows without padding, row by row.
+struct PackedImageDesc {
+    float* data;
+    long width;
+    long height;
+    long channels; ///< 3 or more; the first three are red, green, blue, the fourth alpha, the rest stay as
+                   ///< they are.
+};
+
+/// One float plane per channel; `alpha` may be null.
+struct PlanarImageDesc {
+    float* red;
+    float* green;
+    float* blue;
+    float* alpha;
+    long width;
+    long height;
+};
+
+enum GpuLanguage { GPU_LANGUAGE_GLSL_1_0, GPU_LANGUAGE_GLSL_1_3 };
+
+/// What the shader text is generated for.
+struct GpuShaderDesc {
+    GpuLanguage language;
+    const char* function_name;
+    int lut_3d_edge_len; ///< The table is a cube of edge_len^3 RGB floats.
+};
+
+/// One conversion, immutable: holders share it, several threads may apply it at once.
+class Processor {
+public:
+    virtual ~Processor() = default;
+
+    virtual bool is_no_op() const = 0;
+    virtual void apply(const PackedImageDesc& image) const = 0;
+    virtual void apply(const PlanarImageDesc& image) const = 0;
+    /// Converts one pixel of four floats: red, green, blue, alpha.
+    virtual void apply_rgba(float* pixel) const = 0;
+
+    /// A function `vec4 NAME(in vec4 inPixel, const sampler3D lut3d)` that converts one pixel; it samples
+    /// `lut3d` once where it needs the table, as "= texture3D(lut3d, ...)".
+    virtual std::string get_gpu_shader_text(const GpuShaderDesc& desc) const = 0;
+    /// Fills lut[edge^3 * 3] for that text, red fastest; all zeros when the text does not need it.
+    virtual void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const = 0;
+};
+
+using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
+
+/// Conversion between two colour spaces or roles. Throws when a name is unknown, a file is missing or
+/// damaged, or the transforms of the configuration form a cycle (the message names its members).
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
+                                  const char* destination);
+/// Conversion from a colour space to a view of a display.
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform);
+
+} // namespace ocio
