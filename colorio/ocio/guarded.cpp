@@ -1,0 +1,14 @@
+#include "colorio/ocio/guarded.h"
+
+namespace ocio {
+
+void rethrow_as_ocio_exception() {
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        const char* text = error.what();
+        throw Exception(text && *text ? text : "the colour library failed without giving a reason");
+    }
+}
+
+} // namespace ocio

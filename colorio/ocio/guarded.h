@@ -1,0 +1,26 @@
+#pragma once
+
+#include <exception>
+
+#include "colorio/ocio/classic_locale.h"
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+/// Throws the exception being handled as ocio::Exception, with a text that is never empty. To be called
+/// inside a catch block.
+[[noreturn]] void rethrow_as_ocio_exception();
+
+/// Runs `call` under the classic locale. What it throws arrives as ocio::Exception, also when the library let
+/// a foreign exception through (its YAML reader, a regular expression, a standard container).
+template <typename Call>
+decltype(auto) guarded(Call&& call) {
+    const ClassicLocale locale;
+    try {
+        return call();
+    } catch (const std::exception&) {
+        rethrow_as_ocio_exception();
+    }
+}
+
+} // namespace ocio

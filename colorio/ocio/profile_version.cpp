@@ -1,0 +1,66 @@
+#include "colorio/ocio/profile_version.h"
+
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+namespace {
+
+constexpr std::string_view VERSION_KEY = "ocio_profile_version:";
+constexpr std::string_view DIGITS = "0123456789";
+/// More digits than any version has, few enough for an int.
+constexpr std::size_t MAX_VERSION_DIGITS = 6;
+
+using Version = std::pair<int, int>; // major, minor
+
+/// The number that `text` starts with, taken off it.
+std::optional<int> take_number(std::string_view& text) {
+    const std::size_t length = std::min(text.find_first_not_of(DIGITS), text.size());
+    if (length == 0 || length > MAX_VERSION_DIGITS)
+        return std::nullopt;
+    const int number = std::stoi(std::string(text.substr(0, length)));
+    text.remove_prefix(length);
+    return number;
+}
+
+/// "2", "2.4" or "2.1.2"; what follows the second number is ignored.
+std::optional<Version> parse_version(std::string_view text) {
+    const std::optional<int> major = take_number(text);
+    if (!major)
+        return std::nullopt;
+    if (text.substr(0, 1) != ".")
+        return Version(*major, 0);
+    text.remove_prefix(1);
+    return Version(*major, take_number(text).value_or(0));
+}
+
+std::optional<Version> read_profile_version(const char* path) {
+    std::ifstream file(path);
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.compare(0, VERSION_KEY.size(), VERSION_KEY) != 0)
+            continue;
+        const std::size_t start = line.find_first_not_of(" \t\"'", VERSION_KEY.size());
+        return start == std::string::npos ? std::nullopt : parse_version(line.c_str() + start);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string describe_newer_profile(const char* path) {
+    const std::optional<Version> profile = read_profile_version(path);
+    const std::optional<Version> supported = parse_version(get_version());
+    if (!profile || !supported || *profile <= *supported)
+        return {};
+    return std::string(path) + " is an OCIO " + std::to_string(profile->first) + "." +
+           std::to_string(profile->second) + " configuration and needs a newer colour library than " +
+           get_version();
+}
+
+} // namespace ocio
