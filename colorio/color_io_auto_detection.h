@@ -6,7 +6,6 @@
 
 class OfApp;
 class ParserEntry;
-class ParserFile;
 class ParserGroup;
 
 /// Answers which colour space an image of a given file extension is in. Rows of two tables, the built-in one
@@ -67,11 +66,14 @@ private:
         unsigned int find(const CoreString& file_format) const;
         void insert(unsigned int index, const CoreString& file_format, const CoreString& extension_list,
                     const CoreString& color_space);
+        void insert_before_last(const CoreString& file_format, const CoreString& extension_list,
+                                const CoreString& color_space);
+        /// Removes a row; an index past the end drops the last one.
         void remove(unsigned int index);
-        void remove_all();
     };
 
     bool read_mapping(const CoreString& path, const ParserGroup& root);
+    void set_table_in_force(bool from_file);
 
     OfApp* app;
     bool file_table_loaded = false;

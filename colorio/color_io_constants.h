@@ -14,3 +14,7 @@ inline constexpr char FROM_ENV[] = "FROM_ENV";
 inline constexpr char OCIO_VARIABLE[] = "OCIO";
 /// Temporary folder of the application that holds the generated LUT files.
 inline constexpr char LUT_FOLDER[] = "luts";
+/// Category that answers for every extension that no category lists. What its extension column holds is a
+/// label for the user and no extension.
+inline constexpr char FALLBACK_CATEGORY[] = "default";
+inline constexpr char FALLBACK_CATEGORY_EXTENSIONS[] = "Other";

@@ -8,10 +8,13 @@
 #include "host/core/core_string.h"
 #include "host/core/core_vector.h"
 
+class AddedCDLs;
+class CDLFileReader;
 class ColorSpaceNameIndex;
 class OfApp;
 class OfEnum;
 class ParserEntry;
+class ParserGroup;
 
 /// The process-wide owner of colour configuration: the built-in configuration, the one from a file or the
 /// environment, the one that holds the CDLs, and the names published from the active one.
@@ -84,6 +87,8 @@ public:
     static void destroy();
     bool init();
 
+    /// The host application; null in headless use.
+    OfApp* get_app() const { return app; }
     /// The active configuration, shared: a holder keeps a replaced one alive. Null before `init`.
     OCIO_NAMESPACE::ConstConfigRcPtr get_config() const;
     /// The configuration that holds one colour space per CDL.
@@ -165,6 +170,7 @@ public:
 
 private:
     bool build_from_file(const CoreString& path);
+    void forget_cached_files();
     static bool validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config);
     void create_enums();
     void settle_role_color_spaces();
@@ -175,15 +181,24 @@ private:
     bool write_lut_to_disk(const CoreString& path, const CoreArray<float>& values, float from, float to);
 
     bool update_enums_and_lists();
-    OCIO_NAMESPACE::ConstConfigRcPtr load_probe_config() const;
+    void publish_views();
+    struct ProbeConfig;
+    ProbeConfig load_probe_config() const;
+    void settle_role_color_space(int role, const ProbeConfig& probe);
     void settle_scene_linear_of_file_config();
     void settle_scene_linear_of_builtin_config();
     std::shared_ptr<const ColorSpaceNameIndex> get_name_index() const;
 
+    void read_records(const ParserGroup& group);
+    CoreString find_view_of_color_space(const CoreString& color_space) const;
+
     bool add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs);
+    bool add_custom_space(const CoreString& name, const OCIO_NAMESPACE::ConstColorSpaceRcPtr& space);
     unsigned int get_color_space_count() const { return tavelion_color_spaces.get_count(); }
 
     bool init_default_CDL_tavelion_config();
+    void append_builtin_CDL();
+    void add_custom_CDL(const ColorDecisionListDef& def, CDLFileReader& files);
     bool add_custom_CDLs_to_tavelion_config(const CoreVector<ColorDecisionListDef>& list);
     bool build_CDL_from_file(const CoreString& path);
     void update_CDL_enums_and_lists();
@@ -216,4 +231,6 @@ private:
 
     /// Answers look-ups in "color_space" without scanning; made anew when the enumeration changed.
     mutable std::shared_ptr<const ColorSpaceNameIndex> name_index;
+    /// What `cdl_config` holds, so that unchanged CDLs are not added again.
+    std::shared_ptr<AddedCDLs> added_cdls;
 };

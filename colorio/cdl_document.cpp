@@ -1,0 +1,82 @@
+#include "colorio/cdl_document.h"
+
+#include "colorio/color_io_log.h"
+
+namespace {
+
+using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
+
+/// Slope, offset and power of three components each, then saturation: one row of numbers.
+constexpr unsigned int NUMBER_COUNT = 10;
+constexpr unsigned int SATURATION_NUMBER = 9;
+
+float& get_number(ColorDecisionListDef& def, unsigned int index) {
+    if (index >= SATURATION_NUMBER)
+        return def.saturation;
+    float* const rows[] = {def.slope, def.offset, def.power};
+    return rows[index / 3][index % 3];
+}
+
+void read_numbers(const XmlNode& element, unsigned int first, unsigned int end, ColorDecisionListDef& def) {
+    unsigned int index = first;
+    for (const CoreString& word : CoreString(element.get_text(0)).split_word(" ")) {
+        if (index == end)
+            return;
+        get_number(def, index++) = static_cast<float>(word.to_double());
+    }
+}
+
+} // namespace
+
+ColorDecisionListDef make_identity_CDL() {
+    return {"", "", "", {1.0f, 1.0f, 1.0f}, {0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}, 1.0f, false};
+}
+
+XmlNode get_document_element(XmlNode top) {
+    while (!top.is_empty() && (!top.get_name() || CoreString(top.get_name()).start_with("xml")))
+        top = top.get_child(0);
+    return top;
+}
+
+XmlNode parse_CDL_document(const CoreString& path) {
+    const XmlNode top = XmlNode::parse_file_or_report(path.get_data());
+    if (top.is_empty())
+        log_message(LOG_ERROR, "XML Error with file '", path, "'.\n");
+    return get_document_element(top);
+}
+
+void log_missing_node(const char* element, const CoreString& path) {
+    log_message(LOG_ERROR, "Node '", element, "' not find in '", path, "'.\n");
+}
+
+bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
+                           ColorDecisionListDef& def) {
+    const bool give_up = missing == MissingElement::GIVE_UP;
+    const XmlNode sop = correction.get_child("SOPNode");
+    if (sop.is_empty()) {
+        log_missing_node("SOPNode", path);
+        if (give_up)
+            return false;
+    } else {
+        unsigned int first = 0;
+        for (const char* name : {"Slope", "Offset", "Power"}) {
+            const XmlNode element = sop.get_child(name);
+            if (!element.is_empty()) {
+                read_numbers(element, first, NUMBER_COUNT, def);
+            } else {
+                log_missing_node(name, path);
+                if (give_up)
+                    return false;
+            }
+            first += 3;
+        }
+    }
+    const XmlNode saturation = correction.get_child("SATNode").get_child("Saturation");
+    if (saturation.is_empty()) {
+        log_missing_node("Saturation", path);
+        return !give_up;
+    }
+    def.saturation = static_cast<float>(CoreString(saturation.get_text(0)).to_double());
+    def.is_builtin = false;
+    return true;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "colorio/color_io_converter.h"
+#include "colorio/ocio/processor.h"
+
+class ColorIOManager;
+
+struct ColorIOConverter::State {
+    bool configured = false; ///< The last configuration that got past the name checks has a processor.
+    bool bypass = true;      ///< The last configuration asked for no conversion.
+    ColorIOManager* manager = nullptr;
+    ocio::ConstProcessorRcPtr processor;
+};

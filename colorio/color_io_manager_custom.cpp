@@ -1,0 +1,127 @@
+#include "colorio/color_io.h"
+#include "colorio/color_io_cdl_transform.h"
+#include "colorio/color_io_constants.h"
+#include "colorio/color_io_log.h"
+#include "colorio/color_io_manager.h"
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/transform.h"
+#include "host/event/event_ids.h"
+#include "host/of/of_app.h"
+#include "host/sys/sys_filesystem.h"
+
+namespace {
+
+using ColorSpaceDef = ColorIOManager::ColorSpaceDef;
+
+ocio::ColorSpaceRcPtr make_named_space(const ColorSpaceDef& def) {
+    ocio::ColorSpaceRcPtr space = ocio::create_color_space();
+    ocio::set_name(space, def.name.get_data());
+    ocio::set_family(space, ColorIOManager::BUILTIN_FAMILY.data);
+    return space;
+}
+
+/// A colour space with the record's own depth and allocation.
+ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTransformRcPtr& transform) {
+    ocio::ColorSpaceRcPtr space = make_named_space(def);
+    ocio::set_bit_depth(space, static_cast<ocio::BitDepth>(def.bit_depth));
+    ocio::set_allocation(space, static_cast<ocio::Allocation>(def.allocation));
+    const int count = ocio::get_allocation(space) == ocio::ALLOCATION_LG2 ? 3 : 2;
+    ocio::set_allocation_vars(space, count, def.allocation_vars);
+    ocio::set_transform(space, transform, ocio::COLORSPACE_DIR_FROM_REFERENCE);
+    return space;
+}
+
+/// A colour space that grades in scene-linear: depth and allocation of the record do not matter.
+ocio::ColorSpaceRcPtr make_cdl_space(const ColorSpaceDef& def) {
+    ocio::ColorSpaceRcPtr space = make_named_space(def);
+    ocio::set_bit_depth(space, ocio::BIT_DEPTH_F32);
+    ocio::set_allocation(space, ocio::ALLOCATION_LG2);
+    const float variables[] = {-15.0f, 6.0f, 0.0f};
+    ocio::set_allocation_vars(space, 3, variables);
+    ocio::set_transform(space, read_CDL_transform(def.cdl_file, def.cccid),
+                        ocio::COLORSPACE_DIR_FROM_REFERENCE);
+    return space;
+}
+
+ocio::FileTransformRcPtr make_lut_transform(const ColorSpaceDef& def) {
+    ocio::FileTransformRcPtr transform = ocio::create_file_transform();
+    ocio::set_src(transform, def.lut_file.get_data());
+    ocio::set_interpolation(transform, ocio::INTERP_LINEAR);
+    return transform;
+}
+
+ocio::ColorSpaceRcPtr make_graded_lut_space(const ColorSpaceDef& def) {
+    ocio::GroupTransformRcPtr group = ocio::create_group_transform();
+    ocio::push_back(group, read_CDL_transform(def.cdl_file, def.cccid));
+    ocio::push_back(group, make_lut_transform(def));
+    return make_space(def, group);
+}
+
+/// The colour space of a record; null when it needs none or has errors, which are logged.
+ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def) {
+    if (def.is_builtin)
+        return nullptr;
+    const bool has_lut = !def.lut_file.is_empty() && SysFilesystem::file_exists(def.lut_file);
+    const bool has_cdl = !def.cdl_file.is_empty() && SysFilesystem::file_exists(def.cdl_file);
+    if (!has_cdl)
+        return has_lut ? make_space(def, make_lut_transform(def)) : nullptr;
+
+    ocio::ColorSpaceRcPtr space;
+    log_ocio_errors(
+        LOG_ERROR, [&] { space = has_lut ? make_graded_lut_space(def) : make_cdl_space(def); },
+        [&] {
+            log_message(LOG_ERROR,
+                        "Color Management: ", has_lut ? "the custom color space '" : "custom color space '",
+                        def.name, "' has errors and was ignored.\n");
+        });
+    return space;
+}
+
+} // namespace
+
+bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
+    for (const ColorSpaceDef& def : defs) {
+        const ocio::ColorSpaceRcPtr space = make_custom_space(def);
+        if (!space || !add_custom_space(def.name, space))
+            continue;
+        const CoreString label = CoreString(BUILTIN_FAMILY) + DISPLAY_SEPARATOR + def.name;
+        CoreString display, view;
+        if (get_display_view(label, display, view))
+            log_message(LOG_WARNING, "Color Management: duplicate display view '", label, "' was ignored.\n");
+        else
+            ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, def.name.get_data(), def.name.get_data(),
+                              "");
+    }
+    return validate_ocio_config(tavelion_config);
+}
+
+bool ColorIOManager::add_custom_space(const CoreString& name,
+                                      const OCIO_NAMESPACE::ConstColorSpaceRcPtr& space) {
+    return log_ocio_errors(
+        LOG_ERROR, [&] { ocio::add_color_space(tavelion_config, space); },
+        [&] {
+            log_message(LOG_ERROR, "Color Management: custom color space '", name,
+                        "' has errors and was ignored.\n");
+        });
+}
+
+void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
+    const CoreVector<ColorSpaceDef> records = defs; // `defs` may be the list that is emptied here.
+    tavelion_color_spaces.remove_all();
+    ocio::clear_color_spaces(tavelion_config);
+    ocio::clear_displays(tavelion_config);
+    display_view_names.remove_all();
+
+    init_default_tavelion_config();
+    set_default_color_space_name(app_uses_file_config());
+    add_custom_luts_to_tavelion_config(records);
+    tavelion_color_spaces = records;
+
+    const bool file_config_wanted = app_uses_file_config() && (!app->get_color_space_file_path().is_empty() ||
+                                                               file_config_path == FROM_ENV);
+    if (!file_config_wanted)
+        config = tavelion_config;
+    if (update_enums_and_lists())
+        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+}

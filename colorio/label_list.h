@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+#include "host/core/core_vector.h"
+#include "host/of/of_enum.h"
+
+/// Labels and values of an enumeration while it is put together; knows in constant time what it lists.
+struct LabelList {
+    CoreVector<CoreString> labels;
+    CoreVector<unsigned int> values;
+
+    /// True when `label` is neither listed here nor a label of `published`.
+    bool is_new(const CoreString& label, const OfEnum& published) const {
+        return published.find_label_index(label) >= published.get_value_count() &&
+               known.count(label.get_data()) == 0;
+    }
+
+    void append(const CoreString& label, unsigned int value) {
+        known.insert(label.get_data());
+        labels.append(label);
+        values.append(value);
+    }
+
+private:
+    std::unordered_set<std::string> known;
+};
