@@ -49,6 +49,13 @@ void log_missing_node(const char* element, const CoreString& path) {
     log_message(LOG_ERROR, "Node '", element, "' not find in '", path, "'.\n");
 }
 
+CoreString get_correction_id(const XmlNode& correction) {
+    for (int i = 0; i < correction.count_attributes(); ++i)
+        if (CoreString("id") == correction.get_attribute_name(i))
+            return correction.get_attribute_value(i);
+    return CoreString();
+}
+
 bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
                            ColorDecisionListDef& def) {
     const bool give_up = missing == MissingElement::GIVE_UP;

@@ -13,6 +13,9 @@ XmlNode parse_CDL_document(const CoreString& path);
 /// Says that `path` lacks an element.
 void log_missing_node(const char* element, const CoreString& path);
 
+/// The value of the first attribute "id"; empty when there is none.
+CoreString get_correction_id(const XmlNode& correction);
+
 /// What to do about an element that is missing; its absence has been logged.
 enum class MissingElement { GO_ON, GIVE_UP };
 

@@ -17,16 +17,6 @@ namespace {
 
 using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
 
-ocio::CDLTransformRcPtr make_CDL_transform(const ColorDecisionListDef& def) {
-    ocio::CDLTransformRcPtr transform = ocio::create_CDL_transform();
-    ocio::set_id(transform, def.name.get_data());
-    ocio::set_slope(transform, def.slope);
-    ocio::set_offset(transform, def.offset);
-    ocio::set_power(transform, def.power);
-    ocio::set_sat(transform, def.saturation);
-    return transform;
-}
-
 ocio::ColorSpaceRcPtr make_CDL_space(const CoreString& name, const ocio::CDLTransformRcPtr& transform) {
     ocio::ColorSpaceRcPtr space = ocio::create_color_space();
     ocio::set_name(space, name.get_data());
@@ -35,14 +25,6 @@ ocio::ColorSpaceRcPtr make_CDL_space(const CoreString& name, const ocio::CDLTran
     ocio::set_direction(transform, ocio::TRANSFORM_DIR_FORWARD);
     ocio::set_transform(space, transform, ocio::COLORSPACE_DIR_FROM_REFERENCE);
     return space;
-}
-
-/// The first attribute "id"; empty when there is none.
-CoreString get_id(const XmlNode& correction) {
-    for (int i = 0; i < correction.count_attributes(); ++i)
-        if (CoreString("id") == correction.get_attribute_name(i))
-            return correction.get_attribute_value(i);
-    return CoreString();
 }
 
 } // namespace
@@ -119,7 +101,7 @@ bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
         const XmlNode correction = top.get_child(i);
         ColorDecisionListDef def = make_identity_CDL();
         def.file = path;
-        def.name = get_id(correction);
+        def.name = get_correction_id(correction);
         def.cccid = def.name;
         if (!read_color_correction(correction, path, MissingElement::GIVE_UP, def))
             return false;

@@ -3,29 +3,37 @@
 #include <string>
 #include <unordered_map>
 
+#include "colorio/color_io_manager.h"
 #include "colorio/ocio/transform.h"
 #include "host/core/core_string.h"
 
-/// `cccid` where the colour library is to look a correction up by id: in files of the extension "ccc"
-/// exactly. Empty for every other file.
-CoreString get_lookup_id(const CoreString& file, const CoreString& cccid);
+/// The transform of a record's own numbers, its id the record's name.
+ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionListDef& def);
 
-/// The correction of a .cc, .ccc or .cdl file, as the colour library reads it. Throws its exception.
+/// The correction of a .cc, .ccc or .cdl file, as the colour library reads it: by `cccid` in files of the
+/// extension "ccc" exactly, without an id in all others. Throws the library's exception.
 ocio::CDLTransformRcPtr read_CDL_transform(const CoreString& file, const CoreString& cccid);
 
-/// Finds corrections of collection files by id and reads each file only once.
+/// Reads corrections like `read_CDL_transform`, each file only once. A collection that repeats an id, which
+/// the colour library refuses as a whole, yields the first correction of that id.
 class CDLFileReader {
 public:
     /// Whether the file exists; asked only once per file.
     bool exists(const CoreString& file);
-    /// The same answers and exceptions as `read_CDL_transform`.
     ocio::CDLTransformRcPtr read(const CoreString& file, const CoreString& cccid);
 
 private:
-    using Corrections = std::unordered_map<std::string, ocio::CDLTransformRcPtr>;
+    struct Collection {
+        std::unordered_map<std::string, ocio::CDLTransformRcPtr> by_id;
+        /// The first correction of a collection that repeats an id; null for every other file.
+        ocio::CDLTransformRcPtr first_of_repeating;
 
-    const Corrections& get_corrections(const CoreString& file);
+        void read_with_library(const CoreString& file);
+        void read_repeating(const CoreString& file);
+    };
+
+    const Collection& get_collection(const CoreString& file);
 
     std::unordered_map<std::string, bool> existing;
-    std::unordered_map<std::string, Corrections> files;
+    std::unordered_map<std::string, Collection> collections;
 };
