@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Checks what no compiler checks: who may know whom. Prints each line that breaks a rule; exits 1 if one did.
+set -u
+cd "$1" || exit 2
+failures=0
+
+# forbid WORDS PATTERN PATH...: no source file below the paths may match the pattern.
+forbid() {
+    local words=$1 pattern=$2
+    shift 2
+    local found
+    found=$(grep -rnE --include='*.h' --include='*.cpp' -- "$pattern" "$@")
+    [ -z "$found" ] && return
+    printf '%s:\n%s\n' "$words" "$found"
+    failures=1
+}
+
+colorio_outside_door=$(find colorio -maxdepth 1 -name '*.h' -o -maxdepth 1 -name '*.cpp')
+forbid "library versions are told apart in colorio/ocio only" 'OCIO_VERSION' \
+    host xml pixel standalone tool tests benchmarks fuzz samples $colorio_outside_door
+forbid "the module knows no host implementation and no tool" '#include "(standalone|tool)/' colorio xml pixel host
+forbid "the ground floor knows no host and no colour library" '#include ["<](host|colorio|OpenColorIO)/' xml pixel
+forbid "the door knows no host and no XML" '#include "(host|xml)/' colorio/ocio
+forbid "the host declarations know nobody" '#include "(colorio|xml|pixel|standalone|tool)/' host
+forbid "the standalone host knows no colour" '#include ["<](colorio|OpenColorIO|pixel)/' standalone
+forbid "only the door calls the colour library" '\b(OCIO|OCIO_NAMESPACE|library)::(Config|ColorSpace|CDLTransform|FileTransform|GroupTransform|Processor|CPUProcessor)::' \
+    $colorio_outside_door
+forbid "no test includes a source file" '#include "[^"]*\.cpp"' tests
+forbid "a library does not end the process" '\b(std::)?(exit|abort|_exit|quick_exit)\(' host xml pixel colorio standalone
+exit $failures
