@@ -1,0 +1,318 @@
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "colorio/color_io_converter.h"
+#include "colorio/color_io_manager.h"
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config.h"
+#include "host/gmath/gmath_vec4.h"
+#include "tests/colorio/manager_fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const char BUILTIN_FAILED[] =
+    "Color Management: failed to create Tavelion built-in color space configuration.\n";
+
+std::string write_failed(const std::string& path) {
+    return "Color Management: failed to write built-in LUT file '" + path + "'.\n";
+}
+
+std::vector<std::string> lines_of(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+/// The samples of a `.spi1d` text: the lines between the braces, each eight blanks and a number.
+std::vector<float> samples_of(const std::string& text) {
+    std::vector<float> samples;
+    const std::vector<std::string> lines = lines_of(text);
+    for (size_t i = 5; i + 1 < lines.size(); ++i) {
+        const std::string& line = lines[i];
+        EXPECT_EQ(line.substr(0, 8), "        ") << line;
+        float value = 0;
+        const char* end = line.data() + line.size();
+        EXPECT_EQ(std::from_chars(line.data() + 8, end, value).ptr, end) << line;
+        samples.push_back(value);
+    }
+    return samples;
+}
+
+double position_of(size_t sample) {
+    return -0.125 + 1.25 * static_cast<double>(sample) / 4100;
+}
+
+/// Value of the table at `x`, between its samples.
+double interpolate(const std::vector<float>& samples, double x) {
+    const double t = (x + 0.125) / 1.25 * 4100;
+    const auto left = static_cast<size_t>(t);
+    const double part = t - static_cast<double>(left);
+    return samples[left] * (1 - part) + samples[left + 1] * part;
+}
+
+} // namespace
+
+using ManagerBuiltinLuts = ManagerTest;
+
+TEST_F(ManagerBuiltinLuts, TheTextIsAHeaderAnd4101IndentedLinesBetweenBraces) {
+    start_manager();
+    for (const char* file : {"srgb.spi1d", "cineon.spi1d"}) {
+        const std::string text = folder.read(file);
+        const std::string header = "Version 1\nFrom -0.125 1.125\nLength 4101\nComponents 1\n{\n        ";
+        EXPECT_EQ(text.substr(0, header.size()), header) << file;
+        EXPECT_EQ(text.substr(text.size() - 3), "\n}\n") << file;
+        EXPECT_EQ(text.find('\r'), std::string::npos) << file;
+        EXPECT_EQ(lines_of(text).size(), 5u + 4101u + 1u) << file;
+        EXPECT_EQ(samples_of(text).size(), 4101u) << file;
+    }
+}
+
+TEST_F(ManagerBuiltinLuts, EachSampleIsWrittenAsTheHostWritesThatFloat) {
+    start_manager();
+    const std::string text = folder.read("srgb.spi1d");
+    const std::vector<std::string> lines = lines_of(text);
+    const std::vector<float> samples = samples_of(text);
+    for (size_t i = 0; i < samples.size(); ++i)
+        ASSERT_EQ(lines[5 + i], "        " + str(CoreString::from_float(samples[i])));
+}
+
+// IEC 61966-2-1, continued below 0 by the linear part and above 1 by the power.
+TEST_F(ManagerBuiltinLuts, TheSrgbTableIsTheDecodingFunctionOfTheStandard) {
+    start_manager();
+    const std::vector<float> samples = samples_of(folder.read("srgb.spi1d"));
+    for (size_t i = 0; i < samples.size(); ++i) {
+        const double x = position_of(i);
+        const double expected = x >= 0.04045 ? std::pow((x + 0.055) / 1.055, 2.4) : x / 12.92;
+        ASSERT_NEAR(samples[i], expected, 2e-6 * std::abs(expected) + 2e-8) << i;
+    }
+}
+
+TEST_F(ManagerBuiltinLuts, TheSrgbTableRunsFromMinus0009674923To130831) {
+    start_manager();
+    const std::vector<float> samples = samples_of(folder.read("srgb.spi1d"));
+    ASSERT_EQ(samples.size(), 4101u);
+    EXPECT_FLOAT_EQ(samples.front(), -0.009674923f);
+    EXPECT_NEAR(samples.back(), 1.30831076, 2e-6);
+}
+
+// 10-bit log film scan: code 95 is black, code 685 is white, 300 codes per factor of ten.
+TEST_F(ManagerBuiltinLuts, TheCineonTableIsTheLogCurveBetweenCodes95And685) {
+    start_manager();
+    const std::vector<float> samples = samples_of(folder.read("cineon.spi1d"));
+    const double black = std::pow(10.0, (95 - 685) / 300.0);
+    for (size_t i = 0; i < samples.size(); ++i) {
+        const double code = 1023 * position_of(i);
+        const double expected = (std::pow(10.0, (code - 685) / 300) - black) / (1 - black);
+        ASSERT_NEAR(samples[i], expected, 2e-6 * (std::abs(expected) + 0.01)) << i;
+    }
+}
+
+TEST_F(ManagerBuiltinLuts, CineonCode95IsBlackAndCode685IsWhite) {
+    start_manager();
+    const std::vector<float> samples = samples_of(folder.read("cineon.spi1d"));
+    ASSERT_EQ(samples.size(), 4101u);
+    EXPECT_NEAR(interpolate(samples, 95.0 / 1023), 0.0, 1e-7);
+    EXPECT_NEAR(interpolate(samples, 685.0 / 1023), 1.0, 2e-6);
+    EXPECT_LT(samples.front(), 0.0f);
+}
+
+TEST_F(ManagerBuiltinLuts, OnlyTheTwoTablesAreLeftInTheFolder) {
+    start_manager();
+    EXPECT_EQ(folder.count_entries(), 2u);
+}
+
+TEST_F(ManagerBuiltinLuts, FilesThatExistAreReusedAndNeverRead) {
+    write_file("srgb.spi1d", "of an earlier run");
+    write_file("cineon.spi1d", "");
+    const auto old_time = std::filesystem::last_write_time(path_of("srgb.spi1d")) - std::chrono::hours(1);
+    std::filesystem::last_write_time(path_of("srgb.spi1d"), old_time);
+
+    EXPECT_TRUE(ColorIOManager::static_init(&app));
+
+    EXPECT_EQ(folder.read("srgb.spi1d"), "of an earlier run");
+    EXPECT_EQ(folder.read("cineon.spi1d"), "");
+    EXPECT_EQ(std::filesystem::last_write_time(path_of("srgb.spi1d")), old_time);
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ManagerBuiltinLuts, OnlyTheMissingFileIsWritten) {
+    write_file("srgb.spi1d", "of an earlier run");
+    start_manager();
+    EXPECT_EQ(folder.read("srgb.spi1d"), "of an earlier run");
+    EXPECT_EQ(samples_of(folder.read("cineon.spi1d")).size(), 4101u);
+}
+
+TEST_F(ManagerBuiltinLuts, AFolderThatCannotBeWrittenToFailsTheStartButKeepsTheSpaces) {
+    const std::string absent = path_of("absent");
+    app.lut_folder = absent.c_str();
+
+    EXPECT_FALSE(ColorIOManager::static_init(&app));
+
+    EXPECT_THAT(take_log(),
+                ElementsAre(LogLine{1, write_failed(absent + "/srgb.spi1d")},
+                            LogLine{1, write_failed(absent + "/cineon.spi1d")}, LogLine{1, BUILTIN_FAILED}));
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    EXPECT_THAT(strings(manager.get_color_space_names()), ElementsAre("sRGB", "Cineon", "linear"));
+    EXPECT_TRUE(manager.is_using_tavelion_config());
+    EXPECT_EQ(manager.get_tavelion_color_spaces().get_count(), 3u);
+}
+
+TEST_F(ManagerBuiltinLuts, OneFileThatCannotBeWrittenFailsTheStart) {
+    const std::string absent = path_of("absent");
+    app.answer_folder_request = [&](unsigned int request, CoreString& path) {
+        if (request == 3)
+            path = absent.c_str();
+        return true;
+    };
+    EXPECT_FALSE(ColorIOManager::static_init(&app));
+    EXPECT_THAT(take_log(),
+                ElementsAre(LogLine{1, write_failed(absent + "/cineon.spi1d")}, LogLine{1, BUILTIN_FAILED}));
+    EXPECT_TRUE(folder.exists("srgb.spi1d"));
+}
+
+TEST_F(ManagerBuiltinLuts, AFolderRequestThatFailsOnlyForTheFileWritesNothingAndStillSucceeds) {
+    app.answer_folder_request = [](unsigned int request, CoreString&) { return request != 2; };
+    EXPECT_TRUE(ColorIOManager::static_init(&app));
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_FALSE(folder.exists("srgb.spi1d"));
+    EXPECT_TRUE(folder.exists("cineon.spi1d"));
+    EXPECT_THAT(strings(ColorIOManager::get_instance()->get_color_space_names()),
+                ElementsAre("sRGB", "Cineon", "linear"));
+}
+
+// The table's path comes from the second request, the configuration's folder from the first.
+TEST_F(ManagerBuiltinLuts, FilesAreLookedForWhereTheSecondRequestPoints) {
+    write_file("other/keep.txt", "");
+    app.answer_folder_request = [&](unsigned int request, CoreString& path) {
+        if (request == 2)
+            path = path_of("other").c_str();
+        return true;
+    };
+    EXPECT_TRUE(ColorIOManager::static_init(&app));
+    EXPECT_TRUE(folder.exists("other/srgb.spi1d"));
+    EXPECT_FALSE(folder.exists("srgb.spi1d"));
+    EXPECT_TRUE(folder.exists("cineon.spi1d"));
+}
+
+using ManagerBuiltinConfig = ManagerTest;
+
+TEST_F(ManagerBuiltinConfig, RecordsDescribeTheBuiltInSpaces) {
+    const CoreVector<ColorIOManager::ColorSpaceDef>& records = start_manager().get_tavelion_color_spaces();
+    ASSERT_EQ(records.get_count(), 3u);
+    const struct {
+        const char* name;
+        unsigned int allocation;
+        float from, to;
+    } expectations[] = {{"sRGB", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
+                        {"Cineon", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
+                        {"linear", ocio::ALLOCATION_LG2, -15.0f, 6.0f}};
+    for (unsigned int i = 0; i < 3; ++i) {
+        const ColorIOManager::ColorSpaceDef& record = records[i];
+        EXPECT_EQ(str(record.name), expectations[i].name);
+        EXPECT_EQ(str(record.lut_file), "");
+        EXPECT_EQ(str(record.cdl_file), "");
+        EXPECT_EQ(str(record.cccid), "");
+        EXPECT_EQ(record.bit_depth, static_cast<unsigned int>(ocio::BIT_DEPTH_F32));
+        EXPECT_EQ(record.allocation, expectations[i].allocation);
+        EXPECT_EQ(record.allocation_vars[0], expectations[i].from);
+        EXPECT_EQ(record.allocation_vars[1], expectations[i].to);
+        EXPECT_EQ(record.allocation_vars[2], 0.0f);
+        EXPECT_TRUE(record.is_builtin);
+    }
+}
+
+TEST_F(ManagerBuiltinConfig, ItHasOneDisplayWithAViewPerSpaceAndTheFirstIsTheDefault) {
+    const ColorIOManager& manager = start_manager();
+    CoreString display, view;
+    EXPECT_TRUE(manager.get_default_display_view(display, view));
+    EXPECT_EQ(str(display), "Tavelion");
+    EXPECT_EQ(str(view), "sRGB");
+    EXPECT_EQ(str(manager.get_default_display_view()), "Tavelion.sRGB");
+    EXPECT_EQ(str(manager.get_color_space_from_display_view("Tavelion.Cineon")), "Tavelion|Cineon");
+}
+
+TEST_F(ManagerBuiltinConfig, DisplaySpacesAreReadThroughTheirTables) {
+    start_manager();
+    ColorIOConverter from_srgb, from_cineon;
+    ASSERT_TRUE(from_srgb.configure("sRGB", "linear"));
+    ASSERT_TRUE(from_cineon.configure("Cineon", "linear"));
+
+    GMathVec4<float> grey(0.5f, 0.04f, 1.0f, 0.25f);
+    EXPECT_TRUE(from_srgb.convert_pixel(grey));
+    EXPECT_NEAR(grey[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
+    EXPECT_NEAR(grey[1], 0.04 / 12.92, 1e-6);
+    EXPECT_NEAR(grey[2], 1.0, 1e-6);
+    EXPECT_EQ(grey[3], 0.25f);
+
+    GMathVec4<float> film(95.0f / 1023, 685.0f / 1023, 445.0f / 1023, 1.0f);
+    EXPECT_TRUE(from_cineon.convert_pixel(film));
+    EXPECT_NEAR(film[0], 0.0, 1e-6);
+    EXPECT_NEAR(film[1], 1.0, 2e-6);
+    const double black = std::pow(10.0, (95 - 685) / 300.0);
+    EXPECT_NEAR(film[2], (std::pow(10.0, (445 - 685) / 300.0) - black) / (1 - black), 2e-6);
+}
+
+// A space whose table was never written is defined all the same; using it is what fails.
+TEST_F(ManagerBuiltinConfig, ASpaceWithoutItsTableIsPublishedAndCannotBeConverted) {
+    app.answer_folder_request = [](unsigned int request, CoreString&) { return request != 2; };
+    start_manager();
+    ColorIOConverter from_srgb, from_cineon;
+    EXPECT_FALSE(from_srgb.configure("sRGB", "linear"));
+    EXPECT_TRUE(from_cineon.configure("Cineon", "linear"));
+}
+
+TEST_F(ManagerBuiltinConfig, SpacesCarryFamilyDescriptionDepthAndAllocation) {
+    const ocio::ConstConfigRcPtr config = start_manager().get_config();
+    const struct {
+        const char* name;
+        const char* description;
+        ocio::Allocation allocation;
+        float from, to;
+    } expectations[] = {{"sRGB", "Standard RGB Display Space.", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
+                        {"Cineon", "Cineon (Log Film Scan).", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
+                        {"linear", "Scene-linear, high dynamic range. Used for rendering and compositing.",
+                         ocio::ALLOCATION_LG2, -15.0f, 6.0f}};
+    for (const auto& expected : expectations) {
+        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, expected.name);
+        ASSERT_NE(space, nullptr) << expected.name;
+        EXPECT_STREQ(ocio::get_family(space), "Tavelion");
+        EXPECT_STREQ(ocio::get_description(space), expected.description);
+        EXPECT_EQ(ocio::get_bit_depth(space), ocio::BIT_DEPTH_F32);
+        EXPECT_EQ(ocio::get_allocation(space), expected.allocation);
+        ASSERT_EQ(ocio::get_allocation_num_vars(space), 2);
+        float variables[2];
+        ocio::get_allocation_vars(space, variables);
+        EXPECT_EQ(variables[0], expected.from);
+        EXPECT_EQ(variables[1], expected.to);
+    }
+}
+
+TEST_F(ManagerBuiltinConfig, OnlyTheDisplaySpacesHaveATransformAndOnlyToTheReference) {
+    const ocio::ConstConfigRcPtr config = start_manager().get_config();
+    for (const char* name : {"sRGB", "Cineon"}) {
+        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name);
+        EXPECT_NE(ocio::get_transform(space, ocio::COLORSPACE_DIR_TO_REFERENCE), nullptr) << name;
+        EXPECT_EQ(ocio::get_transform(space, ocio::COLORSPACE_DIR_FROM_REFERENCE), nullptr) << name;
+    }
+    const ocio::ConstColorSpaceRcPtr linear = ocio::get_color_space(config, "linear");
+    EXPECT_EQ(ocio::get_transform(linear, ocio::COLORSPACE_DIR_TO_REFERENCE), nullptr);
+    EXPECT_EQ(ocio::get_transform(linear, ocio::COLORSPACE_DIR_FROM_REFERENCE), nullptr);
+}
+
+TEST_F(ManagerBuiltinConfig, ItWorksInTheLutFolderAndHasNoRoles) {
+    const ocio::ConstConfigRcPtr config = start_manager().get_config();
+    EXPECT_EQ(ocio::get_working_dir(config), folder.get_path());
+    for (const char* role : {"color_picking", "color_timing", "compositing_log", "data", "default",
+                             "matte_paint", "reference", "texture_paint", "scene_linear"})
+        EXPECT_EQ(ocio::get_role_color_space(config, role), "") << role;
+}
