@@ -1,0 +1,207 @@
+#include "xml/tokenizer.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace xml {
+
+Tokenizer::Tokenizer(Document& owner, char* owned_text, std::size_t length, const XmlSettings& current,
+                     bool unconverted)
+    : document(owner), characters(CharacterTable::of(current.encoding)), settings(current), text(owned_text),
+      text_end(owned_text + length), cursor(owned_text), is_byte_file(unconverted), error_place(text_end) {}
+
+void Tokenizer::read_into(NodeRecord& root) {
+    open_nodes.push_back({&root, 0, 0});
+    bool going = true;
+    while (going && cursor != text_end) {
+        // The '<' of a markup behind text may be overwritten already, by the terminator of that text.
+        going = *cursor == '<' || read_text();
+        if (going && cursor != text_end)
+            going = read_markup();
+    }
+    if (going && open_elements > 0 && error == XmlError::NONE)
+        fail(XmlError::UNMATCHED_END_TAG_WARNING, text_end);
+    while (!open_nodes.empty())
+        close_last();
+    if (error <= XmlError::UNMATCHED_END_TAG_WARNING && !element_seen)
+        error = XmlError::NO_TAG_FOUND_WARNING;
+}
+
+// A run of text up to the next '<' or the end.
+bool Tokenizer::read_text() {
+    char* const run = cursor;
+    char* const visible = const_cast<char*>(characters.skip_blanks(run));
+    char* at = visible;
+    const char* first_undecoded = nullptr;
+    if (!scan_text(at, first_undecoded))
+        return false;
+    cursor = at;
+    const bool only_blanks = visible == at;
+    if (only_blanks && settings.drop_white_space)
+        return true;
+    char* begin = run;
+    char* end = at;
+    if (settings.drop_white_space) {
+        begin = visible;
+        while (characters.is(end[-1], BLANK))
+            --end;
+    } else if (const void* carriage_return =
+                   std::memchr(run, '\r', static_cast<std::size_t>(visible - run))) {
+        first_undecoded = static_cast<const char*>(carriage_return);
+    }
+    store_text(begin, end, first_undecoded);
+    return only_blanks || accept_run_here(visible);
+}
+
+// Moves `at` behind the run; `first_undecoded` becomes the first character that is not its own decoding.
+bool Tokenizer::scan_text(char*& at, const char*& first_undecoded) {
+    for (;;) {
+        while (!characters.is(*at, TEXT_STOP))
+            ++at;
+        std::size_t length = 1;
+        if (*at == '<' || at == text_end)
+            return true;
+        if (*at == '&') {
+            const Reference reference = read_reference(at);
+            if (reference.error != XmlError::NONE)
+                return fail(reference.error, at);
+            length = reference.length;
+        } else if (*at == ']') {
+            if (at[1] == ']' && at[2] == '>')
+                return fail(XmlError::UNMATCHED_CLEAR_TAG_END, at);
+        } else {
+            length = characters.character_length(at, text_end);
+            if (length == 0)
+                return fail(XmlError::UNEXPECTED_TOKEN, at);
+        }
+        if (first_undecoded == nullptr && (*at == '&' || *at == '\r'))
+            first_undecoded = at;
+        at += length;
+    }
+}
+
+// Text has no place beside the document element. It is an error only once there is an element: a text
+// without any is reported as that.
+bool Tokenizer::accept_run_here(const char* run) {
+    if (open_elements > 0)
+        return true;
+    if (element_seen)
+        return fail(XmlError::UNEXPECTED_TOKEN, run);
+    if (stray_text == nullptr && !subset_was_cut)
+        stray_text = run;
+    return true;
+}
+
+void Tokenizer::store_text(char* begin, char* end, const char* first_undecoded) {
+    char* stored = begin;
+    if (first_undecoded != nullptr && first_undecoded < end)
+        stored = require(decode(document, begin, end, {true, false}));
+    else
+        terminate(end);
+    if (settings.join_text_around_comments && continues_text_before_comment())
+        join_text(stored);
+    else
+        contents.push_back({stored, XmlContentKind::TEXT, CDATA});
+}
+
+bool Tokenizer::continues_text_before_comment() const {
+    const std::size_t count = contents.size();
+    if (count < open_nodes.back().first_content + 2)
+        return false;
+    const PendingContent& last = contents[count - 1];
+    return last.kind == XmlContentKind::CLEAR && last.clear_tag == COMMENT &&
+           contents[count - 2].kind == XmlContentKind::TEXT;
+}
+
+// Drops the comment and appends to the run before it. The room doubles, so that a run in many pieces costs
+// linear time.
+void Tokenizer::join_text(const char* addition) {
+    contents.pop_back();
+    PendingContent& earlier = contents.back();
+    if (earlier.item != joined.text) {
+        joined.text = static_cast<char*>(earlier.item);
+        joined.length = std::strlen(joined.text);
+        joined.room = 0;
+    }
+    const std::size_t added = std::strlen(addition);
+    const std::size_t needed = joined.length + added + 1;
+    if (needed > joined.room) {
+        joined.room = 2 * needed;
+        char* grown = require(document.allocate_array<char>(joined.room));
+        std::memcpy(grown, joined.text, joined.length);
+        joined.text = grown;
+        earlier.item = grown;
+    }
+    std::memcpy(joined.text + joined.length, addition, added + 1);
+    joined.length += added;
+}
+
+void Tokenizer::open_node(char* name, std::size_t name_length, bool is_declaration) {
+    NodeRecord* node = require(create_record(document, name, is_declaration));
+    contents.push_back({node, XmlContentKind::CHILD, CDATA});
+    open_nodes.push_back({node, contents.size(), name_length});
+    if (!is_declaration) {
+        ++open_elements;
+        element_seen = true;
+    }
+}
+
+void Tokenizer::close_last() {
+    const OpenNode& last = open_nodes.back();
+    if (!last.node->is_declaration && last.node->name != nullptr)
+        --open_elements;
+    if (contents.size() > last.first_content)
+        attach_contents(*last.node, last.first_content);
+    contents.resize(last.first_content);
+    open_nodes.pop_back();
+}
+
+void Tokenizer::attach_contents(NodeRecord& node, std::size_t first_content) {
+    const PendingContent* begin = contents.data() + first_content;
+    const PendingContent* end = contents.data() + contents.size();
+    if (end - begin > MAX_CONTENTS)
+        throw std::bad_alloc();
+    std::size_t counts[3] = {0, 0, 0};
+    for (const PendingContent* content = begin; content != end; ++content)
+        ++counts[static_cast<std::size_t>(content->kind)];
+    const auto total = static_cast<std::size_t>(end - begin);
+    if (counts[0] > 0)
+        node.children = require(document.allocate_array<NodeRecord*>(array_room(counts[0])));
+    if (counts[1] > 0)
+        node.texts = require(document.allocate_array<const char*>(array_room(counts[1])));
+    if (counts[2] > 0)
+        node.clears = require(document.allocate_array<XmlClear>(array_room(counts[2])));
+    if (total != *std::max_element(counts, counts + 3))
+        node.order = require(document.allocate_array<std::uint32_t>(array_room(total)));
+    for (const PendingContent* content = begin; content != end; ++content) {
+        std::int32_t index = 0;
+        if (content->kind == XmlContentKind::CHILD) {
+            index = node.child_count++;
+            node.children[index] = static_cast<NodeRecord*>(content->item);
+        } else if (content->kind == XmlContentKind::TEXT) {
+            index = node.text_count++;
+            node.texts[index] = static_cast<const char*>(content->item);
+        } else {
+            index = node.clear_count++;
+            const ClearTag& tag = CLEAR_TAGS[content->clear_tag];
+            node.clears[index] = {static_cast<const char*>(content->item), tag.open, tag.close};
+        }
+        if (node.order != nullptr)
+            node.order[content - begin] = order_entry(content->kind, index);
+    }
+}
+
+// Ends a string in place of the character behind it.
+void Tokenizer::terminate(char* at) {
+    if (*at == '\n')
+        lost_line_feeds.push_back(static_cast<std::size_t>(at - text));
+    *at = '\0';
+}
+
+bool Tokenizer::fail(XmlError code, const char* place) {
+    error = code;
+    error_place = place;
+    return false;
+}
+
+} // namespace xml

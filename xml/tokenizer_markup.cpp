@@ -1,0 +1,336 @@
+#include <cstring>
+
+#include "xml/declaration_grammar.h"
+#include "xml/tokenizer.h"
+
+namespace xml {
+
+namespace {
+
+constexpr std::string_view INSTRUCTION_END = "?>";
+
+bool is_reserved_target(std::string_view target) {
+    return target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' &&
+           (target[2] | 0x20) == 'l';
+}
+
+bool is_quote(char c) {
+    return c == '"' || c == '\'';
+}
+
+std::string_view view(const char* begin, const char* end) {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+} // namespace
+
+// What begins with the '<' at the cursor.
+bool Tokenizer::read_markup() {
+    const char next = cursor[1];
+    if (next == '/')
+        return read_end_tag();
+    if (next == '?')
+        return read_instruction();
+    if (next == '!' || next == 'P') {
+        if (const ClearTag* tag = find_clear_tag(cursor))
+            return read_clear(*tag);
+        if (next == '!')
+            return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+    }
+    return read_start_tag();
+}
+
+bool Tokenizer::read_start_tag() {
+    char* const name = cursor + 1;
+    char* const name_end = const_cast<char*>(characters.name_end(name, text_end));
+    if (name_end == name)
+        return fail(XmlError::MISSING_START_TAG_NAME, name);
+    if (open_elements == 0 && element_seen)
+        return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+    open_node(name, static_cast<std::size_t>(name_end - name), false);
+    if (open_elements == 1 && stray_text != nullptr)
+        return fail(XmlError::UNEXPECTED_TOKEN, stray_text);
+    if (*name_end == '>') {
+        terminate(name_end);
+        cursor = name_end + 1;
+        return true;
+    }
+    char* at = name_end;
+    return read_attributes(at) && finish_start_tag(at);
+}
+
+// Reads up to the '>' or '/' that `at` is then left on. `at` comes in at the end of the element's name, which
+// is terminated here.
+bool Tokenizer::read_attributes(char*& at) {
+    attributes.clear();
+    attribute_names.clear();
+    char* const name_end = at;
+    for (;;) {
+        char* const next = const_cast<char*>(characters.skip_blanks(at));
+        const char c = *next;
+        const bool separated = next != at;
+        if (at == name_end && separated)
+            terminate(name_end);
+        at = next;
+        if (c == '>' || c == '/')
+            return check_attribute_names();
+        if (!separated || !characters.is(c, NAME_START | HIGH))
+            return fail(XmlError::UNEXPECTED_TOKEN, at);
+        if (!read_attribute(at))
+            return false;
+    }
+}
+
+// Name, equals sign and quoted value; `at` moves behind the closing quote.
+bool Tokenizer::read_attribute(char*& at) {
+    char* const name = at;
+    char* const name_end = const_cast<char*>(characters.name_end(name, text_end));
+    at = const_cast<char*>(characters.skip_blanks(name_end));
+    if (name_end == name || *at != '=')
+        return fail(XmlError::UNEXPECTED_TOKEN, at);
+    at = const_cast<char*>(characters.skip_blanks(at + 1));
+    const char quote = *at;
+    if (!is_quote(quote))
+        return fail(XmlError::UNEXPECTED_TOKEN, at);
+    char* const value = ++at;
+    const char* first_undecoded = nullptr;
+    if (!scan_value(at, quote, first_undecoded))
+        return false;
+    const char* stored = value;
+    if (first_undecoded != nullptr)
+        stored = require(decode(document, value, at, {true, true}));
+    terminate(name_end);
+    terminate(at++);
+    attributes.push_back({name, stored});
+    attribute_names.push_back(view(name, name_end));
+    return true;
+}
+
+bool Tokenizer::scan_value(char*& at, char quote, const char*& first_undecoded) {
+    for (;;) {
+        while (!characters.is(*at, VALUE_STOP))
+            ++at;
+        if (*at == quote)
+            return true;
+        std::size_t length = 1;
+        if (*at == '&') {
+            const Reference reference = read_reference(at);
+            if (reference.error != XmlError::NONE)
+                return fail(reference.error, at);
+            length = reference.length;
+        } else {
+            length = *at == '<' ? 0 : characters.character_length(at, text_end);
+            if (length == 0)
+                return fail(XmlError::UNEXPECTED_TOKEN, at);
+        }
+        if (first_undecoded == nullptr && (*at == '&' || characters.is(*at, BLANK)))
+            first_undecoded = at;
+        at += length;
+    }
+}
+
+bool Tokenizer::check_attribute_names() {
+    const std::size_t repeated = duplicates.find(attribute_names);
+    return repeated == NO_DUPLICATE || fail(XmlError::UNEXPECTED_TOKEN, attribute_names[repeated].data());
+}
+
+// At the '>' or '/' of a start tag whose name may still end there.
+bool Tokenizer::finish_start_tag(char* at) {
+    NodeRecord& node = *open_nodes.back().node;
+    const bool is_empty_element = *at == '/';
+    if (is_empty_element && at[1] != '>')
+        return fail(XmlError::UNEXPECTED_TOKEN, at + 1);
+    terminate(const_cast<char*>(node.name) + open_nodes.back().name_length);
+    attach_attributes(node);
+    if (is_empty_element)
+        close_last();
+    cursor = at + (is_empty_element ? 2 : 1);
+    return true;
+}
+
+void Tokenizer::attach_attributes(NodeRecord& node) {
+    const std::size_t count = attributes.size();
+    if (count == 0)
+        return;
+    node.attributes = require(document.allocate_array<XmlAttribute>(array_room(count)));
+    std::memcpy(static_cast<void*>(node.attributes), attributes.data(), count * sizeof(XmlAttribute));
+    node.attribute_count = static_cast<std::int32_t>(count);
+}
+
+bool Tokenizer::read_end_tag() {
+    char* const name = cursor + 2;
+    const char* const name_end = characters.name_end(name, text_end);
+    if (name_end == name)
+        return fail(XmlError::MISSING_END_TAG_NAME, name);
+    const char* const at = characters.skip_blanks(name_end);
+    if (*at != '>')
+        return fail(XmlError::UNEXPECTED_TOKEN, at);
+    if (!close_to(view(name, name_end), cursor))
+        return false;
+    cursor += at + 1 - cursor;
+    return true;
+}
+
+// Closes the innermost open element called `name` and all that is open within it. Declarations within are
+// closed silently, as they have no end tag; an element earns the warning.
+bool Tokenizer::close_to(std::string_view name, const char* place) {
+    std::size_t depth = open_nodes.size();
+    std::size_t unclosed_elements = 0;
+    for (;;) {
+        if (--depth == 0)
+            return fail(XmlError::UNMATCHED_END_TAG, place);
+        const OpenNode& open = open_nodes[depth];
+        if (open.node->is_declaration)
+            continue;
+        if (open.name_length == name.size() && std::memcmp(open.node->name, name.data(), name.size()) == 0)
+            break;
+        ++unclosed_elements;
+    }
+    if (unclosed_elements > 0 && error == XmlError::NONE)
+        fail(XmlError::UNMATCHED_END_TAG_WARNING, place);
+    while (open_nodes.size() > depth)
+        close_last();
+    return true;
+}
+
+bool Tokenizer::read_clear(const ClearTag& tag) {
+    const auto index = static_cast<ClearTagIndex>(&tag - CLEAR_TAGS.data());
+    if (!accept_clear_here(index))
+        return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+    char* const value = cursor + tag.open_length;
+    char* at = value;
+    bool has_carriage_return = false;
+    const std::string_view close(tag.close, tag.close_length);
+    if (!scan_verbatim(at, close, has_carriage_return, XmlError::UNMATCHED_CLEAR_TAG_END))
+        return false;
+    const char* stored = value;
+    if (has_carriage_return)
+        stored = require(decode(document, value, at, {false, false}));
+    terminate(at);
+    contents.push_back({const_cast<char*>(stored), XmlContentKind::CLEAR, index});
+    if (index == DOCUMENT_TYPE) {
+        document_type_seen = true;
+        subset_was_cut = std::strchr(stored, '[') != nullptr;
+    } else if (index == PREFORMATTED) {
+        element_seen = true;
+    }
+    cursor = at + tag.close_length;
+    return true;
+}
+
+// A document type stands once, before the document element; CDATA within it; <PRE> where an element may.
+bool Tokenizer::accept_clear_here(ClearTagIndex tag) const {
+    switch (tag) {
+    case DOCUMENT_TYPE:
+        return open_elements == 0 && !element_seen && !document_type_seen;
+    case CDATA:
+        return open_elements > 0;
+    case PREFORMATTED:
+        return open_elements > 0 || !element_seen;
+    default:
+        return true;
+    }
+}
+
+// Moves `at` to the first `close`; without one, `unclosed` is raised at the cursor. No markup is looked at,
+// but the characters must be such that XML allows, and a comment may not hold "--".
+bool Tokenizer::scan_verbatim(char*& at, std::string_view close, bool& has_carriage_return,
+                              XmlError unclosed) {
+    const bool is_comment = close == CLEAR_TAGS[COMMENT].close;
+    for (;;) {
+        while (!characters.is(*at, CLEAR_STOP))
+            ++at;
+        if (at == text_end)
+            return fail(unclosed, cursor);
+        if (*at == close[0] && std::strncmp(at, close.data(), close.size()) == 0)
+            return true;
+        const std::size_t length = characters.character_length(at, text_end);
+        if (length == 0 || (is_comment && at[0] == '-' && at[1] == '-'))
+            return fail(XmlError::UNEXPECTED_TOKEN, at);
+        has_carriage_return |= *at == '\r';
+        at += length;
+    }
+}
+
+// A processing instruction opens a node that takes what follows, up to the end tag of its parent.
+bool Tokenizer::read_instruction() {
+    char* const target = cursor + 2;
+    char* const target_end = const_cast<char*>(characters.name_end(target, text_end));
+    if (target_end == target)
+        return fail(XmlError::MISSING_START_TAG_NAME, target);
+    char* end = target_end;
+    bool has_carriage_return = false;
+    if (!scan_verbatim(end, INSTRUCTION_END, has_carriage_return, XmlError::UNEXPECTED_TOKEN))
+        return false;
+    const std::string_view name = view(target, target_end);
+    if (target_end != end && !characters.is(*target_end, BLANK))
+        return fail(XmlError::UNEXPECTED_TOKEN, target_end);
+    if (is_reserved_target(name)) {
+        if (cursor != text || name != "xml")
+            return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+        const DeclarationCheck check = check_declaration(view(target_end, end));
+        if (check.fault != nullptr)
+            return fail(XmlError::UNEXPECTED_TOKEN, check.fault);
+        if (is_byte_file && is_wide_encoding(check.encoding))
+            return fail(XmlError::CONVERSION_FAILED, check.encoding.data());
+    }
+    open_node(target, name.size(), true);
+    attributes.clear();
+    const bool has_content = target_end != end;
+    terminate(target_end);
+    terminate(end);
+    if (has_content)
+        read_pseudo_attributes(target_end + 1, end);
+    attach_attributes(*open_nodes.back().node);
+    cursor = end + INSTRUCTION_END.size();
+    return true;
+}
+
+// The words of an instruction between `at` and its zero-terminated `end`: name="value" where one is written
+// so, otherwise whatever stands between blanks, without a value.
+void Tokenizer::read_pseudo_attributes(char* at, char* end) {
+    for (;;) {
+        char* const name = const_cast<char*>(characters.skip_blanks(at));
+        if (name == end)
+            return;
+        char* name_end = const_cast<char*>(characters.name_end(name, end));
+        char* value = nullptr;
+        char* value_end = name_end != name ? find_pseudo_value(name_end, end, value) : nullptr;
+        if (value == nullptr) {
+            while (name_end != end && !characters.is(*name_end, BLANK))
+                ++name_end;
+            value_end = name_end;
+        }
+        add_pseudo_attribute(name, name_end, value, value_end);
+        if (value_end == end)
+            return;
+        at = value_end + 1;
+    }
+}
+
+// The closing quote of the value behind a name, whose begin goes to `value`; null without such a value.
+char* Tokenizer::find_pseudo_value(char* name_end, char* end, char*& value) const {
+    const char* const equals = characters.skip_blanks(name_end);
+    if (*equals != '=')
+        return nullptr;
+    char* const quote = const_cast<char*>(characters.skip_blanks(equals + 1));
+    if (!is_quote(*quote))
+        return nullptr;
+    void* const close = std::memchr(quote + 1, *quote, static_cast<std::size_t>(end - quote - 1));
+    if (close != nullptr)
+        value = quote + 1;
+    return static_cast<char*>(close);
+}
+
+// Instructions have no references of their own, so one that is wrong is no error here.
+void Tokenizer::add_pseudo_attribute(char* name, char* name_end, char* value, char* value_end) {
+    terminate(name_end);
+    const char* stored = value;
+    if (value != nullptr) {
+        stored = require(decode(document, value, value_end, {true, true}));
+        terminate(value_end);
+    }
+    attributes.push_back({name, stored});
+}
+
+} // namespace xml
