@@ -1,0 +1,477 @@
+#include "colorio/color_io_converter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_constants.h"
+#include "host/event/event_ids.h"
+#include "tests/colorio/converter_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::FloatNear;
+using testing::IsEmpty;
+
+LogLine no_source_space(const std::string& name) {
+    return warning("Color Management: failed to configure the color converter. Source color space '" + name +
+                   "' doesn't exist.\n");
+}
+LogLine no_destination_space(const std::string& name) {
+    return warning("Color Management: failed to configure the color converter. Destination color space '" +
+                   name + "' doesn't exist.\n");
+}
+
+/// The configuration of the other tests and the space "broken", whose LUT file does not exist.
+std::string config_with_broken_space() {
+    return std::string(CONFIG_WITHOUT_FAMILIES) + R"(
+  - !<ColorSpace>
+    name: broken
+    family: Film
+    bitdepth: 32f
+    to_reference: !<FileTransform> {src: absent.spi1d, interpolation: linear}
+)";
+}
+
+class ConverterConfiguration : public ConverterTest {};
+
+// Between colour spaces
+
+TEST_F(ConverterConfiguration, IsMissingFromAFreshConverter) {
+    EXPECT_FALSE(converter->is_configured());
+    EXPECT_FALSE(converter->is_enabled());
+}
+
+TEST_F(ConverterConfiguration, OfTwoKnownColourSpacesEnables) {
+    EXPECT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_THAT(take_events(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, TakesNamesBehindAnyFamily) {
+    EXPECT_TRUE(converter->configure("Tavelion|sRGB", "Any|linear"));
+    EXPECT_THAT(convert(0.5f, 0.5f, 0.5f),
+                ElementsAre(FloatNear(0.2140411f, 2e-6f), FloatNear(0.2140411f, 2e-6f),
+                            FloatNear(0.2140411f, 2e-6f)));
+    EXPECT_TRUE(converter->configure("|linear", "sRGB"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, DropsAFamilyUpToTheFirstBarOnly) {
+    EXPECT_FALSE(converter->configure("A|B|sRGB", "linear"));
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("B|sRGB")));
+}
+
+TEST_F(ConverterConfiguration, OfEqualNamesLeavesAFreshConverterUnconfigured) {
+    EXPECT_FALSE(converter->configure("sRGB", "sRGB"));
+    EXPECT_FALSE(converter->is_configured());
+    EXPECT_FALSE(converter->is_enabled());
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, OfEqualNamesMakesAConfiguredConverterPass) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure("sRGB", "sRGB"));
+    EXPECT_TRUE(converter->is_configured());
+    EXPECT_FALSE(converter->is_enabled());
+}
+
+TEST_F(ConverterConfiguration, OfEqualNamesAsksNothingElseOfThem) {
+    EXPECT_FALSE(converter->configure("no such space", "no such space"));
+    EXPECT_FALSE(converter->configure("", ""));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, OfAnEmptyNameIsAPassThrough) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure("", "linear"));
+    EXPECT_EQ(flags(), Flags::PASSING);
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure("sRGB", ""));
+    EXPECT_EQ(flags(), Flags::PASSING);
+    EXPECT_FALSE(converter->configure("no such space", ""));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, ComparesNamesBeforeDroppingTheirFamilies) {
+    EXPECT_TRUE(converter->configure("Tavelion|sRGB", "sRGB"));
+    EXPECT_EQ(flags(), Flags::ENABLED) << "different names of one space are a conversion, if an idle one";
+    EXPECT_THAT(convert(0.25f, -3.0f, 17.0f), ElementsAre(0.25f, -3.0f, 17.0f));
+}
+
+TEST_F(ConverterConfiguration, ReportsAMissingSource) {
+    EXPECT_FALSE(converter->configure("Film|log", "linear"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("log")));
+}
+
+TEST_F(ConverterConfiguration, ReportsAMissingDestination) {
+    EXPECT_FALSE(converter->configure("linear", "Film|log"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(no_destination_space("log")));
+}
+
+TEST_F(ConverterConfiguration, ReportsBothNamesSourceFirst) {
+    EXPECT_FALSE(converter->configure("one", "two"));
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("one"), no_destination_space("two")));
+}
+
+TEST_F(ConverterConfiguration, TellsLettersOfDifferentCaseApart) {
+    EXPECT_FALSE(converter->configure("SRGB", "Linear"));
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("SRGB"), no_destination_space("Linear")));
+}
+
+TEST_F(ConverterConfiguration, TakesNoRolesAndNoMenuEntries) {
+    EXPECT_FALSE(converter->configure("scene_linear", "sRGB"));
+    EXPECT_FALSE(converter->configure("sRGB", "Use scene_linear"));
+    EXPECT_THAT(take_log(),
+                ElementsAre(no_source_space("scene_linear"), no_destination_space("Use scene_linear")));
+}
+
+TEST_F(ConverterConfiguration, OfAMissingNameUndoesAnEarlierOne) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure("sRGB", "log"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_FALSE(converter->configure("sRGB", "sRGB"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED) << "a pass-through does not bring it back";
+    EXPECT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+}
+
+TEST_F(ConverterConfiguration, AfterAPassThroughEnablesAgain) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    ASSERT_FALSE(converter->configure("", ""));
+    EXPECT_TRUE(converter->configure("linear", "sRGB"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(1, 1, 1)[0], FloatNear(1, 2e-6f));
+}
+
+TEST_F(ConverterConfiguration, ReportsWhatTheColourLibraryThrows) {
+    use_config(config_with_broken_space());
+    take_log();
+    ASSERT_TRUE(converter->configure("lin", "film"));
+    EXPECT_FALSE(converter->configure("Film|broken", "film"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(),
+                ElementsAre(error("Color Management: failed to configure the color converter from "
+                                  "'broken' to 'film'.\n"),
+                            OcioExceptionAt(LOG_ERROR)));
+}
+
+TEST_F(ConverterConfiguration, ReportsErrorsAndWarningsToWhomeverWantsThem) {
+    use_config(config_with_broken_space());
+    take_log();
+    log.set_level(LOG_ERROR);
+    EXPECT_FALSE(converter->configure("one", "two"));
+    EXPECT_FALSE(converter->configure_for_display("one", "Monitor", "Film"));
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_FALSE(converter->configure("broken", "film"));
+    EXPECT_EQ(take_log().size(), 2u);
+    log.set_level(0);
+    EXPECT_FALSE(converter->configure("broken", "film"));
+    EXPECT_FALSE(converter->configure_for_display("lin", "Monitor", "no such view"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterConfiguration, UsesTheConfigurationThatIsActiveWhenItIsMade) {
+    EXPECT_FALSE(converter->configure("lin", "film"));
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    EXPECT_TRUE(converter->configure("lin", "film"));
+    EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
+    EXPECT_FALSE(converter->configure("sRGB", "linear"));
+    use_builtin_config();
+    EXPECT_TRUE(converter->configure("sRGB", "linear"));
+}
+
+TEST_F(ConverterConfiguration, SurvivesAChangeOfTheActiveConfiguration) {
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    ASSERT_TRUE(converter->configure("lin", "film"));
+    use_builtin_config();
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
+    use_config(config_text({{"", "lin"}}, {{"D", "V", "lin"}}));
+    EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
+}
+
+TEST_F(ConverterConfiguration, SurvivesTheManager) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    ColorIO::destroy();
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(0.5f, 0, 1), ElementsAre(FloatNear(0.2140411f, 2e-6f), 0, FloatNear(1, 2e-6f)));
+}
+
+TEST_F(ConverterConfiguration, OfOneConverterLeavesOthersAlone) {
+    ColorIOConverter other;
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_EQ(flags_of(other), Flags::UNCONFIGURED);
+    ASSERT_TRUE(other.configure("linear", "sRGB"));
+    ASSERT_FALSE(other.configure("no such space", "sRGB"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+}
+
+TEST(ConverterWithoutAManager, PassesAndStaysUnconfigured) {
+    ASSERT_EQ(ColorIOManager::get_instance(), nullptr);
+    ColorIOConverter converter;
+    EXPECT_EQ(flags_of(converter), Flags::UNCONFIGURED);
+    EXPECT_FALSE(converter.configure("sRGB", "sRGB"));
+    EXPECT_FALSE(converter.configure_for_display("sRGB", "", ""));
+    EXPECT_EQ(flags_of(converter), Flags::UNCONFIGURED);
+}
+
+// Between CDLs
+
+class ConverterCdlConfiguration : public ConverterTest {
+protected:
+    void SetUp() override {
+        ConverterTest::SetUp();
+        use_cdls({cdl_record("double", {{2, 2, 2}}), cdl_record("half", {{0.5, 0.5, 0.5}})});
+    }
+    static LogLine no_source(const std::string& name) {
+        return warning("Color Management: failed to configure the color converter. Source CDL '" + name +
+                       "' doesn't exist.\n");
+    }
+    static LogLine no_destination(const std::string& name) {
+        return warning("Color Management: failed to configure the color converter. Destination CDL '" + name +
+                       "' doesn't exist.\n");
+    }
+};
+
+TEST_F(ConverterCdlConfiguration, AppliesTheDestination) {
+    EXPECT_TRUE(converter->configure_CDL("No CDL", "double"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_THAT(take_events(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, UndoesTheSource) {
+    EXPECT_TRUE(converter->configure_CDL("double", "No CDL"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 1), ElementsAre(0.125f, 0.25f, 0.5f));
+    EXPECT_TRUE(converter->configure_CDL("double", "half"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 1), ElementsAre(0.0625f, 0.125f, 0.25f));
+}
+
+TEST_F(ConverterCdlConfiguration, ReadsAnUnknownNameAsNoCdl) {
+    EXPECT_TRUE(converter->configure_CDL("unknown", "double"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_TRUE(converter->configure_CDL("double", "unknown"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 1), ElementsAre(0.125f, 0.25f, 0.5f));
+    EXPECT_TRUE(converter->configure_CDL("", "double"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, OfTwoUnknownNamesIsASilentPassThrough) {
+    EXPECT_FALSE(converter->configure_CDL("one", "two"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    ASSERT_TRUE(converter->configure_CDL("No CDL", "double"));
+    EXPECT_FALSE(converter->configure_CDL("one", "two"));
+    EXPECT_EQ(flags(), Flags::PASSING);
+    EXPECT_FALSE(converter->configure_CDL("", ""));
+    EXPECT_FALSE(converter->configure_CDL("one", "No CDL"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, OfEqualNamesIsAPassThrough) {
+    EXPECT_FALSE(converter->configure_CDL("double", "double"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure_CDL("double", "double"));
+    EXPECT_EQ(flags(), Flags::PASSING);
+}
+
+TEST_F(ConverterCdlConfiguration, TakesNamesAsTheyAre) {
+    EXPECT_FALSE(converter->configure_CDL("Any|double", "No CDL")) << "no family is dropped";
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, ReportsASourceThatOnlyTheColourLibraryKnows) {
+    EXPECT_FALSE(converter->configure_CDL("DOUBLE", "half"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(no_source("DOUBLE")));
+}
+
+TEST_F(ConverterCdlConfiguration, ReportsADestinationThatOnlyTheColourLibraryKnows) {
+    ASSERT_TRUE(converter->configure_CDL("No CDL", "double"));
+    EXPECT_FALSE(converter->configure_CDL("half", "Double"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(no_destination("Double")));
+}
+
+TEST_F(ConverterCdlConfiguration, ReportsBothNamesSourceFirst) {
+    EXPECT_FALSE(converter->configure_CDL("HALF", "DOUBLE"));
+    EXPECT_THAT(take_log(), ElementsAre(no_source("HALF"), no_destination("DOUBLE")));
+}
+
+TEST_F(ConverterCdlConfiguration, TakesTheLocalCdlsThoughTheyAreNotListed) {
+    ColorIOManager& manager = *ColorIOManager::get_instance();
+    ASSERT_TRUE(manager.add_local_CDL(cdl_record(OUTPUT_LOCAL_CDL, {{4, 4, 4}})));
+    ASSERT_TRUE(manager.add_local_CDL(cdl_record(INPUT_LOCAL_CDL, {{0.25, 0.25, 0.25}})));
+    ASSERT_THAT(strings(manager.get_CDL_names()), ElementsAre("No CDL", "double", "half"));
+
+    EXPECT_TRUE(converter->configure_CDL("double", "output_local_CDL"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_TRUE(converter->configure_CDL("input_local_CDL", "double"));
+    EXPECT_THAT(convert(0.125f, 0.0625f, 0), ElementsAre(1, 0.5f, 0));
+    EXPECT_TRUE(converter->configure_CDL("output_local_CDL", "input_local_CDL"))
+        << "each may stand on either side";
+    EXPECT_THAT(convert(1, 0.5f, 0), ElementsAre(0.0625f, 0.03125f, 0));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, ReadsALocalCdlThatWasNotAddedAsNoCdl) {
+    EXPECT_TRUE(converter->configure_CDL("input_local_CDL", "double"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_FALSE(converter->configure_CDL("input_local_CDL", "output_local_CDL"));
+    EXPECT_EQ(flags(), Flags::PASSING);
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, ReportsAMissingDestinationBesideALocalSource) {
+    ASSERT_TRUE(ColorIOManager::get_instance()->add_local_CDL(cdl_record(INPUT_LOCAL_CDL, {{4, 4, 4}})));
+    EXPECT_FALSE(converter->configure_CDL("input_local_CDL", "HALF"));
+    EXPECT_THAT(take_log(), ElementsAre(no_destination("HALF")));
+}
+
+TEST_F(ConverterCdlConfiguration, ReportsWhatTheColourLibraryThrowsAsAWarning) {
+    use_cdls({cdl_record("flat", {{1, 1, 1}, {0, 0, 0}, {0, 0, 0}})});
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_FALSE(converter->configure_CDL("flat", "No CDL"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(),
+                ElementsAre(warning("Color Management: failed to configure the color converter from "
+                                    "'flat' to 'No CDL'.\n"),
+                            OcioExceptionAt(LOG_WARNING)));
+    log.set_level(LOG_ERROR);
+    EXPECT_FALSE(converter->configure_CDL("flat", "No CDL"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterCdlConfiguration, SurvivesAChangeOfTheCdls) {
+    ASSERT_TRUE(converter->configure_CDL("No CDL", "double"));
+    use_cdls({});
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+    EXPECT_FALSE(converter->configure_CDL("No CDL", "double"));
+    EXPECT_EQ(flags(), Flags::PASSING);
+}
+
+TEST_F(ConverterCdlConfiguration, DoesNotDependOnTheActiveConfiguration) {
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    EXPECT_TRUE(converter->configure_CDL("No CDL", "double"));
+    EXPECT_THAT(convert(0.25f, 0.5f, 0.125f), ElementsAre(0.5f, 1, 0.25f));
+}
+
+// To a display
+
+class ConverterDisplayConfiguration : public ConverterTest {
+protected:
+    void SetUp() override {
+        ConverterTest::SetUp();
+        use_config(CONFIG_WITHOUT_FAMILIES);
+        take_log();
+        take_events();
+    }
+    static LogLine failure(const std::string& input, const std::string& display, const std::string& view) {
+        return error("Color Management: failed to configure the color converter from color space '" + input +
+                     "' to display '" + display + " with view '" + view + "'.\n");
+    }
+};
+
+TEST_F(ConverterDisplayConfiguration, ShowsAColourSpaceInAView) {
+    EXPECT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
+    EXPECT_TRUE(converter->configure_for_display("Any|film", "Monitor", "Video.v2"));
+    EXPECT_THAT(convert(0.5f, 0.125f, 0), ElementsAre(FloatNear(1, 1e-6f), FloatNear(0.5f, 1e-6f), 0));
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_THAT(take_events(), IsEmpty());
+}
+
+TEST_F(ConverterDisplayConfiguration, OfABuiltInViewEncodesForIt) {
+    use_builtin_config();
+    EXPECT_TRUE(converter->configure_for_display("Tavelion|linear", "Tavelion", "sRGB"));
+    EXPECT_THAT(convert(0.2140411f, 0, 1),
+                ElementsAre(FloatNear(0.5f, 2e-6f), FloatNear(0, 2e-6f), FloatNear(1, 2e-6f)));
+}
+
+TEST_F(ConverterDisplayConfiguration, WithAnEmptyNameIsAPassThrough) {
+    EXPECT_FALSE(converter->configure_for_display("", "Monitor", "Film"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    for (auto [input, display, view] :
+         {std::tuple{"", "Monitor", "Film"}, {"lin", "", "Film"}, {"lin", "Monitor", ""}, {"", "", ""}}) {
+        ASSERT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
+        EXPECT_FALSE(converter->configure_for_display(input, display, view));
+        EXPECT_EQ(flags(), Flags::PASSING);
+    }
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ConverterDisplayConfiguration, OfTheViewsOwnColourSpaceIsAConversion) {
+    EXPECT_TRUE(converter->configure_for_display("film", "Monitor", "Film"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(0.25f, -3, 17), ElementsAre(0.25f, -3, 17));
+}
+
+TEST_F(ConverterDisplayConfiguration, ReportsAMissingInput) {
+    ASSERT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
+    EXPECT_FALSE(converter->configure_for_display("Film|log", "Monitor", "Film"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("log")));
+}
+
+TEST_F(ConverterDisplayConfiguration, OfAMissingInputDoesNotReportTheDisplayToo) {
+    EXPECT_FALSE(converter->configure_for_display("log", "no such display", "Film"));
+    EXPECT_THAT(take_log(), ElementsAre(no_source_space("log")));
+}
+
+TEST_F(ConverterDisplayConfiguration, ReportsADisplayThatTheColourLibraryDoesNotKnow) {
+    ASSERT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
+    EXPECT_FALSE(converter->configure_for_display("Any|lin", "Projector", "Film"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(
+        take_log(),
+        ElementsAre(error("Color Management: failed to configure the color converter from color space "
+                          "'lin' to display 'Projector with view 'Film'.\n"),
+                    OcioExceptionAt(LOG_ERROR)));
+}
+
+TEST_F(ConverterDisplayConfiguration, ReportsAViewThatTheColourLibraryDoesNotKnow) {
+    EXPECT_FALSE(converter->configure_for_display("lin", "Monitor", "Raw"));
+    EXPECT_EQ(flags(), Flags::UNCONFIGURED);
+    EXPECT_THAT(take_log(), ElementsAre(failure("lin", "Monitor", "Raw"), OcioExceptionAt(LOG_ERROR)));
+}
+
+TEST_F(ConverterDisplayConfiguration, TakesDisplayAndViewInOneName) {
+    EXPECT_TRUE(converter->configure_for_display("lin", "Cinema.Film"));
+    EXPECT_EQ(flags(), Flags::ENABLED);
+    EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
+}
+
+TEST_F(ConverterDisplayConfiguration, SplitsOneNameAtItsFirstFullStop) {
+    EXPECT_TRUE(converter->configure_for_display("lin", "Monitor.Video.v2"));
+    EXPECT_THAT(convert(0.25f, 1, 0), ElementsAre(FloatNear(0.5f, 1e-6f), FloatNear(1, 1e-6f), 0));
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_FALSE(converter->configure_for_display("lin", "Monitor.Film.v2.final"));
+    EXPECT_THAT(take_log(),
+                ElementsAre(failure("lin", "Monitor", "Film.v2.final"), OcioExceptionAt(LOG_ERROR)));
+}
+
+TEST_F(ConverterDisplayConfiguration, TakesANameWithoutAFullStopForBothParts) {
+    EXPECT_FALSE(converter->configure_for_display("lin", "Monitor"));
+    EXPECT_THAT(take_log(), ElementsAre(failure("lin", "Monitor", "Monitor"), OcioExceptionAt(LOG_ERROR)));
+}
+
+TEST_F(ConverterDisplayConfiguration, WithAnEmptyPartOfOneNameIsAPassThrough) {
+    for (const char* name : {"", ".", ".Film", "Monitor."}) {
+        ASSERT_TRUE(converter->configure_for_display("lin", "Monitor.Film"));
+        EXPECT_FALSE(converter->configure_for_display("lin", name)) << name;
+        EXPECT_EQ(flags(), Flags::PASSING) << name;
+    }
+    EXPECT_FALSE(converter->configure_for_display("", "Monitor.Film"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+} // namespace
