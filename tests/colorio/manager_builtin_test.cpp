@@ -8,8 +8,7 @@
 
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_manager.h"
-#include "colorio/ocio/color_space.h"
-#include "colorio/ocio/config.h"
+#include "colorio/ocio/types.h"
 #include "host/gmath/gmath_vec4.h"
 #include "tests/colorio/manager_fixture.h"
 
@@ -269,50 +268,4 @@ TEST_F(ManagerBuiltinConfig, ASpaceWithoutItsTableIsPublishedAndCannotBeConverte
     ColorIOConverter from_srgb, from_cineon;
     EXPECT_FALSE(from_srgb.configure("sRGB", "linear"));
     EXPECT_TRUE(from_cineon.configure("Cineon", "linear"));
-}
-
-TEST_F(ManagerBuiltinConfig, SpacesCarryFamilyDescriptionDepthAndAllocation) {
-    const ocio::ConstConfigRcPtr config = start_manager().get_config();
-    const struct {
-        const char* name;
-        const char* description;
-        ocio::Allocation allocation;
-        float from, to;
-    } expectations[] = {{"sRGB", "Standard RGB Display Space.", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
-                        {"Cineon", "Cineon (Log Film Scan).", ocio::ALLOCATION_UNIFORM, -0.125f, 1.125f},
-                        {"linear", "Scene-linear, high dynamic range. Used for rendering and compositing.",
-                         ocio::ALLOCATION_LG2, -15.0f, 6.0f}};
-    for (const auto& expected : expectations) {
-        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, expected.name);
-        ASSERT_NE(space, nullptr) << expected.name;
-        EXPECT_STREQ(ocio::get_family(space), "Tavelion");
-        EXPECT_STREQ(ocio::get_description(space), expected.description);
-        EXPECT_EQ(ocio::get_bit_depth(space), ocio::BIT_DEPTH_F32);
-        EXPECT_EQ(ocio::get_allocation(space), expected.allocation);
-        ASSERT_EQ(ocio::get_allocation_num_vars(space), 2);
-        float variables[2];
-        ocio::get_allocation_vars(space, variables);
-        EXPECT_EQ(variables[0], expected.from);
-        EXPECT_EQ(variables[1], expected.to);
-    }
-}
-
-TEST_F(ManagerBuiltinConfig, OnlyTheDisplaySpacesHaveATransformAndOnlyToTheReference) {
-    const ocio::ConstConfigRcPtr config = start_manager().get_config();
-    for (const char* name : {"sRGB", "Cineon"}) {
-        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name);
-        EXPECT_NE(ocio::get_transform(space, ocio::COLORSPACE_DIR_TO_REFERENCE), nullptr) << name;
-        EXPECT_EQ(ocio::get_transform(space, ocio::COLORSPACE_DIR_FROM_REFERENCE), nullptr) << name;
-    }
-    const ocio::ConstColorSpaceRcPtr linear = ocio::get_color_space(config, "linear");
-    EXPECT_EQ(ocio::get_transform(linear, ocio::COLORSPACE_DIR_TO_REFERENCE), nullptr);
-    EXPECT_EQ(ocio::get_transform(linear, ocio::COLORSPACE_DIR_FROM_REFERENCE), nullptr);
-}
-
-TEST_F(ManagerBuiltinConfig, ItWorksInTheLutFolderAndHasNoRoles) {
-    const ocio::ConstConfigRcPtr config = start_manager().get_config();
-    EXPECT_EQ(ocio::get_working_dir(config), folder.get_path());
-    for (const char* role : {"color_picking", "color_timing", "compositing_log", "data", "default",
-                             "matte_paint", "reference", "texture_paint", "scene_linear"})
-        EXPECT_EQ(ocio::get_role_color_space(config, role), "") << role;
 }
