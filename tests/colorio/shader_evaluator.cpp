@@ -1,0 +1,299 @@
+#include "tests/colorio/shader_evaluator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <regex>
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+using Value = std::vector<double>;
+
+const std::set<std::string> TYPES = {"float", "vec3", "vec4", "mat4"};
+
+std::vector<std::string> split_into_words(const std::string& text) {
+    const std::string without_comments = std::regex_replace(text, std::regex("//[^\n]*"), "");
+    const std::regex word(
+        "[A-Za-z_]\\w*|\\d+\\.?\\d*(?:[eE][+-]?\\d+)?|\\.\\d+(?:[eE][+-]?\\d+)?|[-+*/]=|\\S");
+    std::vector<std::string> words(
+        std::sregex_token_iterator(without_comments.begin(), without_comments.end(), word),
+        std::sregex_token_iterator());
+    words.push_back("");
+    return words;
+}
+
+bool is_number(const std::string& word) {
+    return !word.empty() && (std::isdigit(static_cast<unsigned char>(word[0])) || word[0] == '.') &&
+           word != ".";
+}
+
+/// `function` of every component; a single number stands for as many as the other side has.
+Value by_component(const Value& a, const Value& b, const std::function<double(double, double)>& function) {
+    if (a.size() != b.size() && a.size() != 1 && b.size() != 1)
+        throw std::runtime_error("operands of different sizes");
+    Value result(std::max(a.size(), b.size()));
+    for (size_t i = 0; i < result.size(); ++i)
+        result[i] = function(a[a.size() == 1 ? 0 : i], b[b.size() == 1 ? 0 : i]);
+    return result;
+}
+
+Value by_component(const Value& a, double (*function)(double)) {
+    Value result = a;
+    std::transform(a.begin(), a.end(), result.begin(), function);
+    return result;
+}
+
+Value multiply(const Value& a, const Value& b) {
+    if (a.size() != 16)
+        return by_component(a, b, std::multiplies<>());
+    if (b.size() != 4)
+        throw std::runtime_error("a matrix times something else than a vec4");
+    Value result(4, 0.0);
+    for (size_t column = 0; column < 4; ++column)
+        for (size_t row = 0; row < 4; ++row)
+            result[row] += a[column * 4 + row] * b[column];
+    return result;
+}
+
+/// Positions that a swizzle names, for example 0, 1, 2 for "rgb".
+std::vector<size_t> components(const std::string& swizzle) {
+    std::vector<size_t> positions;
+    for (char letter : swizzle) {
+        size_t index = std::string("rgbaxyzw").find(letter);
+        if (index == std::string::npos)
+            throw std::runtime_error("no such component: " + swizzle);
+        positions.push_back(index % 4);
+    }
+    return positions;
+}
+
+Value construct(const std::vector<Value>& arguments, size_t size) {
+    Value result;
+    for (const Value& argument : arguments)
+        result.insert(result.end(), argument.begin(), argument.end());
+    if (result.size() == 1 && size < 16)
+        result.resize(size, result[0]);
+    if (result.size() != size)
+        throw std::runtime_error("wrong count of components in a constructor");
+    return result;
+}
+
+} // namespace
+
+ShaderEvaluator::ShaderEvaluator(const std::string& text, const std::string& function, std::vector<float> lut,
+                                 unsigned int lut_edge)
+    : words(split_into_words(text)), table(std::move(lut)), edge(lut_edge) {
+    if (table.size() != static_cast<size_t>(edge) * edge * edge * 3)
+        throw std::runtime_error("the table has another size than its edge says");
+    parse_signature(function);
+}
+
+void ShaderEvaluator::parse_signature(const std::string& function) {
+    for (const std::string& word :
+         {std::string("vec4"), function, std::string("("), std::string("in"), std::string("vec4")})
+        expect(word);
+    pixel_name = next();
+    for (const char* word : {",", "const", "sampler3D"})
+        expect(word);
+    table_name = next();
+    expect(")");
+    body = position;
+}
+
+ShaderEvaluator::Pixel ShaderEvaluator::run(const Pixel& pixel) {
+    position = body;
+    variables = {{pixel_name, Value(pixel.begin(), pixel.end())}};
+    result.clear();
+    run_block();
+    if (!peek().empty())
+        fail("nothing may follow the function");
+    if (result.size() != 4)
+        fail("the function returns no vec4");
+    return {result[0], result[1], result[2], result[3]};
+}
+
+void ShaderEvaluator::run_block() {
+    expect("{");
+    std::map<std::string, Value> outer = variables;
+    while (!accept("}"))
+        run_statement();
+    for (auto& [name, value] : outer)
+        value = variables[name];
+    variables = outer;
+}
+
+void ShaderEvaluator::run_statement() {
+    if (!result.empty())
+        fail("nothing may follow return");
+    if (peek() == "{")
+        return run_block();
+    if (accept("return")) {
+        result = expression();
+        return expect(";");
+    }
+    const bool declares = TYPES.count(peek()) != 0;
+    if (declares)
+        next();
+    const std::string name = next();
+    if (declares == (variables.count(name) != 0))
+        fail(declares ? "declared twice: " + name : "not declared: " + name);
+    const std::string swizzle = !declares && accept(".") ? next() : "";
+    const std::string operation = next();
+    if (operation.back() != '=' || operation.size() > 2)
+        fail("no assignment");
+    assign(name, swizzle, operation[0], expression());
+    expect(";");
+}
+
+void ShaderEvaluator::assign(const std::string& name, const std::string& swizzle, char operation,
+                             const Value& value) {
+    if (swizzle.empty() && operation == '=') {
+        variables[name] = value;
+        return;
+    }
+    Value& target = variables[name];
+    const std::vector<size_t> positions = components(swizzle.empty() ? "rgba" : swizzle);
+    if (value.size() != positions.size() && value.size() != 1)
+        fail("as many components as " + name + "." + swizzle);
+    for (size_t i = 0; i < positions.size(); ++i) {
+        double& component = target.at(positions[i]);
+        const double operand = value[value.size() == 1 ? 0 : i];
+        component = operation == '+'   ? component + operand
+                    : operation == '-' ? component - operand
+                    : operation == '*' ? component * operand
+                    : operation == '/' ? component / operand
+                                       : operand;
+    }
+}
+
+ShaderEvaluator::Value ShaderEvaluator::expression() {
+    Value value = term();
+    while (peek() == "+" || peek() == "-") {
+        const bool adds = next() == "+";
+        const Value other = term();
+        value = adds ? by_component(value, other, std::plus<>()) : by_component(value, other, std::minus<>());
+    }
+    return value;
+}
+
+ShaderEvaluator::Value ShaderEvaluator::term() {
+    Value value = factor();
+    while (peek() == "*" || peek() == "/") {
+        const bool multiplies = next() == "*";
+        const Value other = factor();
+        value = multiplies ? multiply(value, other) : by_component(value, other, std::divides<>());
+    }
+    return value;
+}
+
+ShaderEvaluator::Value ShaderEvaluator::factor() {
+    if (accept("-"))
+        return multiply({-1.0}, factor());
+    Value value = primary();
+    while (accept(".")) {
+        Value picked;
+        for (size_t index : components(next()))
+            picked.push_back(value.at(index));
+        value = picked;
+    }
+    return value;
+}
+
+ShaderEvaluator::Value ShaderEvaluator::primary() {
+    if (accept("(")) {
+        const Value value = expression();
+        expect(")");
+        return value;
+    }
+    const std::string word = next();
+    if (is_number(word))
+        return {std::stod(word)};
+    if (peek() == "(")
+        return call(word);
+    if (!variables.count(word))
+        fail("not declared: " + word);
+    return variables[word];
+}
+
+ShaderEvaluator::Value ShaderEvaluator::call(const std::string& function) {
+    expect("(");
+    if (function == "texture3D" || function == "texture") {
+        expect(table_name);
+        expect(",");
+        const Value coordinates = expression();
+        expect(")");
+        return sample(coordinates);
+    }
+    std::vector<Value> arguments = {expression()};
+    while (accept(","))
+        arguments.push_back(expression());
+    expect(")");
+
+    if (function == "vec3" || function == "vec4" || function == "mat4")
+        return construct(arguments, function == "vec3" ? 3 : function == "vec4" ? 4 : 16);
+    if (arguments.size() == 1 && function == "log2")
+        return by_component(arguments[0], std::log2);
+    if (arguments.size() == 1 && function == "exp2")
+        return by_component(arguments[0], std::exp2);
+    if (arguments.size() == 2 && function == "max")
+        return by_component(arguments[0], arguments[1], [](double a, double b) { return std::max(a, b); });
+    if (arguments.size() == 2 && function == "min")
+        return by_component(arguments[0], arguments[1], [](double a, double b) { return std::min(a, b); });
+    if (arguments.size() == 2 && function == "pow")
+        return by_component(arguments[0], arguments[1], [](double a, double b) { return std::pow(a, b); });
+    fail("unknown function: " + function);
+}
+
+ShaderEvaluator::Value ShaderEvaluator::sample(const Value& coordinates) const {
+    if (coordinates.size() != 3)
+        fail("three coordinates");
+    size_t low[3];
+    double fraction[3];
+    for (int axis = 0; axis < 3; ++axis) {
+        const double texel = std::clamp(coordinates[axis] * edge - 0.5, 0.0, edge - 1.0);
+        low[axis] = std::min(static_cast<size_t>(texel), static_cast<size_t>(edge - 2));
+        fraction[axis] = texel - static_cast<double>(low[axis]);
+    }
+    Value color = {0, 0, 0, 1};
+    for (size_t corner = 0; corner < 8; ++corner) {
+        double weight = 1;
+        size_t index = 0, stride = 1;
+        for (int axis = 0; axis < 3; ++axis, stride *= edge) {
+            const bool high = (corner >> axis) & 1;
+            weight *= high ? fraction[axis] : 1 - fraction[axis];
+            index += stride * (low[axis] + high);
+        }
+        for (size_t channel = 0; channel < 3; ++channel)
+            color[channel] += weight * table[index * 3 + channel];
+    }
+    return color;
+}
+
+const std::string& ShaderEvaluator::peek() const {
+    return words[position];
+}
+
+std::string ShaderEvaluator::next() {
+    if (peek().empty())
+        fail("the text ends too early");
+    return words[position++];
+}
+
+void ShaderEvaluator::expect(const std::string& word) {
+    if (!accept(word))
+        fail("expected " + word);
+}
+
+bool ShaderEvaluator::accept(const std::string& word) {
+    if (peek() != word)
+        return false;
+    ++position;
+    return true;
+}
+
+void ShaderEvaluator::fail(const std::string& reason) const {
+    throw std::runtime_error("shader: " + reason + ", at '" + peek() + "' (word " + std::to_string(position) +
+                             ")");
+}
