@@ -28,6 +28,8 @@ public:
 
 private:
     CoreClassInfo() = default;
+    static const CoreClassInfo& add_class(const CoreString& name, ClassDestructor destructor,
+                                          const CoreClassInfo* base, void* user_data);
 
     CoreString name;
     ClassDestructor destructor = nullptr;

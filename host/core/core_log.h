@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "host/core/core_string.h"
 #include "host/host_export.h"
 

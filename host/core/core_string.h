@@ -37,8 +37,9 @@ public:
     /// The words between runs of blanks, tabs and line ends, where `separators` names the blank " ";
     /// any other text splits at runs of its characters. No word is empty.
     CoreVector<CoreString> split_word(const CoreBasicString& separators) const;
-    /// Value of the number at the start of the text, after blanks, with '.' as the decimal point whatever
-    /// the process locale; 0 when there is none.
+    /// Value of the decimal number at the start of the text, after blanks, with '.' as the decimal point
+    /// whatever the process locale; "inf" and "nan" in any case are numbers, hexadecimal ones are not. An
+    /// infinity beyond the range of a double; 0 when there is no number.
     double to_double() const;
 
     friend bool operator==(const CoreBasicString& a, const CoreBasicString& b) { return a.text == b.text; }

@@ -13,7 +13,8 @@ class OfObject;
 using AppBase = EventObject;
 
 /// Raises events and receives them. An event is identified by its name.
-/// Connections belong to the objects they join: they end with either of the two. A copy has none.
+/// Connections belong to the objects they join: they end with either of the two. A copied or moved-to object
+/// starts without any; assignment leaves both sides' connections as they are. For one thread at a time.
 class HOST_API EventObject : public CoreCustomData {
 public:
     struct EventInfo {
@@ -43,12 +44,14 @@ public:
     void disconnect(EventObject& sender);
 
     /// Calls every handler connected to `event` of this object, in the order of connection, before returning.
-    /// Handlers may raise further events and connect or disconnect.
+    /// Handlers may raise further events, connect, disconnect, and destroy receivers or this object: a
+    /// connection made meanwhile is first called by the next event, one that ended is called no more.
     void raise_event(const CoreString& event, OfObject* object = nullptr);
 
 private:
     void connect_handler(EventObject& sender, const CoreString& event, Handler handler, void* user_data);
 
     struct State;
+    State& get_state();
     std::unique_ptr<State> state;
 };

@@ -3,16 +3,20 @@
 #include <memory>
 
 #include "host/core/core_string.h"
+#include "host/event/event_object.h"
 #include "host/host_export.h"
 
 /// A named list of labels with 32-bit values that attribute editors show as a menu. Labels keep their order;
-/// look-ups by label are exact and cost constant time.
-class HOST_API OfEnum {
+/// look-ups by label are exact and cost constant time. Observers connect to its EVT_ID_OF_ENUM_CHANGE.
+class HOST_API OfEnum : public EventObject {
 public:
     OfEnum(const CoreString& name, const unsigned int& invalid_value);
-    ~OfEnum();
+    ~OfEnum() override;
     OfEnum(const OfEnum&) = delete;
     OfEnum& operator=(const OfEnum&) = delete;
+
+    const CoreClassInfo& get_class_info() const override;
+    static const CoreClassInfo& class_info();
 
     const CoreString& get_name() const;
     /// What value look-ups answer for an unknown label.
@@ -20,7 +24,8 @@ public:
 
     /// Stops telling observers of changes until the matching `awake`; calls nest.
     void asleep();
-    /// Ends one `asleep`; the last one tells observers once if anything changed and `notify` is true.
+    /// Ends one `asleep`; the last one tells observers once if anything changed and `notify` is true. Without
+    /// an `asleep` to end it does nothing.
     void awake(const bool& notify);
     bool is_asleep() const;
     /// How often observers were told of a change.

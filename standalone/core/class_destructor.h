@@ -1,0 +1,11 @@
+#pragma once
+
+/// What the class registry calls to destroy objects of `Class`.
+template <class Class>
+bool destroy_object(void* object, const bool& array) {
+    if (array)
+        delete[] static_cast<Class*>(object);
+    else
+        delete static_cast<Class*>(object);
+    return true;
+}

@@ -1,0 +1,89 @@
+#include "host/parser/parser_file.h"
+
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "host/parser/parser_entry.h"
+#include "host/parser/parser_group.h"
+#include "standalone/parser/yaml_limits.h"
+#include "standalone/parser/yaml_reader.h"
+#include "standalone/parser/yaml_writer.h"
+#include "standalone/sys/file_replacement.h"
+#include "standalone/sys/input_file.h"
+
+namespace {
+
+constexpr const char* TYPE_ENTRY = "file_type";
+constexpr const char* VERSION_ENTRY = "file_version";
+
+// The whole file; nothing, and the reason in `error`, when it cannot be had.
+std::optional<std::string> read_whole(const std::string& path, std::string& error) {
+    InputFile file(path);
+    std::string text;
+    if (!file.is_open() || !file.read(MAX_FILE_SIZE + 1, text))
+        error = std::string(": ") + std::strerror(file.get_error_number());
+    else if (text.size() > MAX_FILE_SIZE)
+        error = ": longer than " + std::to_string(MAX_FILE_SIZE) + " bytes";
+    else
+        return text;
+    return std::nullopt;
+}
+
+// What is wrong with the root entry `name`, which must be `required` unless that is empty.
+std::string check_entry(const ParserGroup& root, const char* name, const CoreString& required) {
+    const ParserEntry* const entry = root.find_entry(name);
+    const CoreString found = entry ? entry->get_string(0) : CoreString();
+    if (required.is_empty() || found == required)
+        return {};
+    return std::string(": ") + name + " is '" + found.get_data() + "', expected '" + required.get_data() +
+           "'";
+}
+
+} // namespace
+
+struct ParserFile::State {
+    std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(nullptr);
+    CoreString error;
+
+    bool finish(const CoreString& path, const std::string& reason) {
+        error = reason.empty() ? CoreString() : path + CoreString(std::string_view(reason));
+        return reason.empty();
+    }
+};
+
+ParserFile::ParserFile() : state(std::make_unique<State>()) {}
+
+ParserFile::~ParserFile() = default;
+
+bool ParserFile::read(const CoreString& path, const CoreString& required_type,
+                      const CoreString& required_version) {
+    auto root = std::make_unique<ParserGroup>(nullptr);
+    std::string error;
+    if (const auto text = read_whole(path.get_data(), error))
+        error = read_yaml(*text, *root).value_or("");
+    if (error.empty())
+        error = check_entry(*root, TYPE_ENTRY, required_type);
+    if (error.empty())
+        error = check_entry(*root, VERSION_ENTRY, required_version);
+    state->root = error.empty() ? std::move(root) : std::make_unique<ParserGroup>(nullptr);
+    return state->finish(path, error);
+}
+
+bool ParserFile::write(const CoreString& path) {
+    const auto text = write_yaml(*state->root);
+    if (!text)
+        return state->finish(path,
+                             ": groups nested deeper than " + std::to_string(MAX_GROUP_DEPTH) + " levels");
+    FileReplacement file(path.get_data());
+    const bool written = file.write(*text) && file.commit();
+    return state->finish(path, written ? "" : ": " + file.get_error());
+}
+
+const CoreString& ParserFile::get_error() const {
+    return state->error;
+}
+
+ParserGroup& ParserFile::get_root() {
+    return *state->root;
+}

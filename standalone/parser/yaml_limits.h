@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+// What a file may ask for. Far above any real preference or mapping file; a hostile file ends in a message.
+
+/// Bytes of a file.
+constexpr size_t MAX_FILE_SIZE = 16 << 20;
+/// Lists and maps inside one another, those reached through aliases included.
+constexpr unsigned int MAX_YAML_DEPTH = 256;
+/// Groups inside one another that are written; each takes up to three levels of lists and maps.
+constexpr unsigned int MAX_GROUP_DEPTH = 64;
+/// Entries and values in all, and bytes of their texts, after aliases were replaced by what they stand for.
+constexpr size_t MAX_VALUE_COUNT = 1'000'000;
+constexpr size_t MAX_TEXT_SIZE = 64 << 20;

@@ -1,0 +1,111 @@
+#include "standalone/parser/yaml_reader.h"
+
+#include <new>
+
+#include "host/parser/parser_entry.h"
+#include "host/parser/parser_group.h"
+#include "standalone/parser/yaml_error.h"
+#include "standalone/parser/yaml_limits.h"
+#include "standalone/parser/yaml_tree.h"
+
+namespace {
+
+// Fills groups from a tree. Aliases share nodes of the tree, so its entries can be many more than its nodes.
+class GroupFiller {
+public:
+    void fill_root(ParserGroup& group, const YamlNode& node) {
+        if (const auto* scalar = std::get_if<YamlScalar>(&node.content)) {
+            if (!std::holds_alternative<std::monostate>(*scalar))
+                refuse(node, "a value where the file's entries are expected");
+        } else {
+            fill(group, node);
+        }
+    }
+
+private:
+    [[noreturn]] static void refuse(const YamlNode& node, const std::string& reason) {
+        throw YamlError(node.line, node.column, reason);
+    }
+
+    static bool is_group(const YamlNode& node) {
+        const auto* list = std::get_if<YamlList>(&node.content);
+        return list ? list->is_pairs : std::holds_alternative<YamlMap>(node.content);
+    }
+
+    void fill(ParserGroup& group, const YamlNode& node) {
+        if (const auto* map = std::get_if<YamlMap>(&node.content)) {
+            for (const YamlPair& pair : map->pairs)
+                add_entry(group, pair);
+            return;
+        }
+        for (const YamlNodePtr& item : std::get<YamlList>(node.content).items) {
+            const auto* map = std::get_if<YamlMap>(&item->content);
+            if (!map || map->pairs.size() != 1)
+                refuse(*item, "something else than one name with its value in a list of such pairs");
+            add_entry(group, map->pairs.front());
+        }
+    }
+
+    void add_entry(ParserGroup& group, const YamlPair& pair) {
+        spend(*pair.value, pair.name.size());
+        ParserEntry& entry =
+            *group.add_entry(CoreString(std::string_view(pair.name)), pair.line, pair.column);
+        const auto* list = std::get_if<YamlList>(&pair.value->content);
+        if (!list || list->is_pairs) {
+            add_value(group, entry, *pair.value);
+            return;
+        }
+        for (const YamlNodePtr& item : list->items) {
+            const auto* scalar = std::get_if<YamlScalar>(&item->content);
+            if (scalar && std::holds_alternative<std::monostate>(*scalar))
+                entry.add_string({});
+            else
+                add_value(group, entry, *item);
+        }
+    }
+
+    // Null adds nothing.
+    void add_value(ParserGroup& parent, ParserEntry& entry, const YamlNode& node) {
+        spend(node, 0);
+        if (is_group(node))
+            fill(*entry.add_group(&parent), node);
+        else if (const auto* scalar = std::get_if<YamlScalar>(&node.content))
+            add_scalar(entry, node, *scalar);
+        else
+            refuse(node, "a list inside a list");
+    }
+
+    void add_scalar(ParserEntry& entry, const YamlNode& node, const YamlScalar& scalar) {
+        if (const auto* text = std::get_if<std::string>(&scalar)) {
+            spend(node, text->size());
+            entry.add_string(CoreString(std::string_view(*text)));
+        } else if (const int* integer = std::get_if<int>(&scalar)) {
+            entry.add_int(*integer);
+        } else if (const double* real = std::get_if<double>(&scalar)) {
+            entry.add_double(*real);
+        }
+    }
+
+    void spend(const YamlNode& node, size_t text_size) {
+        text_sum += text_size;
+        if (++value_count > MAX_VALUE_COUNT || text_sum > MAX_TEXT_SIZE)
+            refuse(node, "too many values, or too much text, once every alias is replaced by its value");
+    }
+
+    size_t value_count = 0;
+    size_t text_sum = 0;
+};
+
+} // namespace
+
+std::optional<std::string> read_yaml(std::string_view text, ParserGroup& group) {
+    try {
+        if (const YamlNodePtr root = read_yaml_tree(text))
+            GroupFiller().fill_root(group, *root);
+        return std::nullopt;
+    } catch (const YamlError& error) {
+        const std::string place =
+            error.line ? ":" + std::to_string(error.line) + ":" + std::to_string(error.column) : "";
+        return place + ": " + error.what();
+    }
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+
+#include "host/host_export.h"
+#include "host/of/of_app.h"
+
+/// The application of a program that has no other: it keeps the preferences, makes enumerations, and has a
+/// private folder for temporary files.
+///
+/// Every setter stores its value first and then raises the preference's event, and does neither when the
+/// value is already the one it is given.
+class HOST_API StandaloneApp : public OfApp {
+public:
+    /// Temporary folders are made below `cache_folder`; when it is empty, below the user's own
+    /// ($XDG_CACHE_HOME or "~/.cache").
+    explicit StandaloneApp(const CoreString& cache_folder = {});
+    ~StandaloneApp() override;
+    StandaloneApp(const StandaloneApp&) = delete;
+    StandaloneApp& operator=(const StandaloneApp&) = delete;
+
+    const CoreClassInfo& get_class_info() const override;
+    static const CoreClassInfo& class_info();
+
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED.
+    void set_use_color_space_file(bool use);
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED.
+    void set_color_space_file_path(const CoreString& path);
+    /// Raises EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED.
+    void set_cdl_library_file_path(const CoreString& path);
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED.
+    void set_default_color_space_name(const CoreString& name);
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED: the switch has no event of its own,
+    /// and the listeners of the path's event ask for both.
+    void set_use_color_space_by_extension_file(unsigned int use);
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED.
+    void set_color_space_by_extension_file_path(const CoreString& path);
+
+    bool get_use_color_space_file() const override;
+    const CoreString& get_color_space_file_path() const override;
+    const CoreString& get_cdl_library_file_path() const override;
+    const CoreString& get_default_color_space_name() const override;
+    unsigned int get_use_color_space_by_extension_file() const override;
+    const CoreString& get_color_space_by_extension_file_path() const override;
+
+    OfObjectFactory& get_object_factory() override;
+    /// The folder is "qb_colorio/`name`" below the cache folder, for this user alone: mode 0700. It is
+    /// refused, with a message at level 1, when it or its parent belongs to another user or is a link, when
+    /// every user may write where it would be made, and when `name` is no single path component.
+    bool create_temp_folder(const CoreString& name, CoreString& path) override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
