@@ -1,0 +1,29 @@
+#include "benchmarks/colorio/bench_module.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_auto_detection.h"
+
+BenchFolder::BenchFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "qb_bench_XXXXXX").string();
+    path = mkdtemp(name.data());
+}
+
+BenchFolder::~BenchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+std::string BenchFolder::write(const std::string& name, const std::string& text) const {
+    const std::string file = path + "/" + name;
+    std::ofstream(file, std::ios::binary) << text;
+    return file;
+}
+
+void stop_module() {
+    ColorIO::destroy();
+    ColorIOAutoDetection::destroy();
+}
