@@ -1,0 +1,83 @@
+#include "tool/console.h"
+
+#include <cstdlib>
+#include <string_view>
+
+#include <unistd.h>
+
+namespace tool {
+
+namespace {
+
+constexpr char BOLD[] = "\033[1m";
+constexpr char BOLD_RED[] = "\033[1;31m";
+constexpr char YELLOW[] = "\033[33m";
+constexpr char RESET[] = "\033[0m";
+constexpr char CLEAR_LINE[] = "\r\033[K";
+
+bool is_set(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool is_dumb_terminal() {
+    const char* term = std::getenv("TERM");
+    return term == nullptr || std::string_view(term) == "dumb";
+}
+
+} // namespace
+
+ConsoleTraits detect_console_traits() {
+    ConsoleTraits traits;
+    traits.out_is_terminal = isatty(STDOUT_FILENO) != 0;
+    traits.err_is_terminal = isatty(STDERR_FILENO) != 0 && !is_dumb_terminal();
+    traits.wants_color = !is_set("NO_COLOR") && !is_dumb_terminal();
+    return traits;
+}
+
+Console::Console(std::ostream& out, std::ostream& err, const ConsoleTraits& traits)
+    : out(out), err(err), traits(traits) {}
+
+void Console::print(const std::string& line) {
+    std::lock_guard<std::mutex> lock(mutex);
+    out << line << '\n';
+}
+
+void Console::print_heading(const std::string& line) {
+    const bool bold = traits.out_is_terminal && traits.wants_color;
+    print(bold ? BOLD + line + RESET : line);
+}
+
+void Console::note(const std::string& message) {
+    write_message("", "", message);
+}
+
+void Console::warn(const std::string& message) {
+    write_message(YELLOW, "colorio: warning:", message);
+}
+
+void Console::error(const std::string& message) {
+    write_message(BOLD_RED, "colorio:", message);
+}
+
+void Console::write_message(const char* color, const char* prefix, const std::string& message) {
+    const bool colored = traits.err_is_terminal && traits.wants_color && *color != '\0';
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!status.empty())
+        err << CLEAR_LINE;
+    if (*prefix != '\0')
+        err << (colored ? color : "") << prefix << (colored ? RESET : "") << ' ';
+    err << message << '\n' << status;
+    err.flush();
+}
+
+void Console::set_status(const std::string& text) {
+    if (!shows_status())
+        return;
+    std::lock_guard<std::mutex> lock(mutex);
+    status = text;
+    err << CLEAR_LINE << status;
+    err.flush();
+}
+
+} // namespace tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tool/log_recorder.h"
+
+namespace tool {
+
+/// What kind of thing is wrong, for programs that read the answer.
+enum class FailureKind { MISSING_FILE, BAD_FILE, CYCLE, NEWER_CONFIG, UNKNOWN_NAME, OTHER };
+
+struct FailureReason {
+    FailureKind kind;
+    std::string text; ///< One sentence or two, in words that say what to do where that is known.
+};
+
+/// "missing file" and so on.
+const char* get_kind_name(FailureKind kind);
+
+/// Puts the colour library's words into ones to act on; words that are not known stay as they are.
+FailureReason explain_library_message(const std::string& message);
+
+/// The reason that the module's messages give for a failure: the colour library's own words where it threw,
+/// otherwise the last warning or error.
+FailureReason find_failure_reason(const std::vector<LoggedMessage>& messages);
+std::string explain_failure(const std::vector<LoggedMessage>& messages);
+
+} // namespace tool

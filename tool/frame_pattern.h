@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+/// The file name of an image sequence: "shot.%04d.exr", "shot.%d.exr" or "shot.####.exr", where each '#' is
+/// one digit. The last such place in the file name (not in its folder) takes the frame number.
+class FramePattern {
+public:
+    explicit FramePattern(const std::string& path);
+
+    /// False for the name of a single file.
+    bool is_pattern() const { return has_place; }
+    /// Path of one frame; the path itself when it is no pattern. Negative numbers keep their sign in front of
+    /// the zeros.
+    std::string get_path(int frame) const;
+
+private:
+    bool find_printf_place(const std::string& path, std::size_t name_start);
+    bool find_hash_place(const std::string& path, std::size_t name_start);
+
+    std::string before;
+    std::string after;
+    unsigned int width = 0;
+    char fill = '0';
+    bool has_place = false;
+};
+
+} // namespace tool

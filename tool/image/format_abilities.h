@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include <OpenImageIO/imageio.h>
+
+namespace tool {
+
+/// How a file format keeps colour beside alpha.
+enum class AlphaConvention {
+    ASSOCIATED, ///< Colour is multiplied by alpha.
+    STRAIGHT,   ///< Colour is not multiplied by alpha.
+    EITHER      ///< The file says which.
+};
+
+/// What a format can keep of a picture.
+struct FormatAbilities {
+    std::string name; ///< OpenImageIO's name of the format, for example "openexr".
+    AlphaConvention alpha_convention;
+    bool has_alpha;
+    bool has_any_channels;    ///< More than colour and alpha, by name.
+    bool has_channel_formats; ///< A type for each channel.
+    bool has_windows;         ///< A data window apart from the display window.
+    bool has_negative_origin; ///< Windows that start left of or above the origin.
+    bool has_subimages;
+    bool has_levels;        ///< Levels of resolution under one subimage.
+    bool appends_subimages; ///< Subimages need not be told of in advance.
+    bool has_tiles;
+};
+
+/// Asks the format that will write `path`, told by the extension. Throws CommandError when there is none.
+FormatAbilities get_format_abilities(const std::string& path);
+
+} // namespace tool

@@ -1,0 +1,71 @@
+#include "tool/image/picture_writer.h"
+
+#include <fmt/format.h>
+
+#include "tool/exit_code.h"
+#include "tool/image/format_abilities.h"
+
+namespace tool {
+
+namespace {
+
+std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& parts) {
+    std::vector<OIIO::ImageSpec> specs;
+    for (const PartHeader& part : parts)
+        if (part.level == 0)
+            specs.push_back(part.spec);
+    return specs;
+}
+
+} // namespace
+
+PictureWriter::PictureWriter(const std::string& path, const std::string& name)
+    : path(path), name(name), output(OIIO::ImageOutput::create(path)) {
+    if (!output)
+        fail(OIIO::geterror());
+}
+
+PictureWriter::~PictureWriter() = default;
+
+void PictureWriter::fail(const std::string& fallback) const {
+    std::string reason = output ? output->geterror() : "";
+    if (reason.empty())
+        reason = fallback;
+    for (std::size_t place; (place = reason.find(path)) != std::string::npos;)
+        reason.replace(place, path.size(), name);
+    while (!reason.empty() && reason.back() == '\n')
+        reason.pop_back();
+    throw CommandError(fmt::format("cannot write '{}': {}", name, reason));
+}
+
+const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,
+                                                const FormatAbilities& abilities) {
+    const PartHeader& part = parts[index];
+    bool opened;
+    if (index == 0) {
+        const std::vector<OIIO::ImageSpec> specs = get_subimage_specs(parts);
+        opened = specs.size() > 1 && !abilities.appends_subimages
+                     ? output->open(path, static_cast<int>(specs.size()), specs.data())
+                     : output->open(path, part.spec, OIIO::ImageOutput::Create);
+    } else {
+        const bool is_level = part.level > 0 && abilities.has_levels;
+        opened =
+            output->open(path, part.spec,
+                         is_level ? OIIO::ImageOutput::AppendMIPLevel : OIIO::ImageOutput::AppendSubimage);
+    }
+    if (!opened)
+        fail("it cannot be opened");
+    return output->spec();
+}
+
+void PictureWriter::write_part(const PixelBuffer& pixels) {
+    if (!output->write_image(OIIO::TypeUnknown, pixels.data()))
+        fail("its pixels cannot be written");
+}
+
+void PictureWriter::close() {
+    if (!output->close())
+        fail("it cannot be finished");
+}
+
+} // namespace tool

@@ -1,0 +1,52 @@
+#include "tool/text_table.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "tool/console.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char COLUMN_GAP[] = "  ";
+
+std::size_t count_characters(const std::string& text) {
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+} // namespace
+
+TextTable::TextTable(std::vector<std::string> titles) : heading(std::move(titles)) {
+    for (const std::string& title : heading)
+        widths.push_back(count_characters(title));
+}
+
+void TextTable::add_row(std::vector<std::string> cells) {
+    assert(cells.size() <= heading.size());
+    cells.resize(heading.size());
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        widths[i] = std::max(widths[i], count_characters(cells[i]));
+    rows.push_back(std::move(cells));
+}
+
+void TextTable::print(Console& console) const {
+    console.print_heading(format_row(heading));
+    for (const std::vector<std::string>& row : rows)
+        console.print(format_row(row));
+}
+
+std::string TextTable::format_row(const std::vector<std::string>& cells) const {
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        line += cells[i];
+        line.append(widths[i] - count_characters(cells[i]), ' ');
+        line += COLUMN_GAP;
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+} // namespace tool

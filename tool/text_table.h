@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+class Console;
+
+/// Rows of text printed in aligned columns under a heading. Widths count UTF-8 characters, not bytes.
+class TextTable {
+public:
+    explicit TextTable(std::vector<std::string> heading);
+
+    /// Missing cells are empty; surplus ones are an error of the caller.
+    void add_row(std::vector<std::string> cells);
+    bool is_empty() const { return rows.empty(); }
+    void print(Console& console) const;
+
+private:
+    std::string format_row(const std::vector<std::string>& cells) const;
+
+    std::vector<std::string> heading;
+    std::vector<std::vector<std::string>> rows;
+    std::vector<std::size_t> widths;
+};
+
+} // namespace tool
