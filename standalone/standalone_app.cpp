@@ -25,7 +25,7 @@ struct StandaloneApp::State {
     bool use_color_space_file = false;
     CoreString color_space_file_path;
     CoreString cdl_library_file_path;
-    CoreString default_color_space_name;
+    CoreString default_color_space_name = "linear";
     unsigned int use_color_space_by_extension_file = 0;
     CoreString color_space_by_extension_file_path;
 

@@ -1,6 +1,5 @@
 #include "host/parser/parser_file.h"
 
-#include <cstring>
 #include <optional>
 #include <string>
 
@@ -10,25 +9,12 @@
 #include "standalone/parser/yaml_reader.h"
 #include "standalone/parser/yaml_writer.h"
 #include "standalone/sys/file_replacement.h"
-#include "standalone/sys/input_file.h"
+#include "standalone/sys/read_text.h"
 
 namespace {
 
 constexpr const char* TYPE_ENTRY = "file_type";
 constexpr const char* VERSION_ENTRY = "file_version";
-
-// The whole file; nothing, and the reason in `error`, when it cannot be had.
-std::optional<std::string> read_whole(const std::string& path, std::string& error) {
-    InputFile file(path);
-    std::string text;
-    if (!file.is_open() || !file.read(MAX_FILE_SIZE + 1, text))
-        error = std::string(": ") + std::strerror(file.get_error_number());
-    else if (text.size() > MAX_FILE_SIZE)
-        error = ": longer than " + std::to_string(MAX_FILE_SIZE) + " bytes";
-    else
-        return text;
-    return std::nullopt;
-}
 
 // What is wrong with the root entry `name`, which must be `required` unless that is empty.
 std::string check_entry(const ParserGroup& root, const char* name, const CoreString& required) {
@@ -59,9 +45,8 @@ ParserFile::~ParserFile() = default;
 bool ParserFile::read(const CoreString& path, const CoreString& required_type,
                       const CoreString& required_version) {
     auto root = std::make_unique<ParserGroup>(nullptr);
-    std::string error;
-    if (const auto text = read_whole(path.get_data(), error))
-        error = read_yaml(*text, *root).value_or("");
+    const FileText file = read_text(path.get_data(), MAX_FILE_SIZE);
+    std::string error = file.text ? read_yaml(*file.text, *root).value_or("") : ": " + file.reason;
     if (error.empty())
         error = check_entry(*root, TYPE_ENTRY, required_type);
     if (error.empty())

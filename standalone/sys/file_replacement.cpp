@@ -37,11 +37,10 @@ std::string make_sibling_name(const std::string& target) {
 // A rename is only durable once its folder is on the disk; a file system that cannot do that does its best.
 void flush_folder(const std::string& file) {
     const std::string folder = std::filesystem::path(file).parent_path().string();
-    const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    fsync(descriptor);
-    close(descriptor);
+    const Descriptor descriptor(
+        open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.is_open())
+        fsync(descriptor.get());
 }
 
 } // namespace
@@ -67,26 +66,26 @@ bool FileReplacement::open_target(std::optional<mode_t> mode) {
         if (!open_sibling(mode ? mode : old.st_mode & PERMISSIONS))
             return false;
         // Only a privileged process can give files away; for others the file is theirs already.
-        return fchown(descriptor, old.st_uid, old.st_gid) == 0 || errno == EPERM;
+        return fchown(descriptor.get(), old.st_uid, old.st_gid) == 0 || errno == EPERM;
     }
-    descriptor = open(target.c_str(), O_WRONLY | O_CLOEXEC);
-    return descriptor >= 0;
+    descriptor = Descriptor(open(target.c_str(), O_WRONLY | O_CLOEXEC));
+    return is_open();
 }
 
 bool FileReplacement::open_sibling(std::optional<mode_t> mode) {
     const mode_t created_mode = mode ? *mode & 0600 : NEW_FILE_MODE;
-    for (int attempt = 0; attempt < NAME_ATTEMPTS && descriptor < 0; ++attempt) {
+    for (int attempt = 0; attempt < NAME_ATTEMPTS && !is_open(); ++attempt) {
         sibling = make_sibling_name(target);
-        descriptor =
-            open(sibling.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, created_mode);
-        if (descriptor < 0 && errno != EEXIST)
+        descriptor = Descriptor(
+            open(sibling.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, created_mode));
+        if (!is_open() && errno != EEXIST)
             break;
     }
-    if (descriptor < 0) {
+    if (!is_open()) {
         sibling.clear();
         return false;
     }
-    return !mode || fchmod(descriptor, *mode) == 0;
+    return !mode || fchmod(descriptor.get(), *mode) == 0;
 }
 
 bool FileReplacement::write(std::string_view bytes) {
@@ -101,7 +100,7 @@ bool FileReplacement::write(std::string_view bytes) {
 
 bool FileReplacement::write_out(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        const ssize_t written = ::write(descriptor.get(), bytes.data(), bytes.size());
         if (written < 0 && errno != EINTR)
             return false;
         bytes.remove_prefix(written < 0 ? 0 : static_cast<size_t>(written));
@@ -115,7 +114,7 @@ bool FileReplacement::commit() {
     if (!write_out(std::exchange(buffer, {})) || !flush_to_disk())
         return fail();
     // Some file systems report a full disk only here.
-    if (close(std::exchange(descriptor, -1)) != 0)
+    if (!descriptor.close())
         return fail();
     if (sibling.empty())
         return true;
@@ -128,7 +127,7 @@ bool FileReplacement::commit() {
 
 // EINVAL: a device, a pipe, or a file system that has nothing to flush.
 bool FileReplacement::flush_to_disk() {
-    return fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS || errno == ENOTSUP;
+    return fsync(descriptor.get()) == 0 || errno == EINVAL || errno == EROFS || errno == ENOTSUP;
 }
 
 bool FileReplacement::fail() {
@@ -138,8 +137,7 @@ bool FileReplacement::fail() {
 }
 
 void FileReplacement::abandon() {
-    if (is_open())
-        close(std::exchange(descriptor, -1));
+    descriptor = Descriptor();
     if (!sibling.empty())
         unlink(sibling.c_str());
     sibling.clear();

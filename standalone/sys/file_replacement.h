@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/sys/descriptor.h"
+
 /// Writes a new version of a file beside it and puts it in the old one's place when it is complete. Links are
 /// followed to the file they name. Something that is no regular file (a device, a pipe) is written in place.
 class FileReplacement {
@@ -18,7 +20,7 @@ public:
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
-    bool is_open() const { return descriptor >= 0; }
+    bool is_open() const { return descriptor.is_open(); }
     /// False when not all bytes could be written; the replacement is then abandoned.
     bool write(std::string_view bytes);
     /// Brings the bytes to the disk and takes the old file's place. False when any step failed, or an earlier
@@ -39,5 +41,5 @@ private:
     std::string sibling; ///< Empty when the target is written in place.
     std::string buffer;
     std::string error;
-    int descriptor = -1;
+    Descriptor descriptor;
 };

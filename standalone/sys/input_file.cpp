@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <utility>
 
 namespace {
 
@@ -16,17 +15,12 @@ constexpr size_t STEP = 1 << 16;
 
 InputFile::InputFile(const std::string& path) : descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     struct stat status;
-    if (descriptor < 0 || fstat(descriptor, &status) != 0) {
+    if (!is_open() || fstat(descriptor.get(), &status) != 0) {
         error_number = errno;
     } else if (S_ISDIR(status.st_mode)) {
         error_number = EISDIR;
-        close(std::exchange(descriptor, -1));
+        descriptor = Descriptor();
     }
-}
-
-InputFile::~InputFile() {
-    if (is_open())
-        close(descriptor);
 }
 
 bool InputFile::read(size_t count, std::string& bytes) {
@@ -34,7 +28,7 @@ bool InputFile::read(size_t count, std::string& bytes) {
         const size_t old_size = bytes.size();
         const size_t step = std::min(count, STEP);
         bytes.resize(old_size + step);
-        const ssize_t taken = ::read(descriptor, &bytes[old_size], step);
+        const ssize_t taken = ::read(descriptor.get(), &bytes[old_size], step);
         bytes.resize(old_size + static_cast<size_t>(std::max<ssize_t>(taken, 0)));
         if (taken == 0)
             return true;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "host/core/core_string.h"
+#include "host/host_export.h"
+
+class ParserEntry;
+class StandaloneApp;
+
+/// The file that keeps a StandaloneApp's preferences, and those of the colour-management module, from run to
+/// run. It is for this user alone (mode 0600, in a folder that is made with mode 0700).
+///
+/// Every change replaces the file whole, so whatever happens to the process the old or the new file is there,
+/// and several processes may use one file: the last to save wins. A file that cannot be understood is renamed
+/// ("preferences.yaml.damaged-1", and so on), never overwritten. Entries that this program does not know, in
+/// the file or in the module's group, are kept when it saves.
+class HOST_API PreferenceFile {
+public:
+    /// Has the module write its preferences into an entry, after resetting it; answers whether it wrote any.
+    using ModuleSave = std::function<bool(ParserEntry* entry)>;
+
+    explicit PreferenceFile(const CoreString& path);
+    ~PreferenceFile();
+    PreferenceFile(const PreferenceFile&) = delete;
+    PreferenceFile& operator=(const PreferenceFile&) = delete;
+
+    /// "qb_colorio/preferences.yaml" in $XDG_CONFIG_HOME or "~/.config"; empty when the user has no home.
+    static CoreString get_default_path();
+
+    /// Gives `app` what the file holds; without a file everything stays as it is. False, with a message at
+    /// level 1, when there is a file that cannot be read or understood; `app` is then unchanged.
+    bool load(StandaloneApp& app);
+
+    /// The entry "color_management" as last loaded, for the module to load from: its group has the module's
+    /// entries. Stays at its address.
+    ParserEntry& get_color_management();
+
+    /// Saves the preferences of `app`, and those of the module when `save_module` is not empty; else the
+    /// module's stay as they are in the file. False, with a message at level 1, when the file cannot be
+    /// written or holds something that cannot be read.
+    bool save(const StandaloneApp& app, const ModuleSave& save_module);
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
