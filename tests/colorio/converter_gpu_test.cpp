@@ -1,7 +1,7 @@
 #include "colorio/color_io_converter.h"
 
 #include <cmath>
-#include <regex>
+#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -75,6 +75,15 @@ std::vector<ShaderEvaluator::Pixel> probe_pixels(const Axis& axis) {
     return pixels;
 }
 
+/// The text with every run of blanks and line ends as one blank.
+std::string words_of(const std::string& text) {
+    std::istringstream stream(text);
+    std::string words, word;
+    while (stream >> word)
+        words += words.empty() ? word : " " + word;
+    return words;
+}
+
 /// What a host gets: text and table of the converter's conversion.
 class Shader : public ConverterTest {
 protected:
@@ -145,11 +154,9 @@ TEST_F(Shader, ReplacesTheTextThatWasThere) {
 
 TEST_F(Shader, IsAFunctionOfAPixelAndATable) {
     ASSERT_TRUE(converter->configure("sRGB", "linear"));
-    const std::regex signature(
-        "vec4\\s+OCIODisplay\\s*\\(\\s*in\\s+vec4\\s+inPixel\\s*,\\s*const\\s+sampler3D\\s+lut3d\\s*\\)");
     for (GlslVersion version : {LEGACY, CORE}) {
         generate(version);
-        EXPECT_TRUE(std::regex_search(code, signature)) << code;
+        EXPECT_THAT(words_of(code), HasSubstr("vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d) {"));
         EXPECT_THAT(code, Not(HasSubstr("uniform")));
         EXPECT_THAT(code, Not(HasSubstr("#")));
     }

@@ -1,9 +1,9 @@
 #include "tests/colorio/shader_evaluator.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <functional>
-#include <regex>
 #include <set>
 #include <stdexcept>
 
@@ -13,13 +13,37 @@ using Value = std::vector<double>;
 
 const std::set<std::string> TYPES = {"float", "vec3", "vec4", "mat4"};
 
+/// Length of the word that starts at `start`: a name, a number, an operator or one other character.
+size_t word_length(const std::string& text, size_t start) {
+    auto at = [&](size_t index) { return index < text.size() ? text[index] : '\0'; };
+    auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
+    auto is_digit = [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; };
+    size_t end = start;
+    if (is_digit(at(start)) || (at(start) == '.' && is_digit(at(start + 1)))) {
+        while (is_name(at(end)) || at(end) == '.' ||
+               ((at(end) == '-' || at(end) == '+') && (at(end - 1) == 'e' || at(end - 1) == 'E')))
+            ++end;
+        return end - start;
+    }
+    while (is_name(at(end)))
+        ++end;
+    if (end > start)
+        return end - start;
+    return std::string("+-*/").find(at(start)) != std::string::npos && at(start + 1) == '=' ? 2 : 1;
+}
+
 std::vector<std::string> split_into_words(const std::string& text) {
-    const std::string without_comments = std::regex_replace(text, std::regex("//[^\n]*"), "");
-    const std::regex word(
-        "[A-Za-z_]\\w*|\\d+\\.?\\d*(?:[eE][+-]?\\d+)?|\\.\\d+(?:[eE][+-]?\\d+)?|[-+*/]=|\\S");
-    std::vector<std::string> words(
-        std::sregex_token_iterator(without_comments.begin(), without_comments.end(), word),
-        std::sregex_token_iterator());
+    std::vector<std::string> words;
+    for (size_t position = 0; position < text.size();) {
+        if (std::isspace(static_cast<unsigned char>(text[position]))) {
+            ++position;
+        } else if (text.compare(position, 2, "//") == 0) {
+            position = std::min(text.find('\n', position), text.size());
+        } else {
+            words.push_back(text.substr(position, word_length(text, position)));
+            position += words.back().size();
+        }
+    }
     words.push_back("");
     return words;
 }
