@@ -1,6 +1,9 @@
 #include "colorio/ocio/processor.h"
 
+#include <algorithm>
+
 #include "colorio/ocio/guarded.h"
+#include "colorio/ocio/v2/conversion_check.h"
 
 namespace ocio {
 
@@ -60,21 +63,34 @@ private:
     bool no_op_;
 };
 
+/// The name itself, or the default role where a configuration without strict parsing does not know it.
+const char* known_name(const ConstConfigRcPtr& config, const char* name) {
+    const bool known = config->getColorSpace(name) || config->getNamedTransform(name);
+    return known || config->isStrictParsingEnabled() ? name : ROLE_DEFAULT;
+}
+
 } // namespace
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
                                   const char* destination) {
-    return guarded(
-        [&] { return std::make_shared<const LibraryProcessor>(config->getProcessor(source, destination)); });
+    return guarded([&] {
+        const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
+        conversion->setSrc(known_name(config, source));
+        conversion->setDst(known_name(config, destination));
+        check_conversion(config, conversion);
+        return std::make_shared<const LibraryProcessor>(
+            config->getProcessor(conversion->getSrc(), conversion->getDst()));
+    });
 }
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform) {
     return guarded([&] {
-        const library::DisplayViewTransformRcPtr view = library::DisplayViewTransform::Create();
-        view->setSrc(transform.input_color_space_name);
-        view->setDisplay(transform.display);
-        view->setView(transform.view);
-        return std::make_shared<const LibraryProcessor>(config->getProcessor(view));
+        const library::DisplayViewTransformRcPtr conversion = library::DisplayViewTransform::Create();
+        conversion->setSrc(known_name(config, transform.input_color_space_name));
+        conversion->setDisplay(transform.display);
+        conversion->setView(transform.view);
+        check_conversion(config, conversion);
+        return std::make_shared<const LibraryProcessor>(config->getProcessor(conversion));
     });
 }
 

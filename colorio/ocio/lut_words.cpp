@@ -1,0 +1,141 @@
+#include "colorio/ocio/lut_words.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <cctype>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string_view>
+#include <tuple>
+
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+namespace {
+
+/// Longest words that fit: of .spi1d and .spi3d lines, and of the "LUT:" line of Discreet tables.
+constexpr std::size_t MAX_NUMBER_LENGTH = 63;
+constexpr std::size_t MAX_DEPTH_LENGTH = 15;
+constexpr std::size_t UNLIMITED = std::string_view::npos;
+
+/// Reads a text byte by byte and finds the first word that some reader would copy beyond its buffer. Every
+/// reader may see every file, since the library tries them all when the one of the extension fails.
+class WordScanner {
+public:
+    /// False when `c` makes a word too long.
+    bool accepts(char c) {
+        if (c == '\n')
+            end_line();
+        else if (std::isspace(static_cast<unsigned char>(c)))
+            end_word();
+        else
+            add_to_word(c);
+        return word_length_ <= limit_;
+    }
+
+    unsigned long line() const { return line_; }
+
+private:
+    void end_line() {
+        end_word();
+        ++line_;
+        words_ = 0;
+        limit_ = in_table_ ? MAX_NUMBER_LENGTH : UNLIMITED;
+    }
+
+    void end_word() {
+        if (word_length_ == 0)
+            return;
+        if (words_++ == 0)
+            note_first_word();
+        word_length_ = 0;
+    }
+
+    void add_to_word(char c) {
+        if (words_ == 0 && word_length_ < first_word_.size())
+            first_word_[word_length_] = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        ++word_length_;
+        // The brace that opens an .spi1d table need not stand alone.
+        if (words_ == 0 && word_length_ == 1 && c == '{')
+            in_table_ = true;
+    }
+
+    void note_first_word() {
+        const std::string_view word(first_word_.data(), std::min(word_length_, first_word_.size()));
+        if (word == "spilut" && line_ == 1)
+            in_table_ = true;
+        else if (word.substr(0, 4) == "from")
+            limit_ = MAX_NUMBER_LENGTH;
+        else if (word.substr(0, 4) == "lut:")
+            limit_ = MAX_DEPTH_LENGTH;
+    }
+
+    std::array<char, 6> first_word_{};
+    std::size_t word_length_ = 0;
+    std::size_t words_ = 0;
+    std::size_t limit_ = UNLIMITED;
+    unsigned long line_ = 1;
+    bool in_table_ = false;
+};
+
+/// Line of the first word that is too long.
+std::optional<unsigned long> find_unreadable_line(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    WordScanner scanner;
+    std::array<char, 1 << 16> block;
+    while (file.read(block.data(), block.size()), file.gcount() > 0)
+        for (const char c : std::string_view(block.data(), static_cast<std::size_t>(file.gcount())))
+            if (!scanner.accepts(c))
+                return scanner.line();
+    return std::nullopt;
+}
+
+/// Changes whenever a file is replaced or written to.
+using FileState = std::tuple<dev_t, ino_t, off_t, time_t, long>;
+
+std::optional<FileState> state_of(const std::string& path) {
+    struct stat info {};
+    if (stat(path.c_str(), &info) != 0)
+        return std::nullopt;
+    if (!S_ISREG(info.st_mode))
+        throw Exception(("'" + path + "' cannot be read as a LUT: it is not a regular file").c_str());
+    return FileState(info.st_dev, info.st_ino, info.st_size, info.st_mtim.tv_sec, info.st_mtim.tv_nsec);
+}
+
+/// Files that passed, with their state at that time.
+struct ReadableFiles {
+    std::mutex mutex;
+    std::map<std::string, FileState> states;
+};
+
+ReadableFiles& readable_files() {
+    static ReadableFiles files;
+    return files;
+}
+
+} // namespace
+
+void require_readable_lut(const std::string& path) {
+    const std::optional<FileState> state = state_of(path);
+    if (!state)
+        return;
+    ReadableFiles& known = readable_files();
+    {
+        const std::lock_guard lock(known.mutex);
+        const auto found = known.states.find(path);
+        if (found != known.states.end() && found->second == *state)
+            return;
+    }
+    if (const std::optional<unsigned long> line = find_unreadable_line(path))
+        throw Exception(("'" + path + "' cannot be read as a LUT: line " + std::to_string(*line) +
+                         " holds a word longer than any number")
+                            .c_str());
+    const std::lock_guard lock(known.mutex);
+    known.states.insert_or_assign(path, *state);
+}
+
+} // namespace ocio

@@ -1,0 +1,57 @@
+#include "colorio/ocio/v2/look_list.h"
+
+#include <algorithm>
+
+namespace ocio {
+
+namespace {
+
+std::string_view trim(std::string_view text) {
+    constexpr std::string_view BLANKS = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(BLANKS);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
+}
+
+/// The pieces of `text` between separators, trimmed.
+std::vector<std::string_view> split(std::string_view text, std::string_view separators) {
+    std::vector<std::string_view> pieces;
+    while (true) {
+        const std::size_t end = text.find_first_of(separators);
+        pieces.push_back(trim(text.substr(0, end)));
+        if (end == std::string_view::npos)
+            return pieces;
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::vector<LookStep> steps_of(std::string_view alternative) {
+    std::vector<LookStep> steps;
+    for (std::string_view piece : split(alternative, ",:")) {
+        const bool inverse = !piece.empty() && piece.front() == '-';
+        if (inverse || (!piece.empty() && piece.front() == '+'))
+            piece.remove_prefix(1);
+        if (!piece.empty())
+            steps.push_back({std::string(trim(piece)), inverse});
+    }
+    return steps;
+}
+
+} // namespace
+
+std::vector<std::vector<LookStep>> look_alternatives(std::string_view list) {
+    std::vector<std::vector<LookStep>> alternatives;
+    for (const std::string_view alternative : split(list, "|"))
+        alternatives.push_back(steps_of(alternative));
+    return alternatives;
+}
+
+std::vector<LookStep> all_look_steps(std::string_view list) {
+    std::vector<LookStep> all;
+    for (std::vector<LookStep>& steps : look_alternatives(list))
+        std::move(steps.begin(), steps.end(), std::back_inserter(all));
+    return all;
+}
+
+} // namespace ocio

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+/// What transforms of a configuration can refer to by name.
+enum class NodeKind { COLOR_SPACE, LOOK, NAMED_TRANSFORM, VIEW_TRANSFORM };
+
+struct GraphNode {
+    NodeKind kind;
+    std::string name; ///< as the configuration spells it, never a role or an alias
+    bool inverse;     ///< applied backwards; always false for colour spaces, which are followed both ways
+
+    bool operator==(const GraphNode& other) const {
+        return kind == other.kind && name == other.name && inverse == other.inverse;
+    }
+};
+
+/// What one node, or one transform, refers to directly.
+struct Dependencies {
+    std::vector<GraphNode> nodes;   ///< in order, once per use
+    std::vector<std::string> files; ///< sources of file transforms, unresolved
+    std::size_t transforms = 0;     ///< how many transforms it consists of, groups not counted
+    std::size_t group_depth = 0;    ///< how deep its groups are nested
+};
+
+/// The references among the transforms of a configuration, as the library follows them when it makes a
+/// processor: through both transforms of every colour space, the looks and spaces of look transforms, and the
+/// colour space, view transform and looks of views. Names that the configuration does not know are left out.
+class TransformGraph {
+public:
+    explicit TransformGraph(const ConstConfigRcPtr& config);
+
+    Dependencies dependencies_of(const GraphNode& node) const;
+    Dependencies dependencies_of(const ConstTransformRcPtr& transform) const;
+
+private:
+    const ConstConfigRcPtr& config_;
+    library::ConstContextRcPtr context_;
+};
+
+} // namespace ocio
