@@ -117,16 +117,24 @@ bool ColorIOManager::write_lut_to_disk(const CoreString& path, const CoreArray<f
     SysFile file(path, SysFile::MODE_WRITE, 0);
     if (!file.is_opened())
         return false;
-    CoreString text("Version 1\n");
-    text += CoreString("From ") + CoreString::from_float(from) + " " + CoreString::from_float(to) + "\n";
-    text += CoreString("Length ") + CoreString::from_unsigned(values.get_count()) + "\n";
-    text += "Components 1\n{\n";
+    constexpr char INDENT[] = "        ";
+    constexpr std::size_t LINE_LENGTH = 24;
+    std::string text;
+    text.reserve(values.get_count() * LINE_LENGTH);
+    const auto append = [&text](const CoreBasicString& part) { text += part.view(); };
+    text += "Version 1\nFrom ";
+    append(CoreString::from_float(from));
+    text += ' ';
+    append(CoreString::from_float(to));
+    text += "\nLength ";
+    append(CoreString::from_unsigned(values.get_count()));
+    text += "\nComponents 1\n{\n";
     for (const float value : values) {
-        text += "        ";
-        text += CoreString::from_float(value);
+        text += INDENT;
+        append(CoreString::from_float(value));
         text += '\n';
     }
     text += "}\n";
-    const long long written = file.write(text);
+    const long long written = file.write(CoreString(std::string_view(text)));
     return file.close() && written > 0;
 }

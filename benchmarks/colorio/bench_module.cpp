@@ -6,6 +6,11 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
+#include "host/core/core_log.h"
+
+BenchApp::BenchApp(std::string folder) : folder(std::move(folder)) {
+    CoreLogHandler::get_main_log_handler().set_level(0);
+}
 
 BenchFolder::BenchFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "qb_bench_XXXXXX").string();

@@ -21,7 +21,8 @@ constexpr unsigned int HEIGHT = 2160;
 const auto EXACT = static_cast<OCIO::OptimizationFlags>(OCIO::OPTIMIZATION_LOSSLESS |
                                                         OCIO::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 
-/// The module with its built-in configuration, a converter, and the library's evaluator of the same conversion.
+/// The module with its built-in configuration, a converter, and the library's evaluator of the same
+/// conversion.
 struct Conversion {
     BenchFolder folder;
     BenchApp app{folder.get_path()};
@@ -82,8 +83,8 @@ void module_convert_buffers(benchmark::State& state) {
     const Conversion conversion;
     convert_picture(state, [&](float* pixels) {
         const std::size_t plane = std::size_t(WIDTH) * HEIGHT;
-        conversion.converter.convert_buffers(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane, WIDTH,
-                                             HEIGHT);
+        conversion.converter.convert_buffers(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane,
+                                             WIDTH, HEIGHT);
     });
 }
 
@@ -91,7 +92,8 @@ void library_planar(benchmark::State& state) {
     const Conversion conversion;
     convert_picture(state, [&](float* pixels) {
         const std::size_t plane = std::size_t(WIDTH) * HEIGHT;
-        OCIO::PlanarImageDesc image(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane, WIDTH, HEIGHT);
+        OCIO::PlanarImageDesc image(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane, WIDTH,
+                                    HEIGHT);
         conversion.library->apply(image);
     });
 }
