@@ -362,7 +362,6 @@ TEST_F(ManagerWithoutApplication, FindsNothingInEnumerationsThatDoNotExist) {
     EXPECT_EQ(str(manager.get_color_space_name(0)), "");
     EXPECT_EQ(str(manager.get_full_color_space_name("linear")), "linear");
     EXPECT_EQ(str(manager.get_color_space_from_display_view("default.linear")), "default.linear");
-    EXPECT_EQ(manager.get_color_space_enum_separator(), '\0');
     EXPECT_TRUE(manager.display_view_exists("default.linear"));
     EXPECT_FALSE(manager.get_display_view("default.linear", display, view));
     EXPECT_EQ(str(manager.get_default_display_view()), "");
