@@ -4,6 +4,7 @@
 
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/v2/conversion_check.h"
+#include "colorio/ocio/v2/gpu_shader.h"
 
 namespace ocio {
 
@@ -17,11 +18,21 @@ constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
+GpuAllocation allocation_of(const ConstColorSpaceRcPtr& space) {
+    if (!space)
+        return {};
+    GpuAllocation allocation{space->getAllocation(), {}};
+    allocation.variables.resize(static_cast<std::size_t>(space->getAllocationNumVars()));
+    if (!allocation.variables.empty())
+        space->getAllocationVars(allocation.variables.data());
+    return allocation;
+}
+
 class LibraryProcessor final : public Processor {
 public:
-    explicit LibraryProcessor(library::ConstProcessorRcPtr processor)
+    LibraryProcessor(library::ConstProcessorRcPtr processor, const ConstColorSpaceRcPtr& source)
         : processor_(std::move(processor)), cpu_(processor_->getOptimizedCPUProcessor(OPTIMIZATION)),
-          no_op_(cpu_->isNoOp()) {}
+          allocation_(allocation_of(source)), no_op_(cpu_->isNoOp()) {}
 
     bool is_no_op() const override { return no_op_; }
 
@@ -49,24 +60,47 @@ public:
             cpu_->applyRGBA(pixel);
     }
 
-    std::string get_gpu_shader_text(const GpuShaderDesc&) const override {
-        throw Exception("the GPU shader text is not available yet");
+    std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
+        return guarded([&] { return gpu_shader(desc).text; });
     }
 
-    void get_gpu_lut_3d(float*, const GpuShaderDesc&) const override {
-        throw Exception("the GPU table is not available yet");
+    void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const override {
+        const GpuShader shader = guarded([&] { return gpu_shader(desc); });
+        if (shader.table.empty()) {
+            const std::size_t edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
+            std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
+        } else {
+            std::copy(shader.table.begin(), shader.table.end(), lut);
+        }
     }
 
 private:
+    GpuShader gpu_shader(const GpuShaderDesc& desc) const {
+        if (no_op_)
+            return pass_through_shader(desc);
+        const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
+        if (!is_table_work(optimized))
+            if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))
+                return *std::move(adapted);
+        return baked_shader(*this, allocation_, desc);
+    }
+
     library::ConstProcessorRcPtr processor_;
     library::ConstCPUProcessorRcPtr cpu_;
+    GpuAllocation allocation_; ///< of the source colour space
     bool no_op_;
 };
 
+ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::ConstProcessorRcPtr processor,
+                                   const char* source) {
+    return std::make_shared<const LibraryProcessor>(std::move(processor), config->getColorSpace(source));
+}
+
 /// The name itself, or the default role where a configuration without strict parsing does not know it.
 const char* known_name(const ConstConfigRcPtr& config, const char* name) {
-    const bool known = config->getColorSpace(name) || config->getNamedTransform(name);
-    return known || config->isStrictParsingEnabled() ? name : ROLE_DEFAULT;
+    if (config->isStrictParsingEnabled() || config->getColorSpace(name) || config->getNamedTransform(name))
+        return name;
+    return ROLE_DEFAULT;
 }
 
 } // namespace
@@ -78,8 +112,8 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
         conversion->setSrc(known_name(config, source));
         conversion->setDst(known_name(config, destination));
         check_conversion(config, conversion);
-        return std::make_shared<const LibraryProcessor>(
-            config->getProcessor(conversion->getSrc(), conversion->getDst()));
+        return make_processor(config, config->getProcessor(conversion->getSrc(), conversion->getDst()),
+                              conversion->getSrc());
     });
 }
 
@@ -90,7 +124,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setDisplay(transform.display);
         conversion->setView(transform.view);
         check_conversion(config, conversion);
-        return std::make_shared<const LibraryProcessor>(config->getProcessor(conversion));
+        return make_processor(config, config->getProcessor(conversion), conversion->getSrc());
     });
 }
 

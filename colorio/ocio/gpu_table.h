@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "colorio/ocio/processor.h"
+
+namespace ocio {
+
+/// How the values of a colour space are fitted to [0, 1], so that a table can be sampled with them.
+/// Uniform: minimum and maximum, by default 0 and 1. Lg2: minimum and maximum of the base-2 logarithm, by
+/// default -10 and 6, and an offset added to the value before the logarithm is taken, by default 0.
+struct GpuAllocation {
+    Allocation kind = ALLOCATION_UNIFORM;
+    std::vector<float> variables;
+};
+
+/// Shader text and its table. An empty table means that the text does not sample it.
+struct GpuShader {
+    std::string text;
+    std::vector<float> table; ///< edge^3 RGB triples, red fastest
+};
+
+/// "vec4 NAME(..., sampler3D lut3d)" as the shading language spells it, without a body.
+std::string shader_signature(const GpuShaderDesc& desc);
+
+/// Hands the pixel back as it is.
+GpuShader pass_through_shader(const GpuShaderDesc& desc);
+
+/// Fits the pixel to [0, 1] by `allocation` and takes its colour from a table of what `processor` makes of
+/// the lattice points. Throws when the allocation spans no range.
+GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocation,
+                       const GpuShaderDesc& desc);
+
+} // namespace ocio

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+
+#include "colorio/ocio/gpu_table.h"
+
+namespace ocio {
+
+/// True when the processor consists of lookup tables, at least one, and of scales and offsets that keep the
+/// channels apart: the 1.x library puts all of it into the table.
+bool is_table_work(const library::ConstProcessorRcPtr& processor);
+
+/// The library's own shader, rewritten for the module's contract: the table is a parameter, sampled with red
+/// as its fastest axis. Empty when the shader needs more than one table, a table of another size, or
+/// uniforms.
+std::optional<GpuShader> adapted_shader(const library::ConstProcessorRcPtr& processor,
+                                        library::OptimizationFlags optimization, const GpuShaderDesc& desc);
+
+/// The rewriting alone, of a generated text and its resources.
+std::optional<GpuShader> adapt_shader(const library::ConstGpuShaderDescRcPtr& generated,
+                                      const GpuShaderDesc& desc);
+
+} // namespace ocio

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "colorio/ocio/types.h"
+#include "pixel/ops.h"
+
+namespace ocio {
+
+/// The operations of a processor as plain data, after the library's lossless optimisations, when `pixel/` is
+/// known to give the library's results for every one of them. Otherwise nothing, and the reason in words in
+/// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not known here".
+std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
+
+} // namespace ocio

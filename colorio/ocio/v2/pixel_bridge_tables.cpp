@@ -1,0 +1,47 @@
+#include "colorio/ocio/v2/pixel_bridge_tables.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace ocio {
+
+pixel::Lut1D read_table(const library::Lut1DTransform& transform, pixel::Direction direction) {
+    const std::size_t length = transform.getLength();
+    std::vector<float> values(3 * length);
+    for (std::size_t i = 0; i < length; ++i)
+        transform.getValue(i, values[i], values[length + i], values[2 * length + i]);
+    const auto same_as_red = [&](std::size_t channel) {
+        return std::memcmp(values.data(), values.data() + channel * length, length * sizeof(float)) == 0;
+    };
+    const bool shared = same_as_red(1) && same_as_red(2);
+    if (shared)
+        values.resize(length);
+    pixel::Lut1D table{};
+    table.domain = transform.getInputHalfDomain() ? pixel::InputDomain::Half : pixel::InputDomain::Unit;
+    table.length = length;
+    table.channels = shared ? 1 : 3;
+    table.values = std::make_shared<const std::vector<float>>(std::move(values));
+    table.direction = direction;
+    return table;
+}
+
+pixel::Lut3D read_cube(const library::Lut3DTransform& transform) {
+    const std::size_t edge = transform.getGridSize();
+    std::vector<float> values(3 * edge * edge * edge);
+    float* to = values.data();
+    for (std::size_t r = 0; r < edge; ++r)
+        for (std::size_t g = 0; g < edge; ++g)
+            for (std::size_t b = 0; b < edge; ++b, to += 3)
+                transform.getValue(r, g, b, to[0], to[1], to[2]);
+    const library::Interpolation interpolation = transform.getInterpolation();
+    const bool tetrahedral =
+        interpolation == library::INTERP_TETRAHEDRAL || interpolation == library::INTERP_BEST;
+    return {edge, pixel::CubeOrder::BlueFastest,
+            tetrahedral ? pixel::CubeInterpolation::Tetrahedral : pixel::CubeInterpolation::Trilinear,
+            std::make_shared<const std::vector<float>>(std::move(values))};
+}
+
+} // namespace ocio
