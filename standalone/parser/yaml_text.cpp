@@ -10,6 +10,10 @@ namespace {
 
 constexpr char32_t INVALID = 0xFFFFFFFF;
 
+// A name in front of a ':' on its line has 1024 characters at most (YAML 1.2, section 7.4); this leaves room
+// for a tag.
+constexpr size_t MAX_IMPLICIT_NAME = 1000;
+
 struct Utf8Form {
     unsigned char mask; // bits of the first byte that tell the length
     unsigned char mark; // their value
@@ -110,9 +114,12 @@ std::string quote_yaml(std::string_view text) {
     return quoted + "\"";
 }
 
-std::string quote_yaml_name(std::string_view name) {
+std::string quote_yaml_name(std::string_view name, size_t indent) {
     const bool plain = !name.empty() && is_word_start(name[0]) &&
                        std::all_of(name.begin(), name.end(), is_word_character) &&
                        !is_reserved_word(std::string(name));
-    return plain ? std::string(name) : quote_yaml(name);
+    const std::string quoted = plain ? std::string(name) : quote_yaml(name);
+    if (quoted.size() <= MAX_IMPLICIT_NAME)
+        return quoted + ":";
+    return "? " + quoted + "\n" + std::string(indent, ' ') + ":";
 }

@@ -191,11 +191,19 @@ void refuse_control_characters(std::string_view text) {
     throw YamlError(line, column, "a control character; this is not a YAML text in UTF-8");
 }
 
+// The library below does not notice a quoted text that the end of the file cuts off right after a line end. A
+// comment in the last line makes it notice, and is nothing to every other text.
+std::string end_with_comment(std::string_view text) {
+    const std::string_view last_line = text.substr(text.find_last_of("\r\n") + 1);
+    const bool is_blank = last_line.find_first_not_of(" \t") == std::string_view::npos;
+    return std::string(text) + (last_line.empty() ? "#" : is_blank ? "\n#" : "");
+}
+
 } // namespace
 
 YamlNodePtr read_yaml_tree(std::string_view text) {
     refuse_control_characters(text);
-    std::istringstream stream{std::string(text)};
+    std::istringstream stream(end_with_comment(text));
     TreeBuilder builder;
     try {
         YAML::Parser parser(stream);

@@ -63,8 +63,7 @@ public:
 
 private:
     void add_entry(const ParserEntry& entry, size_t indent, unsigned int depth) {
-        text += quote_yaml_name(entry.get_name().view());
-        text += ":";
+        text += quote_yaml_name(entry.get_name().view(), indent);
         const unsigned int count = entry.get_value_count();
         if (count == 0)
             text += "\n";

@@ -58,7 +58,7 @@ FileReplacement::~FileReplacement() {
 bool FileReplacement::open_target(std::optional<mode_t> mode) {
     struct stat old;
     if (stat(target.c_str(), &old) != 0)
-        return errno == ENOENT && open_sibling(mode);
+        return errno == ENOENT && !target.empty() && open_sibling(mode);
     // A rename would not mind that the file is write-protected, its owner would.
     if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         return false;

@@ -1,0 +1,73 @@
+#include "host/core/core_class_info.h"
+
+#include <gtest/gtest.h>
+
+#include "host/core/core_base_object.h"
+#include "host/event/event_object.h"
+#include "host/of/of_app.h"
+#include "host/of/of_object.h"
+#include "standalone/standalone_app.h"
+
+namespace {
+
+TEST(CoreClassInfo, TheHostsClassesFormTheirChains) {
+    const CoreClassInfo& app = StandaloneApp::class_info();
+    EXPECT_EQ(app.get_name(), "StandaloneApp");
+    const char* expected[] = {"StandaloneApp",  "OfApp",          "EventObject",
+                              "CoreCustomData", "CoreBaseObject", "CoreBaseType"};
+    const CoreClassInfo* info = &app;
+    for (const char* name : expected) {
+        ASSERT_NE(info, nullptr) << name;
+        EXPECT_EQ(info->get_name(), name);
+        info = info->get_base();
+    }
+    EXPECT_EQ(info, nullptr);
+}
+
+TEST(CoreClassInfo, KindIncludesTheClassAndItsBasesOnly) {
+    EXPECT_TRUE(EventObject::class_info().is_kind_of(EventObject::class_info()));
+    EXPECT_TRUE(EventObject::class_info().is_kind_of(CoreBaseType::class_info()));
+    EXPECT_FALSE(CoreBaseType::class_info().is_kind_of(EventObject::class_info()));
+    EXPECT_FALSE(OfObject::class_info().is_kind_of(EventObject::class_info()));
+}
+
+TEST(CoreClassInfo, ObjectsTellTheirOwnClass) {
+    StandaloneApp app;
+    const CoreBaseType& base = app;
+    EXPECT_EQ(&base.get_class_info(), &StandaloneApp::class_info());
+}
+
+bool destroy_nothing(void*, const bool&) {
+    return true;
+}
+
+TEST(CoreClassInfo, TheFirstRegistrationOfANameStays) {
+    int data = 0;
+    const CoreClassInfo& first =
+        CoreClassInfo::new_class("TestPainting", destroy_nothing, CoreBaseType::class_info(), &data);
+    const CoreClassInfo& second = CoreClassInfo::new_class("TestPainting", nullptr);
+    EXPECT_EQ(&first, &second);
+    EXPECT_EQ(first.get_destructor(), &destroy_nothing);
+    EXPECT_EQ(first.get_user_data(), &data);
+    EXPECT_EQ(CoreClassInfo::find("TestPainting"), &first);
+    EXPECT_EQ(CoreClassInfo::find("TestSculpture"), nullptr);
+}
+
+class Counted : public EventObject {
+public:
+    Counted() { ++alive; }
+    ~Counted() override { --alive; }
+    static int alive;
+};
+int Counted::alive = 0;
+
+TEST(CoreClassInfo, DestructorsTakeObjectsArraysAndNull) {
+    const CoreClassInfo::ClassDestructor destroy = EventObject::class_info().get_destructor();
+    EXPECT_TRUE(destroy(nullptr, false));
+    EXPECT_TRUE(destroy(nullptr, true));
+    EXPECT_TRUE(destroy(static_cast<EventObject*>(new Counted), false));
+    EXPECT_EQ(Counted::alive, 0);
+    EXPECT_TRUE(destroy(new EventObject[3], true));
+}
+
+} // namespace

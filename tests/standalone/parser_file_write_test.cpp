@@ -1,0 +1,242 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+
+#include "host/parser/parser_entry.h"
+#include "host/parser/parser_file.h"
+#include "host/parser/parser_group.h"
+#include "tests/standalone/described_entries.h"
+#include "tests/support/temp_dir.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+class WriteParserFile : public testing::Test {
+protected:
+    ParserEntry& add(const std::string& name) {
+        return *file.get_root().add_entry(CoreString(std::string_view(name)), 0, 0);
+    }
+    std::string write() {
+        EXPECT_TRUE(file.write(folder.file("file.yaml").c_str())) << file.get_error().get_data();
+        return folder.read("file.yaml");
+    }
+    std::string read_back() {
+        ParserFile other;
+        if (!other.read(folder.file("file.yaml").c_str(), "", ""))
+            return std::string("error: ") + other.get_error().get_data();
+        return describe(other.get_root());
+    }
+    void expect_round_trip() {
+        const std::string before = describe(file.get_root());
+        const std::string text = write();
+        EXPECT_TRUE(read_back() == before) << text.substr(0, 2000);
+    }
+
+    TempDir folder;
+    ParserFile file;
+};
+
+TEST_F(WriteParserFile, ThePreferencesLookLikeThis) {
+    add("color_space_file_path").add_string("/shows/a \"b\"/config.ocio");
+    add("use_color_space_file").add_int(1);
+    add("nothing");
+    ParserGroup& group = *add("color_management").add_group(nullptr);
+    for (const char* name : {"plate", "film"}) {
+        ParserEntry& space = *group.add_entry("space", 0, 0);
+        space.add_string(name);
+        space.add_int(3);
+        space.add_double(1.0);
+    }
+    add("empty group").add_group(nullptr);
+    EXPECT_EQ(write(), R"(color_space_file_path: "/shows/a \"b\"/config.ocio"
+use_color_space_file: 1
+nothing:
+color_management: !!pairs
+  - space: ["plate", 3, 1.0]
+  - space: ["film", 3, 1.0]
+"empty group": {}
+)");
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, GroupsNestInEveryForm) {
+    ParserEntry& several = add("several");
+    several.add_int(1);
+    several.add_group(nullptr)->add_entry("x", 0, 0)->add_string("y");
+    ParserGroup& repeated = *several.add_group(nullptr);
+    repeated.add_entry("m", 0, 0)->add_group(&repeated)->add_entry("deep", 0, 0)->add_double(2);
+    repeated.add_entry("m", 0, 0);
+    several.add_group(nullptr);
+    EXPECT_EQ(write(), R"(several:
+  - 1
+  -
+    x: "y"
+  - !!pairs
+    - m:
+        deep: 2.0
+    - m:
+  - {}
+)");
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, RepeatedNamesAtTheTopReadBack) {
+    add("CDL").add_int(1);
+    add("CDL").add_int(2);
+    EXPECT_EQ(write(), "!!pairs\n- CDL: 1\n- CDL: 2\n");
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, AnEmptyRootReadsBack) {
+    EXPECT_EQ(write(), "{}\n");
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, StringsReadBackByteForByte) {
+    const std::string texts[] = {"",
+                                 " ",
+                                 " leading and trailing ",
+                                 "12",
+                                 "1.5",
+                                 ".nan",
+                                 "~",
+                                 "null",
+                                 "true",
+                                 "- x",
+                                 "a: b",
+                                 "# c",
+                                 "&a",
+                                 "*a",
+                                 "!!int 5",
+                                 "%TAG",
+                                 "line\nline\n",
+                                 "\r\n\t\v",
+                                 std::string("a\0b", 3),
+                                 "\x01\x04\x1B\x7F",
+                                 "quote\" back\\slash 'single'",
+                                 "\\n \\x41",
+                                 "gr\xC3\xBC\xC3\x9F \xE8\x89\xB2 \xF0\x9F\x8E\xA8",
+                                 "\xC2\x85\xC2\xA0\xE2\x80\xA8\xE2\x80\xA9\xEF\xBB\xBF",
+                                 "\xEF\xBF\xBE\xEF\xBF\xBF\xEF\xB7\x90\xF4\x8F\xBF\xBF",
+                                 "latin \xE9",
+                                 "\xFF",
+                                 "\xED\xA0\x80",
+                                 "\xC0\x80",
+                                 "\xF0\x9F\x8E",
+                                 std::string(100'000, 'x'),
+                                 std::string(5000, '\xFE')};
+    ParserEntry& all = add("all");
+    for (const std::string& text : texts) {
+        add(text).add_string(CoreString(std::string_view(text)));
+        all.add_string(CoreString(std::string_view(text)));
+    }
+    write();
+    ParserFile other;
+    ASSERT_TRUE(other.read(folder.file("file.yaml").c_str(), "", "")) << other.get_error().get_data();
+    unsigned int index = 0;
+    for (const std::string& text : texts) {
+        EXPECT_EQ(other.get_root().get_entry(0)->get_string(index).view(), text);
+        const ParserEntry& entry = *other.get_root().get_entry(++index);
+        EXPECT_EQ(entry.get_name().view(), text);
+        EXPECT_EQ(entry.get_string(0).view(), text);
+        EXPECT_TRUE(entry.is_value_string(0));
+    }
+}
+
+TEST_F(WriteParserFile, NamesThatOtherReadersTakeForSomethingElseAreQuoted) {
+    for (const char* name : {"n", "Yes", "null", "12", "a b", "-", "x-1"})
+        add(name);
+    EXPECT_EQ(write(), "\"n\":\n\"Yes\":\n\"null\":\n\"12\":\n\"a b\":\n\"-\":\nx-1:\n");
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, LongNamesReadBack) {
+    for (const size_t length : {900u, 1000u, 1020u, 1022u, 1024u, 5000u}) {
+        const std::string name(length, 'n');
+        add(name).add_int(1);
+        add(name + "\xFF").add_group(nullptr)->add_entry(name.c_str(), 0, 0)->add_int(2);
+        ParserGroup& repeated = *add(name + "/r").add_group(nullptr);
+        repeated.add_entry(name.c_str(), 0, 0)->add_string("x");
+        repeated.add_entry(name.c_str(), 0, 0)->add_group(nullptr)->add_entry(name.c_str(), 0, 0);
+    }
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, EveryByteReadsBackInANameAndAValue) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string text(1, static_cast<char>(byte));
+        add("n" + text).add_string(CoreString(std::string_view("v" + text)));
+    }
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, NumbersKeepTheirKindAndBits) {
+    ParserEntry& numbers = add("numbers");
+    for (const int integer : {0, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+        numbers.add_int(integer);
+    using Limits = std::numeric_limits<double>;
+    for (const double real :
+         {0.0, -0.0, 1.0, -5.0, 0.1, 1e22, 1e23, 1e300, 2147483648.0, Limits::max(), Limits::min(),
+          Limits::denorm_min(), Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()})
+        numbers.add_double(real);
+    std::mt19937_64 random(2020);
+    for (int i = 0; i < 5000; ++i) {
+        const unsigned long long bits = random();
+        double real;
+        std::memcpy(&real, &bits, sizeof real);
+        numbers.add_double(std::isnan(real) ? 0 : real);
+        numbers.add_double(static_cast<float>(i) / 7);
+    }
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, NotANumberOfAnyBitsStaysOne) {
+    add("n").add_double(-std::nan("0x7"));
+    write();
+    EXPECT_EQ(read_back(), "n=d7ff8000000000000");
+}
+
+TEST_F(WriteParserFile, GroupsNestedTooDeepAreRefused) {
+    ParserGroup* group = &file.get_root();
+    for (int i = 1; i < 64; ++i)
+        group = group->add_entry("g", 0, 0)->add_group(group);
+    expect_round_trip();
+    group->add_entry("g", 0, 0)->add_group(group);
+    EXPECT_FALSE(file.write(folder.file("file.yaml").c_str()));
+    EXPECT_THAT(file.get_error().get_data(), HasSubstr("file.yaml: groups nested deeper than 64 levels"));
+}
+
+TEST_F(WriteParserFile, TheDeepestGroupsInTheirLongestFormReadBack) {
+    ParserGroup* group = &file.get_root();
+    for (int i = 1; i < 64; ++i) {
+        group->add_entry("g", 0, 0);
+        ParserEntry& entry = *group->add_entry("g", 0, 0);
+        entry.add_int(1);
+        group = entry.add_group(group);
+    }
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, AFailedWriteIsNamedAndLeavesTheOldFile) {
+    EXPECT_FALSE(file.write(folder.file("no/file.yaml").c_str()));
+    EXPECT_EQ(file.get_error(),
+              CoreString(folder.file("no/file.yaml").c_str()) + ": No such file or directory");
+    EXPECT_EQ(folder.count_entries(), 0u);
+}
+
+TEST_F(WriteParserFile, TenThousandEntriesReadBack) {
+    for (int i = 0; i < 10'000; ++i) {
+        ParserEntry& entry = add("space");
+        entry.add_string(CoreString::from_int(i));
+        entry.add_double(i * 0.1);
+    }
+    expect_round_trip();
+}
+
+} // namespace
