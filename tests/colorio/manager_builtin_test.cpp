@@ -1,7 +1,8 @@
 #include <charconv>
+#include <chrono>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -259,6 +260,39 @@ TEST_F(ManagerBuiltinConfig, DisplaySpacesAreReadThroughTheirTables) {
     EXPECT_NEAR(film[1], 1.0, 2e-6);
     const double black = std::pow(10.0, (95 - 685) / 300.0);
     EXPECT_NEAR(film[2], (std::pow(10.0, (445 - 685) / 300.0) - black) / (1 - black), 2e-6);
+}
+
+TEST_F(ManagerBuiltinConfig, TheFoldersNameMayHoldWhatTheColorLibraryTakesForVariables) {
+    for (const char* name : {"100%", "%HOME%", "$HOME", "${HOME}", "a blank", "ä"}) {
+        write_file(std::string(name) + "/keep.txt", "");
+        app.lut_folder = path_of(name).c_str();
+        ColorIOManager::destroy();
+        start_manager();
+        ColorIOConverter converter;
+        EXPECT_TRUE(converter.configure("sRGB", "linear")) << name;
+    }
+}
+
+/// Writes numbers with a comma and groups of digits, as many countries do.
+struct CommaNumbers : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST_F(ManagerBuiltinConfig, TheProgramsLocaleChangesNeitherTheTablesNorTheConversion) {
+    const std::locale old = std::locale::global(std::locale(std::locale(), new CommaNumbers));
+    start_manager();
+    ColorIOConverter converter;
+    const bool configured = converter.configure("sRGB", "linear");
+    std::locale::global(old);
+
+    const std::string header = "Version 1\nFrom -0.125 1.125\nLength 4101\n";
+    EXPECT_EQ(folder.read("srgb.spi1d").substr(0, header.size()), header);
+    ASSERT_TRUE(configured);
+    GMathVec4<float> grey(0.5f, 0.5f, 0.5f, 1.0f);
+    EXPECT_TRUE(converter.convert_pixel(grey));
+    EXPECT_NEAR(grey[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
 }
 
 // A space whose table was never written is defined all the same; using it is what fails.

@@ -1,4 +1,5 @@
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "colorio/color_io.h"
@@ -354,6 +355,32 @@ TEST_F(ManagerSpaceLookUp, SeesALabelThatTheHostAdds) {
     app.get_enum("color_space")->add_value("Host|Extra", 4);
     EXPECT_EQ(manager.get_color_space_index("extra"), 3u);
     EXPECT_EQ(str(manager.get_full_color_space_name("Extra")), "Host|Extra");
+}
+
+TEST_F(ManagerSpaceLookUp, SeesAsManyLabelsInPlaceOfTheOldOnes) {
+    EXPECT_EQ(manager.get_color_space_index("linear"), 2u);
+    OfEnum* menu = app.get_enum("color_space");
+    menu->remove_all_values();
+    for (unsigned int value : {1u, 2u, 3u})
+        menu->add_value(("Host|Space " + std::to_string(value)).c_str(), value);
+    EXPECT_EQ(manager.get_color_space_index("space 2"), 1u);
+    EXPECT_EQ(manager.get_color_space_index("linear"), NO_POSITION);
+    EXPECT_EQ(str(manager.get_full_color_space_name("Space 3")), "Host|Space 3");
+}
+
+TEST_F(ManagerSpaceLookUp, ACopyOfTheManagerFollowsThePublicationsOfTheOriginal) {
+    const ColorIOManager copy(manager);
+    EXPECT_EQ(copy.get_color_space_index("linear"), 2u);
+    publish({{"", "a"}, {"", "b"}, {"", "c"}}, {{"Monitor", "Film", "a"}});
+    EXPECT_EQ(copy.get_color_space_index("b"), 1u);
+    EXPECT_EQ(copy.get_color_space_index("linear"), NO_POSITION);
+}
+
+TEST_F(ManagerSpaceLookUp, ANameThatGoesOnBehindANulIsAnotherName) {
+    const CoreString name(std::string_view("sRGB\0 of old", 12));
+    EXPECT_EQ(manager.get_color_space_index(name), NO_POSITION);
+    EXPECT_FALSE(manager.color_space_exists(CoreString(std::string_view("Tavelion|sRGB\0", 14))));
+    EXPECT_EQ(str(manager.get_full_color_space_name(name)), str(name));
 }
 
 TEST_F(ManagerSpaceLookUp, WithoutSeparatorFamiliesAreNotStripped) {

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "colorio/color_io_converter.h"
@@ -201,6 +202,17 @@ TEST_F(ManagerUseFile, TheArgumentDecidesEvenWhenTheApplicationDoesNotWantTheFil
     manager.use_file_config(true);
     EXPECT_THAT(spaces(), ElementsAre("film"));
     EXPECT_THAT(scene_linear, ElementsAre("linear", "film"));
+}
+
+TEST_F(ManagerUseFile, AListenerMaySwitchInTurn) {
+    bool switched = false;
+    events.on_event = [&](const std::string& event) {
+        if (event == LUT_LIST_EVENT && !std::exchange(switched, true))
+            manager.use_file_config(false);
+    };
+    use_file(write_file("film.ocio", FILM));
+    EXPECT_TRUE(manager.is_using_tavelion_config());
+    EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear"));
 }
 
 // Files that are missing or bad
