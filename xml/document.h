@@ -22,7 +22,8 @@ public:
     /// `bytes` of uninitialised storage; `alignment` is a power of two up to 16. Null when memory is short.
     void* allocate(std::size_t bytes, std::size_t alignment) noexcept {
         const std::size_t padding = (0 - reinterpret_cast<std::size_t>(next_free)) & (alignment - 1);
-        if (bytes + padding > static_cast<std::size_t>(block_end - next_free) || next_free == nullptr)
+        const auto available = static_cast<std::size_t>(block_end - next_free);
+        if (padding > available || bytes > available - padding || next_free == nullptr)
             return allocate_in_new_block(bytes);
         char* result = next_free + padding;
         next_free = result + bytes;

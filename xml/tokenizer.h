@@ -82,6 +82,7 @@ private:
     bool accept_clear_here(ClearTagIndex tag) const;
     bool scan_verbatim(char*& at, std::string_view close, bool& has_carriage_return, XmlError unclosed);
     bool read_instruction();
+    bool check_declaration_here(const char* content, const char* end);
     void read_pseudo_attributes(char* at, char* end);
     char* find_pseudo_value(char* name_end, char* end, char*& value) const;
 

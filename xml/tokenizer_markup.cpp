@@ -258,31 +258,35 @@ bool Tokenizer::read_instruction() {
     char* const target_end = const_cast<char*>(characters.name_end(target, text_end));
     if (target_end == target)
         return fail(XmlError::MISSING_START_TAG_NAME, target);
+    open_node(target, static_cast<std::size_t>(target_end - target), true);
     char* end = target_end;
     bool has_carriage_return = false;
     if (!scan_verbatim(end, INSTRUCTION_END, has_carriage_return, XmlError::UNEXPECTED_TOKEN))
         return false;
-    const std::string_view name = view(target, target_end);
-    if (target_end != end && !characters.is(*target_end, BLANK))
-        return fail(XmlError::UNEXPECTED_TOKEN, target_end);
-    if (is_reserved_target(name)) {
-        if (cursor != text || name != "xml")
-            return fail(XmlError::UNEXPECTED_TOKEN, cursor);
-        const DeclarationCheck check = check_declaration(view(target_end, end));
-        if (check.fault != nullptr)
-            return fail(XmlError::UNEXPECTED_TOKEN, check.fault);
-        if (is_byte_file && is_wide_encoding(check.encoding))
-            return fail(XmlError::CONVERSION_FAILED, check.encoding.data());
-    }
-    open_node(target, name.size(), true);
-    attributes.clear();
     const bool has_content = target_end != end;
+    if (has_content && !characters.is(*target_end, BLANK))
+        return fail(XmlError::UNEXPECTED_TOKEN, target_end);
+    if (is_reserved_target(view(target, target_end)) && !check_declaration_here(target_end, end))
+        return false;
     terminate(target_end);
     terminate(end);
+    attributes.clear();
     if (has_content)
         read_pseudo_attributes(target_end + 1, end);
     attach_attributes(*open_nodes.back().node);
     cursor = end + INSTRUCTION_END.size();
+    return true;
+}
+
+// The name "xml" in any case is kept for the declaration, which stands at the very begin and in lower case.
+bool Tokenizer::check_declaration_here(const char* content, const char* end) {
+    if (cursor != text || std::strncmp(text, "<?xml", 5) != 0)
+        return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+    const DeclarationCheck check = check_declaration(view(content, end));
+    if (check.fault != nullptr)
+        return fail(XmlError::UNEXPECTED_TOKEN, check.fault);
+    if (is_byte_file && is_wide_encoding(check.encoding))
+        return fail(XmlError::CONVERSION_FAILED, check.encoding.data());
     return true;
 }
 

@@ -1,0 +1,198 @@
+#include "xml/file_replacement.h"
+
+#include <csignal>
+#include <filesystem>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/xml/xml_test.h"
+
+namespace {
+
+class FileReplacing : public XmlTest {
+protected:
+    static XmlError write(const std::string& path) { return small_tree().write_to_file(path.c_str()); }
+    static XmlNode small_tree() { return XmlNode::parse_string("<a/>"); }
+    static std::string small_text() {
+        return "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<a/>\n";
+    }
+    static unsigned mode_of(const std::string& path) {
+        struct stat status = {};
+        EXPECT_EQ(stat(path.c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    TempDir folder;
+};
+
+// A limit on the size of files, which stands for a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        previous_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &previous);
+        const rlimit limit = {bytes, previous.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &previous);
+        std::signal(SIGXFSZ, previous_handler);
+    }
+
+private:
+    rlimit previous = {};
+    void (*previous_handler)(int) = nullptr;
+};
+
+TEST_F(FileReplacing, MakesANewFileAndLeavesNothingElse) {
+    EXPECT_EQ(write(folder.path("new.xml")), XmlError::NONE);
+    EXPECT_EQ(read_bytes(folder.path("new.xml")), small_text());
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, ANewFileHasTheModeOfTheProcess) {
+    const mode_t previous = umask(027);
+    EXPECT_EQ(write(folder.path("new.xml")), XmlError::NONE);
+    umask(previous);
+    EXPECT_EQ(mode_of(folder.path("new.xml")), 0640u);
+}
+
+TEST_F(FileReplacing, AnExistingFileIsReplacedAndKeepsItsPermissions) {
+    const std::string path = folder.file("old.xml", std::string(100000, 'x'));
+    ASSERT_EQ(chmod(path.c_str(), 0604), 0);
+    EXPECT_EQ(write(path), XmlError::NONE);
+    EXPECT_EQ(read_bytes(path), small_text());
+    EXPECT_EQ(mode_of(path), 0604u);
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, AFullDiskIsCode16AndLeavesTheOldFile) {
+    const std::string path = folder.file("old.xml", "old");
+    {
+        const FileSizeLimit limit(16);
+        EXPECT_EQ(write(path), XmlError::CANNOT_WRITE);
+        EXPECT_EQ(write(folder.path("new.xml")), XmlError::CANNOT_WRITE);
+    }
+    EXPECT_EQ(read_bytes(path), "old");
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, AFullDiskIsNoticedInTheMiddleOfALargeTree) {
+    XmlNode top = XmlNode::create_top_node("a");
+    for (int i = 0; i < 50000; ++i)
+        top.add_child("b").add_text("text");
+    const std::string path = folder.file("old.xml", "old");
+    {
+        const FileSizeLimit limit(200000);
+        EXPECT_EQ(top.write_to_file(path.c_str()), XmlError::CANNOT_WRITE);
+    }
+    EXPECT_EQ(read_bytes(path), "old");
+    EXPECT_EQ(folder.count_entries(), 1u);
+    EXPECT_EQ(top.write_to_file(path.c_str()), XmlError::NONE);
+    EXPECT_EQ(XmlNode::parse_file(path.c_str()).get_child("a").count_children("b"), 50000);
+}
+
+TEST_F(FileReplacing, ATargetThatCannotBeOpenedIsCode15) {
+    EXPECT_EQ(write(folder.path("none/out.xml")), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(write(folder.path("")), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(write("/"), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(write(""), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(small_tree().write_to_file(nullptr), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(write(folder.path(std::string(300, 'x'))), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(write(folder.file("plain", "x") + "/out.xml"), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, ADirectoryIsCode15) {
+    std::filesystem::create_directory(folder.path("sub"));
+    EXPECT_EQ(write(folder.path("sub")), XmlError::CANNOT_OPEN_FOR_WRITING);
+}
+
+TEST_F(FileReplacing, AWriteProtectedFileIsCode15) {
+    if (geteuid() == 0)
+        GTEST_SKIP() << "the superuser writes every file";
+    const std::string path = folder.file("old.xml", "old");
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    EXPECT_EQ(write(path), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(read_bytes(path), "old");
+}
+
+TEST_F(FileReplacing, TheLongestNamesAreReplacedToo) {
+    const std::string path = folder.path(std::string(255, 'x'));
+    EXPECT_EQ(write(path), XmlError::NONE);
+    EXPECT_EQ(write(path), XmlError::NONE);
+    EXPECT_EQ(read_bytes(path), small_text());
+}
+
+TEST_F(FileReplacing, ALinkStaysAndItsTargetIsReplaced) {
+    std::filesystem::create_directory(folder.path("sub"));
+    const std::string target = folder.file("sub/real.xml", "old");
+    std::filesystem::create_symlink("sub/real.xml", folder.path("link.xml"));
+    std::filesystem::create_symlink(folder.path("link.xml"), folder.path("link2.xml"));
+    EXPECT_EQ(write(folder.path("link2.xml")), XmlError::NONE);
+    EXPECT_EQ(read_bytes(target), small_text());
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link.xml")));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link2.xml")));
+}
+
+TEST_F(FileReplacing, ALinkToNothingMakesItsTarget) {
+    std::filesystem::create_symlink("later.xml", folder.path("link.xml"));
+    EXPECT_EQ(write(folder.path("link.xml")), XmlError::NONE);
+    EXPECT_EQ(read_bytes(folder.path("later.xml")), small_text());
+}
+
+TEST_F(FileReplacing, LinksInACircleAreCode15) {
+    std::filesystem::create_symlink("b.xml", folder.path("a.xml"));
+    std::filesystem::create_symlink("a.xml", folder.path("b.xml"));
+    EXPECT_EQ(write(folder.path("a.xml")), XmlError::CANNOT_OPEN_FOR_WRITING);
+}
+
+TEST_F(FileReplacing, ADeviceIsWrittenToAndNotReplaced) {
+    EXPECT_EQ(write("/dev/null"), XmlError::NONE);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    EXPECT_EQ(write("/dev/full"), XmlError::CANNOT_WRITE);
+}
+
+TEST_F(FileReplacing, APipeThatNobodyReadsIsCode15) {
+    ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(write(folder.path("pipe")), XmlError::CANNOT_OPEN_FOR_WRITING);
+}
+
+TEST_F(FileReplacing, WhatIsNotCommittedIsGivenUp) {
+    const std::string path = folder.file("old.xml", "old");
+    {
+        xml::FileReplacement replacement;
+        ASSERT_TRUE(replacement.open(path.c_str()));
+        replacement.write("half of it");
+        EXPECT_EQ(folder.count_entries(), 2u);
+    }
+    EXPECT_EQ(read_bytes(path), "old");
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, ARelativePathIsReplacedInItsFolder) {
+    const std::filesystem::path previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path(""));
+    EXPECT_EQ(write("here.xml"), XmlError::NONE);
+    EXPECT_EQ(write("here.xml"), XmlError::NONE);
+    std::filesystem::current_path(previous);
+    EXPECT_EQ(read_bytes(folder.path("here.xml")), small_text());
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST_F(FileReplacing, SiblingsOfAnotherReplacementAreLeftAlone) {
+    xml::FileReplacement first;
+    xml::FileReplacement second;
+    ASSERT_TRUE(first.open(folder.path("a.xml").c_str()));
+    ASSERT_TRUE(second.open(folder.path("a.xml").c_str()));
+    first.write("first");
+    second.write("second");
+    EXPECT_TRUE(first.commit());
+    EXPECT_TRUE(second.commit());
+    EXPECT_EQ(read_bytes(folder.path("a.xml")), "second");
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+} // namespace
