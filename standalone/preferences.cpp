@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
@@ -38,7 +39,8 @@ struct PreferenceFile::State {
     enum class Content { READ, ABSENT, SET_ASIDE, UNUSABLE };
 
     CoreString path;
-    std::unique_ptr<ParserGroup> root = std::make_unique<ParserGroup>(nullptr); // as last read
+    std::shared_ptr<ParserGroup> root = std::make_shared<ParserGroup>(nullptr); // as last read
+    bool is_loading = false;
     ParserEntry color_management{MODULE_ENTRY};
 
     std::string get_folder() const {
@@ -73,7 +75,6 @@ void PreferenceFile::State::keep_unknown_module_entries() {
     }
 }
 
-// Whoever handles the application's events may use the file again, so the lock ends before they are raised.
 PreferenceFile::State::Content PreferenceFile::State::read_locked() {
     const FolderLock lock(get_folder());
     return read();
@@ -90,7 +91,7 @@ PreferenceFile::State::Content PreferenceFile::State::read() {
     }
     if (!file.text)
         return refuse_damaged(": " + file.reason);
-    auto read_root = std::make_unique<ParserGroup>(nullptr);
+    auto read_root = std::make_shared<ParserGroup>(nullptr);
     if (const auto reason = read_yaml(*file.text, *read_root))
         return refuse_damaged(*reason);
     root = std::move(read_root);
@@ -138,8 +139,12 @@ bool PreferenceFile::load(StandaloneApp& app) {
     const State::Content content = state->read_locked();
     if (content != State::Content::READ)
         return content == State::Content::ABSENT;
-    load_preference_fields(*state->root, state->path, app);
     state->take_module_values();
+    // Whoever handles the application's events may load again.
+    const std::shared_ptr<const ParserGroup> root = state->root;
+    const bool was_loading = std::exchange(state->is_loading, true);
+    load_preference_fields(*root, state->path, app);
+    state->is_loading = was_loading;
     return true;
 }
 
@@ -148,6 +153,8 @@ ParserEntry& PreferenceFile::get_color_management() {
 }
 
 bool PreferenceFile::save(const StandaloneApp& app, const ModuleSave& save_module) {
+    if (state->is_loading)
+        return state->fail_to_save("it is being loaded");
     const std::string reason = make_folders(state->get_folder());
     if (!reason.empty())
         return state->fail_to_save(reason);
@@ -162,7 +169,7 @@ bool PreferenceFile::save(const StandaloneApp& app, const ModuleSave& save_modul
     else
         state->take_module_values();
 
-    auto preferences = std::make_unique<ParserGroup>(nullptr);
+    auto preferences = std::make_shared<ParserGroup>(nullptr);
     save_preference_fields(app, *preferences);
     copy_entry(state->color_management, *preferences);
     for (unsigned int i = 0; i < state->root->get_entry_count(); ++i) {

@@ -39,7 +39,8 @@ public:
 
     /// Saves the preferences of `app`, and those of the module when `save_module` is not empty; else the
     /// module's stay as they are in the file. False, with a message at level 1, when the file cannot be
-    /// written or holds something that cannot be read.
+    /// written, holds something that cannot be read, or is being loaded: events that loading raises find an
+    /// application that does not have all its preferences yet.
     bool save(const StandaloneApp& app, const ModuleSave& save_module);
 
 private:

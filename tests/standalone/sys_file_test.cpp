@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/standalone/other_user.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -133,12 +134,13 @@ TEST(SysFileWriting, FoldersAndMissingFoldersDoNotOpen) {
 }
 
 TEST(SysFileWriting, AWriteProtectedFileDoesNotOpen) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "nothing is write-protected for the superuser";
     const TempDir folder;
     folder.write("file", "old");
     chmod(folder.file("file").c_str(), 0444);
+    chmod(folder.get_path().c_str(), 0777);
+    const WithoutPrivileges unprivileged;
     EXPECT_FALSE(SysFile(folder.file("file").c_str(), SysFile::MODE_WRITE, 0).is_opened());
+    EXPECT_EQ(folder.count_entries(), 1u);
 }
 
 TEST(SysFileWriting, AFullDiskIsReportedAndLeavesTheOldFile) {

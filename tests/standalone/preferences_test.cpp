@@ -1,0 +1,316 @@
+#include "standalone/preferences.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "host/parser/parser_entry.h"
+#include "host/parser/parser_file.h"
+#include "host/parser/parser_group.h"
+#include "standalone/standalone_app.h"
+#include "tests/standalone/described_entries.h"
+#include "tests/standalone/other_user.h"
+#include "tests/support/env_guard.h"
+#include "tests/support/recording_log.h"
+#include "tests/support/temp_dir.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+int mode_of(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
+}
+
+// Saves as the module does: resets the entry, and writes what it knows.
+bool save_one_space(ParserEntry* entry) {
+    entry->reset();
+    ParserGroup& group = *entry->add_group(nullptr);
+    group.add_entry("space", 0, 0)->add_string("plate");
+    group.add_entry("extension", 0, 0)->add_string("OpenEXR");
+    return true;
+}
+
+// The module when it has nothing to save.
+bool save_nothing(ParserEntry* entry) {
+    entry->reset();
+    return false;
+}
+
+class Preferences : public testing::Test {
+protected:
+    std::string describe_file() {
+        ParserFile file;
+        EXPECT_TRUE(file.read(path.c_str(), "", "")) << file.get_error().get_data();
+        return describe(file.get_root());
+    }
+
+    RecordingLog log;
+    TempDir folder;
+    std::string path = folder.file("config/qb_colorio/preferences.yaml");
+    PreferenceFile preferences{path.c_str()};
+    StandaloneApp app;
+};
+
+constexpr const char* DEFAULTS =
+    "color_space_file_path=s\"\"; cdl_library_file_path=s\"\"; "
+    "default_color_space_name=s\"linear\"; color_space_by_extension_file_path=s\"\"; "
+    "use_color_space_file=i0; use_color_space_by_extension_file=i0; ";
+
+TEST_F(Preferences, WithoutAFileEverythingStaysAsItIs) {
+    app.set_color_space_file_path("/set/before");
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_EQ(app.get_color_space_file_path(), "/set/before");
+    EXPECT_EQ(preferences.get_color_management().get_value_count(), 0u);
+    EXPECT_EQ(folder.count_entries(), 0u);
+    EXPECT_THAT(log.get_lines(), IsEmpty());
+}
+
+TEST_F(Preferences, EverythingSavedIsLoadedAgain) {
+    app.set_use_color_space_file(true);
+    app.set_color_space_file_path("/shows/it's \"here\"/config.ocio");
+    app.set_cdl_library_file_path("/looks.ccc");
+    app.set_default_color_space_name("ACES - ACEScg");
+    app.set_use_color_space_by_extension_file(4000000000u);
+    app.set_color_space_by_extension_file_path("/map.yaml");
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+
+    StandaloneApp loaded;
+    PreferenceFile other(path.c_str());
+    const ParserEntry* const module_entry = &other.get_color_management();
+    ASSERT_TRUE(other.load(loaded));
+    EXPECT_TRUE(loaded.get_use_color_space_file());
+    EXPECT_EQ(loaded.get_color_space_file_path(), "/shows/it's \"here\"/config.ocio");
+    EXPECT_EQ(loaded.get_cdl_library_file_path(), "/looks.ccc");
+    EXPECT_EQ(loaded.get_default_color_space_name(), "ACES - ACEScg");
+    EXPECT_NE(loaded.get_use_color_space_by_extension_file(), 0u);
+    EXPECT_EQ(loaded.get_color_space_by_extension_file_path(), "/map.yaml");
+    EXPECT_EQ(&other.get_color_management(), module_entry);
+    ASSERT_TRUE(other.get_color_management().is_group());
+    EXPECT_EQ(describe(*other.get_color_management().get_group(0)),
+              "space=s\"plate\"; extension=s\"OpenEXR\"");
+    EXPECT_THAT(log.get_lines(), IsEmpty());
+}
+
+TEST_F(Preferences, AreForThisUserAlone) {
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+    EXPECT_EQ(mode_of(path), 0600);
+    EXPECT_EQ(mode_of(folder.file("config/qb_colorio")), 0700);
+    EXPECT_EQ(mode_of(folder.file("config")), 0700);
+    chmod(path.c_str(), 0644);
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+    EXPECT_EQ(mode_of(path), 0600);
+}
+
+TEST_F(Preferences, UnknownEntriesSurviveALoadAndASave) {
+    folder.write("config/qb_colorio/preferences.yaml", "use_color_space_file: true\n"
+                                                       "future: [1, {a: 2.5}]\n"
+                                                       "color_management:\n"
+                                                       "  - look: [x, y]\n"
+                                                       "    space: [old]\n"
+                                                       "    CDL: [old]\n"
+                                                       "    extension: [old]\n"
+                                                       "    tags: {b: ~}\n"
+                                                       "window: \"1\"\n");
+    ASSERT_TRUE(preferences.load(app));
+    EXPECT_TRUE(app.get_use_color_space_file());
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+    app.set_use_color_space_file(false);
+    EXPECT_TRUE(preferences.save(app, save_one_space)) << "and a second one";
+    EXPECT_EQ(
+        describe_file(),
+        std::string(DEFAULTS) +
+            "color_management={space=s\"plate\"; extension=s\"OpenEXR\"; look=s\"x\" s\"y\"; tags={b=}}; "
+            "future=i1 {a=d4004000000000000}; window=s\"1\"");
+}
+
+TEST_F(Preferences, UnknownEntriesSurviveAModuleWithNothingToSave) {
+    folder.write("config/qb_colorio/preferences.yaml", "color_management: {look: 1, space: old}\n");
+    ASSERT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management={look=i1}");
+}
+
+TEST_F(Preferences, AModuleWithNothingToSaveOrToKeepHasAnEmptyEntry) {
+    ASSERT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=");
+}
+
+TEST_F(Preferences, WithoutAModuleItsEntriesStayAsTheyAreInTheFile) {
+    folder.write("config/qb_colorio/preferences.yaml",
+                 "color_management: !!pairs [space: a, space: b, look: 1]\n");
+    ASSERT_TRUE(preferences.save(app, {}));
+    EXPECT_EQ(describe_file(),
+              std::string(DEFAULTS) + "color_management={space=s\"a\"; space=s\"b\"; look=i1}");
+}
+
+TEST_F(Preferences, WhatAnotherProgramAddedMeanwhileSurvives) {
+    ASSERT_TRUE(preferences.load(app));
+    folder.write("config/qb_colorio/preferences.yaml", "added: 1\n");
+    ASSERT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=; added=i1");
+}
+
+TEST_F(Preferences, WhatWasLoadedSurvivesWhenTheFileDisappears) {
+    folder.write("config/qb_colorio/preferences.yaml", "future: 1\n");
+    ASSERT_TRUE(preferences.load(app));
+    std::filesystem::remove(path);
+    ASSERT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=; future=i1");
+}
+
+TEST_F(Preferences, ADamagedFileIsSetAsideOnLoad) {
+    folder.write("config/qb_colorio/preferences.yaml", "color_space_file_path: \"/a");
+    folder.write("config/qb_colorio/preferences.yaml.damaged-1", "earlier");
+    app.set_color_space_file_path("/set/before");
+    EXPECT_FALSE(preferences.load(app));
+    EXPECT_EQ(app.get_color_space_file_path(), "/set/before");
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), "earlier");
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-2"), "color_space_file_path: \"/a");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_THAT(log.get_lines(),
+                ElementsAre(RecordingLog::Line{
+                    LOG_ERROR, "Preferences: " + path + ":1:27: illegal EOF in scalar; the file is now '" +
+                                   path + ".damaged-2'.\n"}));
+    EXPECT_TRUE(preferences.load(app)) << "there is no file any more";
+}
+
+TEST_F(Preferences, ADamagedFileIsSetAsideBeforeASave) {
+    ASSERT_TRUE(preferences.load(app));
+    folder.write("config/qb_colorio/preferences.yaml", "{");
+    EXPECT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), "{");
+    EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=");
+    EXPECT_EQ(log.count(LOG_ERROR), 1u);
+}
+
+TEST_F(Preferences, AFileThatCannotBeReadIsNotOverwritten) {
+    std::filesystem::create_directories(path);
+    EXPECT_FALSE(preferences.load(app));
+    EXPECT_FALSE(preferences.save(app, save_nothing));
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_THAT(log.get_lines(),
+                testing::Each(RecordingLog::Line{LOG_ERROR, "Preferences: cannot read '" + path +
+                                                                "': Is a directory.\n"}));
+    EXPECT_EQ(log.get_lines().size(), 2u);
+}
+
+TEST_F(Preferences, ADamagedFileThatCannotBeRenamedIsNotOverwritten) {
+    folder.write("open/preferences.yaml", "{");
+    chmod(folder.get_path().c_str(), 0755);
+    chmod(folder.file("open").c_str(), 0555);
+    PreferenceFile other(folder.file("open/preferences.yaml").c_str());
+    {
+        const WithoutPrivileges unprivileged;
+        EXPECT_FALSE(other.load(app));
+        EXPECT_FALSE(other.save(app, save_nothing));
+    }
+    chmod(folder.file("open").c_str(), 0755);
+    EXPECT_EQ(folder.read("open/preferences.yaml"), "{");
+    EXPECT_TRUE(log.contains("the file cannot be renamed either"));
+}
+
+TEST_F(Preferences, AFolderThatCannotBeMadeIsAnErrorOnSaveOnly) {
+    folder.write("config", "a file");
+    EXPECT_FALSE(preferences.save(app, save_nothing));
+    EXPECT_THAT(log.get_lines(),
+                ElementsAre(RecordingLog::Line{LOG_ERROR, "Preferences: cannot save '" + path +
+                                                              "': Not a directory.\n"}));
+}
+
+TEST_F(Preferences, ValuesThatMakeNoSenseAreNamedAndIgnored) {
+    folder.write("config/qb_colorio/preferences.yaml", "color_space_file_path: {a: 1}\n"
+                                                       "use_color_space_file: perhaps\n"
+                                                       "cdl_library_file_path: 12\n"
+                                                       "use_color_space_by_extension_file: -1\n");
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_EQ(app.get_cdl_library_file_path(), "12");
+    EXPECT_FALSE(app.get_use_color_space_file());
+    const auto ignored = [&](const char* line, const char* name) {
+        return RecordingLog::Line{LOG_WARNING, path + line + ": the value of '" + name +
+                                                   "' makes no sense and is ignored.\n"};
+    };
+    EXPECT_THAT(log.get_lines(),
+                ElementsAre(ignored(":1", "color_space_file_path"), ignored(":2", "use_color_space_file"),
+                            ignored(":4", "use_color_space_by_extension_file")));
+}
+
+class SavingListener : public EventObject {
+public:
+    SavingListener(PreferenceFile& preferences, StandaloneApp& app) : preferences(preferences), app(app) {}
+    void on_change(AppBase&, const EventInfo&, OfObject*) {
+        ++saves;
+        saved = preferences.save(app, save_nothing);
+    }
+
+    PreferenceFile& preferences;
+    StandaloneApp& app;
+    int saves = 0;
+    bool saved = false;
+};
+
+TEST_F(Preferences, AreNotSavedWhileTheyAreOnlyPartlyLoaded) {
+    const std::string content = "cdl_library_file_path: /looks.ccc\nuse_color_space_file: 1\n";
+    folder.write("config/qb_colorio/preferences.yaml", content);
+    SavingListener listener(preferences, app);
+    const CoreString event("EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED");
+    listener.connect(app, event, &SavingListener::on_change, nullptr);
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_EQ(listener.saves, 1);
+    EXPECT_FALSE(listener.saved);
+    EXPECT_TRUE(app.get_use_color_space_file());
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml"), content);
+    app.set_cdl_library_file_path("");
+    EXPECT_TRUE(listener.saved);
+}
+
+class LoadingListener : public EventObject {
+public:
+    LoadingListener(PreferenceFile& preferences, StandaloneApp& app) : preferences(preferences), app(app) {}
+    void on_change(AppBase&, const EventInfo&, OfObject*) { loaded = preferences.load(app); }
+
+    PreferenceFile& preferences;
+    StandaloneApp& app;
+    bool loaded = false;
+};
+
+TEST_F(Preferences, MayBeLoadedFromAnEventThatLoadingRaised) {
+    folder.write("config/qb_colorio/preferences.yaml",
+                 "cdl_library_file_path: /looks.ccc\nuse_color_space_file: 1\n");
+    LoadingListener listener(preferences, app);
+    const CoreString event("EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED");
+    listener.connect(app, event, &LoadingListener::on_change, nullptr);
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_TRUE(listener.loaded);
+    EXPECT_TRUE(app.get_use_color_space_file());
+}
+
+TEST(PreferencePath, FollowsTheConfigVariableWhenItIsAbsolute) {
+    EnvGuard variable("XDG_CONFIG_HOME", "/etc/somewhere");
+    EnvGuard home("HOME", "/home/somebody");
+    EXPECT_EQ(PreferenceFile::get_default_path(), "/etc/somewhere/qb_colorio/preferences.yaml");
+    variable.set("relative");
+    EXPECT_EQ(PreferenceFile::get_default_path(), "/home/somebody/.config/qb_colorio/preferences.yaml");
+    variable.unset();
+    EXPECT_EQ(PreferenceFile::get_default_path(), "/home/somebody/.config/qb_colorio/preferences.yaml");
+    home.set("relative");
+    const std::string path(PreferenceFile::get_default_path().view());
+    EXPECT_TRUE(path.empty() || path[0] == '/') << "the password file's home, if any: " << path;
+}
+
+TEST(PreferencePath, WithoutAPathNothingIsSaved) {
+    RecordingLog log;
+    StandaloneApp app;
+    PreferenceFile preferences("");
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_FALSE(preferences.save(app, save_nothing));
+    EXPECT_TRUE(log.contains("Preferences: cannot save ''"));
+}
+
+} // namespace

@@ -1,0 +1,222 @@
+#include "standalone/standalone_app.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/event/event_ids.h"
+#include "host/of/of_enum.h"
+#include "host/of/of_object_factory.h"
+#include "tests/standalone/other_user.h"
+#include "tests/support/env_guard.h"
+#include "tests/support/recording_log.h"
+#include "tests/support/temp_dir.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+int mode_of(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
+}
+
+// Notes every event of an application.
+class AppObserver : public EventObject {
+public:
+    explicit AppObserver(StandaloneApp& app) {
+        for (const CoreString* event :
+             {&EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED,
+              &EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED, &EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED,
+              &EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED,
+              &EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED})
+            connect(app, *event, &AppObserver::on_event, nullptr);
+    }
+    void on_event(AppBase& sender, const EventInfo& info, OfObject*) {
+        events.emplace_back(info.id.view());
+        path_seen = dynamic_cast<OfApp&>(sender).get_color_space_file_path();
+    }
+    std::vector<std::string> take() { return std::exchange(events, {}); }
+
+    std::vector<std::string> events;
+    CoreString path_seen;
+};
+
+TEST(StandaloneApp, StartsWithEverythingOff) {
+    const StandaloneApp app;
+    EXPECT_FALSE(app.get_use_color_space_file());
+    EXPECT_EQ(app.get_use_color_space_by_extension_file(), 0u);
+    EXPECT_EQ(app.get_color_space_file_path(), "");
+    EXPECT_EQ(app.get_cdl_library_file_path(), "");
+    EXPECT_EQ(app.get_color_space_by_extension_file_path(), "");
+    EXPECT_EQ(app.get_default_color_space_name(), "linear");
+}
+
+TEST(StandaloneApp, EverySetterStoresAndRaisesItsEvent) {
+    StandaloneApp app;
+    AppObserver observer(app);
+    app.set_use_color_space_file(true);
+    EXPECT_TRUE(app.get_use_color_space_file());
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED"));
+    app.set_color_space_file_path("/config.ocio");
+    EXPECT_EQ(app.get_color_space_file_path(), "/config.ocio");
+    EXPECT_EQ(observer.path_seen, "/config.ocio") << "listeners find the new value";
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED"));
+    app.set_cdl_library_file_path("/looks.ccc");
+    EXPECT_EQ(app.get_cdl_library_file_path(), "/looks.ccc");
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED"));
+    app.set_default_color_space_name("sRGB");
+    EXPECT_EQ(app.get_default_color_space_name(), "sRGB");
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED"));
+    app.set_use_color_space_by_extension_file(1);
+    EXPECT_EQ(app.get_use_color_space_by_extension_file(), 1u);
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED"));
+    app.set_color_space_by_extension_file_path("/map.yaml");
+    EXPECT_EQ(app.get_color_space_by_extension_file_path(), "/map.yaml");
+    EXPECT_THAT(observer.take(), ElementsAre("EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED"));
+}
+
+TEST(StandaloneApp, SettingTheSameValueRaisesNothing) {
+    StandaloneApp app;
+    app.set_color_space_file_path("/config.ocio");
+    AppObserver observer(app);
+    app.set_use_color_space_file(false);
+    app.set_color_space_file_path("/config.ocio");
+    app.set_cdl_library_file_path("");
+    app.set_default_color_space_name("linear");
+    app.set_use_color_space_by_extension_file(0);
+    app.set_color_space_by_extension_file_path("");
+    EXPECT_THAT(observer.take(), IsEmpty());
+}
+
+TEST(StandaloneApp, HasOneObjectFactory) {
+    StandaloneApp app;
+    OfEnum* const roles = app.get_object_factory().add_enum("roles_enum", 9);
+    EXPECT_EQ(app.get_object_factory().get_enum("roles_enum"), roles);
+}
+
+class TempFolders : public testing::Test {
+protected:
+    bool create(const CoreString& name) { return app.create_temp_folder(name, path); }
+    // Expects a refusal with one message at level 1 that names the place and the reason.
+    void expect_refused(const CoreString& name, const std::string& reason) {
+        path = "untouched";
+        EXPECT_FALSE(create(name));
+        EXPECT_EQ(path, "untouched");
+        EXPECT_THAT(log.get_lines(), ElementsAre(RecordingLog::Line{
+                                         LOG_ERROR, "Cannot create the folder '" + std::string(name.view()) +
+                                                        "' for temporary files in '" + cache +
+                                                        "/qb_colorio': " + reason + ".\n"}));
+        log.clear();
+    }
+
+    RecordingLog log;
+    TempDir folder;
+    std::string cache = folder.file("cache");
+    StandaloneApp app{cache.c_str()};
+    CoreString path;
+};
+
+TEST_F(TempFolders, AreMadeForThisUserAloneAndFoundAgain) {
+    ASSERT_TRUE(create("luts"));
+    EXPECT_EQ(path, CoreString(cache.c_str()) + "/qb_colorio/luts");
+    EXPECT_EQ(mode_of(cache), 0700);
+    EXPECT_EQ(mode_of(cache + "/qb_colorio"), 0700);
+    EXPECT_EQ(mode_of(path.get_data()), 0700);
+    folder.write("cache/qb_colorio/luts/kept", "");
+    EXPECT_TRUE(create("luts"));
+    EXPECT_TRUE(folder.exists("cache/qb_colorio/luts/kept"));
+    EXPECT_THAT(log.get_lines(), IsEmpty());
+}
+
+TEST_F(TempFolders, AreClosedToOthersWhenTheyWereOpen) {
+    std::filesystem::create_directories(cache + "/qb_colorio/luts");
+    chmod((cache + "/qb_colorio/luts").c_str(), 0777);
+    chmod((cache + "/qb_colorio").c_str(), 0755);
+    EXPECT_TRUE(create("luts"));
+    EXPECT_EQ(mode_of(cache + "/qb_colorio"), 0700);
+    EXPECT_EQ(mode_of(cache + "/qb_colorio/luts"), 0700);
+}
+
+TEST_F(TempFolders, TheUmaskDoesNotLockTheUserOut) {
+    const mode_t old_mask = umask(0777);
+    std::filesystem::create_directory(cache);
+    umask(old_mask);
+    chmod(cache.c_str(), 0700);
+    umask(0777);
+    const bool created = create("luts");
+    umask(old_mask);
+    EXPECT_TRUE(created);
+    EXPECT_EQ(mode_of(cache + "/qb_colorio/luts"), 0700);
+}
+
+TEST_F(TempFolders, LinksAreRefused) {
+    std::filesystem::create_directories(cache + "/qb_colorio");
+    std::filesystem::create_directory(folder.file("elsewhere"));
+    std::filesystem::create_directory_symlink(folder.file("elsewhere"), cache + "/qb_colorio/luts");
+    expect_refused("luts", "'luts' is a link or a file");
+    std::filesystem::remove_all(cache + "/qb_colorio");
+    std::filesystem::create_directory_symlink(folder.file("elsewhere"), cache + "/qb_colorio");
+    expect_refused("luts", "'qb_colorio' is a link or a file");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.file("elsewhere")));
+}
+
+TEST_F(TempFolders, FilesInTheirPlaceAreRefused) {
+    folder.write("cache/qb_colorio/luts", "");
+    chmod(cache.c_str(), 0700);
+    expect_refused("luts", "'luts' is a link or a file");
+}
+
+TEST_F(TempFolders, AFolderOfAnotherUserIsRefused) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can make a folder of another user";
+    std::filesystem::create_directories(cache + "/qb_colorio/luts");
+    ASSERT_EQ(chown((cache + "/qb_colorio/luts").c_str(), OTHER_USER, OTHER_USER), 0);
+    expect_refused("luts", "'luts' belongs to another user");
+}
+
+TEST_F(TempFolders, AFolderWhereEveryUserMayWriteIsRefused) {
+    std::filesystem::create_directory(cache);
+    chmod(cache.c_str(), 01777);
+    expect_refused("luts", "every user may write in the folder of 'qb_colorio'");
+    EXPECT_TRUE(std::filesystem::is_empty(cache));
+}
+
+TEST_F(TempFolders, AFolderThatCannotBeMadeIsRefused) {
+    folder.write("cache", "a file");
+    expect_refused("luts", "Not a directory");
+    std::filesystem::remove(cache);
+    std::filesystem::create_directory(cache);
+    chmod(folder.get_path().c_str(), 0755);
+    chmod(cache.c_str(), 0555);
+    const WithoutPrivileges unprivileged;
+    expect_refused("luts", "Permission denied");
+}
+
+TEST_F(TempFolders, NamesAreSinglePathComponents) {
+    for (const char* name : {"", ".", "..", "a/b", "/", "../luts"})
+        expect_refused(name, "this is no name of a folder");
+    EXPECT_FALSE(std::filesystem::exists(cache));
+}
+
+TEST_F(TempFolders, FollowTheCacheVariableWhenItIsAbsolute) {
+    StandaloneApp users_app;
+    EnvGuard variable("XDG_CACHE_HOME", cache);
+    ASSERT_TRUE(users_app.create_temp_folder("luts", path));
+    EXPECT_EQ(path, CoreString(cache.c_str()) + "/qb_colorio/luts");
+    const EnvGuard home("HOME", folder.file("home"));
+    for (const char* value : {"relative/cache", ""}) {
+        variable.set(value);
+        ASSERT_TRUE(users_app.create_temp_folder("luts", path)) << value;
+        EXPECT_EQ(path, CoreString(folder.file("home/.cache/qb_colorio/luts").c_str()));
+    }
+    EXPECT_FALSE(std::filesystem::exists("relative"));
+}
+
+} // namespace
