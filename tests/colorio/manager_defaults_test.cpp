@@ -195,6 +195,23 @@ TEST_F(ManagerSceneLinear, OfAnEnvironmentThatIsGoneIsMadeInTheConfigurationThat
     EXPECT_EQ(scene_linear(), "linear");
 }
 
+TEST_F(ManagerSceneLinear, OfAnEnvironmentThatLostItsSpacesIsMadeInTheConfigurationThatIsHeld) {
+    ocio_variable.set(
+        write_file("studio.ocio", config_text({{"", "log"}}, LOG_VIEW, {{"scene_linear", "log"}})));
+    want_file("");
+    manager.use_file_config(true);
+    ocio_variable.set(write_file("empty.ocio", R"(ocio_profile_version: 2
+file_rules:
+  - !<Rule> {name: Default, colorspace: nowhere}
+colorspaces: []
+)"));
+    take_log();
+    log.set_level(3);
+    manager.set_default_color_space_name(true);
+    EXPECT_THAT(take_log(), ElementsAre(CREATING_LINEAR));
+    EXPECT_EQ(scene_linear(), "linear");
+}
+
 TEST_F(ManagerSceneLinear, IsTheBuiltInOneWhenNoFileIsKnownGood) {
     want_file(write_file("config.ocio", config_text({{"", "log"}}, LOG_VIEW, {{"scene_linear", "log"}})));
     manager.set_default_color_space_name(true);

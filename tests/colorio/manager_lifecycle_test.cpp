@@ -275,6 +275,21 @@ TEST_F(ManagerStartFailures, WithoutATemporaryFolderBothConfigurationsFailTwiceA
     EXPECT_EQ(str(manager.get_role_color_space(ColorIOManager::COLOR_PICKING)), "linear");
 }
 
+TEST_F(ManagerStartFailures, AStartThatFailsAfterAGoodOneLeavesNothingReady) {
+    start_manager();
+    app.answer_folder_request = [](unsigned int, CoreString&) { return false; };
+
+    EXPECT_FALSE(ColorIOManager::static_init(&app));
+
+    EXPECT_THAT(take_log(), ElementsAre(LogLine{1, LUT_FOLDER_FAILED}, LogLine{1, BUILTIN_FAILED},
+                                        LogLine{1, CDL_FOLDER_FAILED}, LogLine{1, BUILTIN_CDL_FAILED},
+                                        LogLine{1, LUT_FOLDER_FAILED}, LogLine{1, CDL_FOLDER_FAILED}));
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    EXPECT_THAT(strings(manager.get_color_space_names()), ElementsAre("linear"));
+    EXPECT_THAT(strings(manager.get_CDL_names()), IsEmpty());
+    EXPECT_EQ(manager.get_tavelion_color_spaces().get_count(), 4u);
+}
+
 TEST_F(ManagerStartFailures, AFailedStartStillRaisesItsEvents) {
     app.answer_folder_request = [](unsigned int, CoreString&) { return false; };
     EventRecorder events;

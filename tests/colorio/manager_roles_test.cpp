@@ -35,6 +35,11 @@ protected:
     ColorIOManager& manager = start_manager();
 };
 
+const char WITHOUT_SPACES[] = R"(ocio_profile_version: 2
+file_rules:
+  - !<Rule> {name: Default, colorspace: nowhere}
+colorspaces: []
+)";
 const std::vector<ViewText> ONE_VIEW = {{"Monitor", "Film", "lin"}};
 
 } // namespace
@@ -222,6 +227,21 @@ TEST_F(ManagerRoles, OfAnEnvironmentThatCannotBeReadAreThoseOfTheActiveConfigura
     manager.set_role_color_space(Manager::COLOR_PICKING);
     EXPECT_THAT(take_log(), ElementsAre(OcioExceptionAt(2)));
     EXPECT_EQ(role(Manager::COLOR_PICKING), "sRGB");
+}
+
+// A configuration of the environment without spaces counts as none, one of a file does not.
+TEST_F(ManagerRoles, OfAnEnvironmentWithoutSpacesAreThoseOfTheActiveConfiguration) {
+    ocio_variable.set(write_file("empty.ocio", WITHOUT_SPACES));
+    want_file("");
+    settle();
+    EXPECT_EQ(role(Manager::COLOR_PICKING), "sRGB");
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(ManagerRoles, OfAFileWithoutSpacesAreTheDefaultName) {
+    settle_with(WITHOUT_SPACES);
+    EXPECT_EQ(role(Manager::COLOR_PICKING), "linear");
+    EXPECT_THAT(take_log(), IsEmpty());
 }
 
 // The probe is only asked for names, so what the check would refuse does not matter.
