@@ -32,7 +32,9 @@ function(qb_add_test name)
   add_executable(${name} ${ARG_SOURCES})
   qb_target_defaults(${name})
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock_main)
-  add_test(NAME ${name} COMMAND ${name})
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
 endfunction()
 
 # qb_add_benchmark(name SOURCES ... LIBS ...): a Google Benchmark program, built by `./dev bench`.
