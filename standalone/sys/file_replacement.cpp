@@ -16,6 +16,7 @@ namespace {
 constexpr size_t BUFFER_SIZE = 1 << 16;
 constexpr mode_t PERMISSIONS = 0777;
 constexpr mode_t NEW_FILE_MODE = 0666; // before the umask
+constexpr const char* OPEN_FILES = "/proc/self/fd/";
 constexpr int NAME_ATTEMPTS = 16;
 constexpr size_t SIBLING_NAME_LENGTH = 200; // of the target's name; file systems allow 255 bytes in all
 
@@ -23,6 +24,11 @@ std::string follow_links(const std::string& path) {
     std::error_code absent;
     const std::filesystem::path file = std::filesystem::canonical(path, absent);
     return absent ? path : file.string();
+}
+
+std::string folder_of(const std::string& file) {
+    const std::string folder = std::filesystem::path(file).parent_path().string();
+    return folder.empty() ? "." : folder;
 }
 
 std::string make_sibling_name(const std::string& target) {
@@ -36,9 +42,7 @@ std::string make_sibling_name(const std::string& target) {
 
 // A rename is only durable once its folder is on the disk; a file system that cannot do that does its best.
 void flush_folder(const std::string& file) {
-    const std::string folder = std::filesystem::path(file).parent_path().string();
-    const Descriptor descriptor(
-        open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor descriptor(open(folder_of(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (descriptor.is_open())
         fsync(descriptor.get());
 }
@@ -58,12 +62,12 @@ FileReplacement::~FileReplacement() {
 bool FileReplacement::open_target(std::optional<mode_t> mode) {
     struct stat old;
     if (stat(target.c_str(), &old) != 0)
-        return errno == ENOENT && !target.empty() && open_sibling(mode);
+        return errno == ENOENT && !target.empty() && open_new(mode);
     // A rename would not mind that the file is write-protected, its owner would.
     if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         return false;
     if (S_ISREG(old.st_mode)) {
-        if (!open_sibling(mode ? mode : old.st_mode & PERMISSIONS))
+        if (!open_new(mode ? mode : old.st_mode & PERMISSIONS))
             return false;
         // Only a privileged process can give files away; for others the file is theirs already.
         return fchown(descriptor.get(), old.st_uid, old.st_gid) == 0 || errno == EPERM;
@@ -72,20 +76,48 @@ bool FileReplacement::open_target(std::optional<mode_t> mode) {
     return is_open();
 }
 
-bool FileReplacement::open_sibling(std::optional<mode_t> mode) {
+bool FileReplacement::open_new(std::optional<mode_t> mode) {
     const mode_t created_mode = mode ? *mode & 0600 : NEW_FILE_MODE;
-    for (int attempt = 0; attempt < NAME_ATTEMPTS && !is_open(); ++attempt) {
-        sibling = make_sibling_name(target);
-        descriptor = Descriptor(
-            open(sibling.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, created_mode));
-        if (!is_open() && errno != EEXIST)
+    in_place = false;
+    return (open_nameless(created_mode) || open_sibling(created_mode)) &&
+           (!mode || fchmod(descriptor.get(), *mode) == 0);
+}
+
+// A file without a name vanishes with the process, even a killed one. Not every file system has them, and
+// only /proc can name them later.
+bool FileReplacement::open_nameless(mode_t mode) {
+    if (access(OPEN_FILES, X_OK) == 0)
+        descriptor = Descriptor(open(folder_of(target).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+    return is_open();
+}
+
+bool FileReplacement::open_sibling(mode_t mode) {
+    return make_sibling([&](const std::string& name) {
+        descriptor =
+            Descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        return is_open();
+    });
+}
+
+bool FileReplacement::name_sibling() {
+    const std::string open_file = OPEN_FILES + std::to_string(descriptor.get());
+    return make_sibling([&](const std::string& name) {
+        return linkat(AT_FDCWD, open_file.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    });
+}
+
+// Has `make` make the sibling, which fails with EEXIST when the name is taken.
+bool FileReplacement::make_sibling(const std::function<bool(const std::string&)>& make) {
+    for (int attempt = 0; attempt < NAME_ATTEMPTS; ++attempt) {
+        const std::string name = make_sibling_name(target);
+        if (make(name)) {
+            sibling = name;
+            return true;
+        }
+        if (errno != EEXIST)
             break;
     }
-    if (!is_open()) {
-        sibling.clear();
-        return false;
-    }
-    return !mode || fchmod(descriptor.get(), *mode) == 0;
+    return false;
 }
 
 bool FileReplacement::write(std::string_view bytes) {
@@ -113,10 +145,12 @@ bool FileReplacement::commit() {
         return false;
     if (!write_out(std::exchange(buffer, {})) || !flush_to_disk())
         return fail();
+    if (!in_place && sibling.empty() && !name_sibling())
+        return fail();
     // Some file systems report a full disk only here.
     if (!descriptor.close())
         return fail();
-    if (sibling.empty())
+    if (in_place)
         return true;
     if (std::rename(sibling.c_str(), target.c_str()) != 0)
         return fail();

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,14 +32,19 @@ public:
 
 private:
     bool open_target(std::optional<mode_t> mode);
-    bool open_sibling(std::optional<mode_t> mode);
+    bool open_new(std::optional<mode_t> mode);
+    bool open_nameless(mode_t mode);
+    bool open_sibling(mode_t mode);
+    bool name_sibling();
+    bool make_sibling(const std::function<bool(const std::string& name)>& make);
     bool write_out(std::string_view bytes);
     bool flush_to_disk();
     bool fail();
     void abandon();
 
     std::string target;
-    std::string sibling; ///< Empty when the target is written in place.
+    std::string sibling; ///< The new file beside the target; empty while it has no name.
+    bool in_place = true;
     std::string buffer;
     std::string error;
     Descriptor descriptor;

@@ -1,8 +1,10 @@
 #include "host/sys/sys_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -75,6 +77,26 @@ TEST(SysFileWriting, AFileNeverClosedLeavesTheOldOneAndNothingElse) {
         SysFile absent(folder.file("absent").c_str(), SysFile::MODE_WRITE, 0);
         absent.write("new");
     }
+    EXPECT_EQ(folder.read("kept"), "old");
+    EXPECT_EQ(folder.count_entries(), 1u);
+}
+
+TEST(SysFileWriting, AKilledProcessLeavesTheOldFileAndNothingElse) {
+    const TempDir folder;
+    folder.write("kept", "old");
+    const int nameless = open(folder.get_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (nameless < 0)
+        GTEST_SKIP() << "this file system has no files without a name";
+    close(nameless);
+    const pid_t process = fork();
+    if (process == 0) {
+        SysFile file(folder.file("kept").c_str(), SysFile::MODE_WRITE, 0);
+        file.write(CoreString(std::string_view(std::string(200'000, 'x'))));
+        kill(getpid(), SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(folder.read("kept"), "old");
     EXPECT_EQ(folder.count_entries(), 1u);
 }
