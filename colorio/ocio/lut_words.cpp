@@ -1,7 +1,5 @@
 #include "colorio/ocio/lut_words.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <cctype>
 #include <fstream>
@@ -9,8 +7,8 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
-#include <tuple>
 
+#include "colorio/ocio/file_state.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -94,18 +92,6 @@ std::optional<unsigned long> find_unreadable_line(const std::string& path) {
     return std::nullopt;
 }
 
-/// Changes whenever a file is replaced or written to.
-using FileState = std::tuple<dev_t, ino_t, off_t, time_t, long>;
-
-std::optional<FileState> state_of(const std::string& path) {
-    struct stat info {};
-    if (stat(path.c_str(), &info) != 0)
-        return std::nullopt;
-    if (!S_ISREG(info.st_mode))
-        throw Exception(("'" + path + "' cannot be read as a LUT: it is not a regular file").c_str());
-    return FileState(info.st_dev, info.st_ino, info.st_size, info.st_mtim.tv_sec, info.st_mtim.tv_nsec);
-}
-
 /// Files that passed, with their state at that time.
 struct ReadableFiles {
     std::mutex mutex;
@@ -120,14 +106,14 @@ ReadableFiles& readable_files() {
 } // namespace
 
 void require_readable_lut(const std::string& path) {
-    const std::optional<FileState> state = state_of(path);
+    const std::optional<FileState> state = file_state(path);
     if (!state)
         return;
     ReadableFiles& known = readable_files();
     {
         const std::lock_guard lock(known.mutex);
         const auto found = known.states.find(path);
-        if (found != known.states.end() && found->second == *state)
+        if (found != known.states.end() && is_unchanged(found->second, state))
             return;
     }
     if (const std::optional<unsigned long> line = find_unreadable_line(path))

@@ -1,10 +1,16 @@
 #include "colorio/ocio/processor.h"
 
 #include <algorithm>
+#include <mutex>
+#include <optional>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/v2/conversion_check.h"
 #include "colorio/ocio/v2/gpu_shader.h"
+#include "colorio/ocio/v2/source_allocation.h"
 
 namespace ocio {
 
@@ -18,21 +24,11 @@ constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
-GpuAllocation allocation_of(const ConstColorSpaceRcPtr& space) {
-    if (!space)
-        return {};
-    GpuAllocation allocation{space->getAllocation(), {}};
-    allocation.variables.resize(static_cast<std::size_t>(space->getAllocationNumVars()));
-    if (!allocation.variables.empty())
-        space->getAllocationVars(allocation.variables.data());
-    return allocation;
-}
-
 class LibraryProcessor final : public Processor {
 public:
-    LibraryProcessor(library::ConstProcessorRcPtr processor, const ConstColorSpaceRcPtr& source)
+    LibraryProcessor(library::ConstProcessorRcPtr processor, SourceAllocation allocation)
         : processor_(std::move(processor)), cpu_(processor_->getOptimizedCPUProcessor(OPTIMIZATION)),
-          allocation_(allocation_of(source)), no_op_(cpu_->isNoOp()) {}
+          source_(std::move(allocation)), no_op_(cpu_->isNoOp()) {}
 
     bool is_no_op() const override { return no_op_; }
 
@@ -61,39 +57,55 @@ public:
     }
 
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
-        return guarded([&] { return gpu_shader(desc).text; });
+        return gpu_shader(desc)->text;
     }
 
     void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const override {
-        const GpuShader shader = guarded([&] { return gpu_shader(desc); });
-        if (shader.table.empty()) {
-            const std::size_t edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
+        const auto edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
+        const std::shared_ptr<const GpuShader> shader = gpu_shader(desc);
+        if (shader->table.empty())
             std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
-        } else {
-            std::copy(shader.table.begin(), shader.table.end(), lut);
-        }
+        else
+            std::copy(shader->table.begin(), shader->table.end(), lut);
     }
 
 private:
-    GpuShader gpu_shader(const GpuShaderDesc& desc) const {
+    using ShaderKey = std::tuple<GpuLanguage, std::string, int>;
+
+    /// Text and table are asked for one after the other, and made together.
+    std::shared_ptr<const GpuShader> gpu_shader(const GpuShaderDesc& desc) const {
+        const ShaderKey key(desc.language, desc.function_name, desc.lut_3d_edge_len);
+        const std::lock_guard lock(shader_mutex_);
+        if (!last_shader_ || last_shader_key_ != key) {
+            last_shader_ = guarded([&] { return std::make_shared<const GpuShader>(make_gpu_shader(desc)); });
+            last_shader_key_ = key;
+        }
+        return last_shader_;
+    }
+
+    GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
         if (no_op_)
             return pass_through_shader(desc);
-        const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
-        if (!is_table_work(optimized))
+        if (!is_table_work(processor_->getOptimizedProcessor(OPTIMIZATION)))
             if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))
-                return *std::move(adapted);
-        return baked_shader(*this, allocation_, desc);
+                if (adapted->table.empty() || source_.stated)
+                    return *std::move(adapted);
+        return baked_shader(*this, source_.allocation, desc);
     }
 
     library::ConstProcessorRcPtr processor_;
     library::ConstCPUProcessorRcPtr cpu_;
-    GpuAllocation allocation_; ///< of the source colour space
+    SourceAllocation source_;
     bool no_op_;
+    mutable std::mutex shader_mutex_;
+    mutable ShaderKey last_shader_key_;
+    mutable std::shared_ptr<const GpuShader> last_shader_;
 };
 
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::ConstProcessorRcPtr processor,
                                    const char* source) {
-    return std::make_shared<const LibraryProcessor>(std::move(processor), config->getColorSpace(source));
+    return std::make_shared<const LibraryProcessor>(std::move(processor),
+                                                    source_allocation(config, config->getColorSpace(source)));
 }
 
 /// The name itself, or the default role where a configuration without strict parsing does not know it.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <ctime>
+#include <optional>
+#include <string>
+
+namespace ocio {
+
+/// What tells one content of a file from another without reading it.
+struct FileState {
+    dev_t device;
+    ino_t inode;
+    off_t size;
+    time_t seconds; ///< of the last change
+    long nanoseconds;
+    /// False when the last change is so recent that another one could bear the same time.
+    bool settled;
+};
+
+/// Empty when there is no such file. Throws when it is no regular file: reading a pipe or a device might
+/// never end.
+std::optional<FileState> file_state(const std::string& path);
+
+/// True when a file that was read in state `before` certainly still has the same content.
+bool is_unchanged(const FileState& before, const std::optional<FileState>& now);
+
+} // namespace ocio
