@@ -6,14 +6,10 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
-#include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
-#include "host/sys/sys_env.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
 #include "tool/console.h"
-#include "tool/exit_code.h"
-#include "tool/failure_reason.h"
 
 namespace tool {
 
@@ -25,19 +21,23 @@ void check_config_file(const std::string& path) {
         return;
     std::error_code error;
     const bool is_folder = std::filesystem::is_directory(path, error);
-    throw CommandError(fmt::format("cannot load the configuration '{}': {}", path,
-                                   is_folder ? "it is a folder" : "no such file"));
+    const FailureReason reason = {FailureKind::MISSING_FILE, is_folder ? "it is a folder" : "no such file"};
+    throw ConfigError(fmt::format("cannot load the configuration '{}': {}", path, reason.text), reason, {});
+}
+
+bool is_builtin_config_active() {
+    return ColorIOManager::get_instance()->is_using_tavelion_config();
 }
 
 } // namespace
 
 ColorSession::ColorSession(const SessionOptions& options, Console& console)
-    : recorder(console, options.verbose) {
-    if (!options.config_path.empty())
-        check_config_file(options.config_path);
+    : source(find_config_source(options.config_path)), recorder(console, options.verbose) {
+    if (source.kind == ConfigSource::FILE)
+        check_config_file(source.path);
     app = std::make_unique<StandaloneApp>();
     try {
-        load(options);
+        load();
     } catch (...) {
         close();
         throw;
@@ -48,32 +48,29 @@ ColorSession::~ColorSession() {
     close();
 }
 
-void ColorSession::load(const SessionOptions& options) {
-    if (!ColorIO::init(app.get()) || !ColorIOManager::get_instance()->is_using_tavelion_config())
+void ColorSession::load() {
+    if (!ColorIO::init(app.get()) || !is_builtin_config_active())
         throw CommandError(
             fmt::format("colour management does not start: {}", explain_failure(recorder.take_messages())));
-
-    const std::string variable = sys_get_env(OCIO_VARIABLE).get_data();
-    if (!options.config_path.empty()) {
-        source = Source::FILE;
-        config_path = options.config_path;
-        app->set_color_space_file_path(config_path.c_str());
-    } else if (!variable.empty()) {
-        source = Source::ENVIRONMENT;
-        config_path = variable;
-    } else {
+    if (source.kind == ConfigSource::BUILTIN)
         return;
-    }
+    if (source.kind == ConfigSource::FILE)
+        app->set_color_space_file_path(source.path.c_str());
     app->set_use_color_space_file(true);
-    if (!ColorIOManager::get_instance()->is_using_tavelion_config())
-        return;
-    const std::string reason = explain_failure(recorder.take_messages());
-    if (source == Source::FILE)
-        throw CommandError(fmt::format("cannot load the configuration '{}': {}", config_path, reason));
-    throw CommandError(fmt::format("cannot load the configuration '{}' that the environment variable OCIO "
-                                   "names: {}\nSet OCIO to a usable file, or unset it for the built-in "
-                                   "configuration.",
-                                   config_path, reason));
+    if (is_builtin_config_active())
+        fail_to_load();
+}
+
+void ColorSession::fail_to_load() {
+    std::vector<LoggedMessage> messages = recorder.take_messages();
+    const FailureReason reason = find_failure_reason(messages);
+    const std::string text =
+        source.kind == ConfigSource::FILE
+            ? fmt::format("cannot load the configuration '{}': {}", source.path, reason.text)
+            : fmt::format("cannot load the configuration '{}' that the environment variable OCIO names: {}\n"
+                          "Set OCIO to a usable file, or unset it for the built-in configuration.",
+                          source.path, reason.text);
+    throw ConfigError(text, reason, std::move(messages));
 }
 
 void ColorSession::close() {
@@ -82,12 +79,6 @@ void ColorSession::close() {
     ColorIO::destroy();
     ColorIOAutoDetection::destroy();
     ColorIOManager::s_default_color_space_name = CoreString(ColorIOManager::BUILTIN_LINEAR);
-}
-
-std::string ColorSession::get_config_name() const {
-    if (source == Source::BUILTIN)
-        return "the built-in configuration";
-    return std::filesystem::path(config_path).filename().string();
 }
 
 } // namespace tool

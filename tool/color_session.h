@@ -2,8 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "tool/config_source.h"
+#include "tool/exit_code.h"
+#include "tool/failure_reason.h"
 #include "tool/log_recorder.h"
 
 class StandaloneApp;
@@ -18,36 +22,41 @@ struct SessionOptions {
     bool verbose = false;    ///< Show the module's messages as they come.
 };
 
+/// A configuration that was asked for cannot be used.
+class ConfigError : public CommandError {
+public:
+    ConfigError(const std::string& message, FailureReason reason, std::vector<LoggedMessage> messages)
+        : CommandError(message), reason(std::move(reason)), messages(std::move(messages)) {}
+
+    const FailureReason reason;
+    const std::vector<LoggedMessage> messages; ///< What the module logged while it tried.
+};
+
 /// The colour-management module, running, with the configuration that the options ask for. The application's
 /// preferences are set as a user would set them, and the module's own rules decide what that means.
 /// One at a time.
 class ColorSession {
 public:
-    /// Throws CommandError when the module does not start, or when a configuration that was asked for, by
-    /// path or by $OCIO, is not in force afterwards; the message gives the module's reasons.
+    /// Throws ConfigError when a configuration that was asked for, by path or by $OCIO, is not in force
+    /// afterwards, CommandError when the module does not start; the message gives the module's reasons.
     ColorSession(const SessionOptions& options, Console& console);
     ~ColorSession();
     ColorSession(const ColorSession&) = delete;
     ColorSession& operator=(const ColorSession&) = delete;
 
-    enum class Source { BUILTIN, FILE, ENVIRONMENT };
-    Source get_source() const { return source; }
-    /// Path of the configuration in force; empty for the built-in one.
-    const std::string& get_config_path() const { return config_path; }
-    /// For messages: "aces.ocio", or "the built-in configuration".
-    std::string get_config_name() const;
+    const ConfigSource& get_source() const { return source; }
 
     /// What the module logged since the last call; the first call answers what it logged while loading.
     std::vector<LoggedMessage> take_messages() { return recorder.take_messages(); }
 
 private:
-    void load(const SessionOptions& options);
+    void load();
+    [[noreturn]] void fail_to_load();
     void close();
 
+    const ConfigSource source;
     LogRecorder recorder;
     std::unique_ptr<StandaloneApp> app;
-    Source source = Source::BUILTIN;
-    std::string config_path;
 };
 
 } // namespace tool

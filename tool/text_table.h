@@ -14,7 +14,7 @@ public:
 
     /// Missing cells are empty; surplus ones are an error of the caller.
     void add_row(std::vector<std::string> cells);
-    bool is_empty() const { return rows.empty(); }
+    std::size_t count_rows() const { return rows.size(); }
     void print(Console& console) const;
 
 private:

@@ -1,42 +1,41 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "tool/gl/headless_gl.h"
+#include "tool/gl/egl_context.h"
+#include "tool/gl/full_screen_pass.h"
+#include "tool/gl/gl_object.h"
+#include "tool/gl/gl_profile.h"
+#include "tool/gl/gl_program.h"
 
 namespace tool {
 
-/// A colour conversion for the graphics card, as the module hands it out.
-struct GpuConversion {
-    std::string text;         ///< Defines `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)`.
-    std::vector<float> table; ///< edge^3 RGB floats, red fastest.
-    unsigned int edge;
-};
-
-/// Runs a conversion in a fragment shader and reads its results back. Needs a current context of the profile;
-/// its textures and programs are its own.
+/// Runs `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)` on float pixels in a fragment shader, in a
+/// context of its own.
 class GlEvaluator {
 public:
-    /// Throws GlError with the compiler's words when the text does not compile.
-    GlEvaluator(GlProfile profile, const GpuConversion& conversion);
-    ~GlEvaluator();
-    GlEvaluator(const GlEvaluator&) = delete;
-    GlEvaluator& operator=(const GlEvaluator&) = delete;
+    /// Throws GlError when this machine has no OpenGL of that profile that works without a window.
+    explicit GlEvaluator(GlProfile profile);
 
-    /// Red, green, blue, alpha floats of every pixel, converted. Throws GlError.
-    std::vector<float> evaluate(const std::vector<float>& rgba) const;
+    /// Takes the function's text and the edge^3 RGB floats of `lut3d`, red fastest. Throws GlError with the
+    /// compiler's words when the text does not compile; nothing is loaded then.
+    void load(const std::string& text, const float* table, int edge);
+    /// Red, green, blue, alpha floats of every pixel, converted. Throws GlError, also when nothing is loaded.
+    std::vector<float> run(const std::vector<float>& rgba);
+
+    /// What the driver calls itself.
+    std::string get_renderer();
 
 private:
-    void build_program(GlProfile profile, const std::string& text);
-    unsigned int compile(unsigned int kind, const std::string& text) const;
-    void upload_table(const GpuConversion& conversion);
-    void draw(unsigned int inputs, int width, int height) const;
+    void draw(const GlTexture& pixels) const;
 
-    unsigned int program = 0;
-    unsigned int table = 0;
-    unsigned int triangle = 0;
-    unsigned int triangle_layout = 0;
+    const GlProfile profile;
+    EglContext context;
+    FullScreenPass pass;
+    GlTexture table;
+    std::optional<GlProgram> program;
 };
 
 } // namespace tool

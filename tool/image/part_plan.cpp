@@ -48,7 +48,7 @@ void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abiliti
         if (fits(channel))
             kept.push_back(channel);
         else
-            lost += (lost.empty() ? "" : ", ") + input.channel_name(channel.source);
+            lost += (lost.empty() ? "" : ", ") + std::string(input.channel_name(channel.source));
     if (!abilities.has_any_channels)
         std::stable_sort(kept.begin(), kept.end(), [](const PlannedChannel& a, const PlannedChannel& b) {
             return a.component < b.component;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "tool/exit_code.h"
+
+namespace tool {
+
+class Console;
+struct SessionOptions;
+
+/// One command of the program: its constructor declares its options, `run` does the work after they were
+/// parsed.
+class Command {
+public:
+    virtual ~Command() = default;
+
+    /// Throws CommandError; answers EXIT_CODE_FAILED when it went on after something had failed and said so.
+    virtual ExitCode run(Console& console) = 0;
+
+    /// True when the command line names this command.
+    bool is_wanted() const { return options->parsed(); }
+
+protected:
+    /// `examples` are lines of the help text, each behind two blanks.
+    Command(CLI::App& program, const char* name, const char* description, const char* examples);
+
+    CLI::App* const options;
+};
+
+std::unique_ptr<Command> make_list_command(CLI::App& program);
+std::unique_ptr<Command> make_convert_command(CLI::App& program);
+std::unique_ptr<Command> make_shader_command(CLI::App& program);
+std::unique_ptr<Command> make_check_command(CLI::App& program);
+
+/// Adds --config and --verbose.
+void add_session_options(CLI::App& options, SessionOptions& session);
+
+} // namespace tool

@@ -1,0 +1,22 @@
+#include "tool/conversion_options.h"
+
+#include "tool/exit_code.h"
+
+namespace tool {
+
+void add_conversion_options(CLI::App& options, ConversionRequest& request, const std::string& from_help) {
+    options.add_option("--from", request.from, from_help);
+    options.add_option("--to", request.to, "Colour space of the result");
+    options.add_option("--display", request.display, "Display that shows the result; needs --view");
+    options.add_option("--view", request.view, "View of that display, or both as DISPLAY.VIEW");
+}
+
+void check_conversion_request(const ConversionRequest& request) {
+    if (request.to.empty() && request.view.empty())
+        throw UsageError(request.display.empty() ? "say what to convert to, with --to or --view"
+                                                 : "--display needs --view");
+    if (!request.to.empty() && !(request.view.empty() && request.display.empty()))
+        throw UsageError("--to and --view exclude each other");
+}
+
+} // namespace tool

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "tool/color_conversion.h"
+
+namespace tool {
+
+/// Adds --from, --to, --display and --view.
+void add_conversion_options(CLI::App& options, ConversionRequest& request, const std::string& from_help);
+
+/// Throws UsageError unless the request names one destination.
+void check_conversion_request(const ConversionRequest& request);
+
+} // namespace tool

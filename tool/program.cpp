@@ -1,0 +1,92 @@
+#include "tool/program.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+
+#include <fmt/format.h>
+
+#include "tool/command.h"
+#include "tool/nearest_names.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char DESCRIPTION[] = "Colour management from the command line: shows what a configuration offers, "
+                               "converts pictures, writes shaders, finds mistakes.";
+constexpr char FOOTER[] = R"(
+Examples:
+  colorio list spaces
+  colorio convert render.exr render.png --view Tavelion.sRGB
+  colorio check --config show.ocio
+
+Exit codes: 0 done, 1 failed, 2 wrong usage. Results go to standard output, messages to standard error.
+'colorio COMMAND --help' tells more about a command.)";
+
+class Program {
+public:
+    Program() : app(DESCRIPTION, "colorio") {
+        app.footer(FOOTER);
+        app.set_version_flag("--version", "colorio " COLORIO_VERSION);
+        app.require_subcommand(1);
+        for (const auto make :
+             {make_list_command, make_convert_command, make_shader_command, make_check_command})
+            commands.push_back(make(app));
+    }
+
+    ExitCode run(const std::vector<std::string>& arguments, std::ostream& out, Console& console) {
+        try {
+            check_command_name(arguments);
+            app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        } catch (const CLI::Success& wish) { // help or version
+            app.exit(wish, out, out);
+            return EXIT_CODE_DONE;
+        } catch (const CLI::ParseError& error) {
+            throw UsageError(fmt::format("{}; see {} --help", error.what(), get_wanted_name()));
+        }
+        const auto wanted = std::find_if(commands.begin(), commands.end(),
+                                         [](const auto& command) { return command->is_wanted(); });
+        return (*wanted)->run(console);
+    }
+
+private:
+    /// The parser would only say that a command is missing.
+    void check_command_name(const std::vector<std::string>& arguments) const {
+        if (arguments.empty())
+            throw UsageError("no command given; see colorio --help");
+        const std::string& name = arguments.front();
+        std::vector<std::string> names;
+        for (const CLI::App* command : app.get_subcommands({}))
+            names.push_back(command->get_name());
+        if (name.substr(0, 1) != "-" && std::find(names.begin(), names.end(), name) == names.end())
+            throw UsageError(fmt::format("no command '{}'{}", name, did_you_mean(name, names)));
+    }
+
+    std::string get_wanted_name() const {
+        for (const CLI::App* command : app.get_subcommands())
+            return "colorio " + command->get_name();
+        return "colorio";
+    }
+
+    CLI::App app;
+    std::vector<std::unique_ptr<Command>> commands;
+};
+
+} // namespace
+
+int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+        const ConsoleTraits& traits) {
+    Console console(out, err, traits);
+    try {
+        return Program().run(arguments, out, console);
+    } catch (const CommandError& error) {
+        console.error(error.what());
+        return error.get_code();
+    } catch (const std::exception& error) {
+        console.error(error.what());
+        return EXIT_CODE_FAILED;
+    }
+}
+
+} // namespace tool

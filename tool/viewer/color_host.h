@@ -1,0 +1,84 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tool/color_session.h"
+
+namespace tool {
+
+class Console;
+
+/// The running module as the viewer uses it: what it publishes, and configurations that come and go while
+/// the viewer runs. What cannot be loaded leaves everything as it was.
+class ColorHost {
+public:
+    /// Throws CommandError when the configuration that the options ask for cannot be loaded.
+    ColorHost(const SessionOptions& options, Console& console);
+    ~ColorHost();
+    ColorHost(const ColorHost&) = delete;
+    ColorHost& operator=(const ColorHost&) = delete;
+
+    /// What went wrong; nothing when it went well.
+    using Fault = std::optional<std::string>;
+
+    /// Switches to the configuration file at `path`, or to the built-in configuration when that is empty.
+    Fault use_config(const std::string& path);
+    /// Reads the configuration in force, its files and the CDL library again.
+    Fault reload();
+    /// Takes the corrections of an ASC CDL file into the list of CDLs.
+    Fault use_cdl_library(const std::string& path);
+
+    /// "aces.ocio", or "the built-in configuration".
+    std::string get_config_name() const;
+    /// Its path; empty for the built-in one.
+    const std::string& get_config_path() const { return config_path; }
+
+    /// Goes up whenever names or colours may have changed.
+    unsigned int get_revision() const;
+
+    // Labels in the order that the module publishes them.
+    const std::vector<std::string>& get_spaces() const;
+    const std::vector<std::string>& get_views() const;
+    const std::vector<std::string>& get_cdls() const;
+    std::string get_default_view() const;
+
+    struct FileSpace {
+        std::string label;  ///< A label of `get_spaces`; empty when there are none.
+        std::string reason; ///< For the user: "files of the extension exr".
+    };
+    /// Colour space that the module takes files of that name to be in. Where the configuration lacks it, the
+    /// module's default colour space.
+    FileSpace get_space_of_file(const std::string& path) const;
+
+    /// Folders whose files the colours depend on; they may not exist.
+    std::vector<std::string> get_source_folders() const;
+    /// True for absolute paths that can be part of a configuration: the configuration and the CDL library
+    /// themselves, and what has the extension of a LUT or a CDL.
+    bool is_source_file(const std::string& path) const;
+
+    /// Why the module refused what was asked of it last.
+    std::string take_failure();
+
+private:
+    class ListObserver;
+    class Trial;
+    struct Lists;
+
+    Lists& get_lists() const;
+    /// The label of a colour space that is named with or without a family; empty when there is none.
+    std::string find_space(const std::string& name) const;
+    Fault find_config_fault(const std::string& path);
+    Fault find_library_fault(const std::string& path);
+
+    ColorSession session;
+    std::string config_path;
+    bool from_environment;
+    std::string library_path;
+    std::unique_ptr<ListObserver> observer;
+    mutable std::unique_ptr<Lists> lists;
+};
+
+} // namespace tool

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// Where the viewer draws: a window, or a picture in memory. Its OpenGL 3.3 core context is current as long
+/// as it lives.
+class Screen {
+public:
+    struct Size {
+        int width;
+        int height;
+    };
+
+    virtual ~Screen() = default;
+
+    /// In pixels of the framebuffer.
+    virtual Size get_size() const = 0;
+    /// Takes in what the user did, waiting a little for it, and binds the framebuffer. False when there is
+    /// nothing new to draw for.
+    virtual bool begin_frame() = 0;
+    /// Has the panels' library know the size and the user's input.
+    virtual void begin_panels() = 0;
+    /// Shows what was drawn.
+    virtual void end_frame() = 0;
+    virtual bool is_closed() const = 0;
+    /// Paths of files that were dropped since the last call.
+    virtual std::vector<std::string> take_drops() = 0;
+};
+
+/// A screen without a window. Throws GlError.
+std::unique_ptr<Screen> make_offscreen(Screen::Size size);
+
+/// A window. Throws GlError when none can be opened.
+std::unique_ptr<Screen> make_window(Screen::Size size, const std::string& title);
+
+} // namespace tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+/// What the colours on the screen depend on, by the names that the module publishes.
+struct ColorSettings {
+    std::string input_space; ///< Label of "color_space" that the picture is in.
+    std::string cdl;         ///< Name of "color_decision_list"; empty for none.
+    std::string view;        ///< Label of "view_transform"; empty shows the values as they are.
+    float exposure = 0;      ///< Stops.
+
+    bool operator==(const ColorSettings& other) const {
+        return input_space == other.input_space && cdl == other.cdl && view == other.view &&
+               exposure == other.exposure;
+    }
+    bool operator!=(const ColorSettings& other) const { return !(*this == other); }
+};
+
+/// How the window is divided.
+enum class Layout {
+    SINGLE,       ///< One picture.
+    WIPE,         ///< One picture, the second view to the right of a line.
+    SIDE_BY_SIDE, ///< The second view beside the first.
+    DIFFERENCE    ///< What the GPU and the CPU disagree on.
+};
+
+} // namespace tool

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "tool/viewer/screen.h"
+#include "tool/viewer/view_model.h"
+#include "tool/viewer/view_renderer.h"
+
+namespace tool {
+
+class Panels;
+
+/// A model on a screen: draws it, follows the user and the files on disk.
+class Viewer {
+public:
+    /// Throws GlError.
+    Viewer(ViewModel& model, std::unique_ptr<Screen> screen, bool shows_panels);
+    ~Viewer();
+    Viewer(const Viewer&) = delete;
+    Viewer& operator=(const Viewer&) = delete;
+
+    /// Follows files and input and draws once. What goes wrong is shown.
+    void run_frame();
+    bool is_closed() const { return screen->is_closed(); }
+
+    /// Draws and writes what is drawn; waits for what is computed in the background. Throws CommandError and
+    /// GlError.
+    void save_screenshot(const std::string& path);
+
+    void show_panels(bool shown);
+    /// Has the pixel at this position of the screen read out, whatever the pointer does.
+    void set_cursor(double x, double y);
+
+    /// Draws, waits for the comparison of GPU and CPU that the layout asks for, and answers it; null when it
+    /// asks for none. Throws GlError.
+    const Difference* compare();
+
+    ViewModel& get_model() { return model; }
+    const ViewRenderer& get_renderer() const { return renderer; }
+
+private:
+    void draw();
+    void draw_until_finished();
+    void open_drops();
+    Viewport get_picture_area() const;
+
+    ViewModel& model;
+    std::unique_ptr<Screen> screen;
+    ViewRenderer renderer;
+    std::unique_ptr<Panels> panels;
+    bool shows_panels;
+    struct Position {
+        double x;
+        double y;
+    };
+    std::optional<Position> cursor;
+};
+
+} // namespace tool
