@@ -8,7 +8,7 @@
 constexpr size_t MAX_FILE_SIZE = 16 << 20;
 /// Lists and maps inside one another, those reached through aliases included.
 constexpr unsigned int MAX_YAML_DEPTH = 256;
-/// Groups inside one another that are written; each takes up to three levels of lists and maps.
+/// Groups inside one another, the root included; each is written in three levels of lists and maps at most.
 constexpr unsigned int MAX_GROUP_DEPTH = 64;
 /// Entries and values in all, and bytes of their texts, after aliases were replaced by what they stand for.
 constexpr size_t MAX_VALUE_COUNT = 1'000'000;

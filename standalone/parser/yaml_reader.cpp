@@ -33,6 +33,13 @@ private:
     }
 
     void fill(ParserGroup& group, const YamlNode& node) {
+        if (++depth > MAX_GROUP_DEPTH)
+            refuse(node, "groups nested deeper than " + std::to_string(MAX_GROUP_DEPTH) + " levels");
+        add_entries(group, node);
+        --depth;
+    }
+
+    void add_entries(ParserGroup& group, const YamlNode& node) {
         if (const auto* map = std::get_if<YamlMap>(&node.content)) {
             for (const YamlPair& pair : map->pairs)
                 add_entry(group, pair);
@@ -92,6 +99,7 @@ private:
             refuse(node, "too many values, or too much text, once every alias is replaced by its value");
     }
 
+    unsigned int depth = 0;
     size_t value_count = 0;
     size_t text_sum = 0;
 };

@@ -1,14 +1,15 @@
 #include "standalone/parser/yaml_tree.h"
 
-#include <yaml-cpp/binary.h>
 #include <yaml-cpp/eventhandler.h>
 #include <yaml-cpp/exceptions.h>
 #include <yaml-cpp/parser.h>
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <unordered_map>
 
+#include "standalone/parser/base64.h"
 #include "standalone/parser/yaml_error.h"
 #include "standalone/parser/yaml_limits.h"
 
@@ -29,10 +30,10 @@ std::string_view get_standard_tag(std::string_view tag) {
 }
 
 std::string decode_binary(const YAML::Mark& mark, const std::string& base64) {
-    const std::vector<unsigned char> bytes = YAML::DecodeBase64(base64);
-    if (bytes.empty() && !base64.empty())
+    const std::optional<std::string> bytes = decode_base64(base64);
+    if (!bytes)
         throw error_at(mark, "binary data that is not base64");
-    return {bytes.begin(), bytes.end()};
+    return *bytes;
 }
 
 // "?" marks an unquoted scalar without a tag, "!" a quoted one.

@@ -68,6 +68,15 @@ TEST_F(ReadParserFile, ExplicitTagsDecideTheKind) {
               std::string("a=s\"5\"; b=i5; c=s\"\xFF") + '\0' + "\"; d=s\"7\"");
 }
 
+// The examples of RFC 4648, section 10, and one in lines as YAML files have them.
+TEST_F(ReadParserFile, BinaryDataIsBase64) {
+    EXPECT_EQ(read_and_describe(
+                  "a: !!binary [\"\"]\nb: [!!binary \"\", !!binary Zg==, !!binary Zm8=, !!binary Zm9v,"
+                  " !!binary Zm9vYg==, !!binary Zm9vYmE=, !!binary Zm9vYmFy]\n"
+                  "c: !!binary |\n  Zm9v\n  YmFy\n"),
+              "a=s\"\"; b=s\"\" s\"f\" s\"fo\" s\"foo\" s\"foob\" s\"fooba\" s\"foobar\"; c=s\"foobar\"");
+}
+
 TEST_F(ReadParserFile, NullIsAnEntryWithoutValueAndEmptyInAList) {
     EXPECT_EQ(read_and_describe("{a: , b: ~, c: null, d: [], e: [1, ~, x]}"),
               "a=; b=; c=; d=; e=i1 s\"\" s\"x\"");
@@ -167,6 +176,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{"a: &x [1, {b: *x}]\n", ":1:15: an alias of a value that contains it"},
                     Refused{"a: !!pairs [x: 1, 2]\n", ":1:19: something else than one name with its value"},
                     Refused{"- {a: 1, b: 2}\n", ":1:3: something else than one name with its value"},
+                    Refused{"a: !!binary \"\xFF\xFF\xFF\xFF\"\n", ":1:4: binary data that is not base64"},
+                    Refused{"a: !!binary AAA\n", ":1:4: binary data that is not base64"},
+                    Refused{"a: !!binary A===\n", ":1:4: binary data that is not base64"},
+                    Refused{"a: !!binary AA=A\n", ":1:4: binary data that is not base64"},
                     Refused{"a: !!binary \"=*=\"\n", ":1:4: binary data that is not base64"}));
 
 TEST_F(ReadParserFile, AZeroByteIsRefused) {
@@ -213,6 +226,13 @@ TEST_F(ReadParserFile, DeepNestingIsRefusedWhateverItsForm) {
 TEST_F(ReadParserFile, DeepNestingThatIsNeverClosedIsRefused) {
     for (const char* level : {"[", "{a: ", "? ", "- ? ", "[{a: ", "{", "[?", "&a [", "!t ["})
         EXPECT_FALSE(read(repeat(level, 10'000))) << level;
+}
+
+TEST_F(ReadParserFile, GroupsNestAsDeepAsTheyCanBeWritten) {
+    EXPECT_TRUE(read(repeat("{a: ", 64) + "1" + repeat("}", 64)));
+    EXPECT_TRUE(file.write(folder.file("again.yaml").c_str()));
+    EXPECT_FALSE(read(repeat("{a: ", 65) + "1" + repeat("}", 65)));
+    EXPECT_THAT(file.get_error().get_data(), EndsWith(":1:257: groups nested deeper than 64 levels"));
 }
 
 TEST_F(ReadParserFile, DeepNestingThroughAliasesIsRefused) {
