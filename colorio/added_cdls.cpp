@@ -1,34 +1,77 @@
 #include "colorio/added_cdls.h"
 
+#include <algorithm>
 #include <cstring>
+
+#include "host/sys/sys_filesystem.h"
 
 namespace {
 
-using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
+using Def = AddedCDLs::Def;
 
 /// Bit for bit, so that a record that holds NaN equals itself.
-bool have_equal_numbers(const ColorDecisionListDef& a, const ColorDecisionListDef& b) {
-    return std::memcmp(a.slope, b.slope, sizeof a.slope) == 0 &&
-           std::memcmp(a.offset, b.offset, sizeof a.offset) == 0 &&
-           std::memcmp(a.power, b.power, sizeof a.power) == 0 &&
-           std::memcmp(&a.saturation, &b.saturation, sizeof a.saturation) == 0;
+bool have_equal_numbers(const Def& a, const Def& b) {
+    const auto equal = [](const float* x, const float* y, std::size_t count) {
+        return std::memcmp(x, y, count * sizeof(float)) == 0;
+    };
+    return equal(a.slope, b.slope, 3) && equal(a.offset, b.offset, 3) && equal(a.power, b.power, 3) &&
+           equal(&a.saturation, &b.saturation, 1);
 }
 
-std::string get_key(const ColorDecisionListDef& def) {
+std::string get_key(const Def& def) {
     return def.name.get_lower_case().get_data();
 }
 
 } // namespace
 
-bool AddedCDLs::holds(const ColorDecisionListDef& def, bool from_file) const {
+bool AddedCDLs::holds(const Def& def, bool from_file) const {
     const auto found = sources.find(get_key(def));
     if (found == sources.end() || found->second.from_file != from_file)
         return false;
-    const ColorDecisionListDef& held = found->second.def;
+    const Def& held = found->second.def;
     return held.name == def.name && held.file == def.file && held.cccid == def.cccid &&
            have_equal_numbers(held, def);
 }
 
-void AddedCDLs::remember(const ColorDecisionListDef& def, bool from_file) {
-    sources.insert_or_assign(get_key(def), Source{def, from_file});
+void AddedCDLs::remember(const Def& def, bool from_file) {
+    const std::string key = get_key(def);
+    sources.insert_or_assign(key, Source{def, from_file});
+    const auto listed = list_positions.find(key);
+    if (complete_list && listed != list_positions.end())
+        replaced_key = holds((*complete_list)[listed->second], from_file) ? "" : key;
+}
+
+bool AddedCDLs::holds_as_before(const Def& def) const {
+    const auto file = list_files.find(def.file.get_data());
+    return holds(def, file != list_files.end() && file->second);
+}
+
+void AddedCDLs::note_list(const List& list) {
+    complete_list = nullptr;
+    list_positions.clear();
+    list_files.clear();
+    replaced_key.clear();
+    for (unsigned int i = 0; i < list.get_count(); ++i) {
+        const Def& def = list[i];
+        if (def.is_builtin)
+            continue;
+        if (!def.file.is_empty() && list_files.count(def.file.get_data()) == 0)
+            list_files.emplace(def.file.get_data(), SysFilesystem::file_exists(def.file));
+        if (!holds_as_before(def))
+            return;
+        list_positions.emplace(get_key(def), i);
+    }
+    complete_list = &list;
+}
+
+bool AddedCDLs::is_complete(const List& list) const {
+    return complete_list == &list && std::all_of(list_files.begin(), list_files.end(), [](const auto& file) {
+               return SysFilesystem::file_exists(file.first.c_str()) == file.second;
+           });
+}
+
+std::optional<unsigned int> AddedCDLs::find_replaced(const Def& def) const {
+    if (replaced_key.empty() || replaced_key == get_key(def))
+        return std::nullopt;
+    return list_positions.at(replaced_key);
 }

@@ -1,24 +1,45 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 
 #include "colorio/color_io_manager.h"
 
-/// Remembers from which records the colour spaces of the CDL configuration were made.
+/// Remembers from which records the colour spaces of the CDL configuration were made, so that records which
+/// did not change are not added again.
 class AddedCDLs {
 public:
+    using Def = ColorIOManager::ColorDecisionListDef;
+    using List = CoreVector<Def>;
+
     /// True when the colour space of that name was last made from an equal record, in the same way: from the
     /// record's file or from its numbers.
-    bool holds(const ColorIOManager::ColorDecisionListDef& def, bool from_file) const;
-    void remember(const ColorIOManager::ColorDecisionListDef& def, bool from_file);
+    bool holds(const Def& def, bool from_file) const;
+    void remember(const Def& def, bool from_file);
+
+    /// Takes note that `list` was added. It counts as complete if every custom record of it is held.
+    void note_list(const List& list);
+    /// True when `list` is complete, no file of it came or went since, and so nothing of it needs to be added
+    /// again but `find_replaced`.
+    bool is_complete(const List& list) const;
+    /// Position in the complete list of the record whose colour space a record from elsewhere stands in for,
+    /// unless `def` bears the same name.
+    std::optional<unsigned int> find_replaced(const Def& def) const;
 
 private:
     struct Source {
-        ColorIOManager::ColorDecisionListDef def;
+        Def def;
         bool from_file;
     };
 
+    bool holds_as_before(const Def& def) const;
+
     /// By name in lower case: the colour library tells no cases apart.
     std::unordered_map<std::string, Source> sources;
+
+    const List* complete_list = nullptr;
+    std::unordered_map<std::string, unsigned int> list_positions; ///< By the same key.
+    std::unordered_map<std::string, bool> list_files;             ///< Path, and whether it existed.
+    std::string replaced_key;
 };

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "colorio/added_cdls.h"
@@ -67,12 +68,15 @@ bool ColorIOManager::add_custom_CDLs_to_tavelion_config(const CoreVector<ColorDe
     CDLFileReader files;
     if (cdl_config)
         for (const ColorDecisionListDef& def : list)
-            if (!def.is_builtin)
-                add_custom_CDL(def, files);
+            add_custom_CDL(def, files);
+    if (cdl_config && &list == &tavelion_color_decision_lists)
+        added_cdls->note_list(list);
     return true;
 }
 
 void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileReader& files) {
+    if (def.is_builtin)
+        return;
     const bool from_file = !def.file.is_empty() && files.exists(def.file);
     if (added_cdls->holds(def, from_file))
         return;
@@ -134,14 +138,20 @@ void ColorIOManager::forget_cached_files() {
 }
 
 bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
-    CoreVector<ColorDecisionListDef> list = tavelion_color_decision_lists;
-    for (ColorDecisionListDef& def : list) {
-        if (def.name == entry.name) {
-            def = entry;
-            return add_custom_CDLs_to_tavelion_config(list);
-        }
+    if (cdl_config && added_cdls->is_complete(tavelion_color_decision_lists)) {
+        CDLFileReader files;
+        if (const auto position = added_cdls->find_replaced(entry))
+            add_custom_CDL(tavelion_color_decision_lists[*position], files);
+        add_custom_CDL(entry, files);
+        return true;
     }
-    list.append(entry);
+    CoreVector<ColorDecisionListDef> list = tavelion_color_decision_lists;
+    ColorDecisionListDef* same_name =
+        std::find_if(list.begin(), list.end(), [&](const auto& def) { return def.name == entry.name; });
+    if (same_name != list.end())
+        *same_name = entry;
+    else
+        list.append(entry);
     return add_custom_CDLs_to_tavelion_config(list);
 }
 
@@ -153,5 +163,7 @@ void ColorIOManager::set_tavelion_config(const CoreVector<ColorDecisionListDef>&
     init_default_CDL_tavelion_config();
     add_custom_CDLs_to_tavelion_config(records);
     tavelion_color_decision_lists = records;
+    if (added_cdls)
+        added_cdls->note_list(tavelion_color_decision_lists);
     update_CDL_enums_and_lists();
 }
