@@ -23,6 +23,11 @@ bool is_named(const NodeRecord& node) {
     return node.name != nullptr && *node.name != '\0';
 }
 
+// A blank keeps an element from being read as the section whose open tag looks the same.
+std::string_view open_tag_end(const NodeRecord& node) {
+    return node.attribute_count == 0 && std::strcmp(node.name, "PRE") == 0 ? " >" : ">";
+}
+
 const Entity* find_entity(char character) {
     const auto* found = std::find_if(ENTITIES.begin(), ENTITIES.end(), [character](const Entity& entity) {
         return entity.character == character;
@@ -63,7 +68,7 @@ void Serializer::open(const NodeRecord& node, int depth) {
         if (node.is_declaration)
             sink.write("?>");
         else
-            sink.write(has_content ? ">" : "/>");
+            sink.write(has_content ? open_tag_end(node) : "/>");
         end_line();
     }
     if (has_content)

@@ -290,17 +290,20 @@ bool Tokenizer::check_declaration_here(const char* content, const char* end) {
     return true;
 }
 
-// The words of an instruction between `at` and its zero-terminated `end`: name="value" where one is written
-// so, otherwise whatever stands between blanks, without a value.
+// What an instruction holds between `at` and its zero-terminated `end`: name="value" as long as it goes on
+// like that, then words between blanks, which have no value. A quote in the words thus cannot pair up with
+// one of a value, in whichever quotes the values are written again.
 void Tokenizer::read_pseudo_attributes(char* at, char* end) {
+    bool only_words = false;
     for (;;) {
         char* const name = const_cast<char*>(characters.skip_blanks(at));
         if (name == end)
             return;
-        char* name_end = const_cast<char*>(characters.name_end(name, end));
+        char* name_end = only_words ? name : const_cast<char*>(characters.name_end(name, end));
         char* value = nullptr;
         char* value_end = name_end != name ? find_pseudo_value(name_end, end, value) : nullptr;
         if (value == nullptr) {
+            only_words = true;
             while (name_end != end && !characters.is(*name_end, BLANK))
                 ++name_end;
             value_end = name_end;

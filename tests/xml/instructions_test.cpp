@@ -18,10 +18,13 @@ TEST_F(XmlTest, PseudoAttributesAreOrdinaryAttributes) {
 
 TEST_F(XmlTest, WordsOfAnInstructionAreAttributesWithoutValue) {
     EXPECT_EQ(tree("<?p some words=x 'here' ?><a/>"), "?p[some words=x 'here'](a)");
-    const XmlNode node = XmlNode::parse_string("<?p word a='1'?><a/>");
-    EXPECT_STREQ(node.get_attribute_name(0), "word");
-    EXPECT_EQ(node.get_attribute_value(0), nullptr);
-    EXPECT_STREQ(node.get_attribute_value(1), "1");
+    const XmlNode node = XmlNode::parse_string("<?p a='1' word b='2'?><a/>");
+    EXPECT_EQ(node.count_attributes(), 3);
+    EXPECT_STREQ(node.get_attribute_value(0), "1");
+    EXPECT_STREQ(node.get_attribute_name(1), "word");
+    EXPECT_EQ(node.get_attribute_value(1), nullptr);
+    EXPECT_STREQ(node.get_attribute_name(2), "b='2'");
+    EXPECT_EQ(node.get_attribute_value(2), nullptr);
 }
 
 TEST_F(XmlTest, AnInstructionMayHoldAnythingButItsEnd) {

@@ -28,6 +28,7 @@ TEST_F(RoundTrip, ElementsAttributesAndMixedContent) {
 TEST_F(RoundTrip, DeclarationsAndInstructions) {
     expect_equal_after_writing("<?xml version='1.0' encoding='utf-8'?><a/>");
     expect_equal_after_writing("<?go a='x>y' \"words\" ='?> <?stop?><a>x<?in?>y<b/></a>");
+    expect_equal_after_writing("<?go w c=\" c='\n>'[?><a/>");
     expect_equal_after_writing("<?go a='&quot;' b='&foo;' c = d e='?><a/>");
 }
 
@@ -63,6 +64,11 @@ TEST_F(RoundTrip, WithWhiteSpaceKept) {
     const XmlNode top = XmlNode::parse_string("<a>\n\t<b> x </b>\n<!--c-->\n</a>");
     EXPECT_EQ(top.create_string(-1), "<a>\n\t<b> x </b>\n<!--c-->\n</a>");
     EXPECT_EQ(describe(XmlNode::parse_string(top.create_string(-1).c_str())), describe(top));
+}
+
+TEST_F(RoundTrip, AnElementCalledLikeAPreformattedSection) {
+    expect_equal_after_writing("<a><PRE >q<b/></PRE><PRE/><PRE x='1'>q</PRE><pre>q</pre></a>");
+    EXPECT_EQ(XmlNode::parse_string("<PRE >q</PRE>").create_string(-1), "<PRE >q</PRE>");
 }
 
 TEST_F(RoundTrip, ABuiltTree) {

@@ -40,9 +40,9 @@ TEST_F(XmlTest, WithoutLayoutNoTabsOrLineFeedsAreAdded) {
 }
 
 TEST_F(XmlTest, DeclarationsStandAtTheLevelOfTheirContent) {
-    EXPECT_EQ(written("<?xml version='1.0'?><a><?p word x='1'?><b/></a>"), "<?xml version=\"1.0\"?>\n"
+    EXPECT_EQ(written("<?xml version='1.0'?><a><?p x='1' word?><b/></a>"), "<?xml version=\"1.0\"?>\n"
                                                                            "<a>\n"
-                                                                           "\t<?p word x=\"1\"?>\n"
+                                                                           "\t<?p x=\"1\" word?>\n"
                                                                            "\t<b/>\n"
                                                                            "</a>\n");
     EXPECT_EQ(written("<?xml version='1.0'?><a/>", -1), "<?xml version=\"1.0\"?><a/>");
