@@ -156,6 +156,7 @@ B: {extensions: b, color_space: Tavelion|linear}
 }
 
 TEST_F(MappingFile, PassesOverValuesThatAreNoGroups) {
+    app.default_color_space_name = "Tavelion|linear";
     point_application_at(R"(
 version: 3
 name: "a mapping"

@@ -1,5 +1,7 @@
 #include "colorio/color_io_manager.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -29,6 +31,11 @@ protected:
         for (const CdlDef& record : records())
             names.push_back(str(record.name));
         return names;
+    }
+
+    static LogLine duplicate(const std::string& name) {
+        return warning("Color Management: duplicate CDL '" + name +
+                       "' is already defined in the current configuration.\n");
     }
 
     /// Makes a file of that text the application's CDL library and tells the module; answers its path.
@@ -122,10 +129,14 @@ TEST_F(CdlRegistry, KeepsRecordsMarkedBuiltInWithoutMakingThem) {
     EXPECT_THAT(published(), ElementsAre("No CDL"));
 }
 
-TEST_F(CdlRegistry, LetsTheLaterOfTwoRecordsOfOneNameWin) {
-    use_cdls({cdl_record("twice", {{2, 2, 2}}), cdl_record("twice", {{4, 4, 4}})});
+TEST_F(CdlRegistry, LetsTheLaterOfTwoRecordsOfOneNameWinAndReportsIt) {
+    CoreVector<CdlDef> list = records();
+    list.append(cdl_record("twice", {{2, 2, 2}}));
+    list.append(cdl_record("twice", {{4, 4, 4}}));
+    manager().set_tavelion_config(list);
     EXPECT_THAT(record_names(), ElementsAre("No CDL", "twice", "twice"));
     EXPECT_THAT(published(), ElementsAre("No CDL", "twice"));
+    EXPECT_THAT(take_log(), ElementsAre(duplicate("twice")));
     EXPECT_EQ(grade("twice", 0.25f), 1.0f);
 }
 
@@ -261,10 +272,21 @@ TEST_F(CdlRegistry, ReadsALibraryOfAnotherExtensionWithItsFirstCorrectionForAll)
     EXPECT_FLOAT_EQ(grade("cool", 0.25f), 0.5f) << "the file is asked without an id";
 }
 
-TEST_F(CdlRegistry, KeepsOneRecordOfTwoCorrectionsOfOneId) {
+TEST_F(CdlRegistry, ListsTwoCorrectionsOfOneIdAndPublishesTheirNameOnce) {
     use_library(collection_text(correction_text("same", "2") + correction_text("same", "4")));
-    EXPECT_THAT(record_names(), ElementsAre("No CDL", "same"));
+    EXPECT_THAT(record_names(), ElementsAre("No CDL", "same", "same"));
     EXPECT_EQ(records()[1].slope[0], 2);
+    EXPECT_EQ(records()[2].slope[0], 4);
+    const std::vector<std::string> menu = labels(app.get_enum("color_decision_list"));
+    EXPECT_EQ(std::count(menu.begin(), menu.end(), "same"), 1);
+    EXPECT_THAT(take_log(), Contains(duplicate("same")));
+}
+
+TEST_F(CdlRegistry, DoesNotDoubleALibraryOfTwoCorrectionsOfOneIdThatIsReadTwice) {
+    const std::string path =
+        use_library(collection_text(correction_text("same", "2") + correction_text("same", "4")));
+    follow_library(path);
+    EXPECT_THAT(record_names(), ElementsAre("No CDL", "same", "same"));
 }
 
 TEST_F(CdlRegistry, DoesNotDoubleALibraryThatIsReadTwice) {

@@ -298,10 +298,12 @@ TEST_F(Preferences, LoadedTwiceKeepEveryRecordTwiceAndPublishItOnce) {
     EXPECT_THAT(cdl_records(), ElementsAre("No CDL", "grade", "grade"));
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "mine"));
     EXPECT_THAT(strings(manager().get_CDL_names()), ElementsAre("No CDL", "grade"));
-    EXPECT_THAT(
-        take_log(),
-        ElementsAre(warning("Color Management: duplicate display view 'Tavelion.mine' was ignored.\n"),
-                    warning("Color Management: duplicate display view 'Tavelion.mine' was ignored.\n")));
+    const LogLine duplicate_view =
+        warning("Color Management: duplicate display view 'Tavelion.mine' was ignored.\n");
+    EXPECT_THAT(take_log(),
+                ElementsAre(duplicate_view, duplicate_view,
+                            warning("Color Management: duplicate CDL 'grade' is already defined in the "
+                                    "current configuration.\n")));
 }
 
 TEST_F(Preferences, OfASpaceWithTheNameOfABuiltInOneReplaceItAndKeepItsView) {

@@ -115,12 +115,14 @@ ShaderEvaluator::ShaderEvaluator(const std::string& text, const std::string& fun
 }
 
 void ShaderEvaluator::parse_signature(const std::string& function) {
-    for (const std::string& word :
-         {std::string("vec4"), function, std::string("("), std::string("in"), std::string("vec4")})
+    for (const std::string& word : {std::string("vec4"), function, std::string("(")})
         expect(word);
+    accept("in");
+    expect("vec4");
     pixel_name = next();
-    for (const char* word : {",", "const", "sampler3D"})
-        expect(word);
+    expect(",");
+    accept("const");
+    expect("sampler3D");
     table_name = next();
     expect(")");
     body = position;
@@ -259,6 +261,8 @@ ShaderEvaluator::Value ShaderEvaluator::call(const std::string& function) {
         return construct(arguments, function == "vec3" ? 3 : function == "vec4" ? 4 : 16);
     if (arguments.size() == 1 && function == "log2")
         return by_component(arguments[0], std::log2);
+    if (arguments.size() == 1 && function == "log")
+        return by_component(arguments[0], std::log);
     if (arguments.size() == 1 && function == "exp2")
         return by_component(arguments[0], std::exp2);
     if (arguments.size() == 2 && function == "max")

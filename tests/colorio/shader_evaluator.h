@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-/// Runs a fragment-shader function of the form `vec4 NAME(in vec4 PIXEL, const sampler3D TABLE) { ... }` on
-/// the processor, in double precision. It knows declarations, assignments, blocks, arithmetic, swizzles and
-/// the built-in functions that colour conversions use; anything else throws std::runtime_error with the word
-/// it stopped at, so that a text outside the contract fails the test that runs it.
+/// Runs a fragment-shader function of the form `vec4 NAME(in vec4 PIXEL, const sampler3D TABLE) { ... }` (the
+/// two qualifiers may be absent) on the processor, in double precision. It knows declarations, assignments,
+/// blocks, arithmetic, swizzles and the built-in functions that colour conversions use; anything else throws
+/// std::runtime_error with the word it stopped at, so that a text outside the contract fails the test that
+/// runs it.
 class ShaderEvaluator {
 public:
     using Pixel = std::array<double, 4>;

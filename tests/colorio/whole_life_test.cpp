@@ -138,13 +138,17 @@ TEST_F(WholeLife, AConfigurationOfAFileComesBackAfterARestart) {
     const std::string mapping =
         write_file("mapping.yaml", "Scans: {extensions: dpx, color_space: film}\n"
                                    "default: {extensions: Other, color_space: video}\n");
-    start();
-    ColorIO::load_config(nullptr);
-    host->set_color_space_file_path(config.c_str());
-    host->set_use_color_space_file(true);
-    host->set_default_color_space_name("film");
-    host->set_use_color_space_by_extension_file(1);
-    host->set_color_space_by_extension_file_path(mapping.c_str());
+    // A host restores its preferences, then hands over the stored entry, then tells of the rest.
+    auto restore = [&](const std::function<void()>& load_definitions) {
+        start();
+        host->set_color_space_file_path(config.c_str());
+        host->set_use_color_space_file(true);
+        load_definitions();
+        host->set_default_color_space_name("film");
+        host->set_use_color_space_by_extension_file(1);
+        host->set_color_space_by_extension_file_path(mapping.c_str());
+    };
+    restore([] { ColorIO::load_config(nullptr); });
     const Published before = published();
     EXPECT_THAT(before[0].second, ElementsAre("lin", "film", "video", "data"));
     EXPECT_THAT(before[1].second, ElementsAre("Monitor.Film", "Monitor.Video.v2", "Cinema.Film"));
@@ -154,14 +158,7 @@ TEST_F(WholeLife, AConfigurationOfAFileComesBackAfterARestart) {
     save();
     stop();
 
-    start();
-    // A host restores its preferences, then hands over the stored entry, then tells of the mapping file.
-    host->set_color_space_file_path(config.c_str());
-    host->set_use_color_space_file(true);
-    load();
-    host->set_default_color_space_name("film");
-    host->set_use_color_space_by_extension_file(1);
-    host->set_color_space_by_extension_file_path(mapping.c_str());
+    restore([this] { load(); });
     EXPECT_THAT(published(), ElementsAreArray(before));
     stop();
 }
