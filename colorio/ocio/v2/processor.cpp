@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "colorio/ocio/config.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/v2/conversion_check.h"
 #include "colorio/ocio/v2/gpu_shader.h"
@@ -24,6 +25,12 @@ constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
+/// The library refuses such pictures too, and loses memory as it does.
+void require_pixels(long width, long height, bool described) {
+    if (width <= 0 || height <= 0 || !described)
+        throw Exception("a picture needs at least one pixel of at least three channels");
+}
+
 class LibraryProcessor final : public Processor {
 public:
     LibraryProcessor(library::ConstProcessorRcPtr processor, SourceAllocation allocation)
@@ -35,6 +42,7 @@ public:
     void apply(const PackedImageDesc& image) const override {
         if (no_op_)
             return;
+        require_pixels(image.width, image.height, image.data && image.channels >= 3);
         const long channels = std::min(image.channels, MAX_LIBRARY_CHANNELS);
         const auto channel_stride = static_cast<ptrdiff_t>(sizeof(float));
         const ptrdiff_t x_stride = image.channels * channel_stride;
@@ -46,6 +54,7 @@ public:
     void apply(const PlanarImageDesc& image) const override {
         if (no_op_)
             return;
+        require_pixels(image.width, image.height, image.red && image.green && image.blue);
         library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
                                         image.height);
         cpu_->apply(planes);
@@ -102,6 +111,12 @@ private:
     mutable std::shared_ptr<const GpuShader> last_shader_;
 };
 
+/// The library's own message names neither.
+void require_view(const ConstConfigRcPtr& config, const char* display, const char* view) {
+    if (get_display_color_space_name(config, display, view).empty())
+        throw Exception(("display '" + std::string(display) + "' has no view '" + view + "'").c_str());
+}
+
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::ConstProcessorRcPtr processor,
                                    const char* source) {
     return std::make_shared<const LibraryProcessor>(std::move(processor),
@@ -131,6 +146,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform) {
     return guarded([&] {
+        require_view(config, transform.display, transform.view);
         const library::DisplayViewTransformRcPtr conversion = library::DisplayViewTransform::Create();
         conversion->setSrc(known_name(config, transform.input_color_space_name));
         conversion->setDisplay(transform.display);
