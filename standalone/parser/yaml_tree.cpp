@@ -72,7 +72,7 @@ public:
             add_scalar(mark, anchor, resolve_scalar(mark, tag, text));
     }
     void OnAlias(const YAML::Mark& mark, YAML::anchor_t anchor) override {
-        refuse_as_name(mark);
+        refuse_as_name(mark, "an alias in the place of a name");
         const auto found = anchored.find(anchor);
         if (found == anchored.end())
             throw error_at(mark, "an alias of a value that contains it");
@@ -105,9 +105,9 @@ private:
                std::holds_alternative<YamlMap>(open_nodes.back().node->content);
     }
 
-    void refuse_as_name(const YAML::Mark& mark) const {
+    void refuse_as_name(const YAML::Mark& mark, const char* reason) const {
         if (expects_name())
-            throw error_at(mark, "a name that is not a plain word or a quoted text");
+            throw error_at(mark, reason);
     }
 
     void set_name(const YAML::Mark& mark, std::string name) {
@@ -120,7 +120,8 @@ private:
 
     void open(const YAML::Mark& mark, YAML::anchor_t anchor,
               std::variant<YamlScalar, YamlList, YamlMap> content) {
-        refuse_as_name(mark);
+        // The parser below also takes a bracket for a name when the file ends before it is closed.
+        refuse_as_name(mark, "a list or map in the place of a name; is a bracket not closed?");
         open_nodes.push_back({make_node(mark, std::move(content)), mark, anchor, false});
         refuse_depth(mark, 0);
     }
