@@ -11,5 +11,5 @@ constexpr unsigned int MAX_YAML_DEPTH = 256;
 /// Groups inside one another, the root included; each is written in three levels of lists and maps at most.
 constexpr unsigned int MAX_GROUP_DEPTH = 64;
 /// Entries and values in all, and bytes of their texts, after aliases were replaced by what they stand for.
-constexpr size_t MAX_VALUE_COUNT = 1'000'000;
+constexpr size_t MAX_VALUE_COUNT = 500'000;
 constexpr size_t MAX_TEXT_SIZE = 64 << 20;

@@ -87,7 +87,7 @@ TEST(PreferenceProcesses, AKillAtAnyMomentLeavesTheOldOrTheNewFile) {
     const TempDir folder;
     const std::string path = folder.file("preferences.yaml");
     ASSERT_TRUE(save_letter(path, 'a'));
-    for (int kills = 0; kills < 20; ++kills) {
+    for (int kills = 0; kills < 10; ++kills) {
         int saves[2];
         ASSERT_EQ(pipe(saves), 0);
         const pid_t process = start([&] {
@@ -99,7 +99,7 @@ TEST(PreferenceProcesses, AKillAtAnyMomentLeavesTheOldOrTheNewFile) {
         char letter;
         for (int i = 0; i <= kills % 4; ++i)
             ASSERT_EQ(read(saves[0], &letter, 1), 1);
-        for (int i = 0; i < kills * 500; ++i)
+        for (int i = 0; i < kills * 1000; ++i)
             getppid();
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);

@@ -145,11 +145,8 @@ TEST_F(TempFolders, AreClosedToOthersWhenTheyWereOpen) {
 }
 
 TEST_F(TempFolders, TheUmaskDoesNotLockTheUserOut) {
-    const mode_t old_mask = umask(0777);
     std::filesystem::create_directory(cache);
-    umask(old_mask);
-    chmod(cache.c_str(), 0700);
-    umask(0777);
+    const mode_t old_mask = umask(0177);
     const bool created = create("luts");
     umask(old_mask);
     EXPECT_TRUE(created);
