@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <functional>
+#include <locale>
 #include <sstream>
 
 #include "colorio/ocio/color_space.h"
@@ -28,6 +29,7 @@ double decode_cineon(double x) {
 
 void write_table(const TempDir& folder, const char* name, const std::function<double(double)>& curve) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text.precision(9);
     text << "Version 1\nFrom " << FIRST << " " << LAST << "\nLength " << SAMPLES << "\nComponents 1\n{\n";
     for (int i = 0; i < SAMPLES; ++i)
