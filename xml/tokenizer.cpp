@@ -49,8 +49,8 @@ bool Tokenizer::read_text() {
                    std::memchr(run, '\r', static_cast<std::size_t>(visible - run))) {
         first_undecoded = static_cast<const char*>(carriage_return);
     }
-    store_text(begin, end, first_undecoded);
-    return only_blanks || accept_run_here(visible);
+    const char* const stored = store_text(begin, end, first_undecoded);
+    return only_blanks || accept_run_here(visible, stored);
 }
 
 // Moves `at` behind the run; `first_undecoded` becomes the first character that is not its own decoding.
@@ -80,19 +80,30 @@ bool Tokenizer::scan_text(char*& at, const char*& first_undecoded) {
     }
 }
 
-// Text has no place beside the document element. It is an error only once there is an element: a text
-// without any is reported as that.
-bool Tokenizer::accept_run_here(const char* run) {
+// Text has no place beside the document element, save the end of a document type's subset. It is an error
+// only once there is an element: a text without any is reported as that.
+bool Tokenizer::accept_run_here(const char* run, const char* decoded) {
     if (open_elements > 0)
         return true;
     if (element_seen)
         return fail(XmlError::UNEXPECTED_TOKEN, run);
-    if (stray_text == nullptr && !subset_was_cut)
+    if (subset_is_open && ends_subset(decoded))
+        subset_is_open = false;
+    else if (stray_text == nullptr)
         stray_text = run;
     return true;
 }
 
-void Tokenizer::store_text(char* begin, char* end, const char* first_undecoded) {
+bool Tokenizer::ends_subset(const char* decoded) const {
+    const char* at = characters.skip_blanks(decoded);
+    if (*at != ']')
+        return false;
+    at = characters.skip_blanks(at + 1);
+    return *at == '>' && *characters.skip_blanks(at + 1) == '\0';
+}
+
+// The decoded run, before it is joined to another.
+const char* Tokenizer::store_text(char* begin, char* end, const char* first_undecoded) {
     char* stored = begin;
     if (first_undecoded != nullptr && first_undecoded < end)
         stored = require(decode(document, begin, end, {true, false}));
@@ -102,6 +113,7 @@ void Tokenizer::store_text(char* begin, char* end, const char* first_undecoded) 
         join_text(stored);
     else
         contents.push_back({stored, XmlContentKind::TEXT, CDATA});
+    return stored;
 }
 
 bool Tokenizer::continues_text_before_comment() const {

@@ -64,8 +64,9 @@ private:
 
     bool read_text();
     bool scan_text(char*& at, const char*& first_undecoded);
-    bool accept_run_here(const char* run);
-    void store_text(char* begin, char* end, const char* first_undecoded);
+    bool accept_run_here(const char* run, const char* decoded);
+    bool ends_subset(const char* decoded) const;
+    const char* store_text(char* begin, char* end, const char* first_undecoded);
     bool continues_text_before_comment() const;
     void join_text(const char* addition);
 
@@ -108,7 +109,7 @@ private:
     std::size_t open_elements = 0;    ///< open nodes that are not declarations
     bool element_seen = false;
     bool document_type_seen = false;
-    bool subset_was_cut = false; ///< the document type held '[': the end of its subset follows as text
+    bool subset_is_open = false; ///< the document type was cut within its subset, whose end follows as text
 
     std::vector<OpenNode> open_nodes;
     std::vector<PendingContent> contents;

@@ -18,6 +18,20 @@ bool is_quote(char c) {
     return c == '"' || c == '\'';
 }
 
+// True when a '[' stands outside the quoted literals of a document type.
+bool opens_subset(const char* document_type) {
+    char quote = '\0';
+    for (const char* at = document_type; *at != '\0'; ++at) {
+        if (quote == '\0' && *at == '[')
+            return true;
+        if (quote == '\0' && is_quote(*at))
+            quote = *at;
+        else if (*at == quote)
+            quote = '\0';
+    }
+    return false;
+}
+
 std::string_view view(const char* begin, const char* end) {
     return {begin, static_cast<std::size_t>(end - begin)};
 }
@@ -48,8 +62,8 @@ bool Tokenizer::read_start_tag() {
     if (open_elements == 0 && element_seen)
         return fail(XmlError::UNEXPECTED_TOKEN, cursor);
     open_node(name, static_cast<std::size_t>(name_end - name), false);
-    if (open_elements == 1 && stray_text != nullptr)
-        return fail(XmlError::UNEXPECTED_TOKEN, stray_text);
+    if (open_elements == 1 && (stray_text != nullptr || subset_is_open))
+        return fail(XmlError::UNEXPECTED_TOKEN, stray_text != nullptr ? stray_text : cursor);
     if (*name_end == '>') {
         terminate(name_end);
         cursor = name_end + 1;
@@ -210,7 +224,7 @@ bool Tokenizer::read_clear(const ClearTag& tag) {
     contents.push_back({const_cast<char*>(stored), XmlContentKind::CLEAR, index});
     if (index == DOCUMENT_TYPE) {
         document_type_seen = true;
-        subset_was_cut = std::strchr(stored, '[') != nullptr;
+        subset_is_open = opens_subset(stored);
     } else if (index == PREFORMATTED) {
         element_seen = true;
     }

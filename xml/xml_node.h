@@ -35,7 +35,8 @@ struct XmlContent {
 ///
 /// A failed look-up returns the empty node, which like a null handle has no content and takes none, so that
 /// look-ups chain: top.get_child("SOPNode").get_child("Slope").get_text(0). Names compare ignoring ASCII
-/// case. Nothing here throws, and no operation recurses. Not thread safe.
+/// case. No operation recurses, and none throws but create_string (std::bad_alloc). A parse that runs short
+/// of memory ends with NO_ELEMENTS_FOUND, an addition adds nothing, a write is CANNOT_WRITE. Not thread safe.
 class XmlNode {
 public:
     XmlNode() noexcept = default;

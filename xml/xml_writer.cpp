@@ -1,5 +1,7 @@
 #include <cstring>
+#include <new>
 #include <string>
+#include <utility>
 
 #include "xml/file_replacement.h"
 #include "xml/node_record.h"
@@ -26,6 +28,12 @@ public:
 
 private:
     char* next;
+};
+
+class StringSink : public xml::TextSink {
+public:
+    void write(std::string_view piece) override { text += piece; }
+    std::string text;
 };
 
 class FileSink : public xml::TextSink {
@@ -55,6 +63,21 @@ const char* declared_encoding(const char* encoding_name) {
     }
 }
 
+void write_document(xml::FileReplacement& file, const NodeRecord& top, const char* encoding_name,
+                    bool format) {
+    const char* encoding = declared_encoding(encoding_name);
+    if (get_xml_settings().encoding == XmlEncoding::UTF_8)
+        file.write("\xEF\xBB\xBF");
+    if (needs_declaration(top)) {
+        file.write("<?xml version=\"1.0\" encoding=\"");
+        file.write(encoding);
+        file.write("\"?>\n");
+    }
+    const bool has_layout = format && get_xml_settings().drop_white_space;
+    FileSink sink(file);
+    xml::Serializer(sink, has_layout ? 0 : xml::NO_LAYOUT, encoding).write(top);
+}
+
 } // namespace
 
 std::size_t XmlNode::create_string(char* buffer, int format) const {
@@ -70,27 +93,22 @@ std::size_t XmlNode::create_string(char* buffer, int format) const {
 }
 
 std::string XmlNode::create_string(int format) const {
-    std::string text(create_string(nullptr, format), '\0');
-    create_string(text.data(), format);
-    return text;
+    StringSink sink;
+    if (!is_empty())
+        xml::Serializer(sink, format).write(*record);
+    return std::move(sink.text);
 }
 
 XmlError XmlNode::write_to_file(const char* path, const char* encoding_name, bool format) const {
     if (is_empty())
         return XmlError::NONE;
-    xml::FileReplacement file;
-    if (!file.open(path))
-        return XmlError::CANNOT_OPEN_FOR_WRITING;
-    const char* encoding = declared_encoding(encoding_name);
-    if (get_xml_settings().encoding == XmlEncoding::UTF_8)
-        file.write("\xEF\xBB\xBF");
-    if (needs_declaration(*record)) {
-        file.write("<?xml version=\"1.0\" encoding=\"");
-        file.write(encoding);
-        file.write("\"?>\n");
+    try {
+        xml::FileReplacement file;
+        if (!file.open(path))
+            return XmlError::CANNOT_OPEN_FOR_WRITING;
+        write_document(file, *record, encoding_name, format);
+        return file.commit() ? XmlError::NONE : XmlError::CANNOT_WRITE;
+    } catch (const std::bad_alloc&) {
+        return XmlError::CANNOT_WRITE;
     }
-    const bool has_layout = format && get_xml_settings().drop_white_space;
-    FileSink sink(file);
-    xml::Serializer(sink, has_layout ? 0 : xml::NO_LAYOUT, encoding).write(*record);
-    return file.commit() ? XmlError::NONE : XmlError::CANNOT_WRITE;
 }

@@ -26,6 +26,17 @@ TEST_F(XmlTest, ADocumentTypeEndsAtItsFirstGreaterThanSign) {
     EXPECT_EQ(tree("<!DOCTYPE a [<!ELEMENT a ANY>]><a/>"), "#root(<!DOCTYPE a [<!ELEMENT a ANY> \"]>\" a)");
 }
 
+TEST_F(XmlTest, OnlyTheEndOfASubsetMayFollowADocumentTypeThatWasCutInIt) {
+    EXPECT_EQ(fault("<!DOCTYPE a [<!ELEMENT a ANY>\n] > <a/>"), "none");
+    EXPECT_EQ(fault("<!DOCTYPE a [<!ELEMENT a ANY>]&gt;<a/>"), "none");
+    EXPECT_EQ(fault("<!DOCTYPE a [<!ELEMENT a ANY>] x ><a/>"), "8 at 1:30");
+    EXPECT_EQ(fault("<!DOCTYPE a [<!ELEMENT a ANY>]> x<a/>"), "8 at 1:30");
+    EXPECT_EQ(fault("<!DOCTYPE a [<!ELEMENT a ANY>]><!--c-->]><a/>"), "8 at 1:40");
+    EXPECT_EQ(fault("<!DOCTYPE a [><a/>"), "8 at 1:15");
+    EXPECT_EQ(fault("<!DOCTYPE a>]><a/>"), "8 at 1:13");
+    EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x[1]\"'><a/>"), "none");
+}
+
 TEST_F(XmlTest, NoEntityOfADocumentTypeIsKnownOrOpened) {
     EXPECT_EQ(fault("<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/passwd\">]><a>&e;</a>"), "12 at 1:58");
     EXPECT_EQ(fault("<!DOCTYPE a [<!ENTITY e \"x\">]><a>&e;</a>"), "12 at 1:34");
