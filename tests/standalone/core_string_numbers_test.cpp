@@ -9,6 +9,7 @@
 #include <string>
 
 #include "host/core/core_string.h"
+#include "tests/support/comma_locale.h"
 
 namespace {
 
@@ -71,24 +72,10 @@ TEST(CoreStringNumbers, EveryFloatReadsBackToItsBits) {
     }
 }
 
-// Leaves the process in the C locale whatever happens.
-class CommaLocale {
-public:
-    CommaLocale() {
-        for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "fr_FR"})
-            if (std::setlocale(LC_ALL, name)) {
-                found = true;
-                return;
-            }
-    }
-    ~CommaLocale() { std::setlocale(LC_ALL, "C"); }
-    bool found = false;
-};
-
 TEST(CoreStringNumbers, TheProcessLocaleChangesNothing) {
     const CommaLocale locale;
-    if (!locale.found)
-        GTEST_SKIP() << "no locale with a decimal comma is installed";
+    if (!locale.is_set)
+        GTEST_SKIP() << "this system has no locale with a decimal comma";
     ASSERT_EQ(std::string(std::localeconv()->decimal_point), ",");
     EXPECT_EQ(CoreString::from_float(0.5f), "0.5");
     EXPECT_EQ(CoreString::from_double(1.25), "1.25");

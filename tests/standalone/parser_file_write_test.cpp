@@ -11,6 +11,7 @@
 #include "host/parser/parser_file.h"
 #include "host/parser/parser_group.h"
 #include "tests/standalone/described_entries.h"
+#include "tests/support/comma_locale.h"
 #include "tests/support/temp_dir.h"
 
 using testing::HasSubstr;
@@ -193,6 +194,17 @@ TEST_F(WriteParserFile, NumbersKeepTheirKindAndBits) {
         numbers.add_double(std::isnan(real) ? 0 : real);
         numbers.add_double(static_cast<float>(i) / 7);
     }
+    expect_round_trip();
+}
+
+TEST_F(WriteParserFile, TheProcessLocaleChangesNothing) {
+    ParserEntry& numbers = add("numbers");
+    numbers.add_double(0.5);
+    numbers.add_double(-1.25e-30);
+    const CommaLocale locale;
+    if (!locale.is_set)
+        GTEST_SKIP() << "this system has no locale with a decimal comma";
+    EXPECT_EQ(write(), "numbers: [0.5, -1.25e-30]\n");
     expect_round_trip();
 }
 
