@@ -45,6 +45,8 @@ public:
     ColorSession& operator=(const ColorSession&) = delete;
 
     const ConfigSource& get_source() const { return source; }
+    /// The application whose preferences the module follows.
+    StandaloneApp& get_app() { return *app; }
 
     /// What the module logged since the last call; the first call answers what it logged while loading.
     std::vector<LoggedMessage> take_messages() { return recorder.take_messages(); }

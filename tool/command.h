@@ -34,6 +34,7 @@ std::unique_ptr<Command> make_list_command(CLI::App& program);
 std::unique_ptr<Command> make_convert_command(CLI::App& program);
 std::unique_ptr<Command> make_shader_command(CLI::App& program);
 std::unique_ptr<Command> make_check_command(CLI::App& program);
+std::unique_ptr<Command> make_view_command(CLI::App& program);
 
 /// Adds --config and --verbose.
 void add_session_options(CLI::App& options, SessionOptions& session);

@@ -30,8 +30,8 @@ public:
         app.footer(FOOTER);
         app.set_version_flag("--version", "colorio " COLORIO_VERSION);
         app.require_subcommand(1);
-        for (const auto make :
-             {make_list_command, make_convert_command, make_shader_command, make_check_command})
+        for (const auto make : {make_list_command, make_convert_command, make_shader_command,
+                                make_check_command, make_view_command})
             commands.push_back(make(app));
     }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <OpenImageIO/parallel.h>
+#include <fmt/format.h>
 
 #include "tool/viewer/color_chain.h"
 
@@ -19,6 +20,14 @@ float get_difference(float a, float b, bool& comparable) {
 }
 
 } // namespace
+
+std::string format_difference(const Difference& difference) {
+    std::string text = fmt::format("largest {:.6g} at {}, {}; mean {:.3g}", difference.largest, difference.x,
+                                   difference.y, difference.mean);
+    if (difference.incomparable > 0)
+        text += fmt::format("; {} pixels finite in only one of the two", difference.incomparable);
+    return text;
+}
 
 Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
                           const std::vector<float>& cpu) {

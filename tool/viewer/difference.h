@@ -2,6 +2,7 @@
 
 #include <future>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tool/viewer/picture.h"
@@ -19,6 +20,9 @@ struct Difference {
     int y = 0;
     std::size_t incomparable = 0; ///< Pixels in which one is finite and the other is not.
 };
+
+/// "largest 0.000123 at 5, 7; mean 1e-06".
+std::string format_difference(const Difference& difference);
 
 /// Compares RGBA pixels of a picture's size.
 Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,

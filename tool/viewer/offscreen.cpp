@@ -37,6 +37,7 @@ public:
         io.DeltaTime = FRAME_SECONDS;
     }
 
+    void close_panels() override {}
     void end_frame() override {}
     bool is_closed() const override { return false; }
     std::vector<std::string> take_drops() override { return {}; }

@@ -26,10 +26,12 @@ ColorGroup choose_colour(const OIIO::ImageSpec& spec) {
 }
 
 std::string name_channels(const OIIO::ImageSpec& spec, const ColorGroup& colour) {
-    std::string names = spec.channel_name(colour.channels[0]);
-    if (!colour.is_gray())
-        names += ", " + spec.channel_name(colour.channels[1]) + ", " + spec.channel_name(colour.channels[2]);
-    return colour.has_alpha() ? names + ", " + spec.channel_name(colour.channels[3]) : names;
+    std::string names;
+    for (int i = 0; i < WORKING_CHANNELS; ++i)
+        if (colour.channels[i] != ColorGroup::NONE && (i == 0 || i == 3 || !colour.is_gray()))
+            names += fmt::format("{}{}", names.empty() ? "" : ", ",
+                                 std::string(spec.channel_name(colour.channels[i])));
+    return names;
 }
 
 /// One row of one component, from the file's layout to every fourth float.

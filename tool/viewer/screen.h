@@ -24,6 +24,8 @@ public:
     virtual bool begin_frame() = 0;
     /// Has the panels' library know the size and the user's input.
     virtual void begin_panels() = 0;
+    /// Before that library goes.
+    virtual void close_panels() = 0;
     /// Shows what was drawn.
     virtual void end_frame() = 0;
     virtual bool is_closed() const = 0;

@@ -91,6 +91,10 @@ void ViewRenderer::update_difference(const PicturePainter::Subject& wanted) {
                          painter.convert(wanted, {0, 0, wanted.picture->width, wanted.picture->height}));
 }
 
+bool ViewRenderer::has_news() const {
+    return is_ready(comparison);
+}
+
 bool ViewRenderer::finish_difference() {
     if (!comparison.valid())
         return false;

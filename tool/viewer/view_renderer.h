@@ -33,6 +33,8 @@ public:
 
     /// The last comparison that was finished for what the model shows; null before and while it is made.
     const Difference* get_difference() const { return difference ? &*difference : nullptr; }
+    /// True when a comparison was finished that no `draw` has shown.
+    bool has_news() const;
     /// Waits for a comparison under way. True when there was one: the next `draw` shows it.
     bool finish_difference();
 

@@ -31,30 +31,33 @@ public:
 
     void show_panels(bool shown);
     /// Has the pixel at this position of the screen read out, whatever the pointer does.
-    void set_cursor(double x, double y);
+    void set_cursor(double x, double y) { cursor = Position{x, y}; }
 
     /// Draws, waits for the comparison of GPU and CPU that the layout asks for, and answers it; null when it
     /// asks for none. Throws GlError.
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
-    const ViewRenderer& get_renderer() const { return renderer; }
+    const ViewRenderer& get_renderer() const { return *renderer; }
 
 private:
-    void draw();
-    void draw_until_finished();
-    void open_drops();
-    Viewport get_picture_area() const;
-
-    ViewModel& model;
-    std::unique_ptr<Screen> screen;
-    ViewRenderer renderer;
-    std::unique_ptr<Panels> panels;
-    bool shows_panels;
     struct Position {
         double x;
         double y;
     };
+
+    void draw();
+    void draw_until_finished();
+    void open_drops();
+    void set_fault(const std::string& text);
+    Viewport get_picture_area() const;
+    std::optional<Position> get_cursor() const;
+
+    ViewModel& model;
+    std::unique_ptr<Screen> screen;
+    std::unique_ptr<ViewRenderer> renderer;
+    std::unique_ptr<Panels> panels;
+    bool shows_panels;
     std::optional<Position> cursor;
 };
 

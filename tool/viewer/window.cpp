@@ -57,11 +57,7 @@ public:
         });
     }
 
-    ~Window() override {
-        if (has_panels)
-            ImGui_ImplGlfw_Shutdown();
-        glfwDestroyWindow(window);
-    }
+    ~Window() override { glfwDestroyWindow(window); }
 
     Size get_size() const override {
         Size size{};
@@ -85,6 +81,12 @@ public:
         if (!has_panels)
             has_panels = ImGui_ImplGlfw_InitForOpenGL(window, true);
         ImGui_ImplGlfw_NewFrame();
+    }
+
+    void close_panels() override {
+        if (has_panels)
+            ImGui_ImplGlfw_Shutdown();
+        has_panels = false;
     }
 
     void end_frame() override { glfwSwapBuffers(window); }

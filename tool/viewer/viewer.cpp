@@ -1,0 +1,125 @@
+#include "tool/viewer/viewer.h"
+
+#include <exception>
+#include <filesystem>
+
+#include <epoxy/gl.h>
+#include <imgui.h>
+
+#include "tool/viewer/panels.h"
+#include "tool/viewer/screenshot.h"
+
+namespace tool {
+
+Viewer::Viewer(ViewModel& model, std::unique_ptr<Screen> wanted_screen, bool shows_panels)
+    : model(model), screen(std::move(wanted_screen)), renderer(std::make_unique<ViewRenderer>()),
+      shows_panels(shows_panels) {
+    if (shows_panels)
+        panels = std::make_unique<Panels>();
+}
+
+Viewer::~Viewer() {
+    screen->close_panels();
+}
+
+void Viewer::show_panels(bool shown) {
+    shows_panels = shown;
+    if (shown && !panels)
+        panels = std::make_unique<Panels>();
+}
+
+Viewport Viewer::get_picture_area() const {
+    const Screen::Size size = screen->get_size();
+    const int left = shows_panels ? static_cast<int>(Panels::WIDTH * Panels::get_pixel_scale()) : 0;
+    return {left, 0, size.width - left, size.height};
+}
+
+void Viewer::run_frame() {
+    bool draws = screen->begin_frame();
+    try {
+        draws = model.follow_files() || draws;
+        open_drops();
+    } catch (const std::exception& error) {
+        set_fault(error.what());
+    }
+    draws = draws || renderer->has_news();
+    if (!draws)
+        return;
+    draw();
+    screen->end_frame();
+}
+
+void Viewer::set_fault(const std::string& text) {
+    if (panels)
+        panels->set_fault(text);
+}
+
+void Viewer::open_drops() {
+    for (const std::string& path : screen->take_drops()) {
+        const std::string extension = std::filesystem::path(path).extension().string();
+        if (extension == ".ocio" || extension == ".ocioz")
+            model.use_config(path);
+        else if (extension == ".cc" || extension == ".ccc" || extension == ".cdl")
+            model.use_cdl_library(path);
+        else
+            model.open(path);
+    }
+}
+
+void Viewer::draw() {
+    if (panels) {
+        screen->begin_panels();
+        panels->begin();
+    }
+    const Viewport area = get_picture_area();
+    const int height = screen->get_size().height;
+    glClearColor(0.05f, 0.05f, 0.05f, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    std::optional<PixelReadout> readout;
+    try {
+        renderer->draw(model, area, height);
+        if (const std::optional<Position> at = get_cursor())
+            readout = renderer->read_pixel(model, at->x, at->y);
+    } catch (const std::exception& error) {
+        if (!panels)
+            throw;
+        set_fault(error.what());
+    }
+    if (!panels)
+        return;
+    if (shows_panels)
+        panels->show(model, *renderer, readout ? &*readout : nullptr);
+    panels->steer(model, area);
+    panels->end();
+}
+
+std::optional<Viewer::Position> Viewer::get_cursor() const {
+    if (cursor || !panels)
+        return cursor;
+    const ImGuiIO& io = ImGui::GetIO();
+    const float scale = Panels::get_pixel_scale();
+    return io.WantCaptureMouse ? std::nullopt
+                               : std::optional<Position>({io.MousePos.x * scale, io.MousePos.y * scale});
+}
+
+/// What is computed in the background is drawn when it is there.
+void Viewer::draw_until_finished() {
+    screen->begin_frame();
+    do
+        draw();
+    while (renderer->finish_difference());
+}
+
+void Viewer::save_screenshot(const std::string& path) {
+    draw_until_finished();
+    write_screenshot(path, screen->get_size());
+    screen->end_frame();
+}
+
+const Difference* Viewer::compare() {
+    draw_until_finished();
+    screen->end_frame();
+    return renderer->get_difference();
+}
+
+} // namespace tool
