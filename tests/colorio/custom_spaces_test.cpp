@@ -375,6 +375,16 @@ TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileActive) {
     EXPECT_THAT(views(), Contains("Tavelion.mine"));
 }
 
+TEST_F(CustomSpaces, AppearInTheBuiltInConfigurationThatStandsInForAWantedFile) {
+    want_file(path_of("absent.ocio"));
+    app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED);
+    ASSERT_TRUE(manager().is_using_tavelion_config());
+    edit({space_record("mine", write_lut("two.spi1d", 2))});
+    EXPECT_TRUE(manager().is_using_tavelion_config());
+    EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "mine"));
+    EXPECT_THAT(views(), ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear", "Tavelion.mine"));
+}
+
 TEST_F(CustomSpaces, LeaveTheConfigurationOfTheEnvironmentActive) {
     EnvGuard variable("OCIO", write_file("environment.ocio", CONFIG_WITHOUT_FAMILIES));
     app.use_color_space_file = true;
