@@ -108,6 +108,8 @@ bool ColorIOManager::add_custom_space(const CoreString& name,
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     const CoreVector<ColorSpaceDef> records = defs; // `defs` may be the list that is emptied here.
+    const bool builtin_was_active =
+        is_using_tavelion_config(); // It is made anew, and stays active where it was.
     tavelion_color_spaces.remove_all();
     ocio::clear_color_spaces(tavelion_config);
     ocio::clear_displays(tavelion_config);
@@ -120,7 +122,7 @@ void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) 
 
     const bool file_config_wanted = app_uses_file_config() && (!app->get_color_space_file_path().is_empty() ||
                                                                file_config_path == FROM_ENV);
-    if (!file_config_wanted)
+    if (builtin_was_active || !file_config_wanted)
         config = tavelion_config;
     if (update_enums_and_lists())
         ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);

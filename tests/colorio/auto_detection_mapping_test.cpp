@@ -203,6 +203,7 @@ TEST_F(MappingFile, ThatCannotBeParsedIsReportedAndNotUsed) {
         take_log(),
         ElementsAre(warning("Color Management: color space mapping configuration file '" + path +
                             "' has errors and can't be read.\n"),
+                    warning("Color Management: " + path + ":2:1: end of sequence flow not found\n"),
                     warning("Color Management: failed to load color space mapping configuration file '" +
                             path + "'. Defaulting to Tavelion built-in associations.\n")));
 }
