@@ -81,6 +81,8 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def) {
 } // namespace
 
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
+    if (!tavelion_config)
+        return false;
     for (const ColorSpaceDef& def : defs) {
         const ocio::ColorSpaceRcPtr space = make_custom_space(def);
         if (!space || !add_custom_space(def.name, space))
@@ -111,8 +113,10 @@ void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) 
     const bool builtin_was_active =
         is_using_tavelion_config(); // It is made anew, and stays active where it was.
     tavelion_color_spaces.remove_all();
-    ocio::clear_color_spaces(tavelion_config);
-    ocio::clear_displays(tavelion_config);
+    if (tavelion_config) {
+        ocio::clear_color_spaces(tavelion_config);
+        ocio::clear_displays(tavelion_config);
+    }
     display_view_names.remove_all();
 
     init_default_tavelion_config();
