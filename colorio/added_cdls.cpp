@@ -19,7 +19,7 @@ bool have_equal_numbers(const Def& a, const Def& b) {
 }
 
 std::string get_key(const Def& def) {
-    return def.name.get_lower_case().get_data();
+    return std::string(def.name.get_lower_case().view());
 }
 
 } // namespace

@@ -20,7 +20,7 @@ void log_duplicate_CDL(const CoreString& name) {
 void log_repeated_names(const CoreVector<ColorIOManager::ColorDecisionListDef>& list) {
     std::unordered_set<std::string> known;
     for (const ColorIOManager::ColorDecisionListDef& def : list)
-        if (!known.insert(def.name.get_data()).second)
+        if (!known.emplace(def.name.view()).second)
             log_duplicate_CDL(def.name);
 }
 

@@ -7,25 +7,26 @@ namespace {
 
 unsigned int find_position(const std::unordered_map<std::string, unsigned int>& positions,
                            const CoreString& name) {
-    const auto found = positions.find(name.get_data());
+    const auto found = positions.find(std::string(name.view()));
     return found == positions.end() ? NOT_FOUND : found->second;
 }
 
 } // namespace
 
 ColorSpaceNameIndex::ColorSpaceNameIndex(const OfEnum& labels)
-    : count(labels.get_value_count()), separator(labels.get_separator().get_data()[0]) {
+    : source(&labels), revision(labels.get_revision()), separator(*labels.get_separator().get_data()) {
+    const unsigned int count = labels.get_value_count();
     last_by_folded_name.reserve(count);
     first_by_name.reserve(count);
     for (unsigned int position = 0; position < count; ++position) {
         const CoreString name = get_bare_name(labels.get_label(position));
-        first_by_name.emplace(name.get_data(), position);
-        last_by_folded_name[name.get_lower_case().get_data()] = position;
+        first_by_name.emplace(name.view(), position);
+        last_by_folded_name[std::string(name.get_lower_case().view())] = position;
     }
 }
 
 bool ColorSpaceNameIndex::is_current(const OfEnum& labels) const {
-    return labels.get_value_count() == count && labels.get_separator().get_data()[0] == separator;
+    return source == &labels && revision == labels.get_revision();
 }
 
 unsigned int ColorSpaceNameIndex::find_last_ignoring_case(const CoreString& name) const {

@@ -12,7 +12,7 @@ class ColorSpaceNameIndex {
 public:
     explicit ColorSpaceNameIndex(const OfEnum& labels);
 
-    /// False once the enumeration's size or separator is no longer what was indexed.
+    /// False for another enumeration, and once the indexed one was edited.
     bool is_current(const OfEnum& labels) const;
     /// Last position whose bare name equals that of `name` when case is ignored; NOT_FOUND when none does.
     unsigned int find_last_ignoring_case(const CoreString& name) const;
@@ -24,7 +24,8 @@ private:
 
     CoreString get_bare_name(const CoreBasicString& label) const;
 
-    unsigned int count;
+    const OfEnum* source;
+    unsigned long long revision;
     char separator; ///< NUL when labels are not split.
     Positions last_by_folded_name;
     Positions first_by_name;

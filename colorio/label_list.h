@@ -14,11 +14,11 @@ struct LabelList {
     /// True when `label` is neither listed here nor a label of `published`.
     bool is_new(const CoreString& label, const OfEnum& published) const {
         return published.find_label_index(label) >= published.get_value_count() &&
-               known.count(label.get_data()) == 0;
+               known.count(std::string(label.view())) == 0;
     }
 
     void append(const CoreString& label, unsigned int value) {
-        known.insert(label.get_data());
+        known.emplace(label.view());
         labels.append(label);
         values.append(value);
     }

@@ -30,6 +30,9 @@ public:
     bool is_asleep() const;
     /// How often observers were told of a change.
     unsigned int get_change_count() const;
+    /// Grows with every edit of labels, values or separator, observed or asleep; no two states of the
+    /// enumeration that differ share a revision.
+    unsigned long long get_revision() const;
 
     void remove_all_values();
     void add_value(const CoreString& label, const unsigned int& value);

@@ -26,6 +26,7 @@ struct OfEnum::State {
     unsigned int sleep_depth = 0;
     bool changed_asleep = false;
     unsigned int change_count = 0;
+    unsigned long long revision = 0;
 
     std::vector<CoreString> labels;
     std::vector<unsigned int> values;
@@ -38,6 +39,7 @@ struct OfEnum::State {
     }
 
     void note_change() {
+        ++revision;
         if (sleep_depth > 0)
             changed_asleep = true;
         else
@@ -75,6 +77,10 @@ const CoreString& OfEnum::get_name() const {
 
 const unsigned int& OfEnum::get_invalid_value() const {
     return state->invalid_value;
+}
+
+unsigned long long OfEnum::get_revision() const {
+    return state->revision;
 }
 
 void OfEnum::asleep() {
@@ -122,6 +128,7 @@ void OfEnum::add_values(const CoreBasicArray<CoreString>& labels,
 
 void OfEnum::set_separator(const char& separator) {
     state->separator = CoreString(std::string_view(&separator, 1));
+    ++state->revision;
 }
 
 const CoreString& OfEnum::get_separator() const {
