@@ -39,7 +39,7 @@ std::optional<Version> parse_version(std::string_view text) {
     return Version(*major, take_number(text).value_or(0));
 }
 
-std::optional<Version> read_profile_version(const char* path) {
+std::optional<Version> read_profile_version(const std::string& path) {
     std::ifstream file(path);
     std::string line;
     while (std::getline(file, line)) {
@@ -53,14 +53,13 @@ std::optional<Version> read_profile_version(const char* path) {
 
 } // namespace
 
-std::string describe_newer_profile(const char* path) {
+std::string describe_newer_profile(const std::string& path) {
     const std::optional<Version> profile = read_profile_version(path);
     const std::optional<Version> supported = parse_version(get_version());
     if (!profile || !supported || *profile <= *supported)
         return {};
-    return std::string(path) + " is an OCIO " + std::to_string(profile->first) + "." +
-           std::to_string(profile->second) + " configuration and needs a newer colour library than " +
-           get_version();
+    return path + " is an OCIO " + std::to_string(profile->first) + "." + std::to_string(profile->second) +
+           " configuration and needs a newer colour library than " + get_version();
 }
 
 } // namespace ocio

@@ -2,6 +2,7 @@
 
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
+#include "colorio/ocio/yaml_size.h"
 
 namespace ocio {
 
@@ -18,12 +19,21 @@ ConstConfigRcPtr without_processor_cache(const ConstConfigRcPtr& config) {
     return without_processor_cache(std::const_pointer_cast<library::Config>(config));
 }
 
-/// The reasons for a failed load in words that name the remedy, where one is known.
-[[noreturn]] void throw_load_failure(const char* path, const Exception& error) {
-    const std::string newer = describe_newer_profile(path);
-    if (!newer.empty())
-        throw Exception(newer.c_str());
-    throw error;
+/// Reads the configuration at `path` with the library's operation `read`. A failure is told in words that
+/// name the remedy, where one is known.
+template <typename Read>
+ConstConfigRcPtr load(const std::string& path, Read&& read) {
+    return guarded([&] {
+        require_bounded_yaml(path);
+        try {
+            return without_processor_cache(read());
+        } catch (const std::exception&) {
+            const std::string newer = describe_newer_profile(path);
+            if (newer.empty())
+                throw;
+            throw Exception(newer.c_str());
+        }
+    });
 }
 
 } // namespace
@@ -36,19 +46,13 @@ ConfigRcPtr create_config() {
 }
 
 ConstConfigRcPtr create_config_from_file(const char* path) {
-    try {
-        return guarded([&] { return without_processor_cache(library::Config::CreateFromFile(path)); });
-    } catch (const Exception& error) {
-        throw_load_failure(path, error);
-    }
+    return load(path, [&] { return library::Config::CreateFromFile(path); });
 }
 
 ConstConfigRcPtr create_config_from_env() {
-    try {
-        return guarded([] { return without_processor_cache(library::Config::CreateFromEnv()); });
-    } catch (const Exception& error) {
-        throw_load_failure(library::GetEnvVariable("OCIO"), error);
-    }
+    // The library's own reading of the environment decides; empty stands for its raw configuration.
+    const std::string path = library::GetEnvVariable("OCIO");
+    return load(path, [] { return library::Config::CreateFromEnv(); });
 }
 
 ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config) {
