@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "pixel/ops.h"
+
+namespace pixel {
+
+/// One operation in words and numbers, without tables' entries: "1D table of 4101 entries, one curve,
+/// inverse".
+std::string describe_op(const Op& op);
+
+} // namespace pixel

@@ -1,0 +1,152 @@
+#include "pixel/inverse_index.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+namespace pixel {
+
+namespace {
+
+/// Bit patterns of positive floats order like the floats, so buckets of equal width in bits are fine near 0
+/// and coarse far from it; the bias says how much of the curve lies near 0.
+std::uint32_t bits_of(float positive) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &positive, sizeof bits);
+    return bits;
+}
+
+struct Bucketing {
+    float bias;
+    std::uint32_t base;
+    int shift;
+    std::size_t buckets;
+};
+
+/// The coarsest buckets for one bias that leave at most `allowed` neighbouring knots in a common bucket, and
+/// are no more than `most`.
+Bucketing fit_buckets(const std::vector<float>& sorted, float bias, std::size_t allowed, std::size_t most) {
+    std::array<std::size_t, 33> gaps_of_width{};
+    const std::uint32_t base = bits_of(sorted.front() + bias);
+    std::uint32_t previous = base;
+    for (std::size_t i = 1; i < sorted.size(); ++i) {
+        const std::uint32_t key = bits_of(sorted[i] + bias);
+        const std::uint32_t gap = key - previous;
+        ++gaps_of_width[gap == 0 ? 0 : 32 - static_cast<std::size_t>(__builtin_clz(gap))];
+        previous = key;
+    }
+    // Knots whose keys differ by 2^shift or more are never in one bucket.
+    int shift = 0;
+    std::size_t crowded = gaps_of_width[0];
+    while (shift < 31 && crowded + gaps_of_width[static_cast<std::size_t>(shift) + 1] <= allowed) {
+        ++shift;
+        crowded += gaps_of_width[static_cast<std::size_t>(shift)];
+    }
+    while (((previous - base) >> shift) >= most) {
+        ++shift;
+    }
+    return {bias, base, shift, static_cast<std::size_t>((previous - base) >> shift) + 1};
+}
+
+Bucketing choose_buckets(const std::vector<float>& sorted) {
+    const float low = sorted.front();
+    const float span = sorted.back() - low;
+    const std::size_t allowed = sorted.size() / 64;
+    const std::size_t most = 8 * sorted.size();
+    Bucketing best{0, 0, 0, std::numeric_limits<std::size_t>::max()};
+    for (const float share : {1.0f, 0x1p-3f, 0x1p-5f, 0x1p-7f, 0x1p-9f, 0x1p-12f, 0x1p-16f}) {
+        const float bias = span * share - low;
+        if (!(low + bias > 0) || !std::isfinite(sorted.back() + bias)) {
+            continue;
+        }
+        const Bucketing found = fit_buckets(sorted, bias, allowed, most);
+        if (found.buckets < best.buckets) {
+            best = found;
+        }
+    }
+    return best;
+}
+
+/// Any value below `v`, far enough for their difference to be exact in relation to itself.
+float some_value_below(float v) {
+    return v > 0 ? 0.0f : v * 2 - 1;
+}
+
+/// Bucket b keeps the first knot whose bucket is b or later: values of the bucket lie around it or before it.
+std::vector<Knot> index_knots(const std::vector<float>& sorted, std::size_t first,
+                              const Bucketing& bucketing) {
+    const auto bucket_of = [&](std::size_t i) {
+        return static_cast<std::size_t>((bits_of(sorted[i] + bucketing.bias) - bucketing.base) >>
+                                        bucketing.shift);
+    };
+    constexpr float CROWDED = std::numeric_limits<float>::quiet_NaN();
+    std::vector<Knot> knots(bucketing.buckets);
+    std::size_t bucket = 0;
+    for (std::size_t i = 0; i < sorted.size(); ++i) {
+        const std::size_t own = bucket_of(i);
+        if (own < bucket) { // shared with the knot before
+            knots[own].index = CROWDED;
+            continue;
+        }
+        const float below = i > 0 ? sorted[i - 1] : some_value_below(sorted[0]);
+        const float above = i + 1 < sorted.size() ? sorted[i + 1] : sorted[i];
+        const bool usable = below < sorted[i] && std::isfinite(below);
+        const Knot knot{below, sorted[i], above, usable ? static_cast<float>(first + i) : CROWDED};
+        std::fill(knots.begin() + static_cast<std::ptrdiff_t>(bucket),
+                  knots.begin() + static_cast<std::ptrdiff_t>(own) + 1, knot);
+        bucket = own + 1;
+    }
+    return knots;
+}
+
+} // namespace
+
+InverseCurve make_inverse_curve(const float* entries, std::size_t length) {
+    if (!std::all_of(entries, entries + length, [](float v) { return std::isfinite(v); })) {
+        throw std::invalid_argument("a table with NaN or infinity has no inverse");
+    }
+    InverseCurve curve{};
+    curve.sign = entries[0] < entries[length - 1] ? 1.0f : -1.0f;
+    std::vector<float> rising(length);
+    float reached = -std::numeric_limits<float>::max();
+    for (std::size_t i = 0; i < length; ++i) {
+        reached = std::max(reached, entries[i] * curve.sign);
+        rising[i] = reached;
+    }
+    std::size_t first = 0, last = length - 1;
+    while (last > 0 && rising[last - 1] == rising[last]) {
+        --last;
+    }
+    while (first < last && rising[first + 1] == rising[first]) {
+        ++first;
+    }
+    curve.first = first;
+    curve.reciprocal = 1.0f / static_cast<float>(length - 1);
+    curve.sorted.assign(rising.begin() + static_cast<std::ptrdiff_t>(first),
+                        rising.begin() + static_cast<std::ptrdiff_t>(last) + 1);
+    if (curve.sorted.size() > 1) {
+        const Bucketing bucketing = choose_buckets(curve.sorted);
+        curve.bias = bucketing.bias;
+        curve.base = bucketing.base;
+        curve.shift = bucketing.shift;
+        curve.knots = index_knots(curve.sorted, first, bucketing);
+    }
+    return curve;
+}
+
+float search_position(const InverseCurve& curve, float value) {
+    const auto& sorted = curve.sorted;
+    auto above =
+        static_cast<std::size_t>(std::lower_bound(sorted.begin(), sorted.end(), value) - sorted.begin());
+    const std::size_t below = above > 0 ? above - 1 : 0;
+    above = std::min(below + 1, sorted.size() - 1);
+    const float gap = sorted[above] - sorted[below];
+    const float part = gap > 0 ? (value - sorted[below]) / gap : 0.0f;
+    return static_cast<float>(curve.first + below) + part;
+}
+
+} // namespace pixel

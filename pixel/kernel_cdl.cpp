@@ -1,0 +1,112 @@
+#include "pixel/kernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_cdl.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "pixel/power-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+
+template <class D>
+HWY_INLINE hn::Vec<D> clamp_unit(D d, hn::Vec<D> x) {
+    x = hn::IfThenElseZero(hn::Gt(x, hn::Zero(d)), x); // NaN becomes 0
+    return hn::IfThenElse(hn::Lt(x, hn::Set(d, 1.0f)), x, hn::Set(d, 1.0f));
+}
+
+/// The clamped style raises values in [0, 1]; the other leaves negative values alone and makes NaN 0.
+template <bool CLAMP, class D, class P>
+HWY_INLINE hn::Vec<D> cdl_power(D d, const P& power, hn::Vec<D> x) {
+    if (CLAMP) {
+        x = clamp_unit(d, x);
+        return hn::IfThenElse(hn::Gt(x, hn::Zero(d)), power.raw(d, x), power.rest(d, x));
+    }
+    x = hn::IfThenElseZero(hn::Eq(x, x), x);
+    const auto raised = power_of(d, power, x);
+    return hn::IfThenElse(hn::Lt(x, hn::Zero(d)), x, raised);
+}
+
+template <bool CLAMP, class D>
+void saturate(D d, float saturation, Block& block) {
+    const auto red_weight = hn::Set(d, 0.2126f), green_weight = hn::Set(d, 0.7152f);
+    const auto blue_weight = hn::Set(d, 0.0722f), amount = hn::Set(d, saturation);
+    for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+        const auto r = hn::Load(d, block.plane[0] + i);
+        const auto g = hn::Load(d, block.plane[1] + i);
+        const auto b = hn::Load(d, block.plane[2] + i);
+        auto luma = hn::Add(hn::Mul(r, red_weight), hn::Mul(g, green_weight));
+        luma = hn::Add(luma, hn::Mul(b, blue_weight));
+        for (int c = 0; c < 3; ++c) {
+            float* p = block.plane[c] + i;
+            const auto out = hn::Add(luma, hn::Mul(amount, hn::Sub(hn::Load(d, p), luma)));
+            hn::Store(CLAMP ? clamp_unit(d, out) : out, d, p);
+        }
+    }
+}
+
+template <bool CLAMP>
+void cdl_forward(const CdlStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    for (int c = 0; c < 3; ++c) {
+        with_power(stage.power[c], [&](const auto& power) HWY_ATTR {
+            const auto slope = hn::Set(d, stage.slope[c]), offset = hn::Set(d, stage.offset[c]);
+            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+                float* p = block.plane[c] + i;
+                const auto x = hn::Add(hn::Mul(hn::Load(d, p), slope), offset);
+                hn::Store(cdl_power<CLAMP>(d, power, x), d, p);
+            }
+        });
+    }
+    saturate<CLAMP>(d, stage.saturation, block);
+}
+
+template <bool CLAMP>
+void cdl_inverse(const CdlStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    if (CLAMP) {
+        for (int c = 0; c < 3; ++c) {
+            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+                float* p = block.plane[c] + i;
+                hn::Store(clamp_unit(d, hn::Load(d, p)), d, p);
+            }
+        }
+    }
+    saturate<CLAMP>(d, stage.saturation, block);
+    for (int c = 0; c < 3; ++c) {
+        with_power(stage.power[c], [&](const auto& power) HWY_ATTR {
+            const auto slope = hn::Set(d, stage.slope[c]), offset = hn::Set(d, stage.offset[c]);
+            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+                float* p = block.plane[c] + i;
+                const auto x = cdl_power<CLAMP>(d, power, hn::Load(d, p));
+                const auto out = hn::Mul(hn::Sub(x, offset), slope);
+                hn::Store(CLAMP ? clamp_unit(d, out) : out, d, p);
+            }
+        });
+    }
+}
+
+void cdl(const CdlStage& stage, Block& block) {
+    const auto run = stage.clamp ? (stage.forward ? cdl_forward<true> : cdl_inverse<true>)
+                                 : (stage.forward ? cdl_forward<false> : cdl_inverse<false>);
+    run(stage, block);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(cdl);
+
+void run_cdl(const CdlStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(cdl)(stage, block);
+}
+
+} // namespace pixel
+#endif

@@ -1,0 +1,216 @@
+#include "pixel/kernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_cube.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "pixel/lookup-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+
+/// One coordinate of some pixels: the cell's lower corner, its distance to the next lattice point (0 on one),
+/// and the fraction of the way.
+template <class D>
+struct Axis {
+    hn::Vec<hn::RebindToSigned<D>> corner, step;
+    hn::Vec<D> fraction;
+};
+
+/// `stride` is the table distance, in floats, between neighbours on this axis.
+template <class D>
+HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stride) {
+    const hn::RebindToSigned<D> di;
+    const auto end = hn::Set(d, last);
+    auto x = hn::Mul(hn::Load(d, plane), end);
+    x = hn::IfThenElseZero(hn::Gt(x, hn::Zero(d)), x); // NaN becomes 0
+    x = hn::IfThenElse(hn::Lt(x, end), x, end);
+    const auto floor = hn::Floor(x);
+    const auto inside = hn::RebindMask(di, hn::Ne(floor, x));
+    const auto distance = hn::Set(di, stride);
+    return {hn::Mul(hn::ConvertTo(di, floor), distance), hn::IfThenElseZero(inside, distance),
+            hn::Sub(x, floor)};
+}
+
+/// Vertices and weights of up to 64 pixels. Tetrahedral uses 4 vertices and 4 weights; trilinear the lower
+/// corner, the three steps, and the three fractions.
+struct alignas(64) Corners {
+    static constexpr std::size_t SIZE = 64;
+    std::int32_t offset[4][SIZE];
+    float weight[4][SIZE];
+};
+
+template <class D>
+HWY_INLINE void prepare_trilinear(D d, const Axis<D>& r, const Axis<D>& g, const Axis<D>& b, Corners& out,
+                                  std::size_t at) {
+    const hn::RebindToSigned<D> di;
+    hn::Store(hn::Add(r.corner, hn::Add(g.corner, b.corner)), di, out.offset[0] + at);
+    hn::Store(r.step, di, out.offset[1] + at);
+    hn::Store(g.step, di, out.offset[2] + at);
+    hn::Store(b.step, di, out.offset[3] + at);
+    hn::Store(r.fraction, d, out.weight[0] + at);
+    hn::Store(g.fraction, d, out.weight[1] + at);
+    hn::Store(b.fraction, d, out.weight[2] + at);
+}
+
+/// The way from the lower to the upper corner takes the axes in the order of their fractions, largest first.
+template <class D>
+HWY_INLINE void prepare_tetrahedral(D d, const Axis<D>& r, const Axis<D>& g, const Axis<D>& b, Corners& out,
+                                    std::size_t at) {
+    const hn::RebindToSigned<D> di;
+    const auto largest = hn::Max(r.fraction, hn::Max(g.fraction, b.fraction));
+    const auto smallest = hn::Min(r.fraction, hn::Min(g.fraction, b.fraction));
+    const auto middle =
+        hn::Max(hn::Min(r.fraction, g.fraction), hn::Min(hn::Max(r.fraction, g.fraction), b.fraction));
+    const auto r_first = hn::RebindMask(di, hn::Eq(r.fraction, largest));
+    const auto g_first = hn::RebindMask(di, hn::Eq(g.fraction, largest));
+    const auto first = hn::IfThenElse(r_first, r.step, hn::IfThenElse(g_first, g.step, b.step));
+    const auto b_last = hn::RebindMask(di, hn::Eq(b.fraction, smallest));
+    const auto g_last = hn::RebindMask(di, hn::Eq(g.fraction, smallest));
+    const auto last = hn::IfThenElse(b_last, b.step, hn::IfThenElse(g_last, g.step, r.step));
+    const auto corner = hn::Add(r.corner, hn::Add(g.corner, b.corner));
+    const auto opposite = hn::Add(corner, hn::Add(r.step, hn::Add(g.step, b.step)));
+    hn::Store(corner, di, out.offset[0] + at);
+    hn::Store(hn::Add(corner, first), di, out.offset[1] + at);
+    hn::Store(hn::Sub(opposite, last), di, out.offset[2] + at);
+    hn::Store(opposite, di, out.offset[3] + at);
+    hn::Store(hn::Sub(hn::Set(d, 1.0f), largest), d, out.weight[0] + at);
+    hn::Store(hn::Sub(largest, middle), d, out.weight[1] + at);
+    hn::Store(hn::Sub(middle, smallest), d, out.weight[2] + at);
+    hn::Store(smallest, d, out.weight[3] + at);
+}
+
+#if HWY_TARGET == HWY_SCALAR
+/// The four floats of one entry, where there are no vectors.
+struct Entry {
+    float v[4];
+};
+HWY_INLINE Entry load_entry(const float* p) {
+    return {{p[0], p[1], p[2], p[3]}};
+}
+HWY_INLINE Entry weighted(const Entry& e, float w) {
+    return {{e.v[0] * w, e.v[1] * w, e.v[2] * w, e.v[3] * w}};
+}
+HWY_INLINE Entry sum(const Entry& a, const Entry& b) {
+    return {{a.v[0] + b.v[0], a.v[1] + b.v[1], a.v[2] + b.v[2], a.v[3] + b.v[3]}};
+}
+HWY_INLINE Entry difference(const Entry& a, const Entry& b) {
+    return {{a.v[0] - b.v[0], a.v[1] - b.v[1], a.v[2] - b.v[2], a.v[3] - b.v[3]}};
+}
+HWY_INLINE void store_entry(const Entry& e, float* p) {
+    for (int i = 0; i < 4; ++i) {
+        p[i] = e.v[i];
+    }
+}
+#else
+using EntryTag = hn::CappedTag<float, 4>;
+using Entry = hn::Vec<EntryTag>;
+HWY_INLINE Entry load_entry(const float* p) {
+    return hn::LoadU(EntryTag(), p);
+}
+HWY_INLINE Entry weighted(Entry e, float w) {
+    return hn::Mul(e, hn::Set(EntryTag(), w));
+}
+HWY_INLINE Entry sum(Entry a, Entry b) {
+    return hn::Add(a, b);
+}
+HWY_INLINE Entry difference(Entry a, Entry b) {
+    return hn::Sub(a, b);
+}
+HWY_INLINE void store_entry(Entry e, float* p) {
+    hn::Store(e, EntryTag(), p);
+}
+#endif
+
+HWY_INLINE Entry blend(Entry from, Entry to, float fraction) {
+    return sum(weighted(difference(to, from), fraction), from);
+}
+
+/// Along blue, then green, then red.
+HWY_INLINE Entry trilinear(const float* table, const Corners& corners, std::size_t i) {
+    const float* p = table + corners.offset[0][i];
+    const std::int32_t r = corners.offset[1][i], g = corners.offset[2][i], b = corners.offset[3][i];
+    const float fr = corners.weight[0][i], fg = corners.weight[1][i], fb = corners.weight[2][i];
+    const auto edge = [&](std::int32_t at)
+                          HWY_ATTR { return blend(load_entry(p + at), load_entry(p + at + b), fb); };
+    const auto face = [&](std::int32_t at) HWY_ATTR { return blend(edge(at), edge(at + g), fg); };
+    return blend(face(0), face(r), fr);
+}
+
+HWY_INLINE Entry tetrahedral(const float* table, const Corners& corners, std::size_t i) {
+    Entry out = weighted(load_entry(table + corners.offset[0][i]), corners.weight[0][i]);
+    for (int k = 1; k < 4; ++k) {
+        out = sum(out, weighted(load_entry(table + corners.offset[k][i]), corners.weight[k][i]));
+    }
+    return out;
+}
+
+/// 0, 1, 2, ...: takes entries one after the other.
+struct Order {
+    std::int32_t at[Corners::SIZE];
+    constexpr Order() : at() {
+        for (std::size_t i = 0; i < Corners::SIZE; ++i) {
+            at[i] = static_cast<std::int32_t>(i);
+        }
+    }
+};
+
+template <bool TETRAHEDRAL>
+void cube_planes(const CubeStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    const float last = static_cast<float>(stage.edge - 1);
+    const auto edge = static_cast<std::int32_t>(stage.edge);
+    static constexpr Order IN_ORDER;
+    Corners corners;
+    alignas(64) float result[4 * Corners::SIZE];
+    for (std::size_t start = 0; start < block.padded; start += Corners::SIZE) {
+        const std::size_t count = HWY_MIN(Corners::SIZE, block.padded - start);
+        for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+            const auto r = locate(d, block.plane[0] + start + i, last, 4 * edge * edge);
+            const auto g = locate(d, block.plane[1] + start + i, last, 4 * edge);
+            const auto b = locate(d, block.plane[2] + start + i, last, 4);
+            if constexpr (TETRAHEDRAL) {
+                prepare_tetrahedral(d, r, g, b, corners, i);
+            } else {
+                prepare_trilinear(d, r, g, b, corners, i);
+            }
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            store_entry(TETRAHEDRAL ? tetrahedral(stage.rgbx.data(), corners, i)
+                                    : trilinear(stage.rgbx.data(), corners, i),
+                        result + 4 * i);
+        }
+        for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+            auto r = hn::Zero(d), g = r, b = r, unused = r;
+            load_quads<4>(d, result, IN_ORDER.at + i, r, g, b, unused);
+            hn::Store(r, d, block.plane[0] + start + i);
+            hn::Store(g, d, block.plane[1] + start + i);
+            hn::Store(b, d, block.plane[2] + start + i);
+        }
+    }
+}
+
+void cube(const CubeStage& stage, Block& block) {
+    const bool tetrahedral = stage.interpolation == CubeInterpolation::Tetrahedral;
+    const auto run = tetrahedral ? cube_planes<true> : cube_planes<false>;
+    run(stage, block);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(cube);
+
+void run_cube(const CubeStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(cube)(stage, block);
+}
+
+} // namespace pixel
+#endif

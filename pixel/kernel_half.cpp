@@ -1,0 +1,95 @@
+#include "pixel/kernels.h"
+
+#include <cstdint>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_half.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "pixel/lookup-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+
+/// Position of a magnitude among the 16-bit floats: the largest one that is not above it, and how far the
+/// next one lies above the value, as a fraction of the gap: (0, 1].
+template <class D>
+struct HalfPosition {
+    hn::Vec<hn::RebindToSigned<D>> below;
+    hn::Vec<D> distance;
+};
+
+template <class D>
+HWY_INLINE HalfPosition<D> locate_half(D d, hn::Vec<D> magnitude) {
+    const hn::RebindToSigned<D> di;
+    // Normal: the 13 low bits of the mantissa lie between neighbours; exponents differ by 127 - 15.
+    const auto shifted = hn::Sub(hn::BitCast(di, magnitude), hn::Set(di, 112 << 23));
+    const auto gap = hn::Sub(hn::Set(di, 0x2000), hn::And(shifted, hn::Set(di, 0x1FFF)));
+    const auto normal_distance = hn::Mul(hn::ConvertTo(d, gap), hn::Set(d, 0x1p-13f));
+    // Denormal: neighbours are 2^-24 apart.
+    const auto denormal = hn::Lt(magnitude, hn::Set(d, 0x1p-14f));
+    const auto steps = hn::IfThenElseZero(denormal, hn::Mul(magnitude, hn::Set(d, 0x1p24f)));
+    const auto floor = hn::Floor(steps);
+    const auto small_distance = hn::Sub(hn::Add(floor, hn::Set(d, 1.0f)), steps);
+    return {
+        hn::IfThenElse(hn::RebindMask(di, denormal), hn::ConvertTo(di, floor), hn::ShiftRight<13>(shifted)),
+        hn::IfThenElse(denormal, small_distance, normal_distance)};
+}
+
+/// Magnitudes from the largest half on take its entry; a NaN takes the entry of its own bits, shortened.
+void half_plane(const float* values, float* plane, std::size_t count) {
+    const hn::ScalableTag<float> d;
+    const hn::RebindToSigned<decltype(d)> di;
+    alignas(64) std::int32_t index[BLOCK_PIXELS];
+    const auto zero = hn::Zero(d), one = hn::Set(d, 1.0f), largest = hn::Set(d, 65504.0f);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+        const auto x = hn::Load(d, plane + i);
+        const auto bits = hn::BitCast(di, x);
+        const auto inside = hn::Lt(hn::Abs(x), largest);
+        const auto ordered = hn::Eq(x, x);
+        const auto position = locate_half(d, hn::IfThenElse(inside, hn::Abs(x), largest));
+        const auto payload = hn::And(hn::ShiftRight<13>(bits), hn::Set(di, 0x3FF));
+        const auto quiet = hn::IfThenElse(hn::Eq(payload, hn::Zero(di)), hn::Set(di, 1), payload);
+        const auto magnitude =
+            hn::IfThenElse(hn::RebindMask(di, ordered), position.below, hn::Or(quiet, hn::Set(di, 0x7C00)));
+        const auto sign = hn::And(hn::ShiftRight<16>(bits), hn::Set(di, 0x8000));
+        hn::Store(hn::Or(magnitude, sign), di, index + i);
+        // Distance 0 stands for "the entry below alone", which no value between two entries has.
+        const auto distance = hn::IfThenElseZero(inside, position.distance);
+        hn::Store(hn::IfThenElse(ordered, distance, one), d, plane + i);
+    }
+    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+        const auto distance = hn::Load(d, plane + i);
+        auto below = zero, above = zero;
+        load_pairs(d, values, index + i, below, above);
+        above = hn::IfThenElse(hn::Eq(distance, zero), below, above);
+        hn::Store(hn::Add(hn::Mul(hn::Sub(below, above), distance), above), d, plane + i);
+    }
+}
+
+void half_table(const HalfTableStage& stage, Block& block) {
+    for (int c = 0; c < 3; ++c) {
+        const auto& curve =
+            stage.curve[static_cast<std::size_t>(stage.curve_of[static_cast<std::size_t>(c)])];
+        half_plane(curve.values.data(), block.plane[c], block.padded);
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(half_table);
+
+void run_half_table(const HalfTableStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(half_table)(stage, block);
+}
+
+} // namespace pixel
+#endif

@@ -1,0 +1,118 @@
+#include "pixel/kernels.h"
+
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_layout.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "pixel/lookup-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+
+/// Lanes need not follow the order of the pixels, as long as packing undoes what unpacking did: groups of
+/// four lanes then never cross a register, which is what is slow on wide vectors.
+HWY_INLINE void unpack_vector(const float* pixels, std::size_t channels, std::size_t at, Block& block) {
+    const hn::ScalableTag<float> d;
+    auto r = hn::Zero(d), g = r, b = r, a = r;
+#if HWY_TARGET != HWY_SCALAR
+    if (channels == 4) {
+        r = hn::LoadU(d, pixels);
+        g = hn::LoadU(d, pixels + hn::Lanes(d));
+        b = hn::LoadU(d, pixels + 2 * hn::Lanes(d));
+        a = hn::LoadU(d, pixels + 3 * hn::Lanes(d));
+        transpose_groups(d, r, g, b, a);
+    } else {
+        hn::LoadInterleaved3(d, pixels, r, g, b);
+    }
+#else
+    r = hn::Set(d, pixels[0]);
+    g = hn::Set(d, pixels[1]);
+    b = hn::Set(d, pixels[2]);
+    a = hn::Set(d, channels == 4 ? pixels[3] : 0.0f);
+#endif
+    hn::Store(r, d, block.plane[0] + at);
+    hn::Store(g, d, block.plane[1] + at);
+    hn::Store(b, d, block.plane[2] + at);
+    hn::Store(a, d, block.plane[3] + at);
+}
+
+HWY_INLINE void pack_vector(const Block& block, std::size_t at, std::size_t channels, float* pixels) {
+    const hn::ScalableTag<float> d;
+    auto r = hn::Load(d, block.plane[0] + at);
+    auto g = hn::Load(d, block.plane[1] + at);
+    auto b = hn::Load(d, block.plane[2] + at);
+#if HWY_TARGET != HWY_SCALAR
+    if (channels == 4) {
+        auto a = hn::Load(d, block.plane[3] + at);
+        transpose_groups(d, r, g, b, a);
+        hn::StoreU(r, d, pixels);
+        hn::StoreU(g, d, pixels + hn::Lanes(d));
+        hn::StoreU(b, d, pixels + 2 * hn::Lanes(d));
+        hn::StoreU(a, d, pixels + 3 * hn::Lanes(d));
+    } else {
+        hn::StoreInterleaved3(r, g, b, d, pixels);
+    }
+#else
+    pixels[0] = hn::GetLane(r);
+    pixels[1] = hn::GetLane(g);
+    pixels[2] = hn::GetLane(b);
+    if (channels == 4) {
+        pixels[3] = block.plane[3][at];
+    }
+#endif
+}
+
+void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
+    const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
+    std::size_t i = 0;
+    for (; i + lanes <= block.count; i += lanes) {
+        for (std::size_t k = 0; k < channels * lanes; k += MAX_LANES) {
+            fetch_for_next_block(pixels + channels * i + k, channels * BLOCK_PIXELS);
+        }
+        unpack_vector(pixels + channels * i, channels, i, block);
+    }
+    if (i < block.count) {
+        float tail[4 * MAX_LANES] = {};
+        std::memcpy(tail, pixels + channels * i, (block.count - i) * channels * sizeof(float));
+        unpack_vector(tail, channels, i, block);
+    }
+}
+
+void pack_pixels(const Block& block, std::size_t channels, float* pixels) {
+    const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
+    std::size_t i = 0;
+    for (; i + lanes <= block.count; i += lanes) {
+        pack_vector(block, i, channels, pixels + channels * i);
+    }
+    if (i < block.count) {
+        float tail[4 * MAX_LANES];
+        pack_vector(block, i, channels, tail);
+        std::memcpy(pixels + channels * i, tail, (block.count - i) * channels * sizeof(float));
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(unpack_pixels);
+HWY_EXPORT(pack_pixels);
+
+void unpack(const float* pixels, std::size_t channels, Block& block) {
+    HWY_DYNAMIC_DISPATCH(unpack_pixels)(pixels, channels, block);
+}
+
+void pack(const Block& block, std::size_t channels, float* pixels) {
+    HWY_DYNAMIC_DISPATCH(pack_pixels)(block, channels, pixels);
+}
+
+} // namespace pixel
+#endif

@@ -1,0 +1,92 @@
+#include "pixel/kernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_linear.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+void matrix(const MatrixStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+        const auto r = hn::Load(d, block.plane[0] + i);
+        const auto g = hn::Load(d, block.plane[1] + i);
+        const auto b = hn::Load(d, block.plane[2] + i);
+        const auto a = hn::Load(d, block.plane[3] + i);
+        for (int row = 0; row < 4; ++row) {
+            auto sum = hn::Mul(r, hn::Set(d, stage.m[row][0]));
+            sum = hn::Add(sum, hn::Mul(g, hn::Set(d, stage.m[row][1])));
+            sum = hn::Add(sum, hn::Mul(b, hn::Set(d, stage.m[row][2])));
+            sum = hn::Add(sum, hn::Mul(a, hn::Set(d, stage.m[row][3])));
+            if (stage.has_offset) {
+                sum = hn::Add(sum, hn::Set(d, stage.offset[row]));
+            }
+            hn::Store(sum, d, block.plane[row] + i);
+        }
+    }
+}
+
+void diagonal(const DiagonalStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    for (int c = 0; c < 4; ++c) {
+        if (!stage.active[c]) {
+            continue;
+        }
+        const auto scale = hn::Set(d, stage.scale[c]);
+        const auto offset = hn::Set(d, stage.offset[c]);
+        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+            float* p = block.plane[c] + i;
+            hn::Store(hn::Add(hn::Mul(hn::Load(d, p), scale), offset), d, p);
+        }
+    }
+}
+
+void range(const RangeStage& stage, Block& block) {
+    const hn::ScalableTag<float> d;
+    const auto scale = hn::Set(d, stage.scale), offset = hn::Set(d, stage.offset);
+    const auto low = hn::Set(d, stage.low), high = hn::Set(d, stage.high);
+    for (int c = 0; c < 3; ++c) {
+        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+            float* p = block.plane[c] + i;
+            auto t = hn::Add(hn::Mul(hn::Load(d, p), scale), offset);
+            if (stage.has_low) {
+                t = hn::IfThenElse(hn::Gt(t, low), t, low);
+            }
+            if (stage.has_high) {
+                t = hn::IfThenElse(hn::Lt(t, high), t, high);
+            }
+            hn::Store(t, d, p);
+        }
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(matrix);
+HWY_EXPORT(diagonal);
+HWY_EXPORT(range);
+
+void run_matrix(const MatrixStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(matrix)(stage, block);
+}
+
+void run_diagonal(const DiagonalStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(diagonal)(stage, block);
+}
+
+void run_range(const RangeStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(range)(stage, block);
+}
+
+} // namespace pixel
+#endif

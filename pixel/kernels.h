@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+
+#include "pixel/block.h"
+#include "pixel/stage.h"
+
+/// One function per stage, run on the best vectors of the processor. All of them change the block's planes in
+/// place.
+namespace pixel {
+
+void run_matrix(const MatrixStage& stage, Block& block);
+void run_diagonal(const DiagonalStage& stage, Block& block);
+void run_range(const RangeStage& stage, Block& block);
+void run_power(const PowerStage& stage, Block& block);
+void run_toe(const ToeStage& stage, Block& block);
+void run_cdl(const CdlStage& stage, Block& block);
+void run_log(const LogStage& stage, Block& block);
+void run_exp(const ExpStage& stage, Block& block);
+void run_table(const TableStage& stage, Block& block);
+void run_half_table(const HalfTableStage& stage, Block& block);
+void run_inverse_table(const InverseTableStage& stage, Block& block);
+void run_cube(const CubeStage& stage, Block& block);
+
+/// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
+/// within a plane is an implementation's own. Three channels read as alpha 0.
+void unpack(const float* pixels, std::size_t channels, Block& block);
+void pack(const Block& block, std::size_t channels, float* pixels);
+
+} // namespace pixel

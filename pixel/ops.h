@@ -1,0 +1,111 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <variant>
+#include <vector>
+
+/// Colour operations as plain data. Every parameter is a double, or a 32-bit float where it is a table entry;
+/// channels are in the order red, green, blue, alpha.
+namespace pixel {
+
+enum class Direction { Forward, Inverse };
+
+/// Table entries shared, never copied, between a chain and the programs built from it.
+using Table = std::shared_ptr<const std::vector<float>>;
+
+/// out = m * in + offset; `m` is row-major, row 0 makes red.
+struct Matrix {
+    std::array<double, 16> m;
+    std::array<double, 4> offset;
+};
+
+/// Maps [min_in, max_in] to [min_out, max_out] on red, green and blue, then clamps to the output bounds. With
+/// one pair of bounds only it is a clamp on that side, and that side's in and out values must be equal.
+struct Range {
+    std::optional<double> min_in, max_in, min_out, max_out;
+};
+
+enum class CdlStyle {
+    Clamped,   ///< ASC v1.2: clamped to [0, 1] before the power and at the end
+    Unclamped, ///< no clamp; the power leaves negative values alone
+};
+
+/// Slope, offset, power, then saturation with the Rec. 709 luma weights.
+struct Cdl {
+    std::array<double, 3> slope, offset, power;
+    double saturation;
+    CdlStyle style;
+    Direction direction;
+};
+
+enum class Negatives {
+    Clamp,       ///< negative values become 0
+    Mirror,      ///< the curve turned by 180 degrees about the origin
+    PassThrough, ///< negative values stay as they are
+    Linear,      ///< the linear toe goes on below 0 (LinearToeCurve only)
+};
+
+/// out = in ^ value for all four channels. Styles: Clamp, Mirror, PassThrough.
+struct Exponent {
+    std::array<double, 4> value;
+    Negatives negatives;
+    Direction direction;
+};
+
+/// Power curve with a linear toe: ((in + offset) / (1 + offset)) ^ gamma above the break at offset / (gamma -
+/// 1), a line through the origin below it. sRGB has gamma 2.4 and offset 0.055. Styles: Linear, Mirror.
+struct LinearToeCurve {
+    std::array<double, 4> gamma, offset;
+    Negatives negatives;
+    Direction direction;
+};
+
+/// out = log(in) to `base`; inputs below the smallest normal float are raised to it. Base 2 is "lg2".
+struct Log {
+    double base;
+    Direction direction;
+};
+
+/// out = log_slope * log(lin_slope * in + lin_offset) + log_offset, per colour channel. With `lin_break`, a
+/// straight line below it: of slope `linear_slope`, or where that is absent of the curve's slope at the
+/// break.
+struct LogAffine {
+    double base;
+    std::array<double, 3> log_slope, log_offset, lin_slope, lin_offset;
+    std::optional<std::array<double, 3>> lin_break, linear_slope;
+    Direction direction;
+};
+
+enum class InputDomain {
+    Unit, ///< entries evenly spaced over [0, 1]; inputs outside take the end values
+    Half, ///< 65536 entries, one for each bit pattern of a 16-bit float
+};
+
+/// One-dimensional table, linearly interpolated. `values` holds `length` entries for one shared curve
+/// (`channels` 1), or red's, then green's, then blue's (`channels` 3).
+struct Lut1D {
+    InputDomain domain;
+    std::size_t length;
+    std::size_t channels;
+    Table values;
+    Direction direction;
+};
+
+enum class CubeOrder { RedFastest, BlueFastest };
+enum class CubeInterpolation { Trilinear, Tetrahedral };
+
+/// Three-dimensional table of edge^3 RGB triples over [0, 1].
+struct Lut3D {
+    std::size_t edge;
+    CubeOrder order;
+    CubeInterpolation interpolation;
+    Table rgb;
+};
+
+using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D>;
+using OpChain = std::vector<Op>;
+
+} // namespace pixel

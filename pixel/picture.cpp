@@ -1,0 +1,166 @@
+#include "pixel/picture.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+#include "pixel/kernels.h"
+
+namespace pixel {
+
+namespace {
+
+/// Rows at least this wide are worth blocks of their own when there are gaps between rows.
+constexpr std::size_t WIDE_ROW = BLOCK_PIXELS / 2;
+
+void set_count(Block& block, std::size_t count) {
+    block.count = count;
+    block.padded = round_up_to_lanes(count);
+    for (float* plane : {block.plane[0], block.plane[1], block.plane[2], block.plane[3]}) {
+        std::fill(plane + count, plane + block.padded, 0.0f);
+    }
+}
+
+/// Copies floats of a plane, and asks for those that the next block will copy.
+void copy_and_fetch(float* to, const float* from, std::size_t count) {
+    constexpr std::size_t LINE = 64 / sizeof(float);
+    std::size_t i = 0;
+    for (; i + LINE <= count; i += LINE) {
+        fetch_for_next_block(from + i, BLOCK_PIXELS);
+        std::memcpy(to + i, from + i, LINE * sizeof(float));
+    }
+    std::memcpy(to + i, from + i, (count - i) * sizeof(float));
+}
+
+void run_all(const std::vector<Stage>& stages, Block& block) {
+    for (const Stage& stage : stages) {
+        run(stage, block);
+    }
+}
+
+void run_gapless(const std::vector<Stage>& stages, float* pixels, std::size_t channels, std::size_t count,
+                 Block& block) {
+    for (std::size_t done = 0; done < count; done += BLOCK_PIXELS) {
+        float* const from = pixels + done * channels;
+        set_count(block, std::min(BLOCK_PIXELS, count - done));
+        unpack(from, channels, block);
+        run_all(stages, block);
+        pack(block, channels, from);
+    }
+}
+
+/// Walks over a picture in pieces that do not cross a row.
+class Walk {
+public:
+    Walk(std::size_t width, std::size_t height) : width_(width), total_(width * height) {}
+
+    bool at_end() const { return position_ == total_; }
+    std::size_t row() const { return position_ / width_; }
+    std::size_t column() const { return position_ % width_; }
+    /// The rest of the row, at most `limit` pixels; moves past it.
+    std::size_t take(std::size_t limit) {
+        const std::size_t count = std::min(limit, width_ - column());
+        position_ += count;
+        return count;
+    }
+
+private:
+    std::size_t width_, total_;
+    std::size_t position_ = 0;
+};
+
+/// Calls `piece(row, column, pixels before it in the block, length)` until the block is full or the picture
+/// ends.
+template <class F>
+std::size_t for_block(Walk& walk, F&& piece) {
+    std::size_t filled = 0;
+    while (filled < BLOCK_PIXELS && !walk.at_end()) {
+        const std::size_t row = walk.row(), column = walk.column();
+        const std::size_t length = walk.take(BLOCK_PIXELS - filled);
+        piece(row, column, filled, length);
+        filled += length;
+    }
+    return filled;
+}
+
+/// Narrow rows and pixels with gaps go through a gapless copy of a block's size.
+void run_scattered(const std::vector<Stage>& stages, float* data, const PackedLayout& layout, Block& block) {
+    const std::size_t channels = std::min<std::size_t>(layout.channels, 4);
+    float copy[4 * BLOCK_PIXELS];
+    const auto pixel = [&](std::size_t row, std::size_t column) {
+        return data + static_cast<std::ptrdiff_t>(row) * layout.row_stride +
+               static_cast<std::ptrdiff_t>(column) * layout.pixel_stride;
+    };
+    Walk read(layout.width, layout.height);
+    while (!read.at_end()) {
+        Walk write = read;
+        const std::size_t count =
+            for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+                const float* from = pixel(row, column);
+                for (std::size_t i = 0; i < length; ++i, from += layout.pixel_stride) {
+                    std::memcpy(copy + (at + i) * channels, from, channels * sizeof(float));
+                }
+            });
+        run_gapless(stages, copy, channels, count, block);
+        for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+            float* to = pixel(row, column);
+            for (std::size_t i = 0; i < length; ++i, to += layout.pixel_stride) {
+                std::memcpy(to, copy + (at + i) * channels, channels * sizeof(float));
+            }
+        });
+    }
+}
+
+} // namespace
+
+void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayout& layout) {
+    Block block;
+    const auto row_length = static_cast<std::ptrdiff_t>(layout.width) * layout.pixel_stride;
+    const bool gapless_rows =
+        layout.pixel_stride == static_cast<std::ptrdiff_t>(layout.channels) && layout.channels <= 4;
+    if (gapless_rows && (layout.row_stride == row_length || layout.height == 1)) {
+        run_gapless(stages, data, layout.channels, layout.width * layout.height, block);
+    } else if (gapless_rows && layout.width >= WIDE_ROW) {
+        for (std::size_t row = 0; row < layout.height; ++row) {
+            run_gapless(stages, data + static_cast<std::ptrdiff_t>(row) * layout.row_stride, layout.channels,
+                        layout.width, block);
+        }
+    } else {
+        run_scattered(stages, data, layout, block);
+    }
+}
+
+void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::size_t width,
+                std::size_t height, std::ptrdiff_t row_stride) {
+    if (row_stride == static_cast<std::ptrdiff_t>(width)) { // one long row
+        width *= height;
+        height = 1;
+    }
+    const int channels = planes[3] ? 4 : 3;
+    Block block;
+    Walk read(width, height);
+    while (!read.at_end()) {
+        Walk write = read;
+        const auto offset = [&](std::size_t row, std::size_t column) {
+            return static_cast<std::ptrdiff_t>(row) * row_stride + static_cast<std::ptrdiff_t>(column);
+        };
+        const std::size_t count =
+            for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+                for (int c = 0; c < channels; ++c) {
+                    copy_and_fetch(block.plane[c] + at, planes[c] + offset(row, column), length);
+                }
+            });
+        set_count(block, count);
+        if (channels == 3) {
+            std::fill(block.plane[3], block.plane[3] + block.padded, 0.0f);
+        }
+        run_all(stages, block);
+        for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+            for (int c = 0; c < channels; ++c) {
+                std::memcpy(planes[c] + offset(row, column), block.plane[c] + at, length * sizeof(float));
+            }
+        });
+    }
+}
+
+} // namespace pixel

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <variant>
+#include <vector>
+
+#include "pixel/block.h"
+#include "pixel/ops.h"
+
+/// Operations compiled for the kernels: constants rounded to 32-bit floats, tables padded, searches indexed.
+/// Each rounding step is part of the contract: the results equal those of the reference renderer bit for bit
+/// wherever its elementary functions do.
+namespace pixel {
+
+/// out = ((m0 r + m1 g) + m2 b) + m3 a, then + offset; every product and sum rounded.
+struct MatrixStage {
+    float m[4][4];
+    float offset[4];
+    bool has_offset;
+};
+
+/// out = in * scale + offset on the channels marked active.
+struct DiagonalStage {
+    float scale[4];
+    float offset[4];
+    bool active[4];
+};
+
+/// t = in * scale + offset, raised to `low`, then lowered to `high`. NaN goes to `low`, or without it to
+/// `high`.
+struct RangeStage {
+    float scale, offset;
+    bool has_low, has_high;
+    float low, high;
+};
+
+enum class PowerShape { Clamp, Mirror, PassThrough };
+
+struct PowerStage {
+    float exponent[4];
+    PowerShape shape;
+    bool active[4];
+};
+
+/// Forward: in > knee ? (in * scale + offset) ^ exponent : in * slope.
+/// Inverse: in > knee ? in ^ exponent * scale - offset : in * slope.
+struct ToeStage {
+    struct Channel {
+        float scale, offset, exponent, slope, knee;
+    };
+    std::array<Channel, 4> channel;
+    bool forward, mirror;
+};
+
+/// Inverse stages hold the reciprocals of slope, power and saturation.
+struct CdlStage {
+    float slope[3], offset[3], power[3];
+    float saturation;
+    bool clamp, forward;
+};
+
+/// log2(max(in * lin_slope + lin_offset, FLT_MIN)) * log_slope + log_offset, or the line below the break.
+struct LogStage {
+    struct Channel {
+        float lin_slope, lin_offset, log_slope, log_offset, lin_break, line_slope, line_offset;
+    };
+    std::array<Channel, 3> channel;
+    bool affine; ///< false: log_slope only
+    bool has_line;
+};
+
+/// (exp2((in - log_offset) * log_slope) - lin_offset) * lin_slope, or the line below the break.
+struct ExpStage {
+    struct Channel {
+        float log_offset, log_slope, lin_offset, lin_slope, log_break, line_offset, line_slope;
+    };
+    std::array<Channel, 3> channel;
+    bool affine; ///< false: exp2(in * log_slope) only
+    bool has_line;
+};
+
+/// Entries of one curve behind one copy of the first: entry i is `values[i + 1]`, so that the pair that ends
+/// at entry 0 can be loaded too.
+struct PaddedCurve {
+    std::vector<float> values;
+};
+
+struct TableStage {
+    float last; ///< index of the last entry
+    std::array<PaddedCurve, 3> curve;
+    std::array<int, 3> curve_of; ///< which curve each channel uses
+};
+
+/// Entry i is `values[i]`: pairs are named by their first entry.
+struct HalfTableStage {
+    std::array<PaddedCurve, 3> curve;
+    std::array<int, 3> curve_of;
+};
+
+/// What the inverse of a table needs for values near one knot (a table entry).
+struct Knot {
+    float below, at, above; ///< the entry before, the entry, the entry after
+    float index;            ///< position of the entry; NaN sends the value to the exact search
+};
+
+/// The inverse of one monotonic curve. `sorted` holds the entries `first` to `first + sorted.size() - 1`,
+/// ascending (negated when the curve falls). Value v belongs to the knot bucket (bits(v + bias) - base) >>
+/// shift.
+struct InverseCurve {
+    std::vector<float> sorted;
+    std::vector<Knot> knots;
+    float sign;
+    float bias;
+    std::uint32_t base;
+    int shift;
+    std::size_t first;
+    float reciprocal; ///< 1 / index of the table's last entry
+};
+
+struct InverseTableStage {
+    std::array<InverseCurve, 3> curve;
+    std::array<int, 3> curve_of;
+};
+
+/// RGB triples padded to four floats, blue fastest.
+struct CubeStage {
+    std::size_t edge;
+    CubeInterpolation interpolation;
+    std::vector<float> rgbx;
+};
+
+using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
+                           ExpStage, TableStage, HalfTableStage, InverseTableStage, CubeStage>;
+
+/// Carries out one stage on a block.
+void run(const Stage& stage, Block& block);
+
+} // namespace pixel

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Included before every Highway header: kernels keep vectors in structs and assemble them from 128-bit
+/// parts, which vectors of unknown length cannot do; processors that have those also have NEON.
+#ifndef HWY_DISABLED_TARGETS
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#endif
