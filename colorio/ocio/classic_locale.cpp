@@ -36,9 +36,8 @@ ClassicLocale::ClassicLocale() {
     if (!saved.replaced)
         return;
     saved.c_locale = c_locale;
+    // This sets the C locale too.
     saved.cpp_locale = std::locale::global(std::locale::classic());
-    // The C++ call above leaves the C locale alone when its own was classic already.
-    std::setlocale(LC_ALL, "C");
 }
 
 ClassicLocale::~ClassicLocale() {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 
 #include "tests/colorio/ocio/test_configs.h"
@@ -164,6 +165,18 @@ TEST_F(CdlFile, AMendedFileOfTheSameSizeIsReadAgain) {
     const std::string path = folder_.write("grade.cc", damaged);
     EXPECT_NE(refusal(path), "nothing thrown");
     folder_.write("grade.cc", correction("", "2 2 2"));
+    EXPECT_EQ(slope_in(path, ""), 2.0f);
+}
+
+TEST_F(CdlFile, AChangeWithinOneTickOfTheClockIsNoticed) {
+    const auto tick = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
+    std::string damaged = correction("", "2 2 2");
+    damaged[0] = '>';
+    const std::string path = folder_.write("grade.cc", damaged);
+    std::filesystem::last_write_time(path, tick);
+    EXPECT_NE(refusal(path), "nothing thrown");
+    folder_.write("grade.cc", correction("", "2 2 2"));
+    std::filesystem::last_write_time(path, tick);
     EXPECT_EQ(slope_in(path, ""), 2.0f);
 }
 

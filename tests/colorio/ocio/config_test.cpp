@@ -37,6 +37,7 @@ TEST(Config, ANewOneIsEmptyAndOfVersionOne) {
     EXPECT_EQ(ocio::get_major_version(config), 1u);
     EXPECT_EQ(ocio::get_num_color_spaces(config), 0);
     EXPECT_EQ(ocio::get_num_displays(config), 0);
+    EXPECT_STREQ(config->getSearchPath(), ".");
 }
 
 TEST(Config, TheWorkingFolderIsKept) {

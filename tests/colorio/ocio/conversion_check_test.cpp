@@ -172,6 +172,21 @@ TEST_F(ConversionCheck, OnlyTheDirectionOfALookThatIsUsedCounts) {
     EXPECT_EQ(refusal("a", "raw"), ACCEPTED);
 }
 
+TEST_F(ConversionCheck, ALoneTransformIsAlsoFollowedBackwards) {
+    look("l", "raw", shift(), conversion("a", "raw"));
+    space("a", looks("l"));
+    EXPECT_EQ(refusal("raw", "a"), CYCLE + "a -> l -> a");
+}
+
+TEST_F(ConversionCheck, AnInverseLookTransformIsFollowedForwardsToo) {
+    // The library looks for context variables that way.
+    look("l", "raw", conversion("a", "raw"), shift());
+    const auto transform = looks("l");
+    transform->setDirection(ocio::TRANSFORM_DIR_INVERSE);
+    space("a", transform, shift());
+    EXPECT_EQ(refusal("a", "raw"), CYCLE + "a -> l -> a");
+}
+
 TEST_F(ConversionCheck, ANamedTransformThatUsesItselfIsACycle) {
     named_transform("n", conversion("n", "raw"));
     EXPECT_EQ(refusal("n", "raw"), CYCLE + "n -> n");

@@ -238,6 +238,15 @@ TEST_F(MixedShader, TheLibrarysTextIsRewrittenForTheOneTable) {
     EXPECT_NEAR(triple[2], std::pow((10.0 / 31 + 0.055) / 1.055, 2.4), 2e-6);
 }
 
+TEST_F(MixedShader, ATableOfAnotherSizeIsMadeAnew) {
+    const auto processor =
+        make("1", "    allocation: uniform\n    allocationvars: [0, 1]\n", TABLE_THEN_SWAP);
+    std::vector<float> small(4 * 4 * 4 * 3);
+    processor->get_gpu_lut_3d(small.data(), describe(ocio::GPU_LANGUAGE_GLSL_1_3, 4));
+    EXPECT_NEAR(small[3], std::pow((1.0 / 3 + 0.055) / 1.055, 2.4), 2e-6) << "the second of four";
+    EXPECT_NEAR(at(table_of(processor), 1, 0, 0)[0], 1.0 / 31 / 12.92, 2e-6) << "the second of 32";
+}
+
 TEST_F(MixedShader, LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp) {
     // Version 2 configurations often state none; the library would cut off everything above 1.
     const auto processor = make("2", "    encoding: scene-linear\n",
