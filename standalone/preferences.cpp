@@ -116,11 +116,11 @@ bool PreferenceFile::State::fail_to_save(const std::string& reason) const {
 }
 
 bool PreferenceFile::State::write(const ParserGroup& preferences) const {
-    const auto text = write_yaml(preferences);
-    if (!text)
-        return fail_to_save("groups are nested too deep");
+    const YamlText yaml = write_yaml(preferences);
+    if (!yaml.text)
+        return fail_to_save(yaml.reason);
     FileReplacement file(path.get_data(), FILE_MODE);
-    return (file.write(*text) && file.commit()) || fail_to_save(file.get_error());
+    return (file.write(*yaml.text) && file.commit()) || fail_to_save(file.get_error());
 }
 
 PreferenceFile::PreferenceFile(const CoreString& path) : state(std::make_unique<State>()) {

@@ -15,14 +15,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ParserGroup group(nullptr);
     if (read_yaml({reinterpret_cast<const char*>(data), size}, group))
         return 0;
-    const auto text = write_yaml(group);
-    if (!text)
+    const YamlText yaml = write_yaml(group);
+    // Aliases may stand for more than fits into a file; everything else that was read can be written.
+    if (yaml.reason.rfind("more than", 0) == 0)
         return 0;
+    const std::string text = yaml.text.value_or("*nothing");
     ParserGroup group_again(nullptr);
-    const auto error = read_yaml(*text, group_again);
+    const auto error = read_yaml(text, group_again);
     if (error || describe(group) != describe(group_again)) {
-        std::fprintf(stderr, "%s\nread back from:\n%s\n", error.value_or(": other entries").c_str(),
-                     text->c_str());
+        std::fprintf(stderr, "%s%s\nread back from:\n%s\n", yaml.reason.c_str(),
+                     error.value_or(": other entries").c_str(), text.c_str());
         std::abort();
     }
     return 0;

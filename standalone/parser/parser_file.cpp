@@ -56,12 +56,11 @@ bool ParserFile::read(const CoreString& path, const CoreString& required_type,
 }
 
 bool ParserFile::write(const CoreString& path) {
-    const auto text = write_yaml(*state->root);
-    if (!text)
-        return state->finish(path,
-                             ": groups nested deeper than " + std::to_string(MAX_GROUP_DEPTH) + " levels");
+    const YamlText yaml = write_yaml(*state->root);
+    if (!yaml.text)
+        return state->finish(path, ": " + yaml.reason);
     FileReplacement file(path.get_data());
-    const bool written = file.write(*text) && file.commit();
+    const bool written = file.write(*yaml.text) && file.commit();
     return state->finish(path, written ? "" : ": " + file.get_error());
 }
 

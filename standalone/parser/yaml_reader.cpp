@@ -14,17 +14,21 @@ namespace {
 class GroupFiller {
 public:
     void fill_root(ParserGroup& group, const YamlNode& node) {
-        if (const auto* scalar = std::get_if<YamlScalar>(&node.content)) {
-            if (!std::holds_alternative<std::monostate>(*scalar))
-                refuse(node, "a value where the file's entries are expected");
-        } else {
-            fill(group, node);
-        }
+        if (is_null(node))
+            return;
+        if (std::holds_alternative<YamlScalar>(node.content))
+            refuse(node, "a value where the file's entries are expected");
+        fill(group, node);
     }
 
 private:
     [[noreturn]] static void refuse(const YamlNode& node, const std::string& reason) {
         throw YamlError(node.line, node.column, reason);
+    }
+
+    static bool is_null(const YamlNode& node) {
+        const auto* scalar = std::get_if<YamlScalar>(&node.content);
+        return scalar && std::holds_alternative<std::monostate>(*scalar);
     }
 
     static bool is_group(const YamlNode& node) {
@@ -54,26 +58,22 @@ private:
     }
 
     void add_entry(ParserGroup& group, const YamlPair& pair) {
-        spend(*pair.value, pair.name.size());
+        spend(*pair.value);
+        spend_text(*pair.value, pair.name.size());
         ParserEntry& entry =
             *group.add_entry(CoreString(std::string_view(pair.name)), pair.line, pair.column);
         const auto* list = std::get_if<YamlList>(&pair.value->content);
         if (!list || list->is_pairs) {
-            add_value(group, entry, *pair.value);
+            if (!is_null(*pair.value))
+                add_value(group, entry, *pair.value);
             return;
         }
-        for (const YamlNodePtr& item : list->items) {
-            const auto* scalar = std::get_if<YamlScalar>(&item->content);
-            if (scalar && std::holds_alternative<std::monostate>(*scalar))
-                entry.add_string({});
-            else
-                add_value(group, entry, *item);
-        }
+        for (const YamlNodePtr& item : list->items)
+            add_value(group, entry, *item);
     }
 
-    // Null adds nothing.
     void add_value(ParserGroup& parent, ParserEntry& entry, const YamlNode& node) {
-        spend(node, 0);
+        spend(node);
         if (is_group(node))
             fill(*entry.add_group(&parent), node);
         else if (const auto* scalar = std::get_if<YamlScalar>(&node.content))
@@ -84,24 +84,32 @@ private:
 
     void add_scalar(ParserEntry& entry, const YamlNode& node, const YamlScalar& scalar) {
         if (const auto* text = std::get_if<std::string>(&scalar)) {
-            spend(node, text->size());
+            spend_text(node, text->size());
             entry.add_string(CoreString(std::string_view(*text)));
         } else if (const int* integer = std::get_if<int>(&scalar)) {
             entry.add_int(*integer);
         } else if (const double* real = std::get_if<double>(&scalar)) {
             entry.add_double(*real);
+        } else {
+            entry.add_string({});
         }
     }
 
-    void spend(const YamlNode& node, size_t text_size) {
-        text_sum += text_size;
-        if (++value_count > MAX_VALUE_COUNT || text_sum > MAX_TEXT_SIZE)
-            refuse(node, "too many values, or too much text, once every alias is replaced by its value");
+    // Called once for every entry and every value.
+    void spend(const YamlNode& node) {
+        if (++value_count > MAX_VALUE_COUNT)
+            refuse(node, "too many values once every alias is replaced by its value");
+    }
+
+    void spend_text(const YamlNode& node, size_t size) {
+        text_size += size;
+        if (text_size > MAX_TEXT_SIZE)
+            refuse(node, "too much text once every alias is replaced by its value");
     }
 
     unsigned int depth = 0;
     size_t value_count = 0;
-    size_t text_sum = 0;
+    size_t text_size = 0;
 };
 
 } // namespace

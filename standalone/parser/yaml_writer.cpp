@@ -12,7 +12,10 @@ namespace {
 
 constexpr size_t INDENT = 2;
 
-struct NestedTooDeep {};
+// Why entries cannot be written; never leaves this file.
+struct TooMuch {
+    std::string reason;
+};
 
 bool has_repeated_names(const ParserGroup& group) {
     std::unordered_set<std::string_view> names;
@@ -46,7 +49,7 @@ public:
     // The group after the "name:", the "-" or the start of the file that it belongs to.
     void add_group(const ParserGroup& group, size_t indent, unsigned int depth) {
         if (depth > MAX_GROUP_DEPTH)
-            throw NestedTooDeep{};
+            throw TooMuch{"groups nested deeper than " + std::to_string(MAX_GROUP_DEPTH) + " levels"};
         if (group.get_entry_count() == 0) {
             text += " {}\n";
             return;
@@ -65,6 +68,9 @@ private:
     void add_entry(const ParserEntry& entry, size_t indent, unsigned int depth) {
         text += quote_yaml_name(entry.get_name().view(), indent);
         const unsigned int count = entry.get_value_count();
+        value_count += 1 + size_t{count};
+        if (value_count > MAX_VALUE_COUNT)
+            throw TooMuch{"more than " + std::to_string(MAX_VALUE_COUNT) + " entries and values"};
         if (count == 0)
             text += "\n";
         else if (count == 1)
@@ -97,17 +103,21 @@ private:
             text += (i ? ", " : "") + scalar_text(entry, i);
         text += "]\n";
     }
+
+    size_t value_count = 0;
 };
 
 } // namespace
 
-std::optional<std::string> write_yaml(const ParserGroup& group) {
+YamlText write_yaml(const ParserGroup& group) {
     Writer writer;
     try {
         writer.add_group(group, 0, 1);
-    } catch (const NestedTooDeep&) {
-        return std::nullopt;
+    } catch (const TooMuch& refusal) {
+        return {std::nullopt, refusal.reason};
     }
+    if (writer.text.size() > MAX_FILE_SIZE)
+        return {std::nullopt, "more than " + std::to_string(MAX_FILE_SIZE) + " bytes"};
     // The root follows nothing, so the blank or line end that would part it from a name is not needed.
-    return writer.text.substr(1);
+    return {writer.text.substr(1), {}};
 }

@@ -257,10 +257,12 @@ TEST_F(ReadParserFile, AliasesThatMultiplyTheirValuesAreRefused) {
         const std::string name = "a" + std::to_string(i);
         values += name + ": &" + name + " {x: " + before + ", y: " + before + ", z: " + before + "}\n";
     }
-    for (const std::string& content : {values, texts}) {
-        EXPECT_FALSE(read(content));
-        EXPECT_THAT(file.get_error().get_data(), HasSubstr("once every alias is replaced by its value"));
-    }
+    EXPECT_FALSE(read(values));
+    EXPECT_THAT(file.get_error().get_data(),
+                HasSubstr("too many values once every alias is replaced by its value"));
+    EXPECT_FALSE(read(texts));
+    EXPECT_THAT(file.get_error().get_data(),
+                HasSubstr("too much text once every alias is replaced by its value"));
 }
 
 } // namespace

@@ -235,6 +235,22 @@ TEST_F(WriteParserFile, TheDeepestGroupsInTheirLongestFormReadBack) {
     expect_round_trip();
 }
 
+TEST_F(WriteParserFile, MoreThanCanBeReadBackIsRefused) {
+    ParserEntry& entry = add("long");
+    const CoreString part(std::string_view(std::string(1 << 20, 'x')));
+    for (int i = 0; i < 8; ++i)
+        entry.add_string(part);
+    EXPECT_FALSE(file.write(folder.file("file.yaml").c_str()));
+    EXPECT_THAT(file.get_error().get_data(), HasSubstr("file.yaml: more than 8388608 bytes"));
+    entry.reset();
+    for (int i = 1; i < 500'000; ++i)
+        entry.add_int(1);
+    expect_round_trip();
+    entry.add_int(1);
+    EXPECT_FALSE(file.write(folder.file("file.yaml").c_str()));
+    EXPECT_THAT(file.get_error().get_data(), HasSubstr("file.yaml: more than 500000 entries and values"));
+}
+
 TEST_F(WriteParserFile, AFailedWriteIsNamedAndLeavesTheOldFile) {
     EXPECT_FALSE(file.write(folder.file("no/file.yaml").c_str()));
     EXPECT_EQ(file.get_error(),
