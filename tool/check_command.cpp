@@ -53,10 +53,21 @@ std::string describe(const CheckFailure& failure) {
                        failure.reason.text);
 }
 
+/// Messages that follow each other and say the same become one with a count.
+void print_messages(const std::vector<LoggedMessage>& messages, Console& console) {
+    for (std::size_t i = 0, next; i < messages.size(); i = next) {
+        next = i + 1;
+        while (next < messages.size() && messages[next].text == messages[i].text &&
+               messages[next].level == messages[i].level)
+            ++next;
+        const std::string count = next - i > 1 ? fmt::format(" ({} times)", next - i) : "";
+        console.print(fmt::format("  {}: {}{}", get_level_name(messages[i].level), messages[i].text, count));
+    }
+}
+
 void print_text(const Findings& findings, Console& console) {
     console.print_heading(fmt::format("Configuration: {}", findings.source.describe()));
-    for (const LoggedMessage& message : findings.messages)
-        console.print(fmt::format("  {}: {}", get_level_name(message.level), message.text));
+    print_messages(findings.messages, console);
     if (findings.refusal) {
         console.print(fmt::format("It cannot be loaded: {}", findings.refusal->text));
         return;
@@ -64,10 +75,9 @@ void print_text(const Findings& findings, Console& console) {
     const CheckReport& report = findings.report;
     for (const CheckFailure& failure : report.failures)
         console.print(fmt::format("  failed: {}", describe(failure)));
-    console.print(fmt::format("{} colour spaces tried to and from '{}', {} views: {}", report.spaces_tried,
-                              report.scene_linear, report.views_tried,
-                              report.failures.empty() ? "all work"
-                                                      : fmt::format("{} failures", report.failures.size())));
+    console.print(fmt::format("Colour spaces tried to and from '{}': {}. Views tried: {}. Failures: {}.",
+                              report.scene_linear, report.spaces_tried, report.views_tried,
+                              report.failures.empty() ? "none" : std::to_string(report.failures.size())));
 }
 
 nlohmann::ordered_json to_json(const LoggedMessage& message) {

@@ -1,0 +1,149 @@
+#include <nlohmann/json.hpp>
+
+#include "tests/tool/configs.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class Check : public ToolTest {
+protected:
+    /// A configuration with further colour spaces; writes it as "show.ocio".
+    void write_config(const std::string& more_spaces = {}) {
+        folder.write("show.ocio", SHOW_CONFIG + more_spaces);
+    }
+
+    static std::string space(const std::string& name, const std::string& transform) {
+        return "  - !<ColorSpace>\n    name: " + name + "\n    from_reference: " + transform + "\n";
+    }
+
+    ToolRun check(std::vector<std::string> more = {}) {
+        more.insert(more.begin(), {"check", "--config", path("show.ocio")});
+        return run(more);
+    }
+
+    json check_json(int code) {
+        const ToolRun result = check({"--json"});
+        EXPECT_EQ(result.code, code) << result.out;
+        return json::parse(result.out);
+    }
+};
+
+TEST_F(Check, FindsNothingWrongWithTheBuiltinConfiguration) {
+    const ToolRun result = run({"check"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_EQ(result.out,
+              "Configuration: the built-in configuration\n"
+              "Colour spaces tried to and from 'Tavelion|linear': 2. Views tried: 3. Failures: none.\n");
+}
+
+TEST_F(Check, FindsNothingWrongWithAGoodConfiguration) {
+    write_config();
+    const json answer = check_json(0);
+    EXPECT_EQ(answer.at("ok"), true);
+    EXPECT_EQ(answer.at("loaded"), true);
+    EXPECT_EQ(answer.at("scene_linear"), "lin");
+    EXPECT_EQ(answer.at("spaces_tried"), 2);
+    EXPECT_EQ(answer.at("views_tried"), 3);
+    EXPECT_EQ(answer.at("failures"), json::array());
+    EXPECT_EQ(answer.at("config").at("source"), "file");
+}
+
+TEST_F(Check, ListsWhatTheModuleLogged) {
+    write_config();
+    const json messages = check_json(0).at("messages");
+    ASSERT_FALSE(messages.empty()) << "no association of the built-in table fits this configuration";
+    EXPECT_EQ(messages[0].at("level"), "warning");
+    EXPECT_THAT(std::string(messages[0].at("text")), HasSubstr("unknown color space(s)"));
+    EXPECT_THAT(check().out, HasSubstr("warning: Color Management: found "));
+}
+
+TEST_F(Check, NamesAMissingLutAndWhereItWasSought) {
+    write_config(space("log", "!<FileTransform> {src: log.spi1d}"));
+    const json answer = check_json(1);
+    EXPECT_EQ(answer.at("ok"), false);
+    ASSERT_EQ(answer.at("failures").size(), 1u);
+    const json& failure = answer["failures"][0];
+    EXPECT_EQ(failure.at("what"), "color space");
+    EXPECT_EQ(failure.at("name"), "log");
+    EXPECT_EQ(failure.at("directions"), json({"to lin", "from lin"}));
+    EXPECT_EQ(failure.at("kind"), "missing file");
+    EXPECT_EQ(failure.at("reason"),
+              "the file 'log.spi1d' is missing; looked for as '" + path("luts/log.spi1d") + "'");
+    EXPECT_THAT(check().out,
+                HasSubstr("failed: colour space 'log', to lin and from lin: the file 'log.spi1d'"));
+}
+
+TEST_F(Check, NamesADamagedLut) {
+    folder.write("luts/log.spi1d", "Version 1\nFrom 0 1\nLength 3\nComponents 1\n{\n0\n");
+    write_config(space("log", "!<FileTransform> {src: log.spi1d}"));
+    const json failure = check_json(1).at("failures").at(0);
+    EXPECT_EQ(failure.at("kind"), "bad file");
+    EXPECT_THAT(std::string(failure.at("reason")), HasSubstr(path("luts/log.spi1d")));
+}
+
+TEST_F(Check, NamesTheMembersOfACycle) {
+    write_config(space("first", "!<ColorSpaceTransform> {src: lin, dst: second}") +
+                 space("second", "!<ColorSpaceTransform> {src: lin, dst: first}"));
+    const json answer = check_json(1);
+    EXPECT_EQ(answer["failures"][0].at("kind"), "cycle");
+    EXPECT_THAT(std::string(answer["failures"][0].at("reason")),
+                AllOf(HasSubstr("first"), HasSubstr("second")));
+}
+
+TEST_F(Check, NamesTheDirectionThatDoesNotExist) {
+    write_config(space("flat", "!<MatrixTransform> {matrix: [0,0,0,0, 0,0,0,0, 0,0,0,0, 0,0,0,1]}"));
+    const json answer = check_json(1);
+    ASSERT_EQ(answer.at("failures").size(), 1u);
+    EXPECT_EQ(answer["failures"][0].at("directions"), json({"to lin"}));
+    EXPECT_THAT(std::string(answer["failures"][0].at("reason")), HasSubstr("cannot be inverted"));
+}
+
+TEST_F(Check, NamesViewsThatFail) {
+    std::string config = SHOW_CONFIG + space("log", "!<FileTransform> {src: log.spi1d}");
+    const std::string view = "    - !<View> {name: Warm, colorspace: warm}\n";
+    config.insert(config.find(view), "    - !<View> {name: Log, colorspace: log}\n");
+    folder.write("show.ocio", config);
+    const json failures = check_json(1).at("failures");
+    ASSERT_EQ(failures.size(), 2u);
+    EXPECT_EQ(failures[1].at("what"), "view");
+    EXPECT_EQ(failures[1].at("name"), "Monitor.Log");
+    EXPECT_EQ(failures[1].at("directions"), json::array());
+    EXPECT_THAT(check().out, HasSubstr("failed: view 'Monitor.Log': the file 'log.spi1d' is missing"));
+}
+
+TEST_F(Check, GivesBothVersionsOfAConfigurationThatIsTooNew) {
+    folder.write("show.ocio", "ocio_profile_version: 2.999\n");
+    const json answer = check_json(1);
+    EXPECT_EQ(answer.at("loaded"), false);
+    EXPECT_EQ(answer.at("kind"), "newer configuration");
+    EXPECT_THAT(std::string(answer.at("reason")), AllOf(HasSubstr("OCIO 2.999"), HasSubstr("than 2.")));
+    EXPECT_FALSE(answer.contains("failures"));
+}
+
+TEST_F(Check, SaysWhyAConfigurationIsRefusedAndCountsRepeatedMessages) {
+    folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
+    const ToolRun result = check();
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("error: OCIO exception: "), HasSubstr(" (8 times)"),
+                                  HasSubstr("It cannot be loaded: "), Not(HasSubstr("Failures:"))));
+}
+
+TEST_F(Check, SaysThatAConfigurationIsMissing) {
+    const json answer = check_json(1);
+    EXPECT_EQ(answer.at("kind"), "missing file");
+    EXPECT_EQ(answer.at("reason"), "no such file");
+}
+
+TEST_F(Check, WritesJsonWhateverTheNamesHold) {
+    write_config(space("\"caf\\xE9 \\u263A\"", "!<FileTransform> {src: \"a\\\"b.spi1d\"}"));
+    const json answer = check_json(1);
+    EXPECT_THAT(std::string(answer.at("failures").at(0).at("name")), HasSubstr("caf"));
+}
+
+} // namespace

@@ -1,0 +1,189 @@
+#include <cmath>
+
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/configs.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+/// Between the entries of the 4101 entry tables the curves are straight lines.
+constexpr double TABLE_TOLERANCE = 5e-6;
+
+class ConvertColor : public ToolTest {
+protected:
+    /// A row of greys, as opaque red, green and blue.
+    void write_grays(const std::string& name, OIIO::TypeDesc depth, const std::vector<float>& grays) {
+        std::vector<float> values;
+        for (const float gray : grays)
+            values.insert(values.end(), {gray, gray, gray});
+        write_picture(path(name), make_picture(static_cast<int>(grays.size()), 1, 3, depth, values));
+    }
+
+    /// Converts "in.exr" to "out.exr" and answers it.
+    Picture convert(std::vector<std::string> arguments, const std::string& input = "in.exr",
+                    const std::string& output = "out.exr") {
+        arguments.insert(arguments.begin(), {"convert", path(input), path(output)});
+        const ToolRun result = run(arguments);
+        EXPECT_THAT(result, Succeeds());
+        return read_picture(path(output));
+    }
+};
+
+const std::vector<float> GRAYS = {0.0f, 0.001f, 0.01f, 0.04f, 0.05f, 0.18f, 0.5f, 0.73f, 1.0f};
+
+TEST_F(ConvertColor, DecodesSrgbByItsFormula) {
+    write_grays("in.exr", OIIO::TypeFloat, GRAYS);
+    const Picture result = convert({"--from", "sRGB", "--to", "linear"});
+    for (size_t i = 0; i < GRAYS.size(); ++i)
+        for (const char* channel : {"R", "G", "B"})
+            EXPECT_NEAR(result.get(channel, static_cast<int>(i)), formula::srgb_to_linear(GRAYS[i]),
+                        TABLE_TOLERANCE);
+}
+
+TEST_F(ConvertColor, EncodesThroughAViewByTheSrgbFormula) {
+    write_grays("in.exr", OIIO::TypeFloat, GRAYS);
+    const Picture result = convert({"--from", "linear", "--view", "Tavelion.sRGB"});
+    for (size_t i = 0; i < GRAYS.size(); ++i)
+        EXPECT_NEAR(result.get("G", static_cast<int>(i)), formula::linear_to_srgb(GRAYS[i]), 2e-5);
+}
+
+TEST_F(ConvertColor, ConvertsBothWaysBetweenCineonAndLinear) {
+    write_grays("in.exr", OIIO::TypeFloat, GRAYS);
+    const Picture linear = convert({"--from", "Tavelion|Cineon", "--to", "Tavelion|linear"});
+    const Picture cineon = convert({"--from", "Tavelion|linear", "--to", "Tavelion|Cineon"});
+    for (size_t i = 0; i < GRAYS.size(); ++i) {
+        const int x = static_cast<int>(i);
+        EXPECT_NEAR(linear.get("R", x), formula::cineon_to_linear(GRAYS[i]), 2e-6);
+        EXPECT_NEAR(cineon.get("B", x), formula::linear_to_cineon(GRAYS[i]), 2e-5);
+    }
+}
+
+TEST_F(ConvertColor, MakesEightBitCodesAsADisplayWantsThem) {
+    write_grays("in.exr", OIIO::TypeFloat, {-0.5f, 0.0f, 0.18f, 0.5f, 1.0f, 7.0f});
+    const Picture result = convert({"--from", "linear", "--view", "Tavelion.sRGB"}, "in.exr", "out.png");
+    EXPECT_EQ(result.spec.format, OIIO::TypeUInt8);
+    const double codes[] = {0, 0, 118, 188, 255, 255}; // IEC 61966-2-1, rounded
+    for (int x = 0; x < 6; ++x)
+        EXPECT_NEAR(result.get("G", x) * 255, codes[x], 1e-3) << x;
+}
+
+TEST_F(ConvertColor, ConvertsPixelsIndependentlyOfThreadsAndBands) {
+    std::vector<float> values;
+    for (int i = 0; i < 97 * 401 * 3; ++i)
+        values.push_back(static_cast<float>(i % 1009) / 1008);
+    write_picture(path("in.exr"), make_picture(97, 401, 3, OIIO::TypeFloat, values));
+    const Picture one = convert({"--from", "sRGB", "--to", "linear", "--threads", "1"});
+    const Picture many = convert({"--from", "sRGB", "--to", "linear", "--threads", "7"});
+    EXPECT_EQ(one.values, many.values);
+    for (size_t i = 0; i < values.size(); i += 97)
+        EXPECT_NEAR(one.values[i], formula::srgb_to_linear(values[i]), TABLE_TOLERANCE);
+}
+
+TEST_F(ConvertColor, AcceptsRolesAsNames) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    write_grays("in.exr", OIIO::TypeFloat, {0.8f});
+    const Picture result =
+        convert({"--config", path("show.ocio"), "--from", "scene_linear", "--to", "texture_paint"});
+    EXPECT_FLOAT_EQ(result.get("R"), 0.4f);
+}
+
+TEST_F(ConvertColor, TakesTheDisplayAndTheViewApartOrTogether) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    write_grays("in.exr", OIIO::TypeFloat, {0.25f});
+    const std::vector<std::vector<std::string>> ways = {{"--view", "Monitor.Warm"},
+                                                        {"--display", "Monitor", "--view", "Warm"}};
+    for (std::vector<std::string> arguments : ways) {
+        arguments.insert(arguments.end(), {"--config", path("show.ocio"), "--from", "lin"});
+        const Picture result = convert(arguments);
+        EXPECT_FLOAT_EQ(result.get("R"), 0.5f);
+        EXPECT_FLOAT_EQ(result.get("G"), 0.25f);
+    }
+    const Picture dotted =
+        convert({"--config", path("show.ocio"), "--from", "lin", "--view", "Cinema.Film.v2"});
+    EXPECT_FLOAT_EQ(dotted.get("G"), 0.125f);
+}
+
+TEST_F(ConvertColor, LeavesColorsBetweenASpaceAndItself) {
+    write_grays("in.exr", OIIO::TypeFloat, {-1.0f, 0.3f, 9.0f});
+    const ToolRun result =
+        run({"convert", path("in.exr"), path("out.exr"), "--from", "sRGB", "--to", "Tavelion|sRGB"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("stay as they are"));
+    EXPECT_EQ(read_picture(path("out.exr")).values, read_picture(path("in.exr")).values);
+}
+
+TEST_F(ConvertColor, TakesTheColorSpaceOfTheExtensionAndSaysSo) {
+    write_grays("in.exr", OIIO::TypeFloat, {0.18f});
+    const ToolRun result = run({"convert", path("in.exr"), path("out.exr"), "--to", "sRGB"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_EQ(result.err, "in.exr: Tavelion|linear, from the built-in associations\n");
+    EXPECT_NEAR(read_picture(path("out.exr")).get("R"), formula::linear_to_srgb(0.18f), 2e-5);
+}
+
+TEST_F(ConvertColor, AsksForTheColorSpaceWhenThatOfTheExtensionDoesNotExist) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    write_grays("in.exr", OIIO::TypeFloat, {0.18f});
+    EXPECT_THAT(
+        run({"convert", path("in.exr"), path("out.exr"), "--to", "lin", "--config", path("show.ocio")}),
+        FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("Tavelion|linear"), HasSubstr("show.ocio"),
+                           HasSubstr("--from"))));
+    EXPECT_FALSE(folder.exists("out.exr"));
+}
+
+TEST_F(ConvertColor, AnswersUnknownNamesWithTheNearestOnes) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    write_grays("in.exr", OIIO::TypeFloat, {0.18f});
+    const auto convert_with = [&](const std::string& from, const std::string& option, const std::string& to) {
+        return run({"convert", path("in.exr"), path("out.exr"), "--config", path("show.ocio"), "--from", from,
+                    option, to});
+    };
+    EXPECT_THAT(
+        convert_with("lin", "--to", "half_ligth"),
+        FailsWith(1, "colorio: no colour space 'half_ligth' in show.ocio; did you mean 'half_light'?\n"));
+    EXPECT_THAT(convert_with("ops|warn", "--to", "lin"),
+                FailsWith(1, "colorio: no colour space 'ops|warn' in show.ocio; did you mean 'ops|warm'?\n"));
+    EXPECT_THAT(convert_with("lin", "--view", "Monitor.Flim"),
+                FailsWith(1, "colorio: no view 'Monitor.Flim' in show.ocio; did you mean 'Monitor.Film'?\n"));
+    EXPECT_THAT(convert_with("lin", "--to", "zebra"),
+                FailsWith(1, "colorio: no colour space 'zebra' in show.ocio\n"));
+    EXPECT_EQ(count_files(), 2u) << "the configuration and the input";
+}
+
+TEST_F(ConvertColor, FailsOnAConversionThatTheConfigurationCannotMake) {
+    folder.write("show.ocio", std::string(SHOW_CONFIG) +
+                                  "  - !<ColorSpace>\n    name: broken\n"
+                                  "    from_reference: !<FileTransform> {src: gone.spi1d}\n");
+    write_grays("in.exr", OIIO::TypeFloat, {0.18f});
+    EXPECT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--config", path("show.ocio"), "--from",
+                     "lin", "--to", "broken"}),
+                FailsWith(1, AllOf(HasSubstr("'lin' to 'broken'"), HasSubstr("'gone.spi1d' is missing"),
+                                   HasSubstr(path("luts/gone.spi1d")))));
+}
+
+TEST_F(ConvertColor, TellsWhatItDid) {
+    write_grays("in.exr", OIIO::TypeFloat, {0.18f, 0.5f});
+    const ToolRun result =
+        run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "sRGB", "-d", "half"});
+    EXPECT_THAT(result.out, AllOf(HasSubstr(path("out.exr")), HasSubstr("Tavelion|linear to Tavelion|sRGB"),
+                                  HasSubstr("2 x 1 half"), HasSubstr("Mpixel/s")));
+}
+
+TEST_F(ConvertColor, IsTwoWaysOfSayingOneDestination) {
+    const auto usage = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"convert", path("in.exr"), path("out.exr"), "--from", "linear"});
+        return run(arguments);
+    };
+    EXPECT_THAT(usage({}), FailsWith(2, HasSubstr("--to or --view")));
+    EXPECT_THAT(usage({"--display", "Tavelion"}), FailsWith(2, HasSubstr("--display needs --view")));
+    EXPECT_THAT(usage({"--to", "sRGB", "--view", "Tavelion.sRGB"}), FailsWith(2, HasSubstr("exclude")));
+    EXPECT_THAT(usage({"--to", "sRGB", "-d", "int32"}), FailsWith(2, HasSubstr("int32")));
+    EXPECT_THAT(usage({"--to", "sRGB", "--threads", "0"}), FailsWith(2, HasSubstr("threads")));
+    EXPECT_THAT(usage({"--to", "sRGB", "--unpremult", "--no-unpremult"}),
+                FailsWith(2, HasSubstr("unpremult")));
+}
+
+} // namespace

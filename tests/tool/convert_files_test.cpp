@@ -1,0 +1,130 @@
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class ConvertFiles : public ToolTest {
+protected:
+    ConvertFiles() { write_picture(path("in.exr"), make_noise(64)); }
+
+    /// Hard to compress, so that its size on disk is about that in memory.
+    static Picture make_noise(int side) {
+        Picture picture = make_picture(side, side, 3, OIIO::TypeFloat, {});
+        unsigned int state = 1;
+        for (float& value : picture.values) {
+            state = state * 1664525u + 1013904223u;
+            value = static_cast<float>(state >> 8) / static_cast<float>(1u << 24);
+        }
+        return picture;
+    }
+
+    ToolRun convert(const std::string& input, const std::string& output) {
+        return run({"convert", input, output, "--from", "sRGB", "--to", "linear"});
+    }
+};
+
+/// Files may not grow beyond a size while it lives, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &old_limit);
+        const rlimit limit = {bytes, old_limit.rlim_max};
+        old_handler = std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &old_limit);
+        std::signal(SIGXFSZ, old_handler);
+    }
+
+private:
+    rlimit old_limit;
+    void (*old_handler)(int);
+};
+
+TEST_F(ConvertFiles, MayWriteOverTheirInput) {
+    const Picture before = read_picture(path("in.exr"));
+    EXPECT_THAT(convert(path("in.exr"), path("in.exr")), Succeeds());
+    const Picture after = read_picture(path("in.exr"));
+    EXPECT_NEAR(after.get("R", 7, 9), formula::srgb_to_linear(before.get("R", 7, 9)), 5e-6);
+    EXPECT_EQ(count_files(), 1u);
+}
+
+TEST_F(ConvertFiles, FollowLinksAndKeepPermissions) {
+    folder.write("old.exr", "something else");
+    ASSERT_EQ(chmod(path("old.exr").c_str(), 0640), 0);
+    std::filesystem::create_symlink("old.exr", path("link.exr"));
+    EXPECT_THAT(convert(path("in.exr"), path("link.exr")), Succeeds());
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link.exr")));
+    EXPECT_EQ(read_picture(path("old.exr")).spec.width, 64);
+    struct stat status;
+    ASSERT_EQ(stat(path("old.exr").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(ConvertFiles, StayAsTheyWereWhenTheInputIsDamaged) {
+    const std::string whole = folder.read("in.exr");
+    folder.write("cut.exr", whole.substr(0, whole.size() / 2));
+    folder.write("old.exr", "something else");
+    EXPECT_THAT(convert(path("cut.exr"), path("old.exr")),
+                FailsWith(1, AllOf(HasSubstr("cannot read"), HasSubstr("cut.exr"))));
+    EXPECT_EQ(folder.read("old.exr"), "something else");
+    EXPECT_EQ(count_files(), 3u);
+}
+
+TEST_F(ConvertFiles, StayAsTheyWereWhenTheDiskIsFull) {
+    folder.write("old.exr", "something else");
+    for (const std::string extension :
+         {".exr", ".tif", ".png", ".jpg", ".tga", ".hdr", ".dpx", ".bmp", ".sgi"}) {
+        folder.write("old" + extension, "something else");
+        const size_t files = count_files();
+        ToolRun result;
+        {
+            const FileSizeLimit limit(1000);
+            result = convert(path("in.exr"), path("old" + extension));
+        }
+        EXPECT_THAT(result, FailsWith(1, HasSubstr("cannot write '" + path("old" + extension) + "'")));
+        EXPECT_EQ(folder.read("old" + extension), "something else") << extension;
+        EXPECT_EQ(count_files(), files) << extension;
+    }
+}
+
+TEST_F(ConvertFiles, SayWhatIsMissing) {
+    EXPECT_THAT(convert(path("missing.exr"), path("out.exr")),
+                FailsWith(1, "colorio: cannot read '" + path("missing.exr") + "': no such file\n"));
+    EXPECT_THAT(
+        convert(path("in.exr"), path("nowhere/out.exr")),
+        FailsWith(1, "colorio: cannot write '" + path("nowhere/out.exr") + "': there is no such folder\n"));
+    EXPECT_THAT(convert(folder.get_path(), path("out.exr")), FailsWith(1, HasSubstr("it is a folder")));
+    EXPECT_EQ(count_files(), 1u);
+}
+
+TEST_F(ConvertFiles, SayThatAFormatIsUnknown) {
+    EXPECT_THAT(convert(path("in.exr"), path("out.xyz")),
+                FailsWith(1, AllOf(HasSubstr("cannot write"), HasSubstr("out.xyz"))));
+    EXPECT_THAT(convert(path("in.exr"), path("out")), FailsWith(1, HasSubstr("cannot write")));
+    folder.write("text.exr", "this is no picture\n");
+    EXPECT_THAT(convert(path("text.exr"), path("out.exr")),
+                FailsWith(1, AllOf(HasSubstr("cannot read"), HasSubstr("text.exr"))));
+    EXPECT_EQ(count_files(), 2u);
+}
+
+TEST_F(ConvertFiles, DoNotReplaceFolders) {
+    std::filesystem::create_directory(path("out.exr"));
+    EXPECT_THAT(convert(path("in.exr"), path("out.exr")),
+                FailsWith(1, HasSubstr("something other than a file")));
+    EXPECT_TRUE(std::filesystem::is_directory(path("out.exr")));
+}
+
+} // namespace

@@ -1,0 +1,199 @@
+#include <array>
+
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/configs.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class ConvertKeeps : public ToolTest {
+protected:
+    ToolRun convert(const std::string& input, const std::string& output, std::vector<std::string> more = {}) {
+        more.insert(more.begin(), {"convert", path(input), path(output), "--from", "sRGB", "--to", "linear"});
+        const ToolRun result = run(more);
+        EXPECT_THAT(result, Succeeds());
+        return result;
+    }
+
+    /// Red, green, blue, a depth channel of floats and an id in another layer, in halfs otherwise.
+    void write_layers(const std::string& name) {
+        Picture picture = make_picture(2, 1, 5, OIIO::TypeHalf,
+                                       {0.5f, 0.5f, 0.5f, 1234.567f, 7.0f, 0.25f, 0.25f, 0.25f, 1e6f, 9.0f});
+        picture.spec.channelnames = {"R", "G", "B", "Z", "matte.id"};
+        picture.spec.channelformats = {OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeFloat,
+                                       OIIO::TypeHalf};
+        picture.spec.z_channel = 3;
+        write_picture(path(name), picture);
+    }
+};
+
+TEST_F(ConvertKeeps, OtherChannelsWithTheirNamesAndTypes) {
+    write_layers("in.exr");
+    convert("in.exr", "out.exr");
+    const Picture before = read_picture(path("in.exr"));
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_EQ(after.spec.channelnames, before.spec.channelnames);
+    EXPECT_EQ(after.spec.channelformats, before.spec.channelformats);
+    for (int x : {0, 1})
+        for (const char* channel : {"Z", "matte.id"})
+            EXPECT_EQ(after.get(channel, x), before.get(channel, x)) << channel;
+    EXPECT_NEAR(after.get("R"), formula::srgb_to_linear(0.5), 1e-4);
+}
+
+TEST_F(ConvertKeeps, TheTypesOfOtherChannelsWhenAnotherDepthIsAsked) {
+    write_layers("in.exr");
+    convert("in.exr", "out.exr", {"-d", "float"});
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("R")), OIIO::TypeFloat);
+    EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("Z")), OIIO::TypeFloat);
+    EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("matte.id")), OIIO::TypeHalf);
+    EXPECT_NEAR(after.get("G", 1), formula::srgb_to_linear(0.25), 5e-6);
+}
+
+TEST_F(ConvertKeeps, OnlyColorAndAlphaWhereTheFormatHasNoRoomAndSaysSo) {
+    write_layers("in.exr");
+    const ToolRun result = convert("in.exr", "out.png");
+    EXPECT_THAT(result.err, AllOf(HasSubstr("png has no room"), HasSubstr("Z"), HasSubstr("matte.id")));
+    EXPECT_THAT(read_picture(path("out.png")).spec.channelnames, ElementsAre("R", "G", "B"));
+}
+
+TEST_F(ConvertKeeps, ChannelsInAnyOrder) {
+    Picture picture = make_picture(1, 1, 4, OIIO::TypeFloat, {0.75f, 0.5f, 42.0f, 0.25f});
+    picture.spec.channelnames = {"B", "G", "Z", "R"};
+    write_picture(path("in.exr"), picture);
+    convert("in.exr", "out.exr");
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_NEAR(after.get("R"), formula::srgb_to_linear(0.25), 5e-6);
+    EXPECT_NEAR(after.get("G"), formula::srgb_to_linear(0.5), 5e-6);
+    EXPECT_NEAR(after.get("B"), formula::srgb_to_linear(0.75), 5e-6);
+    EXPECT_EQ(after.get("Z"), 42.0f);
+}
+
+TEST_F(ConvertKeeps, TheDataAndTheDisplayWindow) {
+    Picture picture = make_picture(3, 2, 3, OIIO::TypeFloat, std::vector<float>(18, 0.5f));
+    picture.spec.x = -5;
+    picture.spec.y = 11;
+    picture.spec.full_width = 100;
+    picture.spec.full_height = 50;
+    picture.spec.full_x = 2;
+    write_picture(path("in.exr"), picture);
+    convert("in.exr", "out.exr");
+    const OIIO::ImageSpec after = read_picture(path("out.exr")).spec;
+    EXPECT_EQ(after.roi(), picture.spec.roi());
+    EXPECT_EQ(after.roi_full(), picture.spec.roi_full());
+}
+
+TEST_F(ConvertKeeps, TheDisplayWindowWhereTheFormatKnowsNoOther) {
+    Picture picture = make_picture(2, 1, 3, OIIO::TypeFloat, std::vector<float>(6, 1.0f));
+    picture.spec.x = 1;
+    picture.spec.full_width = 4;
+    picture.spec.full_height = 2;
+    write_picture(path("in.exr"), picture);
+    const ToolRun result = convert("in.exr", "out.png");
+    EXPECT_THAT(result.err, HasSubstr("4 x 2"));
+    const Picture after = read_picture(path("out.png"));
+    EXPECT_EQ(after.spec.width, 4);
+    EXPECT_EQ(after.spec.height, 2);
+    const std::array<float, 4> top = {after.get("R", 0), after.get("R", 1), after.get("R", 2),
+                                      after.get("R", 3)};
+    EXPECT_THAT(top, ElementsAre(0, 1, 1, 0));
+    EXPECT_EQ(after.get("R", 1, 1), 0);
+}
+
+TEST_F(ConvertKeeps, Metadata) {
+    Picture picture = make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f});
+    picture.spec.attribute("ImageDescription", "a shot");
+    picture.spec.attribute("show/take", 12);
+    picture.spec.attribute("compression", "piz");
+    write_picture(path("in.exr"), picture);
+    convert("in.exr", "out.exr");
+    const OIIO::ImageSpec after = read_picture(path("out.exr")).spec;
+    EXPECT_EQ(after.get_string_attribute("ImageDescription"), "a shot");
+    EXPECT_EQ(after.get_int_attribute("show/take"), 12);
+    EXPECT_EQ(after.get_string_attribute("compression"), "piz");
+}
+
+TEST_F(ConvertKeeps, NothingThatDescribedTheFormerColors) {
+    Picture picture = make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f});
+    const float chromaticities[8] = {0.64f, 0.33f, 0.3f, 0.6f, 0.15f, 0.06f, 0.3127f, 0.329f};
+    picture.spec.attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8), chromaticities);
+    write_picture(path("in.exr"), picture);
+    const ToolRun result = convert("in.exr", "out.exr");
+    EXPECT_EQ(read_picture(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
+    EXPECT_THAT(result.err, HasSubstr("chromaticities"));
+}
+
+TEST_F(ConvertKeeps, TheNameOfTheNewColorSpaceInTheFile) {
+    write_picture(path("in.tif"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    ASSERT_THAT(run({"convert", path("in.tif"), path("out.png"), "--from", "linear", "--to", "sRGB"}),
+                Succeeds());
+    EXPECT_EQ(read_picture(path("out.png")).spec.get_string_attribute("oiio:ColorSpace"), "sRGB");
+    convert("in.tif", "linear.png");
+    EXPECT_EQ(read_picture(path("linear.png")).spec.get_string_attribute("oiio:ColorSpace"), "Linear");
+}
+
+TEST_F(ConvertKeeps, TheDepthOfTheInputWhereTheFormatHasIt) {
+    const std::vector<std::pair<OIIO::TypeDesc, std::string>> cases = {
+        {OIIO::TypeUInt8, ".tif"}, {OIIO::TypeUInt16, ".tif"}, {OIIO::TypeFloat, ".tif"},
+        {OIIO::TypeHalf, ".exr"},  {OIIO::TypeFloat, ".exr"},  {OIIO::TypeUInt16, ".png"}};
+    for (const auto& [depth, extension] : cases) {
+        write_picture(path("in" + extension), make_picture(1, 1, 3, depth, {0.5f, 0.5f, 0.5f}));
+        convert("in" + extension, "out" + extension);
+        EXPECT_EQ(read_picture(path("out" + extension)).spec.format, depth) << extension;
+    }
+}
+
+TEST_F(ConvertKeeps, TheDepthThatIsAsked) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
+    const std::vector<std::pair<std::string, OIIO::TypeDesc>> cases = {
+        {"uint8", OIIO::TypeUInt8}, {"uint16", OIIO::TypeUInt16}, {"float", OIIO::TypeFloat}};
+    for (const auto& [name, depth] : cases) {
+        convert("in.exr", "out.tif", {"-d", name});
+        EXPECT_EQ(read_picture(path("out.tif")).spec.format, depth);
+    }
+}
+
+TEST_F(ConvertKeeps, ItsWordAboutTheDepthOrWritesNothing) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
+    EXPECT_THAT(
+        run({"convert", path("in.exr"), path("out.png"), "--from", "linear", "--to", "sRGB", "-d", "half"}),
+        FailsWith(1, AllOf(HasSubstr("out.png"), HasSubstr("png holds no half"), HasSubstr("uint8"))));
+    EXPECT_EQ(count_files(), 1u);
+}
+
+TEST_F(ConvertKeeps, GrayPicturesGray) {
+    Picture picture = make_picture(1, 1, 1, OIIO::TypeUInt8, {0.5f});
+    picture.spec.channelnames = {"Y"};
+    write_picture(path("in.png"), picture);
+    convert("in.png", "out.png");
+    const Picture after = read_picture(path("out.png"));
+    ASSERT_EQ(after.spec.nchannels, 1);
+    EXPECT_NEAR(after.values[0], formula::srgb_to_linear(128.0 / 255), 0.5 / 255);
+}
+
+TEST_F(ConvertKeeps, NoGrayWhenTheConversionTints) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    Picture picture = make_picture(1, 1, 1, OIIO::TypeFloat, {0.25f});
+    picture.spec.channelnames = {"Y"};
+    write_picture(path("in.exr"), picture);
+    ASSERT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--config", path("show.ocio"), "--from",
+                     "lin", "--to", "ops|warm"}),
+                Succeeds());
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_THAT(after.spec.channelnames, ElementsAre("R", "G", "B"));
+    EXPECT_THAT(after.values, ElementsAre(0.5f, 0.25f, 0.25f));
+}
+
+TEST_F(ConvertKeeps, QuietWhenNothingIsLost) {
+    write_layers("in.exr");
+    EXPECT_THAT(convert("in.exr", "out.exr").err, IsEmpty());
+}
+
+} // namespace

@@ -1,0 +1,127 @@
+#include <OpenImageIO/deepdata.h>
+
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr double HALF_OF_ONE = 1.0 / 2048;
+
+class ConvertParts : public ToolTest {
+protected:
+    ToolRun convert(const std::string& input, const std::string& output) {
+        return run({"convert", path(input), path(output), "--from", "sRGB", "--to", "linear"});
+    }
+
+    static Picture make_part(const std::string& name, const std::vector<std::string>& channels, float value,
+                             int width = 4) {
+        const int count = static_cast<int>(channels.size());
+        Picture part = make_picture(width, 2, count, OIIO::TypeHalf,
+                                    std::vector<float>(static_cast<size_t>(width * 2 * count), value));
+        part.spec.channelnames = channels;
+        part.spec.attribute("oiio:subimagename", name);
+        return part;
+    }
+
+    void write_three_parts() {
+        write_picture(path("in.exr"),
+                      {make_part("beauty", {"R", "G", "B"}, 0.5f), make_part("depth", {"Z"}, 77.0f, 8),
+                       make_part("specular", {"R", "G", "B"}, 0.25f)});
+    }
+};
+
+TEST_F(ConvertParts, ConvertsTheColorsOfEachAndKeepsTheRest) {
+    write_three_parts();
+    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
+    ASSERT_EQ(count_subimages(path("out.exr")), 3);
+    const Picture beauty = read_picture(path("out.exr"), 0);
+    const Picture depth = read_picture(path("out.exr"), 1);
+    const Picture specular = read_picture(path("out.exr"), 2);
+    EXPECT_EQ(beauty.spec.get_string_attribute("oiio:subimagename"), "beauty");
+    EXPECT_NEAR(beauty.get("G", 3, 1), formula::srgb_to_linear(0.5), HALF_OF_ONE);
+    EXPECT_EQ(depth.spec.width, 8);
+    EXPECT_EQ(depth.get("Z", 7, 1), 77.0f);
+    EXPECT_EQ(specular.spec.get_string_attribute("oiio:subimagename"), "specular");
+    EXPECT_NEAR(specular.get("R"), formula::srgb_to_linear(0.25), HALF_OF_ONE);
+}
+
+TEST_F(ConvertParts, WritesTheFirstWhereTheFormatHoldsOneAndSaysSo) {
+    write_three_parts();
+    const ToolRun result = convert("in.exr", "out.png");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("png holds one picture: part 1 of 3 is written"));
+    EXPECT_NEAR(read_picture(path("out.png")).get("R"), formula::srgb_to_linear(0.5), 1.0 / 255);
+}
+
+TEST_F(ConvertParts, ConvertsTheColorsOfTheFirstLayerWhereThereIsNoPlainOne) {
+    write_picture(path("in.exr"), make_part("", {"diffuse.R", "diffuse.G", "diffuse.B", "normal.X"}, 0.5f));
+    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_NEAR(after.get("diffuse.G"), formula::srgb_to_linear(0.5), HALF_OF_ONE);
+    EXPECT_EQ(after.get("normal.X"), 0.5f);
+}
+
+TEST_F(ConvertParts, LeavesLayersBesideThePlainColor) {
+    write_picture(path("in.exr"), make_part("", {"R", "G", "B", "normal.R", "normal.G", "normal.B"}, 0.5f));
+    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
+    const Picture after = read_picture(path("out.exr"));
+    EXPECT_NEAR(after.get("R"), formula::srgb_to_linear(0.5), HALF_OF_ONE);
+    EXPECT_EQ(after.get("normal.R"), 0.5f);
+}
+
+TEST_F(ConvertParts, RefusesPicturesWithoutColor) {
+    write_picture(path("in.exr"), make_part("", {"Z", "id"}, 1.0f));
+    EXPECT_THAT(convert("in.exr", "out.exr"),
+                FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("no channels of colour"))));
+    EXPECT_FALSE(folder.exists("out.exr"));
+}
+
+TEST_F(ConvertParts, RefusesDeepPictures) {
+    OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeHalf);
+    spec.deep = true;
+    spec.channelnames = {"R", "G", "B", "A", "Z"};
+    spec.channelformats = {OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeFloat};
+    OIIO::DeepData samples(spec);
+    for (int pixel = 0; pixel < 4; ++pixel)
+        samples.set_samples(pixel, 1);
+    const auto output = OIIO::ImageOutput::create(path("deep.exr"));
+    ASSERT_TRUE(output && output->open(path("deep.exr"), spec) && output->write_deep_image(samples) &&
+                output->close());
+    EXPECT_THAT(convert("deep.exr", "out.exr"),
+                FailsWith(1, AllOf(HasSubstr("deep.exr"), HasSubstr("deep image"), HasSubstr("flatten"))));
+    EXPECT_EQ(count_files(), 1u);
+}
+
+TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
+    OIIO::ImageSpec spec(8, 8, 3, OIIO::TypeHalf);
+    spec.tile_width = spec.tile_height = 4;
+    spec.attribute("openexr:levelmode", 1);
+    const auto output = OIIO::ImageOutput::create(path("in.exr"));
+    ASSERT_TRUE(output && output->open(path("in.exr"), spec));
+    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
+        OIIO::ImageSpec level_spec = spec;
+        level_spec.width = level_spec.height = level_spec.full_width = level_spec.full_height = side;
+        const bool opened =
+            level == 0 || output->open(path("in.exr"), level_spec, OIIO::ImageOutput::AppendMIPLevel);
+        ASSERT_TRUE(opened) << output->geterror();
+        const std::vector<float> values(static_cast<size_t>(side * side * 3),
+                                        0.5f / static_cast<float>(level + 1));
+        ASSERT_TRUE(output->write_image(OIIO::TypeFloat, values.data())) << output->geterror();
+    }
+    ASSERT_TRUE(output->close());
+
+    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
+    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
+        const Picture part = read_picture(path("out.exr"), 0, level);
+        EXPECT_EQ(part.spec.width, side);
+        EXPECT_EQ(part.spec.tile_width, 4);
+        EXPECT_NEAR(part.get("B"), formula::srgb_to_linear(0.5 / (level + 1)), HALF_OF_ONE) << level;
+    }
+    EXPECT_THAT(convert("in.exr", "out.png").err, HasSubstr("the smaller levels are left out"));
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tool/nearest_names.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using tool::did_you_mean;
+using tool::find_nearest_names;
+using tool::get_edit_distance;
+
+TEST(EditDistance, CountsInsertionsDeletionsReplacementsAndSwaps) {
+    EXPECT_EQ(get_edit_distance("linear", "linear"), 0u);
+    EXPECT_EQ(get_edit_distance("linear", "linar"), 1u);
+    EXPECT_EQ(get_edit_distance("linear", "linnear"), 1u);
+    EXPECT_EQ(get_edit_distance("linear", "linaer"), 1u);
+    EXPECT_EQ(get_edit_distance("kitten", "sitting"), 3u);
+    EXPECT_EQ(get_edit_distance("", "abc"), 3u);
+}
+
+TEST(EditDistance, IgnoresCase) {
+    EXPECT_EQ(get_edit_distance("SRGB", "sRgb"), 0u);
+}
+
+TEST(NearestNames, ComeBestFirstAndThreeAtMost) {
+    EXPECT_THAT(find_nearest_names("ACEScgg", {"ACEScct", "ACEScg", "Raw"}),
+                ElementsAre("ACEScg", "ACEScct"));
+    EXPECT_THAT(find_nearest_names("lin", {"lina", "linb", "linc", "lind"}),
+                ElementsAre("lina", "linb", "linc"));
+}
+
+TEST(NearestNames, AreThoseThatContainTheName) {
+    EXPECT_THAT(find_nearest_names("film", {"Monitor.Film", "Cinema.Video"}), ElementsAre("Monitor.Film"));
+    EXPECT_THAT(find_nearest_names("f", {"Monitor.Film"}), IsEmpty()) << "one letter is in everything";
+}
+
+TEST(NearestNames, AreNoneWhenNothingIsNear) {
+    EXPECT_THAT(find_nearest_names("zebra", {"linear", "sRGB"}), IsEmpty());
+    EXPECT_EQ(did_you_mean("zebra", {"linear", "sRGB"}), "");
+}
+
+TEST(DidYouMean, ReadsAsASentence) {
+    EXPECT_EQ(did_you_mean("ACEScgg", {"ACEScg"}), "; did you mean 'ACEScg'?");
+    EXPECT_EQ(did_you_mean("lin", {"lina", "linb"}), "; did you mean 'lina' or 'linb'?");
+    EXPECT_EQ(did_you_mean("lin", {"lina", "linb", "linc"}), "; did you mean 'lina', 'linb' or 'linc'?");
+}
+
+} // namespace

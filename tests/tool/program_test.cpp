@@ -1,0 +1,52 @@
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using Program = ToolTest;
+
+TEST_F(Program, WithoutACommandIsWrongUsage) {
+    const ToolRun result = run({});
+    EXPECT_THAT(result, FailsWith(2, HasSubstr("no command")));
+    EXPECT_THAT(result.out, IsEmpty());
+}
+
+TEST_F(Program, AnswersAnUnknownCommandWithTheNearestOne) {
+    EXPECT_THAT(run({"convrt", "a", "b"}),
+                FailsWith(2, "colorio: no command 'convrt'; did you mean 'convert'?\n"));
+}
+
+TEST_F(Program, HelpsOnStandardOutput) {
+    const ToolRun result = run({"--help"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("list"), HasSubstr("convert"), HasSubstr("shader"),
+                                  HasSubstr("check"), HasSubstr("Examples:")));
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(Program, HelpsWithExamplesOnEveryCommand) {
+    for (const std::string command : {"list", "convert", "shader", "check"}) {
+        const ToolRun result = run({command, "--help"});
+        EXPECT_THAT(result, Succeeds()) << command;
+        EXPECT_THAT(result.out, AllOf(HasSubstr("Examples:"), HasSubstr("colorio " + command))) << command;
+    }
+}
+
+TEST_F(Program, TellsItsVersion) {
+    const ToolRun result = run({"--version"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, StartsWith("colorio "));
+}
+
+TEST_F(Program, SaysWhereToReadAboutWrongOptions) {
+    EXPECT_THAT(run({"list", "--jsn"}),
+                FailsWith(2, AllOf(HasSubstr("--jsn"), HasSubstr("see colorio list --help"))));
+    EXPECT_THAT(run({"list", "colors"}), FailsWith(2, HasSubstr("colors")));
+    EXPECT_THAT(run({"convert", "a.exr"}), FailsWith(2, HasSubstr("output")));
+}
+
+} // namespace

@@ -1,0 +1,118 @@
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class Sequence : public ToolTest {
+protected:
+    /// A frame whose grey tells its number.
+    static float get_gray(int frame) { return static_cast<float>(frame) / 64; }
+
+    void write_frames(const std::vector<int>& frames) {
+        for (const int frame : frames)
+            write_picture(path(name("in", frame)),
+                          make_picture(5, 3, 3, OIIO::TypeFloat, std::vector<float>(45, get_gray(frame))));
+    }
+
+    static std::string name(const std::string& stem, int frame) {
+        return stem + "." + std::string(frame < 10 ? "000" : "00") + std::to_string(frame) + ".exr";
+    }
+
+    ToolRun convert(const std::string& frames, std::vector<std::string> more = {},
+                    const tool::ConsoleTraits& traits = {}) {
+        more.insert(more.begin(), {"convert", path("in.%04d.exr"), path("out.####.exr"), "--frames", frames,
+                                   "--from", "sRGB", "--to", "linear"});
+        return run(more, traits);
+    }
+
+    void expect_converted(int frame) {
+        ASSERT_TRUE(folder.exists(name("out", frame))) << frame;
+        EXPECT_NEAR(read_picture(path(name("out", frame))).get("G", 4, 2),
+                    formula::srgb_to_linear(get_gray(frame)), 5e-6);
+    }
+};
+
+TEST_F(Sequence, ConvertsEveryFrameOfTheRange) {
+    write_frames({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
+    const ToolRun result = convert("1-12");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("12 frames converted"), HasSubstr("Mpixel/s")));
+    EXPECT_THAT(result.err, IsEmpty()) << "no progress bar without a terminal";
+    for (int frame = 1; frame <= 12; ++frame)
+        expect_converted(frame);
+    EXPECT_EQ(count_files(), 24u);
+}
+
+TEST_F(Sequence, ConvertsOnlyTheListedFrames) {
+    write_frames({1, 2, 3, 4, 5, 6});
+    EXPECT_THAT(convert("1-4x2,6"), Succeeds());
+    for (const int frame : {1, 3, 6})
+        expect_converted(frame);
+    for (const int frame : {2, 4, 5})
+        EXPECT_FALSE(folder.exists(name("out", frame))) << frame;
+}
+
+TEST_F(Sequence, GoesOnAfterAMissingFrameAndFailsAtTheEnd) {
+    write_frames({1, 2, 4, 5});
+    folder.write(name("in", 3), "no picture");
+    const ToolRun result = convert("1-6");
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("cannot read '" + path(name("in", 3)) + "'"),
+                                  HasSubstr("cannot read '" + path(name("in", 6)) + "': no such file")));
+    EXPECT_THAT(result.out, HasSubstr("4 frames converted, 2 failed"));
+    for (const int frame : {1, 2, 4, 5})
+        expect_converted(frame);
+    EXPECT_EQ(count_files(), 5u + 4u) << "nothing of the failed ones";
+}
+
+TEST_F(Sequence, WorksWithOneThread) {
+    write_frames({1, 2, 3});
+    EXPECT_THAT(convert("1-3", {"--threads", "1"}), Succeeds());
+    for (int frame = 1; frame <= 3; ++frame)
+        expect_converted(frame);
+}
+
+TEST_F(Sequence, SaysOnceWhatConcernsEveryFrame) {
+    Picture picture = make_picture(1, 1, 4, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f, 9.0f});
+    picture.spec.channelnames = {"R", "G", "B", "Z"};
+    for (int frame = 1; frame <= 3; ++frame)
+        write_picture(path(name("in", frame)), picture);
+    const ToolRun result = run({"convert", path("in.####.exr"), path("out.####.png"), "--frames", "1-3",
+                                "--from", "linear", "--to", "sRGB"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_EQ(result.err, "png has no room for the channels Z\n");
+}
+
+TEST_F(Sequence, ShowsItsProgressOnATerminal) {
+    write_frames({1, 2});
+    const ToolRun result = convert("1-2", {}, tool::ConsoleTraits{false, true, false});
+    EXPECT_THAT(result.err, AllOf(HasSubstr("0/2 frames"), HasSubstr("2/2 frames")));
+    EXPECT_THAT(result.out, Not(HasSubstr("\033")));
+}
+
+TEST_F(Sequence, NeedsItsFramesAndAPlaceForTheirNumbers) {
+    const auto usage = [&](const std::string& input, const std::string& output,
+                           std::vector<std::string> more) {
+        more.insert(more.begin(), {"convert", input, output, "--from", "sRGB", "--to", "linear"});
+        return run(more);
+    };
+    EXPECT_THAT(usage("in.####.exr", "out.####.exr", {}), FailsWith(2, HasSubstr("--frames")));
+    EXPECT_THAT(usage("in.exr", "out.####.exr", {"--frames", "1-3"}), FailsWith(2, HasSubstr("'in.exr'")));
+    EXPECT_THAT(usage("in.####.exr", "out.exr", {"--frames", "1-3"}), FailsWith(2, HasSubstr("'out.exr'")));
+    EXPECT_THAT(usage("in.#.exr", "out.#.exr", {"--frames", "1-3y"}), FailsWith(2, HasSubstr("'1-3y'")));
+}
+
+TEST_F(Sequence, IsNotMeantByAFileThatOnlyLooksLikeOne) {
+    write_picture(path("in#.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    EXPECT_THAT(run({"convert", path("in#.exr"), path("out#.exr"), "--from", "sRGB", "--to", "linear"}),
+                Succeeds());
+    EXPECT_TRUE(folder.exists("out#.exr"));
+}
+
+} // namespace
