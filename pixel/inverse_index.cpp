@@ -57,15 +57,19 @@ Bucketing choose_buckets(const std::vector<float>& sorted) {
     const float span = sorted.back() - low;
     const std::size_t allowed = sorted.size() / 64;
     const std::size_t most = 8 * sorted.size();
-    Bucketing best{0, 0, 0, std::numeric_limits<std::size_t>::max()};
+    // Where no bias will do, as when the span overflows, an infinite one puts all values into one bucket.
+    constexpr float INF = std::numeric_limits<float>::infinity();
+    Bucketing best{INF, bits_of(INF), 0, 1};
+    bool found_any = false;
     for (const float share : {1.0f, 0x1p-3f, 0x1p-5f, 0x1p-7f, 0x1p-9f, 0x1p-12f, 0x1p-16f}) {
         const float bias = span * share - low;
         if (!(low + bias > 0) || !std::isfinite(sorted.back() + bias)) {
             continue;
         }
         const Bucketing found = fit_buckets(sorted, bias, allowed, most);
-        if (found.buckets < best.buckets) {
+        if (!found_any || found.buckets < best.buckets) {
             best = found;
+            found_any = true;
         }
     }
     return best;

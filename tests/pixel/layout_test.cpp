@@ -1,0 +1,144 @@
+#include <algorithm>
+#include <memory>
+
+#include "every_target.h"
+#include "samples.h"
+
+using namespace pixel;
+using namespace pixel_test;
+
+namespace {
+
+class Layouts : public EveryTarget {
+protected:
+    /// Mixes red, green and blue, adds alpha to red, then bends them by a table.
+    const Program program{{Matrix{{0.5, 0.25, 0, 0.125, 0, 1, 0.5, 0, 0.25, 0, 0.75, 0, 0, 0, 0, 1}, {}},
+                           Lut1D{InputDomain::Unit, 5, 1,
+                                 std::make_shared<const std::vector<float>>(
+                                     std::vector<float>{0.0f, 0.5f, 0.625f, 0.75f, 1.0f}),
+                                 Direction::Forward}}};
+
+    Pixel expected(Pixel in) const {
+        program.apply_pixel(in.data());
+        return in;
+    }
+
+    /// Distinct values for every float of a buffer.
+    static std::vector<float> numbered(std::size_t count) {
+        std::vector<float> values(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            values[i] = static_cast<float>(i % 1021) / 1021.0f;
+        }
+        return values;
+    }
+
+    void expect_packed(const PackedLayout& layout) const {
+        const std::size_t stride =
+            layout.pixel_stride ? static_cast<std::size_t>(layout.pixel_stride) : layout.channels;
+        const std::size_t row =
+            layout.row_stride ? static_cast<std::size_t>(layout.row_stride) : stride * layout.width;
+        const std::vector<float> before = numbered(row * layout.height + 5);
+        std::vector<float> wanted = before, actual = before;
+        for (std::size_t y = 0; y < layout.height; ++y) {
+            for (std::size_t x = 0; x < layout.width; ++x) {
+                float* p = wanted.data() + y * row + x * stride;
+                const Pixel out = expected({p[0], p[1], p[2], layout.channels > 3 ? p[3] : 0.0f});
+                std::copy_n(out.begin(), std::min<std::size_t>(layout.channels, 4), p);
+            }
+        }
+        program.apply_packed(actual.data(), layout);
+        EXPECT_EQ(actual, wanted) << layout.width << " x " << layout.height << " x " << layout.channels
+                                  << ", strides " << layout.pixel_stride << ", " << layout.row_stride;
+    }
+};
+RUN_ON_EVERY_TARGET(Layouts);
+
+TEST_P(Layouts, PackedPicturesOfEveryShapeAndChannelCount) {
+    for (const std::size_t channels : {3, 4, 5, 7}) {
+        for (const std::size_t width : {1, 2, 3, 5, 15, 16, 17, 31, 511, 512, 513, 1030}) {
+            for (const std::size_t height : {1, 3}) {
+                expect_packed({width, height, channels, 0, 0});
+            }
+        }
+    }
+}
+
+TEST_P(Layouts, GapsBetweenPixelsAndRowsStayAsTheyAre) {
+    for (const std::size_t channels : {3, 4, 5}) {
+        const auto wide = static_cast<std::ptrdiff_t>(channels) + 2;
+        expect_packed({7, 5, channels, wide, 0});
+        expect_packed({7, 5, channels, wide, 7 * wide + 3});
+        expect_packed({7, 5, channels, 0, 7 * static_cast<std::ptrdiff_t>(channels) + 1});
+        expect_packed({600, 3, channels, 0, 600 * static_cast<std::ptrdiff_t>(channels) + 9});
+        expect_packed({1, 700, channels, 0, 11});
+    }
+}
+
+TEST_P(Layouts, OneLongRowIsTheSameAsAPicture) {
+    const std::vector<float> before = numbered(4 * 64 * 33);
+    std::vector<float> picture = before, row = before;
+    program.apply_packed(picture.data(), 64, 33, 4);
+    program.apply_packed(row.data(), 64 * 33, 1, 4);
+    EXPECT_EQ(picture, row);
+}
+
+TEST_P(Layouts, BottomUpRowsAreFollowed) {
+    std::vector<float> upright = numbered(4 * 3 * 2), flipped = upright;
+    program.apply_packed(upright.data(), 3, 2, 4);
+    PackedLayout layout{3, 2, 4, 0, -12};
+    program.apply_packed(flipped.data() + 12, layout);
+    EXPECT_EQ(flipped, upright);
+}
+
+TEST_P(Layouts, PlanarPicturesWithAndWithoutAlpha) {
+    for (const bool with_alpha : {true, false}) {
+        for (const std::size_t width : {1, 3, 16, 17, 511, 512, 700, 1025}) {
+            for (const std::size_t gap : {0, 3}) {
+                const std::size_t row = width + gap, height = 3, size = row * height;
+                const std::vector<float> before = numbered(4 * size);
+                std::vector<float> wanted = before, actual = before;
+                for (std::size_t i = 0; i < size; ++i) {
+                    if (i % row >= width) {
+                        continue;
+                    }
+                    const float alpha = with_alpha ? wanted[3 * size + i] : 0.0f;
+                    const Pixel out = expected({wanted[i], wanted[size + i], wanted[2 * size + i], alpha});
+                    for (std::size_t c = 0; c < (with_alpha ? 4 : 3); ++c) {
+                        wanted[c * size + i] = out[c];
+                    }
+                }
+                float* p = actual.data();
+                program.apply_planar(p, p + size, p + 2 * size, with_alpha ? p + 3 * size : nullptr, width,
+                                     height, gap ? static_cast<std::ptrdiff_t>(row) : 0);
+                EXPECT_EQ(actual, wanted) << width << ", gap " << gap << ", alpha " << with_alpha;
+            }
+        }
+    }
+}
+
+TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
+    program.apply_packed(nullptr, 0, 10, 4);
+    program.apply_packed(nullptr, 10, 0, 3);
+    program.apply_planar(nullptr, nullptr, nullptr, nullptr, 0, 0);
+}
+
+TEST_P(Layouts, AlphaKeepsItsBitsWhereNoOperationUsesIt) {
+    const Program table{{Lut1D{InputDomain::Unit, 2, 1,
+                               std::make_shared<const std::vector<float>>(std::vector<float>{1.0f, 0.0f}),
+                               Direction::Forward}}};
+    for (const float alpha : awkward_values()) {
+        float rgba[4] = {0.25f, 0.5f, 0.75f, alpha};
+        table.apply_pixel(rgba);
+        EXPECT_TRUE(within_units(rgba[3], alpha, 0));
+        EXPECT_EQ(rgba[0], 0.75f);
+    }
+}
+
+TEST(LayoutErrors, FewerThanThreeChannelsAreRefused) {
+    const Program program{{Range{0.0, 1.0, 0.0, 1.0}}};
+    float pixels[8] = {};
+    EXPECT_THROW(program.apply_packed(pixels, 1, 1, 2), std::invalid_argument);
+    EXPECT_THROW(program.apply_packed(pixels, PackedLayout{1, 1, 4, 3, 0}), std::invalid_argument);
+}
+
+} // namespace
