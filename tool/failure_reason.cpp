@@ -102,16 +102,21 @@ FailureReason explain_library_message(const std::string& message) {
 }
 
 FailureReason find_failure_reason(const std::vector<LoggedMessage>& messages) {
-    for (const LoggedMessage& message : messages)
+    const LoggedMessage* last_warning = nullptr;
+    const LoggedMessage* first_error = nullptr;
+    for (const LoggedMessage& message : messages) {
         if (starts_with(message.text, LIBRARY_PREFIX))
             return explain_library_message(message.text.substr(LIBRARY_PREFIX.size()));
-    for (auto message = messages.rbegin(); message != messages.rend(); ++message) {
-        if (message->level > LOG_WARNING)
-            continue;
-        const bool prefixed = starts_with(message->text, MODULE_PREFIX);
-        return {FailureKind::OTHER, flatten(message->text.substr(prefixed ? MODULE_PREFIX.size() : 0))};
+        if (message.level == LOG_ERROR && first_error == nullptr)
+            first_error = &message;
+        if (message.level == LOG_WARNING)
+            last_warning = &message;
     }
-    return {FailureKind::OTHER, "the module gives no reason"};
+    const LoggedMessage* told = first_error != nullptr ? first_error : last_warning;
+    if (told == nullptr)
+        return {FailureKind::OTHER, "the module gives no reason"};
+    const bool prefixed = starts_with(told->text, MODULE_PREFIX);
+    return {FailureKind::OTHER, flatten(told->text.substr(prefixed ? MODULE_PREFIX.size() : 0))};
 }
 
 std::string explain_failure(const std::vector<LoggedMessage>& messages) {

@@ -22,7 +22,7 @@ const char* get_kind_name(FailureKind kind);
 FailureReason explain_library_message(const std::string& message);
 
 /// The reason that the module's messages give for a failure: the colour library's own words where it threw,
-/// otherwise the last warning or error.
+/// otherwise the first error, else the last warning.
 FailureReason find_failure_reason(const std::vector<LoggedMessage>& messages);
 std::string explain_failure(const std::vector<LoggedMessage>& messages);
 

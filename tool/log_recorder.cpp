@@ -1,5 +1,6 @@
 #include "tool/log_recorder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "tool/console.h"
@@ -34,6 +35,12 @@ void LogRecorder::log(unsigned int level, const CoreLogStream& stream) {
         console.note(text);
     std::lock_guard<std::mutex> lock(mutex);
     messages.push_back({level, std::move(text)});
+}
+
+bool LogRecorder::has_error() {
+    std::lock_guard<std::mutex> lock(mutex);
+    return std::any_of(messages.begin(), messages.end(),
+                       [](const LoggedMessage& message) { return message.level == LOG_ERROR; });
 }
 
 std::vector<LoggedMessage> LogRecorder::take_messages() {

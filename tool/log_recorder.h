@@ -30,6 +30,8 @@ public:
 
     void log(unsigned int level, const CoreLogStream& stream) override;
 
+    /// True when there is an error among the messages that were not taken yet.
+    bool has_error();
     /// The messages since the last call.
     std::vector<LoggedMessage> take_messages();
 

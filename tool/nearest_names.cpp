@@ -56,7 +56,7 @@ std::vector<std::string> find_nearest_names(std::string_view name,
 
     std::vector<std::string> nearest;
     for (const auto& [distance, candidate] : ranked) {
-        if (nearest.size() == MAX_SUGGESTIONS)
+        if (nearest.size() == MAX_SUGGESTIONS || distance > ranked.front().first + 1)
             break;
         if (std::find(nearest.begin(), nearest.end(), *candidate) == nearest.end())
             nearest.push_back(*candidate);

@@ -55,7 +55,14 @@ TEST(ModuleMessages, GiveTheLibrarysFirstWords) {
               "the first");
 }
 
-TEST(ModuleMessages, GiveTheLastFailureWhereTheLibrarySaidNothing) {
+TEST(ModuleMessages, GiveTheFirstErrorWhereTheLibrarySaidNothing) {
+    EXPECT_EQ(explain_failure({{LOG_WARNING, "Color Management: a doubt."},
+                               {LOG_ERROR, "Color Management: the cause."},
+                               {LOG_ERROR, "Color Management: a consequence."}}),
+              "the cause");
+}
+
+TEST(ModuleMessages, GiveTheLastWarningWhereThereIsNoError) {
     EXPECT_EQ(explain_failure({{LOG_WARNING, "Color Management: one."},
                                {LOG_WARNING, "Color Management: two."},
                                {LOG_INFO, "Color Management: by the way."}}),

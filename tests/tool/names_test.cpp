@@ -39,6 +39,11 @@ TEST(NearestNames, AreThoseThatContainTheName) {
     EXPECT_THAT(find_nearest_names("f", {"Monitor.Film"}), IsEmpty()) << "one letter is in everything";
 }
 
+TEST(NearestNames, AreNotMuchWorseThanTheBest) {
+    EXPECT_THAT(find_nearest_names("Monitor.Flim", {"Monitor.Warm", "Monitor.Film"}),
+                ElementsAre("Monitor.Film"));
+}
+
 TEST(NearestNames, AreNoneWhenNothingIsNear) {
     EXPECT_THAT(find_nearest_names("zebra", {"linear", "sRGB"}), IsEmpty());
     EXPECT_EQ(did_you_mean("zebra", {"linear", "sRGB"}), "");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,10 @@ struct ToolRun {
     int code;
     std::string out;
     std::string err;
+
+    friend std::ostream& operator<<(std::ostream& stream, const ToolRun& run) {
+        return stream << "{exit code " << run.code << ", \"" << run.out << "\", \"" << run.err << "\"}";
+    }
 };
 
 /// Runs the program's commands in this process, with a folder of the test's own for everything that is
