@@ -36,9 +36,9 @@ bool AddedCDLs::holds(const Def& def, bool from_file) const {
 void AddedCDLs::remember(const Def& def, bool from_file) {
     const std::string key = get_key(def);
     sources.insert_or_assign(key, Source{def, from_file});
-    const auto listed = list_positions.find(key);
-    if (complete_list && listed != list_positions.end())
-        replaced_key = holds((*complete_list)[listed->second], from_file) ? "" : key;
+    const auto record = listed.find(key);
+    if (record != listed.end())
+        replaced_key = holds(record->second, from_file) ? "" : key;
 }
 
 bool AddedCDLs::holds_as_before(const Def& def) const {
@@ -48,19 +48,20 @@ bool AddedCDLs::holds_as_before(const Def& def) const {
 
 void AddedCDLs::note_list(const List& list) {
     complete_list = nullptr;
-    list_positions.clear();
+    listed.clear();
     list_files.clear();
     replaced_key.clear();
-    for (unsigned int i = 0; i < list.get_count(); ++i) {
-        const Def& def = list[i];
+    for (const Def& def : list) {
         if (def.is_builtin)
             continue;
         if (!def.file.is_empty() && list_files.count(def.file.get_data()) == 0)
             list_files.emplace(def.file.get_data(), SysFilesystem::file_exists(def.file));
         if (!holds_as_before(def))
             return;
-        list_positions.emplace(get_key(def), i);
     }
+    for (const Def& def : list)
+        if (!def.is_builtin)
+            listed.emplace(get_key(def), def);
     complete_list = &list;
 }
 
@@ -70,8 +71,8 @@ bool AddedCDLs::is_complete(const List& list) const {
            });
 }
 
-std::optional<unsigned int> AddedCDLs::find_replaced(const Def& def) const {
+const Def* AddedCDLs::find_replaced(const Def& def) const {
     if (replaced_key.empty() || replaced_key == get_key(def))
-        return std::nullopt;
-    return list_positions.at(replaced_key);
+        return nullptr;
+    return &listed.at(replaced_key);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -20,12 +19,12 @@ public:
 
     /// Takes note that `list` was added. It counts as complete if every custom record of it is held.
     void note_list(const List& list);
-    /// True when `list` is complete, no file of it came or went since, and so nothing of it needs to be added
-    /// again but `find_replaced`.
+    /// True when `list`, told apart by its address, is complete, no file of it came or went since, and so
+    /// nothing of it needs to be added again but `find_replaced`.
     bool is_complete(const List& list) const;
-    /// Position in the complete list of the record whose colour space a record from elsewhere stands in for,
-    /// unless `def` bears the same name.
-    std::optional<unsigned int> find_replaced(const Def& def) const;
+    /// The record of the complete list whose colour space a record from elsewhere stands in for, unless `def`
+    /// bears the same name; null when there is none.
+    const Def* find_replaced(const Def& def) const;
 
 private:
     struct Source {
@@ -38,8 +37,8 @@ private:
     /// By name in lower case: the colour library tells no cases apart.
     std::unordered_map<std::string, Source> sources;
 
-    const List* complete_list = nullptr;
-    std::unordered_map<std::string, unsigned int> list_positions; ///< By the same key.
-    std::unordered_map<std::string, bool> list_files;             ///< Path, and whether it existed.
+    const List* complete_list = nullptr;              ///< Compared, never followed: its owner may be gone.
+    std::unordered_map<std::string, Def> listed;      ///< Its custom records, by the same key.
+    std::unordered_map<std::string, bool> list_files; ///< Path, and whether it existed.
     std::string replaced_key;
 };

@@ -1,5 +1,10 @@
 #include "colorio/cdl_document.h"
 
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string_view>
+
 #include "colorio/color_io_log.h"
 
 namespace {
@@ -26,23 +31,51 @@ void read_numbers(const XmlNode& element, unsigned int first, unsigned int end, 
     }
 }
 
+/// Whether the element's text is exactly `count` finite numbers from `minimum` on.
+bool holds_numbers(const XmlNode& element, unsigned int count, double minimum) {
+    const CoreVector<CoreString> words = CoreString(element.get_text(0)).split_word(" ");
+    for (const CoreString& word : words) {
+        const std::string_view text = word.view();
+        double value = 0;
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(value) ||
+            value < minimum)
+            return false;
+    }
+    return words.get_count() == count;
+}
+
 } // namespace
+
+bool is_valid_correction(const XmlNode& correction) {
+    constexpr double ANY = std::numeric_limits<double>::lowest();
+    constexpr double ABOVE_ZERO = std::numeric_limits<double>::min();
+    const XmlNode sop = correction.get_child("SOPNode");
+    return holds_numbers(sop.get_child("Slope"), 3, 0) && holds_numbers(sop.get_child("Offset"), 3, ANY) &&
+           holds_numbers(sop.get_child("Power"), 3, ABOVE_ZERO) &&
+           holds_numbers(correction.get_child("SATNode").get_child("Saturation"), 1, 0);
+}
 
 ColorDecisionListDef make_identity_CDL() {
     return {"", "", "", {1.0f, 1.0f, 1.0f}, {0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}, 1.0f, false};
 }
 
 XmlNode get_document_element(XmlNode top) {
-    while (!top.is_empty() && (!top.get_name() || CoreString(top.get_name()).start_with("xml")))
+    if (!top.get_name() || CoreString(top.get_name()).start_with("xml"))
+        top = top.get_child(0);
+    while (top.is_declaration())
         top = top.get_child(0);
     return top;
 }
 
-XmlNode parse_CDL_document(const CoreString& path) {
+bool parse_CDL_document(const CoreString& path, XmlNode& element) {
     const XmlNode top = XmlNode::parse_file_or_report(path.get_data());
-    if (top.is_empty())
+    if (top.is_empty()) {
         log_message(LOG_ERROR, "XML Error with file '", path, "'.\n");
-    return get_document_element(top);
+        return false;
+    }
+    element = get_document_element(top);
+    return true;
 }
 
 void log_missing_node(const char* element, const CoreString& path) {
@@ -83,7 +116,9 @@ bool read_color_correction(const XmlNode& correction, const CoreString& path, Mi
         log_missing_node("Saturation", path);
         return !give_up;
     }
-    def.saturation = static_cast<float>(CoreString(saturation.get_text(0)).to_double());
-    def.is_builtin = false;
+    if (const char* text = saturation.get_text(0)) {
+        def.saturation = static_cast<float>(CoreString(text).to_double());
+        def.is_builtin = false;
+    }
     return true;
 }

@@ -4,11 +4,12 @@
 #include "host/core/core_string.h"
 #include "xml/xml_node.h"
 
-/// The element that holds the corrections: the first one behind a declaration.
+/// The element that holds the corrections: behind declarations and comments, or below a top element whose
+/// name starts with "xml".
 XmlNode get_document_element(XmlNode top);
 
-/// Parses an ASC CDL document and answers its document element; empty, and reported, on failure.
-XmlNode parse_CDL_document(const CoreString& path);
+/// Parses an ASC CDL document into its document element. False, and reported, on failure.
+bool parse_CDL_document(const CoreString& path, XmlNode& element);
 
 /// Says that `path` lacks an element.
 void log_missing_node(const char* element, const CoreString& path);
@@ -24,6 +25,10 @@ enum class MissingElement { GO_ON, GIVE_UP };
 /// up to the saturation. False as soon as an element is missing where `missing` says to give up.
 bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
                            ColorIOManager::ColorDecisionListDef& def);
+
+/// True for a ColorCorrection element that holds everything, three finite numbers each, and saturation,
+/// within the ranges of the ASC CDL: slope and saturation not negative, power above 0. Logs nothing.
+bool is_valid_correction(const XmlNode& correction);
 
 /// Identity values, no name, custom.
 ColorIOManager::ColorDecisionListDef make_identity_CDL();

@@ -93,7 +93,7 @@ bool for_manager_and_detector(Action action) {
 }
 
 /// The manager for a handler; null once it was destroyed, which leaves the connections standing.
-ColorIOManager* manager() {
+ColorIOManager* find_manager() {
     return ColorIOManager::get_instance();
 }
 
@@ -108,23 +108,23 @@ bool ColorIO::save_config(ParserEntry* entry) {
 }
 
 void ColorIO::on_use_ocio_config_file_changed(AppBase& sender, const EventInfo&, OfObject*) {
-    if (manager())
-        manager()->use_file_config(static_cast<OfApp&>(sender).get_use_color_space_file());
+    if (find_manager())
+        find_manager()->use_file_config(static_cast<OfApp&>(sender).get_use_color_space_file());
 }
 
 void ColorIO::on_config_file_path_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (manager())
-        manager()->update_file_config_path();
+    if (find_manager())
+        find_manager()->update_file_config_path();
 }
 
 void ColorIO::on_cdl_library_path_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (manager())
-        manager()->update_file_cdl_library_path();
+    if (find_manager())
+        find_manager()->update_file_cdl_library_path();
 }
 
 void ColorIO::on_default_color_space_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (manager())
-        manager()->update_default_color_space_name();
+    if (find_manager())
+        find_manager()->update_default_color_space_name();
 }
 
 void ColorIO::on_ocio_config_changed(AppBase&, const EventInfo&, OfObject*) {

@@ -66,7 +66,8 @@ public:
     CoreString get_default_color_space_from_ext(const CoreString& extension);
 
     /// Converts `size1` x `size2` pixels of `size3` channels in place from `name2` to `name1`. False when the
-    /// names are equal or the conversion failed.
+    /// names are equal, there is nothing to convert, or no such conversion. Throws what the colour library
+    /// throws while it applies, as it does for one or two channels.
     static bool convert_buffer(float* data, const unsigned int& size1, unsigned int size2,
                                const unsigned int& size3, const CoreString& name1, const CoreString& name2);
     /// The same for planes; `a` may be null.

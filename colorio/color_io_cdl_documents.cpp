@@ -42,8 +42,8 @@ void write_color_correction(XmlNode& correction, const ColorDecisionListDef& def
 void ColorIOManager::read_CDL_from_XML(CoreString path, ColorDecisionListDef& def, bool collection) {
     if (!SysFilesystem::file_exists(path))
         return;
-    const XmlNode top = parse_CDL_document(path);
-    if (top.is_empty())
+    XmlNode top;
+    if (!parse_CDL_document(path, top))
         return;
     const int passes = collection ? top.count_children("ColorCorrection") : 1;
     for (int i = 0; i < passes; ++i) {

@@ -6,6 +6,7 @@
 #include "colorio/color_io_log.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/label_list.h"
+#include "colorio/menu_sleep.h"
 #include "colorio/ocio/config.h"
 #include "host/event/event_ids.h"
 
@@ -33,8 +34,13 @@ void ColorIOManager::update_CDL_enums_and_lists() {
     }
     if (!cdl_config || !color_decision_list_enum)
         return;
+    publish_CDLs();
+    ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_CDL_LIST_CHANGED);
+}
+
+void ColorIOManager::publish_CDLs() {
     OfEnum& menu = *color_decision_list_enum;
-    menu.asleep();
+    const MenuSleep sleep({&menu});
     CDL_names.remove_all();
     menu.remove_all_values();
     LabelList labels;
@@ -50,8 +56,6 @@ void ColorIOManager::update_CDL_enums_and_lists() {
     }
     log_repeated_names(tavelion_color_decision_lists);
     menu.add_values(labels.labels, labels.values);
-    menu.awake(true);
-    ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_CDL_LIST_CHANGED);
 }
 
 unsigned int ColorIOManager::get_CDL_index(CoreString name) const {

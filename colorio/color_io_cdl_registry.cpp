@@ -98,7 +98,9 @@ void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileRead
 bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
     if (!app || !SysFilesystem::file_exists(path))
         return false;
-    const XmlNode top = parse_CDL_document(path);
+    XmlNode top;
+    if (!parse_CDL_document(path, top))
+        return false;
     const KnownCDLs known_before(tavelion_color_decision_lists);
     const int count = top.count_children("ColorCorrection");
     for (int i = 0; i < count; ++i) {
@@ -113,8 +115,7 @@ bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
             tavelion_color_decision_lists.append(def);
         library_color_decision_lists.append(def);
     }
-    if (!top.is_empty())
-        add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);
+    add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);
     return false;
 }
 
@@ -124,11 +125,17 @@ void ColorIOManager::update_file_cdl_library_path() {
     forget_cached_files();
     remove_library_CDLs(library_color_decision_lists, tavelion_color_decision_lists);
     library_color_decision_lists.remove_all();
-    if (cdl_config)
-        ocio::clear_color_spaces(cdl_config);
+    clear_CDL_spaces();
     init_default_CDL_tavelion_config();
     build_CDL_from_file(app->get_cdl_library_file_path());
     update_CDL_enums_and_lists();
+}
+
+void ColorIOManager::clear_CDL_spaces() {
+    if (!cdl_config)
+        return;
+    ocio::clear_color_spaces(cdl_config);
+    *added_cdls = AddedCDLs();
 }
 
 void ColorIOManager::forget_cached_files() {
@@ -140,8 +147,8 @@ void ColorIOManager::forget_cached_files() {
 bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
     if (cdl_config && added_cdls->is_complete(tavelion_color_decision_lists)) {
         CDLFileReader files;
-        if (const auto position = added_cdls->find_replaced(entry))
-            add_custom_CDL(tavelion_color_decision_lists[*position], files);
+        if (const ColorDecisionListDef* listed = added_cdls->find_replaced(entry))
+            add_custom_CDL(ColorDecisionListDef(*listed), files);
         add_custom_CDL(entry, files);
         return true;
     }
@@ -158,8 +165,7 @@ bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {
     const CoreVector<ColorDecisionListDef> records = list; // `list` may be the one that is emptied here.
     tavelion_color_decision_lists.remove_all();
-    if (cdl_config)
-        ocio::clear_color_spaces(cdl_config);
+    clear_CDL_spaces();
     init_default_CDL_tavelion_config();
     add_custom_CDLs_to_tavelion_config(records);
     tavelion_color_decision_lists = records;

@@ -21,10 +21,6 @@ ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionLi
     return transform;
 }
 
-ocio::CDLTransformRcPtr read_CDL_transform(const CoreString& file, const CoreString& cccid) {
-    return ocio::create_CDL_transform_from_file(file.get_data(), get_lookup_id(file, cccid).get_data());
-}
-
 bool CDLFileReader::exists(const CoreString& file) {
     const auto [position, is_new] = existing.try_emplace(file.get_data());
     if (is_new)
@@ -71,19 +67,22 @@ void CDLFileReader::Collection::read_with_library(const CoreString& file) {
 void CDLFileReader::Collection::read_repeating(const CoreString& file) {
     const XmlNode top = get_document_element(XmlNode::parse_file(file.get_data()));
     bool repeats = false;
+    bool valid = true;
     int index = 0;
     for (XmlNode node = top.get_child("ColorCorrection", &index); !node.is_empty();
          node = top.get_child("ColorCorrection", &index)) {
+        valid = is_valid_correction(node);
+        if (!valid)
+            break;
         ColorIOManager::ColorDecisionListDef def = make_identity_CDL();
         def.name = get_correction_id(node);
-        if (!read_color_correction(node, file, MissingElement::GIVE_UP, def))
-            break;
+        read_color_correction(node, file, MissingElement::GIVE_UP, def);
         const ocio::CDLTransformRcPtr transform = make_CDL_transform(def);
-        repeats = !by_id.emplace(def.name.get_data(), transform).second || repeats;
+        repeats = !by_id.emplace(def.name.view(), transform).second || repeats;
         if (!first_of_repeating)
             first_of_repeating = transform;
     }
-    if (!repeats) {
+    if (!repeats || !valid) {
         by_id.clear();
         first_of_repeating.reset();
     }

@@ -10,12 +10,10 @@
 /// The transform of a record's own numbers, its id the record's name.
 ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionListDef& def);
 
-/// The correction of a .cc, .ccc or .cdl file, as the colour library reads it: by `cccid` in files of the
-/// extension "ccc" exactly, without an id in all others. Throws the library's exception.
-ocio::CDLTransformRcPtr read_CDL_transform(const CoreString& file, const CoreString& cccid);
-
-/// Reads corrections like `read_CDL_transform`, each file only once. A collection that repeats an id, which
-/// the colour library refuses as a whole, yields the first correction of that id.
+/// Reads corrections of .cc, .ccc and .cdl files as the colour library does, each file only once: by id in
+/// files of the extension "ccc" exactly, without an id in all others. Throws the library's exception. A
+/// collection that repeats an id, which the library refuses as a whole, yields the first correction of that
+/// id if nothing else is wrong.
 class CDLFileReader {
 public:
     /// Whether the file exists; asked only once per file.

@@ -39,6 +39,10 @@ ColorIOConverter::ColorIOConverter() : state(new (std::nothrow) State) {
         state->manager = ColorIOManager::s_instance;
 }
 
+const ColorIOManager* ColorIOConverter::State::get_manager() const {
+    return manager == ColorIOManager::s_instance ? manager : nullptr;
+}
+
 ColorIOConverter::~ColorIOConverter() {
     delete state;
 }
@@ -52,14 +56,14 @@ bool ColorIOConverter::is_enabled() const {
 }
 
 bool ColorIOConverter::configure(const CoreString& source, const CoreString& destination) {
-    if (!state || !state->manager)
+    if (!state || !state->get_manager())
         return false;
     if (source == destination || destination.is_empty() || source.is_empty()) {
         state->bypass = true;
         return false;
     }
     state->bypass = false;
-    const ColorIOManager& manager = *state->manager;
+    const ColorIOManager& manager = *state->get_manager();
     const ocio::ConstConfigRcPtr config = manager.get_config();
     const CoreString from = get_short_name(manager, source);
     const CoreString to = get_short_name(manager, destination);
@@ -80,9 +84,9 @@ bool ColorIOConverter::configure(const CoreString& source, const CoreString& des
 }
 
 bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString& destination) {
-    if (!state || !state->manager)
+    if (!state || !state->get_manager())
         return false;
-    const ColorIOManager& manager = *state->manager;
+    const ColorIOManager& manager = *state->get_manager();
     const ocio::ConstConfigRcPtr config = manager.get_cdl_config();
     const auto get_known = [&](const CoreString& name) {
         const bool known = config && ocio::get_color_space(config, name.get_data());
@@ -114,14 +118,14 @@ bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString&
 
 bool ColorIOConverter::configure_for_display(const CoreString& input, const CoreString& display,
                                              const CoreString& view) {
-    if (!state || !state->manager)
+    if (!state || !state->get_manager())
         return false;
     if (input.is_empty() || display.is_empty() || view.is_empty()) {
         state->bypass = true;
         return false;
     }
     state->bypass = false;
-    const ColorIOManager& manager = *state->manager;
+    const ColorIOManager& manager = *state->get_manager();
     const ocio::ConstConfigRcPtr config = manager.get_config();
     const CoreString from = get_short_name(manager, input);
     const bool from_known = contains(manager.get_color_space_names(), from);

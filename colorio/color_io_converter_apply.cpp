@@ -56,11 +56,11 @@ bool ColorIOConverter::get_gpu_shader_data(CoreString& text, CoreArray<float>& l
 }
 
 CoreString ColorIOConverter::get_color_space(const CoreString& name) const {
-    if (!state || !state->manager)
+    if (!state || !state->get_manager())
         return CoreString::get_null_string();
     const CoreString& wanted =
         name == ColorIO::s_default_scene_linear ? ColorIO::get_ROLE_SCENE_LINEAR() : name;
-    OfApp* app = state->manager->get_app();
+    OfApp* app = state->get_manager()->get_app();
     const OfEnum* spaces = app ? app->get_object_factory().get_enum("color_space") : nullptr;
     if (!spaces || spaces->get_value_from_label(wanted) == spaces->get_invalid_value())
         return CoreString::get_null_string();

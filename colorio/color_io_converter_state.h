@@ -10,4 +10,7 @@ struct ColorIOConverter::State {
     bool bypass = true;      ///< The last configuration asked for no conversion.
     ColorIOManager* manager = nullptr;
     ocio::ConstProcessorRcPtr processor;
+
+    /// The manager, unless it was destroyed meanwhile.
+    const ColorIOManager* get_manager() const;
 };

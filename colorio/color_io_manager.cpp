@@ -145,7 +145,8 @@ void ColorIOManager::use_file_config(const bool& use) {
     if (!app)
         return;
     if (use) {
-        const CoreString& path = app->get_color_space_file_path();
+        const CoreString path =
+            app->get_color_space_file_path(); // A copy: listeners may change the preference.
         const bool held = file_config_loaded && path == file_config_path;
         if (!held && !build_from_file(path)) {
             if (!file_config_path.is_empty())
@@ -156,7 +157,7 @@ void ColorIOManager::use_file_config(const bool& use) {
             return;
         }
         set_default_color_space_name(use);
-        config = file_config ? file_config : tavelion_config;
+        config = get_file_config_or_builtin();
     } else {
         if (!tavelion_config_ready)
             init_default_tavelion_config();
@@ -177,8 +178,8 @@ void ColorIOManager::update_file_config_path() {
         set_default_color_space_name(false);
         return;
     }
-    if (build_from_file(app->get_color_space_file_path())) {
-        config = file_config ? file_config : tavelion_config;
+    if (build_from_file(CoreString(app->get_color_space_file_path()))) {
+        config = get_file_config_or_builtin();
     } else {
         set_default_color_space_name(false);
         config = tavelion_config;
@@ -186,13 +187,20 @@ void ColorIOManager::update_file_config_path() {
     }
     validate_ocio_config(config);
     settle_role_color_spaces();
-    if (update_enums_and_lists())
-        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+    tell_of_new_lists(update_enums_and_lists());
 }
 
 void ColorIOManager::publish_config() {
     const bool changed = update_enums_and_lists();
     update_CDL_enums_and_lists();
+    tell_of_new_lists(changed);
+}
+
+void ColorIOManager::tell_of_new_lists(bool changed) {
     if (changed)
         ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+}
+
+OCIO_NAMESPACE::ConfigRcPtr ColorIOManager::get_file_config_or_builtin() const {
+    return file_config ? file_config : tavelion_config;
 }

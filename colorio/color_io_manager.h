@@ -175,6 +175,8 @@ private:
     void create_enums();
     void settle_role_color_spaces();
     void publish_config();
+    void tell_of_new_lists(bool changed);
+    OCIO_NAMESPACE::ConfigRcPtr get_file_config_or_builtin() const;
     bool app_uses_file_config() const;
 
     bool init_default_tavelion_config();
@@ -193,15 +195,17 @@ private:
     CoreString find_view_of_color_space(const CoreString& color_space) const;
 
     bool add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs);
-    bool add_custom_space(const CoreString& name, const OCIO_NAMESPACE::ConstColorSpaceRcPtr& space);
+    bool add_custom_space(const ColorSpaceDef& def, CDLFileReader& files);
     unsigned int get_color_space_count() const { return tavelion_color_spaces.get_count(); }
 
     bool init_default_CDL_tavelion_config();
     void append_builtin_CDL();
+    void clear_CDL_spaces();
     void add_custom_CDL(const ColorDecisionListDef& def, CDLFileReader& files);
     bool add_custom_CDLs_to_tavelion_config(const CoreVector<ColorDecisionListDef>& list);
     bool build_CDL_from_file(const CoreString& path);
     void update_CDL_enums_and_lists();
+    void publish_CDLs();
     unsigned int get_color_decision_list_count() const { return tavelion_color_decision_lists.get_count(); }
 
     OCIO_NAMESPACE::ConfigRcPtr tavelion_config;

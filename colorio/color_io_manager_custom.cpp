@@ -1,12 +1,14 @@
-#include "colorio/color_io.h"
+#include <string>
+#include <unordered_set>
+
 #include "colorio/color_io_cdl_transform.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_log.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/display_view_walk.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/transform.h"
-#include "host/event/event_ids.h"
 #include "host/of/of_app.h"
 #include "host/sys/sys_filesystem.h"
 
@@ -33,14 +35,13 @@ ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTran
 }
 
 /// A colour space that grades in scene-linear: depth and allocation of the record do not matter.
-ocio::ColorSpaceRcPtr make_cdl_space(const ColorSpaceDef& def) {
+ocio::ColorSpaceRcPtr make_grade_space(const ColorSpaceDef& def, CDLFileReader& files) {
     ocio::ColorSpaceRcPtr space = make_named_space(def);
     ocio::set_bit_depth(space, ocio::BIT_DEPTH_F32);
     ocio::set_allocation(space, ocio::ALLOCATION_LG2);
     const float variables[] = {-15.0f, 6.0f, 0.0f};
     ocio::set_allocation_vars(space, 3, variables);
-    ocio::set_transform(space, read_CDL_transform(def.cdl_file, def.cccid),
-                        ocio::COLORSPACE_DIR_FROM_REFERENCE);
+    ocio::set_transform(space, files.read(def.cdl_file, def.cccid), ocio::COLORSPACE_DIR_FROM_REFERENCE);
     return space;
 }
 
@@ -51,31 +52,38 @@ ocio::FileTransformRcPtr make_lut_transform(const ColorSpaceDef& def) {
     return transform;
 }
 
-ocio::ColorSpaceRcPtr make_graded_lut_space(const ColorSpaceDef& def) {
+ocio::ColorSpaceRcPtr make_graded_lut_space(const ColorSpaceDef& def, CDLFileReader& files) {
     ocio::GroupTransformRcPtr group = ocio::create_group_transform();
-    ocio::push_back(group, read_CDL_transform(def.cdl_file, def.cccid));
+    ocio::push_back(group, files.read(def.cdl_file, def.cccid));
     ocio::push_back(group, make_lut_transform(def));
     return make_space(def, group);
 }
 
-/// The colour space of a record; null when it needs none or has errors, which are logged.
-ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def) {
-    if (def.is_builtin)
-        return nullptr;
-    const bool has_lut = !def.lut_file.is_empty() && SysFilesystem::file_exists(def.lut_file);
-    const bool has_cdl = !def.cdl_file.is_empty() && SysFilesystem::file_exists(def.cdl_file);
-    if (!has_cdl)
-        return has_lut ? make_space(def, make_lut_transform(def)) : nullptr;
+/// The colour space of a record; null when it needs none. Throws when its files have errors.
+ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, bool has_cdl,
+                                        CDLFileReader& files) {
+    if (has_lut && has_cdl)
+        return make_graded_lut_space(def, files);
+    if (has_cdl)
+        return make_grade_space(def, files);
+    return has_lut ? make_space(def, make_lut_transform(def)) : nullptr;
+}
 
-    ocio::ColorSpaceRcPtr space;
-    log_ocio_errors(
-        LOG_ERROR, [&] { space = has_lut ? make_graded_lut_space(def) : make_cdl_space(def); },
-        [&] {
-            log_message(LOG_ERROR,
-                        "Color Management: ", has_lut ? "the custom color space '" : "custom color space '",
-                        def.name, "' has errors and was ignored.\n");
+/// Labels that both the lists and the active configuration know.
+std::unordered_set<std::string> collect_views(const CoreBasicArray<CoreString>& published,
+                                              const ocio::ConstConfigRcPtr& config) {
+    std::unordered_set<std::string> listed;
+    for (const CoreString& label : published)
+        listed.emplace(label.view());
+    std::unordered_set<std::string> shown;
+    if (config && !listed.empty())
+        find_view(config, [&](const char* display, const char* view) {
+            const std::string label = std::string(display) + ColorIOManager::DISPLAY_SEPARATOR + view;
+            if (listed.count(label) != 0)
+                shown.insert(label);
+            return false;
         });
-    return space;
+    return shown;
 }
 
 } // namespace
@@ -83,13 +91,13 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def) {
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     if (!tavelion_config)
         return false;
+    CDLFileReader files;
+    std::unordered_set<std::string> views = collect_views(display_view_names, config);
     for (const ColorSpaceDef& def : defs) {
-        const ocio::ColorSpaceRcPtr space = make_custom_space(def);
-        if (!space || !add_custom_space(def.name, space))
+        if (!add_custom_space(def, files))
             continue;
         const CoreString label = CoreString(BUILTIN_FAMILY) + DISPLAY_SEPARATOR + def.name;
-        CoreString display, view;
-        if (get_display_view(label, display, view))
+        if (views.count(std::string(label.view())) != 0)
             log_message(LOG_WARNING, "Color Management: duplicate display view '", label, "' was ignored.\n");
         else
             ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, def.name.get_data(), def.name.get_data(),
@@ -98,20 +106,30 @@ bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSp
     return validate_ocio_config(tavelion_config);
 }
 
-bool ColorIOManager::add_custom_space(const CoreString& name,
-                                      const OCIO_NAMESPACE::ConstColorSpaceRcPtr& space) {
-    return log_ocio_errors(
-        LOG_ERROR, [&] { ocio::add_color_space(tavelion_config, space); },
-        [&] {
-            log_message(LOG_ERROR, "Color Management: custom color space '", name,
-                        "' has errors and was ignored.\n");
-        });
+bool ColorIOManager::add_custom_space(const ColorSpaceDef& def, CDLFileReader& files) {
+    if (def.is_builtin)
+        return false;
+    const bool has_lut = !def.lut_file.is_empty() && files.exists(def.lut_file);
+    const bool has_cdl = !def.cdl_file.is_empty() && files.exists(def.cdl_file);
+    ocio::ColorSpaceRcPtr space;
+    const auto add = [&] {
+        space = make_custom_space(def, has_lut, has_cdl, files);
+        if (space)
+            ocio::add_color_space(tavelion_config, space);
+    };
+    const auto report = [&] {
+        log_message(LOG_ERROR, "Color Management: ",
+                    has_lut && has_cdl ? "the custom color space '" : "custom color space '", def.name,
+                    "' has errors and was ignored.\n");
+    };
+    return log_ocio_errors(LOG_ERROR, add, report) && space;
 }
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     const CoreVector<ColorSpaceDef> records = defs; // `defs` may be the list that is emptied here.
-    const bool builtin_was_active =
-        is_using_tavelion_config(); // It is made anew, and stays active where it was.
+    // Both configurations may be made anew; the one that was active stays so.
+    const bool builtin_was_active = is_using_tavelion_config();
+    const bool file_was_active = config && config == file_config;
     tavelion_color_spaces.remove_all();
     if (tavelion_config) {
         ocio::clear_color_spaces(tavelion_config);
@@ -128,6 +146,7 @@ void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) 
                                                                file_config_path == FROM_ENV);
     if (builtin_was_active || !file_config_wanted)
         config = tavelion_config;
-    if (update_enums_and_lists())
-        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+    else if (file_was_active)
+        config = get_file_config_or_builtin();
+    tell_of_new_lists(update_enums_and_lists());
 }

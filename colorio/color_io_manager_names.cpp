@@ -7,6 +7,7 @@
 #include "colorio/color_space_name_index.h"
 #include "colorio/display_view_walk.h"
 #include "colorio/label_list.h"
+#include "colorio/menu_sleep.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "host/of/of_enum.h"
@@ -44,14 +45,11 @@ bool ColorIOManager::update_enums_and_lists() {
         display_view_names.append("default.linear");
         return false;
     }
-    if (!config)
+    if (!config || !color_space_enum)
         return false;
 
-    OfEnum* const menus[] = {view_transform_enum, color_space_enum, internal_color_space_enum,
-                             color_picking_enum};
-    for (OfEnum* menu : menus)
-        menu->asleep();
-
+    const MenuSleep sleep(
+        {view_transform_enum, color_space_enum, internal_color_space_enum, color_picking_enum});
     color_space_names.remove_all();
     color_space_enum->remove_all_values();
     color_space_enum->set_separator(FAMILY_SEPARATOR);
@@ -69,9 +67,6 @@ bool ColorIOManager::update_enums_and_lists() {
     internal_color_space_enum->add_values(spaces.labels, spaces.values);
 
     publish_views();
-
-    for (OfEnum* menu : menus)
-        menu->awake(true);
     return true;
 }
 

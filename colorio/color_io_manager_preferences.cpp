@@ -1,7 +1,5 @@
-#include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/ocio/types.h"
-#include "host/event/event_ids.h"
 #include "host/of/of_app.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
@@ -97,6 +95,8 @@ ColorDecisionListDef read_CDL(const ParserEntry& entry) {
 } // namespace
 
 bool ColorIOManager::save_config(ParserEntry* entry) {
+    if (!entry)
+        return false;
     entry->reset();
     if (!has_custom_record(tavelion_color_spaces) && !has_custom_record(tavelion_color_decision_lists))
         return false;
@@ -113,10 +113,10 @@ bool ColorIOManager::load_config(ParserEntry* entry) {
     add_custom_luts_to_tavelion_config(tavelion_color_spaces);
     add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);
 
-    const bool loaded = app_uses_file_config() && build_from_file(app->get_color_space_file_path());
-    config = loaded && file_config ? file_config : tavelion_config;
-    if (update_enums_and_lists())
-        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+    const bool loaded =
+        app_uses_file_config() && build_from_file(CoreString(app->get_color_space_file_path()));
+    config = loaded ? get_file_config_or_builtin() : tavelion_config;
+    tell_of_new_lists(update_enums_and_lists());
     update_CDL_enums_and_lists();
     return loaded;
 }

@@ -132,24 +132,23 @@ void ColorIOManager::set_default_color_space_name(bool reload) {
 }
 
 void ColorIOManager::settle_scene_linear_of_file_config() {
-    ocio::ConstConfigRcPtr loaded;
+    CoreString scene_linear;
     log_ocio_errors(LOG_WARNING, [&] {
+        ocio::ConstConfigRcPtr loaded;
         if (file_config_path == FROM_ENV)
             loaded = create_usable_config_from_env();
         else if (app)
             loaded = ocio::create_config_from_file(app->get_color_space_file_path().get_data());
+        if (!loaded)
+            return;
+        file_config = ocio::create_editable_copy(loaded);
+        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(loaded, ocio::ROLE_SCENE_LINEAR);
+        scene_linear =
+            space ? CoreString(ocio::get_name(space)) : find_candidate(file_config, linear_color_space_names);
     });
-    if (!loaded && !file_config) {
+    if (!file_config) {
         settle_scene_linear_of_builtin_config();
         return;
-    }
-    CoreString scene_linear;
-    if (loaded) {
-        if (const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(loaded, ocio::ROLE_SCENE_LINEAR))
-            scene_linear = ocio::get_name(space);
-        file_config = ocio::create_editable_copy(loaded);
-        if (scene_linear.is_empty())
-            scene_linear = find_candidate(file_config, linear_color_space_names);
     }
     if (scene_linear.is_empty()) {
         log_message(LOG_INFO,
