@@ -34,7 +34,7 @@ enum GpuLanguage { GPU_LANGUAGE_GLSL_1_0, GPU_LANGUAGE_GLSL_1_3 };
 struct GpuShaderDesc {
     GpuLanguage language;
     const char* function_name;
-    int lut_3d_edge_len; ///< The table is a cube of edge_len^3 RGB floats.
+    int lut_3d_edge_len; ///< The table is a cube of edge_len^3 RGB floats; 2 or more.
 };
 
 /// One conversion, immutable: holders share it, several threads may apply it at once.
@@ -43,6 +43,8 @@ public:
     virtual ~Processor() = default;
 
     virtual bool is_no_op() const = 0;
+    /// Converts a picture in place. Throws when it has no pixels or fewer than three channels, unless the
+    /// conversion does nothing.
     virtual void apply(const PackedImageDesc& image) const = 0;
     virtual void apply(const PlanarImageDesc& image) const = 0;
     /// Converts one pixel of four floats: red, green, blue, alpha.
@@ -56,6 +58,11 @@ public:
 };
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
+
+/// Whether processors made from now on may convert pictures with the project's own vector code, where that is
+/// known to give the library's results (the default), or leave everything to the library.
+void set_fast_path(bool enabled);
+bool get_fast_path();
 
 /// Conversion between two colour spaces or roles. Throws when a name is unknown, a file is missing or
 /// damaged, or the transforms of the configuration form a cycle (the message names its members).

@@ -143,12 +143,10 @@ pixel::Op translate_op(const library::Lut1DTransform& t) {
     if (t.getHueAdjust() != library::HUE_NONE)
         throw NotKnown{"a 1D table that restores the hue is not known here"};
     const pixel::Lut1D op = read_table(t, direction_of(t));
-    if (op.direction == pixel::Direction::Inverse) {
-        if (op.domain == pixel::InputDomain::Half)
-            throw NotKnown{"the inverse of a 1D table over the 16-bit floats is not known here"};
-        if (!std::all_of(op.values->begin(), op.values->end(), [](float v) { return std::isfinite(v); }))
-            throw NotKnown{"the inverse of a 1D table with NaN or infinity is not known here"};
-    }
+    const auto finite = [](float v) { return std::isfinite(v); };
+    if (op.direction == pixel::Direction::Inverse &&
+        !std::all_of(op.values->begin(), op.values->end(), finite))
+        throw NotKnown{"the inverse of a 1D table with NaN or infinity is not known here"};
     return op;
 }
 

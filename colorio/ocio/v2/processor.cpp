@@ -10,6 +10,7 @@
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/v2/conversion_check.h"
+#include "colorio/ocio/v2/fast_path.h"
 #include "colorio/ocio/v2/gpu_shader.h"
 #include "colorio/ocio/v2/source_allocation.h"
 
@@ -31,11 +32,16 @@ void require_pixels(long width, long height, bool described) {
         throw Exception("a picture needs at least one pixel of at least three channels");
 }
 
+std::size_t to_size(long count) {
+    return static_cast<std::size_t>(count);
+}
+
+/// Converts single pixels with the library, and pictures with the fast path where there is one.
 class LibraryProcessor final : public Processor {
 public:
     LibraryProcessor(library::ConstProcessorRcPtr processor, SourceAllocation allocation)
         : processor_(std::move(processor)), cpu_(processor_->getOptimizedCPUProcessor(OPTIMIZATION)),
-          source_(std::move(allocation)), no_op_(cpu_->isNoOp()) {}
+          fast_path_(processor_), source_(std::move(allocation)), no_op_(cpu_->isNoOp()) {}
 
     bool is_no_op() const override { return no_op_; }
 
@@ -43,6 +49,11 @@ public:
         if (no_op_)
             return;
         require_pixels(image.width, image.height, image.data && image.channels >= 3);
+        if (const pixel::Program* program = fast_path_.program_for(image.width, image.height)) {
+            program->apply_packed(image.data, to_size(image.width), to_size(image.height),
+                                  to_size(image.channels));
+            return;
+        }
         const long channels = std::min(image.channels, MAX_LIBRARY_CHANNELS);
         const auto channel_stride = static_cast<ptrdiff_t>(sizeof(float));
         const ptrdiff_t x_stride = image.channels * channel_stride;
@@ -55,6 +66,11 @@ public:
         if (no_op_)
             return;
         require_pixels(image.width, image.height, image.red && image.green && image.blue);
+        if (const pixel::Program* program = fast_path_.program_for(image.width, image.height)) {
+            program->apply_planar(image.red, image.green, image.blue, image.alpha, to_size(image.width),
+                                  to_size(image.height));
+            return;
+        }
         library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
                                         image.height);
         cpu_->apply(planes);
@@ -104,6 +120,7 @@ private:
 
     library::ConstProcessorRcPtr processor_;
     library::ConstCPUProcessorRcPtr cpu_;
+    FastPath fast_path_;
     SourceAllocation source_;
     bool no_op_;
     mutable std::mutex shader_mutex_;
