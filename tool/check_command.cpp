@@ -30,12 +30,13 @@ struct Findings {
 
 Findings find_out(const SessionOptions& options, Console& console) {
     Findings findings;
-    findings.source = find_config_source(options.config_path);
     try {
         ColorSession session(options, console);
+        findings.source = session.get_source();
         findings.messages = session.take_messages();
         findings.report = check_config(session);
     } catch (const ConfigError& error) {
+        findings.source = error.source;
         findings.refusal = error.reason;
         findings.messages = error.messages;
     }

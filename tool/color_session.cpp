@@ -15,14 +15,34 @@ namespace tool {
 
 namespace {
 
+std::string describe_refusal(const ConfigSource& source, const std::string& reason) {
+    switch (source.kind) {
+    case ConfigSource::ENVIRONMENT:
+        return fmt::format("cannot load the configuration '{}' that the environment variable OCIO names: {}\n"
+                           "Set OCIO to a usable file, or unset it for the built-in configuration.",
+                           source.path, reason);
+    case ConfigSource::PREFERENCES:
+        return fmt::format("cannot load the configuration '{}' that the preferences name: {}\n"
+                           "Name another with --config, or leave the preferences aside with --no-prefs.",
+                           source.path, reason);
+    default:
+        return fmt::format("cannot load the configuration '{}': {}", source.path, reason);
+    }
+}
+
 /// Checks what the module would pass over with a notice: it falls back where a file is missing.
-void check_config_file(const std::string& path) {
-    if (SysFilesystem::file_exists(path.c_str()))
+void check_config_file(const ConfigSource& source) {
+    if (!source.is_file() || SysFilesystem::file_exists(source.path.c_str()))
         return;
     std::error_code error;
-    const bool is_folder = std::filesystem::is_directory(path, error);
+    const bool is_folder = std::filesystem::is_directory(source.path, error);
     const FailureReason reason = {FailureKind::MISSING_FILE, is_folder ? "it is a folder" : "no such file"};
-    throw ConfigError(fmt::format("cannot load the configuration '{}': {}", path, reason.text), reason, {});
+    throw ConfigError(describe_refusal(source, reason.text), source, reason, {});
+}
+
+ConfigSource find_source(const SessionOptions& options, const UserPreferences& preferences) {
+    return options.builtin_only ? ConfigSource()
+                                : find_config_source(options.config_path, preferences.get_app());
 }
 
 bool is_builtin_config_active() {
@@ -31,13 +51,13 @@ bool is_builtin_config_active() {
 
 } // namespace
 
-ColorSession::ColorSession(const SessionOptions& options, Console& console)
-    : source(find_config_source(options.config_path)), recorder(console, options.verbose) {
-    if (source.kind == ConfigSource::FILE)
-        check_config_file(source.path);
+ColorSession::ColorSession(const SessionOptions& options, Console& console, PreferenceUse use)
+    : recorder(console, options.verbose), preferences(options, use, recorder, console),
+      source(find_source(options, preferences)) {
+    check_config_file(source);
     app = std::make_unique<StandaloneApp>();
     try {
-        load();
+        load(use);
     } catch (...) {
         close();
         throw;
@@ -48,29 +68,38 @@ ColorSession::~ColorSession() {
     close();
 }
 
-void ColorSession::load() {
-    if (!ColorIO::init(app.get()) || !is_builtin_config_active())
+void ColorSession::load(PreferenceUse use) {
+    const bool started = ColorIO::init(app.get()) && is_builtin_config_active();
+    // The module starts without the files of the built-in configuration, which another one does not need.
+    const bool usable = source.kind != ConfigSource::BUILTIN || !recorder.has_error();
+    if (!started || !usable)
         throw CommandError(
             fmt::format("colour management does not start: {}", explain_failure(recorder.take_messages())));
-    if (source.kind == ConfigSource::BUILTIN)
-        return;
-    if (source.kind == ConfigSource::FILE)
+    app->set_default_color_space_name(preferences.get_app().get_default_color_space_name());
+    preferences.load_module();
+    if (source.is_file())
         app->set_color_space_file_path(source.path.c_str());
-    app->set_use_color_space_file(true);
-    if (is_builtin_config_active())
-        fail_to_load();
+    if (source.kind != ConfigSource::BUILTIN) {
+        app->set_use_color_space_file(true);
+        if (is_builtin_config_active())
+            fail_to_load();
+    }
+    if (use == PreferenceUse::READ)
+        follow_preferences();
+}
+
+/// Files that add to what the module itself keeps.
+void ColorSession::follow_preferences() {
+    const StandaloneApp& wanted = preferences.get_app();
+    app->set_cdl_library_file_path(wanted.get_cdl_library_file_path());
+    app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
+    app->set_use_color_space_by_extension_file(wanted.get_use_color_space_by_extension_file());
 }
 
 void ColorSession::fail_to_load() {
     std::vector<LoggedMessage> messages = recorder.take_messages();
     const FailureReason reason = find_failure_reason(messages);
-    const std::string text =
-        source.kind == ConfigSource::FILE
-            ? fmt::format("cannot load the configuration '{}': {}", source.path, reason.text)
-            : fmt::format("cannot load the configuration '{}' that the environment variable OCIO names: {}\n"
-                          "Set OCIO to a usable file, or unset it for the built-in configuration.",
-                          source.path, reason.text);
-    throw ConfigError(text, reason, std::move(messages));
+    throw ConfigError(describe_refusal(source, reason.text), source, reason, std::move(messages));
 }
 
 void ColorSession::close() {

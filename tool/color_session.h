@@ -9,6 +9,7 @@
 #include "tool/exit_code.h"
 #include "tool/failure_reason.h"
 #include "tool/log_recorder.h"
+#include "tool/settings/user_preferences.h"
 
 class StandaloneApp;
 
@@ -18,16 +19,22 @@ class Console;
 
 /// What every command that uses colour management can be told.
 struct SessionOptions {
-    std::string config_path; ///< Configuration file; empty follows $OCIO, else the built-in configuration.
-    bool verbose = false;    ///< Show the module's messages as they come.
+    std::string config_path;      ///< Configuration file; empty follows $OCIO, else the preferences.
+    bool builtin_only = false;    ///< Use the built-in configuration, whatever anything else says.
+    std::string preferences_path; ///< Preference file; empty takes the user's own.
+    bool no_preferences = false;  ///< Use no preference file.
+    bool verbose = false;         ///< Show the module's messages as they come.
 };
 
 /// A configuration that was asked for cannot be used.
 class ConfigError : public CommandError {
 public:
-    ConfigError(const std::string& message, FailureReason reason, std::vector<LoggedMessage> messages)
-        : CommandError(message), reason(std::move(reason)), messages(std::move(messages)) {}
+    ConfigError(const std::string& message, ConfigSource source, FailureReason reason,
+                std::vector<LoggedMessage> messages)
+        : CommandError(message), source(std::move(source)), reason(std::move(reason)),
+          messages(std::move(messages)) {}
 
+    const ConfigSource source;
     const FailureReason reason;
     const std::vector<LoggedMessage> messages; ///< What the module logged while it tried.
 };
@@ -39,7 +46,9 @@ class ColorSession {
 public:
     /// Throws ConfigError when a configuration that was asked for, by path or by $OCIO, is not in force
     /// afterwards, CommandError when the module does not start; the message gives the module's reasons.
-    ColorSession(const SessionOptions& options, Console& console);
+    /// To CHANGE preferences the module gets what they hold of its own, and neither the mapping file nor the
+    /// CDL library that they name.
+    ColorSession(const SessionOptions& options, Console& console, PreferenceUse use = PreferenceUse::READ);
     ~ColorSession();
     ColorSession(const ColorSession&) = delete;
     ColorSession& operator=(const ColorSession&) = delete;
@@ -47,17 +56,22 @@ public:
     const ConfigSource& get_source() const { return source; }
     /// The application whose preferences the module follows.
     StandaloneApp& get_app() { return *app; }
+    const UserPreferences& get_preferences() const { return preferences; }
+    /// Keeps the module's associations, custom colour spaces and CDLs. Throws CommandError.
+    void save_preferences() { preferences.save_module(recorder); }
 
     /// What the module logged since the last call; the first call answers what it logged while loading.
     std::vector<LoggedMessage> take_messages() { return recorder.take_messages(); }
 
 private:
-    void load();
+    void load(PreferenceUse use);
+    void follow_preferences();
     [[noreturn]] void fail_to_load();
     void close();
 
-    const ConfigSource source;
     LogRecorder recorder;
+    UserPreferences preferences;
+    const ConfigSource source;
     std::unique_ptr<StandaloneApp> app;
 };
 

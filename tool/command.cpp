@@ -12,10 +12,23 @@ Command::Command(CLI::App& program, const char* name, const char* description, c
 }
 
 void add_session_options(CLI::App& options, SessionOptions& session) {
-    options.add_option("--config", session.config_path,
-                       "OpenColorIO configuration file; without it the one that $OCIO names, or the built-in "
-                       "one");
+    add_config_option(options, session);
+    add_preference_options(options, session);
+    options.add_flag("--no-prefs", session.no_preferences, "Use no preference file")
+        ->excludes(options.get_option("--prefs"));
+}
+
+void add_preference_options(CLI::App& options, SessionOptions& session) {
+    options.add_option("--prefs", session.preferences_path,
+                       "Preference file to use instead of your own ('colorio prefs path')");
     options.add_flag("-v,--verbose", session.verbose, "Show every message of the colour management");
+}
+
+void add_config_option(CLI::App& options, SessionOptions& session) {
+    options.add_option(
+        "--config", session.config_path,
+        "OpenColorIO configuration file; without it the one that $OCIO names, then that of the "
+        "preferences, then the built-in one");
 }
 
 } // namespace tool

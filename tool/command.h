@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -22,6 +24,11 @@ public:
 
     /// True when the command line names this command.
     bool is_wanted() const { return options->parsed(); }
+    std::string get_name() const { return options->get_name(); }
+
+    /// Adds what the user may leave out to `arguments`, of which this command's name is the first. Throws
+    /// UsageError where that shows a mistake.
+    virtual void complete_arguments(std::vector<std::string>& /*arguments*/) const {}
 
 protected:
     /// `examples` are lines of the help text, each behind two blanks.
@@ -35,8 +42,16 @@ std::unique_ptr<Command> make_convert_command(CLI::App& program);
 std::unique_ptr<Command> make_shader_command(CLI::App& program);
 std::unique_ptr<Command> make_check_command(CLI::App& program);
 std::unique_ptr<Command> make_view_command(CLI::App& program);
+std::unique_ptr<Command> make_cdl_command(CLI::App& program);
+std::unique_ptr<Command> make_space_command(CLI::App& program);
+std::unique_ptr<Command> make_formats_command(CLI::App& program);
+std::unique_ptr<Command> make_prefs_command(CLI::App& program);
+std::unique_ptr<Command> make_legacy_command(CLI::App& program);
 
-/// Adds --config and --verbose.
+/// Adds --config, --prefs, --no-prefs and --verbose.
 void add_session_options(CLI::App& options, SessionOptions& session);
+/// Adds what commands need that show or change preferences: --prefs and --verbose.
+void add_preference_options(CLI::App& options, SessionOptions& session);
+void add_config_option(CLI::App& options, SessionOptions& session);
 
 } // namespace tool

@@ -2,9 +2,8 @@
 
 #include <filesystem>
 
-#include <fmt/format.h>
-
 #include "colorio/color_io_constants.h"
+#include "host/of/of_app.h"
 #include "host/sys/sys_env.h"
 
 namespace tool {
@@ -14,15 +13,27 @@ std::string ConfigSource::get_name() const {
 }
 
 std::string ConfigSource::describe() const {
-    return kind == BUILTIN ? get_name() : fmt::format("{} ({})", path, kind == FILE ? "--config" : "$OCIO");
+    switch (kind) {
+    case FILE:
+        return path + " (--config)";
+    case ENVIRONMENT:
+        return path + " ($OCIO)";
+    case PREFERENCES:
+        return path + " (preferences)";
+    default:
+        return get_name();
+    }
 }
 
-ConfigSource find_config_source(const std::string& config_path) {
+ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences) {
     if (!config_path.empty())
         return {ConfigSource::FILE, config_path};
     const CoreString variable = sys_get_env(OCIO_VARIABLE);
     if (!variable.is_empty())
         return {ConfigSource::ENVIRONMENT, variable.get_data()};
+    const CoreString& preferred = preferences.get_color_space_file_path();
+    if (preferences.get_use_color_space_file() && !preferred.is_empty())
+        return {ConfigSource::PREFERENCES, preferred.get_data()};
     return {};
 }
 

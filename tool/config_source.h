@@ -2,22 +2,28 @@
 
 #include <string>
 
+class OfApp;
+
 namespace tool {
 
 /// Where the configuration is to come from.
 struct ConfigSource {
-    enum Kind { BUILTIN, FILE, ENVIRONMENT };
+    enum Kind { BUILTIN, FILE, ENVIRONMENT, PREFERENCES };
 
     Kind kind = BUILTIN;
     std::string path; ///< Empty for the built-in one.
 
+    /// True when this program names the file to the module, which itself follows the environment.
+    bool is_file() const { return kind == FILE || kind == PREFERENCES; }
     /// For messages: "aces.ocio", or "the built-in configuration".
     std::string get_name() const;
-    /// For results: "/show/aces.ocio (--config)", "/show/aces.ocio ($OCIO)" or "the built-in configuration".
+    /// For results: "/show/aces.ocio (--config)", "/show/aces.ocio ($OCIO)",
+    /// "/show/aces.ocio (preferences)" or "the built-in configuration".
     std::string describe() const;
 };
 
-/// The file at `config_path`; when that is empty the one that $OCIO names; else the built-in configuration.
-ConfigSource find_config_source(const std::string& config_path);
+/// The file at `config_path`; when that is empty the one that $OCIO names; then the one that `preferences`
+/// tell to use; else the built-in configuration.
+ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences);
 
 } // namespace tool

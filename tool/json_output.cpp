@@ -14,6 +14,8 @@ const char* get_source_name(ConfigSource::Kind kind) {
         return "file";
     case ConfigSource::ENVIRONMENT:
         return "environment";
+    case ConfigSource::PREFERENCES:
+        return "preferences";
     default:
         return "builtin";
     }

@@ -8,7 +8,7 @@ namespace tool {
 
 struct ConfigSource;
 
-/// {"source": "builtin", "file" or "environment", "path": ...}.
+/// {"source": "builtin", "file", "environment" or "preferences", "path": ...}.
 nlohmann::ordered_json to_json(const ConfigSource& source);
 
 /// Indented text; bytes that are not UTF-8 are replaced, so that names taken from files cannot break it.

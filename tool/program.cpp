@@ -20,6 +20,7 @@ Examples:
   colorio list spaces
   colorio convert render.exr render.png --view Tavelion.sRGB
   colorio check --config show.ocio
+  colorio cdl list grades.ccc
 
 Exit codes: 0 done, 1 failed, 2 wrong usage. Results go to standard output, messages to standard error.
 'colorio COMMAND --help' tells more about a command.)";
@@ -30,14 +31,18 @@ public:
         app.footer(FOOTER);
         app.set_version_flag("--version", "colorio " COLORIO_VERSION);
         app.require_subcommand(1);
-        for (const auto make : {make_list_command, make_convert_command, make_shader_command,
-                                make_check_command, make_view_command})
+        for (const auto make :
+             {make_list_command, make_convert_command, make_shader_command, make_check_command,
+              make_view_command, make_cdl_command, make_formats_command})
             commands.push_back(make(app));
     }
 
-    ExitCode run(const std::vector<std::string>& arguments, std::ostream& out, Console& console) {
+    ExitCode run(std::vector<std::string> arguments, std::ostream& out, Console& console) {
         try {
             check_command_name(arguments);
+            for (const auto& command : commands)
+                if (command->get_name() == arguments.front())
+                    command->complete_arguments(arguments);
             app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
         } catch (const CLI::Success& wish) { // help or version
             app.exit(wish, out, out);
@@ -64,9 +69,12 @@ private:
     }
 
     std::string get_wanted_name() const {
-        for (const CLI::App* command : app.get_subcommands())
-            return "colorio " + command->get_name();
-        return "colorio";
+        std::string name = "colorio";
+        for (const CLI::App* command = &app; !command->get_subcommands().empty();) {
+            command = command->get_subcommands().front();
+            name += " " + command->get_name();
+        }
+        return name;
     }
 
     CLI::App app;

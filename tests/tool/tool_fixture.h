@@ -26,7 +26,10 @@ struct ToolRun {
 /// written and no variable in the environment that the commands follow.
 class ToolTest : public testing::Test {
 protected:
-    ToolTest() { cache.set(folder.file("cache")); }
+    ToolTest() {
+        cache.set(folder.file("cache"));
+        config.set(folder.file("config"));
+    }
 
     ToolRun run(const std::vector<std::string>& arguments, const tool::ConsoleTraits& traits = {});
     std::string path(const std::string& name) const { return folder.file(name); }
@@ -38,6 +41,7 @@ protected:
 
 private:
     EnvGuard cache{"XDG_CACHE_HOME"};
+    EnvGuard config{"XDG_CONFIG_HOME"};
     EnvGuard active_displays{"OCIO_ACTIVE_DISPLAYS"};
     EnvGuard active_views{"OCIO_ACTIVE_VIEWS"};
     EnvGuard inactive_color_spaces{"OCIO_INACTIVE_COLORSPACES"};

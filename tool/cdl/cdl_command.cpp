@@ -1,0 +1,22 @@
+#include "tool/cdl/cdl_command.h"
+
+#include "tool/command_group.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio cdl list grades.ccc
+  colorio cdl write warm.cc --cdl warm=1.1,1,0.9/0,0,0/1,1,1/1
+  colorio cdl show grades.ccc:shot_010)";
+
+} // namespace
+
+std::unique_ptr<Command> make_cdl_command(CLI::App& program) {
+    return std::make_unique<CommandGroup>(program, "cdl", "Read and write colour decision lists", EXAMPLES,
+                                          std::vector<CommandGroup::MakeCommand>{make_cdl_list_command,
+                                                                                 make_cdl_show_command,
+                                                                                 make_cdl_write_command});
+}
+
+} // namespace tool

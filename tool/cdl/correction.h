@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "colorio/color_io_manager.h"
+
+namespace tool {
+
+/// A colour correction (ASC CDL) as documents hold it.
+struct Correction {
+    std::string id;
+    std::vector<std::string> descriptions;
+    float slope[3] = {1.0f, 1.0f, 1.0f};
+    float offset[3] = {0.0f, 0.0f, 0.0f};
+    float power[3] = {1.0f, 1.0f, 1.0f};
+    float saturation = 1.0f;
+};
+
+/// The module's record of the numbers, under `name`, without a file.
+ColorIOManager::ColorDecisionListDef make_cdl_record(const Correction& correction, const std::string& name);
+/// The numbers of a record, its name as the id.
+Correction make_correction(const ColorIOManager::ColorDecisionListDef& record);
+
+} // namespace tool

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "tool/cdl/correction.h"
+
+namespace tool {
+
+class TextTable;
+
+/// A number that all of `text` spells, '.' as the decimal point whatever the locale. Nothing for anything
+/// else, for infinities and for what a float cannot hold.
+std::optional<float> parse_number(std::string_view text);
+
+/// The fewest digits that mean this float.
+std::string format_number(float value);
+/// "1.2 1 0.9".
+std::string format_triple(const float (&values)[3]);
+
+/// The numbers in "1.2,1,0.9/0,0,0/1,1,1/0.8": slope, offset and power of red, green and blue, and the
+/// saturation. Throws UsageError.
+Correction parse_numbers(const std::string& text);
+/// "NAME=" in front of such numbers. Throws UsageError.
+Correction parse_named_numbers(const std::string& text);
+
+/// Columns for the id and the numbers, and a row of them.
+extern const std::vector<std::string> CORRECTION_TITLES;
+std::vector<std::string> make_cells(const Correction& correction);
+/// {"slope": [...], "offset": [...], "power": [...], "saturation": ...}.
+nlohmann::ordered_json numbers_to_json(const Correction& correction);
+
+} // namespace tool

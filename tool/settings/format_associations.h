@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// A file format with its extensions and the colour space that its pictures are in.
+struct FormatAssociation {
+    std::string category;
+    std::vector<std::string> extensions; ///< Of the row "default" that which no file has: "Other".
+    std::string color_space;
+};
+
+/// The associations that the running module has in force, in its order.
+std::vector<FormatAssociation> get_format_associations();
+/// "the mapping file 'x.yaml'" or "the built-in associations".
+std::string describe_association_source();
+
+/// The association that decides about an extension, by the module's rule: the first that lists it and does
+/// not give the space of "default", else the last that lists it, else "default" itself.
+FormatAssociation find_format_association(const std::string& extension);
+
+/// True for the categories that are there without preferences, and come back when they are removed.
+bool is_builtin_category(const std::string& category);
+bool is_fallback_category(const std::string& category);
+
+/// Position of a category among the associations. Throws CommandError with the nearest names.
+unsigned int find_category(const std::string& category);
+
+/// Extensions as the module stores them: small letters, without full stops, commas between. Throws UsageError
+/// when there is none in `text`.
+std::string normalize_extensions(const std::string& text);
+
+/// What the user should know about a category: "files .x stay in Y, of category Z, which comes first".
+std::vector<std::string> find_shadowed_extensions(const std::string& category);
+
+} // namespace tool

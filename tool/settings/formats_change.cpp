@@ -1,0 +1,31 @@
+#include "tool/settings/formats_change.h"
+
+#include <fmt/format.h>
+
+#include "standalone/standalone_app.h"
+#include "tool/color_session.h"
+#include "tool/console.h"
+#include "tool/settings/format_associations.h"
+
+namespace tool {
+
+void note_mapping_file(const ColorSession& session, Console& console) {
+    const StandaloneApp& app = session.get_preferences().get_app();
+    const CoreString& path = app.get_color_space_by_extension_file_path();
+    if (app.get_use_color_space_by_extension_file() != 0 && !path.is_empty())
+        console.warn(fmt::format("the preferences tell to use the mapping file '{}' instead of these "
+                                 "associations",
+                                 path.view()));
+}
+
+void finish_format_change(ColorSession& session, const std::string& category, Console& console) {
+    session.save_preferences();
+    const FormatAssociation changed = get_format_associations()[find_category(category)];
+    console.print(fmt::format("{} ({}): {}", changed.category, fmt::join(changed.extensions, ", "),
+                              changed.color_space));
+    for (const std::string& note : find_shadowed_extensions(category))
+        console.warn(note);
+    note_mapping_file(session, console);
+}
+
+} // namespace tool

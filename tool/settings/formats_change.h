@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+class ColorSession;
+class Console;
+
+/// Saves the associations, and tells what the category is now and what keeps that from having its effect.
+void finish_format_change(ColorSession& session, const std::string& category, Console& console);
+
+/// Tells that a mapping file hides what was changed, where one does.
+void note_mapping_file(const ColorSession& session, Console& console);
+
+} // namespace tool
