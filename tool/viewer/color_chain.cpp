@@ -36,7 +36,7 @@ ColorChain::Key ColorChain::make_key(const ColorHost& host, const ColorSettings&
 }
 
 ColorChain::ColorChain(ColorHost& host, const ColorSettings& settings) {
-    const bool has_cdl = !settings.cdl.empty() && settings.cdl != ColorIO::get_default_CDL_name().view();
+    const bool has_cdl = settings.cdl != host.get_default_cdl();
     std::string from = settings.input_space;
     if (has_cdl || settings.exposure != 0) {
         const std::string scene_linear(ColorIO::get_ROLE_SCENE_LINEAR().view());

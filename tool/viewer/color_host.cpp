@@ -219,6 +219,10 @@ std::string ColorHost::get_default_view() const {
     return views.empty() ? "" : views.front();
 }
 
+std::string ColorHost::get_default_cdl() const {
+    return std::string(ColorIO::get_default_CDL_name().view());
+}
+
 std::string ColorHost::find_space(const std::string& name) const {
     const std::vector<std::string>& spaces = get_spaces();
     const std::string bare = name.substr(name.find(ColorIOManager::FAMILY_SEPARATOR) + 1);

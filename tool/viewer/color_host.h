@@ -44,6 +44,8 @@ public:
     const std::vector<std::string>& get_views() const;
     const std::vector<std::string>& get_cdls() const;
     std::string get_default_view() const;
+    /// The CDL that changes nothing.
+    std::string get_default_cdl() const;
 
     struct FileSpace {
         std::string label;  ///< A label of `get_spaces`; empty when there are none.

@@ -50,7 +50,8 @@ void FileWatcher::add_folder(const std::string& folder, int depth) {
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         std::error_code ignored;
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
+        const bool hidden = entry->path().filename().native().front() == '.';
+        if (!hidden && entry->is_directory(ignored) && !entry->is_symlink(ignored))
             add_folder(entry->path().string(), depth + 1);
     }
 }

@@ -17,7 +17,7 @@ public:
     FileWatcher& operator=(const FileWatcher&) = delete;
 
     /// Watches these folders and those below them from now on, and no others. Those that cannot be watched
-    /// are passed over, and so are folders deep below or past the first few hundred.
+    /// are passed over, and so are hidden ones below, those deep below, and those past the first few hundred.
     void watch(const std::vector<std::string>& folders);
 
     /// Absolute paths of files that changed since the last call, each once; waits so long for the first.

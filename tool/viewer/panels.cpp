@@ -67,7 +67,7 @@ bool choose(const char* title, const std::vector<std::string>& names, const std:
 }
 
 std::string format_pixel(const float* rgba) {
-    return fmt::format("{:10.5f} {:10.5f} {:10.5f} {:8.4f}", rgba[0], rgba[1], rgba[2], rgba[3]);
+    return fmt::format("{:10.4f}{:10.4f}{:10.4f}{:8.3f}", rgba[0], rgba[1], rgba[2], rgba[3]);
 }
 
 } // namespace
@@ -226,9 +226,9 @@ void Panels::show_readout(const PixelReadout* readout) const {
         show_text("No pixel below the pointer");
     } else {
         show_text(fmt::format("Pixel {}, {}", readout->x, readout->y));
-        show_text("file   " + format_pixel(readout->before));
-        show_text("CPU    " + format_pixel(readout->cpu));
-        show_text("GPU    " + format_pixel(readout->gpu));
+        show_text("file" + format_pixel(readout->before));
+        show_text("CPU " + format_pixel(readout->cpu));
+        show_text("GPU " + format_pixel(readout->gpu));
     }
     ImGui::Separator();
 }

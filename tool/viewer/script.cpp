@@ -53,6 +53,7 @@ void await_change(Viewer& viewer, const std::string& argument) {
 
 void print_state(Viewer& viewer, Console& console) {
     ViewModel& model = viewer.get_model();
+    model.get_chain(ViewModel::FIRST); // What cannot be shown is told too.
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     console.print(fmt::format("picture: {}", model.get_picture() ? model.get_picture()->path : ""));
     console.print(fmt::format("configuration: {}", model.get_host().get_config_name()));
@@ -69,7 +70,8 @@ void compare(Viewer& viewer, Console& console) {
     viewer.get_model().set_layout(Layout::DIFFERENCE);
     const Difference* difference = viewer.compare();
     if (!difference)
-        throw CommandError("there is nothing to compare");
+        throw CommandError(
+            fmt::format("there is nothing to compare: {}", fmt::join(viewer.get_model().get_faults(), "; ")));
     console.print(format_difference(*difference));
 }
 

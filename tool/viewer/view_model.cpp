@@ -68,7 +68,7 @@ void ViewModel::set_input_space(const std::string& name) {
 }
 
 void ViewModel::set_cdl(const std::string& name) {
-    if (!name.empty() && !holds(host.get_cdls(), name))
+    if (!holds(host.get_cdls(), name))
         throw CommandError(fmt::format("no CDL '{}'{}", name, did_you_mean(name, host.get_cdls())));
     cdl = name;
 }
@@ -124,7 +124,7 @@ void ViewModel::use_existing_names() {
         take_space_of_file();
     }
     if (!holds(host.get_cdls(), cdl))
-        cdl.clear();
+        cdl = host.get_default_cdl();
     for (std::string& view : views)
         if (!holds(host.get_views(), view))
             view = host.get_default_view();

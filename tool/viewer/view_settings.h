@@ -7,7 +7,7 @@ namespace tool {
 /// What the colours on the screen depend on, by the names that the module publishes.
 struct ColorSettings {
     std::string input_space; ///< Label of "color_space" that the picture is in.
-    std::string cdl;         ///< Name of "color_decision_list"; empty for none.
+    std::string cdl;         ///< Name of "color_decision_list".
     std::string view;        ///< Label of "view_transform"; empty shows the values as they are.
     float exposure = 0;      ///< Stops.
 

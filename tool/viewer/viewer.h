@@ -38,7 +38,7 @@ public:
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
-    const ViewRenderer& get_renderer() const { return *renderer; }
+    ViewRenderer& get_renderer() { return *renderer; }
 
 private:
     struct Position {

@@ -1,0 +1,90 @@
+#include "tool/viewer/script.h"
+
+#include <sstream>
+
+#include "tests/viewer/viewer_fixture.h"
+#include "tool/exit_code.h"
+#include "tool/viewer/viewer.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class ScriptOfAViewer : public ViewerTest {
+protected:
+    ScriptOfAViewer() {
+        write_ramps(picture, 16, 16);
+        host = std::make_unique<tool::ColorHost>(tool::SessionOptions{}, console);
+        model = std::make_unique<tool::ViewModel>(*host);
+        model->open(picture);
+        viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({64, 64}), false);
+    }
+
+    bool run(const std::string& text) {
+        std::istringstream stream(text);
+        return tool::Script(stream, "tour").run(*viewer, console);
+    }
+    std::string failure_of(const std::string& text) {
+        try {
+            run(text);
+        } catch (const tool::CommandError& error) {
+            return error.what();
+        }
+        return "no failure";
+    }
+
+    std::string picture = folder.file("picture.exr");
+    std::unique_ptr<tool::ColorHost> host;
+    std::unique_ptr<tool::ViewModel> model;
+    std::unique_ptr<tool::Viewer> viewer;
+};
+
+TEST_F(ScriptOfAViewer, SetsWhatItsLinesSay) {
+    EXPECT_FALSE(run("# a comment\n\n  space   Tavelion|Cineon \nexposure -1.5\nview Tavelion.linear\n"
+                     "second-view Tavelion.Cineon\nwipe 0.25\nzoom 2\n"));
+    const tool::ColorSettings settings = model->get_settings(tool::ViewModel::FIRST);
+    EXPECT_EQ(settings.input_space, "Tavelion|Cineon");
+    EXPECT_EQ(settings.exposure, -1.5f);
+    EXPECT_EQ(settings.view, "Tavelion.linear");
+    EXPECT_EQ(model->get_settings(tool::ViewModel::SECOND).view, "Tavelion.Cineon");
+    EXPECT_EQ(model->get_layout(), tool::Layout::WIPE);
+    EXPECT_EQ(model->get_wipe(), 0.25);
+    EXPECT_EQ(model->get_camera().get_placement().zoom, 2);
+}
+
+TEST_F(ScriptOfAViewer, EndsTheViewerWithQuit) {
+    EXPECT_TRUE(run("exposure 1\nquit\nexposure 2\n"));
+    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).exposure, 1);
+}
+
+TEST_F(ScriptOfAViewer, PrintsWhatIsShown) {
+    run("print\ncompare\n");
+    EXPECT_THAT(out.str(), AllOf(HasSubstr("space: Tavelion|linear (files of the extension exr)\n"),
+                                 HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
+}
+
+TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {
+    EXPECT_THAT(failure_of("exposure 1\n\nview Tavelion.sRGV\n"),
+                AllOf(HasSubstr("tour:3: "), HasSubstr("did you mean 'Tavelion.sRGB'")));
+    EXPECT_THAT(failure_of("exposure bright"), HasSubstr("tour:1: 'bright' is no number"));
+    EXPECT_THAT(failure_of("layout three"), HasSubstr("tour:1: no layout 'three'"));
+    EXPECT_THAT(failure_of("panels maybe"), HasSubstr("tour:1: "));
+    EXPECT_THAT(failure_of("screenshot /no/such/folder/a.png"), HasSubstr("tour:1: "));
+    EXPECT_THAT(failure_of("pan 3"), HasSubstr("tour:1: "));
+}
+
+TEST_F(ScriptOfAViewer, IsRefusedAsAWholeForAnUnknownCommand) {
+    EXPECT_THAT(failure_of("exposure 3\nexposrue 4\n"),
+                AllOf(HasSubstr("tour:2: no command 'exposrue'"), HasSubstr("did you mean 'exposure'")));
+    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).exposure, 0) << "nothing was run";
+}
+
+TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {
+    EXPECT_THAT(failure_of("await-change 0"), HasSubstr("no file changed"));
+    write_ramps(picture, 8, 8);
+    run("await-change 10\n");
+    EXPECT_EQ(model->get_picture()->width, 8);
+}
+
+} // namespace

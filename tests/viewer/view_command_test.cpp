@@ -1,0 +1,91 @@
+#include "tests/viewer/viewer_fixture.h"
+#include "tool/exit_code.h"
+#include "tool/program.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class CommandView : public ViewerTest {
+protected:
+    CommandView() { write_ramps(picture, 32, 16); }
+
+    int run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "view");
+        return tool::run(arguments, out, err);
+    }
+
+    std::string picture = folder.file("picture.exr");
+    std::string screenshot = folder.file("screenshot.png");
+};
+
+TEST_F(CommandView, WritesAScreenshotWithoutAWindow) {
+    EnvGuard no_display("DISPLAY");
+    EnvGuard no_wayland("WAYLAND_DISPLAY");
+    ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--screenshot", screenshot}), 0)
+        << err.str();
+    const ShownPicture shown = read_shown(screenshot);
+    ASSERT_EQ(shown.width, 32);
+    ASSERT_EQ(shown.height, 16);
+    for (int x : {0, 7, 31})
+        for (int y : {0, 9, 15}) {
+            const float right = 1.5f * static_cast<float>(x) / 31, down = 1.5f * static_cast<float>(y) / 15;
+            const float color[] = {right, down, 0.25f * (right + down)};
+            const Rgb expected = to_screen(color);
+            for (size_t i = 0; i < 3; ++i)
+                EXPECT_NEAR(shown.at(x, y)[i], expected[i], 1) << x << ", " << y;
+        }
+    EXPECT_THAT(err.str(), HasSubstr("Tavelion|linear (files of the extension exr)"));
+}
+
+TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {
+    write_lut(folder, 0.5);
+    const std::string config = write_config(folder);
+    ASSERT_EQ(run({picture, "--config", config, "--space", "lin", "--view", "Screen.Shown", "--exposure",
+                   "-1", "--size", "32x16", "--screenshot", screenshot}),
+              0)
+        << err.str();
+    EXPECT_NEAR(read_shown(screenshot).at(31, 0)[0], 255 * 1.5 * 0.5 * 0.5, 1);
+}
+
+TEST_F(CommandView, FailsWithOneForWhatIsNotThere) {
+    EXPECT_EQ(run({folder.file("none.exr"), "--screenshot", screenshot}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("none.exr"));
+    EXPECT_EQ(run({picture, "--view", "Tavelion.sRGV", "--screenshot", screenshot}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("did you mean 'Tavelion.sRGB'"));
+    EXPECT_EQ(run({picture, "--config", folder.file("none.ocio"), "--screenshot", screenshot}), 1);
+    EXPECT_EQ(run({picture, "--script", folder.file("none.txt"), "--no-window"}), 1);
+    EXPECT_EQ(run({picture, "--screenshot", folder.file("screenshot.unknown")}), 1);
+    EXPECT_FALSE(folder.exists("screenshot.png"));
+}
+
+TEST_F(CommandView, FailsWithOneAndSaysWhyWhenTheViewCannotBeMade) {
+    const std::string config = write_config(folder); // Its LUT is missing.
+    EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Shown", "--screenshot", screenshot}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("shown.spi1d"));
+}
+
+TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
+    EXPECT_EQ(run({}), 2);
+    EXPECT_EQ(run({picture, "--size", "big", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--size", "0x10", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--no-window"}), 2);
+    EXPECT_EQ(run({picture, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);
+}
+
+TEST_F(CommandView, SaysWhatToDoWhereNoWindowCanBeOpened) {
+    EnvGuard no_display("DISPLAY");
+    EnvGuard no_wayland("WAYLAND_DISPLAY");
+    EXPECT_EQ(run({picture}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("--screenshot"));
+}
+
+TEST_F(CommandView, RunsAScriptWithoutAWindow) {
+    const std::string script =
+        folder.write("tour.txt", "view Tavelion.linear\nprint\nscreenshot " + screenshot + "\nquit\n");
+    EXPECT_EQ(run({picture, "--script", script, "--no-window"}), 0) << err.str();
+    EXPECT_THAT(out.str(), HasSubstr("view: Tavelion.linear"));
+    EXPECT_TRUE(folder.exists("screenshot.png"));
+}
+
+} // namespace

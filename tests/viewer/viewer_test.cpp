@@ -1,0 +1,218 @@
+#include "tool/viewer/viewer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "colorio/color_io_converter.h"
+#include "tests/viewer/viewer_fixture.h"
+#include "tool/viewer/color_chain.h"
+
+namespace {
+
+using tool::Layout;
+using tool::ViewModel;
+
+constexpr int WIDTH = 64;
+constexpr int HEIGHT = 48;
+/// Steps of 255: the rounding of an 8-bit screen, and the error of a 32-entry table.
+constexpr int SCREEN_TOLERANCE = 3;
+
+/// A viewer without a window, exactly as large as its picture, on the built-in configuration.
+class ViewerWithoutAWindow : public ViewerTest {
+protected:
+    ViewerWithoutAWindow() {
+        write_ramps(picture, WIDTH, HEIGHT);
+        host = std::make_unique<tool::ColorHost>(tool::SessionOptions{}, console);
+        model = std::make_unique<ViewModel>(*host);
+        model->open(picture);
+        viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({WIDTH, HEIGHT}), false);
+    }
+
+    ShownPicture take_screenshot() {
+        const std::string path = folder.file("screenshot.png");
+        viewer->save_screenshot(path);
+        const ShownPicture shown = read_shown(path);
+        EXPECT_EQ(shown.width, WIDTH);
+        EXPECT_EQ(shown.height, HEIGHT);
+        return shown;
+    }
+
+    /// What the CPU has for a pixel of the picture, by a converter of the test's own.
+    static Rgb convert(const tool::Picture& picture, int x, int y, const char* view, float gain = 1) {
+        ColorIOConverter converter;
+        EXPECT_TRUE(converter.configure_for_display("linear", view));
+        const float* before = picture.at(x, y);
+        GMathVec4<float> pixel(before[0] * gain, before[1] * gain, before[2] * gain, before[3]);
+        EXPECT_TRUE(converter.convert_pixel(pixel));
+        const float after[] = {pixel[0], pixel[1], pixel[2]};
+        return to_screen(after);
+    }
+
+    void expect_shown(const ShownPicture& shown, int x, int y, const Rgb& expected) {
+        const Rgb color = shown.at(x, y);
+        for (size_t i = 0; i < 3; ++i)
+            EXPECT_NEAR(color[i], expected[i], SCREEN_TOLERANCE)
+                << "channel " << i << " at " << x << ", " << y;
+    }
+    void expect_shown_through(const ShownPicture& shown, const char* view, float gain = 1) {
+        for (int y = 0; y < HEIGHT; ++y)
+            for (int x = 0; x < WIDTH; ++x)
+                expect_shown(shown, x, y, convert(*model->get_picture(), x, y, view, gain));
+    }
+
+    std::string picture = folder.file("ramps.exr");
+    std::unique_ptr<tool::ColorHost> host;
+    std::unique_ptr<ViewModel> model;
+    std::unique_ptr<tool::Viewer> viewer;
+};
+
+TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughTheDefaultView) {
+    EXPECT_EQ(model->get_settings(ViewModel::FIRST).view, "Tavelion.sRGB");
+    expect_shown_through(take_screenshot(), "Tavelion.sRGB");
+}
+
+TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughAnotherViewWhenToldTo) {
+    take_screenshot();
+    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    expect_shown_through(take_screenshot(), "Tavelion.linear");
+    model->set_view(ViewModel::FIRST, "Tavelion.Cineon");
+    expect_shown_through(take_screenshot(), "Tavelion.Cineon");
+}
+
+TEST_F(ViewerWithoutAWindow, Exposes) {
+    model->set_exposure(-1.5f);
+    expect_shown_through(take_screenshot(), "Tavelion.sRGB", std::exp2(-1.5f));
+}
+
+TEST_F(ViewerWithoutAWindow, WipesBetweenTwoViews) {
+    model->set_view(ViewModel::SECOND, "Tavelion.linear");
+    model->set_layout(Layout::WIPE);
+    model->set_wipe(0.25);
+    const ShownPicture shown = take_screenshot();
+    for (int x : {0, 10, WIDTH / 4 - 2})
+        expect_shown(shown, x, 20, convert(*model->get_picture(), x, 20, "Tavelion.sRGB"));
+    for (int x : {WIDTH / 4 + 2, WIDTH / 2, WIDTH - 1})
+        expect_shown(shown, x, 20, convert(*model->get_picture(), x, 20, "Tavelion.linear"));
+}
+
+TEST_F(ViewerWithoutAWindow, ShowsTwoViewsSideBySide) {
+    model->set_view(ViewModel::SECOND, "Tavelion.linear");
+    model->set_layout(Layout::SIDE_BY_SIDE);
+    model->get_camera().look_at(WIDTH / 2, HEIGHT, WIDTH, HEIGHT);
+    model->get_camera().set_zoom(1);
+    const ShownPicture shown = take_screenshot();
+    // Each half shows the middle of the picture.
+    for (int x : {2, 15, WIDTH / 2 - 3}) {
+        const int in_picture = x + WIDTH / 4;
+        expect_shown(shown, x, 30, convert(*model->get_picture(), in_picture, 30, "Tavelion.sRGB"));
+        expect_shown(shown, x + WIDTH / 2, 30,
+                     convert(*model->get_picture(), in_picture, 30, "Tavelion.linear"));
+    }
+}
+
+TEST_F(ViewerWithoutAWindow, ZoomsAndPansByWholePixels) {
+    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    take_screenshot();
+    model->get_camera().set_zoom(4);
+    model->get_camera().pan(8, -4);
+    const ShownPicture shown = take_screenshot();
+    // The middle of the picture, two pixels to the left and one down, lies in the middle of the screen.
+    for (int i : {0, 1, 5})
+        expect_shown(shown, WIDTH / 2 + 4 * i + 1, HEIGHT / 2 + 2,
+                     convert(*model->get_picture(), WIDTH / 2 - 2 + i, HEIGHT / 2 + 1, "Tavelion.linear"));
+    model->get_camera().set_zoom(0.5);
+    EXPECT_EQ(take_screenshot().at(0, 0), (Rgb{13, 13, 13})) << "nothing lies beside the picture";
+}
+
+TEST_F(ViewerWithoutAWindow, MakesShadersOnlyForOtherConversions) {
+    const tool::PicturePainter& painter = viewer->get_renderer().get_painter();
+    take_screenshot();
+    EXPECT_EQ(painter.count_shaders(), 1u);
+    EXPECT_EQ(painter.count_uploads(), 1u);
+    model->get_camera().set_zoom(3);
+    take_screenshot();
+    EXPECT_EQ(painter.count_shaders(), 1u);
+    model->set_exposure(1);
+    take_screenshot();
+    EXPECT_EQ(painter.count_shaders(), 2u);
+    for (float exposure : {0.5f, 2.0f, -3.0f}) {
+        model->set_exposure(exposure);
+        take_screenshot();
+    }
+    EXPECT_EQ(painter.count_shaders(), 2u);
+    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    take_screenshot();
+    EXPECT_EQ(painter.count_shaders(), 3u);
+    EXPECT_EQ(painter.count_uploads(), 1u);
+}
+
+TEST_F(ViewerWithoutAWindow, ReadsAPixelBeforeAndAfter) {
+    take_screenshot();
+    tool::ViewRenderer& renderer = viewer->get_renderer();
+    const std::optional<tool::PixelReadout> readout = renderer.read_pixel(*model, 10.5, 20.5);
+    ASSERT_TRUE(readout);
+    EXPECT_EQ(readout->x, 10);
+    EXPECT_EQ(readout->y, 20);
+    GMathVec4<float> pixel(1.5f * 10 / (WIDTH - 1), 1.5f * 20 / (HEIGHT - 1), 0, 1);
+    EXPECT_FLOAT_EQ(readout->before[0], pixel[0]);
+    EXPECT_FLOAT_EQ(readout->before[1], pixel[1]);
+    ColorIOConverter converter;
+    ASSERT_TRUE(converter.configure_for_display("linear", "Tavelion.sRGB"));
+    ASSERT_TRUE(converter.convert_pixel(pixel));
+    for (int i : {0, 1}) {
+        EXPECT_NEAR(readout->cpu[i], pixel[static_cast<unsigned int>(i)], 1e-5);
+        EXPECT_NEAR(readout->gpu[i], pixel[static_cast<unsigned int>(i)], 0.01);
+    }
+    EXPECT_FALSE(renderer.read_pixel(*model, -1, 10));
+    EXPECT_FALSE(renderer.read_pixel(*model, WIDTH + 1, 10));
+}
+
+TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
+    model->set_layout(Layout::DIFFERENCE);
+    const tool::Difference* difference = viewer->compare();
+    ASSERT_TRUE(difference);
+    EXPECT_GT(difference->largest, 1e-5) << "a table of 32 entries is not exact";
+    EXPECT_LT(difference->largest, 0.05);
+    EXPECT_LT(difference->mean, difference->largest);
+    EXPECT_EQ(difference->incomparable, 0u);
+    // The pixel named is the one that is off so much.
+    tool::ViewRenderer& renderer = viewer->get_renderer();
+    const auto readout = renderer.read_pixel(*model, difference->x + 0.5, difference->y + 0.5);
+    ASSERT_TRUE(readout);
+    float off = 0;
+    for (int i = 0; i < 3; ++i)
+        off = std::max(off, std::abs(readout->gpu[i] - readout->cpu[i]));
+    EXPECT_NEAR(off, difference->largest, 1e-7);
+
+    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    difference = viewer->compare();
+    ASSERT_TRUE(difference);
+    EXPECT_EQ(difference->largest, 0) << "no conversion, no difference";
+}
+
+TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
+    model->set_layout(Layout::DIFFERENCE);
+    const tool::Difference* difference = viewer->compare();
+    ASSERT_TRUE(difference);
+    const int x = difference->x, y = difference->y;
+    model->set_difference_scale(static_cast<float>(0.5 / difference->largest));
+    const Rgb shown = take_screenshot().at(x, y);
+    EXPECT_NEAR(*std::max_element(shown.begin(), shown.end()), 128, 1);
+}
+
+TEST_F(ViewerWithoutAWindow, DrawsItsPanelsBesideThePicture) {
+    viewer = nullptr;
+    viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({340 + WIDTH, 400}), true);
+    viewer->save_screenshot(folder.file("panels.png"));
+    const ShownPicture shown = read_shown(folder.file("panels.png"));
+    int bright = 0;
+    for (int y = 0; y < 400; ++y)
+        for (int x = 0; x < 340; ++x)
+            bright += shown.at(x, y)[1] > 200;
+    EXPECT_GT(bright, 1000) << "there is text";
+    const int top = (400 - HEIGHT) / 2;
+    for (int x : {0, 20, WIDTH - 1})
+        expect_shown(shown, 340 + x, top + 11, convert(*model->get_picture(), x, 11, "Tavelion.sRGB"));
+}
+
+} // namespace
