@@ -67,17 +67,33 @@ PaddedCurve padded(const float* entries, std::size_t length, std::size_t before)
     return curve;
 }
 
+Stage compile_inverse(const Lut1D& op) {
+    InverseTableStage stage{};
+    stage.reciprocal = 1.0f / static_cast<float>(op.length - 1);
+    prepare_curves(op, stage, [&](const float* own) {
+        return make_inverse_curve(own, op.length, own[0] < own[op.length - 1]);
+    });
+    return stage;
+}
+
+/// Infinity and NaN, the last 1024 entries of each half, have no part in the inverse.
+Stage compile_inverse_half(const Lut1D& op) {
+    constexpr std::size_t FINITE = 0x7C00, NEGATIVE = 0x8000;
+    InverseHalfStage stage{};
+    prepare_curves(op, stage, [](const float* own) {
+        const bool rising = own[0] < own[FINITE - 1];
+        return InverseHalfCurve{make_inverse_curve(own, FINITE, rising),
+                                make_inverse_curve(own + NEGATIVE, FINITE, !rising), own[0], rising};
+    });
+    return stage;
+}
+
 } // namespace
 
 Stage compile_table(const Lut1D& op) {
     check_table(op);
     if (op.direction == Direction::Inverse) {
-        if (op.domain == InputDomain::Half) {
-            throw std::invalid_argument("1D table: the inverse over the half domain is not carried out");
-        }
-        InverseTableStage stage{};
-        prepare_curves(op, stage, [&](const float* own) { return make_inverse_curve(own, op.length); });
-        return stage;
+        return op.domain == InputDomain::Half ? compile_inverse_half(op) : compile_inverse(op);
     }
     if (op.domain == InputDomain::Half) {
         HalfTableStage stage{};

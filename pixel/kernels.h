@@ -20,6 +20,7 @@ void run_exp(const ExpStage& stage, Block& block);
 void run_table(const TableStage& stage, Block& block);
 void run_half_table(const HalfTableStage& stage, Block& block);
 void run_inverse_table(const InverseTableStage& stage, Block& block);
+void run_inverse_half(const InverseHalfStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
 
 /// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels

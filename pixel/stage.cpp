@@ -22,6 +22,7 @@ struct Runner {
     void operator()(const TableStage& s) { run_table(s, block); }
     void operator()(const HalfTableStage& s) { run_half_table(s, block); }
     void operator()(const InverseTableStage& s) { run_inverse_table(s, block); }
+    void operator()(const InverseHalfStage& s) { run_inverse_half(s, block); }
     void operator()(const CubeStage& s) { run_cube(s, block); }
 };
 

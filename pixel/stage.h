@@ -105,7 +105,7 @@ struct Knot {
 };
 
 /// The inverse of one monotonic curve. `sorted` holds the entries `first` to `first + sorted.size() - 1`,
-/// ascending (negated when the curve falls). Value v belongs to the knot bucket (bits(v + bias) - base) >>
+/// ascending (negated when the curve falls). Value v belongs to the knot of bucket (bits(v + bias) - base) >>
 /// shift.
 struct InverseCurve {
     std::vector<float> sorted;
@@ -115,11 +115,25 @@ struct InverseCurve {
     std::uint32_t base;
     int shift;
     std::size_t first;
-    float reciprocal; ///< 1 / index of the table's last entry
 };
 
 struct InverseTableStage {
+    float reciprocal; ///< 1 / index of the last entry
     std::array<InverseCurve, 3> curve;
+    std::array<int, 3> curve_of;
+};
+
+/// The inverse of a curve over the 16-bit floats: one curve for the entries of positive and one for those of
+/// negative numbers, positions in which are the bits of the magnitude. Values from `middle` on belong to the
+/// positive numbers when `rising`, values below it otherwise.
+struct InverseHalfCurve {
+    InverseCurve positive, negative;
+    float middle;
+    bool rising;
+};
+
+struct InverseHalfStage {
+    std::array<InverseHalfCurve, 3> curve;
     std::array<int, 3> curve_of;
 };
 
@@ -130,8 +144,9 @@ struct CubeStage {
     std::vector<float> rgbx;
 };
 
-using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
-                           ExpStage, TableStage, HalfTableStage, InverseTableStage, CubeStage>;
+using Stage =
+    std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage, ExpStage,
+                 TableStage, HalfTableStage, InverseTableStage, InverseHalfStage, CubeStage>;
 
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);

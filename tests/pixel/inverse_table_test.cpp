@@ -147,6 +147,47 @@ TEST_P(InverseTables, LargestFloatsAreNoObstacle) {
     EXPECT_EQ(inverse(3.4028235e38f), 1.0f);
 }
 
+/// Numbers of the 16-bit floats by their bits; NaN and infinity stand in for themselves as 0.
+Lut1D inverse_over_halves(const std::function<double(double)>& f) {
+    std::vector<float> values(65536);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double sign = i & 0x8000 ? -1 : 1;
+        const int exponent = static_cast<int>((i >> 10) & 31);
+        const auto mantissa = static_cast<double>(i & 1023);
+        const double number = exponent == 0    ? std::ldexp(mantissa, -24)
+                              : exponent == 31 ? 0
+                                               : std::ldexp(1024 + mantissa, exponent - 25);
+        values[i] = static_cast<float>(f(sign * number));
+    }
+    return {InputDomain::Half, values.size(), 1,
+            std::make_shared<const std::vector<float>>(std::move(values)), Direction::Inverse};
+}
+
+TEST_P(InverseTables, CurvesOverTheHalfFloatsAreInvertedOnBothSidesOfZero) {
+    const Single cube_root(inverse_over_halves([](double x) { return x * x * x; }));
+    for (const float x : {0x1p-12f, 0.0009765625f, 0.1875f, 1.0f, 7.25f, 36.0f}) {
+        EXPECT_NEAR(cube_root(x * x * x), x, 1e-6 * static_cast<double>(x)) << x;
+        EXPECT_NEAR(cube_root(-x * x * x), -x, 1e-6 * static_cast<double>(x)) << x;
+    }
+    EXPECT_EQ(cube_root(3e38f), 65504.0f);
+    EXPECT_EQ(cube_root(-INF), -65504.0f);
+    EXPECT_TRUE(std::isnan(cube_root(std::nanf(""))));
+}
+
+TEST_P(InverseTables, CurvesOverTheHalfFloatsMayFall) {
+    const Single inverse(inverse_over_halves([](double x) { return 1 - 2 * x; }));
+    EXPECT_EQ(inverse(0.5f), 0.25f);
+    EXPECT_EQ(inverse(2.0f), -0.5f);
+    EXPECT_EQ(inverse(-131007.0f), 65504.0f);
+}
+
+TEST_P(InverseTables, FlatNegativesOfACurveOverTheHalfFloatsGiveZero) {
+    const Single square(inverse_over_halves([](double x) { return x > 0 ? std::sqrt(x) : 0.0; }));
+    EXPECT_EQ(square(-1.0f), 0.0f);
+    EXPECT_EQ(square(0.0f), 0.0f);
+    EXPECT_NEAR(square(0.5f), 0.25f, 1e-7);
+}
+
 TEST(InverseTableErrors, NanAndInfinityHaveNoInverse) {
     EXPECT_THROW(Program({inverse_of({0.0f, std::nanf(""), 1.0f})}), std::invalid_argument);
     EXPECT_THROW(Program({inverse_of({0.0f, INF})}), std::invalid_argument);

@@ -42,6 +42,7 @@ std::vector<Op> all_operations() {
         Lut1D{InputDomain::Half, 65536, 1, random_entries(65536), Direction::Forward},
         Lut1D{InputDomain::Unit, 1000, 1, power_entries(1000), Direction::Inverse},
         Lut1D{InputDomain::Unit, 100, 3, random_entries(300), Direction::Inverse},
+        Lut1D{InputDomain::Half, 65536, 1, power_entries(65536), Direction::Inverse},
     };
     for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
         for (const auto style : {Negatives::Clamp, Negatives::Mirror, Negatives::PassThrough}) {

@@ -139,14 +139,44 @@ pixel::Op translate_op(const library::LogCameraTransform& t) {
     return op;
 }
 
+/// Entries for the infinities and NaN of the half domain have no part in an inverse.
+bool takes_part_in_inverse(const pixel::Lut1D& table, std::size_t entry) {
+    return table.domain == pixel::InputDomain::Unit || (entry & 0x7FFF) < 0x7C00;
+}
+
+bool has_finite_inverse(const pixel::Lut1D& table) {
+    for (std::size_t i = 0; i < table.values->size(); ++i)
+        if (takes_part_in_inverse(table, i % table.length) && !std::isfinite((*table.values)[i]))
+            return false;
+    return true;
+}
+
+/// The library looks for the values of all channels on the side of the 16-bit floats where red's lie, so
+/// curves that run in different directions are inverted there in its own way.
+bool runs_as_red(const pixel::Lut1D& table, std::size_t channel) {
+    constexpr std::size_t LAST_FINITE = 0x7BFF;
+    const auto rises = [&](std::size_t c) {
+        const float* curve = table.values->data() + c * table.length;
+        return curve[0] < curve[LAST_FINITE];
+    };
+    return rises(channel) == rises(0);
+}
+
+void check_inverse(const pixel::Lut1D& table) {
+    if (!has_finite_inverse(table))
+        throw NotKnown{"the inverse of a 1D table with NaN or infinity is not known here"};
+    if (table.domain == pixel::InputDomain::Half && table.channels == 3 &&
+        !(runs_as_red(table, 1) && runs_as_red(table, 2)))
+        throw NotKnown{
+            "the inverse of 1D curves over the 16-bit floats in different directions is not known here"};
+}
+
 pixel::Op translate_op(const library::Lut1DTransform& t) {
     if (t.getHueAdjust() != library::HUE_NONE)
         throw NotKnown{"a 1D table that restores the hue is not known here"};
     const pixel::Lut1D op = read_table(t, direction_of(t));
-    const auto finite = [](float v) { return std::isfinite(v); };
-    if (op.direction == pixel::Direction::Inverse &&
-        !std::all_of(op.values->begin(), op.values->end(), finite))
-        throw NotKnown{"the inverse of a 1D table with NaN or infinity is not known here"};
+    if (op.direction == pixel::Direction::Inverse)
+        check_inverse(op);
     return op;
 }
 

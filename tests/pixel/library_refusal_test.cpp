@@ -1,0 +1,77 @@
+#include <cmath>
+#include <string>
+
+#include "colorio/ocio/v2/pixel_bridge.h"
+#include "library_agreement.h"
+#include "tests/support/env_guard.h"
+
+using namespace pixel_test;
+
+namespace {
+
+std::string why_not(const library::ConstTransformRcPtr& transform) {
+    std::string words;
+    EXPECT_FALSE(ocio::translate(processor_of(transform), &words).has_value());
+    return words;
+}
+
+TEST(LibraryRefusal, OperationsWithoutACounterpartAreNamed) {
+    EXPECT_EQ(why_not(library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_ACES_RED_MOD_10)),
+              "FixedFunction ACES_RedMod10 is not known here");
+    const auto exposure = library::ExposureContrastTransform::Create();
+    exposure->setExposure(1);
+    EXPECT_EQ(why_not(exposure), "ExposureContrast is not known here");
+}
+
+TEST(LibraryRefusal, OneUnknownOperationIsEnough) {
+    const auto group = library::GroupTransform::Create();
+    const auto log = library::LogTransform::Create();
+    group->appendTransform(log);
+    group->appendTransform(library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_RGB_TO_HSV));
+    EXPECT_EQ(why_not(group), "FixedFunction RGB_TO_HSV is not known here");
+}
+
+TEST(LibraryRefusal, InverseCubesAreNotTaken) {
+    const auto cube = library::Lut3DTransform::Create(3);
+    cube->setValue(1, 1, 1, 0.4f, 0.5f, 0.6f);
+    cube->setDirection(library::TRANSFORM_DIR_INVERSE);
+    EXPECT_EQ(why_not(cube), "the inverse of a 3D table is not known here");
+}
+
+TEST(LibraryRefusal, TablesThatRestoreTheHueAreNotTaken) {
+    const auto table = library::Lut1DTransform::Create(3, false);
+    table->setValue(1, 0.25f, 0.25f, 0.25f);
+    table->setHueAdjust(library::HUE_DW3);
+    EXPECT_EQ(why_not(table), "a 1D table that restores the hue is not known here");
+}
+
+TEST(LibraryRefusal, InversesOfTablesWithInfinityAreNotTaken) {
+    const auto table = library::Lut1DTransform::Create(3, false);
+    table->setValue(2, 1.0f, INFINITY, 1.0f);
+    table->setDirection(library::TRANSFORM_DIR_INVERSE);
+    EXPECT_EQ(why_not(table), "the inverse of a 1D table with NaN or infinity is not known here");
+}
+
+TEST(LibraryRefusal, InverseHalfCurvesInDifferentDirectionsAreNotTaken) {
+    const auto table = library::Lut1DTransform::Create(65536, true);
+    for (unsigned long i = 0; i < 65536; ++i) {
+        float r = 0, g = 0, b = 0;
+        table->getValue(i, r, g, b);
+        table->setValue(i, r, g, -b);
+    }
+    table->setDirection(library::TRANSFORM_DIR_INVERSE);
+    EXPECT_EQ(why_not(table),
+              "the inverse of 1D curves over the 16-bit floats in different directions is not known here");
+}
+
+TEST(LibraryRefusal, ReasonsMayBeLeftOut) {
+    const auto function = library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_RGB_TO_HSV);
+    EXPECT_FALSE(ocio::translate(processor_of(function), nullptr).has_value());
+}
+
+TEST(LibraryRefusal, FlagsFromTheEnvironmentKeepTheLibraryInCharge) {
+    const EnvGuard flags("OCIO_OPTIMIZATION_FLAGS", "0");
+    EXPECT_EQ(why_not(library::LogTransform::Create()), "OCIO_OPTIMIZATION_FLAGS is set");
+}
+
+} // namespace
