@@ -11,6 +11,7 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_manager.h"
+#include "tool/cdl/grade.h"
 #include "tool/color_session.h"
 #include "tool/exit_code.h"
 #include "tool/failure_reason.h"
@@ -39,19 +40,21 @@ ColorConversion::ColorConversion(ColorSession& session, const ConversionRequest&
     : converter(std::make_unique<ColorIOConverter>()) {
     const std::string config_name = session.get_source().get_name();
     source = resolve_color_space(request.from, config_name);
+    if (!request.cdl.empty())
+        grade = std::make_unique<Grade>(session, source, request.cdl, request.undoes_cdl);
+    const std::string start = grade ? grade->get_working_space() : source;
     session.take_messages();
 
     bool configured;
     if (request.view.empty()) {
         target = target_space = resolve_color_space(request.to, config_name);
-        identity = source == target;
-        configured = identity || converter->configure(source.c_str(), target.c_str());
+        identity = start == target;
+        configured = identity || converter->configure(start.c_str(), target.c_str());
     } else {
         const PublishedView view = resolve_view(request.display, request.view, config_name);
         target = view.label;
         target_space = view.color_space;
-        configured =
-            converter->configure_for_display(source.c_str(), view.display.c_str(), view.view.c_str());
+        configured = converter->configure_for_display(start.c_str(), view.display.c_str(), view.view.c_str());
     }
     if (!configured)
         throw CommandError(fmt::format("cannot convert from '{}' to '{}' with {}: {}", source, target,
@@ -59,6 +62,10 @@ ColorConversion::ColorConversion(ColorSession& session, const ConversionRequest&
 }
 
 ColorConversion::~ColorConversion() = default;
+
+std::string ColorConversion::get_working_space() const {
+    return grade ? grade->get_working_space() : "";
+}
 
 std::string ColorConversion::get_target_tag() const {
     const std::string name = remove_family(target_space);
@@ -84,6 +91,8 @@ bool ColorConversion::keeps_neutrals() const {
 }
 
 void ColorConversion::apply(float* rgba, unsigned int width, unsigned int height) const {
+    if (grade)
+        grade->apply(rgba, width, height);
     if (!identity)
         converter->convert_buffer(rgba, width, height, 4);
 }

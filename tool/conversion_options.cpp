@@ -11,6 +11,14 @@ void add_conversion_options(CLI::App& options, ConversionRequest& request, const
     options.add_option("--view", request.view, "View of that display, or both as DISPLAY.VIEW");
 }
 
+void add_grade_options(CLI::App& options, ConversionRequest& request) {
+    auto* cdl =
+        options.add_option("--cdl", request.cdl,
+                           "Correction to apply in scene-linear on the way: FILE or FILE:ID of a .cc, "
+                           ".ccc or .cdl file");
+    options.add_flag("--inverse-cdl", request.undoes_cdl, "Undo that correction instead")->needs(cdl);
+}
+
 void check_conversion_request(const ConversionRequest& request) {
     if (request.to.empty() && request.view.empty())
         throw UsageError(request.display.empty() ? "say what to convert to, with --to or --view"

@@ -11,6 +11,9 @@ namespace tool {
 /// Adds --from, --to, --display and --view.
 void add_conversion_options(CLI::App& options, ConversionRequest& request, const std::string& from_help);
 
+/// Adds --cdl and --inverse-cdl.
+void add_grade_options(CLI::App& options, ConversionRequest& request);
+
 /// Throws UsageError unless the request names one destination.
 void check_conversion_request(const ConversionRequest& request);
 

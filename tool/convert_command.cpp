@@ -7,11 +7,10 @@
 #include <OpenImageIO/imageio.h>
 #include <fmt/format.h>
 
-#include "colorio/color_io.h"
-#include "host/sys/sys_filesystem.h"
 #include "tool/color_conversion.h"
 #include "tool/color_session.h"
 #include "tool/console.h"
+#include "tool/conversion_decision.h"
 #include "tool/conversion_options.h"
 #include "tool/frame_pattern.h"
 #include "tool/frame_range.h"
@@ -24,6 +23,7 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Tavelion.sRGB
   colorio convert texture.png texture.exr --from sRGB --to linear -d half
   colorio convert shot.####.exr graded.####.exr --frames 1-100 --from ACEScg --to ACEScct --config aces.ocio
+  colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
 
 The output may be the input: a picture is replaced whole or not at all.)";
@@ -55,6 +55,7 @@ private:
 
     SessionOptions session_options;
     ConversionRequest request;
+    std::string source_reason; ///< Empty when the user named the source.
     std::string input;
     std::string output;
     std::string frames;
@@ -62,6 +63,7 @@ private:
     int threads = 0;
     bool divides_by_alpha = false;
     bool leaves_alpha = false;
+    bool explains = false;
 };
 
 ConvertCommand::ConvertCommand(CLI::App& program)
@@ -72,6 +74,8 @@ ConvertCommand::ConvertCommand(CLI::App& program)
     options->add_option("output", output, "Picture to write; the extension tells the format")->required();
     add_conversion_options(*options, request,
                            "Colour space of the input; without it the one associated with the extension");
+    add_grade_options(*options, request);
+    options->add_flag("--why", explains, "Print how the source and the destination were found");
     options->add_option("--frames", frames, "Frames of a sequence: 1-100, 1-100x2, or a list with commas");
     options
         ->add_option(
@@ -97,6 +101,8 @@ ExitCode ConvertCommand::run(Console& console) {
     ColorSession session(session_options, console);
     settle_source(session, console);
     const ColorConversion conversion(session, request);
+    if (explains)
+        print_decision(session, request, conversion, source_reason, console);
     if (conversion.is_identity())
         console.note(fmt::format("{} is both source and destination: colours stay as they are",
                                  conversion.get_source()));
@@ -138,16 +144,12 @@ std::vector<PictureJob> ConvertCommand::make_jobs() const {
 void ConvertCommand::settle_source(const ColorSession& session, Console& console) {
     if (!request.from.empty())
         return;
-    const CoreString extension = SysFilesystem::get_file_extension(input.c_str());
-    const CoreString space = ColorIO::get_instance()->get_default_color_space_from_ext(extension);
-    request.from = space.get_data();
-    const std::string name = std::filesystem::path(input).filename().string();
-    if (!ColorIO::color_space_exists(space))
-        throw CommandError(
-            fmt::format("'{}': the built-in association of its extension is '{}', which {} does "
-                        "not have; name its colour space with --from",
-                        name, request.from, session.get_source().get_name()));
-    console.note(fmt::format("{}: {}, from the built-in associations", name, request.from));
+    const AssociatedSpace found = find_associated_space(input, session);
+    request.from = found.color_space;
+    source_reason = found.reason;
+    if (!explains)
+        console.note(fmt::format("{}: {}, {}", std::filesystem::path(input).filename().string(), request.from,
+                                 source_reason));
 }
 
 PictureSettings ConvertCommand::make_settings(const ColorConversion& conversion) const {

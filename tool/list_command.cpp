@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "tool/cdl/published_cdls.h"
 #include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
@@ -84,16 +85,18 @@ constexpr Topic TOPICS[] = {
     {"spaces", print_spaces, spaces_to_json},
     {"views", print_views, views_to_json},
     {"roles", print_roles, roles_to_json},
+    {"cdls", print_cdls, cdls_to_json},
 };
 
 class ListCommand : public Command {
 public:
     explicit ListCommand(CLI::App& program)
-        : Command(program, "list", "Show the colour spaces, views and roles that are published", EXAMPLES) {
+        : Command(program, "list", "Show the colour spaces, views, roles and CDLs that are published",
+                  EXAMPLES) {
         std::vector<std::string> names = {ALL};
         for (const Topic& topic : TOPICS)
             names.push_back(topic.name);
-        options->add_option("what", wanted, "spaces, views, roles, or all of them (the default)")
+        options->add_option("what", wanted, "spaces, views, roles, cdls, or all of them (the default)")
             ->check(CLI::IsMember(names));
         add_session_options(*options, session_options);
         options->add_flag("--json", as_json, "Write JSON");

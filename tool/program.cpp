@@ -31,9 +31,9 @@ public:
         app.footer(FOOTER);
         app.set_version_flag("--version", "colorio " COLORIO_VERSION);
         app.require_subcommand(1);
-        for (const auto make :
-             {make_list_command, make_convert_command, make_shader_command, make_check_command,
-              make_view_command, make_cdl_command, make_formats_command})
+        for (const auto make : {make_list_command, make_convert_command, make_shader_command,
+                                make_check_command, make_view_command, make_cdl_command, make_formats_command,
+                                make_space_command, make_prefs_command, make_legacy_command})
             commands.push_back(make(app));
     }
 

@@ -120,7 +120,7 @@ TEST_F(ConvertColor, TakesTheColorSpaceOfTheExtensionAndSaysSo) {
     write_grays("in.exr", OIIO::TypeFloat, {0.18f});
     const ToolRun result = run({"convert", path("in.exr"), path("out.exr"), "--to", "sRGB"});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err, "in.exr: Tavelion|linear, from the built-in associations\n");
+    EXPECT_EQ(result.err, "in.exr: Tavelion|linear, from the built-in associations, category Open EXR\n");
     EXPECT_NEAR(read_picture(path("out.exr")).get("R"), formula::linear_to_srgb(0.18f), 2e-5);
 }
 

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "host/core/core_vector.h"
+#include "tool/exit_code.h"
+#include "tool/nearest_names.h"
+
+namespace tool {
+
+/// The records without the user's own one of that name. Throws CommandError with the nearest names when there
+/// is none; `kind` says what is sought.
+template <class Record>
+CoreVector<Record> remove_record(const CoreVector<Record>& records, const std::string& name,
+                                 const char* kind) {
+    CoreVector<Record> left;
+    std::vector<std::string> names;
+    for (const Record& record : records) {
+        if (!record.is_builtin)
+            names.emplace_back(record.name.view());
+        if (record.is_builtin || record.name != name.c_str())
+            left.append(record);
+    }
+    if (left.get_count() == records.get_count())
+        throw CommandError(fmt::format("no {} '{}' of your own{}", kind, name, did_you_mean(name, names)));
+    return left;
+}
+
+} // namespace tool

@@ -1,0 +1,81 @@
+#include <string>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "colorio/color_io.h"
+#include "tool/color_session.h"
+#include "tool/console.h"
+#include "tool/json_output.h"
+#include "tool/settings/custom_spaces.h"
+#include "tool/settings/space_command.h"
+#include "tool/text_table.h"
+
+namespace tool {
+
+namespace {
+
+using ColorSpaceDef = ColorIOManager::ColorSpaceDef;
+
+constexpr char EXAMPLES[] = R"(  colorio space list
+  colorio space list --json --prefs show.yaml)";
+
+/// False for records whose files are gone or have errors.
+bool is_usable(const ColorSpaceDef& space) {
+    return ColorIO::color_space_exists(space.name);
+}
+
+class SpaceListCommand : public Command {
+public:
+    explicit SpaceListCommand(CLI::App& program)
+        : Command(program, "list", "List your own colour spaces", EXAMPLES) {
+        add_preference_options(*options, session_options);
+        options->add_flag("--json", as_json, "Write JSON");
+        session_options.builtin_only = true;
+    }
+
+    ExitCode run(Console& console) override {
+        const ColorSession session(session_options, console);
+        if (as_json)
+            print_json(console);
+        else
+            print_table(console);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    static void print_table(Console& console) {
+        TextTable table({"colour space", "made of", "depth", "allocation", ""});
+        for (const ColorSpaceDef& space : get_custom_spaces())
+            table.add_row({space.name.get_data(), describe_origin(space), describe_depth(space),
+                           describe_allocation(space), is_usable(space) ? "" : "unusable"});
+        if (table.count_rows() == 0)
+            console.print("No colour spaces of your own; 'colorio space add' makes one.");
+        else
+            table.print(console);
+    }
+
+    static void print_json(Console& console) {
+        auto list = nlohmann::ordered_json::array();
+        for (const ColorSpaceDef& space : get_custom_spaces())
+            list.push_back({{"name", space.name.view()},
+                            {"lut", space.lut_file.view()},
+                            {"cdl", space.cdl_file.view()},
+                            {"cdl_id", space.cccid.view()},
+                            {"depth", describe_depth(space)},
+                            {"allocation", describe_allocation(space)},
+                            {"usable", is_usable(space)}});
+        console.print(format_json({{"spaces", list}}));
+    }
+
+    SessionOptions session_options;
+    bool as_json = false;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_space_list_command(CLI::App& program) {
+    return std::make_unique<SpaceListCommand>(program);
+}
+
+} // namespace tool
