@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# Times the conversion of a sequence of uncompressed 4K frames of halfs from sRGB to linear: this tool against
+# oiiotool with all cores and ocioconvert in a loop. Whole processes, wall time, medians of interleaved rounds.
+# usage: convert_sequence.sh TOOL [FOLDER]
+#   FRAMES (20), ROUNDS (5), WIDTH (3840), HEIGHT (2160) and CHANNELS (R,G,B,A) may be set in the environment.
+set -euo pipefail
+
+if [ $# -lt 1 ]; then
+    echo "usage: convert_sequence.sh TOOL [FOLDER]" >&2
+    exit 2
+fi
+tool=$(realpath "$1")
+frames=${FRAMES:-20}
+rounds=${ROUNDS:-5}
+width=${WIDTH:-3840}
+height=${HEIGHT:-2160}
+channels=${CHANNELS:-R,G,B,A}
+for program in oiiotool ocioconvert; do
+    command -v "$program" >/dev/null || { echo "convert_sequence.sh: $program is not installed" >&2; exit 1; }
+done
+
+folder=${2:-$(mktemp -d)}
+mkdir -p "$folder"
+[ $# -ge 2 ] || trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+export XDG_CACHE_HOME=$folder/cache
+unset OCIO
+
+# A configuration that all three read, with the table that the built-in one makes.
+"$tool" list >/dev/null
+cp "$XDG_CACHE_HOME/qb_colorio/luts/srgb.spi1d" .
+cat >bench.ocio <<'TEXT'
+ocio_profile_version: 1
+search_path: .
+strictparsing: true
+roles: {scene_linear: linear, default: linear}
+displays:
+  screen:
+    - !<View> {name: sRGB, colorspace: sRGB}
+colorspaces:
+  - !<ColorSpace>
+    name: linear
+    bitdepth: 32f
+  - !<ColorSpace>
+    name: sRGB
+    bitdepth: 32f
+    to_reference: !<FileTransform> {src: srgb.spi1d, interpolation: linear}
+TEXT
+export OCIO=$folder/bench.ocio
+
+echo "making $frames frames of $width x $height, channels $channels" >&2
+alpha=$(tr -cd , <<<"$channels" | wc -c)
+if [ "$alpha" -ge 3 ]; then count=4 low=0,0,0,1 high=1,1,1,1 other=1,0,0.5,1 last=0,1,0.5,1; else count=3 low=0,0,0 high=1,1,1 other=1,0,0.5 last=0,1,0.5; fi
+oiiotool --pattern "fill:topleft=$low:topright=$high:bottomleft=$other:bottomright=$last" \
+    "${width}x$height" "$count" --noise:type=uniform:min=-0.02:max=0.02:mono=0 -d half --compression none \
+    -o in.0001.exr
+for ((frame = 2; frame <= frames; frame++)); do
+    cp in.0001.exr "$(printf 'in.%04d.exr' "$frame")"
+done
+
+run_tool() {
+    "$tool" convert in.####.exr tool.####.exr --frames "1-$frames" --from sRGB --to linear \
+        --config bench.ocio --no-unpremult >/dev/null
+}
+run_oiiotool() {
+    oiiotool --colorconfig bench.ocio --frames "1-$frames" in.%04d.exr --colorconvert sRGB linear \
+        -d half --compression none -o oiio.%04d.exr >/dev/null
+}
+run_ocioconvert() {
+    local frame number
+    for ((frame = 1; frame <= frames; frame++)); do
+        number=$(printf '%04d' "$frame")
+        ocioconvert "in.$number.exr" sRGB "ocio.$number.exr" linear >/dev/null
+    done
+}
+
+# measure NAME: runs it and appends its wall time in seconds to NAME.times.
+measure() {
+    local start=$EPOCHREALTIME
+    "run_$1"
+    awk -v start="$start" -v end="$EPOCHREALTIME" 'BEGIN { printf "%.3f\n", end - start }' >>"$1.times"
+    rm -f "${2:?}".*.exr
+}
+median() { sort -n "$1.times" | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
+
+rm -f ./*.times
+for ((round = 1; round <= rounds; round++)); do
+    echo "round $round of $rounds" >&2
+    measure tool tool
+    measure oiiotool oiio
+    measure ocioconvert ocio
+done
+
+ours=$(median tool)
+printf '%-12s %8s %8s   rounds\n' program median ratio
+for program in tool oiiotool ocioconvert; do
+    time=$(median "$program")
+    printf '%-12s %8.2f %8.2f   %s\n' "$program" "$time" \
+        "$(awk -v a="$time" -v b="$ours" 'BEGIN { print a / b }')" "$(paste -sd' ' "$program.times")"
+done
