@@ -313,6 +313,20 @@ TEST_F(MappingFile, ThatTurnsUnreadableGivesWayToTheBuiltInRows) {
     EXPECT_EQ(detection->get_categories_count(), 9u);
 }
 
+TEST_F(MappingFile, ThatTurnedUnreadableIsNotBroughtBackByAnEmptiedPath) {
+    point_application_at(TWO_FORMATS_AND_DEFAULT);
+    detection->use_file_config(true);
+    want_mapping(path_of("absent.yaml"));
+    detection->use_file_config(true);
+    take_log();
+    take_events();
+    want_mapping("");
+    detection->use_file_config(true);
+    EXPECT_FALSE(detection->is_file_config());
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_THAT(take_events(), IsEmpty());
+}
+
 TEST_F(MappingFile, LeavesEditsToTheBuiltInTable) {
     point_application_at(TWO_FORMATS_AND_DEFAULT);
     detection->use_file_config(true);

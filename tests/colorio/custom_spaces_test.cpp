@@ -9,6 +9,7 @@
 #include "host/of/of_enum.h"
 #include "tests/colorio/converter_fixture.h"
 #include "tests/colorio/custom_space_files.h"
+#include "tests/colorio/shader_evaluator.h"
 
 namespace {
 
@@ -285,6 +286,31 @@ TEST_F(AllocationOfCustomSpaces, OfACdlAloneIsFixed) {
     EXPECT_NEAR(table[0], std::exp2(-15) / 2, 1e-6);
 }
 
+TEST_F(CustomSpaces, OfACdlAndALutAreShownByTheShaderAsTheyAreConverted) {
+    const std::string grade = write_file(
+        "grade.cc",
+        "<ColorCorrection id=\"x\"><SOPNode><Slope>0.8 1 1.2</Slope><Offset>0.1 0 -0.1</Offset>"
+        "<Power>1 1 1</Power></SOPNode><SATNode><Saturation>0.5</Saturation></SATNode></ColorCorrection>");
+    edit({space_record("flat", write_lut("one.spi1d", 1)),
+          space_record("both", write_lut("two.spi1d", 2), grade)});
+    ASSERT_TRUE(converter->configure("flat", "both"));
+    for (auto version : {ColorIOConverter::GLSL_VERSION_LEGACY, ColorIOConverter::GLSL_VERSION_CORE}) {
+        CoreString code;
+        CoreArray<float> table;
+        ASSERT_TRUE(converter->get_gpu_shader_data(code, table, version));
+        ShaderEvaluator shader(str(code), "OCIODisplay", {table.begin(), table.end()}, 32);
+        for (const ShaderEvaluator::Pixel& pixel :
+             {ShaderEvaluator::Pixel{0.18, 0.5, 0.75, 1}, {0.9, 0.1, 0.3, 0.5}, {0, 0, 0, 1}, {1, 1, 1, 0}}) {
+            const std::vector<float> converted = convert(
+                static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2]));
+            const ShaderEvaluator::Pixel shown = shader.run(pixel);
+            // Every step is a straight line, so the lattice adds no error of its own.
+            for (unsigned int i = 0; i < 3; ++i)
+                EXPECT_NEAR(shown[i], converted[i], 2e-4) << "channel " << i << "\n" << str(code);
+        }
+    }
+}
+
 // Replacing the list
 
 TEST_F(CustomSpaces, ReplaceTheEarlierOnes) {
@@ -372,6 +398,18 @@ TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileActive) {
 
     use_builtin_config();
     EXPECT_THAT(spaces(), Contains("mine"));
+    EXPECT_THAT(views(), Contains("Tavelion.mine"));
+}
+
+TEST_F(CustomSpaces, GetTheirViewThoughTheConfigurationOfAFileHasOneOfThatName) {
+    use_config(config_text({{"", "lin"}}, {{"Tavelion", "mine", "lin"}}, {{"scene_linear", "lin"}}));
+    ASSERT_THAT(views(), ElementsAre("Tavelion.mine"));
+    take_log();
+    edit({space_record("mine", write_lut("two.spi1d", 2))});
+    EXPECT_THAT(
+        take_log(),
+        Not(Contains(warning("Color Management: duplicate display view 'Tavelion.mine' was ignored.\n"))));
+    use_builtin_config();
     EXPECT_THAT(views(), Contains("Tavelion.mine"));
 }
 

@@ -352,6 +352,25 @@ TEST_F(Events, OfPreferences) {
     EXPECT_THAT(take_events(), IsEmpty());
 }
 
+TEST_F(Events, ArriveWhenTheNewListsAreInPlace) {
+    EventRecorder recorder;
+    unsigned int checked = 0;
+    recorder.on_event = [&](const std::string& event) {
+        if (event != LUT_LIST_EVENT)
+            return;
+        ++checked;
+        EXPECT_FALSE(app.get_enum("color_space")->is_asleep());
+        EXPECT_THAT(strings(ColorIO::get_color_space_names()), ElementsAre("lin", "film", "video", "data"));
+        EXPECT_EQ(labels(app.get_enum("color_space")), strings(ColorIO::get_color_space_names()));
+        std::vector<float> pixel = {1, 0.5f, 0.25f};
+        EXPECT_TRUE(ColorIO::convert_buffer(pixel.data(), 1, 1, 3, "film", "lin"))
+            << "a listener may convert";
+        EXPECT_THAT(pixel, ElementsAre(0.5f, 0.25f, 0.125f));
+    };
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    EXPECT_EQ(checked, 1u);
+}
+
 TEST_F(Events, OfTheEndAreNone) {
     ColorIO::destroy();
     ColorIOAutoDetection::destroy();
