@@ -267,10 +267,16 @@ TEST_F(Shader, OfAMatrixNeedsNoTable) {
 }
 
 TEST_F(Shader, OfACdlNeedsNoTable) {
-    use_cdls({cdl_record("warm", {{1.25, 1, 0.75}, {0.0625, 0, -0.125}, {1.5, 1, 0.5}, 0.75})});
+    use_cdls({cdl_record("warm", {{1.25, 1, 0.75}, {0.0625, 0, -0.125}, {1.5, 1, 0.5}, 0.75}),
+              cdl_record("straight", {{1.25, 1, 0.75}, {0.0625, 0, -0.125}, {1, 1, 1}, 0.75})});
     const std::vector<ShaderEvaluator::Pixel> pixels = {
         {0.2, 0.3, 0.4, 1}, {0.5, 0.5, 0.5, 0.25}, {2, 0.75, 1.5, 0}, {0, 0.1, 0.05, 1}, {-0.5, 0.25, -1, 1}};
-    for (auto [source, destination] : {std::pair{"No CDL", "warm"}, {"warm", "No CDL"}}) {
+    for (auto [source, destination] : {std::pair{"No CDL", "warm"},
+                                       {"warm", "No CDL"},
+                                       {"No CDL", "straight"},
+                                       {"straight", "No CDL"},
+                                       {"warm", "straight"}}) {
+        SCOPED_TRACE(std::string(source) + " to " + destination);
         ASSERT_TRUE(converter->configure_CDL(source, destination));
         for (GlslVersion version : {LEGACY, CORE}) {
             generate(version);
