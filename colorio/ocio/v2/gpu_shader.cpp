@@ -97,6 +97,17 @@ bool is_table_work(const library::ConstProcessorRcPtr& processor) {
     return any_table;
 }
 
+bool have_same_steps(const library::ConstProcessorRcPtr& first, const library::ConstProcessorRcPtr& second) {
+    const GroupTransformRcPtr ours = first->createGroupTransform();
+    const GroupTransformRcPtr theirs = second->createGroupTransform();
+    if (ours->getNumTransforms() != theirs->getNumTransforms())
+        return false;
+    for (int i = 0; i < ours->getNumTransforms(); ++i)
+        if (ours->getTransform(i)->getTransformType() != theirs->getTransform(i)->getTransformType())
+            return false;
+    return true;
+}
+
 std::optional<GpuShader> adapted_shader(const library::ConstProcessorRcPtr& processor,
                                         library::OptimizationFlags optimization, const GpuShaderDesc& desc) {
     const auto edge_len = static_cast<unsigned>(desc.lut_3d_edge_len);

@@ -10,6 +10,9 @@ namespace ocio {
 /// channels apart: the 1.x library puts all of it into the table.
 bool is_table_work(const library::ConstProcessorRcPtr& processor);
 
+/// True when two processors consist of the same kinds of transforms in the same order.
+bool have_same_steps(const library::ConstProcessorRcPtr& first, const library::ConstProcessorRcPtr& second);
+
 /// The library's own shader, rewritten for the module's contract: the table is a parameter, sampled with red
 /// as its fastest axis. Empty when the shader needs more than one table, a table of another size, or
 /// uniforms.

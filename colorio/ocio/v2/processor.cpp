@@ -111,11 +111,18 @@ private:
     GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
         if (no_op_)
             return pass_through_shader(desc);
-        if (!is_table_work(processor_->getOptimizedProcessor(OPTIMIZATION)))
+        const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
+        if (!is_table_work(optimized))
             if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))
-                if (adapted->table.empty() || source_.stated)
+                if (adapted->table.empty() || is_sound_table(optimized))
                     return *std::move(adapted);
         return baked_shader(*this, source_.allocation, desc);
+    }
+
+    /// The library fills its tables with what the operations give before they are optimised, where a
+    /// correction of power 1 clamps negatives, and over the allocation that the configuration states.
+    bool is_sound_table(const library::ConstProcessorRcPtr& optimized) const {
+        return source_.stated && have_same_steps(processor_, optimized);
     }
 
     library::ConstProcessorRcPtr processor_;

@@ -238,6 +238,22 @@ TEST_F(MixedShader, TheLibrarysTextIsRewrittenForTheOneTable) {
     EXPECT_NEAR(triple[2], std::pow((10.0 / 31 + 0.055) / 1.055, 2.4), 2e-6);
 }
 
+TEST_F(MixedShader, ACorrectionBetweenTablesDoesNotClampNegatives) {
+    folder_.write("wide.spi1d", "Version 1\nFrom -64 64\nLength 2\nComponents 1\n{\n-128\n128\n}\n");
+    const auto processor = make("1", "    allocation: uniform\n    allocationvars: [-1, 3]\n",
+                                "!<GroupTransform>\n      children:\n"
+                                "        - !<CDLTransform> {offset: [0.1, 0, -0.1], sat: 0.5}\n"
+                                "        - !<FileTransform> {src: wide.spi1d}\n");
+    // -1 is offset, pulled halfway to its Rec. 709 luma, and doubled.
+    const auto table = table_of(processor);
+    const float* triple = at(table, 0, 0, 0);
+    const double luma = 0.2126 * -0.9 + 0.7152 * -1.0 + 0.0722 * -1.1;
+    EXPECT_NEAR(triple[0], -0.9 + luma, 1e-5);
+    EXPECT_NEAR(triple[1], -1.0 + luma, 1e-5);
+    EXPECT_NEAR(triple[2], -1.1 + luma, 1e-5);
+    EXPECT_THAT(processor->get_gpu_shader_text(CORE), HasSubstr("texture3D(lut3d, 0.96875 * "));
+}
+
 TEST_F(MixedShader, ATableOfAnotherSizeIsMadeAnew) {
     const auto processor =
         make("1", "    allocation: uniform\n    allocationvars: [0, 1]\n", TABLE_THEN_SWAP);
