@@ -26,8 +26,8 @@ function(qb_add_library name)
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 endfunction()
 
-# Quick to compile where nothing but the build's time is at stake: tests run for milliseconds. The checks left out cost
-# half of the compiling and stay on in the code under test.
+# Quick to compile under sanitizers: for tests, and for code that is mostly calls of large header libraries. The checks
+# left out cost half of the compiling.
 function(qb_compile_quickly target)
   if(QB_SANITIZE)
     target_compile_options(${target} PRIVATE -O0 -g0 -fno-sanitize=vptr,null,alignment,object-size)
