@@ -28,7 +28,10 @@ protected:
         config = write_config(folder);
         picture = folder.file("picture.exr");
         write_ramps(picture, 4, 4);
-        host = std::make_unique<ColorHost>(tool::SessionOptions{config}, console);
+        tool::SessionOptions options;
+        options.config_path = config;
+        options.no_preferences = true;
+        host = std::make_unique<ColorHost>(options, console);
         model = std::make_unique<ViewModel>(*host);
         model->open(picture);
     }

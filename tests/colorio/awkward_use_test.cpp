@@ -1,0 +1,108 @@
+// Uses that no careful host makes, and files that no careful program writes.
+
+#include <memory>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_manager.h"
+#include "tests/colorio/converter_fixture.h"
+#include "tests/colorio/custom_space_files.h"
+
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+using CdlDef = ColorIOManager::ColorDecisionListDef;
+
+class AwkwardUse : public ConverterTest {
+protected:
+    ColorIOManager& manager() { return *ColorIOManager::get_instance(); }
+
+    CdlDef read_document(const std::string& text, bool collection = false) {
+        CdlDef def = cdl_record("as it was", {{5, 5, 5}});
+        def.saturation = 0.5f;
+        manager().read_CDL_from_XML(write_file("document.cc", text).c_str(), def, collection);
+        return def;
+    }
+    /// What the CDL of that name makes of 0.125.
+    float grade(const char* name) {
+        EXPECT_TRUE(converter->configure_CDL("No CDL", name)) << name;
+        return convert(0.125f, 0.125f, 0.125f)[0];
+    }
+    /// Publishes one record that names a correction of a collection of that text.
+    void use_collection(const std::string& corrections) {
+        CdlDef record = cdl_record("filed", {});
+        record.file = write_file("twice.ccc", collection_text(corrections)).c_str();
+        record.cccid = "a";
+        use_cdls({record});
+    }
+};
+
+TEST_F(AwkwardUse, SavingIntoNothingIsRefused) {
+    EXPECT_FALSE(manager().save_config(nullptr));
+    EXPECT_TRUE(ColorIO::save_config(nullptr)) << "there are a manager and a detector";
+}
+
+TEST_F(AwkwardUse, AManagerThatWasNotStartedPublishesNothing) {
+    ColorIOManager unstarted(&app);
+    unstarted.use_file_config(false);
+    unstarted.set_tavelion_config(CoreVector<ColorIOManager::ColorSpaceDef>());
+    EXPECT_EQ(unstarted.get_color_space_names().get_count(), 0u);
+    EXPECT_EQ(unstarted.get_color_space_index("sRGB"), 0xFFFFFFFFu);
+}
+
+TEST_F(AwkwardUse, ACopyAddsALocalCdlAfterItsOriginalIsGone) {
+    auto original = std::make_unique<ColorIOManager>(manager());
+    CoreVector<CdlDef> list;
+    list.append(cdl_record("warm", {{2, 2, 2}}));
+    original->set_tavelion_config(list);
+    ColorIOManager copy(*original);
+    original.reset();
+    EXPECT_TRUE(copy.add_local_CDL(cdl_record("warm", {{4, 4, 4}})));
+    EXPECT_TRUE(copy.add_local_CDL(cdl_record("input_local_CDL", {{8, 8, 8}})));
+}
+
+TEST_F(AwkwardUse, AConverterThatOutlivesTheManagerIsNotConfiguredAgain) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    ColorIO::destroy();
+    EXPECT_FALSE(converter->configure("Cineon", "linear"));
+    EXPECT_FALSE(converter->configure_CDL("No CDL", "warm"));
+    EXPECT_FALSE(converter->configure_for_display("linear", "Tavelion", "sRGB"));
+    EXPECT_NEAR(convert(1, 1, 1)[0], 1, 1e-6) << "the conversion that it has stays";
+}
+
+TEST_F(AwkwardUse, ACollectionThatOnlyRepeatsAnIdGivesTheFirstOfThatId) {
+    use_collection(correction_text("a", "2") + correction_text("a", "4"));
+    EXPECT_EQ(grade("filed"), 0.25f);
+}
+
+TEST_F(AwkwardUse, ACollectionThatRepeatsAnIdAndHasAnotherFaultIsRefused) {
+    for (const std::string slope : {"-1", "x", "1 1"}) {
+        take_log();
+        use_collection(correction_text("a", "2") + correction_text("a", slope));
+        EXPECT_FALSE(converter->configure_CDL("No CDL", "filed")) << slope;
+        EXPECT_THAT(take_log(),
+                    Not(Contains(error("Node 'Slope' not find in '" + path_of("twice.ccc") + "'.\n"))));
+    }
+}
+
+TEST_F(AwkwardUse, ADocumentBehindACommentOrASecondInstructionIsRead) {
+    const std::string correction = correction_text("a", "2");
+    EXPECT_EQ(read_document("<!-- graded on set -->" + correction).slope[0], 2);
+    EXPECT_EQ(read_document("<?xml version=\"1.0\"?><?xml-stylesheet href=\"a\"?>" + correction).slope[0], 2);
+    EXPECT_EQ(read_document("<?xml version=\"1.0\"?><!-- graded --><!-- twice -->" + correction).slope[0], 2);
+}
+
+TEST_F(AwkwardUse, AnElementWithoutTextLeavesItsNumbers) {
+    const CdlDef def =
+        read_document("<ColorCorrection><SOPNode><Slope/><Offset>1 1 1</Offset><Power>2 2 2</Power>"
+                      "</SOPNode><SATNode><Saturation/></SATNode></ColorCorrection>");
+    EXPECT_EQ(def.slope[0], 5);
+    EXPECT_EQ(def.offset[0], 1);
+    EXPECT_EQ(def.saturation, 0.5f);
+}
+
+} // namespace
