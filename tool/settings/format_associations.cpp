@@ -106,8 +106,7 @@ std::string normalize_extensions(const std::string& text) {
 
 std::vector<std::string> find_shadowed_extensions(const std::string& category) {
     std::vector<std::string> notes;
-    const FormatAssociation association = get_format_associations()[find_category(category)];
-    for (const std::string& extension : association.extensions) {
+    for (const std::string& extension : get_format_associations()[find_category(category)].extensions) {
         const FormatAssociation decisive = find_format_association(extension);
         if (decisive.category != category && !is_fallback_category(category))
             notes.push_back(fmt::format("files .{} stay in {}: category '{}' decides about them", extension,
