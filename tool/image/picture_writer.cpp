@@ -1,5 +1,8 @@
 #include "tool/image/picture_writer.h"
 
+#include <fstream>
+#include <string_view>
+
 #include <fmt/format.h>
 
 #include "tool/exit_code.h"
@@ -15,6 +18,16 @@ std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& p
         if (part.level == 0)
             specs.push_back(part.spec);
     return specs;
+}
+
+/// True when the file ends with the IEND chunk, type and checksum (ISO/IEC 15948, 11.2.5).
+bool ends_as_png(const std::string& path) {
+    const std::string end("IEND\xAE\x42\x60\x82", 8);
+    std::string found(end.size(), '\0');
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
+    file.read(found.data(), static_cast<std::streamsize>(found.size()));
+    return file && found == end;
 }
 
 } // namespace
@@ -66,6 +79,9 @@ void PictureWriter::write_part(const PixelBuffer& pixels) {
 void PictureWriter::close() {
     if (!output->close())
         fail("it cannot be finished");
+    // The PNG writer does not report what a full disk refused.
+    if (std::string_view(output->format_name()) == "png" && !ends_as_png(path))
+        fail("its end is missing; is the disk full?");
 }
 
 } // namespace tool
