@@ -85,8 +85,7 @@ TEST_F(ConvertFiles, StayAsTheyWereWhenTheInputIsDamaged) {
 
 TEST_F(ConvertFiles, StayAsTheyWereWhenTheDiskIsFull) {
     ASSERT_THAT(run({"list"}), Succeeds()) << "the module keeps its tables on disk";
-    for (const std::string extension :
-         {".exr", ".tif", ".png", ".jpg", ".tga", ".hdr", ".dpx", ".bmp", ".sgi"}) {
+    for (const std::string extension : {".exr", ".tif", ".png", ".hdr", ".dpx"}) {
         folder.write("old" + extension, "something else");
         const size_t files = count_files();
         ToolRun result;

@@ -97,32 +97,4 @@ TEST_F(ConvertParts, RefusesDeepPictures) {
     EXPECT_EQ(count_files(), 1u);
 }
 
-TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
-    OIIO::ImageSpec spec(8, 8, 3, OIIO::TypeHalf);
-    spec.tile_width = spec.tile_height = 4;
-    spec.attribute("textureformat", "Plain Texture");
-    const auto output = OIIO::ImageOutput::create(path("in.exr"));
-    ASSERT_TRUE(output && output->open(path("in.exr"), spec));
-    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
-        OIIO::ImageSpec level_spec = spec;
-        level_spec.width = level_spec.height = level_spec.full_width = level_spec.full_height = side;
-        const bool opened =
-            level == 0 || output->open(path("in.exr"), level_spec, OIIO::ImageOutput::AppendMIPLevel);
-        ASSERT_TRUE(opened) << output->geterror();
-        const std::vector<float> values(static_cast<size_t>(side * side * 3),
-                                        0.5f / static_cast<float>(level + 1));
-        ASSERT_TRUE(output->write_image(OIIO::TypeFloat, values.data())) << output->geterror();
-    }
-    ASSERT_TRUE(output->close());
-
-    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
-    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
-        const Picture part = read_picture(path("out.exr"), 0, level);
-        EXPECT_EQ(part.spec.width, side);
-        EXPECT_EQ(part.spec.tile_width, 4);
-        EXPECT_NEAR(part.get("B"), formula::srgb_to_linear(0.5 / (level + 1)), HALF_OF_ONE) << level;
-    }
-    EXPECT_THAT(convert("in.exr", "out.png").err, HasSubstr("the smaller levels are left out"));
-}
-
 } // namespace
