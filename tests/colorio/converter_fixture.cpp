@@ -1,6 +1,7 @@
 #include "tests/colorio/converter_fixture.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "colorio/color_io_manager.h"
 
@@ -50,4 +51,16 @@ ColorIOManager::ColorDecisionListDef cdl_record(const char* name, const formula:
     record.saturation = static_cast<float>(values.saturation);
     record.is_builtin = false;
     return record;
+}
+
+LogLine no_source_space(const std::string& name) {
+    return warning("Color Management: failed to configure the color converter. Source color space '" + name +
+                   "' doesn't exist.\n");
+}
+
+testing::AssertionResult is_near(float actual, double expected) {
+    const double difference = std::abs(actual - expected);
+    if (actual == expected || difference <= 2e-6 || difference <= 2e-6 * std::abs(expected))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << actual << " instead of " << expected << ", off by " << difference;
 }

@@ -30,3 +30,9 @@ protected:
 
 /// Record of a custom CDL of those values.
 ColorIOManager::ColorDecisionListDef cdl_record(const char* name, const formula::Cdl& values);
+
+/// The warning about a source colour space that is not published.
+LogLine no_source_space(const std::string& name);
+
+/// Equal within 2e-6, absolute or relative.
+testing::AssertionResult is_near(float actual, double expected);

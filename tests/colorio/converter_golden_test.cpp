@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -10,16 +9,6 @@
 #include "tests/data/golden_1x.h"
 
 namespace {
-
-/// Equal within 2e-6, absolute or relative.
-testing::AssertionResult is_recorded(float actual, float expected) {
-    if (actual == expected)
-        return testing::AssertionSuccess();
-    const double difference = std::abs(static_cast<double>(actual) - expected);
-    if (difference <= 2e-6 || difference <= 2e-6 * std::abs(expected))
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << actual << " instead of " << expected << ", off by " << difference;
-}
 
 /// The module's conversions beside what the 1.x library made of the same colours.
 class RecordedValues : public ConverterTest {
@@ -43,9 +32,9 @@ protected:
             EXPECT_TRUE(converter->convert_pixel(pixel));
             for (unsigned int channel = 0; channel < 4; ++channel) {
                 const float expected = channel < 3 ? pair.outputs[i][channel] : input[3];
-                EXPECT_TRUE(is_recorded(pixel[channel], expected)) << "pixel " << i;
-                EXPECT_TRUE(is_recorded(interleaved[i * 4 + channel], expected)) << "interleaved pixel " << i;
-                EXPECT_TRUE(is_recorded(planes[channel][i], expected)) << "pixel " << i << " of planes";
+                EXPECT_TRUE(is_near(pixel[channel], expected)) << "pixel " << i;
+                EXPECT_TRUE(is_near(interleaved[i * 4 + channel], expected)) << "interleaved pixel " << i;
+                EXPECT_TRUE(is_near(planes[channel][i], expected)) << "pixel " << i << " of planes";
             }
         }
     }
