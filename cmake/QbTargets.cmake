@@ -16,6 +16,10 @@ function(qb_target_defaults target)
       -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)
   endif()
+  # Fuzz targets are guided by the branches of every library that they link, not only by their own.
+  if(QB_BUILD_FUZZERS)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # qb_add_library(name [STATIC|SHARED] source...): one room's library; includes are rooted at the repository.

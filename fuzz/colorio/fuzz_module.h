@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "host/core/core_string.h"
+#include "standalone/standalone_app.h"
+#include "tests/support/temp_dir.h"
+
+/// Ends the process, as a finding, when `condition` does not hold.
+void require(bool condition);
+
+/// The module, started once per process with the built-in configuration, silent, its files in a temporary
+/// folder.
+class FuzzModule {
+public:
+    static FuzzModule& get();
+
+    StandaloneApp& get_app() { return app; }
+    std::string get_path(const std::string& name) const { return folder.file(name); }
+    /// Replaces the file `name` of the folder and answers its path.
+    CoreString write(const std::string& name, const std::uint8_t* data, std::size_t size);
+
+private:
+    FuzzModule();
+
+    TempDir folder;
+    StandaloneApp app;
+};
