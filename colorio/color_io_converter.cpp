@@ -55,14 +55,21 @@ bool ColorIOConverter::is_enabled() const {
     return is_configured() && !state->bypass;
 }
 
+bool ColorIOConverter::begin_configuration(bool nothing_asked) {
+    if (!state)
+        return false;
+    state->bypass = nothing_asked;
+    if (nothing_asked)
+        return false;
+    if (!state->get_manager())
+        state->configured = false;
+    return state->get_manager();
+}
+
 bool ColorIOConverter::configure(const CoreString& source, const CoreString& destination) {
-    if (!state || !state->get_manager())
+    const bool nothing_asked = source == destination || destination.is_empty() || source.is_empty();
+    if (!begin_configuration(nothing_asked))
         return false;
-    if (source == destination || destination.is_empty() || source.is_empty()) {
-        state->bypass = true;
-        return false;
-    }
-    state->bypass = false;
     const ColorIOManager& manager = *state->get_manager();
     const ocio::ConstConfigRcPtr config = manager.get_config();
     const CoreString from = get_short_name(manager, source);
@@ -84,22 +91,20 @@ bool ColorIOConverter::configure(const CoreString& source, const CoreString& des
 }
 
 bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString& destination) {
-    if (!state || !state->get_manager())
+    if (!state)
         return false;
-    const ColorIOManager& manager = *state->get_manager();
-    const ocio::ConstConfigRcPtr config = manager.get_cdl_config();
+    const ColorIOManager* const found = state->get_manager();
+    const ocio::ConstConfigRcPtr config = found ? found->get_cdl_config() : ocio::ConstConfigRcPtr();
     const auto get_known = [&](const CoreString& name) {
         const bool known = config && ocio::get_color_space(config, name.get_data());
-        return known ? name : manager.get_default_CDL_name();
+        return known ? name : ColorIOManager::s_default_CDL_name;
     };
     const CoreString from = get_known(source);
     const CoreString to = get_known(destination);
-    if (to == from || from.is_empty() || to.is_empty()) {
-        state->bypass = true;
+    if (!begin_configuration(to == from || from.is_empty() || to.is_empty()))
         return false;
-    }
-    state->bypass = false;
 
+    const ColorIOManager& manager = *found;
     const CoreBasicArray<CoreString>& names = manager.get_CDL_names();
     const bool from_listed = is_local_CDL(from) || contains(names, from);
     const bool to_listed = is_local_CDL(to) || contains(names, to);
@@ -118,13 +123,8 @@ bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString&
 
 bool ColorIOConverter::configure_for_display(const CoreString& input, const CoreString& display,
                                              const CoreString& view) {
-    if (!state || !state->get_manager())
+    if (!begin_configuration(input.is_empty() || display.is_empty() || view.is_empty()))
         return false;
-    if (input.is_empty() || display.is_empty() || view.is_empty()) {
-        state->bypass = true;
-        return false;
-    }
-    state->bypass = false;
     const ColorIOManager& manager = *state->get_manager();
     const ocio::ConstConfigRcPtr config = manager.get_config();
     const CoreString from = get_short_name(manager, input);

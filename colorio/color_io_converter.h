@@ -56,5 +56,10 @@ public:
 
 private:
     struct State;
+
+    /// Settles `bypass`. False when the configuration ends here: nothing was asked for, or there is no
+    /// manager any more to ask.
+    bool begin_configuration(bool nothing_asked);
+
     State* state;
 };

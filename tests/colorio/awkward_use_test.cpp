@@ -1,12 +1,15 @@
 // Uses that no careful host makes, and files that no careful program writes.
 
+#include <functional>
 #include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "colorio/color_io.h"
+#include "colorio/color_io_converter.h"
 #include "colorio/color_io_manager.h"
+#include "host/gmath/gmath_vec4.h"
 #include "tests/colorio/converter_fixture.h"
 #include "tests/colorio/custom_space_files.h"
 
@@ -65,13 +68,36 @@ TEST_F(AwkwardUse, ACopyAddsALocalCdlAfterItsOriginalIsGone) {
     EXPECT_TRUE(copy.add_local_CDL(cdl_record("input_local_CDL", {{8, 8, 8}})));
 }
 
-TEST_F(AwkwardUse, AConverterThatOutlivesTheManagerIsNotConfiguredAgain) {
-    ASSERT_TRUE(converter->configure("sRGB", "linear"));
-    ColorIO::destroy();
-    EXPECT_FALSE(converter->configure("Cineon", "linear"));
-    EXPECT_FALSE(converter->configure_CDL("No CDL", "warm"));
-    EXPECT_FALSE(converter->configure_for_display("linear", "Tavelion", "sRGB"));
-    EXPECT_NEAR(convert(1, 1, 1)[0], 1, 1e-6) << "the conversion that it has stays";
+/// What is left of a converter that outlives its manager, after one more request.
+class OrphanedConverter : public AwkwardUse {
+protected:
+    Flags flags_after(const std::function<bool(ColorIOConverter&)>& request) {
+        ColorIO::destroy();
+        EXPECT_TRUE(ColorIO::init(&app));
+        ColorIOConverter orphan;
+        EXPECT_TRUE(orphan.configure("sRGB", "linear"));
+        ColorIO::destroy();
+        GMathVec4<float> pixel(0.5f, 0.5f, 0.5f, 1.0f);
+        EXPECT_TRUE(orphan.convert_pixel(pixel)) << "the conversion that it has goes on";
+        EXPECT_FALSE(request(orphan));
+        return flags_of(orphan);
+    }
+};
+
+TEST_F(OrphanedConverter, FailsToBeConfiguredForNamesThatNobodyKnows) {
+    EXPECT_EQ(flags_after([](auto& orphan) { return orphan.configure("Cineon", "linear"); }),
+              Flags::UNCONFIGURED);
+    EXPECT_EQ(
+        flags_after([](auto& orphan) { return orphan.configure_for_display("linear", "Tavelion", "sRGB"); }),
+        Flags::UNCONFIGURED);
+}
+
+TEST_F(OrphanedConverter, PassesWhereNothingIsAskedFor) {
+    EXPECT_EQ(flags_after([](auto& orphan) { return orphan.configure("a", "a"); }), Flags::PASSING);
+    EXPECT_EQ(flags_after([](auto& orphan) { return orphan.configure_for_display("", "Tavelion", "sRGB"); }),
+              Flags::PASSING);
+    EXPECT_EQ(flags_after([](auto& orphan) { return orphan.configure_CDL("warm", "cool"); }), Flags::PASSING)
+        << "no CDL is known, so both are none";
 }
 
 TEST_F(AwkwardUse, ACollectionThatOnlyRepeatsAnIdGivesTheFirstOfThatId) {
@@ -103,6 +129,7 @@ TEST_F(AwkwardUse, AnElementWithoutTextLeavesItsNumbers) {
     EXPECT_EQ(def.slope[0], 5);
     EXPECT_EQ(def.offset[0], 1);
     EXPECT_EQ(def.saturation, 0.5f);
+    EXPECT_FALSE(def.is_builtin);
 }
 
 } // namespace
