@@ -116,9 +116,8 @@ bool read_color_correction(const XmlNode& correction, const CoreString& path, Mi
         log_missing_node("Saturation", path);
         return !give_up;
     }
-    if (const char* text = saturation.get_text(0)) {
+    if (const char* text = saturation.get_text(0))
         def.saturation = static_cast<float>(CoreString(text).to_double());
-        def.is_builtin = false;
-    }
+    def.is_builtin = false;
     return true;
 }

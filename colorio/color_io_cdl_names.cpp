@@ -17,11 +17,13 @@ void log_duplicate_CDL(const CoreString& name) {
                 "' is already defined in the current configuration.\n");
 }
 
-/// The CDL configuration keeps one colour space per name; what it replaced shows only in the list.
-void log_repeated_names(const CoreVector<ColorIOManager::ColorDecisionListDef>& list) {
+/// The CDL configuration keeps one colour space per name; what it replaced shows only in the list. Records
+/// whose colour space could not be made, or was not meant to be, replaced none.
+void log_replaced_names(const CoreVector<ColorIOManager::ColorDecisionListDef>& list,
+                        const LabelList& published) {
     std::unordered_set<std::string> known;
     for (const ColorIOManager::ColorDecisionListDef& def : list)
-        if (!known.emplace(def.name.view()).second)
+        if (!def.is_builtin && published.holds(def.name) && !known.emplace(def.name.view()).second)
             log_duplicate_CDL(def.name);
 }
 
@@ -54,7 +56,7 @@ void ColorIOManager::publish_CDLs() {
             log_duplicate_CDL(name);
         }
     }
-    log_repeated_names(tavelion_color_decision_lists);
+    log_replaced_names(tavelion_color_decision_lists, labels);
     menu.add_values(labels.labels, labels.values);
 }
 

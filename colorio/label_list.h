@@ -13,9 +13,9 @@ struct LabelList {
 
     /// True when `label` is neither listed here nor a label of `published`.
     bool is_new(const CoreString& label, const OfEnum& published) const {
-        return published.find_label_index(label) >= published.get_value_count() &&
-               known.count(std::string(label.view())) == 0;
+        return published.find_label_index(label) >= published.get_value_count() && !holds(label);
     }
+    bool holds(const CoreString& label) const { return known.count(std::string(label.view())) != 0; }
 
     void append(const CoreString& label, unsigned int value) {
         known.emplace(label.view());

@@ -219,4 +219,34 @@ TEST_F(CdlDocument, OfACollectionReadAsOneCorrectionLacksEverything) {
     EXPECT_THAT(take_log(), ElementsAre(missing("SOPNode"), missing("Saturation")));
 }
 
+// Awkward documents
+
+TEST_F(CdlDocument, OfADeclarationAloneHasNoCorrection) {
+    expect_values(read("<?xml version=\"1.0\"?>\n"), {10, 11, 12}, {20, 21, 22}, {30, 31, 32}, 40);
+    EXPECT_THAT(take_log(), ElementsAre(missing("ColorCorrection")));
+}
+
+TEST_F(CdlDocument, WhoseTopElementIsNamedLikeADeclarationIsReadInside) {
+    read("<xmlgrade/>");
+    EXPECT_THAT(take_log(), ElementsAre(missing("ColorCorrection")));
+    EXPECT_EQ(read("<xmlGrade>" + correction_text("x", "2") + "</xmlGrade>").slope[0], 2);
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(CdlDocument, TakesTheFirstRunOfATextThatAnElementParts) {
+    const CdlDef record = read("<ColorCorrection><SOPNode><Slope>1 2<x/>3</Slope><Offset>0 0 0</Offset>"
+                               "<Power>1 1 1</Power></SOPNode><SATNode><Saturation>1</Saturation></SATNode>"
+                               "</ColorCorrection>");
+    EXPECT_THAT(record.slope, ElementsAre(1, 2, 12));
+}
+
+TEST_F(CdlDocument, WithAnEmptySaturationIsReadAllTheSame) {
+    const CdlDef record = read("<ColorCorrection><SOPNode><Slope>1 1 1</Slope><Offset>0 0 0</Offset>"
+                               "<Power>1 1 1</Power></SOPNode><SATNode><Saturation/></SATNode>"
+                               "</ColorCorrection>");
+    EXPECT_EQ(record.saturation, 40);
+    EXPECT_FALSE(record.is_builtin);
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
 } // namespace

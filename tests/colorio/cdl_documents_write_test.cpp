@@ -118,7 +118,14 @@ TEST_F(CdlDocument, ThatCannotBeWrittenIsAFailureInSilence) {
     EXPECT_FALSE(manager.create_XML_from_CDL(grades, path_of("absent/written.xml").c_str(), true));
     EXPECT_FALSE(manager.create_XML_from_CDL(grades, path_of("").c_str(), true));
     EXPECT_FALSE(manager.create_XML_from_CDL(grades, "", false));
+    EXPECT_FALSE(manager.create_XML_from_CDL(grades, "/dev/full", true)) << "opens, and takes nothing";
     EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(CdlDocument, IsWrittenInTheEncodingOfTheLastOneRead) {
+    read("<?xml version=\"1.0\" encoding=\"Shift-JIS\"?>" + correction_text("x", "2"));
+    EXPECT_THAT(written({cdl_record("grade", {})}, true),
+                StartsWith("<?xml version=\"1.0\" encoding=\"SHIFT-JIS\"?>\n<ColorCorrectionCollection"));
 }
 
 TEST_F(CdlDocument, UsesAPointForDecimalsUnderEveryLocale) {

@@ -41,6 +41,23 @@ TEST_F(CdlRegistry, ReadsALibraryWithoutADeclaration) {
         "<offset>0 0 0</offset><power>1 1 1</power></sopnode><satnode><saturation>1</saturation></satnode>"
         "</colorcorrection></colorcorrectioncollection>");
     ASSERT_EQ(records().get_count(), 2u) << "element names in any letter case";
+    EXPECT_EQ(str(records()[1].name), "yes") << "the attribute's name in this letter case only";
+    EXPECT_EQ(str(records()[1].cccid), "yes");
+}
+
+TEST_F(CdlRegistry, ReadsALibraryBehindAComment) {
+    use_library("<!-- graded on set --><ColorCorrectionCollection>" + correction_text("warm", "2") +
+                "</ColorCorrectionCollection>");
+    EXPECT_THAT(published(), ElementsAre("No CDL", "warm"));
+}
+
+TEST_F(CdlRegistry, ListsACorrectionWithoutAnId) {
+    use_library(collection_text("<ColorCorrection><SOPNode><Slope>2 2 2</Slope><Offset>0 0 0</Offset>"
+                                "<Power>1 1 1</Power></SOPNode><SATNode><Saturation>1</Saturation></SATNode>"
+                                "</ColorCorrection>"));
+    ASSERT_EQ(records().get_count(), 2u);
+    EXPECT_EQ(str(records()[1].name), "");
+    EXPECT_EQ(str(records()[1].cccid), "");
 }
 
 TEST_F(CdlRegistry, ReadsNumbersApartByAnyBlanks) {
@@ -69,6 +86,29 @@ TEST_F(CdlRegistry, ListsTwoCorrectionsOfOneIdAndPublishesTheirNameOnce) {
     const std::vector<std::string> menu = labels(app.get_enum("color_decision_list"));
     EXPECT_EQ(std::count(menu.begin(), menu.end(), "same"), 1);
     EXPECT_THAT(take_log(), Contains(duplicate("same")));
+}
+
+TEST_F(CdlRegistry, ReportsNoRepeatedNameOfWhatWasNotMade) {
+    const std::string same = correction_text("same", "2") + correction_text("same", "4");
+    const std::string path = use_library(collection_text(same + "<ColorCorrection id=\"cut\"/>"));
+    EXPECT_THAT(record_names(), ElementsAre("No CDL", "same", "same"));
+    EXPECT_THAT(published(), ElementsAre("No CDL"));
+    EXPECT_THAT(take_log(), ElementsAre(error("Node 'SOPNode' not find in '" + path + "'.\n")));
+}
+
+TEST_F(CdlRegistry, TellsRecordsApartByFileAndId) {
+    const std::string path = path_of("library.ccc");
+    CdlDef same_id = cdl_record("other file", {});
+    same_id.cccid = "warm";
+    same_id.file = path_of("other.ccc").c_str();
+    CdlDef same_file = cdl_record("other id", {});
+    same_file.cccid = "cool";
+    same_file.file = path.c_str();
+    use_cdls({same_id, same_file});
+    use_library(collection_text(correction_text("warm", "2")));
+    EXPECT_THAT(record_names(), ElementsAre("No CDL", "other file", "other id", "warm"));
+    use_library(collection_text(correction_text("late", "2")), "late.ccc");
+    EXPECT_THAT(record_names(), ElementsAre("No CDL", "other file", "other id", "late"));
 }
 
 TEST_F(CdlRegistry, DoesNotDoubleALibraryOfTwoCorrectionsOfOneIdThatIsReadTwice) {

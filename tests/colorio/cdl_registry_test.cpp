@@ -5,6 +5,8 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config.h"
 #include "host/of/of_enum.h"
 #include "tests/colorio/cdl_registry_fixture.h"
 
@@ -112,10 +114,49 @@ TEST_F(CdlRegistry, ReadsTheCorrectionOfARecordsFile) {
         write_file("pair.CCC", collection_text(correction_text("a", "2") + correction_text("b", "4")))
             .c_str();
     upper.cccid = "b";
-    use_cdls({single, second, upper});
+    CdlDef bare = cdl_record("bare", {});
+    bare.file =
+        write_file("pair", collection_text(correction_text("a", "2") + correction_text("b", "4"))).c_str();
+    bare.cccid = "b";
+    use_cdls({single, second, upper, bare});
     EXPECT_FLOAT_EQ(grade("single", 0.25f), 0.5f) << "the file counts, not the values";
     EXPECT_FLOAT_EQ(grade("second", 0.25f), 1.0f);
     EXPECT_FLOAT_EQ(grade("upper", 0.25f), 0.5f) << "an id is used with the extension ccc only";
+    EXPECT_FLOAT_EQ(grade("bare", 0.25f), 0.5f);
+}
+
+TEST_F(CdlRegistry, MakesOneSpaceForEachCdlAndADisplayForTheBuiltInOne) {
+    use_cdls({cdl_record("warm", {{2, 2, 2}})});
+    const ocio::ConstConfigRcPtr config = manager().get_cdl_config();
+    EXPECT_EQ(std::string(ocio::get_working_dir(config)), folder.get_path());
+    ASSERT_EQ(ocio::get_num_displays(config), 1);
+    EXPECT_STREQ(ocio::get_display(config, 0), "Tavelion");
+    ASSERT_EQ(ocio::get_num_views(config, "Tavelion"), 1);
+    EXPECT_STREQ(ocio::get_view(config, "Tavelion", 0), "No CDL");
+    EXPECT_EQ(ocio::get_display_color_space_name(config, "Tavelion", "No CDL"), "No CDL");
+    ASSERT_EQ(ocio::get_num_color_spaces(config), 2);
+    for (const char* name : {"No CDL", "warm"}) {
+        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name);
+        ASSERT_TRUE(space) << name;
+        EXPECT_EQ(ocio::get_bit_depth(space), ocio::BIT_DEPTH_F32) << name;
+        EXPECT_EQ(ocio::get_allocation(space), ocio::ALLOCATION_LG2) << name;
+        EXPECT_TRUE(ocio::get_transform(space, ocio::COLORSPACE_DIR_FROM_REFERENCE)) << name;
+        EXPECT_FALSE(ocio::get_transform(space, ocio::COLORSPACE_DIR_TO_REFERENCE)) << name;
+    }
+}
+
+TEST_F(CdlRegistry, TellsOfOneChangeOfTheMenuAndThenOfTheList) {
+    OfEnum& menu = *app.get_enum("color_decision_list");
+    const unsigned int before = menu.get_change_count();
+    EventRecorder events;
+    std::vector<std::string> seen;
+    events.on_event = [&](const std::string& event) {
+        if (event == CDL_LIST_EVENT && !menu.is_asleep())
+            seen = labels(&menu);
+    };
+    use_cdls({cdl_record("warm", {}), cdl_record("cool", {})});
+    EXPECT_EQ(menu.get_change_count(), before + 1);
+    EXPECT_THAT(seen, ElementsAre("No CDL", "warm", "cool"));
 }
 
 TEST_F(CdlRegistry, UsesTheValuesOfARecordWhoseFileIsMissing) {
