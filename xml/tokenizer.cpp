@@ -23,8 +23,8 @@ void Tokenizer::read_into(NodeRecord& root) {
         fail(XmlError::UNMATCHED_END_TAG_WARNING, text_end);
     while (!open_nodes.empty())
         close_last();
-    if (error <= XmlError::UNMATCHED_END_TAG_WARNING && !element_seen)
-        error = XmlError::NO_TAG_FOUND_WARNING;
+    if (error == XmlError::NONE && !element_seen && stray_text != nullptr && root.child_count > 0)
+        fail(XmlError::UNEXPECTED_TOKEN, stray_text);
 }
 
 // A run of text up to the next '<' or the end.

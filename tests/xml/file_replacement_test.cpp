@@ -1,12 +1,11 @@
 #include "xml/file_replacement.h"
 
-#include <csignal>
 #include <filesystem>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tests/support/file_size_limit.h"
 #include "tests/xml/xml_test.h"
 
 namespace {
@@ -25,25 +24,6 @@ protected:
     }
 
     TempDir folder;
-};
-
-// A limit on the size of files, which stands for a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        previous_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &previous);
-        const rlimit limit = {bytes, previous.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &previous);
-        std::signal(SIGXFSZ, previous_handler);
-    }
-
-private:
-    rlimit previous = {};
-    void (*previous_handler)(int) = nullptr;
 };
 
 TEST_F(FileReplacing, MakesANewFileAndLeavesNothingElse) {

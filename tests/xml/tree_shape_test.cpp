@@ -93,9 +93,13 @@ TEST_F(XmlTest, ARootWithoutChildrenTurnsAnyFaultIntoTheWarning) {
     EXPECT_EQ(fault("text &unknown;"), "2 at 1:6");
 }
 
-TEST_F(XmlTest, ADeclarationWithoutAnElementIsNoElement) {
-    EXPECT_EQ(fault("<?xml version='1.0'?>\n"), "2 at 2:1");
+TEST_F(XmlTest, ADeclarationAloneIsATree) {
     EXPECT_EQ(tree("<?xml version='1.0'?>\n"), "?xml[version=1.0]");
+    EXPECT_EQ(tree("<?xml version='1.0'?><!--c-->"), "?xml[version=1.0](<!--c-->)");
+}
+
+TEST_F(XmlTest, TextBehindADeclarationAloneHasNoPlace) {
+    EXPECT_EQ(fault("<?xml version='1.0'?>\n text"), "8 at 2:2");
 }
 
 TEST_F(XmlTest, ANullTextIsCode9WithoutAPlace) {
