@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "host/core/core_string.h"
 #include "host/host_export.h"
 
@@ -130,7 +132,7 @@ HOST_API bool event_debug_collisions(unsigned int hash, const CoreString& name);
 /// and registers the identifier's hash while the file's statics are initialised.
 #define HOST_DECLARE_EVENT(id)                                                                               \
     [[maybe_unused]] static const CoreString id(#id);                                                        \
-    [[maybe_unused]] static const bool id##_collides =                                                       \
-        event_debug_collisions(CoreHash::generate_jenkins(#id), CoreString(#id));
+    [[maybe_unused]] static const bool id##_collides = event_debug_collisions(                               \
+        std::integral_constant<unsigned int, CoreHash::generate_jenkins(#id)>::value, CoreString(#id));
 
 HOST_EVENTS(HOST_DECLARE_EVENT)

@@ -160,7 +160,14 @@ TEST_F(ColorIOConversions, ABufferWithoutPixelsOrWithoutMemoryConvertsNothing) {
     EXPECT_FALSE(ColorIO::convert_buffer(rgb, 0, 1, 3, "linear", "sRGB"));
     EXPECT_FALSE(ColorIO::convert_buffer(rgb, 1, 0, 3, "linear", "sRGB"));
     EXPECT_FALSE(ColorIO::convert_buffer(nullptr, 1, 1, 3, "linear", "sRGB"));
+    EXPECT_FALSE(ColorIO::convert_buffer(rgb, 1, 1, 0, "linear", "sRGB"));
     EXPECT_THAT(rgb, ElementsAre(0.5f, 0.25f, 0.125f));
+    take_log();
+    EXPECT_FALSE(ColorIO::convert_buffer(rgb, 0, 1, 3, "linear", "unknown"));
+    EXPECT_FALSE(ColorIO::convert_buffer(rgb, 1, 0, 3, "linear", "unknown"));
+    EXPECT_FALSE(ColorIO::convert_buffer(rgb, 1, 1, 0, "linear", "unknown"));
+    EXPECT_FALSE(ColorIO::convert_buffer(nullptr, 1, 1, 3, "linear", "unknown"));
+    EXPECT_THAT(take_log(), IsEmpty()) << "refused before any name is looked up";
 }
 
 // Planes

@@ -279,6 +279,22 @@ TEST_F(ColorIOStart, DestroyingEndsTheManagerOnly) {
     EXPECT_EQ(ColorIOManager::get_instance(), nullptr);
 }
 
+TEST_F(ColorIOStart, HearsEventsInSilenceAfterBeingDestroyed) {
+    ASSERT_TRUE(ColorIO::init(&app));
+    ColorIO::destroy();
+    EventRecorder events;
+    app.default_color_space_name = "Cineon";
+    app.cdl_library_file_path = write_file("library.ccc", "<ColorCorrectionCollection/>").c_str();
+    want_file(write_file("film.ocio", FILM));
+    for (const CoreString& event :
+         {EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED, EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED,
+          EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED, EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED})
+        app.raise_event(event);
+    EXPECT_THAT(take_log(), IsEmpty());
+    EXPECT_THAT(events.take(), IsEmpty());
+    EXPECT_EQ(str(ColorIOManager::s_default_color_space_name), "linear");
+}
+
 TEST_F(ColorIOStart, WorksAgainAfterBeingDestroyed) {
     ASSERT_TRUE(ColorIO::init(&app));
     ColorIO::destroy();

@@ -287,4 +287,18 @@ TEST_F(Shader, OfACdlNeedsNoTable) {
     }
 }
 
+TEST_F(Shader, IsNotMadeWhenTheColorLibraryThrowsAndTheCallerHears) {
+    write_file("double.spi1d", "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n2\n}\n");
+    use_config(
+        config_text({{"", "lin"}, {"", "film"}}, {{"Monitor", "Film", "film"}}, {{"scene_linear", "lin"}}) +
+        "  - !<ColorSpace>\n    name: scan\n    allocation: uniform\n    allocationvars: [1, 1]\n"
+        "    to_reference: !<FileTransform> {src: double.spi1d}\n");
+    ASSERT_TRUE(converter->configure("scan", "lin"));
+    CoreString text = "as it was";
+    CoreArray<float> table;
+    EXPECT_ANY_THROW(converter->get_gpu_shader_data(text, table, CORE));
+    EXPECT_EQ(str(text), "as it was");
+    EXPECT_EQ(table.get_count(), FLOAT_COUNT) << "made before the text is asked for";
+}
+
 } // namespace

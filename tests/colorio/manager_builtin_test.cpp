@@ -12,6 +12,7 @@
 #include "colorio/ocio/types.h"
 #include "host/gmath/gmath_vec4.h"
 #include "tests/colorio/manager_fixture.h"
+#include "tests/support/file_size_limit.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -302,4 +303,22 @@ TEST_F(ManagerBuiltinConfig, ASpaceWithoutItsTableIsPublishedAndCannotBeConverte
     ColorIOConverter from_srgb, from_cineon;
     EXPECT_FALSE(from_srgb.configure("sRGB", "linear"));
     EXPECT_TRUE(from_cineon.configure("Cineon", "linear"));
+}
+
+TEST_F(ManagerBuiltinConfig, AFullDiskIsReportedAndTheNextStartWritesTheTables) {
+    {
+        const FileSizeLimit disk(1000);
+        EXPECT_FALSE(ColorIOManager::static_init(&app));
+    }
+    EXPECT_THAT(take_log(),
+                ElementsAre(LogLine{1, write_failed(path_of("srgb.spi1d"))},
+                            LogLine{1, write_failed(path_of("cineon.spi1d"))}, LogLine{1, BUILTIN_FAILED}));
+    EXPECT_FALSE(folder.exists("srgb.spi1d"));
+    EXPECT_FALSE(folder.exists("cineon.spi1d"));
+
+    ColorIOManager::destroy();
+    start_manager();
+    ColorIOConverter converter;
+    EXPECT_TRUE(converter.configure("sRGB", "linear"));
+    EXPECT_THAT(take_log(), IsEmpty());
 }

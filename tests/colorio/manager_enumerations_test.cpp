@@ -2,6 +2,8 @@
 #include <vector>
 
 #include "colorio/color_io.h"
+#include "host/event/event_ids.h"
+#include "host/event/event_object.h"
 #include "host/of/of_enum.h"
 #include "tests/colorio/manager_names_fixture.h"
 
@@ -94,6 +96,28 @@ TEST_F(ManagerEnumerations, AnEnumerationTellsOfOneChangePerPublication) {
         EXPECT_EQ(app.get_enum(name)->get_change_count(), before + 1) << name;
         EXPECT_FALSE(app.get_enum(name)->is_asleep()) << name;
     }
+}
+
+/// The enumerations that told of a change, in order.
+class ChangeRecorder : public EventObject {
+public:
+    ChangeRecorder(ScriptedApp& app, const std::vector<const char*>& names) {
+        for (const char* name : names)
+            connect(*app.get_enum(name), EVT_ID_OF_ENUM_CHANGE, &ChangeRecorder::record, nullptr);
+    }
+    std::vector<std::string> changed;
+
+private:
+    void record(AppBase& sender, const EventInfo&, OfObject*) {
+        changed.push_back(static_cast<OfEnum&>(sender).get_name().get_data());
+    }
+};
+
+TEST_F(ManagerEnumerations, WakeInAFixedOrder) {
+    ChangeRecorder recorder(app, {"color_space", "color_picking", "internal_color_space", "view_transform"});
+    manager.use_file_config(false);
+    EXPECT_THAT(recorder.changed,
+                ElementsAre("view_transform", "color_space", "internal_color_space", "color_picking"));
 }
 
 TEST_F(ManagerEnumerations, AllAreAwakeWhenTheListEventIsRaised) {

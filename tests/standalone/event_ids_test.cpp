@@ -6,10 +6,25 @@
 #include <thread>
 #include <vector>
 
+#include <unistd.h>
+
 namespace {
 
 #define NAME_OF_EVENT(id) #id,
 constexpr const char* EVENT_NAMES[] = {HOST_EVENTS(NAME_OF_EVENT)};
+
+// Another name for a hash is a collision only if an event was registered under that hash before.
+int count_events_without_registration() {
+    int count = 0;
+    for (const char* name : EVENT_NAMES)
+        count += !event_debug_collisions(CoreHash::generate_jenkins(name), CoreString("EVT_ID_TEST_") + name);
+    return count;
+}
+
+// In a process of its own, for it leaves collisions behind.
+TEST(EventIdsDeathTest, EveryEventIsRegisteredUnderItsHashWhenTheProgramIsLoaded) {
+    EXPECT_EXIT(_exit(count_events_without_registration()), testing::ExitedWithCode(0), "");
+}
 
 TEST(EventIds, TheHostNames114Events) {
     EXPECT_EQ(std::set<std::string>(std::begin(EVENT_NAMES), std::end(EVENT_NAMES)).size(), 114u);

@@ -2,16 +2,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 
 #include "tests/standalone/other_user.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -26,24 +25,6 @@ bool write_file(const std::string& path, const std::string& content) {
     SysFile file(path.c_str(), SysFile::MODE_WRITE, 0);
     return file.is_opened() && file.write(CoreString(std::string_view(content))) >= 0 && file.close();
 }
-
-// Lets no file grow beyond `size` bytes until the end of the scope, as on a disk with that much room.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) : old_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &old_limit);
-        const rlimit limit{size, old_limit.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &old_limit);
-        std::signal(SIGXFSZ, old_handler);
-    }
-
-private:
-    void (*old_handler)(int);
-    rlimit old_limit;
-};
 
 TEST(SysFileWriting, TheFileAppearsWholeWhenItIsClosed) {
     const TempDir folder;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 
 #include "tests/colorio/ocio/test_configs.h"
@@ -16,6 +17,10 @@ TEST(Guarded, HandsBackWhatTheCallReturns) {
 
 TEST(Guarded, ForeignExceptionsArriveAsTheDoorsOwn) {
     EXPECT_EQ(refusal_of([] { ocio::guarded([] { throw std::out_of_range("too far"); }); }), "too far");
+}
+
+TEST(Guarded, ShortageOfMemoryPasses) {
+    EXPECT_THROW(ocio::guarded([] { throw std::bad_alloc(); }), std::bad_alloc);
 }
 
 TEST(Guarded, AMessageIsNeverEmpty) {
