@@ -1,5 +1,5 @@
-// Any bytes as a .cc, .ccc or .cdl file: as the CDL library, as a document read into a record, and as the file
-// that a record names. What was read is written as a collection, which must read back as the same names.
+// Any bytes as a .cc, .ccc or .cdl file: as the CDL library, as a document read into a record, and as the
+// file that a record names. What was read is written as a collection, which must read back as the same names.
 
 #include <cstdint>
 

@@ -1,5 +1,5 @@
-// Any bytes as a mapping file. Reading it twice doubles its rows; every row can be asked for, tidied, saved and
-// loaded.
+// Any bytes as a mapping file. Reading it twice doubles its rows; every row can be asked for, tidied, saved
+// and loaded.
 
 #include <cstdint>
 

@@ -1,0 +1,126 @@
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include <benchmark/benchmark.h>
+#include <epoxy/gl.h>
+
+#include "tool/console.h"
+#include "tool/viewer/chain_shader.h"
+#include "tool/viewer/color_chain.h"
+#include "tool/viewer/color_host.h"
+#include "tool/viewer/picture_painter.h"
+#include "tool/viewer/screen.h"
+
+// How long the viewer's user waits after choosing another view: for the shader with its table, and for the
+// first frame of a 4K float picture. $OCIO names the configuration, the built-in one by default.
+
+namespace {
+
+constexpr int WIDTH = 3840;
+constexpr int HEIGHT = 2160;
+
+/// The module, and a screen of 4K without a window. The driver compiles every shader anew.
+class Bench {
+public:
+    static Bench& get() {
+        static Bench bench;
+        return bench;
+    }
+
+    /// Conversions from scene-linear through a view, made anew: through each in turn.
+    std::shared_ptr<const tool::ColorChain> make_chain() {
+        const std::vector<std::string>& views = host.get_views();
+        const std::string space = host.get_space_of_file("render.exr").label;
+        return std::make_shared<const tool::ColorChain>(
+            host, tool::ColorSettings{space, host.get_default_cdl(), views[turn++ % views.size()], 0});
+    }
+
+    std::shared_ptr<const tool::Picture> make_picture() const {
+        auto picture = std::make_shared<tool::Picture>();
+        picture->width = WIDTH;
+        picture->height = HEIGHT;
+        picture->rgba.resize(std::size_t{4} * WIDTH * HEIGHT);
+        for (std::size_t i = 0; i < picture->rgba.size(); ++i)
+            picture->rgba[i] = static_cast<float>(i * 2654435761u % 65536) / 32768.0f;
+        return picture;
+    }
+
+private:
+    Bench() { setenv("MESA_SHADER_CACHE_DISABLE", "true", 1); }
+
+    tool::Console console{std::cout, std::cerr};
+    tool::ColorHost host{tool::SessionOptions{}, console};
+    std::size_t turn = 0;
+};
+
+void draw(tool::PicturePainter& painter, const tool::PicturePainter::Subject& subject) {
+    const tool::Viewport screen = {0, 0, WIDTH, HEIGHT};
+    painter.draw(subject, screen, screen, {0, 0, 1}, HEIGHT);
+    glFinish();
+}
+
+void configure_view(benchmark::State& state) {
+    Bench& bench = Bench::get();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(bench.make_chain());
+}
+
+void configure_view_and_make_shader(benchmark::State& state) {
+    Bench& bench = Bench::get();
+    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    for (auto _ : state) {
+        const auto chain = bench.make_chain();
+        const tool::ChainShader shader(chain.get());
+        glFinish();
+    }
+}
+
+void switch_view_and_draw_4k(benchmark::State& state) {
+    Bench& bench = Bench::get();
+    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    tool::PicturePainter painter;
+    const auto picture = bench.make_picture();
+    screen->begin_frame();
+    draw(painter, {picture, bench.make_chain(), 0});
+    for (auto _ : state)
+        draw(painter, {picture, bench.make_chain(), 0});
+    state.counters["shaders"] = painter.count_shaders();
+}
+
+void change_exposure_and_draw_4k(benchmark::State& state) {
+    Bench& bench = Bench::get();
+    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    tool::PicturePainter painter;
+    const auto picture = bench.make_picture();
+    const auto chain = bench.make_chain();
+    screen->begin_frame();
+    draw(painter, {picture, chain, 0});
+    float exposure = 0;
+    for (auto _ : state)
+        draw(painter, {picture, chain, exposure += 0.01f});
+    state.counters["shaders"] = painter.count_shaders();
+}
+
+void upload_4k_picture(benchmark::State& state) {
+    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    screen->begin_frame();
+    for (auto _ : state) {
+        tool::PicturePainter painter;
+        state.PauseTiming();
+        const auto picture = Bench::get().make_picture();
+        state.ResumeTiming();
+        const tool::Viewport pixel = {0, 0, 1, 1};
+        painter.draw({picture, nullptr, 0}, pixel, pixel, {0, 0, 1}, HEIGHT);
+        glFinish();
+    }
+}
+
+BENCHMARK(configure_view)->Unit(benchmark::kMillisecond);
+BENCHMARK(configure_view_and_make_shader)->Unit(benchmark::kMillisecond);
+BENCHMARK(switch_view_and_draw_4k)->Unit(benchmark::kMillisecond);
+BENCHMARK(change_exposure_and_draw_4k)->Unit(benchmark::kMillisecond);
+BENCHMARK(upload_4k_picture)->Unit(benchmark::kMillisecond);
+
+} // namespace
