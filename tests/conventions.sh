@@ -9,7 +9,7 @@ forbid() {
     local words=$1 pattern=$2
     shift 2
     local found
-    found=$(grep -rnE --include='*.h' --include='*.cpp' -- "$pattern" "$@")
+    found=$(grep -rnP --include='*.h' --include='*.cpp' -- "$pattern" "$@")
     [ -z "$found" ] && return
     printf '%s:\n%s\n' "$words" "$found"
     failures=1
@@ -24,7 +24,10 @@ forbid "the door knows no host and no XML" '#include "(host|xml)/' colorio/ocio
 forbid "the host declarations know nobody" '#include "(colorio|xml|pixel|standalone|tool)/' host
 forbid "the standalone host knows no colour" '#include ["<](colorio|OpenColorIO|pixel)/' standalone
 forbid "only the door calls the colour library" '\b(OCIO|OCIO_NAMESPACE|library)::(Config|ColorSpace|CDLTransform|FileTransform|GroupTransform|Processor|CPUProcessor)::' \
-    $colorio_outside_door
+    $colorio_outside_door tool
+forbid "the tool sees the colour library only as the module's public headers show it" '#include [<"]OpenColorIO/' tool
+forbid "the tool enters the door for the library's log and for watched folders only" \
+    '#include "colorio/ocio/(?!(library_log|search_folders)\.h")' tool
 forbid "no test includes a source file" '#include "[^"]*\.cpp"' tests
 forbid "a library does not end the process" '\b(std::)?(exit|abort|_exit|quick_exit)\(' host xml pixel colorio standalone
 exit $failures

@@ -1,7 +1,9 @@
 #include "tool/command.h"
 
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -54,15 +56,18 @@ std::string describe(const CheckFailure& failure) {
                        failure.reason.text);
 }
 
-/// Messages that follow each other and say the same become one with a count.
+/// Each message once, in the order of their first coming, with a count.
 void print_messages(const std::vector<LoggedMessage>& messages, Console& console) {
-    for (std::size_t i = 0, next; i < messages.size(); i = next) {
-        next = i + 1;
-        while (next < messages.size() && messages[next].text == messages[i].text &&
-               messages[next].level == messages[i].level)
-            ++next;
-        const std::string count = next - i > 1 ? fmt::format(" ({} times)", next - i) : "";
-        console.print(fmt::format("  {}: {}{}", get_level_name(messages[i].level), messages[i].text, count));
+    std::map<std::string, unsigned int> counts;
+    std::vector<std::string> lines;
+    for (const LoggedMessage& message : messages) {
+        const std::string line = fmt::format("{}: {}", get_level_name(message.level), message.text);
+        if (++counts[line] == 1)
+            lines.push_back(line);
+    }
+    for (const std::string& line : lines) {
+        const unsigned int count = counts[line];
+        console.print(fmt::format("  {}{}", line, count > 1 ? fmt::format(" ({} times)", count) : ""));
     }
 }
 

@@ -69,10 +69,8 @@ ColorSession::~ColorSession() {
 }
 
 void ColorSession::load(PreferenceUse use) {
-    const bool started = ColorIO::init(app.get()) && is_builtin_config_active();
-    // The module starts without the files of the built-in configuration, which another one does not need.
-    const bool usable = source.kind != ConfigSource::BUILTIN || !recorder.has_error();
-    if (!started || !usable)
+    // A module whose own configuration failed follows no change of preferences, so none can be used.
+    if (!ColorIO::init(app.get()) || !is_builtin_config_active() || recorder.has_error())
         throw CommandError(
             fmt::format("colour management does not start: {}", explain_failure(recorder.take_messages())));
     app->set_default_color_space_name(preferences.get_app().get_default_color_space_name());

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/core/core_log.h"
+#include "tool/library_log.h"
 
 namespace tool {
 
@@ -19,8 +20,8 @@ struct LoggedMessage {
 /// "error", "warning" or "information".
 const char* get_level_name(unsigned int level);
 
-/// The main log handler while it lives: keeps every message of the module, so that a command can say why
-/// something failed, and shows each at once to a user who asked for all of them.
+/// The main log handler while it lives: keeps every message of the module and the colour library, so that a
+/// command can say why something failed, and shows each at once to a user who asked for all of them.
 class LogRecorder : public CoreLogHandler {
 public:
     LogRecorder(Console& console, bool verbose);
@@ -39,6 +40,7 @@ private:
     Console& console;
     const bool verbose;
     CoreLogHandler* replaced;
+    const LibraryLog library_log;
     std::mutex mutex;
     std::vector<LoggedMessage> messages;
 };

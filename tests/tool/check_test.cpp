@@ -134,6 +134,19 @@ TEST_F(Check, SaysWhyAConfigurationIsRefusedAndCountsRepeatedMessages) {
                                   HasSubstr("It cannot be loaded: "), Not(HasSubstr("Failures:"))));
 }
 
+TEST_F(Check, ListsWhatTheColorLibraryReportsByItself) {
+    std::string config = SHOW_CONFIG;
+    config.replace(config.find("version: 1"), 10, "version: 2");
+    config.insert(config.find("colorspaces:"), "inactive_colorspaces: [nowhere]\n");
+    config.insert(config.find("  texture_paint"), "  default: lin\n");
+    folder.write("show.ocio", config);
+    testing::internal::CaptureStderr();
+    const ToolRun result = check();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("warning: OpenColorIO: Inactive 'nowhere'"));
+}
+
 TEST_F(Check, SaysThatAConfigurationIsMissing) {
     const json answer = check_json(1);
     EXPECT_EQ(answer.at("kind"), "missing file");

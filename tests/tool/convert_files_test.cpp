@@ -83,21 +83,37 @@ TEST_F(ConvertFiles, StayAsTheyWereWhenTheInputIsDamaged) {
     EXPECT_EQ(count_files(), 3u);
 }
 
-TEST_F(ConvertFiles, StayAsTheyWereWhenTheDiskIsFull) {
-    ASSERT_THAT(run({"list"}), Succeeds()) << "the module keeps its tables on disk";
-    for (const std::string extension : {".exr", ".tif", ".png", ".hdr", ".dpx"}) {
-        folder.write("old" + extension, "something else");
+/// A format by its extension, on a disk that has room for so many bytes less than the picture needs.
+class ConvertFilesOnAFullDisk : public ConvertFiles, public testing::WithParamInterface<const char*> {
+protected:
+    void expect_the_old_file_after_room_for(rlim_t bytes) {
+        const std::string name = std::string("old.") + GetParam();
+        folder.write(name, "something else");
         const size_t files = count_files();
         ToolRun result;
         {
-            const FileSizeLimit limit(1000);
-            result = convert(path("in.exr"), path("old" + extension));
+            const FileSizeLimit limit(bytes);
+            result = convert(path("in.exr"), path(name));
         }
-        EXPECT_THAT(result, FailsWith(1, HasSubstr("cannot write '" + path("old" + extension) + "'")));
-        EXPECT_EQ(folder.read("old" + extension), "something else") << extension;
-        EXPECT_EQ(count_files(), files) << extension;
+        EXPECT_THAT(result, FailsWith(1, HasSubstr("cannot write '" + path(name) + "'"))) << bytes;
+        EXPECT_TRUE(folder.read(name) == "something else") << bytes;
+        EXPECT_EQ(count_files(), files) << bytes;
     }
+};
+
+TEST_P(ConvertFilesOnAFullDisk, StayAsTheyWere) {
+    const std::string whole = path(std::string("whole.") + GetParam());
+    ASSERT_THAT(convert(path("in.exr"), whole), Succeeds());
+    const rlim_t size = std::filesystem::file_size(whole);
+    ASSERT_GT(size, 1000u);
+    for (const rlim_t bytes : {rlim_t(1000), size / 2, size - 200, size - 1})
+        expect_the_old_file_after_room_for(bytes);
 }
+
+INSTANTIATE_TEST_SUITE_P(Formats, ConvertFilesOnAFullDisk,
+                         testing::Values("exr", "tif", "png", "jpg", "tga", "hdr", "dpx", "bmp", "sgi",
+                                         "webp", "jp2", "pnm", "gif", "ico", "iff", "rla", "fits"),
+                         [](const auto& format) { return std::string(format.param); });
 
 TEST_F(ConvertFiles, SayWhatIsMissing) {
     EXPECT_THAT(convert(path("missing.exr"), path("out.exr")),

@@ -35,6 +35,23 @@ protected:
     }
 };
 
+/// 8 x 8 pixels and the smaller levels down to one pixel, each of one value: 0.5, 0.25, 0.1667 and so on.
+void write_levels(const std::string& file) {
+    OIIO::ImageSpec spec(8, 8, 3, OIIO::TypeHalf);
+    spec.tile_width = spec.tile_height = 4;
+    spec.attribute("textureformat", "Plain Texture");
+    const auto output = OIIO::ImageOutput::create(file);
+    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
+        spec.width = spec.height = spec.full_width = spec.full_height = side;
+        const auto mode = level == 0 ? OIIO::ImageOutput::Create : OIIO::ImageOutput::AppendMIPLevel;
+        ASSERT_TRUE(output->open(file, spec, mode)) << output->geterror();
+        const std::vector<float> values(static_cast<size_t>(side * side * 3),
+                                        0.5f / static_cast<float>(level + 1));
+        ASSERT_TRUE(output->write_image(OIIO::TypeFloat, values.data())) << output->geterror();
+    }
+    ASSERT_TRUE(output->close());
+}
+
 TEST_F(ConvertParts, ConvertsTheColorsOfEachAndKeepsTheRest) {
     write_three_parts();
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
@@ -95,6 +112,18 @@ TEST_F(ConvertParts, RefusesDeepPictures) {
     EXPECT_THAT(convert("deep.exr", "out.exr"),
                 FailsWith(1, AllOf(HasSubstr("deep.exr"), HasSubstr("deep image"), HasSubstr("flatten"))));
     EXPECT_EQ(count_files(), 1u);
+}
+
+TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
+    write_levels(path("in.exr"));
+    EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
+    for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
+        const Picture part = read_picture(path("out.exr"), 0, level);
+        EXPECT_EQ(part.spec.width, side);
+        EXPECT_EQ(part.spec.tile_width, 4);
+        EXPECT_NEAR(part.get("B"), formula::srgb_to_linear(0.5 / (level + 1)), HALF_OF_ONE) << level;
+    }
+    EXPECT_THAT(convert("in.exr", "out.png").err, HasSubstr("the smaller levels are left out"));
 }
 
 } // namespace

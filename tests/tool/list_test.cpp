@@ -137,7 +137,13 @@ TEST_F(List, FailsOnAnEnvironmentVariableThatNamesNoConfigurationAndSaysHowToMen
 
 TEST_F(List, FailsWhereTheBuiltinTablesCannotBeKept) {
     folder.write("cache", "a file, not a folder");
-    EXPECT_THAT(run({"list"}), FailsWith(1, HasSubstr("colour management does not start")));
+    folder.write("show.ocio", SHOW_CONFIG);
+    const auto refusal =
+        FailsWith(1, AllOf(HasSubstr("colour management does not start: Cannot create the folder"),
+                           HasSubstr(path("cache"))));
+    EXPECT_THAT(run({"list"}), refusal);
+    EXPECT_THAT(run({"list", "--config", path("show.ocio")}), refusal)
+        << "the module starts with its own tables";
 }
 
 TEST_F(List, ShowsTheModulesMessagesOnlyWhenAsked) {

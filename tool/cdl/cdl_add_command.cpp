@@ -66,10 +66,18 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
     if (!values.empty())
         return make_cdl_record(parse_numbers(values), name);
     const CorrectionSource found = parse_correction_source(source);
-    ColorDecisionListDef record = make_cdl_record(read_correction(found), name);
+    const Correction correction = read_correction(found);
+    ColorDecisionListDef record = make_cdl_record(correction, name);
     const bool is_collection = SysFilesystem::get_file_extension(found.path.c_str()) == COLLECTION_EXTENSION;
     if (is_collection && found.id.empty())
         throw UsageError(fmt::format("'{0}' is a collection; name a correction as {0}:ID", found.path));
+    if (!correction.has_usual_names) {
+        console.note(
+            fmt::format("the colour library does not read how '{}' is spelled: the numbers are copied, "
+                        "and do not follow it",
+                        found.path));
+        return record;
+    }
     if (!is_collection && !found.id.empty()) {
         console.note(
             fmt::format("only a .ccc collection is searched for an id: the numbers are copied, and do "

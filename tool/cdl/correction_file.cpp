@@ -100,6 +100,7 @@ private:
     void read_slope_offset_power(const XmlNode& node) {
         if (node.is_empty())
             return;
+        correction.has_usual_names = std::strcmp(node.get_name(), "SOPNode") == 0;
         collect_descriptions(node);
         read_numbers(node, "Slope", correction.slope, std::size(correction.slope));
         read_numbers(node, "Offset", correction.offset, std::size(correction.offset));

@@ -1,12 +1,12 @@
 #include "tool/image/picture_writer.h"
 
-#include <fstream>
 #include <string_view>
 
 #include <fmt/format.h>
 
 #include "tool/exit_code.h"
 #include "tool/image/format_abilities.h"
+#include "tool/image/written_file.h"
 
 namespace tool {
 
@@ -20,14 +20,9 @@ std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& p
     return specs;
 }
 
-/// True when the file ends with the IEND chunk, type and checksum (ISO/IEC 15948, 11.2.5).
-bool ends_as_png(const std::string& path) {
-    const std::string end("IEND\xAE\x42\x60\x82", 8);
-    std::string found(end.size(), '\0');
-    std::ifstream file(path, std::ios::binary);
-    file.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
-    file.read(found.data(), static_cast<std::streamsize>(found.size()));
-    return file && found == end;
+/// TIFF goes back to its directory to add metadata, and its writer does not read through a proxy.
+bool reads_while_it_writes(const OIIO::ImageOutput& output) {
+    return std::string_view(output.format_name()) == "tiff";
 }
 
 } // namespace
@@ -36,19 +31,24 @@ PictureWriter::PictureWriter(const std::string& path, const std::string& name)
     : path(path), name(name), output(OIIO::ImageOutput::create(path)) {
     if (!output)
         fail(OIIO::geterror());
+    if (output->supports("ioproxy") && !reads_while_it_writes(*output))
+        output->set_ioproxy(&file.emplace(path));
 }
 
 PictureWriter::~PictureWriter() = default;
 
-void PictureWriter::fail(const std::string& fallback) const {
-    std::string reason = output ? output->geterror() : "";
-    if (reason.empty())
-        reason = fallback;
+void PictureWriter::fail(std::string reason) const {
     for (std::size_t place; (place = reason.find(path)) != std::string::npos;)
         reason.replace(place, path.size(), name);
     while (!reason.empty() && reason.back() == '\n')
         reason.pop_back();
     throw CommandError(fmt::format("cannot write '{}': {}", name, reason));
+}
+
+void PictureWriter::fail_with_format(const std::string& fallback) const {
+    const std::string of_format = output->geterror();
+    const std::string of_file = file ? file->get_failure() : "";
+    fail(!of_file.empty() ? of_file : !of_format.empty() ? of_format : fallback);
 }
 
 const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,
@@ -67,21 +67,27 @@ const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& p
                          is_level ? OIIO::ImageOutput::AppendMIPLevel : OIIO::ImageOutput::AppendSubimage);
     }
     if (!opened)
-        fail("it cannot be opened");
+        fail_with_format("it cannot be opened");
+    ++part_count;
     return output->spec();
 }
 
 void PictureWriter::write_part(const PixelBuffer& pixels) {
-    if (!output->write_image(OIIO::TypeUnknown, pixels.data()))
-        fail("its pixels cannot be written");
+    // Not every writer takes the unknown type for "as the file has it", which channels of different types
+    // need.
+    const OIIO::ImageSpec& spec = output->spec();
+    const OIIO::TypeDesc type = spec.channelformats.empty() ? spec.format : OIIO::TypeDesc(OIIO::TypeUnknown);
+    if (!output->write_image(type, pixels.data()))
+        fail_with_format("its pixels cannot be written");
 }
 
 void PictureWriter::close() {
     if (!output->close())
-        fail("it cannot be finished");
-    // The PNG writer does not report what a full disk refused.
-    if (std::string_view(output->format_name()) == "png" && !ends_as_png(path))
-        fail("its end is missing; is the disk full?");
+        fail_with_format("it cannot be finished");
+    output.reset(); // a writer of several levels finishes its file only then
+    const std::string reason = file ? file->finish() : find_damage(path, part_count);
+    if (!reason.empty())
+        fail(reason);
 }
 
 } // namespace tool

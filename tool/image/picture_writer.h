@@ -1,11 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <OpenImageIO/imageio.h>
 
+#include "tool/image/output_file.h"
 #include "tool/image/picture_reader.h"
 #include "tool/image/pixel_layout.h"
 
@@ -16,7 +18,7 @@ struct FormatAbilities;
 /// A picture file being written, part by part in order. Throws CommandError with `name` and the reason.
 class PictureWriter {
 public:
-    /// Writes to `path`; messages speak of `name`.
+    /// Writes to `path`, a file that exists; messages speak of `name`.
     PictureWriter(const std::string& path, const std::string& name);
     ~PictureWriter();
 
@@ -29,11 +31,14 @@ public:
     void close();
 
 private:
-    void fail(const std::string& fallback) const;
+    [[noreturn]] void fail(std::string reason) const;
+    [[noreturn]] void fail_with_format(const std::string& fallback) const;
 
     std::string path;
     std::string name;
-    std::unique_ptr<OIIO::ImageOutput> output;
+    std::optional<OutputFile> file; ///< Of formats that write through it; the others open `path` themselves.
+    std::unique_ptr<OIIO::ImageOutput> output; ///< Goes before the file.
+    std::size_t part_count = 0;
 };
 
 } // namespace tool

@@ -53,6 +53,11 @@ std::vector<ColorSpaceDef> get_custom_spaces() {
     return spaces;
 }
 
+std::string get_label(const ColorSpaceDef& space) {
+    return fmt::format("{}{}{}", ColorIOManager::BUILTIN_FAMILY.data, ColorIOManager::FAMILY_SEPARATOR,
+                       space.name.view());
+}
+
 std::string describe_origin(const ColorSpaceDef& space) {
     std::string grade(space.cdl_file.view());
     if (!space.cccid.is_empty())

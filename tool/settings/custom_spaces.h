@@ -10,6 +10,9 @@ namespace tool {
 /// The user's own records among the running module's colour spaces.
 std::vector<ColorIOManager::ColorSpaceDef> get_custom_spaces();
 
+/// How the module publishes a record.
+std::string get_label(const ColorIOManager::ColorSpaceDef& space);
+
 /// What the record is made of: "film.cube", "grades.ccc:a then film.cube".
 std::string describe_origin(const ColorIOManager::ColorSpaceDef& space);
 /// "uniform 0 1" or "lg2 -8 5 0.01".

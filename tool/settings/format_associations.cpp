@@ -106,7 +106,8 @@ std::string normalize_extensions(const std::string& text) {
 
 std::vector<std::string> find_shadowed_extensions(const std::string& category) {
     std::vector<std::string> notes;
-    for (const std::string& extension : get_format_associations()[find_category(category)].extensions) {
+    const FormatAssociation association = get_format_associations()[find_category(category)];
+    for (const std::string& extension : association.extensions) {
         const FormatAssociation decisive = find_format_association(extension);
         if (decisive.category != category && !is_fallback_category(category))
             notes.push_back(fmt::format("files .{} stay in {}: category '{}' decides about them", extension,

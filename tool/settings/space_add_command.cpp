@@ -71,8 +71,7 @@ ExitCode SpaceAddCommand::run(Console& console) {
     ColorSession session(session_options, console, PreferenceUse::CHANGE);
     add(record, session);
     session.save_preferences();
-    console.print(fmt::format("{}: {}", ColorIO::get_full_color_space_name(record.name).view(),
-                              describe_origin(record)));
+    console.print(fmt::format("{}: {}", get_label(record), describe_origin(record)));
     return EXIT_CODE_DONE;
 }
 
@@ -98,7 +97,9 @@ ColorSpaceDef SpaceAddCommand::make_record() const {
 
 void SpaceAddCommand::take_cdl(ColorSpaceDef& record) const {
     const CorrectionSource source = parse_correction_source(cdl);
-    read_correction(source);
+    if (!read_correction(source).has_usual_names)
+        throw CommandError(fmt::format(
+            "the colour library does not read how '{}' is spelled: it wants SOPNode", source.path));
     const bool is_collection = SysFilesystem::get_file_extension(source.path.c_str()) == COLLECTION_EXTENSION;
     if (is_collection && source.id.empty())
         throw UsageError(fmt::format("'{0}' is a collection; name a correction as {0}:ID", source.path));
@@ -135,7 +136,7 @@ void SpaceAddCommand::add(const ColorSpaceDef& record, ColorSession& session) co
     session.take_messages();
     manager.set_tavelion_config(records);
     ColorIOConverter converter;
-    if (!ColorIO::color_space_exists(record.name) ||
+    if (!ColorIO::color_space_exists(get_label(record).c_str()) ||
         !converter.configure(ColorIO::get_ROLE_SCENE_LINEAR(), record.name))
         throw CommandError(fmt::format("cannot make the colour space '{}': {}", name,
                                        explain_failure(session.take_messages())));

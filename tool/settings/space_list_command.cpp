@@ -22,7 +22,7 @@ constexpr char EXAMPLES[] = R"(  colorio space list
 
 /// False for records whose files are gone or have errors.
 bool is_usable(const ColorSpaceDef& space) {
-    return ColorIO::color_space_exists(space.name);
+    return ColorIO::color_space_exists(get_label(space).c_str());
 }
 
 class SpaceListCommand : public Command {

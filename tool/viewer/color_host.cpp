@@ -4,11 +4,11 @@
 #include <array>
 #include <filesystem>
 
-#include <OpenColorIO/OpenColorIO.h>
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/ocio/search_folders.h"
 #include "host/event/event_ids.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
@@ -258,15 +258,8 @@ std::vector<std::string> ColorHost::get_source_folders() const {
     if (config_path.empty())
         return folders;
     add_folders_of(config_path, folders);
-    const OCIO_NAMESPACE::ConstConfigRcPtr config = ColorIOManager::get_instance()->get_config();
-    const char* search_path = config->getSearchPath();
-    std::string rest = search_path ? search_path : "";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(':'), rest.size());
-        const std::string entry = config->getCurrentContext()->resolveStringVar(rest.substr(0, end).c_str());
-        folders.push_back(normalized(fs::path(config->getWorkingDir()) / entry).string());
-        rest.erase(0, end + 1);
-    }
+    for (const std::string& folder : ocio::get_search_folders(ColorIOManager::get_instance()->get_config()))
+        folders.push_back(normalized(folder).string());
     return folders;
 }
 

@@ -1,0 +1,141 @@
+#include <cmath>
+
+#include "tests/tool/configs.h"
+#include "tests/tool/pictures.h"
+#include "tests/tool_settings/settings_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ConvertGrade : public SettingsTest {
+protected:
+    ConvertGrade() {
+        folder.write("grades.ccc", GRADES);
+        folder.write("show.ocio", SHOW_CONFIG);
+    }
+
+    Picture convert(const std::vector<float>& color, const std::vector<std::string>& options) {
+        write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, color));
+        std::vector<std::string> arguments = {"convert", path("in.exr"), path("out.exr")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_THAT(run(arguments), Succeeds());
+        return read_picture(path("out.exr"));
+    }
+
+    std::string warm() const { return path("grades.ccc") + ":warm"; }
+};
+
+TEST_F(ConvertGrade, GradesBetweenASpaceAndItself) {
+    const Picture graded =
+        convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", warm()});
+    EXPECT_FLOAT_EQ(graded.get("R"), 1.0f);
+    EXPECT_FLOAT_EQ(graded.get("G"), 0.5f);
+    EXPECT_FLOAT_EQ(graded.get("B"), 0.25f);
+}
+
+TEST_F(ConvertGrade, GradesInSceneLinearWhateverTheEnds) {
+    // half_light holds half of the light: 0.25 there is 0.5, warm doubles its red to 1, which is 0.5 there.
+    const Picture graded = convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "half_light",
+                                                           "--cdl", warm(), "--config", path("show.ocio")});
+    EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
+    EXPECT_FLOAT_EQ(graded.get("B"), 0.125f);
+    // An offset tells that the correction works on light, not on what the file holds.
+    const Picture offset =
+        convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "lin", "--cdl",
+                                        path("grades.ccc") + ":cold", "--config", path("show.ocio")});
+    const float blue = 0.5f + 0.25f;
+    const float luma = 0.2126f * 0.5f + 0.7152f * 0.5f + 0.0722f * blue;
+    EXPECT_NEAR(offset.get("B"), luma + 0.8f * (blue - luma), 1e-6f);
+}
+
+TEST_F(ConvertGrade, GradesForADisplay) {
+    const Picture graded = convert({0.5f, 0.5f, 0.5f}, {"--from", "lin", "--view", "Monitor.Film", "--cdl",
+                                                        warm(), "--config", path("show.ocio")});
+    EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
+}
+
+TEST_F(ConvertGrade, UndoesACorrection) {
+    const Picture undone = convert({1.0f, 0.5f, 0.25f},
+                                   {"--from", "linear", "--to", "linear", "--cdl", warm(), "--inverse-cdl"});
+    for (const char* channel : {"R", "G", "B"})
+        EXPECT_FLOAT_EQ(undone.get(channel), 0.5f);
+}
+
+TEST_F(ConvertGrade, TakesTheFirstCorrectionWithoutAnId) {
+    const Picture graded =
+        convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", path("grades.ccc")});
+    EXPECT_FLOAT_EQ(graded.get("R"), 1.0f);
+}
+
+TEST_F(ConvertGrade, FindsTheCorrectionsOfADecisionListById) {
+    folder.write("shot.cdl",
+                 "<ColorDecisionList><ColorDecision><ColorCorrection id=\"a\"/></ColorDecision>"
+                 "<ColorDecision><ColorCorrection id=\"b\"><SOPNode><Slope>3 3 3</Slope><Offset>0 0 "
+                 "0</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection></ColorDecision>"
+                 "</ColorDecisionList>");
+    const Picture graded =
+        convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", path("shot.cdl") + ":b"});
+    EXPECT_FLOAT_EQ(graded.get("G"), 1.5f);
+}
+
+TEST_F(ConvertGrade, RefusesCorrectionsThatAreNotThere) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
+    const auto grade = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> arguments = {"convert", path("in.exr"), path("out.exr"), "--to", "sRGB"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(arguments);
+    };
+    EXPECT_THAT(grade({"--cdl", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
+    EXPECT_THAT(grade({"--cdl", path("grades.ccc") + ":wram"}),
+                FailsWith(1, HasSubstr("did you mean 'warm'?")));
+    EXPECT_THAT(grade({"--inverse-cdl"}), FailsWith(2, HasSubstr("--cdl")));
+    folder.write("gray.cc",
+                 "<ColorCorrection><SatNode><Saturation>0</Saturation></SatNode></ColorCorrection>");
+    EXPECT_THAT(
+        grade({"--cdl", path("gray.cc"), "--inverse-cdl"}),
+        FailsWith(1, AllOf(HasSubstr("cannot grade with '" + path("gray.cc")), HasSubstr("inverted"))));
+    EXPECT_FALSE(folder.exists("out.exr"));
+}
+
+TEST_F(ConvertGrade, ExplainsBothEnds) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    const ToolRun result = run(
+        {"convert", path("in.exr"), path("out.exr"), "--view", "Tavelion.sRGB", "--why", "--cdl", warm()});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(
+        result.out,
+        HasSubstr("configuration: the built-in configuration\n"
+                  "source:        Tavelion|linear, from the built-in associations, category Open EXR\n"
+                  "grade:         " +
+                  warm() +
+                  ", in Tavelion|linear, the scene-linear space\n"
+                  "destination:   Tavelion.sRGB, the view 'sRGB' of the display 'Tavelion', which shows "
+                  "Tavelion|sRGB\n"
+                  "written as:    sRGB\n"));
+    EXPECT_TRUE(folder.exists("out.exr"));
+}
+
+TEST_F(ConvertGrade, ExplainsWhatNamesMean) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    const std::string text = print({"convert", path("in.exr"), path("out.exr"), "--why", "--from",
+                                    "texture_paint", "--to", "warm", "--config", path("show.ocio")});
+    EXPECT_THAT(text,
+                AllOf(HasSubstr("source:        half_light, which --from 'texture_paint' means, a role\n"),
+                      HasSubstr("destination:   ops|warm, which --to 'warm' means, the name without its "
+                                "family\n")));
+    EXPECT_THAT(print({"convert", path("in.exr"), path("out.exr"), "--why", "--from", "lin", "--to",
+                       "ops|warm", "--config", path("show.ocio")}),
+                AllOf(HasSubstr("lin, as --from says\n"), HasSubstr("ops|warm, as --to says\n")));
+}
+
+TEST_F(ConvertGrade, FollowsTheAssociationsOfThePreferences) {
+    print({"formats", "set", "Open EXR", "--space", "Cineon"});
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    EXPECT_EQ(run({"convert", path("in.exr"), path("out.exr"), "--to", "linear"}).err,
+              "in.exr: Tavelion|Cineon, from the built-in associations, category Open EXR\n");
+}
+
+} // namespace

@@ -1,0 +1,128 @@
+#include "tests/tool/configs.h"
+#include "tests/tool_settings/settings_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class Formats : public SettingsTest {
+protected:
+    /// The row of a category; null when there is none.
+    json find(const std::string& category, const std::vector<std::string>& more = {}) {
+        std::vector<std::string> arguments = {"formats", "list"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const json answer = print_json(arguments);
+        for (const json& row : answer.at("formats"))
+            if (row.at("category") == category)
+                return row;
+        return nullptr;
+    }
+};
+
+TEST_F(Formats, ListsTheBuiltinAssociations) {
+    const json answer = print_json({"formats"});
+    EXPECT_EQ(answer.at("source"), "builtin");
+    ASSERT_EQ(answer.at("formats").size(), 9u);
+    EXPECT_EQ(answer["formats"][0], json::parse(R"({"position": 0, "category": "Open EXR",
+        "extensions": ["exr", "sxr"], "color_space": "Tavelion|linear", "known": true})"));
+    EXPECT_EQ(answer["formats"][8].at("category"), "default");
+    EXPECT_EQ(print({"formats"}), print({"formats", "list"}));
+    EXPECT_FALSE(folder.exists("config"));
+}
+
+TEST_F(Formats, KeepsAChangedColorSpaceForTheCommandsThatFollow) {
+    EXPECT_EQ(print({"formats", "set", "Targa", "--space", "linear"}), "Targa (tga): Tavelion|linear\n");
+    EXPECT_EQ(find("Targa").at("color_space"), "Tavelion|linear");
+    EXPECT_EQ(find("Png").at("color_space"), "Tavelion|sRGB");
+    EXPECT_EQ(find("Targa", {"--no-prefs"}).at("color_space"), "Tavelion|sRGB");
+    EXPECT_TRUE(folder.exists(PREFERENCES));
+}
+
+TEST_F(Formats, KeepsChangesInAnotherFileWhenAsked) {
+    print({"formats", "set", "Targa", "--space", "linear", "--prefs", path("mine.yaml")});
+    EXPECT_TRUE(folder.exists("mine.yaml"));
+    EXPECT_FALSE(folder.exists("config"));
+    EXPECT_EQ(find("Targa").at("color_space"), "Tavelion|sRGB");
+    EXPECT_EQ(find("Targa", {"--prefs", path("mine.yaml")}).at("color_space"), "Tavelion|linear");
+}
+
+TEST_F(Formats, SetsExtensionsWithoutFullStopsAndInSmallLetters) {
+    print({"formats", "set", "Jpeg", "--extensions", ".JPG, jpeg,jfif"});
+    EXPECT_EQ(find("Jpeg").at("extensions"), json({"jpg", "jpeg", "jfif"}));
+}
+
+TEST_F(Formats, AddsACategoryInFrontOfTheDefaultOne) {
+    print({"formats", "add", "Camera", "--extensions", "dng,cr2", "--space", "linear"});
+    EXPECT_EQ(find("Camera"), json::parse(R"({"position": 8, "category": "Camera",
+        "extensions": ["dng", "cr2"], "color_space": "Tavelion|linear", "known": true})"));
+    EXPECT_EQ(find("default").at("position"), 9);
+    EXPECT_THAT(run({"formats", "add", "Camera", "--extensions", "x", "--space", "linear"}),
+                FailsWith(1, HasSubstr("there is a category 'Camera'")));
+}
+
+TEST_F(Formats, WarnsOfExtensionsThatAnotherCategoryDecidesAbout) {
+    const ToolRun result = run({"formats", "add", "Mine", "--extensions", "exr,foo", "--space", "sRGB"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_EQ(result.err, "colorio: warning: files .exr stay in Tavelion|linear: category 'Open EXR' decides "
+                          "about them\n");
+}
+
+TEST_F(Formats, RemovesOnlyCategoriesOfTheUser) {
+    print({"formats", "add", "Camera", "--extensions", "dng", "--space", "linear"});
+    EXPECT_EQ(print({"formats", "remove", "Camera"}), "Camera is removed\n");
+    EXPECT_EQ(find("Camera"), nullptr);
+    EXPECT_THAT(run({"formats", "remove", "Targa"}),
+                FailsWith(1, AllOf(HasSubstr("'Targa' is built in"), HasSubstr("formats set"))));
+    EXPECT_NE(find("Targa"), nullptr);
+}
+
+TEST_F(Formats, AnswersUnknownNamesWithTheNearestOnesAndSavesNothing) {
+    EXPECT_THAT(run({"formats", "set", "Tagra", "--space", "linear"}),
+                FailsWith(1, AllOf(HasSubstr("no category 'Tagra'"), HasSubstr("did you mean 'Targa'?"))));
+    EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linaer"}),
+                FailsWith(1, AllOf(HasSubstr("no colour space 'linaer'"), HasSubstr("'linear'"))));
+    EXPECT_THAT(run({"formats", "remove", "Camera"}), FailsWith(1, HasSubstr("no category 'Camera'")));
+    EXPECT_THAT(run({"formats", "set", "Targa"}), FailsWith(2, HasSubstr("--space or --extensions")));
+    EXPECT_THAT(run({"formats", "set", "Targa", "--extensions", " ,."}),
+                FailsWith(2, HasSubstr("names no extension")));
+    EXPECT_THAT(run({"formats", "set", "default", "--extensions", "foo"}),
+                FailsWith(2, HasSubstr("stands for all extensions that no format lists")));
+    EXPECT_THAT(run({"formats", "remve", "Targa"}), FailsWith(2, HasSubstr("did you mean 'remove'?")));
+    EXPECT_FALSE(folder.exists("config"));
+}
+
+TEST_F(Formats, ChecksThatAConfigurationHasTheColorSpaces) {
+    EXPECT_THAT(print({"formats", "check"}), HasSubstr("Nothing is missing"));
+    folder.write("show.ocio", SHOW_CONFIG);
+    const ToolRun result = run({"formats", "check", "--config", path("show.ocio")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("missing"), HasSubstr("Targa (tga): 'Tavelion|sRGB'")));
+    EXPECT_EQ(find("Targa", {"--config", path("show.ocio")}).at("known"), false);
+}
+
+TEST_F(Formats, TakesColorSpacesOfAConfiguration) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    EXPECT_THAT(print({"formats", "set", "Targa", "--space", "warm", "--config", path("show.ocio")}),
+                HasSubstr("ops|warm"));
+    EXPECT_EQ(find("Targa", {"--config", path("show.ocio")}).at("known"), true);
+}
+
+TEST_F(Formats, FollowsTheMappingFileOfThePreferencesAndSaysThatItHidesChanges) {
+    folder.write("map.yaml", "Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cineon\"}\n");
+    folder.write(PREFERENCES, "use_color_space_by_extension_file: 1\ncolor_space_by_extension_file_path: " +
+                                  path("map.yaml") + "\n");
+    const json answer = print_json({"formats"});
+    EXPECT_EQ(answer.at("source"), "file");
+    ASSERT_EQ(answer.at("formats").size(), 2u);
+    EXPECT_EQ(answer["formats"][0].at("category"), "Scan");
+    const ToolRun result = run({"formats", "set", "Targa", "--space", "linear"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("the mapping file '" + path("map.yaml") + "' instead"));
+    EXPECT_THAT(folder.read(PREFERENCES), HasSubstr(path("map.yaml")));
+}
+
+} // namespace

@@ -1,0 +1,103 @@
+#include "tests/tool_settings/settings_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+
+class OwnCdls : public SettingsTest {
+protected:
+    json list(const std::vector<std::string>& more = {}) {
+        std::vector<std::string> arguments = {"list", "cdls"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return print_json(arguments).at("cdls");
+    }
+};
+
+constexpr char WARM[] = "2,1,0.5/0,0,0.1/1,1,1/0.8";
+
+TEST_F(OwnCdls, AreListedBehindTheBuiltinOne) {
+    EXPECT_EQ(print({"cdl", "add", "warm", "--values", WARM}),
+              "warm: slope 2 1 0.5, offset 0 0 0.1, power 1 1 1, saturation 0.8\n");
+    EXPECT_EQ(list(), json::parse(R"([
+        {"position": 0, "name": "No CDL", "slope": [1, 1, 1], "offset": [0, 0, 0], "power": [1, 1, 1],
+         "saturation": 1, "file": "", "file_id": "", "builtin": true},
+        {"position": 1, "name": "warm", "slope": [2, 1, 0.5], "offset": [0, 0, 0.1], "power": [1, 1, 1],
+         "saturation": 0.8, "file": "", "file_id": "", "builtin": false}])"));
+    EXPECT_EQ(list({"--no-prefs"}).size(), 1u);
+    EXPECT_THAT(print({"list", "cdls"}), HasSubstr("1  warm    2 1 0.5  0 0 0.1  1 1 1  0.8"));
+}
+
+TEST_F(OwnCdls, AreMadeFromACollectionByItsIds) {
+    folder.write("grades.ccc", GRADES);
+    print({"cdl", "add", "evening", path("grades.ccc") + ":cold"});
+    const json cdl = list().at(1);
+    EXPECT_EQ(cdl.at("name"), "evening");
+    EXPECT_EQ(cdl.at("file"), path("grades.ccc"));
+    EXPECT_EQ(cdl.at("file_id"), "cold");
+    EXPECT_EQ(cdl.at("saturation"), 0.8);
+}
+
+TEST_F(OwnCdls, CopyTheNumbersOfFilesThatAreSearchedForNoId) {
+    folder.write("shot.cdl", "<ColorDecisionList><ColorDecision><ColorCorrection id=\"a\"/></ColorDecision>"
+                             "<ColorDecision><ColorCorrection id=\"b\"><SatNode><Saturation>0.5</Saturation>"
+                             "</SatNode></ColorCorrection></ColorDecision></ColorDecisionList>");
+    const ToolRun result = run({"cdl", "add", "grey", path("shot.cdl") + ":b"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("the numbers are copied"));
+    EXPECT_EQ(list().at(1).at("saturation"), 0.5);
+    EXPECT_EQ(list().at(1).at("file"), "");
+}
+
+TEST_F(OwnCdls, CopyTheNumbersOfFilesThatTheColorLibraryReadsOtherwise) {
+    folder.write("a.cc", "<ColorCorrection id=\"a\"><SopNode><Slope>2 2 2</Slope><Offset>0 0 0</Offset>"
+                         "<Power>1 1 1</Power></SopNode></ColorCorrection>");
+    EXPECT_THAT(run({"cdl", "add", "a", path("a.cc")}).err, HasSubstr("the numbers are copied"));
+    EXPECT_EQ(list().at(1).at("slope"), json({2, 2, 2}));
+    EXPECT_EQ(list().at(1).at("file"), "");
+    EXPECT_THAT(run({"space", "add", "x", "--cdl", path("a.cc")}), FailsWith(1, HasSubstr("SOPNode")));
+}
+
+TEST_F(OwnCdls, AreRemovedByName) {
+    print({"cdl", "add", "warm", "--values", WARM});
+    EXPECT_THAT(run({"cdl", "remove", "wram"}), FailsWith(1, AllOf(HasSubstr("no CDL 'wram' of your own"),
+                                                                   HasSubstr("did you mean 'warm'?"))));
+    EXPECT_THAT(run({"cdl", "remove", "No CDL"}), FailsWith(1, HasSubstr("no CDL 'No CDL' of your own")));
+    EXPECT_EQ(print({"cdl", "remove", "warm"}), "warm is removed\n");
+    EXPECT_EQ(list().size(), 1u);
+}
+
+TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
+    folder.write("grades.ccc", GRADES);
+    EXPECT_THAT(run({"cdl", "add", "x"}), FailsWith(2, HasSubstr("of a file or of --values")));
+    EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc"), "--values", WARM}),
+                FailsWith(2, HasSubstr("excludes")));
+    EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc")}), FailsWith(2, HasSubstr("is a collection")));
+    EXPECT_THAT(run({"cdl", "add", "x", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
+    EXPECT_THAT(run({"cdl", "add", "no cdl", "--values", WARM}),
+                FailsWith(1, HasSubstr("there is a CDL 'No CDL'")));
+    // An encoding that the tool reads and the colour library does not.
+    folder.write("odd.cc", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><ColorCorrection id=\"a\"/>");
+    EXPECT_THAT(run({"cdl", "add", "x", path("odd.cc")}),
+                FailsWith(1, AllOf(HasSubstr("cannot use the CDL 'x'"), HasSubstr("odd.cc"))));
+    EXPECT_THAT(run({"space", "add", "x", "--cdl", path("odd.cc")}),
+                FailsWith(1, AllOf(HasSubstr("cannot make the colour space 'x'"), HasSubstr("odd.cc"))));
+    EXPECT_FALSE(folder.exists("config"));
+}
+
+TEST_F(OwnCdls, OfALibraryAreListedAndNeverSavedAsOnesOfTheUser) {
+    const std::string numbers =
+        "<SOPNode><Slope>2 2 2</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>"
+        "<SATNode><Saturation>1</Saturation></SATNode></ColorCorrection>";
+    folder.write("library.ccc", "<ColorCorrectionCollection><ColorCorrection id=\"a\">" + numbers +
+                                    "<ColorCorrection id=\"b\">" + numbers + "</ColorCorrectionCollection>");
+    folder.write(PREFERENCES, "cdl_library_file_path: " + path("library.ccc") + "\n");
+    EXPECT_EQ(list().size(), 3u);
+    print({"cdl", "add", "mine", "--values", WARM});
+    EXPECT_EQ(list().size(), 4u);
+    folder.write("library.ccc", "<ColorCorrectionCollection/>");
+    EXPECT_EQ(list().size(), 2u);
+}
+
+} // namespace

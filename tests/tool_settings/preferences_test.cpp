@@ -1,0 +1,125 @@
+#include "tests/tool/configs.h"
+#include "tests/tool_settings/settings_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class Preferences : public SettingsTest {};
+
+TEST_F(Preferences, LieInTheUsersConfigurationFolder) {
+    EXPECT_EQ(print({"prefs", "path"}), path(PREFERENCES) + "\n");
+    EXPECT_THAT(run({"prefs"}), FailsWith(2, HasSubstr("'prefs' needs one of path, show")));
+}
+
+TEST_F(Preferences, AreShownAsTheyHoldWithoutAFile) {
+    const json answer = print_json({"prefs", "show"});
+    EXPECT_EQ(answer.at("path"), path(PREFERENCES));
+    EXPECT_EQ(answer.at("exists"), false);
+    EXPECT_EQ(answer.at("preferences"), json::parse(R"({"use_color_space_file": false,
+        "color_space_file_path": "", "cdl_library_file_path": "", "default_color_space_name": "linear",
+        "use_color_space_by_extension_file": false, "color_space_by_extension_file_path": ""})"));
+    EXPECT_EQ(answer.at("formats").size(), 9u);
+    EXPECT_THAT(answer.at("spaces"), IsEmpty());
+    EXPECT_FALSE(folder.exists("config"));
+}
+
+TEST_F(Preferences, AreShownAsTheFileHasThem) {
+    folder.write("half.spi1d", HALVING_LUT);
+    print({"space", "add", "half", "--lut", path("half.spi1d")});
+    print({"cdl", "add", "warm", "--values", "2,1,1/0,0,0/1,1,1/1"});
+    print({"formats", "set", "Targa", "--space", "Cineon"});
+    const json answer = print_json({"prefs", "show"});
+    EXPECT_EQ(answer.at("exists"), true);
+    EXPECT_EQ(answer.at("spaces"), json({{{"name", "half"}, {"made_of", path("half.spi1d")}}}));
+    EXPECT_EQ(answer.at("cdls").at(1).at("name"), "warm");
+    EXPECT_EQ(answer.at("formats").at(3).at("color_space"), "Tavelion|Cineon");
+    EXPECT_THAT(print({"prefs", "show"}),
+                AllOf(StartsWith("From " + path(PREFERENCES)), HasSubstr("use_color_space_file"),
+                      HasSubstr("Tavelion|Cineon"), HasSubstr("half"), HasSubstr("warm")));
+}
+
+TEST_F(Preferences, NameAConfigurationThatTheOptionAndTheEnvironmentOverride) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    folder.write(PREFERENCES, "use_color_space_file: 1\ncolor_space_file_path: " + path("show.ocio") + "\n");
+    const auto source = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> arguments = {"list", "roles"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return print_json(arguments).at("config");
+    };
+    EXPECT_EQ(source({}), json({{"source", "preferences"}, {"path", path("show.ocio")}}));
+    EXPECT_EQ(source({"--no-prefs"}).at("source"), "builtin");
+    folder.write("other.ocio", SHOW_CONFIG);
+    ocio.set(path("other.ocio"));
+    EXPECT_EQ(source({}).at("source"), "environment");
+    EXPECT_EQ(source({"--config", path("show.ocio")}).at("source"), "file");
+    EXPECT_THAT(print({"list", "spaces"}), HasSubstr("half_light"));
+}
+
+TEST_F(Preferences, ThatNameAMissingConfigurationSayHowToMendThat) {
+    folder.write(PREFERENCES, "use_color_space_file: 1\ncolor_space_file_path: " + path("no.ocio") + "\n");
+    EXPECT_THAT(run({"list"}), FailsWith(1, AllOf(HasSubstr("that the preferences name: no such file"),
+                                                  HasSubstr("--no-prefs"))));
+    EXPECT_THAT(run({"list", "--no-prefs"}), Succeeds());
+    const ToolRun check = run({"check"});
+    EXPECT_EQ(check.code, 1);
+    EXPECT_THAT(check.out, HasSubstr(path("no.ocio") + " (preferences)"));
+}
+
+TEST_F(Preferences, KeepWhatTheCommandsDoNotKnow) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    folder.write(PREFERENCES, "use_color_space_file: 1\ncolor_space_file_path: " + path("show.ocio") +
+                                  "\ndefault_color_space_name: lin\nof_a_later_version: kept\n");
+    print({"cdl", "add", "warm", "--values", "2,1,1/0,0,0/1,1,1/1"});
+    EXPECT_THAT(folder.read(PREFERENCES), AllOf(HasSubstr("of_a_later_version"), HasSubstr("kept")));
+    const json values = print_json({"prefs", "show"}).at("preferences");
+    EXPECT_EQ(values.at("use_color_space_file"), true);
+    EXPECT_EQ(values.at("color_space_file_path"), path("show.ocio"));
+    EXPECT_EQ(values.at("default_color_space_name"), "lin");
+}
+
+TEST_F(Preferences, NeverTakeUpTheConfigurationOfOneCommand) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    print({"formats", "set", "Targa", "--space", "lin", "--config", path("show.ocio")});
+    const json values = print_json({"prefs", "show"}).at("preferences");
+    EXPECT_EQ(values.at("use_color_space_file"), false);
+    EXPECT_EQ(values.at("color_space_file_path"), "");
+}
+
+TEST_F(Preferences, ThatAreDamagedAreSetAsideWithAWarning) {
+    folder.write(PREFERENCES, "color_management: {space: [\n");
+    const ToolRun result = run({"list", "spaces"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, AllOf(StartsWith("colorio: warning:"), HasSubstr("preferences.yaml.damaged-1")));
+    EXPECT_EQ(folder.read(std::string(PREFERENCES) + ".damaged-1"), "color_management: {space: [\n");
+    EXPECT_THAT(run({"list", "spaces"}).err, IsEmpty());
+}
+
+TEST_F(Preferences, ThatAreNamedMustExistToBeRead) {
+    EXPECT_THAT(run({"list", "--prefs", path("no.yaml")}), FailsWith(1, HasSubstr("no such file")));
+    EXPECT_THAT(run({"list", "--prefs", path("no.yaml"), "--no-prefs"}), FailsWith(2, HasSubstr("excludes")));
+}
+
+TEST_F(Preferences, ThatCannotBeSavedFailTheCommand) {
+    folder.write("config", "a file, not a folder");
+    EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linear"}),
+                FailsWith(1, HasSubstr("cannot save")));
+}
+
+TEST_F(Preferences, NeedAHome) {
+    const EnvGuard config("XDG_CONFIG_HOME");
+    const EnvGuard home("HOME");
+    const ToolRun result = run({"prefs", "path"});
+    // The system may know the home folder of the user without a variable.
+    if (result.code != 0)
+        EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linear"}),
+                    FailsWith(2, HasSubstr("name a file with --prefs")));
+    else
+        EXPECT_THAT(result.out, HasSubstr("qb_colorio/preferences.yaml"));
+}
+
+} // namespace
