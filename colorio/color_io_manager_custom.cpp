@@ -91,7 +91,7 @@ std::unordered_set<std::string> collect_views(const CoreBasicArray<CoreString>& 
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     if (!tavelion_config)
         return false;
-    CDLFileReader files;
+    CDLFileReader files(RepeatedIds::REFUSED);
     std::unordered_set<std::string> views = collect_views(display_view_names, config);
     for (const ColorSpaceDef& def : defs) {
         if (!add_custom_space(def, files))
