@@ -26,8 +26,8 @@ forbid "the standalone host knows no colour" '#include ["<](colorio|OpenColorIO|
 forbid "only the door calls the colour library" '\b(OCIO|OCIO_NAMESPACE|library)::(Config|ColorSpace|CDLTransform|FileTransform|GroupTransform|Processor|CPUProcessor)::' \
     $colorio_outside_door tool
 forbid "the tool sees the colour library only as the module's public headers show it" '#include [<"]OpenColorIO/' tool
-forbid "the tool enters the door for the library's log and for watched folders only" \
-    '#include "colorio/ocio/(?!(library_log|search_folders)\.h")' tool
+forbid "the tool enters the door for what no host asks the module for, and for nothing else" \
+    '#include "colorio/ocio/(?!(cdl_document|library_log|search_folders)\.h")' tool
 forbid "no test includes a source file" '#include "[^"]*\.cpp"' tests
 forbid "a library does not end the process" '\b(std::)?(exit|abort|_exit|quick_exit)\(' host xml pixel colorio standalone
 exit $failures

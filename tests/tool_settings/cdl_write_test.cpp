@@ -1,3 +1,4 @@
+#include "tests/tool/pictures.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -41,6 +42,19 @@ TEST_F(CdlWrite, KeepsEveryDigitWhenAsked) {
     EXPECT_EQ(correction.at("slope").at(1).get<float>(), 1e-05f);
     EXPECT_EQ(correction.at("offset"), json({0, -0.0078125, 0.33333334}));
     EXPECT_EQ(correction.at("saturation").get<float>(), 0.8765432f);
+    EXPECT_THAT(folder.read("a.cc"), HasSubstr("<Slope>1.2345678 1e-05 0.1</Slope>"));
+}
+
+TEST_F(CdlWrite, WritesWhatTheColorLibraryReadsToTheLastDigit) {
+    print({"cdl", "write", path("all.ccc"), "--exact", "--collection", "--cdl", "a=1.7,1,1/0,0,0/1,1,1/1",
+           "--cdl", "b=0.33333334,1.1,1e-05/0.1,0,0/1,1,1/1"});
+    print({"space", "add", "graded", "--cdl", path("all.ccc") + ":b"});
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {1.0f, 1.0f, 1.0f}));
+    print({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "graded"});
+    const Picture graded = read_picture(path("out.exr"));
+    EXPECT_FLOAT_EQ(graded.get("R"), 0.33333334f + 0.1f);
+    EXPECT_FLOAT_EQ(graded.get("G"), 1.1f);
+    EXPECT_FLOAT_EQ(graded.get("B"), 1e-05f);
 }
 
 TEST_F(CdlWrite, WritesACollection) {

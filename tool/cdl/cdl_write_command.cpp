@@ -64,7 +64,7 @@ public:
             ->required()
             ->allow_extra_args(false);
         options->add_flag("--collection", is_collection, "Write a collection, even of one correction");
-        options->add_flag("--exact", is_exact, "Write every digit");
+        options->add_flag("--exact", is_exact, "Write every digit, with the colour library's own writer");
     }
 
     ExitCode run(Console& console) override {

@@ -34,14 +34,6 @@ void parse_triple(std::string_view text, const char* name, float (&values)[3]) {
         values[i] = parse_part(parts[i]);
 }
 
-/// The shortest text read back as a double, so that 1.2 is written as such.
-double shorten(float value) {
-    double result = 0.0;
-    const std::string text = format_number(value);
-    std::from_chars(text.data(), text.data() + text.size(), result);
-    return result;
-}
-
 nlohmann::ordered_json triple_to_json(const float (&values)[3]) {
     return {shorten(values[0]), shorten(values[1]), shorten(values[2])};
 }
@@ -64,6 +56,13 @@ std::optional<float> parse_number(std::string_view text) {
 
 std::string format_number(float value) {
     return fmt::format("{}", value);
+}
+
+double shorten(float value) {
+    double result = 0.0;
+    const std::string text = format_number(value);
+    std::from_chars(text.data(), text.data() + text.size(), result);
+    return result;
 }
 
 std::string format_triple(const float (&values)[3]) {

@@ -18,6 +18,8 @@ std::optional<float> parse_number(std::string_view text);
 
 /// The fewest digits that mean this float.
 std::string format_number(float value);
+/// The double that those digits spell: 1.2 for 1.2f, which is 1.2000000476837158.
+double shorten(float value);
 /// "1.2 1 0.9".
 std::string format_triple(const float (&values)[3]);
 

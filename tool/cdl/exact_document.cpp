@@ -1,48 +1,58 @@
 #include "tool/cdl/exact_document.h"
 
+#include <algorithm>
+#include <exception>
+#include <iterator>
+
 #include <fmt/format.h>
 
+#include "colorio/ocio/cdl_document.h"
 #include "tool/cdl/correction_text.h"
 #include "tool/exit_code.h"
-#include "xml/xml_error.h"
-#include "xml/xml_node.h"
+#include "tool/image/output_file.h"
+#include "tool/image/replaced_file.h"
 
 namespace tool {
 
 namespace {
 
-constexpr char ASC_CDL_NAMESPACE[] = "urn:ASC:CDL:v1.2";
-
-void add_numbers(XmlNode& parent, const char* name, const std::string& numbers) {
-    parent.add_child(name).add_text(numbers.c_str());
+ocio::CdlNumbers make_numbers(const Correction& correction) {
+    ocio::CdlNumbers numbers;
+    numbers.id = correction.id;
+    std::transform(std::begin(correction.slope), std::end(correction.slope), numbers.slope, shorten);
+    std::transform(std::begin(correction.offset), std::end(correction.offset), numbers.offset, shorten);
+    std::transform(std::begin(correction.power), std::end(correction.power), numbers.power, shorten);
+    numbers.saturation = shorten(correction.saturation);
+    return numbers;
 }
 
-void fill_element(XmlNode& element, const Correction& correction) {
-    element.add_attribute("id", correction.id.c_str());
-    XmlNode sop = element.add_child("SOPNode");
-    add_numbers(sop, "Slope", format_triple(correction.slope));
-    add_numbers(sop, "Offset", format_triple(correction.offset));
-    add_numbers(sop, "Power", format_triple(correction.power));
-    XmlNode sat = element.add_child("SATNode");
-    add_numbers(sat, "Saturation", format_number(correction.saturation));
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+    throw CommandError(fmt::format("cannot write '{}': {}", path, reason));
+}
+
+std::string make_document(const std::string& path, const std::vector<Correction>& corrections,
+                          bool is_collection) {
+    std::vector<ocio::CdlNumbers> numbers;
+    std::transform(corrections.begin(), corrections.end(), std::back_inserter(numbers), make_numbers);
+    try {
+        return ocio::write_cdl_document(numbers, is_collection);
+    } catch (const std::exception& error) {
+        fail(path, error.what());
+    }
 }
 
 } // namespace
 
 void write_exact_document(const std::string& path, const std::vector<Correction>& corrections,
                           bool is_collection) {
-    XmlNode top = XmlNode::create_top_node(is_collection ? "ColorCorrectionCollection" : "ColorCorrection");
-    top.add_attribute("xmlns", ASC_CDL_NAMESPACE);
-    if (!is_collection)
-        fill_element(top, corrections.front());
-    else
-        for (const Correction& correction : corrections) {
-            XmlNode element = top.add_child("ColorCorrection");
-            fill_element(element, correction);
-        }
-    const XmlError error = top.write_to_file(path.c_str());
-    if (error != XmlError::NONE)
-        throw CommandError(fmt::format("cannot write '{}': {}", path, get_error_text(error)));
+    const std::string document = make_document(path, corrections, is_collection);
+    ReplacedFile replaced(path);
+    OutputFile file(replaced.get_temporary_path());
+    file.write(document.data(), document.size());
+    const std::string failure = file.finish();
+    if (!failure.empty())
+        fail(path, failure);
+    replaced.commit();
 }
 
 } // namespace tool
