@@ -28,9 +28,9 @@ bool ColorIOAutoDetection::build_from_file(const CoreString& path) {
         return false;
     ParserFile file;
     if (!file.read(path, "", "")) {
-        log_message(LOG_WARNING, MAPPING_FILE, path, "' has errors and can't be read.\n");
         if (!file.get_error().is_empty())
-            log_message(LOG_WARNING, "Color Management: ", file.get_error(), "\n");
+            log_message(LOG_INFO, "Color Management: ", file.get_error(), "\n");
+        log_message(LOG_WARNING, MAPPING_FILE, path, "' has errors and can't be read.\n");
         return false;
     }
     file_table_loaded = read_mapping(path, file.get_root());

@@ -65,7 +65,7 @@ void ColorIOManager::append_builtin_CDL() {
 }
 
 bool ColorIOManager::add_custom_CDLs_to_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {
-    CDLFileReader files;
+    CDLFileReader files(RepeatedIds::FIRST_COUNTS);
     if (cdl_config)
         for (const ColorDecisionListDef& def : list)
             add_custom_CDL(def, files);
@@ -146,7 +146,7 @@ void ColorIOManager::forget_cached_files() {
 
 bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
     if (cdl_config && added_cdls->is_complete(tavelion_color_decision_lists)) {
-        CDLFileReader files;
+        CDLFileReader files(RepeatedIds::FIRST_COUNTS);
         if (const ColorDecisionListDef* listed = added_cdls->find_replaced(entry))
             add_custom_CDL(ColorDecisionListDef(*listed), files);
         add_custom_CDL(entry, files);

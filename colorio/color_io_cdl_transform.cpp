@@ -53,7 +53,8 @@ const CDLFileReader::Collection& CDLFileReader::get_collection(const CoreString&
             position->second.read_with_library(file);
         } catch (const ocio::Exception&) {
             // Looking the correction up alone words the error, unless repeated ids were all that was wrong.
-            position->second.read_repeating(file);
+            if (repeated_ids == RepeatedIds::FIRST_COUNTS)
+                position->second.read_repeating(file);
         }
     }
     return position->second;

@@ -10,12 +10,19 @@
 /// The transform of a record's own numbers, its id the record's name.
 ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionListDef& def);
 
+/// What becomes of a collection that repeats an id and has no other fault.
+enum class RepeatedIds {
+    FIRST_COUNTS, ///< It yields the first correction of each id.
+    REFUSED,      ///< The library's exception, for every correction in it.
+};
+
 /// Reads corrections of .cc, .ccc and .cdl files as the colour library does, each file only once: by id in
-/// files of the extension "ccc" exactly, without an id in all others. Throws the library's exception. A
-/// collection that repeats an id, which the library refuses as a whole, yields the first correction of that
-/// id if nothing else is wrong.
+/// files of the extension "ccc" exactly, without an id in all others. Throws the library's exception; a
+/// collection that repeats an id, which the library refuses as a whole, is treated as `repeated_ids` says.
 class CDLFileReader {
 public:
+    explicit CDLFileReader(RepeatedIds repeated_ids) : repeated_ids(repeated_ids) {}
+
     /// Whether the file exists; asked only once per file.
     bool exists(const CoreString& file);
     ocio::CDLTransformRcPtr read(const CoreString& file, const CoreString& cccid);
@@ -32,6 +39,7 @@ private:
 
     const Collection& get_collection(const CoreString& file);
 
+    RepeatedIds repeated_ids;
     std::unordered_map<std::string, bool> existing;
     std::unordered_map<std::string, Collection> collections;
 };

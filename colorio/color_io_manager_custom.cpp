@@ -1,11 +1,8 @@
-#include <string>
-#include <unordered_set>
-
 #include "colorio/color_io_cdl_transform.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_log.h"
 #include "colorio/color_io_manager.h"
-#include "colorio/display_view_walk.h"
+#include "colorio/findable_views.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/transform.h"
@@ -69,39 +66,24 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, 
     return has_lut ? make_space(def, make_lut_transform(def)) : nullptr;
 }
 
-/// Labels that both the lists and the active configuration know.
-std::unordered_set<std::string> collect_views(const CoreBasicArray<CoreString>& published,
-                                              const ocio::ConstConfigRcPtr& config) {
-    std::unordered_set<std::string> listed;
-    for (const CoreString& label : published)
-        listed.emplace(label.view());
-    std::unordered_set<std::string> shown;
-    if (config && !listed.empty())
-        find_view(config, [&](const char* display, const char* view) {
-            const std::string label = std::string(display) + ColorIOManager::DISPLAY_SEPARATOR + view;
-            if (listed.count(label) != 0)
-                shown.insert(label);
-            return false;
-        });
-    return shown;
-}
-
 } // namespace
 
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     if (!tavelion_config)
         return false;
-    CDLFileReader files;
-    std::unordered_set<std::string> views = collect_views(display_view_names, config);
+    CDLFileReader files(RepeatedIds::REFUSED);
+    FindableViews views(display_view_names, config);
     for (const ColorSpaceDef& def : defs) {
         if (!add_custom_space(def, files))
             continue;
         const CoreString label = CoreString(BUILTIN_FAMILY) + DISPLAY_SEPARATOR + def.name;
-        if (views.count(std::string(label.view())) != 0)
+        if (views.contain(label)) {
             log_message(LOG_WARNING, "Color Management: duplicate display view '", label, "' was ignored.\n");
-        else
-            ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, def.name.get_data(), def.name.get_data(),
-                              "");
+            continue;
+        }
+        ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, def.name.get_data(), def.name.get_data(), "");
+        if (is_using_tavelion_config())
+            views.note_shown(label);
     }
     return validate_ocio_config(tavelion_config);
 }

@@ -138,6 +138,26 @@ TEST_F(CustomSpaces, OfAnUnknownIdAreReported) {
                             OcioExceptionAt(LOG_ERROR)));
 }
 
+TEST_F(CustomSpaces, OfACollectionThatRepeatsAnIdAreReportedInTheLibrarysWordsAndNotMade) {
+    const std::string collection =
+        collection_text(correction_text("same", "2") + correction_text("same", "4"));
+    const std::string file = write_file("grades.ccc", collection);
+    edit({space_record("by id", "", file, "same"), space_record("without id", "", file),
+          space_record("with lut", write_lut("two.spi1d", 2), file, "same")});
+    EXPECT_THAT(
+        take_log(),
+        ElementsAre(error("Color Management: custom color space 'by id' has errors and was ignored.\n"),
+                    OcioExceptionAt(LOG_ERROR),
+                    error("Color Management: custom color space 'without id' has errors and was "
+                          "ignored.\n"),
+                    OcioExceptionAt(LOG_ERROR),
+                    error("Color Management: the custom color space 'with lut' has errors and was "
+                          "ignored.\n"),
+                    OcioExceptionAt(LOG_ERROR)));
+    EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear"));
+    EXPECT_THAT(views(), ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear"));
+}
+
 TEST_F(CustomSpaces, OfADamagedCdlAreReadAgainOnceItIsMended) {
     const std::string file = write_file("grade.cc", "<ColorCorrection><SOPNode>");
     edit({space_record("grade", "", file)});

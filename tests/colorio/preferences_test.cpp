@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/event/event_ids.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
 #include "tests/colorio/converter_fixture.h"
@@ -304,6 +305,26 @@ TEST_F(Preferences, LoadedTwiceKeepEveryRecordTwiceAndPublishItOnce) {
                 ElementsAre(duplicate_view, duplicate_view,
                             warning("Color Management: duplicate CDL 'grade' is already defined in the "
                                     "current configuration.\n")));
+}
+
+TEST_F(Preferences, GiveOneViewToSpacesOfOneNameThatAnEarlierConfigurationPublished) {
+    use_config(config_text({{"", "lin"}}, {{"Tavelion", "mine", "lin"}}, {{"scene_linear", "lin"}}));
+    want_file(path_of("absent.ocio"));
+    app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED);
+    ASSERT_TRUE(manager().is_using_tavelion_config());
+    ASSERT_THAT(strings(manager().get_display_view_names()), ElementsAre("Tavelion.mine"))
+        << "the lists of the earlier configuration stay";
+    app.use_color_space_file = false;
+    take_log();
+
+    add_space("mine", write_file("two.spi1d", lut_text(2)));
+    add_space("mine", write_file("four.spi1d", lut_text(4)));
+    manager().load_config(&entry);
+    EXPECT_THAT(take_log(), ElementsAre(warning(
+                                "Color Management: duplicate display view 'Tavelion.mine' was ignored.\n")))
+        << "the first record's view is there when the second is added";
+    EXPECT_THAT(strings(manager().get_display_view_names()),
+                ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear", "Tavelion.mine"));
 }
 
 TEST_F(Preferences, OfASpaceWithTheNameOfABuiltInOneReplaceItAndKeepItsView) {

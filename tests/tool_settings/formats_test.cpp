@@ -125,4 +125,14 @@ TEST_F(Formats, FollowsTheMappingFileOfThePreferencesAndSaysThatItHidesChanges) 
     EXPECT_THAT(folder.read(PREFERENCES), HasSubstr(path("map.yaml")));
 }
 
+TEST_F(Formats, ShowsWhereAMappingFileCannotBeParsed) {
+    folder.write("map.yaml", "Scan: {extensions: dpx, color_space: linear}\nGrade: {extensions: [unclosed\n");
+    folder.write(PREFERENCES, "use_color_space_by_extension_file: 1\ncolor_space_by_extension_file_path: " +
+                                  path("map.yaml") + "\n");
+    const std::string place = path("map.yaml") + ":3:1: end of sequence flow not found";
+    EXPECT_THAT(run({"formats", "list", "--verbose"}).err, HasSubstr(place));
+    EXPECT_THAT(print({"check"}), HasSubstr("information: Color Management: " + place));
+    EXPECT_EQ(print_json({"formats"}).at("source"), "builtin");
+}
+
 } // namespace
