@@ -31,8 +31,7 @@ HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stri
     const auto floor = hn::Floor(x);
     const auto inside = hn::RebindMask(di, hn::Ne(floor, x));
     const auto distance = hn::Set(di, stride);
-    return {hn::Mul(hn::ConvertTo(di, floor), distance), hn::IfThenElseZero(inside, distance),
-            hn::Sub(x, floor)};
+    return {hn::Mul(to_index(d, floor), distance), hn::IfThenElseZero(inside, distance), hn::Sub(x, floor)};
 }
 
 /// Vertices and weights of up to 64 pixels. Tetrahedral uses 4 vertices and 4 weights; trilinear the lower

@@ -71,9 +71,6 @@ void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
     const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
     std::size_t i = 0;
     for (; i + lanes <= block.count; i += lanes) {
-        for (std::size_t k = 0; k < channels * lanes; k += MAX_LANES) {
-            fetch_for_next_block(pixels + channels * i + k, channels * BLOCK_PIXELS);
-        }
         unpack_vector(pixels + channels * i, channels, i, block);
     }
     if (i < block.count) {
@@ -83,10 +80,14 @@ void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
     }
 }
 
-void pack_pixels(const Block& block, std::size_t channels, float* pixels) {
+/// Lines that the kernels were too few to ask for are asked for here.
+void pack_pixels(Block& block, std::size_t channels, float* pixels) {
     const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
     std::size_t i = 0;
     for (; i + lanes <= block.count; i += lanes) {
+        for (std::size_t c = 0; c < channels; ++c) {
+            block.lookahead.fetch_line();
+        }
         pack_vector(block, i, channels, pixels + channels * i);
     }
     if (i < block.count) {
@@ -110,7 +111,7 @@ void unpack(const float* pixels, std::size_t channels, Block& block) {
     HWY_DYNAMIC_DISPATCH(unpack_pixels)(pixels, channels, block);
 }
 
-void pack(const Block& block, std::size_t channels, float* pixels) {
+void pack(Block& block, std::size_t channels, float* pixels) {
     HWY_DYNAMIC_DISPATCH(pack_pixels)(block, channels, pixels);
 }
 

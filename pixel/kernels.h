@@ -26,6 +26,6 @@ void run_cube(const CubeStage& stage, Block& block);
 /// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
 /// within a plane is an implementation's own. Three channels read as alpha 0.
 void unpack(const float* pixels, std::size_t channels, Block& block);
-void pack(const Block& block, std::size_t channels, float* pixels);
+void pack(Block& block, std::size_t channels, float* pixels);
 
 } // namespace pixel

@@ -21,17 +21,6 @@ void set_count(Block& block, std::size_t count) {
     }
 }
 
-/// Copies floats of a plane, and asks for those that the next block will copy.
-void copy_and_fetch(float* to, const float* from, std::size_t count) {
-    constexpr std::size_t LINE = 64 / sizeof(float);
-    std::size_t i = 0;
-    for (; i + LINE <= count; i += LINE) {
-        fetch_for_next_block(from + i, BLOCK_PIXELS);
-        std::memcpy(to + i, from + i, LINE * sizeof(float));
-    }
-    std::memcpy(to + i, from + i, (count - i) * sizeof(float));
-}
-
 void run_all(const std::vector<Stage>& stages, Block& block) {
     for (const Stage& stage : stages) {
         run(stage, block);
@@ -43,6 +32,10 @@ void run_gapless(const std::vector<Stage>& stages, float* pixels, std::size_t ch
     for (std::size_t done = 0; done < count; done += BLOCK_PIXELS) {
         float* const from = pixels + done * channels;
         set_count(block, std::min(BLOCK_PIXELS, count - done));
+        block.lookahead.clear();
+        if (const std::size_t rest = count - done - block.count) {
+            block.lookahead.add(from + block.count * channels, std::min(BLOCK_PIXELS, rest) * channels);
+        }
         unpack(from, channels, block);
         run_all(stages, block);
         pack(block, channels, from);
@@ -147,10 +140,15 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         const std::size_t count =
             for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
                 for (int c = 0; c < channels; ++c) {
-                    copy_and_fetch(block.plane[c] + at, planes[c] + offset(row, column), length);
+                    std::memcpy(block.plane[c] + at, planes[c] + offset(row, column), length * sizeof(float));
                 }
             });
         set_count(block, count);
+        block.lookahead.clear();
+        for (int c = 0; c < channels && !read.at_end(); ++c) {
+            block.lookahead.add(planes[c] + offset(read.row(), read.column()),
+                                std::min(BLOCK_PIXELS, width - read.column()));
+        }
         if (channels == 3) {
             std::fill(block.plane[3], block.plane[3] + block.padded, 0.0f);
         }
