@@ -162,6 +162,7 @@ void cube_planes(const CubeStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     const float last = static_cast<float>(stage.edge - 1);
     const auto edge = static_cast<std::int32_t>(stage.edge);
+    constexpr std::size_t PIXELS_PER_LINE = 4; // of packed RGBA
     static constexpr Order IN_ORDER;
     Corners corners;
     alignas(64) float result[4 * Corners::SIZE];
@@ -178,6 +179,9 @@ void cube_planes(const CubeStage& stage, Block& block) {
             }
         }
         for (std::size_t i = 0; i < count; ++i) {
+            if (i % PIXELS_PER_LINE == 0) {
+                block.lookahead.fetch_line();
+            }
             store_entry(TETRAHEDRAL ? tetrahedral(stage.rgbx.data(), corners, i)
                                     : trilinear(stage.rgbx.data(), corners, i),
                         result + 4 * i);

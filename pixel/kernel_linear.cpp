@@ -13,7 +13,7 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 void matrix(const MatrixStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for_each_vector(block, [&](std::size_t i) HWY_ATTR {
+    for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
         const auto r = hn::Load(d, block.plane[0] + i);
         const auto g = hn::Load(d, block.plane[1] + i);
         const auto b = hn::Load(d, block.plane[2] + i);

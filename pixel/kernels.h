@@ -28,4 +28,8 @@ void run_cube(const CubeStage& stage, Block& block);
 void unpack(const float* pixels, std::size_t channels, Block& block);
 void pack(Block& block, std::size_t channels, float* pixels);
 
+/// Copies `count` floats into a plane of a block, and back into a picture's.
+void take(const float* from, std::size_t count, float* plane);
+void give(const float* plane, std::size_t count, float* to, Lookahead& lookahead);
+
 } // namespace pixel

@@ -104,6 +104,18 @@ void run_scattered(const std::vector<Stage>& stages, float* data, const PackedLa
     }
 }
 
+/// Whether results depend on alpha or change it. A matrix counts even with a column of zeros: an infinite
+/// alpha makes NaN of them.
+bool needs_alpha(const Stage& stage) {
+    if (const auto* diagonal = std::get_if<DiagonalStage>(&stage)) {
+        return diagonal->active[3];
+    }
+    if (const auto* power = std::get_if<PowerStage>(&stage)) {
+        return power->active[3];
+    }
+    return std::holds_alternative<MatrixStage>(stage) || std::holds_alternative<ToeStage>(stage);
+}
+
 } // namespace
 
 void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayout& layout) {
@@ -129,7 +141,8 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         width *= height;
         height = 1;
     }
-    const int channels = planes[3] ? 4 : 3;
+    const bool with_alpha = planes[3] && std::any_of(stages.begin(), stages.end(), needs_alpha);
+    const int channels = with_alpha ? 4 : 3;
     Block block;
     Walk read(width, height);
     while (!read.at_end()) {
@@ -140,7 +153,7 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         const std::size_t count =
             for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
                 for (int c = 0; c < channels; ++c) {
-                    std::memcpy(block.plane[c] + at, planes[c] + offset(row, column), length * sizeof(float));
+                    take(planes[c] + offset(row, column), length, block.plane[c] + at);
                 }
             });
         set_count(block, count);
@@ -155,7 +168,7 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         run_all(stages, block);
         for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
             for (int c = 0; c < channels; ++c) {
-                std::memcpy(planes[c] + offset(row, column), block.plane[c] + at, length * sizeof(float));
+                give(block.plane[c] + at, length, planes[c] + offset(row, column), block.lookahead);
             }
         });
     }
