@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+
+#include "pixel/lookahead.h"
 
 namespace pixel {
 
@@ -17,17 +18,11 @@ struct alignas(64) Block {
     float plane[4][BLOCK_PIXELS];
     std::size_t count;
     std::size_t padded;
+    Lookahead lookahead;
 };
 
 inline std::size_t round_up_to_lanes(std::size_t count) {
     return (count + MAX_LANES - 1) / MAX_LANES * MAX_LANES;
-}
-
-/// Asks the second-level cache for the line `ahead` floats behind `from`, whether it belongs to the picture
-/// or not, so that memory works while the kernels do. One request per line read keeps the queue short.
-inline void fetch_for_next_block(const float* from, std::size_t ahead) {
-    __builtin_prefetch(
-        reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(from) + ahead * sizeof(float)), 0, 2);
 }
 
 } // namespace pixel

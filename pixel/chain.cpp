@@ -13,14 +13,10 @@ namespace pixel {
 struct Program::Impl {
     OpChain given;
     OpChain simplified;
-    std::vector<Stage> stages; ///< one for each simplified operation
+    std::vector<Stage> stages;
 
-    explicit Impl(OpChain chain) : given(std::move(chain)), simplified(simplify(given)) {
-        stages.reserve(simplified.size());
-        for (const Op& op : simplified) {
-            stages.push_back(compile(op));
-        }
-    }
+    explicit Impl(OpChain chain)
+        : given(std::move(chain)), simplified(simplify(given)), stages(compile(simplified)) {}
 };
 
 Program::Program(OpChain chain) : impl_(std::make_unique<const Impl>(std::move(chain))) {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "pixel/ops.h"
 #include "pixel/stage.h"
 
@@ -8,6 +10,9 @@
 namespace pixel {
 
 Stage compile(const Op& op);
+
+/// One stage for each operation, but none for a diagonal matrix that a neighbour carries out.
+std::vector<Stage> compile(const OpChain& chain);
 
 Stage compile_log(const Log& op);
 Stage compile_log_affine(const LogAffine& op);

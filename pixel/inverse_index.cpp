@@ -107,7 +107,8 @@ std::vector<Knot> index_knots(const std::vector<float>& sorted, std::size_t firs
         }
         const float below = i > 0 ? sorted[i - 1] : some_value_below(sorted[0]);
         const float above = i + 1 < sorted.size() ? sorted[i + 1] : sorted[i];
-        const bool usable = below < sorted[i] && below >= -std::numeric_limits<float>::max() && sorted.size() > 1;
+        const bool usable =
+            below < sorted[i] && below >= -std::numeric_limits<float>::max() && sorted.size() > 1;
         const Knot knot{below, sorted[i], above, usable ? static_cast<float>(first + i) : CROWDED};
         while (filled <= own) {
             knots[filled++] = knot;
@@ -145,6 +146,8 @@ InverseCurve make_inverse_curve(const float* entries, std::size_t length, bool r
     curve.base = bucketing.base;
     curve.shift = bucketing.shift;
     curve.knots = index_knots(curve.sorted, first, bucketing);
+    curve.crowded = std::any_of(curve.knots.begin(), curve.knots.end(),
+                                [](const Knot& k) { return std::isnan(k.index); });
     return curve;
 }
 

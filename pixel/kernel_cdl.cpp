@@ -6,6 +6,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -30,11 +31,12 @@ HWY_INLINE hn::Vec<D> cdl_power(D d, const P& power, hn::Vec<D> x) {
     return hn::IfThenElse(hn::Lt(x, hn::Zero(d)), x, raised);
 }
 
-template <bool CLAMP, class D>
-void saturate(D d, float saturation, Block& block) {
+template <bool CLAMP>
+void saturate(float saturation, Block& block) {
+    const hn::ScalableTag<float> d;
     const auto red_weight = hn::Set(d, 0.2126f), green_weight = hn::Set(d, 0.7152f);
     const auto blue_weight = hn::Set(d, 0.0722f), amount = hn::Set(d, saturation);
-    for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+    for_each_vector(block, [&](std::size_t i) HWY_ATTR {
         const auto r = hn::Load(d, block.plane[0] + i);
         const auto g = hn::Load(d, block.plane[1] + i);
         const auto b = hn::Load(d, block.plane[2] + i);
@@ -45,46 +47,39 @@ void saturate(D d, float saturation, Block& block) {
             const auto out = hn::Add(luma, hn::Mul(amount, hn::Sub(hn::Load(d, p), luma)));
             hn::Store(CLAMP ? clamp_unit(d, out) : out, d, p);
         }
-    }
+    });
 }
 
 template <bool CLAMP>
 void cdl_forward(const CdlStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for (int c = 0; c < 3; ++c) {
+    for (std::size_t c = 0; c < 3; ++c) {
         with_power(stage.power[c], [&](const auto& power) HWY_ATTR {
             const auto slope = hn::Set(d, stage.slope[c]), offset = hn::Set(d, stage.offset[c]);
-            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-                float* p = block.plane[c] + i;
-                const auto x = hn::Add(hn::Mul(hn::Load(d, p), slope), offset);
-                hn::Store(cdl_power<CLAMP>(d, power, x), d, p);
-            }
+            map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
+                return cdl_power<CLAMP>(d, power, hn::Add(hn::Mul(x, slope), offset));
+            });
         });
     }
-    saturate<CLAMP>(d, stage.saturation, block);
+    saturate<CLAMP>(stage.saturation, block);
 }
 
 template <bool CLAMP>
 void cdl_inverse(const CdlStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     if (CLAMP) {
-        for (int c = 0; c < 3; ++c) {
-            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-                float* p = block.plane[c] + i;
-                hn::Store(clamp_unit(d, hn::Load(d, p)), d, p);
-            }
+        for (std::size_t c = 0; c < 3; ++c) {
+            map_plane(block, c, [&](auto x) HWY_ATTR { return clamp_unit(d, x); });
         }
     }
-    saturate<CLAMP>(d, stage.saturation, block);
-    for (int c = 0; c < 3; ++c) {
+    saturate<CLAMP>(stage.saturation, block);
+    for (std::size_t c = 0; c < 3; ++c) {
         with_power(stage.power[c], [&](const auto& power) HWY_ATTR {
             const auto slope = hn::Set(d, stage.slope[c]), offset = hn::Set(d, stage.offset[c]);
-            for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-                float* p = block.plane[c] + i;
-                const auto x = cdl_power<CLAMP>(d, power, hn::Load(d, p));
-                const auto out = hn::Mul(hn::Sub(x, offset), slope);
-                hn::Store(CLAMP ? clamp_unit(d, out) : out, d, p);
-            }
+            map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
+                const auto out = hn::Mul(hn::Sub(cdl_power<CLAMP>(d, power, x), offset), slope);
+                return CLAMP ? clamp_unit(d, out) : out;
+            });
         });
     }
 }

@@ -31,8 +31,7 @@ HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stri
     const auto floor = hn::Floor(x);
     const auto inside = hn::RebindMask(di, hn::Ne(floor, x));
     const auto distance = hn::Set(di, stride);
-    return {hn::Mul(hn::ConvertTo(di, floor), distance), hn::IfThenElseZero(inside, distance),
-            hn::Sub(x, floor)};
+    return {hn::Mul(to_index(d, floor), distance), hn::IfThenElseZero(inside, distance), hn::Sub(x, floor)};
 }
 
 /// Vertices and weights of up to 64 pixels. Tetrahedral uses 4 vertices and 4 weights; trilinear the lower
@@ -163,6 +162,7 @@ void cube_planes(const CubeStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     const float last = static_cast<float>(stage.edge - 1);
     const auto edge = static_cast<std::int32_t>(stage.edge);
+    constexpr std::size_t PIXELS_PER_LINE = 4; // of packed RGBA
     static constexpr Order IN_ORDER;
     Corners corners;
     alignas(64) float result[4 * Corners::SIZE];
@@ -179,6 +179,9 @@ void cube_planes(const CubeStage& stage, Block& block) {
             }
         }
         for (std::size_t i = 0; i < count; ++i) {
+            if (i % PIXELS_PER_LINE == 0) {
+                block.lookahead.fetch_line();
+            }
             store_entry(TETRAHEDRAL ? tetrahedral(stage.rgbx.data(), corners, i)
                                     : trilinear(stage.rgbx.data(), corners, i),
                         result + 4 * i);

@@ -9,6 +9,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/lookup-inl.h"
+#include "pixel/planes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace pixel {
@@ -34,18 +35,19 @@ HWY_INLINE HalfPosition<D> locate_half(D d, hn::Vec<D> magnitude) {
     const auto steps = hn::IfThenElseZero(denormal, hn::Mul(magnitude, hn::Set(d, 0x1p24f)));
     const auto floor = hn::Floor(steps);
     const auto small_distance = hn::Sub(hn::Add(floor, hn::Set(d, 1.0f)), steps);
-    return {
-        hn::IfThenElse(hn::RebindMask(di, denormal), hn::ConvertTo(di, floor), hn::ShiftRight<13>(shifted)),
-        hn::IfThenElse(denormal, small_distance, normal_distance)};
+    return {hn::IfThenElse(hn::RebindMask(di, denormal), to_index(d, floor), hn::ShiftRight<13>(shifted)),
+            hn::IfThenElse(denormal, small_distance, normal_distance)};
 }
 
 /// Magnitudes from the largest half on take its entry; a NaN takes the entry of its own bits, shortened.
-void half_plane(const float* values, float* plane, std::size_t count) {
+void half_plane(const HalfTableStage& stage, std::size_t c, Block& block) {
     const hn::ScalableTag<float> d;
     const hn::RebindToSigned<decltype(d)> di;
     alignas(64) std::int32_t index[BLOCK_PIXELS];
+    float* const plane = block.plane[c];
+    const float* const values = stage.curve[static_cast<std::size_t>(stage.curve_of[c])].values.data();
     const auto zero = hn::Zero(d), one = hn::Set(d, 1.0f), largest = hn::Set(d, 65504.0f);
-    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    for_each_vector(block, [&](std::size_t i) HWY_ATTR {
         const auto x = hn::Load(d, plane + i);
         const auto bits = hn::BitCast(di, x);
         const auto inside = hn::Lt(hn::Abs(x), largest);
@@ -60,21 +62,19 @@ void half_plane(const float* values, float* plane, std::size_t count) {
         // Distance 0 stands for "the entry below alone", which no value between two entries has.
         const auto distance = hn::IfThenElseZero(inside, position.distance);
         hn::Store(hn::IfThenElse(ordered, distance, one), d, plane + i);
-    }
-    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    });
+    for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
         const auto distance = hn::Load(d, plane + i);
         auto below = zero, above = zero;
         load_pairs(d, values, index + i, below, above);
         above = hn::IfThenElse(hn::Eq(distance, zero), below, above);
         hn::Store(hn::Add(hn::Mul(hn::Sub(below, above), distance), above), d, plane + i);
-    }
+    });
 }
 
 void half_table(const HalfTableStage& stage, Block& block) {
-    for (int c = 0; c < 3; ++c) {
-        const auto& curve =
-            stage.curve[static_cast<std::size_t>(stage.curve_of[static_cast<std::size_t>(c)])];
-        half_plane(curve.values.data(), block.plane[c], block.padded);
+    for (std::size_t c = 0; c < 3; ++c) {
+        half_plane(stage, c, block);
     }
 }
 

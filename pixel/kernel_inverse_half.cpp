@@ -19,8 +19,7 @@ namespace HWY_NAMESPACE {
 /// it.
 template <class D>
 HWY_INLINE hn::Vec<D> half_magnitude(D d, hn::Vec<D> bits) {
-    const hn::RebindToSigned<D> di;
-    const auto shifted = hn::BitCast(d, hn::ShiftLeft<13>(hn::ConvertTo(di, bits)));
+    const auto shifted = hn::BitCast(d, hn::ShiftLeft<13>(to_index(d, bits)));
     return hn::Mul(shifted, hn::Set(d, 0x1p112f));
 }
 
@@ -38,7 +37,7 @@ void inverse_side(const InverseCurve& curve, float sign, float* plane, std::size
     for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
         const auto x = hn::Load(d, plane + i);
         auto place = locate_at_knot(d, knots, bucket + i, x);
-        if (HWY_UNLIKELY(!hn::AllFalse(d, place.crowded))) {
+        if (curve.crowded && !hn::AllFalse(d, place.crowded)) {
             search_lanes(d, curve, x, place);
         }
         const auto low = half_magnitude(d, place.whole);

@@ -67,33 +67,59 @@ HWY_INLINE void pack_vector(const Block& block, std::size_t at, std::size_t chan
 #endif
 }
 
-void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
+/// Calls `f(offset)` for each whole vector, and answers how many floats are left.
+template <class F>
+HWY_INLINE std::size_t for_whole_vectors(std::size_t count, F&& f) {
     const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
     std::size_t i = 0;
-    for (; i + lanes <= block.count; i += lanes) {
-        for (std::size_t k = 0; k < channels * lanes; k += MAX_LANES) {
-            fetch_for_next_block(pixels + channels * i + k, channels * BLOCK_PIXELS);
-        }
-        unpack_vector(pixels + channels * i, channels, i, block);
+    for (; i + lanes <= count; i += lanes) {
+        f(i);
     }
-    if (i < block.count) {
+    return count - i;
+}
+
+void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
+    const std::size_t rest = for_whole_vectors(block.count, [&](std::size_t i) HWY_ATTR {
+        unpack_vector(pixels + channels * i, channels, i, block);
+    });
+    if (rest > 0) {
+        const std::size_t done = block.count - rest;
         float tail[4 * MAX_LANES] = {};
-        std::memcpy(tail, pixels + channels * i, (block.count - i) * channels * sizeof(float));
-        unpack_vector(tail, channels, i, block);
+        std::memcpy(tail, pixels + channels * done, rest * channels * sizeof(float));
+        unpack_vector(tail, channels, done, block);
     }
 }
 
-void pack_pixels(const Block& block, std::size_t channels, float* pixels) {
-    const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
-    std::size_t i = 0;
-    for (; i + lanes <= block.count; i += lanes) {
+/// Lines that the kernels were too few to ask for are asked for here.
+void pack_pixels(Block& block, std::size_t channels, float* pixels) {
+    const std::size_t rest = for_whole_vectors(block.count, [&](std::size_t i) HWY_ATTR {
+        for (std::size_t c = 0; c < channels; ++c) {
+            block.lookahead.fetch_line();
+        }
         pack_vector(block, i, channels, pixels + channels * i);
-    }
-    if (i < block.count) {
+    });
+    if (rest > 0) {
+        const std::size_t done = block.count - rest;
         float tail[4 * MAX_LANES];
-        pack_vector(block, i, channels, tail);
-        std::memcpy(pixels + channels * i, tail, (block.count - i) * channels * sizeof(float));
+        pack_vector(block, done, channels, tail);
+        std::memcpy(pixels + channels * done, tail, rest * channels * sizeof(float));
     }
+}
+
+void take_plane(const float* from, std::size_t count, float* plane) {
+    const hn::ScalableTag<float> d;
+    const std::size_t rest = for_whole_vectors(
+        count, [&](std::size_t i) HWY_ATTR { hn::StoreU(hn::LoadU(d, from + i), d, plane + i); });
+    std::memcpy(plane + count - rest, from + count - rest, rest * sizeof(float));
+}
+
+void give_plane(const float* plane, std::size_t count, float* to, Lookahead& lookahead) {
+    const hn::ScalableTag<float> d;
+    const std::size_t rest = for_whole_vectors(count, [&](std::size_t i) HWY_ATTR {
+        lookahead.fetch_line();
+        hn::StoreU(hn::LoadU(d, plane + i), d, to + i);
+    });
+    std::memcpy(to + count - rest, plane + count - rest, rest * sizeof(float));
 }
 
 } // namespace HWY_NAMESPACE
@@ -105,13 +131,23 @@ namespace pixel {
 
 HWY_EXPORT(unpack_pixels);
 HWY_EXPORT(pack_pixels);
+HWY_EXPORT(take_plane);
+HWY_EXPORT(give_plane);
 
 void unpack(const float* pixels, std::size_t channels, Block& block) {
     HWY_DYNAMIC_DISPATCH(unpack_pixels)(pixels, channels, block);
 }
 
-void pack(const Block& block, std::size_t channels, float* pixels) {
+void pack(Block& block, std::size_t channels, float* pixels) {
     HWY_DYNAMIC_DISPATCH(pack_pixels)(block, channels, pixels);
+}
+
+void take(const float* from, std::size_t count, float* plane) {
+    HWY_DYNAMIC_DISPATCH(take_plane)(from, count, plane);
+}
+
+void give(const float* plane, std::size_t count, float* to, Lookahead& lookahead) {
+    HWY_DYNAMIC_DISPATCH(give_plane)(plane, count, to, lookahead);
 }
 
 } // namespace pixel

@@ -6,14 +6,14 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/planes-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
-namespace hn = hwy::HWY_NAMESPACE;
-
 void matrix(const MatrixStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
+    for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
         const auto r = hn::Load(d, block.plane[0] + i);
         const auto g = hn::Load(d, block.plane[1] + i);
         const auto b = hn::Load(d, block.plane[2] + i);
@@ -28,20 +28,15 @@ void matrix(const MatrixStage& stage, Block& block) {
             }
             hn::Store(sum, d, block.plane[row] + i);
         }
-    }
+    });
 }
 
 void diagonal(const DiagonalStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for (int c = 0; c < 4; ++c) {
-        if (!stage.active[c]) {
-            continue;
-        }
-        const auto scale = hn::Set(d, stage.scale[c]);
-        const auto offset = hn::Set(d, stage.offset[c]);
-        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-            float* p = block.plane[c] + i;
-            hn::Store(hn::Add(hn::Mul(hn::Load(d, p), scale), offset), d, p);
+    for (std::size_t c = 0; c < 4; ++c) {
+        if (stage.active[c]) {
+            const auto scale = hn::Set(d, stage.scale[c]), offset = hn::Set(d, stage.offset[c]);
+            map_plane(block, c, [&](auto x) HWY_ATTR { return hn::Add(hn::Mul(x, scale), offset); });
         }
     }
 }
@@ -50,18 +45,17 @@ void range(const RangeStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     const auto scale = hn::Set(d, stage.scale), offset = hn::Set(d, stage.offset);
     const auto low = hn::Set(d, stage.low), high = hn::Set(d, stage.high);
-    for (int c = 0; c < 3; ++c) {
-        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-            float* p = block.plane[c] + i;
-            auto t = hn::Add(hn::Mul(hn::Load(d, p), scale), offset);
+    for (std::size_t c = 0; c < 3; ++c) {
+        map_plane(block, c, [&](auto x) HWY_ATTR {
+            auto t = hn::Add(hn::Mul(x, scale), offset);
             if (stage.has_low) {
                 t = hn::IfThenElse(hn::Gt(t, low), t, low);
             }
             if (stage.has_high) {
                 t = hn::IfThenElse(hn::Lt(t, high), t, high);
             }
-            hn::Store(t, d, p);
-        }
+            return t;
+        });
     }
 }
 

@@ -8,6 +8,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -33,14 +34,11 @@ HWY_INLINE hn::Vec<D> floored_log2(D d, hn::Vec<D> x) {
 
 void log_curve(const LogStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for (int c = 0; c < 3; ++c) {
+    for (std::size_t c = 0; c < 3; ++c) {
         const auto& k = stage.channel[c];
-        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-            float* p = block.plane[c] + i;
-            const auto x = hn::Load(d, p);
+        map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
             if (!stage.affine) {
-                hn::Store(hn::Mul(floored_log2(d, x), hn::Set(d, k.log_slope)), d, p);
-                continue;
+                return hn::Mul(floored_log2(d, x), hn::Set(d, k.log_slope));
             }
             auto out = floored_log2(d, times_plus(d, x, k.lin_slope, k.lin_offset));
             out = times_plus(d, out, k.log_slope, k.log_offset);
@@ -48,21 +46,18 @@ void log_curve(const LogStage& stage, Block& block) {
                 const auto below = hn::Lt(x, hn::Set(d, k.lin_break));
                 out = hn::IfThenElse(below, times_plus(d, x, k.line_slope, k.line_offset), out);
             }
-            hn::Store(out, d, p);
-        }
+            return out;
+        });
     }
 }
 
 void exp_curve(const ExpStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    for (int c = 0; c < 3; ++c) {
+    for (std::size_t c = 0; c < 3; ++c) {
         const auto& k = stage.channel[c];
-        for (std::size_t i = 0; i < block.padded; i += hn::Lanes(d)) {
-            float* p = block.plane[c] + i;
-            const auto x = hn::Load(d, p);
+        map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
             if (!stage.affine) {
-                hn::Store(exp2_of(d, hn::Mul(x, hn::Set(d, k.log_slope))), d, p);
-                continue;
+                return exp2_of(d, hn::Mul(x, hn::Set(d, k.log_slope)));
             }
             auto out = exp2_of(d, minus_times(d, x, k.log_offset, k.log_slope));
             out = minus_times(d, out, k.lin_offset, k.lin_slope);
@@ -70,8 +65,8 @@ void exp_curve(const ExpStage& stage, Block& block) {
                 const auto below = hn::Lt(x, hn::Set(d, k.log_break));
                 out = hn::IfThenElse(below, minus_times(d, x, k.line_offset, k.line_slope), out);
             }
-            hn::Store(out, d, p);
-        }
+            return out;
+        });
     }
 }
 

@@ -9,41 +9,42 @@
 #include <hwy/highway.h>
 
 #include "pixel/lookup-inl.h"
+#include "pixel/planes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
 /// Interpolates from the entry above: (below - above) * distance + above, which is exact on the entries.
-void table_plane(const float* values, float last, float* plane, std::size_t count) {
+void table_plane(const TableStage& stage, std::size_t c, Block& block) {
     const hn::ScalableTag<float> d;
     const hn::RebindToSigned<decltype(d)> di;
     alignas(64) std::int32_t index[BLOCK_PIXELS];
-    const auto zero = hn::Zero(d);
-    const auto end = hn::Set(d, last);
-    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-        auto x = hn::Mul(hn::Load(d, plane + i), end);
+    float* const plane = block.plane[c];
+    const float* const values = stage.curve[static_cast<std::size_t>(stage.curve_of[c])].values.data();
+    const auto scale = hn::Set(d, stage.before.scale[c]), offset = hn::Set(d, stage.before.offset[c]);
+    const auto zero = hn::Zero(d), end = hn::Set(d, stage.last);
+    for_each_vector(block, [&](std::size_t i) HWY_ATTR {
+        auto x = hn::Mul(hn::Add(hn::Mul(hn::Load(d, plane + i), scale), offset), end);
         x = hn::IfThenElseZero(hn::Gt(x, zero), x); // NaN becomes 0
         x = hn::IfThenElse(hn::Lt(x, end), x, end);
         const auto above = hn::Ceil(x);
-        hn::Store(hn::ConvertTo(di, above), di, index + i);
+        hn::Store(to_index(d, above), di, index + i);
         hn::Store(hn::Sub(above, x), d, plane + i);
-    }
-    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    });
+    for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
         const auto distance = hn::Load(d, plane + i);
         auto below = zero, above = zero;
         load_pairs(d, values, index + i, below, above);
         // On an entry the difference must be zero even where it would overflow.
         below = hn::IfThenElse(hn::Eq(distance, zero), above, below);
         hn::Store(hn::Add(hn::Mul(hn::Sub(below, above), distance), above), d, plane + i);
-    }
+    });
 }
 
 void table(const TableStage& stage, Block& block) {
-    for (int c = 0; c < 3; ++c) {
-        const auto& curve =
-            stage.curve[static_cast<std::size_t>(stage.curve_of[static_cast<std::size_t>(c)])];
-        table_plane(curve.values.data(), stage.last, block.plane[c], block.padded);
+    for (std::size_t c = 0; c < 3; ++c) {
+        table_plane(stage, c, block);
     }
 }
 

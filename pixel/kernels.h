@@ -26,6 +26,10 @@ void run_cube(const CubeStage& stage, Block& block);
 /// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
 /// within a plane is an implementation's own. Three channels read as alpha 0.
 void unpack(const float* pixels, std::size_t channels, Block& block);
-void pack(const Block& block, std::size_t channels, float* pixels);
+void pack(Block& block, std::size_t channels, float* pixels);
+
+/// Copies `count` floats into a plane of a block, and back into a picture's.
+void take(const float* from, std::size_t count, float* plane);
+void give(const float* plane, std::size_t count, float* to, Lookahead& lookahead);
 
 } // namespace pixel

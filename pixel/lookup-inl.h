@@ -18,6 +18,17 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
+/// Indices from floats that are whole numbers of the range of indices.
+template <class D>
+HWY_INLINE hn::Vec<hn::RebindToSigned<D>> to_index(D, hn::Vec<D> v) {
+    const hn::RebindToSigned<D> di;
+#if HWY_TARGET <= HWY_AVX3 // without the provisions for other floats
+    return hn::Vec<decltype(di)>{_mm512_cvttps_epi32(v.raw)};
+#else
+    return hn::ConvertTo(di, v);
+#endif
+}
+
 #if HWY_TARGET != HWY_SCALAR
 
 /// One vector of N / 4 groups of four floats; group k is loaded from table + STRIDE * at[4 * k].

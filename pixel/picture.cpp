@@ -21,17 +21,6 @@ void set_count(Block& block, std::size_t count) {
     }
 }
 
-/// Copies floats of a plane, and asks for those that the next block will copy.
-void copy_and_fetch(float* to, const float* from, std::size_t count) {
-    constexpr std::size_t LINE = 64 / sizeof(float);
-    std::size_t i = 0;
-    for (; i + LINE <= count; i += LINE) {
-        fetch_for_next_block(from + i, BLOCK_PIXELS);
-        std::memcpy(to + i, from + i, LINE * sizeof(float));
-    }
-    std::memcpy(to + i, from + i, (count - i) * sizeof(float));
-}
-
 void run_all(const std::vector<Stage>& stages, Block& block) {
     for (const Stage& stage : stages) {
         run(stage, block);
@@ -43,6 +32,10 @@ void run_gapless(const std::vector<Stage>& stages, float* pixels, std::size_t ch
     for (std::size_t done = 0; done < count; done += BLOCK_PIXELS) {
         float* const from = pixels + done * channels;
         set_count(block, std::min(BLOCK_PIXELS, count - done));
+        block.lookahead.clear();
+        if (const std::size_t rest = count - done - block.count) {
+            block.lookahead.add(from + block.count * channels, std::min(BLOCK_PIXELS, rest) * channels);
+        }
         unpack(from, channels, block);
         run_all(stages, block);
         pack(block, channels, from);
@@ -111,6 +104,18 @@ void run_scattered(const std::vector<Stage>& stages, float* data, const PackedLa
     }
 }
 
+/// Whether results depend on alpha or change it. A matrix counts even with a column of zeros: an infinite
+/// alpha makes NaN of them.
+bool needs_alpha(const Stage& stage) {
+    if (const auto* diagonal = std::get_if<DiagonalStage>(&stage)) {
+        return diagonal->active[3];
+    }
+    if (const auto* power = std::get_if<PowerStage>(&stage)) {
+        return power->active[3];
+    }
+    return std::holds_alternative<MatrixStage>(stage) || std::holds_alternative<ToeStage>(stage);
+}
+
 } // namespace
 
 void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayout& layout) {
@@ -136,7 +141,8 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         width *= height;
         height = 1;
     }
-    const int channels = planes[3] ? 4 : 3;
+    const bool with_alpha = planes[3] && std::any_of(stages.begin(), stages.end(), needs_alpha);
+    const int channels = with_alpha ? 4 : 3;
     Block block;
     Walk read(width, height);
     while (!read.at_end()) {
@@ -147,17 +153,22 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         const std::size_t count =
             for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
                 for (int c = 0; c < channels; ++c) {
-                    copy_and_fetch(block.plane[c] + at, planes[c] + offset(row, column), length);
+                    take(planes[c] + offset(row, column), length, block.plane[c] + at);
                 }
             });
         set_count(block, count);
+        block.lookahead.clear();
+        for (int c = 0; c < channels && !read.at_end(); ++c) {
+            block.lookahead.add(planes[c] + offset(read.row(), read.column()),
+                                std::min(BLOCK_PIXELS, width - read.column()));
+        }
         if (channels == 3) {
             std::fill(block.plane[3], block.plane[3] + block.padded, 0.0f);
         }
         run_all(stages, block);
         for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
             for (int c = 0; c < channels; ++c) {
-                std::memcpy(planes[c] + offset(row, column), block.plane[c] + at, length * sizeof(float));
+                give(block.plane[c] + at, length, planes[c] + offset(row, column), block.lookahead);
             }
         });
     }

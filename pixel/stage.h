@@ -27,6 +27,14 @@ struct DiagonalStage {
     bool active[4];
 };
 
+/// A diagonal matrix that runs within the stage before or after it. Minus zero is the term that leaves every
+/// value as it is, the zeros of both signs included.
+struct Scaling {
+    float scale[4] = {1, 1, 1, 1};
+    float offset[4] = {-0.0f, -0.0f, -0.0f, -0.0f};
+    bool used = false;
+};
+
 /// t = in * scale + offset, raised to `low`, then lowered to `high`. NaN goes to `low`, or without it to
 /// `high`.
 struct RangeStage {
@@ -41,6 +49,7 @@ struct PowerStage {
     float exponent[4];
     PowerShape shape;
     bool active[4];
+    Scaling before;
 };
 
 /// Forward: in > knee ? (in * scale + offset) ^ exponent : in * slope.
@@ -88,6 +97,7 @@ struct PaddedCurve {
 
 struct TableStage {
     float last; ///< index of the last entry
+    Scaling before;
     std::array<PaddedCurve, 3> curve;
     std::array<int, 3> curve_of; ///< which curve each channel uses
 };
@@ -115,10 +125,12 @@ struct InverseCurve {
     std::uint32_t base;
     int shift;
     std::size_t first;
+    bool crowded; ///< some buckets hold several knots
 };
 
 struct InverseTableStage {
     float reciprocal; ///< 1 / index of the last entry
+    Scaling after;
     std::array<InverseCurve, 3> curve;
     std::array<int, 3> curve_of;
 };

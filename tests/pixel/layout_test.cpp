@@ -116,6 +116,38 @@ TEST_P(Layouts, PlanarPicturesWithAndWithoutAlpha) {
     }
 }
 
+/// Planes of alpha are passed by where no operation looks at them.
+TEST_P(Layouts, PlanarPicturesGiveWhatPackedOnesGiveWhateverTheOperationDoesWithAlpha) {
+    const auto entries = std::make_shared<const std::vector<float>>(std::vector<float>{1.0f, 0.0f});
+    const std::vector<Op> ops{
+        Matrix{{0.5, 0.25, 0, 0, 0, 1, 0.5, 0, 0.25, 0, 0.75, 0, 0, 0, 0, 1}, {}}, // 0 * infinity is NaN
+        Matrix{{0.5, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}},
+        Matrix{{0.5, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0.5}, {0, 0, 0, 0.25}},
+        Exponent{{2, 2, 2, 1}, Negatives::PassThrough, Direction::Forward},
+        Exponent{{2, 2, 2, 1}, Negatives::Clamp, Direction::Forward},
+        Exponent{{1, 1, 1, 2}, Negatives::Mirror, Direction::Forward},
+        LinearToeCurve{
+            {2.4, 2.4, 2.4, 1.5}, {0.055, 0.055, 0.055, 0.1}, Negatives::Linear, Direction::Forward},
+        Lut1D{InputDomain::Unit, 2, 1, entries, Direction::Forward},
+    };
+    constexpr std::size_t COUNT = 700;
+    for (const Op& op : ops) {
+        std::vector<Pixel> packed = mixed_pixels(COUNT, 3);
+        std::vector<float> planes(4 * COUNT);
+        for (std::size_t i = 0; i < planes.size(); ++i) {
+            planes[i] = packed[i % COUNT][i / COUNT];
+        }
+        const Program one({op});
+        one.apply_packed(packed[0].data(), COUNT, 1, 4);
+        float* p = planes.data();
+        one.apply_planar(p, p + COUNT, p + 2 * COUNT, p + 3 * COUNT, COUNT, 1);
+        for (std::size_t i = 0; i < planes.size(); ++i) {
+            ASSERT_TRUE(within_units(planes[i], packed[i % COUNT][i / COUNT], 0))
+                << one.describe().given[0] << ", pixel " << i % COUNT << ", channel " << i / COUNT;
+        }
+    }
+}
+
 TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
     program.apply_packed(nullptr, 0, 10, 4);
     program.apply_packed(nullptr, 10, 0, 3);

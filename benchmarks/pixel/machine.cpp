@@ -1,0 +1,36 @@
+// The machine, for the head of the figures.
+
+#include <fstream>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "pixel/vector_targets.h"
+#include <hwy/targets.h>
+
+namespace {
+
+std::string cpu_model() {
+    constexpr char KEY[] = "model name";
+    std::ifstream file("/proc/cpuinfo");
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t colon = line.find(": ");
+        if (line.compare(0, sizeof KEY - 1, KEY) == 0 && colon != std::string::npos)
+            return line.substr(colon + 2);
+    }
+    return "unknown";
+}
+
+/// Highway numbers better targets lower.
+std::string vector_target() {
+    const std::int64_t usable = hwy::SupportedTargets() & HWY_TARGETS;
+    return hwy::TargetName(usable & -usable);
+}
+
+const bool told = [] {
+    benchmark::AddCustomContext("cpu_model", cpu_model());
+    benchmark::AddCustomContext("vector_target", vector_target());
+    return true;
+}();
+
+} // namespace

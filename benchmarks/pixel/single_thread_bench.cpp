@@ -1,0 +1,52 @@
+// Pictures of 3840 x 2160 floats through the vector path and through the colour library, on one thread,
+// beside a plain pass that reads and writes every float once, and memcpy.
+
+#include <cstring>
+
+#include "benchmarks/pixel/conversions.h"
+#include "benchmarks/pixel/picture_bench.h"
+
+using namespace pixel_bench;
+
+namespace {
+
+Convert with_library(const library::ConstCPUProcessorRcPtr& processor) {
+    return [processor](std::vector<float>& pixels) {
+        library::PackedImageDesc image(pixels.data(), WIDTH, HEIGHT, 4);
+        processor->apply(image);
+    };
+}
+
+void add_conversion(const Conversion& conversion, const char* picture_name, Picture packed, Picture planar) {
+    const std::string prefix = std::string("picture/") + conversion.name + "/" + picture_name + "/";
+    const auto program = program_of(conversion);
+    add_picture_benchmark(prefix + "pixel", packed, [program](std::vector<float>& pixels) {
+        program->apply_packed(pixels.data(), WIDTH, HEIGHT, 4);
+    });
+    add_picture_benchmark(prefix + "pixel_planar", planar, [program](std::vector<float>& pixels) {
+        float* p = pixels.data();
+        program->apply_planar(p, p + PIXELS, p + 2 * PIXELS, p + 3 * PIXELS, WIDTH, HEIGHT);
+    });
+    add_picture_benchmark(prefix + "library_default", packed, with_library(by_default(conversion.processor)));
+    add_picture_benchmark(prefix + "library_lossless", packed, with_library(lossless(conversion.processor)));
+}
+
+void add_passes() {
+    add_picture_benchmark("pass/read_write", noise,
+                          [](std::vector<float>& pixels) { read_write_pass(pixels.data(), pixels.size()); });
+    static std::vector<float> copy(4 * PIXELS);
+    add_picture_benchmark("pass/memcpy", noise, [](std::vector<float>& pixels) {
+        std::memcpy(copy.data(), pixels.data(), pixels.size() * sizeof(float));
+    });
+}
+
+const bool registered = [] {
+    add_passes();
+    for (const Conversion& conversion : conversions()) {
+        add_conversion(conversion, "noise", noise, planar_noise);
+        add_conversion(conversion, "waves", waves, planar_waves);
+    }
+    return true;
+}();
+
+} // namespace

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace pixel {
+
+/// The memory of the next block, asked for line by line while the kernels work on this one. All at once would
+/// fill the processor's queue of misses and make the kernels wait after all.
+class Lookahead {
+public:
+    void clear() { count_ = current_ = 0; }
+    /// At most four ranges, one for each plane.
+    void add(const float* from, std::size_t floats) {
+        const auto begin = reinterpret_cast<std::uintptr_t>(from);
+        range_[count_++] = {begin, begin + floats * sizeof(float)};
+    }
+    /// Asks the second-level cache for the next line, if any is left.
+    void fetch_line() {
+        if (current_ == count_) {
+            return;
+        }
+        Range& range = range_[current_];
+        __builtin_prefetch(reinterpret_cast<const void*>(range.begin), 0, 2);
+        range.begin += LINE;
+        if (range.begin >= range.end) {
+            ++current_;
+        }
+    }
+
+private:
+    static constexpr std::uintptr_t LINE = 64;
+    struct Range {
+        std::uintptr_t begin, end;
+    };
+    Range range_[4];
+    std::size_t count_ = 0, current_ = 0;
+};
+
+} // namespace pixel
