@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Takes the pictures of docs/viewer.md anew: the sample chart in the viewer, without a display.
+# usage: viewer_pictures.sh TOOL
+set -euo pipefail
+
+if [ $# -ne 1 ]; then
+    echo "usage: viewer_pictures.sh TOOL" >&2
+    exit 2
+fi
+tool=$(realpath "$1")
+pictures=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/pictures
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+unset OCIO
+
+mkdir -p "$pictures"
+"$(dirname "$tool")/samples/make_samples" "$work"
+cat >"$work/tour.txt" <<TOUR
+panels on
+cursor 760 300
+screenshot $pictures/viewer.png
+panels off
+second-view Tavelion.linear
+wipe 0.5
+screenshot $pictures/wipe.png
+view Tavelion.Cineon
+difference-scale 200
+compare
+screenshot $pictures/difference.png
+quit
+TOUR
+cd "$work"
+"$tool" view chart_half.exr --no-prefs --size 1000x620 --view Tavelion.sRGB --script tour.txt --no-window
