@@ -190,6 +190,20 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
     EXPECT_EQ(difference->largest, 0) << "no conversion, no difference";
 }
 
+TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
+    const std::string checks = folder.file("checks.exr");
+    write_picture(checks, 77, 31, [](int x, int y) {
+        const float value = (x + y) % 2 == 0 ? 200.0f : 0.001f;
+        return Rgb{value, value, value, 1};
+    });
+    model->open(checks);
+    model->set_layout(Layout::DIFFERENCE);
+    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    const tool::Difference* difference = viewer->compare();
+    ASSERT_TRUE(difference);
+    EXPECT_EQ(difference->largest, 0) << "neighbours differ 200,000 times";
+}
+
 TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
     model->set_layout(Layout::DIFFERENCE);
     const tool::Difference* difference = viewer->compare();

@@ -25,8 +25,10 @@ uniform float gain;
 constexpr char MAIN[] = R"(
 void main() {
     vec2 at = vec2(gl_FragCoord.x - corner.x, corner.y - gl_FragCoord.y) / zoom;
-    vec4 color = texture(picture, at / picture_size);
     bool outside = any(lessThan(at, vec2(0.0))) || any(greaterThanEqual(at, picture_size));
+    // A filter mixes in a little of the neighbours even at the middle of a pixel.
+    vec4 color = zoom < 1.0 ? texture(picture, at / picture_size)
+                            : texelFetch(picture, ivec2(clamp(at, vec2(0.0), picture_size - 1.0)), 0);
     result = outside ? vec4(vec3(0.05), 1.0) : convert(color);
 }
 )";
