@@ -52,7 +52,7 @@ bool is_builtin_config_active() {
 } // namespace
 
 ColorSession::ColorSession(const SessionOptions& options, Console& console, PreferenceUse use)
-    : recorder(console, options.verbose), preferences(options, use, recorder, console),
+    : console(console), recorder(console, options.verbose), preferences(options, use, recorder, console),
       source(find_source(options, preferences)) {
     check_config_file(source);
     app = std::make_unique<StandaloneApp>();

@@ -60,6 +60,7 @@ public:
     /// Keeps the module's associations, custom colour spaces and CDLs. Throws CommandError.
     void save_preferences() { preferences.save_module(recorder); }
 
+    Console& get_console() { return console; }
     /// What the module logged since the last call; the first call answers what it logged while loading.
     std::vector<LoggedMessage> take_messages() { return recorder.take_messages(); }
 
@@ -69,6 +70,7 @@ private:
     [[noreturn]] void fail_to_load();
     void close();
 
+    Console& console;
     LogRecorder recorder;
     UserPreferences preferences;
     const ConfigSource source;

@@ -165,6 +165,7 @@ PictureSettings ConvertCommand::make_settings(const ColorConversion& conversion)
     else if (leaves_alpha)
         settings.wishes.alpha_rule = AlphaRule::DO_NOT_DIVIDE;
     settings.wishes.color_space_tag = conversion.get_target_tag();
+    settings.wishes.keeps_space = conversion.get_source() == conversion.get_target_space();
     settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.threads = threads;
     return settings;

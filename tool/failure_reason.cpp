@@ -10,6 +10,8 @@ namespace tool {
 namespace {
 
 constexpr std::string_view LIBRARY_PREFIX = "OCIO exception: ";
+/// What a sentence that says what failed does not need.
+constexpr std::string_view LIBRARY_MARK = "Error: ";
 constexpr std::string_view MODULE_PREFIX = "Color Management: ";
 
 bool starts_with(std::string_view text, std::string_view prefix) {
@@ -87,7 +89,8 @@ FailureReason explain_library_message(const std::string& message) {
         return {FailureKind::MISSING_FILE, explain_missing_file(message, *file)};
     if (const auto file = find_between(message, "The specified transform file '", "'"))
         return {FailureKind::BAD_FILE, explain_bad_file(message, *file)};
-    const std::string line = flatten(message);
+    const std::string line =
+        flatten(message.substr(starts_with(message, LIBRARY_MARK) ? LIBRARY_MARK.size() : 0));
     if (contains(line, "cannot be read as a LUT"))
         return {FailureKind::BAD_FILE, line};
     if (contains(line, "forms a cycle: "))

@@ -120,11 +120,22 @@ TEST_F(ConvertKeeps, Metadata) {
     EXPECT_EQ(after.get_string_attribute("compression"), "piz");
 }
 
-TEST_F(ConvertKeeps, NothingThatDescribedTheFormerColors) {
+void write_with_chromaticities(const std::string& file) {
     Picture picture = make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f});
     const float chromaticities[8] = {0.64f, 0.33f, 0.3f, 0.6f, 0.15f, 0.06f, 0.3127f, 0.329f};
     picture.spec.attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8), chromaticities);
-    write_picture(path("in.exr"), picture);
+    write_picture(file, picture);
+}
+
+TEST_F(ConvertKeeps, WhatDescribesTheColorsInTheirSpace) {
+    write_with_chromaticities(path("in.exr"));
+    ASSERT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "linear"}),
+                Succeeds());
+    EXPECT_NE(read_picture(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
+}
+
+TEST_F(ConvertKeeps, NothingThatDescribedTheFormerColors) {
+    write_with_chromaticities(path("in.exr"));
     const ToolRun result = convert("in.exr", "out.exr");
     EXPECT_EQ(read_picture(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
     EXPECT_THAT(result.err, HasSubstr("chromaticities"));

@@ -77,6 +77,24 @@ TEST_F(CdlRead, SaysWhichNumbersAreWrong) {
                 FailsWith(1, EndsWith("Saturation has 2 numbers instead of 1\n")));
 }
 
+TEST_F(CdlRead, WarnsOfElementsThatHaveNoPartInACorrection) {
+    const ToolRun result =
+        list("<ColorCorrection id=\"a\"><ASC_SOP><Slope>2 2 2</Slope></ASC_SOP><Description>x"
+             "</Description>" +
+             std::string(SOP) + "</ColorCorrection>");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_EQ(result.err, "colorio: warning: the correction 'a' holds what is not read, nor by the colour "
+                          "library: ASC_SOP\n");
+    EXPECT_THAT(run({"cdl", "show", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
+    EXPECT_THAT(run({"cdl", "add", "x", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
+    EXPECT_THAT(list("<ColorCorrection id=\"a\">" + std::string(SOP) + "</ColorCorrection>").err,
+                testing::IsEmpty());
+}
+
+TEST_F(CdlRead, SaysWhatIsNoXmlWithoutTheWordError) {
+    EXPECT_THAT(list(""), FailsWith(1, EndsWith("grade.cc': No XML data\n")));
+}
+
 TEST_F(CdlRead, FailsOnFilesWithoutCorrectionsAndOnNone) {
     EXPECT_THAT(list("<Other/>"), FailsWith(1, HasSubstr("it has no ColorCorrection")));
     EXPECT_THAT(run({"cdl", "list", path("missing.cc")}), FailsWith(1, HasSubstr("no such file")));

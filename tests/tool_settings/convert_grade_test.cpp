@@ -100,6 +100,15 @@ TEST_F(ConvertGrade, RefusesCorrectionsThatAreNotThere) {
     EXPECT_FALSE(folder.exists("out.exr"));
 }
 
+TEST_F(ConvertGrade, WarnsOfWhatIsNotReadOfACorrection) {
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
+    folder.write("odd.cc",
+                 "<ColorCorrection id=\"a\"><ASC_SAT><Saturation>0</Saturation></ASC_SAT></ColorCorrection>");
+    EXPECT_THAT(
+        run({"convert", path("in.exr"), path("out.exr"), "--to", "sRGB", "--cdl", path("odd.cc")}).err,
+        HasSubstr("ASC_SAT"));
+}
+
 TEST_F(ConvertGrade, ExplainsBothEnds) {
     write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     const ToolRun result = run(

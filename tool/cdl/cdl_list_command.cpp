@@ -26,6 +26,8 @@ public:
 
     ExitCode run(Console& console) override {
         const std::vector<Correction> corrections = read_corrections(path);
+        for (const Correction& correction : corrections)
+            warn_of_unread_elements(correction, console);
         if (as_json)
             print_json(corrections, console);
         else

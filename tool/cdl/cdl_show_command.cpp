@@ -26,6 +26,7 @@ public:
 
     ExitCode run(Console& console) override {
         const Correction correction = read_correction(parse_correction_source(source));
+        warn_of_unread_elements(correction, console);
         if (as_json)
             print_json(correction, console);
         else

@@ -15,6 +15,7 @@ struct Correction {
     float offset[3] = {0.0f, 0.0f, 0.0f};
     float power[3] = {1.0f, 1.0f, 1.0f};
     float saturation = 1.0f;
+    std::vector<std::string> unread_elements; ///< Of unknown names, such as "ASC_SOP".
     /// False when the document spells a name as the colour library does not read it: "SopNode".
     bool has_usual_names = true;
 };

@@ -12,9 +12,11 @@
 #include <fmt/format.h>
 
 #include "tool/cdl/correction_text.h"
+#include "tool/console.h"
 #include "tool/exit_code.h"
 #include "tool/nearest_names.h"
 #include "xml/xml_encoding.h"
+#include "xml/xml_error.h"
 #include "xml/xml_node.h"
 #include "xml/xml_settings.h"
 
@@ -24,6 +26,10 @@ namespace {
 
 constexpr std::size_t GUESS_WINDOW = 4096;
 constexpr std::string_view BLANKS = " \t\r\n";
+
+/// What a ColorCorrection may hold.
+constexpr const char* CORRECTION_ELEMENTS[] = {"SOPNode", "SatNode", "Description", "InputDescription",
+                                               "ViewingDescription"};
 
 bool is_called(const XmlNode& node, const char* name) {
     return node.get_name() && strcasecmp(node.get_name(), name) == 0;
@@ -60,6 +66,13 @@ private:
     const XmlSettings before;
 };
 
+/// The error's text without the word in front, "Error: " or "Warning: ".
+std::string explain(XmlError error) {
+    const std::string text = get_error_text(error);
+    const std::size_t colon = text.find(": ");
+    return colon == std::string::npos ? text : text.substr(colon + 2);
+}
+
 XmlNode parse_document(const std::string& path) {
     if (!is_file(path))
         fail_without_file(path);
@@ -70,7 +83,7 @@ XmlNode parse_document(const std::string& path) {
         return top;
     const std::string place =
         results.line > 0 ? fmt::format("line {}, column {}: ", results.line, results.column) : "";
-    throw CommandError(fmt::format("cannot read '{}': {}{}", path, place, get_error_text(results.error)));
+    throw CommandError(fmt::format("cannot read '{}': {}{}", path, place, explain(results.error)));
 }
 
 /// Reads one ColorCorrection element.
@@ -86,10 +99,21 @@ public:
         collect_descriptions(element);
         read_slope_offset_power(element.get_child("SOPNode"));
         read_saturation(element.get_child("SatNode"));
+        find_unread_elements();
         return std::move(correction);
     }
 
 private:
+    void find_unread_elements() {
+        for (int i = 0; i < element.count_children(); ++i) {
+            const XmlNode child = element.get_child(i);
+            const bool is_known = std::any_of(std::begin(CORRECTION_ELEMENTS), std::end(CORRECTION_ELEMENTS),
+                                              [&](const char* name) { return is_called(child, name); });
+            if (!is_known)
+                correction.unread_elements.emplace_back(child.get_name());
+        }
+    }
+
     void collect_descriptions(const XmlNode& node) {
         int next = 0;
         for (int count = node.count_children("Description"); count > 0; --count)
@@ -178,6 +202,12 @@ std::vector<Correction> read_corrections(const std::string& path) {
     if (corrections.empty())
         throw CommandError(fmt::format("cannot read '{}': it has no ColorCorrection", path));
     return corrections;
+}
+
+void warn_of_unread_elements(const Correction& correction, Console& console) {
+    if (!correction.unread_elements.empty())
+        console.warn(fmt::format("the correction '{}' holds what is not read, nor by the colour library: {}",
+                                 correction.id, fmt::join(correction.unread_elements, ", ")));
 }
 
 CorrectionSource parse_correction_source(const std::string& text) {

@@ -7,10 +7,15 @@
 
 namespace tool {
 
+class Console;
+
 /// The corrections of a .cc, .ccc or .cdl document in its order, wherever they stand in it. Numbers that a
 /// document leaves out as a whole (SOPNode, SatNode) change nothing. Throws CommandError with line and column
 /// of what is no XML, with the correction where numbers are wrong, and when there is no correction.
 std::vector<Correction> read_corrections(const std::string& path);
+
+/// Tells the user of elements in the correction that have no part in it.
+void warn_of_unread_elements(const Correction& correction, Console& console);
 
 /// Which correction of which document "FILE" or "FILE:ID" means.
 struct CorrectionSource {

@@ -163,7 +163,7 @@ PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format
     if (!abilities.has_tiles)
         plan.spec.tile_width = plan.spec.tile_height = plan.spec.tile_depth = 0;
     if (!plan.groups.empty())
-        remove_stale_color_metadata(plan.spec, wishes.color_space_tag, plan.notes);
+        remove_stale_color_metadata(plan.spec, wishes.color_space_tag, wishes.keeps_space, plan.notes);
     const bool same_depth =
         plan.spec.format == input.format && plan.spec.channelformats == input.channelformats;
     remove_foreign_metadata(plan.spec, input_format == abilities.name, same_depth);

@@ -22,6 +22,7 @@ struct OutputWishes {
     OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Of colour and alpha; unknown keeps the input's.
     AlphaRule alpha_rule = AlphaRule::AS_THE_FILE_SAYS;
     std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty leaves it as it is.
+    bool keeps_space = false;    ///< The colours stay in the space that the input is in.
     bool neutrals_stay_neutral = true; ///< Grey pictures stay grey; else they become red, green and blue.
 };
 

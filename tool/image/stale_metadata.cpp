@@ -18,12 +18,7 @@ constexpr const char* DERIVED[] = {
     "thumbnail_width", "thumbnail_height",   "thumbnail_nchannels", "thumbnail_image",
 };
 
-} // namespace
-
-void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag,
-                                 std::vector<std::string>& notes) {
-    if (color_space_tag.empty())
-        return;
+void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& notes) {
     std::string removed;
     for (const char* name : COLOR_DESCRIPTIONS)
         if (spec.find_attribute(name) != nullptr) {
@@ -32,9 +27,19 @@ void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color
         }
     if (!removed.empty())
         notes.push_back(fmt::format("left out, as it described the former colours: {}", removed));
+    spec.erase_attribute("^ICC:.*");
+}
+
+} // namespace
+
+void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag, bool keeps_space,
+                                 std::vector<std::string>& notes) {
+    if (color_space_tag.empty())
+        return;
+    if (!keeps_space)
+        remove_color_descriptions(spec, notes);
     for (const char* name : DERIVED)
         spec.erase_attribute(name);
-    spec.erase_attribute("^ICC:.*");
     spec.attribute("oiio:ColorSpace", color_space_tag);
 }
 
