@@ -106,9 +106,20 @@ unsigned int ColorIOAutoDetection::get_categories_count() const {
     return current_table ? current_table->get_count() : 0;
 }
 
+CoreString ColorIOAutoDetection::get_cell(Column column, unsigned int index) const {
+    return index < get_categories_count() ? (current_table->*column)[index] : CoreString::get_null_string();
+}
+
 CoreString ColorIOAutoDetection::get_file_format(unsigned int index) const {
-    return index < get_categories_count() ? current_table->file_formats[index]
-                                          : CoreString::get_null_string();
+    return get_cell(&CategoryTable::file_formats, index);
+}
+
+CoreString ColorIOAutoDetection::get_extensions(unsigned int index) const {
+    return get_cell(&CategoryTable::extensions, index);
+}
+
+CoreString ColorIOAutoDetection::get_color_space(unsigned int index) const {
+    return get_cell(&CategoryTable::color_spaces, index);
 }
 
 CoreString ColorIOAutoDetection::get_extension_from_file_format(const CoreString& file_format) const {

@@ -30,7 +30,13 @@ public:
     void init_default_color_spaces();
 
     unsigned int get_categories_count() const;
+    // A row of the table in force by its position: rows may repeat a format's name, of which the look-ups by
+    // name see the first alone. Past the end the null string.
+
     CoreString get_file_format(unsigned int index) const;
+    CoreString get_extensions(unsigned int index) const;
+    CoreString get_color_space(unsigned int index) const;
+
     CoreString get_extension_from_file_format(const CoreString& file_format) const;
     CoreString get_default_color_space_from_file_format(const CoreString& file_format) const;
     /// Colour space of the first row that lists `extension` (any case); the "default" row's when none does.
@@ -72,6 +78,9 @@ private:
         void remove(unsigned int index);
     };
 
+    using Column = CoreVector<CoreString> CategoryTable::*;
+
+    CoreString get_cell(Column column, unsigned int index) const;
     bool read_mapping(const CoreString& path, const ParserGroup& root);
     void set_table_in_force(bool from_file);
 

@@ -15,9 +15,10 @@ unsigned int ask_for_every_row(ColorIOAutoDetection& detection) {
     const unsigned int count = detection.get_categories_count();
     for (unsigned int i = 0; i < count; ++i) {
         const CoreString format = detection.get_file_format(i);
-        const CoreString extensions = detection.get_extension_from_file_format(format);
+        detection.get_extension_from_file_format(format);
         detection.get_default_color_space_from_file_format(format);
-        for (const CoreString& extension : extensions.split_word(","))
+        require(detection.get_color_space(count).is_empty());
+        for (const CoreString& extension : detection.get_extensions(i).split_word(","))
             detection.get_default_color_space_from_extension(extension);
     }
     detection.check_mappings();

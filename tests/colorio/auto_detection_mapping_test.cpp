@@ -97,6 +97,30 @@ B: {extensions: b, color_space: Tavelion|linear}
     EXPECT_THAT(formats(), ElementsAre("B", "A")) << "no fall-back row, and later rows go before the last";
 }
 
+TEST_F(MappingFile, PutsASecondDefaultGroupInFrontOfTheFirst) {
+    point_application_at(R"(
+A: {extensions: a, color_space: Tavelion|linear}
+default: {extensions: first, color_space: Tavelion|sRGB}
+default: {extensions: second, color_space: Tavelion|Cineon}
+)");
+    detection->use_file_config(true);
+    EXPECT_THAT(rows(),
+                ElementsAre(Row{"A", "a", "Tavelion|linear"}, Row{"default", "second", "Tavelion|Cineon"},
+                            Row{"default", "first", "Tavelion|sRGB"}));
+}
+
+TEST_F(MappingFile, DoesNotCountADefaultThatIsNoGroup) {
+    app.default_color_space_name = "Tavelion|Cineon";
+    point_application_at(R"(
+A: {extensions: a, color_space: Tavelion|linear}
+default: 3
+B: {extensions: b, color_space: Tavelion|linear}
+)");
+    detection->use_file_config(true);
+    EXPECT_THAT(rows(), ElementsAre(Row{"A", "a", "Tavelion|linear"}, Row{"B", "b", "Tavelion|linear"},
+                                    Row{"default", "Other", "Tavelion|Cineon"}));
+}
+
 TEST_F(MappingFile, PassesOverValuesThatAreNoGroups) {
     app.default_color_space_name = "Tavelion|linear";
     point_application_at(R"(

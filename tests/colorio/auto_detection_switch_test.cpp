@@ -202,6 +202,27 @@ TEST_F(MappingFile, IsCheckedAgainstEveryNewConfiguration) {
     EXPECT_TRUE(detection->check_mappings());
 }
 
+TEST_F(MappingFile, PutOutOfForceHasTheBuiltInRowsCheckedBeforeItsEvent) {
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    take_log();
+    std::vector<LogLine> lines_at_event;
+    EventRecorder listener;
+    listener.on_event = [&](const std::string& event) {
+        EXPECT_EQ(event, EXTENSION_EVENT);
+        lines_at_event = log.get_lines();
+    };
+    detection->use_file_config(false);
+    EXPECT_THAT(
+        lines_at_event,
+        ElementsAre(warning("Color Management: found 2 unknown color space(s) assigned to 9 file format "
+                            "/ color space mapping(s):\n"),
+                    warning("'Tavelion|linear'\n"), warning("'Tavelion|sRGB'\n"),
+                    warning("Please update the file format / color space mappings or set an OCIO "
+                            "configuration that defines the missing color spaces and restart "
+                            "Tavelion.\n")));
+    EXPECT_EQ(take_log().size(), 4u) << "nothing is logged afterwards";
+}
+
 TEST_F(MappingFile, FailsTheCheckInSilenceWhenNobodyWantsWarnings) {
     use_config(CONFIG_WITHOUT_FAMILIES);
     take_log();

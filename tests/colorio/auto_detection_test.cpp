@@ -71,10 +71,28 @@ TEST_F(FormatCategories, AppendTheNineBuiltInRowsAgainWhenAsked) {
     EXPECT_EQ(str(detection.get_file_format(17)), "default");
 }
 
-TEST_F(FormatCategories, NameThemselvesEmptyPastTheEnd) {
+TEST_F(FormatCategories, TellTheirDataByPosition) {
+    EXPECT_EQ(str(detection.get_extensions(0)), "exr, sxr");
+    EXPECT_EQ(str(detection.get_color_space(0)), "Tavelion|linear");
+    EXPECT_EQ(str(detection.get_extensions(8)), "Other");
+    EXPECT_EQ(str(detection.get_color_space(8)), "Tavelion|sRGB");
+}
+
+TEST_F(FormatCategories, OfOneNameTellTheirOwnDataByPosition) {
+    detection.add_file_format("Png", "apng", "Tavelion|Cineon");
+    EXPECT_EQ(str(detection.get_extensions(8)), "apng");
+    EXPECT_EQ(str(detection.get_color_space(8)), "Tavelion|Cineon");
+    EXPECT_EQ(extensions("Png"), "png") << "by name the first row answers";
+}
+
+TEST_F(FormatCategories, AreEmptyPastTheEnd) {
     EXPECT_EQ(str(detection.get_file_format(8)), "default");
-    EXPECT_EQ(str(detection.get_file_format(9)), "");
-    EXPECT_EQ(str(detection.get_file_format(NOT_FOUND)), "");
+    for (const unsigned int index : {9u, NOT_FOUND}) {
+        EXPECT_EQ(str(detection.get_file_format(index)), "");
+        EXPECT_EQ(str(detection.get_extensions(index)), "");
+        EXPECT_EQ(str(detection.get_color_space(index)), "");
+    }
+    EXPECT_THAT(take_log(), IsEmpty());
 }
 
 // Look-up by format

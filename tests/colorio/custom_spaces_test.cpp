@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/event/event_ids.h"
 #include "host/of/of_enum.h"
 #include "tests/colorio/custom_space_fixture.h"
 
@@ -54,6 +53,18 @@ TEST_F(CustomSpaces, OfACdlApplyItFromLinear) {
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "grade"));
     EXPECT_FLOAT_EQ(convert_grey("linear", "grade", 0.25f), 0.625f);
     EXPECT_FLOAT_EQ(convert_grey("grade", "linear", 0.625f), 0.25f);
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(CustomSpaces, OfADecisionListApplyItsFirstDecision) {
+    const std::string file = write_file(
+        "shots.cdl", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                     "<ColorDecisionList xmlns=\"urn:ASC:CDL:v1.2\"><ColorDecision>" +
+                         correction_text("first", "2") + "</ColorDecision><ColorDecision>" +
+                         correction_text("second", "4") + "</ColorDecision></ColorDecisionList>\n");
+    edit({space_record("shot", "", file, "second")});
+    EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "shot"));
+    EXPECT_FLOAT_EQ(convert_grey("linear", "shot", 0.25f), 0.5f) << "the id counts in collections only";
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
@@ -276,68 +287,6 @@ TEST_F(CustomSpaces, KeepConvertersOfReplacedSpacesWorking) {
     ASSERT_TRUE(converter->configure("linear", "mine"));
     edit({});
     EXPECT_FLOAT_EQ(convert(0.25f, 0, 1)[0], 0.5f);
-}
-
-// Which configuration is active afterwards
-
-TEST_F(CustomSpaces, MakeTheBuiltInConfigurationActiveWhenNoFileIsWanted) {
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_TRUE(manager().is_using_tavelion_config());
-}
-
-TEST_F(CustomSpaces, MakeTheBuiltInConfigurationActiveWhenAFileIsWantedButNoneNamed) {
-    use_config(CONFIG_WITHOUT_FAMILIES);
-    ASSERT_FALSE(manager().is_using_tavelion_config());
-    app.color_space_file_path = "";
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_TRUE(manager().is_using_tavelion_config());
-    EXPECT_THAT(spaces(), Contains("mine"));
-}
-
-TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileActive) {
-    use_config(CONFIG_WITHOUT_FAMILIES);
-    take_events();
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_FALSE(manager().is_using_tavelion_config());
-    EXPECT_THAT(spaces(), ElementsAre("lin", "film", "video", "data"));
-    EXPECT_THAT(views(), ElementsAre("Monitor.Film", "Monitor.Video.v2", "Cinema.Film"));
-    EXPECT_THAT(take_events(), ElementsAre(SCENE_LINEAR_EVENT, LUT_LIST_EVENT));
-
-    use_builtin_config();
-    EXPECT_THAT(spaces(), Contains("mine"));
-    EXPECT_THAT(views(), Contains("Tavelion.mine"));
-}
-
-TEST_F(CustomSpaces, GetTheirViewThoughTheConfigurationOfAFileHasOneOfThatName) {
-    use_config(config_text({{"", "lin"}}, {{"Tavelion", "mine", "lin"}}, {{"scene_linear", "lin"}}));
-    ASSERT_THAT(views(), ElementsAre("Tavelion.mine"));
-    take_log();
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_THAT(
-        take_log(),
-        Not(Contains(warning("Color Management: duplicate display view 'Tavelion.mine' was ignored.\n"))));
-    use_builtin_config();
-    EXPECT_THAT(views(), Contains("Tavelion.mine"));
-}
-
-TEST_F(CustomSpaces, AppearInTheBuiltInConfigurationThatStandsInForAWantedFile) {
-    want_file(path_of("absent.ocio"));
-    app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED);
-    ASSERT_TRUE(manager().is_using_tavelion_config());
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_TRUE(manager().is_using_tavelion_config());
-    EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "mine"));
-    EXPECT_THAT(views(), ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear", "Tavelion.mine"));
-}
-
-TEST_F(CustomSpaces, LeaveTheConfigurationOfTheEnvironmentActive) {
-    EnvGuard variable("OCIO", write_file("environment.ocio", CONFIG_WITHOUT_FAMILIES));
-    app.use_color_space_file = true;
-    app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED);
-    ASSERT_FALSE(manager().is_using_tavelion_config());
-    edit({space_record("mine", write_lut("two.spi1d", 2))});
-    EXPECT_FALSE(manager().is_using_tavelion_config());
-    EXPECT_THAT(spaces(), ElementsAre("lin", "film", "video", "data"));
 }
 
 } // namespace

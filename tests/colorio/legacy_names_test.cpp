@@ -187,4 +187,19 @@ TEST_F(LegacyNames, OfDisplaysBecomeEmptyWithoutAnActiveConfiguration) {
     }
 }
 
+TEST_F(LegacyNames, OfDisplaysBecomeEmptyWithoutABuiltInConfiguration) {
+    want_file(write_file("config.ocio", CONFIG_WITHOUT_FAMILIES));
+    ColorIOManager unstarted(&app);
+    unstarted.use_file_config(true);
+    take_log();
+    take_events();
+    ASSERT_TRUE(unstarted.get_config());
+    const auto preferences = [&](const char* name) {
+        return str(unstarted.convert_legacy_preferences_display_color_space_to_display_view(name));
+    };
+    EXPECT_EQ(preferences("linear"), "");
+    EXPECT_EQ(str(unstarted.convert_legacy_widget_display_color_space_to_display_view("linear")), "");
+    EXPECT_EQ(preferences("video"), "Monitor.Video.v2") << "the active configuration is asked";
+}
+
 } // namespace

@@ -38,11 +38,9 @@ protected:
     /// The table in force: format, extensions, colour space per row.
     std::vector<Row> rows() const {
         std::vector<Row> table;
-        for (unsigned int i = 0; i < detection->get_categories_count(); ++i) {
-            CoreString format = detection->get_file_format(i);
-            table.push_back({str(format), str(detection->get_extension_from_file_format(format)),
-                             str(detection->get_default_color_space_from_file_format(format))});
-        }
+        for (unsigned int i = 0; i < detection->get_categories_count(); ++i)
+            table.push_back({str(detection->get_file_format(i)), str(detection->get_extensions(i)),
+                             str(detection->get_color_space(i))});
         return table;
     }
     std::vector<std::string> formats() const {

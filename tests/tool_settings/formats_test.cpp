@@ -1,4 +1,5 @@
 #include "tests/tool/configs.h"
+#include "tests/tool/pictures.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -20,6 +21,13 @@ protected:
             if (row.at("category") == category)
                 return row;
         return nullptr;
+    }
+    /// Makes preferences that follow a mapping file "map.yaml" of that text.
+    void follow_mapping(const std::string& yaml) {
+        folder.write("map.yaml", yaml);
+        folder.write(PREFERENCES,
+                     "use_color_space_by_extension_file: 1\ncolor_space_by_extension_file_path: " +
+                         path("map.yaml") + "\n");
     }
 };
 
@@ -112,9 +120,7 @@ TEST_F(Formats, TakesColorSpacesOfAConfiguration) {
 }
 
 TEST_F(Formats, FollowsTheMappingFileOfThePreferencesAndSaysThatItHidesChanges) {
-    folder.write("map.yaml", "Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cineon\"}\n");
-    folder.write(PREFERENCES, "use_color_space_by_extension_file: 1\ncolor_space_by_extension_file_path: " +
-                                  path("map.yaml") + "\n");
+    follow_mapping("Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cineon\"}\n");
     const json answer = print_json({"formats"});
     EXPECT_EQ(answer.at("source"), "file");
     ASSERT_EQ(answer.at("formats").size(), 2u);
@@ -125,10 +131,30 @@ TEST_F(Formats, FollowsTheMappingFileOfThePreferencesAndSaysThatItHidesChanges) 
     EXPECT_THAT(folder.read(PREFERENCES), HasSubstr(path("map.yaml")));
 }
 
+TEST_F(Formats, ShowsTheOwnDataOfCategoriesOfOneName) {
+    follow_mapping("Scan: {extensions: dpx, color_space: Tavelion|Cineon}\n"
+                   "Scan: {extensions: cin, color_space: Tavelion|linear}\n");
+    const json rows = print_json({"formats"}).at("formats");
+    ASSERT_EQ(rows.size(), 3u);
+    EXPECT_EQ(rows[0], json::parse(R"({"position": 0, "category": "Scan", "extensions": ["dpx"],
+                                       "color_space": "Tavelion|Cineon", "known": true})"));
+    EXPECT_EQ(rows[1], json::parse(R"({"position": 1, "category": "Scan", "extensions": ["cin"],
+                                       "color_space": "Tavelion|linear", "known": true})"));
+}
+
+TEST_F(Formats, FallsBackToTheBuiltinSrgbAsTheModuleDoesWithoutADefaultCategory) {
+    follow_mapping("Screen: {extensions: png, color_space: Tavelion|sRGB}\n"
+                   "Scene: {extensions: png, color_space: Tavelion|linear}\n"
+                   "default: {extensions: Other}\n");
+    ASSERT_EQ(print_json({"formats"}).at("formats").size(), 2u) << "an incomplete group makes no row";
+    write_picture(path("in.png"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    EXPECT_THAT(print({"convert", path("in.png"), path("out.exr"), "--to", "Cineon", "--why"}),
+                HasSubstr("source:        Tavelion|linear, from the mapping file '" + path("map.yaml") +
+                          "', category Scene\n"));
+}
+
 TEST_F(Formats, ShowsWhereAMappingFileCannotBeParsed) {
-    folder.write("map.yaml", "Scan: {extensions: dpx, color_space: linear}\nGrade: {extensions: [unclosed\n");
-    folder.write(PREFERENCES, "use_color_space_by_extension_file: 1\ncolor_space_by_extension_file_path: " +
-                                  path("map.yaml") + "\n");
+    follow_mapping("Scan: {extensions: dpx, color_space: linear}\nGrade: {extensions: [unclosed\n");
     const std::string place = path("map.yaml") + ":3:1: end of sequence flow not found";
     EXPECT_THAT(run({"formats", "list", "--verbose"}).err, HasSubstr(place));
     EXPECT_THAT(print({"check"}), HasSubstr("information: Color Management: " + place));

@@ -31,17 +31,26 @@ bool lists(const FormatAssociation& association, const std::string& extension) {
            association.extensions.end();
 }
 
+/// The first row "default"; where there is none, the module falls back to its own sRGB.
+FormatAssociation find_fallback(const std::vector<FormatAssociation>& associations) {
+    for (const FormatAssociation& association : associations)
+        if (is_fallback_category(association.category))
+            return association;
+    return {FALLBACK_CATEGORY,
+            {},
+            fmt::format("{}{}{}", ColorIOManager::BUILTIN_FAMILY.data, ColorIOManager::FAMILY_SEPARATOR,
+                        ColorIOManager::BUILTIN_SRGB.data)};
+}
+
 } // namespace
 
 std::vector<FormatAssociation> get_format_associations() {
     const ColorIOAutoDetection& detection = *ColorIOAutoDetection::get_instance();
     std::vector<FormatAssociation> associations;
-    for (unsigned int row = 0; row < detection.get_categories_count(); ++row) {
-        const CoreString category = detection.get_file_format(row);
-        associations.push_back({category.get_data(),
-                                split_extensions(detection.get_extension_from_file_format(category)),
-                                detection.get_default_color_space_from_file_format(category).get_data()});
-    }
+    for (unsigned int row = 0; row < detection.get_categories_count(); ++row)
+        associations.push_back({detection.get_file_format(row).get_data(),
+                                split_extensions(detection.get_extensions(row)),
+                                detection.get_color_space(row).get_data()});
     return associations;
 }
 
@@ -55,12 +64,7 @@ std::string describe_association_source() {
 FormatAssociation find_format_association(const std::string& extension) {
     const std::vector<FormatAssociation> associations = get_format_associations();
     const std::string wanted = CoreString(extension.c_str()).get_lower_case().get_data();
-    FormatAssociation fallback{FALLBACK_CATEGORY, {}, ""};
-    for (const FormatAssociation& association : associations)
-        if (is_fallback_category(association.category)) {
-            fallback = association;
-            break;
-        }
+    const FormatAssociation fallback = find_fallback(associations);
     FormatAssociation found = fallback;
     for (const FormatAssociation& association : associations) {
         if (found.color_space != fallback.color_space)
