@@ -55,6 +55,8 @@ public:
     unsigned long long get_memory_size() const;
 
 private:
+    friend class ColorIOEvaluation;
+
     struct State;
     State* state;
 };
