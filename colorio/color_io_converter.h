@@ -55,6 +55,8 @@ public:
     unsigned long long get_memory_size() const;
 
 private:
+    friend class ColorIOEvaluation;
+
     struct State;
 
     /// Settles `bypass`. False when the configuration ends here: nothing was asked for, or there is no

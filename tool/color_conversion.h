@@ -47,6 +47,8 @@ public:
     /// Converts interleaved red, green, blue, alpha floats in place.
     void apply(float* rgba, unsigned int width, unsigned int height) const;
 
+    /// The correction; null without one.
+    const Grade* get_grade() const { return grade.get(); }
     /// The module's converter behind the correction; unconfigured when it has nothing to do.
     const ColorIOConverter& get_converter() const { return *converter; }
 

@@ -39,6 +39,7 @@ protected:
 
 std::unique_ptr<Command> make_list_command(CLI::App& program);
 std::unique_ptr<Command> make_convert_command(CLI::App& program);
+std::unique_ptr<Command> make_explain_command(CLI::App& program);
 std::unique_ptr<Command> make_shader_command(CLI::App& program);
 std::unique_ptr<Command> make_check_command(CLI::App& program);
 std::unique_ptr<Command> make_view_command(CLI::App& program);

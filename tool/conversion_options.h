@@ -11,10 +11,14 @@ namespace tool {
 /// Adds --from, --to, --display and --view.
 void add_conversion_options(CLI::App& options, ConversionRequest& request, const std::string& from_help);
 
+/// Adds --display and --view alone.
+void add_view_options(CLI::App& options, ConversionRequest& request);
+
 /// Adds --cdl and --inverse-cdl.
 void add_grade_options(CLI::App& options, ConversionRequest& request);
 
-/// Throws UsageError unless the request names one destination.
-void check_conversion_request(const ConversionRequest& request);
+/// Throws UsageError unless the request names one destination. `target` is how the command calls the colour
+/// space that it converts to.
+void check_conversion_request(const ConversionRequest& request, const std::string& target = "--to");
 
 } // namespace tool

@@ -1,11 +1,14 @@
 #include "tool/program.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include <fmt/format.h>
 
+#include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
 #include "tool/nearest_names.h"
 
@@ -22,8 +25,20 @@ Examples:
   colorio check --config show.ocio
   colorio cdl list grades.ccc
 
+Environment:
+  OCIO                 configuration file, where --config names none
+  COLORIO_FAST_PATH=0  leaves every conversion to the colour library, for comparison
+
 Exit codes: 0 done, 1 failed, 2 wrong usage. Results go to standard output, messages to standard error.
 'colorio COMMAND --help' tells more about a command.)";
+
+/// "0" in this variable switches the module's vector code off.
+constexpr char FAST_PATH_VARIABLE[] = "COLORIO_FAST_PATH";
+
+void follow_environment() {
+    const char* wish = std::getenv(FAST_PATH_VARIABLE);
+    ColorIOEvaluation::set_vector_code(!wish || std::string_view(wish) != "0");
+}
 
 class Program {
 public:
@@ -31,9 +46,10 @@ public:
         app.footer(FOOTER);
         app.set_version_flag("--version", "colorio " COLORIO_VERSION);
         app.require_subcommand(1);
-        for (const auto make : {make_list_command, make_convert_command, make_shader_command,
-                                make_check_command, make_view_command, make_cdl_command, make_formats_command,
-                                make_space_command, make_prefs_command, make_legacy_command})
+        for (const auto make :
+             {make_list_command, make_convert_command, make_explain_command, make_shader_command,
+              make_check_command, make_view_command, make_cdl_command, make_formats_command,
+              make_space_command, make_prefs_command, make_legacy_command})
             commands.push_back(make(app));
     }
 
@@ -86,6 +102,7 @@ private:
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const ConsoleTraits& traits) {
     Console console(out, err, traits);
+    follow_environment();
     try {
         return Program().run(arguments, out, console);
     } catch (const CommandError& error) {

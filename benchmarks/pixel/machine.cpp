@@ -5,8 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "pixel/vector_targets.h"
-#include <hwy/targets.h>
+#include "pixel/vector_target.h"
 
 namespace {
 
@@ -21,15 +20,9 @@ std::string cpu_model() {
     return "unknown";
 }
 
-/// Highway numbers better targets lower.
-std::string vector_target() {
-    const std::int64_t usable = hwy::SupportedTargets() & HWY_TARGETS;
-    return hwy::TargetName(usable & -usable);
-}
-
 const bool told = [] {
     benchmark::AddCustomContext("cpu_model", cpu_model());
-    benchmark::AddCustomContext("vector_target", vector_target());
+    benchmark::AddCustomContext("vector_target", pixel::vector_target());
     return true;
 }();
 

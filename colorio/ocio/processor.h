@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "colorio/ocio/explanation.h"
 #include "colorio/ocio/transform.h"
 #include "colorio/ocio/types.h"
 
@@ -55,6 +56,9 @@ public:
     virtual std::string get_gpu_shader_text(const GpuShaderDesc& desc) const = 0;
     /// Fills lut[edge^3 * 3] for that text, red fastest; all zeros when the text does not need it.
     virtual void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const = 0;
+
+    /// The operations, what carries them out, and what becomes of `rgba`.
+    virtual Explanation explain(const std::array<float, 4>& rgba) const = 0;
 };
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;

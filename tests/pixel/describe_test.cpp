@@ -55,6 +55,12 @@ TEST(Describe, NamesEveryKindOfOperation) {
                     "1D table of 2 entries, one curve, inverse", "3D table of edge 2, tetrahedral"));
 }
 
+TEST(Describe, WritesMinusZeroAsZero) {
+    const Program program({Matrix{{1, 0, 0, 0, 0, 1, 0, 0, -0.0, 0, 2, 0, 0, 0, 0, 1}, {0, 0, 0, -0.0}}});
+    EXPECT_THAT(program.describe().given,
+                ElementsAre("matrix 1 0 0 0 / 0 1 0 0 / 0 0 2 0 / 0 0 0 1, offset 0 0 0 0"));
+}
+
 TEST(Trace, GivesThePixelAfterEachStep) {
     const Program program(
         {DOUBLE, Range{0.0, 1.0, 0.0, 1.0}, Exponent{{2, 2, 2, 1}, Negatives::Mirror, Direction::Forward}});

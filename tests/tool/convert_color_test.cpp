@@ -83,6 +83,19 @@ TEST_F(ConvertColor, ConvertsPixelsIndependentlyOfThreadsAndBands) {
         EXPECT_NEAR(one.values[i], formula::srgb_to_linear(values[i]), TABLE_TOLERANCE);
 }
 
+TEST_F(ConvertColor, GivesTheSameWithoutTheVectorCode) {
+    std::vector<float> grays;
+    for (int i = 0; i < 9000; ++i)
+        grays.push_back(static_cast<float>(i) / 8999);
+    write_grays("in.exr", OIIO::TypeFloat, grays);
+    const Picture with = convert({"--from", "linear", "--to", "Cineon"});
+    fast_path.set("0");
+    const Picture without = convert({"--from", "linear", "--to", "Cineon"});
+    ASSERT_EQ(with.values.size(), without.values.size());
+    for (size_t i = 0; i < with.values.size(); ++i)
+        ASSERT_NEAR(with.values[i], without.values[i], 1e-6) << i;
+}
+
 TEST_F(ConvertColor, AcceptsRolesAsNames) {
     folder.write("show.ocio", SHOW_CONFIG);
     write_grays("in.exr", OIIO::TypeFloat, {0.8f});

@@ -23,13 +23,14 @@ TEST_F(Program, AnswersAnUnknownCommandWithTheNearestOne) {
 TEST_F(Program, HelpsOnStandardOutput) {
     const ToolRun result = run({"--help"});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, AllOf(HasSubstr("list"), HasSubstr("convert"), HasSubstr("shader"),
-                                  HasSubstr("check"), HasSubstr("Examples:")));
+    EXPECT_THAT(result.out,
+                AllOf(HasSubstr("list"), HasSubstr("convert"), HasSubstr("shader"), HasSubstr("check"),
+                      HasSubstr("explain"), HasSubstr("COLORIO_FAST_PATH=0"), HasSubstr("Examples:")));
     EXPECT_THAT(result.err, IsEmpty());
 }
 
 TEST_F(Program, HelpsWithExamplesOnEveryCommand) {
-    for (const std::string command : {"list", "convert", "shader", "check"}) {
+    for (const std::string command : {"list", "convert", "explain", "shader", "check"}) {
         const ToolRun result = run({command, "--help"});
         EXPECT_THAT(result, Succeeds()) << command;
         EXPECT_THAT(result.out, AllOf(HasSubstr("Examples:"), HasSubstr("colorio " + command))) << command;

@@ -38,6 +38,7 @@ protected:
 
     TempDir folder;
     EnvGuard ocio{"OCIO"};
+    EnvGuard fast_path{"COLORIO_FAST_PATH"};
 
 private:
     EnvGuard cache{"XDG_CACHE_HOME"};

@@ -23,6 +23,11 @@ public:
     /// Grades interleaved red, green, blue, alpha floats in place.
     void apply(float* rgba, unsigned int width, unsigned int height) const;
 
+    /// The converter that leads to the scene-linear space; null when the colours are in it.
+    const ColorIOConverter* get_approach() const { return to_working_space.get(); }
+    /// The converter that grades.
+    const ColorIOConverter& get_correction() const { return *correction; }
+
 private:
     std::string working_space;
     std::unique_ptr<ColorIOConverter> to_working_space; ///< Null when the colours are in it.

@@ -18,6 +18,10 @@ constexpr long MIN_PIXELS = 4096;
 FastPath::FastPath(const library::ConstProcessorRcPtr& processor)
     : processor_(get_fast_path() ? processor : nullptr) {}
 
+long FastPath::get_least_pixels() {
+    return MIN_PIXELS;
+}
+
 const pixel::Program* FastPath::program_for(long width, long height) const {
     if (!processor_ || width < (MIN_PIXELS + height - 1) / height)
         return nullptr;
@@ -25,12 +29,22 @@ const pixel::Program* FastPath::program_for(long width, long height) const {
     return program_.get();
 }
 
+const pixel::Program* FastPath::get_program(std::string& why_not) const {
+    if (!processor_) {
+        why_not = "the vector code is switched off";
+        return nullptr;
+    }
+    std::call_once(made_, [this] { make_program(); });
+    why_not = why_not_;
+    return program_.get();
+}
+
 void FastPath::make_program() const {
     try {
-        if (std::optional<pixel::OpChain> chain = translate(processor_, nullptr))
+        if (std::optional<pixel::OpChain> chain = translate(processor_, &why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
-    } catch (const std::invalid_argument&) {
-        // An operation that the program does not take is the library's.
+    } catch (const std::invalid_argument& error) {
+        why_not_ = error.what(); // An operation that the program does not take is the library's.
     }
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "colorio/ocio/v2/pixel_bridge_tables.h"
+#include "pixel/describe.h"
 
 namespace ocio {
 
@@ -264,6 +265,14 @@ std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& proc
             *why_not = std::string("the library does not tell its operations: ") + error.what();
     }
     return std::nullopt;
+}
+
+std::string describe(const library::Transform& transform) {
+    try {
+        return pixel::describe_op(translate_transform(transform));
+    } catch (const NotKnown&) {
+        return name_of(transform);
+    }
 }
 
 } // namespace ocio

@@ -13,4 +13,7 @@ namespace ocio {
 /// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not known here".
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
 
+/// One operation in words: those of `pixel/` where it is known there, else its name in the library.
+std::string describe(const library::Transform& transform);
+
 } // namespace ocio

@@ -10,6 +10,7 @@
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/v2/conversion_check.h"
+#include "colorio/ocio/v2/explain.h"
 #include "colorio/ocio/v2/fast_path.h"
 #include "colorio/ocio/v2/gpu_shader.h"
 #include "colorio/ocio/v2/source_allocation.h"
@@ -92,6 +93,11 @@ public:
             std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
         else
             std::copy(shader->table.begin(), shader->table.end(), lut);
+    }
+
+    Explanation explain(const std::array<float, 4>& rgba) const override {
+        return no_op_ ? Explanation()
+                      : guarded([&] { return ocio::explain(processor_, fast_path_, OPTIMIZATION, rgba); });
     }
 
 private:

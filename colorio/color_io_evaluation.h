@@ -1,0 +1,43 @@
+#pragma once
+
+#include "colorio/color_io_export.h"
+#include "host/core/core_string.h"
+#include "host/core/core_vector.h"
+#include "host/gmath/gmath_vec4.h"
+
+class ColorIOConverter;
+
+/// How conversions are evaluated: for programs that show it, and for comparisons. Hosts need none of it.
+class COLORIO_API ColorIOEvaluation {
+public:
+    /// An operation in words, and the pixel after it.
+    struct Step {
+        CoreString operation;
+        GMathVec4<float> pixel;
+    };
+
+    /// What converts pictures.
+    enum Path {
+        PATH_NONE,   ///< Nothing: colours stay as they are.
+        PATH_VECTOR, ///< The module's vector code; the colour library below `least_pixels`.
+        PATH_LIBRARY ///< The colour library, for the reason given.
+    };
+
+    struct Explanation {
+        CoreVector<CoreString> operations; ///< As the configuration gives them.
+        CoreVector<Step> steps;            ///< As they are carried out on pictures.
+        Path path = PATH_NONE;
+        CoreString reason;        ///< Why the library; else empty.
+        CoreString vector_target; ///< Instruction set of the vector code; else empty.
+        unsigned int least_pixels = 0;
+    };
+
+    /// How `converter` converts, and what becomes of `pixel` on the way. False, and nothing touched, unless
+    /// it is configured; a bypass has PATH_NONE. Throws what the colour library throws.
+    static bool explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
+                        Explanation& explanation);
+
+    /// Whether converters configured from now on may use the vector code (the default).
+    static void set_vector_code(bool enabled);
+    static bool get_vector_code();
+};

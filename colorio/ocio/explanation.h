@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace ocio {
+
+/// An operation in words, and the pixel after it: red, green, blue, alpha.
+struct ExplainedStep {
+    std::string operation;
+    std::array<float, 4> pixel;
+};
+
+/// What converts pictures.
+enum class EvaluationPath {
+    None,    ///< nothing: the conversion leaves colours as they are
+    Vector,  ///< the project's own vector code, from `least_pixels` on; smaller pictures are the library's
+    Library, ///< the colour library, for the `reason` given
+};
+
+/// How a processor converts.
+struct Explanation {
+    std::vector<std::string> operations; ///< as the configuration gives them
+    std::vector<ExplainedStep> steps;    ///< as they are carried out
+    EvaluationPath path = EvaluationPath::None;
+    std::string reason;        ///< empty unless the path is the library
+    std::string vector_target; ///< instruction set of the vector code; empty unless that is the path
+    long least_pixels = 0;
+};
+
+} // namespace ocio

@@ -1,0 +1,58 @@
+#include "colorio/ocio/v2/explain.h"
+
+#include "colorio/ocio/v2/pixel_bridge.h"
+#include "pixel/vector_target.h"
+
+namespace ocio {
+
+namespace {
+
+template <class F>
+void for_each_transform(const library::ConstProcessorRcPtr& processor, F&& f) {
+    const library::GroupTransformRcPtr group = processor->createGroupTransform();
+    for (int i = 0; i < group->getNumTransforms(); ++i)
+        f(group->getTransform(i));
+}
+
+std::vector<ExplainedStep> trace(const pixel::Program& program, const std::array<float, 4>& rgba) {
+    std::vector<ExplainedStep> steps;
+    for (pixel::TraceStep& step : program.trace(rgba))
+        steps.push_back({std::move(step.operation), step.value});
+    return steps;
+}
+
+/// The library's operations, each run by itself.
+std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
+                                 library::OptimizationFlags optimization, std::array<float, 4> rgba) {
+    const library::ConstConfigRcPtr config = library::Config::CreateRaw();
+    const auto optimized =
+        processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization);
+    std::vector<ExplainedStep> steps;
+    for_each_transform(optimized, [&](const library::ConstTransformRcPtr& transform) {
+        config->getProcessor(transform)->getOptimizedCPUProcessor(optimization)->applyRGBA(rgba.data());
+        steps.push_back({describe(*transform), rgba});
+    });
+    return steps;
+}
+
+} // namespace
+
+Explanation explain(const library::ConstProcessorRcPtr& processor, const FastPath& fast_path,
+                    library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
+    Explanation explanation;
+    for_each_transform(processor, [&](const library::ConstTransformRcPtr& transform) {
+        explanation.operations.push_back(describe(*transform));
+    });
+    if (const pixel::Program* program = fast_path.get_program(explanation.reason)) {
+        explanation.path = EvaluationPath::Vector;
+        explanation.vector_target = pixel::vector_target();
+        explanation.least_pixels = FastPath::get_least_pixels();
+        explanation.steps = trace(*program, rgba);
+    } else {
+        explanation.path = EvaluationPath::Library;
+        explanation.steps = trace(processor, optimization, rgba);
+    }
+    return explanation;
+}
+
+} // namespace ocio

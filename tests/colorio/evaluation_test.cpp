@@ -1,0 +1,63 @@
+#include "colorio/color_io_evaluation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/colorio/converter_fixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class Evaluation : public ConverterTest {
+protected:
+    ~Evaluation() override { ColorIOEvaluation::set_vector_code(true); }
+
+    ColorIOEvaluation::Explanation explain(float grey = 0) const {
+        ColorIOEvaluation::Explanation how;
+        EXPECT_TRUE(ColorIOEvaluation::explain(*converter, {grey, grey, grey, 1}, how));
+        return how;
+    }
+};
+
+TEST_F(Evaluation, OfAnUnconfiguredConverterIsNotExplained) {
+    ColorIOEvaluation::Explanation how;
+    how.least_pixels = 7;
+    EXPECT_FALSE(ColorIOEvaluation::explain(*converter, {}, how));
+    EXPECT_EQ(how.least_pixels, 7u);
+}
+
+TEST_F(Evaluation, OfABypassIsNothing) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    ASSERT_FALSE(converter->configure("sRGB", "sRGB"));
+    const ColorIOEvaluation::Explanation how = explain();
+    EXPECT_EQ(how.path, ColorIOEvaluation::PATH_NONE);
+    EXPECT_EQ(how.steps.get_count(), 0u);
+}
+
+TEST_F(Evaluation, OfABuiltinConversionIsThatOfItsTable) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    const ColorIOEvaluation::Explanation how = explain(0.5f);
+    EXPECT_EQ(how.path, ColorIOEvaluation::PATH_VECTOR);
+    EXPECT_EQ(how.least_pixels, 4096u);
+    ASSERT_EQ(how.operations.get_count(), 2u);
+    EXPECT_STREQ(how.operations[1].get_data(), "1D table of 4101 entries, one curve");
+    ASSERT_EQ(how.steps.get_count(), 2u);
+    EXPECT_NEAR(how.steps[1].pixel[0], formula::srgb_to_linear(0.5), 2e-6);
+    EXPECT_EQ(how.steps[1].pixel[3], 1.0f);
+}
+
+TEST_F(Evaluation, IsTheLibrarysForConvertersConfiguredWhileTheSwitchIsOff) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_EQ(explain().path, ColorIOEvaluation::PATH_VECTOR);
+    ColorIOEvaluation::set_vector_code(false);
+    EXPECT_FALSE(ColorIOEvaluation::get_vector_code());
+    EXPECT_EQ(explain().path, ColorIOEvaluation::PATH_VECTOR) << "configured before";
+    ASSERT_TRUE(converter->configure("linear", "sRGB"));
+    const ColorIOEvaluation::Explanation how = explain();
+    EXPECT_EQ(how.path, ColorIOEvaluation::PATH_LIBRARY);
+    EXPECT_THAT(how.reason.get_data(), HasSubstr("switched off"));
+    EXPECT_EQ(how.least_pixels, 0u);
+}
+
+} // namespace

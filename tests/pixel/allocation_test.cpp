@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "pixel/chain.h"
+
+// This program replaces the global allocation functions to count their calls.
+
+namespace {
+
+std::atomic<long> allocations{0};
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size > 0 ? size : 1)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using namespace pixel;
+
+Table ramp_entries(std::size_t count) {
+    std::vector<float> values(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        values[i] = static_cast<float>(i) / static_cast<float>(count);
+    }
+    return std::make_shared<const std::vector<float>>(std::move(values));
+}
+
+OpChain all_kinds() {
+    return {
+        Matrix{{1, 0.5, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}},
+        Cdl{{1, 2, 1}, {0, 0, 0}, {2, 1, 1}, 0.5, CdlStyle::Clamped, Direction::Forward},
+        Exponent{{2, 2, 2, 1}, Negatives::Clamp, Direction::Forward},
+        LinearToeCurve{{2, 2, 2, 1}, {0.1, 0.1, 0.1, 0}, Negatives::Linear, Direction::Inverse},
+        Log{2, Direction::Inverse},
+        Lut1D{InputDomain::Unit, 64, 1, ramp_entries(64), Direction::Forward},
+        Lut1D{InputDomain::Unit, 64, 1, ramp_entries(64), Direction::Inverse},
+        Lut1D{InputDomain::Half, 65536, 1, ramp_entries(65536), Direction::Forward},
+        Lut1D{InputDomain::Half, 65536, 1, ramp_entries(65536), Direction::Inverse},
+        Lut3D{5, CubeOrder::RedFastest, CubeInterpolation::Trilinear, ramp_entries(375)},
+        Lut3D{5, CubeOrder::RedFastest, CubeInterpolation::Tetrahedral, ramp_entries(375)},
+        Range{0.1, 0.9, 0.0, 1.0},
+    };
+}
+
+TEST(Allocations, CountHere) {
+    const long before = allocations;
+    const std::vector<float> memory(10);
+    EXPECT_GT(allocations, before);
+}
+
+TEST(Allocations, AreNoneWhilePixelsAreConverted) {
+    const Program program(all_kinds());
+    constexpr std::size_t WIDTH = 700, HEIGHT = 3, SIZE = WIDTH * HEIGHT;
+    std::vector<float> pixels(7 * SIZE, 0.25f);
+    float* p = pixels.data();
+    const long before = allocations;
+    program.apply_pixel(p);
+    program.apply_packed(p, WIDTH, HEIGHT, 4);
+    program.apply_packed(p, WIDTH, HEIGHT, 7);
+    program.apply_packed(p, PackedLayout{WIDTH - 1, HEIGHT, 3, 0, 3 * WIDTH});
+    program.apply_planar(p, p + SIZE, p + 2 * SIZE, p + 3 * SIZE, WIDTH, HEIGHT);
+    EXPECT_EQ(allocations, before);
+}
+
+} // namespace

@@ -1,0 +1,187 @@
+#include "tool/command.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "tool/cdl/correction_text.h"
+#include "tool/color_conversion.h"
+#include "tool/color_session.h"
+#include "tool/console.h"
+#include "tool/conversion_explanation.h"
+#include "tool/conversion_options.h"
+#include "tool/json_output.h"
+#include "tool/text_table.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
+  colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
+  colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
+
+COLORIO_FAST_PATH=0 in the environment shows the colour library's way.)";
+
+using Pixel = std::array<float, 4>;
+
+/// "R,G,B" or "R,G,B,A".
+Pixel parse_pixel(const std::string& text) {
+    Pixel pixel = {0, 0, 0, 1};
+    std::size_t count = 0;
+    for (std::string_view rest = text; count < pixel.size(); ++count) {
+        const std::size_t comma = std::min(rest.find(','), rest.size());
+        const std::optional<float> number = parse_number(rest.substr(0, comma));
+        if (!number)
+            break;
+        pixel[count] = *number;
+        if (comma == rest.size()) {
+            if (count + 1 >= 3)
+                return pixel;
+            break;
+        }
+        rest.remove_prefix(comma + 1);
+    }
+    throw UsageError(fmt::format("--pixel takes R,G,B or R,G,B,A, three or four numbers; not '{}'", text));
+}
+
+nlohmann::ordered_json to_json(const GMathVec4<float>& pixel) {
+    return {pixel[0], pixel[1], pixel[2], pixel[3]};
+}
+
+const char* get_path_name(ColorIOEvaluation::Path path) {
+    switch (path) {
+    case ColorIOEvaluation::PATH_NONE:
+        return "none";
+    case ColorIOEvaluation::PATH_VECTOR:
+        return "vector";
+    case ColorIOEvaluation::PATH_LIBRARY:
+        break;
+    }
+    return "library";
+}
+
+class ExplainCommand : public Command {
+public:
+    explicit ExplainCommand(CLI::App& program);
+    ExitCode run(Console& console) override;
+
+private:
+    void print_part(const ExplainedPart& part, Console& console) const;
+    void print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const;
+    nlohmann::ordered_json part_to_json(const ExplainedPart& part) const;
+
+    SessionOptions session_options;
+    ConversionRequest request;
+    std::string pixel_text; ///< Empty when no pixel was given.
+    bool as_json = false;
+};
+
+ExplainCommand::ExplainCommand(CLI::App& program)
+    : Command(program, "explain",
+              "Show the operations of a conversion, how they are carried out, and a pixel's way through them",
+              EXAMPLES) {
+    options->add_option("source", request.from, "Colour space to convert from")->required();
+    options->add_option("destination", request.to, "Colour space of the result; or give --view");
+    add_view_options(*options, request);
+    add_grade_options(*options, request);
+    options->add_option("--pixel", pixel_text, "Colour to show after each operation: R,G,B or R,G,B,A");
+    add_session_options(*options, session_options);
+    options->add_flag("--json", as_json, "Write JSON");
+}
+
+ExitCode ExplainCommand::run(Console& console) {
+    check_conversion_request(request, "a second colour space");
+    const bool shows_pixel = !pixel_text.empty();
+    const Pixel pixel = shows_pixel ? parse_pixel(pixel_text) : Pixel{};
+    ColorSession session(session_options, console);
+    const ColorConversion conversion(session, request);
+    const std::vector<ExplainedPart> parts = explain_conversion(conversion, request, pixel);
+    if (as_json) {
+        auto list = nlohmann::ordered_json::array();
+        for (const ExplainedPart& part : parts)
+            list.push_back(part_to_json(part));
+        nlohmann::ordered_json answer = {{"config", tool::to_json(session.get_source())},
+                                         {"source", conversion.get_source()},
+                                         {"destination", conversion.get_target()}};
+        if (shows_pixel)
+            answer["pixel"] = pixel;
+        answer["parts"] = std::move(list);
+        console.print(format_json(answer));
+        return EXIT_CODE_DONE;
+    }
+    console.print(fmt::format("configuration: {}", session.get_source().describe()));
+    console.print(fmt::format("source:        {}", conversion.get_source()));
+    console.print(fmt::format("destination:   {}", conversion.get_target()));
+    if (parts.empty())
+        console.print("Source and destination are the same: colours stay as they are.");
+    for (const ExplainedPart& part : parts)
+        print_part(part, console);
+    return EXIT_CODE_DONE;
+}
+
+void ExplainCommand::print_part(const ExplainedPart& part, Console& console) const {
+    console.print("");
+    console.print_heading(part.title);
+    console.print(fmt::format("pictures take {}", describe_path(part.how)));
+    console.print("");
+    TextTable given({"#", "operation of the configuration"});
+    for (const CoreString& operation : part.how.operations)
+        given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
+    given.print(console);
+    console.print("");
+    print_steps(part.how, console);
+}
+
+void ExplainCommand::print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const {
+    const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
+    console.print(after < before ? fmt::format("simplified from {} to {}:", before, after)
+                                 : "carried out one by one:");
+    const bool shows_pixel = !pixel_text.empty();
+    TextTable table(
+        shows_pixel ? std::vector<std::string>{"#", "red", "green", "blue", "alpha", "after the operation"}
+                    : std::vector<std::string>{"#", "operation"});
+    for (const ColorIOEvaluation::Step& step : how.steps) {
+        std::vector<std::string> cells{std::to_string(table.count_rows() + 1)};
+        for (unsigned int c = 0; shows_pixel && c < 4; ++c)
+            cells.push_back(format_number(step.pixel[c]));
+        cells.push_back(step.operation.get_data());
+        table.add_row(std::move(cells));
+    }
+    table.print(console);
+}
+
+nlohmann::ordered_json ExplainCommand::part_to_json(const ExplainedPart& part) const {
+    auto operations = nlohmann::ordered_json::array(), steps = operations;
+    for (const CoreString& operation : part.how.operations)
+        operations.push_back(operation.get_data());
+    for (const ColorIOEvaluation::Step& step : part.how.steps) {
+        nlohmann::ordered_json item = {{"operation", step.operation.get_data()}};
+        if (!pixel_text.empty())
+            item["pixel"] = to_json(step.pixel);
+        steps.push_back(std::move(item));
+    }
+    nlohmann::ordered_json answer = {
+        {"title", part.title}, {"operations", std::move(operations)}, {"path", get_path_name(part.how.path)}};
+    if (part.how.path == ColorIOEvaluation::PATH_LIBRARY)
+        answer["reason"] = part.how.reason.get_data();
+    if (part.how.path == ColorIOEvaluation::PATH_VECTOR) {
+        answer["vector_target"] = part.how.vector_target.get_data();
+        answer["least_pixels"] = part.how.least_pixels;
+    }
+    answer["steps"] = std::move(steps);
+    return answer;
+}
+
+} // namespace
+
+std::unique_ptr<Command> make_explain_command(CLI::App& program) {
+    return std::make_unique<ExplainCommand>(program);
+}
+
+} // namespace tool
