@@ -1,4 +1,4 @@
-#include "colorio/ocio/gpu_table.h"
+#include "colorio/ocio/v2/gpu_table.h"
 
 #include <array>
 #include <charconv>
