@@ -112,7 +112,7 @@ TEST(Config, AnEditableCopyLeavesTheOriginalAlone) {
     const TempDir folder;
     const auto original = load(folder, ConfigText{}.str());
     const auto copy = ocio::create_editable_copy(original);
-    ocio::add_color_space(copy, make_space("third", nullptr));
+    ocio::add_color_space(copy, make_space("third"));
     EXPECT_THAT(names_of(copy), ElementsAre("lin", "srgb", "third"));
     EXPECT_THAT(names_of(original), ElementsAre("lin", "srgb"));
     EXPECT_STREQ(ocio::get_working_dir(copy), folder.get_path().c_str());
@@ -164,8 +164,8 @@ TEST(ConfigSpaces, LaxParsingWithoutADefaultRoleFindsNothing) {
 TEST(ConfigSpaces, OneOfTheSameNameIsReplacedInItsPlace) {
     const auto config = ocio::create_config();
     for (const char* name : {"first", "second", "third"})
-        ocio::add_color_space(config, make_space(name, nullptr));
-    const auto replacement = make_space("SECOND", nullptr);
+        ocio::add_color_space(config, make_space(name));
+    const auto replacement = make_space("SECOND");
     ocio::set_family(replacement, "new");
     ocio::add_color_space(config, replacement);
     EXPECT_THAT(names_of(config), ElementsAre("first", "SECOND", "third"));
@@ -174,7 +174,7 @@ TEST(ConfigSpaces, OneOfTheSameNameIsReplacedInItsPlace) {
 
 TEST(ConfigSpaces, TheConfigurationKeepsItsOwnCopy) {
     const auto config = ocio::create_config();
-    const auto space = make_space("space", nullptr);
+    const auto space = make_space("space");
     ocio::add_color_space(config, space);
     ocio::set_family(space, "changed later");
     EXPECT_STREQ(ocio::get_family(ocio::get_color_space(config, "space")), "");
@@ -185,14 +185,13 @@ TEST(ConfigSpaces, TheNameOfARoleIsRefused) {
     ConfigText text;
     text.roles = "  default: lin\n  linear: lin\n";
     const auto config = ocio::create_editable_copy(load(folder, text.str()));
-    EXPECT_THAT(refusal_of([&] { ocio::add_color_space(config, make_space("linear", nullptr)); }),
-                HasSubstr("role"));
+    EXPECT_THAT(refusal_of([&] { ocio::add_color_space(config, make_space("linear")); }), HasSubstr("role"));
     EXPECT_THAT(names_of(config), ElementsAre("lin", "srgb"));
 }
 
 TEST(ConfigSpaces, CanBeCleared) {
     const auto config = ocio::create_config();
-    ocio::add_color_space(config, make_space("space", nullptr));
+    ocio::add_color_space(config, make_space("space"));
     ocio::clear_color_spaces(config);
     EXPECT_EQ(ocio::get_num_color_spaces(config), 0);
 }
