@@ -1,6 +1,7 @@
 #include "colorio/ocio/config.h"
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/v1/yaml_depth.h"
 #include "colorio/ocio/yaml_size.h"
 
@@ -16,7 +17,11 @@ unsigned int get_major_version(const ConstConfigRcPtr&) {
     return 1;
 }
 
+/// The library would load a newer configuration, leave out what it does not know, and so give other colours.
 void require_readable_config(const std::string& path) {
+    const std::string newer = describe_newer_profile(path);
+    if (!newer.empty())
+        throw Exception(newer.c_str());
     // First what the parser in the second check relies on as much as the library.
     require_shallow_yaml(path);
     require_bounded_yaml(path);

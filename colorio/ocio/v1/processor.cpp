@@ -78,11 +78,19 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTr
         with_current_editions(config, parts)->getProcessor(conversion));
 }
 
+/// The library's own message leaves the name out.
+void require_space(const ConstConfigRcPtr& config, const char* name) {
+    if (!get_color_space(config, name))
+        throw Exception(("there is no colour space '" + std::string(name) + "'").c_str());
+}
+
 } // namespace
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
                                   const char* destination) {
     return guarded([&] {
+        require_space(config, source);
+        require_space(config, destination);
         const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
         conversion->setSrc(source);
         conversion->setDst(destination);
@@ -92,6 +100,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform) {
     return guarded([&] {
+        require_space(config, transform.input_color_space_name);
         require_view(config, transform.display, transform.view);
         const library::DisplayTransformRcPtr conversion = library::DisplayTransform::Create();
         conversion->setInputColorSpaceName(transform.input_color_space_name);

@@ -80,10 +80,11 @@ TEST_F(SanityCheck, ARoleDoesNotPointAtARole) {
     EXPECT_THAT(refusal(text), EndsWith("role 'reference' refers to an unknown colour space, 'default'."));
 }
 
-TEST_F(SanityCheck, ARoleNamedLikeASpaceDoesNotEvenLoad) {
+TEST_F(SanityCheck, ARoleIsNotNamedLikeASpace) {
     ConfigText text;
     text.roles = "  srgb: lin\n";
-    EXPECT_THAT(refusal_of([&] { load(folder_, text.str()); }), HasSubstr("srgb"));
+    // Some versions of the library refuse to load it.
+    EXPECT_THAT(refusal_of([&] { ocio::sanity_check(load(folder_, text.str())); }), HasSubstr("srgb"));
 }
 
 TEST_F(SanityCheck, TwoSpacesOfOneNameDoNotEvenLoad) {
