@@ -19,12 +19,12 @@ unsigned int get_major_version(const ConstConfigRcPtr&) {
 
 /// The library would load a newer configuration, leave out what it does not know, and so give other colours.
 void require_readable_config(const std::string& path) {
-    const std::string newer = describe_newer_profile(path);
-    if (!newer.empty())
-        throw Exception(newer.c_str());
     // First what the parser in the second check relies on as much as the library.
     require_shallow_yaml(path);
     require_bounded_yaml(path);
+    const std::string newer = describe_newer_profile(path);
+    if (!newer.empty())
+        throw Exception(newer.c_str());
 }
 
 /// This library has none.

@@ -1,10 +1,12 @@
 #include "colorio/ocio/processor.h"
 
+#include <algorithm>
 #include <mutex>
 #include <utility>
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v1/file_editions.h"
@@ -51,6 +53,10 @@ public:
     }
 
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
+        // Between spaces of one table the library would write a text that confines the pixel to the table's
+        // range.
+        if (no_op_)
+            return shader_text(desc);
         library::GpuShaderDesc wanted;
         describe(wanted, desc);
         // The text is the processor's until it is asked for another.
@@ -59,6 +65,11 @@ public:
     }
 
     void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const override {
+        if (no_op_) {
+            const auto edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
+            std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
+            return;
+        }
         library::GpuShaderDesc wanted;
         describe(wanted, desc);
         const std::lock_guard lock(shader_mutex_);

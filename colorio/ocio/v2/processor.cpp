@@ -9,6 +9,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v2/fast_path.h"
@@ -105,7 +106,7 @@ private:
 
     GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
         if (no_op_)
-            return pass_through_shader(desc);
+            return {shader_text(desc), {}};
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
         if (!is_table_work(optimized))
             if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))

@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "colorio/ocio/color_space.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/support/env_guard.h"
 
 namespace {
 
+using library_differences::expected;
 using test_configs::ConfigText;
 using test_configs::load;
 using test_configs::make_space;
@@ -30,6 +32,14 @@ std::vector<std::string> views_of(const ocio::ConstConfigRcPtr& config, const ch
     for (int i = 0; i < ocio::get_num_views(config, display); ++i)
         views.emplace_back(ocio::get_view(config, display, i));
     return views;
+}
+
+/// With blanks in between.
+std::string joined(const std::vector<std::string>& names) {
+    std::string all;
+    for (const std::string& name : names)
+        all += (all.empty() ? "" : " ") + name;
+    return all;
 }
 
 TEST(Config, ANewOneIsEmptyAndOfVersionOne) {
@@ -80,6 +90,7 @@ TEST(Config, DeeplyNestedTextIsRefused) {
 }
 
 TEST(Config, AnImpossibleFileRuleIsRefused) {
+    SKIP_WHERE_LISTED();
     const TempDir folder;
     ConfigText text;
     text.version = "2";
@@ -203,6 +214,7 @@ TEST(ConfigSpaces, VersionOnePublishesWhatTheEnvironmentWouldHide) {
 }
 
 TEST(ConfigSpaces, VersionTwoPublishesTheActiveOnes) {
+    SKIP_WHERE_LISTED();
     const TempDir folder;
     ConfigText text;
     text.version = "2";
@@ -229,9 +241,9 @@ TEST(ConfigDisplays, AreListedWithTheirViews) {
                     "  another:\n    - !<View> {name: c, colorspace: lin}\n";
     const auto config = load(folder, text.str());
     ASSERT_EQ(ocio::get_num_displays(config), 2);
-    EXPECT_STREQ(ocio::get_display(config, 0), "one");
-    EXPECT_STREQ(ocio::get_display(config, 1), "another");
-    EXPECT_STREQ(ocio::get_default_display(config), "one");
+    EXPECT_STREQ(ocio::get_display(config, 0), expected("first display"));
+    EXPECT_STREQ(ocio::get_display(config, 1), expected("second display"));
+    EXPECT_STREQ(ocio::get_default_display(config), expected("first display"));
     EXPECT_THAT(views_of(config, "one"), ElementsAre("b", "a"));
     EXPECT_STREQ(ocio::get_default_view(config, "one"), "b");
     EXPECT_EQ(ocio::get_display_color_space_name(config, "one", "a"), "lin");
@@ -249,7 +261,8 @@ TEST(ConfigDisplays, FollowTheListsOfActiveOnes) {
     const auto config = load(folder, text.str());
     ASSERT_EQ(ocio::get_num_displays(config), 2);
     EXPECT_STREQ(ocio::get_default_display(config), "two");
-    EXPECT_THAT(views_of(config, "one"), ElementsAre("b", "a"));
+    EXPECT_STREQ(ocio::get_default_view(config, "one"), "b");
+    EXPECT_EQ(joined(views_of(config, "one")), expected("views under a list of active ones"));
 }
 
 TEST(ConfigDisplays, ViewsAreAddedAndReplaced) {
@@ -301,16 +314,19 @@ private:
 };
 
 TEST_F(SharedViews, AreListedWithTheOthers) {
+    SKIP_WHERE_LISTED();
     EXPECT_THAT(views_of(load_shared(), "monitor"), ElementsAre("plain", "own", "fixed"));
 }
 
 TEST_F(SharedViews, ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay) {
+    SKIP_WHERE_LISTED();
     const auto config = load_shared();
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "fixed"), "srgb");
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "own"), "monitor");
 }
 
 TEST_F(SharedViews, ShowNothingWithoutADisplay) {
+    SKIP_WHERE_LISTED();
     EXPECT_EQ(ocio::get_display_color_space_name(load_shared(), "", "fixed"), "");
 }
 

@@ -7,11 +7,13 @@
 #include <cmath>
 #include <vector>
 
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/data/golden_1x.h"
 
 namespace {
 
+using library_differences::expected;
 using test_configs::refusal_of;
 using testing::AllOf;
 using testing::ContainsRegex;
@@ -272,6 +274,7 @@ TEST_F(MixedShader, ATableOfAnotherSizeIsMadeAnew) {
 }
 
 TEST_F(MixedShader, LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp) {
+    SKIP_WHERE_LISTED();
     // Version 2 configurations often state none; the library would cut off everything above 1.
     const auto processor = make("2", "    encoding: scene-linear\n",
                                 "!<GroupTransform>\n      direction: inverse\n      children:\n"
@@ -288,6 +291,7 @@ TEST_F(MixedShader, LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp) {
 }
 
 TEST_F(MixedShader, AStatedAllocationHolds) {
+    SKIP_WHERE_LISTED();
     const auto processor = make(
         "2", "    encoding: scene-linear\n    allocation: lg2\n    allocationvars: [-8, 5, 0.00390625]\n",
         "!<FileTransform> {src: srgb.spi1d, interpolation: linear}");
@@ -322,9 +326,12 @@ TEST_F(MixedShader, ScalesOfOneAndOffsetsOfZeroAreLeftOut) {
 }
 
 TEST_F(MixedShader, AnAllocationWithoutARangeIsRefused) {
-    const auto processor = make("1", "    allocation: uniform\n    allocationvars: [1, 1]\n",
-                                "!<FileTransform> {src: srgb.spi1d, interpolation: linear}");
-    EXPECT_THAT(refusal_of([&] { processor->get_gpu_shader_text(CORE); }), HasSubstr("spans no range"));
+    const auto write = [&] {
+        make("1", "    allocation: uniform\n    allocationvars: [1, 1]\n",
+             "!<FileTransform> {src: srgb.spi1d, interpolation: linear}")
+            ->get_gpu_shader_text(CORE);
+    };
+    EXPECT_THAT(refusal_of(write), HasSubstr(expected("an allocation without a range")));
 }
 
 } // namespace
