@@ -273,7 +273,7 @@ TEST_F(AllocationOfCustomSpaces, IsLogarithmicWithTheThirdVariableAsOffset) {
 
 TEST_F(AllocationOfCustomSpaces, OfACdlAloneIsFixed) {
     SpaceDef grade = space_record("mine", "", write_file("grade.cc", correction_text("x", "2")));
-    SpaceDef target = space_record("target", write_lut("two.spi1d", 2));
+    SpaceDef target = space_record("target", write_lut("half.spi1d", 0.5));
     edit({grade, target});
     ASSERT_TRUE(converter->configure("mine", "target"));
     CoreString code;

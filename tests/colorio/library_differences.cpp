@@ -44,6 +44,8 @@ constexpr Difference DIFFERENCES[] = {
      "1.x tells the name of a missing space in its own check only"},
     {"an allocation without a range", DOOR, "MixedShader.AnAllocationWithoutARangeIsRefused",
      "Max value equals min value", "spans no range", "1.x fits colours to the GPU with its own operation"},
+    {"error of a correction's shader", MODULE, "Shader.OfACdlNeedsNoTable", "2e-5", "5e-6",
+     "1.x writes numbers with six digits"},
     {"configuration without spaces", MODULE, "ManagerRoles.OfAFileWithoutSpacesAreTheDefaultName",
      "ocio_profile_version: 1\ncolorspaces: []\n",
      "ocio_profile_version: 2\nfile_rules:\n  - !<Rule> {name: Default, colorspace: nowhere}\ncolorspaces: "
