@@ -101,8 +101,11 @@ void respell_space(const ConfigRcPtr& config, const std::string& name, const Spe
 
 void respell_look(const ConfigRcPtr& config, const std::string& name, const Spellings& spellings) {
     const library::LookRcPtr look = config->getLook(name.c_str())->createEditableCopy();
-    look->setTransform(respell(look->getTransform(), spellings));
-    look->setInverseTransform(respell(look->getInverseTransform(), spellings));
+    // The library takes no null here.
+    if (const TransformRcPtr transform = respell(look->getTransform(), spellings))
+        look->setTransform(transform);
+    if (const TransformRcPtr inverse = respell(look->getInverseTransform(), spellings))
+        look->setInverseTransform(inverse);
     config->addLook(look);
 }
 

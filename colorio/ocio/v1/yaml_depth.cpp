@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <string_view>
 
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/types.h"
@@ -11,26 +12,38 @@ namespace ocio {
 namespace {
 
 /// Real configurations nest some ten levels, indented by two columns each.
-constexpr long MAX_DEPTH = 500;
+constexpr std::size_t MAX_DEPTH = 500;
 
-/// Bounds the depth of a YAML text from above, without telling what is quoted.
+/// True when a value may begin at `at`: first on the line, or behind a mark, a tag or an anchor.
+bool may_begin_value(std::string_view line, std::size_t at) {
+    const std::size_t last = at == 0 ? std::string_view::npos : line.find_last_not_of(" \t", at - 1);
+    if (last == std::string_view::npos ||
+        std::string_view(":,-?[{").find(line[last]) != std::string_view::npos)
+        return true;
+    const std::size_t blank = line.find_last_of(" \t", last);
+    const char first_of_word = line[blank == std::string_view::npos ? 0 : blank + 1];
+    return first_of_word == '!' || first_of_word == '&';
+}
+
+/// Estimates the depth of a YAML text from its brackets and columns.
 class DepthGauge {
 public:
-    /// Each block lies in a column of its own, but for a list that may start in the column of its key.
-    long add_line(const std::string& line) {
+    /// The depth that the line reaches. Each block lies in a column of its own, but for a list that may start
+    /// in the column of its key.
+    std::size_t add_line(std::string_view line) {
         const std::size_t columns = std::min(line.find_first_not_of(" \t-?:"), line.size());
-        long deepest = depth_;
-        for (const char c : line) {
-            if (c == '[' || c == '{')
-                deepest = std::max(deepest, ++depth_);
-            else if (c == ']' || c == '}')
-                depth_ = std::max(depth_ - 1, 0L);
+        std::size_t deepest = brackets_;
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            if ((line[i] == '[' || line[i] == '{') && may_begin_value(line, i))
+                deepest = std::max(deepest, ++brackets_);
+            else if ((line[i] == ']' || line[i] == '}') && brackets_ > 0)
+                --brackets_;
         }
-        return deepest + static_cast<long>(columns);
+        return deepest + columns;
     }
 
 private:
-    long depth_ = 0;
+    std::size_t brackets_ = 0; ///< open ones
 };
 
 } // namespace
