@@ -63,7 +63,7 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, 
         return make_graded_lut_space(def, files);
     if (has_cdl)
         return make_grade_space(def, files);
-    return has_lut ? make_space(def, make_lut_transform(def)) : nullptr;
+    return has_lut ? make_space(def, make_lut_transform(def)) : ocio::ColorSpaceRcPtr();
 }
 
 } // namespace

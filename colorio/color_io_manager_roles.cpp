@@ -23,9 +23,9 @@ CoreString get_bare_name(const ocio::ConstColorSpaceRcPtr& space) {
 /// colour spaces.
 ocio::ConstConfigRcPtr create_usable_config_from_env() {
     if (sys_get_env(OCIO_VARIABLE).is_empty())
-        return nullptr;
+        return {};
     ocio::ConstConfigRcPtr config = ocio::create_config_from_env();
-    return config && ocio::get_num_color_spaces(config) > 0 ? config : nullptr;
+    return config && ocio::get_num_color_spaces(config) > 0 ? config : ocio::ConstConfigRcPtr();
 }
 
 ocio::ColorSpaceRcPtr make_linear_color_space(const CoreString& name, const char* family) {
@@ -119,7 +119,7 @@ void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe)
         return;
     }
     const bool has_srgb =
-        role == COLOR_PICKING && config && ocio::get_color_space(config, BUILTIN_SRGB.data) != nullptr;
+        role == COLOR_PICKING && config && bool(ocio::get_color_space(config, BUILTIN_SRGB.data));
     name = has_srgb ? s_default_color_picking_space_name : s_default_color_space_name;
 }
 

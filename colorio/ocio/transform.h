@@ -35,6 +35,7 @@ void get_power(const ConstCDLTransformRcPtr& transform, float rgb[3]);
 float get_sat(const ConstCDLTransformRcPtr& transform);
 
 GroupTransformRcPtr create_group_transform();
+int get_size(const library::GroupTransform& group);
 void push_back(const GroupTransformRcPtr& group, const TransformRcPtr& transform);
 
 /// What a display transform needs to know.

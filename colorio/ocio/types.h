@@ -45,7 +45,7 @@ using library::ROLE_TEXTURE_PAINT;
 const char* get_version();
 
 /// Forgets every LUT, CDL and processor that the library keeps by file path, so that edited files are read
-/// again. Existing processors are not affected.
+/// again. Existing processors are not affected. On the 1.x library the old content stays in memory.
 void clear_all_caches();
 
 } // namespace ocio

@@ -7,10 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/colorio/converter_fixture.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/shader_evaluator.h"
 
 namespace {
 
+using library_differences::expected;
 using testing::Each;
 using testing::HasSubstr;
 using testing::Not;
@@ -271,6 +273,7 @@ TEST_F(Shader, OfACdlNeedsNoTable) {
               cdl_record("straight", {{1.25, 1, 0.75}, {0.0625, 0, -0.125}, {1, 1, 1}, 0.75})});
     const std::vector<ShaderEvaluator::Pixel> pixels = {
         {0.2, 0.3, 0.4, 1}, {0.5, 0.5, 0.5, 0.25}, {2, 0.75, 1.5, 0}, {0, 0.1, 0.05, 1}, {-0.5, 0.25, -1, 1}};
+    const double tolerance = std::stod(expected("error of a correction's shader"));
     for (auto [source, destination] : {std::pair{"No CDL", "warm"},
                                        {"warm", "No CDL"},
                                        {"No CDL", "straight"},
@@ -282,7 +285,7 @@ TEST_F(Shader, OfACdlNeedsNoTable) {
             generate(version);
             EXPECT_THAT(lut, Each(0.0f)) << "an unused table is all zeros";
             EXPECT_THAT(code, Not(HasSubstr("texture")));
-            expect_same_as_pixels(pixels, 5e-6);
+            expect_same_as_pixels(pixels, tolerance);
         }
     }
 }

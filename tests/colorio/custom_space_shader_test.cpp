@@ -44,7 +44,7 @@ TEST_F(AllocationOfCustomSpaces, IsLogarithmicWithTheThirdVariableAsOffset) {
 
 TEST_F(AllocationOfCustomSpaces, OfACdlAloneIsFixed) {
     SpaceDef grade = space_record("mine", "", write_file("grade.cc", correction_text("x", "2")));
-    SpaceDef target = space_record("target", write_lut("one.spi1d", 1));
+    SpaceDef target = space_record("target", write_lut("half.spi1d", 0.5));
     edit({grade, target});
     ASSERT_TRUE(converter->configure("mine", "target"));
     CoreString code;
@@ -53,8 +53,8 @@ TEST_F(AllocationOfCustomSpaces, OfACdlAloneIsFixed) {
     ASSERT_NE(str(code).find("log"), std::string::npos) << "logarithmic, whatever the record says\n"
                                                         << str(code);
     const float largest = std::max(table[31 * 3], table[30 * 3]);
-    EXPECT_NEAR(largest, 32, 1e-3) << "2^6, halved";
-    EXPECT_NEAR(table[0], std::exp2(-15) / 2, 1e-6);
+    EXPECT_NEAR(largest, 16, 1e-3) << "2^6, halved by the correction and by the table";
+    EXPECT_NEAR(table[0], std::exp2(-15) / 4, 1e-6);
 }
 
 TEST_F(CustomSpaces, OfACdlAndALutAreShownByTheShaderAsTheyAreConverted) {

@@ -5,6 +5,7 @@
 #include "host/event/event_ids.h"
 #include "host/event/event_object.h"
 #include "host/of/of_enum.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/manager_names_fixture.h"
 
 using testing::ElementsAre;
@@ -169,6 +170,7 @@ TEST_F(ManagerEnumerations, AManySpacedConfigurationIsPublishedWhole) {
 }
 
 TEST_F(ManagerEnumerations, InactiveSpacesOfAVersion2ConfigurationAreNotPublished) {
+    SKIP_WHERE_LISTED();
     publish_text(R"(ocio_profile_version: 2
 search_path: .
 roles: {default: lin, scene_linear: lin}

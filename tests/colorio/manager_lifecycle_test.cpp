@@ -194,10 +194,10 @@ TEST_F(ManagerLifecycle, DestroyingLeavesTheMenusWithTheApplication) {
 
 TEST_F(ManagerLifecycle, DestroyingReleasesTheConfigurationExceptForItsHolders) {
     const auto held = start_manager().get_config();
-    const std::weak_ptr cdl_config = ColorIOManager::get_instance()->get_cdl_config();
+    const auto cdl_config = ColorIOManager::get_instance()->get_cdl_config();
     ColorIOManager::destroy();
     EXPECT_EQ(held.use_count(), 1);
-    EXPECT_TRUE(cdl_config.expired());
+    EXPECT_EQ(cdl_config.use_count(), 1);
 }
 
 TEST_F(ManagerLifecycle, DestroyingWithoutAManagerDoesNothing) {

@@ -74,18 +74,18 @@ TEST_F(ManagerPathChange, AnEmptyPathPublishesTheBuiltInConfigurationWithoutAWor
 
 TEST_F(ManagerPathChange, AFailureReleasesTheFileConfiguration) {
     use_file(write_file("film.ocio", FILM));
-    const std::weak_ptr film = manager.get_config();
+    const auto film = manager.get_config();
     change_path(path_of("missing.ocio"));
-    EXPECT_TRUE(film.expired());
+    EXPECT_EQ(film.use_count(), 1);
 }
 
 TEST_F(ManagerPathChange, AFailureReleasesAFileConfigurationThatIsNotActiveToo) {
     use_file(write_file("film.ocio", FILM));
-    const std::weak_ptr film = manager.get_config();
+    const auto film = manager.get_config();
     manager.use_file_config(false);
-    EXPECT_FALSE(film.expired());
+    EXPECT_GT(film.use_count(), 1);
     change_path(path_of("missing.ocio"));
-    EXPECT_TRUE(film.expired());
+    EXPECT_EQ(film.use_count(), 1);
 }
 
 TEST_F(ManagerPathChange, AFileThatFailsTheCheckPublishesTheBuiltInConfiguration) {

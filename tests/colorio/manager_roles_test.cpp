@@ -1,13 +1,16 @@
 #include <string>
 
 #include "colorio/color_io_manager.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/manager_fixture.h"
 
+using library_differences::expected;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
 
+using library_differences::expected;
 using Manager = ColorIOManager;
 
 /// A started manager whose application can want a configuration without making it active.
@@ -35,11 +38,6 @@ protected:
     ColorIOManager& manager = start_manager();
 };
 
-const char WITHOUT_SPACES[] = R"(ocio_profile_version: 2
-file_rules:
-  - !<Rule> {name: Default, colorspace: nowhere}
-colorspaces: []
-)";
 const std::vector<ViewText> ONE_VIEW = {{"Monitor", "Film", "lin"}};
 
 } // namespace
@@ -231,7 +229,7 @@ TEST_F(ManagerRoles, OfAnEnvironmentThatCannotBeReadAreThoseOfTheActiveConfigura
 
 // A configuration of the environment without spaces counts as none, one of a file does not.
 TEST_F(ManagerRoles, OfAnEnvironmentWithoutSpacesAreThoseOfTheActiveConfiguration) {
-    ocio_variable.set(write_file("empty.ocio", WITHOUT_SPACES));
+    ocio_variable.set(write_file("empty.ocio", expected("configuration without spaces")));
     want_file("");
     settle();
     EXPECT_EQ(role(Manager::COLOR_PICKING), "sRGB");
@@ -239,7 +237,7 @@ TEST_F(ManagerRoles, OfAnEnvironmentWithoutSpacesAreThoseOfTheActiveConfiguratio
 }
 
 TEST_F(ManagerRoles, OfAFileWithoutSpacesAreTheDefaultName) {
-    settle_with(WITHOUT_SPACES);
+    settle_with(expected("configuration without spaces"));
     EXPECT_EQ(role(Manager::COLOR_PICKING), "linear");
     EXPECT_THAT(take_log(), IsEmpty());
 }

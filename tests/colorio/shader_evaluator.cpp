@@ -69,15 +69,20 @@ Value by_component(const Value& a, double (*function)(double)) {
     return result;
 }
 
+/// A vector before a matrix is a row, one behind it a column.
 Value multiply(const Value& a, const Value& b) {
-    if (a.size() != 16)
+    const bool matrix_first = a.size() == 16;
+    if (!matrix_first && b.size() != 16)
         return by_component(a, b, std::multiplies<>());
-    if (b.size() != 4)
+    const Value& matrix = matrix_first ? a : b;
+    const Value& vector = matrix_first ? b : a;
+    if (vector.size() != 4)
         throw std::runtime_error("a matrix times something else than a vec4");
     Value result(4, 0.0);
     for (size_t column = 0; column < 4; ++column)
         for (size_t row = 0; row < 4; ++row)
-            result[row] += a[column * 4 + row] * b[column];
+            result[matrix_first ? row : column] +=
+                matrix[column * 4 + row] * vector[matrix_first ? column : row];
     return result;
 }
 

@@ -1,6 +1,6 @@
 #include "colorio/ocio/types.h"
 
-#include "colorio/ocio/v2/cdl_file.h"
+#include "colorio/ocio/cdl_file.h"
 
 namespace ocio {
 

@@ -1,138 +1,16 @@
-#include "colorio/ocio/v2/cdl_file.h"
-
-#include <charconv>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <string_view>
-#include <unordered_map>
-
-#include "colorio/ocio/file_state.h"
-#include "colorio/ocio/guarded.h"
-#include "colorio/ocio/lut_words.h"
-#include "colorio/ocio/transform.h"
-#include "colorio/ocio/xml_root.h"
+#include "colorio/ocio/cdl_file.h"
 
 namespace ocio {
 
-namespace {
-
-/// A file of corrections, or the reason why it could not be read.
-struct CdlFile {
-    std::optional<FileState> state;
-    std::string failure;
-    bool single = false; ///< one correction on its own, not a collection of one
+std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool again) {
+    if (again)
+        library::ClearAllCaches();
     std::vector<CDLTransformRcPtr> corrections;
-    std::unordered_map<std::string, std::size_t> by_id; ///< the first of that id
-};
-
-using ConstCdlFileRcPtr = std::shared_ptr<const CdlFile>;
-
-CDLTransformRcPtr own_copy(const TransformRcPtr& transform) {
-    return std::dynamic_pointer_cast<library::CDLTransform>(transform->createEditableCopy());
-}
-
-void read_corrections(const std::string& path, CdlFile& file) {
     const GroupTransformRcPtr group = library::CDLTransform::CreateGroupFromFile(path.c_str());
     for (int i = 0; i < group->getNumTransforms(); ++i)
-        if (auto correction = std::dynamic_pointer_cast<library::CDLTransform>(group->getTransform(i))) {
-            file.by_id.emplace(correction->getID(), file.corrections.size());
-            file.corrections.push_back(std::move(correction));
-        }
-    file.single = xml_root_name(path) == "ColorCorrection";
-}
-
-/// The files read so far. The library remembers them too, failures included, until its caches are cleared,
-/// and searches them from the start for every correction; here an edited file is read again and an id found
-/// at once.
-class CdlFiles {
-public:
-    /// Throws when the file cannot be read.
-    ConstCdlFileRcPtr get(const std::string& path) {
-        const std::lock_guard lock(mutex_);
-        const auto known = files_.find(path);
-        ConstCdlFileRcPtr file;
-        if (known != files_.end() && known->second->state &&
-            is_unchanged(*known->second->state, file_state(path)))
-            file = known->second;
-        else
-            file = files_[path] = read(path, known != files_.end());
-        if (!file->failure.empty())
-            throw Exception(file->failure.c_str());
-        return file;
-    }
-
-    void forget() {
-        const std::lock_guard lock(mutex_);
-        files_.clear();
-    }
-
-private:
-    static ConstCdlFileRcPtr read(const std::string& path, bool again) {
-        if (again)
-            library::ClearAllCaches();
-        const auto file = std::make_shared<CdlFile>();
-        try {
-            file->state = file_state(path);
-            require_readable_lut(path);
-            read_corrections(path, *file);
-        } catch (const Exception& error) {
-            file->failure = error.what();
-        }
-        return file;
-    }
-
-    std::mutex mutex_;
-    std::map<std::string, ConstCdlFileRcPtr> files_;
-};
-
-CdlFiles& cdl_files() {
-    static CdlFiles files;
-    return files;
-}
-
-/// Position of the correction that `cccid` names: an id, or else a position.
-std::optional<std::size_t> find_correction(const CdlFile& file, const std::string& cccid) {
-    if (file.corrections.empty())
-        return std::nullopt;
-    if (file.single || cccid.empty())
-        return 0;
-    const auto found = file.by_id.find(cccid);
-    if (found != file.by_id.end())
-        return found->second;
-    std::size_t position = 0;
-    const char* end = cccid.data() + cccid.size();
-    const auto parsed = std::from_chars(cccid.data(), end, position);
-    const bool is_position = parsed.ec == std::errc() && parsed.ptr == end;
-    return is_position && position < file.corrections.size() ? std::optional(position) : std::nullopt;
-}
-
-} // namespace
-
-void forget_cdl_files() {
-    cdl_files().forget();
-}
-
-CDLTransformRcPtr create_CDL_transform_from_file(const char* path, const char* cccid) {
-    return guarded([&] {
-        const ConstCdlFileRcPtr file = cdl_files().get(path);
-        const std::optional<std::size_t> position = find_correction(*file, cccid);
-        if (!position)
-            throw Exception(("no colour correction '" + std::string(cccid) + "' among the " +
-                             std::to_string(file->corrections.size()) + " of '" + path + "'")
-                                .c_str());
-        return own_copy(file->corrections[*position]);
-    });
-}
-
-std::vector<CDLTransformRcPtr> create_CDL_transforms_from_file(const char* path) {
-    return guarded([&] {
-        std::vector<CDLTransformRcPtr> copies;
-        for (const CDLTransformRcPtr& correction : cdl_files().get(path)->corrections)
-            copies.push_back(own_copy(correction));
-        return copies;
-    });
+        if (auto correction = library::DynamicPtrCast<library::CDLTransform>(group->getTransform(i)))
+            corrections.push_back(std::move(correction));
+    return corrections;
 }
 
 } // namespace ocio

@@ -1,5 +1,7 @@
 #include "colorio/ocio/v2/gpu_shader.h"
 
+#include "colorio/ocio/gpu_contract.h"
+
 namespace ocio {
 
 namespace {

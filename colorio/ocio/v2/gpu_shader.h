@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "colorio/ocio/gpu_table.h"
+#include "colorio/ocio/v2/gpu_table.h"
 
 namespace ocio {
 

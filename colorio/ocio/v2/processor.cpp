@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
-#include "colorio/ocio/v2/conversion_check.h"
+#include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v2/explain.h"
 #include "colorio/ocio/v2/fast_path.h"
 #include "colorio/ocio/v2/gpu_shader.h"
@@ -26,12 +28,6 @@ constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
 
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
-
-/// The library refuses such pictures too, and loses memory as it does.
-void require_pixels(long width, long height, bool described) {
-    if (width <= 0 || height <= 0 || !described)
-        throw Exception("a picture needs at least one pixel of at least three channels");
-}
 
 std::size_t to_size(long count) {
     return static_cast<std::size_t>(count);
@@ -116,7 +112,7 @@ private:
 
     GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
         if (no_op_)
-            return pass_through_shader(desc);
+            return {shader_text(desc), {}};
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
         if (!is_table_work(optimized))
             if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))
@@ -140,12 +136,6 @@ private:
     mutable ShaderKey last_shader_key_;
     mutable std::shared_ptr<const GpuShader> last_shader_;
 };
-
-/// The library's own message names neither.
-void require_view(const ConstConfigRcPtr& config, const char* display, const char* view) {
-    if (get_display_color_space_name(config, display, view).empty())
-        throw Exception(("display '" + std::string(display) + "' has no view '" + view + "'").c_str());
-}
 
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::ConstProcessorRcPtr processor,
                                    const char* source) {

@@ -1,134 +1,42 @@
+#include "colorio/ocio/sanity_check.h"
+
 #include "colorio/ocio/config.h"
-
-#include <algorithm>
-#include <cctype>
-#include <string_view>
-#include <unordered_set>
-#include <vector>
-
-#include "colorio/ocio/guarded.h"
-#include "colorio/ocio/v2/look_list.h"
 
 namespace ocio {
 
-namespace {
-
-/// Names compare without case throughout a configuration.
-class NameSet {
-public:
-    void insert(std::string_view name) { names_.insert(lower_case(name)); }
-    bool contains(std::string_view name) const { return names_.count(lower_case(name)) > 0; }
-
-private:
-    static std::string lower_case(std::string_view name) {
-        std::string lower(name);
-        std::transform(lower.begin(), lower.end(), lower.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        return lower;
-    }
-
-    std::unordered_set<std::string> names_;
-};
-
-std::string quoted(std::string_view name) {
-    return "'" + std::string(name) + "'";
+std::vector<Role> known_roles(const ConstConfigRcPtr& config) {
+    std::vector<Role> roles;
+    for (int i = 0; i < config->getNumRoles(); ++i)
+        roles.push_back({config->getRoleName(i), config->getRoleColorSpace(i)});
+    return roles;
 }
 
-[[noreturn]] void refuse(const std::string& reason) {
-    throw Exception(("The configuration fails its check: " + reason + ".").c_str());
+std::vector<DisplayViews> every_display(const ConstConfigRcPtr& config) {
+    std::vector<DisplayViews> displays;
+    for (int i = 0; i < config->getNumDisplaysAll(); ++i) {
+        const char* name = config->getDisplayAll(i);
+        displays.push_back({name, {}});
+        for (const library::ViewType type : {library::VIEW_DISPLAY_DEFINED, library::VIEW_SHARED})
+            for (int view = 0; view < config->getNumViews(type, name); ++view)
+                displays.back().views.emplace_back(config->getView(type, name, view));
+    }
+    return displays;
 }
 
-/// The rules by which the 1.x library accepts a configuration. The 2.x check refuses more, and so
-/// configurations in daily use: an active display that does not exist, a file transform without a search
-/// path, a negative CDL value, an unknown variable, a transform that refers to an unknown space. That names
-/// are not empty, and that no space bears the name of another or of a role, the library sees to when they are
-/// added.
-class VersionOneCheck {
-public:
-    explicit VersionOneCheck(const ConstConfigRcPtr& config) : config_(config) {
-        for (int i = 0; i < get_num_color_spaces(config); ++i)
-            spaces_.insert(get_color_space_name_by_index(config, i));
-        for (int i = 0; i < config->getNumLooks(); ++i)
-            looks_.insert(config->getLookNameByIndex(i));
-    }
+std::string get_view_looks(const ConstConfigRcPtr& config, const std::string& display,
+                           const std::string& view) {
+    return config->getDisplayViewLooks(display.c_str(), view.c_str());
+}
 
-    void run() const {
-        check_roles();
-        check_displays();
-        check_looks();
-    }
-
-private:
-    void check_roles() const {
-        for (int i = 0; i < config_->getNumRoles(); ++i)
-            require_space(config_->getRoleColorSpace(i), "role " + quoted(config_->getRoleName(i)));
-    }
-
-    void check_displays() const {
-        int views = 0;
-        for (int i = 0; i < config_->getNumDisplaysAll(); ++i) {
-            const char* display = config_->getDisplayAll(i);
-            const int own = check_views(display, library::VIEW_DISPLAY_DEFINED);
-            const int shared = check_views(display, library::VIEW_SHARED);
-            if (own + shared == 0)
-                refuse("display " + quoted(display) + " has no views");
-            views += own + shared;
-        }
-        if (views == 0)
-            refuse("it has no displays");
-    }
-
-    int check_views(const char* display, library::ViewType type) const {
-        const int count = config_->getNumViews(type, display);
-        for (int i = 0; i < count; ++i) {
-            const char* view = config_->getView(type, display, i);
-            const std::string owner = "view " + quoted(view) + " of display " + quoted(display);
-            require_space(get_display_color_space_name(config_, display, view), owner);
-            for (const LookStep& look : all_look_steps(config_->getDisplayViewLooks(display, view)))
-                if (!looks_.contains(look.name))
-                    refuse(owner + " refers to an unknown look, " + quoted(look.name));
-        }
-        return count;
-    }
-
-    void check_looks() const {
-        for (int i = 0; i < config_->getNumLooks(); ++i) {
-            const char* name = config_->getLookNameByIndex(i);
-            require_space(config_->getLook(name)->getProcessSpace(), "look " + quoted(name));
-        }
-    }
-
-    /// A role does not stand for a space here.
-    void require_space(std::string_view name, const std::string& owner) const {
-        if (name.empty())
-            refuse(owner + " names no colour space");
-        if (!spaces_.contains(name))
-            refuse(owner + " refers to an unknown colour space, " + quoted(name));
-    }
-
-    const ConstConfigRcPtr& config_;
-    NameSet spaces_;
-    NameSet looks_;
-};
-
-/// The library's own check, on a copy: the library remembers a failure but not always its reason, and demands
-/// a search path as soon as one file is named.
+/// On a copy: the library remembers a failure but not always its reason, and demands a search path as soon as
+/// one file is named. The rules for version 1 are complete: the library would refuse more.
 void check_by_library(const ConstConfigRcPtr& config) {
+    if (get_major_version(config) == 1)
+        return;
     const ConfigRcPtr copy = create_editable_copy(config);
     if (copy->getNumSearchPaths() == 0)
         copy->addSearchPath(".");
     copy->validate();
-}
-
-} // namespace
-
-void sanity_check(const ConstConfigRcPtr& config) {
-    guarded([&] {
-        if (get_major_version(config) == 1)
-            VersionOneCheck(config).run();
-        else
-            check_by_library(config);
-    });
 }
 
 } // namespace ocio

@@ -55,6 +55,10 @@ float get_sat(const ConstCDLTransformRcPtr& transform) {
     return static_cast<float>(transform->getSat());
 }
 
+int get_size(const library::GroupTransform& group) {
+    return group.getNumTransforms();
+}
+
 void push_back(const GroupTransformRcPtr& group, const TransformRcPtr& transform) {
     group->appendTransform(transform);
 }

@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "colorio/ocio/color_space.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/support/env_guard.h"
 
 namespace {
 
+using library_differences::expected;
 using test_configs::ConfigText;
 using test_configs::load;
 using test_configs::make_space;
@@ -30,6 +32,14 @@ std::vector<std::string> views_of(const ocio::ConstConfigRcPtr& config, const ch
     for (int i = 0; i < ocio::get_num_views(config, display); ++i)
         views.emplace_back(ocio::get_view(config, display, i));
     return views;
+}
+
+/// With blanks in between.
+std::string joined(const std::vector<std::string>& names) {
+    std::string all;
+    for (const std::string& name : names)
+        all += (all.empty() ? "" : " ") + name;
+    return all;
 }
 
 TEST(Config, ANewOneIsEmptyAndOfVersionOne) {
@@ -80,6 +90,7 @@ TEST(Config, DeeplyNestedTextIsRefused) {
 }
 
 TEST(Config, AnImpossibleFileRuleIsRefused) {
+    SKIP_WHERE_LISTED();
     const TempDir folder;
     ConfigText text;
     text.version = "2";
@@ -112,7 +123,7 @@ TEST(Config, AnEditableCopyLeavesTheOriginalAlone) {
     const TempDir folder;
     const auto original = load(folder, ConfigText{}.str());
     const auto copy = ocio::create_editable_copy(original);
-    ocio::add_color_space(copy, make_space("third", nullptr));
+    ocio::add_color_space(copy, make_space("third"));
     EXPECT_THAT(names_of(copy), ElementsAre("lin", "srgb", "third"));
     EXPECT_THAT(names_of(original), ElementsAre("lin", "srgb"));
     EXPECT_STREQ(ocio::get_working_dir(copy), folder.get_path().c_str());
@@ -164,8 +175,8 @@ TEST(ConfigSpaces, LaxParsingWithoutADefaultRoleFindsNothing) {
 TEST(ConfigSpaces, OneOfTheSameNameIsReplacedInItsPlace) {
     const auto config = ocio::create_config();
     for (const char* name : {"first", "second", "third"})
-        ocio::add_color_space(config, make_space(name, nullptr));
-    const auto replacement = make_space("SECOND", nullptr);
+        ocio::add_color_space(config, make_space(name));
+    const auto replacement = make_space("SECOND");
     ocio::set_family(replacement, "new");
     ocio::add_color_space(config, replacement);
     EXPECT_THAT(names_of(config), ElementsAre("first", "SECOND", "third"));
@@ -174,7 +185,7 @@ TEST(ConfigSpaces, OneOfTheSameNameIsReplacedInItsPlace) {
 
 TEST(ConfigSpaces, TheConfigurationKeepsItsOwnCopy) {
     const auto config = ocio::create_config();
-    const auto space = make_space("space", nullptr);
+    const auto space = make_space("space");
     ocio::add_color_space(config, space);
     ocio::set_family(space, "changed later");
     EXPECT_STREQ(ocio::get_family(ocio::get_color_space(config, "space")), "");
@@ -185,14 +196,13 @@ TEST(ConfigSpaces, TheNameOfARoleIsRefused) {
     ConfigText text;
     text.roles = "  default: lin\n  linear: lin\n";
     const auto config = ocio::create_editable_copy(load(folder, text.str()));
-    EXPECT_THAT(refusal_of([&] { ocio::add_color_space(config, make_space("linear", nullptr)); }),
-                HasSubstr("role"));
+    EXPECT_THAT(refusal_of([&] { ocio::add_color_space(config, make_space("linear")); }), HasSubstr("role"));
     EXPECT_THAT(names_of(config), ElementsAre("lin", "srgb"));
 }
 
 TEST(ConfigSpaces, CanBeCleared) {
     const auto config = ocio::create_config();
-    ocio::add_color_space(config, make_space("space", nullptr));
+    ocio::add_color_space(config, make_space("space"));
     ocio::clear_color_spaces(config);
     EXPECT_EQ(ocio::get_num_color_spaces(config), 0);
 }
@@ -204,6 +214,7 @@ TEST(ConfigSpaces, VersionOnePublishesWhatTheEnvironmentWouldHide) {
 }
 
 TEST(ConfigSpaces, VersionTwoPublishesTheActiveOnes) {
+    SKIP_WHERE_LISTED();
     const TempDir folder;
     ConfigText text;
     text.version = "2";
@@ -230,9 +241,9 @@ TEST(ConfigDisplays, AreListedWithTheirViews) {
                     "  another:\n    - !<View> {name: c, colorspace: lin}\n";
     const auto config = load(folder, text.str());
     ASSERT_EQ(ocio::get_num_displays(config), 2);
-    EXPECT_STREQ(ocio::get_display(config, 0), "one");
-    EXPECT_STREQ(ocio::get_display(config, 1), "another");
-    EXPECT_STREQ(ocio::get_default_display(config), "one");
+    EXPECT_STREQ(ocio::get_display(config, 0), expected("first display"));
+    EXPECT_STREQ(ocio::get_display(config, 1), expected("second display"));
+    EXPECT_STREQ(ocio::get_default_display(config), expected("first display"));
     EXPECT_THAT(views_of(config, "one"), ElementsAre("b", "a"));
     EXPECT_STREQ(ocio::get_default_view(config, "one"), "b");
     EXPECT_EQ(ocio::get_display_color_space_name(config, "one", "a"), "lin");
@@ -250,7 +261,8 @@ TEST(ConfigDisplays, FollowTheListsOfActiveOnes) {
     const auto config = load(folder, text.str());
     ASSERT_EQ(ocio::get_num_displays(config), 2);
     EXPECT_STREQ(ocio::get_default_display(config), "two");
-    EXPECT_THAT(views_of(config, "one"), ElementsAre("b", "a"));
+    EXPECT_STREQ(ocio::get_default_view(config, "one"), "b");
+    EXPECT_EQ(joined(views_of(config, "one")), expected("views under a list of active ones"));
 }
 
 TEST(ConfigDisplays, ViewsAreAddedAndReplaced) {
@@ -302,16 +314,19 @@ private:
 };
 
 TEST_F(SharedViews, AreListedWithTheOthers) {
+    SKIP_WHERE_LISTED();
     EXPECT_THAT(views_of(load_shared(), "monitor"), ElementsAre("plain", "own", "fixed"));
 }
 
 TEST_F(SharedViews, ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay) {
+    SKIP_WHERE_LISTED();
     const auto config = load_shared();
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "fixed"), "srgb");
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "own"), "monitor");
 }
 
 TEST_F(SharedViews, ShowNothingWithoutADisplay) {
+    SKIP_WHERE_LISTED();
     EXPECT_EQ(ocio::get_display_color_space_name(load_shared(), "", "fixed"), "");
 }
 

@@ -1,4 +1,4 @@
-#include "colorio/ocio/v2/gpu_shader.h"
+#include "colorio/ocio/processor.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,19 +7,20 @@
 #include <cmath>
 #include <vector>
 
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/data/golden_1x.h"
 
 namespace {
 
+using library_differences::expected;
 using test_configs::refusal_of;
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::Each;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-namespace library = ocio::library;
 
 constexpr int EDGE = 32;
 constexpr std::size_t TABLE_SIZE = EDGE * EDGE * EDGE * 3;
@@ -36,6 +37,13 @@ std::vector<float> table_of(const ocio::ConstProcessorRcPtr& processor,
     std::vector<float> table(TABLE_SIZE, -7.0f);
     processor->get_gpu_lut_3d(table.data(), desc);
     return table;
+}
+
+/// How the function of the module's contract begins.
+std::string signature(const ocio::GpuShaderDesc& desc) {
+    return desc.language == ocio::GPU_LANGUAGE_GLSL_1_3
+               ? "vec4 OCIODisplay(in vec4 inPixel, \n    const sampler3D lut3d)"
+               : "vec4 OCIODisplay(vec4 inPixel, \n    sampler3D lut3d)";
 }
 
 /// The triple at a position of the lattice.
@@ -186,8 +194,8 @@ TEST(CorrectionShader, NeedsNoTable) {
         EXPECT_THAT(table_of(processor), Each(0.0f)) << name;
         for (const ocio::GpuShaderDesc& desc : {LEGACY, CORE}) {
             const std::string text = processor->get_gpu_shader_text(desc);
-            EXPECT_THAT(text, AllOf(HasSubstr(ocio::shader_signature(desc)), Not(HasSubstr("texture")),
-                                    Not(HasSubstr("uniform"))))
+            EXPECT_THAT(
+                text, AllOf(HasSubstr(signature(desc)), Not(HasSubstr("texture")), Not(HasSubstr("uniform"))))
                 << name;
         }
     }
@@ -196,7 +204,8 @@ TEST(CorrectionShader, NeedsNoTable) {
 TEST(CorrectionShader, HoldsTheCorrectionsNumbers) {
     const auto config = test_configs::create_corrections();
     const std::string text = ocio::get_processor(config, "No CDL", "strong")->get_gpu_shader_text(CORE);
-    EXPECT_THAT(text, AllOf(HasSubstr("4., 3.5, 2.5"), HasSubstr("-1., -0.5, -0.25"), HasSubstr("pow(")));
+    EXPECT_THAT(text, AllOf(ContainsRegex("4\\.?, 3\\.5, 2\\.5"), ContainsRegex("-1\\.?, -0\\.5, -0\\.25"),
+                            HasSubstr("pow(")));
 }
 
 /// Shaders of conversions that mix tables with other things.
@@ -218,7 +227,8 @@ protected:
 };
 
 constexpr const char* TABLE_THEN_SWAP =
-    "!<GroupTransform>\n      children:\n        - !<FileTransform> {src: srgb.spi1d}\n"
+    "!<GroupTransform>\n      children:\n        - !<FileTransform> {src: srgb.spi1d, interpolation: "
+    "linear}\n"
     "        - !<MatrixTransform> {matrix: [0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 0, 1]}\n";
 
 TEST_F(MixedShader, TheLibrarysTextIsRewrittenForTheOneTable) {
@@ -227,7 +237,7 @@ TEST_F(MixedShader, TheLibrarysTextIsRewrittenForTheOneTable) {
     for (const ocio::GpuShaderDesc& desc : {LEGACY, CORE}) {
         const std::string text = processor->get_gpu_shader_text(desc);
         EXPECT_THAT(text,
-                    AllOf(HasSubstr(ocio::shader_signature(desc)), HasSubstr("= texture3D(lut3d, "),
+                    AllOf(HasSubstr(signature(desc)), HasSubstr("= texture3D(lut3d, "),
                           Not(HasSubstr("uniform")), Not(HasSubstr("Sampler")), Not(HasSubstr(".zyx"))));
     }
     const auto table = table_of(processor);
@@ -243,7 +253,7 @@ TEST_F(MixedShader, ACorrectionBetweenTablesDoesNotClampNegatives) {
     const auto processor = make("1", "    allocation: uniform\n    allocationvars: [-1, 3]\n",
                                 "!<GroupTransform>\n      children:\n"
                                 "        - !<CDLTransform> {offset: [0.1, 0, -0.1], sat: 0.5}\n"
-                                "        - !<FileTransform> {src: wide.spi1d}\n");
+                                "        - !<FileTransform> {src: wide.spi1d, interpolation: linear}\n");
     // -1 is offset, pulled halfway to its Rec. 709 luma, and doubled.
     const auto table = table_of(processor);
     const float* triple = at(table, 0, 0, 0);
@@ -264,6 +274,7 @@ TEST_F(MixedShader, ATableOfAnotherSizeIsMadeAnew) {
 }
 
 TEST_F(MixedShader, LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp) {
+    SKIP_WHERE_LISTED();
     // Version 2 configurations often state none; the library would cut off everything above 1.
     const auto processor = make("2", "    encoding: scene-linear\n",
                                 "!<GroupTransform>\n      direction: inverse\n      children:\n"
@@ -280,9 +291,10 @@ TEST_F(MixedShader, LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp) {
 }
 
 TEST_F(MixedShader, AStatedAllocationHolds) {
+    SKIP_WHERE_LISTED();
     const auto processor = make(
         "2", "    encoding: scene-linear\n    allocation: lg2\n    allocationvars: [-8, 5, 0.00390625]\n",
-        "!<FileTransform> {src: srgb.spi1d}");
+        "!<FileTransform> {src: srgb.spi1d, interpolation: linear}");
     // As the 1.x library writes it.
     EXPECT_THAT(
         processor->get_gpu_shader_text(CORE),
@@ -295,7 +307,7 @@ TEST_F(MixedShader, AStatedAllocationHolds) {
 }
 
 TEST_F(MixedShader, TheDefaultAllocationsAreThoseOfTheOldLibrary) {
-    const std::string transform = "!<FileTransform> {src: srgb.spi1d}";
+    const std::string transform = "!<FileTransform> {src: srgb.spi1d, interpolation: linear}";
     EXPECT_THAT(make("1", "", transform)->get_gpu_shader_text(CORE),
                 HasSubstr("inPixel; \nout_pixel.rgb = texture3D(lut3d, "));
     EXPECT_THAT(make("1", "    allocation: lg2\n", transform)->get_gpu_shader_text(CORE),
@@ -304,7 +316,7 @@ TEST_F(MixedShader, TheDefaultAllocationsAreThoseOfTheOldLibrary) {
 }
 
 TEST_F(MixedShader, ScalesOfOneAndOffsetsOfZeroAreLeftOut) {
-    const std::string transform = "!<FileTransform> {src: srgb.spi1d}";
+    const std::string transform = "!<FileTransform> {src: srgb.spi1d, interpolation: linear}";
     EXPECT_THAT(make("1", "    allocation: uniform\n    allocationvars: [0, 2]\n", transform)
                     ->get_gpu_shader_text(CORE),
                 HasSubstr("inPixel; \nout_pixel = vec4(0.5, 0.5, 0.5, 1) * out_pixel;\nout_pixel.rgb = tex"));
@@ -314,97 +326,12 @@ TEST_F(MixedShader, ScalesOfOneAndOffsetsOfZeroAreLeftOut) {
 }
 
 TEST_F(MixedShader, AnAllocationWithoutARangeIsRefused) {
-    const auto processor = make("1", "    allocation: uniform\n    allocationvars: [1, 1]\n",
-                                "!<FileTransform> {src: srgb.spi1d}");
-    EXPECT_THAT(refusal_of([&] { processor->get_gpu_shader_text(CORE); }), HasSubstr("spans no range"));
-}
-
-/// What the library may generate, made by hand.
-class GeneratedShader : public testing::Test {
-protected:
-    GeneratedShader() : generated_(library::GpuShaderDesc::CreateShaderDesc()) {
-        generated_->setFunctionName("OCIODisplay");
-    }
-
-    void add_cube(const char* name, unsigned edge_len) {
-        const std::vector<float> values(edge_len * edge_len * edge_len * 3, 0.5f);
-        const std::string sampler = std::string(name) + "Sampler";
-        generated_->add3DTexture(name, sampler.c_str(), edge_len, library::INTERP_LINEAR, values.data());
-    }
-
-    std::optional<ocio::GpuShader> adapt(const std::string& declarations, const std::string& body) {
-        generated_->addToDeclareShaderCode(declarations.c_str());
-        generated_->addToFunctionHeaderShaderCode(
-            "vec4 OCIODisplay(vec4 inPixel)\n{\nvec4 out_pixel = inPixel;\n");
-        generated_->addToFunctionShaderCode(body.c_str());
-        generated_->addToFunctionFooterShaderCode("return out_pixel;\n}\n");
-        generated_->finalize();
-        return ocio::adapt_shader(generated_, CORE);
-    }
-
-    const std::string declaration_ = "uniform sampler3D cubeSampler;\n";
-    const std::string coordinates_ =
-        "vec3 cube_coords = (out_pixel.zyx * vec3(31.) + vec3(.5)) / vec3(32.);\n";
-    library::GpuShaderDescRcPtr generated_;
-};
-
-TEST_F(GeneratedShader, WithoutTablesGetsTheParameterOnly) {
-    const auto shader = adapt("", "out_pixel = out_pixel.bgra;\n");
-    ASSERT_TRUE(shader);
-    EXPECT_THAT(shader->text, HasSubstr("vec4 OCIODisplay(in vec4 inPixel, \n    const sampler3D lut3d)\n{"));
-    EXPECT_TRUE(shader->table.empty());
-}
-
-TEST_F(GeneratedShader, OfNewerVersionsSamplesUnderTheOldName) {
-    add_cube("cube", EDGE);
-    const auto shader =
-        adapt(declaration_, coordinates_ + "out_pixel.rgb = texture(cubeSampler, cube_coords).rgb;\n");
-    ASSERT_TRUE(shader);
-    EXPECT_THAT(shader->text, AllOf(HasSubstr("vec3 cube_coords = (out_pixel.rgb * "),
-                                    HasSubstr("out_pixel.rgb = texture3D(lut3d, cube_coords).rgb;"),
-                                    Not(HasSubstr("cubeSampler"))));
-    EXPECT_EQ(shader->table.size(), TABLE_SIZE);
-}
-
-TEST_F(GeneratedShader, WithTwoTablesIsNotTaken) {
-    add_cube("cube", EDGE);
-    add_cube("other", EDGE);
-    EXPECT_FALSE(
-        adapt(declaration_, coordinates_ + "out_pixel.rgb = texture3D(cubeSampler, cube_coords).rgb;\n"));
-}
-
-TEST_F(GeneratedShader, WithAFlatTextureIsNotTaken) {
-    const std::vector<float> values(16, 0.5f);
-    generated_->addTexture("flat", "flatSampler", 16, 1, library::GpuShaderCreator::TEXTURE_RED_CHANNEL,
-                           library::INTERP_LINEAR, values.data());
-    EXPECT_FALSE(adapt("uniform sampler1D flatSampler;\n", ""));
-}
-
-TEST_F(GeneratedShader, WithAUniformIsNotTaken) {
-    generated_->addUniform("exposure", library::GpuShaderCreator::DoubleGetter([] { return 1.0; }));
-    EXPECT_FALSE(adapt("uniform float exposure;\n", "out_pixel.rgb *= exposure;\n"));
-}
-
-TEST_F(GeneratedShader, WithATableOfAnotherSizeIsNotTaken) {
-    add_cube("cube", 16);
-    EXPECT_FALSE(
-        adapt(declaration_, coordinates_ + "out_pixel.rgb = texture3D(cubeSampler, cube_coords).rgb;\n"));
-}
-
-TEST_F(GeneratedShader, SampledWithoutKnownCoordinatesIsNotTaken) {
-    add_cube("cube", EDGE);
-    EXPECT_FALSE(adapt(declaration_, "out_pixel.rgb = texture3D(cubeSampler, out_pixel.zyx).rgb;\n"));
-}
-
-TEST_F(GeneratedShader, SampledTwiceIsNotTaken) {
-    add_cube("cube", EDGE);
-    EXPECT_FALSE(adapt(declaration_, coordinates_ + "out_pixel.rgb = texture3D(cubeSampler, cube_coords).rgb"
-                                                    " + texture3D(cubeSampler, cube_coords).rgb;\n"));
-}
-
-TEST_F(GeneratedShader, WithoutADeclarationOfItsTableIsNotTaken) {
-    add_cube("cube", EDGE);
-    EXPECT_FALSE(adapt("", coordinates_ + "out_pixel.rgb = texture3D(cubeSampler, cube_coords).rgb;\n"));
+    const auto write = [&] {
+        make("1", "    allocation: uniform\n    allocationvars: [1, 1]\n",
+             "!<FileTransform> {src: srgb.spi1d, interpolation: linear}")
+            ->get_gpu_shader_text(CORE);
+    };
+    EXPECT_THAT(refusal_of(write), HasSubstr(expected("an allocation without a range")));
 }
 
 } // namespace

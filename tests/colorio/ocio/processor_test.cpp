@@ -7,6 +7,7 @@
 #include <array>
 #include <vector>
 
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 
 namespace {
@@ -22,9 +23,8 @@ using testing::HasSubstr;
 /// From "x", whose transform is given as YAML, to "lin".
 ConfigText text_with(const std::string& transform, const std::string& more = "") {
     ConfigText text;
-    text.version = "2";
     text.settings = "search_path: luts:.\n";
-    text.spaces = "  - !<ColorSpace>\n    name: x\n    to_scene_reference: " + transform + "\n" + more;
+    text.spaces = "  - !<ColorSpace>\n    name: x\n    to_reference: " + transform + "\n" + more;
     return text;
 }
 
@@ -152,7 +152,9 @@ TEST_F(Processors, TakeUnknownNamesForTheDefaultRoleUnderLaxParsing) {
 }
 
 TEST_F(Processors, NamedTransformsCountAsKnownUnderLaxParsing) {
+    SKIP_WHERE_LISTED();
     ConfigText text = text_with("!<MatrixTransform> {}");
+    text.version = "2";
     text.settings += "strictparsing: false\nnamed_transforms:\n"
                      "  - !<NamedTransform>\n    name: shift\n    transform: " +
                      std::string(SHIFT) + "\n";
@@ -178,7 +180,9 @@ std::string table(const std::string& gain) {
 
 class ProcessorFiles : public Processors {
 protected:
-    ConfigText text() const { return text_with("!<FileTransform> {src: table.spi1d}"); }
+    ConfigText text() const {
+        return text_with("!<FileTransform> {src: table.spi1d, interpolation: linear}");
+    }
     float half_of(const ocio::ConstProcessorRcPtr& processor) const {
         std::array<float, 4> pixel{0.5f, 0.5f, 0.5f, 1};
         processor->apply_rgba(pixel.data());
@@ -235,8 +239,8 @@ TEST_F(ProcessorFiles, AreJudgedWhereverTheConversionReachesThem) {
     folder_.write("table.spi1d", table(std::string(64, '1')));
     const std::string nested = "!<GroupTransform>\n      children:\n        - !<ColorSpaceTransform> "
                                "{src: y, dst: lin}\n";
-    const std::string file_space = "  - !<ColorSpace>\n    name: y\n    to_scene_reference: "
-                                   "!<FileTransform> {src: table.spi1d}\n";
+    const std::string file_space = "  - !<ColorSpace>\n    name: y\n    to_reference: "
+                                   "!<FileTransform> {src: table.spi1d, interpolation: linear}\n";
     EXPECT_THAT(refusal(text_with(nested, file_space)), HasSubstr("holds a word longer than any number"));
     EXPECT_EQ(refusal(text_with(SHIFT, file_space)), "nothing thrown") << "other conversions are unharmed";
 }
@@ -248,7 +252,8 @@ TEST_F(ProcessorFiles, MayHoldOneCorrectionOfACollection) {
                   "<Power>1 1 1</Power></SOPNode></ColorCorrection>"
                   "<ColorCorrection id=\"b\"><SOPNode><Slope>4 4 4</Slope><Offset>0 0 0</Offset>"
                   "<Power>1 1 1</Power></SOPNode></ColorCorrection></ColorCorrectionCollection>");
-    EXPECT_FLOAT_EQ(half_of(make(text_with("!<FileTransform> {src: grade.ccc, cccid: b}"))), 2.0f);
+    EXPECT_FLOAT_EQ(
+        half_of(make(text_with("!<FileTransform> {src: grade.ccc, cccid: b, interpolation: linear}"))), 2.0f);
 }
 
 } // namespace

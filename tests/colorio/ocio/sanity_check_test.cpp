@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 
 namespace {
 
+using library_differences::expected;
 using test_configs::ConfigText;
 using test_configs::load;
 using test_configs::refusal_of;
@@ -69,21 +71,22 @@ TEST_F(SanityCheck, RolesPointAtSpaces) {
     text.roles = "  default: LIN\n";
     EXPECT_EQ(refusal(text), accepted_);
     text.roles = "  default: nowhere\n";
-    EXPECT_THAT(refusal(text), EndsWith("role 'default' refers to an unknown colour space, 'nowhere'."));
+    EXPECT_THAT(refusal(text), EndsWith(expected("a role of an unknown space")));
     text.roles = "  default: ''\n";
-    EXPECT_THAT(refusal(text), EndsWith("role 'default' names no colour space."));
+    EXPECT_THAT(refusal(text), EndsWith(expected("a role of no space")));
 }
 
 TEST_F(SanityCheck, ARoleDoesNotPointAtARole) {
     ConfigText text;
     text.roles = "  default: lin\n  reference: default\n";
-    EXPECT_THAT(refusal(text), EndsWith("role 'reference' refers to an unknown colour space, 'default'."));
+    EXPECT_THAT(refusal(text), EndsWith(expected("a role of a role")));
 }
 
-TEST_F(SanityCheck, ARoleNamedLikeASpaceDoesNotEvenLoad) {
+TEST_F(SanityCheck, ARoleIsNotNamedLikeASpace) {
     ConfigText text;
     text.roles = "  srgb: lin\n";
-    EXPECT_THAT(refusal_of([&] { load(folder_, text.str()); }), HasSubstr("srgb"));
+    // Some versions of the library refuse to load it.
+    EXPECT_THAT(refusal_of([&] { ocio::sanity_check(load(folder_, text.str())); }), HasSubstr("srgb"));
 }
 
 TEST_F(SanityCheck, TwoSpacesOfOneNameDoNotEvenLoad) {
@@ -162,6 +165,7 @@ TEST_F(SanityCheck, VersionOneMayReferToUnknownSpacesInTransforms) {
 }
 
 TEST_F(SanityCheck, VersionTwoIsJudgedByTheLibrary) {
+    SKIP_WHERE_LISTED();
     ConfigText text;
     text.version = "2";
     EXPECT_EQ(refusal(text), accepted_);
@@ -170,6 +174,7 @@ TEST_F(SanityCheck, VersionTwoIsJudgedByTheLibrary) {
 }
 
 TEST_F(SanityCheck, VersionTwoNeedsNoSearchPathEither) {
+    SKIP_WHERE_LISTED();
     ConfigText text;
     text.version = "2";
     text.spaces = "  - !<ColorSpace>\n    name: x\n    to_scene_reference: "
@@ -178,6 +183,7 @@ TEST_F(SanityCheck, VersionTwoNeedsNoSearchPathEither) {
 }
 
 TEST_F(SanityCheck, AFailedConfigurationGivesItsReasonEveryTime) {
+    SKIP_WHERE_LISTED();
     ConfigText text;
     text.version = "2";
     text.spaces = "  - !<ColorSpace>\n    name: x\n    to_scene_reference: !<FileTransform> {src: ''}\n";

@@ -83,7 +83,7 @@ ocio::ConfigRcPtr create_corrections() {
         ocio::set_offset(transform, correction.offset);
         ocio::set_power(transform, correction.power);
         ocio::set_sat(transform, correction.saturation);
-        const ocio::ColorSpaceRcPtr space = make_space(correction.name, nullptr);
+        const ocio::ColorSpaceRcPtr space = make_space(correction.name);
         ocio::set_allocation(space, ocio::ALLOCATION_LG2);
         ocio::set_transform(space, transform, ocio::COLORSPACE_DIR_FROM_REFERENCE);
         ocio::add_color_space(config, space);

@@ -21,7 +21,10 @@ ocio::ConfigRcPtr create_built_in_like(const TempDir& folder);
 ocio::ConfigRcPtr create_corrections();
 
 /// A colour space that goes through `transform` to the reference space; null makes it the reference space.
-ocio::ColorSpaceRcPtr make_space(const char* name, const ocio::ConstTransformRcPtr& transform);
+ocio::ColorSpaceRcPtr make_space(const char* name, const ocio::ConstTransformRcPtr& transform = {});
+
+/// The transform that leads to a view of a display, as the library in use has it.
+ocio::TransformRcPtr make_view_transform(const char* source, const char* display, const char* view);
 
 /// What a small configuration file consists of, as YAML. The defaults make one that passes every check: two
 /// colour spaces, "lin" (the reference) and "srgb", and a view of the second.

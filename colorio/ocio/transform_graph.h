@@ -33,14 +33,13 @@ struct Dependencies {
 /// colour space, view transform and looks of views. Names that the configuration does not know are left out.
 class TransformGraph {
 public:
-    explicit TransformGraph(const ConstConfigRcPtr& config);
+    explicit TransformGraph(const ConstConfigRcPtr& config) : config_(config) {}
 
     Dependencies dependencies_of(const GraphNode& node) const;
     Dependencies dependencies_of(const ConstTransformRcPtr& transform) const;
 
 private:
-    const ConstConfigRcPtr& config_;
-    library::ConstContextRcPtr context_;
+    ConstConfigRcPtr config_;
 };
 
 } // namespace ocio

@@ -1,4 +1,4 @@
-#include "colorio/ocio/v2/look_list.h"
+#include "colorio/ocio/look_list.h"
 
 #include <algorithm>
 

@@ -21,12 +21,6 @@ struct GpuShader {
     std::vector<float> table; ///< edge^3 RGB triples, red fastest
 };
 
-/// "vec4 NAME(..., sampler3D lut3d)" as the shading language spells it, without a body.
-std::string shader_signature(const GpuShaderDesc& desc);
-
-/// Hands the pixel back as it is.
-GpuShader pass_through_shader(const GpuShaderDesc& desc);
-
 /// Fits the pixel to [0, 1] by `allocation` and takes its colour from a table of what `processor` makes of
 /// the lattice points. Throws when the allocation spans no range.
 GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocation,

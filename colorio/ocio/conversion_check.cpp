@@ -1,4 +1,4 @@
-#include "colorio/ocio/v2/conversion_check.h"
+#include "colorio/ocio/conversion_check.h"
 
 #include <algorithm>
 #include <optional>
@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "colorio/ocio/lut_words.h"
-#include "colorio/ocio/v2/transform_graph.h"
+#include "colorio/ocio/transform_graph.h"
 
 namespace ocio {
 
@@ -40,6 +40,7 @@ public:
 
     /// Sources of every file transform reached.
     const std::set<std::string>& files() const { return files_; }
+    std::vector<GraphNode> take_nodes() { return std::move(nodes_); }
 
 private:
     /// A node whose dependencies are all visited.
@@ -65,8 +66,10 @@ private:
     void follow(const GraphNode& node) {
         const std::string key = key_of(node);
         const auto known = visited_.find(key);
-        if (known == visited_.end())
+        if (known == visited_.end()) {
+            nodes_.push_back(node);
             return enter({key, node.name}, graph_.dependencies_of(node));
+        }
         if (!known->second)
             refuse_cycle(key);
         absorb(*known->second);
@@ -131,6 +134,7 @@ private:
     std::vector<Step> path_;
     std::unordered_map<std::string, std::optional<Extent>> visited_; ///< empty while on the path
     std::set<std::string> files_;
+    std::vector<GraphNode> nodes_;
 };
 
 /// Where a file transform's source lies; empty when it is not found, which the library reports.
@@ -144,15 +148,19 @@ std::string locate(const library::ConstContextRcPtr& context, const std::string&
 
 } // namespace
 
-void check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
+ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     ConversionWalk walk(config);
     walk.run(conversion);
+    ConversionParts parts{walk.take_nodes(), {}};
     const library::ConstContextRcPtr context = config->getCurrentContext();
     for (const std::string& source : walk.files()) {
         const std::string path = locate(context, source);
-        if (!path.empty())
-            require_readable_lut(path);
+        if (path.empty())
+            continue;
+        require_readable_lut(path);
+        parts.files.emplace(source, path);
     }
+    return parts;
 }
 
 } // namespace ocio

@@ -13,30 +13,6 @@ constexpr std::string_view USE_DISPLAY_NAME = "<USE_DISPLAY_NAME>";
 
 } // namespace
 
-int get_num_displays(const ConstConfigRcPtr& config) {
-    return config->getNumDisplays();
-}
-
-const char* get_display(const ConstConfigRcPtr& config, int index) {
-    return config->getDisplay(index);
-}
-
-const char* get_default_display(const ConstConfigRcPtr& config) {
-    return config->getDefaultDisplay();
-}
-
-int get_num_views(const ConstConfigRcPtr& config, const char* display) {
-    return config->getNumViews(display);
-}
-
-const char* get_view(const ConstConfigRcPtr& config, const char* display, int index) {
-    return config->getView(display, index);
-}
-
-const char* get_default_view(const ConstConfigRcPtr& config, const char* display) {
-    return config->getDefaultView(display);
-}
-
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view) {
     // The library answers for shared views even where no display was named.
@@ -49,10 +25,6 @@ std::string get_display_color_space_name(const ConstConfigRcPtr& config, const c
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
                  const char* looks) {
     guarded([&] { config->addDisplayView(display, view, color_space, looks); });
-}
-
-void clear_displays(const ConfigRcPtr& config) {
-    config->clearDisplays();
 }
 
 } // namespace ocio

@@ -1,0 +1,61 @@
+#include "colorio/ocio/config.h"
+
+#include <cstdlib>
+
+#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/guarded.h"
+#include "colorio/ocio/profile_version.h"
+
+namespace ocio {
+
+namespace {
+
+/// The handles given here were made by the caller, who still holds them alone.
+template <typename Handle>
+Handle without_processor_cache(const Handle& config) {
+    turn_processor_cache_off(config);
+    return config;
+}
+
+/// Reads the configuration at `path` with the library's operation `read`. A failure is told in words that
+/// name the remedy, where one is known.
+template <typename Read>
+ConstConfigRcPtr load(const std::string& path, Read&& read) {
+    return guarded([&] {
+        require_readable_config(path);
+        try {
+            return without_processor_cache(read());
+        } catch (const std::exception&) {
+            const std::string newer = describe_newer_profile(path);
+            if (newer.empty())
+                throw;
+            throw Exception(newer.c_str());
+        }
+    });
+}
+
+} // namespace
+
+ConstConfigRcPtr create_config_from_file(const char* path) {
+    return load(path, [&] { return library::Config::CreateFromFile(path); });
+}
+
+ConstConfigRcPtr create_config_from_env() {
+    // Unset or empty stands for the library's raw configuration.
+    const char* path = std::getenv("OCIO");
+    return load(path ? path : "", [] { return library::Config::CreateFromEnv(); });
+}
+
+ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config) {
+    return guarded([&] { return without_processor_cache(config->createEditableCopy()); });
+}
+
+void set_working_dir(const ConfigRcPtr& config, const char* folder) {
+    config->setWorkingDir(folder);
+}
+
+const char* get_working_dir(const ConstConfigRcPtr& config) {
+    return config->getWorkingDir();
+}
+
+} // namespace ocio

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "colorio/ocio/look_list.h"
+#include "colorio/ocio/transform_graph.h"
+
+namespace ocio {
+
+/// Gathers what transforms refer to. What is peculiar to a version of the library is added by its side.
+class DependencyCollector {
+public:
+    virtual ~DependencyCollector() = default;
+
+    /// Walks a transform and the groups in it.
+    void add(const ConstTransformRcPtr& root, bool inverse);
+    /// Both transforms of a colour space.
+    void add_space(const library::ColorSpace& space);
+    /// The process space of a look, and its transform for that direction.
+    void add_look(const library::Look& look, bool inverse);
+    /// What only newer versions of the library know: named transforms and view transforms.
+    virtual void add_other_node(const GraphNode& node) = 0;
+
+    Dependencies take() { return std::move(found_); }
+
+protected:
+    explicit DependencyCollector(const ConstConfigRcPtr& config);
+
+    /// From one colour space through looks to another.
+    virtual void add_path(const std::string& source, const std::vector<LookStep>& looks,
+                          const std::string& destination, bool inverse) = 0;
+    /// A transform that is neither a group nor one of files, colour spaces or looks.
+    virtual void add_other_transform(const library::Transform& transform, bool inverse) = 0;
+    virtual std::unique_ptr<DependencyCollector> create_another() const = 0;
+
+    /// Of a pair of transforms that undo each other the one for `inverse`, or else the other one backwards.
+    void add_one_of(const ConstTransformRcPtr& forward, const ConstTransformRcPtr& backward, bool inverse);
+    void add_node(NodeKind kind, const char* name, bool inverse);
+    /// The colour space that a name, a role or an alias stands for, variables resolved; null for none.
+    ConstColorSpaceRcPtr find_space(const std::string& name) const;
+    std::string resolve(const std::string& name) const;
+    const ConstConfigRcPtr& config() const { return config_; }
+
+private:
+    struct Pending {
+        ConstTransformRcPtr transform;
+        bool inverse;
+        std::size_t depth;
+    };
+
+    void push_members(const library::GroupTransform& group, bool inverse, std::size_t depth,
+                      std::vector<Pending>& pending);
+    void add_single(const library::Transform& transform, bool inverse);
+    void add_other_uses(const ConstTransformRcPtr& transform);
+
+    ConstConfigRcPtr config_;
+    library::ConstContextRcPtr context_;
+    Dependencies found_;
+};
+
+/// The collector of the library in use.
+std::unique_ptr<DependencyCollector> create_dependency_collector(const ConstConfigRcPtr& config);
+
+} // namespace ocio

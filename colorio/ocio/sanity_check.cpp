@@ -1,0 +1,118 @@
+#include "colorio/ocio/sanity_check.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/guarded.h"
+#include "colorio/ocio/look_list.h"
+
+namespace ocio {
+
+namespace {
+
+/// Names compare without case throughout a configuration.
+class NameSet {
+public:
+    void insert(std::string_view name) { names_.insert(lower_case(name)); }
+    bool contains(std::string_view name) const { return names_.count(lower_case(name)) > 0; }
+
+private:
+    static std::string lower_case(std::string_view name) {
+        std::string lower(name);
+        std::transform(lower.begin(), lower.end(), lower.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        return lower;
+    }
+
+    std::unordered_set<std::string> names_;
+};
+
+std::string quoted(std::string_view name) {
+    return "'" + std::string(name) + "'";
+}
+
+[[noreturn]] void refuse(const std::string& reason) {
+    throw Exception(("The configuration fails its check: " + reason + ".").c_str());
+}
+
+/// The rules by which the 1.x library accepts a configuration. The 2.x check refuses more, and so
+/// configurations in daily use: an active display that does not exist, a file transform without a search
+/// path, a negative CDL value, an unknown variable, a transform that refers to an unknown space. That names
+/// are not empty, and that no space bears the name of another or of a role, the library sees to when they are
+/// added.
+class VersionOneCheck {
+public:
+    explicit VersionOneCheck(const ConstConfigRcPtr& config) : config_(config) {
+        for (int i = 0; i < get_num_color_spaces(config); ++i)
+            spaces_.insert(get_color_space_name_by_index(config, i));
+        for (int i = 0; i < config->getNumLooks(); ++i)
+            looks_.insert(config->getLookNameByIndex(i));
+    }
+
+    void run() const {
+        check_roles();
+        check_displays();
+        check_looks();
+    }
+
+private:
+    void check_roles() const {
+        for (const Role& role : known_roles(config_))
+            require_space(role.color_space, "role " + quoted(role.name));
+    }
+
+    void check_displays() const {
+        const std::vector<DisplayViews> displays = every_display(config_);
+        if (displays.empty())
+            refuse("it has no displays");
+        for (const DisplayViews& display : displays) {
+            if (display.views.empty())
+                refuse("display " + quoted(display.name) + " has no views");
+            for (const std::string& view : display.views)
+                check_view(display.name, view);
+        }
+    }
+
+    void check_view(const std::string& display, const std::string& view) const {
+        const std::string owner = "view " + quoted(view) + " of display " + quoted(display);
+        require_space(get_display_color_space_name(config_, display.c_str(), view.c_str()), owner);
+        for (const LookStep& look : all_look_steps(get_view_looks(config_, display, view)))
+            if (!looks_.contains(look.name))
+                refuse(owner + " refers to an unknown look, " + quoted(look.name));
+    }
+
+    void check_looks() const {
+        for (int i = 0; i < config_->getNumLooks(); ++i) {
+            const char* name = config_->getLookNameByIndex(i);
+            require_space(config_->getLook(name)->getProcessSpace(), "look " + quoted(name));
+        }
+    }
+
+    /// A role does not stand for a space here.
+    void require_space(std::string_view name, const std::string& owner) const {
+        if (name.empty())
+            refuse(owner + " names no colour space");
+        if (!spaces_.contains(name))
+            refuse(owner + " refers to an unknown colour space, " + quoted(name));
+    }
+
+    const ConstConfigRcPtr& config_;
+    NameSet spaces_;
+    NameSet looks_;
+};
+
+} // namespace
+
+void sanity_check(const ConstConfigRcPtr& config) {
+    guarded([&] {
+        if (get_major_version(config) == 1)
+            VersionOneCheck(config).run();
+        check_by_library(config);
+    });
+}
+
+} // namespace ocio

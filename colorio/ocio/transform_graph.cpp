@@ -1,0 +1,24 @@
+#include "colorio/ocio/transform_graph.h"
+
+#include "colorio/ocio/dependency_collector.h"
+
+namespace ocio {
+
+Dependencies TransformGraph::dependencies_of(const GraphNode& node) const {
+    const auto collector = create_dependency_collector(config_);
+    if (node.kind == NodeKind::COLOR_SPACE)
+        collector->add_space(*config_->getColorSpace(node.name.c_str()));
+    else if (node.kind == NodeKind::LOOK)
+        collector->add_look(*config_->getLook(node.name.c_str()), node.inverse);
+    else
+        collector->add_other_node(node);
+    return collector->take();
+}
+
+Dependencies TransformGraph::dependencies_of(const ConstTransformRcPtr& transform) const {
+    const auto collector = create_dependency_collector(config_);
+    collector->add(transform, false);
+    return collector->take();
+}
+
+} // namespace ocio

@@ -1,0 +1,52 @@
+#include "colorio/ocio/cdl_file.h"
+
+#include <fstream>
+#include <iterator>
+#include <unordered_set>
+
+#include "colorio/ocio/v1/correction_texts.h"
+
+namespace ocio {
+
+namespace {
+
+std::string read_text(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw Exception("it cannot be opened");
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Ids must differ within a file.
+void require_unique_ids(const std::vector<CDLTransformRcPtr>& corrections) {
+    std::unordered_set<std::string> ids;
+    for (const CDLTransformRcPtr& correction : corrections) {
+        const std::string id = correction->getID();
+        if (!id.empty() && !ids.insert(id).second)
+            throw Exception(("it holds two corrections of the id '" + id + "'").c_str());
+    }
+}
+
+std::vector<CDLTransformRcPtr> parse(const std::string& text) {
+    std::vector<CDLTransformRcPtr> corrections;
+    for (const std::string& correction : split_corrections(text)) {
+        corrections.push_back(library::CDLTransform::Create());
+        corrections.back()->setXML(correction.c_str());
+    }
+    require_unique_ids(corrections);
+    return corrections;
+}
+
+} // namespace
+
+// The library's own reader of files knows no decision lists, remembers every file for ever, and does not tell
+// how many corrections there are; its reader of single corrections is used instead.
+std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool) {
+    try {
+        return parse(read_text(path));
+    } catch (const Exception& error) {
+        throw Exception(("no colour corrections can be read from '" + path + "': " + error.what()).c_str());
+    }
+}
+
+} // namespace ocio

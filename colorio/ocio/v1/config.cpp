@@ -1,0 +1,33 @@
+#include "colorio/ocio/config.h"
+
+#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/profile_version.h"
+#include "colorio/ocio/v1/yaml_depth.h"
+#include "colorio/ocio/yaml_size.h"
+
+namespace ocio {
+
+ConfigRcPtr create_config() {
+    const ConfigRcPtr config = library::Config::Create();
+    config->setSearchPath(".");
+    return config;
+}
+
+unsigned int get_major_version(const ConstConfigRcPtr&) {
+    return 1;
+}
+
+/// The library would load a newer configuration, leave out what it does not know, and so give other colours.
+void require_readable_config(const std::string& path) {
+    // First what the parser in the second check relies on as much as the library.
+    require_shallow_yaml(path);
+    require_bounded_yaml(path);
+    const std::string newer = describe_newer_profile(path);
+    if (!newer.empty())
+        throw Exception(newer.c_str());
+}
+
+/// This library has none.
+void turn_processor_cache_off(const ConstConfigRcPtr&) {}
+
+} // namespace ocio

@@ -1,0 +1,42 @@
+#include "colorio/ocio/config.h"
+
+#include <strings.h>
+
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/guarded.h"
+
+namespace ocio {
+
+int get_num_color_spaces(const ConstConfigRcPtr& config) {
+    return config->getNumColorSpaces();
+}
+
+const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int index) {
+    return config->getColorSpaceNameByIndex(index);
+}
+
+ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char* name) {
+    return config->getColorSpace(name);
+}
+
+void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space) {
+    // The library would accept it, and refuse the configuration afterwards.
+    if (config->hasRole(get_name(space)))
+        throw Exception(
+            ("a colour space cannot bear the name of the role '" + std::string(get_name(space)) + "'")
+                .c_str());
+    guarded([&] { config->addColorSpace(space); });
+}
+
+void clear_color_spaces(const ConfigRcPtr& config) {
+    config->clearColorSpaces();
+}
+
+std::string get_role_color_space(const ConstConfigRcPtr& config, const char* role) {
+    if (!config->hasRole(role))
+        return {};
+    const ConstColorSpaceRcPtr space = config->getColorSpace(role);
+    return space ? get_name(space) : "";
+}
+
+} // namespace ocio

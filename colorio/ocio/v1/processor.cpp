@@ -1,0 +1,124 @@
+#include "colorio/ocio/processor.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/gpu_contract.h"
+#include "colorio/ocio/guarded.h"
+#include "colorio/ocio/processor_checks.h"
+#include "colorio/ocio/v1/file_editions.h"
+
+namespace ocio {
+
+namespace {
+
+void describe(library::GpuShaderDesc& wanted, const GpuShaderDesc& desc) {
+    wanted.setLanguage(desc.language == GPU_LANGUAGE_GLSL_1_3 ? library::GPU_LANGUAGE_GLSL_1_3
+                                                              : library::GPU_LANGUAGE_GLSL_1_0);
+    wanted.setFunctionName(desc.function_name);
+    wanted.setLut3DEdgeLen(desc.lut_3d_edge_len);
+}
+
+/// Leaves everything to the library, whose contract this is.
+class LibraryProcessor final : public Processor {
+public:
+    explicit LibraryProcessor(library::ConstProcessorRcPtr processor)
+        : processor_(std::move(processor)), no_op_(processor_->isNoOp()) {}
+
+    bool is_no_op() const override { return no_op_; }
+
+    void apply(const PackedImageDesc& image) const override {
+        if (no_op_)
+            return;
+        require_pixels(image.width, image.height, image.data && image.channels >= 3);
+        library::PackedImageDesc pixels(image.data, image.width, image.height, image.channels);
+        guarded([&] { processor_->apply(pixels); });
+    }
+
+    void apply(const PlanarImageDesc& image) const override {
+        if (no_op_)
+            return;
+        require_pixels(image.width, image.height, image.red && image.green && image.blue);
+        library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
+                                        image.height);
+        guarded([&] { processor_->apply(planes); });
+    }
+
+    void apply_rgba(float* pixel) const override {
+        if (!no_op_)
+            processor_->applyRGBA(pixel);
+    }
+
+    std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
+        // Between spaces of one table the library would write a text that confines the pixel to the table's
+        // range.
+        if (no_op_)
+            return shader_text(desc);
+        library::GpuShaderDesc wanted;
+        describe(wanted, desc);
+        // The text is the processor's until it is asked for another.
+        const std::lock_guard lock(shader_mutex_);
+        return guarded([&] { return std::string(processor_->getGpuShaderText(wanted)); });
+    }
+
+    void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const override {
+        if (no_op_) {
+            const auto edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
+            std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
+            return;
+        }
+        library::GpuShaderDesc wanted;
+        describe(wanted, desc);
+        const std::lock_guard lock(shader_mutex_);
+        guarded([&] { processor_->getGpuLut3D(lut, wanted); });
+    }
+
+private:
+    library::ConstProcessorRcPtr processor_;
+    bool no_op_;
+    mutable std::mutex shader_mutex_;
+};
+
+/// Checks the conversion before the library, and has edited files read again.
+ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
+    const ConversionParts parts = check_conversion(config, conversion);
+    return std::make_shared<const LibraryProcessor>(
+        with_current_editions(config, parts)->getProcessor(conversion));
+}
+
+/// The library's own message leaves the name out.
+void require_space(const ConstConfigRcPtr& config, const char* name) {
+    if (!get_color_space(config, name))
+        throw Exception(("there is no colour space '" + std::string(name) + "'").c_str());
+}
+
+} // namespace
+
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
+                                  const char* destination) {
+    return guarded([&] {
+        require_space(config, source);
+        require_space(config, destination);
+        const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
+        conversion->setSrc(source);
+        conversion->setDst(destination);
+        return make_processor(config, conversion);
+    });
+}
+
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform) {
+    return guarded([&] {
+        require_space(config, transform.input_color_space_name);
+        require_view(config, transform.display, transform.view);
+        const library::DisplayTransformRcPtr conversion = library::DisplayTransform::Create();
+        conversion->setInputColorSpaceName(transform.input_color_space_name);
+        conversion->setDisplay(transform.display);
+        conversion->setView(transform.view);
+        return make_processor(config, conversion);
+    });
+}
+
+} // namespace ocio

@@ -1,0 +1,163 @@
+#include "tests/colorio/library_differences.h"
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+
+#include "colorio/ocio/types.h"
+
+namespace library_differences {
+
+namespace {
+
+constexpr std::string_view DOOR = "test_ocio";
+constexpr std::string_view MODULE = "test_colorio";
+
+struct Difference {
+    const char* subject;
+    std::string_view program;
+    const char* test; ///< one of the program's that asks for it
+    const char* of_1_x;
+    const char* of_2_x;
+    const char* reason;
+};
+
+constexpr Difference DIFFERENCES[] = {
+    {"first display", DOOR, "ConfigDisplays.AreListedWithTheirViews", "another", "one",
+     "1.x sorts displays by name, 2.x keeps the order of the file"},
+    {"second display", DOOR, "ConfigDisplays.AreListedWithTheirViews", "one", "another",
+     "1.x sorts displays by name, 2.x keeps the order of the file"},
+    {"views under a list of active ones", DOOR, "ConfigDisplays.FollowTheListsOfActiveOnes", "a b c", "b a",
+     "1.x only takes its default view from the list of active views"},
+    {"a role of an unknown space", DOOR, "SanityCheck.RolesPointAtSpaces",
+     "The role 'default' refers to a colorspace, 'nowhere', which is not defined.",
+     "role 'default' refers to an unknown colour space, 'nowhere'.",
+     "1.x tells the name of a missing space in its own check only"},
+    {"a role of no space", DOOR, "SanityCheck.RolesPointAtSpaces",
+     "The role 'default' refers to a colorspace, '', which is not defined.",
+     "role 'default' names no colour space.", "1.x tells the name of a missing space in its own check only"},
+    {"a role of a role", DOOR, "SanityCheck.ARoleDoesNotPointAtARole",
+     "The role 'reference' refers to a colorspace, 'default', which is not defined.",
+     "role 'reference' refers to an unknown colour space, 'default'.",
+     "1.x tells the name of a missing space in its own check only"},
+    {"an allocation without a range", DOOR, "MixedShader.AnAllocationWithoutARangeIsRefused",
+     "Max value equals min value", "spans no range", "1.x fits colours to the GPU with its own operation"},
+    {"error of a correction's shader", MODULE, "Shader.OfACdlNeedsNoTable", "2e-5", "5e-6",
+     "1.x writes numbers with six digits"},
+    {"configuration without spaces", MODULE, "ManagerRoles.OfAFileWithoutSpacesAreTheDefaultName",
+     "ocio_profile_version: 1\ncolorspaces: []\n",
+     "ocio_profile_version: 2\nfile_rules:\n  - !<Rule> {name: Default, colorspace: nowhere}\ncolorspaces: "
+     "[]\n",
+     "2.x loads no version 1 configuration without spaces, 1.x none of version 2"},
+};
+
+constexpr const char* NO_VERSION_2 = "the colour library knows no version 2 configurations";
+
+/// Tests that cannot apply to 1.x.
+constexpr struct {
+    std::string_view program;
+    const char* test;
+    const char* reason;
+} NOT_ON_1_X[] = {
+    {DOOR, "Config.AnImpossibleFileRuleIsRefused", NO_VERSION_2},
+    {DOOR, "ConfigSpaces.VersionTwoPublishesTheActiveOnes", NO_VERSION_2},
+    {DOOR, "SharedViews.AreListedWithTheOthers", NO_VERSION_2},
+    {DOOR, "SharedViews.ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay", NO_VERSION_2},
+    {DOOR, "SharedViews.ShowNothingWithoutADisplay", NO_VERSION_2},
+    {DOOR, "MixedShader.LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp", NO_VERSION_2},
+    {DOOR, "MixedShader.AStatedAllocationHolds", NO_VERSION_2},
+    {DOOR, "Processors.NamedTransformsCountAsKnownUnderLaxParsing", NO_VERSION_2},
+    {DOOR, "SanityCheck.VersionTwoIsJudgedByTheLibrary", NO_VERSION_2},
+    {DOOR, "SanityCheck.VersionTwoNeedsNoSearchPathEither", NO_VERSION_2},
+    {DOOR, "SanityCheck.AFailedConfigurationGivesItsReasonEveryTime", NO_VERSION_2},
+    {MODULE, "ManagerSceneLinear.ThatCannotBeMadeBecauseAnAliasHasItsNameIsNoReasonToFail", NO_VERSION_2},
+    {MODULE, "ManagerEnumerations.InactiveSpacesOfAVersion2ConfigurationAreNotPublished", NO_VERSION_2},
+};
+
+bool is_1_x() {
+    return std::string_view(ocio::get_version()).substr(0, 2) == "1.";
+}
+
+std::string full_name(const testing::TestInfo& test) {
+    return std::string(test.test_suite_name()) + "." + test.name();
+}
+
+/// The tests that have asked for a row.
+std::set<std::string>& tests_that_asked() {
+    static std::set<std::string> tests;
+    return tests;
+}
+
+std::string note_running_test() {
+    const std::string test = full_name(*testing::UnitTest::GetInstance()->current_test_info());
+    tests_that_asked().insert(test);
+    return test;
+}
+
+/// Whether the test is in this program, and whether it runs this time.
+struct Place {
+    bool in_program;
+    bool runs;
+};
+
+Place find_test(std::string_view name) {
+    const testing::UnitTest& program = *testing::UnitTest::GetInstance();
+    for (int i = 0; i < program.total_test_suite_count(); ++i) {
+        const testing::TestSuite& suite = *program.GetTestSuite(i);
+        for (int k = 0; k < suite.total_test_count(); ++k)
+            if (full_name(*suite.GetTestInfo(k)) == name)
+                return {true, suite.GetTestInfo(k)->should_run() && suite.GetTestInfo(k)->result()->Passed()};
+    }
+    return {false, false};
+}
+
+/// Rows that nobody needs any more are faults.
+class RowsAreNeeded : public testing::Environment {
+public:
+    void TearDown() override {
+        for (const Difference& row : DIFFERENCES) {
+            EXPECT_STRNE(row.of_1_x, row.of_2_x) << row.subject;
+            expect_asked(row.program, row.test);
+        }
+        for (const auto& row : NOT_ON_1_X)
+            expect_asked(row.program, row.test);
+    }
+
+private:
+    /// Each row belongs to one of the programs that share the table.
+    static void expect_asked(std::string_view program, const char* test) {
+        if (program != QB_TEST_PROGRAM)
+            return;
+        const Place place = find_test(test);
+        EXPECT_TRUE(place.in_program) << "the table of library differences names " << test;
+        if (place.runs) {
+            EXPECT_EQ(tests_that_asked().count(test), 1u) << test << " does not ask for its row";
+        }
+    }
+};
+
+const auto* const rows_are_needed = testing::AddGlobalTestEnvironment(new RowsAreNeeded);
+
+} // namespace
+
+const char* expected(const std::string& subject) {
+    note_running_test();
+    const auto* row = std::find_if(std::begin(DIFFERENCES), std::end(DIFFERENCES),
+                                   [&](const Difference& row) { return row.subject == subject; });
+    if (row == std::end(DIFFERENCES))
+        throw std::out_of_range("the table of library differences does not name '" + subject + "'");
+    return is_1_x() ? row->of_1_x : row->of_2_x;
+}
+
+std::string reason_to_skip() {
+    const std::string test = note_running_test();
+    const auto* row = std::find_if(std::begin(NOT_ON_1_X), std::end(NOT_ON_1_X),
+                                   [&](const auto& row) { return row.test == test; });
+    if (row == std::end(NOT_ON_1_X))
+        throw std::out_of_range("the table of library differences does not name " + test);
+    return is_1_x() ? row->reason : "";
+}
+
+} // namespace library_differences
