@@ -7,7 +7,8 @@
 /// What configurations ask of each version of the library besides the operations of config.h.
 namespace ocio {
 
-/// Throws when the library's reader would exhaust the stack or the memory on the file at `path`, or misread it.
+/// Throws when the library's reader would exhaust the stack or the memory on the file at `path`, or misread
+/// it.
 void require_readable_config(const std::string& path);
 
 /// Has the library make a processor whenever one is asked for: an old one would be handed out again after its

@@ -35,7 +35,7 @@ public:
             return;
         require_pixels(image.width, image.height, image.data && image.channels >= 3);
         library::PackedImageDesc pixels(image.data, image.width, image.height, image.channels);
-        guarded([&] { processor_->apply(pixels); });
+        processor_->apply(pixels);
     }
 
     void apply(const PlanarImageDesc& image) const override {
@@ -44,7 +44,7 @@ public:
         require_pixels(image.width, image.height, image.red && image.green && image.blue);
         library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
                                         image.height);
-        guarded([&] { processor_->apply(planes); });
+        processor_->apply(planes);
     }
 
     void apply_rgba(float* pixel) const override {
