@@ -58,7 +58,7 @@ void OutputFile::remember_failure() const {
 }
 
 std::string OutputFile::finish() {
-    flush();
+    write_pending();
     if (descriptor >= 0 && ::close(descriptor) != 0)
         remember_failure();
     descriptor = -1;
@@ -66,7 +66,7 @@ std::string OutputFile::finish() {
     return get_failure();
 }
 
-void OutputFile::flush() const {
+void OutputFile::write_pending() const {
     if (pending.empty())
         return;
     const int64_t start = m_pos - static_cast<int64_t>(pending.size());
@@ -81,14 +81,14 @@ void OutputFile::flush() const {
 }
 
 bool OutputFile::seek(int64_t offset) {
-    flush();
+    write_pending();
     m_pos = offset;
     return offset >= 0;
 }
 
 size_t OutputFile::write(const void* bytes, size_t size) {
     if (pending.size() + size > BUFFER_SIZE)
-        flush();
+        write_pending();
     size_t written = size;
     if (size >= BUFFER_SIZE)
         written = pwrite(bytes, size, m_pos);
@@ -110,7 +110,7 @@ size_t OutputFile::pwrite(const void* bytes, size_t size, int64_t offset) {
 }
 
 size_t OutputFile::read(void* bytes, size_t size) {
-    flush();
+    write_pending();
     const size_t count = pread(bytes, size, m_pos);
     m_pos += static_cast<int64_t>(count);
     return count;
@@ -124,7 +124,7 @@ size_t OutputFile::pread(void* bytes, size_t size, int64_t offset) {
 }
 
 size_t OutputFile::size() const {
-    flush();
+    write_pending();
     struct stat status;
     return fstat(descriptor, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
 }

@@ -23,17 +23,16 @@ public:
     std::string get_failure() const;
 
     const char* proxytype() const override { return "tool"; }
-    void close() override { flush(); }
-    int64_t tell() override { return m_pos; }
+    void close() override { write_pending(); }
     bool seek(int64_t offset) override;
     size_t read(void* bytes, size_t size) override;
     size_t write(const void* bytes, size_t size) override;
     size_t pread(void* bytes, size_t size, int64_t offset) override;
     size_t pwrite(const void* bytes, size_t size, int64_t offset) override;
     size_t size() const override;
-    void flush() const override;
 
 private:
+    void write_pending() const;
     void remember_failure() const;
 
     int descriptor;
