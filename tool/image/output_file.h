@@ -9,8 +9,9 @@
 
 namespace tool {
 
-/// The file that a format's writer writes to. The writers of some formats pass over failed writes, and that
-/// of one ends the process: this remembers the first failure of any kind.
+/// The file that a format's writer writes to. The writers of some formats pass over failed writes, that of
+/// JPEG ends the process, and that of OpenEXR's tiles waits for ever. So no write fails here: the first
+/// failure is remembered for the end, and nothing is written after it.
 class OutputFile : public OIIO::Filesystem::IOProxy {
 public:
     /// Empties the file at `path`, which must exist.
@@ -32,6 +33,8 @@ public:
     size_t size() const override;
 
 private:
+    /// Writes at once, unless a write failed before.
+    void write_out(const char* bytes, size_t size, int64_t offset) const;
     void write_pending() const;
     void remember_failure() const;
 
