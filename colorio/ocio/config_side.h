@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "colorio/ocio/types.h"
 
@@ -14,5 +15,8 @@ void require_readable_config(const std::string& path);
 /// Has the library make a processor whenever one is asked for: an old one would be handed out again after its
 /// files changed.
 void turn_processor_cache_off(const ConstConfigRcPtr& config);
+
+/// The search path as it is written, entry by entry.
+std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config);
 
 } // namespace ocio

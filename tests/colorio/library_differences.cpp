@@ -46,6 +46,8 @@ constexpr Difference DIFFERENCES[] = {
      "Max value equals min value", "spans no range", "1.x fits colours to the GPU with its own operation"},
     {"error of a correction's shader", MODULE, "Shader.OfACdlNeedsNoTable", "2e-5", "5e-6",
      "1.x writes numbers with six digits"},
+    {"why the library converts", MODULE, "Evaluation.IsTheLibrarysWithoutTheVectorCode",
+     "OpenColorIO 1.1 shows no operations", "switched off", "1.x shows no operations to translate"},
     {"configuration without spaces", MODULE, "ManagerRoles.OfAFileWithoutSpacesAreTheDefaultName",
      "ocio_profile_version: 1\ncolorspaces: []\n",
      "ocio_profile_version: 2\nfile_rules:\n  - !<Rule> {name: Default, colorspace: nowhere}\ncolorspaces: "
@@ -54,6 +56,8 @@ constexpr Difference DIFFERENCES[] = {
 };
 
 constexpr const char* NO_VERSION_2 = "the colour library knows no version 2 configurations";
+
+constexpr const char* NO_OPERATIONS = "the colour library shows no operations, so none are translated";
 
 /// Tests that cannot apply to 1.x.
 constexpr struct {
@@ -74,6 +78,10 @@ constexpr struct {
     {DOOR, "SanityCheck.AFailedConfigurationGivesItsReasonEveryTime", NO_VERSION_2},
     {MODULE, "ManagerSceneLinear.ThatCannotBeMadeBecauseAnAliasHasItsNameIsNoReasonToFail", NO_VERSION_2},
     {MODULE, "ManagerEnumerations.InactiveSpacesOfAVersion2ConfigurationAreNotPublished", NO_VERSION_2},
+    {MODULE, "Evaluation.OfABuiltinConversionIsThatOfItsTable", NO_OPERATIONS},
+    {MODULE, "Evaluation.KeepsToTheSwitchAsItWasWhenTheConverterWasConfigured", NO_OPERATIONS},
+    {MODULE, "Shader.IsNotMadeWhenTheColorLibraryThrowsAndTheCallerHears",
+     "the colour library refuses at once to convert what it can write no shader for"},
 };
 
 bool is_1_x() {

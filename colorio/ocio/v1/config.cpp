@@ -1,5 +1,7 @@
 #include "colorio/ocio/config.h"
 
+#include <sstream>
+
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/v1/yaml_depth.h"
@@ -29,5 +31,14 @@ void require_readable_config(const std::string& path) {
 
 /// This library has none.
 void turn_processor_cache_off(const ConstConfigRcPtr&) {}
+
+/// The library splits it at each colon before it replaces variables.
+std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config) {
+    std::vector<std::string> entries;
+    std::istringstream search_path(config->getSearchPath());
+    for (std::string entry; std::getline(search_path, entry, ':');)
+        entries.push_back(entry);
+    return entries;
+}
 
 } // namespace ocio

@@ -76,6 +76,17 @@ public:
         guarded([&] { processor_->getGpuLut3D(lut, wanted); });
     }
 
+    Explanation explain(const std::array<float, 4>& rgba) const override {
+        Explanation explanation;
+        if (no_op_)
+            return explanation;
+        explanation.path = EvaluationPath::Library;
+        explanation.reason = "OpenColorIO 1.1 shows no operations";
+        explanation.steps.push_back({"the colour library", rgba});
+        apply_rgba(explanation.steps.back().pixel.data());
+        return explanation;
+    }
+
 private:
     library::ConstProcessorRcPtr processor_;
     bool no_op_;

@@ -25,4 +25,11 @@ void turn_processor_cache_off(const ConstConfigRcPtr& config) {
     std::const_pointer_cast<library::Config>(config)->setProcessorCacheFlags(library::PROCESSOR_CACHE_OFF);
 }
 
+std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config) {
+    std::vector<std::string> entries;
+    for (int i = 0; i < config->getNumSearchPaths(); ++i)
+        entries.emplace_back(config->getSearchPath(i));
+    return entries;
+}
+
 } // namespace ocio

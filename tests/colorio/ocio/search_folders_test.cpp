@@ -28,6 +28,21 @@ TEST_F(SearchFolders, StartAtTheFolderOfTheConfiguration) {
                             "/abs/luts"));
 }
 
+TEST_F(SearchFolders, AreWithoutTheBlanksAroundEntries) {
+    EXPECT_THAT(get(" luts : /abs "), ElementsAre(folder.get_path() + "/luts", "/abs"));
+}
+
+TEST_F(SearchFolders, AreTheOneOfTheConfigurationForAnEmptyEntry) {
+    EXPECT_THAT(get("a::b"),
+                ElementsAre(folder.get_path() + "/a", folder.get_path(), folder.get_path() + "/b"));
+}
+
+TEST_F(SearchFolders, AreSplitBeforeVariablesAreReplaced) {
+    EnvGuard list("LIST_OF_THE_TEST");
+    list.set("/a:/b");
+    EXPECT_THAT(get("$LIST_OF_THE_TEST/c"), ElementsAre("/a:/b/c"));
+}
+
 TEST_F(SearchFolders, HaveTheirVariablesReplaced) {
     EnvGuard show("SHOW_OF_THE_TEST");
     show.set("/shows/blue");
