@@ -68,6 +68,7 @@ function(qb_find_color_library)
     message(FATAL_ERROR "The door to the colour library needs OpenColorIO 1.1, or 2.1 or newer; found '${version}'.")
   endif()
   message(STATUS "OpenColorIO ${version}: colorio/ocio/${side}")
+  set(QB_OCIO_VERSION ${version} CACHE INTERNAL "Version of the colour library that was found")
   set(QB_OCIO_SIDE ${side} CACHE INTERNAL "Folder of the door for the colour library that was found")
 endfunction()
 

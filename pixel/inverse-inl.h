@@ -12,6 +12,7 @@
 
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/inverse_index.h"
 #include "pixel/lookup-inl.h"
 
@@ -27,8 +28,7 @@ HWY_INLINE hn::Vec<hn::RebindToSigned<D>> find_bucket(D d, const InverseCurve& c
     const hn::RebindToSigned<D> di;
     const auto low = hn::Set(d, curve.sorted.front()), high = hn::Set(d, curve.sorted.back());
     const auto in = hn::Mul(value, hn::Set(d, curve.sign));
-    auto x = hn::IfThenElse(hn::Gt(in, low), in, low);
-    x = hn::IfThenElse(hn::Lt(x, high), x, high);
+    const auto x = at_most(at_least(in, low), high);
     value = hn::IfThenElse(hn::IsNaN(in), in, x);
     const auto key = hn::BitCast(di, hn::Add(x, hn::Set(d, curve.bias)));
     return hn::ShiftRightSame(hn::Sub(key, hn::Set(di, static_cast<std::int32_t>(curve.base))), curve.shift);

@@ -6,6 +6,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
@@ -15,8 +16,7 @@ namespace HWY_NAMESPACE {
 
 template <class D>
 HWY_INLINE hn::Vec<D> clamp_unit(D d, hn::Vec<D> x) {
-    x = hn::IfThenElseZero(hn::Gt(x, hn::Zero(d)), x); // NaN becomes 0
-    return hn::IfThenElse(hn::Lt(x, hn::Set(d, 1.0f)), x, hn::Set(d, 1.0f));
+    return at_most(at_least(x, hn::Zero(d)), hn::Set(d, 1.0f)); // NaN becomes 0
 }
 
 /// The clamped style raises values in [0, 1]; the other leaves negative values alone and makes NaN 0.

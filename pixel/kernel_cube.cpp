@@ -6,6 +6,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/lookup-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -25,9 +26,7 @@ template <class D>
 HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stride) {
     const hn::RebindToSigned<D> di;
     const auto end = hn::Set(d, last);
-    auto x = hn::Mul(hn::Load(d, plane), end);
-    x = hn::IfThenElseZero(hn::Gt(x, hn::Zero(d)), x); // NaN becomes 0
-    x = hn::IfThenElse(hn::Lt(x, end), x, end);
+    const auto x = at_most(at_least(hn::Mul(hn::Load(d, plane), end), hn::Zero(d)), end); // NaN becomes 0
     const auto floor = hn::Floor(x);
     const auto inside = hn::RebindMask(di, hn::Ne(floor, x));
     const auto distance = hn::Set(di, stride);

@@ -6,6 +6,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/planes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -49,10 +50,10 @@ void range(const RangeStage& stage, Block& block) {
         map_plane(block, c, [&](auto x) HWY_ATTR {
             auto t = hn::Add(hn::Mul(x, scale), offset);
             if (stage.has_low) {
-                t = hn::IfThenElse(hn::Gt(t, low), t, low);
+                t = at_least(t, low);
             }
             if (stage.has_high) {
-                t = hn::IfThenElse(hn::Lt(t, high), t, high);
+                t = at_most(t, high);
             }
             return t;
         });

@@ -8,6 +8,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
@@ -28,8 +29,7 @@ HWY_INLINE hn::Vec<D> minus_times(D d, hn::Vec<D> x, float term, float factor) {
 /// log2 of values raised to the smallest normal float; NaN counts as that too.
 template <class D>
 HWY_INLINE hn::Vec<D> floored_log2(D d, hn::Vec<D> x) {
-    const auto least = hn::Set(d, std::numeric_limits<float>::min());
-    return log2_of(d, hn::IfThenElse(hn::Gt(x, least), x, least));
+    return log2_of(d, at_least(x, hn::Set(d, std::numeric_limits<float>::min())));
 }
 
 void log_curve(const LogStage& stage, Block& block) {

@@ -6,6 +6,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
@@ -21,7 +22,7 @@ void power_plane(const PowerStage& stage, std::size_t c, const P& power, Block& 
     map_plane_slowly(block, c, [&](auto in) HWY_ATTR {
         const auto x = hn::Add(hn::Mul(in, scale), offset);
         if (stage.shape == PowerShape::Clamp) {
-            return power_of(d, power, hn::IfThenElseZero(hn::Gt(x, zero), x));
+            return power_of(d, power, at_least(x, zero));
         }
         if (stage.shape == PowerShape::Mirror) {
             return hn::CopySign(power_of(d, power, hn::Abs(x)), x);

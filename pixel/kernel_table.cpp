@@ -8,6 +8,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "pixel/clamp-inl.h"
 #include "pixel/lookup-inl.h"
 #include "pixel/planes-inl.h"
 
@@ -25,9 +26,8 @@ void table_plane(const TableStage& stage, std::size_t c, Block& block) {
     const auto scale = hn::Set(d, stage.before.scale[c]), offset = hn::Set(d, stage.before.offset[c]);
     const auto zero = hn::Zero(d), end = hn::Set(d, stage.last);
     for_each_vector(block, [&](std::size_t i) HWY_ATTR {
-        auto x = hn::Mul(hn::Add(hn::Mul(hn::Load(d, plane + i), scale), offset), end);
-        x = hn::IfThenElseZero(hn::Gt(x, zero), x); // NaN becomes 0
-        x = hn::IfThenElse(hn::Lt(x, end), x, end);
+        const auto in = hn::Mul(hn::Add(hn::Mul(hn::Load(d, plane + i), scale), offset), end);
+        const auto x = at_most(at_least(in, zero), end); // NaN becomes 0
         const auto above = hn::Ceil(x);
         hn::Store(to_index(d, above), di, index + i);
         hn::Store(hn::Sub(above, x), d, plane + i);

@@ -15,13 +15,13 @@ public:
         const auto begin = reinterpret_cast<std::uintptr_t>(from);
         range_[count_++] = {begin, begin + floats * sizeof(float)};
     }
-    /// Asks the second-level cache for the next line, if any is left.
+    /// Asks the first-level cache for the next line, if any is left.
     void fetch_line() {
         if (current_ == count_) {
             return;
         }
         Range& range = range_[current_];
-        __builtin_prefetch(reinterpret_cast<const void*>(range.begin), 0, 2);
+        __builtin_prefetch(reinterpret_cast<const void*>(range.begin), 0, 3);
         range.begin += LINE;
         if (range.begin >= range.end) {
             ++current_;

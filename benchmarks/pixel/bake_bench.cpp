@@ -64,10 +64,7 @@ void bake_with_library(benchmark::State& state, const Conversion& conversion) {
 using Bake = void (*)(benchmark::State&, const Conversion&);
 
 void add(const std::string& name, Bake work, const Conversion& conversion) {
-    benchmark::RegisterBenchmark(name.c_str(), work, conversion)
-        ->Unit(benchmark::kMicrosecond)
-        ->MinTime(0.1)
-        ->UseRealTime();
+    benchmark::RegisterBenchmark(name.c_str(), work, conversion)->Unit(benchmark::kMicrosecond)->MinTime(0.1);
 }
 
 /// Tables that the module fills by converting a lattice; other conversions have shaders of the library's own.

@@ -12,6 +12,7 @@ using namespace pixel_bench;
 
 namespace {
 
+constexpr int REPETITIONS = 40;
 constexpr std::size_t BAND_ROWS = 30;
 constexpr std::size_t BANDS = HEIGHT / BAND_ROWS;
 constexpr std::size_t BAND_FLOATS = 4 * WIDTH * BAND_ROWS;
@@ -34,12 +35,24 @@ void convert_bands(std::vector<float>& pixels, unsigned int threads, const Conve
         helper.join();
 }
 
+double fastest(const std::vector<double>& times) {
+    return *std::min_element(times.begin(), times.end());
+}
+
+/// By the clock on the wall, and the fastest of many: cores that other work holds would otherwise be what is
+/// measured.
 void add_bands(const std::string& name, const ConvertBand& convert) {
     const unsigned int all = std::max(2u, std::thread::hardware_concurrency());
-    for (const unsigned int threads : {1u, all})
-        add_picture_benchmark(
-            "bands/" + name + "/threads_" + std::to_string(threads), waves,
-            [threads, convert](std::vector<float>& pixels) { convert_bands(pixels, threads, convert); });
+    for (const unsigned int threads : {1u, all}) {
+        const Convert in_bands = [threads, convert](std::vector<float>& pixels) {
+            convert_bands(pixels, threads, convert);
+        };
+        add_picture_benchmark("bands/" + name + "/threads_" + std::to_string(threads), waves, in_bands)
+            ->UseRealTime()
+            ->Iterations(1)
+            ->Repetitions(REPETITIONS)
+            ->ComputeStatistics("fastest", fastest);
+    }
 }
 
 const bool registered = [] {

@@ -1,10 +1,11 @@
-// The machine, for the head of the figures.
+// The machine and the peer, for the head of the figures.
 
 #include <fstream>
 #include <string>
 
 #include <benchmark/benchmark.h>
 
+#include "colorio/ocio/types.h"
 #include "pixel/vector_target.h"
 
 namespace {
@@ -23,6 +24,7 @@ std::string cpu_model() {
 const bool told = [] {
     benchmark::AddCustomContext("cpu_model", cpu_model());
     benchmark::AddCustomContext("vector_target", pixel::vector_target());
+    benchmark::AddCustomContext("library_version", ocio::get_version());
     return true;
 }();
 

@@ -49,8 +49,7 @@ void repeat(benchmark::State& state, Work work, const Conversion& conversion) {
 void add(const std::string& name, Work work, const Conversion& conversion) {
     benchmark::RegisterBenchmark(name.c_str(), repeat, work, conversion)
         ->Unit(benchmark::kMicrosecond)
-        ->MinTime(0.1)
-        ->UseRealTime();
+        ->MinTime(0.1);
 }
 
 const bool registered = [] {

@@ -83,17 +83,27 @@ TEST_F(ConvertFiles, StayAsTheyWereWhenTheInputIsDamaged) {
     EXPECT_EQ(count_files(), 3u);
 }
 
-/// A format by its extension, on a disk that has room for so many bytes less than the picture needs.
+/// A disk that has room for a part of what is written.
 class ConvertFilesOnAFullDisk : public ConvertFiles, public testing::WithParamInterface<const char*> {
 protected:
-    void expect_the_old_file_after_room_for(rlim_t bytes) {
-        const std::string name = std::string("old.") + GetParam();
+    /// Converts with room for all, then with room for less and less missing.
+    void expect_whole_or_as_it_was(const std::string& input, const std::string& extension) {
+        const std::string whole = path("whole." + extension);
+        ASSERT_THAT(convert(path(input), whole), Succeeds());
+        const rlim_t size = std::filesystem::file_size(whole);
+        ASSERT_GT(size, 1000u);
+        for (const rlim_t bytes : {rlim_t(1000), size / 2, size - 200, size - 1})
+            expect_as_it_was(input, "old." + extension, bytes);
+    }
+
+private:
+    void expect_as_it_was(const std::string& input, const std::string& name, rlim_t bytes) {
         folder.write(name, "something else");
         const size_t files = count_files();
         ToolRun result;
         {
             const FileSizeLimit limit(bytes);
-            result = convert(path("in.exr"), path(name));
+            result = convert(path(input), path(name));
         }
         EXPECT_THAT(result, FailsWith(1, HasSubstr("cannot write '" + path(name) + "'"))) << bytes;
         EXPECT_TRUE(folder.read(name) == "something else") << bytes;
@@ -102,12 +112,16 @@ protected:
 };
 
 TEST_P(ConvertFilesOnAFullDisk, StayAsTheyWere) {
-    const std::string whole = path(std::string("whole.") + GetParam());
-    ASSERT_THAT(convert(path("in.exr"), whole), Succeeds());
-    const rlim_t size = std::filesystem::file_size(whole);
-    ASSERT_GT(size, 1000u);
-    for (const rlim_t bytes : {rlim_t(1000), size / 2, size - 200, size - 1})
-        expect_the_old_file_after_room_for(bytes);
+    expect_whole_or_as_it_was("in.exr", GetParam());
+}
+
+TEST_F(ConvertFilesOnAFullDisk, OfTilesAndSeveralPartsStayAsTheyWere) {
+    Picture part = make_noise(40);
+    part.spec.tile_width = part.spec.tile_height = 16;
+    write_picture(path("tiled.exr"), part);
+    write_picture(path("parts.exr"), std::vector<Picture>{part, part});
+    expect_whole_or_as_it_was("tiled.exr", "exr");
+    expect_whole_or_as_it_was("parts.exr", "tif");
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, ConvertFilesOnAFullDisk,

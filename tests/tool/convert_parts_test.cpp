@@ -114,6 +114,25 @@ TEST_F(ConvertParts, RefusesDeepPictures) {
     EXPECT_EQ(count_files(), 1u);
 }
 
+/// Two parts in tiles that stand over the right and the lower edge.
+void write_tiled_parts(const std::string& file) {
+    Picture part = make_picture(40, 24, 3, OIIO::TypeHalf, std::vector<float>(40 * 24 * 3, 0.5f));
+    part.spec.tile_width = part.spec.tile_height = 16;
+    write_picture(file, std::vector<Picture>{part, part});
+}
+
+TEST_F(ConvertParts, KeepsTheTilesOfEach) {
+    for (const char* name : {"tiled.exr", "tiled.tif"}) {
+        write_tiled_parts(path(name));
+        EXPECT_THAT(convert(name, "out.tif"), Succeeds());
+        for (int i = 0; i < 2; ++i) {
+            const Picture part = read_picture(path("out.tif"), i);
+            EXPECT_EQ(part.spec.tile_width, 16) << name;
+            EXPECT_NEAR(part.get("G", 39, 23), formula::srgb_to_linear(0.5), HALF_OF_ONE) << name;
+        }
+    }
+}
+
 TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
     write_levels(path("in.exr"));
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());

@@ -1,40 +1,23 @@
-#include <string>
-
-#include <fmt/format.h>
-
 #include "colorio/color_io_manager.h"
 #include "tool/cdl/cdl_command.h"
-#include "tool/color_session.h"
-#include "tool/console.h"
 #include "tool/settings/record_list.h"
+#include "tool/settings/remove_command.h"
 
 namespace tool {
 
 namespace {
 
-constexpr char EXAMPLES[] = R"(  colorio cdl remove warm)";
-
-class CdlRemoveCommand : public Command {
+class CdlRemoveCommand : public RemoveCommand {
 public:
     explicit CdlRemoveCommand(CLI::App& program)
-        : Command(program, "remove", "Remove one of your own CDLs", EXAMPLES) {
-        options->add_option("name", name, "CDL to remove")->required();
-        add_preference_options(*options, session_options);
-        session_options.builtin_only = true;
-    }
-
-    ExitCode run(Console& console) override {
-        ColorSession session(session_options, console, PreferenceUse::CHANGE);
-        ColorIOManager& manager = *ColorIOManager::get_instance();
-        manager.set_tavelion_config(remove_record(manager.get_tavelion_color_decision_lists(), name, "CDL"));
-        session.save_preferences();
-        console.print(fmt::format("{} is removed", name));
-        return EXIT_CODE_DONE;
-    }
+        : RemoveCommand(program, {"Remove one of your own CDLs", "name", "CDL to remove",
+                                  "  colorio cdl remove warm"}) {}
 
 private:
-    SessionOptions session_options;
-    std::string name;
+    void remove(const std::string& name) override {
+        ColorIOManager& manager = *ColorIOManager::get_instance();
+        manager.set_tavelion_config(remove_record(manager.get_tavelion_color_decision_lists(), name, "CDL"));
+    }
 };
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <strings.h>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "tool/cdl/correction_text.h"
 #include "tool/console.h"

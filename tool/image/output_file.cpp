@@ -58,7 +58,7 @@ void OutputFile::remember_failure() const {
 }
 
 std::string OutputFile::finish() {
-    flush();
+    write_pending();
     if (descriptor >= 0 && ::close(descriptor) != 0)
         remember_failure();
     descriptor = -1;
@@ -66,51 +66,48 @@ std::string OutputFile::finish() {
     return get_failure();
 }
 
-void OutputFile::flush() const {
-    if (pending.empty())
-        return;
-    const int64_t start = m_pos - static_cast<int64_t>(pending.size());
-    const std::vector<char>& bytes = pending;
-    const size_t written = transfer_all(bytes.size(), [&](size_t done) {
-        return ::pwrite(descriptor, bytes.data() + done, bytes.size() - done,
-                        start + static_cast<off_t>(done));
-    });
-    if (written < bytes.size())
-        remember_failure();
+void OutputFile::write_pending() const {
+    write_out(pending.data(), pending.size(), m_pos - static_cast<int64_t>(pending.size()));
     pending.clear();
 }
 
+void OutputFile::write_out(const char* bytes, size_t size, int64_t offset) const {
+    if (size == 0 || !get_failure().empty())
+        return;
+    const int errno_before = errno; // OpenEXR's writer looks there for failures too
+    const size_t written = transfer_all(size, [&](size_t done) {
+        return ::pwrite(descriptor, bytes + done, size - done, offset + static_cast<off_t>(done));
+    });
+    if (written < size)
+        remember_failure();
+    errno = errno_before;
+}
+
 bool OutputFile::seek(int64_t offset) {
-    flush();
+    write_pending();
     m_pos = offset;
     return offset >= 0;
 }
 
 size_t OutputFile::write(const void* bytes, size_t size) {
+    const char* const begin = static_cast<const char*>(bytes);
     if (pending.size() + size > BUFFER_SIZE)
-        flush();
-    size_t written = size;
-    if (size >= BUFFER_SIZE)
-        written = pwrite(bytes, size, m_pos);
+        write_pending();
+    if (size > BUFFER_SIZE)
+        write_out(begin, size, m_pos);
     else
-        pending.insert(pending.end(), static_cast<const char*>(bytes),
-                       static_cast<const char*>(bytes) + size);
-    m_pos += static_cast<int64_t>(written);
-    return get_failure().empty() ? written : 0;
+        pending.insert(pending.end(), begin, begin + size);
+    m_pos += static_cast<int64_t>(size);
+    return size;
 }
 
 size_t OutputFile::pwrite(const void* bytes, size_t size, int64_t offset) {
-    const size_t written = transfer_all(size, [&](size_t done) {
-        return ::pwrite(descriptor, static_cast<const char*>(bytes) + done, size - done,
-                        offset + static_cast<off_t>(done));
-    });
-    if (written < size)
-        remember_failure();
-    return written;
+    write_out(static_cast<const char*>(bytes), size, offset);
+    return size;
 }
 
 size_t OutputFile::read(void* bytes, size_t size) {
-    flush();
+    write_pending();
     const size_t count = pread(bytes, size, m_pos);
     m_pos += static_cast<int64_t>(count);
     return count;
@@ -124,7 +121,7 @@ size_t OutputFile::pread(void* bytes, size_t size, int64_t offset) {
 }
 
 size_t OutputFile::size() const {
-    flush();
+    write_pending();
     struct stat status;
     return fstat(descriptor, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
 }

@@ -9,8 +9,9 @@
 
 namespace tool {
 
-/// The file that a format's writer writes to. The writers of some formats pass over failed writes, and that
-/// of one ends the process: this remembers the first failure of any kind.
+/// The file that a format's writer writes to. The writers of some formats pass over failed writes, that of
+/// JPEG ends the process, and that of OpenEXR's tiles waits for ever. So no write fails here: the first
+/// failure is remembered for the end, and nothing is written after it.
 class OutputFile : public OIIO::Filesystem::IOProxy {
 public:
     /// Empties the file at `path`, which must exist.
@@ -23,17 +24,18 @@ public:
     std::string get_failure() const;
 
     const char* proxytype() const override { return "tool"; }
-    void close() override { flush(); }
-    int64_t tell() override { return m_pos; }
+    void close() override { write_pending(); }
     bool seek(int64_t offset) override;
     size_t read(void* bytes, size_t size) override;
     size_t write(const void* bytes, size_t size) override;
     size_t pread(void* bytes, size_t size, int64_t offset) override;
     size_t pwrite(const void* bytes, size_t size, int64_t offset) override;
     size_t size() const override;
-    void flush() const override;
 
 private:
+    /// Writes at once, unless a write failed before.
+    void write_out(const char* bytes, size_t size, int64_t offset) const;
+    void write_pending() const;
     void remember_failure() const;
 
     int descriptor;

@@ -31,8 +31,6 @@ PictureWriter::PictureWriter(const std::string& path, const std::string& name)
     : path(path), name(name), output(OIIO::ImageOutput::create(path)) {
     if (!output)
         fail(OIIO::geterror());
-    if (output->supports("ioproxy") && !reads_while_it_writes(*output))
-        output->set_ioproxy(&file.emplace(path));
 }
 
 PictureWriter::~PictureWriter() = default;
@@ -51,15 +49,22 @@ void PictureWriter::fail_with_format(const std::string& fallback) const {
     fail(!of_file.empty() ? of_file : !of_format.empty() ? of_format : fallback);
 }
 
+bool PictureWriter::open_first_part(const std::vector<PartHeader>& parts, const FormatAbilities& abilities) {
+    const std::vector<OIIO::ImageSpec> specs = get_subimage_specs(parts);
+    // OpenEXR, the one format that wants to know all parts in advance, then opens the file itself.
+    if (specs.size() > 1 && !abilities.appends_subimages)
+        return output->open(path, static_cast<int>(specs.size()), specs.data());
+    if (output->supports("ioproxy") && !reads_while_it_writes(*output))
+        output->set_ioproxy(&file.emplace(path));
+    return output->open(path, parts.front().spec, OIIO::ImageOutput::Create);
+}
+
 const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,
                                                 const FormatAbilities& abilities) {
     const PartHeader& part = parts[index];
     bool opened;
     if (index == 0) {
-        const std::vector<OIIO::ImageSpec> specs = get_subimage_specs(parts);
-        opened = specs.size() > 1 && !abilities.appends_subimages
-                     ? output->open(path, static_cast<int>(specs.size()), specs.data())
-                     : output->open(path, part.spec, OIIO::ImageOutput::Create);
+        opened = open_first_part(parts, abilities);
     } else {
         const bool is_level = part.level > 0 && abilities.has_levels;
         opened =

@@ -31,6 +31,7 @@ public:
     void close();
 
 private:
+    bool open_first_part(const std::vector<PartHeader>& parts, const FormatAbilities& abilities);
     [[noreturn]] void fail(std::string reason) const;
     [[noreturn]] void fail_with_format(const std::string& fallback) const;
 

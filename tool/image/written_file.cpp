@@ -12,27 +12,34 @@ namespace tool {
 
 namespace {
 
-/// Reads the rows of pixels, or of tiles, that begin at `y`.
-bool read_rows(OIIO::ImageInput& input, int subimage, int level, int y, PixelBuffer& pixels) {
-    const OIIO::ImageSpec& spec = input.spec();
-    const int height = std::max(spec.tile_height, 1);
-    const int depth = std::max(spec.tile_depth, 1);
-    const int end = std::min(y + height, spec.y + spec.height);
-    pixels.resize(static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(height) *
-                  static_cast<std::size_t>(depth) * spec.pixel_bytes(true));
-    if (spec.tile_width == 0)
-        return input.read_native_scanlines(subimage, level, y, end, spec.z, pixels.data());
-    return input.read_native_tiles(subimage, level, spec.x, spec.x + spec.width, y, end, spec.z,
-                                   spec.z + std::min(depth, spec.depth), pixels.data());
+/// Where the last step of `step` that starts in [begin, begin + length) starts.
+int get_last_start(int begin, int length, int step) {
+    return begin + (length - 1) / step * step;
+}
+
+bool read_edge_rows(OIIO::ImageInput& input, int subimage, int level, PixelBuffer& pixels) {
+    const OIIO::ImageSpec spec = input.spec();
+    pixels.resize(spec.scanline_bytes(true));
+    const auto read = [&](int y, int z) {
+        return input.read_native_scanlines(subimage, level, y, y + 1, z, pixels.data());
+    };
+    return read(spec.y, spec.z) && read(spec.y + spec.height - 1, spec.z + spec.depth - 1);
+}
+
+bool read_edge_tiles(OIIO::ImageInput& input, int subimage, int level, PixelBuffer& pixels) {
+    const OIIO::ImageSpec spec = input.spec();
+    pixels.resize(spec.tile_bytes(true));
+    return input.read_native_tile(subimage, level, spec.x, spec.y, spec.z, pixels.data()) &&
+           input.read_native_tile(subimage, level, get_last_start(spec.x, spec.width, spec.tile_width),
+                                  get_last_start(spec.y, spec.height, spec.tile_height),
+                                  get_last_start(spec.z, spec.depth, std::max(spec.tile_depth, 1)),
+                                  pixels.data());
 }
 
 bool read_edges(OIIO::ImageInput& input, int subimage, int level) {
-    const OIIO::ImageSpec spec = input.spec();
-    const int height = std::max(spec.tile_height, 1);
-    const int last = spec.y + (spec.height - 1) / height * height;
     PixelBuffer pixels;
-    return read_rows(input, subimage, level, spec.y, pixels) &&
-           read_rows(input, subimage, level, last, pixels);
+    return input.spec().tile_width == 0 ? read_edge_rows(input, subimage, level, pixels)
+                                        : read_edge_tiles(input, subimage, level, pixels);
 }
 
 std::string explain(const std::string& reason) {

@@ -6,9 +6,9 @@
 namespace tool {
 
 /// Why the picture file at `path`, just written, is not whole; empty when it is. Looks for `part_count`
-/// parts, levels of resolution counted, and reads the first and the last rows of each: what a full disk cuts
-/// off is the end of the file, and formats begin at either edge. For formats whose writers pass over failed
-/// writes.
+/// parts, levels of resolution counted, and reads the first and the last row or tile of each: what a full
+/// disk cuts off is the end of the file, and formats begin at either edge. For formats whose writers pass
+/// over failed writes.
 std::string find_damage(const std::string& path, std::size_t part_count);
 
 } // namespace tool

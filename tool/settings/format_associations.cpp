@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_constants.h"

@@ -1,6 +1,7 @@
 #include "tool/settings/formats_change.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "standalone/standalone_app.h"
 #include "tool/color_session.h"

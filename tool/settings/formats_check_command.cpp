@@ -1,6 +1,7 @@
 #include <string>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"

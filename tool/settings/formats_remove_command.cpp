@@ -1,31 +1,23 @@
-#include <string>
-
 #include <fmt/format.h>
 
 #include "colorio/color_io_auto_detection.h"
-#include "tool/color_session.h"
-#include "tool/console.h"
 #include "tool/settings/format_associations.h"
 #include "tool/settings/formats_change.h"
 #include "tool/settings/formats_command.h"
+#include "tool/settings/remove_command.h"
 
 namespace tool {
 
 namespace {
 
-constexpr char EXAMPLES[] = R"(  colorio formats remove Camera)";
-
-class FormatsRemoveCommand : public Command {
+class FormatsRemoveCommand : public RemoveCommand {
 public:
     explicit FormatsRemoveCommand(CLI::App& program)
-        : Command(program, "remove", "Remove a format that was added", EXAMPLES) {
-        options->add_option("category", category, "Format to remove")->required();
-        add_preference_options(*options, session_options);
-        session_options.builtin_only = true;
-    }
+        : RemoveCommand(program, {"Remove a format that was added", "category", "Format to remove",
+                                  "  colorio formats remove Camera"}) {}
 
-    ExitCode run(Console& console) override {
-        ColorSession session(session_options, console, PreferenceUse::CHANGE);
+private:
+    void remove(const std::string& category) override {
         const unsigned int row = find_category(category);
         if (is_builtin_category(category))
             throw CommandError(
@@ -33,15 +25,8 @@ public:
                             "with 'colorio formats set'",
                             category));
         ColorIOAutoDetection::get_instance()->remove_file_format(row);
-        session.save_preferences();
-        console.print(fmt::format("{} is removed", category));
-        note_mapping_file(session, console);
-        return EXIT_CODE_DONE;
     }
-
-private:
-    SessionOptions session_options;
-    std::string category;
+    void add_notes(ColorSession& session, Console& console) override { note_mapping_file(session, console); }
 };
 
 } // namespace

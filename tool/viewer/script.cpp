@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "tool/console.h"
 #include "tool/exit_code.h"

@@ -18,6 +18,32 @@ constexpr int EDGE = 32;
 constexpr std::size_t TABLE_SIZE = EDGE * EDGE * EDGE * 3;
 const ocio::GpuShaderDesc CORE{ocio::GPU_LANGUAGE_GLSL_1_3, "OCIODisplay", EDGE};
 
+// From 2.5 on the library keeps declarations apart by kind and wants to know a texture's dimensions. The int
+// prefers the older form where both exist.
+
+template <class Creator>
+auto declare(Creator& creator, const char* text, int) -> decltype(creator.addToDeclareShaderCode(text)) {
+    creator.addToDeclareShaderCode(text);
+}
+template <class Creator>
+void declare(Creator& creator, const char* text, long) {
+    creator.addToTextureDeclareShaderCode(text);
+}
+
+template <class Creator>
+auto add_row(Creator& creator, const float* values, unsigned length, int)
+    -> decltype(creator.addTexture("", "", length, 1, Creator::TEXTURE_RED_CHANNEL, library::INTERP_LINEAR,
+                                   values),
+                void()) {
+    creator.addTexture("flat", "flatSampler", length, 1, Creator::TEXTURE_RED_CHANNEL, library::INTERP_LINEAR,
+                       values);
+}
+template <class Creator>
+void add_row(Creator& creator, const float* values, unsigned length, long) {
+    creator.addTexture("flat", "flatSampler", length, 1, Creator::TEXTURE_RED_CHANNEL, Creator::TEXTURE_1D,
+                       library::INTERP_LINEAR, values);
+}
+
 /// What the library may generate, made by hand.
 class GeneratedShader : public testing::Test {
 protected:
@@ -32,7 +58,7 @@ protected:
     }
 
     std::optional<ocio::GpuShader> adapt(const std::string& declarations, const std::string& body) {
-        generated_->addToDeclareShaderCode(declarations.c_str());
+        declare(*generated_, declarations.c_str(), 0);
         generated_->addToFunctionHeaderShaderCode(
             "vec4 OCIODisplay(vec4 inPixel)\n{\nvec4 out_pixel = inPixel;\n");
         generated_->addToFunctionShaderCode(body.c_str());
@@ -74,8 +100,7 @@ TEST_F(GeneratedShader, WithTwoTablesIsNotTaken) {
 
 TEST_F(GeneratedShader, WithAFlatTextureIsNotTaken) {
     const std::vector<float> values(16, 0.5f);
-    generated_->addTexture("flat", "flatSampler", 16, 1, library::GpuShaderCreator::TEXTURE_RED_CHANNEL,
-                           library::INTERP_LINEAR, values.data());
+    add_row(*generated_, values.data(), 16, 0);
     EXPECT_FALSE(adapt("uniform sampler1D flatSampler;\n", ""));
 }
 
