@@ -1,0 +1,165 @@
+#!/usr/bin/env python3
+"""Tests of scripts/parity_table and of the program whose values it compares.
+
+usage: parity_table_test.py PARITY_VALUES
+"""
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+TABLE = PROJECT / "scripts" / "parity_table"
+SAMPLES = PROJECT / "tests" / "parity" / "samples"
+PROGRAM = ""
+ROW = "space\tgamma\tto scene-linear\tpixel"
+
+
+def values(library, *lines):
+    return "\n".join((f"library\t{library}", "grid\t0.5\t0.25\t2\t1", *lines)) + "\n"
+
+
+class TableTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.set_reasons()
+
+    def set_reasons(self, *lines):
+        text = "".join(line + "\n" for line in ("# a remark", *lines))
+        (self.folder / "reasons.tsv").write_text(text, encoding="utf-8")
+
+    def run_table(self, older, newer):
+        for name, text in (("older", older), ("newer", newer)):
+            file = self.folder / name / "show" / "config.ocio.tsv"
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text, encoding="utf-8")
+        arguments = [self.folder / name for name in ("reasons.tsv", "older", "newer")]
+        return subprocess.run([sys.executable, "-B", TABLE, *arguments], capture_output=True, text=True, check=False)
+
+    def expect(self, older, newer, status, *parts):
+        done = self.run_table(older, newer)
+        self.assertEqual(done.stderr, "")
+        self.assertEqual(done.returncode, status, done.stdout)
+        for part in parts:
+            self.assertIn(part, done.stdout)
+
+    def test_values_within_the_tolerance_need_no_reason(self):
+        self.expect(values("1.1.1", f"{ROW}\t0\t1\t100\tnan"), values("2.1.2", f"{ROW}\t2e-6\t1.000012\t100.001\tnan"),
+                    0, "show/config.ocio: OpenColorIO 1.1.1 and 2.1.2", "space gamma", "0.001   1.2e-05",
+                    "1 rows, 0 beyond", "0 unexplained")
+
+    def test_each_kind_of_difference_is_found(self):
+        old = values("1.1.1", f"{ROW}\t0\t1\t100\t1")
+        for numbers in ("2.1e-6\t1\t100\t1", "0\t1.000013\t100\t1", "0\t1\t100.0011\t1", "0\t1\t100\t0.9",
+                        "nan\t1\t100\t1", "0\tinf\t100\t1"):
+            with self.subTest(numbers):
+                self.expect(old, values("2.1.2", f"{ROW}\t{numbers}"), 1, "UNEXPLAINED; channel ",
+                            "1 beyond", "1 unexplained")
+
+    def test_the_worst_colour_is_told(self):
+        self.expect(values("1.1.1", f"{ROW}\t0\t1\t100\t1"), values("2.1.2", f"{ROW}\t1e-5\t3\t100.1\t1"), 1,
+                    "channel 1 of 0.5 0.25 2: 1 and 3")
+
+    def test_pictures_count_too(self):
+        lines = (f"{ROW}\t0\t1\t2\t1", ROW.replace("pixel", "picture") + "\t0\t1\t{}\t1")
+        old = values("1.1.1", *lines).format(2)
+        self.expect(old, values("2.1.2", *lines).format(2), 0)
+        self.expect(old, values("2.1.2", *lines).format(3), 1, "UNEXPLAINED")
+
+    def test_a_reason_excuses_its_own_row_up_to_its_limit(self):
+        old, new = values("1.1.1", f"{ROW}\t0\t1\t2\t1"), values("2.1.2", f"{ROW}\t0\t1\t2.5\t1")
+        fitting = "1.*\t2.*\tshow/*\tspace gamma\tto *\t0.6\tbecause so"
+        self.set_reasons(fitting)
+        self.expect(old, new, 0, "because so", "1 beyond", "0 unexplained")
+        for change in (("0.6", "0.4"), ("gamma", "log"), ("to *", "from *"), ("show", "other"), ("2.*", "3.*")):
+            with self.subTest(change):
+                self.set_reasons(fitting.replace(*change))
+                self.expect(old, new, 1, "UNEXPLAINED")
+
+    def test_a_reason_that_nothing_needs_fails(self):
+        same = f"{ROW}\t0\t1\t2\t1"
+        reason = "1.*\t2.*\tshow/config.ocio\tspace gamma\tto *\t0.6\tbecause so"
+        self.set_reasons(reason)
+        self.expect(values("1.1.1", same), values("2.1.2", same), 1, "no difference has this reason any more")
+        self.set_reasons(reason.replace("show/config.ocio", "*"))
+        self.expect(values("1.1.1", same), values("2.1.2", same), 0)
+        self.set_reasons(reason.replace("show", "other"))
+        self.expect(values("1.1.1", same), values("2.1.2", same), 0)
+
+    def test_a_conversion_that_one_library_refuses_needs_a_reason(self):
+        converts = f"{ROW}\t0\t1\t2\t1"
+        refused = ROW.replace("pixel", "refused\tfailed. OCIO exception: no cubes backwards")
+        self.expect(values("1.1.1", refused), values("2.1.2", refused), 0, "refused by both")
+        self.expect(values("1.1.1", converts), values("2.1.2", refused), 1,
+                    "refused by 2.1.2: no cubes backwards; UNEXPLAINED")
+        self.set_reasons("*\t*\t*\t*\t*\trefused by 1.*: no cubes *\tcubes are hard")
+        self.expect(values("1.1.1", refused), values("2.1.2", converts), 0, "cubes are hard")
+        self.expect(values("1.1.1", converts), values("2.1.2", refused), 1, "UNEXPLAINED")
+
+    def test_a_row_that_one_library_lacks_needs_a_reason(self):
+        more = (f"{ROW}\t0\t1\t2\t1", f"{ROW}\t0\t1\t2\t1".replace("gamma", "log"))
+        for old, new, library in ((more, more[:1], "1.1.1"), (more[:1], more, "2.1.2")):
+            self.expect(values("1.1.1", *old), values("2.1.2", *new), 1, f"published by {library} only; UNEXPLAINED")
+
+    def test_a_refused_configuration_is_a_row_of_its_own(self):
+        converts = values("2.1.2", f"{ROW}\t0\t1\t2\t1")
+        newer = "library\t1.1.1\nrefused\tOCIO exception: it needs a newer colour library than 1.1.1\n"
+        self.expect(newer, converts, 0, "(configuration)", "refused by 1.1.1: it needs a newer", "1 rows, 0 beyond")
+        self.expect(newer.replace("newer", "better"), converts, 1, "UNEXPLAINED")
+        self.expect(newer.replace("newer", "better"), newer.replace("1.1.1", "2.1.2"), 0, "refused by 2.1.2")
+
+    def test_half_a_file_is_no_result(self):
+        whole = values("1.1.1", f"{ROW}\t0\t1\t2\t1")
+        for broken in ("", "library\t2.1.2\n", whole.replace("\t2\t1\n", "\n")):
+            with self.subTest(broken):
+                done = self.run_table(whole, broken)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertNotIn("unexplained", done.stdout)
+
+
+class ProgramTest(unittest.TestCase):
+    def rows_of(self, *arguments):
+        done = subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, check=False)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return [line.split("\t") for line in done.stdout.splitlines()]
+
+    def test_a_power_is_a_power_in_pixels_and_pictures(self):
+        rows = self.rows_of(SAMPLES / "operations" / "config.ocio")
+        self.assertEqual(rows[0][0], "library")
+        self.assertEqual(rows[1][0], "grid")
+        grid = [float(number) for number in rows[1][1:]]
+        for size in ("pixel", "picture"):
+            row = next(row for row in rows if row[:4] == ["space", "gamma", "to scene-linear", size])
+            self.assertEqual(len(row) - 4, len(grid))
+            for at, (before, after) in enumerate(zip(grid, row[4:], strict=True)):
+                expected = before if at % 4 == 3 else max(before, 0.0) ** 2.2
+                self.assertAlmostEqual(float(after), expected, delta=1e-6 + 1e-5 * expected)
+
+    def test_every_space_has_both_directions_and_every_view_one(self):
+        rows = self.rows_of()[2:]
+        self.assertEqual([tuple(row[:3]) for row in rows if row[3] == "pixel"], [
+            ("space", "Tavelion|sRGB", "to scene-linear"), ("space", "Tavelion|sRGB", "from scene-linear"),
+            ("space", "Tavelion|Cineon", "to scene-linear"), ("space", "Tavelion|Cineon", "from scene-linear"),
+            ("view", "Tavelion.sRGB", "from scene-linear"), ("view", "Tavelion.Cineon", "from scene-linear"),
+            ("view", "Tavelion.linear", "from scene-linear")])
+
+    def test_refusals_are_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            config = pathlib.Path(folder) / "config.ocio"
+            config.write_text("ocio_profile_version: 99\n", encoding="utf-8")
+            self.assertIn("needs a newer colour library", self.rows_of(config)[1][1])
+            config.write_text("ocio_profile_version: 1\nroles: {scene_linear: lin}\n"
+                              "displays:\n  d:\n    - !<View> {name: v, colorspace: lin}\n"
+                              "colorspaces:\n  - !<ColorSpace>\n    name: lin\n  - !<ColorSpace>\n    name: lost\n"
+                              "    to_reference: !<FileTransform> {src: nowhere.spi1d}\n", encoding="utf-8")
+            row = self.rows_of(config)[2]
+            self.assertEqual(row[:4], ["space", "lost", "to scene-linear", "refused"])
+            self.assertIn("nowhere.spi1d", row[4])
+
+
+if __name__ == "__main__":
+    PROGRAM = sys.argv.pop(1)
+    unittest.main()
