@@ -40,6 +40,10 @@ TEST(CdlDocument, OfACollectionReadsBack) {
     EXPECT_THAT(get_slope(read[1]), ElementsAre(0.33333334f, 1.0f, 1.0f));
 }
 
+TEST(CdlDocument, NamesNoIdWhereThereIsNone) {
+    EXPECT_THAT(ocio::write_cdl_document({make_numbers("", 2)}, false), testing::Not(HasSubstr("id=")));
+}
+
 TEST(CdlDocument, OfOneCorrectionTakesNoOtherCount) {
     for (const std::vector<ocio::CdlNumbers>& corrections :
          {std::vector<ocio::CdlNumbers>{}, {make_numbers("a", 1.0), make_numbers("b", 2.0)}})
