@@ -106,20 +106,28 @@ void pack_pixels(Block& block, std::size_t channels, float* pixels) {
     }
 }
 
-void take_plane(const float* from, std::size_t count, float* plane) {
+void take_planes(const float* const planes[4], std::size_t channels, const PlanePiece& piece, Block& block) {
     const hn::ScalableTag<float> d;
-    const std::size_t rest = for_whole_vectors(
-        count, [&](std::size_t i) HWY_ATTR { hn::StoreU(hn::LoadU(d, from + i), d, plane + i); });
-    std::memcpy(plane + count - rest, from + count - rest, rest * sizeof(float));
+    for (std::size_t c = 0; c < channels; ++c) {
+        const float* const from = planes[c] + piece.offset;
+        float* const to = block.plane[c] + piece.at;
+        const std::size_t rest = for_whole_vectors(
+            piece.length, [&](std::size_t i) HWY_ATTR { hn::StoreU(hn::LoadU(d, from + i), d, to + i); });
+        std::memcpy(to + piece.length - rest, from + piece.length - rest, rest * sizeof(float));
+    }
 }
 
-void give_plane(const float* plane, std::size_t count, float* to, Lookahead& lookahead) {
+void give_planes(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]) {
     const hn::ScalableTag<float> d;
-    const std::size_t rest = for_whole_vectors(count, [&](std::size_t i) HWY_ATTR {
-        lookahead.fetch_line();
-        hn::StoreU(hn::LoadU(d, plane + i), d, to + i);
-    });
-    std::memcpy(to + count - rest, plane + count - rest, rest * sizeof(float));
+    for (std::size_t c = 0; c < channels; ++c) {
+        const float* const from = block.plane[c] + piece.at;
+        float* const to = planes[c] + piece.offset;
+        const std::size_t rest = for_whole_vectors(piece.length, [&](std::size_t i) HWY_ATTR {
+            block.lookahead.fetch_line();
+            hn::StoreU(hn::LoadU(d, from + i), d, to + i);
+        });
+        std::memcpy(to + piece.length - rest, from + piece.length - rest, rest * sizeof(float));
+    }
 }
 
 } // namespace HWY_NAMESPACE
@@ -131,8 +139,8 @@ namespace pixel {
 
 HWY_EXPORT(unpack_pixels);
 HWY_EXPORT(pack_pixels);
-HWY_EXPORT(take_plane);
-HWY_EXPORT(give_plane);
+HWY_EXPORT(take_planes);
+HWY_EXPORT(give_planes);
 
 void unpack(const float* pixels, std::size_t channels, Block& block) {
     HWY_DYNAMIC_DISPATCH(unpack_pixels)(pixels, channels, block);
@@ -142,12 +150,12 @@ void pack(Block& block, std::size_t channels, float* pixels) {
     HWY_DYNAMIC_DISPATCH(pack_pixels)(block, channels, pixels);
 }
 
-void take(const float* from, std::size_t count, float* plane) {
-    HWY_DYNAMIC_DISPATCH(take_plane)(from, count, plane);
+void take(const float* const planes[4], std::size_t channels, const PlanePiece& piece, Block& block) {
+    HWY_DYNAMIC_DISPATCH(take_planes)(planes, channels, piece, block);
 }
 
-void give(const float* plane, std::size_t count, float* to, Lookahead& lookahead) {
-    HWY_DYNAMIC_DISPATCH(give_plane)(plane, count, to, lookahead);
+void give(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]) {
+    HWY_DYNAMIC_DISPATCH(give_planes)(block, channels, piece, planes);
 }
 
 } // namespace pixel

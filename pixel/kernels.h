@@ -28,8 +28,15 @@ void run_cube(const CubeStage& stage, Block& block);
 void unpack(const float* pixels, std::size_t channels, Block& block);
 void pack(Block& block, std::size_t channels, float* pixels);
 
-/// Copies `count` floats into a plane of a block, and back into a picture's.
-void take(const float* from, std::size_t count, float* plane);
-void give(const float* plane, std::size_t count, float* to, Lookahead& lookahead);
+/// Neighbouring pixels of planes: `length` of them, `offset` floats behind the start of each plane, and `at`
+/// floats behind the start of the block's.
+struct PlanePiece {
+    std::ptrdiff_t offset;
+    std::size_t at, length;
+};
+
+/// Copies pixels of the first `channels` planes into a block, and back.
+void take(const float* const planes[4], std::size_t channels, const PlanePiece& piece, Block& block);
+void give(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]);
 
 } // namespace pixel

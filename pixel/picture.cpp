@@ -1,6 +1,7 @@
 #include "pixel/picture.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <type_traits>
 
@@ -27,11 +28,31 @@ void run_all(const std::vector<Stage>& stages, Block& block) {
     }
 }
 
+/// Pixels in front of the first one that starts a cache line; 0 when none does. Vectors as long as a line
+/// would otherwise take two of them each.
+std::size_t pixels_before_line(const float* pixels, std::size_t channels) {
+    constexpr std::uintptr_t LINE = 64;
+    auto at = reinterpret_cast<std::uintptr_t>(pixels);
+    for (std::size_t i = 0; i < LINE / sizeof(float); ++i, at += channels * sizeof(float)) {
+        if (at % LINE == 0) {
+            return i;
+        }
+    }
+    return 0;
+}
+
+/// Length of the first of several blocks.
+std::size_t first_length(const float* pixels, std::size_t channels, std::size_t count) {
+    const std::size_t before = count > BLOCK_PIXELS ? pixels_before_line(pixels, channels) : 0;
+    return before > 0 ? before : std::min(BLOCK_PIXELS, count);
+}
+
 void run_gapless(const std::vector<Stage>& stages, float* pixels, std::size_t channels, std::size_t count,
                  Block& block) {
-    for (std::size_t done = 0; done < count; done += BLOCK_PIXELS) {
+    std::size_t length = first_length(pixels, channels, count);
+    for (std::size_t done = 0; done < count; done += length, length = std::min(BLOCK_PIXELS, count - done)) {
         float* const from = pixels + done * channels;
-        set_count(block, std::min(BLOCK_PIXELS, count - done));
+        set_count(block, length);
         block.lookahead.clear();
         if (const std::size_t rest = count - done - block.count) {
             block.lookahead.add(from + block.count * channels, std::min(BLOCK_PIXELS, rest) * channels);
@@ -62,14 +83,14 @@ private:
     std::size_t position_ = 0;
 };
 
-/// Calls `piece(row, column, pixels before it in the block, length)` until the block is full or the picture
-/// ends.
+/// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or
+/// the picture ends.
 template <class F>
-std::size_t for_block(Walk& walk, F&& piece) {
+std::size_t for_block(Walk& walk, std::size_t limit, F&& piece) {
     std::size_t filled = 0;
-    while (filled < BLOCK_PIXELS && !walk.at_end()) {
+    while (filled < limit && !walk.at_end()) {
         const std::size_t row = walk.row(), column = walk.column();
-        const std::size_t length = walk.take(BLOCK_PIXELS - filled);
+        const std::size_t length = walk.take(limit - filled);
         piece(row, column, filled, length);
         filled += length;
     }
@@ -87,20 +108,21 @@ void run_scattered(const std::vector<Stage>& stages, float* data, const PackedLa
     Walk read(layout.width, layout.height);
     while (!read.at_end()) {
         Walk write = read;
-        const std::size_t count =
-            for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+        const std::size_t count = for_block(
+            read, BLOCK_PIXELS, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
                 const float* from = pixel(row, column);
                 for (std::size_t i = 0; i < length; ++i, from += layout.pixel_stride) {
                     std::memcpy(copy + (at + i) * channels, from, channels * sizeof(float));
                 }
             });
         run_gapless(stages, copy, channels, count, block);
-        for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
-            float* to = pixel(row, column);
-            for (std::size_t i = 0; i < length; ++i, to += layout.pixel_stride) {
-                std::memcpy(to, copy + (at + i) * channels, channels * sizeof(float));
-            }
-        });
+        for_block(write, BLOCK_PIXELS,
+                  [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+                      float* to = pixel(row, column);
+                      for (std::size_t i = 0; i < length; ++i, to += layout.pixel_stride) {
+                          std::memcpy(to, copy + (at + i) * channels, channels * sizeof(float));
+                      }
+                  });
     }
 }
 
@@ -142,34 +164,33 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         height = 1;
     }
     const bool with_alpha = planes[3] && std::any_of(stages.begin(), stages.end(), needs_alpha);
-    const int channels = with_alpha ? 4 : 3;
+    const std::size_t channels = with_alpha ? 4 : 3;
+    const auto offset = [&](std::size_t row, std::size_t column) {
+        return static_cast<std::ptrdiff_t>(row) * row_stride + static_cast<std::ptrdiff_t>(column);
+    };
     Block block;
-    Walk read(width, height);
-    while (!read.at_end()) {
+    std::size_t limit = first_length(planes[0], 1, width * height);
+    for (Walk read(width, height); !read.at_end(); limit = BLOCK_PIXELS) {
         Walk write = read;
-        const auto offset = [&](std::size_t row, std::size_t column) {
-            return static_cast<std::ptrdiff_t>(row) * row_stride + static_cast<std::ptrdiff_t>(column);
-        };
-        const std::size_t count =
-            for_block(read, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
-                for (int c = 0; c < channels; ++c) {
-                    take(planes[c] + offset(row, column), length, block.plane[c] + at);
-                }
+        const std::size_t count = for_block(
+            read, limit, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+                take(planes, channels, {offset(row, column), at, length}, block);
             });
         set_count(block, count);
         block.lookahead.clear();
-        for (int c = 0; c < channels && !read.at_end(); ++c) {
-            block.lookahead.add(planes[c] + offset(read.row(), read.column()),
-                                std::min(BLOCK_PIXELS, width - read.column()));
+        if (!read.at_end()) {
+            const std::size_t column = read.column(), ahead = std::min(BLOCK_PIXELS, width - column);
+            const std::ptrdiff_t next = offset(read.row(), column);
+            for (std::size_t c = 0; c < channels; ++c) {
+                block.lookahead.add(planes[c] + next, ahead);
+            }
         }
         if (channels == 3) {
             std::fill(block.plane[3], block.plane[3] + block.padded, 0.0f);
         }
         run_all(stages, block);
-        for_block(write, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
-            for (int c = 0; c < channels; ++c) {
-                give(block.plane[c] + at, length, planes[c] + offset(row, column), block.lookahead);
-            }
+        for_block(write, limit, [&](std::size_t row, std::size_t column, std::size_t at, std::size_t length) {
+            give(block, channels, {offset(row, column), at, length}, planes);
         });
     }
 }

@@ -148,6 +148,34 @@ TEST_P(Layouts, PlanarPicturesGiveWhatPackedOnesGiveWhateverTheOperationDoesWith
     }
 }
 
+TEST_P(Layouts, PicturesMayStartAnywhereInMemory) {
+    constexpr std::size_t WIDTH = 1100;
+    for (std::size_t start = 0; start < 32; ++start) {
+        for (const std::size_t channels : {3, 4}) {
+            const std::vector<float> before = numbered(start + 4 * WIDTH);
+            std::vector<float> wanted = before, actual = before;
+            for (std::size_t i = 0; i < WIDTH; ++i) {
+                float* p = wanted.data() + start + channels * i;
+                const Pixel out = expected({p[0], p[1], p[2], channels == 4 ? p[3] : 0.0f});
+                std::copy_n(out.begin(), channels, p);
+            }
+            program.apply_packed(actual.data() + start, WIDTH, 1, channels);
+            ASSERT_EQ(actual, wanted) << start << ", " << channels << " channels";
+
+            std::vector<float> planes(start + 4 * WIDTH);
+            float* p = planes.data() + start;
+            for (std::size_t i = 0; i < channels * WIDTH; ++i) {
+                p[i % channels * WIDTH + i / channels] = before[start + i];
+            }
+            program.apply_planar(p, p + WIDTH, p + 2 * WIDTH, channels == 4 ? p + 3 * WIDTH : nullptr, WIDTH,
+                                 1);
+            for (std::size_t i = 0; i < channels * WIDTH; ++i) {
+                ASSERT_EQ(p[i % channels * WIDTH + i / channels], wanted[start + i]) << start;
+            }
+        }
+    }
+}
+
 TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
     program.apply_packed(nullptr, 0, 10, 4);
     program.apply_packed(nullptr, 10, 0, 3);
