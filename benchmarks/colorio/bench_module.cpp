@@ -31,4 +31,7 @@ std::string BenchFolder::write(const std::string& name, const std::string& text)
 void stop_module() {
     ColorIO::destroy();
     ColorIOAutoDetection::destroy();
+    // The facade outlives the manager and connects to its own events with every start; a process starts once.
+    ColorIO::___class_destructor__(ColorIO::s_singleton, false);
+    ColorIO::s_singleton = nullptr;
 }
