@@ -27,12 +27,12 @@ void convert_bands(std::vector<float>& pixels, unsigned int threads, const Conve
         for (std::size_t band = next++; band < BANDS; band = next++)
             convert(pixels.data() + band * BAND_FLOATS);
     };
-    std::vector<std::thread> helpers;
+    std::vector<std::thread> others;
     for (unsigned int i = 1; i < threads; ++i)
-        helpers.emplace_back(work);
+        others.emplace_back(work);
     work();
-    for (std::thread& helper : helpers)
-        helper.join();
+    for (std::thread& other : others)
+        other.join();
 }
 
 double fastest(const std::vector<double>& times) {
