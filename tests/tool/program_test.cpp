@@ -30,7 +30,7 @@ TEST_F(Program, HelpsOnStandardOutput) {
 }
 
 TEST_F(Program, HelpsWithExamplesOnEveryCommand) {
-    for (const std::string command : {"list", "convert", "explain", "shader", "check"}) {
+    for (const std::string command : {"list", "convert", "explain", "shader", "check", "view"}) {
         const ToolRun result = run({command, "--help"});
         EXPECT_THAT(result, Succeeds()) << command;
         EXPECT_THAT(result.out, AllOf(HasSubstr("Examples:"), HasSubstr("colorio " + command))) << command;

@@ -1,6 +1,8 @@
 #include "tool/viewer/script.h"
 
+#include <filesystem>
 #include <sstream>
+#include <thread>
 
 #include "tests/viewer/viewer_fixture.h"
 #include "tool/exit_code.h"
@@ -85,6 +87,18 @@ TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {
     write_ramps(picture, 8, 8);
     run("await-change 10\n");
     EXPECT_EQ(model->get_picture()->width, 8);
+}
+
+TEST_F(ScriptOfAViewer, PassesOverWhatAnEditorWritesBesideTheFile) {
+    std::thread editor([this] {
+        for (int i = 0; i < 20; ++i)
+            folder.write("notes.tmp", "another file");
+        write_ramps(folder.file("saving.exr"), 9, 9);
+        std::filesystem::rename(folder.file("saving.exr"), model->get_picture()->path);
+    });
+    run("await-change 10\n");
+    editor.join();
+    EXPECT_EQ(model->get_picture()->width, 9);
 }
 
 } // namespace

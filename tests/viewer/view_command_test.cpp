@@ -63,6 +63,29 @@ TEST_F(CommandView, FailsWithOneAndSaysWhyWhenTheViewCannotBeMade) {
     const std::string config = write_config(folder); // Its LUT is missing.
     EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Shown", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("shown.spi1d"));
+    EXPECT_FALSE(folder.exists("screenshot.png"));
+}
+
+TEST_F(CommandView, ZoomsIntoTheMiddle) {
+    ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--zoom", "8", "--screenshot",
+                   screenshot}),
+              0)
+        << err.str();
+    const ShownPicture shown = read_shown(screenshot);
+    EXPECT_EQ(shown.at(8, 8), shown.at(15, 15)) << "one pixel of the picture";
+    EXPECT_NEAR(shown.at(31, 0)[0] - shown.at(0, 0)[0], 255 * 1.5 * 3 / 31, 3) << "four pixels side by side";
+}
+
+TEST_F(CommandView, StepsThroughThePicturesInTheirOrder) {
+    const std::string second = folder.file("second.exr"), third = folder.file("third.exr");
+    write_ramps(second, 8, 8);
+    write_ramps(third, 8, 8);
+    const std::string script = folder.write("tour.txt", "print\nnext\nprint\nnext\nprint\n");
+    ASSERT_EQ(run({picture, second, third, "--script", script, "--no-window"}), 0) << err.str();
+    const std::string text = out.str();
+    EXPECT_LT(text.find("picture: " + picture), text.find("picture: " + second));
+    EXPECT_LT(text.find("picture: " + second), text.find("picture: " + third));
+    EXPECT_NE(text.find("picture: " + third), std::string::npos);
 }
 
 TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {

@@ -102,7 +102,7 @@ TEST_F(ModelOfAViewer, ExposesInSceneLinearLight) {
     EXPECT_THAT(shown_white(), FloatNear(0.25, 1e-6)) << "1 there is 2 in scene-linear light";
 }
 
-TEST_F(ModelOfAViewer, AppliesACdlBehindTheExposure) {
+TEST_F(ModelOfAViewer, AppliesACdlBeforeTheExposure) {
     model->use_cdl_library(folder.write("looks.ccc", R"(<ColorCorrectionCollection xmlns="urn:ASC:CDL:v1.01">
   <ColorCorrection id="warm">
     <SOPNode><Slope>2 1 0.5</Slope><Offset>0.25 0 0</Offset><Power>1 1 1</Power></SOPNode>
@@ -112,7 +112,7 @@ TEST_F(ModelOfAViewer, AppliesACdlBehindTheExposure) {
     EXPECT_THAT(host->get_cdls(), ElementsAre("No CDL", "warm"));
     model->set_cdl("warm");
     model->set_exposure(-2);
-    EXPECT_THAT(shown_white(), FloatNear(0.75, 1e-6)) << "2 * 0.25 + 0.25";
+    EXPECT_THAT(shown_white(), FloatNear(0.5625, 1e-6)) << "(2 * 1 + 0.25) / 4";
     EXPECT_THAT(message_of([&] { model->set_cdl("warn"); }), HasSubstr("did you mean 'warm'?"));
 }
 

@@ -41,9 +41,9 @@ ColorChain::ColorChain(ColorHost& host, const ColorSettings& settings) {
     if (has_cdl || settings.exposure != 0) {
         const std::string scene_linear(ColorIO::get_ROLE_SCENE_LINEAR().view());
         add_conversion(host, from, scene_linear);
-        gain_position = stages.size();
         if (has_cdl)
             add_cdl(host, settings.cdl);
+        gain_position = stages.size();
         from = scene_linear;
     }
     if (!settings.view.empty())

@@ -13,7 +13,7 @@ namespace tool {
 class ColorHost;
 
 /// The conversions between a picture and the screen, configured: from the input space to the view in one; or,
-/// with an exposure or a CDL, to scene-linear light, which is exposed and corrected there, and from there to
+/// with an exposure or a CDL, to scene-linear light, which is corrected and exposed there, and from there to
 /// the view. It keeps its conversions whatever happens to the configuration.
 class ColorChain {
 public:

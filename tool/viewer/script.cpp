@@ -48,8 +48,15 @@ void set_zoom(Camera& camera, const std::string& argument) {
 
 void await_change(Viewer& viewer, const std::string& argument) {
     const auto patience = std::chrono::milliseconds(std::lround(1000 * parse_number(argument)));
-    if (!viewer.get_model().follow_files(patience))
-        throw CommandError(fmt::format("no file changed within {} s", argument));
+    const auto end = std::chrono::steady_clock::now() + patience;
+    // What an editor writes beside the file comes first.
+    for (auto left = patience;;
+         left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())) {
+        if (viewer.get_model().follow_files(std::max(left, std::chrono::milliseconds::zero())))
+            return;
+        if (left <= std::chrono::milliseconds::zero())
+            throw CommandError(fmt::format("no file changed within {} s", argument));
+    }
 }
 
 void print_state(Viewer& viewer, Console& console) {
@@ -118,13 +125,11 @@ constexpr ScriptCommand COMMANDS[] = {
          viewer.get_model().set_difference_scale(static_cast<float>(parse_number(factor)));
      }},
     {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
-     [](Viewer& viewer, Console&, const std::string& factor) {
-         set_zoom(viewer.get_model().get_camera(), factor);
-     }},
+     [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},
     {"pan", "X Y", "move the picture by pixels of the screen",
      [](Viewer& viewer, Console&, const std::string& by) {
          const auto [x, y] = parse_pair(by);
-         viewer.get_model().get_camera().pan(x, y);
+         viewer.get_camera().pan(x, y);
      }},
     {"cursor", "X Y", "read out the pixel at a position of the screen",
      [](Viewer& viewer, Console&, const std::string& at) {

@@ -99,8 +99,9 @@ private:
     }
 
     void apply_options(ViewModel& model) const {
-        for (auto path = paths.rbegin(); path != paths.rend(); ++path)
-            model.open(*path);
+        for (const std::string& path : paths)
+            model.open(path);
+        model.step_picture(1); // from the last round to the first
         if (!space.empty())
             model.set_input_space(space);
         if (!cdl_library.empty())
@@ -112,19 +113,27 @@ private:
                 model.set_view(side, views[side]);
         model.set_exposure(exposure);
         model.set_layout(parse_layout(layout));
-        if (zoom > 0)
-            model.get_camera().set_zoom(zoom);
+    }
+
+    /// A picture of what cannot be shown as asked for would be a wrong one.
+    void save_screenshot(Viewer& viewer) const {
+        ViewModel& model = viewer.get_model();
+        model.get_chain(ViewModel::FIRST);
+        if (model.get_layout() == Layout::WIPE || model.get_layout() == Layout::SIDE_BY_SIDE)
+            model.get_chain(ViewModel::SECOND);
+        for (const std::string& fault : model.get_faults())
+            throw CommandError(fault);
+        viewer.save_screenshot(screenshot);
     }
 
     void show(Viewer& viewer, const std::vector<Script>& scripts, Console& console, bool headless) const {
+        if (zoom > 0)
+            viewer.get_camera().set_zoom(zoom);
         for (const Script& script : scripts)
             if (script.run(viewer, console))
                 return;
-        if (!screenshot.empty()) {
-            viewer.save_screenshot(screenshot);
-            for (const std::string& fault : viewer.get_model().get_faults())
-                throw CommandError(fault);
-        }
+        if (!screenshot.empty())
+            save_screenshot(viewer);
         while (!headless && !viewer.is_closed())
             viewer.run_frame();
     }

@@ -34,13 +34,19 @@ void draw_line(const Viewport& behind, int framebuffer_height) {
 
 } // namespace
 
-void ViewRenderer::draw(ViewModel& model, const Viewport& area, int framebuffer_height) {
+bool ViewRenderer::aim(ViewModel& model, const Viewport& area) {
     panes.clear();
     const std::shared_ptr<const Picture>& picture = model.get_picture();
     if (!picture || area.width <= 0 || area.height <= 0)
-        return;
+        return false;
     arrange(model, area);
     model.get_camera().look_at(panes.front().viewport.width, area.height, picture->width, picture->height);
+    return true;
+}
+
+void ViewRenderer::draw(ViewModel& model, const Viewport& area, int framebuffer_height) {
+    if (!aim(model, area))
+        return;
     if (model.get_layout() == Layout::DIFFERENCE) {
         draw_difference(model, area, framebuffer_height);
         return;

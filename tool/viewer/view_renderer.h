@@ -25,6 +25,10 @@ public:
     /// Needs a current core-profile context, always the same.
     ViewRenderer() = default;
 
+    /// Settles what goes where in `area`, and gives the model's camera its sizes. False when there is nothing
+    /// to draw.
+    bool aim(ViewModel& model, const Viewport& area);
+
     /// Draws the layout into `area`, and gives the model's camera its size. Throws GlError.
     void draw(ViewModel& model, const Viewport& area, int framebuffer_height);
 

@@ -34,6 +34,11 @@ Viewport Viewer::get_picture_area() const {
     return {left, 0, size.width - left, size.height};
 }
 
+Camera& Viewer::get_camera() {
+    renderer->aim(model, get_picture_area());
+    return model.get_camera();
+}
+
 void Viewer::run_frame() {
     bool draws = screen->begin_frame();
     try {

@@ -38,6 +38,8 @@ public:
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
+    /// The camera, aimed at the picture as the next draw shows it.
+    Camera& get_camera();
     ViewRenderer& get_renderer() { return *renderer; }
 
 private:

@@ -52,9 +52,18 @@ public:
         glfwSwapInterval(1);
         glfwSetWindowUserPointer(window, this);
         glfwSetDropCallback(window, [](GLFWwindow* receiver, int count, const char* paths[]) {
-            auto& self = *static_cast<Window*>(glfwGetWindowUserPointer(receiver));
+            Window& self = wake(receiver);
             self.drops.insert(self.drops.end(), paths, paths + count);
         });
+        // The panels' library takes its own events first and passes them on to these.
+        glfwSetKeyCallback(window, [](GLFWwindow* receiver, int, int, int, int) { wake(receiver); });
+        glfwSetCharCallback(window, [](GLFWwindow* receiver, unsigned int) { wake(receiver); });
+        glfwSetMouseButtonCallback(window, [](GLFWwindow* receiver, int, int, int) { wake(receiver); });
+        glfwSetScrollCallback(window, [](GLFWwindow* receiver, double, double) { wake(receiver); });
+        glfwSetCursorPosCallback(window, [](GLFWwindow* receiver, double, double) { wake(receiver); });
+        glfwSetWindowFocusCallback(window, [](GLFWwindow* receiver, int) { wake(receiver); });
+        glfwSetWindowRefreshCallback(window, [](GLFWwindow* receiver) { wake(receiver); });
+        glfwSetFramebufferSizeCallback(window, [](GLFWwindow* receiver, int, int) { wake(receiver); });
     }
 
     ~Window() override { glfwDestroyWindow(window); }
@@ -66,15 +75,15 @@ public:
     }
 
     bool begin_frame() override {
-        const double start = glfwGetTime();
         if (frames_to_draw > 0)
             glfwPollEvents();
         else
             glfwWaitEventsTimeout(SLEEP_SECONDS);
-        if (glfwGetTime() - start < SLEEP_SECONDS / 2 && frames_to_draw <= 0)
-            frames_to_draw = FRAMES_PER_EVENT;
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
-        return frames_to_draw-- > 0;
+        if (frames_to_draw == 0)
+            return false;
+        --frames_to_draw;
+        return true;
     }
 
     void begin_panels() override {
@@ -94,6 +103,13 @@ public:
     std::vector<std::string> take_drops() override { return std::exchange(drops, {}); }
 
 private:
+    /// Something happened that may be seen.
+    static Window& wake(GLFWwindow* receiver) {
+        Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(receiver));
+        self.frames_to_draw = FRAMES_PER_EVENT;
+        return self;
+    }
+
     Library library;
     GLFWwindow* window = nullptr;
     bool has_panels = false;
