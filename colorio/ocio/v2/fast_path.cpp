@@ -1,8 +1,9 @@
 #include "colorio/ocio/v2/fast_path.h"
 
-#include <stdexcept>
+#include <exception>
 #include <utility>
 
+#include "colorio/ocio/classic_locale.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/v2/pixel_bridge.h"
 
@@ -40,11 +41,14 @@ const pixel::Program* FastPath::get_program(std::string& why_not) const {
 }
 
 void FastPath::make_program() const {
+    const ClassicLocale locale;
     try {
         if (std::optional<pixel::OpChain> chain = translate(processor_, &why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
-    } catch (const std::invalid_argument& error) {
-        why_not_ = error.what(); // An operation that the program does not take is the library's.
+    } catch (const std::exception& error) {
+        // An operation that the program does not take is the library's, and so is a picture for whose tables
+        // memory is short.
+        why_not_ = error.what();
     }
 }
 
