@@ -61,6 +61,7 @@ constexpr Difference DIFFERENCES[] = {
 
 constexpr const char* NO_VERSION_2 = "the colour library knows no version 2 configurations";
 
+constexpr const char* NO_BUILTIN_CONFIGS = "the colour library holds no configurations of its own";
 constexpr const char* NO_PROGRAMS = "no results of this library are known, so no operations are translated";
 
 enum Library : unsigned { OF_1_X = 1, OF_2_1 = 2, OF_2_5 = 4 };
@@ -93,6 +94,8 @@ constexpr struct {
     {DOOR, "FastPathProgram.KeepsThePositionOfTheSwitchItWasMadeUnder", NO_PROGRAMS, OF_2_5},
     {DOOR, "FastPathProgram.IsForPicturesThatAreWorthIt", NO_PROGRAMS, OF_2_5},
     {DOOR, "FastPathProgram.IsMadeOnceForAllThreads", NO_PROGRAMS, OF_2_5},
+    {DOOR, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},
+    {DOOR, "BuiltinConfigs.ShowAcesTwoThroughOneTable", NO_BUILTIN_CONFIGS, OF_2_1},
     {MODULE, "Shader.IsNotMadeWhenTheColorLibraryThrowsAndTheCallerHears",
      "the colour library refuses at once to convert what it can write no shader for"},
 };
