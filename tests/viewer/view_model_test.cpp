@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "colorio/color_io_converter.h"
+#include "colorio/color_io_manager.h"
 #include "tests/viewer/viewer_fixture.h"
 #include "tool/exit_code.h"
 
@@ -230,6 +231,29 @@ TEST_F(ModelOfAViewer, ShowsAnEditedCdlAndKeepsItWhileItIsBroken) {
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
     EXPECT_EQ(model->get_settings(FIRST).cdl, "grade");
+}
+
+TEST_F(ModelOfAViewer, ShowsAnEditedLutOfTheUsersOwnSpace) {
+    const TempDir elsewhere;
+    const auto write_own_lut = [&](const char* white) {
+        return elsewhere.write("own.spi1d",
+                               std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + white +
+                                   "\n}\n");
+    };
+    ColorIOManager& manager = *ColorIOManager::get_instance();
+    CoreVector<ColorIOManager::ColorSpaceDef> spaces = manager.get_tavelion_color_spaces();
+    spaces.append({"own", write_own_lut("0.5").c_str(), "", "", 8, 1, {0, 1, 0}, false});
+    model->use_config("");
+    manager.set_tavelion_config(spaces);
+    model->use_config(""); // has the model watch what there is now
+    model->set_input_space("Tavelion|linear");
+    model->set_view(FIRST, "Tavelion.own");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    write_own_lut("0.25");
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.own");
 }
 
 TEST_F(ModelOfAViewer, ShowsAnEditedPicture) {

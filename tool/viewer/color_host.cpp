@@ -42,6 +42,23 @@ void add_folders_of(const std::string& file, std::vector<std::string>& folders) 
         folders.push_back(real.parent_path().string());
 }
 
+/// Files that the user's own colour spaces and CDLs name, whatever the configuration.
+std::vector<std::string> get_own_files() {
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    std::vector<std::string> files;
+    const auto add = [&files](const CoreString& file) {
+        if (!file.is_empty())
+            files.emplace_back(file.view());
+    };
+    for (const ColorIOManager::ColorSpaceDef& space : manager.get_tavelion_color_spaces()) {
+        add(space.lut_file);
+        add(space.cdl_file);
+    }
+    for (const ColorIOManager::ColorDecisionListDef& cdl : manager.get_tavelion_color_decision_lists())
+        add(cdl.file);
+    return files;
+}
+
 } // namespace
 
 /// Follows what the module tells its host.
@@ -119,6 +136,8 @@ ColorHost::Fault ColorHost::use_config(const std::string& path) {
 }
 
 ColorHost::Fault ColorHost::reload() {
+    if (!get_own_files().empty())
+        ColorIOManager::get_instance()->load_config(nullptr); // makes them anew from their files
     if (!config_path.empty()) {
         if (Fault fault = find_config_fault(config_path))
             return fault;
@@ -253,6 +272,8 @@ ColorHost::FileSpace ColorHost::get_space_of_file(const std::string& path) const
 
 std::vector<std::string> ColorHost::get_source_folders() const {
     std::vector<std::string> folders;
+    for (const std::string& file : get_own_files())
+        add_folders_of(file, folders);
     if (!library_path.empty())
         add_folders_of(library_path, folders);
     if (config_path.empty())
