@@ -37,12 +37,17 @@ std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
 
 } // namespace
 
-Explanation explain(const library::ConstProcessorRcPtr& processor, const FastPath& fast_path,
-                    library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
+Explanation explain_nothing(const library::ConstProcessorRcPtr& processor) {
     Explanation explanation;
     for_each_transform(processor, [&](const library::ConstTransformRcPtr& transform) {
         explanation.operations.push_back(describe(*transform));
     });
+    return explanation;
+}
+
+Explanation explain(const library::ConstProcessorRcPtr& processor, const FastPath& fast_path,
+                    library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
+    Explanation explanation = explain_nothing(processor);
     if (const pixel::Program* program = fast_path.get_program(explanation.reason)) {
         explanation.path = EvaluationPath::Vector;
         explanation.vector_target = pixel::vector_target();

@@ -92,8 +92,10 @@ public:
     }
 
     Explanation explain(const std::array<float, 4>& rgba) const override {
-        return no_op_ ? Explanation()
-                      : guarded([&] { return ocio::explain(processor_, fast_path_, OPTIMIZATION, rgba); });
+        return guarded([&] {
+            return no_op_ ? explain_nothing(processor_)
+                          : ocio::explain(processor_, fast_path_, OPTIMIZATION, rgba);
+        });
     }
 
 private:

@@ -49,6 +49,17 @@ TEST_F(Explanations, ListTheOperationsAsGivenAndAsCarriedOut) {
     EXPECT_THAT(how.steps[0].pixel, ElementsAre(3, 4.5f, 6.25f, 0.75f));
 }
 
+TEST_F(Explanations, ListTheOperationsThatCancel) {
+    const ocio::Explanation how =
+        make("!<GroupTransform> {children: ["
+             "!<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}, "
+             "!<MatrixTransform> {matrix: [0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1]}]}")
+            ->explain({1, 2, 3, 1});
+    EXPECT_EQ(how.path, ocio::EvaluationPath::None);
+    EXPECT_THAT(how.operations, SizeIs(2));
+    EXPECT_THAT(how.steps, IsEmpty());
+}
+
 TEST_F(Explanations, NameTheInstructionSetOfTheVectorCode) {
     SKIP_WHERE_LISTED();
     const ocio::Explanation how = make(SHIFT_THEN_DOUBLE)->explain({});
