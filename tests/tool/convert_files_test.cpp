@@ -1,11 +1,10 @@
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 
 #include "tests/colorio/color_formulas.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -32,25 +31,6 @@ protected:
     ToolRun convert(const std::string& input, const std::string& output) {
         return run({"convert", input, output, "--from", "sRGB", "--to", "linear"});
     }
-};
-
-/// Files may not grow beyond a size while it lives, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &old_limit);
-        const rlimit limit = {bytes, old_limit.rlim_max};
-        old_handler = std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &old_limit);
-        std::signal(SIGXFSZ, old_handler);
-    }
-
-private:
-    rlimit old_limit;
-    void (*old_handler)(int);
 };
 
 TEST_F(ConvertFiles, MayWriteOverTheirInput) {
