@@ -11,7 +11,7 @@ import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 TABLE = PROJECT / "scripts" / "parity_table"
-SAMPLES = PROJECT / "tests" / "parity" / "samples"
+SAMPLES = PROJECT / "tests" / "configs"
 PROGRAM = ""
 ROW = "space\tgamma\tto scene-linear\tpixel"
 

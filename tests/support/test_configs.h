@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Folders with configurations besides those of the project, as ./dev test --configs names them: from the variable
-/// QB_TEST_CONFIGS, with ':' between them.
+/// Folders with configurations besides those of the project, as ./dev test --configs names them: from the
+/// variable QB_TEST_CONFIGS, with ':' between them.
 inline std::vector<std::string> get_extra_config_folders() {
     std::vector<std::string> folders;
     if (const char* list = std::getenv("QB_TEST_CONFIGS")) {
@@ -21,9 +21,9 @@ inline std::vector<std::string> get_extra_config_folders() {
     return folders;
 }
 
-/// Paths of the configurations that tests of whole configurations run over: the files *.ocio below tests/configs and
-/// below the extra folders, in the order of their names. Throws std::runtime_error if a folder has none, so that a
-/// mistyped name does not pass for a green run.
+/// Paths of the configurations that tests of whole configurations run over: the files *.ocio below
+/// tests/configs and below the extra folders, in the order of their names. Throws std::runtime_error if a
+/// folder has none, so that a mistyped name does not pass for a green run.
 inline std::vector<std::string> find_test_configs() {
     std::vector<std::string> folders = get_extra_config_folders();
     folders.insert(folders.begin(), QB_TEST_CONFIG_FOLDER);
