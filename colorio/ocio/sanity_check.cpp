@@ -62,7 +62,7 @@ public:
 private:
     void check_roles() const {
         for (const Role& role : known_roles(config_))
-            require_space(role.color_space, "role " + quoted(role.name));
+            require_space(role.color_space, [&] { return "role " + quoted(role.name); });
     }
 
     void check_displays() const {
@@ -78,26 +78,28 @@ private:
     }
 
     void check_view(const std::string& display, const std::string& view) const {
-        const std::string owner = "view " + quoted(view) + " of display " + quoted(display);
+        const auto owner = [&] { return "view " + quoted(view) + " of display " + quoted(display); };
         require_space(get_display_color_space_name(config_, display.c_str(), view.c_str()), owner);
         for (const LookStep& look : all_look_steps(get_view_looks(config_, display, view)))
             if (!looks_.contains(look.name))
-                refuse(owner + " refers to an unknown look, " + quoted(look.name));
+                refuse(owner() + " refers to an unknown look, " + quoted(look.name));
     }
 
     void check_looks() const {
         for (int i = 0; i < config_->getNumLooks(); ++i) {
             const char* name = config_->getLookNameByIndex(i);
-            require_space(config_->getLook(name)->getProcessSpace(), "look " + quoted(name));
+            require_space(config_->getLook(name)->getProcessSpace(), [&] { return "look " + quoted(name); });
         }
     }
 
-    /// A role does not stand for a space here.
-    void require_space(std::string_view name, const std::string& owner) const {
+    /// A role does not stand for a space here. `describe_owner` is called for the message of a refusal only:
+    /// every start checks, and hardly any refuses.
+    template <class DescribeOwner>
+    void require_space(std::string_view name, const DescribeOwner& describe_owner) const {
         if (name.empty())
-            refuse(owner + " names no colour space");
+            refuse(describe_owner() + " names no colour space");
         if (!spaces_.contains(name))
-            refuse(owner + " refers to an unknown colour space, " + quoted(name));
+            refuse(describe_owner() + " refers to an unknown colour space, " + quoted(name));
     }
 
     const ConstConfigRcPtr& config_;
