@@ -1,7 +1,5 @@
 #include "tool/command.h"
 
-#include <functional>
-#include <map>
 #include <string>
 
 #include <fmt/format.h>
@@ -11,6 +9,9 @@
 #include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
+#include "tool/list/space_list.h"
+#include "tool/list/transform_list.h"
+#include "tool/list/view_list.h"
 #include "tool/published_names.h"
 #include "tool/text_table.h"
 
@@ -20,85 +21,59 @@ namespace {
 
 constexpr char EXAMPLES[] = R"(  colorio list
   colorio list spaces --config show.ocio
-  colorio list views --json)";
+  colorio list views --json
+  colorio list spaces --inactive --config aces.ocio)";
 
 constexpr char ALL[] = "all";
 
-void print_spaces(Console& console) {
-    TextTable table({"#", "colour space", "family", "label"});
-    for (const PublishedSpace& space : get_published_spaces())
-        table.add_row({std::to_string(table.count_rows()), space.name, space.family, space.label});
-    table.print(console);
-}
-
-void print_views(Console& console) {
-    TextTable table({"#", "view", "display", "view of the display", "colour space", ""});
-    for (const PublishedView& view : get_published_views())
-        table.add_row({std::to_string(table.count_rows()), view.label, view.display, view.view,
-                       view.color_space, view.is_default ? "default" : ""});
-    table.print(console);
-}
-
-void print_roles(Console& console) {
+void print_roles(Console& console, bool) {
     TextTable table({"role", "colour space"});
     for (const PublishedRole& role : get_published_roles())
         table.add_row({role.role, role.color_space});
     table.print(console);
 }
 
-nlohmann::ordered_json spaces_to_json() {
-    auto list = nlohmann::ordered_json::array();
-    for (const PublishedSpace& space : get_published_spaces())
-        list.push_back({{"position", list.size()},
-                        {"name", space.name},
-                        {"family", space.family},
-                        {"label", space.label}});
-    return list;
-}
-
-nlohmann::ordered_json views_to_json() {
-    auto list = nlohmann::ordered_json::array();
-    for (const PublishedView& view : get_published_views())
-        list.push_back({{"position", list.size()},
-                        {"label", view.label},
-                        {"display", view.display},
-                        {"view", view.view},
-                        {"color_space", view.color_space},
-                        {"default", view.is_default}});
-    return list;
-}
-
-nlohmann::ordered_json roles_to_json() {
-    auto roles = nlohmann::ordered_json::object();
+void add_roles_to_json(nlohmann::ordered_json& answer) {
+    auto& roles = answer["roles"] = nlohmann::ordered_json::object();
     for (const PublishedRole& role : get_published_roles())
         roles[role.role] = role.color_space;
-    return roles;
 }
 
-/// One of the lists that the module publishes.
+bool is_always_there() {
+    return true;
+}
+
+/// One of the things that can be listed.
 struct Topic {
     const char* name;
-    void (*print)(Console& console);
-    nlohmann::ordered_json (*to_json)();
+    void (*print)(Console& console, bool with_inactive);
+    void (*add_to_json)(nlohmann::ordered_json& answer);
+    bool (*is_there)() = is_always_there; ///< Else it is left out of the tables unless it was asked for.
 };
 constexpr Topic TOPICS[] = {
-    {"spaces", print_spaces, spaces_to_json},
-    {"views", print_views, views_to_json},
-    {"roles", print_roles, roles_to_json},
-    {"cdls", print_cdls, cdls_to_json},
+    {"spaces", print_spaces, add_spaces_to_json},
+    {"named-transforms", print_named_transforms, add_named_transforms_to_json, has_named_transforms},
+    {"views", print_views, add_views_to_json},
+    {"roles", print_roles, add_roles_to_json},
+    {"cdls", [](Console& console, bool) { print_cdls(console); },
+     [](nlohmann::ordered_json& answer) { answer["cdls"] = cdls_to_json(); }},
 };
 
 class ListCommand : public Command {
 public:
     explicit ListCommand(CLI::App& program)
-        : Command(program, "list", "Show the colour spaces, views, roles and CDLs that are published",
+        : Command(program, "list", "Show the colour spaces, named transforms, views, roles and CDLs in force",
                   EXAMPLES) {
         std::vector<std::string> names = {ALL};
         for (const Topic& topic : TOPICS)
             names.push_back(topic.name);
-        options->add_option("what", wanted, "spaces, views, roles, cdls, or all of them (the default)")
+        options
+            ->add_option("what", wanted,
+                         "spaces, named-transforms, views, roles, cdls, or all of them (the default)")
             ->check(CLI::IsMember(names));
         add_session_options(*options, session_options);
+        options->add_flag("--inactive", with_inactive,
+                          "List what the configuration makes inactive, too; JSON always holds it");
         options->add_flag("--json", as_json, "Write JSON");
     }
 
@@ -112,27 +87,26 @@ public:
     }
 
 private:
-    bool is_topic_wanted(const Topic& topic) const { return wanted == ALL || wanted == topic.name; }
-
     void print_tables(const ColorSession& session, Console& console) const {
         console.print(fmt::format("From {}.", session.get_source().describe()));
         for (const Topic& topic : TOPICS)
-            if (is_topic_wanted(topic)) {
+            if (wanted == topic.name || (wanted == ALL && topic.is_there())) {
                 console.print("");
-                topic.print(console);
+                topic.print(console, with_inactive);
             }
     }
 
     void print_json(const ColorSession& session, Console& console) const {
         nlohmann::ordered_json answer = {{"config", to_json(session.get_source())}};
         for (const Topic& topic : TOPICS)
-            if (is_topic_wanted(topic))
-                answer[topic.name] = topic.to_json();
+            if (wanted == ALL || wanted == topic.name)
+                topic.add_to_json(answer);
         console.print(format_json(answer));
     }
 
     SessionOptions session_options;
     std::string wanted = ALL;
+    bool with_inactive = false;
     bool as_json = false;
 };
 
