@@ -15,7 +15,7 @@
 #include "tool/color_session.h"
 #include "tool/exit_code.h"
 #include "tool/failure_reason.h"
-#include "tool/published_names.h"
+#include "tool/name_resolution.h"
 
 namespace tool {
 
@@ -30,6 +30,19 @@ constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
 /// Rounding apart, relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
+/// Label of the colour space that `name` means; the user is told where that is not plain.
+std::string find_space(const std::string& name, ColorSession& session) {
+    const ResolvedSpace found = resolve_color_space(name, session.get_source().get_name());
+    note_meaning(name, found, session.get_console());
+    return found.label;
+}
+
+PublishedView find_view(const ConversionRequest& request, ColorSession& session) {
+    PublishedView found = resolve_view(request.display, request.view, session.get_source().get_name());
+    note_meaning(request.display, request.view, found, session.get_console());
+    return found;
+}
+
 std::string remove_family(const std::string& label) {
     return label.substr(label.find(ColorIOManager::FAMILY_SEPARATOR) + 1);
 }
@@ -39,7 +52,7 @@ std::string remove_family(const std::string& label) {
 ColorConversion::ColorConversion(ColorSession& session, const ConversionRequest& request)
     : converter(std::make_unique<ColorIOConverter>()) {
     const std::string config_name = session.get_source().get_name();
-    source = resolve_color_space(request.from, config_name);
+    source = find_space(request.from, session);
     if (!request.cdl.empty())
         grade = std::make_unique<Grade>(session, source, request.cdl, request.undoes_cdl);
     const std::string start = grade ? grade->get_working_space() : source;
@@ -47,11 +60,11 @@ ColorConversion::ColorConversion(ColorSession& session, const ConversionRequest&
 
     bool configured;
     if (request.view.empty()) {
-        target = target_space = resolve_color_space(request.to, config_name);
+        target = target_space = find_space(request.to, session);
         identity = start == target;
         configured = identity || converter->configure(start.c_str(), target.c_str());
     } else {
-        const PublishedView view = resolve_view(request.display, request.view, config_name);
+        const PublishedView view = find_view(request, session);
         target = view.label;
         target_space = view.color_space;
         configured = converter->configure_for_display(start.c_str(), view.display.c_str(), view.view.c_str());

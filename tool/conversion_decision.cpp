@@ -10,7 +10,7 @@
 #include "tool/color_conversion.h"
 #include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/published_names.h"
+#include "tool/name_resolution.h"
 #include "tool/settings/format_associations.h"
 
 namespace tool {
@@ -18,24 +18,26 @@ namespace tool {
 namespace {
 
 /// How the name that the user gave leads to a label.
-std::string explain_name(const char* option, const std::string& given, const std::string& label) {
-    if (given == label)
-        return fmt::format("as {} says", option);
-    const std::string tail = ColorIOManager::FAMILY_SEPARATOR + given;
-    const bool lacks_family =
-        label.size() > tail.size() && label.compare(label.size() - tail.size(), tail.size(), tail) == 0;
-    return fmt::format("which {} '{}' means, {}", option, given,
-                       lacks_family ? "the name without its family" : "a role");
+std::string explain_name(const char* option, const std::string& given, const std::string& config_name) {
+    const NameKind kind = resolve_color_space(given, config_name).kind;
+    return kind == NameKind::LABEL
+               ? fmt::format("as {} says", option)
+               : fmt::format("which {} '{}' means, {}", option, given, describe_kind(kind));
 }
 
-std::string explain_target(const ConversionRequest& request, const ColorConversion& conversion,
-                           const std::string& config_name) {
+std::string explain_target(const ConversionRequest& request, const std::string& config_name) {
     if (request.view.empty())
-        return explain_name("--to", request.to, conversion.get_target());
+        return explain_name("--to", request.to, config_name);
     const PublishedView view = resolve_view(request.display, request.view, config_name);
-    const std::string shown =
-        view.color_space.empty() ? "" : fmt::format(", which shows {}", view.color_space);
-    return fmt::format("the view '{}' of the display '{}'{}", view.view, view.display, shown);
+    std::string text = fmt::format("the view '{}' of the display '{}'", view.view, view.display);
+    const std::string& shown = view.color_space.empty() ? view.named_transform : view.color_space;
+    if (!shown.empty())
+        text += fmt::format(", which shows {}", shown);
+    if (!view.view_transform.empty())
+        text += fmt::format(" through the view transform {}", view.view_transform);
+    if (!view.looks.empty())
+        text += fmt::format(" with the looks {}", view.looks);
+    return text;
 }
 
 } // namespace
@@ -57,8 +59,9 @@ AssociatedSpace find_associated_space(const std::string& path, const ColorSessio
 
 void print_decision(const ColorSession& session, const ConversionRequest& request,
                     const ColorConversion& conversion, const std::string& source_reason, Console& console) {
-    const std::string reason =
-        source_reason.empty() ? explain_name("--from", request.from, conversion.get_source()) : source_reason;
+    const std::string reason = source_reason.empty()
+                                   ? explain_name("--from", request.from, session.get_source().get_name())
+                                   : source_reason;
     console.print(fmt::format("configuration: {}", session.get_source().describe()));
     console.print(fmt::format("source:        {}, {}", conversion.get_source(), reason));
     if (!request.cdl.empty())
@@ -66,7 +69,7 @@ void print_decision(const ColorSession& session, const ConversionRequest& reques
                                   request.undoes_cdl ? "undoes " : "", request.cdl,
                                   conversion.get_working_space()));
     console.print(fmt::format("destination:   {}, {}", conversion.get_target(),
-                              explain_target(request, conversion, session.get_source().get_name())));
+                              explain_target(request, session.get_source().get_name())));
     console.print(fmt::format("written as:    {}", conversion.get_target_tag()));
 }
 

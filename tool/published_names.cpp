@@ -1,13 +1,8 @@
 #include "tool/published_names.h"
 
-#include <algorithm>
-
-#include <fmt/format.h>
-
 #include "colorio/color_io.h"
+#include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
-#include "tool/exit_code.h"
-#include "tool/nearest_names.h"
 
 namespace tool {
 
@@ -19,26 +14,21 @@ std::string to_string(const CoreBasicString& text) {
     return std::string(text.view());
 }
 
-/// Nothing when the label of the view is all that the module can tell.
-std::string get_color_space_of_view(const CoreString& label) {
-    const CoreString color_space = ColorIO::get_color_space_from_display_view(label);
-    return color_space == label ? "" : to_string(color_space);
-}
-
-template <class Item, class GetName>
-std::vector<std::string> collect(const std::vector<Item>& items, const GetName& get_name) {
-    std::vector<std::string> names;
-    for (const Item& item : items)
-        names.push_back(get_name(item));
-    return names;
-}
-
-/// The full label of a colour space that a role names; empty when it is no role.
-std::string resolve_role(const std::string& name) {
-    for (const PublishedRole& role : get_published_roles())
-        if (role.role == name)
-            return to_string(ColorIO::get_full_color_space_name(role.color_space.c_str()));
-    return "";
+PublishedView describe_view(const ColorIOInspection::View& facts) {
+    PublishedView view;
+    view.display = to_string(facts.display);
+    view.view = to_string(facts.name);
+    view.label = view.display + ColorIOManager::DISPLAY_SEPARATOR + view.view;
+    if (!facts.color_space.is_empty())
+        view.color_space = make_label(to_string(facts.family), to_string(facts.color_space));
+    view.shows_unpublished =
+        !view.color_space.empty() && !ColorIO::color_space_exists(view.color_space.c_str());
+    view.named_transform = to_string(facts.named_transform);
+    view.view_transform = to_string(facts.view_transform);
+    view.looks = to_string(facts.looks);
+    view.description = to_string(facts.description);
+    view.is_shared = facts.is_shared;
+    return view;
 }
 
 } // namespace
@@ -63,9 +53,23 @@ std::vector<PublishedView> get_published_views() {
     for (const CoreString& label : ColorIO::get_display_view_names()) {
         CoreString display, view;
         ColorIO::get_display_view(label, display, view);
-        views.push_back({to_string(label), to_string(display), to_string(view),
-                         get_color_space_of_view(label), to_string(label) == default_view});
+        views.push_back(describe_view(ColorIOInspection::get_view(display, view)));
+        views.back().label = to_string(label);
+        // The module has the first word on what a published view shows.
+        const CoreString color_space = ColorIO::get_color_space_from_display_view(label);
+        if (color_space != label) {
+            views.back().color_space = to_string(color_space);
+            views.back().shows_unpublished = false;
+        }
+        views.back().is_default = views.back().label == default_view;
     }
+    return views;
+}
+
+std::vector<PublishedView> get_hidden_views() {
+    std::vector<PublishedView> views;
+    for (const ColorIOInspection::View& facts : ColorIOInspection::get_hidden_views())
+        views.push_back(describe_view(facts));
     return views;
 }
 
@@ -77,40 +81,8 @@ std::vector<PublishedRole> get_published_roles() {
     return roles;
 }
 
-std::string resolve_color_space(const std::string& name, const std::string& config_name) {
-    const std::vector<PublishedSpace> spaces = get_published_spaces();
-    const auto is_meant = [&](const PublishedSpace& space) {
-        return space.label == name || space.name == name;
-    };
-    const auto found = std::find_if(spaces.begin(), spaces.end(), is_meant);
-    if (found != spaces.end())
-        return found->label;
-    const std::string of_role = resolve_role(name);
-    if (!of_role.empty() && ColorIO::color_space_exists(of_role.c_str()))
-        return of_role;
-
-    // Names that lack only their family are as near as those with it.
-    const bool with_family = name.find(ColorIOManager::FAMILY_SEPARATOR) != std::string::npos;
-    const auto candidates =
-        collect(spaces, [&](const PublishedSpace& space) { return with_family ? space.label : space.name; });
-    throw CommandError(
-        fmt::format("no colour space '{}' in {}{}", name, config_name, did_you_mean(name, candidates)));
-}
-
-PublishedView resolve_view(const std::string& display, const std::string& view,
-                           const std::string& config_name) {
-    const std::vector<PublishedView> views = get_published_views();
-    const auto is_meant = [&](const PublishedView& candidate) {
-        return display.empty() ? candidate.label == view
-                               : candidate.display == display && candidate.view == view;
-    };
-    const auto found = std::find_if(views.begin(), views.end(), is_meant);
-    if (found != views.end())
-        return *found;
-    const std::string wanted = display.empty() ? view : display + ColorIOManager::DISPLAY_SEPARATOR + view;
-    const auto candidates = collect(views, [](const PublishedView& candidate) { return candidate.label; });
-    throw CommandError(
-        fmt::format("no view '{}' in {}{}", wanted, config_name, did_you_mean(wanted, candidates)));
+std::string make_label(const std::string& family, const std::string& name) {
+    return family.empty() ? name : family + ColorIOManager::FAMILY_SEPARATOR + name;
 }
 
 } // namespace tool

@@ -18,7 +18,13 @@ struct PublishedView {
     std::string display;
     std::string view;
     std::string color_space; ///< Label of what the view shows; empty when the configuration does not say.
-    bool is_default;
+    bool shows_unpublished = false; ///< The module does not publish that colour space.
+    std::string named_transform;    ///< What the view shows in place of a colour space.
+    std::string view_transform;
+    std::string looks;
+    std::string description;
+    bool is_shared = false;
+    bool is_default = false;
 };
 
 struct PublishedRole {
@@ -28,15 +34,12 @@ struct PublishedRole {
 
 std::vector<PublishedSpace> get_published_spaces();
 std::vector<PublishedView> get_published_views();
+/// Views that the configuration's lists of active displays and views hide.
+std::vector<PublishedView> get_hidden_views();
 /// Scene-linear first. A role that the configuration does not assign shows what the module takes instead.
 std::vector<PublishedRole> get_published_roles();
 
-/// Label of the colour space that `name` means: a label, a bare name, or a role. Throws CommandError with the
-/// nearest names; `config_name` says where it was sought.
-std::string resolve_color_space(const std::string& name, const std::string& config_name);
-
-/// The view that a label ("Tavelion.sRGB") or a display and a view name. Throws like `resolve_color_space`.
-PublishedView resolve_view(const std::string& display, const std::string& view,
-                           const std::string& config_name);
+/// Family, separator and name, as the module labels a colour space.
+std::string make_label(const std::string& family, const std::string& name);
 
 } // namespace tool

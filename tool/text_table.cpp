@@ -32,6 +32,19 @@ void TextTable::add_row(std::vector<std::string> cells) {
     rows.push_back(std::move(cells));
 }
 
+void TextTable::drop_empty_columns() {
+    for (std::size_t i = heading.size(); i-- > 0;) {
+        const auto is_empty = [i](const std::vector<std::string>& row) { return row[i].empty(); };
+        if (!std::all_of(rows.begin(), rows.end(), is_empty))
+            continue;
+        const auto at = static_cast<std::ptrdiff_t>(i);
+        heading.erase(heading.begin() + at);
+        widths.erase(widths.begin() + at);
+        for (std::vector<std::string>& row : rows)
+            row.erase(row.begin() + at);
+    }
+}
+
 void TextTable::print(Console& console) const {
     console.print_heading(format_row(heading));
     for (const std::vector<std::string>& row : rows)
@@ -47,6 +60,10 @@ std::string TextTable::format_row(const std::vector<std::string>& cells) const {
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
+}
+
+std::string count_things(std::size_t count, const char* singular) {
+    return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
 }
 
 } // namespace tool

@@ -15,6 +15,8 @@ public:
     /// Missing cells are empty; surplus ones are an error of the caller.
     void add_row(std::vector<std::string> cells);
     std::size_t count_rows() const { return rows.size(); }
+    /// Takes out the columns whose cells are empty in every row.
+    void drop_empty_columns();
     void print(Console& console) const;
 
 private:
@@ -24,5 +26,8 @@ private:
     std::vector<std::vector<std::string>> rows;
     std::vector<std::size_t> widths;
 };
+
+/// "2 colour spaces", "1 view".
+std::string count_things(std::size_t count, const char* singular);
 
 } // namespace tool

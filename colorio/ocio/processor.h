@@ -75,5 +75,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
                                   const char* destination);
 /// Conversion from a colour space to a view of a display.
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform);
+/// A transform by itself, applied forwards. Throws like the others.
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform);
 
 } // namespace ocio

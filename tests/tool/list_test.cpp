@@ -35,9 +35,17 @@ TEST_F(List, ShowsTheBuiltinSpacesWithFamilyAndPosition) {
     EXPECT_EQ(answer.at("config"), json({{"source", "builtin"}, {"path", ""}}));
     EXPECT_THAT(pluck(answer.at("spaces"), "label"),
                 ElementsAre("Tavelion|sRGB", "Tavelion|Cineon", "Tavelion|linear"));
-    EXPECT_EQ(
-        answer["spaces"][1],
-        json({{"position", 1}, {"name", "Cineon"}, {"family", "Tavelion"}, {"label", "Tavelion|Cineon"}}));
+    EXPECT_EQ(answer["spaces"][1], json({{"position", 1},
+                                         {"name", "Cineon"},
+                                         {"family", "Tavelion"},
+                                         {"label", "Tavelion|Cineon"},
+                                         {"reference", "scene"},
+                                         {"data", false},
+                                         {"encoding", ""},
+                                         {"categories", json::array()},
+                                         {"aliases", json::array()},
+                                         {"description", "Cineon (Log Film Scan)."}}));
+    EXPECT_EQ(answer.at("inactive_spaces"), json::array());
     EXPECT_FALSE(answer.contains("views"));
 }
 
@@ -49,6 +57,12 @@ TEST_F(List, ShowsTheViewsAndTheDefaultOne) {
                               {"display", "Tavelion"},
                               {"view", "sRGB"},
                               {"color_space", "Tavelion|sRGB"},
+                              {"color_space_published", true},
+                              {"named_transform", ""},
+                              {"view_transform", ""},
+                              {"looks", ""},
+                              {"shared", false},
+                              {"description", ""},
                               {"default", true}}));
     EXPECT_EQ(views[1].at("default"), false);
 }
@@ -63,7 +77,7 @@ TEST_F(List, ShowsTheRoles) {
 
 TEST_F(List, ShowsEverythingWithoutATopic) {
     const json answer = list_json({});
-    for (const char* topic : {"spaces", "views", "roles"})
+    for (const char* topic : {"spaces", "named_transforms", "views", "roles", "cdls"})
         EXPECT_TRUE(answer.contains(topic)) << topic;
     EXPECT_EQ(list_json({"all"}), answer);
 }

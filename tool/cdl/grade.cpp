@@ -7,7 +7,7 @@
 #include "colorio/color_io_converter.h"
 #include "tool/cdl/correction_file.h"
 #include "tool/color_session.h"
-#include "tool/published_names.h"
+#include "tool/name_resolution.h"
 
 namespace tool {
 
@@ -29,7 +29,7 @@ bool configure_local(const ColorIOManager::ColorDecisionListDef& record, bool is
 
 Grade::Grade(ColorSession& session, const std::string& source, const std::string& correction_source,
              bool is_undone)
-    : working_space(resolve_color_space(SCENE_LINEAR_ROLE, session.get_source().get_name())),
+    : working_space(resolve_color_space(SCENE_LINEAR_ROLE, session.get_source().get_name()).label),
       correction(std::make_unique<ColorIOConverter>()) {
     const Correction numbers = read_correction(parse_correction_source(correction_source));
     warn_of_unread_elements(numbers, session.get_console());

@@ -5,7 +5,7 @@
 
 #include "colorio/color_io_auto_detection.h"
 #include "tool/color_session.h"
-#include "tool/published_names.h"
+#include "tool/name_resolution.h"
 #include "tool/settings/format_associations.h"
 #include "tool/settings/formats_change.h"
 #include "tool/settings/formats_command.h"
@@ -38,7 +38,7 @@ public:
                         [&](const FormatAssociation& one) { return one.category == category; }))
             throw CommandError(
                 fmt::format("there is a category '{}'; change it with 'colorio formats set'", category));
-        const std::string label = resolve_color_space(color_space, session.get_source().get_name());
+        const std::string label = resolve_color_space(color_space, session.get_source().get_name()).label;
         ColorIOAutoDetection::get_instance()->add_file_format(category.c_str(), extension_list.c_str(),
                                                               label.c_str());
         finish_format_change(session, category, console);

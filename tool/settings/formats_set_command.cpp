@@ -4,7 +4,7 @@
 
 #include "colorio/color_io_auto_detection.h"
 #include "tool/color_session.h"
-#include "tool/published_names.h"
+#include "tool/name_resolution.h"
 #include "tool/settings/format_associations.h"
 #include "tool/settings/formats_change.h"
 #include "tool/settings/formats_command.h"
@@ -48,7 +48,7 @@ private:
             detection.set_extension_from_file_format(row, normalize_extensions(extensions).c_str());
         if (!color_space.empty())
             detection.set_default_color_space_from_file_format(
-                row, resolve_color_space(color_space, session.get_source().get_name()).c_str());
+                row, resolve_color_space(color_space, session.get_source().get_name()).label.c_str());
     }
 
     SessionOptions session_options;

@@ -6,8 +6,8 @@
 #include <fmt/format.h>
 
 #include "tool/exit_code.h"
+#include "tool/name_resolution.h"
 #include "tool/nearest_names.h"
-#include "tool/published_names.h"
 
 namespace tool {
 
@@ -62,7 +62,7 @@ void ViewModel::take_space_of_file() {
 }
 
 void ViewModel::set_input_space(const std::string& name) {
-    input_space = resolve_color_space(name, host.get_config_name());
+    input_space = resolve_color_space(name, host.get_config_name()).label;
     space_reason = "chosen";
     space_is_chosen = true;
 }

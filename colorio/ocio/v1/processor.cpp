@@ -132,4 +132,8 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
     });
 }
 
+ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
+    return guarded([&] { return make_processor(config, transform); });
+}
+
 } // namespace ocio

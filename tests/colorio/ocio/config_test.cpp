@@ -301,11 +301,13 @@ protected:
             "shared_views:\n"
             "  - !<View> {name: own, view_transform: vt, display_colorspace: <USE_DISPLAY_NAME>}\n"
             "  - !<View> {name: fixed, colorspace: srgb}\n"
+            "  - !<View> {name: alias, colorspace: glass}\n"
+            "  - !<View> {name: role, colorspace: default}\n"
             "view_transforms:\n"
             "  - !<ViewTransform>\n    name: vt\n    from_scene_reference: !<MatrixTransform> {}\n"
-            "display_colorspaces:\n  - !<ColorSpace>\n    name: monitor\n";
+            "display_colorspaces:\n  - !<ColorSpace>\n    name: monitor\n    aliases: [glass]\n";
         text.displays = "  monitor:\n    - !<View> {name: plain, colorspace: lin}\n"
-                        "    - !<Views> [own, fixed]\n";
+                        "    - !<Views> [own, fixed, alias, role]\n";
         return load(folder_, text.str());
     }
 
@@ -315,7 +317,7 @@ private:
 
 TEST_F(SharedViews, AreListedWithTheOthers) {
     SKIP_WHERE_LISTED();
-    EXPECT_THAT(views_of(load_shared(), "monitor"), ElementsAre("plain", "own", "fixed"));
+    EXPECT_THAT(views_of(load_shared(), "monitor"), ElementsAre("plain", "own", "fixed", "alias", "role"));
 }
 
 TEST_F(SharedViews, ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay) {
@@ -323,6 +325,8 @@ TEST_F(SharedViews, ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay) {
     const auto config = load_shared();
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "fixed"), "srgb");
     EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "own"), "monitor");
+    EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "alias"), "monitor");
+    EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", "role"), "default") << "as on 1.x";
 }
 
 TEST_F(SharedViews, ShowNothingWithoutADisplay) {

@@ -1,0 +1,25 @@
+#include "colorio/ocio/inspection.h"
+
+#include "colorio/ocio/processor.h"
+
+namespace ocio {
+
+std::vector<std::string> list_looks(const ConstConfigRcPtr& config) {
+    std::vector<std::string> names;
+    for (int i = 0; i < config->getNumLooks(); ++i)
+        names.emplace_back(config->getLookNameByIndex(i));
+    return names;
+}
+
+void try_look(const ConstConfigRcPtr& config, const std::string& name) {
+    const library::ConstLookRcPtr look = config->getLook(name.c_str());
+    if (!look)
+        throw Exception(("there is no look '" + name + "'").c_str());
+    const library::LookTransformRcPtr conversion = library::LookTransform::Create();
+    conversion->setSrc(look->getProcessSpace());
+    conversion->setDst(look->getProcessSpace());
+    conversion->setLooks(name.c_str());
+    get_processor(config, conversion);
+}
+
+} // namespace ocio

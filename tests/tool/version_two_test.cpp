@@ -1,0 +1,310 @@
+// What the tool makes of the parts that only version 2 configurations have, shown on the sample
+// configuration.
+
+#include <map>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class VersionTwo : public ToolTest {
+protected:
+    ToolRun run_on_sample(std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), {"--config", QB_TEST_CONFIG_FOLDER "/version_2/config.ocio"});
+        return run(arguments);
+    }
+
+    json list_json() {
+        const ToolRun result = run_on_sample({"list", "--json"});
+        EXPECT_THAT(result, Succeeds());
+        return json::parse(result.out);
+    }
+
+    /// The items of a list by what they hold under `key`.
+    static std::map<std::string, json> by(const char* key, const json& list) {
+        std::map<std::string, json> items;
+        for (const json& item : list)
+            items[item.at(key)] = item;
+        return items;
+    }
+
+    ToolRun explain(const std::string& from, const std::string& to) {
+        return run_on_sample({"explain", from, to});
+    }
+};
+
+TEST_F(VersionTwo, SpacesSayWhatTheyAre) {
+    const json answer = list_json();
+    const auto spaces = by("name", answer.at("spaces"));
+    const json& monitor = spaces.at("Monitor");
+    EXPECT_EQ(monitor.at("reference"), "display");
+    EXPECT_EQ(monitor.at("encoding"), "sdr-video");
+    EXPECT_EQ(monitor.at("categories"), json({"display", "file-io"}));
+    EXPECT_EQ(monitor.at("aliases"), json({"screen", "gamma 2.2 monitor"}));
+    EXPECT_EQ(monitor.at("description"), "A power of 2.2");
+    EXPECT_EQ(spaces.at("linear").at("reference"), "scene");
+    EXPECT_EQ(spaces.at("linear").at("data"), false);
+    EXPECT_EQ(spaces.at("raw").at("data"), true);
+    EXPECT_EQ(spaces.count("unpublished"), 0u);
+}
+
+TEST_F(VersionTwo, InactiveSpacesAreListedApart) {
+    const auto inactive = by("name", list_json().at("inactive_spaces"));
+    EXPECT_EQ(inactive.size(), 2u);
+    EXPECT_EQ(inactive.at("unpublished").at("family"), "Old");
+    EXPECT_EQ(inactive.at("unpublished").at("aliases"), json({"old scan"}));
+    EXPECT_EQ(inactive.at("xyz").at("reference"), "display");
+    EXPECT_FALSE(inactive.at("xyz").contains("position")) << "the module does not publish it";
+}
+
+TEST_F(VersionTwo, TablesOfSpacesCountInactiveOnesAndListThemOnRequest) {
+    const ToolRun brief = run_on_sample({"list", "spaces"});
+    EXPECT_THAT(brief.out,
+                AllOf(HasSubstr("kind"), HasSubstr("display-referred"), HasSubstr("scene-referred, data"),
+                      HasSubstr("gamma 2.2 monitor"), Not(HasSubstr("unpublished")),
+                      HasSubstr("not published: 2 colour spaces; --inactive lists them.\n")));
+    const ToolRun whole = run_on_sample({"list", "spaces", "--inactive"});
+    EXPECT_THAT(whole.out, AllOf(HasSubstr("inactive colour space"), HasSubstr("unpublished"),
+                                 HasSubstr("xyz"), Not(HasSubstr("--inactive"))));
+}
+
+TEST_F(VersionTwo, ViewsSayWhatLeadsToThem) {
+    const auto views = by("label", list_json().at("views"));
+    const json& shot = views.at("Projector 2.6.Shot");
+    EXPECT_EQ(shot.at("display"), "Projector 2.6");
+    EXPECT_EQ(shot.at("view"), "Shot");
+    EXPECT_EQ(shot.at("color_space"), "Display|Projector 2.6");
+    EXPECT_EQ(shot.at("color_space_published"), true);
+    EXPECT_EQ(shot.at("view_transform"), "filmic");
+    EXPECT_EQ(shot.at("looks"), "shot grade");
+    EXPECT_EQ(shot.at("shared"), true);
+    EXPECT_EQ(views.at("Monitor.Plain").at("shared"), false);
+    EXPECT_EQ(views.at("Monitor.Film").at("description"), "With a shoulder");
+}
+
+TEST_F(VersionTwo, ViewsOfWhatIsNotPublishedSaySo) {
+    const auto views = by("label", list_json().at("views"));
+    EXPECT_EQ(views.at("Monitor.Hidden").at("color_space"), "Old|unpublished");
+    EXPECT_EQ(views.at("Monitor.Hidden").at("color_space_published"), false);
+    EXPECT_EQ(views.at("Monitor.Gamma only").at("color_space"), "");
+    EXPECT_EQ(views.at("Monitor.Gamma only").at("named_transform"), "gamma");
+    EXPECT_THAT(run_on_sample({"list", "views"}).out,
+                AllOf(HasSubstr("Old|unpublished (not published)"), HasSubstr("named transform"),
+                      HasSubstr("view transform"), HasSubstr("looks"), HasSubstr("shared")));
+}
+
+TEST_F(VersionTwo, NamedTransformsAreATopic) {
+    const json list = list_json().at("named_transforms");
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0], json({{"name", "gamma"},
+                             {"family", "Utility"},
+                             {"active", true},
+                             {"forward", false},
+                             {"inverse", true},
+                             {"encoding", "sdr-video"},
+                             {"categories", {"file-io"}},
+                             {"aliases", {"curve only"}},
+                             {"description", "A curve without a change of primaries"}}));
+    EXPECT_EQ(list[1].at("name"), "exposure up");
+    EXPECT_THAT(
+        run_on_sample({"list", "named-transforms"}).out,
+        AllOf(HasSubstr("gamma"), HasSubstr("inverse"), HasSubstr("curve only"), HasSubstr("exposure up")));
+    EXPECT_THAT(run_on_sample({"list"}).out, HasSubstr("named transform  "));
+}
+
+TEST_F(VersionTwo, TablesHaveNoEmptyColumns) {
+    const ToolRun builtin = run({"list"});
+    EXPECT_THAT(builtin.out, AllOf(Not(HasSubstr("encoding")), Not(HasSubstr("looks")),
+                                   Not(HasSubstr("kind")), Not(HasSubstr("named transform"))));
+    EXPECT_THAT(run({"list", "named-transforms"}).out, HasSubstr("There are no named transforms."));
+}
+
+TEST_F(VersionTwo, InactiveNamedTransformsAreMarked) {
+    EnvGuard inactive("OCIO_INACTIVE_COLORSPACES", "gamma");
+    EXPECT_THAT(run_on_sample({"list", "named-transforms"}).out,
+                AllOf(Not(HasSubstr("curve only")), HasSubstr("Inactive: 1 named transform; --inactive")));
+    EXPECT_THAT(run_on_sample({"list", "named-transforms", "--inactive"}).out, HasSubstr("curve only"));
+    EXPECT_EQ(list_json().at("named_transforms").at(0).at("active"), false);
+}
+
+TEST_F(VersionTwo, HiddenViewsAreListedOnRequest) {
+    EnvGuard active("OCIO_ACTIVE_DISPLAYS", "Monitor");
+    const json answer = list_json();
+    const auto hidden = by("label", answer.at("inactive_views"));
+    EXPECT_EQ(hidden.size(), 4u);
+    EXPECT_EQ(hidden.at("Projector 2.6.Film").at("view_transform"), "filmic");
+    EXPECT_THAT(run_on_sample({"list", "views"}).out,
+                AllOf(Not(HasSubstr("Projector 2.6.Film")), HasSubstr("not published: 4 views; --inactive")));
+    EXPECT_THAT(run_on_sample({"list", "views", "--inactive"}).out, HasSubstr("Projector 2.6.Film"));
+    EXPECT_THAT(run_on_sample({"explain", "linear", "--view", "Projector 2.6.Film"}),
+                FailsWith(1, HasSubstr("the view 'Projector 2.6.Film' of config.ocio is inactive")));
+}
+
+TEST_F(VersionTwo, OtherNamesAreResolvedWithANote) {
+    const ToolRun result = explain("render space", "Printer Lights");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("source:        Scene|linear\n"),
+                                  HasSubstr("destination:   Scene/Log|log\n")));
+    EXPECT_THAT(result.err, AllOf(HasSubstr("'render space' is another name of 'Scene|linear'"),
+                                  HasSubstr("'Printer Lights' is another name of 'Scene/Log|log'")));
+}
+
+TEST_F(VersionTwo, NamesInAnotherCaseAreResolvedWithANote) {
+    const ToolRun result = explain("LINEAR", "scene|PICKING");
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("destination:   Scene|picking\n"));
+    EXPECT_THAT(result.err, AllOf(HasSubstr("'LINEAR' is taken for 'Scene|linear'"),
+                                  HasSubstr("'scene|PICKING' is taken for 'Scene|picking'")));
+}
+
+TEST_F(VersionTwo, NamesAsTheyArePublishedNeedNoNote) {
+    EXPECT_EQ(explain("linear", "Scene|picking").err, "");
+    EXPECT_EQ(explain("scene_linear", "compositing_log").err, "") << "roles";
+}
+
+TEST_F(VersionTwo, InactiveSpacesAreRefusedByTheirOwnName) {
+    EXPECT_THAT(explain("linear", "unpublished"),
+                FailsWith(1, HasSubstr("'unpublished' is an inactive colour space of config.ocio")));
+    EXPECT_THAT(
+        explain("Old Scan", "linear"),
+        FailsWith(1, HasSubstr("'Old Scan', another name of 'unpublished', is an inactive colour space")));
+}
+
+TEST_F(VersionTwo, NamedTransformsAreRefusedAsSpaces) {
+    EXPECT_THAT(
+        explain("linear", "exposure up"),
+        FailsWith(1, HasSubstr("'exposure up' is a named transform of config.ocio and no colour space")));
+    EXPECT_THAT(explain("linear", "curve only"),
+                FailsWith(1, HasSubstr("'curve only', another name of 'gamma',")));
+}
+
+TEST_F(VersionTwo, ViewsInAnotherCaseAreResolvedWithANote) {
+    const ToolRun result = run_on_sample({"explain", "linear", "--view", "monitor.FILM"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("destination:   Monitor.Film\n"));
+    EXPECT_THAT(result.err, HasSubstr("'monitor.FILM' is taken for the view 'Monitor.Film'"));
+    EXPECT_EQ(run_on_sample({"explain", "linear", "--display", "Monitor", "--view", "Film"}).err, "");
+}
+
+TEST_F(VersionTwo, ADisplayMayHaveAFullStopInItsName) {
+    EXPECT_THAT(run_on_sample({"explain", "linear", "--view", "Projector 2.6.Film"}), Succeeds());
+    EXPECT_THAT(run_on_sample({"explain", "linear", "--display", "Projector 2.6", "--view", "Film"}),
+                Succeeds());
+}
+
+TEST_F(VersionTwo, CheckTriesEverything) {
+    const ToolRun result = run_on_sample({"check", "--json"});
+    EXPECT_THAT(result, Succeeds());
+    const json answer = json::parse(result.out);
+    EXPECT_EQ(answer.at("spaces_tried"), 7);
+    EXPECT_EQ(answer.at("views_tried"), 13);
+    EXPECT_EQ(answer.at("views_with_view_transform"), 7);
+    EXPECT_EQ(answer.at("views_with_looks"), 4);
+    EXPECT_EQ(answer.at("views_with_named_transform"), 1);
+    EXPECT_EQ(answer.at("named_transforms_tried"), 2);
+    EXPECT_EQ(answer.at("inactive_spaces_tried"), 2);
+    EXPECT_EQ(answer.at("looks_tried"), 2);
+    EXPECT_EQ(answer.at("view_transforms_tried"), 2);
+    EXPECT_EQ(answer.at("failures"), json::array());
+    EXPECT_EQ(answer.at("notices"), json::array());
+    EXPECT_THAT(
+        run_on_sample({"check"}).out,
+        HasSubstr("Views: 7 with a view transform, 4 with looks, 1 showing a named transform.\n"
+                  "Also tried: 2 named transforms, 2 inactive colour spaces, 2 looks, 2 view transforms. "
+                  "Notices: none.\n"));
+}
+
+constexpr char FAULTY_CONFIG[] = R"(ocio_profile_version: 2.1
+search_path: luts
+roles: {default: lin, scene_linear: lin}
+file_rules:
+  - !<Rule> {name: Default, colorspace: default}
+displays:
+  Monitor:
+    - !<View> {name: Film, view_transform: lost film, display_colorspace: screen, looks: warm}
+    - !<View> {name: Plain, colorspace: lin}
+inactive_colorspaces: [lost space]
+looks:
+  - !<Look> {name: warm, process_space: lin, transform: !<CDLTransform> {slope: [2, 1, 1]}}
+  - !<Look> {name: lost look, process_space: lin, transform: !<FileTransform> {src: look.cc}}
+view_transforms:
+  - !<ViewTransform>
+    name: lost film
+    from_scene_reference: !<FileTransform> {src: film.spi1d}
+display_colorspaces:
+  - !<ColorSpace> {name: screen}
+colorspaces:
+  - !<ColorSpace> {name: lin}
+  - !<ColorSpace>
+    name: lost space
+    to_scene_reference: !<FileTransform> {src: space.spi1d}
+named_transforms:
+  - !<NamedTransform>
+    name: lost curve
+    transform: !<FileTransform> {src: curve.spi1d}
+)";
+
+TEST_F(VersionTwo, CheckTellsFailuresFromWhatNobodyUses) {
+    folder.write("show.ocio", FAULTY_CONFIG);
+    const ToolRun result = run({"check", "--json", "--config", path("show.ocio")});
+    EXPECT_EQ(result.code, 1);
+    const json answer = json::parse(result.out);
+    const auto failures = by("name", answer.at("failures"));
+    EXPECT_EQ(failures.at("Monitor.Film").at("what"), "view");
+    EXPECT_EQ(failures.at("Monitor.Film").at("way"), "the view transform 'lost film' and the looks 'warm'");
+    EXPECT_EQ(failures.at("lost curve").at("what"), "named transform");
+    EXPECT_EQ(failures.at("lost curve").at("directions"), json({"forward"}));
+    EXPECT_EQ(failures.count("lost space"), 0u);
+    const auto notices = by("name", answer.at("notices"));
+    EXPECT_EQ(notices.size(), 3u);
+    EXPECT_EQ(notices.at("lost space").at("what"), "inactive color space");
+    EXPECT_EQ(notices.at("lost space").at("kind"), "missing file");
+    EXPECT_EQ(notices.at("lost space").at("directions"), json({"to lin", "from lin"}));
+    EXPECT_EQ(notices.at("lost look").at("what"), "look");
+    EXPECT_EQ(notices.at("lost film").at("what"), "view transform");
+}
+
+TEST_F(VersionTwo, CheckSaysItInWords) {
+    folder.write("show.ocio", FAULTY_CONFIG);
+    EXPECT_THAT(
+        run({"check", "--config", path("show.ocio")}).out,
+        AllOf(HasSubstr("failed: view 'Monitor.Film', through the view transform 'lost film' and the looks "
+                        "'warm': the file 'film.spi1d' is missing"),
+              HasSubstr("failed: named transform 'lost curve', forward: the file 'curve.spi1d'"),
+              HasSubstr("notice: inactive colour space 'lost space', to lin and from lin: "),
+              HasSubstr("notice: look 'lost look': the file 'look.cc' is missing"),
+              HasSubstr("notice: view transform 'lost film': "), HasSubstr("Notices: 3.")));
+}
+
+TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
+    std::string config = FAULTY_CONFIG;
+    config.replace(config.find("lost film, display_colorspace"), 9, "good film");
+    config.insert(
+        config.find("  - !<ViewTransform>\n    name: lost film"),
+        "  - !<ViewTransform>\n    name: good film\n    from_scene_reference: !<MatrixTransform> {}\n");
+    config.erase(config.find("named_transforms:"));
+    folder.write("show.ocio", config);
+    const ToolRun result = run({"check", "--config", path("show.ocio")});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("Failures: none."), HasSubstr("Notices: 3.")));
+}
+
+TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
+    folder.write("frame.txt", "no picture");
+    const ToolRun result = run_on_sample(
+        {"convert", path("frame.txt"), path("out.png"), "--why", "--from", "lin", "--view", "Monitor.Shot"});
+    EXPECT_THAT(result.out,
+                AllOf(HasSubstr("source:        Scene|linear, which --from 'lin' means, another name of it"),
+                      HasSubstr("the view 'Shot' of the display 'Monitor', which shows Display|Monitor "
+                                "through the view transform filmic with the looks shot grade")));
+}
+
+} // namespace
