@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "colorio/ocio/v2/pixel_bridge.h"
+#include "every_target.h"
 
 namespace pixel_test {
 
@@ -14,6 +15,30 @@ constexpr std::size_t PIXELS = 3000;
 
 bool nearer(float ours, float theirs, double exact) {
     return std::fabs(static_cast<double>(ours) - exact) <= std::fabs(static_cast<double>(theirs) - exact);
+}
+
+testing::AssertionResult same_pixels(const std::vector<Pixel>& in, const std::vector<Pixel>& ours,
+                                     const std::vector<Pixel>& theirs, const Exact& exact) {
+    for (std::size_t i = 0; i < in.size(); ++i) {
+        for (std::size_t c = 0; c < 4; ++c) {
+            if (is_near(ours[i][c], static_cast<double>(theirs[i][c])) ||
+                (exact && c < 3 && nearer(ours[i][c], theirs[i][c], exact(in[i])[c]))) {
+                continue;
+            }
+            return testing::AssertionFailure()
+                   << "channel " << c << " of (" << in[i][0] << ", " << in[i][1] << ", " << in[i][2] << ", "
+                   << in[i][3] << "): " << ours[i][c] << " for the library's " << theirs[i][c];
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+std::string words_of(const pixel::Program& program) {
+    std::string out;
+    for (const std::string& words : program.describe().simplified) {
+        out += "\n" + words;
+    }
+    return out;
 }
 
 } // namespace
@@ -37,25 +62,16 @@ testing::AssertionResult agrees(const library::ConstProcessorRcPtr& processor, c
     }
     const pixel::Program program(*chain);
     const std::vector<Pixel> in = mixed_pixels(PIXELS, 97);
-    std::vector<Pixel> ours = in, theirs = in;
-    program.apply_packed(ours[0].data(), PIXELS, 1, 4);
+    std::vector<Pixel> theirs = in;
     library::PackedImageDesc image(theirs[0].data(), PIXELS, 1, 4);
     lossless(processor)->apply(image);
-    for (std::size_t i = 0; i < PIXELS; ++i) {
-        for (std::size_t c = 0; c < 4; ++c) {
-            if (is_near(ours[i][c], static_cast<double>(theirs[i][c]))) {
-                continue;
-            }
-            if (exact && c < 3 && nearer(ours[i][c], theirs[i][c], exact(in[i])[c])) {
-                continue;
-            }
-            auto failure = testing::AssertionFailure();
-            failure << "channel " << c << " of (" << in[i][0] << ", " << in[i][1] << ", " << in[i][2] << ", "
-                    << in[i][3] << "): " << ours[i][c] << " for the library's " << theirs[i][c];
-            for (const std::string& words : program.describe().simplified) {
-                failure << "\n" << words;
-            }
-            return failure;
+    for (const std::int64_t target : vector_targets()) {
+        const TargetGuard guard(target);
+        std::vector<Pixel> ours = in;
+        program.apply_packed(ours[0].data(), PIXELS, 1, 4);
+        if (const auto result = same_pixels(in, ours, theirs, exact); !result) {
+            return testing::AssertionFailure()
+                   << target_name(target) << ", " << result.message() << words_of(program);
         }
     }
     return testing::AssertionSuccess();

@@ -21,7 +21,8 @@ library::ConstCPUProcessorRcPtr lossless(const library::ConstProcessorRcPtr& pro
 /// Red, green and blue in double precision.
 using Exact = std::function<std::array<double, 3>(const Pixel&)>;
 
-/// Runs awkward and random pixels through the library and through pixel/. Success when every value differs by
+/// Runs awkward and random pixels through the library and through pixel/, there on every instruction set that
+/// this processor has. Success when every value differs by
 /// at most 1e-6 of the library's or 1e-7, or, where `exact` is given, lies no farther from the exact value
 /// than the library's.
 testing::AssertionResult agrees(const library::ConstProcessorRcPtr& processor, const Exact& exact = nullptr);

@@ -63,7 +63,12 @@ std::vector<Op> all_operations() {
     return ops;
 }
 
-/// The last operation on `scalar`, the slowest and plainest instruction set, is what the others are held to.
+TEST(VectorTargets, ScalarCodeIsTheLastOfThem) {
+    ASSERT_FALSE(vector_targets().empty());
+    EXPECT_TRUE(is_scalar(vector_targets().back())) << vector_targets().back();
+}
+
+/// The scalar code, the slowest and plainest, is what the others are held to.
 class TargetAgreement : public EveryTarget {};
 RUN_ON_EVERY_TARGET(TargetAgreement);
 
