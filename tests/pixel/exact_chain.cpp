@@ -12,11 +12,22 @@ namespace {
 
 using namespace pixel;
 
+bool is_diagonal(const Matrix& op) {
+    for (std::size_t i = 0; i < 16; ++i) {
+        if (i % 5 != 0 && op.m[i] != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The zeros of a diagonal matrix keep channels apart; those of others make NaN of an infinite channel.
 ExactPixel evaluate(const Matrix& op, const ExactPixel& in) {
+    const bool diagonal = is_diagonal(op);
     ExactPixel out = op.offset;
     for (std::size_t row = 0; row < 4; ++row) {
         for (std::size_t column = 0; column < 4; ++column) {
-            out[row] += op.m[4 * row + column] * in[column];
+            out[row] += diagonal && column != row ? 0 : op.m[4 * row + column] * in[column];
         }
     }
     return out;

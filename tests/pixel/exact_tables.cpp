@@ -78,7 +78,8 @@ double forward_unit(const std::vector<float>& values, std::size_t curve, std::si
 
 /// Where `x` lies among entries that rise, or fall: an entry, and the part of the way to the next. Entries
 /// that break the direction count as their predecessor; in a flat stretch the first entry is the place, but
-/// at the start of the table the last.
+/// at the start of the table the last. NaN has a
+/// place only where all entries are one.
 struct Place {
     std::size_t entry;
     double part;
@@ -98,8 +99,11 @@ Place find(const std::vector<float>& values, std::size_t start, std::size_t leng
         last, static_cast<std::size_t>(std::upper_bound(reached.begin(), reached.end(), reached.front()) -
                                        reached.begin() - 1));
     const double wanted = std::clamp(sign * x, reached[first], reached[last]);
-    if (wanted == reached[first]) {
+    if (wanted == reached[first] || first == last) {
         return {first, 0};
+    }
+    if (std::isnan(wanted)) {
+        return {first, wanted};
     }
     const auto above =
         static_cast<std::size_t>(std::lower_bound(reached.begin(), reached.end(), wanted) - reached.begin());
@@ -129,9 +133,6 @@ double look_up(const pixel::Lut1D& table, std::size_t channel, double x) {
     const bool half = table.domain == pixel::InputDomain::Half;
     if (table.direction == pixel::Direction::Forward) {
         return half ? forward_half(values, curve, x) : forward_unit(values, curve, table.length, x);
-    }
-    if (std::isnan(x)) {
-        return x;
     }
     return half ? inverse_half(values, curve, x) : inverse_unit(values, curve, table.length, x);
 }
