@@ -19,7 +19,7 @@ public:
     /// What converts pictures.
     enum Path {
         PATH_NONE,   ///< Nothing: colours stay as they are.
-        PATH_VECTOR, ///< The module's vector code; the colour library below `least_pixels`.
+        PATH_VECTOR, ///< The module's vector code; the colour library until `least_pixels` have come.
         PATH_LIBRARY ///< The colour library, for the reason given.
     };
 

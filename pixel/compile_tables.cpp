@@ -102,6 +102,7 @@ Stage compile_table(const Lut1D& op) {
     }
     TableStage stage{};
     stage.last = static_cast<float>(op.length - 1);
+    stage.arithmetic = op.arithmetic;
     prepare_curves(op, stage, [&](const float* own) { return padded(own, op.length, 1); });
     return stage;
 }
@@ -115,6 +116,7 @@ Stage compile_cube(const Lut3D& op) {
     CubeStage stage{};
     stage.edge = edge;
     stage.interpolation = op.interpolation;
+    stage.arithmetic = op.arithmetic;
     stage.rgbx.resize(4 * edge * edge * edge);
     const bool red_fastest = op.order == CubeOrder::RedFastest;
     const float* from = op.rgb->data();

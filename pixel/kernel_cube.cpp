@@ -7,6 +7,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
+#include "pixel/fused-inl.h"
 #include "pixel/lookup-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -98,6 +99,10 @@ HWY_INLINE Entry sum(const Entry& a, const Entry& b) {
 HWY_INLINE Entry difference(const Entry& a, const Entry& b) {
     return {{a.v[0] - b.v[0], a.v[1] - b.v[1], a.v[2] - b.v[2], a.v[3] - b.v[3]}};
 }
+HWY_INLINE Entry add_weighted(const Entry& total, const Entry& e, float w) {
+    return {{fused_in_double(e.v[0], w, total.v[0]), fused_in_double(e.v[1], w, total.v[1]),
+             fused_in_double(e.v[2], w, total.v[2]), fused_in_double(e.v[3], w, total.v[3])}};
+}
 HWY_INLINE void store_entry(const Entry& e, float* p) {
     for (int i = 0; i < 4; ++i) {
         p[i] = e.v[i];
@@ -118,30 +123,43 @@ HWY_INLINE Entry sum(Entry a, Entry b) {
 HWY_INLINE Entry difference(Entry a, Entry b) {
     return hn::Sub(a, b);
 }
+/// Rounded once.
+HWY_INLINE Entry add_weighted(Entry total, Entry e, float w) {
+    return multiply_add_once(EntryTag(), e, hn::Set(EntryTag(), w), total);
+}
 HWY_INLINE void store_entry(Entry e, float* p) {
     hn::Store(e, EntryTag(), p);
 }
 #endif
 
+template <bool FUSED>
 HWY_INLINE Entry blend(Entry from, Entry to, float fraction) {
-    return sum(weighted(difference(to, from), fraction), from);
+    if constexpr (FUSED) {
+        return sum(weighted(from, 1 - fraction), weighted(to, fraction));
+    } else {
+        return sum(weighted(difference(to, from), fraction), from);
+    }
 }
 
 /// Along blue, then green, then red.
+template <bool FUSED>
 HWY_INLINE Entry trilinear(const float* table, const Corners& corners, std::size_t i) {
     const float* p = table + corners.offset[0][i];
     const std::int32_t r = corners.offset[1][i], g = corners.offset[2][i], b = corners.offset[3][i];
     const float fr = corners.weight[0][i], fg = corners.weight[1][i], fb = corners.weight[2][i];
     const auto edge = [&](std::int32_t at)
-                          HWY_ATTR { return blend(load_entry(p + at), load_entry(p + at + b), fb); };
-    const auto face = [&](std::int32_t at) HWY_ATTR { return blend(edge(at), edge(at + g), fg); };
-    return blend(face(0), face(r), fr);
+                          HWY_ATTR { return blend<FUSED>(load_entry(p + at), load_entry(p + at + b), fb); };
+    const auto face = [&](std::int32_t at) HWY_ATTR { return blend<FUSED>(edge(at), edge(at + g), fg); };
+    return blend<FUSED>(face(0), face(r), fr);
 }
 
+template <bool FUSED>
 HWY_INLINE Entry tetrahedral(const float* table, const Corners& corners, std::size_t i) {
     Entry out = weighted(load_entry(table + corners.offset[0][i]), corners.weight[0][i]);
     for (int k = 1; k < 4; ++k) {
-        out = sum(out, weighted(load_entry(table + corners.offset[k][i]), corners.weight[k][i]));
+        const Entry entry = load_entry(table + corners.offset[k][i]);
+        const float weight = corners.weight[k][i];
+        out = FUSED ? add_weighted(out, entry, weight) : sum(out, weighted(entry, weight));
     }
     return out;
 }
@@ -156,7 +174,7 @@ struct Order {
     }
 };
 
-template <bool TETRAHEDRAL>
+template <bool TETRAHEDRAL, bool FUSED>
 void cube_planes(const CubeStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     const float last = static_cast<float>(stage.edge - 1);
@@ -181,8 +199,8 @@ void cube_planes(const CubeStage& stage, Block& block) {
             if (i % PIXELS_PER_LINE == 0) {
                 block.lookahead.fetch_line();
             }
-            store_entry(TETRAHEDRAL ? tetrahedral(stage.rgbx.data(), corners, i)
-                                    : trilinear(stage.rgbx.data(), corners, i),
+            store_entry(TETRAHEDRAL ? tetrahedral<FUSED>(stage.rgbx.data(), corners, i)
+                                    : trilinear<FUSED>(stage.rgbx.data(), corners, i),
                         result + 4 * i);
         }
         for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
@@ -197,7 +215,9 @@ void cube_planes(const CubeStage& stage, Block& block) {
 
 void cube(const CubeStage& stage, Block& block) {
     const bool tetrahedral = stage.interpolation == CubeInterpolation::Tetrahedral;
-    const auto run = tetrahedral ? cube_planes<true> : cube_planes<false>;
+    const bool fused = stage.arithmetic == TableArithmetic::Fused;
+    const auto run = tetrahedral ? (fused ? cube_planes<true, true> : cube_planes<true, false>)
+                                 : (fused ? cube_planes<false, true> : cube_planes<false, false>);
     run(stage, block);
 }
 

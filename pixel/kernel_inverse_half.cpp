@@ -40,7 +40,8 @@ void inverse_side(const InverseCurve& curve, float sign, float* plane, std::size
         if (curve.crowded && !hn::AllFalse(d, place.crowded)) {
             search_lanes(d, curve, x, place);
         }
-        const auto low = half_magnitude(d, place.whole);
+        // The first entry may be found as the end of the way from a place before it, which has no number.
+        const auto low = half_magnitude(d, at_least(place.whole, hn::Zero(d)));
         const auto high = half_magnitude(d, hn::Add(place.whole, hn::Set(d, 1.0f)));
         const auto out = hn::Add(low, hn::Mul(place.part, hn::Sub(high, low)));
         hn::Store(hn::Mul(out, hn::Set(d, sign)), d, plane + i);

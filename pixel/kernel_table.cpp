@@ -9,6 +9,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
+#include "pixel/fused-inl.h"
 #include "pixel/lookup-inl.h"
 #include "pixel/planes-inl.h"
 
@@ -16,7 +17,19 @@ HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// Interpolates from the entry above: (below - above) * distance + above, which is exact on the entries.
+/// Between two entries, `part` of the way from the first one of the arithmetic.
+template <bool FUSED, class D>
+HWY_INLINE hn::Vec<D> interpolate(D d, hn::Vec<D> below, hn::Vec<D> above, hn::Vec<D> part) {
+    if constexpr (FUSED) {
+        return multiply_add_once(d, hn::Sub(above, below), part, below);
+    } else {
+        return hn::Add(hn::Mul(hn::Sub(below, above), part), above);
+    }
+}
+
+/// Looks for the entry above, which makes the results on entries exact, and keeps the part of the way to `x`
+/// from the entry where the interpolation begins.
+template <bool FUSED>
 void table_plane(const TableStage& stage, std::size_t c, Block& block) {
     const hn::ScalableTag<float> d;
     const hn::RebindToSigned<decltype(d)> di;
@@ -30,21 +43,22 @@ void table_plane(const TableStage& stage, std::size_t c, Block& block) {
         const auto x = at_most(at_least(in, zero), end); // NaN becomes 0
         const auto above = hn::Ceil(x);
         hn::Store(to_index(d, above), di, index + i);
-        hn::Store(hn::Sub(above, x), d, plane + i);
+        hn::Store(FUSED ? hn::Sub(x, hn::Floor(x)) : hn::Sub(above, x), d, plane + i);
     });
     for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
-        const auto distance = hn::Load(d, plane + i);
+        const auto part = hn::Load(d, plane + i);
         auto below = zero, above = zero;
         load_pairs(d, values, index + i, below, above);
         // On an entry the difference must be zero even where it would overflow.
-        below = hn::IfThenElse(hn::Eq(distance, zero), above, below);
-        hn::Store(hn::Add(hn::Mul(hn::Sub(below, above), distance), above), d, plane + i);
+        below = hn::IfThenElse(hn::Eq(part, zero), above, below);
+        hn::Store(interpolate<FUSED>(d, below, above, part), d, plane + i);
     });
 }
 
 void table(const TableStage& stage, Block& block) {
+    const auto run = stage.arithmetic == TableArithmetic::Fused ? table_plane<true> : table_plane<false>;
     for (std::size_t c = 0; c < 3; ++c) {
-        table_plane(stage, c, block);
+        run(stage, c, block);
     }
 }
 

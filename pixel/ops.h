@@ -84,6 +84,19 @@ enum class InputDomain {
     Half, ///< 65536 entries, one for each bit pattern of a 16-bit float
 };
 
+/// How tables of the unit domain interpolate, down to the rounding: where entries of opposite signs cancel,
+/// the last digits of the steps come to the front. Other tables have one way only.
+enum class TableArithmetic {
+    /// Products and sums rounded one by one. 1D: from the entry above; trilinear: from the lower corner,
+    /// adding parts
+    /// of the differences; tetrahedral: the sum of the weighted entries.
+    Stepwise,
+    /// 1D: from the entry below, product and sum rounded once; trilinear: both ends weighted; tetrahedral:
+    /// each product
+    /// and the sum so far rounded once.
+    Fused,
+};
+
 /// One-dimensional table, linearly interpolated. `values` holds `length` entries for one shared curve
 /// (`channels` 1), or red's, then green's, then blue's (`channels` 3).
 struct Lut1D {
@@ -92,6 +105,7 @@ struct Lut1D {
     std::size_t channels;
     Table values;
     Direction direction;
+    TableArithmetic arithmetic = TableArithmetic::Stepwise; ///< of forward tables of the unit domain
 };
 
 enum class CubeOrder { RedFastest, BlueFastest };
@@ -103,6 +117,7 @@ struct Lut3D {
     CubeOrder order;
     CubeInterpolation interpolation;
     Table rgb;
+    TableArithmetic arithmetic = TableArithmetic::Stepwise;
 };
 
 using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D>;

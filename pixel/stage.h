@@ -97,6 +97,7 @@ struct PaddedCurve {
 
 struct TableStage {
     float last; ///< index of the last entry
+    TableArithmetic arithmetic;
     Scaling before;
     std::array<PaddedCurve, 3> curve;
     std::array<int, 3> curve_of; ///< which curve each channel uses
@@ -153,6 +154,7 @@ struct InverseHalfStage {
 struct CubeStage {
     std::size_t edge;
     CubeInterpolation interpolation;
+    TableArithmetic arithmetic;
     std::vector<float> rgbx;
 };
 

@@ -23,7 +23,7 @@ std::vector<ExplainedPart> explain_conversion(const ColorConversion& conversion,
                                               const ConversionRequest& request,
                                               const std::array<float, 4>& pixel);
 
-/// What converts the part's pictures: "the module's vector code (AVX2); the colour library below 4096
+/// What converts the part's pictures: "the module's vector code (AVX2); the colour library until 4096
 /// pixels".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 

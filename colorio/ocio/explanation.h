@@ -15,7 +15,8 @@ struct ExplainedStep {
 /// What converts pictures.
 enum class EvaluationPath {
     None,    ///< nothing: the conversion leaves colours as they are
-    Vector,  ///< the project's own vector code, from `least_pixels` on; smaller pictures are the library's
+    Vector,  ///< the project's own vector code; the library until `least_pixels` have come, in one picture or
+             ///< many
     Library, ///< the colour library, for the `reason` given
 };
 

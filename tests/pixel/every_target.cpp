@@ -10,6 +10,10 @@ std::vector<std::int64_t> vector_targets() {
     return hwy::SupportedAndGeneratedTargets();
 }
 
+bool is_scalar(std::int64_t target) {
+    return target == HWY_SCALAR || target == HWY_EMU128;
+}
+
 TargetGuard::TargetGuard(std::int64_t target) {
     hwy::SetSupportedTargetsForTest(target);
 }
@@ -18,8 +22,8 @@ TargetGuard::~TargetGuard() {
     hwy::SetSupportedTargetsForTest(0);
 }
 
-std::string target_name(const testing::TestParamInfo<std::int64_t>& info) {
-    return hwy::TargetName(info.param);
+std::string target_name(std::int64_t target) {
+    return hwy::TargetName(target);
 }
 
 } // namespace pixel_test

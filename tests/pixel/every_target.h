@@ -8,9 +8,12 @@
 
 namespace pixel_test {
 
-/// The instruction sets that the library was built for and this processor has, as Highway's bits; the scalar
-/// one is always among them.
+/// The instruction sets that the kernels were built for and this processor has, as Highway's bits, the best
+/// first; the last one is the scalar code.
 std::vector<std::int64_t> vector_targets();
+
+/// True for the instruction set that does without vectors.
+bool is_scalar(std::int64_t target);
 
 /// Restricts the kernels to one instruction set for its lifetime.
 class TargetGuard {
@@ -27,11 +30,11 @@ private:
     TargetGuard guard_{GetParam()};
 };
 
-std::string target_name(const testing::TestParamInfo<std::int64_t>& info);
+std::string target_name(std::int64_t target);
 
 } // namespace pixel_test
 
 /// Runs the tests of a fixture derived from EveryTarget.
 #define RUN_ON_EVERY_TARGET(fixture)                                                                         \
     INSTANTIATE_TEST_SUITE_P(On, fixture, testing::ValuesIn(pixel_test::vector_targets()),                   \
-                             pixel_test::target_name)
+                             [](const auto& info) { return pixel_test::target_name(info.param); })

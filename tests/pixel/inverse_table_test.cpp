@@ -188,6 +188,14 @@ TEST_P(InverseTables, FlatNegativesOfACurveOverTheHalfFloatsGiveZero) {
     EXPECT_NEAR(square(0.5f), 0.25f, 1e-7);
 }
 
+TEST_P(InverseTables, TheFirstEntryOfACurveOverTheHalfFloatsIsFound) {
+    const Single inverse(
+        inverse_over_halves([](double x) { return x > 0 ? 0.5 + std::pow(x, 0.125) : 0.5; }));
+    EXPECT_EQ(inverse(0.5f), 0.0f);
+    EXPECT_EQ(inverse(0.25f), 0.0f);
+    EXPECT_EQ(inverse(1.5f), 1.0f);
+}
+
 TEST(InverseTableErrors, NanAndInfinityHaveNoInverse) {
     EXPECT_THROW(Program({inverse_of({0.0f, std::nanf(""), 1.0f})}), std::invalid_argument);
     EXPECT_THROW(Program({inverse_of({0.0f, INF})}), std::invalid_argument);

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <array>
-#include <functional>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "colorio/ocio/types.h"
+#include "pixel/ops.h"
 #include "samples.h"
 
 namespace pixel_test {
@@ -18,14 +20,33 @@ library::ConstProcessorRcPtr processor_of(const library::ConstTransformRcPtr& tr
 /// The library's own CPU path, without loss.
 library::ConstCPUProcessorRcPtr lossless(const library::ConstProcessorRcPtr& processor);
 
-/// Red, green and blue in double precision.
-using Exact = std::function<std::array<double, 3>(const Pixel&)>;
+/// How the values of pixel/ compare with the library's.
+struct Agreement {
+    std::size_t values = 0;
+    /// Largest difference of those within the tolerance, as a share of it: of 1e-6 of the library's value, or
+    /// of 1e-7 where that is more.
+    double largest = 0;
+    /// Values beyond the tolerance that lie nearer than the library's to the value in double precision, and
+    /// how far the library's and ours are from that at most, in tolerances of it.
+    std::size_t nearer = 0;
+    double library_error = 0, own_error = 0;
+    /// Values that are neither, and words for the first of them.
+    std::size_t failures = 0;
+    std::string first_failure;
 
-/// Runs awkward and random pixels through the library and through pixel/. Success when every value differs by
-/// at most 1e-6 of the library's or 1e-7, or, where `exact` is given, lies no farther from the exact value
-/// than the library's.
-testing::AssertionResult agrees(const library::ConstProcessorRcPtr& processor, const Exact& exact = nullptr);
-testing::AssertionResult agrees(const library::ConstTransformRcPtr& transform, int version = 2,
-                                const Exact& exact = nullptr);
+    void join(const Agreement& other);
+};
+
+/// Runs pixels through the library and through the chain that is its translation, there on every instruction
+/// set that this processor has.
+Agreement compare(const library::ConstProcessorRcPtr& processor, const pixel::OpChain& chain,
+                  const std::vector<Pixel>& in);
+
+/// The simplified operations, each on a line of its own.
+std::string words_of(const pixel::OpChain& chain);
+
+/// Success when the chain is taken and awkward and random pixels have no failures.
+testing::AssertionResult agrees(const library::ConstProcessorRcPtr& processor);
+testing::AssertionResult agrees(const library::ConstTransformRcPtr& transform, int version = 2);
 
 } // namespace pixel_test

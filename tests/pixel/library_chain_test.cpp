@@ -70,9 +70,8 @@ library::CDLTransformRcPtr random_grade(std::mt19937& generator) {
     return cdl;
 }
 
-/// One CDL applied and another undone, as the module's CDL conversions do. The last digit of a power may come
-/// to the front where saturation cancels, so usual pixel values only.
-TEST(LibraryChainAgreement, CdlConversionsOfUsualValues) {
+/// One CDL applied and another undone, as the module's CDL conversions do.
+TEST(LibraryChainAgreement, CdlConversions) {
     std::mt19937 generator(8);
     for (int i = 0; i < 20; ++i) {
         const library::GroupTransformRcPtr pair = library::GroupTransform::Create();
@@ -80,19 +79,8 @@ TEST(LibraryChainAgreement, CdlConversionsOfUsualValues) {
         const library::CDLTransformRcPtr undone = random_grade(generator);
         undone->setDirection(library::TRANSFORM_DIR_INVERSE);
         pair->appendTransform(undone);
-        const auto processor = processor_of(pair, 1);
-        const auto chain = ocio::translate(processor, nullptr);
-        ASSERT_TRUE(chain);
-        const pixel::Program program(*chain);
-        const auto reference = lossless(processor);
-        for (const float v : ramp(500, -0.1f, 1.5f)) {
-            Pixel ours{v, 0.5f, 1 - v, 1.0f}, theirs = ours;
-            program.apply_pixel(ours.data());
-            reference->applyRGBA(theirs.data());
-            for (std::size_t c = 0; c < 4; ++c) {
-                ASSERT_NEAR(ours[c], theirs[c], 1e-6 * std::max(0.3f, std::fabs(theirs[c]))) << v;
-            }
-        }
+        EXPECT_TRUE(agrees(pair, 1));
+        EXPECT_TRUE(agrees(pair, 2));
     }
 }
 

@@ -162,30 +162,10 @@ library::CDLTransformRcPtr cdl(const Grade& grade, library::CDLStyle style,
     return transform;
 }
 
-/// The unclamped CDL in double precision, with the constants and the intermediate values that are floats for
-/// all: the saturation subtracts, which brings a last digit of the power's results to the front.
-std::array<double, 3> unclamped(const Grade& grade, const Pixel& in) {
-    std::array<double, 3> v{};
-    const float weights[3] = {0.2126f, 0.7152f, 0.0722f};
-    double luma = 0;
-    for (std::size_t c = 0; c < 3; ++c) {
-        const float x = in[c] * static_cast<float>(grade.slope[c]) + static_cast<float>(grade.offset[c]);
-        v[c] = x > 0
-                   ? std::pow(static_cast<double>(x), static_cast<double>(static_cast<float>(grade.power[c])))
-                   : static_cast<double>(x);
-        luma += v[c] * static_cast<double>(weights[c]);
-    }
-    for (double& x : v) {
-        x = luma + static_cast<double>(static_cast<float>(grade.saturation)) * (x - luma);
-    }
-    return v;
-}
-
 TEST(LibraryAgreement, CdlOfBothStyles) {
     for (const Grade& grade : GRADES) {
         EXPECT_TRUE(agrees(cdl(grade, library::CDL_ASC, library::TRANSFORM_DIR_FORWARD)));
-        EXPECT_TRUE(agrees(cdl(grade, library::CDL_NO_CLAMP, library::TRANSFORM_DIR_FORWARD), 2,
-                           [&](const Pixel& in) { return unclamped(grade, in); }));
+        EXPECT_TRUE(agrees(cdl(grade, library::CDL_NO_CLAMP, library::TRANSFORM_DIR_FORWARD)));
         if (grade.slope[0] == 0 || grade.saturation == 0) {
             continue; // the library refuses some of these inverses as singular
         }

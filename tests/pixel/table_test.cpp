@@ -46,6 +46,17 @@ TEST_P(Tables, ValuesBetweenEntriesAreInterpolatedLinearly) {
     EXPECT_EQ(table(0.9375f), 14.25f);
 }
 
+/// 0.1f * 3 - 0.3f is -2^-27, which a product rounded by itself would lose.
+TEST_P(Tables, FusedArithmeticRoundsOnce) {
+    Lut1D table = shared_curve({-0.3f, 2.7f});
+    table.arithmetic = TableArithmetic::Fused;
+    EXPECT_EQ(apply_grey(table, 0.1f), -0x1p-27f);
+    EXPECT_EQ(apply_grey(table, 1.0f), 2.7f);
+    EXPECT_EQ(apply_grey(table, NOT_A_NUMBER), -0.3f);
+    table.arithmetic = TableArithmetic::Stepwise;
+    EXPECT_NE(apply_grey(table, 0.1f), -0x1p-27f);
+}
+
 TEST_P(Tables, ValuesOutsideTakeTheEndsAndNanTheFirst) {
     const Single table(shared_curve({0.25f, 0.5f, 0.75f}));
     for (const float low : {-0.0f, -1e-40f, -1e30f, -INF, NOT_A_NUMBER}) {

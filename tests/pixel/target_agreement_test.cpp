@@ -1,7 +1,4 @@
-#include <cmath>
-#include <memory>
-#include <random>
-
+#include "all_operations.h"
 #include "every_target.h"
 #include "samples.h"
 
@@ -10,60 +7,12 @@ using namespace pixel_test;
 
 namespace {
 
-Table random_entries(std::size_t count) {
-    std::mt19937 generator(17);
-    std::uniform_real_distribution<float> uniform(-1.0f, 2.0f);
-    std::vector<float> values(count);
-    for (float& v : values) {
-        v = uniform(generator);
-    }
-    return std::make_shared<const std::vector<float>>(std::move(values));
+TEST(VectorTargets, ScalarCodeIsTheLastOfThem) {
+    ASSERT_FALSE(vector_targets().empty());
+    EXPECT_TRUE(is_scalar(vector_targets().back())) << vector_targets().back();
 }
 
-Table power_entries(std::size_t count) {
-    std::vector<float> values;
-    for (const float x : ramp(count, 0.0f, 1.0f)) {
-        values.push_back(std::pow(x, 2.4f));
-    }
-    return std::make_shared<const std::vector<float>>(std::move(values));
-}
-
-/// Every operation in every style and direction.
-std::vector<Op> all_operations() {
-    std::vector<Op> ops{
-        Matrix{{1.2, -0.3, 0.17, 0.25, 0.01, 0.9, 0.12, -0.5, -0.5, 0.33, 1.1, 0.75, 0, 0, 0, 1},
-               {0.1, 0, 0, 0}},
-        Matrix{{1.2, 0, 0, 0, 0, 0.9, 0, 0, 0, 0, 1.1, 0, 0, 0, 0, 1}, {0.1, 0, 0.7, 0}},
-        Range{0.1, 0.9, -0.5, 2.0},
-        Range{0.1, std::nullopt, 0.1, std::nullopt},
-        Lut3D{9, CubeOrder::RedFastest, CubeInterpolation::Trilinear, random_entries(3 * 729)},
-        Lut3D{9, CubeOrder::BlueFastest, CubeInterpolation::Tetrahedral, random_entries(3 * 729)},
-        Lut1D{InputDomain::Unit, 100, 3, random_entries(300), Direction::Forward},
-        Lut1D{InputDomain::Half, 65536, 1, random_entries(65536), Direction::Forward},
-        Lut1D{InputDomain::Unit, 1000, 1, power_entries(1000), Direction::Inverse},
-        Lut1D{InputDomain::Unit, 100, 3, random_entries(300), Direction::Inverse},
-        Lut1D{InputDomain::Half, 65536, 1, power_entries(65536), Direction::Inverse},
-    };
-    for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
-        for (const auto style : {Negatives::Clamp, Negatives::Mirror, Negatives::PassThrough}) {
-            ops.push_back(Exponent{{2.2, 0.45, 7.5, 1}, style, direction});
-        }
-        for (const auto style : {Negatives::Linear, Negatives::Mirror}) {
-            ops.push_back(LinearToeCurve{{2.4, 3, 1, 1}, {0.055, 0.16, 0.1, 0}, style, direction});
-        }
-        for (const auto style : {CdlStyle::Clamped, CdlStyle::Unclamped}) {
-            // Saturation 1 keeps the channels apart: nothing is subtracted that could magnify a rounding.
-            ops.push_back(Cdl{{1.1, 0.9, 1}, {0.01, 0.02, 0}, {1.2, 0.8, 1}, 1, style, direction});
-        }
-        ops.push_back(Log{10, direction});
-        // Offset 0 where a logarithm or power is rounded: nothing cancels.
-        ops.push_back(
-            LogAffine{2, {1, 2, 3}, {0, 0, 0}, {1, 2, 3}, {0, 0, 0}, {{0.1, 0.1, 0.1}}, {}, direction});
-    }
-    return ops;
-}
-
-/// The last operation on `scalar`, the slowest and plainest instruction set, is what the others are held to.
+/// The scalar code, the slowest and plainest, is what the others are held to.
 class TargetAgreement : public EveryTarget {};
 RUN_ON_EVERY_TARGET(TargetAgreement);
 

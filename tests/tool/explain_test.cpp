@@ -53,7 +53,7 @@ TEST_F(Explain, SaysWhichPathIsTaken) {
     const ToolRun result = explain({"sRGB", "linear"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, AllOf(HasSubstr("pictures take the module's vector code ("),
-                                  HasSubstr("the colour library below 4096 pixels")));
+                                  HasSubstr("the colour library until 4096 pixels have come")));
 }
 
 TEST_F(Explain, FollowsTheSwitchInTheEnvironment) {

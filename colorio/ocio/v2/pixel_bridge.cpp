@@ -17,9 +17,10 @@ namespace {
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 
-/// The results of pixel/ were compared with those of 2.1 only. Later versions may round otherwise; before
-/// they are let in here, the tests of this file have to pass on them.
-constexpr bool LIBRARY_IS_MEASURED = OCIO_VERSION_MAJOR == 2 && OCIO_VERSION_MINOR == 1;
+/// The versions that the results of pixel/ were compared with. Others may round otherwise; before they are
+/// let in here, the tests of this file have to pass on them.
+constexpr bool LIBRARY_IS_MEASURED =
+    OCIO_VERSION_MAJOR == 2 && (OCIO_VERSION_MINOR == 1 || OCIO_VERSION_MINOR == 5);
 
 /// Thrown, with the words for the caller, where an operation cannot be taken.
 struct NotKnown {
@@ -172,19 +173,30 @@ void check_inverse(const pixel::Lut1D& table) {
             "the inverse of 1D curves over the 16-bit floats in different directions is not known here"};
 }
 
+pixel::TableArithmetic known_arithmetic() {
+    const std::optional<pixel::TableArithmetic> arithmetic = table_arithmetic();
+    if (!arithmetic)
+        throw NotKnown{"how this colour library interpolates on this processor is not known here"};
+    return *arithmetic;
+}
+
 pixel::Op translate_op(const library::Lut1DTransform& t) {
     if (t.getHueAdjust() != library::HUE_NONE)
         throw NotKnown{"a 1D table that restores the hue is not known here"};
-    const pixel::Lut1D op = read_table(t, direction_of(t));
+    pixel::Lut1D op = read_table(t, direction_of(t));
     if (op.direction == pixel::Direction::Inverse)
         check_inverse(op);
+    else if (op.domain == pixel::InputDomain::Unit)
+        op.arithmetic = known_arithmetic();
     return op;
 }
 
 pixel::Op translate_op(const library::Lut3DTransform& t) {
     if (t.getDirection() != library::TRANSFORM_DIR_FORWARD)
         throw NotKnown{"the inverse of a 3D table is not known here"};
-    return read_cube(t);
+    pixel::Lut3D op = read_cube(t);
+    op.arithmetic = known_arithmetic();
+    return op;
 }
 
 /// "FixedFunction ACES_RedMod10", "GradingRGBCurveTransform".

@@ -8,6 +8,25 @@
 
 namespace ocio {
 
+namespace {
+
+/// The library chooses its code by the processor, too.
+bool has_multiply_add() {
+#if defined(__x86_64__)
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+#else
+    return false;
+#endif
+}
+
+} // namespace
+
+std::optional<pixel::TableArithmetic> table_arithmetic() {
+    if (OCIO_VERSION_MINOR < 5)
+        return pixel::TableArithmetic::Stepwise;
+    return has_multiply_add() ? std::optional(pixel::TableArithmetic::Fused) : std::nullopt;
+}
+
 pixel::Lut1D read_table(const library::Lut1DTransform& transform, pixel::Direction direction) {
     const std::size_t length = transform.getLength();
     std::vector<float> values(3 * length);

@@ -6,7 +6,6 @@
 #include <array>
 
 #include "colorio/ocio/processor.h"
-#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/test_configs.h"
 
 namespace {
@@ -61,7 +60,6 @@ TEST_F(Explanations, ListTheOperationsThatCancel) {
 }
 
 TEST_F(Explanations, NameTheInstructionSetOfTheVectorCode) {
-    SKIP_WHERE_LISTED();
     const ocio::Explanation how = make(SHIFT_THEN_DOUBLE)->explain({});
     EXPECT_EQ(how.path, ocio::EvaluationPath::Vector);
     EXPECT_FALSE(how.vector_target.empty());
@@ -70,7 +68,6 @@ TEST_F(Explanations, NameTheInstructionSetOfTheVectorCode) {
 }
 
 TEST_F(Explanations, SayWhyTheLibraryIsLeftTheWork) {
-    SKIP_WHERE_LISTED();
     const auto processor = make(std::string("!<GroupTransform> {children: [") + GLOW +
                                 ", !<MatrixTransform> {offset: [0.5, 0.25, 0.125, 0]}]}");
     Pixel pixel{0.3f, 0.01f, 0.02f, 1};

@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
+#include <utility>
 #include <vector>
 
-#include "tests/colorio/library_differences.h"
 #include "tests/colorio/ocio/fast_path_guard.h"
 #include "tests/colorio/ocio/test_configs.h"
 
@@ -26,7 +27,6 @@ protected:
 };
 
 TEST_F(FastPathProgram, IsOnUnlessSwitchedOff) {
-    SKIP_WHERE_LISTED();
     EXPECT_TRUE(ocio::get_fast_path());
     EXPECT_TRUE(ocio::FastPath(make("sRGB", "linear")).program_for(WIDTH, HEIGHT));
     const FastPathGuard off(false);
@@ -34,20 +34,40 @@ TEST_F(FastPathProgram, IsOnUnlessSwitchedOff) {
 }
 
 TEST_F(FastPathProgram, KeepsThePositionOfTheSwitchItWasMadeUnder) {
-    SKIP_WHERE_LISTED();
     const ocio::FastPath made_on(make("sRGB", "linear"));
     const FastPathGuard off(false);
     EXPECT_TRUE(made_on.program_for(WIDTH, HEIGHT));
 }
 
-TEST_F(FastPathProgram, IsForPicturesThatAreWorthIt) {
-    SKIP_WHERE_LISTED();
+TEST_F(FastPathProgram, IsMadeForAPictureThatIsWorthIt) {
+    for (const auto& [width, height] : {std::pair(4095L, 1L), std::pair(1L, 4095L), std::pair(64L, 63L)})
+        EXPECT_FALSE(ocio::FastPath(make("linear", "sRGB")).program_for(width, height)) << width;
+    for (const auto& [width, height] : {std::pair(4096L, 1L), std::pair(1L, 4096L), std::pair(64L, 64L)})
+        EXPECT_TRUE(ocio::FastPath(make("linear", "sRGB")).program_for(width, height)) << width;
+    EXPECT_TRUE(ocio::FastPath(make("linear", "sRGB")).program_for(1L << 62, 4)) << "the product overflows";
+}
+
+TEST_F(FastPathProgram, IsMadeWhenManySmallPicturesAreWorthItTogether) {
     const ocio::FastPath fast_path(make("linear", "sRGB"));
-    EXPECT_FALSE(fast_path.program_for(1, 1));
-    EXPECT_FALSE(fast_path.program_for(4095, 1));
-    EXPECT_FALSE(fast_path.program_for(1, 4095));
-    EXPECT_TRUE(fast_path.program_for(64, 64));
-    EXPECT_TRUE(fast_path.program_for(1L << 62, 4)) << "sizes whose product overflows";
+    for (int line = 0; line < 2; ++line)
+        EXPECT_FALSE(fast_path.program_for(1920, 1)) << line;
+    EXPECT_TRUE(fast_path.program_for(1920, 1));
+    EXPECT_TRUE(fast_path.program_for(1, 1)) << "once it is there, calls of any size have it";
+}
+
+TEST_F(FastPathProgram, IsMadeForThePixelsOfAllThreadsTogether) {
+    const ocio::FastPath fast_path(make("linear", "sRGB"));
+    std::atomic<int> left_to_library{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            for (int call = 0; call < 1024; ++call)
+                left_to_library += fast_path.program_for(2, 1) ? 0 : 1;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(left_to_library, 2047)
+        << "the call that reaches the 4096th pixel is the first to have the program";
 }
 
 TEST_F(FastPathProgram, IsAbsentForOperationsThatItDoesNotKnow) {
@@ -57,7 +77,6 @@ TEST_F(FastPathProgram, IsAbsentForOperationsThatItDoesNotKnow) {
 }
 
 TEST_F(FastPathProgram, IsMadeOnceForAllThreads) {
-    SKIP_WHERE_LISTED();
     const ocio::FastPath fast_path(make("linear", "sRGB"));
     std::vector<const pixel::Program*> seen(4);
     std::vector<std::thread> threads;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <array>
+
+#include "pixel/ops.h"
+#include "samples.h"
+
+namespace pixel_test {
+
+/// Red, green, blue, alpha in double precision.
+using ExactPixel = std::array<double, 4>;
+
+/// The value of a chain of operations in double precision: the parameters as they are given, nothing rounded
+/// to floats between the operations, the C library's functions. Written from the definitions of the
+/// operations in pixel/ops.h; shares no code with the kernels.
+ExactPixel evaluate_exactly(const pixel::OpChain& chain, const Pixel& in);
+
+} // namespace pixel_test

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "exact_chain.h"
+
+namespace pixel_test {
+
+/// One table in double precision, either direction of 1D tables; alpha stays.
+ExactPixel evaluate_table_exactly(const pixel::Lut1D& table, const ExactPixel& in);
+ExactPixel evaluate_cube_exactly(const pixel::Lut3D& cube, const ExactPixel& in);
+
+} // namespace pixel_test

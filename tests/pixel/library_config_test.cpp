@@ -1,0 +1,166 @@
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <map>
+
+#include "adversarial.h"
+#include "colorio/ocio/sanity_check.h"
+#include "colorio/ocio/v2/pixel_bridge.h"
+#include "library_agreement.h"
+#include "tests/support/test_configs.h"
+
+using namespace pixel_test;
+
+namespace {
+
+constexpr library::TransformDirection DIRECTIONS[] = {library::TRANSFORM_DIR_FORWARD,
+                                                      library::TRANSFORM_DIR_INVERSE};
+
+/// Called with the words for a conversion and with what makes its processor.
+using Visit =
+    std::function<void(const std::string& words, const std::function<library::ConstProcessorRcPtr()>&)>;
+
+std::string scene_linear_of(const library::ConstConfigRcPtr& config) {
+    for (const char* role : {library::ROLE_SCENE_LINEAR, library::ROLE_REFERENCE, library::ROLE_DEFAULT}) {
+        if (config->hasRole(role)) {
+            return role;
+        }
+    }
+    return config->getColorSpaceNameByIndex(0);
+}
+
+void visit_spaces(const library::ConstConfigRcPtr& config, const Visit& visit) {
+    const std::string linear = scene_linear_of(config);
+    constexpr auto ALL = library::SEARCH_REFERENCE_SPACE_ALL;
+    for (int i = 0; i < config->getNumColorSpaces(ALL, library::COLORSPACE_ALL); ++i) {
+        const std::string name = config->getColorSpaceNameByIndex(ALL, library::COLORSPACE_ALL, i);
+        visit("to " + name, [=] { return config->getProcessor(linear.c_str(), name.c_str()); });
+        visit("from " + name, [=] { return config->getProcessor(name.c_str(), linear.c_str()); });
+    }
+}
+
+void visit_views(const library::ConstConfigRcPtr& config, const Visit& visit) {
+    const std::string linear = scene_linear_of(config);
+    for (const ocio::DisplayViews& display : ocio::every_display(config)) {
+        for (const std::string& view : display.views) {
+            for (const auto direction : DIRECTIONS) {
+                visit("view " + view + " of " + display.name, [=, name = display.name] {
+                    return config->getProcessor(linear.c_str(), name.c_str(), view.c_str(), direction);
+                });
+            }
+        }
+    }
+}
+
+void visit_looks(const library::ConstConfigRcPtr& config, const Visit& visit) {
+    const std::string linear = scene_linear_of(config);
+    for (int i = 0; i < config->getNumLooks(); ++i) {
+        for (const auto direction : DIRECTIONS) {
+            const library::LookTransformRcPtr look = library::LookTransform::Create();
+            look->setSrc(linear.c_str());
+            look->setDst(linear.c_str());
+            look->setLooks(config->getLookNameByIndex(i));
+            visit(std::string("look ") + look->getLooks(),
+                  [=] { return config->getProcessor(look, direction); });
+        }
+    }
+}
+
+void visit_grades(const library::ConstConfigRcPtr& config, const Visit& visit) {
+    const double slope[3] = {1.37, 0.9, 0.45}, offset[3] = {0.05, -0.022, 0.033}, power[3] = {1.7, 0.81, 1};
+    for (const double saturation : {1.0, 0.7, 1.4}) {
+        for (const auto style : {library::CDL_NO_CLAMP, library::CDL_ASC}) {
+            for (const auto direction : DIRECTIONS) {
+                const library::CDLTransformRcPtr cdl = library::CDLTransform::Create();
+                cdl->setSlope(slope);
+                cdl->setOffset(offset);
+                cdl->setPower(power);
+                cdl->setSat(saturation);
+                cdl->setStyle(style);
+                visit("CDL", [=] { return config->getProcessor(cdl, direction); });
+            }
+        }
+    }
+}
+
+/// What was found out about the conversions of one configuration.
+class Report {
+public:
+    void add(const std::string& words, const std::function<library::ConstProcessorRcPtr()>& make) {
+        try {
+            compare_with_library(words, make());
+        } catch (const library::Exception&) {
+            ++not_made_; // a file is missing, or the library refuses for another reason
+        }
+    }
+
+    std::size_t get_taken() const { return taken_; }
+
+    void print(const std::string& path) const {
+        std::printf("%s: %zu conversions by programs, %zu by the library, %zu that cannot be made\n",
+                    path.c_str(), taken_, left_, not_made_);
+        for (const auto& [reason, count] : reasons_) {
+            std::printf("    %zu: %s\n", count, reason.c_str());
+        }
+        std::printf(
+            "    largest difference %.2f of the tolerance; %zu of %zu values beyond it, and nearer to double "
+            "precision",
+            found_.largest, found_.nearer, found_.values);
+        if (found_.nearer > 0) {
+            std::printf(": off by %.3g tolerances at most, the library by %.3g", found_.own_error,
+                        found_.library_error);
+        }
+        std::printf("\n");
+    }
+
+private:
+    void compare_with_library(const std::string& words, const library::ConstProcessorRcPtr& processor) {
+        std::string why_not;
+        const auto chain = ocio::translate(processor, &why_not);
+        if (!chain) {
+            ++left_;
+            ++reasons_[why_not];
+            return;
+        }
+        ++taken_;
+        const Agreement found = compare(processor, *chain, adversarial_pixels(*chain));
+        EXPECT_EQ(found.failures, 0u) << words << ": " << found.first_failure << words_of(*chain);
+        found_.join(found);
+    }
+
+    std::size_t taken_ = 0, left_ = 0, not_made_ = 0;
+    std::map<std::string, std::size_t> reasons_;
+    Agreement found_;
+};
+
+/// Null where this version of the library cannot read the file.
+library::ConstConfigRcPtr read_config(const std::string& path) {
+    try {
+        return library::Config::CreateFromFile(path.c_str());
+    } catch (const library::Exception& error) {
+        std::printf("%s: not read: %s\n", path.c_str(), error.what());
+        return nullptr;
+    }
+}
+
+TEST(LibraryConfigAgreement, EverySpaceViewLookAndCdl) {
+    for (const std::string& path : find_test_configs()) {
+        SCOPED_TRACE(path);
+        const library::ConstConfigRcPtr config = read_config(path);
+        const bool own = path.rfind(QB_TEST_CONFIG_FOLDER, 0) == 0;
+        if (!config) {
+            EXPECT_FALSE(own) << "a configuration of the project is to be readable";
+            continue;
+        }
+        Report report;
+        const auto add = [&](const auto& words, const auto& make) { report.add(words, make); };
+        visit_spaces(config, add);
+        visit_views(config, add);
+        visit_looks(config, add);
+        EXPECT_TRUE(!own || report.get_taken() > 0) << "nothing was compared";
+        visit_grades(config, add);
+        report.print(path);
+    }
+}
+
+} // namespace
