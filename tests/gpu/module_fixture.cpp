@@ -39,10 +39,17 @@ RunningModuleTest::~RunningModuleTest() {
 }
 
 void RunningModuleTest::use_config(const std::string& path) {
+    ASSERT_TRUE(try_config(path)) << get_last_message();
+}
+
+bool RunningModuleTest::try_config(const std::string& path) {
     app.set_color_space_file_path(path.c_str());
     app.set_use_color_space_file(true);
-    ASSERT_FALSE(ColorIOManager::get_instance()->is_using_tavelion_config())
-        << (log.get_lines().empty() ? "" : log.get_lines().back().text);
+    return !ColorIOManager::get_instance()->is_using_tavelion_config();
+}
+
+std::string RunningModuleTest::get_last_message() const {
+    return log.get_lines().empty() ? "" : log.get_lines().back().text;
 }
 
 void RunningModuleTest::use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls) {

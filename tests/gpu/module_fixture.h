@@ -30,6 +30,10 @@ protected:
 
     /// Has the module use a configuration file.
     void use_config(const std::string& path);
+    /// The same; false when the module refuses it.
+    bool try_config(const std::string& path);
+    /// The last warning or error; empty when there was none.
+    std::string get_last_message() const;
     /// Makes these the module's CDLs, besides "No CDL".
     void use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls);
 

@@ -39,7 +39,7 @@ std::vector<float> make_probe_pixels();
 /// - alpha as it was,
 /// - every look-up in the table as interpolation in double precision has it, but for the driver's precision,
 /// - every pixel as `convert_pixel` has it, but for the error that the table's own entries allow at that
-///   place, carried through what the shader does behind the look-up.
+///   place, carried through what the shader does behind the look-up, and for roundings of floats.
 ShaderReport prove_shader(ShaderRunners& runners, const ColorIOConverter& converter,
                           ColorIOConverter::GlslVersion version);
 
