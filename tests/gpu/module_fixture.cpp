@@ -39,7 +39,7 @@ RunningModuleTest::~RunningModuleTest() {
 }
 
 void RunningModuleTest::use_config(const std::string& path) {
-    ASSERT_TRUE(try_config(path)) << get_last_message();
+    ASSERT_TRUE(try_config(path)) << take_messages();
 }
 
 bool RunningModuleTest::try_config(const std::string& path) {
@@ -48,8 +48,12 @@ bool RunningModuleTest::try_config(const std::string& path) {
     return !ColorIOManager::get_instance()->is_using_tavelion_config();
 }
 
-std::string RunningModuleTest::get_last_message() const {
-    return log.get_lines().empty() ? "" : log.get_lines().back().text;
+std::string RunningModuleTest::take_messages() {
+    std::string messages;
+    for (const RecordingLog::Line& line : log.get_lines())
+        messages += (messages.empty() ? "" : " ") + line.text.substr(0, line.text.find_last_not_of('\n') + 1);
+    log.clear();
+    return messages;
 }
 
 void RunningModuleTest::use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls) {
