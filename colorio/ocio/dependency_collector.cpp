@@ -92,4 +92,9 @@ std::string DependencyCollector::resolve(const std::string& name) const {
     return context_->resolveStringVar(name.c_str());
 }
 
+void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes) {
+    for (const bool inverse : {false, true})
+        nodes.push_back({kind, name, inverse});
+}
+
 } // namespace ocio

@@ -60,6 +60,13 @@ private:
     Dependencies found_;
 };
 
+/// Adds the node forwards and backwards.
+void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes);
+
+/// Colour spaces, inactive ones too, and what only newer versions of the library know: named transforms and
+/// view transforms, both ways.
+std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config);
+
 /// The collector of the library in use.
 std::unique_ptr<DependencyCollector> create_dependency_collector(const ConstConfigRcPtr& config);
 

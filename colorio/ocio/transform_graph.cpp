@@ -4,6 +4,13 @@
 
 namespace ocio {
 
+std::vector<GraphNode> TransformGraph::get_nodes() const {
+    std::vector<GraphNode> nodes = list_own_nodes(config_);
+    for (int i = 0; i < config_->getNumLooks(); ++i)
+        add_both_ways(NodeKind::LOOK, config_->getLookNameByIndex(i), nodes);
+    return nodes;
+}
+
 Dependencies TransformGraph::dependencies_of(const GraphNode& node) const {
     const auto collector = create_dependency_collector(config_);
     if (node.kind == NodeKind::COLOR_SPACE)

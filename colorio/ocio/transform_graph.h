@@ -35,6 +35,9 @@ class TransformGraph {
 public:
     explicit TransformGraph(const ConstConfigRcPtr& config) : config_(config) {}
 
+    /// Every node of the configuration, inactive colour spaces too; looks and the like both ways.
+    std::vector<GraphNode> get_nodes() const;
+
     Dependencies dependencies_of(const GraphNode& node) const;
     Dependencies dependencies_of(const ConstTransformRcPtr& transform) const;
 

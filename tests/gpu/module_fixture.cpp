@@ -39,10 +39,21 @@ RunningModuleTest::~RunningModuleTest() {
 }
 
 void RunningModuleTest::use_config(const std::string& path) {
+    ASSERT_TRUE(try_config(path)) << take_messages();
+}
+
+bool RunningModuleTest::try_config(const std::string& path) {
     app.set_color_space_file_path(path.c_str());
     app.set_use_color_space_file(true);
-    ASSERT_FALSE(ColorIOManager::get_instance()->is_using_tavelion_config())
-        << (log.get_lines().empty() ? "" : log.get_lines().back().text);
+    return !ColorIOManager::get_instance()->is_using_tavelion_config();
+}
+
+std::string RunningModuleTest::take_messages() {
+    std::string messages;
+    for (const RecordingLog::Line& line : log.get_lines())
+        messages += (messages.empty() ? "" : " ") + line.text.substr(0, line.text.find_last_not_of('\n') + 1);
+    log.clear();
+    return messages;
 }
 
 void RunningModuleTest::use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls) {

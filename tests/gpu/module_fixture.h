@@ -30,6 +30,10 @@ protected:
 
     /// Has the module use a configuration file.
     void use_config(const std::string& path);
+    /// The same; false when the module refuses it.
+    bool try_config(const std::string& path);
+    /// The warnings and errors since the last call, in one line; empty when there were none.
+    std::string take_messages();
     /// Makes these the module's CDLs, besides "No CDL".
     void use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls);
 

@@ -29,6 +29,7 @@ struct ShaderReport {
     std::size_t pixels = 0; ///< Compared: those that lie in the range of the table.
     bool uses_table = false;
     double largest_error = 0;    ///< Of the shader against `convert_pixel`, relative to values above 1.
+    std::string largest_place;   ///< "0.5 0.25 0.125: 0.4 on the GPU, 0.41 on the CPU"
     double largest_sampling = 0; ///< Of the driver's interpolation against that in double precision.
 };
 
@@ -39,7 +40,7 @@ std::vector<float> make_probe_pixels();
 /// - alpha as it was,
 /// - every look-up in the table as interpolation in double precision has it, but for the driver's precision,
 /// - every pixel as `convert_pixel` has it, but for the error that the table's own entries allow at that
-///   place, carried through what the shader does behind the look-up.
+///   place, carried through what the shader does behind the look-up, and for roundings of floats.
 ShaderReport prove_shader(ShaderRunners& runners, const ColorIOConverter& converter,
                           ColorIOConverter::GlslVersion version);
 

@@ -1,14 +1,14 @@
 #include "tool/viewer/color_host.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
-#include "colorio/ocio/search_folders.h"
+#include "colorio/ocio/source_files.h"
 #include "host/event/event_ids.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
@@ -21,25 +21,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Extensions of files that configurations refer to.
-constexpr std::array<const char*, 26> SOURCE_EXTENSIONS = {
-    ".ocio",   ".ocioz", ".cc",  ".ccc", ".cdl", ".clf", ".ctf",   ".spi1d", ".spi3d",
-    ".spimtx", ".cube",  ".3dl", ".csp", ".lut", ".hdl", ".1dl",   ".itx",   ".look",
-    ".m3d",    ".mga",   ".vf",  ".icc", ".icm", ".pf",  ".1dlut", ".3dlut"};
-
 fs::path normalized(const fs::path& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
     return (error ? path : absolute).lexically_normal();
-}
-
-/// The folder that a file is in, and the one that it is linked from.
-void add_folders_of(const std::string& file, std::vector<std::string>& folders) {
-    folders.push_back(normalized(file).parent_path().string());
-    std::error_code error;
-    const fs::path real = fs::canonical(file, error);
-    if (!error && real.parent_path() != folders.back())
-        folders.push_back(real.parent_path().string());
 }
 
 /// Files that the user's own colour spaces and CDLs name, whatever the configuration.
@@ -112,6 +97,7 @@ struct ColorHost::Lists {
 ColorHost::ColorHost(const SessionOptions& options, Console& console)
     : session(options, console), config_path(session.get_source().path),
       from_environment(session.get_source().kind == ConfigSource::ENVIRONMENT),
+      library_path(session.get_app().get_cdl_library_file_path().view()),
       observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {}
 
 ColorHost::~ColorHost() = default;
@@ -136,20 +122,24 @@ ColorHost::Fault ColorHost::use_config(const std::string& path) {
 }
 
 ColorHost::Fault ColorHost::reload() {
-    if (!get_own_files().empty())
+    if (!get_own_files().empty()) {
         ColorIOManager::get_instance()->load_config(nullptr); // makes them anew from their files
-    if (!config_path.empty()) {
-        if (Fault fault = find_config_fault(config_path))
-            return fault;
-        session.get_app().raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+        ++observer->revision;
     }
-    if (!library_path.empty()) {
-        if (Fault fault = find_library_fault(library_path))
-            return fault;
-        session.get_app().raise_event(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
-    }
-    ++observer->revision;
-    return {};
+    std::vector<std::string> faults;
+    const auto read_again = [&](const std::string& path, auto find_fault, const auto& event) {
+        if (path.empty())
+            return;
+        if (const Fault fault = (this->*find_fault)(path)) {
+            faults.push_back(*fault);
+            return;
+        }
+        session.get_app().raise_event(event);
+        ++observer->revision;
+    };
+    read_again(config_path, &ColorHost::find_config_fault, EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    read_again(library_path, &ColorHost::find_library_fault, EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    return faults.empty() ? Fault() : fmt::format("{}", fmt::join(faults, "; "));
 }
 
 ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
@@ -270,28 +260,18 @@ ColorHost::FileSpace ColorHost::get_space_of_file(const std::string& path) const
     return {get_spaces().empty() ? "" : get_spaces().front(), "the first colour space there is"};
 }
 
-std::vector<std::string> ColorHost::get_source_folders() const {
-    std::vector<std::string> folders;
-    for (const std::string& file : get_own_files())
-        add_folders_of(file, folders);
-    if (!library_path.empty())
-        add_folders_of(library_path, folders);
-    if (config_path.empty())
-        return folders;
-    add_folders_of(config_path, folders);
-    for (const std::string& folder : ocio::get_search_folders(ColorIOManager::get_instance()->get_config()))
-        folders.push_back(normalized(folder).string());
-    return folders;
-}
-
-bool ColorHost::is_source_file(const std::string& path) const {
-    if (path == normalized(config_path) || path == normalized(library_path))
-        return true;
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-    return std::find(SOURCE_EXTENSIONS.begin(), SOURCE_EXTENSIONS.end(), extension) !=
-           SOURCE_EXTENSIONS.end();
+std::vector<std::string> ColorHost::get_source_files() const {
+    std::vector<std::string> files = get_own_files();
+    files.push_back(library_path);
+    if (!config_path.empty()) {
+        files.push_back(config_path);
+        for (std::string& file : ocio::get_source_files(ColorIOManager::get_instance()->get_config()))
+            files.push_back(std::move(file));
+    }
+    files.erase(std::remove(files.begin(), files.end(), ""), files.end());
+    for (std::string& file : files)
+        file = normalized(file).string();
+    return files;
 }
 
 } // namespace tool

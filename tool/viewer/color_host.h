@@ -26,7 +26,8 @@ public:
 
     /// Switches to the configuration file at `path`, or to the built-in configuration when that is empty.
     Fault use_config(const std::string& path);
-    /// Reads the configuration in force, its files and the CDL library again.
+    /// Reads the configuration in force, its files and the CDL library again. Of the two, what is whole is
+    /// taken over though the other is not.
     Fault reload();
     /// Takes the corrections of an ASC CDL file into the list of CDLs.
     Fault use_cdl_library(const std::string& path);
@@ -55,11 +56,10 @@ public:
     /// module's default colour space.
     FileSpace get_space_of_file(const std::string& path) const;
 
-    /// Folders whose files the colours depend on; they may not exist.
-    std::vector<std::string> get_source_folders() const;
-    /// True for absolute paths that can be part of a configuration: the configuration and the CDL library
-    /// themselves, and what has the extension of a LUT or a CDL.
-    bool is_source_file(const std::string& path) const;
+    /// Absolute paths of the files that the colours depend on: the configuration, the CDL library, and every
+    /// path that the LUTs and CDLs may have which the configuration and the user's own spaces name. They need
+    /// not exist.
+    std::vector<std::string> get_source_files() const;
 
     /// Why the module refused what was asked of it last.
     std::string take_failure();

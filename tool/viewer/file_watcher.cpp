@@ -2,12 +2,12 @@
 
 #include <poll.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <set>
+#include <tuple>
 
 namespace tool {
 
@@ -15,12 +15,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A writer's last act on a file, whatever way it writes.
-constexpr unsigned int NOTICES = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
-constexpr int MAX_DEPTH = 4;
-constexpr std::size_t MAX_FOLDERS = 512;
+/// A writer's last act on a file, whatever way it writes, and what becomes of folders and links.
+constexpr unsigned int NOTICES = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE;
+
+/// A file that is made by name alone, as links are: no writer closes it.
+bool is_link(const std::string& path) {
+    struct stat info {};
+    return lstat(path.c_str(), &info) == 0 && (S_ISLNK(info.st_mode) || info.st_nlink > 1);
+}
 
 } // namespace
+
+bool FileWatcher::Stamp::operator==(const Stamp& other) const {
+    return std::tie(exists, device, inode, size, nanoseconds) ==
+           std::tie(other.exists, other.device, other.inode, other.size, other.nanoseconds);
+}
+
+FileWatcher::Stamp FileWatcher::read_stamp(const std::string& path) {
+    struct stat info {};
+    if (stat(path.c_str(), &info) != 0)
+        return {};
+    constexpr long long BILLION = 1000000000;
+    return {true, info.st_dev, info.st_ino, info.st_size,
+            info.st_mtim.tv_sec * BILLION + info.st_mtim.tv_nsec};
+}
 
 FileWatcher::FileWatcher() : descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
 
@@ -29,60 +47,107 @@ FileWatcher::~FileWatcher() {
         close(descriptor);
 }
 
-void FileWatcher::watch(const std::vector<std::string>& folders) {
+void FileWatcher::watch(const std::vector<std::string>& files) {
     if (descriptor < 0)
         return;
-    std::map<int, std::string> former;
-    former.swap(folder_of_watch);
-    for (const std::string& folder : folders)
-        add_folder(folder, 0);
-    for (const auto& [watch, folder] : former)
-        if (folder_of_watch.count(watch) == 0)
+    std::map<std::string, Stamp> former;
+    former.swap(stamps);
+    for (const std::string& file : files) {
+        const auto known = former.find(file);
+        stamps.emplace(file, known != former.end() ? known->second : read_stamp(file));
+    }
+    place_watches();
+}
+
+void FileWatcher::place_watches() {
+    std::map<int, std::set<std::string>> former;
+    former.swap(folders);
+    files_of_entry.clear();
+    files_of_folder.clear();
+    for (const auto& [file, stamp] : stamps) {
+        place_watches_on_way(file, file);
+        std::error_code error;
+        const fs::path real = fs::weakly_canonical(file, error);
+        if (!error && real != file)
+            place_watches_on_way(real.string(), file);
+    }
+    for (const auto& [watch, names] : former)
+        if (folders.count(watch) == 0)
             inotify_rm_watch(descriptor, watch);
 }
 
-void FileWatcher::add_folder(const std::string& folder, int depth) {
-    if (depth > MAX_DEPTH || folder_of_watch.size() >= MAX_FOLDERS)
+/// Watches every folder on the way to a path, the outermost first: so none that is made meanwhile is missed.
+void FileWatcher::place_watches_on_way(const std::string& path, const std::string& file) {
+    if (!files_of_entry[path].insert(file).second)
         return;
-    const int watch = inotify_add_watch(descriptor, folder.c_str(), NOTICES | IN_ONLYDIR);
-    if (watch < 0 || !folder_of_watch.emplace(watch, folder).second)
-        return;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code ignored;
-        const bool hidden = entry->path().filename().native().front() == '.';
-        if (!hidden && entry->is_directory(ignored) && !entry->is_symlink(ignored))
-            add_folder(entry->path().string(), depth + 1);
+    fs::path folder;
+    const fs::path parent = fs::path(path).parent_path();
+    for (const fs::path& part : parent) {
+        folder /= part;
+        const auto [entry, is_new] = files_of_folder.emplace(folder.string(), FilePaths{});
+        entry->second.insert(file);
+        const int watch = is_new ? inotify_add_watch(descriptor, folder.c_str(), NOTICES | IN_ONLYDIR) : -1;
+        if (watch >= 0)
+            folders[watch].insert(folder.string());
     }
 }
 
 std::vector<std::string> FileWatcher::take_changes(std::chrono::milliseconds patience) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + patience;
     std::vector<std::string> changes;
-    if (descriptor < 0)
-        return changes;
     pollfd wanted = {descriptor, POLLIN, 0};
-    if (poll(&wanted, 1, static_cast<int>(patience.count())) > 0)
-        read_notices(changes);
+    std::chrono::milliseconds left = patience;
+    while (descriptor >= 0 && poll(&wanted, 1, static_cast<int>(left.count())) > 0) {
+        changes = read_changes();
+        if (!changes.empty() || Clock::now() >= end)
+            break;
+        left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()); // Others end no wait.
+    }
     return changes;
 }
 
-void FileWatcher::read_notices(std::vector<std::string>& changes) const {
-    std::set<std::string> known;
+std::vector<std::string> FileWatcher::read_changes() {
+    FilePaths named, below;
+    read_notices(named, below);
+    if (!below.empty() || !named.empty())
+        place_watches();
+    for (const std::string& file : below)
+        if (!(read_stamp(file) == stamps[file]))
+            named.insert(file);
+    for (const std::string& file : named)
+        stamps[file] = read_stamp(file);
+    return {named.begin(), named.end()};
+}
+
+void FileWatcher::read_notices(FilePaths& named, FilePaths& below) {
     alignas(inotify_event) char buffer[16384];
     for (ssize_t size; (size = read(descriptor, buffer, sizeof buffer)) > 0;) {
         for (ssize_t at = 0; at < size;) {
             inotify_event notice;
             std::memcpy(&notice, buffer + at, sizeof notice);
             const char* name = buffer + at + sizeof notice;
-            const auto folder = folder_of_watch.find(notice.wd);
-            if (notice.len > 0 && folder != folder_of_watch.end()) {
-                std::string path = (fs::path(folder->second) / name).string();
-                if (known.insert(path).second)
-                    changes.push_back(std::move(path));
-            }
+            if (notice.mask & IN_Q_OVERFLOW) // Some were lost.
+                for (const auto& [file, stamp] : stamps)
+                    below.insert(file);
+            const auto watched = folders.find(notice.wd);
+            if (notice.len > 0 && watched != folders.end())
+                for (const std::string& folder : watched->second)
+                    read_notice((fs::path(folder) / name).string(), notice.mask, named, below);
             at += static_cast<ssize_t>(sizeof notice + notice.len);
         }
     }
+}
+
+void FileWatcher::read_notice(const std::string& path, unsigned int kind, FilePaths& named,
+                              FilePaths& below) const {
+    const auto entry = files_of_entry.find(path);
+    // A file that is being made is not whole yet.
+    if (entry != files_of_entry.end() && (!(kind & IN_CREATE) || is_link(path)))
+        named.insert(entry->second.begin(), entry->second.end());
+    const auto folder = files_of_folder.find(path);
+    if (folder != files_of_folder.end() && !(kind & IN_CLOSE_WRITE))
+        below.insert(folder->second.begin(), folder->second.end());
 }
 
 } // namespace tool

@@ -2,13 +2,15 @@
 
 #include <chrono>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace tool {
 
-/// Tells which files of some folders were written, replaced, moved or removed. Where the operating system
-/// offers no such notices, it never tells of any.
+/// Tells which of some files were written, replaced, moved, removed or made, with the folders that they are
+/// in and the links that lead to them. Where the operating system offers no such notices, it never tells of
+/// any.
 class FileWatcher {
 public:
     FileWatcher();
@@ -16,19 +18,41 @@ public:
     FileWatcher(const FileWatcher&) = delete;
     FileWatcher& operator=(const FileWatcher&) = delete;
 
-    /// Watches these folders and those below them from now on, and no others. Those that cannot be watched
-    /// are passed over, and so are hidden ones below, those deep below, and those past the first few hundred.
-    void watch(const std::vector<std::string>& folders);
+    /// Watches these files from now on, given by absolute paths, and no others. Neither they nor their
+    /// folders need to exist.
+    void watch(const std::vector<std::string>& files);
 
-    /// Absolute paths of files that changed since the last call, each once; waits so long for the first.
+    /// Those of the files that changed since the last call, each once; waits so long for the first.
     std::vector<std::string> take_changes(std::chrono::milliseconds patience = {});
 
 private:
-    void add_folder(const std::string& folder, int depth);
-    void read_notices(std::vector<std::string>& changes) const;
+    /// What tells one state of a file from another without reading it.
+    struct Stamp {
+        bool exists = false;
+        unsigned long device = 0;
+        unsigned long inode = 0;
+        long long size = 0;
+        long long nanoseconds = 0; ///< Of its last change.
+
+        bool operator==(const Stamp& other) const;
+    };
+    using FilePaths = std::set<std::string>;
+
+    static Stamp read_stamp(const std::string& path);
+    void place_watches();
+    void place_watches_on_way(const std::string& path, const std::string& file);
+    std::vector<std::string> read_changes();
+    /// Reads what there is to read. Adds the files that a notice names, and those below a folder that it
+    /// names.
+    void read_notices(FilePaths& named, FilePaths& below);
+    void read_notice(const std::string& path, unsigned int kind, FilePaths& named, FilePaths& below) const;
 
     int descriptor;
-    std::map<int, std::string> folder_of_watch;
+    std::map<std::string, Stamp> stamps;          ///< Of every watched file.
+    std::map<int, std::set<std::string>> folders; ///< By watch; links give one folder several names.
+    std::map<std::string, FilePaths>
+        files_of_entry; ///< Files that stand at a path, by themselves or by a link.
+    std::map<std::string, FilePaths> files_of_folder; ///< Files below a path.
 };
 
 } // namespace tool

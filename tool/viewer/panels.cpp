@@ -141,7 +141,7 @@ void Panels::show_pictures(ViewModel& model) {
     if (!model.get_picture())
         return;
     const Picture& picture = *model.get_picture();
-    if (model.get_paths().size() > 1) {
+    if (model.get_pictures().get_paths().size() > 1) {
         if (ImGui::ArrowButton("##previous", ImGuiDir_Left))
             attempt([&] { model.step_picture(-1); });
         ImGui::SameLine();

@@ -48,15 +48,8 @@ void set_zoom(Camera& camera, const std::string& argument) {
 
 void await_change(Viewer& viewer, const std::string& argument) {
     const auto patience = std::chrono::milliseconds(std::lround(1000 * parse_number(argument)));
-    const auto end = std::chrono::steady_clock::now() + patience;
-    // What an editor writes beside the file comes first.
-    for (auto left = patience;;
-         left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())) {
-        if (viewer.get_model().follow_files(std::max(left, std::chrono::milliseconds::zero())))
-            return;
-        if (left <= std::chrono::milliseconds::zero())
-            throw CommandError(fmt::format("no file changed within {} s", argument));
-    }
+    if (!viewer.get_model().follow_changes(patience))
+        throw CommandError(fmt::format("no file changed within {} s", argument));
 }
 
 void print_state(Viewer& viewer, Console& console) {

@@ -99,10 +99,8 @@ private:
     }
 
     void apply_options(ViewModel& model) const {
-        for (const std::string& path : paths)
-            model.open(path);
-        if (paths.size() > 1)
-            model.step_picture(1); // from the last round to the first
+        model.add_pictures(paths);
+        model.open(paths.front());
         if (!space.empty())
             model.set_input_space(space);
         if (!cdl_library.empty())

@@ -17,10 +17,9 @@ bool holds(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool is_same_file(const std::string& a, const std::string& b) {
+std::string get_absolute(const std::string& path) {
     std::error_code error;
-    return std::filesystem::absolute(a, error).lexically_normal() ==
-           std::filesystem::absolute(b, error).lexically_normal();
+    return std::filesystem::absolute(path, error).lexically_normal().string();
 }
 
 } // namespace
@@ -30,33 +29,35 @@ ViewModel::ViewModel(ColorHost& host) : host(host) {
     watch_files();
 }
 
-void ViewModel::open(const std::string& path) {
-    show(path);
-    if (!holds(paths, path))
-        paths.push_back(path);
+void ViewModel::add_pictures(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths)
+        pictures.add(path);
     watch_files();
 }
 
-void ViewModel::show(const std::string& path) {
-    const bool is_other = !picture || picture->path != path;
-    picture = std::make_shared<const Picture>(load_picture(path));
-    picture_fault.clear();
-    if (is_other) {
-        space_is_chosen = false;
-        take_space_of_file();
-    }
+void ViewModel::open(const std::string& path) {
+    const std::shared_ptr<const Picture> former = get_picture();
+    pictures.open(path);
+    take_space_of_picture(former);
+    watch_files();
 }
 
 void ViewModel::step_picture(int by) {
-    if (!picture || paths.empty())
+    const std::shared_ptr<const Picture> former = get_picture();
+    pictures.step(by);
+    take_space_of_picture(former);
+}
+
+/// The choice of a space holds for one file.
+void ViewModel::take_space_of_picture(const std::shared_ptr<const Picture>& former) {
+    if (!get_picture() || (former && former->path == get_picture()->path))
         return;
-    const auto count = static_cast<std::ptrdiff_t>(paths.size());
-    const auto shown = std::find(paths.begin(), paths.end(), picture->path) - paths.begin();
-    show(paths[static_cast<std::size_t>(((shown + by) % count + count) % count)]);
+    space_is_chosen = false;
+    take_space_of_file();
 }
 
 void ViewModel::take_space_of_file() {
-    const ColorHost::FileSpace space = host.get_space_of_file(picture ? picture->path : "");
+    const ColorHost::FileSpace space = host.get_space_of_file(get_picture() ? get_picture()->path : "");
     input_space = space.label;
     space_reason = space.reason;
 }
@@ -119,6 +120,7 @@ void ViewModel::use_cdl_library(const std::string& path) {
 
 /// Names that the configuration lacks give way to its defaults.
 void ViewModel::use_existing_names() {
+    revision = host.get_revision();
     if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
         space_is_chosen = false;
         take_space_of_file();
@@ -131,40 +133,42 @@ void ViewModel::use_existing_names() {
 }
 
 void ViewModel::watch_files() {
-    std::vector<std::string> folders = host.get_source_folders();
-    for (const std::string& path : paths)
-        folders.push_back(std::filesystem::absolute(path).lexically_normal().parent_path().string());
-    watcher.watch(folders);
+    source_files = host.get_source_files();
+    std::sort(source_files.begin(), source_files.end());
+    std::vector<std::string> files = source_files;
+    for (const std::string& path : pictures.get_paths())
+        files.push_back(get_absolute(path));
+    watcher.watch(files);
 }
 
-bool ViewModel::follow_files(std::chrono::milliseconds patience) {
+bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
     const std::vector<std::string> changes = watcher.take_changes(patience);
-    const auto changed = std::find_if(changes.begin(), changes.end(),
-                                      [&](const std::string& path) { return host.is_source_file(path); });
-    if (changed != changes.end()) {
-        const ColorHost::Fault fault = host.reload();
-        source_fault = fault ? *fault + " (still showing the last good state)" : "";
-        if (!fault)
-            note = fmt::format("read {} again", std::filesystem::path(*changed).filename().string());
+    const auto source = std::find_if(changes.begin(), changes.end(), [&](const std::string& path) {
+        return std::binary_search(source_files.begin(), source_files.end(), path);
+    });
+    if (source != changes.end())
+        reload_sources(*source);
+    for (const std::string& path : changes)
+        pictures.refresh(path);
+    const bool is_told = host.get_revision() != revision;
+    if (is_told) {
         use_existing_names();
         watch_files();
     }
-    const bool picture_changed =
-        picture && std::any_of(changes.begin(), changes.end(),
-                               [&](const std::string& path) { return is_same_file(path, picture->path); });
-    if (picture_changed) {
-        try {
-            show(picture->path);
-        } catch (const CommandError& error) {
-            picture_fault = error.what();
-        }
-    }
-    return changed != changes.end() || picture_changed;
+    return is_told || !changes.empty();
+}
+
+void ViewModel::reload_sources(const std::string& changed) {
+    const ColorHost::Fault fault = host.reload();
+    source_fault = fault ? *fault + " (still showing the last good state)" : "";
+    if (!fault)
+        note = fmt::format("read {} again", std::filesystem::path(changed).filename().string());
 }
 
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults;
-    for (const std::string& fault : {source_fault, chains[FIRST].fault, chains[SECOND].fault, picture_fault})
+    for (const std::string& fault :
+         {source_fault, chains[FIRST].fault, chains[SECOND].fault, pictures.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
             faults.push_back(fault);
     return faults;

@@ -10,7 +10,7 @@
 #include "tool/viewer/color_chain.h"
 #include "tool/viewer/color_host.h"
 #include "tool/viewer/file_watcher.h"
-#include "tool/viewer/picture.h"
+#include "tool/viewer/picture_list.h"
 #include "tool/viewer/view_settings.h"
 
 namespace tool {
@@ -26,13 +26,16 @@ public:
 
     // Pictures
 
+    /// Lists files without reading them.
+    void add_pictures(const std::vector<std::string>& paths);
     /// Shows the file, and lists it if it is new.
     void open(const std::string& path);
-    /// Shows the next (+1) or an earlier (-1) listed picture, round and round.
+    /// Shows the next (+1) or an earlier (-1) listed picture, round and round. One that cannot be read is
+    /// passed on the way: it is a fault until the next one, and the picture shown stays.
     void step_picture(int by);
-    const std::vector<std::string>& get_paths() const { return paths; }
+    const PictureList& get_pictures() const { return pictures; }
     /// Null until one was opened.
-    const std::shared_ptr<const Picture>& get_picture() const { return picture; }
+    const std::shared_ptr<const Picture>& get_picture() const { return pictures.get_picture(); }
 
     // Colours, by the names of the module; names without a family and roles will do for spaces.
 
@@ -64,8 +67,9 @@ public:
     /// Empty for the built-in one.
     void use_config(const std::string& path);
     void use_cdl_library(const std::string& path);
-    /// Reads what changed on disk again, and waits so long for a change. True when anything did.
-    bool follow_files(std::chrono::milliseconds patience = {});
+    /// Reads what changed on disk again, takes over what the module told its host, and waits so long for a
+    /// change of a file. True when anything changed.
+    bool follow_changes(std::chrono::milliseconds patience = {});
 
     /// What is wrong at the moment, in words.
     std::vector<std::string> get_faults() const;
@@ -75,10 +79,11 @@ public:
     ColorHost& get_host() { return host; }
 
 private:
-    void show(const std::string& path);
+    void take_space_of_picture(const std::shared_ptr<const Picture>& former);
     void take_space_of_file();
     void use_existing_names();
     void watch_files();
+    void reload_sources(const std::string& changed);
 
     struct Chain {
         std::optional<ColorChain::Key> key;
@@ -88,8 +93,9 @@ private:
 
     ColorHost& host;
     FileWatcher watcher;
-    std::vector<std::string> paths;
-    std::shared_ptr<const Picture> picture;
+    std::vector<std::string> source_files; ///< Watched besides the pictures, sorted.
+    unsigned int revision = 0;             ///< Of the host, as last taken over.
+    PictureList pictures;
     std::string input_space;
     std::string space_reason;
     bool space_is_chosen = false;
@@ -102,7 +108,6 @@ private:
     float difference_scale = 100;
     Camera camera;
     std::string source_fault;
-    std::string picture_fault;
     std::string note;
 };
 

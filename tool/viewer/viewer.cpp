@@ -42,7 +42,7 @@ Camera& Viewer::get_camera() {
 void Viewer::run_frame() {
     bool draws = screen->begin_frame();
     try {
-        draws = model.follow_files() || draws;
+        draws = model.follow_changes() || draws;
         open_drops();
     } catch (const std::exception& error) {
         set_fault(error.what());

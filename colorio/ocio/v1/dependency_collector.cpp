@@ -44,6 +44,13 @@ private:
 
 } // namespace
 
+std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config) {
+    std::vector<GraphNode> nodes;
+    for (int i = 0; i < config->getNumColorSpaces(); ++i)
+        nodes.push_back({NodeKind::COLOR_SPACE, config->getColorSpaceNameByIndex(i), false});
+    return nodes;
+}
+
 std::unique_ptr<DependencyCollector> create_dependency_collector(const ConstConfigRcPtr& config) {
     return std::make_unique<CollectorOfV1>(config);
 }

@@ -108,6 +108,21 @@ private:
 
 } // namespace
 
+std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config) {
+    constexpr auto OF_SCENE_AND_DISPLAY = library::SEARCH_REFERENCE_SPACE_ALL;
+    std::vector<GraphNode> nodes;
+    for (int i = 0; i < config->getNumColorSpaces(OF_SCENE_AND_DISPLAY, library::COLORSPACE_ALL); ++i)
+        nodes.push_back({NodeKind::COLOR_SPACE,
+                         config->getColorSpaceNameByIndex(OF_SCENE_AND_DISPLAY, library::COLORSPACE_ALL, i),
+                         false});
+    for (int i = 0; i < config->getNumNamedTransforms(library::NAMEDTRANSFORM_ALL); ++i)
+        add_both_ways(NodeKind::NAMED_TRANSFORM,
+                      config->getNamedTransformNameByIndex(library::NAMEDTRANSFORM_ALL, i), nodes);
+    for (int i = 0; i < config->getNumViewTransforms(); ++i)
+        add_both_ways(NodeKind::VIEW_TRANSFORM, config->getViewTransformNameByIndex(i), nodes);
+    return nodes;
+}
+
 std::unique_ptr<DependencyCollector> create_dependency_collector(const ConstConfigRcPtr& config) {
     return std::make_unique<CollectorOfV2>(config);
 }

@@ -1,0 +1,40 @@
+#include "colorio/ocio/source_files.h"
+
+#include <filesystem>
+#include <set>
+
+#include "colorio/ocio/search_folders.h"
+#include "colorio/ocio/transform_graph.h"
+
+namespace ocio {
+
+namespace {
+
+/// As the configuration spells them, each once.
+std::set<std::string> get_file_names(const ConstConfigRcPtr& config) {
+    const TransformGraph graph(config);
+    std::set<std::string> names;
+    for (const GraphNode& node : graph.get_nodes()) {
+        const std::vector<std::string> files = graph.dependencies_of(node).files;
+        names.insert(files.begin(), files.end());
+    }
+    return names;
+}
+
+} // namespace
+
+std::vector<std::string> get_source_files(const ConstConfigRcPtr& config) {
+    const std::vector<std::string> folders = get_search_folders(config);
+    const library::ConstContextRcPtr context = config->getCurrentContext();
+    std::set<std::string> paths;
+    for (const std::string& name : get_file_names(config)) {
+        const std::filesystem::path file = context->resolveStringVar(name.c_str());
+        if (file.empty())
+            continue;
+        for (const std::string& folder : folders)
+            paths.insert((folder / file).lexically_normal().string());
+    }
+    return {paths.begin(), paths.end()};
+}
+
+} // namespace ocio

@@ -1,0 +1,223 @@
+#include "tool/viewer/view_model.h"
+
+#include <filesystem>
+
+#include "colorio/color_io_manager.h"
+#include "tests/viewer/model_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using tool::ColorHost;
+using tool::ViewModel;
+
+/// A CDL library of one correction, "grade".
+std::string make_library(const std::string& slope) {
+    return "<ColorCorrectionCollection><ColorCorrection id=\"grade\"><SOPNode><Slope>" + slope +
+           "</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>"
+           "<SatNode><Saturation>1</Saturation></SatNode></ColorCorrection></ColorCorrectionCollection>";
+}
+
+/// A model whose files change.
+class ModelThatFollowsChanges : public ViewModelTest {};
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedLut) {
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    write_lut(folder, 0.75);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.75);
+    EXPECT_THAT(model->get_note(), HasSubstr("shown.spi1d"));
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodColoursWhileALutIsBroken) {
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    folder.write("luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nno values");
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    ASSERT_EQ(model->get_faults().size(), 1u);
+    EXPECT_THAT(model->get_faults()[0], HasSubstr("shown.spi1d"));
+    EXPECT_EQ(model->get_settings(FIRST).view, "Screen.Shown");
+
+    write_lut(folder, 0.25);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
+    std::string text = folder.read("test.ocio");
+    text.replace(text.find("name: Shown"), 11, "name: Other");
+    text.replace(text.find("active_views: [Raw, Shown]"), 26, "active_views: [Other, Raw]");
+    model->set_view(FIRST, "Screen.Shown");
+    folder.write("test.ocio", text);
+    follow();
+    EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
+    EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBroken) {
+    const std::string good = folder.read("test.ocio");
+    for (const std::string& broken :
+         {std::string("ocio_profile_version: 1\nroles: ["), std::string(), good.substr(0, good.size() / 2)}) {
+        model->set_view(FIRST, "Screen.Shown");
+        const auto chain = model->get_chain(FIRST);
+        folder.write("test.ocio", broken);
+        follow();
+        ASSERT_EQ(model->get_faults().size(), 1u) << broken;
+        EXPECT_THAT(model->get_faults()[0], HasSubstr("test.ocio"));
+        EXPECT_THAT(model->get_faults()[0], HasSubstr("last good state"));
+        EXPECT_EQ(host->get_config_name(), "test.ocio");
+        EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
+        EXPECT_EQ(model->get_chain(FIRST), chain) << "nothing is made anew";
+        model->set_view(FIRST, "Screen.Raw");
+        EXPECT_FLOAT_EQ(shown_white(), 1) << "other views can still be chosen";
+
+        folder.write("test.ocio", good);
+        follow();
+        EXPECT_THAT(model->get_faults(), IsEmpty());
+    }
+}
+
+TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhenTheConfigurationIsRemoved) {
+    model->set_view(FIRST, "Screen.Shown");
+    std::filesystem::remove(config);
+    follow();
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("no such file")));
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlAndKeepsItWhileItIsBroken) {
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    model->set_cdl("grade");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    folder.write("grade.ccc", make_library("0.25 0.25 0.25"));
+    follow();
+    EXPECT_EQ(model->get_settings(FIRST).cdl, "grade");
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    folder.write("grade.ccc", "<ColorCorrectionCollection><Color");
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
+    EXPECT_EQ(model->get_settings(FIRST).cdl, "grade");
+    write_lut(folder, 0.75);
+    follow();
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.1875) << "the configuration is read again though the CDL cannot be";
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
+    tool::SessionOptions options;
+    options.preferences_path =
+        folder.write("preferences.yaml", "cdl_library_file_path: " + folder.file("looks.ccc") + "\n");
+    folder.write("looks.ccc", make_library("0.5 0.5 0.5"));
+    model = nullptr;
+    host = nullptr; // There can be one at a time.
+    host = std::make_unique<ColorHost>(options, console);
+    model = std::make_unique<ViewModel>(*host);
+    model->open(picture);
+    model->set_view(FIRST, "Tavelion.linear");
+    model->set_cdl("grade");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    folder.write("looks.ccc", make_library("0.25 0.25 0.25"));
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutOfTheUsersOwnSpace) {
+    const TempDir elsewhere;
+    const auto write_own_lut = [&](const char* white) {
+        return elsewhere.write("own.spi1d",
+                               std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + white +
+                                   "\n}\n");
+    };
+    ColorIOManager& manager = *ColorIOManager::get_instance();
+    CoreVector<ColorIOManager::ColorSpaceDef> spaces = manager.get_tavelion_color_spaces();
+    spaces.append({"own", write_own_lut("0.5").c_str(), "", "", 8, 1, {0, 1, 0}, false});
+    model->use_config("");
+    manager.set_tavelion_config(spaces);
+    model->use_config(""); // has the model watch what there is now
+    model->set_input_space("Tavelion|linear");
+    model->set_view(FIRST, "Tavelion.own");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    write_own_lut("0.25");
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.own");
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutThatLiesElsewhere) {
+    const TempDir elsewhere;
+    write_lut(elsewhere, 0.5);
+    std::string text = folder.read("test.ocio");
+    text.replace(text.find("src: shown.spi1d"), 16, "src: " + elsewhere.file("luts/shown.spi1d"));
+    folder.write("test.ocio", text);
+    model->use_config(config);
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    write_lut(elsewhere, 0.25);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsALutWhoseFolderIsMadeLater) {
+    std::filesystem::remove_all(folder.file("luts"));
+    model->use_config(config);
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FALSE(model->get_chain(FIRST));
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
+    write_lut(folder, 0.5);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoesNotName) {
+    const auto chain = model->get_chain(FIRST);
+    folder.write("other.cube", "beside the picture");
+    folder.write("luts/other.spi1d", "on the search path");
+    folder.write("luts/deep/shown.spi1d", "of the same name, in another folder");
+    folder.write("other.ocio", "beside the configuration");
+    EXPECT_FALSE(model->follow_changes());
+    EXPECT_EQ(model->get_chain(FIRST), chain);
+    write_lut(folder, 0.25);
+    follow();
+    EXPECT_NE(model->get_chain(FIRST), chain);
+}
+
+TEST_F(ModelThatFollowsChanges, ReadsNoPictureAgainForAnEditedLut) {
+    const auto shown = model->get_picture();
+    write_lut(folder, 0.25);
+    follow();
+    EXPECT_EQ(model->get_picture(), shown);
+}
+
+TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
+    EXPECT_FALSE(model->follow_changes());
+    host->use_config(""); // Not by way of the model.
+    EXPECT_TRUE(model->follow_changes());
+    EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
+    EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
+    EXPECT_FALSE(model->follow_changes());
+}
+
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedPicture) {
+    write_picture(picture, 2, 1, [](int, int) { return Rgb{0.125f, 0.25f, 0.5f}; });
+    follow();
+    EXPECT_EQ(model->get_picture()->width, 2);
+    EXPECT_EQ(*model->get_picture()->at(1, 0), 0.125f);
+    folder.write("picture.exr", "broken");
+    follow();
+    EXPECT_EQ(model->get_picture()->width, 2);
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("picture.exr")));
+}
+
+} // namespace

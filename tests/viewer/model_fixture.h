@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+
+#include "tests/viewer/viewer_fixture.h"
+#include "tool/exit_code.h"
+#include "tool/viewer/view_model.h"
+
+/// A viewer's model on the configuration of the fixture.
+class ViewModelTest : public ViewerTest {
+protected:
+    static constexpr tool::ViewModel::Side FIRST = tool::ViewModel::FIRST;
+
+    ViewModelTest() {
+        write_lut(folder, 0.5);
+        config = write_config(folder);
+        picture = folder.file("picture.exr");
+        write_ramps(picture, 4, 4);
+        tool::SessionOptions options;
+        options.config_path = config;
+        options.no_preferences = true;
+        host = std::make_unique<tool::ColorHost>(options, console);
+        model = std::make_unique<tool::ViewModel>(*host);
+        model->open(picture);
+    }
+
+    /// What the model's conversions make of grey 1.
+    float shown_white() {
+        float rgba[] = {1, 1, 1, 1};
+        model->get_chain(FIRST)->convert(rgba, 1, 1, model->get_settings(FIRST).exposure);
+        return rgba[0];
+    }
+    /// Waits until files were noticed to have changed.
+    void follow() { ASSERT_TRUE(model->follow_changes(std::chrono::seconds(10))); }
+    /// The message of what `action` throws.
+    template <class Action>
+    static std::string message_of(const Action& action) {
+        try {
+            action();
+        } catch (const tool::CommandError& error) {
+            return error.what();
+        }
+        return "nothing thrown";
+    }
+
+    std::string config;
+    std::string picture;
+    std::unique_ptr<tool::ColorHost> host;
+    std::unique_ptr<tool::ViewModel> model;
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// What a dialogue shows in which one looks for a file: the folders and files of one folder, hidden ones left
+/// out, and what is selected.
+class FileChooser {
+public:
+    struct Entry {
+        std::string name;
+        bool is_folder;
+    };
+
+    /// Starts in `folder`, or in the nearest folder above it that can be read. Lists files of these
+    /// extensions
+    /// (".ocio"), in whatever case.
+    FileChooser(const std::string& folder, std::vector<std::string> extensions);
+
+    /// Absolute path.
+    const std::string& get_folder() const { return folder; }
+    /// Folders, then files, both by name without regard to case.
+    const std::vector<Entry>& get_entries() const { return entries; }
+    /// Why the last thing was not done; empty when it was.
+    const std::string& get_fault() const { return fault; }
+    void set_fault(const std::string& text) { fault = text; }
+
+    /// Goes to a folder. When it cannot be read, that is the fault, and the former one stays.
+    void enter(const std::string& path);
+    /// To the folder above; the former one is selected there.
+    void go_up();
+    void go_home();
+    /// Lists files of any extension.
+    void set_shows_all(bool shown);
+    bool get_shows_all() const { return shows_all; }
+
+    /// Position of the selected entry; the count of entries when there is none.
+    std::size_t get_selected() const { return selected; }
+    void select(std::size_t position);
+    /// Selects an entry so many further down, or up, as far as there are any.
+    void move_selection(int by);
+
+    /// Goes to the selected folder, or answers the path of the selected file.
+    std::optional<std::string> choose_selected();
+    /// The same for a path as one types it: absolute, from the folder, or from "~". A file need not be
+    /// listed. What does not exist is a fault.
+    std::optional<std::string> choose_typed(const std::string& text);
+
+private:
+    bool list(const std::string& path);
+    bool is_listed(const Entry& entry) const;
+    std::optional<std::string> choose(const std::string& path);
+
+    std::vector<std::string> extensions;
+    bool shows_all = false;
+    std::string folder;
+    std::vector<Entry> entries;
+    std::size_t selected = 0;
+    std::string fault;
+};
+
+} // namespace tool
