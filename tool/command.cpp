@@ -13,6 +13,10 @@ Command::Command(CLI::App& program, const char* name, const char* description, c
 
 void add_session_options(CLI::App& options, SessionOptions& session) {
     add_config_option(options, session);
+    add_preference_reading_options(options, session);
+}
+
+void add_preference_reading_options(CLI::App& options, SessionOptions& session) {
     add_preference_options(options, session);
     options.add_flag("--no-prefs", session.no_preferences, "Use no preference file")
         ->excludes(options.get_option("--prefs"));

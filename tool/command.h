@@ -51,6 +51,8 @@ std::unique_ptr<Command> make_legacy_command(CLI::App& program);
 
 /// Adds --config, --prefs, --no-prefs and --verbose.
 void add_session_options(CLI::App& options, SessionOptions& session);
+/// Adds what `add_preference_options` adds, and --no-prefs: for commands that change nothing.
+void add_preference_reading_options(CLI::App& options, SessionOptions& session);
 /// Adds what commands need that show or change preferences: --prefs and --verbose.
 void add_preference_options(CLI::App& options, SessionOptions& session);
 void add_config_option(CLI::App& options, SessionOptions& session);

@@ -15,6 +15,7 @@
 #include "tool/frame_pattern.h"
 #include "tool/frame_range.h"
 #include "tool/sequence.h"
+#include "tool/settings/format_associations.h"
 
 namespace tool {
 
@@ -47,7 +48,7 @@ private:
     std::vector<PictureJob> make_jobs() const;
     bool is_sequence() const { return !frames.empty(); }
     PictureSettings make_settings(const ColorConversion& conversion) const;
-    void settle_source(const ColorSession& session, Console& console);
+    void settle_source(ColorSession& session, Console& console);
     void convert_one(const ColorConversion& conversion, const PictureSettings& settings,
                      Console& console) const;
     ExitCode convert_all(const ColorConversion& conversion, const PictureSettings& settings,
@@ -141,9 +142,10 @@ std::vector<PictureJob> ConvertCommand::make_jobs() const {
 }
 
 /// Without --from the module's associations answer, and the user is told.
-void ConvertCommand::settle_source(const ColorSession& session, Console& console) {
+void ConvertCommand::settle_source(ColorSession& session, Console& console) {
     if (!request.from.empty())
         return;
+    warn_of_unused_mapping(session);
     const AssociatedSpace found = find_associated_space(input, session);
     request.from = found.color_space;
     source_reason = found.reason;

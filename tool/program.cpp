@@ -40,9 +40,19 @@ void follow_environment() {
     ColorIOEvaluation::set_vector_code(!wish || std::string_view(wish) != "0");
 }
 
+/// Newer versions of CLI11 would break the lines of the examples anew, without their indents.
+template <class Formatter>
+auto keep_footers_as_they_are(Formatter& formatter, int)
+    -> decltype(formatter.enable_footer_formatting(false)) {
+    formatter.enable_footer_formatting(false);
+}
+template <class Formatter>
+void keep_footers_as_they_are(Formatter&, long) {}
+
 class Program {
 public:
     Program() : app(DESCRIPTION, "colorio") {
+        keep_footers_as_they_are(*app.get_formatter(), 0);
         app.footer(FOOTER);
         app.set_version_flag("--version", "colorio " COLORIO_VERSION);
         app.require_subcommand(1);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::string_view DOOR = "test_ocio";
 constexpr std::string_view MODULE = "test_colorio";
+constexpr std::string_view TOOL = "test_tool";
 
 struct Difference {
     const char* subject;
@@ -24,6 +25,10 @@ struct Difference {
     const char* reason;
     const char* of_2_5 = nullptr; ///< where newer libraries differ from 2.1
 };
+
+constexpr const char* NO_PROGRAMS = "no results of this library are known, so no operations are translated";
+constexpr const char* NEW_SPACE_NAMES =
+    "the picture library that comes with 2.5 reads the same marks of a file under other names";
 
 constexpr Difference DIFFERENCES[] = {
     {"first display", DOOR, "ConfigDisplays.AreListedWithTheirViews", "another", "one",
@@ -57,12 +62,25 @@ constexpr Difference DIFFERENCES[] = {
     {"level of an inactive space that is not there", DOOR,
      "LibraryLog.GoesToTheFunctionWithoutMarksAndLineEnds", nullptr, "Warning",
      "newer libraries only tell of it", "Info"},
+    {"line of an inactive space that is not there", TOOL, "Check.ListsWhatTheColorLibraryReportsByItself",
+     nullptr, "warning: OpenColorIO: Inactive 'nowhere'", "newer libraries only tell of it",
+     "information: OpenColorIO: Inactive 'nowhere'"},
+    {"what converts pictures between built-in spaces", TOOL, "Explain.SaysWhichPathIsTaken", nullptr,
+     "the module's vector code (", NO_PROGRAMS,
+     "the colour library, because the results of colour library 2."},
+    {"what is said of it", TOOL, "Explain.SaysWhichPathIsTaken", nullptr,
+     "; the colour library below 4096 pixels", NO_PROGRAMS, " have not been measured"},
+    {"path of pictures between built-in spaces", TOOL, "Explain.AnswersJson", nullptr, "vector", NO_PROGRAMS,
+     "library"},
+    {"sRGB in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", nullptr, "sRGB",
+     NEW_SPACE_NAMES, "srgb_rec709_scene"},
+    {"linear in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", nullptr, "Linear",
+     NEW_SPACE_NAMES, "lin_rec709_scene"},
 };
 
 constexpr const char* NO_VERSION_2 = "the colour library knows no version 2 configurations";
 
 constexpr const char* NO_BUILTIN_CONFIGS = "the colour library holds no configurations of its own";
-constexpr const char* NO_PROGRAMS = "no results of this library are known, so no operations are translated";
 
 enum Library : unsigned { OF_1_X = 1, OF_2_1 = 2, OF_2_5 = 4 };
 

@@ -105,8 +105,13 @@ public:
             write(head("space", name, "to scene-linear"), converter_.configure(name, linear));
             write(head("space", name, "from scene-linear"), converter_.configure(linear, name));
         }
-        for (const CoreString& view : ColorIO::get_display_view_names())
-            write(head("view", view, "from scene-linear"), converter_.configure_for_display(linear, view));
+        for (const CoreString& label : ColorIO::get_display_view_names()) {
+            // The label alone would not do where the display's name holds a full stop.
+            CoreString display, view;
+            ColorIO::get_display_view(label, display, view);
+            write(head("view", label, "from scene-linear"),
+                  converter_.configure_for_display(linear, display, view));
+        }
     }
 
 private:

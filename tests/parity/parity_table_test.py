@@ -92,7 +92,7 @@ class TableTest(unittest.TestCase):
     def test_a_conversion_that_one_library_refuses_needs_a_reason(self):
         converts = f"{ROW}\t0\t1\t2\t1"
         refused = ROW.replace("pixel", "refused\tfailed. OCIO exception: no cubes backwards")
-        self.expect(values("1.1.1", refused), values("2.1.2", refused), 0, "refused by both")
+        self.expect(values("1.1.1", refused), values("2.1.2", refused), 0, "refused by both: no cubes backwards")
         self.expect(values("1.1.1", converts), values("2.1.2", refused), 1,
                     "refused by 2.1.2: no cubes backwards; UNEXPLAINED")
         self.set_reasons("*\t*\t*\t*\t*\trefused by 1.*: no cubes *\tcubes are hard")
@@ -145,6 +145,18 @@ class ProgramTest(unittest.TestCase):
             ("space", "Tavelion|Cineon", "to scene-linear"), ("space", "Tavelion|Cineon", "from scene-linear"),
             ("view", "Tavelion.sRGB", "from scene-linear"), ("view", "Tavelion.Cineon", "from scene-linear"),
             ("view", "Tavelion.linear", "from scene-linear")])
+
+    def test_names_with_full_stops_are_converted(self):
+        with tempfile.TemporaryDirectory() as folder:
+            config = pathlib.Path(folder) / "config.ocio"
+            config.write_text("ocio_profile_version: 1\nroles: {scene_linear: lin}\n"
+                              "displays:\n  Screen 2.2:\n    - !<View> {name: v. 1, colorspace: double}\n"
+                              "colorspaces:\n  - !<ColorSpace>\n    name: lin\n  - !<ColorSpace>\n    name: double\n"
+                              "    from_reference: !<MatrixTransform> {matrix: "
+                              "[2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}\n", encoding="utf-8")
+            rows = self.rows_of(config)
+            row = next(row for row in rows if row[:4] == ["view", "Screen 2.2.v. 1", "from scene-linear", "pixel"])
+            self.assertEqual(float(row[4]), 2 * float(rows[1][1]))
 
     def test_refusals_are_told(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/tool/configs.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool_settings/settings_fixture.h"
@@ -159,6 +161,29 @@ TEST_F(Formats, ShowsWhereAMappingFileCannotBeParsed) {
     EXPECT_THAT(run({"formats", "list", "--verbose"}).err, HasSubstr(place));
     EXPECT_THAT(print({"check"}), HasSubstr("information: Color Management: " + place));
     EXPECT_EQ(print_json({"formats"}).at("source"), "builtin");
+}
+
+TEST_F(Formats, WarnsOfAMappingFileThatIsNotInUse) {
+    const std::string start = "the mapping file that the preferences name is not in use: ";
+    follow_mapping("Grade: {extensions: [unclosed\n");
+    const std::string place = path("map.yaml") + ":2:1: end of sequence flow not found";
+    EXPECT_THAT(run({"formats", "list"}).err, HasSubstr(start + place));
+    EXPECT_THAT(run({"formats", "list", "--json"}).err, HasSubstr(start + place));
+    EXPECT_THAT(run({"formats", "check"}).err, HasSubstr(start + place));
+    write_picture(path("in.png"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    EXPECT_THAT(run({"convert", path("in.png"), path("out.exr"), "--to", "linear"}).err,
+                HasSubstr(start + place));
+    std::filesystem::remove(path("map.yaml"));
+    EXPECT_THAT(run({"formats", "list"}).err, HasSubstr(start + "there is no '" + path("map.yaml") + "'"));
+}
+
+TEST_F(Formats, HasNothingToSayOfAMappingFileThatIsInUseOrNotWanted) {
+    follow_mapping("Scan: {extensions: dpx, color_space: Tavelion|Cineon}\n");
+    EXPECT_EQ(run({"formats", "list"}).err, "");
+    folder.write("map.yaml", "Grade: {extensions: [unclosed\n");
+    EXPECT_EQ(run({"formats", "list", "--no-prefs"}).err, "");
+    folder.write(PREFERENCES, "color_space_by_extension_file_path: " + path("map.yaml") + "\n");
+    EXPECT_EQ(run({"formats", "list"}).err, "");
 }
 
 } // namespace

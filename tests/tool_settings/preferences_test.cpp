@@ -43,6 +43,22 @@ TEST_F(Preferences, AreShownAsTheFileHasThem) {
                       HasSubstr("Tavelion|Cineon"), HasSubstr("half"), HasSubstr("warm")));
 }
 
+TEST_F(Preferences, CanBeLeftAsideByWhateverOnlyShowsThem) {
+    folder.write("half.spi1d", HALVING_LUT);
+    print({"space", "add", "half", "--lut", path("half.spi1d")});
+    const json answer = print_json({"prefs", "show", "--no-prefs"});
+    EXPECT_EQ(answer.at("path"), "");
+    EXPECT_EQ(answer.at("exists"), false);
+    EXPECT_THAT(answer.at("spaces"), IsEmpty());
+    EXPECT_THAT(print({"prefs", "show", "--no-prefs"}), StartsWith("Without a preference file.\n"));
+    EXPECT_THAT(print_json({"space", "list", "--no-prefs"}).at("spaces"), IsEmpty());
+    EXPECT_EQ(print_json({"space", "list"}).at("spaces").size(), 1u);
+    EXPECT_THAT(run({"space", "list", "--no-prefs", "--prefs", path("x.yaml")}),
+                FailsWith(2, HasSubstr("--prefs")));
+    EXPECT_THAT(run({"space", "remove", "half", "--no-prefs"}), FailsWith(2, HasSubstr("--no-prefs")))
+        << "there is nothing to change";
+}
+
 TEST_F(Preferences, NameAConfigurationThatTheOptionAndTheEnvironmentOverride) {
     folder.write("show.ocio", SHOW_CONFIG);
     folder.write(PREFERENCES, "use_color_space_file: 1\ncolor_space_file_path: " + path("show.ocio") + "\n");

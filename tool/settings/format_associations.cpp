@@ -9,7 +9,12 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "host/of/of_app.h"
+#include "host/sys/sys_filesystem.h"
+#include "standalone/standalone_app.h"
+#include "tool/color_session.h"
+#include "tool/console.h"
 #include "tool/exit_code.h"
+#include "tool/failure_reason.h"
 #include "tool/nearest_names.h"
 
 namespace tool {
@@ -43,6 +48,20 @@ FormatAssociation find_fallback(const std::vector<FormatAssociation>& associatio
                         ColorIOManager::BUILTIN_SRGB.data)};
 }
 
+/// What the module said first of the file.
+std::string explain_unused(const std::string& path, const std::vector<LoggedMessage>& messages) {
+    if (!SysFilesystem::file_exists(path.c_str()))
+        return fmt::format("there is no '{}'", path);
+    const auto is_about_file = [&](const LoggedMessage& message) {
+        return message.text.find(path) != std::string::npos;
+    };
+    const auto found = std::find_if(messages.begin(), messages.end(), is_about_file);
+    if (found == messages.end())
+        return fmt::format("'{}'", path);
+    return find_failure_reason({{LOG_WARNING, found->text}})
+        .text; // where the fault lies is told as information
+}
+
 } // namespace
 
 std::vector<FormatAssociation> get_format_associations() {
@@ -60,6 +79,16 @@ std::string describe_association_source() {
         return "the built-in associations";
     const OfApp& app = *ColorIOManager::get_instance()->get_app();
     return fmt::format("the mapping file '{}'", app.get_color_space_by_extension_file_path().view());
+}
+
+void warn_of_unused_mapping(ColorSession& session) {
+    const StandaloneApp& wanted = session.get_preferences().get_app();
+    const std::string path = wanted.get_color_space_by_extension_file_path().get_data();
+    const std::vector<LoggedMessage> messages = session.take_messages();
+    const bool is_wanted = wanted.get_use_color_space_by_extension_file() != 0 && !path.empty();
+    if (is_wanted && !ColorIOAutoDetection::get_instance()->is_file_config())
+        session.get_console().warn(fmt::format("the mapping file that the preferences name is not in use: {}",
+                                               explain_unused(path, messages)));
 }
 
 FormatAssociation find_format_association(const std::string& extension) {

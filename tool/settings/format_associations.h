@@ -5,6 +5,8 @@
 
 namespace tool {
 
+class ColorSession;
+
 /// A file format with its extensions and the colour space that its pictures are in.
 struct FormatAssociation {
     std::string category;
@@ -16,6 +18,9 @@ struct FormatAssociation {
 std::vector<FormatAssociation> get_format_associations();
 /// "the mapping file 'x.yaml'" or "the built-in associations".
 std::string describe_association_source();
+/// Warns where the preferences name a mapping file and the module could not use it, with the reason. Takes
+/// the session's messages.
+void warn_of_unused_mapping(ColorSession& session);
 
 /// The association that decides about an extension, by the module's rule: the first that lists it and does
 /// not give the space of "default", else the last that lists it, else "default" itself.

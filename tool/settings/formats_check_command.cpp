@@ -27,7 +27,8 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const ColorSession session(session_options, console);
+        ColorSession session(session_options, console);
+        warn_of_unused_mapping(session);
         const std::string where =
             fmt::format("{} with {}", describe_association_source(), session.get_source().get_name());
         if (ColorIOAutoDetection::get_instance()->check_mappings()) {

@@ -33,7 +33,8 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const ColorSession session(session_options, console);
+        ColorSession session(session_options, console);
+        warn_of_unused_mapping(session);
         if (as_json)
             print_json(console);
         else

@@ -48,7 +48,7 @@ class PrefsShowCommand : public Command {
 public:
     explicit PrefsShowCommand(CLI::App& program)
         : Command(program, "show", "Show what the preference file holds", EXAMPLES) {
-        add_preference_options(*options, session_options);
+        add_preference_reading_options(*options, session_options);
         options->add_flag("--json", as_json, "Write JSON");
         session_options.builtin_only = true;
     }
@@ -75,10 +75,15 @@ bool exists(const std::string& path) {
     return std::filesystem::exists(path, error);
 }
 
+std::string describe_file(const std::string& path) {
+    if (path.empty())
+        return "Without a preference file.";
+    return exists(path) ? fmt::format("From {}.", path)
+                        : fmt::format("There is no {} yet; this holds without it.", path);
+}
+
 void PrefsShowCommand::print_tables(const UserPreferences& preferences, Console& console) {
-    const std::string& path = preferences.get_path();
-    console.print(exists(path) ? fmt::format("From {}.", path)
-                               : fmt::format("There is no {} yet; this holds without it.", path));
+    console.print(describe_file(preferences.get_path()));
     console.print("");
     TextTable values({"preference", "value"});
     for (const Preference& preference : get_preferences(preferences.get_app()))

@@ -29,7 +29,7 @@ class SpaceListCommand : public Command {
 public:
     explicit SpaceListCommand(CLI::App& program)
         : Command(program, "list", "List your own colour spaces", EXAMPLES) {
-        add_preference_options(*options, session_options);
+        add_preference_reading_options(*options, session_options);
         options->add_flag("--json", as_json, "Write JSON");
         session_options.builtin_only = true;
     }
