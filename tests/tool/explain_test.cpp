@@ -52,8 +52,7 @@ TEST_F(Explain, ShowsAPixelAfterEachOperation) {
 TEST_F(Explain, SaysWhichPathIsTaken) {
     const ToolRun result = explain({"sRGB", "linear"});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, AllOf(HasSubstr("pictures take the module's vector code ("),
-                                  HasSubstr("the colour library until 4096 pixels have come")));
+    EXPECT_THAT(result.out, HasSubstr("pixels take the module's vector code ("));
 }
 
 TEST_F(Explain, FollowsTheSwitchInTheEnvironment) {
