@@ -25,7 +25,6 @@ ColorIOEvaluation::Explanation to_host(const ocio::Explanation& explanation) {
     out.path = to_path(explanation.path);
     out.reason = explanation.reason.c_str();
     out.vector_target = explanation.vector_target.c_str();
-    out.least_pixels = static_cast<unsigned int>(explanation.least_pixels);
     return out;
 }
 

@@ -16,20 +16,19 @@ public:
         GMathVec4<float> pixel;
     };
 
-    /// What converts pictures.
+    /// What converts pixels.
     enum Path {
         PATH_NONE,   ///< Nothing: colours stay as they are.
-        PATH_VECTOR, ///< The module's vector code; the colour library until `least_pixels` have come.
+        PATH_VECTOR, ///< The module's vector code.
         PATH_LIBRARY ///< The colour library, for the reason given.
     };
 
     struct Explanation {
         CoreVector<CoreString> operations; ///< As the configuration gives them.
-        CoreVector<Step> steps;            ///< As they are carried out on pictures.
+        CoreVector<Step> steps;            ///< As they are carried out.
         Path path = PATH_NONE;
         CoreString reason;        ///< Why the library; else empty.
         CoreString vector_target; ///< Instruction set of the vector code; else empty.
-        unsigned int least_pixels = 0;
     };
 
     /// How `converter` converts, and what becomes of `pixel` on the way. False, and nothing touched, unless

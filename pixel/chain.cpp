@@ -63,7 +63,7 @@ void Program::apply_planar(float* r, float* g, float* b, float* a, std::size_t w
 }
 
 void Program::apply_pixel(float* rgba) const {
-    apply_packed(rgba, 1, 1, 4);
+    run_pixel(impl_->stages, rgba);
 }
 
 Description Program::describe() const {

@@ -157,6 +157,19 @@ void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayou
     }
 }
 
+void run_pixel(const std::vector<Stage>& stages, float* rgba) {
+    Block block;
+    block.count = 1;
+    block.padded = round_up_to_lanes(1);
+    for (std::size_t c = 0; c < 4; ++c) {
+        std::fill(block.plane[c], block.plane[c] + block.padded, rgba[c]);
+    }
+    run_all(stages, block);
+    for (std::size_t c = 0; c < 4; ++c) {
+        rgba[c] = block.plane[c][0];
+    }
+}
+
 void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::size_t width,
                 std::size_t height, std::ptrdiff_t row_stride) {
     if (row_stride == static_cast<std::ptrdiff_t>(width)) { // one long row

@@ -57,8 +57,7 @@ std::string describe_path(const ColorIOEvaluation::Explanation& how) {
     case ColorIOEvaluation::PATH_NONE:
         return "nothing to do, colours stay as they are";
     case ColorIOEvaluation::PATH_VECTOR:
-        return fmt::format("the module's vector code ({}); the colour library until {} pixels have come",
-                           how.vector_target.get_data(), how.least_pixels);
+        return fmt::format("the module's vector code ({})", how.vector_target.get_data());
     case ColorIOEvaluation::PATH_LIBRARY:
         break;
     }

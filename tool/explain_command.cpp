@@ -128,7 +128,7 @@ ExitCode ExplainCommand::run(Console& console) {
 void ExplainCommand::print_part(const ExplainedPart& part, Console& console) const {
     console.print("");
     console.print_heading(part.title);
-    console.print(fmt::format("pictures take {}", describe_path(part.how)));
+    console.print(fmt::format("pixels take {}", describe_path(part.how)));
     console.print("");
     TextTable given({"#", "operation of the configuration"});
     for (const CoreString& operation : part.how.operations)
@@ -170,10 +170,8 @@ nlohmann::ordered_json ExplainCommand::part_to_json(const ExplainedPart& part) c
         {"title", part.title}, {"operations", std::move(operations)}, {"path", get_path_name(part.how.path)}};
     if (part.how.path == ColorIOEvaluation::PATH_LIBRARY)
         answer["reason"] = part.how.reason.get_data();
-    if (part.how.path == ColorIOEvaluation::PATH_VECTOR) {
+    if (part.how.path == ColorIOEvaluation::PATH_VECTOR)
         answer["vector_target"] = part.how.vector_target.get_data();
-        answer["least_pixels"] = part.how.least_pixels;
-    }
     answer["steps"] = std::move(steps);
     return answer;
 }

@@ -50,6 +50,7 @@ void add_conversion(const Conversion& conversion, std::size_t count) {
     };
     add(name + "library_lossless", count, library_call(lossless(conversion.processor)));
     if (count == 1) {
+        add(name + "pixel_single", count, [program](float* pixels) { program->apply_pixel(pixels); });
         const auto processor = lossless(conversion.processor);
         add(name + "library_single", count, [processor](float* pixels) { processor->applyRGBA(pixels); });
     }

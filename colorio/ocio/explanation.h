@@ -12,11 +12,10 @@ struct ExplainedStep {
     std::array<float, 4> pixel;
 };
 
-/// What converts pictures.
+/// What converts pixels.
 enum class EvaluationPath {
     None,    ///< nothing: the conversion leaves colours as they are
-    Vector,  ///< the project's own vector code; the library until `least_pixels` have come, in one picture or
-             ///< many
+    Vector,  ///< the project's own vector code
     Library, ///< the colour library, for the `reason` given
 };
 
@@ -27,7 +26,6 @@ struct Explanation {
     EvaluationPath path = EvaluationPath::None;
     std::string reason;        ///< empty unless the path is the library
     std::string vector_target; ///< instruction set of the vector code; empty unless that is the path
-    long least_pixels = 0;
 };
 
 } // namespace ocio

@@ -24,9 +24,9 @@ protected:
 
 TEST_F(Evaluation, OfAnUnconfiguredConverterIsNotExplained) {
     ColorIOEvaluation::Explanation how;
-    how.least_pixels = 7;
+    how.reason = "as before";
     EXPECT_FALSE(ColorIOEvaluation::explain(*converter, {}, how));
-    EXPECT_EQ(how.least_pixels, 7u);
+    EXPECT_STREQ(how.reason.get_data(), "as before");
 }
 
 TEST_F(Evaluation, OfABypassIsNothing) {
@@ -42,7 +42,6 @@ TEST_F(Evaluation, OfABuiltinConversionIsThatOfItsTable) {
     ASSERT_TRUE(converter->configure("sRGB", "linear"));
     const ColorIOEvaluation::Explanation how = explain(0.5f);
     EXPECT_EQ(how.path, ColorIOEvaluation::PATH_VECTOR);
-    EXPECT_EQ(how.least_pixels, 4096u);
     ASSERT_EQ(how.operations.get_count(), 2u);
     EXPECT_STREQ(how.operations[1].get_data(), "1D table of 4101 entries, one curve");
     ASSERT_EQ(how.steps.get_count(), 2u);
@@ -57,7 +56,6 @@ TEST_F(Evaluation, IsTheLibrarysWithoutTheVectorCode) {
     const ColorIOEvaluation::Explanation how = explain(0.5f);
     EXPECT_EQ(how.path, ColorIOEvaluation::PATH_LIBRARY);
     EXPECT_THAT(how.reason.get_data(), HasSubstr(expected("why the library converts")));
-    EXPECT_EQ(how.least_pixels, 0u);
     ASSERT_GE(how.steps.get_count(), 1u);
     EXPECT_NEAR(how.steps[how.steps.get_count() - 1].pixel[0], formula::srgb_to_linear(0.5), 2e-6);
 }

@@ -103,8 +103,7 @@ library::ConstProcessorRcPtr processor_of(const library::ConstTransformRcPtr& tr
 }
 
 library::ConstCPUProcessorRcPtr lossless(const library::ConstProcessorRcPtr& processor) {
-    return processor->getOptimizedCPUProcessor(static_cast<library::OptimizationFlags>(
-        library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES));
+    return processor->getOptimizedCPUProcessor(LOSSLESS);
 }
 
 Agreement compare(const library::ConstProcessorRcPtr& processor, const pixel::OpChain& chain,

@@ -17,6 +17,10 @@ namespace library = ocio::library;
 /// The library's processor for a transform in a configuration of version 1 or 2.
 library::ConstProcessorRcPtr processor_of(const library::ConstTransformRcPtr& transform, int version = 2);
 
+/// The flags that the module's conversions run under.
+constexpr auto LOSSLESS = static_cast<library::OptimizationFlags>(
+    library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
+
 /// The library's own CPU path, without loss.
 library::ConstCPUProcessorRcPtr lossless(const library::ConstProcessorRcPtr& processor);
 

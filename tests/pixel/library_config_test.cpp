@@ -1,10 +1,12 @@
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <map>
 
 #include "adversarial.h"
 #include "colorio/ocio/sanity_check.h"
+#include "colorio/ocio/v2/evaluator.h"
 #include "colorio/ocio/v2/pixel_bridge.h"
 #include "library_agreement.h"
 #include "tests/support/test_configs.h"
@@ -83,6 +85,17 @@ void visit_grades(const library::ConstConfigRcPtr& config, const Visit& visit) {
     }
 }
 
+/// What is not known goes to the library unchanged.
+void expect_library_bits(const std::string& words, const library::ConstProcessorRcPtr& processor) {
+    constexpr std::size_t PIXELS = 200;
+    const std::vector<Pixel> in = mixed_pixels(PIXELS, 5);
+    std::vector<Pixel> ours = in, theirs = in;
+    ocio::Evaluator(processor, LOSSLESS).apply(ocio::PackedImageDesc{ours[0].data(), PIXELS, 1, 4});
+    library::PackedImageDesc image(theirs[0].data(), PIXELS, 1, 4);
+    lossless(processor)->apply(image);
+    EXPECT_EQ(std::memcmp(ours.data(), theirs.data(), PIXELS * sizeof(Pixel)), 0) << words;
+}
+
 /// What was found out about the conversions of one configuration.
 class Report {
 public:
@@ -120,6 +133,7 @@ private:
         if (!chain) {
             ++left_;
             ++reasons_[why_not];
+            expect_library_bits(words, processor);
             return;
         }
         ++taken_;

@@ -45,16 +45,16 @@ Explanation explain_nothing(const library::ConstProcessorRcPtr& processor) {
     return explanation;
 }
 
-Explanation explain(const library::ConstProcessorRcPtr& processor, const FastPath& fast_path,
+Explanation explain(const library::ConstProcessorRcPtr& processor, const Evaluator& evaluator,
                     library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
     Explanation explanation = explain_nothing(processor);
-    if (const pixel::Program* program = fast_path.get_program(explanation.reason)) {
+    if (const pixel::Program* program = evaluator.get_program()) {
         explanation.path = EvaluationPath::Vector;
         explanation.vector_target = pixel::vector_target();
-        explanation.least_pixels = FastPath::get_least_pixels();
         explanation.steps = trace(*program, rgba);
     } else {
         explanation.path = EvaluationPath::Library;
+        explanation.reason = evaluator.get_why_not();
         explanation.steps = trace(processor, optimization, rgba);
     }
     return explanation;

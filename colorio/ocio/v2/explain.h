@@ -4,16 +4,15 @@
 
 #include "colorio/ocio/explanation.h"
 #include "colorio/ocio/types.h"
-#include "colorio/ocio/v2/fast_path.h"
+#include "colorio/ocio/v2/evaluator.h"
 
 namespace ocio {
 
 /// The operations of a `processor` that leaves colours as they are.
 Explanation explain_nothing(const library::ConstProcessorRcPtr& processor);
 
-/// How `processor` converts pictures, as optimised by these flags where the library does it, or by way of
-/// `fast_path` where that has a program.
-Explanation explain(const library::ConstProcessorRcPtr& processor, const FastPath& fast_path,
+/// How `processor` converts pixels by way of its evaluator, under these flags where that is the library's.
+Explanation explain(const library::ConstProcessorRcPtr& processor, const Evaluator& evaluator,
                     library::OptimizationFlags optimization, const std::array<float, 4>& rgba);
 
 } // namespace ocio

@@ -12,9 +12,10 @@
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/processor_checks.h"
+#include "colorio/ocio/v2/evaluator.h"
 #include "colorio/ocio/v2/explain.h"
-#include "colorio/ocio/v2/fast_path.h"
 #include "colorio/ocio/v2/gpu_shader.h"
+#include "colorio/ocio/v2/plain_conversion.h"
 #include "colorio/ocio/v2/source_allocation.h"
 
 namespace ocio {
@@ -26,57 +27,16 @@ namespace {
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 
-/// The library's image descriptions take at most this many channels.
-constexpr long MAX_LIBRARY_CHANNELS = 4;
-
-std::size_t to_size(long count) {
-    return static_cast<std::size_t>(count);
-}
-
-/// Converts single pixels with the library, and pictures with the fast path where there is one.
 class LibraryProcessor final : public Processor {
 public:
     LibraryProcessor(library::ConstProcessorRcPtr processor, SourceAllocation allocation)
-        : processor_(std::move(processor)), cpu_(processor_->getOptimizedCPUProcessor(OPTIMIZATION)),
-          fast_path_(processor_), source_(std::move(allocation)), no_op_(cpu_->isNoOp()) {}
+        : processor_(std::move(processor)), evaluator_(processor_, OPTIMIZATION),
+          source_(std::move(allocation)) {}
 
-    bool is_no_op() const override { return no_op_; }
-
-    void apply(const PackedImageDesc& image) const override {
-        if (no_op_)
-            return;
-        require_pixels(image.width, image.height, image.data && image.channels >= 3);
-        if (const pixel::Program* program = fast_path_.program_for(image.width, image.height)) {
-            program->apply_packed(image.data, to_size(image.width), to_size(image.height),
-                                  to_size(image.channels));
-            return;
-        }
-        const long channels = std::min(image.channels, MAX_LIBRARY_CHANNELS);
-        const auto channel_stride = static_cast<ptrdiff_t>(sizeof(float));
-        const ptrdiff_t x_stride = image.channels * channel_stride;
-        library::PackedImageDesc pixels(image.data, image.width, image.height, channels, BIT_DEPTH_F32,
-                                        channel_stride, x_stride, image.width * x_stride);
-        cpu_->apply(pixels);
-    }
-
-    void apply(const PlanarImageDesc& image) const override {
-        if (no_op_)
-            return;
-        require_pixels(image.width, image.height, image.red && image.green && image.blue);
-        if (const pixel::Program* program = fast_path_.program_for(image.width, image.height)) {
-            program->apply_planar(image.red, image.green, image.blue, image.alpha, to_size(image.width),
-                                  to_size(image.height));
-            return;
-        }
-        library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
-                                        image.height);
-        cpu_->apply(planes);
-    }
-
-    void apply_rgba(float* pixel) const override {
-        if (!no_op_)
-            cpu_->applyRGBA(pixel);
-    }
+    bool is_no_op() const override { return evaluator_.is_no_op(); }
+    void apply(const PackedImageDesc& image) const override { evaluator_.apply(image); }
+    void apply(const PlanarImageDesc& image) const override { evaluator_.apply(image); }
+    void apply_rgba(float* pixel) const override { evaluator_.apply_rgba(pixel); }
 
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
         return gpu_shader(desc)->text;
@@ -93,8 +53,8 @@ public:
 
     Explanation explain(const std::array<float, 4>& rgba) const override {
         return guarded([&] {
-            return no_op_ ? explain_nothing(processor_)
-                          : ocio::explain(processor_, fast_path_, OPTIMIZATION, rgba);
+            return is_no_op() ? explain_nothing(processor_)
+                              : ocio::explain(processor_, evaluator_, OPTIMIZATION, rgba);
         });
     }
 
@@ -113,7 +73,7 @@ private:
     }
 
     GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
-        if (no_op_)
+        if (is_no_op())
             return {shader_text(desc), {}};
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
         if (!is_table_work(optimized))
@@ -130,19 +90,23 @@ private:
     }
 
     library::ConstProcessorRcPtr processor_;
-    library::ConstCPUProcessorRcPtr cpu_;
-    FastPath fast_path_;
+    Evaluator evaluator_;
     SourceAllocation source_;
-    bool no_op_;
     mutable std::mutex shader_mutex_;
     mutable ShaderKey last_shader_key_;
     mutable std::shared_ptr<const GpuShader> last_shader_;
 };
 
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::ConstProcessorRcPtr processor,
-                                   const char* source) {
-    return std::make_shared<const LibraryProcessor>(std::move(processor),
-                                                    source_allocation(config, config->getColorSpace(source)));
+                                   const ConstColorSpaceRcPtr& source) {
+    return std::make_shared<const LibraryProcessor>(std::move(processor), source_allocation(config, source));
+}
+
+void check_between_spaces(const ConstConfigRcPtr& config, const char* source, const char* destination) {
+    const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
+    conversion->setSrc(source);
+    conversion->setDst(destination);
+    check_conversion(config, conversion);
 }
 
 /// The name itself, or the default role where a configuration without strict parsing does not know it.
@@ -157,12 +121,13 @@ const char* known_name(const ConstConfigRcPtr& config, const char* name) {
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
                                   const char* destination) {
     return guarded([&] {
-        const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
-        conversion->setSrc(known_name(config, source));
-        conversion->setDst(known_name(config, destination));
-        check_conversion(config, conversion);
-        return make_processor(config, config->getProcessor(conversion->getSrc(), conversion->getDst()),
-                              conversion->getSrc());
+        const char* const from = known_name(config, source);
+        const char* const to = known_name(config, destination);
+        const ConstColorSpaceRcPtr source_space = config->getColorSpace(from);
+        const ConstColorSpaceRcPtr destination_space = config->getColorSpace(to);
+        if (!source_space || !destination_space || !is_plain_conversion(*source_space, *destination_space))
+            check_between_spaces(config, from, to);
+        return make_processor(config, config->getProcessor(from, to), source_space);
     });
 }
 
@@ -174,7 +139,8 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setDisplay(transform.display);
         conversion->setView(transform.view);
         check_conversion(config, conversion);
-        return make_processor(config, config->getProcessor(conversion), conversion->getSrc());
+        return make_processor(config, config->getProcessor(conversion),
+                              config->getColorSpace(conversion->getSrc()));
     });
 }
 

@@ -27,7 +27,6 @@ TEST(ExplanationsOfV1, AreOneStepOfTheLibrary) {
     EXPECT_EQ(how.steps[0].operation, "the colour library");
     EXPECT_THAT(how.steps[0].pixel, ElementsAre(2.5f, 4.25f, 6.125f, 0.75f));
     EXPECT_THAT(how.vector_target, IsEmpty());
-    EXPECT_EQ(how.least_pixels, 0);
 }
 
 } // namespace

@@ -1,0 +1,91 @@
+#include "colorio/ocio/v2/evaluator.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "colorio/ocio/processor_checks.h"
+#include "colorio/ocio/v2/pixel_bridge.h"
+
+namespace ocio {
+
+namespace {
+
+/// The library's image descriptions take at most this many channels.
+constexpr long MAX_LIBRARY_CHANNELS = 4;
+
+std::size_t to_size(long count) {
+    return static_cast<std::size_t>(count);
+}
+
+} // namespace
+
+Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::OptimizationFlags optimization) {
+    library::ConstProcessorRcPtr optimized = processor;
+    if (get_fast_path()) {
+        optimized =
+            processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization);
+        no_op_ = optimized->isNoOp();
+        if (no_op_)
+            return;
+        make_program(optimized);
+        if (program_)
+            return;
+    } else {
+        why_not_ = "the vector code is switched off";
+    }
+    cpu_ = optimized->getOptimizedCPUProcessor(optimization);
+    no_op_ = cpu_->isNoOp();
+}
+
+void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
+    try {
+        if (std::optional<pixel::OpChain> chain = translate_optimized(optimized, why_not_))
+            program_ = std::make_unique<const pixel::Program>(*std::move(chain));
+    } catch (const std::exception& error) {
+        // An operation that the program does not take is the library's, and so are tables for which memory is
+        // short.
+        why_not_ = error.what();
+    }
+}
+
+void Evaluator::apply(const PackedImageDesc& image) const {
+    if (no_op_)
+        return;
+    require_pixels(image.width, image.height, image.data && image.channels >= 3);
+    if (program_) {
+        program_->apply_packed(image.data, to_size(image.width), to_size(image.height),
+                               to_size(image.channels));
+        return;
+    }
+    const long channels = std::min(image.channels, MAX_LIBRARY_CHANNELS);
+    const auto channel_stride = static_cast<ptrdiff_t>(sizeof(float));
+    const ptrdiff_t x_stride = image.channels * channel_stride;
+    library::PackedImageDesc pixels(image.data, image.width, image.height, channels, library::BIT_DEPTH_F32,
+                                    channel_stride, x_stride, image.width * x_stride);
+    cpu_->apply(pixels);
+}
+
+void Evaluator::apply(const PlanarImageDesc& image) const {
+    if (no_op_)
+        return;
+    require_pixels(image.width, image.height, image.red && image.green && image.blue);
+    if (program_) {
+        program_->apply_planar(image.red, image.green, image.blue, image.alpha, to_size(image.width),
+                               to_size(image.height));
+        return;
+    }
+    library::PlanarImageDesc planes(image.red, image.green, image.blue, image.alpha, image.width,
+                                    image.height);
+    cpu_->apply(planes);
+}
+
+void Evaluator::apply_rgba(float* pixel) const {
+    if (program_)
+        program_->apply_pixel(pixel);
+    else if (!no_op_)
+        cpu_->applyRGBA(pixel);
+}
+
+} // namespace ocio

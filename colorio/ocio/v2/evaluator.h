@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "colorio/ocio/processor.h"
+#include "colorio/ocio/types.h"
+#include "pixel/chain.h"
+
+namespace ocio {
+
+/// What converts the pixels of a processor, in pictures and one by one: a program of the project's own vector
+/// code where all operations are known there, else the library's own CPU path. Either is made at once, and
+/// only that.
+class Evaluator {
+public:
+    /// Whether a program is wanted at all is decided here, by `get_fast_path()`. The library's path runs
+    /// under `optimization`.
+    Evaluator(const library::ConstProcessorRcPtr& processor, library::OptimizationFlags optimization);
+
+    /// True when pixels stay as they are; then there is neither.
+    bool is_no_op() const { return no_op_; }
+
+    void apply(const PackedImageDesc& image) const;
+    void apply(const PlanarImageDesc& image) const;
+    void apply_rgba(float* pixel) const;
+
+    /// Null where the library converts, for the reason `get_why_not()`.
+    const pixel::Program* get_program() const { return program_.get(); }
+    const std::string& get_why_not() const { return why_not_; }
+
+private:
+    void make_program(const library::ConstProcessorRcPtr& optimized);
+
+    bool no_op_;
+    std::unique_ptr<const pixel::Program> program_;
+    library::ConstCPUProcessorRcPtr cpu_;
+    std::string why_not_;
+};
+
+} // namespace ocio

@@ -1,0 +1,96 @@
+#include "colorio/ocio/v2/evaluator.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "tests/colorio/ocio/fast_path_guard.h"
+#include "tests/colorio/ocio/test_configs.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace library = ocio::library;
+
+constexpr auto LOSSLESS = static_cast<library::OptimizationFlags>(
+    library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
+
+class Evaluators : public testing::Test {
+protected:
+    ocio::Evaluator make(const char* source, const char* destination) {
+        return {config_->getProcessor(source, destination), LOSSLESS};
+    }
+
+    TempDir folder_;
+    ocio::ConfigRcPtr config_ = test_configs::create_built_in_like(folder_);
+};
+
+TEST_F(Evaluators, HaveAProgramUnlessItIsSwitchedOff) {
+    EXPECT_TRUE(ocio::get_fast_path());
+    EXPECT_TRUE(make("sRGB", "linear").get_program());
+    EXPECT_THAT(make("sRGB", "linear").get_why_not(), IsEmpty());
+    const FastPathGuard off(false);
+    EXPECT_FALSE(make("sRGB", "linear").get_program());
+    EXPECT_THAT(make("sRGB", "linear").get_why_not(), HasSubstr("switched off"));
+}
+
+TEST_F(Evaluators, KeepThePositionOfTheSwitchTheyWereMadeUnder) {
+    const ocio::Evaluator made_on = make("sRGB", "linear");
+    const FastPathGuard off(false);
+    EXPECT_TRUE(made_on.get_program());
+}
+
+TEST_F(Evaluators, LeaveOperationsThatAreNotKnownToTheLibrary) {
+    const auto function = library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_ACES_GLOW_10);
+    const library::ConstProcessorRcPtr processor = config_->getProcessor(function);
+    const ocio::Evaluator evaluator(processor, LOSSLESS);
+    EXPECT_FALSE(evaluator.get_program());
+    EXPECT_THAT(evaluator.get_why_not(), HasSubstr("ACES_Glow10"));
+    float own[4] = {0.4f, 0.2f, 0.1f, 1}, librarys[4] = {0.4f, 0.2f, 0.1f, 1};
+    evaluator.apply_rgba(own);
+    processor->getOptimizedCPUProcessor(LOSSLESS)->applyRGBA(librarys);
+    EXPECT_TRUE(std::equal(own, own + 4, librarys));
+}
+
+TEST_F(Evaluators, OfConversionsThatDoNothingTouchNothing) {
+    for (const bool wanted : {true, false}) {
+        const FastPathGuard position(wanted);
+        const ocio::Evaluator evaluator = make("linear", "linear");
+        EXPECT_TRUE(evaluator.is_no_op());
+        EXPECT_FALSE(make("sRGB", "linear").is_no_op());
+        float pixel[4] = {0.4f, 2, -1, 0.5f};
+        evaluator.apply_rgba(pixel);
+        evaluator.apply(ocio::PackedImageDesc{pixel, 1, 1, 4});
+        evaluator.apply(ocio::PlanarImageDesc{pixel, pixel + 1, pixel + 2, nullptr, 1, 1});
+        EXPECT_THAT(pixel, testing::ElementsAre(0.4f, 2, -1, 0.5f));
+    }
+}
+
+/// However a host cuts a picture, the bits are the same.
+TEST_F(Evaluators, GiveAPixelTheSameBitsAloneInARowAndInAPicture) {
+    constexpr long WIDTH = 97, HEIGHT = 31;
+    constexpr std::size_t FLOATS = 4 * WIDTH * HEIGHT;
+    std::mt19937 generator(3);
+    std::uniform_real_distribution<float> uniform(-0.5f, 1.5f);
+    std::vector<float> picture(FLOATS);
+    std::generate(picture.begin(), picture.end(), [&] { return uniform(generator); });
+    for (const auto& [source, destination] : {std::pair("sRGB", "linear"), std::pair("linear", "Cineon")}) {
+        const ocio::Evaluator evaluator = make(source, destination);
+        std::vector<float> whole = picture, rows = picture, alone = picture;
+        evaluator.apply(ocio::PackedImageDesc{whole.data(), WIDTH, HEIGHT, 4});
+        for (long row = 0; row < HEIGHT; ++row)
+            evaluator.apply(ocio::PackedImageDesc{rows.data() + 4 * WIDTH * row, WIDTH, 1, 4});
+        for (std::size_t i = 0; i < FLOATS; i += 4)
+            evaluator.apply_rgba(alone.data() + i);
+        EXPECT_NE(whole, picture);
+        EXPECT_EQ(rows, whole);
+        EXPECT_EQ(alone, whole);
+    }
+}
+
+} // namespace
