@@ -55,6 +55,13 @@ TEST_F(ChoiceOfAFile, IsAmongFoldersAndFilesOfTheExtensionInTheOrderOfTheirNames
     EXPECT_EQ(chooser.get_fault(), "");
 }
 
+TEST_F(ChoiceOfAFile, HasNumberedFilesInTheOrderOfTheirNumbers) {
+    for (const char* name : {"shots/s10.ocio", "shots/S9.ocio", "shots/s2.ocio"})
+        folder.write(name, "text");
+    chooser.enter(folder.file("shots"));
+    EXPECT_THAT(names_of(chooser), ElementsAre("s2.ocio", "S9.ocio", "s10.ocio"));
+}
+
 TEST_F(ChoiceOfAFile, IsAmongAllFilesButHiddenOnesWhenWanted) {
     chooser.set_shows_all(true);
     EXPECT_THAT(names_of(chooser), ElementsAre("luts/", "Versions/", "A.OCIO", "b.ocio", "notes.txt"));

@@ -12,6 +12,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 class ScriptOfAViewer : public ViewerTest {
 protected:
@@ -64,6 +65,35 @@ TEST_F(ScriptOfAViewer, PrintsWhatIsShown) {
     run("print\ncompare\n");
     EXPECT_THAT(out.str(), AllOf(HasSubstr("space: Tavelion|linear (files of the extension exr)\n"),
                                  HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
+}
+
+TEST_F(ScriptOfAViewer, WorksThePanelsAsAUserWould) {
+    viewer = nullptr;
+    viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({600, 500}), true);
+    run("click View\nclick Tavelion.linear\ntype w\nshift-drag 470 100 405 100\nwheel 470 250 2\n");
+    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).view, "Tavelion.linear");
+    EXPECT_EQ(model->get_layout(), tool::Layout::WIPE);
+    EXPECT_NEAR(model->get_wipe(), 0.25, 0.001);
+    EXPECT_FALSE(model->get_camera().is_fitting());
+    run("drag 470 250 480 240\nclick Show\nclick Fit\n");
+    EXPECT_TRUE(model->get_camera().is_fitting());
+    write_lut(folder, 0.5);
+    write_config(folder);
+    run("type c\ntype test.ocio\npress Enter\nitems\nprint\n");
+    EXPECT_THAT(out.str(), AllOf(HasSubstr("configuration: test.ocio\n"), HasSubstr(" File\n"),
+                                 Not(HasSubstr(" Cancel\n"))));
+    run("drop " + folder.write("garbage.txt", "text") + "\nprint\n");
+    EXPECT_THAT(out.str(), HasSubstr("fault: cannot read"));
+}
+
+TEST_F(ScriptOfAViewer, SaysWhatThereIsNotToClick) {
+    EXPECT_THAT(failure_of("click View"), HasSubstr("'panels on'"));
+    EXPECT_THAT(failure_of("drop a.exr"), HasSubstr("'panels on'"));
+    EXPECT_THAT(failure_of("panels on\nclick Filee"),
+                AllOf(HasSubstr("tour:2: there is no 'Filee'"), HasSubstr("did you mean 'File'")));
+    EXPECT_THAT(failure_of("panels on\npress Any"), HasSubstr("no key 'Any'; there are Enter, "));
+    EXPECT_THAT(failure_of("panels on\ndrag 1 2 3"), HasSubstr("tour:2: "));
+    EXPECT_THAT(failure_of("panels on\nwheel 1 2 3 4"), HasSubstr("tour:2: "));
 }
 
 TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {

@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <cmath>
 
 #include <imgui.h>
 
-#include "tool/exit_code.h"
 #include "tool/viewer/panels.h"
 
 namespace tool {
@@ -13,8 +13,19 @@ namespace {
 constexpr double WHEEL_ZOOM = 1.25;
 constexpr float EXPOSURE_STEP = 0.5f;
 
-void press_key(ViewModel& model, ImWchar letter) {
+} // namespace
+
+void Panels::press_key(ViewModel& model, char letter) {
     switch (letter) {
+    case 'p':
+        open_dialog(FileKind::PICTURE, model);
+        break;
+    case 'c':
+        open_dialog(FileKind::CONFIG, model);
+        break;
+    case 'l':
+        open_dialog(FileKind::CDL_LIBRARY, model);
+        break;
     case 'f':
         model.get_camera().fit();
         break;
@@ -50,17 +61,10 @@ void press_key(ViewModel& model, ImWchar letter) {
     }
 }
 
-} // namespace
-
 void Panels::steer(ViewModel& model, const Viewport& area) {
     const ImGuiIO& io = ImGui::GetIO();
-    if (!io.WantTextInput)
-        for (const ImWchar letter : io.InputQueueCharacters)
-            try {
-                press_key(model, letter);
-            } catch (const CommandError& error) {
-                set_fault(error.what());
-            }
+    for (int i = 0; i < io.InputQueueCharacters.Size && !io.WantTextInput && !dialog.is_open(); ++i)
+        press_key(model, static_cast<char>(std::min<ImWchar>(io.InputQueueCharacters[i], 127)));
     if (io.WantCaptureMouse)
         return;
     const double scale = get_pixel_scale();

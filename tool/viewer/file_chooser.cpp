@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
-#include <tuple>
 
 #include <fmt/format.h>
 
@@ -20,9 +20,12 @@ std::string lower(std::string text) {
     return text;
 }
 
+/// "shot_2" comes before "shot_10".
 bool comes_before(const FileChooser::Entry& a, const FileChooser::Entry& b) {
-    return std::make_tuple(!a.is_folder, lower(a.name), a.name) <
-           std::make_tuple(!b.is_folder, lower(b.name), b.name);
+    if (a.is_folder != b.is_folder)
+        return a.is_folder;
+    const int order = strverscmp(lower(a.name).c_str(), lower(b.name).c_str());
+    return order != 0 ? order < 0 : a.name < b.name;
 }
 
 /// Without a '/' at the end.

@@ -23,7 +23,7 @@ public:
 
     /// Absolute path.
     const std::string& get_folder() const { return folder; }
-    /// Folders, then files, both by name without regard to case.
+    /// Folders, then files, both by name without regard to case, numbers by their value.
     const std::vector<Entry>& get_entries() const { return entries; }
     /// Why the last thing was not done; empty when it was.
     const std::string& get_fault() const { return fault; }

@@ -35,6 +35,8 @@ public:
         ImGuiIO& io = ImGui::GetIO();
         io.DisplaySize = ImVec2(static_cast<float>(size.width), static_cast<float>(size.height));
         io.DeltaTime = FRAME_SECONDS;
+        for (int key = 0; key < ImGuiKey_COUNT; ++key)
+            io.KeyMap[key] = key; // There are no keys that could have other numbers.
     }
 
     void close_panels() override {}

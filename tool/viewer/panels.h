@@ -2,11 +2,12 @@
 
 #include <string>
 
+#include "tool/viewer/file_dialog.h"
+#include "tool/viewer/file_kind.h"
+#include "tool/viewer/items.h"
 #include "tool/viewer/view_renderer.h"
 
 namespace tool {
-
-class Console;
 
 /// The panels beside the picture, and what mouse and keyboard do to the model. The panels' library and its
 /// OpenGL part live as long as this.
@@ -30,25 +31,40 @@ public:
     /// Draws what was declared.
     void end();
 
+    /// Where what they show can be clicked.
+    const Items& get_items() const { return items; }
+    /// True once the user wants to leave.
+    bool wants_to_quit() const { return quits; }
+
     /// A fault of something that the user asked for, shown until the next thing goes well.
     void set_fault(const std::string& text) { fault = text; }
+    const std::string& get_fault() const { return fault; }
 
     /// Pixels of the framebuffer per unit of the window system.
     static float get_pixel_scale();
 
 private:
+    void show_menus(ViewModel& model);
+    void show_file_menu(ViewModel& model);
+    void open_dialog(FileKind kind, const ViewModel& model);
+    void show_dialog(ViewModel& model);
     void show_faults(const ViewModel& model) const;
     void show_pictures(ViewModel& model);
     void show_colors(ViewModel& model);
+    void show_exposure(ViewModel& model);
     void show_layout(ViewModel& model, const ViewRenderer& renderer);
-    void show_configuration(ViewModel& model);
     void show_readout(const PixelReadout* readout) const;
+    void show_configuration(ViewModel& model);
+    void press_key(ViewModel& model, char letter);
     template <class Change>
     void attempt(const Change& change);
 
+    Items items;
+    FileDialog dialog;
+    FileKind dialog_kind = FileKind::CONFIG;
     std::string fault;
-    std::string config_path;
     std::string filter;
+    bool quits = false;
 };
 
 } // namespace tool

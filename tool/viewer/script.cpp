@@ -14,6 +14,7 @@
 #include "tool/exit_code.h"
 #include "tool/gl/gl_error.h"
 #include "tool/nearest_names.h"
+#include "tool/viewer/items.h"
 #include "tool/viewer/viewer.h"
 
 namespace tool {
@@ -28,9 +29,20 @@ std::string trim(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
 }
 
-std::array<double, 2> parse_pair(const std::string& text) {
-    const std::size_t gap = std::min(text.find_first_of(BLANKS), text.size());
-    return {parse_number(text.substr(0, gap)), parse_number(trim(text.substr(gap)))};
+/// Numbers with blanks between them. Throws CommandError when there are more or fewer, or others than
+/// numbers.
+template <std::size_t COUNT>
+std::array<float, COUNT> parse_numbers(const std::string& text) {
+    std::array<float, COUNT> numbers;
+    std::string rest = text;
+    for (float& number : numbers) {
+        const std::size_t gap = std::min(rest.find_first_of(BLANKS), rest.size());
+        number = static_cast<float>(parse_number(rest.substr(0, gap)));
+        rest = trim(rest.substr(gap));
+    }
+    if (!rest.empty())
+        throw CommandError(fmt::format("'{}' are more than {} numbers", text, COUNT));
+    return numbers;
 }
 
 bool parse_switch(const std::string& text) {
@@ -63,8 +75,11 @@ void print_state(Viewer& viewer, Console& console) {
     console.print(fmt::format("exposure: {:g}", settings.exposure));
     console.print(fmt::format("view: {}", settings.view));
     console.print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
-    for (const std::string& fault : model.get_faults())
-        console.print(fmt::format("fault: {}", fault));
+    std::vector<std::string> faults = model.get_faults();
+    faults.push_back(viewer.get_fault());
+    for (const std::string& fault : faults)
+        if (!fault.empty())
+            console.print(fmt::format("fault: {}", fault));
 }
 
 void compare(Viewer& viewer, Console& console) {
@@ -74,6 +89,36 @@ void compare(Viewer& viewer, Console& console) {
         throw CommandError(
             fmt::format("there is nothing to compare: {}", fmt::join(viewer.get_model().get_faults(), "; ")));
     console.print(format_difference(*difference));
+}
+
+/// The middle of what bears that name. Throws CommandError when there is nothing of the kind.
+const Items::Item& find_item(Viewer& viewer, const std::string& name) {
+    const Items& items = viewer.get_items();
+    if (items.get_all().empty())
+        viewer.act(); // There was no frame yet.
+    if (const Items::Item* item = items.find(name))
+        return *item;
+    std::vector<std::string> names;
+    for (const Items::Item& item : items.get_all())
+        names.push_back(item.name);
+    throw CommandError(fmt::format("there is no '{}' to click{}", name, did_you_mean(name, names)));
+}
+
+void click(Viewer& viewer, const std::string& name, void (Hand::*click)(float, float)) {
+    const Items::Item& item = find_item(viewer, name);
+    (viewer.get_hand().*click)(item.x, item.y);
+    viewer.act();
+}
+
+void drag(Viewer& viewer, const std::string& way, bool shift) {
+    const auto [x, y, to_x, to_y] = parse_numbers<4>(way);
+    viewer.get_hand().drag(x, y, to_x, to_y, shift);
+    viewer.act();
+}
+
+void print_items(Viewer& viewer, Console& console) {
+    for (const Items::Item& item : viewer.get_items().get_all())
+        console.print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
 }
 
 struct ScriptCommand {
@@ -121,16 +166,49 @@ constexpr ScriptCommand COMMANDS[] = {
      [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},
     {"pan", "X Y", "move the picture by pixels of the screen",
      [](Viewer& viewer, Console&, const std::string& by) {
-         const auto [x, y] = parse_pair(by);
+         const auto [x, y] = parse_numbers<2>(by);
          viewer.get_camera().pan(x, y);
      }},
     {"cursor", "X Y", "read out the pixel at a position of the screen",
      [](Viewer& viewer, Console&, const std::string& at) {
-         const auto [x, y] = parse_pair(at);
+         const auto [x, y] = parse_numbers<2>(at);
          viewer.set_cursor(x, y);
      }},
     {"panels", "on|off", "show the panels",
      [](Viewer& viewer, Console&, const std::string& shown) { viewer.show_panels(parse_switch(shown)); }},
+    {"items", "", "print what can be clicked, with its place in the window",
+     [](Viewer& viewer, Console& console, const std::string&) { print_items(viewer, console); }},
+    {"click", "NAME", "click what bears that name in the panels",
+     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::click); }},
+    {"double-click", "NAME", "the same, twice",
+     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::double_click); }},
+    {"press", "KEY", "press Enter, Escape, Up, Down or the like",
+     [](Viewer& viewer, Console&, const std::string& key) {
+         viewer.get_items();
+         viewer.get_hand().press(key);
+         viewer.act();
+     }},
+    {"type", "TEXT", "type letters",
+     [](Viewer& viewer, Console&, const std::string& text) {
+         viewer.get_items();
+         viewer.get_hand().type(text);
+         viewer.act();
+     }},
+    {"drag", "X Y X Y", "drag the pointer from one place of the window to another",
+     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, false); }},
+    {"shift-drag", "X Y X Y", "the same with the shift key held",
+     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, true); }},
+    {"wheel", "X Y NOTCHES", "turn the wheel at a place of the window",
+     [](Viewer& viewer, Console&, const std::string& turn) {
+         const auto [x, y, notches] = parse_numbers<3>(turn);
+         viewer.get_hand().turn_wheel(x, y, notches);
+         viewer.act();
+     }},
+    {"drop", "FILE", "drop a file on the window",
+     [](Viewer& viewer, Console&, const std::string& path) {
+         viewer.get_items();
+         viewer.drop({path});
+     }},
     {"config", "FILE", "use a configuration; without a file, the built-in one",
      [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().use_config(path); }},
     {"cdl-library", "FILE", "list the corrections of a CDL file",

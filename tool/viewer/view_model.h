@@ -77,6 +77,7 @@ public:
     const std::string& get_note() const { return note; }
 
     ColorHost& get_host() { return host; }
+    const ColorHost& get_host() const { return host; }
 
 private:
     void take_space_of_picture(const std::shared_ptr<const Picture>& former);

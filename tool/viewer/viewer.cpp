@@ -1,15 +1,24 @@
 #include "tool/viewer/viewer.h"
 
+#include <algorithm>
 #include <exception>
-#include <filesystem>
 
 #include <epoxy/gl.h>
 #include <imgui.h>
 
+#include "tool/exit_code.h"
+#include "tool/viewer/file_kind.h"
 #include "tool/viewer/panels.h"
 #include "tool/viewer/screenshot.h"
 
 namespace tool {
+
+namespace {
+
+/// What a click opens is laid out in one frame and shown in the next.
+constexpr int FRAMES_TO_SETTLE = 3;
+
+} // namespace
 
 Viewer::Viewer(ViewModel& model, std::unique_ptr<Screen> wanted_screen, bool shows_panels)
     : model(model), screen(std::move(wanted_screen)), renderer(std::make_unique<ViewRenderer>()),
@@ -39,19 +48,42 @@ Camera& Viewer::get_camera() {
     return model.get_camera();
 }
 
+bool Viewer::is_closed() const {
+    return screen->is_closed() || (panels && panels->wants_to_quit());
+}
+
 void Viewer::run_frame() {
     bool draws = screen->begin_frame();
     try {
         draws = model.follow_changes() || draws;
-        open_drops();
     } catch (const std::exception& error) {
         set_fault(error.what());
     }
-    draws = draws || renderer->has_news();
+    if (const std::vector<std::string> dropped = screen->take_drops(); !dropped.empty())
+        drop(dropped);
+    draws = draws || renderer->has_news() || hand.is_busy() || frames_wanted > 0;
     if (!draws)
         return;
+    frames_wanted = std::max(0, frames_wanted - 1);
     draw();
     screen->end_frame();
+}
+
+void Viewer::act() {
+    while (hand.is_busy())
+        run_frame();
+    for (frames_wanted = FRAMES_TO_SETTLE; frames_wanted > 0;)
+        run_frame();
+}
+
+const Items& Viewer::get_items() const {
+    if (!panels || !shows_panels)
+        throw CommandError("the panels are not shown; 'panels on' shows them");
+    return panels->get_items();
+}
+
+std::string Viewer::get_fault() const {
+    return panels ? panels->get_fault() : "";
 }
 
 void Viewer::set_fault(const std::string& text) {
@@ -59,21 +91,37 @@ void Viewer::set_fault(const std::string& text) {
         panels->set_fault(text);
 }
 
-void Viewer::open_drops() {
-    for (const std::string& path : screen->take_drops()) {
-        const std::string extension = std::filesystem::path(path).extension().string();
-        if (extension == ".ocio" || extension == ".ocioz")
+void Viewer::drop(const std::vector<std::string>& paths) {
+    set_fault("");
+    try {
+        open_files(paths);
+    } catch (const std::exception& error) {
+        set_fault(error.what());
+    }
+    frames_wanted = FRAMES_TO_SETTLE;
+}
+
+void Viewer::open_files(const std::vector<std::string>& paths) {
+    std::vector<std::string> pictures;
+    for (const std::string& path : paths) {
+        const FileKind kind = get_file_kind(path);
+        if (kind == FileKind::CONFIG)
             model.use_config(path);
-        else if (extension == ".cc" || extension == ".ccc" || extension == ".cdl")
+        else if (kind == FileKind::CDL_LIBRARY)
             model.use_cdl_library(path);
         else
-            model.open(path);
+            pictures.push_back(path);
     }
+    if (pictures.empty())
+        return;
+    model.open(pictures.front());
+    model.add_pictures(pictures);
 }
 
 void Viewer::draw() {
     if (panels) {
         screen->begin_panels();
+        hand.act();
         panels->begin();
     }
     const Viewport area = get_picture_area();

@@ -3,13 +3,16 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "tool/viewer/hand.h"
 #include "tool/viewer/screen.h"
 #include "tool/viewer/view_model.h"
 #include "tool/viewer/view_renderer.h"
 
 namespace tool {
 
+class Items;
 class Panels;
 
 /// A model on a screen: draws it, follows the user and the files on disk.
@@ -23,13 +26,24 @@ public:
 
     /// Follows files and input and draws once. What goes wrong is shown.
     void run_frame();
-    bool is_closed() const { return screen->is_closed(); }
+    bool is_closed() const;
 
     /// Draws and writes what is drawn; waits for what is computed in the background. Throws CommandError and
     /// GlError.
     void save_screenshot(const std::string& path);
 
     void show_panels(bool shown);
+    /// What the panels show that can be clicked. Throws CommandError when they are not shown.
+    const Items& get_items() const;
+    /// What went wrong of what the user asked for last; empty when nothing did, or without panels.
+    std::string get_fault() const;
+    /// Works the panels in place of the user; `act` has it do what it was told.
+    Hand& get_hand() { return hand; }
+    /// Runs frames until the hand is done and what it did is shown.
+    void act();
+    /// Opens what was dropped on the window: a configuration, a CDL library, or pictures, of which the first
+    /// is shown. What goes wrong is shown.
+    void drop(const std::vector<std::string>& paths);
     /// Has the pixel at this position of the screen read out, whatever the pointer does.
     void set_cursor(double x, double y) { cursor = Position{x, y}; }
 
@@ -50,7 +64,7 @@ private:
 
     void draw();
     void draw_until_finished();
-    void open_drops();
+    void open_files(const std::vector<std::string>& paths);
     void set_fault(const std::string& text);
     Viewport get_picture_area() const;
     std::optional<Position> get_cursor() const;
@@ -59,6 +73,8 @@ private:
     std::unique_ptr<Screen> screen;
     std::unique_ptr<ViewRenderer> renderer;
     std::unique_ptr<Panels> panels;
+    Hand hand;
+    int frames_wanted = 0; ///< To be drawn though nothing happens.
     bool shows_panels;
     std::optional<Position> cursor;
 };

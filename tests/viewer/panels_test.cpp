@@ -1,0 +1,218 @@
+#include <filesystem>
+
+#include "tests/viewer/screen_fixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using tool::Layout;
+using tool::ViewModel;
+
+/// The viewer's panels, worked with mouse and keys.
+class PanelsOfAViewer : public ScreenTest {
+protected:
+    tool::ColorSettings settings() const { return model->get_settings(ViewModel::FIRST); }
+};
+
+TEST_F(PanelsOfAViewer, ShowAnotherViewWhenItIsChosen) {
+    EXPECT_EQ(settings().view, "Screen.Raw");
+    expect_shown(1);
+    click("View");
+    click("Screen.Shown");
+    EXPECT_EQ(settings().view, "Screen.Shown");
+    expect_shown(0.5);
+    click("View");
+    click("Screen.Raw");
+    expect_shown(1);
+}
+
+TEST_F(PanelsOfAViewer, HaveMenusThatOpenAndClose) {
+    EXPECT_FALSE(shows("Wipe between two views"));
+    click("Show");
+    EXPECT_TRUE(shows("Wipe between two views"));
+    click("Show");
+    EXPECT_FALSE(shows("Wipe between two views"));
+    click("Show");
+    click("Wipe between two views");
+    EXPECT_FALSE(shows("Wipe between two views")) << "a choice closes the menu";
+    EXPECT_EQ(model->get_layout(), Layout::WIPE);
+}
+
+TEST_F(PanelsOfAViewer, ShowTheSecondViewWhereAWipeIsWanted) {
+    EXPECT_FALSE(shows("Second view"));
+    click("Wipe");
+    click("Second view");
+    click("Screen.Shown");
+    const ShownPicture shown = take_screenshot();
+    const float left[] = {1.5f * 60 / (WIDTH - 1)}, right[] = {0.5f * 1.5f * 240 / (WIDTH - 1)};
+    EXPECT_NEAR(shown.at(PANELS + 60, 10)[0], 255 * left[0], 2);
+    EXPECT_NEAR(shown.at(PANELS + 240, 10)[0], 255 * right[0], 2);
+}
+
+TEST_F(PanelsOfAViewer, MoveTheWipeWithShiftAndThePictureWithout) {
+    click("Wipe");
+    viewer->get_hand().drag(PANELS + 150, 200, PANELS + 75, 200, true);
+    viewer->act();
+    EXPECT_NEAR(model->get_wipe(), 0.25, 0.01);
+    const tool::Placement before = model->get_camera().get_placement();
+    viewer->get_hand().drag(PANELS + 150, 200, PANELS + 130, 240, false);
+    viewer->act();
+    EXPECT_EQ(model->get_camera().get_placement().origin_x, before.origin_x - 20);
+    EXPECT_EQ(model->get_camera().get_placement().origin_y, before.origin_y + 40);
+    EXPECT_NEAR(model->get_wipe(), 0.25, 0.01);
+}
+
+TEST_F(PanelsOfAViewer, ZoomWhereTheWheelIsTurned) {
+    const double x = model->get_camera().get_placement().to_picture_x(50);
+    viewer->get_hand().turn_wheel(PANELS + 50, 100, 3);
+    viewer->act();
+    const tool::Placement zoomed = model->get_camera().get_placement();
+    EXPECT_DOUBLE_EQ(zoomed.zoom, 1.25 * 1.25 * 1.25);
+    EXPECT_NEAR(zoomed.to_picture_x(50), x, 1);
+}
+
+TEST_F(PanelsOfAViewer, FollowKeys) {
+    type("s");
+    EXPECT_EQ(model->get_layout(), Layout::SIDE_BY_SIDE);
+    type("d");
+    EXPECT_EQ(model->get_layout(), Layout::DIFFERENCE);
+    type("o");
+    EXPECT_EQ(model->get_layout(), Layout::SINGLE);
+    type("[");
+    EXPECT_EQ(settings().exposure, -0.5f);
+    type("]]");
+    EXPECT_EQ(settings().exposure, 0.5f);
+    click("0");
+    EXPECT_EQ(settings().exposure, 0);
+    type("1");
+    EXPECT_FALSE(model->get_camera().is_fitting());
+    type("f");
+    EXPECT_TRUE(model->get_camera().is_fitting());
+}
+
+TEST_F(PanelsOfAViewer, StepThroughPicturesAndSayWhichCannotBeRead) {
+    model->add_pictures({folder.write("broken.exr", "no picture")});
+    viewer->act();
+    EXPECT_EQ(count_fault_pixels(), 0);
+    click(">");
+    EXPECT_THAT(model->get_pictures().get_fault(), HasSubstr("broken.exr"));
+    EXPECT_GT(count_fault_pixels(), 50);
+    expect_shown(1);
+    type(">");
+    EXPECT_EQ(count_fault_pixels(), 0);
+}
+
+TEST_F(PanelsOfAViewer, EndTheViewer) {
+    EXPECT_FALSE(viewer->is_closed());
+    click("File");
+    click("Quit");
+    EXPECT_TRUE(viewer->is_closed());
+}
+
+/// The dialogue that looks for files.
+class DialogueOfAViewer : public PanelsOfAViewer {
+protected:
+    DialogueOfAViewer() {
+        folder.write("shows/other.ocio", folder.read("test.ocio"));
+        folder.write("shows/luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
+        folder.write("shows/broken.ocio", "ocio_profile_version: 1\nroles: [");
+    }
+};
+
+TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheMouse) {
+    click("File");
+    click("Open configuration...");
+    EXPECT_TRUE(shows("test.ocio")) << "it starts beside the configuration in force";
+    EXPECT_FALSE(shows("ramps.exr")) << "which is no configuration";
+    double_click("shows/");
+    click("other.ocio");
+    click("Open");
+    EXPECT_FALSE(shows("Cancel")) << "it closes";
+    EXPECT_EQ(host->get_config_path(), folder.file("shows/other.ocio"));
+    click("View");
+    click("Screen.Shown");
+    expect_shown(0.25);
+}
+
+TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheKeysAlone) {
+    type("c");
+    EXPECT_TRUE(shows("test.ocio"));
+    press("Down");
+    press("Up");
+    press("PageDown"); // to the last, test.ocio
+    press("PageUp");   // to the first, cache/
+    type("shows");
+    press("Enter");
+    EXPECT_TRUE(shows("other.ocio"));
+    press("Down");
+    press("Down"); // luts/, broken.ocio, other.ocio
+    press("Enter");
+    EXPECT_FALSE(shows("Cancel"));
+    EXPECT_EQ(host->get_config_path(), folder.file("shows/other.ocio"));
+}
+
+TEST_F(DialogueOfAViewer, StaysAndSaysWhyAFileWillNotDo) {
+    type("c");
+    type(folder.file("shows/broken.ocio"));
+    press("Enter");
+    EXPECT_TRUE(shows("Cancel"));
+    EXPECT_THAT(viewer->get_fault(), HasSubstr("broken.ocio"));
+    EXPECT_EQ(host->get_config_path(), config) << "what was in force stays";
+    press("Escape");
+    EXPECT_FALSE(shows("Cancel"));
+    expect_shown(1);
+}
+
+TEST_F(DialogueOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
+    for (const bool by_key : {true, false}) {
+        type("c");
+        EXPECT_TRUE(shows("Cancel"));
+        type("w"); // A path, and no command.
+        if (by_key)
+            press("Escape");
+        else
+            click("Cancel");
+        EXPECT_FALSE(shows("Cancel"));
+        EXPECT_EQ(model->get_layout(), Layout::SINGLE);
+        EXPECT_EQ(host->get_config_path(), config);
+    }
+    click("Wipe");
+    EXPECT_EQ(model->get_layout(), Layout::WIPE) << "the panels can be used again";
+}
+
+TEST_F(DialogueOfAViewer, OpensPicturesAndCdlLibraries) {
+    std::filesystem::create_directory(folder.file("shots"));
+    write_ramps(folder.file("shots/next.exr"), 8, 8);
+    type("p");
+    EXPECT_TRUE(shows("ramps.exr"));
+    EXPECT_FALSE(shows("test.ocio"));
+    type("shots/next.exr");
+    press("Enter");
+    EXPECT_EQ(model->get_picture()->path, folder.file("shots/next.exr"));
+
+    folder.write(
+        "grade.ccc",
+        "<ColorCorrectionCollection><ColorCorrection id=\"grade\"><SOPNode><Slope>0.5 0.5 0.5</Slope>"
+        "<Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode><SatNode><Saturation>1</Saturation>"
+        "</SatNode></ColorCorrection></ColorCorrectionCollection>");
+    click("CDL library...");
+    double_click("grade.ccc");
+    click("CDL");
+    click("grade");
+    EXPECT_EQ(settings().cdl, "grade");
+}
+
+TEST_F(DialogueOfAViewer, ShowsAllFilesAndTheFolderAbove) {
+    type("c");
+    click("All files");
+    EXPECT_TRUE(shows("ramps.exr"));
+    double_click("shows/");
+    EXPECT_TRUE(shows("broken.ocio"));
+    click("Up");
+    EXPECT_TRUE(shows("shows/"));
+    const EnvGuard home("HOME", folder.file("shows"));
+    click("Home");
+    EXPECT_TRUE(shows("broken.ocio"));
+}
+
+} // namespace

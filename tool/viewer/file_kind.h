@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// What files are to the viewer.
+enum class FileKind { PICTURE, CONFIG, CDL_LIBRARY };
+
+/// By the file's extension; everything unknown is taken for a picture.
+FileKind get_file_kind(const std::string& path);
+
+/// Extensions of such files, with the '.', in lower case.
+const std::vector<std::string>& get_extensions(FileKind kind);
+
+} // namespace tool

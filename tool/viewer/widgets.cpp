@@ -1,0 +1,104 @@
+#include "tool/viewer/widgets.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <fmt/format.h>
+#include <imgui.h>
+#include <imgui_stdlib.h>
+
+namespace tool::widgets {
+
+namespace {
+
+const ImVec4 FAULT_COLOR = {1.0f, 0.45f, 0.4f, 1};
+const ImVec4 NOTE_COLOR = {0.55f, 0.85f, 0.55f, 1};
+/// Lists longer than this get a field to search them.
+constexpr std::size_t LONG_LIST = 12;
+
+void show_text(const std::string& text, const ImVec4& color) {
+    ImGui::PushStyleColor(ImGuiCol_Text, color);
+    widgets::show_text(text);
+    ImGui::PopStyleColor();
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    const auto same = [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); };
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
+}
+
+} // namespace
+
+void show_text(const std::string& text) {
+    ImGui::PushTextWrapPos(0);
+    ImGui::TextUnformatted(text.c_str());
+    ImGui::PopTextWrapPos();
+}
+
+void show_fault(const std::string& text) {
+    show_text(text, FAULT_COLOR);
+}
+
+void show_note(const std::string& text) {
+    show_text(text, NOTE_COLOR);
+}
+
+void show_remark(const std::string& text) {
+    show_text(text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
+}
+
+bool show_button(Items& items, const char* label) {
+    const bool pressed = ImGui::Button(label);
+    items.note(label);
+    return pressed;
+}
+
+bool show_radio_button(Items& items, const char* label, bool is_chosen) {
+    const bool pressed = ImGui::RadioButton(label, is_chosen);
+    items.note(label);
+    return pressed;
+}
+
+bool begin_menu(Items& items, const char* label) {
+    const ImVec2 size = ImGui::CalcTextSize(label);
+    items.note_next(label, size.x, size.y);
+    return ImGui::BeginMenu(label);
+}
+
+bool show_menu_item(Items& items, const char* label, const char* key, bool is_checked) {
+    const bool pressed = ImGui::MenuItem(label, key, is_checked);
+    items.note(label);
+    return pressed;
+}
+
+bool choose(Items& items, const char* title, const std::vector<std::string>& names,
+            const std::string& current, std::string& filter, std::string& chosen) {
+    bool changed = false;
+    ImGui::TextUnformatted(title);
+    items.note_next(title, ImGui::GetContentRegionAvail().x, ImGui::GetFrameHeight());
+    ImGui::SetNextItemWidth(-1);
+    if (!ImGui::BeginCombo(fmt::format("##{}", title).c_str(), current.c_str(), ImGuiComboFlags_HeightLarge))
+        return false;
+    if (ImGui::IsWindowAppearing())
+        filter.clear();
+    if (names.size() > LONG_LIST) {
+        ImGui::SetNextItemWidth(-1);
+        ImGui::InputTextWithHint("##filter", "search", &filter);
+        items.note("search");
+    }
+    for (const std::string& name : names) {
+        if (!contains(name, filter))
+            continue;
+        if (ImGui::Selectable(name.c_str(), name == current)) {
+            chosen = name;
+            changed = true;
+        }
+        items.note(name);
+        if (name == current)
+            ImGui::SetItemDefaultFocus();
+    }
+    ImGui::EndCombo();
+    return changed;
+}
+
+} // namespace tool::widgets
