@@ -26,7 +26,7 @@ struct Difference {
     const char* of_2_5 = nullptr; ///< where newer libraries differ from 2.1
 };
 
-constexpr const char* NO_PROGRAMS = "no results of this library are known, so no operations are translated";
+constexpr const char* NO_PROGRAMS = "the colour library shows no operations to translate";
 constexpr const char* NEW_SPACE_NAMES =
     "the picture library that comes with 2.5 reads the same marks of a file under other names";
 
@@ -65,13 +65,6 @@ constexpr Difference DIFFERENCES[] = {
     {"line of an inactive space that is not there", TOOL, "Check.ListsWhatTheColorLibraryReportsByItself",
      nullptr, "warning: OpenColorIO: Inactive 'nowhere'", "newer libraries only tell of it",
      "information: OpenColorIO: Inactive 'nowhere'"},
-    {"what converts pictures between built-in spaces", TOOL, "Explain.SaysWhichPathIsTaken", nullptr,
-     "the module's vector code (", NO_PROGRAMS,
-     "the colour library, because the results of colour library 2."},
-    {"what is said of it", TOOL, "Explain.SaysWhichPathIsTaken", nullptr,
-     "; the colour library below 4096 pixels", NO_PROGRAMS, " have not been measured"},
-    {"path of pictures between built-in spaces", TOOL, "Explain.AnswersJson", nullptr, "vector", NO_PROGRAMS,
-     "library"},
     {"sRGB in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", nullptr, "sRGB",
      NEW_SPACE_NAMES, "srgb_rec709_scene"},
     {"linear in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", nullptr, "Linear",

@@ -147,7 +147,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
     return guarded([&] {
         check_conversion(config, transform);
-        return make_processor(config, config->getProcessor(transform), "");
+        return make_processor(config, config->getProcessor(transform), nullptr);
     });
 }
 
