@@ -33,6 +33,7 @@ protected:
 };
 
 TEST_F(Explain, ShowsTheOperationsAndWhatTheyAreSimplifiedTo) {
+    SKIP_WHERE_LISTED();
     // half_light is undone by doubling, then warm doubles red.
     const ToolRun result = explain_show({"half_light", "warm"});
     EXPECT_THAT(result, Succeeds());
@@ -46,6 +47,7 @@ TEST_F(Explain, ShowsTheOperationsAndWhatTheyAreSimplifiedTo) {
 }
 
 TEST_F(Explain, ShowsAPixelAfterEachOperation) {
+    SKIP_WHERE_LISTED();
     const ToolRun result = explain_show({"half_light", "warm", "--pixel", "0.25,-0.5,1"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, HasSubstr("1  1    -1     2     1      matrix 4"));
@@ -63,7 +65,8 @@ TEST_F(Explain, FollowsTheSwitchInTheEnvironment) {
     fast_path.set("0");
     const ToolRun off = explain({"sRGB", "linear", "--pixel", "0.5,0.5,0.5"});
     EXPECT_THAT(off, Succeeds());
-    EXPECT_THAT(off.out, HasSubstr("the colour library, because the vector code is switched off"));
+    EXPECT_THAT(off.out, AllOf(HasSubstr("the colour library, because "),
+                               HasSubstr(expected("why the library converts"))));
     fast_path.set("1");
     EXPECT_THAT(explain({"sRGB", "linear"}).out,
                 HasSubstr(std::string("pictures take ") +
@@ -71,6 +74,7 @@ TEST_F(Explain, FollowsTheSwitchInTheEnvironment) {
 }
 
 TEST_F(Explain, AnswersJson) {
+    SKIP_WHERE_LISTED();
     for (const char* wish : {"0", "1"}) {
         fast_path.set(wish);
         const json all = answer(explain({"sRGB", "linear", "--pixel", "0.5,0.2,0,0.25", "--json"}));
