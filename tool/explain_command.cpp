@@ -130,11 +130,13 @@ void ExplainCommand::print_part(const ExplainedPart& part, Console& console) con
     console.print_heading(part.title);
     console.print(fmt::format("pixels take {}", describe_path(part.how)));
     console.print("");
-    TextTable given({"#", "operation of the configuration"});
-    for (const CoreString& operation : part.how.operations)
-        given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
-    given.print(console);
-    console.print("");
+    if (part.how.operations.get_count() > 0) {
+        TextTable given({"#", "operation of the configuration"});
+        for (const CoreString& operation : part.how.operations)
+            given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
+        given.print(console);
+        console.print("");
+    }
     print_steps(part.how, console);
 }
 

@@ -46,6 +46,12 @@ std::string flatten(std::string_view text) {
     return line;
 }
 
+/// In quotes, where the library left them out.
+std::string quote(const std::string& path) {
+    return starts_with(path, "'") ? path : fmt::format("'{}'", path);
+}
+
+/// `message` is one line.
 std::string explain_missing_file(std::string_view message, const std::string& file) {
     const auto attempts = find_between(message, "attempts were made: ", "\n");
     if (!attempts)
@@ -53,7 +59,7 @@ std::string explain_missing_file(std::string_view message, const std::string& fi
     std::string places;
     for (std::size_t start = 0; start < attempts->size();) {
         const std::size_t end = std::min(attempts->find(" : ", start), attempts->size());
-        places += (places.empty() ? "" : ", ") + flatten(attempts->substr(start, end - start));
+        places += (places.empty() ? "" : ", ") + quote(flatten(attempts->substr(start, end - start)));
         start = end + 3;
     }
     return fmt::format("the file '{}' is missing; looked for as {}", file, places);
@@ -85,12 +91,12 @@ const char* get_kind_name(FailureKind kind) {
 }
 
 FailureReason explain_library_message(const std::string& message) {
-    if (const auto file = find_between(message, "The specified file reference '", "'"))
-        return {FailureKind::MISSING_FILE, explain_missing_file(message, *file)};
-    if (const auto file = find_between(message, "The specified transform file '", "'"))
-        return {FailureKind::BAD_FILE, explain_bad_file(message, *file)};
     const std::string line =
         flatten(message.substr(starts_with(message, LIBRARY_MARK) ? LIBRARY_MARK.size() : 0));
+    if (const auto file = find_between(line, "The specified file reference '", "'"))
+        return {FailureKind::MISSING_FILE, explain_missing_file(line, *file)};
+    if (const auto file = find_between(message, "The specified transform file '", "'"))
+        return {FailureKind::BAD_FILE, explain_bad_file(message, *file)};
     if (contains(line, "cannot be read as a LUT"))
         return {FailureKind::BAD_FILE, line};
     if (contains(line, "forms a cycle: "))
@@ -99,7 +105,7 @@ FailureReason explain_library_message(const std::string& message) {
         return {FailureKind::NEWER_CONFIG, line};
     if (contains(line, "could not be found") || contains(line, "unknown colour space"))
         return {FailureKind::UNKNOWN_NAME, line};
-    if (contains(line, "Singular Matrix"))
+    if (contains(line, "Singular Matrix") || contains(line, "Matrix inverse does not exist"))
         return {FailureKind::OTHER, "its matrix cannot be inverted, so this direction does not exist"};
     return {FailureKind::OTHER, line};
 }

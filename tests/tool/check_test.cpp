@@ -1,5 +1,6 @@
 #include <nlohmann/json.hpp>
 
+#include "colorio/ocio/types.h"
 #include "tests/colorio/library_differences.h"
 #include "tests/tool/configs.h"
 #include "tests/tool/tool_fixture.h"
@@ -124,7 +125,8 @@ TEST_F(Check, GivesBothVersionsOfAConfigurationThatIsTooNew) {
     const json answer = check_json(1);
     EXPECT_EQ(answer.at("loaded"), false);
     EXPECT_EQ(answer.at("kind"), "newer configuration");
-    EXPECT_THAT(std::string(answer.at("reason")), AllOf(HasSubstr("OCIO 2.999"), HasSubstr("than 2.")));
+    EXPECT_THAT(std::string(answer.at("reason")),
+                AllOf(HasSubstr("OCIO 2.999"), HasSubstr(std::string("than ") + ocio::get_version())));
     EXPECT_FALSE(answer.contains("failures"));
 }
 
@@ -137,6 +139,7 @@ TEST_F(Check, SaysWhyAConfigurationIsRefusedAndCountsRepeatedMessages) {
 }
 
 TEST_F(Check, ListsWhatTheColorLibraryReportsByItself) {
+    SKIP_WHERE_LISTED();
     std::string config = SHOW_CONFIG;
     config.replace(config.find("version: 1"), 10, "version: 2");
     config.insert(config.find("colorspaces:"), "inactive_colorspaces: [nowhere]\n");

@@ -21,6 +21,23 @@ TEST(LibraryMessages, OfAMissingFileNameThePlacesWhereItWasSought) {
               "the file 'film.spi1d' is missing; looked for as '/show/luts/film.spi1d', '/show/film.spi1d'");
 }
 
+TEST(LibraryMessages, OfAMissingFileAreUnderstoodAsOlderLibrariesWriteThem) {
+    const auto reason = explain_library_message(
+        "The specified file reference  'film.spi1d' could not be located.  The following attempts were made: "
+        "/show/luts/film.spi1d : /show/film.spi1d.");
+    EXPECT_EQ(reason.kind, FailureKind::MISSING_FILE);
+    EXPECT_EQ(reason.text,
+              "the file 'film.spi1d' is missing; looked for as '/show/luts/film.spi1d', '/show/film.spi1d'");
+}
+
+TEST(LibraryMessages, OfAMatrixWithoutInverseSayWhatThatMeans) {
+    for (const char* message :
+         {"Singular Matrix can't be inverted.",
+          "Cannot apply MatrixOffsetOp op. Matrix inverse does not exist for m44 (0 0 0 0 )."})
+        EXPECT_EQ(explain_library_message(message).text,
+                  "its matrix cannot be inverted, so this direction does not exist");
+}
+
 TEST(LibraryMessages, OfABadFileGiveTheReasonOfItsReader) {
     const auto reason = explain_library_message(
         "The specified transform file '/show/film.spi1d' could not be loaded.\nAll formats have been tried. "

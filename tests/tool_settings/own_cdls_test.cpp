@@ -1,3 +1,4 @@
+#include "tests/colorio/library_differences.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -77,6 +78,11 @@ TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
     EXPECT_THAT(run({"cdl", "add", "x", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"cdl", "add", "no cdl", "--values", WARM}),
                 FailsWith(1, HasSubstr("there is a CDL 'No CDL'")));
+    EXPECT_FALSE(folder.exists("config"));
+}
+
+TEST_F(OwnCdls, AreRefusedWhenTheLibraryCannotReadThem) {
+    SKIP_WHERE_LISTED();
     // An encoding that the tool reads and the colour library does not.
     folder.write("odd.cc", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><ColorCorrection id=\"a\"/>");
     EXPECT_THAT(run({"cdl", "add", "x", path("odd.cc")}),
