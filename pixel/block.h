@@ -13,12 +13,18 @@ constexpr std::size_t BLOCK_PIXELS = 512;
 constexpr std::size_t MAX_LANES = 16;
 
 /// Some pixels, one plane per channel. `padded` is `count` rounded up to MAX_LANES; kernels may compute the
-/// padding pixels too.
+/// padding pixels too. Planes start at cache lines: they are the block's own, or part of a planar picture,
+/// where there are no padding pixels to be computed.
 struct alignas(64) Block {
-    float plane[4][BLOCK_PIXELS];
+    float own[4][BLOCK_PIXELS];
+    float* plane[4] = {own[0], own[1], own[2], own[3]};
     std::size_t count;
     std::size_t padded;
     Lookahead lookahead;
+
+    Block() = default;
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
 };
 
 inline std::size_t round_up_to_lanes(std::size_t count) {

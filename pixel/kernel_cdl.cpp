@@ -36,14 +36,15 @@ void saturate(float saturation, Block& block) {
     const hn::ScalableTag<float> d;
     const auto red_weight = hn::Set(d, 0.2126f), green_weight = hn::Set(d, 0.7152f);
     const auto blue_weight = hn::Set(d, 0.0722f), amount = hn::Set(d, saturation);
+    float* const plane[3] = {block.plane[0], block.plane[1], block.plane[2]};
     for_each_vector(block, [&](std::size_t i) HWY_ATTR {
-        const auto r = hn::Load(d, block.plane[0] + i);
-        const auto g = hn::Load(d, block.plane[1] + i);
-        const auto b = hn::Load(d, block.plane[2] + i);
+        const auto r = hn::Load(d, plane[0] + i);
+        const auto g = hn::Load(d, plane[1] + i);
+        const auto b = hn::Load(d, plane[2] + i);
         auto luma = hn::Add(hn::Mul(r, red_weight), hn::Mul(g, green_weight));
         luma = hn::Add(luma, hn::Mul(b, blue_weight));
         for (int c = 0; c < 3; ++c) {
-            float* p = block.plane[c] + i;
+            float* p = plane[c] + i;
             const auto out = hn::Add(luma, hn::Mul(amount, hn::Sub(hn::Load(d, p), luma)));
             hn::Store(CLAMP ? clamp_unit(d, out) : out, d, p);
         }

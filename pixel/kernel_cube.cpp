@@ -181,14 +181,15 @@ void cube_planes(const CubeStage& stage, Block& block) {
     const auto edge = static_cast<std::int32_t>(stage.edge);
     constexpr std::size_t PIXELS_PER_LINE = 4; // of packed RGBA
     static constexpr Order IN_ORDER;
+    float* const plane[3] = {block.plane[0], block.plane[1], block.plane[2]};
     Corners corners;
     alignas(64) float result[4 * Corners::SIZE];
     for (std::size_t start = 0; start < block.padded; start += Corners::SIZE) {
         const std::size_t count = HWY_MIN(Corners::SIZE, block.padded - start);
         for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-            const auto r = locate(d, block.plane[0] + start + i, last, 4 * edge * edge);
-            const auto g = locate(d, block.plane[1] + start + i, last, 4 * edge);
-            const auto b = locate(d, block.plane[2] + start + i, last, 4);
+            const auto r = locate(d, plane[0] + start + i, last, 4 * edge * edge);
+            const auto g = locate(d, plane[1] + start + i, last, 4 * edge);
+            const auto b = locate(d, plane[2] + start + i, last, 4);
             if constexpr (TETRAHEDRAL) {
                 prepare_tetrahedral(d, r, g, b, corners, i);
             } else {
@@ -206,9 +207,9 @@ void cube_planes(const CubeStage& stage, Block& block) {
         for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
             auto r = hn::Zero(d), g = r, b = r, unused = r;
             load_quads<4>(d, result, IN_ORDER.at + i, r, g, b, unused);
-            hn::Store(r, d, block.plane[0] + start + i);
-            hn::Store(g, d, block.plane[1] + start + i);
-            hn::Store(b, d, block.plane[2] + start + i);
+            hn::Store(r, d, plane[0] + start + i);
+            hn::Store(g, d, plane[1] + start + i);
+            hn::Store(b, d, plane[2] + start + i);
         }
     }
 }

@@ -35,20 +35,20 @@ HWY_INLINE void unpack_vector(const float* pixels, std::size_t channels, std::si
     b = hn::Set(d, pixels[2]);
     a = hn::Set(d, channels == 4 ? pixels[3] : 0.0f);
 #endif
-    hn::Store(r, d, block.plane[0] + at);
-    hn::Store(g, d, block.plane[1] + at);
-    hn::Store(b, d, block.plane[2] + at);
-    hn::Store(a, d, block.plane[3] + at);
+    hn::Store(r, d, block.own[0] + at);
+    hn::Store(g, d, block.own[1] + at);
+    hn::Store(b, d, block.own[2] + at);
+    hn::Store(a, d, block.own[3] + at);
 }
 
 HWY_INLINE void pack_vector(const Block& block, std::size_t at, std::size_t channels, float* pixels) {
     const hn::ScalableTag<float> d;
-    auto r = hn::Load(d, block.plane[0] + at);
-    auto g = hn::Load(d, block.plane[1] + at);
-    auto b = hn::Load(d, block.plane[2] + at);
+    auto r = hn::Load(d, block.own[0] + at);
+    auto g = hn::Load(d, block.own[1] + at);
+    auto b = hn::Load(d, block.own[2] + at);
 #if HWY_TARGET != HWY_SCALAR
     if (channels == 4) {
-        auto a = hn::Load(d, block.plane[3] + at);
+        auto a = hn::Load(d, block.own[3] + at);
         transpose_groups(d, r, g, b, a);
         hn::StoreU(r, d, pixels);
         hn::StoreU(g, d, pixels + hn::Lanes(d));
@@ -62,7 +62,7 @@ HWY_INLINE void pack_vector(const Block& block, std::size_t at, std::size_t chan
     pixels[1] = hn::GetLane(g);
     pixels[2] = hn::GetLane(b);
     if (channels == 4) {
-        pixels[3] = block.plane[3][at];
+        pixels[3] = block.own[3][at];
     }
 #endif
 }
@@ -110,7 +110,7 @@ void take_planes(const float* const planes[4], std::size_t channels, const Plane
     const hn::ScalableTag<float> d;
     for (std::size_t c = 0; c < channels; ++c) {
         const float* const from = planes[c] + piece.offset;
-        float* const to = block.plane[c] + piece.at;
+        float* const to = block.own[c] + piece.at;
         const std::size_t rest = for_whole_vectors(
             piece.length, [&](std::size_t i) HWY_ATTR { hn::StoreU(hn::LoadU(d, from + i), d, to + i); });
         std::memcpy(to + piece.length - rest, from + piece.length - rest, rest * sizeof(float));
@@ -120,7 +120,7 @@ void take_planes(const float* const planes[4], std::size_t channels, const Plane
 void give_planes(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]) {
     const hn::ScalableTag<float> d;
     for (std::size_t c = 0; c < channels; ++c) {
-        const float* const from = block.plane[c] + piece.at;
+        const float* const from = block.own[c] + piece.at;
         float* const to = planes[c] + piece.offset;
         const std::size_t rest = for_whole_vectors(piece.length, [&](std::size_t i) HWY_ATTR {
             block.lookahead.fetch_line();

@@ -14,11 +14,12 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 void matrix(const MatrixStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
+    float* const plane[4] = {block.plane[0], block.plane[1], block.plane[2], block.plane[3]};
     for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
-        const auto r = hn::Load(d, block.plane[0] + i);
-        const auto g = hn::Load(d, block.plane[1] + i);
-        const auto b = hn::Load(d, block.plane[2] + i);
-        const auto a = hn::Load(d, block.plane[3] + i);
+        const auto r = hn::Load(d, plane[0] + i);
+        const auto g = hn::Load(d, plane[1] + i);
+        const auto b = hn::Load(d, plane[2] + i);
+        const auto a = hn::Load(d, plane[3] + i);
         for (int row = 0; row < 4; ++row) {
             auto sum = hn::Mul(r, hn::Set(d, stage.m[row][0]));
             sum = hn::Add(sum, hn::Mul(g, hn::Set(d, stage.m[row][1])));
@@ -27,7 +28,7 @@ void matrix(const MatrixStage& stage, Block& block) {
             if (stage.has_offset) {
                 sum = hn::Add(sum, hn::Set(d, stage.offset[row]));
             }
-            hn::Store(sum, d, block.plane[row] + i);
+            hn::Store(sum, d, plane[row] + i);
         }
     });
 }

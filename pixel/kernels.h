@@ -25,6 +25,7 @@ void run_cube(const CubeStage& stage, Block& block);
 
 /// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
 /// within a plane is an implementation's own. Three channels read as alpha 0.
+/// They work on the block's own planes.
 void unpack(const float* pixels, std::size_t channels, Block& block);
 void pack(Block& block, std::size_t channels, float* pixels);
 
@@ -35,7 +36,7 @@ struct PlanePiece {
     std::size_t at, length;
 };
 
-/// Copies pixels of the first `channels` planes into a block, and back.
+/// Copies pixels of the first `channels` planes into a block's own, and back.
 void take(const float* const planes[4], std::size_t channels, const PlanePiece& piece, Block& block);
 void give(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]);
 

@@ -2,7 +2,8 @@
 # Times the conversion of a sequence of uncompressed 4K frames of halfs from sRGB to linear: this tool against
 # oiiotool with all cores and ocioconvert in a loop. Whole processes, wall time, medians of interleaved rounds.
 # usage: convert_sequence.sh TOOL [FOLDER]
-#   FRAMES (20), ROUNDS (5), WIDTH (3840), HEIGHT (2160) and CHANNELS (R,G,B,A) may be set in the environment.
+#   FRAMES (20), ROUNDS (5), WIDTH (3840), HEIGHT (2160) and CHANNELS (R,G,B,A) may be set in the environment;
+#   SEQUENCE_JSON names a file for the medians.
 set -euo pipefail
 
 if [ $# -lt 1 ]; then
@@ -10,6 +11,7 @@ if [ $# -lt 1 ]; then
     exit 2
 fi
 tool=$(realpath "$1")
+json=${SEQUENCE_JSON:+$(realpath -m "$SEQUENCE_JSON")}
 frames=${FRAMES:-20}
 rounds=${ROUNDS:-5}
 width=${WIDTH:-3840}
@@ -63,7 +65,7 @@ run_tool() {
         --config bench.ocio --no-unpremult >/dev/null
 }
 run_oiiotool() {
-    oiiotool --colorconfig bench.ocio --frames "1-$frames" in.%04d.exr --colorconvert sRGB linear \
+    oiiotool --colorconfig bench.ocio --frames "1-$frames" in.%04d.exr --colorconvert:unpremult=0 sRGB linear \
         -d half --compression none -o oiio.%04d.exr >/dev/null
 }
 run_ocioconvert() {
@@ -90,6 +92,13 @@ for ((round = 1; round <= rounds; round++)); do
     measure oiiotool oiio
     measure ocioconvert ocio
 done
+
+if [ -n "$json" ]; then
+    load=$(cut -d' ' -f1-3 /proc/loadavg | tr ' ' ',')
+    printf '{"frames": %d, "rounds": %d, "width": %d, "height": %d, "channels": "%s", "load_avg": [%s],\n "seconds": {"tool": %s, "oiiotool": %s, "ocioconvert": %s}}\n' \
+        "$frames" "$rounds" "$width" "$height" "$channels" "$load" \
+        "$(median tool)" "$(median oiiotool)" "$(median ocioconvert)" >"$json"
+fi
 
 ours=$(median tool)
 printf '%-12s %8s %8s   rounds\n' program median ratio

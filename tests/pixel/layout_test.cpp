@@ -148,6 +148,30 @@ TEST_P(Layouts, PlanarPicturesGiveWhatPackedOnesGiveWhateverTheOperationDoesWith
     }
 }
 
+/// Such planes are converted where they lie, but for the pixels around the lines.
+TEST_P(Layouts, PlanarPicturesWhosePlanesReachCacheLinesTogether) {
+    constexpr std::size_t HEIGHT = 2, DISTANCE = 4096; // between planes
+    for (const std::size_t width : {255, 256, 272, 300, 512, 1100, 1999}) {
+        for (const std::size_t gap : {0, 5, 16}) {
+            for (std::size_t start = 0; start < 16; start += 3) {
+                const std::vector<float> before = numbered(4 * DISTANCE);
+                std::vector<float> wanted = before, actual = before;
+                for (std::size_t i = 0; i < width * HEIGHT; ++i) {
+                    float* at = wanted.data() + start + i / width * (width + gap) + i % width;
+                    const Pixel out = expected({at[0], at[DISTANCE], at[2 * DISTANCE], at[3 * DISTANCE]});
+                    for (std::size_t c = 0; c < 4; ++c) {
+                        at[c * DISTANCE] = out[c];
+                    }
+                }
+                float* p = actual.data() + start;
+                program.apply_planar(p, p + DISTANCE, p + 2 * DISTANCE, p + 3 * DISTANCE, width, HEIGHT,
+                                     static_cast<std::ptrdiff_t>(width + gap));
+                ASSERT_EQ(actual, wanted) << width << ", gap " << gap << ", start " << start;
+            }
+        }
+    }
+}
+
 TEST_P(Layouts, PicturesMayStartAnywhereInMemory) {
     constexpr std::size_t WIDTH = 1100;
     for (std::size_t start = 0; start < 32; ++start) {
