@@ -78,9 +78,11 @@ void Panels::show(ViewModel& model, const ViewRenderer& renderer, const PixelRea
 void Panels::show_faults(const ViewModel& model) const {
     for (const std::string& text : model.get_faults())
         widgets::show_fault(text);
+    if (!drawing_fault.empty())
+        widgets::show_fault(drawing_fault);
     if (!fault.empty())
         widgets::show_fault(fault);
-    else if (!model.get_note().empty())
+    else if (drawing_fault.empty() && !model.get_note().empty())
         widgets::show_note(model.get_note());
 }
 
