@@ -197,6 +197,7 @@ void Panels::show_configuration(ViewModel& model) {
     if (widgets::show_button(items, "CDL library..."))
         open_dialog(FileKind::CDL_LIBRARY, model);
     ImGui::TextDisabled("f fit  1 100%%  o w s d layout  [ ] exposure");
+    ImGui::TextDisabled("p c l open  < > pictures");
 }
 
 } // namespace tool
