@@ -8,12 +8,19 @@ if [ $# -ne 1 ]; then
     exit 2
 fi
 tool=$(realpath "$1")
+tests=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../tests")
 pictures=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/pictures
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 unset OCIO
+export HOME=$work # The dialogue shows it as "~".
 
-mkdir -p "$pictures"
+mkdir -p "$pictures" "$work/shows/luts" "$work/shows/previous" "$work/shows/shots"
+for show in blue_moon blue_moon_grading harbour harbour_night studio; do
+    cp "$tests/configs/tables/config.ocio" "$work/shows/$show.ocio"
+done
+cp "$tests"/configs/tables/luts/* "$work/shows/luts"
+
 "$(dirname "$tool")/samples/make_samples" "$work"
 cat >"$work/tour.txt" <<TOUR
 panels on
@@ -27,6 +34,16 @@ view Tavelion.Cineon
 difference-scale 200
 compare
 screenshot $pictures/difference.png
+panels on
+layout single
+config shows/studio.ocio
+click File
+click Open configuration...
+press Down
+press Down
+press Down
+press Down
+screenshot $pictures/dialogue.png
 quit
 TOUR
 cd "$work"

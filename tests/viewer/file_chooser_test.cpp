@@ -166,7 +166,13 @@ TEST_F(ChoiceOfAFile, GoesHome) {
     EXPECT_EQ(chooser.choose_typed("~/c.ocio"), folder.file("other/c.ocio"));
     EXPECT_FALSE(chooser.choose_typed("~"));
     EXPECT_EQ(chooser.get_folder(), folder.file("other"));
+    EXPECT_EQ(chooser.get_shown_folder(), "~");
+    home.set(folder.get_path() + "/");
+    EXPECT_EQ(chooser.get_shown_folder(), "~/other");
+    home.set(folder.file("oth"));
+    EXPECT_EQ(chooser.get_shown_folder(), folder.file("other"));
     home.unset();
+    EXPECT_EQ(chooser.get_shown_folder(), folder.file("other"));
     chooser.go_home();
     EXPECT_THAT(chooser.get_fault(), HasSubstr("HOME"));
 }

@@ -136,6 +136,17 @@ TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
     EXPECT_EQ(count_fault_pixels(), 0);
 }
 
+TEST_F(LoopOfAViewer, SaysThatAPictureIsLargerThanTheDriverShows) {
+    const std::string wide = folder.file("wide.exr");
+    write_picture(wide, 70000, 1, [](int, int) { return Rgb{1, 1, 1}; });
+    drop({wide});
+    EXPECT_GT(count_fault_pixels(), 50);
+    type("<");
+    EXPECT_EQ(model->get_picture()->path, picture);
+    EXPECT_EQ(count_fault_pixels(), 0);
+    expect_shown(1);
+}
+
 TEST_F(LoopOfAViewer, EndsWhenItsWindowIsClosed) {
     EXPECT_FALSE(viewer->is_closed());
     screen->close();

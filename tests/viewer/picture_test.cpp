@@ -1,5 +1,7 @@
 #include "tool/viewer/picture.h"
 
+#include <sys/stat.h>
+
 #include <OpenImageIO/imageio.h>
 
 #include "tests/viewer/viewer_fixture.h"
@@ -26,6 +28,15 @@ protected:
                     output->close())
             << output->geterror();
         return tool::load_picture(path);
+    }
+    /// The message with which a file is refused.
+    static std::string refusal_of(const std::string& path) {
+        try {
+            tool::load_picture(path);
+        } catch (const tool::CommandError& error) {
+            return error.what();
+        }
+        return "it was read";
     }
     static std::vector<float> pixel(const tool::Picture& picture, int x, int y) {
         return {picture.at(x, y), picture.at(x, y) + 4};
@@ -59,13 +70,13 @@ TEST_F(PictureToShow, ShowsTheFirstChannelsWhenNoneIsAColour) {
     EXPECT_THAT(pixel(load_channels({"depth"}), 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
 }
 
-TEST_F(PictureToShow, ThatCannotBeReadSaysWhich) {
-    try {
-        tool::load_picture(folder.write("broken.exr", "no picture"));
-        FAIL() << "it was read";
-    } catch (const tool::CommandError& error) {
-        EXPECT_THAT(error.what(), HasSubstr("broken.exr"));
-    }
+TEST_F(PictureToShow, ThatCannotBeReadSaysWhichAndWhy) {
+    ASSERT_EQ(mkfifo(folder.file("pipe.exr").c_str(), 0600), 0);
+    EXPECT_THAT(refusal_of(folder.write("broken.exr", "no picture")), HasSubstr("broken.exr"));
+    EXPECT_THAT(refusal_of(folder.write("empty.exr", "")), HasSubstr("empty.exr"));
+    EXPECT_THAT(refusal_of(folder.file("none.exr")), HasSubstr("none.exr': no such file"));
+    EXPECT_THAT(refusal_of(folder.get_path()), HasSubstr("it is a folder"));
+    EXPECT_THAT(refusal_of(folder.file("pipe.exr")), HasSubstr("it is no regular file"));
 }
 
 } // namespace

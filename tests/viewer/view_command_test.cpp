@@ -55,6 +55,7 @@ TEST_F(CommandView, FailsWithOneForWhatIsNotThere) {
     EXPECT_THAT(err.str(), HasSubstr("did you mean 'Tavelion.sRGB'"));
     EXPECT_EQ(run({picture, "--config", folder.file("none.ocio"), "--screenshot", screenshot}), 1);
     EXPECT_EQ(run({picture, "--script", folder.file("none.txt"), "--no-window"}), 1);
+    EXPECT_EQ(run({picture, "--script", folder.get_path(), "--no-window"}), 1);
     EXPECT_EQ(run({picture, "--screenshot", folder.file("screenshot.unknown")}), 1);
     EXPECT_FALSE(folder.exists("screenshot.png"));
 }
@@ -88,11 +89,24 @@ TEST_F(CommandView, StepsThroughThePicturesInTheirOrder) {
     EXPECT_NE(text.find("picture: " + third), std::string::npos);
 }
 
+TEST_F(CommandView, ReadsThePicturesThatItShowsAndNoOthers) {
+    const std::string broken = folder.write("broken.exr", "no picture");
+    EXPECT_EQ(run({picture, broken, "--size", "32x16", "--screenshot", screenshot}), 0) << err.str();
+    EXPECT_EQ(run({broken, picture, "--size", "32x16", "--screenshot", screenshot}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("broken.exr"));
+    const std::string script = folder.write("tour.txt", "next\nprint\nnext\nprint\n");
+    EXPECT_EQ(run({picture, broken, "--script", script, "--no-window"}), 0) << err.str();
+    EXPECT_THAT(out.str(), HasSubstr("fault: cannot read '" + broken + "'"));
+}
+
 TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({picture, "--size", "big", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--size", "0x10", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--no-window"}), 2);
+    EXPECT_EQ(run({picture, "--zoom", "-3", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--exposure", "nan", "--screenshot", screenshot}), 2);
+    EXPECT_FALSE(folder.exists("screenshot.png"));
     EXPECT_EQ(run({picture, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);
 }
 

@@ -42,8 +42,9 @@ protected:
 
 TEST_F(WindowOfTheViewer, ShowsWhatTheCpuConvertsWhenTheViewIsSwitched) {
     const std::string screenshot = folder.file("screenshot.png");
-    const std::string script = folder.write(
-        "tour.txt", "view Tavelion.Cineon\nview Tavelion.sRGB\nscreenshot " + screenshot + "\nprint\nquit\n");
+    const std::string script =
+        folder.write("tour.txt", "view Tavelion.Cineon\nclick View\nclick Tavelion.sRGB\nscreenshot " +
+                                     screenshot + "\nprint\nquit\n");
     ASSERT_EQ(view("--size 404x300 --script " + script), 0) << folder.read("output");
     EXPECT_THAT(folder.read("output"), HasSubstr("view: Tavelion.sRGB"));
     const ShownPicture shown = read_shown(screenshot);

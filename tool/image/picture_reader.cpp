@@ -43,6 +43,8 @@ PictureReader::PictureReader(const std::string& path) : path(path) {
         fail(path, "no such file");
     if (std::filesystem::is_directory(status))
         fail(path, "it is a folder");
+    if (!std::filesystem::is_regular_file(status)) // Reading a pipe or a device might never end.
+        fail(path, "it is no regular file");
 
     OIIO::ImageSpec hints;
     hints.attribute("oiio:UnassociatedAlpha", 1);

@@ -104,6 +104,14 @@ void FileChooser::go_home() {
         enter(home);
 }
 
+std::string FileChooser::get_shown_folder() const {
+    const std::string home = normalized(get_home()).string();
+    if (get_home().empty() || home == "/" || folder.compare(0, home.size(), home) != 0)
+        return folder;
+    const std::string below = folder.substr(home.size());
+    return below.empty() || below.front() == '/' ? "~" + below : folder;
+}
+
 void FileChooser::set_shows_all(bool shown) {
     shows_all = shown;
     list(folder);

@@ -23,6 +23,8 @@ public:
 
     /// Absolute path.
     const std::string& get_folder() const { return folder; }
+    /// The same for the user, with "~" for the home folder.
+    std::string get_shown_folder() const;
     /// Folders, then files, both by name without regard to case, numbers by their value.
     const std::vector<Entry>& get_entries() const { return entries; }
     /// Why the last thing was not done; empty when it was.

@@ -84,7 +84,7 @@ void FileDialog::show_folder(Items& items) {
     if (widgets::show_button(items, "Home"))
         chooser->go_home();
     ImGui::SameLine();
-    widgets::show_text(chooser->get_folder());
+    widgets::show_text(chooser->get_shown_folder());
 }
 
 void FileDialog::show_path(Items& items) {

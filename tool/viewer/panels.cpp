@@ -78,9 +78,11 @@ void Panels::show(ViewModel& model, const ViewRenderer& renderer, const PixelRea
 void Panels::show_faults(const ViewModel& model) const {
     for (const std::string& text : model.get_faults())
         widgets::show_fault(text);
+    if (!drawing_fault.empty())
+        widgets::show_fault(drawing_fault);
     if (!fault.empty())
         widgets::show_fault(fault);
-    else if (!model.get_note().empty())
+    else if (drawing_fault.empty() && !model.get_note().empty())
         widgets::show_note(model.get_note());
 }
 
@@ -195,6 +197,7 @@ void Panels::show_configuration(ViewModel& model) {
     if (widgets::show_button(items, "CDL library..."))
         open_dialog(FileKind::CDL_LIBRARY, model);
     ImGui::TextDisabled("f fit  1 100%%  o w s d layout  [ ] exposure");
+    ImGui::TextDisabled("p c l open  < > pictures");
 }
 
 } // namespace tool

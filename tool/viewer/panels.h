@@ -39,6 +39,8 @@ public:
     /// A fault of something that the user asked for, shown until the next thing goes well.
     void set_fault(const std::string& text) { fault = text; }
     const std::string& get_fault() const { return fault; }
+    /// Why the picture is not drawn; empty when it is.
+    void set_drawing_fault(const std::string& text) { drawing_fault = text; }
 
     /// Pixels of the framebuffer per unit of the window system.
     static float get_pixel_scale();
@@ -63,6 +65,7 @@ private:
     FileDialog dialog;
     FileKind dialog_kind = FileKind::CONFIG;
     std::string fault;
+    std::string drawing_fault;
     std::string filter;
     bool quits = false;
 };

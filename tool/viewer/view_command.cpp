@@ -1,3 +1,5 @@
+#include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -57,7 +59,8 @@ public:
         options->add_option("--view", views[ViewModel::FIRST], "View to show it through, as DISPLAY.VIEW");
         options->add_option("--second-view", views[ViewModel::SECOND], "View to compare it with");
         options->add_option("--layout", layout, "single, wipe, two or difference");
-        options->add_option("--zoom", zoom, "Pixels of the screen per pixel of the picture; fits by default");
+        options->add_option("--zoom", zoom, "Pixels of the screen per pixel of the picture; fits by default")
+            ->check(CLI::PositiveNumber);
         options->add_option("--size", size, "Size of the window, 1280x800 by default");
         options->add_option("--screenshot", screenshot, "Write what is shown to this file, without a window");
         options->add_option("--script", script_path, "Do what the lines of this file say");
@@ -66,6 +69,8 @@ public:
 
     ExitCode run(Console& console) override {
         const Screen::Size screen_size = parse_size(size);
+        if (!std::isfinite(exposure))
+            throw UsageError("--exposure takes a number of stops");
         const std::vector<Script> scripts = read_script();
         ColorHost host(session_options, console);
         ViewModel model(host);
@@ -92,8 +97,9 @@ private:
                 throw UsageError("--no-window needs --script or --screenshot");
             return {};
         }
+        std::error_code error;
         std::ifstream file(script_path);
-        if (!file)
+        if (!file || std::filesystem::is_directory(script_path, error))
             throw CommandError(fmt::format("cannot read the script '{}'", script_path));
         return {Script(file, script_path)};
     }

@@ -133,10 +133,12 @@ void Viewer::draw() {
         renderer->draw(model, area, height);
         if (const std::optional<Position> at = get_cursor())
             readout = renderer->read_pixel(model, at->x, at->y);
+        if (panels)
+            panels->set_drawing_fault("");
     } catch (const std::exception& error) {
         if (!panels)
             throw;
-        set_fault(error.what());
+        panels->set_drawing_fault(error.what());
     }
     if (!panels)
         return;

@@ -1,0 +1,122 @@
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <OpenImageIO/imageio.h>
+#include <benchmark/benchmark.h>
+#include <epoxy/gl.h>
+
+#include "tool/console.h"
+#include "tool/exit_code.h"
+#include "tool/gl/gl_error.h"
+#include "tool/viewer/viewer.h"
+
+// How long it takes from a saved edit of a LUT to the first frame of a 4K float picture that shows it: in a
+// window, whose loop sleeps between events (needs a display), and in memory, where it does not.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int WIDTH = 3840;
+constexpr int HEIGHT = 2160;
+
+constexpr char CONFIG[] = R"(ocio_profile_version: 1
+search_path: .
+roles: {default: lin, scene_linear: lin}
+displays:
+  Screen:
+    - !<View> {name: Shown, colorspace: shown}
+colorspaces:
+  - !<ColorSpace> {name: lin, allocation: lg2, allocationvars: [-8, 2]}
+  - !<ColorSpace>
+    name: shown
+    from_reference: !<FileTransform> {src: shown.spi1d, interpolation: linear}
+)";
+
+/// A folder with a configuration, its LUT and a picture, until the end of the scope.
+class Folder {
+public:
+    Folder() : path(fs::temp_directory_path() / ("qb_bench_" + std::to_string(getpid()))) {
+        fs::create_directories(path);
+        std::ofstream(path / "config.ocio") << CONFIG;
+        write_lut();
+        const std::vector<float> pixels(std::size_t{3} * WIDTH * HEIGHT, 0.25f);
+        const auto output = OIIO::ImageOutput::create(get("picture.tif"));
+        if (!output || !output->open(get("picture.tif"), {WIDTH, HEIGHT, 3, OIIO::TypeDesc::FLOAT}) ||
+            !output->write_image(OIIO::TypeDesc::FLOAT, pixels.data()) || !output->close())
+            throw tool::CommandError("cannot write the picture: " + OIIO::geterror());
+    }
+    ~Folder() {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    std::string get(const char* name) const { return (path / name).string(); }
+    /// Another one than before.
+    void write_lut() {
+        ++edits;
+        std::ofstream lut(path / "shown.spi1d");
+        lut << "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n" << 1 + 0.01 * edits << "\n}\n";
+    }
+
+private:
+    fs::path path;
+    int edits = 0;
+};
+
+void show_edits(benchmark::State& state, std::unique_ptr<tool::Screen> screen) {
+    Folder folder;
+    tool::Console console(std::cout, std::cerr);
+    tool::SessionOptions options;
+    options.config_path = folder.get("config.ocio");
+    options.no_preferences = true;
+    tool::ColorHost host(options, console);
+    tool::ViewModel model(host);
+    model.open(folder.get("picture.tif"));
+    tool::Viewer viewer(model, std::move(screen), true);
+    for (int frame = 0; frame < 10; ++frame)
+        viewer.run_frame();
+    const tool::PicturePainter& painter = viewer.get_renderer().get_painter();
+    for (auto _ : state) {
+        const unsigned int shaders = painter.count_shaders();
+        folder.write_lut();
+        const auto start = std::chrono::steady_clock::now();
+        while (painter.count_shaders() == shaders && model.get_faults().empty())
+            viewer.run_frame();
+        glFinish();
+        state.SetIterationTime(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        // The window goes back to sleep.
+        for (int frame = 0; frame < 10; ++frame)
+            viewer.run_frame();
+    }
+    if (!model.get_faults().empty())
+        state.SkipWithError(model.get_faults().front().c_str());
+}
+
+void show_edited_lut_in_memory(benchmark::State& state) {
+    show_edits(state, tool::make_offscreen({WIDTH, HEIGHT}));
+}
+
+void show_edited_lut_in_window(benchmark::State& state) {
+    try {
+        show_edits(state, tool::make_window({WIDTH, HEIGHT}, "benchmark"));
+    } catch (const tool::GlError& error) {
+        state.SkipWithError(error.what());
+    }
+}
+
+BENCHMARK(show_edited_lut_in_memory)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(show_edited_lut_in_window)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+} // namespace
