@@ -23,6 +23,14 @@ std::string describe_way(const PublishedView& view) {
     return way;
 }
 
+CheckFailure make_subject(CheckFailure::Subject kind, std::string name, std::string way = {}) {
+    CheckFailure subject;
+    subject.subject = kind;
+    subject.name = std::move(name);
+    subject.way = std::move(way);
+    return subject;
+}
+
 class ConfigCheck {
 public:
     explicit ConfigCheck(ColorSession& session)
@@ -57,7 +65,7 @@ private:
         const auto convert = [](const std::string& from, const std::string& to) {
             return ColorIOConverter().configure(from.c_str(), to.c_str());
         };
-        const CheckFailure subject = {CheckFailure::COLOR_SPACE, label, {}, {}, {}};
+        const CheckFailure subject = make_subject(CheckFailure::COLOR_SPACE, label);
         try_to_make(report.failures, subject, "to " + report.scene_linear,
                     [&] { return convert(label, report.scene_linear); });
         try_to_make(report.failures, subject, "from " + report.scene_linear,
@@ -69,16 +77,17 @@ private:
         report.views_with_view_transform += view.view_transform.empty() ? 0 : 1;
         report.views_with_looks += view.looks.empty() ? 0 : 1;
         report.views_with_named_transform += view.named_transform.empty() ? 0 : 1;
-        try_to_make(report.failures, {CheckFailure::VIEW, view.label, {}, {}, describe_way(view)}, "", [&] {
-            return ColorIOConverter().configure_for_display(report.scene_linear.c_str(), view.display.c_str(),
-                                                            view.view.c_str());
-        });
+        try_to_make(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_way(view)), "",
+                    [&] {
+                        return ColorIOConverter().configure_for_display(
+                            report.scene_linear.c_str(), view.display.c_str(), view.view.c_str());
+                    });
     }
 
     /// Only as the configuration states it: who states one direction may know that there is no other.
     void try_named_transform(const ColorIOInspection::NamedTransform& transform) {
         ++report.named_transforms_tried;
-        const CheckFailure subject = {CheckFailure::NAMED_TRANSFORM, transform.name.get_data(), {}, {}, {}};
+        const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, transform.name.get_data());
         if (transform.has_forward)
             try_to_make(report.failures, subject, "forward",
                         [&] { return ColorIOInspection::try_conversion(transform.name, scene_linear); });
@@ -90,7 +99,7 @@ private:
     void try_inactive_space(const ColorIOInspection::ColorSpace& space) {
         ++report.inactive_spaces_tried;
         const std::string label = make_label(space.family.get_data(), space.name.get_data());
-        const CheckFailure subject = {CheckFailure::INACTIVE_COLOR_SPACE, label, {}, {}, {}};
+        const CheckFailure subject = make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label);
         try_to_make(report.notices, subject, "to " + report.scene_linear,
                     [&] { return ColorIOInspection::try_conversion(space.name, scene_linear); });
         try_to_make(report.notices, subject, "from " + report.scene_linear,
@@ -100,7 +109,7 @@ private:
     void try_part(CheckFailure::Subject subject, unsigned int& count, const CoreString& name,
                   bool (*works)(const CoreString& name)) {
         ++count;
-        try_to_make(report.notices, {subject, name.get_data(), {}, {}, {}}, "", [&] { return works(name); });
+        try_to_make(report.notices, make_subject(subject, name.get_data()), "", [&] { return works(name); });
     }
 
     /// Adds the subject to `failures` when `make` answers false; a direction more, where it failed before for

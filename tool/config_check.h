@@ -14,7 +14,7 @@ class ColorSession;
 struct CheckFailure {
     enum Subject { COLOR_SPACE, VIEW, NAMED_TRANSFORM, INACTIVE_COLOR_SPACE, LOOK, VIEW_TRANSFORM };
 
-    Subject subject;
+    Subject subject = COLOR_SPACE;
     std::string name;                    ///< Label of a colour space or a view.
     std::vector<std::string> directions; ///< "to linear", "from linear"; empty where there is but one.
     FailureReason reason;

@@ -11,7 +11,7 @@ namespace tool {
 enum class FailureKind { MISSING_FILE, BAD_FILE, CYCLE, NEWER_CONFIG, UNKNOWN_NAME, OTHER };
 
 struct FailureReason {
-    FailureKind kind;
+    FailureKind kind = FailureKind::OTHER;
     std::string text; ///< One sentence or two, in words that say what to do where that is known.
 };
 
