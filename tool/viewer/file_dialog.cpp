@@ -121,7 +121,7 @@ std::optional<std::string> FileDialog::follow_keys() {
 /// What is typed, or else what is selected.
 std::optional<std::string> FileDialog::choose() {
     const std::string folder = chooser->get_folder();
-    const std::optional<std::string> chosen =
+    std::optional<std::string> chosen =
         path.empty() ? chooser->choose_selected() : chooser->choose_typed(path);
     if (chooser->get_folder() != folder)
         path.clear();
