@@ -172,6 +172,38 @@ TEST_P(Layouts, PlanarPicturesWhosePlanesReachCacheLinesTogether) {
     }
 }
 
+/// As grey pictures have them: the last channel's result stays, at every width.
+TEST_P(Layouts, PlanesThatShareMemoryAreConvertedOnce) {
+    for (const std::size_t width : {200, 256, 1024, 1030}) {
+        const std::vector<float> before = numbered(width);
+        std::vector<float> grey = before;
+        program.apply_planar(grey.data(), grey.data(), grey.data(), nullptr, width, 1);
+        for (std::size_t i = 0; i < width; ++i) {
+            ASSERT_EQ(grey[i], expected({before[i], before[i], before[i], 0.0f})[2]) << width << ", " << i;
+        }
+    }
+}
+
+/// Rows of the planes in turn, as some picture files hold them.
+TEST_P(Layouts, PlanesWhoseRowsLieBetweenEachOther) {
+    constexpr std::size_t WIDTH = 512, HEIGHT = 3, STRIDE = 3 * WIDTH;
+    for (const bool upwards : {false, true}) {
+        const std::vector<float> before = numbered(STRIDE * HEIGHT);
+        std::vector<float> after = before;
+        float* const first = after.data() + (upwards ? STRIDE * (HEIGHT - 1) : 0);
+        program.apply_planar(first, first + WIDTH, first + 2 * WIDTH, nullptr, WIDTH, HEIGHT,
+                             upwards ? -static_cast<std::ptrdiff_t>(STRIDE) : STRIDE);
+        for (std::size_t row = 0; row < HEIGHT; ++row) {
+            for (std::size_t i = row * STRIDE; i < row * STRIDE + WIDTH; ++i) {
+                const Pixel out = expected({before[i], before[i + WIDTH], before[i + 2 * WIDTH], 0.0f});
+                for (std::size_t c = 0; c < 3; ++c) {
+                    ASSERT_EQ(after[i + c * WIDTH], out[c]) << upwards << ", " << i;
+                }
+            }
+        }
+    }
+}
+
 TEST_P(Layouts, PicturesMayStartAnywhereInMemory) {
     constexpr std::size_t WIDTH = 1100;
     for (std::size_t start = 0; start < 32; ++start) {

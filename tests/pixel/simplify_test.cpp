@@ -74,7 +74,6 @@ TEST(Simplify, ClampsAreJoinedOnlyWhereNanFollowsToo) {
     EXPECT_EQ(simplify({clamp(std::nullopt, 0.5), clamp(0.0, std::nullopt)}).size(), 2u);
     for (const OpChain& chain : {OpChain{clamp(0.0, 0.75), clamp(0.25, 0.5)},
                                  OpChain{clamp(0.0, std::nullopt), clamp(std::nullopt, 0.5)}}) {
-        const Program joint(chain);
         for (const float x : awkward_values()) {
             EXPECT_EQ(apply_grey(std::get<Range>(simplify(chain)[0]), x),
                       apply_grey(chain[1], apply_grey(chain[0], x)))

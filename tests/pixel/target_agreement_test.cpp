@@ -1,5 +1,6 @@
 #include "all_operations.h"
 #include "every_target.h"
+#include "pixel/vector_target.h"
 #include "samples.h"
 
 using namespace pixel;
@@ -15,6 +16,10 @@ TEST(VectorTargets, ScalarCodeIsTheLastOfThem) {
 /// The scalar code, the slowest and plainest, is what the others are held to.
 class TargetAgreement : public EveryTarget {};
 RUN_ON_EVERY_TARGET(TargetAgreement);
+
+TEST_P(TargetAgreement, TheTestRunsOnTheInstructionSetItNames) {
+    EXPECT_EQ(vector_target(), target_name(GetParam()));
+}
 
 TEST_P(TargetAgreement, EveryOperationIsWithinTwoUnitsOfTheScalarOne) {
     const std::vector<Pixel> pixels = mixed_pixels(1200, 31);
