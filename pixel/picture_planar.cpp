@@ -1,6 +1,8 @@
 #include "pixel/picture.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 
 #include "pixel/kernels.h"
 #include "pixel/picture_blocks.h"
@@ -21,22 +23,42 @@ bool needs_alpha(const Stage& stage) {
     return std::holds_alternative<MatrixStage>(stage) || std::holds_alternative<ToeStage>(stage);
 }
 
+/// The shape that all planes of a picture have.
+struct PlaneShape {
+    std::size_t width, height;
+    std::ptrdiff_t row_stride; ///< in floats
+};
+
+/// Whether rows of two planes share memory. Rows of planes may lie between each other.
+bool planes_meet(const float* a, const float* b, const PlaneShape& shape) {
+    const auto from = reinterpret_cast<std::uintptr_t>(a), to = reinterpret_cast<std::uintptr_t>(b);
+    const std::uintptr_t bytes = from < to ? to - from : from - to;
+    const std::uintptr_t width = shape.width * sizeof(float);
+    const auto stride = static_cast<std::uintptr_t>(std::abs(shape.row_stride)) * sizeof(float);
+    if (stride == 0) {
+        return bytes < width;
+    }
+    const std::uintptr_t rows = bytes / stride, rest = bytes % stride;
+    return (rows < shape.height && rest < width) || (rows + 1 < shape.height && stride - rest < width);
+}
+
 /// Converts planes block by block. Where rows are wide, and all planes reach cache lines at the same pixels,
 /// whole blocks are converted where they lie; pixels of narrow rows, and those before the first line and
-/// behind the last one of a row, are brought into a block of its own.
+/// behind the last one of a row, are brought into a block of its own. So is everything where planes share
+/// memory, as those of a grey picture may: each channel is converted from what came in, and the last one
+/// stays.
 class PlanarRun {
 public:
-    PlanarRun(const std::vector<Stage>& stages, float* const planes[4], std::size_t width, std::size_t height,
-              std::ptrdiff_t row_stride)
-        : stages_(stages), planes_(planes), width_(width), height_(height), row_stride_(row_stride) {
+    PlanarRun(const std::vector<Stage>& stages, float* const planes[4], const PlaneShape& shape)
+        : stages_(stages), planes_(planes), shape_(shape) {
         const bool with_alpha = planes[3] && std::any_of(stages.begin(), stages.end(), needs_alpha);
         channels_ = with_alpha ? 4 : 3;
     }
 
     void run() {
-        if (width_ >= WIDE_ROW && reach_lines_together()) {
-            for (std::size_t row = 0; row < height_; ++row) {
-                run_row(static_cast<std::ptrdiff_t>(row) * row_stride_);
+        if (shape_.width >= WIDE_ROW && reach_lines_together() && are_apart()) {
+            for (std::size_t row = 0; row < shape_.height; ++row) {
+                run_row(static_cast<std::ptrdiff_t>(row) * shape_.row_stride);
             }
         } else {
             run_narrow_rows();
@@ -51,17 +73,28 @@ private:
                reinterpret_cast<std::uintptr_t>(planes_[0] + before) % LINE_BYTES == 0;
     }
 
+    bool are_apart() const {
+        for (std::size_t c = 1; c < channels_; ++c) {
+            for (std::size_t other = 0; other < c; ++other) {
+                if (planes_meet(planes_[other], planes_[c], shape_)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
     /// `offset` of the row, in floats, from the start of each plane.
     void run_row(std::ptrdiff_t offset) {
-        const std::size_t before = std::min(width_, pixels_before_line(planes_[0] + offset, 1));
+        const std::size_t before = std::min(shape_.width, pixels_before_line(planes_[0] + offset, 1));
         run_copied(offset, before);
         std::size_t done = before;
-        while (width_ - done >= MAX_LANES) {
-            const std::size_t length = std::min(BLOCK_PIXELS, (width_ - done) / MAX_LANES * MAX_LANES);
-            run_in_place(offset + static_cast<std::ptrdiff_t>(done), length, width_ - done - length);
+        while (shape_.width - done >= MAX_LANES) {
+            const std::size_t length = std::min(BLOCK_PIXELS, (shape_.width - done) / MAX_LANES * MAX_LANES);
+            run_in_place(offset + static_cast<std::ptrdiff_t>(done), length, shape_.width - done - length);
             done += length;
         }
-        run_copied(offset + static_cast<std::ptrdiff_t>(done), width_ - done);
+        run_copied(offset + static_cast<std::ptrdiff_t>(done), shape_.width - done);
     }
 
     void run_in_place(std::ptrdiff_t offset, std::size_t length, std::size_t behind) {
@@ -106,9 +139,9 @@ private:
 
     void run_narrow_rows() {
         const auto offset = [&](std::size_t row, std::size_t column) {
-            return static_cast<std::ptrdiff_t>(row) * row_stride_ + static_cast<std::ptrdiff_t>(column);
+            return static_cast<std::ptrdiff_t>(row) * shape_.row_stride + static_cast<std::ptrdiff_t>(column);
         };
-        for (Walk read(width_, height_); !read.at_end();) {
+        for (Walk read(shape_.width, shape_.height); !read.at_end();) {
             Walk write = read;
             const auto take_piece = [&](std::size_t row, std::size_t column, std::size_t at,
                                         std::size_t length) {
@@ -116,7 +149,8 @@ private:
             };
             const std::size_t count = for_block(read, BLOCK_PIXELS, take_piece);
             if (!read.at_end()) {
-                look_ahead(offset(read.row(), read.column()), std::min(BLOCK_PIXELS, width_ - read.column()));
+                look_ahead(offset(read.row(), read.column()),
+                           std::min(BLOCK_PIXELS, shape_.width - read.column()));
             } else {
                 block_.lookahead.clear();
             }
@@ -131,8 +165,7 @@ private:
 
     const std::vector<Stage>& stages_;
     float* const* planes_;
-    std::size_t width_, height_;
-    std::ptrdiff_t row_stride_;
+    PlaneShape shape_;
     std::size_t channels_;
     Block block_;
 };
@@ -145,7 +178,7 @@ void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::s
         width *= height;
         height = 1;
     }
-    PlanarRun(stages, planes, width, height, row_stride).run();
+    PlanarRun(stages, planes, {width, height, row_stride}).run();
 }
 
 } // namespace pixel
