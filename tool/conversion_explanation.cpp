@@ -55,13 +55,13 @@ std::vector<ExplainedPart> explain_conversion(const ColorConversion& conversion,
 std::string describe_path(const ColorIOEvaluation::Explanation& how) {
     switch (how.path) {
     case ColorIOEvaluation::PATH_NONE:
-        return "nothing to do, colours stay as they are";
+        return "nothing is to be done: pixels stay as they are";
     case ColorIOEvaluation::PATH_VECTOR:
-        return fmt::format("the module's vector code ({})", how.vector_target.get_data());
+        return fmt::format("pixels take the module's vector code ({})", how.vector_target.get_data());
     case ColorIOEvaluation::PATH_LIBRARY:
         break;
     }
-    return fmt::format("the colour library, because {}", how.reason.get_data());
+    return fmt::format("pixels take the colour library, because {}", how.reason.get_data());
 }
 
 } // namespace tool

@@ -23,7 +23,7 @@ std::vector<ExplainedPart> explain_conversion(const ColorConversion& conversion,
                                               const ConversionRequest& request,
                                               const std::array<float, 4>& pixel);
 
-/// What converts the part's pixels: "the module's vector code (AVX2)".
+/// What converts the part's pixels: "pixels take the module's vector code (AVX2)".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 
 } // namespace tool

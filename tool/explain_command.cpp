@@ -82,6 +82,17 @@ private:
     bool as_json = false;
 };
 
+/// What became of the operations of the configuration.
+std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
+    const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
+    if (after < before)
+        return fmt::format("simplified from {} to {}:", before, after);
+    for (unsigned int i = 0; i < before; ++i)
+        if (how.operations[i] != how.steps[i].operation)
+            return "simplified to:";
+    return "carried out one by one:";
+}
+
 ExplainCommand::ExplainCommand(CLI::App& program)
     : Command(program, "explain",
               "Show the operations of a conversion, how they are carried out, and a pixel's way through them",
@@ -128,22 +139,21 @@ ExitCode ExplainCommand::run(Console& console) {
 void ExplainCommand::print_part(const ExplainedPart& part, Console& console) const {
     console.print("");
     console.print_heading(part.title);
-    console.print(fmt::format("pixels take {}", describe_path(part.how)));
-    console.print("");
+    console.print(describe_path(part.how));
     if (part.how.operations.get_count() > 0) {
+        console.print("");
         TextTable given({"#", "operation of the configuration"});
         for (const CoreString& operation : part.how.operations)
             given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
         given.print(console);
-        console.print("");
     }
-    print_steps(part.how, console);
+    if (part.how.steps.get_count() > 0)
+        print_steps(part.how, console);
 }
 
 void ExplainCommand::print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const {
-    const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
-    console.print(after < before ? fmt::format("simplified from {} to {}:", before, after)
-                                 : "carried out one by one:");
+    console.print("");
+    console.print(describe_simplification(how));
     const bool shows_pixel = !pixel_text.empty();
     TextTable table(
         shows_pixel ? std::vector<std::string>{"#", "red", "green", "blue", "alpha", "after the operation"}

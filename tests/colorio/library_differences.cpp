@@ -111,6 +111,8 @@ constexpr struct {
     {TOOL, "Explain.ShowsTheOperationsAndWhatTheyAreSimplifiedTo", NO_OPERATIONS},
     {TOOL, "Explain.ShowsAPixelAfterEachOperation", NO_OPERATIONS},
     {TOOL, "Explain.AnswersJson", NO_OPERATIONS},
+    {TOOL, "Explain.ShowsNoStepsWhereThereAreNone", NO_OPERATIONS},
+    {TOOL, "Explain.SaysWhenOperationsAreSimplifiedToAsMany", NO_OPERATIONS},
     {TOOL_SETTINGS, "OwnCdls.AreRefusedWhenTheLibraryCannotReadThem",
      "on this library the door reads corrections itself, in every encoding that the tool knows"},
     {DOOR, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},

@@ -130,6 +130,35 @@ TEST_F(Explain, SaysThatNothingHappensBetweenASpaceAndItself) {
     EXPECT_TRUE(answer(explain({"sRGB", "sRGB", "--json"}))["parts"].empty());
 }
 
+TEST_F(Explain, ShowsNoStepsWhereThereAreNone) {
+    SKIP_WHERE_LISTED();
+    folder.write("twins.ocio",
+                 "ocio_profile_version: 1\nroles: {default: a}\ndisplays: {D: [!<View> {name: V, "
+                 "colorspace: a}]}\ncolorspaces: [!<ColorSpace> {name: a}, !<ColorSpace> {name: "
+                 "b, isdata: true}]\n");
+    const ToolRun result = explain({"a", "b", "--config", path("twins.ocio"), "--pixel", "1,2,3"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("nothing is to be done: pixels stay as they are"),
+                                  Not(HasSubstr("one by one")), Not(HasSubstr("after the operation"))));
+}
+
+TEST_F(Explain, SaysWhenOperationsAreSimplifiedToAsMany) {
+    SKIP_WHERE_LISTED();
+    folder.write("gain.ocio", R"(ocio_profile_version: 2
+roles: {default: a}
+file_rules: [!<Rule> {name: Default, colorspace: default}]
+displays: {D: [!<View> {name: V, colorspace: a}]}
+colorspaces:
+  - !<ColorSpace> {name: a}
+  - !<ColorSpace> {name: gain, from_scene_reference: !<CDLTransform> {slope: [2, 1, 1], style: noclamp}}
+  - !<ColorSpace> {name: log, from_scene_reference: !<LogTransform> {base: 2}}
+)");
+    const std::string config = path("gain.ocio");
+    EXPECT_THAT(explain({"a", "gain", "--config", config}).out,
+                HasSubstr("simplified to:\n#  operation\n1  matrix 2 0 0 0"));
+    EXPECT_THAT(explain({"a", "log", "--config", config}).out, HasSubstr("carried out one by one:"));
+}
+
 TEST_F(Explain, TakesThreeOrFourNumbersForAPixel) {
     for (const char* pixel : {"", "1", "1,2", "1,2,3,4,5", "1,2,x", "1,,2", "1,2,3,", "nan,0,0"}) {
         const ToolRun result = explain({"sRGB", "linear", std::string("--pixel=") + pixel});
