@@ -13,7 +13,8 @@ namespace pixel {
 
 enum class Direction { Forward, Inverse };
 
-/// Table entries shared, never copied, between a chain and the programs built from it.
+/// Table entries as they are given; copies of a chain share them. Programs lay them out anew for their
+/// kernels.
 using Table = std::shared_ptr<const std::vector<float>>;
 
 /// out = m * in + offset; `m` is row-major, row 0 makes red.
@@ -88,12 +89,10 @@ enum class InputDomain {
 /// the last digits of the steps come to the front. Other tables have one way only.
 enum class TableArithmetic {
     /// Products and sums rounded one by one. 1D: from the entry above; trilinear: from the lower corner,
-    /// adding parts
-    /// of the differences; tetrahedral: the sum of the weighted entries.
+    /// adding parts of the differences; tetrahedral: the sum of the weighted entries.
     Stepwise,
     /// 1D: from the entry below, product and sum rounded once; trilinear: both ends weighted; tetrahedral:
-    /// each product
-    /// and the sum so far rounded once.
+    /// each product and the sum so far rounded once.
     Fused,
 };
 

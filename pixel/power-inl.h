@@ -94,8 +94,7 @@ HWY_INLINE hn::Vec<DD> exponent_of(DD dd, VI bits) {
 
 /// Base-2 logarithm of positive, finite, normal doubles; within 2e-11, and exact for powers of two.
 /// x = 2^k * m with m in [0.703125, 1.40625). The polynomial is log2(1 + r) / r interpolated at the Chebyshev
-/// nodes of
-/// [-0.0295, 0.03125].
+/// nodes of [-0.0295, 0.03125].
 template <class DD>
 HWY_INLINE hn::Vec<DD> log2_double(DD dd, hn::Vec<DD> x) {
     const hn::RebindToSigned<DD> di;

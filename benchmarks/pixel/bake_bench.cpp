@@ -22,8 +22,8 @@ void bake(const ocio::Processor& processor, const char* function_name, std::vect
     benchmark::DoNotOptimize(table.data());
 }
 
-/// Text and table of a conversion that has converted a picture before. The last shader is kept by the name of
-/// its function, so two names take turns.
+/// Text and table of a conversion. The last shader is kept by the name of its function, so two names take
+/// turns.
 void bake_table(benchmark::State& state, const Conversion& conversion) {
     const auto processor = ocio::get_processor(conversion.config, SOURCE, DESTINATION);
     std::vector<float> table(FLOATS);

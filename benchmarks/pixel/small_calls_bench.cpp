@@ -1,5 +1,5 @@
-// Calls of a few pixels, as hosts make them that convert a scanline or a pixel at a time: what a call costs
-// once the vector code is made, beside the library.
+// Calls of a few pixels, as hosts make them that convert a scanline or a pixel at a time: what a call costs,
+// beside the library's.
 
 #include <algorithm>
 #include <functional>

@@ -63,7 +63,7 @@ public:
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
 
-/// Whether processors made from now on may convert pictures with the project's own vector code, where that is
+/// Whether processors made from now on may convert pixels with the project's own vector code, where that is
 /// known to give the library's results (the default), or leave everything to the library. Without effect on
 /// the 1.x library, which does all of them itself.
 void set_fast_path(bool enabled);

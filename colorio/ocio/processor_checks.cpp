@@ -8,7 +8,8 @@ namespace ocio {
 
 void require_pixels(long width, long height, bool described) {
     if (width <= 0 || height <= 0 || !described)
-        throw Exception("a picture needs at least one pixel of at least three channels");
+        throw Exception(
+            "a picture needs at least one pixel, three channels or more, and memory that holds them");
 }
 
 void require_view(const ConstConfigRcPtr& config, const char* display, const char* view) {

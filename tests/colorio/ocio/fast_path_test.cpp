@@ -71,7 +71,7 @@ void expect_recorded_planes(const ocio::ConstConfigRcPtr& config, const golden::
     expect_recorded_values(again, 4, pair);
 }
 
-/// A row at a time: the program takes over from the library on the way.
+/// A row at a time.
 void expect_recorded_rows(const ocio::ConstConfigRcPtr& config, const golden::Pair& pair) {
     const auto processor = ocio::get_processor(config, pair.source, pair.destination);
     std::vector<float> picture = make_picture(4);
