@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -59,11 +58,8 @@ float finite_entry(float v) {
 /// entry on.
 PaddedCurve padded(const float* entries, std::size_t length, std::size_t before) {
     constexpr std::size_t AFTER = 3;
-    PaddedCurve curve;
-    curve.values.reserve(before + length + AFTER);
-    curve.values.assign(before, finite_entry(entries[0]));
-    std::transform(entries, entries + length, std::back_inserter(curve.values), finite_entry);
-    curve.values.insert(curve.values.end(), AFTER, finite_entry(entries[0]));
+    PaddedCurve curve{std::vector<float>(before + length + AFTER, finite_entry(entries[0]))};
+    std::transform(entries, entries + length, curve.values.data() + before, finite_entry);
     return curve;
 }
 

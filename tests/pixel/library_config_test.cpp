@@ -127,8 +127,8 @@ public:
             "precision",
             found_.largest, found_.nearer, found_.values);
         if (found_.nearer > 0) {
-            std::printf(": off by %.3g tolerances at most, the library by %.3g", found_.own_error,
-                        found_.library_error);
+            std::printf(": off by %.3g tolerances at most, the library by %.3g (%s)", found_.own_error,
+                        found_.library_error, nearer_in_.c_str());
         }
         std::printf("\n");
     }
@@ -147,12 +147,16 @@ private:
         const Agreement found = compare(processor, *chain, adversarial_pixels(*chain));
         EXPECT_EQ(found.failures, 0u) << words << ": " << found.first_failure << words_of(*chain);
         found_.join(found);
+        if (found.nearer > 0) {
+            nearer_in_ += (nearer_in_.empty() ? "" : ", ") + words;
+        }
     }
 
     std::size_t taken_ = 0, left_ = 0;
     std::set<std::string> not_made_;
     std::map<std::string, std::size_t> reasons_;
     Agreement found_;
+    std::string nearer_in_; ///< the conversions with such values
 };
 
 /// Null where this version of the library cannot read the file.

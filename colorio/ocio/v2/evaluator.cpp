@@ -26,22 +26,19 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
     if (get_fast_path()) {
         optimized =
             processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization);
-        no_op_ = optimized->isNoOp();
-        if (no_op_)
-            return;
         make_program(optimized);
-        if (program_)
-            return;
     } else {
         why_not_ = "the vector code is switched off";
     }
-    cpu_ = optimized->getOptimizedCPUProcessor(optimization);
-    no_op_ = cpu_->isNoOp();
+    if (!program_)
+        cpu_ = optimized->getOptimizedCPUProcessor(optimization);
+    no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
 }
 
 void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
     try {
-        if (std::optional<pixel::OpChain> chain = translate_optimized(optimized, why_not_))
+        if (std::optional<pixel::OpChain> chain =
+                translate_operations(*optimized->createGroupTransform(), why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
     } catch (const std::exception& error) {
         // An operation that the program does not take is the library's, and so are tables for which memory is
@@ -82,9 +79,11 @@ void Evaluator::apply(const PlanarImageDesc& image) const {
 }
 
 void Evaluator::apply_rgba(float* pixel) const {
+    if (no_op_)
+        return;
     if (program_)
         program_->apply_pixel(pixel);
-    else if (!no_op_)
+    else
         cpu_->applyRGBA(pixel);
 }
 

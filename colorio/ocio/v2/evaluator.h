@@ -18,7 +18,7 @@ public:
     /// under `optimization`.
     Evaluator(const library::ConstProcessorRcPtr& processor, library::OptimizationFlags optimization);
 
-    /// True when pixels stay as they are; then there is neither.
+    /// True when pixels stay as they are.
     bool is_no_op() const { return no_op_; }
 
     void apply(const PackedImageDesc& image) const;

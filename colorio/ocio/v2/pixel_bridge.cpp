@@ -259,15 +259,15 @@ pixel::OpChain translate_group(const library::GroupTransform& group) {
 
 } // namespace
 
-std::optional<pixel::OpChain> translate_optimized(const library::ConstProcessorRcPtr& optimized,
-                                                  std::string& why_not) {
+std::optional<pixel::OpChain> translate_operations(const library::GroupTransform& operations,
+                                                   std::string& why_not) {
     try {
         if (!LIBRARY_IS_MEASURED)
             throw NotKnown{std::string("the results of colour library ") + library::GetVersion() +
                            " have not been measured"};
         if (flags_are_overridden())
             throw NotKnown{std::string(library::OCIO_OPTIMIZATION_FLAGS_ENVVAR) + " is set"};
-        return translate_group(*optimized->createGroupTransform());
+        return translate_group(operations);
     } catch (const NotKnown& reason) {
         why_not = reason.words;
     } catch (const library::Exception& error) {
@@ -278,9 +278,9 @@ std::optional<pixel::OpChain> translate_optimized(const library::ConstProcessorR
 
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not) {
     std::string unwanted;
-    return translate_optimized(
-        processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, OPTIMIZATION),
-        why_not ? *why_not : unwanted);
+    const auto optimized =
+        processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, OPTIMIZATION);
+    return translate_operations(*optimized->createGroupTransform(), why_not ? *why_not : unwanted);
 }
 
 std::string describe(const library::Transform& transform) {

@@ -12,9 +12,9 @@ namespace ocio {
 /// known to give the library's results for every one of them. Otherwise nothing, and the reason in words in
 /// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not known here".
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
-/// The same for a processor that the library has optimised under its lossless flags already.
-std::optional<pixel::OpChain> translate_optimized(const library::ConstProcessorRcPtr& optimized,
-                                                  std::string& why_not);
+/// The same for the operations of a processor that the library has optimised under its lossless flags.
+std::optional<pixel::OpChain> translate_operations(const library::GroupTransform& operations,
+                                                   std::string& why_not);
 
 /// One operation in words: those of `pixel/` where it is known there, else its name in the library.
 std::string describe(const library::Transform& transform);

@@ -19,6 +19,28 @@ bool has_multiply_add() {
 #endif
 }
 
+bool same_bits(float a, float b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+/// Red's curve, or when the others differ red's, green's and blue's; most tables have one for all.
+std::vector<float> read_curves(const library::Lut1DTransform& transform, bool& shared) {
+    const std::size_t length = transform.getLength();
+    std::vector<float> values(length);
+    shared = true;
+    for (std::size_t i = 0; i < length && shared; ++i) {
+        float green = 0, blue = 0;
+        transform.getValue(i, values[i], green, blue);
+        shared = same_bits(values[i], green) && same_bits(values[i], blue);
+    }
+    if (shared)
+        return values;
+    values.resize(3 * length);
+    for (std::size_t i = 0; i < length; ++i)
+        transform.getValue(i, values[i], values[length + i], values[2 * length + i]);
+    return values;
+}
+
 } // namespace
 
 std::optional<pixel::TableArithmetic> table_arithmetic() {
@@ -29,15 +51,8 @@ std::optional<pixel::TableArithmetic> table_arithmetic() {
 
 pixel::Lut1D read_table(const library::Lut1DTransform& transform, pixel::Direction direction) {
     const std::size_t length = transform.getLength();
-    std::vector<float> values(3 * length);
-    for (std::size_t i = 0; i < length; ++i)
-        transform.getValue(i, values[i], values[length + i], values[2 * length + i]);
-    const auto same_as_red = [&](std::size_t channel) {
-        return std::memcmp(values.data(), values.data() + channel * length, length * sizeof(float)) == 0;
-    };
-    const bool shared = same_as_red(1) && same_as_red(2);
-    if (shared)
-        values.resize(length);
+    bool shared = false;
+    std::vector<float> values = read_curves(transform, shared);
     pixel::Lut1D table{};
     table.domain = transform.getInputHalfDomain() ? pixel::InputDomain::Half : pixel::InputDomain::Unit;
     table.length = length;
