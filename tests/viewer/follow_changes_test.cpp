@@ -112,6 +112,29 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlAndKeepsItWhileItIsBroken) {
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
 }
 
+TEST_F(ModelThatFollowsChanges, TellsOfEachSourceUntilThatOneIsWholeAgain) {
+    const std::string library = folder.write("grade.ccc", make_library("0.5 0.5 0.5"));
+    const std::string good_config = folder.read("test.ocio");
+    model->use_cdl_library(library);
+    folder.write("grade.ccc", "garbage");
+    follow();
+    folder.write("test.ocio", "garbage");
+    follow();
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"), HasSubstr("grade.ccc")));
+    model->use_config("");
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")))
+        << "another configuration mends no CDL";
+    model->use_cdl_library(folder.write("other.ccc", make_library("0.25 0.25 0.25")));
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+
+    folder.write("test.ocio", good_config);
+    model->use_config(config);
+    folder.write("test.ocio", "garbage");
+    follow();
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"))) << "nor the other way round";
+}
+
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     tool::SessionOptions options;
     options.preferences_path =

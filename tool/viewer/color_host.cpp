@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
@@ -116,30 +115,40 @@ ColorHost::Fault ColorHost::use_config(const std::string& path) {
         app.set_use_color_space_file(true);
     }
     config_path = path;
+    config_fault.reset();
     from_environment = false;
     ++observer->revision;
     return {};
 }
 
-ColorHost::Fault ColorHost::reload() {
+bool ColorHost::reload() {
     if (!get_own_files().empty()) {
         ColorIOManager::get_instance()->load_config(nullptr); // makes them anew from their files
         ++observer->revision;
     }
-    std::vector<std::string> faults;
-    const auto read_again = [&](const std::string& path, auto find_fault, const auto& event) {
+    const auto read_again = [this](const std::string& path, auto find_fault, const auto& event) {
         if (path.empty())
-            return;
-        if (const Fault fault = (this->*find_fault)(path)) {
-            faults.push_back(*fault);
-            return;
+            return Fault();
+        Fault fault = (this->*find_fault)(path);
+        if (!fault) {
+            session.get_app().raise_event(event);
+            ++observer->revision;
         }
-        session.get_app().raise_event(event);
-        ++observer->revision;
+        return fault;
     };
-    read_again(config_path, &ColorHost::find_config_fault, EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-    read_again(library_path, &ColorHost::find_library_fault, EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
-    return faults.empty() ? Fault() : fmt::format("{}", fmt::join(faults, "; "));
+    config_fault = read_again(config_path, &ColorHost::find_config_fault,
+                              EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    library_fault =
+        read_again(library_path, &ColorHost::find_library_fault, EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    return get_source_faults().empty();
+}
+
+std::vector<std::string> ColorHost::get_source_faults() const {
+    std::vector<std::string> faults;
+    for (const Fault& fault : {config_fault, library_fault})
+        if (fault)
+            faults.push_back(*fault);
+    return faults;
 }
 
 ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
@@ -147,6 +156,7 @@ ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
         return fault;
     session.get_app().set_cdl_library_file_path(path.c_str());
     library_path = path;
+    library_fault.reset();
     ++observer->revision;
     return {};
 }

@@ -27,10 +27,14 @@ public:
     /// Switches to the configuration file at `path`, or to the built-in configuration when that is empty.
     Fault use_config(const std::string& path);
     /// Reads the configuration in force, its files and the CDL library again. Of the two, what is whole is
-    /// taken over though the other is not.
-    Fault reload();
+    /// taken over though the other is not. False when `get_source_faults` has something to tell afterwards.
+    bool reload();
     /// Takes the corrections of an ASC CDL file into the list of CDLs.
     Fault use_cdl_library(const std::string& path);
+
+    /// What was wrong when the files were read again last. Each ends when its own files are whole again, or
+    /// when others take their place.
+    std::vector<std::string> get_source_faults() const;
 
     /// "aces.ocio", or "the built-in configuration".
     std::string get_config_name() const;
@@ -79,6 +83,8 @@ private:
     std::string config_path;
     bool from_environment;
     std::string library_path;
+    Fault config_fault;
+    Fault library_fault;
     std::unique_ptr<ListObserver> observer;
     mutable std::unique_ptr<Lists> lists;
 };

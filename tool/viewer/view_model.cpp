@@ -105,7 +105,6 @@ void ViewModel::set_wipe(double position) {
 void ViewModel::use_config(const std::string& path) {
     if (const ColorHost::Fault fault = host.use_config(path))
         throw CommandError(*fault);
-    source_fault.clear();
     note = fmt::format("using {}", host.get_config_name());
     use_existing_names();
     watch_files();
@@ -159,16 +158,15 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
 }
 
 void ViewModel::reload_sources(const std::string& changed) {
-    const ColorHost::Fault fault = host.reload();
-    source_fault = fault ? *fault + " (still showing the last good state)" : "";
-    if (!fault)
+    if (host.reload())
         note = fmt::format("read {} again", std::filesystem::path(changed).filename().string());
 }
 
 std::vector<std::string> ViewModel::get_faults() const {
-    std::vector<std::string> faults;
-    for (const std::string& fault :
-         {source_fault, chains[FIRST].fault, chains[SECOND].fault, pictures.get_fault()})
+    std::vector<std::string> faults = host.get_source_faults();
+    for (std::string& fault : faults)
+        fault += " (still showing the last good state)";
+    for (const std::string& fault : {chains[FIRST].fault, chains[SECOND].fault, pictures.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
             faults.push_back(fault);
     return faults;

@@ -108,7 +108,6 @@ private:
     double wipe = 0.5;
     float difference_scale = 100;
     Camera camera;
-    std::string source_fault;
     std::string note;
 };
 
