@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include <OpenColorIO/OpenColorIO.h>
+
 #include "colorio/color_io_manager.h"
 #include "tests/viewer/model_fixture.h"
 
@@ -10,6 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using tool::ColorHost;
 using tool::ViewModel;
 
@@ -21,7 +24,16 @@ std::string make_library(const std::string& slope) {
 }
 
 /// A model whose files change.
-class ModelThatFollowsChanges : public ViewModelTest {};
+class ModelThatFollowsChanges : public ViewModelTest {
+protected:
+    void restart(const tool::SessionOptions& options) {
+        model = nullptr;
+        host = nullptr; // There can be one at a time.
+        host = std::make_unique<ColorHost>(options, console);
+        model = std::make_unique<ViewModel>(*host);
+        model->open(picture);
+    }
+};
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedLut) {
     model->set_view(FIRST, "Screen.Shown");
@@ -58,6 +70,8 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
     follow();
     EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
     EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
+    EXPECT_EQ(model->get_note(), "read test.ocio again; no view 'Screen.Shown' any more, now '" +
+                                     host->get_default_view() + "'");
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 
@@ -112,16 +126,35 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlAndKeepsItWhileItIsBroken) {
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
 }
 
+TEST_F(ModelThatFollowsChanges, TellsOfEachSourceUntilThatOneIsWholeAgain) {
+    const std::string library = folder.write("grade.ccc", make_library("0.5 0.5 0.5"));
+    const std::string good_config = folder.read("test.ocio");
+    model->use_cdl_library(library);
+    folder.write("grade.ccc", "garbage");
+    follow();
+    folder.write("test.ocio", "garbage");
+    follow();
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"), HasSubstr("grade.ccc")));
+    model->use_config("");
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")))
+        << "another configuration mends no CDL";
+    model->use_cdl_library(folder.write("other.ccc", make_library("0.25 0.25 0.25")));
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+
+    folder.write("test.ocio", good_config);
+    model->use_config(config);
+    folder.write("test.ocio", "garbage");
+    follow();
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"))) << "nor the other way round";
+}
+
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     tool::SessionOptions options;
     options.preferences_path =
         folder.write("preferences.yaml", "cdl_library_file_path: " + folder.file("looks.ccc") + "\n");
     folder.write("looks.ccc", make_library("0.5 0.5 0.5"));
-    model = nullptr;
-    host = nullptr; // There can be one at a time.
-    host = std::make_unique<ColorHost>(options, console);
-    model = std::make_unique<ViewModel>(*host);
-    model->open(picture);
+    restart(options);
     model->set_view(FIRST, "Tavelion.linear");
     model->set_cdl("grade");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
@@ -129,6 +162,33 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
+    const EnvGuard named("OCIO", config);
+    restart(tool::SessionOptions());
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    write_lut(folder, 0.25);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    std::filesystem::remove(config);
+    follow();
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio")));
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+}
+
+TEST_F(ModelThatFollowsChanges, ReadsAConfigurationOfTheLibraryItselfAgain) {
+    if (OCIO_NAMESPACE::GetVersionHex() < 0x02020000)
+        GTEST_SKIP() << "OpenColorIO " << OCIO_NAMESPACE::GetVersion() << " has none";
+    const EnvGuard named("OCIO", "ocio://default");
+    restart(tool::SessionOptions());
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    folder.write("grade.ccc", make_library("0.25 0.25 0.25"));
+    follow();
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_EQ(host->get_config_path(), "ocio://default");
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutOfTheUsersOwnSpace) {
@@ -193,6 +253,24 @@ TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoes
     EXPECT_NE(model->get_chain(FIRST), chain);
 }
 
+TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    EXPECT_EQ(model->get_note(), "using grade.ccc");
+    model->set_cdl("grade");
+    std::string renamed = make_library("0.5 0.5 0.5");
+    renamed.replace(renamed.find("\"grade\""), 7, "\"other\"");
+    folder.write("grade.ccc", renamed);
+    follow();
+    EXPECT_EQ(model->get_note(), "read grade.ccc again; no CDL 'grade' any more, now 'No CDL'");
+    model->set_input_space("shown");
+    model->use_config("");
+    EXPECT_THAT(model->get_note(), HasSubstr("no colour space 'shown' any more, now 'Tavelion|linear'"));
+    EXPECT_THAT(model->get_note(), HasSubstr("no second view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
+    folder.write("grade.ccc", renamed);
+    follow();
+    EXPECT_EQ(model->get_note(), "read grade.ccc again") << "nothing had to be replaced any more";
+}
+
 TEST_F(ModelThatFollowsChanges, ReadsNoPictureAgainForAnEditedLut) {
     const auto shown = model->get_picture();
     write_lut(folder, 0.25);
@@ -206,6 +284,7 @@ TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_TRUE(model->follow_changes());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
+    EXPECT_THAT(model->get_note(), StartsWith("no view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
     EXPECT_FALSE(model->follow_changes());
 }
 

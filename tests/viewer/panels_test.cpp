@@ -1,6 +1,12 @@
 #include <filesystem>
+#include <new>
+#include <set>
+#include <stdexcept>
 
 #include "tests/viewer/screen_fixture.h"
+#include "tool/exit_code.h"
+#include "tool/viewer/fonts.h"
+#include "tool/viewer/panels_attempt.h"
 
 namespace {
 
@@ -12,6 +18,29 @@ using tool::ViewModel;
 class PanelsOfAViewer : public ScreenTest {
 protected:
     tool::ColorSettings settings() const { return model->get_settings(ViewModel::FIRST); }
+
+    /// Has the CDLs of these names, which change nothing, listed.
+    void list_cdls(const std::vector<std::string>& names) {
+        std::string library = "<ColorCorrectionCollection>";
+        for (const std::string& name : names)
+            library += "<ColorCorrection id=\"" + name +
+                       "\"><SOPNode><Slope>1 1 1</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>"
+                       "<SatNode><Saturation>1</Saturation></SatNode></ColorCorrection>";
+        model->use_cdl_library(folder.write("names.ccc", library + "</ColorCorrectionCollection>"));
+        viewer->act();
+    }
+    /// The letters of what bears that name in the panels, as bright and dark pixels.
+    std::string read_line(const std::string& name) {
+        constexpr int LEFT = 10, RIGHT = 140, ABOVE = 6;
+        const int middle = static_cast<int>(find(name).y);
+        const ShownPicture shown = take_screenshot();
+        std::string letters;
+        for (int y = middle - ABOVE; y < middle + ABOVE; ++y)
+            for (int x = LEFT; x < RIGHT; ++x)
+                letters += shown.at(x, y)[1] > 160 ? '#' : ' ';
+        EXPECT_NE(letters.find('#'), std::string::npos) << "no letters at " << name;
+        return letters;
+    }
 };
 
 TEST_F(PanelsOfAViewer, ShowAnotherViewWhenItIsChosen) {
@@ -36,6 +65,27 @@ TEST_F(PanelsOfAViewer, HaveMenusThatOpenAndClose) {
     click("Wipe between two views");
     EXPECT_FALSE(shows("Wipe between two views")) << "a choice closes the menu";
     EXPECT_EQ(model->get_layout(), Layout::WIPE);
+}
+
+TEST_F(PanelsOfAViewer, CloseListsAndMenusWithEscape) {
+    click("Show");
+    EXPECT_TRUE(shows("Fit"));
+    press("Escape");
+    EXPECT_FALSE(shows("Fit"));
+    click("View");
+    EXPECT_TRUE(shows("Screen.Shown"));
+    press("Escape");
+    EXPECT_FALSE(shows("Screen.Shown"));
+    EXPECT_EQ(settings().view, "Screen.Raw");
+
+    list_cdls({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m"});
+    click("CDL");
+    click("search");
+    type("m");
+    EXPECT_TRUE(shows("m"));
+    press("Escape");
+    EXPECT_FALSE(shows("m")) << "from the field to search it too";
+    EXPECT_EQ(settings().cdl, "No CDL");
 }
 
 TEST_F(PanelsOfAViewer, ShowTheSecondViewWhereAWipeIsWanted) {
@@ -102,11 +152,53 @@ TEST_F(PanelsOfAViewer, StepThroughPicturesAndSayWhichCannotBeRead) {
     EXPECT_EQ(count_fault_pixels(), 0);
 }
 
+TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
+    // Marks of the panels' library: what follows the first is not shown, the second makes names one.
+    const std::vector<std::string> names = {"x##y", "x##z", "x###y", "v###y"};
+    list_cdls(names);
+    std::set<std::string> shown;
+    for (const std::string& name : names) {
+        click("CDL");
+        click(name);
+        EXPECT_EQ(settings().cdl, name);
+        shown.insert(read_line("CDL"));
+    }
+    EXPECT_EQ(shown.size(), names.size()) << "each can be told from the others in the closed list";
+    click("CDL");
+    shown.clear();
+    for (const std::string& name : names)
+        shown.insert(read_line(name));
+    EXPECT_EQ(shown.size(), names.size()) << "and in the open one";
+}
+
+TEST_F(PanelsOfAViewer, ShowNamesOfOtherAlphabets) {
+    if (tool::find_system_font().empty())
+        GTEST_SKIP() << "there is no font of the system at the usual places";
+    const std::vector<std::string> names = {"\u0416\u0451", "\u042f\u0451", "\u03a9\u03bb", "\u0141\u017a"};
+    list_cdls(names);
+    std::set<std::string> shown;
+    for (const std::string& name : names) {
+        model->set_cdl(name);
+        viewer->act();
+        shown.insert(read_line("CDL"));
+    }
+    EXPECT_EQ(shown.size(), names.size());
+}
+
 TEST_F(PanelsOfAViewer, EndTheViewer) {
     EXPECT_FALSE(viewer->is_closed());
     click("File");
     click("Quit");
     EXPECT_TRUE(viewer->is_closed());
+}
+
+TEST(ChangesInPanels, LeaveNoFrameUnfinished) {
+    EXPECT_EQ(tool::find_refusal([] { throw tool::CommandError("refused"); }), "refused");
+    EXPECT_EQ(tool::find_refusal([] { throw std::runtime_error("failed"); }), "failed");
+    EXPECT_NE(tool::find_refusal([] { throw std::bad_alloc(); }), "");
+    bool is_done = false;
+    EXPECT_EQ(tool::find_refusal([&] { is_done = true; }), "");
+    EXPECT_TRUE(is_done);
 }
 
 /// The dialogue that looks for files.

@@ -104,6 +104,11 @@ TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {
     EXPECT_THAT(failure_of("panels maybe"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("screenshot /no/such/folder/a.png"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("pan 3"), HasSubstr("tour:1: "));
+    for (const char* command : {"zoom", "difference-scale"})
+        for (const char* factor : {"0", "-5"})
+            EXPECT_THAT(failure_of(std::string(command) + " " + factor), HasSubstr("no factor above 0"));
+    EXPECT_EQ(model->get_difference_scale(), 100);
+    EXPECT_TRUE(model->get_camera().is_fitting());
 }
 
 TEST_F(ScriptOfAViewer, IsRefusedAsAWholeForAnUnknownCommand) {
@@ -116,6 +121,14 @@ TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {
     EXPECT_THAT(failure_of("await-change 0"), HasSubstr("no file changed"));
     write_ramps(picture, 8, 8);
     run("await-change 10\n");
+    EXPECT_EQ(model->get_picture()->width, 8);
+}
+
+TEST_F(ScriptOfAViewer, WaitsNoNegativeTimeAndNoLongerThanADay) {
+    for (const char* seconds : {"-1", "-1e300", "86401", "1e12", "1e300"})
+        EXPECT_THAT(failure_of(std::string("await-change ") + seconds), HasSubstr("0 to 86400 s")) << seconds;
+    write_ramps(picture, 8, 8);
+    run("await-change 86400\n");
     EXPECT_EQ(model->get_picture()->width, 8);
 }
 

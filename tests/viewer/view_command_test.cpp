@@ -67,6 +67,17 @@ TEST_F(CommandView, FailsWithOneAndSaysWhyWhenTheViewCannotBeMade) {
     EXPECT_FALSE(folder.exists("screenshot.png"));
 }
 
+TEST_F(CommandView, IsNotKeptFromAScreenshotByAViewThatItShowsNoMore) {
+    const std::string config = write_config(folder); // Its LUT is missing.
+    const std::string script =
+        folder.write("tour.txt", "second-view Screen.Shown\nlayout wipe\nlayout single\n");
+    EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Raw", "--script", script, "--screenshot",
+                   screenshot}),
+              0)
+        << err.str();
+    EXPECT_TRUE(folder.exists("screenshot.png"));
+}
+
 TEST_F(CommandView, ZoomsIntoTheMiddle) {
     ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--zoom", "8", "--screenshot",
                    screenshot}),
@@ -105,6 +116,8 @@ TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
     EXPECT_EQ(run({picture, "--size", "0x10", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--no-window"}), 2);
     EXPECT_EQ(run({picture, "--zoom", "-3", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--zoom", "nan", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--zoom", "inf", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--exposure", "nan", "--screenshot", screenshot}), 2);
     EXPECT_FALSE(folder.exists("screenshot.png"));
     EXPECT_EQ(run({picture, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);

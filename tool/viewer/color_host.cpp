@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
@@ -14,6 +13,7 @@
 #include "standalone/standalone_app.h"
 #include "tool/failure_reason.h"
 #include "tool/published_names.h"
+#include "tool/viewer/markup_fault.h"
 
 namespace tool {
 
@@ -42,6 +42,13 @@ std::vector<std::string> get_own_files() {
     for (const ColorIOManager::ColorDecisionListDef& cdl : manager.get_tavelion_color_decision_lists())
         add(cdl.file);
     return files;
+}
+
+/// True when there are others than the CDL library, whose corrections the module lists among them.
+bool has_own_files(const std::string& library_path) {
+    const std::vector<std::string> files = get_own_files();
+    return std::any_of(files.begin(), files.end(),
+                       [&](const std::string& file) { return file != library_path; });
 }
 
 } // namespace
@@ -116,30 +123,56 @@ ColorHost::Fault ColorHost::use_config(const std::string& path) {
         app.set_use_color_space_file(true);
     }
     config_path = path;
+    config_fault.reset();
     from_environment = false;
     ++observer->revision;
     return {};
 }
 
-ColorHost::Fault ColorHost::reload() {
-    if (!get_own_files().empty()) {
-        ColorIOManager::get_instance()->load_config(nullptr); // makes them anew from their files
-        ++observer->revision;
-    }
+bool ColorHost::reload() {
+    config_fault = config_path.empty() ? Fault() : find_config_fault(config_path);
+    // Without a whole configuration the module would turn to the built-in one.
+    if (!config_fault && has_own_files(library_path))
+        own_fault = reload_own_files();
+    if (!config_fault && !config_path.empty())
+        raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    library_fault = library_path.empty() ? Fault() : find_library_fault(library_path);
+    // The module would drop the CDLs of the user's own that cannot be read.
+    if (!library_fault && !own_fault && !library_path.empty())
+        raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    return get_source_faults().empty();
+}
+
+template <class Event>
+void ColorHost::raise(const Event& event) {
+    session.get_app().raise_event(event);
+    ++observer->revision;
+}
+
+/// What cannot be read keeps its last state in the module, which tells it in its log alone.
+ColorHost::Fault ColorHost::reload_own_files() {
+    session.take_messages();
+    ColorIOManager::get_instance()->load_config(nullptr);
+    ++observer->revision;
+    std::vector<LoggedMessage> failures;
+    for (LoggedMessage& message : session.take_messages())
+        if (is_own_file_failure(message))
+            failures.push_back(std::move(message));
+    return failures.empty() ? Fault() : explain_failure(failures);
+}
+
+/// The module makes the corrections of the library anew too; what is wrong with those is told by themselves.
+bool ColorHost::is_own_file_failure(const LoggedMessage& message) const {
+    return message.level == LOG_ERROR && is_library_failure(message) &&
+           (library_path.empty() || message.text.find(library_path) == std::string::npos);
+}
+
+std::vector<std::string> ColorHost::get_source_faults() const {
     std::vector<std::string> faults;
-    const auto read_again = [&](const std::string& path, auto find_fault, const auto& event) {
-        if (path.empty())
-            return;
-        if (const Fault fault = (this->*find_fault)(path)) {
+    for (const Fault& fault : {config_fault, own_fault, library_fault})
+        if (fault)
             faults.push_back(*fault);
-            return;
-        }
-        session.get_app().raise_event(event);
-        ++observer->revision;
-    };
-    read_again(config_path, &ColorHost::find_config_fault, EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-    read_again(library_path, &ColorHost::find_library_fault, EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
-    return faults.empty() ? Fault() : fmt::format("{}", fmt::join(faults, "; "));
+    return faults;
 }
 
 ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
@@ -147,6 +180,7 @@ ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
         return fault;
     session.get_app().set_cdl_library_file_path(path.c_str());
     library_path = path;
+    library_fault.reset();
     ++observer->revision;
     return {};
 }
@@ -154,10 +188,12 @@ ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
 /// The active manager falls back to the built-in configuration when it fails, and the viewer is to keep what
 /// it shows; so a second one tries first.
 ColorHost::Fault ColorHost::find_config_fault(const std::string& path) {
-    if (!SysFilesystem::file_exists(path.c_str()))
+    // The environment may name what is no file, which the module asks the colour library for.
+    const bool is_file = !from_environment || path != config_path;
+    if (is_file && !SysFilesystem::file_exists(path.c_str()))
         return fmt::format("{}: no such file", path);
     Trial trial(*this);
-    if (!from_environment || path != config_path)
+    if (is_file)
         trial.app.set_color_space_file_path(path.c_str());
     trial.app.set_use_color_space_file(true);
     trial.manager.use_file_config(true);
@@ -175,7 +211,9 @@ ColorHost::Fault ColorHost::find_library_fault(const std::string& path) {
     trial.manager.update_file_cdl_library_path();
     if (trial.manager.get_CDL_names().get_count() > builtin_count)
         return {};
-    const std::string reason = take_failure();
+    // The module tells on standard output where the markup is broken, and in its log only that it is.
+    const std::string failure = take_failure(), markup_fault = find_markup_fault(path);
+    const std::string& reason = markup_fault.empty() ? failure : markup_fault;
     return fmt::format("{}: {}", fs::path(path).filename().string(),
                        reason.empty() ? "it holds no correction that can be read" : reason);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
@@ -18,9 +17,7 @@ constexpr float HEIGHT = 440;
 constexpr float LARGEST_SHARE = 0.95f;
 constexpr int PAGE = 10;
 
-bool is_pressed(ImGuiKey_ key) {
-    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key));
-}
+using widgets::is_pressed;
 
 /// Lines below the list: the switch and the buttons, and a fault of two lines.
 float get_height_below() {
@@ -144,14 +141,13 @@ std::optional<std::string> FileDialog::show_entries(Items& items) {
         for (auto i = static_cast<std::size_t>(clipper.DisplayStart);
              i < static_cast<std::size_t>(clipper.DisplayEnd); ++i) {
             const std::string name = entries[i].name + (entries[i].is_folder ? "/" : "");
-            if (ImGui::Selectable(fmt::format("{}##{}", name, i).c_str(), i == chooser->get_selected(),
-                                  ImGuiSelectableFlags_AllowDoubleClick)) {
+            if (widgets::show_entry(items, i, name, i == chooser->get_selected(),
+                                    ImGuiSelectableFlags_AllowDoubleClick)) {
                 chooser->select(i);
                 path.clear();
                 if (ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left))
                     opened = i;
             }
-            items.note(name);
         }
     ImGui::EndChild();
     return opened ? choose() : std::nullopt;

@@ -7,6 +7,7 @@
 #include <imgui_impl_opengl3.h>
 
 #include "tool/gl/gl_error.h"
+#include "tool/viewer/fonts.h"
 #include "tool/viewer/panels_attempt.h"
 #include "tool/viewer/widgets.h"
 
@@ -29,6 +30,7 @@ Panels::Panels() {
     IMGUI_CHECKVERSION();
     ImGui::CreateContext();
     ImGui::GetIO().IniFilename = nullptr;
+    add_fonts(*ImGui::GetIO().Fonts);
     ImGui::StyleColorsDark();
     ImGui::GetStyle().Colors[ImGuiCol_PopupBg].w = 1;
     if (ImGui_ImplOpenGL3_Init("#version 330"))
@@ -92,10 +94,10 @@ void Panels::show_pictures(ViewModel& model) {
     const Picture& picture = *model.get_picture();
     if (model.get_pictures().get_paths().size() > 1) {
         if (widgets::show_button(items, "<"))
-            model.step_picture(-1);
+            attempt([&] { model.step_picture(-1); });
         ImGui::SameLine();
         if (widgets::show_button(items, ">"))
-            model.step_picture(1);
+            attempt([&] { model.step_picture(1); });
         ImGui::SameLine();
     }
     show_text(picture.path);
@@ -148,7 +150,7 @@ void Panels::show_layout(ViewModel& model, const ViewRenderer& renderer) {
         if (choice.layout != Layout::DIFFERENCE)
             ImGui::SameLine();
     }
-    if (layout == Layout::WIPE || layout == Layout::SIDE_BY_SIDE) {
+    if (shows_both_views(layout)) {
         std::string chosen;
         if (choose(items, "Second view", model.get_host().get_views(),
                    model.get_settings(ViewModel::SECOND).view, filter, chosen))

@@ -23,6 +23,7 @@ namespace {
 
 constexpr char BLANKS[] = " \t\r";
 constexpr char QUIT[] = "quit";
+constexpr int MAX_PATIENCE = 24 * 60 * 60; ///< Seconds.
 
 std::string trim(const std::string& text) {
     const std::size_t first = text.find_first_not_of(BLANKS);
@@ -45,6 +46,14 @@ std::array<float, COUNT> parse_numbers(const std::string& text) {
     return numbers;
 }
 
+/// Throws CommandError for other numbers than those above 0.
+double parse_factor(const std::string& text) {
+    const double factor = parse_number(text);
+    if (factor <= 0)
+        throw CommandError(fmt::format("'{}' is no factor above 0", text));
+    return factor;
+}
+
 bool parse_switch(const std::string& text) {
     if (text != "on" && text != "off")
         throw CommandError(fmt::format("'{}' is neither 'on' nor 'off'", text));
@@ -55,11 +64,15 @@ void set_zoom(Camera& camera, const std::string& argument) {
     if (argument == "fit")
         camera.fit();
     else
-        camera.set_zoom(parse_number(argument));
+        camera.set_zoom(parse_factor(argument));
 }
 
 void await_change(Viewer& viewer, const std::string& argument) {
-    const auto patience = std::chrono::milliseconds(std::lround(1000 * parse_number(argument)));
+    const double seconds = parse_number(argument);
+    if (seconds < 0 || seconds > MAX_PATIENCE)
+        throw CommandError(
+            fmt::format("cannot wait for {} s; a change is awaited for 0 to {} s", argument, MAX_PATIENCE));
+    const auto patience = std::chrono::milliseconds(std::lround(1000 * seconds));
     if (!viewer.get_model().follow_changes(patience))
         throw CommandError(fmt::format("no file changed within {} s", argument));
 }
@@ -91,7 +104,7 @@ void compare(Viewer& viewer, Console& console) {
     console.print(format_difference(*difference));
 }
 
-/// The middle of what bears that name. Throws CommandError when there is nothing of the kind.
+/// What bears that name, and where it lies. Throws CommandError when there is nothing of the kind.
 const Items::Item& find_item(Viewer& viewer, const std::string& name) {
     const Items& items = viewer.get_items();
     if (items.get_all().empty())
@@ -160,7 +173,7 @@ constexpr ScriptCommand COMMANDS[] = {
      }},
     {"difference-scale", "FACTOR", "enlarge the differences shown",
      [](Viewer& viewer, Console&, const std::string& factor) {
-         viewer.get_model().set_difference_scale(static_cast<float>(parse_number(factor)));
+         viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
      }},
     {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
      [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},

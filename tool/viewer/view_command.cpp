@@ -71,6 +71,8 @@ public:
         const Screen::Size screen_size = parse_size(size);
         if (!std::isfinite(exposure))
             throw UsageError("--exposure takes a number of stops");
+        if (!std::isfinite(zoom))
+            throw UsageError("--zoom takes a factor above 0");
         const std::vector<Script> scripts = read_script();
         ColorHost host(session_options, console);
         ViewModel model(host);
@@ -124,7 +126,7 @@ private:
     void save_screenshot(Viewer& viewer) const {
         ViewModel& model = viewer.get_model();
         model.get_chain(ViewModel::FIRST);
-        if (model.get_layout() == Layout::WIPE || model.get_layout() == Layout::SIDE_BY_SIDE)
+        if (shows_both_views(model.get_layout()))
             model.get_chain(ViewModel::SECOND);
         for (const std::string& fault : model.get_faults())
             throw CommandError(fault);
