@@ -4,6 +4,7 @@
 usage: parity_table_test.py PARITY_VALUES
 """
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -11,6 +12,7 @@ import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 TABLE = PROJECT / "scripts" / "parity_table"
+VALUES = PROJECT / "scripts" / "parity_values"
 SAMPLES = PROJECT / "tests" / "configs"
 PROGRAM = ""
 ROW = "space\tgamma\tto scene-linear\tpixel"
@@ -111,6 +113,15 @@ class TableTest(unittest.TestCase):
         self.expect(newer.replace("newer", "better"), converts, 1, "UNEXPLAINED")
         self.expect(newer.replace("newer", "better"), newer.replace("1.1.1", "2.1.2"), 0, "refused by 2.1.2")
 
+    def test_a_program_that_did_not_come_to_its_end_has_no_excuse(self):
+        self.set_reasons("*\t*\t*\t*\t*\t*\tno matter what")
+        died = "library\t{}\ncut short\tthe program ended with 139\n"
+        converts = f"{ROW}\t0\t1\t2\t1"
+        self.expect(died.format("1.1"), died.format("2.1"), 1, "1.1: the program ended with 139; 2.1: the program",
+                    "UNEXPLAINED", "1 unexplained")
+        self.expect(values("1.1.1", converts), died.format("2.1"), 1, "2.1: the program ended", "1 unexplained")
+        self.expect(died.format("1.1"), values("2.1.2", converts), 1, "1.1: the program ended", "1 unexplained")
+
     def test_half_a_file_is_no_result(self):
         whole = values("1.1.1", f"{ROW}\t0\t1\t2\t1")
         for broken in ("", "library\t2.1.2\n", whole.replace("\t2\t1\n", "\n")):
@@ -118,6 +129,34 @@ class TableTest(unittest.TestCase):
                 done = self.run_table(whole, broken)
                 self.assertNotEqual(done.returncode, 0)
                 self.assertNotIn("unexplained", done.stdout)
+
+
+class ValuesTest(unittest.TestCase):
+    """scripts/parity_values, in a project that holds nothing else."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.project = pathlib.Path(folder.name)
+        (self.project / "scripts").mkdir()
+        shutil.copy(VALUES, self.project / "scripts")
+        (self.project / "build" / "parity" / "configurations").mkdir(parents=True)
+
+    def write_values(self, *commands):
+        program = self.project / "program"
+        program.write_text("#!/bin/sh\n" + "\n".join(commands) + "\n", encoding="utf-8")
+        program.chmod(0o755)
+        subprocess.run([self.project / "scripts" / VALUES.name, "2.1", program], capture_output=True, check=True)
+        return (self.project / "build/parity/values/2.1/built-in.tsv").read_text(encoding="utf-8")
+
+    def test_what_the_program_wrote_is_kept(self):
+        self.assertEqual(self.write_values("echo values"), "values\n")
+
+    def test_a_program_that_dies_has_refused_nothing(self):
+        for command, status in (("kill -SEGV $$", 139), ("exit 3", 3)):
+            with self.subTest(command):
+                self.assertEqual(self.write_values("echo values", command),
+                                 f"library\t2.1\ncut short\tthe program ended with {status}\n")
 
 
 class ProgramTest(unittest.TestCase):
