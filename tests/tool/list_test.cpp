@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "colorio/ocio/types.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/tool/configs.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -148,6 +149,19 @@ TEST_F(List, FailsOnAConfigurationNewerThanTheLibraryAndNamesBothVersions) {
 
 TEST_F(List, FailsOnAnEnvironmentVariableThatNamesNoConfigurationAndSaysHowToMendThat) {
     ocio.set(path("missing.ocio"));
+TEST_F(List, SaysHowToUseAConfigurationThatTheColorLibraryHolds) {
+    EXPECT_THAT(run({"list", "--config", "ocio://default"}),
+                FailsWith(1, AllOf(HasSubstr("'ocio://default': it is no file"),
+                                   HasSubstr("set OCIO=ocio://default"))));
+}
+
+TEST_F(List, ShowsAConfigurationThatTheColorLibraryHoldsOrWhyItHoldsNone) {
+    ocio.set("ocio://default");
+    const ToolRun result = run({"list", "views"});
+    EXPECT_THAT(result.out + result.err, HasSubstr(library_differences::expected("OCIO=ocio://default")));
+    EXPECT_EQ(result.code, result.err.empty() ? 0 : 1);
+}
+
     EXPECT_THAT(run({"list"}), FailsWith(1, AllOf(HasSubstr("environment variable OCIO"),
                                                   HasSubstr(path("missing.ocio")), HasSubstr("unset it"))));
 }
