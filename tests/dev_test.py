@@ -38,6 +38,12 @@ class DevTest(unittest.TestCase):
         return subprocess.run([self.project / "dev", *arguments], env=environment, capture_output=True, text=True,
                               check=False)
 
+    def make_configs(self, *path):
+        folder = self.folder.joinpath(*path)
+        folder.mkdir(parents=True)
+        (folder / "show.ocio").write_text(path[0], encoding="utf-8")
+        return folder
+
     def test_a_wrong_library_to_leave_out_is_refused_before_anything_is_built(self):
         for arguments in (("--without", "2.6"), ("--without",)):
             with self.subTest(arguments):
@@ -52,6 +58,29 @@ class DevTest(unittest.TestCase):
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("some words\nmore\n", done.stderr)
         self.assertIn("configuring release failed", done.stderr)
+
+    def test_folders_are_copied_to_where_a_system_of_its_own_sees_them(self):
+        folders = [self.make_configs("one"), self.make_configs("two", "deeper")]
+        options = [part for folder in folders for part in ("--configs", str(folder))]
+        done = self.run_dev("test", "--ocio", "2.5", *options, "pixel")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("./dev test --configs build/test_configs pixel\n", done.stdout)
+        for name, text in (("one", "one"), ("deeper", "two")):
+            self.assertEqual((self.project / "build/test_configs" / name / "show.ocio").read_text(), text)
+
+    def test_two_folders_of_one_name_are_refused(self):
+        options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
+        done = self.run_dev("test", "--ocio", "2.5", *options)
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("two folders are called same", done.stderr)
+        self.assertNotIn("called: debian_root", done.stdout)
+
+    def test_the_tests_find_the_folders_in_a_variable(self):
+        self.stand_in(self.folder / "bin" / "ctest", '#!/bin/sh\necho "folders: $QB_TEST_CONFIGS"\n')
+        one, two = self.make_configs("one"), self.make_configs("two")
+        done = self.run_dev("test", "--configs", str(one), "--configs", str(two))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn(f"folders: {one.resolve()}:{two.resolve()}\n", done.stdout)
 
 
 if __name__ == "__main__":
