@@ -8,6 +8,7 @@
 #include "colorio/color_io_log.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/display_view_walk.h"
+#include "colorio/ocio/config.h"
 #include "colorio/ocio/inspection.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/sanity_check.h"
@@ -107,6 +108,11 @@ CoreVector<CoreString> ColorIOInspection::get_looks() {
 CoreVector<CoreString> ColorIOInspection::get_view_transforms() {
     const ocio::ConstConfigRcPtr config = get_active_config();
     return config ? to_host(ocio::list_view_transforms(config)) : CoreVector<CoreString>();
+}
+
+bool ColorIOInspection::has_role(const CoreString& role) {
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    return config && !ocio::get_role_color_space(config, role.get_data()).empty();
 }
 
 ColorIOInspection::View ColorIOInspection::get_view(const CoreString& display, const CoreString& view) {

@@ -46,6 +46,9 @@ public:
     static CoreVector<NamedTransform> get_named_transforms();
     static CoreVector<CoreString> get_looks();
     static CoreVector<CoreString> get_view_transforms();
+    /// Whether the configuration itself assigns the role; where it does not, the module takes a space of its
+    /// own choice.
+    static bool has_role(const CoreString& role);
     /// Only the names are set for a view that does not exist.
     static View get_view(const CoreString& display, const CoreString& view);
     /// The views that lists of active displays and views hide.

@@ -30,13 +30,22 @@ std::string describe_refusal(const ConfigSource& source, const std::string& reas
     }
 }
 
+FailureReason explain_missing_config(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        return {FailureKind::MISSING_FILE, "it is a folder"};
+    if (is_in_library(path))
+        return {FailureKind::OTHER,
+                "it is no file but a configuration that the colour library itself may hold; set OCIO=" +
+                    path + " for it"};
+    return {FailureKind::MISSING_FILE, "no such file"};
+}
+
 /// Checks what the module would pass over with a notice: it falls back where a file is missing.
 void check_config_file(const ConfigSource& source) {
     if (!source.is_file() || SysFilesystem::file_exists(source.path.c_str()))
         return;
-    std::error_code error;
-    const bool is_folder = std::filesystem::is_directory(source.path, error);
-    const FailureReason reason = {FailureKind::MISSING_FILE, is_folder ? "it is a folder" : "no such file"};
+    const FailureReason reason = explain_missing_config(source.path);
     throw ConfigError(describe_refusal(source, reason.text), source, reason, {});
 }
 

@@ -25,6 +25,10 @@ std::string ConfigSource::describe() const {
     }
 }
 
+bool is_in_library(const std::string& path) {
+    return path.rfind("ocio://", 0) == 0;
+}
+
 ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences) {
     if (!config_path.empty())
         return {ConfigSource::FILE, config_path};

@@ -22,6 +22,10 @@ struct ConfigSource {
     std::string describe() const;
 };
 
+/// Whether `path` names a configuration that newer colour libraries hold themselves: "ocio://default". The
+/// module takes those from the environment only.
+bool is_in_library(const std::string& path);
+
 /// The file at `config_path`; when that is empty the one that $OCIO names; then the one that `preferences`
 /// tell to use; else the built-in configuration.
 ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences);

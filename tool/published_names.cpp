@@ -74,10 +74,14 @@ std::vector<PublishedView> get_hidden_views() {
 }
 
 std::vector<PublishedRole> get_published_roles() {
-    std::vector<PublishedRole> roles = {{SCENE_LINEAR_ROLE, to_string(ColorIO::get_ROLE_SCENE_LINEAR())}};
+    std::vector<PublishedRole> roles;
+    const auto add = [&](const char* role, const CoreString& color_space) {
+        roles.push_back({role, to_string(color_space), ColorIOInspection::has_role(role)});
+    };
+    add(SCENE_LINEAR_ROLE, ColorIO::get_ROLE_SCENE_LINEAR());
     for (int role = 0; role < ColorIOManager::ROLE_COUNT; ++role)
-        roles.push_back({ColorIOManager::get_role_name(static_cast<ColorIOManager::Role>(role)),
-                         to_string(ColorIO::get_role_color_space(role))});
+        add(ColorIOManager::get_role_name(static_cast<ColorIOManager::Role>(role)),
+            ColorIO::get_role_color_space(role));
     return roles;
 }
 

@@ -30,6 +30,8 @@ struct PublishedView {
 struct PublishedRole {
     std::string role; ///< As configurations write it, for example "scene_linear".
     std::string color_space;
+    bool is_in_config =
+        false; ///< Else the module chose the space, which the configuration may not even have.
 };
 
 std::vector<PublishedSpace> get_published_spaces();

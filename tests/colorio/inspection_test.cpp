@@ -59,6 +59,14 @@ TEST_F(ActiveConfig, IsDescribedSpaceBySpace) {
     EXPECT_EQ(ColorIOInspection::get_named_transforms().get_count(), 0u);
 }
 
+TEST_F(ActiveConfig, TellsItsOwnRolesFromThoseThatTheModuleFills) {
+    use_config();
+    EXPECT_TRUE(ColorIOInspection::has_role("scene_linear"));
+    EXPECT_FALSE(ColorIOInspection::has_role("matte_paint"));
+    EXPECT_FALSE(str(ColorIO::get_role_color_space(ColorIOManager::MATTE_PAINT)).empty());
+    EXPECT_FALSE(ColorIOInspection::has_role("gamma")) << "a colour space";
+}
+
 TEST_F(ActiveConfig, TellsWhatLeadsToAView) {
     use_config();
     const ColorIOInspection::View view = ColorIOInspection::get_view("Monitor", "Film");

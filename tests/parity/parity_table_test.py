@@ -4,6 +4,7 @@
 usage: parity_table_test.py PARITY_VALUES
 """
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -11,6 +12,7 @@ import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 TABLE = PROJECT / "scripts" / "parity_table"
+VALUES = PROJECT / "scripts" / "parity_values"
 SAMPLES = PROJECT / "tests" / "configs"
 PROGRAM = ""
 ROW = "space\tgamma\tto scene-linear\tpixel"
@@ -71,7 +73,7 @@ class TableTest(unittest.TestCase):
 
     def test_a_reason_excuses_its_own_row_up_to_its_limit(self):
         old, new = values("1.1.1", f"{ROW}\t0\t1\t2\t1"), values("2.1.2", f"{ROW}\t0\t1\t2.5\t1")
-        fitting = "1.*\t2.*\tshow/*\tspace gamma\tto *\t0.6\tbecause so"
+        fitting = "1.*\t2.*\tshow/*\tspace gamma\tto *\tany\t0.6\tbecause so"
         self.set_reasons(fitting)
         self.expect(old, new, 0, "because so", "1 beyond", "0 unexplained")
         for change in (("0.6", "0.4"), ("gamma", "log"), ("to *", "from *"), ("show", "other"), ("2.*", "3.*")):
@@ -79,9 +81,40 @@ class TableTest(unittest.TestCase):
                 self.set_reasons(fitting.replace(*change))
                 self.expect(old, new, 1, "UNEXPLAINED")
 
+    def test_a_reason_excuses_its_own_values_only(self):
+        old = values("1.1.1", f"{ROW}\t0\t1\t7e-7\t0.5")
+        for kind, numbers, is_excused in (
+                ("cut at 0", "-0.3\t1\t-0.2\t0.5", True), ("cut at 0", "0.3\t1\t7e-7\t0.5", False),
+                ("cut at 0", "0\t1.2\t7e-7\t0.5", False), ("cut at 0", "0\t1\t7e-7\t-0.1", False),
+                ("cut at 0", "0\t-0.1\t7e-7\t0.5", False), ("cut at 0", "nan\t1\t7e-7\t0.5", False),
+                ("cut at 0 and 1", "-0.3\t1.2\t-0.2\t0.5", True), ("cut at 0 and 1", "0\t0.8\t7e-7\t0.5", False),
+                ("cut at 0 and 1", "0\t1\t7e-7\t1.1", False), ("cut at 0 and 1", "1.1\t1\t7e-7\t0.5", False)):
+            self.set_reasons(f"*\t*\t*\t*\t*\t{kind}\t0.6\tone does not cut")
+            new = values("2.1.2", f"{ROW}\t{numbers}")
+            with self.subTest(kind=kind, numbers=numbers):
+                self.expect(old, new, 0 if is_excused else 1, "one does not cut" if is_excused else "UNEXPLAINED")
+                # It does not matter which of the two cuts.
+                self.expect(new.replace("2.1.2", "1.1.1"), old.replace("1.1.1", "2.1.2"), 0 if is_excused else 1)
+
+    def test_what_no_reason_excuses_is_told_and_not_what_is_worse_and_excused(self):
+        self.set_reasons("*\t*\t*\t*\t*\tcut at 0\t0.6\tone does not cut")
+        self.expect(values("1.1.1", f"{ROW}\t0\t1\t0.2\t1"), values("2.1.2", f"{ROW}\t-0.5\t1\t0.3\t1"), 1,
+                    "UNEXPLAINED; channel 2 of 0.5 0.25 2: 0.2 and 0.3")
+
+    def test_two_reasons_may_excuse_a_row_together(self):
+        self.set_reasons("*\t*\t*\t*\t*\tcut at 0\t0.6\tone does not cut", "*\t*\t*\t*\t*\tany\t0.1\tone is rough")
+        self.expect(values("1.1.1", f"{ROW}\t0\t1\t0.2\t1"), values("2.1.2", f"{ROW}\t-0.5\t1\t0.25\t1"), 0,
+                    "one does not cut; one is rough", "1 beyond", "0 unexplained")
+
+    def test_a_reason_for_unknown_values_is_no_reason(self):
+        self.set_reasons("*\t*\t*\t*\t*\tsome\t0.6\tbecause so")
+        done = self.run_table(values("1.1.1", f"{ROW}\t0\t1\t2\t1"), values("2.1.2", f"{ROW}\t0\t1\t2\t1"))
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("'some' values", done.stderr)
+
     def test_a_reason_that_nothing_needs_fails(self):
         same = f"{ROW}\t0\t1\t2\t1"
-        reason = "1.*\t2.*\tshow/config.ocio\tspace gamma\tto *\t0.6\tbecause so"
+        reason = "1.*\t2.*\tshow/config.ocio\tspace gamma\tto *\tany\t0.6\tbecause so"
         self.set_reasons(reason)
         self.expect(values("1.1.1", same), values("2.1.2", same), 1, "no difference has this reason any more")
         self.set_reasons(reason.replace("show/config.ocio", "*"))
@@ -95,7 +128,7 @@ class TableTest(unittest.TestCase):
         self.expect(values("1.1.1", refused), values("2.1.2", refused), 0, "refused by both: no cubes backwards")
         self.expect(values("1.1.1", converts), values("2.1.2", refused), 1,
                     "refused by 2.1.2: no cubes backwards; UNEXPLAINED")
-        self.set_reasons("*\t*\t*\t*\t*\trefused by 1.*: no cubes *\tcubes are hard")
+        self.set_reasons("*\t*\t*\t*\t*\tany\trefused by 1.*: no cubes *\tcubes are hard")
         self.expect(values("1.1.1", refused), values("2.1.2", converts), 0, "cubes are hard")
         self.expect(values("1.1.1", converts), values("2.1.2", refused), 1, "UNEXPLAINED")
 
@@ -111,6 +144,15 @@ class TableTest(unittest.TestCase):
         self.expect(newer.replace("newer", "better"), converts, 1, "UNEXPLAINED")
         self.expect(newer.replace("newer", "better"), newer.replace("1.1.1", "2.1.2"), 0, "refused by 2.1.2")
 
+    def test_a_program_that_did_not_come_to_its_end_has_no_excuse(self):
+        self.set_reasons("*\t*\t*\t*\t*\tany\t*\tno matter what")
+        died = "library\t{}\ncut short\tthe program ended with 139\n"
+        converts = f"{ROW}\t0\t1\t2\t1"
+        self.expect(died.format("1.1"), died.format("2.1"), 1, "1.1: the program ended with 139; 2.1: the program",
+                    "UNEXPLAINED", "1 unexplained")
+        self.expect(values("1.1.1", converts), died.format("2.1"), 1, "2.1: the program ended", "1 unexplained")
+        self.expect(died.format("1.1"), values("2.1.2", converts), 1, "1.1: the program ended", "1 unexplained")
+
     def test_half_a_file_is_no_result(self):
         whole = values("1.1.1", f"{ROW}\t0\t1\t2\t1")
         for broken in ("", "library\t2.1.2\n", whole.replace("\t2\t1\n", "\n")):
@@ -118,6 +160,34 @@ class TableTest(unittest.TestCase):
                 done = self.run_table(whole, broken)
                 self.assertNotEqual(done.returncode, 0)
                 self.assertNotIn("unexplained", done.stdout)
+
+
+class ValuesTest(unittest.TestCase):
+    """scripts/parity_values, in a project that holds nothing else."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.project = pathlib.Path(folder.name)
+        (self.project / "scripts").mkdir()
+        shutil.copy(VALUES, self.project / "scripts")
+        (self.project / "build" / "parity" / "configurations").mkdir(parents=True)
+
+    def write_values(self, *commands):
+        program = self.project / "program"
+        program.write_text("#!/bin/sh\n" + "\n".join(commands) + "\n", encoding="utf-8")
+        program.chmod(0o755)
+        subprocess.run([self.project / "scripts" / VALUES.name, "2.1", program], capture_output=True, check=True)
+        return (self.project / "build/parity/values/2.1/built-in.tsv").read_text(encoding="utf-8")
+
+    def test_what_the_program_wrote_is_kept(self):
+        self.assertEqual(self.write_values("echo values"), "values\n")
+
+    def test_a_program_that_dies_has_refused_nothing(self):
+        for command, status in (("kill -SEGV $$", 139), ("exit 3", 3)):
+            with self.subTest(command):
+                self.assertEqual(self.write_values("echo values", command),
+                                 f"library\t2.1\ncut short\tthe program ended with {status}\n")
 
 
 class ProgramTest(unittest.TestCase):

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "colorio/ocio/types.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/tool/configs.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -8,6 +9,7 @@ namespace {
 
 using nlohmann::json;
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -76,6 +78,25 @@ TEST_F(List, ShowsTheRoles) {
     EXPECT_EQ(roles.at("texture_paint"), "half_light");
 }
 
+TEST_F(List, MarksTheRolesThatTheConfigurationDoesNotHave) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    const json answer = list_json({"roles", "--config", path("show.ocio")});
+    const json& in_config = answer.at("roles_in_config");
+    EXPECT_EQ(in_config.size(), answer.at("roles").size());
+    for (const auto& [role, is_in_config] : in_config.items())
+        EXPECT_EQ(is_in_config, role == "scene_linear" || role == "texture_paint") << role;
+    const ToolRun table = run({"list", "roles", "--config", path("show.ocio")});
+    EXPECT_THAT(table.out, AllOf(ContainsRegex("texture_paint +half_light\n"),
+                                 ContainsRegex("matte_paint +linear +not in the configuration\n")));
+}
+
+TEST_F(List, MarksEveryRoleOfTheBuiltinConfigurationWhichHasNone) {
+    const json in_config = list_json({"roles"}).at("roles_in_config");
+    EXPECT_EQ(in_config.size(), 9u);
+    for (const auto& [role, is_in_config] : in_config.items())
+        EXPECT_EQ(is_in_config, false) << role;
+}
+
 TEST_F(List, ShowsEverythingWithoutATopic) {
     const json answer = list_json({});
     for (const char* topic : {"spaces", "named_transforms", "views", "roles", "cdls"})
@@ -126,6 +147,19 @@ TEST_F(List, FailsOnAConfigurationThatIsMissing) {
     EXPECT_THAT(result, FailsWith(1, "colorio: cannot load the configuration '" + path("missing.ocio") +
                                          "': no such file\n"));
     EXPECT_THAT(result.out, IsEmpty());
+}
+
+TEST_F(List, SaysHowToUseAConfigurationThatTheColorLibraryHolds) {
+    EXPECT_THAT(run({"list", "--config", "ocio://default"}),
+                FailsWith(1, AllOf(HasSubstr("'ocio://default': it is no file"),
+                                   HasSubstr("set OCIO=ocio://default"))));
+}
+
+TEST_F(List, ShowsAConfigurationThatTheColorLibraryHoldsOrWhyItHoldsNone) {
+    ocio.set("ocio://default");
+    const ToolRun result = run({"list", "views"});
+    EXPECT_THAT(result.out + result.err, HasSubstr(library_differences::expected("OCIO=ocio://default")));
+    EXPECT_EQ(result.code, result.err.empty() ? 0 : 1);
 }
 
 TEST_F(List, FailsOnAFolderInsteadOfAConfiguration) {

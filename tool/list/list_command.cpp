@@ -27,16 +27,22 @@ constexpr char EXAMPLES[] = R"(  colorio list
 constexpr char ALL[] = "all";
 
 void print_roles(Console& console, bool) {
-    TextTable table({"role", "colour space"});
+    TextTable table({"role", "colour space", "remark"});
     for (const PublishedRole& role : get_published_roles())
-        table.add_row({role.role, role.color_space});
+        table.add_row({role.role, role.color_space, role.is_in_config ? "" : "not in the configuration"});
+    table.drop_empty_columns();
     table.print(console);
 }
 
 void add_roles_to_json(nlohmann::ordered_json& answer) {
-    auto& roles = answer["roles"] = nlohmann::ordered_json::object();
-    for (const PublishedRole& role : get_published_roles())
+    auto roles = nlohmann::ordered_json::object();
+    auto from_config = nlohmann::ordered_json::object();
+    for (const PublishedRole& role : get_published_roles()) {
         roles[role.role] = role.color_space;
+        from_config[role.role] = role.is_in_config;
+    }
+    answer["roles"] = roles;
+    answer["roles_in_config"] = from_config;
 }
 
 bool is_always_there() {

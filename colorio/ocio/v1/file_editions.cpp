@@ -55,10 +55,10 @@ FileEditions& file_editions() {
 /// Sources of file transforms, and what edited files are to be asked for instead.
 using Spellings = std::map<std::string, std::string>;
 
-Spellings current_spellings(const ConstConfigRcPtr& config, const ConversionParts& conversion) {
+Spellings current_spellings(const ConstConfigRcPtr& config, const ConversionParts& parts) {
     const library::ConstContextRcPtr context = config->getCurrentContext();
     Spellings spellings;
-    for (const auto& [source, path] : conversion.files)
+    for (const auto& [source, path] : parts.files)
         if (const unsigned edition = file_editions().edition_of(path))
             spellings.emplace(source, spell_edition(context->resolveStringVar(source.c_str()), edition));
     return spellings;
@@ -115,17 +115,17 @@ void forget_file_editions() {
     file_editions().forget();
 }
 
-ConstConfigRcPtr with_current_editions(const ConstConfigRcPtr& config, const ConversionParts& conversion) {
-    const Spellings spellings = current_spellings(config, conversion);
+Conversion with_current_editions(const Conversion& conversion, const ConversionParts& parts) {
+    const Spellings spellings = current_spellings(conversion.config, parts);
     if (spellings.empty())
-        return config;
-    const ConfigRcPtr copy = create_editable_copy(config);
-    for (const GraphNode& node : conversion.nodes)
+        return conversion;
+    const ConfigRcPtr copy = create_editable_copy(conversion.config);
+    for (const GraphNode& node : parts.nodes)
         if (node.kind == NodeKind::COLOR_SPACE)
             respell_space(copy, node.name, spellings);
         else
             respell_look(copy, node.name, spellings);
-    return copy;
+    return {copy, respell(conversion.transform, spellings)};
 }
 
 std::string spell_edition(const std::string& path, unsigned edition) {

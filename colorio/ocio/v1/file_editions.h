@@ -10,9 +10,15 @@ namespace ocio {
 /// From now on, files that changed since they were read are read again.
 void forget_file_editions();
 
-/// `config` itself, or a copy of it in which the conversion asks anew for those of its files that changed
-/// before the last `forget_file_editions`.
-ConstConfigRcPtr with_current_editions(const ConstConfigRcPtr& config, const ConversionParts& conversion);
+/// A conversion and the configuration that it belongs to.
+struct Conversion {
+    ConstConfigRcPtr config;
+    ConstTransformRcPtr transform;
+};
+
+/// `conversion` itself, or copies that ask anew for those of its files that changed before the last
+/// `forget_file_editions`. `parts` are the conversion's.
+Conversion with_current_editions(const Conversion& conversion, const ConversionParts& parts);
 
 /// `path` spelled in another way for every number; 0 leaves it as it is.
 std::string spell_edition(const std::string& path, unsigned edition);

@@ -96,8 +96,8 @@ private:
 /// Checks the conversion before the library, and has edited files read again.
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     const ConversionParts parts = check_conversion(config, conversion);
-    return std::make_shared<const LibraryProcessor>(
-        with_current_editions(config, parts)->getProcessor(conversion));
+    const Conversion current = with_current_editions({config, conversion}, parts);
+    return std::make_shared<const LibraryProcessor>(current.config->getProcessor(current.transform));
 }
 
 /// The library's own message leaves the name out.

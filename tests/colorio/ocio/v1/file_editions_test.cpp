@@ -104,6 +104,24 @@ TEST_F(EditedFiles, AreReadAgainInLooks) {
     EXPECT_FLOAT_EQ(half(), 0.125f);
 }
 
+TEST_F(EditedFiles, AreReadAgainWhereTheConversionItselfNamesThem) {
+    load({});
+    const ocio::FileTransformRcPtr file = ocio::create_file_transform();
+    ocio::set_src(file, "film.spi1d");
+    ocio::set_interpolation(file, ocio::INTERP_LINEAR);
+    const ocio::GroupTransformRcPtr group = ocio::create_group_transform();
+    ocio::push_back(group, file);
+    for (const char* gain : {"0.5", "0.25"}) {
+        edit(gain);
+        for (const ocio::ConstTransformRcPtr& transform :
+             {ocio::ConstTransformRcPtr(file), ocio::ConstTransformRcPtr(group)}) {
+            std::array<float, 4> pixel{0.5f, 0.5f, 0.5f, 1};
+            ocio::get_processor(config_, transform)->apply_rgba(pixel.data());
+            EXPECT_FLOAT_EQ(pixel[0], 0.5f * std::stof(gain));
+        }
+    }
+}
+
 TEST_F(EditedFiles, StayAsTheyWereUntilTheCachesAreCleared) {
     load_space("!<FileTransform> {src: film.spi1d, interpolation: linear}");
     edit("0.5");

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Tests of what ./dev makes of its arguments, in a project where nothing is built: other programs stand in for those
+that would do the work, and tell how they were called.
+"""
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+PROJECT = pathlib.Path(__file__).resolve().parents[1]
+STAND_IN = '#!/bin/sh\necho "called: $(basename "$0") $*"\n'
+
+
+class DevTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.project = self.folder / "project"
+        self.project.mkdir()
+        shutil.copy(PROJECT / "dev", self.project)
+        shutil.copytree(PROJECT / "scripts", self.project / "scripts")
+        self.stand_in(self.project / "scripts" / "debian_root")
+        (self.folder / "bin").mkdir()
+        for name in ("cmake", "ctest", "curl", "apt-get"):
+            self.stand_in(self.folder / "bin" / name)
+        self.stand_in(self.folder / "bin" / "dpkg-query", "#!/bin/sh\nprintf 'install ok installed'\n")
+
+    def stand_in(self, path, text=STAND_IN):
+        path.write_text(text, encoding="utf-8")
+        path.chmod(0o755)
+
+    def run_dev(self, *arguments, **variables):
+        environment = {name: value for name, value in os.environ.items() if not name.startswith("QB_")}
+        environment.update(variables, PATH=f"{self.folder / 'bin'}:{os.environ['PATH']}")
+        return subprocess.run([self.project / "dev", *arguments], env=environment, capture_output=True, text=True,
+                              check=False)
+
+    def make_configs(self, *path):
+        folder = self.folder.joinpath(*path)
+        folder.mkdir(parents=True)
+        (folder / "show.ocio").write_text(path[0], encoding="utf-8")
+        return folder
+
+    def test_a_wrong_library_to_leave_out_is_refused_before_anything_is_built(self):
+        for arguments in (("--without", "2.6"), ("--without",)):
+            with self.subTest(arguments):
+                done = self.run_dev("parity", *arguments)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertIn("--without takes 2.5", done.stderr)
+                self.assertNotIn("called: ", done.stdout + done.stderr)
+
+    def test_a_failure_to_configure_is_told_in_full(self):
+        self.stand_in(self.folder / "bin" / "cmake", "#!/bin/sh\necho some words\necho more >&2\nexit 1\n")
+        done = self.run_dev("build")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("some words\nmore\n", done.stderr)
+        self.assertIn("configuring release failed", done.stderr)
+
+    def test_folders_are_copied_to_where_a_system_of_its_own_sees_them(self):
+        folders = [self.make_configs("one"), self.make_configs("two", "deeper")]
+        options = [part for folder in folders for part in ("--configs", str(folder))]
+        done = self.run_dev("test", "--ocio", "2.5", *options, "pixel")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("./dev test --configs build/test_configs pixel\n", done.stdout)
+        for name, text in (("one", "one"), ("deeper", "two")):
+            self.assertEqual((self.project / "build/test_configs" / name / "show.ocio").read_text(), text)
+
+    def test_two_folders_of_one_name_are_refused(self):
+        options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
+        done = self.run_dev("test", "--ocio", "2.5", *options)
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("two folders are called same", done.stderr)
+        self.assertNotIn("called: debian_root", done.stdout)
+
+    def test_the_tests_find_the_folders_in_a_variable(self):
+        self.stand_in(self.folder / "bin" / "ctest", '#!/bin/sh\necho "folders: $QB_TEST_CONFIGS"\n')
+        one, two = self.make_configs("one"), self.make_configs("two")
+        done = self.run_dev("test", "--configs", str(one), "--configs", str(two))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn(f"folders: {one.resolve()}:{two.resolve()}\n", done.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
