@@ -1,6 +1,5 @@
 #include "colorio/ocio/v2/pixel_bridge_tables.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
