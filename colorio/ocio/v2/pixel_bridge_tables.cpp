@@ -1,6 +1,6 @@
 #include "colorio/ocio/v2/pixel_bridge_tables.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -19,8 +19,10 @@ bool has_multiply_add() {
 #endif
 }
 
-bool same_bits(float a, float b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+std::uint32_t bits_of(float v) {
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &v, sizeof bits);
+    return bits;
 }
 
 /// Red's curve, or when the others differ red's, green's and blue's; most tables have one for all.
@@ -31,7 +33,7 @@ std::vector<float> read_curves(const library::Lut1DTransform& transform, bool& s
     for (std::size_t i = 0; i < length && shared; ++i) {
         float green = 0, blue = 0;
         transform.getValue(i, values[i], green, blue);
-        shared = same_bits(values[i], green) && same_bits(values[i], blue);
+        shared = bits_of(values[i]) == bits_of(green) && bits_of(values[i]) == bits_of(blue);
     }
     if (shared)
         return values;
