@@ -110,11 +110,15 @@ FailureReason explain_library_message(const std::string& message) {
     return {FailureKind::OTHER, line};
 }
 
+bool is_library_failure(const LoggedMessage& message) {
+    return starts_with(message.text, LIBRARY_PREFIX);
+}
+
 FailureReason find_failure_reason(const std::vector<LoggedMessage>& messages) {
     const LoggedMessage* last_warning = nullptr;
     const LoggedMessage* first_error = nullptr;
     for (const LoggedMessage& message : messages) {
-        if (starts_with(message.text, LIBRARY_PREFIX))
+        if (is_library_failure(message))
             return explain_library_message(message.text.substr(LIBRARY_PREFIX.size()));
         if (message.level == LOG_ERROR && first_error == nullptr)
             first_error = &message;

@@ -21,6 +21,9 @@ const char* get_kind_name(FailureKind kind);
 /// Puts the colour library's words into ones to act on; words that are not known stay as they are.
 FailureReason explain_library_message(const std::string& message);
 
+/// True for the colour library's own words, among what the module logs.
+bool is_library_failure(const LoggedMessage& message);
+
 /// The reason that the module's messages give for a failure: the colour library's own words where it threw,
 /// otherwise the first error, else the last warning.
 FailureReason find_failure_reason(const std::vector<LoggedMessage>& messages);

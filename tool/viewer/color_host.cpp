@@ -43,6 +43,13 @@ std::vector<std::string> get_own_files() {
     return files;
 }
 
+/// True when there are others than the CDL library, whose corrections the module lists among them.
+bool has_own_files(const std::string& library_path) {
+    const std::vector<std::string> files = get_own_files();
+    return std::any_of(files.begin(), files.end(),
+                       [&](const std::string& file) { return file != library_path; });
+}
+
 } // namespace
 
 /// Follows what the module tells its host.
@@ -122,30 +129,46 @@ ColorHost::Fault ColorHost::use_config(const std::string& path) {
 }
 
 bool ColorHost::reload() {
-    if (!get_own_files().empty()) {
-        ColorIOManager::get_instance()->load_config(nullptr); // makes them anew from their files
-        ++observer->revision;
-    }
-    const auto read_again = [this](const std::string& path, auto find_fault, const auto& event) {
-        if (path.empty())
-            return Fault();
-        Fault fault = (this->*find_fault)(path);
-        if (!fault) {
-            session.get_app().raise_event(event);
-            ++observer->revision;
-        }
-        return fault;
-    };
-    config_fault = read_again(config_path, &ColorHost::find_config_fault,
-                              EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-    library_fault =
-        read_again(library_path, &ColorHost::find_library_fault, EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    config_fault = config_path.empty() ? Fault() : find_config_fault(config_path);
+    // Without a whole configuration the module would turn to the built-in one.
+    if (!config_fault && has_own_files(library_path))
+        own_fault = reload_own_files();
+    if (!config_fault && !config_path.empty())
+        raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    library_fault = library_path.empty() ? Fault() : find_library_fault(library_path);
+    // The module would drop the CDLs of the user's own that cannot be read.
+    if (!library_fault && !own_fault && !library_path.empty())
+        raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
     return get_source_faults().empty();
+}
+
+template <class Event>
+void ColorHost::raise(const Event& event) {
+    session.get_app().raise_event(event);
+    ++observer->revision;
+}
+
+/// What cannot be read keeps its last state in the module, which tells it in its log alone.
+ColorHost::Fault ColorHost::reload_own_files() {
+    session.take_messages();
+    ColorIOManager::get_instance()->load_config(nullptr);
+    ++observer->revision;
+    std::vector<LoggedMessage> failures;
+    for (LoggedMessage& message : session.take_messages())
+        if (is_own_file_failure(message))
+            failures.push_back(std::move(message));
+    return failures.empty() ? Fault() : explain_failure(failures);
+}
+
+/// The module makes the corrections of the library anew too; what is wrong with those is told by themselves.
+bool ColorHost::is_own_file_failure(const LoggedMessage& message) const {
+    return message.level == LOG_ERROR && is_library_failure(message) &&
+           (library_path.empty() || message.text.find(library_path) == std::string::npos);
 }
 
 std::vector<std::string> ColorHost::get_source_faults() const {
     std::vector<std::string> faults;
-    for (const Fault& fault : {config_fault, library_fault})
+    for (const Fault& fault : {config_fault, own_fault, library_fault})
         if (fault)
             faults.push_back(*fault);
     return faults;

@@ -26,8 +26,11 @@ public:
 
     /// Switches to the configuration file at `path`, or to the built-in configuration when that is empty.
     Fault use_config(const std::string& path);
-    /// Reads the configuration in force, its files and the CDL library again. Of the two, what is whole is
-    /// taken over though the other is not. False when `get_source_faults` has something to tell afterwards.
+    /// Reads the configuration in force, its files, the files of the user's own colour spaces and CDLs, and
+    /// the CDL library again. What is whole is taken over though another is not, but for two things that the
+    /// module reads together: own files wait for a whole configuration, and corrections that are new in the
+    /// library for whole CDLs of the user's own. False when `get_source_faults` has something to tell
+    /// afterwards.
     bool reload();
     /// Takes the corrections of an ASC CDL file into the list of CDLs.
     Fault use_cdl_library(const std::string& path);
@@ -78,12 +81,17 @@ private:
     std::string find_space(const std::string& name) const;
     Fault find_config_fault(const std::string& path);
     Fault find_library_fault(const std::string& path);
+    template <class Event>
+    void raise(const Event& event);
+    Fault reload_own_files();
+    bool is_own_file_failure(const LoggedMessage& message) const;
 
     ColorSession session;
     std::string config_path;
     bool from_environment;
     std::string library_path;
     Fault config_fault;
+    Fault own_fault; ///< Of the user's own colour spaces and CDLs.
     Fault library_fault;
     std::unique_ptr<ListObserver> observer;
     mutable std::unique_ptr<Lists> lists;
