@@ -67,6 +67,17 @@ TEST_F(CommandView, FailsWithOneAndSaysWhyWhenTheViewCannotBeMade) {
     EXPECT_FALSE(folder.exists("screenshot.png"));
 }
 
+TEST_F(CommandView, IsNotKeptFromAScreenshotByAViewThatItShowsNoMore) {
+    const std::string config = write_config(folder); // Its LUT is missing.
+    const std::string script =
+        folder.write("tour.txt", "second-view Screen.Shown\nlayout wipe\nlayout single\n");
+    EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Raw", "--script", script, "--screenshot",
+                   screenshot}),
+              0)
+        << err.str();
+    EXPECT_TRUE(folder.exists("screenshot.png"));
+}
+
 TEST_F(CommandView, ZoomsIntoTheMiddle) {
     ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--zoom", "8", "--screenshot",
                    screenshot}),

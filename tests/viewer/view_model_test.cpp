@@ -1,5 +1,7 @@
 #include "tool/viewer/view_model.h"
 
+#include <filesystem>
+
 #include "tests/viewer/model_fixture.h"
 
 namespace {
@@ -80,6 +82,25 @@ TEST_F(ModelOfAViewer, MakesConversionsAnewOnlyWhenTheyDependOnTheChange) {
     EXPECT_EQ(model->get_chain(FIRST), exposed) << "the exposure is no part of the conversions";
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_NE(model->get_chain(FIRST), exposed);
+}
+
+TEST_F(ModelOfAViewer, TellsWhatIsWrongWithTheSecondViewWhileItIsShown) {
+    std::filesystem::remove(folder.file("luts/shown.spi1d"));
+    model->use_config(config);
+    model->set_view(ViewModel::SECOND, "Screen.Shown");
+    const auto get_faults_of = [&](tool::Layout layout) {
+        model->set_layout(layout);
+        model->get_chain(FIRST);
+        model->get_chain(ViewModel::SECOND);
+        return model->get_faults();
+    };
+    for (const tool::Layout both : {tool::Layout::WIPE, tool::Layout::SIDE_BY_SIDE})
+        EXPECT_THAT(get_faults_of(both), ElementsAre(HasSubstr("shown.spi1d")));
+    EXPECT_THAT(get_faults_of(tool::Layout::SINGLE), IsEmpty());
+    model->set_layout(tool::Layout::WIPE);
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
+    model->set_view(ViewModel::SECOND, "Screen.Raw");
+    EXPECT_THAT(model->get_faults(), IsEmpty()) << "nothing is known of this view yet";
 }
 
 TEST_F(ModelOfAViewer, RefusesNamesThatDoNotExistAndKeepsWhatItHas) {

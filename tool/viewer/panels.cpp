@@ -148,7 +148,7 @@ void Panels::show_layout(ViewModel& model, const ViewRenderer& renderer) {
         if (choice.layout != Layout::DIFFERENCE)
             ImGui::SameLine();
     }
-    if (layout == Layout::WIPE || layout == Layout::SIDE_BY_SIDE) {
+    if (shows_both_views(layout)) {
         std::string chosen;
         if (choose(items, "Second view", model.get_host().get_views(),
                    model.get_settings(ViewModel::SECOND).view, filter, chosen))

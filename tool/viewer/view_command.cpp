@@ -124,7 +124,7 @@ private:
     void save_screenshot(Viewer& viewer) const {
         ViewModel& model = viewer.get_model();
         model.get_chain(ViewModel::FIRST);
-        if (model.get_layout() == Layout::WIPE || model.get_layout() == Layout::SIDE_BY_SIDE)
+        if (shows_both_views(model.get_layout()))
             model.get_chain(ViewModel::SECOND);
         for (const std::string& fault : model.get_faults())
             throw CommandError(fault);

@@ -162,11 +162,19 @@ void ViewModel::reload_sources(const std::string& changed) {
         note = fmt::format("read {} again", std::filesystem::path(changed).filename().string());
 }
 
+/// A fault of other settings, and of a view that is not shown, is none.
+std::string ViewModel::get_chain_fault(Side side) const {
+    const Chain& cached = chains[side];
+    const bool is_shown = side == FIRST || shows_both_views(layout);
+    const bool is_current = cached.key && *cached.key == ColorChain::make_key(host, get_settings(side));
+    return is_shown && is_current ? cached.fault : "";
+}
+
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults = host.get_source_faults();
     for (std::string& fault : faults)
         fault += " (still showing the last good state)";
-    for (const std::string& fault : {chains[FIRST].fault, chains[SECOND].fault, pictures.get_fault()})
+    for (const std::string& fault : {get_chain_fault(FIRST), get_chain_fault(SECOND), pictures.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
             faults.push_back(fault);
     return faults;

@@ -84,6 +84,7 @@ private:
     void take_space_of_file();
     void use_existing_names();
     void watch_files();
+    std::string get_chain_fault(Side side) const;
     void reload_sources(const std::string& changed);
 
     struct Chain {

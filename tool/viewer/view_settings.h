@@ -26,4 +26,9 @@ enum class Layout {
     DIFFERENCE    ///< What the GPU and the CPU disagree on.
 };
 
+/// True when the layout shows the second view beside the first.
+inline bool shows_both_views(Layout layout) {
+    return layout == Layout::WIPE || layout == Layout::SIDE_BY_SIDE;
+}
+
 } // namespace tool
