@@ -131,6 +131,16 @@ TEST_F(WatchedFiles, AreForgottenForOthers) {
     EXPECT_THAT(wait_for_changes(), ElementsAre(other_file));
 }
 
+TEST_F(WatchedFiles, AreAwaitedForAnyTime) {
+    constexpr auto LONGEST = std::chrono::milliseconds::max(), SHORTEST = std::chrono::milliseconds::min();
+    EXPECT_THAT(watcher.take_changes(SHORTEST), IsEmpty());
+    EXPECT_THAT(watcher.take_changes(std::chrono::milliseconds(-1)), IsEmpty());
+    folder.write("a.cube", "text");
+    EXPECT_THAT(watcher.take_changes(SHORTEST), ElementsAre(file));
+    folder.write("a.cube", "another text");
+    EXPECT_THAT(watcher.take_changes(LONGEST), ElementsAre(file));
+}
+
 TEST_F(WatchedFiles, AreNotToldOfWhenTheyAreRead) {
     folder.write("a.cube", "text");
     wait_for_changes();

@@ -119,6 +119,14 @@ TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {
     EXPECT_EQ(model->get_picture()->width, 8);
 }
 
+TEST_F(ScriptOfAViewer, WaitsNoNegativeTimeAndNoLongerThanADay) {
+    for (const char* seconds : {"-1", "-1e300", "86401", "1e12", "1e300"})
+        EXPECT_THAT(failure_of(std::string("await-change ") + seconds), HasSubstr("0 to 86400 s")) << seconds;
+    write_ramps(picture, 8, 8);
+    run("await-change 86400\n");
+    EXPECT_EQ(model->get_picture()->width, 8);
+}
+
 TEST_F(ScriptOfAViewer, PassesOverWhatAnEditorWritesBesideTheFile) {
     std::thread editor([this] {
         for (int i = 0; i < 20; ++i)

@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <tuple>
 
 namespace tool {
@@ -94,15 +96,21 @@ void FileWatcher::place_watches_on_way(const std::string& path, const std::strin
 
 std::vector<std::string> FileWatcher::take_changes(std::chrono::milliseconds patience) {
     using Clock = std::chrono::steady_clock;
+    using std::chrono::milliseconds;
+    // A negative one would have `poll` wait for ever.
+    const auto clamp = [](milliseconds time) {
+        return std::clamp(time, milliseconds(0), milliseconds(std::numeric_limits<int>::max()));
+    };
+    patience = clamp(patience);
     const Clock::time_point end = Clock::now() + patience;
     std::vector<std::string> changes;
     pollfd wanted = {descriptor, POLLIN, 0};
-    std::chrono::milliseconds left = patience;
+    milliseconds left = patience;
     while (descriptor >= 0 && poll(&wanted, 1, static_cast<int>(left.count())) > 0) {
         changes = read_changes();
         if (!changes.empty() || Clock::now() >= end)
             break;
-        left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()); // Others end no wait.
+        left = clamp(std::chrono::ceil<milliseconds>(end - Clock::now())); // Others end no wait.
     }
     return changes;
 }

@@ -22,7 +22,8 @@ public:
     /// folders need to exist.
     void watch(const std::vector<std::string>& files);
 
-    /// Those of the files that changed since the last call, each once; waits so long for the first.
+    /// Those of the files that changed since the last call, each once; waits so long for the first,
+    /// not at all when that is negative, and never longer than some weeks.
     std::vector<std::string> take_changes(std::chrono::milliseconds patience = {});
 
 private:

@@ -23,6 +23,7 @@ namespace {
 
 constexpr char BLANKS[] = " \t\r";
 constexpr char QUIT[] = "quit";
+constexpr int MAX_PATIENCE = 24 * 60 * 60; ///< Seconds.
 
 std::string trim(const std::string& text) {
     const std::size_t first = text.find_first_not_of(BLANKS);
@@ -59,7 +60,11 @@ void set_zoom(Camera& camera, const std::string& argument) {
 }
 
 void await_change(Viewer& viewer, const std::string& argument) {
-    const auto patience = std::chrono::milliseconds(std::lround(1000 * parse_number(argument)));
+    const double seconds = parse_number(argument);
+    if (seconds < 0 || seconds > MAX_PATIENCE)
+        throw CommandError(
+            fmt::format("cannot wait for {} s; a change is awaited for 0 to {} s", argument, MAX_PATIENCE));
+    const auto patience = std::chrono::milliseconds(std::lround(1000 * seconds));
     if (!viewer.get_model().follow_changes(patience))
         throw CommandError(fmt::format("no file changed within {} s", argument));
 }
