@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include <OpenColorIO/OpenColorIO.h>
+
 #include "colorio/color_io_manager.h"
 #include "tests/viewer/model_fixture.h"
 
@@ -21,7 +23,16 @@ std::string make_library(const std::string& slope) {
 }
 
 /// A model whose files change.
-class ModelThatFollowsChanges : public ViewModelTest {};
+class ModelThatFollowsChanges : public ViewModelTest {
+protected:
+    void restart(const tool::SessionOptions& options) {
+        model = nullptr;
+        host = nullptr; // There can be one at a time.
+        host = std::make_unique<ColorHost>(options, console);
+        model = std::make_unique<ViewModel>(*host);
+        model->open(picture);
+    }
+};
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedLut) {
     model->set_view(FIRST, "Screen.Shown");
@@ -140,11 +151,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     options.preferences_path =
         folder.write("preferences.yaml", "cdl_library_file_path: " + folder.file("looks.ccc") + "\n");
     folder.write("looks.ccc", make_library("0.5 0.5 0.5"));
-    model = nullptr;
-    host = nullptr; // There can be one at a time.
-    host = std::make_unique<ColorHost>(options, console);
-    model = std::make_unique<ViewModel>(*host);
-    model->open(picture);
+    restart(options);
     model->set_view(FIRST, "Tavelion.linear");
     model->set_cdl("grade");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
@@ -152,6 +159,33 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     EXPECT_THAT(model->get_faults(), IsEmpty());
+}
+
+TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
+    const EnvGuard named("OCIO", config);
+    restart(tool::SessionOptions());
+    model->set_view(FIRST, "Screen.Shown");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+    write_lut(folder, 0.25);
+    follow();
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    std::filesystem::remove(config);
+    follow();
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio")));
+    EXPECT_FLOAT_EQ(shown_white(), 0.25);
+}
+
+TEST_F(ModelThatFollowsChanges, ReadsAConfigurationOfTheLibraryItselfAgain) {
+    if (OCIO_NAMESPACE::GetVersionHex() < 0x02020000)
+        GTEST_SKIP() << "OpenColorIO " << OCIO_NAMESPACE::GetVersion() << " has none";
+    const EnvGuard named("OCIO", "ocio://default");
+    restart(tool::SessionOptions());
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    folder.write("grade.ccc", make_library("0.25 0.25 0.25"));
+    follow();
+    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_EQ(host->get_config_path(), "ocio://default");
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutOfTheUsersOwnSpace) {

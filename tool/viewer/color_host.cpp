@@ -187,10 +187,12 @@ ColorHost::Fault ColorHost::use_cdl_library(const std::string& path) {
 /// The active manager falls back to the built-in configuration when it fails, and the viewer is to keep what
 /// it shows; so a second one tries first.
 ColorHost::Fault ColorHost::find_config_fault(const std::string& path) {
-    if (!SysFilesystem::file_exists(path.c_str()))
+    // The environment may name what is no file, which the module asks the colour library for.
+    const bool is_file = !from_environment || path != config_path;
+    if (is_file && !SysFilesystem::file_exists(path.c_str()))
         return fmt::format("{}: no such file", path);
     Trial trial(*this);
-    if (!from_environment || path != config_path)
+    if (is_file)
         trial.app.set_color_space_file_path(path.c_str());
     trial.app.set_use_color_space_file(true);
     trial.manager.use_file_config(true);
