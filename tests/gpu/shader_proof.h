@@ -26,7 +26,7 @@ private:
 
 /// What a comparison of shader and CPU found over the probe pixels.
 struct ShaderReport {
-    std::size_t pixels = 0; ///< Compared: those that lie in the range of the table.
+    std::size_t pixels = 0; ///< Compared: in the range of the table, and finite on the CPU.
     bool uses_table = false;
     double largest_error = 0;    ///< Of the shader against `convert_pixel`, relative to values above 1.
     std::string largest_place;   ///< "0.5 0.25 0.125: 0.4 on the GPU, 0.41 on the CPU"

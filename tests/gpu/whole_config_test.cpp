@@ -2,6 +2,7 @@
 #include <cctype>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,9 @@ using GlslVersion = ColorIOConverter::GlslVersion;
 constexpr GlslVersion DIALECTS[] = {ColorIOConverter::GLSL_VERSION_LEGACY,
                                     ColorIOConverter::GLSL_VERSION_CORE};
 
+/// Probe pixels on which a shader is to be compared, of some 6000.
+constexpr size_t MIN_PIXELS = 1000;
+
 size_t count(const std::string& text, const std::string& word) {
     size_t found = 0;
     for (size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + word.size()))
@@ -33,12 +37,22 @@ struct Findings {
     const char* kind;
     size_t conversions = 0;
     size_t refused = 0; ///< Conversions that the module does not make.
-    size_t tables = 0;  ///< Shaders that look something up.
+    size_t shaders = 0;
+    size_t tables = 0;                                         ///< Shaders that look something up.
+    size_t pixels = 0;                                         ///< Compared, over all shaders.
+    size_t fewest_pixels = std::numeric_limits<size_t>::max(); ///< That one shader was compared on.
+    std::string fewest_name = "none";
     double largest_error = 0;
     std::string worst = "none"; ///< The conversion of the largest error, and the pixel.
 
     void add(const std::string& name, const ShaderReport& shader) {
+        ++shaders;
         tables += shader.uses_table;
+        pixels += shader.pixels;
+        if (shader.pixels < fewest_pixels) {
+            fewest_pixels = shader.pixels;
+            fewest_name = name;
+        }
         if (shader.largest_error <= largest_error)
             return;
         largest_error = shader.largest_error;
@@ -47,6 +61,9 @@ struct Findings {
     void print() const {
         std::printf("  %zu %s, %zu refused, %zu shaders with a table, largest difference %.3g (%s)\n",
                     conversions, kind, refused, tables, largest_error, worst.c_str());
+        if (shaders > 0)
+            std::printf("    %zu pixels compared, at least %zu by a shader (%s)\n", pixels, fewest_pixels,
+                        fewest_name.c_str());
         testing::Test::RecordProperty(std::string(kind) + "_largest_error", std::to_string(largest_error));
     }
 };
@@ -112,7 +129,9 @@ private:
             const std::string text = get_shader_source(*conversion.converter, version).text;
             EXPECT_EQ(count(text, "sampler"), 1u) << "its one table comes as the parameter";
             EXPECT_EQ(count(text, "uniform"), 0u);
-            findings.add(name, prove_shader(*runners, *conversion.converter, version));
+            const ShaderReport shader = prove_shader(*runners, *conversion.converter, version);
+            EXPECT_GE(shader.pixels, MIN_PIXELS) << "too few lie in the range of the table";
+            findings.add(name, shader);
         }
     }
 
