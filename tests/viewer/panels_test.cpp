@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <set>
 
 #include "tests/viewer/screen_fixture.h"
 
@@ -12,6 +13,29 @@ using tool::ViewModel;
 class PanelsOfAViewer : public ScreenTest {
 protected:
     tool::ColorSettings settings() const { return model->get_settings(ViewModel::FIRST); }
+
+    /// Has the CDLs of these names, which change nothing, listed.
+    void list_cdls(const std::vector<std::string>& names) {
+        std::string library = "<ColorCorrectionCollection>";
+        for (const std::string& name : names)
+            library += "<ColorCorrection id=\"" + name +
+                       "\"><SOPNode><Slope>1 1 1</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>"
+                       "<SatNode><Saturation>1</Saturation></SatNode></ColorCorrection>";
+        model->use_cdl_library(folder.write("names.ccc", library + "</ColorCorrectionCollection>"));
+        viewer->act();
+    }
+    /// The letters of what bears that name in the panels, as bright and dark pixels.
+    std::string read_line(const std::string& name) {
+        constexpr int LEFT = 10, RIGHT = 140, ABOVE = 6;
+        const int middle = static_cast<int>(find(name).y);
+        const ShownPicture shown = take_screenshot();
+        std::string letters;
+        for (int y = middle - ABOVE; y < middle + ABOVE; ++y)
+            for (int x = LEFT; x < RIGHT; ++x)
+                letters += shown.at(x, y)[1] > 160 ? '#' : ' ';
+        EXPECT_NE(letters.find('#'), std::string::npos) << "no letters at " << name;
+        return letters;
+    }
 };
 
 TEST_F(PanelsOfAViewer, ShowAnotherViewWhenItIsChosen) {
@@ -100,6 +124,25 @@ TEST_F(PanelsOfAViewer, StepThroughPicturesAndSayWhichCannotBeRead) {
     expect_shown(1);
     type(">");
     EXPECT_EQ(count_fault_pixels(), 0);
+}
+
+TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
+    // Marks of the panels' library: what follows the first is not shown, the second makes names one.
+    const std::vector<std::string> names = {"x##y", "x##z", "x###y", "v###y"};
+    list_cdls(names);
+    std::set<std::string> shown;
+    for (const std::string& name : names) {
+        click("CDL");
+        click(name);
+        EXPECT_EQ(settings().cdl, name);
+        shown.insert(read_line("CDL"));
+    }
+    EXPECT_EQ(shown.size(), names.size()) << "each can be told from the others in the closed list";
+    click("CDL");
+    shown.clear();
+    for (const std::string& name : names)
+        shown.insert(read_line(name));
+    EXPECT_EQ(shown.size(), names.size()) << "and in the open one";
 }
 
 TEST_F(PanelsOfAViewer, EndTheViewer) {

@@ -29,6 +29,8 @@ protected:
     void double_click(const std::string& name);
     void press(const std::string& key);
     void type(const std::string& text);
+    /// Where it lies. A failure when there is none.
+    const tool::Items::Item& find(const std::string& name) const;
     /// True when the panels show something of that name.
     bool shows(const std::string& name) const { return viewer->get_items().find(name) != nullptr; }
 
@@ -45,7 +47,4 @@ protected:
     std::unique_ptr<tool::ViewModel> model;
     IdleScreen* screen = nullptr;
     std::unique_ptr<tool::Viewer> viewer;
-
-private:
-    const tool::Items::Item& find(const std::string& name) const;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
@@ -144,14 +143,13 @@ std::optional<std::string> FileDialog::show_entries(Items& items) {
         for (auto i = static_cast<std::size_t>(clipper.DisplayStart);
              i < static_cast<std::size_t>(clipper.DisplayEnd); ++i) {
             const std::string name = entries[i].name + (entries[i].is_folder ? "/" : "");
-            if (ImGui::Selectable(fmt::format("{}##{}", name, i).c_str(), i == chooser->get_selected(),
-                                  ImGuiSelectableFlags_AllowDoubleClick)) {
+            if (widgets::show_entry(items, i, name, i == chooser->get_selected(),
+                                    ImGuiSelectableFlags_AllowDoubleClick)) {
                 chooser->select(i);
                 path.clear();
                 if (ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left))
                     opened = i;
             }
-            items.note(name);
         }
     ImGui::EndChild();
     return opened ? choose() : std::nullopt;

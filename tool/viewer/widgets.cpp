@@ -27,6 +27,27 @@ bool contains(const std::string& text, const std::string& part) {
     return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 
+/// What a closed menu of names shows. Before it is declared; the text lies on its frame nevertheless.
+class Preview {
+public:
+    Preview() : list(ImGui::GetWindowDrawList()), corner(ImGui::GetCursorScreenPos()) {
+        const float arrow = ImGui::GetFrameHeight();
+        end = ImVec2(corner.x + ImGui::GetContentRegionAvail().x - arrow, corner.y + arrow);
+    }
+    /// After it was declared.
+    void draw(const std::string& name) const {
+        const ImVec2 padding = ImGui::GetStyle().FramePadding;
+        const ImVec4 clip(corner.x + padding.x, corner.y, end.x, end.y);
+        list->AddText(ImGui::GetFont(), ImGui::GetFontSize(), ImVec2(clip.x, corner.y + padding.y),
+                      ImGui::GetColorU32(ImGuiCol_Text), name.data(), name.data() + name.size(), 0, &clip);
+    }
+
+private:
+    ImDrawList* list;
+    ImVec2 corner;
+    ImVec2 end;
+};
+
 } // namespace
 
 void show_text(const std::string& text) {
@@ -71,13 +92,29 @@ bool show_menu_item(Items& items, const char* label, const char* key, bool is_ch
     return pressed;
 }
 
+bool show_entry(Items& items, std::size_t position, const std::string& name, bool is_selected, int flags) {
+    const char* const end = name.data() + name.size();
+    const ImVec2 corner = ImGui::GetCursorScreenPos();
+    const float width = std::max(ImGui::GetContentRegionAvail().x, ImGui::CalcTextSize(name.data(), end).x);
+    ImGui::PushID(static_cast<int>(position));
+    const bool is_clicked = ImGui::Selectable("##entry", is_selected, flags, ImVec2(width, 0));
+    ImGui::PopID();
+    items.note(name);
+    ImGui::GetWindowDrawList()->AddText(corner, ImGui::GetColorU32(ImGuiCol_Text), name.data(), end);
+    return is_clicked;
+}
+
 bool choose(Items& items, const char* title, const std::vector<std::string>& names,
             const std::string& current, std::string& filter, std::string& chosen) {
     bool changed = false;
     ImGui::TextUnformatted(title);
     items.note_next(title, ImGui::GetContentRegionAvail().x, ImGui::GetFrameHeight());
     ImGui::SetNextItemWidth(-1);
-    if (!ImGui::BeginCombo(fmt::format("##{}", title).c_str(), current.c_str(), ImGuiComboFlags_HeightLarge))
+    const Preview preview;
+    const bool is_open =
+        ImGui::BeginCombo(fmt::format("##{}", title).c_str(), "", ImGuiComboFlags_HeightLarge);
+    preview.draw(current);
+    if (!is_open)
         return false;
     if (ImGui::IsWindowAppearing())
         filter.clear();
@@ -86,14 +123,14 @@ bool choose(Items& items, const char* title, const std::vector<std::string>& nam
         ImGui::InputTextWithHint("##filter", "search", &filter);
         items.note("search");
     }
-    for (const std::string& name : names) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::string& name = names[i];
         if (!contains(name, filter))
             continue;
-        if (ImGui::Selectable(name.c_str(), name == current)) {
+        if (show_entry(items, i, name, name == current)) {
             chosen = name;
             changed = true;
         }
-        items.note(name);
         if (name == current)
             ImGui::SetItemDefaultFocus();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,10 @@ bool show_radio_button(Items& items, const char* label, bool is_chosen);
 bool begin_menu(Items& items, const char* label);
 /// True when it was clicked.
 bool show_menu_item(Items& items, const char* label, const char* key = nullptr, bool is_checked = false);
+
+/// An entry of a list, its name as it is, whatever it holds; `position` tells it from others of the same
+/// name. True when it was clicked, as `flags` (ImGuiSelectableFlags) have it.
+bool show_entry(Items& items, std::size_t position, const std::string& name, bool is_selected, int flags = 0);
 
 /// A menu of names below a title; true when another one was chosen, which `chosen` then is. Long lists have a
 /// field to search them; `filter` is what was typed there.
