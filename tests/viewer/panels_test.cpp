@@ -62,6 +62,27 @@ TEST_F(PanelsOfAViewer, HaveMenusThatOpenAndClose) {
     EXPECT_EQ(model->get_layout(), Layout::WIPE);
 }
 
+TEST_F(PanelsOfAViewer, CloseListsAndMenusWithEscape) {
+    click("Show");
+    EXPECT_TRUE(shows("Fit"));
+    press("Escape");
+    EXPECT_FALSE(shows("Fit"));
+    click("View");
+    EXPECT_TRUE(shows("Screen.Shown"));
+    press("Escape");
+    EXPECT_FALSE(shows("Screen.Shown"));
+    EXPECT_EQ(settings().view, "Screen.Raw");
+
+    list_cdls({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m"});
+    click("CDL");
+    click("search");
+    type("m");
+    EXPECT_TRUE(shows("m"));
+    press("Escape");
+    EXPECT_FALSE(shows("m")) << "from the field to search it too";
+    EXPECT_EQ(settings().cdl, "No CDL");
+}
+
 TEST_F(PanelsOfAViewer, ShowTheSecondViewWhereAWipeIsWanted) {
     EXPECT_FALSE(shows("Second view"));
     click("Wipe");

@@ -17,9 +17,7 @@ constexpr float HEIGHT = 440;
 constexpr float LARGEST_SHARE = 0.95f;
 constexpr int PAGE = 10;
 
-bool is_pressed(ImGuiKey_ key) {
-    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key));
-}
+using widgets::is_pressed;
 
 /// Lines below the list: the switch and the buttons, and a fault of two lines.
 float get_height_below() {

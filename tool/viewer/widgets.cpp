@@ -48,7 +48,17 @@ private:
     ImVec2 end;
 };
 
+/// Within an open one.
+void close_on_escape() {
+    if (is_pressed(ImGuiKey_Escape))
+        ImGui::CloseCurrentPopup();
+}
+
 } // namespace
+
+bool is_pressed(int key) {
+    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key));
+}
 
 void show_text(const std::string& text) {
     ImGui::PushTextWrapPos(0);
@@ -83,7 +93,10 @@ bool show_radio_button(Items& items, const char* label, bool is_chosen) {
 bool begin_menu(Items& items, const char* label) {
     const ImVec2 size = ImGui::CalcTextSize(label);
     items.note_next(label, size.x, size.y);
-    return ImGui::BeginMenu(label);
+    const bool is_open = ImGui::BeginMenu(label);
+    if (is_open)
+        close_on_escape();
+    return is_open;
 }
 
 bool show_menu_item(Items& items, const char* label, const char* key, bool is_checked) {
@@ -116,6 +129,7 @@ bool choose(Items& items, const char* title, const std::vector<std::string>& nam
     preview.draw(current);
     if (!is_open)
         return false;
+    close_on_escape();
     if (ImGui::IsWindowAppearing())
         filter.clear();
     if (names.size() > LONG_LIST) {

@@ -9,6 +9,9 @@
 /// What the viewer's panels consist of. Whatever can be clicked is noted in `items`.
 namespace tool::widgets {
 
+/// True in the frame in which a key of ImGuiKey goes down, and while it repeats.
+bool is_pressed(int key);
+
 void show_text(const std::string& text);
 void show_fault(const std::string& text);
 void show_note(const std::string& text);
@@ -17,6 +20,8 @@ void show_remark(const std::string& text);
 
 bool show_button(Items& items, const char* label);
 bool show_radio_button(Items& items, const char* label, bool is_chosen);
+
+/// Escape closes menus and menus of names.
 
 /// True while the menu is open; `ImGui::EndMenu` then ends it.
 bool begin_menu(Items& items, const char* label);
