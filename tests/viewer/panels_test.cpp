@@ -1,7 +1,11 @@
 #include <filesystem>
+#include <new>
 #include <set>
+#include <stdexcept>
 
 #include "tests/viewer/screen_fixture.h"
+#include "tool/exit_code.h"
+#include "tool/viewer/panels_attempt.h"
 
 namespace {
 
@@ -171,6 +175,15 @@ TEST_F(PanelsOfAViewer, EndTheViewer) {
     click("File");
     click("Quit");
     EXPECT_TRUE(viewer->is_closed());
+}
+
+TEST(ChangesInPanels, LeaveNoFrameUnfinished) {
+    EXPECT_EQ(tool::find_refusal([] { throw tool::CommandError("refused"); }), "refused");
+    EXPECT_EQ(tool::find_refusal([] { throw std::runtime_error("failed"); }), "failed");
+    EXPECT_NE(tool::find_refusal([] { throw std::bad_alloc(); }), "");
+    bool is_done = false;
+    EXPECT_EQ(tool::find_refusal([&] { is_done = true; }), "");
+    EXPECT_TRUE(is_done);
 }
 
 /// The dialogue that looks for files.

@@ -4,6 +4,7 @@
 #include <imgui.h>
 
 #include "tool/viewer/panels.h"
+#include "tool/viewer/panels_attempt.h"
 
 namespace tool {
 
@@ -51,10 +52,10 @@ void Panels::press_key(ViewModel& model, char letter) {
         model.set_exposure(model.get_settings(ViewModel::FIRST).exposure + EXPOSURE_STEP);
         break;
     case '<':
-        model.step_picture(-1);
+        attempt([&] { model.step_picture(-1); });
         break;
     case '>':
-        model.step_picture(1);
+        attempt([&] { model.step_picture(1); });
         break;
     default:
         break;

@@ -92,10 +92,10 @@ void Panels::show_pictures(ViewModel& model) {
     const Picture& picture = *model.get_picture();
     if (model.get_pictures().get_paths().size() > 1) {
         if (widgets::show_button(items, "<"))
-            model.step_picture(-1);
+            attempt([&] { model.step_picture(-1); });
         ImGui::SameLine();
         if (widgets::show_button(items, ">"))
-            model.step_picture(1);
+            attempt([&] { model.step_picture(1); });
         ImGui::SameLine();
     }
     show_text(picture.path);
