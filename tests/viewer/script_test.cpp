@@ -104,6 +104,11 @@ TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {
     EXPECT_THAT(failure_of("panels maybe"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("screenshot /no/such/folder/a.png"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("pan 3"), HasSubstr("tour:1: "));
+    for (const char* command : {"zoom", "difference-scale"})
+        for (const char* factor : {"0", "-5"})
+            EXPECT_THAT(failure_of(std::string(command) + " " + factor), HasSubstr("no factor above 0"));
+    EXPECT_EQ(model->get_difference_scale(), 100);
+    EXPECT_TRUE(model->get_camera().is_fitting());
 }
 
 TEST_F(ScriptOfAViewer, IsRefusedAsAWholeForAnUnknownCommand) {

@@ -116,6 +116,8 @@ TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
     EXPECT_EQ(run({picture, "--size", "0x10", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--no-window"}), 2);
     EXPECT_EQ(run({picture, "--zoom", "-3", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--zoom", "nan", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({picture, "--zoom", "inf", "--screenshot", screenshot}), 2);
     EXPECT_EQ(run({picture, "--exposure", "nan", "--screenshot", screenshot}), 2);
     EXPECT_FALSE(folder.exists("screenshot.png"));
     EXPECT_EQ(run({picture, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);

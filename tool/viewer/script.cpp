@@ -46,6 +46,14 @@ std::array<float, COUNT> parse_numbers(const std::string& text) {
     return numbers;
 }
 
+/// Throws CommandError for other numbers than those above 0.
+double parse_factor(const std::string& text) {
+    const double factor = parse_number(text);
+    if (factor <= 0)
+        throw CommandError(fmt::format("'{}' is no factor above 0", text));
+    return factor;
+}
+
 bool parse_switch(const std::string& text) {
     if (text != "on" && text != "off")
         throw CommandError(fmt::format("'{}' is neither 'on' nor 'off'", text));
@@ -56,7 +64,7 @@ void set_zoom(Camera& camera, const std::string& argument) {
     if (argument == "fit")
         camera.fit();
     else
-        camera.set_zoom(parse_number(argument));
+        camera.set_zoom(parse_factor(argument));
 }
 
 void await_change(Viewer& viewer, const std::string& argument) {
@@ -165,7 +173,7 @@ constexpr ScriptCommand COMMANDS[] = {
      }},
     {"difference-scale", "FACTOR", "enlarge the differences shown",
      [](Viewer& viewer, Console&, const std::string& factor) {
-         viewer.get_model().set_difference_scale(static_cast<float>(parse_number(factor)));
+         viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
      }},
     {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
      [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},

@@ -71,6 +71,8 @@ public:
         const Screen::Size screen_size = parse_size(size);
         if (!std::isfinite(exposure))
             throw UsageError("--exposure takes a number of stops");
+        if (!std::isfinite(zoom))
+            throw UsageError("--zoom takes a factor above 0");
         const std::vector<Script> scripts = read_script();
         ColorHost host(session_options, console);
         ViewModel model(host);
