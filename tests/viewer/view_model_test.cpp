@@ -6,6 +6,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::FloatNear;
 using testing::HasSubstr;
@@ -68,6 +69,19 @@ TEST_F(ModelOfAViewer, AppliesACdlBeforeTheExposure) {
     model->set_exposure(-2);
     EXPECT_THAT(shown_white(), FloatNear(0.5625, 1e-6)) << "(2 * 1 + 0.25) / 4";
     EXPECT_THAT(message_of([&] { model->set_cdl("warn"); }), HasSubstr("did you mean 'warm'?"));
+}
+
+TEST_F(ModelOfAViewer, SaysWhereACdlLibraryIsBroken) {
+    const auto refusal_of = [&](const std::string& text) {
+        return message_of([&] { model->use_cdl_library(folder.write("looks.ccc", text)); });
+    };
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection>\n=</ColorCorrectionCollection"),
+                AllOf(HasSubstr("looks.ccc: "), HasSubstr(" at line 2, column ")));
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection><ColorCorrection id=\"a\"/>"
+                           "</ColorCorrectionCollection>"),
+                HasSubstr("'SOPNode'"))
+        << "whole markup that lacks something";
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection/>"), HasSubstr("no correction"));
 }
 
 TEST_F(ModelOfAViewer, MakesConversionsAnewOnlyWhenTheyDependOnTheChange) {

@@ -13,6 +13,7 @@
 #include "standalone/standalone_app.h"
 #include "tool/failure_reason.h"
 #include "tool/published_names.h"
+#include "tool/viewer/markup_fault.h"
 
 namespace tool {
 
@@ -210,7 +211,9 @@ ColorHost::Fault ColorHost::find_library_fault(const std::string& path) {
     trial.manager.update_file_cdl_library_path();
     if (trial.manager.get_CDL_names().get_count() > builtin_count)
         return {};
-    const std::string reason = take_failure();
+    // The module tells on standard output where the markup is broken, and in its log only that it is.
+    const std::string failure = take_failure(), markup_fault = find_markup_fault(path);
+    const std::string& reason = markup_fault.empty() ? failure : markup_fault;
     return fmt::format("{}: {}", fs::path(path).filename().string(),
                        reason.empty() ? "it holds no correction that can be read" : reason);
 }
