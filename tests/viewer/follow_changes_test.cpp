@@ -12,6 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using tool::ColorHost;
 using tool::ViewModel;
 
@@ -69,6 +70,8 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
     follow();
     EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
     EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
+    EXPECT_EQ(model->get_note(), "read test.ocio again; no view 'Screen.Shown' any more, now '" +
+                                     host->get_default_view() + "'");
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 
@@ -250,6 +253,24 @@ TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoes
     EXPECT_NE(model->get_chain(FIRST), chain);
 }
 
+TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
+    model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
+    EXPECT_EQ(model->get_note(), "using grade.ccc");
+    model->set_cdl("grade");
+    std::string renamed = make_library("0.5 0.5 0.5");
+    renamed.replace(renamed.find("\"grade\""), 7, "\"other\"");
+    folder.write("grade.ccc", renamed);
+    follow();
+    EXPECT_EQ(model->get_note(), "read grade.ccc again; no CDL 'grade' any more, now 'No CDL'");
+    model->set_input_space("shown");
+    model->use_config("");
+    EXPECT_THAT(model->get_note(), HasSubstr("no colour space 'shown' any more, now 'Tavelion|linear'"));
+    EXPECT_THAT(model->get_note(), HasSubstr("no second view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
+    folder.write("grade.ccc", renamed);
+    follow();
+    EXPECT_EQ(model->get_note(), "read grade.ccc again") << "nothing had to be replaced any more";
+}
+
 TEST_F(ModelThatFollowsChanges, ReadsNoPictureAgainForAnEditedLut) {
     const auto shown = model->get_picture();
     write_lut(folder, 0.25);
@@ -263,6 +284,7 @@ TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_TRUE(model->follow_changes());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
+    EXPECT_THAT(model->get_note(), StartsWith("no view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
     EXPECT_FALSE(model->follow_changes());
 }
 

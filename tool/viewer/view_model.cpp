@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -20,6 +21,10 @@ bool holds(const std::vector<std::string>& names, const std::string& name) {
 std::string get_absolute(const std::string& path) {
     std::error_code error;
     return std::filesystem::absolute(path, error).lexically_normal().string();
+}
+
+std::string get_file_name(const std::string& path) {
+    return std::filesystem::path(path).filename().string();
 }
 
 } // namespace
@@ -105,30 +110,40 @@ void ViewModel::set_wipe(double position) {
 void ViewModel::use_config(const std::string& path) {
     if (const ColorHost::Fault fault = host.use_config(path))
         throw CommandError(*fault);
-    note = fmt::format("using {}", host.get_config_name());
-    use_existing_names();
+    note = fmt::format("using {}", host.get_config_name()) + use_existing_names();
     watch_files();
 }
 
 void ViewModel::use_cdl_library(const std::string& path) {
     if (const ColorHost::Fault fault = host.use_cdl_library(path))
         throw CommandError(*fault);
-    use_existing_names();
+    note = fmt::format("using {}", get_file_name(path)) + use_existing_names();
     watch_files();
 }
 
 /// Names that the configuration lacks give way to its defaults.
-void ViewModel::use_existing_names() {
+std::string ViewModel::use_existing_names() {
     revision = host.get_revision();
+    std::string replaced;
+    const auto note_replaced = [&](const char* kind, const std::string& former, const std::string& now) {
+        if (!former.empty() && former != now)
+            replaced += fmt::format("; no {} '{}' any more, now '{}'", kind, former, now);
+    };
     if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
+        const std::string former = space_is_chosen ? input_space : "";
         space_is_chosen = false;
         take_space_of_file();
+        note_replaced("colour space", former, input_space);
     }
-    if (!holds(host.get_cdls(), cdl))
-        cdl = host.get_default_cdl();
-    for (std::string& view : views)
-        if (!holds(host.get_views(), view))
-            view = host.get_default_view();
+    const auto replace = [&](const char* kind, const std::vector<std::string>& names, std::string& name,
+                             const std::string& standard) {
+        if (!holds(names, name))
+            note_replaced(kind, std::exchange(name, standard), standard);
+    };
+    replace("CDL", host.get_cdls(), cdl, host.get_default_cdl());
+    replace("view", host.get_views(), views[FIRST], host.get_default_view());
+    replace("second view", host.get_views(), views[SECOND], host.get_default_view());
+    return replaced;
 }
 
 void ViewModel::watch_files() {
@@ -145,21 +160,29 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
     const auto source = std::find_if(changes.begin(), changes.end(), [&](const std::string& path) {
         return std::binary_search(source_files.begin(), source_files.end(), path);
     });
-    if (source != changes.end())
-        reload_sources(*source);
+    const bool is_read_again = source != changes.end() && reload_sources(*source);
     for (const std::string& path : changes)
         pictures.refresh(path);
     const bool is_told = host.get_revision() != revision;
     if (is_told) {
-        use_existing_names();
+        take_existing_names(is_read_again);
         watch_files();
     }
     return is_told || !changes.empty();
 }
 
-void ViewModel::reload_sources(const std::string& changed) {
-    if (host.reload())
-        note = fmt::format("read {} again", std::filesystem::path(changed).filename().string());
+/// Sole words of the note are those about names, unless it tells why.
+void ViewModel::take_existing_names(bool note_tells_why) {
+    const std::string replaced = use_existing_names();
+    if (!replaced.empty())
+        note = note_tells_why ? note + replaced : replaced.substr(replaced.find_first_not_of("; "));
+}
+
+bool ViewModel::reload_sources(const std::string& changed) {
+    const bool is_whole = host.reload();
+    if (is_whole)
+        note = fmt::format("read {} again", get_file_name(changed));
+    return is_whole;
 }
 
 /// A fault of other settings, and of a view that is not shown, is none.

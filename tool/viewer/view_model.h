@@ -73,7 +73,7 @@ public:
 
     /// What is wrong at the moment, in words.
     std::vector<std::string> get_faults() const;
-    /// The last thing that went well.
+    /// The last thing that went well, and which of the chosen names had to be replaced for it.
     const std::string& get_note() const { return note; }
 
     ColorHost& get_host() { return host; }
@@ -82,10 +82,13 @@ public:
 private:
     void take_space_of_picture(const std::shared_ptr<const Picture>& former);
     void take_space_of_file();
-    void use_existing_names();
+    /// Replaces names that the module no longer has. "; ..." about each for the note.
+    std::string use_existing_names();
     void watch_files();
     std::string get_chain_fault(Side side) const;
-    void reload_sources(const std::string& changed);
+    void take_existing_names(bool note_tells_why);
+    /// False when something is not whole.
+    bool reload_sources(const std::string& changed);
 
     struct Chain {
         std::optional<ColorChain::Key> key;
