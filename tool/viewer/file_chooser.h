@@ -17,8 +17,7 @@ public:
     };
 
     /// Starts in `folder`, or in the nearest folder above it that can be read. Lists files of these
-    /// extensions
-    /// (".ocio"), in whatever case.
+    /// extensions (".ocio"), in whatever case.
     FileChooser(const std::string& folder, std::vector<std::string> extensions);
 
     /// Absolute path.

@@ -104,7 +104,7 @@ void compare(Viewer& viewer, Console& console) {
     console.print(format_difference(*difference));
 }
 
-/// The middle of what bears that name. Throws CommandError when there is nothing of the kind.
+/// What bears that name, and where it lies. Throws CommandError when there is nothing of the kind.
 const Items::Item& find_item(Viewer& viewer, const std::string& name) {
     const Items& items = viewer.get_items();
     if (items.get_all().empty())

@@ -8,6 +8,7 @@ namespace tool {
 
 class Console;
 class Viewer;
+enum class Layout;
 
 /// What a viewer is told to do, line by line: a command and its argument. Empty lines and those that begin
 /// with '#' are passed over.
@@ -36,7 +37,6 @@ private:
 double parse_number(const std::string& text);
 
 /// "single", "wipe", "two" or "difference". Throws CommandError for other words.
-enum class Layout;
 Layout parse_layout(const std::string& word);
 
 } // namespace tool
