@@ -5,6 +5,7 @@
 
 #include "tests/viewer/screen_fixture.h"
 #include "tool/exit_code.h"
+#include "tool/viewer/fonts.h"
 #include "tool/viewer/panels_attempt.h"
 
 namespace {
@@ -168,6 +169,20 @@ TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
     for (const std::string& name : names)
         shown.insert(read_line(name));
     EXPECT_EQ(shown.size(), names.size()) << "and in the open one";
+}
+
+TEST_F(PanelsOfAViewer, ShowNamesOfOtherAlphabets) {
+    if (tool::find_system_font().empty())
+        GTEST_SKIP() << "there is no font of the system at the usual places";
+    const std::vector<std::string> names = {"\u0416\u0451", "\u042f\u0451", "\u03a9\u03bb", "\u0141\u017a"};
+    list_cdls(names);
+    std::set<std::string> shown;
+    for (const std::string& name : names) {
+        model->set_cdl(name);
+        viewer->act();
+        shown.insert(read_line("CDL"));
+    }
+    EXPECT_EQ(shown.size(), names.size());
 }
 
 TEST_F(PanelsOfAViewer, EndTheViewer) {

@@ -7,6 +7,7 @@
 #include <imgui_impl_opengl3.h>
 
 #include "tool/gl/gl_error.h"
+#include "tool/viewer/fonts.h"
 #include "tool/viewer/panels_attempt.h"
 #include "tool/viewer/widgets.h"
 
@@ -29,6 +30,7 @@ Panels::Panels() {
     IMGUI_CHECKVERSION();
     ImGui::CreateContext();
     ImGui::GetIO().IniFilename = nullptr;
+    add_fonts(*ImGui::GetIO().Fonts);
     ImGui::StyleColorsDark();
     ImGui::GetStyle().Colors[ImGuiCol_PopupBg].w = 1;
     if (ImGui_ImplOpenGL3_Init("#version 330"))
