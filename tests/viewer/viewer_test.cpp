@@ -204,6 +204,21 @@ TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
     EXPECT_EQ(difference->largest, 0) << "neighbours differ 200,000 times";
 }
 
+TEST_F(ViewerWithoutAWindow, KeepsNoDifferenceOfAnotherPicture) {
+    model->use_config(write_config(folder)); // The LUT of "Screen.Shown" is missing.
+    model->set_layout(Layout::DIFFERENCE);
+    ASSERT_TRUE(viewer->compare());
+    ViewModel other(*host);
+    other.set_layout(Layout::DIFFERENCE);
+    other.set_view(ViewModel::FIRST, "Screen.Shown");
+    write_ramps(folder.file("other.exr"), 8, 8);
+    other.open(folder.file("other.exr"));
+    tool::ViewRenderer& renderer = viewer->get_renderer();
+    renderer.draw(other, {0, 0, WIDTH, HEIGHT}, HEIGHT);
+    EXPECT_FALSE(renderer.get_difference()) << "nothing can be compared";
+    EXPECT_TRUE(viewer->compare()) << "what can be is compared again";
+}
+
 TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
     model->set_layout(Layout::DIFFERENCE);
     const tool::Difference* difference = viewer->compare();

@@ -88,10 +88,14 @@ void ViewRenderer::draw_difference(ViewModel& model, const Viewport& area, int f
 void ViewRenderer::update_difference(const PicturePainter::Subject& wanted) {
     if (is_ready(comparison))
         difference = comparison.get();
-    if (compared == wanted || comparison.valid() || !wanted.chain)
+    if (compared == wanted)
+        return;
+    difference.reset();
+    if (comparison.valid())
         return;
     compared = wanted;
-    difference.reset();
+    if (!wanted.chain)
+        return;
     comparison =
         start_comparison(wanted.picture, wanted.chain, wanted.exposure,
                          painter.convert(wanted, {0, 0, wanted.picture->width, wanted.picture->height}));
