@@ -33,6 +33,8 @@ protected:
     std::string read_line(const std::string& name) {
         constexpr int LEFT = 10, RIGHT = 140, ABOVE = 6;
         const int middle = static_cast<int>(find(name).y);
+        if (middle < ABOVE)
+            return "";
         const ShownPicture shown = take_screenshot();
         std::string letters;
         for (int y = middle - ABOVE; y < middle + ABOVE; ++y)

@@ -14,6 +14,7 @@
 #include "tool/failure_reason.h"
 #include "tool/published_names.h"
 #include "tool/viewer/markup_fault.h"
+#include "tool/viewer/own_files.h"
 
 namespace tool {
 
@@ -25,30 +26,6 @@ fs::path normalized(const fs::path& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
     return (error ? path : absolute).lexically_normal();
-}
-
-/// Files that the user's own colour spaces and CDLs name, whatever the configuration.
-std::vector<std::string> get_own_files() {
-    const ColorIOManager& manager = *ColorIOManager::get_instance();
-    std::vector<std::string> files;
-    const auto add = [&files](const CoreString& file) {
-        if (!file.is_empty())
-            files.emplace_back(file.view());
-    };
-    for (const ColorIOManager::ColorSpaceDef& space : manager.get_tavelion_color_spaces()) {
-        add(space.lut_file);
-        add(space.cdl_file);
-    }
-    for (const ColorIOManager::ColorDecisionListDef& cdl : manager.get_tavelion_color_decision_lists())
-        add(cdl.file);
-    return files;
-}
-
-/// True when there are others than the CDL library, whose corrections the module lists among them.
-bool has_own_files(const std::string& library_path) {
-    const std::vector<std::string> files = get_own_files();
-    return std::any_of(files.begin(), files.end(),
-                       [&](const std::string& file) { return file != library_path; });
 }
 
 } // namespace
