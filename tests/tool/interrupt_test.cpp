@@ -23,6 +23,8 @@ int interrupt(int number, const Work& work) {
     if (pipe(ready) != 0)
         throw std::runtime_error("no pipe");
     const pid_t child = fork();
+    if (child < 0)
+        throw std::runtime_error("no process"); // and no number either that kill() would take for all of them
     if (child == 0) {
         work([&] { (void)!write(ready[1], "r", 1); });
         for (;;)
