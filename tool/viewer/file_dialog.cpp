@@ -5,9 +5,12 @@
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
+#include "tool/viewer/panel_input.h"
 #include "tool/viewer/widgets.h"
 
 namespace tool {
+
+using panel_input::is_pressed;
 
 namespace {
 
@@ -16,9 +19,6 @@ constexpr float HEIGHT = 440;
 /// Of the window, when that is small.
 constexpr float LARGEST_SHARE = 0.95f;
 constexpr int PAGE = 10;
-
-using widgets::is_pressed;
-
 /// Lines below the list: the switch and the buttons, and a fault of two lines.
 float get_height_below() {
     return 2 * ImGui::GetFrameHeightWithSpacing() + 2 * ImGui::GetTextLineHeightWithSpacing();
@@ -95,7 +95,7 @@ void FileDialog::show_path(Items& items) {
 
 std::optional<std::string> FileDialog::follow_keys() {
     constexpr struct {
-        ImGuiKey_ key;
+        int key; ///< of ImGuiKey
         int by;
     } MOVES[] = {
         {ImGuiKey_UpArrow, -1}, {ImGuiKey_DownArrow, 1}, {ImGuiKey_PageUp, -PAGE}, {ImGuiKey_PageDown, PAGE}};
@@ -108,7 +108,7 @@ std::optional<std::string> FileDialog::follow_keys() {
         close();
         return {};
     }
-    if (is_pressed(ImGuiKey_Enter) || is_pressed(ImGuiKey_KeyPadEnter)) {
+    if (is_pressed(ImGuiKey_Enter) || is_pressed(panel_input::KEYPAD_ENTER)) {
         takes_focus = true;
         return choose();
     }

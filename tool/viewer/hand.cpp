@@ -4,6 +4,7 @@
 #include <imgui.h>
 
 #include "tool/exit_code.h"
+#include "tool/viewer/panel_input.h"
 
 namespace tool {
 
@@ -11,7 +12,7 @@ namespace {
 
 struct Key {
     const char* name;
-    ImGuiKey_ key;
+    int key; ///< of ImGuiKey
 };
 constexpr Key KEYS[] = {{"Enter", ImGuiKey_Enter},
                         {"Escape", ImGuiKey_Escape},
@@ -25,11 +26,10 @@ constexpr Key KEYS[] = {{"Enter", ImGuiKey_Enter},
                         {"Delete", ImGuiKey_Delete},
                         {"Tab", ImGuiKey_Tab}};
 
-/// The number that the window system gives a key.
 int find_key(const std::string& name) {
     for (const Key& key : KEYS)
         if (name == key.name)
-            return ImGui::GetKeyIndex(key.key);
+            return key.key;
     throw CommandError(fmt::format("no key '{}'; there are {}", name, Hand::get_key_names()));
 }
 
@@ -103,17 +103,17 @@ void Hand::act() {
         return;
     const Step step = std::move(steps.front());
     steps.pop_front();
-    ImGuiIO& io = ImGui::GetIO();
-    io.MousePos = ImVec2(step.x, step.y);
-    io.MouseDown[ImGuiMouseButton_Left] = step.button;
-    io.MouseWheel += step.wheel;
-    io.KeyShift = step.shift;
+    panel_input::set_pointer(step.x, step.y);
+    panel_input::set_left_button(step.button);
+    panel_input::set_shift(step.shift);
+    if (step.wheel != 0)
+        panel_input::turn_wheel(step.wheel);
     if (held_key >= 0)
-        io.KeysDown[held_key] = false;
+        panel_input::set_key(held_key, false);
     held_key = step.key;
     if (held_key >= 0)
-        io.KeysDown[held_key] = true;
-    io.AddInputCharactersUTF8(step.text.c_str());
+        panel_input::set_key(held_key, true);
+    ImGui::GetIO().AddInputCharactersUTF8(step.text.c_str());
 }
 
 } // namespace tool

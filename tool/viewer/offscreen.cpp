@@ -3,6 +3,7 @@
 #include "tool/gl/egl_context.h"
 #include "tool/gl/gl_error.h"
 #include "tool/gl/gl_object.h"
+#include "tool/viewer/panel_input.h"
 #include "tool/viewer/screen.h"
 
 namespace tool {
@@ -35,8 +36,7 @@ public:
         ImGuiIO& io = ImGui::GetIO();
         io.DisplaySize = ImVec2(static_cast<float>(size.width), static_cast<float>(size.height));
         io.DeltaTime = FRAME_SECONDS;
-        for (int key = 0; key < ImGuiKey_COUNT; ++key)
-            io.KeyMap[key] = key; // There are no keys that could have other numbers.
+        panel_input::use_plain_keys();
     }
 
     void close_panels() override {}

@@ -7,6 +7,8 @@
 #include <imgui.h>
 #include <imgui_stdlib.h>
 
+#include "tool/viewer/panel_input.h"
+
 namespace tool::widgets {
 
 namespace {
@@ -50,15 +52,11 @@ private:
 
 /// Within an open one.
 void close_on_escape() {
-    if (is_pressed(ImGuiKey_Escape))
+    if (panel_input::is_pressed(ImGuiKey_Escape))
         ImGui::CloseCurrentPopup();
 }
 
 } // namespace
-
-bool is_pressed(int key) {
-    return ImGui::IsKeyPressed(ImGui::GetKeyIndex(key));
-}
 
 void show_text(const std::string& text) {
     ImGui::PushTextWrapPos(0);

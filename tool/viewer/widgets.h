@@ -9,9 +9,6 @@
 /// What the viewer's panels consist of. Whatever can be clicked is noted in `items`.
 namespace tool::widgets {
 
-/// True in the frame in which a key of ImGuiKey goes down, and while it repeats.
-bool is_pressed(int key);
-
 void show_text(const std::string& text);
 void show_fault(const std::string& text);
 void show_note(const std::string& text);

@@ -1,0 +1,25 @@
+#pragma once
+
+/// What the panels' library is told of mouse and keys, and asked of them, in words that hold for its releases
+/// before and since 1.87, which renamed and moved most of this. Keys are those of ImGuiKey.
+namespace tool::panel_input {
+
+/// The one of the number block.
+extern const int KEYPAD_ENTER;
+
+/// Once before a frame, where no window system says which numbers its keys have.
+void use_plain_keys();
+
+/// True in the frame in which a key goes down, and while it repeats.
+bool is_pressed(int key);
+
+/// What holds from the next frame on. Positions are in units of the window system from the top left.
+void set_pointer(float x, float y);
+void set_left_button(bool is_down);
+void set_shift(bool is_down);
+void set_key(int key, bool is_down);
+
+/// Notches away from the user are positive.
+void turn_wheel(float notches);
+
+} // namespace tool::panel_input
