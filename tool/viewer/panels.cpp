@@ -1,5 +1,7 @@
 #include "tool/viewer/panels.h"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 
 #include <fmt/format.h>
@@ -26,8 +28,19 @@ std::string format_pixel(const float* rgba) {
 using widgets::choose;
 using widgets::show_text;
 
+namespace {
+
+/// The panels' library gives OpenGL back when it ends, but since 1.91 keeps the addresses that it has found
+/// in it.
+void keep_opengl_loaded() {
+    dlopen("libOpenGL.so.0", RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
+}
+
+} // namespace
+
 Panels::Panels() {
     IMGUI_CHECKVERSION();
+    keep_opengl_loaded();
     ImGui::CreateContext();
     ImGui::GetIO().IniFilename = nullptr;
     add_fonts(*ImGui::GetIO().Fonts);

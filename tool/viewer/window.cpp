@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -18,8 +19,11 @@ namespace {
 
 /// How long the window sleeps at most before files are looked at.
 constexpr double SLEEP_SECONDS = 0.1;
-/// Frames drawn after an event: what it opens is laid out in the first and shown in the next.
-constexpr int FRAMES_PER_EVENT = 3;
+/// Frames drawn after the last event: what it opens is laid out in the first and shown in the next.
+constexpr int FRAMES_TO_SETTLE = 3;
+/// Before these, newer releases of the panels' library take an event a frame where several came together: a
+/// key, its letter, its release. So many events of one moment are waited for.
+constexpr int MOST_FRAMES = 32;
 
 std::string get_glfw_error() {
     const char* description = nullptr;
@@ -106,14 +110,14 @@ private:
     /// Something happened that may be seen.
     static Window& wake(GLFWwindow* receiver) {
         Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(receiver));
-        self.frames_to_draw = FRAMES_PER_EVENT;
+        self.frames_to_draw = std::min(std::max(self.frames_to_draw, FRAMES_TO_SETTLE) + 1, MOST_FRAMES);
         return self;
     }
 
     Library library;
     GLFWwindow* window = nullptr;
     bool has_panels = false;
-    int frames_to_draw = FRAMES_PER_EVENT;
+    int frames_to_draw = FRAMES_TO_SETTLE;
     std::vector<std::string> drops;
 };
 
