@@ -16,6 +16,10 @@ void require_readable_config(const std::string& path);
 /// files changed.
 void turn_processor_cache_off(const ConstConfigRcPtr& config);
 
+/// What to ask for text with its variables replaced. Not the configuration's own context: the 1.x library
+/// keeps a resolved text as the place of the file of that name.
+library::ConstContextRcPtr get_variables(const ConstConfigRcPtr& config);
+
 /// The search path as it is written, entry by entry.
 std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config);
 

@@ -3,12 +3,13 @@
 #include <algorithm>
 
 #include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/transform.h"
 
 namespace ocio {
 
 DependencyCollector::DependencyCollector(const ConstConfigRcPtr& config)
-    : config_(config), context_(config->getCurrentContext()) {}
+    : config_(config), variables_(get_variables(config)) {}
 
 void DependencyCollector::add(const ConstTransformRcPtr& root, bool inverse) {
     std::vector<Pending> pending{{root, inverse, 0}};
@@ -89,7 +90,7 @@ ConstColorSpaceRcPtr DependencyCollector::find_space(const std::string& name) co
 }
 
 std::string DependencyCollector::resolve(const std::string& name) const {
-    return context_->resolveStringVar(name.c_str());
+    return variables_->resolveStringVar(name.c_str());
 }
 
 void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes) {

@@ -56,7 +56,7 @@ private:
     void add_other_uses(const ConstTransformRcPtr& transform);
 
     ConstConfigRcPtr config_;
-    library::ConstContextRcPtr context_;
+    library::ConstContextRcPtr variables_;
     Dependencies found_;
 };
 

@@ -22,10 +22,10 @@ std::string stripped(std::string_view text) {
 
 std::vector<std::string> get_search_folders(const ConstConfigRcPtr& config) {
     const std::filesystem::path own_folder = config->getWorkingDir();
-    const library::ConstContextRcPtr context = config->getCurrentContext();
+    const library::ConstContextRcPtr variables = get_variables(config);
     std::vector<std::string> folders;
     for (const std::string& entry : search_path_entries(config)) {
-        const std::filesystem::path resolved = stripped(context->resolveStringVar(entry.c_str()));
+        const std::filesystem::path resolved = stripped(variables->resolveStringVar(entry.c_str()));
         const std::filesystem::path folder = resolved.empty() ? own_folder : own_folder / resolved;
         folders.push_back(folder.lexically_normal().string());
     }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <set>
 
+#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/search_folders.h"
 #include "colorio/ocio/transform_graph.h"
 
@@ -25,10 +26,10 @@ std::set<std::string> get_file_names(const ConstConfigRcPtr& config) {
 
 std::vector<std::string> get_source_files(const ConstConfigRcPtr& config) {
     const std::vector<std::string> folders = get_search_folders(config);
-    const library::ConstContextRcPtr context = config->getCurrentContext();
+    const library::ConstContextRcPtr variables = get_variables(config);
     std::set<std::string> paths;
     for (const std::string& name : get_file_names(config)) {
-        const std::filesystem::path file = context->resolveStringVar(name.c_str());
+        const std::filesystem::path file = variables->resolveStringVar(name.c_str());
         if (file.empty())
             continue;
         for (const std::string& folder : folders)

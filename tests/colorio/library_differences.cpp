@@ -17,6 +17,7 @@ constexpr std::string_view MODULE = "test_colorio";
 constexpr std::string_view TOOL = "test_tool";
 constexpr std::string_view TOOL_SETTINGS = "test_tool_settings";
 constexpr std::string_view GPU = "test_gpu";
+constexpr std::string_view VIEWER = "test_viewer";
 
 /// Stands where 1.x needs no row.
 constexpr const char* AS_2_1 = "as 2.1";
@@ -120,6 +121,10 @@ constexpr struct {
     {TOOL, "Explain.SaysWhenOperationsAreSimplifiedToAsMany", NO_OPERATIONS},
     {TOOL_SETTINGS, "OwnCdls.AreRefusedWhenTheLibraryCannotReadThem",
      "on this library the door reads corrections itself, in every encoding that the tool knows"},
+    {VIEWER, "ModelThatFollowsChanges.ShowsALutWhoseFolderIsMadeLater",
+     "the colour library remembers for the life of the process that a file is missing"},
+    {VIEWER, "ModelThatFollowsChanges.ReadsAConfigurationOfTheLibraryItselfAgain", NO_BUILTIN_CONFIGS,
+     OF_1_X | OF_2_1},
     {DOOR, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},
     {DOOR, "BuiltinConfigs.ShowAcesTwoThroughOneTable", NO_BUILTIN_CONFIGS, OF_2_1},
     {GPU, "ShaderTextTest.OfAVersion1ConfigurationIsValidInBothDialects", NO_CUBES_BACKWARDS},

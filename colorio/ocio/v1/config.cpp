@@ -32,6 +32,12 @@ void require_readable_config(const std::string& path) {
 /// This library has none.
 void turn_processor_cache_off(const ConstConfigRcPtr&) {}
 
+library::ConstContextRcPtr get_variables(const ConstConfigRcPtr& config) {
+    const library::ContextRcPtr copy = config->getCurrentContext()->createEditableCopy();
+    copy->setWorkingDir(copy->getWorkingDir()); // forgets the places of files, which were copied too
+    return copy;
+}
+
 /// The library splits it at each colon before it replaces variables.
 std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config) {
     std::vector<std::string> entries;

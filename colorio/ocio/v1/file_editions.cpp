@@ -7,6 +7,7 @@
 
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/transform.h"
 
@@ -56,11 +57,11 @@ FileEditions& file_editions() {
 using Spellings = std::map<std::string, std::string>;
 
 Spellings current_spellings(const ConstConfigRcPtr& config, const ConversionParts& parts) {
-    const library::ConstContextRcPtr context = config->getCurrentContext();
+    const library::ConstContextRcPtr variables = get_variables(config);
     Spellings spellings;
     for (const auto& [source, path] : parts.files)
         if (const unsigned edition = file_editions().edition_of(path))
-            spellings.emplace(source, spell_edition(context->resolveStringVar(source.c_str()), edition));
+            spellings.emplace(source, spell_edition(variables->resolveStringVar(source.c_str()), edition));
     return spellings;
 }
 

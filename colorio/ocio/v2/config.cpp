@@ -25,6 +25,10 @@ void turn_processor_cache_off(const ConstConfigRcPtr& config) {
     std::const_pointer_cast<library::Config>(config)->setProcessorCacheFlags(library::PROCESSOR_CACHE_OFF);
 }
 
+library::ConstContextRcPtr get_variables(const ConstConfigRcPtr& config) {
+    return config->getCurrentContext();
+}
+
 std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config) {
     std::vector<std::string> entries;
     for (int i = 0; i < config->getNumSearchPaths(); ++i)

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+
+#include "colorio/ocio/processor.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/support/env_guard.h"
 
@@ -44,6 +47,20 @@ TEST_F(SourceFiles, AreAtTheirOwnPlaceWhenTheirPathIsAbsolute) {
 TEST_F(SourceFiles, AreListedOnceHoweverManyTransformsNameThem) {
     EXPECT_THAT(get("luts", make_space("a", "film.cube") + make_space("b", "film.cube")),
                 ElementsAre(in_folder("luts/film.cube")));
+}
+
+/// The 1.x library keeps what it was asked for, and would look for the file in the wrong place.
+TEST_F(SourceFiles, AreFoundByTheLibraryAfterwards) {
+    folder.write("luts/half.spi1d", "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
+    test_configs::ConfigText text;
+    text.settings = "search_path: luts\n";
+    text.spaces = "  - !<ColorSpace>\n    name: half\n    to_reference: !<FileTransform> {src: half.spi1d, "
+                  "interpolation: linear}\n";
+    const ocio::ConstConfigRcPtr config = test_configs::load(folder, text.str());
+    EXPECT_THAT(ocio::get_source_files(config), ElementsAre(in_folder("luts/half.spi1d")));
+    std::array<float, 4> pixel{1, 0.5f, 0, 1};
+    ocio::get_processor(config, "half", "lin")->apply_rgba(pixel.data());
+    EXPECT_THAT(pixel, ElementsAre(0.5f, 0.25f, 0, 1));
 }
 
 TEST_F(SourceFiles, HaveTheirVariablesReplaced) {
