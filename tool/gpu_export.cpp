@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
+#include "image/replaced_file.h"
 #include "tool/exit_code.h"
-#include "tool/image/replaced_file.h"
 
 namespace tool {
 

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/image/replaced_file.h"
+#include "image/replaced_file.h"
 #include "tool/program.h"
 
 int main(int count, char* arguments[]) {

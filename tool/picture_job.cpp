@@ -4,10 +4,10 @@
 
 #include <fmt/format.h>
 
+#include "image/picture_reader.h"
+#include "image/picture_writer.h"
+#include "image/replaced_file.h"
 #include "tool/exit_code.h"
-#include "tool/image/picture_reader.h"
-#include "tool/image/picture_writer.h"
-#include "tool/image/replaced_file.h"
 
 namespace tool {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tool/image/part_conversion.h"
-#include "tool/image/part_plan.h"
+#include "image/part_conversion.h"
+#include "image/part_plan.h"
 
 namespace tool {
 

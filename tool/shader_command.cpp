@@ -5,11 +5,11 @@
 
 #include <fmt/format.h>
 
+#include "gl/gl_error.h"
 #include "tool/color_conversion.h"
 #include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
-#include "tool/gl/gl_error.h"
 #include "tool/gpu_export.h"
 #include "tool/shader_comparison.h"
 #include "tool/text_table.h"

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "gl/gl_evaluator.h"
 #include "tool/color_conversion.h"
-#include "tool/gl/gl_evaluator.h"
 
 namespace tool {
 

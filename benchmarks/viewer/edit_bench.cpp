@@ -13,10 +13,10 @@
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
+#include "gl/gl_error.h"
 #include "tool/console.h"
 #include "tool/exit_code.h"
-#include "tool/gl/gl_error.h"
-#include "tool/viewer/viewer.h"
+#include "viewer/viewer.h"
 
 // How long it takes from a saved edit of a LUT to the first frame of a 4K float picture that shows it: in a
 // window, whose loop sleeps between events (needs a display), and in memory, where it does not.

@@ -7,11 +7,11 @@
 #include <epoxy/gl.h>
 
 #include "tool/console.h"
-#include "tool/viewer/chain_shader.h"
-#include "tool/viewer/color_chain.h"
-#include "tool/viewer/color_host.h"
-#include "tool/viewer/picture_painter.h"
-#include "tool/viewer/screen.h"
+#include "viewer/chain_shader.h"
+#include "viewer/color_chain.h"
+#include "viewer/color_host.h"
+#include "viewer/picture_painter.h"
+#include "viewer/screen.h"
 
 // How long the viewer's user waits after choosing another view: for the shader with its table, and for the
 // first frame of a 4K float picture. $OCIO names the configuration, the built-in one by default.

@@ -1,4 +1,4 @@
-#include "tool/gl/gl_evaluator.h"
+#include "gl/gl_evaluator.h"
 
 #include <string>
 #include <vector>
@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tool/gl/gl_error.h"
+#include "gl/gl_error.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "colorio/color_io_converter.h"
-#include "tool/gl/gl_evaluator.h"
+#include "gl/gl_evaluator.h"
 
 /// OpenGL of both dialects, and how exactly it interpolates in tables.
 class ShaderRunners {

@@ -1,4 +1,4 @@
-#include "tool/image/half_codec.h"
+#include "image/half_codec.h"
 
 #include <cmath>
 #include <cstdint>

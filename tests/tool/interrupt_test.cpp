@@ -4,9 +4,9 @@
 #include <csignal>
 #include <fstream>
 
+#include "image/replaced_file.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool/tool_fixture.h"
-#include "tool/image/replaced_file.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tool/viewer/camera.h"
+#include "viewer/camera.h"
 
 #include <gtest/gtest.h>
 

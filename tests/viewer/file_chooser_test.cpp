@@ -1,4 +1,4 @@
-#include "tool/viewer/file_chooser.h"
+#include "viewer/file_chooser.h"
 
 #include <sys/stat.h>
 

@@ -1,4 +1,4 @@
-#include "tool/viewer/file_watcher.h"
+#include "viewer/file_watcher.h"
 
 #include <chrono>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "tool/viewer/view_model.h"
+#include "viewer/view_model.h"
 
 #include <filesystem>
 

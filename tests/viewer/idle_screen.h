@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "tool/viewer/screen.h"
+#include "viewer/screen.h"
 
 /// A screen in memory that wants a frame only when the user does something, as a window does.
 class IdleScreen : public tool::Screen {

@@ -4,7 +4,7 @@
 
 #include "tests/viewer/viewer_fixture.h"
 #include "tool/exit_code.h"
-#include "tool/viewer/view_model.h"
+#include "viewer/view_model.h"
 
 /// A viewer's model on the configuration of the fixture.
 class ViewModelTest : public ViewerTest {

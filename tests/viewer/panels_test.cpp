@@ -5,8 +5,8 @@
 
 #include "tests/viewer/screen_fixture.h"
 #include "tool/exit_code.h"
-#include "tool/viewer/fonts.h"
-#include "tool/viewer/panels_attempt.h"
+#include "viewer/fonts.h"
+#include "viewer/panels_attempt.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tool/viewer/picture_list.h"
+#include "viewer/picture_list.h"
 
 #include <filesystem>
 

@@ -1,4 +1,4 @@
-#include "tool/viewer/picture.h"
+#include "viewer/picture.h"
 
 #include <sys/stat.h>
 

@@ -2,8 +2,8 @@
 
 #include "tests/viewer/idle_screen.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/viewer/items.h"
-#include "tool/viewer/viewer.h"
+#include "viewer/items.h"
+#include "viewer/viewer.h"
 
 /// A viewer with its panels on a screen that waits for the user, on the configuration of the fixture: the
 /// view "Screen.Shown" halves, "Screen.Raw" changes nothing. The picture is shown pixel by pixel.

@@ -1,4 +1,4 @@
-#include "tool/viewer/script.h"
+#include "viewer/script.h"
 
 #include <filesystem>
 #include <sstream>
@@ -6,7 +6,7 @@
 
 #include "tests/viewer/viewer_fixture.h"
 #include "tool/exit_code.h"
-#include "tool/viewer/viewer.h"
+#include "viewer/viewer.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "tests/support/env_guard.h"
 #include "tests/support/temp_dir.h"
 #include "tool/console.h"
-#include "tool/viewer/color_host.h"
-#include "tool/viewer/picture.h"
+#include "viewer/color_host.h"
+#include "viewer/picture.h"
 
 /// An RGB colour, from 0 to 255 in pictures that were read from a file.
 using Rgb = std::vector<float>;

@@ -1,11 +1,11 @@
-#include "tool/viewer/viewer.h"
+#include "viewer/viewer.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "colorio/color_io_converter.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/viewer/color_chain.h"
+#include "viewer/color_chain.h"
 
 namespace {
 

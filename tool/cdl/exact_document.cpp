@@ -7,10 +7,10 @@
 #include <fmt/format.h>
 
 #include "colorio/ocio/cdl_document.h"
+#include "image/output_file.h"
+#include "image/replaced_file.h"
 #include "tool/cdl/correction_text.h"
 #include "tool/exit_code.h"
-#include "tool/image/output_file.h"
-#include "tool/image/replaced_file.h"
 
 namespace tool {
 

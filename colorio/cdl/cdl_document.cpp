@@ -1,0 +1,123 @@
+#include "colorio/cdl/cdl_document.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string_view>
+
+#include "colorio/facade/color_io_log.h"
+
+namespace {
+
+using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
+
+/// Slope, offset and power of three components each, then saturation: one row of numbers.
+constexpr unsigned int NUMBER_COUNT = 10;
+constexpr unsigned int SATURATION_NUMBER = 9;
+
+float& get_number(ColorDecisionListDef& def, unsigned int index) {
+    if (index >= SATURATION_NUMBER)
+        return def.saturation;
+    float* const rows[] = {def.slope, def.offset, def.power};
+    return rows[index / 3][index % 3];
+}
+
+void read_numbers(const XmlNode& element, unsigned int first, unsigned int end, ColorDecisionListDef& def) {
+    unsigned int index = first;
+    for (const CoreString& word : CoreString(element.get_text(0)).split_word(" ")) {
+        if (index == end)
+            return;
+        get_number(def, index++) = static_cast<float>(word.to_double());
+    }
+}
+
+/// Whether the element's text is exactly `count` finite numbers from `minimum` on.
+bool holds_numbers(const XmlNode& element, unsigned int count, double minimum) {
+    const CoreVector<CoreString> words = CoreString(element.get_text(0)).split_word(" ");
+    for (const CoreString& word : words) {
+        const std::string_view text = word.view();
+        double value = 0;
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(value) ||
+            value < minimum)
+            return false;
+    }
+    return words.get_count() == count;
+}
+
+} // namespace
+
+bool is_valid_correction(const XmlNode& correction) {
+    constexpr double ANY = std::numeric_limits<double>::lowest();
+    constexpr double ABOVE_ZERO = std::numeric_limits<double>::min();
+    const XmlNode sop = correction.get_child("SOPNode");
+    return holds_numbers(sop.get_child("Slope"), 3, 0) && holds_numbers(sop.get_child("Offset"), 3, ANY) &&
+           holds_numbers(sop.get_child("Power"), 3, ABOVE_ZERO) &&
+           holds_numbers(correction.get_child("SATNode").get_child("Saturation"), 1, 0);
+}
+
+ColorDecisionListDef make_identity_CDL() {
+    return {"", "", "", {1.0f, 1.0f, 1.0f}, {0.0f, 0.0f, 0.0f}, {1.0f, 1.0f, 1.0f}, 1.0f, false};
+}
+
+XmlNode get_document_element(XmlNode top) {
+    if (!top.get_name() || CoreString(top.get_name()).start_with("xml"))
+        top = top.get_child(0);
+    while (top.is_declaration())
+        top = top.get_child(0);
+    return top;
+}
+
+bool parse_CDL_document(const CoreString& path, XmlNode& element) {
+    const XmlNode top = XmlNode::parse_file_or_report(path.get_data());
+    if (top.is_empty()) {
+        log_message(LOG_ERROR, "XML Error with file '", path, "'.\n");
+        return false;
+    }
+    element = get_document_element(top);
+    return true;
+}
+
+void log_missing_node(const char* element, const CoreString& path) {
+    log_message(LOG_ERROR, "Node '", element, "' not find in '", path, "'.\n");
+}
+
+CoreString get_correction_id(const XmlNode& correction) {
+    for (int i = 0; i < correction.count_attributes(); ++i)
+        if (CoreString("id") == correction.get_attribute_name(i))
+            return correction.get_attribute_value(i);
+    return CoreString();
+}
+
+bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
+                           ColorDecisionListDef& def) {
+    const bool give_up = missing == MissingElement::GIVE_UP;
+    const XmlNode sop = correction.get_child("SOPNode");
+    if (sop.is_empty()) {
+        log_missing_node("SOPNode", path);
+        if (give_up)
+            return false;
+    } else {
+        unsigned int first = 0;
+        for (const char* name : {"Slope", "Offset", "Power"}) {
+            const XmlNode element = sop.get_child(name);
+            if (!element.is_empty()) {
+                read_numbers(element, first, NUMBER_COUNT, def);
+            } else {
+                log_missing_node(name, path);
+                if (give_up)
+                    return false;
+            }
+            first += 3;
+        }
+    }
+    const XmlNode saturation = correction.get_child("SATNode").get_child("Saturation");
+    if (saturation.is_empty()) {
+        log_missing_node("Saturation", path);
+        return !give_up;
+    }
+    if (const char* text = saturation.get_text(0))
+        def.saturation = static_cast<float>(CoreString(text).to_double());
+    def.is_builtin = false;
+    return true;
+}

@@ -1,0 +1,175 @@
+#include <algorithm>
+#include <memory>
+
+#include "colorio/cdl/added_cdls.h"
+#include "colorio/cdl/cdl_document.h"
+#include "colorio/cdl/color_io_cdl_transform.h"
+#include "colorio/cdl/library_cdls.h"
+#include "colorio/color_io_constants.h"
+#include "colorio/color_io_manager.h"
+#include "colorio/facade/color_io_log.h"
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/transform.h"
+#include "host/of/of_app.h"
+#include "host/sys/sys_filesystem.h"
+
+namespace {
+
+using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
+
+ocio::ColorSpaceRcPtr make_CDL_space(const CoreString& name, const ocio::CDLTransformRcPtr& transform) {
+    ocio::ColorSpaceRcPtr space = ocio::create_color_space();
+    ocio::set_name(space, name.get_data());
+    ocio::set_bit_depth(space, ocio::BIT_DEPTH_F32);
+    ocio::set_allocation(space, ocio::ALLOCATION_LG2);
+    ocio::set_direction(transform, ocio::TRANSFORM_DIR_FORWARD);
+    ocio::set_transform(space, transform, ocio::COLORSPACE_DIR_FROM_REFERENCE);
+    return space;
+}
+
+} // namespace
+
+bool ColorIOManager::init_default_CDL_tavelion_config() {
+    CoreString folder;
+    const bool has_folder = app && app->create_temp_folder(LUT_FOLDER, folder);
+    if (!has_folder)
+        log_message(LOG_ERROR,
+                    "Color Management: failed to create the temporary folder for the built-in CDL files.\n");
+    cdl_config = ocio::create_config();
+    added_cdls = std::make_shared<AddedCDLs>();
+    if (!has_folder) {
+        cdl_config_ready = false;
+        return false;
+    }
+    ocio::set_working_dir(cdl_config, folder.get_data());
+    append_builtin_CDL();
+
+    ColorDecisionListDef identity = make_identity_CDL();
+    identity.name = s_default_CDL_name;
+    const ocio::CDLTransformRcPtr transform = make_CDL_transform(identity);
+    ocio::add_color_space(cdl_config, make_CDL_space(identity.name, transform));
+    ocio::add_display(cdl_config, BUILTIN_FAMILY.data, ocio::get_id(transform), identity.name.get_data(), "");
+    cdl_config_ready = validate_ocio_config(cdl_config);
+    return cdl_config_ready;
+}
+
+void ColorIOManager::append_builtin_CDL() {
+    for (const ColorDecisionListDef& def : tavelion_color_decision_lists)
+        if (def.name == s_default_CDL_name)
+            return;
+    ColorDecisionListDef builtin = make_identity_CDL();
+    builtin.name = s_default_CDL_name;
+    builtin.is_builtin = true;
+    tavelion_color_decision_lists.append(builtin);
+}
+
+bool ColorIOManager::add_custom_CDLs_to_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {
+    CDLFileReader files(RepeatedIds::FIRST_COUNTS);
+    if (cdl_config)
+        for (const ColorDecisionListDef& def : list)
+            add_custom_CDL(def, files);
+    if (cdl_config && &list == &tavelion_color_decision_lists)
+        added_cdls->note_list(list);
+    return true;
+}
+
+void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileReader& files) {
+    if (def.is_builtin)
+        return;
+    const bool from_file = !def.file.is_empty() && files.exists(def.file);
+    if (added_cdls->holds(def, from_file))
+        return;
+    const bool added = log_ocio_errors(
+        LOG_ERROR,
+        [&] {
+            const ocio::CDLTransformRcPtr transform =
+                from_file ? files.read(def.file, def.cccid) : make_CDL_transform(def);
+            ocio::add_color_space(cdl_config, make_CDL_space(def.name, transform));
+        },
+        [&] {
+            log_message(LOG_ERROR, "Color Management: the custom CDL '", def.name,
+                        "' has errors and was ignored.\n");
+        });
+    if (added)
+        added_cdls->remember(def, from_file);
+}
+
+bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
+    if (!app || !SysFilesystem::file_exists(path))
+        return false;
+    XmlNode top;
+    if (!parse_CDL_document(path, top))
+        return false;
+    const KnownCDLs known_before(tavelion_color_decision_lists);
+    const int count = top.count_children("ColorCorrection");
+    for (int i = 0; i < count; ++i) {
+        const XmlNode correction = top.get_child(i);
+        ColorDecisionListDef def = make_identity_CDL();
+        def.file = path;
+        def.name = get_correction_id(correction);
+        def.cccid = def.name;
+        if (!read_color_correction(correction, path, MissingElement::GIVE_UP, def))
+            return false;
+        if (!known_before.contains(def))
+            tavelion_color_decision_lists.append(def);
+        library_color_decision_lists.append(def);
+    }
+    add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);
+    return false;
+}
+
+void ColorIOManager::update_file_cdl_library_path() {
+    if (!app || app->get_cdl_library_file_path().is_empty())
+        return;
+    forget_cached_files();
+    remove_library_CDLs(library_color_decision_lists, tavelion_color_decision_lists);
+    library_color_decision_lists.remove_all();
+    clear_CDL_spaces();
+    init_default_CDL_tavelion_config();
+    build_CDL_from_file(app->get_cdl_library_file_path());
+    update_CDL_enums_and_lists();
+}
+
+void ColorIOManager::clear_CDL_spaces() {
+    if (!cdl_config)
+        return;
+    ocio::clear_color_spaces(cdl_config);
+    *added_cdls = AddedCDLs();
+}
+
+void ColorIOManager::forget_cached_files() {
+    ocio::clear_all_caches();
+    if (added_cdls)
+        *added_cdls = AddedCDLs();
+}
+
+bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
+    if (cdl_config && added_cdls->is_complete(tavelion_color_decision_lists)) {
+        CDLFileReader files(RepeatedIds::FIRST_COUNTS);
+        if (const ColorDecisionListDef* listed = added_cdls->find_replaced(entry))
+            add_custom_CDL(ColorDecisionListDef(*listed), files);
+        add_custom_CDL(entry, files);
+        return true;
+    }
+    CoreVector<ColorDecisionListDef> list = tavelion_color_decision_lists;
+    ColorDecisionListDef* same_name =
+        std::find_if(list.begin(), list.end(), [&](const auto& def) { return def.name == entry.name; });
+    if (same_name != list.end())
+        *same_name = entry;
+    else
+        list.append(entry);
+    return add_custom_CDLs_to_tavelion_config(list);
+}
+
+void ColorIOManager::set_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {
+    const CoreVector<ColorDecisionListDef> records = list; // `list` may be the one that is emptied here.
+    tavelion_color_decision_lists.remove_all();
+    clear_CDL_spaces();
+    init_default_CDL_tavelion_config();
+    add_custom_CDLs_to_tavelion_config(records);
+    tavelion_color_decision_lists = records;
+    if (added_cdls)
+        added_cdls->note_list(tavelion_color_decision_lists);
+    update_CDL_enums_and_lists();
+}

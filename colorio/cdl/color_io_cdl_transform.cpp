@@ -1,0 +1,90 @@
+#include "colorio/cdl/color_io_cdl_transform.h"
+
+#include "colorio/cdl/cdl_document.h"
+#include "host/sys/sys_filesystem.h"
+
+namespace {
+
+CoreString get_lookup_id(const CoreString& file, const CoreString& cccid) {
+    return SysFilesystem::get_file_extension(file) == "ccc" ? cccid : CoreString();
+}
+
+} // namespace
+
+ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionListDef& def) {
+    ocio::CDLTransformRcPtr transform = ocio::create_CDL_transform();
+    ocio::set_id(transform, def.name.get_data());
+    ocio::set_slope(transform, def.slope);
+    ocio::set_offset(transform, def.offset);
+    ocio::set_power(transform, def.power);
+    ocio::set_sat(transform, def.saturation);
+    return transform;
+}
+
+bool CDLFileReader::exists(const CoreString& file) {
+    const auto [position, is_new] = existing.try_emplace(file.get_data());
+    if (is_new)
+        position->second = SysFilesystem::file_exists(file);
+    return position->second;
+}
+
+ocio::CDLTransformRcPtr CDLFileReader::read(const CoreString& file, const CoreString& cccid) {
+    const CoreString id = get_lookup_id(file, cccid);
+    if (!id.is_empty()) {
+        const auto& by_id = get_collection(file).by_id;
+        const auto found = by_id.find(id.get_data());
+        if (found != by_id.end())
+            return found->second;
+    }
+    try {
+        return ocio::create_CDL_transform_from_file(file.get_data(), id.get_data());
+    } catch (const ocio::Exception&) {
+        const ocio::CDLTransformRcPtr first = get_collection(file).first_of_repeating;
+        if (id.is_empty() && first)
+            return first;
+        throw;
+    }
+}
+
+const CDLFileReader::Collection& CDLFileReader::get_collection(const CoreString& file) {
+    const auto [position, is_new] = collections.try_emplace(file.get_data());
+    if (is_new) {
+        try {
+            position->second.read_with_library(file);
+        } catch (const ocio::Exception&) {
+            // Looking the correction up alone words the error, unless repeated ids were all that was wrong.
+            if (repeated_ids == RepeatedIds::FIRST_COUNTS)
+                position->second.read_repeating(file);
+        }
+    }
+    return position->second;
+}
+
+void CDLFileReader::Collection::read_with_library(const CoreString& file) {
+    for (const ocio::CDLTransformRcPtr& transform : ocio::create_CDL_transforms_from_file(file.get_data()))
+        by_id.emplace(ocio::get_id(transform), transform);
+}
+
+void CDLFileReader::Collection::read_repeating(const CoreString& file) {
+    const XmlNode top = get_document_element(XmlNode::parse_file(file.get_data()));
+    bool repeats = false;
+    bool valid = true;
+    int index = 0;
+    for (XmlNode node = top.get_child("ColorCorrection", &index); !node.is_empty();
+         node = top.get_child("ColorCorrection", &index)) {
+        valid = is_valid_correction(node);
+        if (!valid)
+            break;
+        ColorIOManager::ColorDecisionListDef def = make_identity_CDL();
+        def.name = get_correction_id(node);
+        read_color_correction(node, file, MissingElement::GIVE_UP, def);
+        const ocio::CDLTransformRcPtr transform = make_CDL_transform(def);
+        repeats = !by_id.emplace(def.name.view(), transform).second || repeats;
+        if (!first_of_repeating)
+            first_of_repeating = transform;
+    }
+    if (!repeats || !valid) {
+        by_id.clear();
+        first_of_repeating.reset();
+    }
+}

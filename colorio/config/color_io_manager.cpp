@@ -1,0 +1,206 @@
+#include "colorio/color_io_manager.h"
+
+#include <memory>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_constants.h"
+#include "colorio/facade/color_io_log.h"
+#include "colorio/names/color_space_name_index.h"
+#include "colorio/ocio/config.h"
+#include "host/event/event_ids.h"
+#include "host/of/of_app.h"
+#include "host/of/of_enum.h"
+#include "host/of/of_object_factory.h"
+#include "host/sys/sys_env.h"
+#include "host/sys/sys_filesystem.h"
+
+ColorIOManager::ColorIOManager(OfApp* app) : app(app) {
+    linear_color_space_names.append(BUILTIN_LINEAR);
+    linear_color_space_names.append("scene_linear");
+    role_color_spaces.reserve(ROLE_COUNT);
+    for (int role = 0; role < ROLE_COUNT; ++role)
+        role_color_spaces.append(s_default_color_space_name);
+}
+
+ColorIOManager::ColorIOManager(const ColorIOManager&) = default;
+ColorIOManager::ColorIOManager(ColorIOManager&&) noexcept = default;
+ColorIOManager& ColorIOManager::operator=(const ColorIOManager&) = default;
+ColorIOManager& ColorIOManager::operator=(ColorIOManager&&) noexcept = default;
+ColorIOManager::~ColorIOManager() = default;
+
+bool ColorIOManager::static_init(OfApp* app) {
+    if (!s_instance)
+        s_instance = new ColorIOManager(app);
+    return s_instance->init();
+}
+
+ColorIOManager* ColorIOManager::get_instance() {
+    return s_instance;
+}
+
+void ColorIOManager::destroy() {
+    delete s_instance;
+    s_instance = nullptr;
+}
+
+bool ColorIOManager::init() {
+    if (!app) {
+        publish_config();
+        return true;
+    }
+    create_enums();
+    settle_role_color_spaces();
+    const bool builtin_ok = init_default_tavelion_config();
+    if (!builtin_ok)
+        log_message(LOG_ERROR,
+                    "Color Management: failed to create Tavelion built-in color space configuration.\n");
+    const bool cdl_ok = init_default_CDL_tavelion_config();
+    update_CDL_enums_and_lists();
+    if (!cdl_ok)
+        log_message(LOG_ERROR, "Color Management: failed to create Tavelion built-in CDL configuration.\n");
+    use_file_config(false);
+    return builtin_ok && cdl_ok;
+}
+
+void ColorIOManager::create_enums() {
+    OfObjectFactory& factory = app->get_object_factory();
+    struct Menu {
+        OfEnum*& object;
+        const char* name;
+        bool has_families;
+    };
+    const Menu menus[] = {
+        {color_space_enum, "color_space", true},
+        {internal_color_space_enum, "internal_color_space", true},
+        {color_picking_enum, "color_picking", true},
+        {view_transform_enum, "view_transform", false},
+        {color_decision_list_enum, "color_decision_list", false},
+        {roles_enum, "roles_enum", false},
+    };
+    for (const Menu& menu : menus) {
+        menu.object = factory.add_enum(menu.name, NOT_FOUND);
+        if (menu.has_families)
+            menu.object->set_separator(FAMILY_SEPARATOR);
+    }
+    name_index.reset();
+    for (int role = 0; role < ROLE_COUNT; ++role)
+        roles_enum->add_value(get_role_name(static_cast<Role>(role)), static_cast<unsigned int>(role));
+}
+
+OCIO_NAMESPACE::ConstConfigRcPtr ColorIOManager::get_config() const {
+    return config;
+}
+
+OCIO_NAMESPACE::ConstConfigRcPtr ColorIOManager::get_cdl_config() const {
+    return cdl_config;
+}
+
+bool ColorIOManager::is_using_tavelion_config() const {
+    return config && tavelion_config && config == tavelion_config;
+}
+
+bool ColorIOManager::app_uses_file_config() const {
+    return app && app->get_use_color_space_file();
+}
+
+bool ColorIOManager::build_from_file(const CoreString& path) {
+    if (!app)
+        return false;
+    ocio::clear_all_caches();
+    const auto take_from = [this](const CoreString& origin, auto create) {
+        file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
+        if (file_config_loaded) {
+            file_config_path = origin;
+            set_default_color_space_name(app_uses_file_config());
+        }
+        return file_config_loaded;
+    };
+    bool loaded = false;
+    if (SysFilesystem::file_exists(path)) {
+        file_config_path = path;
+        loaded = take_from(path, [&] { return ocio::create_config_from_file(path.get_data()); });
+    } else {
+        if (!path.is_empty()) {
+            log_message(LOG_WARNING, "Color Management: OCIO configuration file '", path, "' not found.\n");
+            file_config_loaded = false;
+        }
+        const CoreString from_environment = sys_get_env(OCIO_VARIABLE);
+        if (!from_environment.is_empty()) {
+            log_message(LOG_WARNING, "Color Management: defaulting to configuration file '", from_environment,
+                        "' from environment variable OCIO.\n");
+            loaded = take_from(FROM_ENV, [] { return ocio::create_config_from_env(); });
+        }
+    }
+    settle_role_color_spaces();
+    return loaded;
+}
+
+bool ColorIOManager::validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config) {
+    return config && log_ocio_errors(
+                         LOG_ERROR, [&] { ocio::sanity_check(config); },
+                         [] { log_message(LOG_ERROR, "Color Management: invalid OCIO configuration.\n"); });
+}
+
+void ColorIOManager::use_file_config(const bool& use) {
+    if (!app)
+        return;
+    if (use) {
+        const CoreString path =
+            app->get_color_space_file_path(); // A copy: listeners may change the preference.
+        const bool held = file_config_loaded && path == file_config_path;
+        if (!held && !build_from_file(path)) {
+            if (!file_config_path.is_empty())
+                log_message(LOG_WARNING, "Color Management: OCIO configuration file '", file_config_path,
+                            "' not found. Defaulting to Tavelion built-in configuration.\n");
+            config = tavelion_config;
+            validate_ocio_config(config);
+            return;
+        }
+        set_default_color_space_name(use);
+        config = get_file_config_or_builtin();
+    } else {
+        if (!tavelion_config_ready)
+            init_default_tavelion_config();
+        set_default_color_space_name(false);
+        config = tavelion_config;
+    }
+    validate_ocio_config(config);
+    if (!cdl_config_ready)
+        init_default_CDL_tavelion_config();
+    settle_role_color_spaces();
+    publish_config();
+}
+
+void ColorIOManager::update_file_config_path() {
+    if (!app)
+        return;
+    if (!app_uses_file_config()) {
+        set_default_color_space_name(false);
+        return;
+    }
+    if (build_from_file(CoreString(app->get_color_space_file_path()))) {
+        config = get_file_config_or_builtin();
+    } else {
+        set_default_color_space_name(false);
+        config = tavelion_config;
+        file_config.reset();
+    }
+    validate_ocio_config(config);
+    settle_role_color_spaces();
+    tell_of_new_lists(update_enums_and_lists());
+}
+
+void ColorIOManager::publish_config() {
+    const bool changed = update_enums_and_lists();
+    update_CDL_enums_and_lists();
+    tell_of_new_lists(changed);
+}
+
+void ColorIOManager::tell_of_new_lists(bool changed) {
+    if (changed)
+        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+}
+
+OCIO_NAMESPACE::ConfigRcPtr ColorIOManager::get_file_config_or_builtin() const {
+    return file_config ? file_config : tavelion_config;
+}

@@ -1,0 +1,49 @@
+#include "colorio/color_io_evaluation.h"
+
+#include "colorio/convert/color_io_converter_state.h"
+
+namespace {
+
+ColorIOEvaluation::Path to_path(ocio::EvaluationPath path) {
+    switch (path) {
+    case ocio::EvaluationPath::None:
+        break;
+    case ocio::EvaluationPath::Vector:
+        return ColorIOEvaluation::PATH_VECTOR;
+    case ocio::EvaluationPath::Library:
+        return ColorIOEvaluation::PATH_LIBRARY;
+    }
+    return ColorIOEvaluation::PATH_NONE;
+}
+
+ColorIOEvaluation::Explanation to_host(const ocio::Explanation& explanation) {
+    ColorIOEvaluation::Explanation out;
+    for (const std::string& operation : explanation.operations)
+        out.operations.append(operation.c_str());
+    for (const auto& [operation, pixel] : explanation.steps)
+        out.steps.append({operation.c_str(), {pixel[0], pixel[1], pixel[2], pixel[3]}});
+    out.path = to_path(explanation.path);
+    out.reason = explanation.reason.c_str();
+    out.vector_target = explanation.vector_target.c_str();
+    return out;
+}
+
+} // namespace
+
+bool ColorIOEvaluation::explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
+                                Explanation& explanation) {
+    if (!converter.is_configured())
+        return false;
+    explanation = converter.is_enabled()
+                      ? to_host(converter.state->processor->explain({pixel[0], pixel[1], pixel[2], pixel[3]}))
+                      : Explanation();
+    return true;
+}
+
+void ColorIOEvaluation::set_vector_code(bool enabled) {
+    ocio::set_fast_path(enabled);
+}
+
+bool ColorIOEvaluation::get_vector_code() {
+    return ocio::get_fast_path();
+}

@@ -1,0 +1,149 @@
+#include "colorio/color_io_inspection.h"
+
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "colorio/color_io_manager.h"
+#include "colorio/facade/color_io_log.h"
+#include "colorio/names/display_view_walk.h"
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/inspection.h"
+#include "colorio/ocio/processor.h"
+#include "colorio/ocio/sanity_check.h"
+
+namespace {
+
+ocio::ConstConfigRcPtr get_active_config() {
+    const ColorIOManager* manager = ColorIOManager::s_instance;
+    return manager ? manager->get_config() : ocio::ConstConfigRcPtr();
+}
+
+CoreVector<CoreString> to_host(const std::vector<std::string>& texts) {
+    CoreVector<CoreString> out;
+    for (const std::string& text : texts)
+        out.append(text.c_str());
+    return out;
+}
+
+void take_entry(const ocio::EntryFacts& facts, ColorIOInspection::Entry& entry) {
+    entry.name = facts.name.c_str();
+    entry.family = facts.family.c_str();
+    entry.description = facts.description.c_str();
+    entry.encoding = facts.encoding.c_str();
+    entry.aliases = to_host(facts.aliases);
+    entry.categories = to_host(facts.categories);
+    entry.is_active = facts.is_active;
+}
+
+ColorIOInspection::View make_view(const ocio::ConstConfigRcPtr& config, const std::string& display,
+                                  const std::string& view) {
+    ColorIOInspection::View out;
+    out.display = display.c_str();
+    out.name = view.c_str();
+    if (!config)
+        return out;
+    const ocio::ViewFacts facts = ocio::describe_view(config, display, view);
+    out.color_space = facts.color_space.c_str();
+    out.family = facts.family.c_str();
+    out.named_transform = facts.named_transform.c_str();
+    out.view_transform = facts.view_transform.c_str();
+    out.looks = facts.looks.c_str();
+    out.description = facts.description.c_str();
+    out.is_shared = facts.is_shared;
+    return out;
+}
+
+using ViewName = std::pair<std::string, std::string>;
+
+std::set<ViewName> get_shown_views(const ocio::ConstConfigRcPtr& config) {
+    std::set<ViewName> shown;
+    find_view(config, [&](const char* display, const char* view) {
+        shown.emplace(display, view);
+        return false;
+    });
+    return shown;
+}
+
+template <class Action>
+bool try_with_config(Action&& action) {
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    return config && log_ocio_errors(LOG_ERROR, [&] { action(config); });
+}
+
+} // namespace
+
+CoreVector<ColorIOInspection::ColorSpace> ColorIOInspection::get_color_spaces() {
+    CoreVector<ColorSpace> spaces;
+    if (const ocio::ConstConfigRcPtr config = get_active_config())
+        for (const ocio::SpaceFacts& facts : ocio::describe_spaces(config)) {
+            ColorSpace space;
+            take_entry(facts, space);
+            space.is_display_referred = facts.is_display_referred;
+            space.is_data = facts.is_data;
+            spaces.append(std::move(space));
+        }
+    return spaces;
+}
+
+CoreVector<ColorIOInspection::NamedTransform> ColorIOInspection::get_named_transforms() {
+    CoreVector<NamedTransform> transforms;
+    if (const ocio::ConstConfigRcPtr config = get_active_config())
+        for (const ocio::NamedTransformFacts& facts : ocio::describe_named_transforms(config)) {
+            NamedTransform transform;
+            take_entry(facts, transform);
+            transform.has_forward = facts.has_forward;
+            transform.has_inverse = facts.has_inverse;
+            transforms.append(std::move(transform));
+        }
+    return transforms;
+}
+
+CoreVector<CoreString> ColorIOInspection::get_looks() {
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    return config ? to_host(ocio::list_looks(config)) : CoreVector<CoreString>();
+}
+
+CoreVector<CoreString> ColorIOInspection::get_view_transforms() {
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    return config ? to_host(ocio::list_view_transforms(config)) : CoreVector<CoreString>();
+}
+
+bool ColorIOInspection::has_role(const CoreString& role) {
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    return config && !ocio::get_role_color_space(config, role.get_data()).empty();
+}
+
+ColorIOInspection::View ColorIOInspection::get_view(const CoreString& display, const CoreString& view) {
+    return make_view(get_active_config(), display.get_data(), view.get_data());
+}
+
+CoreVector<ColorIOInspection::View> ColorIOInspection::get_hidden_views() {
+    CoreVector<View> hidden;
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    if (!config)
+        return hidden;
+    const std::set<ViewName> shown = get_shown_views(config);
+    for (const ocio::DisplayViews& display : ocio::every_display(config))
+        for (const std::string& view : display.views)
+            if (shown.count({display.name, view}) == 0)
+                hidden.append(make_view(config, display.name, view));
+    return hidden;
+}
+
+bool ColorIOInspection::try_conversion(const CoreString& source, const CoreString& destination) {
+    return try_with_config([&](const ocio::ConstConfigRcPtr& config) {
+        ocio::get_processor(config, source.get_data(), destination.get_data());
+    });
+}
+
+bool ColorIOInspection::try_look(const CoreString& name) {
+    return try_with_config(
+        [&](const ocio::ConstConfigRcPtr& config) { ocio::try_look(config, name.get_data()); });
+}
+
+bool ColorIOInspection::try_view_transform(const CoreString& name) {
+    return try_with_config(
+        [&](const ocio::ConstConfigRcPtr& config) { ocio::try_view_transform(config, name.get_data()); });
+}

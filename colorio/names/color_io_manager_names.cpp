@@ -1,0 +1,168 @@
+#include <string>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_constants.h"
+#include "colorio/color_io_manager.h"
+#include "colorio/facade/color_io_log.h"
+#include "colorio/names/color_space_name_index.h"
+#include "colorio/names/display_view_walk.h"
+#include "colorio/names/label_list.h"
+#include "colorio/names/menu_sleep.h"
+#include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config.h"
+#include "host/of/of_enum.h"
+
+namespace {
+
+LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const OfEnum& published,
+                            CoreVector<CoreString>& names) {
+    LabelList list;
+    const char separator = *published.get_separator().get_data();
+    const int count = ocio::get_num_color_spaces(config);
+    for (int i = 0; i < count; ++i) {
+        const CoreString name = ocio::get_color_space_name_by_index(config, i);
+        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name.get_data());
+        const CoreString family = space ? ocio::get_family(space) : "";
+        const CoreString label = family.is_empty() ? name : family + separator + name;
+        if (list.is_new(label, published)) {
+            names.append(name);
+            list.append(label, names.get_count());
+        } else {
+            log_message(LOG_WARNING, "Color Management: duplicate color space '", label,
+                        "' is already defined in the current configuration.\n");
+        }
+    }
+    return list;
+}
+
+} // namespace
+
+bool ColorIOManager::update_enums_and_lists() {
+    if (!app) {
+        color_space_names.remove_all();
+        color_space_names.append(BUILTIN_LINEAR);
+        display_view_names.remove_all();
+        display_view_names.append("default.linear");
+        return false;
+    }
+    if (!config || !color_space_enum)
+        return false;
+
+    const MenuSleep sleep(
+        {view_transform_enum, color_space_enum, internal_color_space_enum, color_picking_enum});
+    color_space_names.remove_all();
+    color_space_enum->remove_all_values();
+    color_space_enum->set_separator(FAMILY_SEPARATOR);
+    LabelList spaces = list_color_spaces(config, *color_space_enum, color_space_names);
+    color_space_enum->add_values(spaces.labels, spaces.values);
+    name_index.reset();
+
+    color_picking_enum->remove_all_values();
+    spaces.labels.insert(0, ColorIO::s_default_color_picking);
+    spaces.values.insert(0, 0);
+    color_picking_enum->add_values(spaces.labels, spaces.values);
+
+    internal_color_space_enum->remove_all_values();
+    spaces.labels[0] = ColorIO::s_default_scene_linear;
+    internal_color_space_enum->add_values(spaces.labels, spaces.values);
+
+    publish_views();
+    return true;
+}
+
+void ColorIOManager::publish_views() {
+    display_view_names.remove_all();
+    view_transform_enum->remove_all_values();
+    LabelList views;
+    find_view(config, [&](const char* display, const char* view) {
+        const CoreString label = CoreString(display) + DISPLAY_SEPARATOR + view;
+        const CoreString color_space = ocio::get_display_color_space_name(config, display, view).c_str();
+        if (views.is_new(label, *color_space_enum)) {
+            display_view_names.append(label);
+            views.append(label, get_color_space_index(color_space));
+        } else {
+            log_message(LOG_WARNING, "Color Management: duplicate view transform '", color_space,
+                        "' is already defined in the current configuration.\n");
+        }
+        return false;
+    });
+    view_transform_enum->add_values(views.labels, views.values);
+}
+
+std::shared_ptr<const ColorSpaceNameIndex> ColorIOManager::get_name_index() const {
+    if (!app || !color_space_enum)
+        return nullptr;
+    if (!name_index || !name_index->is_current(*color_space_enum))
+        name_index = std::make_shared<ColorSpaceNameIndex>(*color_space_enum);
+    return name_index;
+}
+
+bool ColorIOManager::color_space_exists(CoreBasicString name) const {
+    return app && color_space_enum &&
+           color_space_enum->find_label_index(name) < color_space_enum->get_value_count();
+}
+
+bool ColorIOManager::display_view_exists(CoreBasicString label) const {
+    for (const CoreString& name : display_view_names)
+        if (name == label)
+            return true;
+    return false;
+}
+
+const char& ColorIOManager::get_color_space_enum_separator() const {
+    return color_space_enum ? *color_space_enum->get_separator().get_data() : FAMILY_SEPARATOR;
+}
+
+unsigned int ColorIOManager::get_color_space_index(CoreString name) const {
+    const auto index = get_name_index();
+    return index ? index->find_last_ignoring_case(name) : NOT_FOUND;
+}
+
+CoreString ColorIOManager::get_color_space_name(unsigned int index) const {
+    if (!app || !color_space_enum || index >= color_space_enum->get_value_count())
+        return CoreString();
+    return color_space_enum->get_label(index);
+}
+
+CoreString ColorIOManager::get_full_color_space_name(CoreString name) const {
+    const auto index = get_name_index();
+    if (!index || color_space_enum->get_separator().is_empty())
+        return name;
+    const unsigned int position = index->find_first_exact(name);
+    return position == NOT_FOUND ? name : get_color_space_name(position);
+}
+
+CoreString ColorIOManager::get_color_space_from_display_view(CoreBasicString label) const {
+    if (!view_transform_enum || !color_space_enum)
+        return label;
+    const unsigned int position = view_transform_enum->get_value(label);
+    if (position >= color_space_enum->get_value_count() ||
+        position == view_transform_enum->get_invalid_value())
+        return label;
+    return color_space_enum->get_label(position);
+}
+
+bool ColorIOManager::get_display_view(CoreBasicString label, CoreString& display, CoreString& view) const {
+    if (!config || !display_view_exists(label))
+        return false;
+    return find_view(config, [&](const char* candidate_display, const char* candidate_view) {
+        if (CoreString(candidate_display) + DISPLAY_SEPARATOR + candidate_view != label)
+            return false;
+        display = candidate_display;
+        view = candidate_view;
+        return true;
+    });
+}
+
+CoreString ColorIOManager::get_default_display_view() const {
+    CoreString display, view;
+    return get_default_display_view(display, view) ? display + DISPLAY_SEPARATOR + view : CoreString();
+}
+
+bool ColorIOManager::get_default_display_view(CoreString& display, CoreString& view) const {
+    if (!config)
+        return false;
+    display = ocio::get_default_display(config);
+    view = ocio::get_default_view(config, display.get_data());
+    return !display.is_empty() && !view.is_empty();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+#include "gl/gl_profile.h"
+
+namespace tool {
+
+/// An OpenGL context without a window, current on the thread that made it until it goes; then the context
+/// that was current before is current again. Contexts of one thread end in reverse order of their making.
+class EglContext {
+public:
+    /// Prefers a display without devices or windows, then the first device that has a driver. Throws GlError
+    /// when there is no EGL, or none that offers the profile.
+    explicit EglContext(GlProfile profile);
+    ~EglContext();
+    EglContext(const EglContext&) = delete;
+    EglContext& operator=(const EglContext&) = delete;
+
+    void make_current();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+} // namespace tool

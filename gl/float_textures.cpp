@@ -1,0 +1,50 @@
+#include "gl/float_textures.h"
+
+#include <string>
+
+#include "gl/gl_error.h"
+
+namespace tool {
+
+namespace {
+
+void set_sampling(GLenum target, GLint filter) {
+    glTexParameteri(target, GL_TEXTURE_MIN_FILTER, filter);
+    glTexParameteri(target, GL_TEXTURE_MAG_FILTER, filter);
+    for (GLenum axis : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R})
+        if (axis != GL_TEXTURE_WRAP_R || target == GL_TEXTURE_3D)
+            glTexParameteri(target, axis, GL_CLAMP_TO_EDGE);
+    glTexParameteri(target, GL_TEXTURE_MAX_LEVEL, 0);
+}
+
+void forget_errors() {
+    while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
+void check_upload(const std::string& what) {
+    if (glGetError() != GL_NO_ERROR)
+        throw GlError("the driver refuses " + what);
+}
+
+} // namespace
+
+void upload_table(const GlTexture& texture, const float* table, int edge) {
+    forget_errors();
+    glBindTexture(GL_TEXTURE_3D, texture.get());
+    set_sampling(GL_TEXTURE_3D, GL_LINEAR);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexImage3D(GL_TEXTURE_3D, 0, GL_RGB32F, edge, edge, edge, 0, GL_RGB, GL_FLOAT, table);
+    check_upload("a table of " + std::to_string(edge) + " entries a side");
+}
+
+void upload_pixels(const GlTexture& texture, const float* rgba, int width, int height) {
+    forget_errors();
+    glBindTexture(GL_TEXTURE_2D, texture.get());
+    set_sampling(GL_TEXTURE_2D, GL_NEAREST);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA32F, width, height, 0, GL_RGBA, GL_FLOAT, rgba);
+    check_upload("a float picture of " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
+}
+
+} // namespace tool

@@ -1,0 +1,55 @@
+#include "image/format_abilities.h"
+
+#include <fmt/format.h>
+
+#include "tool/exit_code.h"
+
+namespace tool {
+
+namespace {
+
+struct ConventionOfFormat {
+    const char* format;
+    AlphaConvention convention;
+};
+
+/// Formats that do not keep colour multiplied by alpha, as their own definitions say.
+constexpr ConventionOfFormat CONVENTIONS[] = {
+    {"png", AlphaConvention::STRAIGHT},  {"targa", AlphaConvention::STRAIGHT},
+    {"webp", AlphaConvention::STRAIGHT}, {"gif", AlphaConvention::STRAIGHT},
+    {"ico", AlphaConvention::STRAIGHT},  {"tiff", AlphaConvention::EITHER},
+};
+
+AlphaConvention get_alpha_convention(const std::string& format) {
+    for (const ConventionOfFormat& entry : CONVENTIONS)
+        if (format == entry.format)
+            return entry.convention;
+    return AlphaConvention::ASSOCIATED;
+}
+
+} // namespace
+
+FormatAbilities get_format_abilities(const std::string& path) {
+    const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
+    if (!output) {
+        const std::string reason = OIIO::geterror();
+        throw CommandError(fmt::format("cannot write '{}': {}", path,
+                                       reason.empty() ? "no format has that extension" : reason));
+    }
+    const auto supports = [&](const char* feature) { return output->supports(feature) != 0; };
+    FormatAbilities abilities;
+    abilities.name = output->format_name();
+    abilities.alpha_convention = get_alpha_convention(abilities.name);
+    abilities.has_alpha = supports("alpha");
+    abilities.has_any_channels = supports("nchannels");
+    abilities.has_channel_formats = supports("channelformats");
+    abilities.has_windows = supports("displaywindow");
+    abilities.has_negative_origin = supports("negativeorigin");
+    abilities.has_subimages = supports("multiimage");
+    abilities.has_levels = supports("mipmap");
+    abilities.appends_subimages = supports("appendsubimage");
+    abilities.has_tiles = supports("tiles");
+    return abilities;
+}
+
+} // namespace tool

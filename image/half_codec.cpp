@@ -1,0 +1,83 @@
+#include "image/half_codec.h"
+
+#include <cstring>
+
+#include <OpenImageIO/half.h>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "image/half_codec.cpp"
+#include <hwy/foreach_target.h>
+
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace tool {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// Below AVX2 the vector library's own conversion does not know infinities, so the scalar one stays.
+#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
+
+std::size_t decode_vectors(const std::uint16_t* halfs, float* floats, std::size_t count) {
+    const hn::ScalableTag<float> float_tag;
+    const hn::Rebind<hwy::float16_t, decltype(float_tag)> half_tag;
+    const hn::Rebind<std::uint16_t, decltype(float_tag)> bits_tag;
+    const std::size_t lanes = hn::Lanes(float_tag);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        hn::StoreU(hn::PromoteTo(float_tag, hn::BitCast(half_tag, hn::LoadU(bits_tag, halfs + i))), float_tag,
+                   floats + i);
+    return i;
+}
+
+std::size_t encode_vectors(const float* floats, std::uint16_t* halfs, std::size_t count) {
+    const hn::ScalableTag<float> float_tag;
+    const hn::Rebind<hwy::float16_t, decltype(float_tag)> half_tag;
+    const hn::Rebind<std::uint16_t, decltype(float_tag)> bits_tag;
+    const std::size_t lanes = hn::Lanes(float_tag);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        hn::StoreU(hn::BitCast(bits_tag, hn::DemoteTo(half_tag, hn::LoadU(float_tag, floats + i))), bits_tag,
+                   halfs + i);
+    return i;
+}
+
+#else
+
+std::size_t decode_vectors(const std::uint16_t*, float*, std::size_t) {
+    return 0;
+}
+std::size_t encode_vectors(const float*, std::uint16_t*, std::size_t) {
+    return 0;
+}
+
+#endif
+
+} // namespace HWY_NAMESPACE
+} // namespace tool
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace tool {
+
+HWY_EXPORT(decode_vectors);
+HWY_EXPORT(encode_vectors);
+
+void decode_halfs(const std::uint16_t* halfs, float* floats, std::size_t count) {
+    for (std::size_t i = HWY_DYNAMIC_DISPATCH(decode_vectors)(halfs, floats, count); i < count; ++i) {
+        half value;
+        value.setBits(halfs[i]);
+        floats[i] = value;
+    }
+}
+
+void encode_halfs(const float* floats, std::uint16_t* halfs, std::size_t count) {
+    for (std::size_t i = HWY_DYNAMIC_DISPATCH(encode_vectors)(floats, halfs, count); i < count; ++i)
+        halfs[i] = half(floats[i]).bits();
+}
+
+} // namespace tool
+
+#endif // HWY_ONCE

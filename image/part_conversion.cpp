@@ -1,0 +1,264 @@
+#include "image/part_conversion.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <vector>
+
+#include <OpenImageIO/parallel.h>
+
+#include "image/pixel_codec.h"
+
+namespace tool {
+
+namespace {
+
+/// Working pixels of a band: their 16 bytes each stay in the cache of one core.
+constexpr std::int64_t BAND_PIXELS = 16384;
+
+/// Neighbouring components in neighbouring channels of one type.
+struct ChannelRun {
+    int component;
+    int count;
+    OIIO::TypeDesc type;
+    std::size_t offset;
+};
+
+/// Joins what lies side by side. `channels` holds a channel per component, or NONE.
+std::vector<ChannelRun> find_runs(const PixelLayout& layout, const int (&channels)[4]) {
+    std::vector<ChannelRun> runs;
+    for (int component = 0; component < 4; ++component) {
+        const int channel = channels[component];
+        if (channel == ColorGroup::NONE)
+            continue;
+        const auto index = static_cast<std::size_t>(channel);
+        const bool continues = !runs.empty() && runs.back().component + runs.back().count == component &&
+                               channels[component - 1] + 1 == channel &&
+                               runs.back().type == layout.types[index];
+        if (continues)
+            ++runs.back().count;
+        else
+            runs.push_back({component, 1, layout.types[index], layout.offsets[index]});
+    }
+    return runs;
+}
+
+/// Copies of a data channel.
+struct ChannelCopy {
+    int source;
+    int target;
+};
+
+/// Everything that every band of one part needs.
+class BandConverter {
+public:
+    BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
+                  const OIIO::ImageSpec& output_spec, const ConvertRows& convert, PixelBuffer& target);
+
+    std::int64_t count_rows() const { return rows; }
+    unsigned int get_width() const { return width; }
+    /// Converts the rows from `begin` to below `end` of the area that both windows share.
+    void convert_rows(std::int64_t begin, std::int64_t end) const;
+
+private:
+    void plan_groups();
+    const std::byte* get_source_row(std::int64_t row) const;
+    std::byte* get_target_row(std::int64_t row) const;
+    void convert_group(std::size_t group, std::int64_t begin, std::int64_t end, float* working) const;
+    void undo_alpha(float* working, std::size_t pixels) const;
+    void redo_alpha(float* working, std::size_t pixels) const;
+    void copy_data(std::int64_t begin, std::int64_t end) const;
+
+    const PartPlan& plan;
+    const ConvertRows& convert;
+    const PixelLayout input_layout;
+    const PixelLayout output_layout;
+    const std::byte* source;
+    std::byte* target;
+    const bool in_place;
+    std::size_t input_row_bytes;
+    std::size_t output_row_bytes;
+    unsigned int width = 0;
+    std::int64_t rows = 0;
+    std::vector<std::vector<ChannelRun>> input_runs;
+    std::vector<std::vector<ChannelRun>> output_runs;
+    std::vector<ChannelCopy> copies;
+};
+
+BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source_pixels,
+                             const PartPlan& plan, const OIIO::ImageSpec& output_spec,
+                             const ConvertRows& convert, PixelBuffer& target_pixels)
+    : plan(plan), convert(convert), input_layout(input_spec), output_layout(output_spec),
+      source(source_pixels.data()), target(target_pixels.data()), in_place(source == target),
+      input_row_bytes(static_cast<std::size_t>(input_spec.width) * input_layout.pixel_bytes),
+      output_row_bytes(static_cast<std::size_t>(output_spec.width) * output_layout.pixel_bytes) {
+    const int left = std::max(input_spec.x, output_spec.x);
+    const int right = std::min(input_spec.x + input_spec.width, output_spec.x + output_spec.width);
+    const int top = std::max(input_spec.y, output_spec.y);
+    const int bottom = std::min(input_spec.y + input_spec.height, output_spec.y + output_spec.height);
+    if (right > left && bottom > top) {
+        width = static_cast<unsigned int>(right - left);
+        rows = std::int64_t(bottom - top) * input_spec.depth; // slices of a volume follow each other
+    }
+    source += static_cast<std::size_t>(std::max(0, top - input_spec.y)) * input_row_bytes +
+              static_cast<std::size_t>(std::max(0, left - input_spec.x)) * input_layout.pixel_bytes;
+    target += static_cast<std::size_t>(std::max(0, top - output_spec.y)) * output_row_bytes +
+              static_cast<std::size_t>(std::max(0, left - output_spec.x)) * output_layout.pixel_bytes;
+    plan_groups();
+}
+
+void BandConverter::plan_groups() {
+    for (std::size_t group = 0; group < plan.groups.size(); ++group) {
+        input_runs.push_back(find_runs(input_layout, plan.groups[group].channels));
+        int targets[4] = {ColorGroup::NONE, ColorGroup::NONE, ColorGroup::NONE, ColorGroup::NONE};
+        for (std::size_t i = 0; i < plan.channels.size(); ++i)
+            if (plan.channels[i].group == static_cast<int>(group))
+                targets[plan.channels[i].component] = static_cast<int>(i);
+        output_runs.push_back(find_runs(output_layout, targets));
+    }
+    for (std::size_t i = 0; i < plan.channels.size(); ++i)
+        if (plan.channels[i].group == ColorGroup::NONE)
+            copies.push_back({plan.channels[i].source, static_cast<int>(i)});
+}
+
+const std::byte* BandConverter::get_source_row(std::int64_t row) const {
+    return source + static_cast<std::size_t>(row) * input_row_bytes;
+}
+
+std::byte* BandConverter::get_target_row(std::int64_t row) const {
+    return target + static_cast<std::size_t>(row) * output_row_bytes;
+}
+
+void BandConverter::convert_rows(std::int64_t begin, std::int64_t end) const {
+    thread_local std::vector<float> working;
+    working.resize(static_cast<std::size_t>(end - begin) * width * WORKING_CHANNELS);
+    for (std::size_t group = 0; group < plan.groups.size(); ++group)
+        convert_group(group, begin, end, working.data());
+    if (!in_place)
+        copy_data(begin, end);
+}
+
+void BandConverter::convert_group(std::size_t group, std::int64_t begin, std::int64_t end,
+                                  float* working) const {
+    const std::size_t row_floats = std::size_t(width) * WORKING_CHANNELS;
+    const std::size_t pixels = static_cast<std::size_t>(end - begin) * width;
+    const bool has_alpha = plan.groups[group].has_alpha();
+    if (!has_alpha)
+        for (std::size_t i = 0; i < pixels; ++i)
+            working[i * WORKING_CHANNELS + 3] = 1.0f;
+
+    float* row_start = working;
+    for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
+        for (const ChannelRun& run : input_runs[group])
+            decode_channels(run.type, get_source_row(row) + run.offset, input_layout.pixel_bytes, run.count,
+                            width, row_start + run.component);
+
+    if (has_alpha)
+        undo_alpha(working, pixels);
+    if (convert)
+        convert(working, width, static_cast<unsigned int>(end - begin));
+    if (has_alpha)
+        redo_alpha(working, pixels);
+
+    row_start = working;
+    for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
+        for (const ChannelRun& run : output_runs[group])
+            encode_channels(run.type, row_start + run.component, run.count, width,
+                            get_target_row(row) + run.offset, output_layout.pixel_bytes);
+}
+
+/// Multiplies the colour of each pixel by a factor made of its alpha.
+template <class GetFactor>
+void scale_colors(float* working, std::size_t pixels, const GetFactor& get_factor) {
+    for (float* pixel = working; pixel != working + pixels * WORKING_CHANNELS; pixel += WORKING_CHANNELS) {
+        const float factor = get_factor(pixel[3]);
+        for (int i = 0; i < 3; ++i)
+            pixel[i] *= factor;
+    }
+}
+
+float divide_unless_zero(float alpha) {
+    return alpha == 0.0f ? 1.0f : 1.0f / alpha;
+}
+float multiply_unless_zero(float alpha) {
+    return alpha == 0.0f ? 1.0f : alpha;
+}
+
+void BandConverter::undo_alpha(float* working, std::size_t pixels) const {
+    if (plan.divides_by_alpha)
+        scale_colors(working, pixels, divide_unless_zero);
+}
+
+void BandConverter::redo_alpha(float* working, std::size_t pixels) const {
+    if (plan.multiplies_by_alpha)
+        scale_colors(working, pixels, multiply_unless_zero);
+    if (plan.associates_alpha)
+        scale_colors(working, pixels, [](float alpha) { return alpha; });
+    if (plan.straightens_alpha)
+        scale_colors(working, pixels, divide_unless_zero);
+}
+
+void BandConverter::copy_data(std::int64_t begin, std::int64_t end) const {
+    for (const ChannelCopy& copy : copies) {
+        const auto from = static_cast<std::size_t>(copy.source);
+        const auto to = static_cast<std::size_t>(copy.target);
+        OIIO::convert_image(1, static_cast<int>(width), static_cast<int>(end - begin), 1,
+                            get_source_row(begin) + input_layout.offsets[from], input_layout.types[from],
+                            static_cast<OIIO::stride_t>(input_layout.pixel_bytes),
+                            static_cast<OIIO::stride_t>(input_row_bytes), OIIO::AutoStride,
+                            get_target_row(begin) + output_layout.offsets[to], output_layout.types[to],
+                            static_cast<OIIO::stride_t>(output_layout.pixel_bytes),
+                            static_cast<OIIO::stride_t>(output_row_bytes), OIIO::AutoStride);
+    }
+}
+
+} // namespace
+
+bool can_convert_in_place(const OIIO::ImageSpec& input_spec, const PartPlan& plan,
+                          const OIIO::ImageSpec& output_spec) {
+    if (PixelLayout(input_spec) != PixelLayout(output_spec))
+        return false;
+    if (input_spec.x != output_spec.x || input_spec.y != output_spec.y ||
+        input_spec.width != output_spec.width || input_spec.height != output_spec.height)
+        return false;
+    for (std::size_t i = 0; i < plan.channels.size(); ++i)
+        if (plan.channels[i].source != static_cast<int>(i))
+            return false;
+    return true;
+}
+
+void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
+                  const OIIO::ImageSpec& output_spec, const ConvertRows& convert, int threads,
+                  PixelBuffer& target) {
+    const BandConverter bands(input_spec, source, plan, output_spec, convert, target);
+    const bool covers_all = bands.get_width() == static_cast<unsigned int>(output_spec.width) &&
+                            bands.count_rows() == std::int64_t(output_spec.height) * output_spec.depth;
+    if (!covers_all)
+        std::memset(target.data(), 0, target.size());
+    if (bands.count_rows() == 0)
+        return;
+
+    std::mutex mutex;
+    std::exception_ptr failure;
+    const std::int64_t rows_per_band = std::max<std::int64_t>(1, BAND_PIXELS / bands.get_width());
+    const auto convert_band = [&](std::int64_t begin, std::int64_t end) {
+        for (std::int64_t row = begin; row < end; row += rows_per_band)
+            bands.convert_rows(row, std::min(end, row + rows_per_band));
+    };
+    OIIO::parallel_for_chunked(
+        0, bands.count_rows(), rows_per_band,
+        [&](std::int64_t begin, std::int64_t end) {
+            try {
+                convert_band(begin, end);
+            } catch (...) { // the pool's threads let nothing pass; it is thrown again below
+                std::lock_guard<std::mutex> lock(mutex);
+                failure = std::current_exception();
+            }
+        },
+        OIIO::paropt(threads, OIIO::paropt::SplitDir::Y, 1));
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+} // namespace tool

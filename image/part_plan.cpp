@@ -1,0 +1,173 @@
+#include "image/part_plan.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "image/stale_metadata.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char STRAIGHT_ALPHA[] = "oiio:UnassociatedAlpha";
+
+/// Finds the group and component that `channel` is; the first group wins.
+PlannedChannel plan_channel(const std::vector<ColorGroup>& groups, int channel) {
+    for (std::size_t group = 0; group < groups.size(); ++group)
+        for (int component = 0; component < 4; ++component)
+            if (groups[group].channels[component] == channel)
+                return {channel, static_cast<int>(group), component};
+    return {channel, ColorGroup::NONE, 0};
+}
+
+/// A grey that the conversion tints becomes three channels in its place.
+std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input,
+                                              const std::vector<ColorGroup>& groups, bool widen_gray) {
+    std::vector<PlannedChannel> channels;
+    for (int channel = 0; channel < input.nchannels; ++channel) {
+        const PlannedChannel planned = plan_channel(groups, channel);
+        channels.push_back(planned);
+        if (widen_gray && planned.group == 0 && planned.component == 0)
+            for (int component : {1, 2})
+                channels.push_back({channel, 0, component});
+    }
+    return channels;
+}
+
+/// Keeps the channels that the format has room for, the first colour in front.
+void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
+    const auto fits = [&](const PlannedChannel& channel) {
+        if (channel.group != 0)
+            return abilities.has_any_channels;
+        return channel.component < 3 || abilities.has_alpha;
+    };
+    std::vector<PlannedChannel> kept;
+    std::string lost;
+    for (const PlannedChannel& channel : plan.channels)
+        if (fits(channel))
+            kept.push_back(channel);
+        else
+            lost += (lost.empty() ? "" : ", ") + std::string(input.channel_name(channel.source));
+    if (!abilities.has_any_channels)
+        std::stable_sort(kept.begin(), kept.end(), [](const PlannedChannel& a, const PlannedChannel& b) {
+            return a.component < b.component;
+        });
+    if (!lost.empty())
+        plan.notes.push_back(fmt::format("{} has no room for the channels {}", abilities.name, lost));
+    plan.channels = std::move(kept);
+}
+
+std::string get_output_name(const OIIO::ImageSpec& input, const PlannedChannel& channel, bool widen_gray,
+                            bool plain) {
+    static constexpr const char* PLAIN_NAMES[] = {"R", "G", "B", "A"};
+    const bool is_color = channel.group == 0 && channel.component < 4;
+    if (is_color && (widen_gray || plain))
+        return PLAIN_NAMES[channel.component];
+    return input.channel_name(channel.source);
+}
+
+bool is_color(const PlannedChannel& channel) {
+    return channel.group != ColorGroup::NONE;
+}
+
+void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilities, bool widen_gray,
+                     OIIO::TypeDesc depth, PartPlan& plan) {
+    OIIO::ImageSpec& spec = plan.spec;
+    const bool is_gray = !plan.groups.empty() && plan.groups.front().is_gray() && !widen_gray;
+    const bool plain = !abilities.has_any_channels && !is_gray;
+    spec.nchannels = static_cast<int>(plan.channels.size());
+    spec.channelnames.clear();
+    spec.channelformats.clear();
+    spec.alpha_channel = spec.z_channel = -1;
+    for (int i = 0; i < spec.nchannels; ++i) {
+        const PlannedChannel& channel = plan.channels[static_cast<std::size_t>(i)];
+        spec.channelnames.push_back(get_output_name(input, channel, widen_gray, plain));
+        const bool wanted = depth != OIIO::TypeUnknown && is_color(channel);
+        spec.channelformats.push_back(wanted ? depth : input.channelformat(channel.source));
+        if (channel.group == 0 && channel.component == 3)
+            spec.alpha_channel = i;
+        if (channel.source == input.z_channel && !is_color(channel))
+            spec.z_channel = i;
+    }
+
+    const auto color = std::find_if(plan.channels.begin(), plan.channels.end(), is_color);
+    spec.format = color == plan.channels.end()
+                      ? spec.channelformats.front()
+                      : spec.channelformats[static_cast<std::size_t>(color - plan.channels.begin())];
+    const bool uniform = std::all_of(spec.channelformats.begin(), spec.channelformats.end(),
+                                     [&](OIIO::TypeDesc type) { return type == spec.format; });
+    if (uniform || !abilities.has_channel_formats)
+        spec.channelformats.clear();
+}
+
+void settle_windows(const OIIO::ImageSpec& input, const std::string& input_format,
+                    const FormatAbilities& abilities, PartPlan& plan) {
+    OIIO::ImageSpec& spec = plan.spec;
+    const bool starts_in_range =
+        abilities.has_negative_origin || std::min({spec.x, spec.y, spec.full_x, spec.full_y}) >= 0;
+    if ((abilities.has_windows && starts_in_range) || input_format == abilities.name || spec.depth > 1)
+        return;
+    const OIIO::ROI data = input.roi();
+    const OIIO::ROI display = input.roi_full();
+    if (display.width() < 1 || display.height() < 1)
+        return;
+    if (data.xbegin != display.xbegin || data.ybegin != display.ybegin || data.width() != display.width() ||
+        data.height() != display.height())
+        plan.notes.push_back(fmt::format("{} has no data window: the display window of {} x {} is written",
+                                         abilities.name, display.width(), display.height()));
+    spec.x = spec.full_x = input.full_x;
+    spec.y = spec.full_y = input.full_y;
+    spec.width = spec.full_width = input.full_width;
+    spec.height = spec.full_height = input.full_height;
+}
+
+void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities, AlphaRule rule,
+                  PartPlan& plan) {
+    const bool has_alpha = std::any_of(plan.groups.begin(), plan.groups.end(),
+                                       [](const ColorGroup& group) { return group.has_alpha(); });
+    if (!has_alpha) {
+        plan.spec.erase_attribute(STRAIGHT_ALPHA);
+        return;
+    }
+    const bool was_straight = input.get_int_attribute(STRAIGHT_ALPHA) != 0;
+    plan.divides_by_alpha =
+        rule == AlphaRule::DIVIDE || (rule == AlphaRule::AS_THE_FILE_SAYS && !was_straight);
+
+    bool stays_straight = was_straight;
+    if (plan.spec.alpha_channel >= 0 && abilities.alpha_convention != AlphaConvention::EITHER)
+        stays_straight = abilities.alpha_convention == AlphaConvention::STRAIGHT;
+    plan.multiplies_by_alpha = plan.divides_by_alpha && (was_straight || !stays_straight);
+    plan.associates_alpha = was_straight && !stays_straight && !plan.divides_by_alpha;
+    plan.straightens_alpha = !was_straight && stays_straight && !plan.divides_by_alpha;
+    plan.spec.erase_attribute(STRAIGHT_ALPHA);
+    if (stays_straight && plan.spec.alpha_channel >= 0)
+        plan.spec.attribute(STRAIGHT_ALPHA, 1);
+}
+
+} // namespace
+
+PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format,
+                   const FormatAbilities& abilities, const OutputWishes& wishes) {
+    PartPlan plan;
+    plan.spec = input;
+    plan.groups = find_color_groups(input);
+    const bool widen_gray =
+        !plan.groups.empty() && plan.groups.front().is_gray() && !wishes.neutrals_stay_neutral;
+    plan.channels = plan_all_channels(input, plan.groups, widen_gray);
+    if (!plan.groups.empty())
+        keep_what_fits(input, abilities, plan);
+    settle_channels(input, abilities, widen_gray, wishes.depth, plan);
+    settle_windows(input, input_format, abilities, plan);
+    settle_alpha(input, abilities, wishes.alpha_rule, plan);
+    if (!abilities.has_tiles)
+        plan.spec.tile_width = plan.spec.tile_height = plan.spec.tile_depth = 0;
+    if (!plan.groups.empty())
+        remove_stale_color_metadata(plan.spec, wishes.color_space_tag, wishes.keeps_space, plan.notes);
+    const bool same_depth =
+        plan.spec.format == input.format && plan.spec.channelformats == input.channelformats;
+    remove_foreign_metadata(plan.spec, input_format == abilities.name, same_depth);
+    return plan;
+}
+
+} // namespace tool

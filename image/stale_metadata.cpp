@@ -1,0 +1,55 @@
+#include "image/stale_metadata.h"
+
+#include <fmt/format.h>
+
+namespace tool {
+
+namespace {
+
+/// Say how the former colours were to be read; a reader that believed them would show the new ones wrongly.
+constexpr const char* COLOR_DESCRIPTIONS[] = {
+    "ICCProfile", "chromaticities", "adoptedNeutral", "acesImageContainerFlag", "whiteLuminance",
+};
+
+/// Computed from the former pixels, or saying the same as "oiio:ColorSpace".
+constexpr const char* DERIVED[] = {
+    "oiio:Gamma",      "Exif:ColorSpace",    "Exif:Gamma",          "png:iCCP",
+    "oiio:SHA-1",      "oiio:ConstantColor", "oiio:ConstantAlpha",  "oiio:AverageColor",
+    "thumbnail_width", "thumbnail_height",   "thumbnail_nchannels", "thumbnail_image",
+};
+
+void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& notes) {
+    std::string removed;
+    for (const char* name : COLOR_DESCRIPTIONS)
+        if (spec.find_attribute(name) != nullptr) {
+            spec.erase_attribute(name);
+            removed += std::string(removed.empty() ? "" : ", ") + name;
+        }
+    if (!removed.empty())
+        notes.push_back(fmt::format("left out, as it described the former colours: {}", removed));
+    spec.erase_attribute("^ICC:.*");
+}
+
+} // namespace
+
+void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag, bool keeps_space,
+                                 std::vector<std::string>& notes) {
+    if (color_space_tag.empty())
+        return;
+    if (!keeps_space)
+        remove_color_descriptions(spec, notes);
+    for (const char* name : DERIVED)
+        spec.erase_attribute(name);
+    spec.attribute("oiio:ColorSpace", color_space_tag);
+}
+
+void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_depth) {
+    if (!same_format) {
+        spec.erase_attribute("compression");
+        spec.erase_attribute("planarconfig");
+    }
+    if (!same_format || !same_depth || spec.get_int_attribute("oiio:BitsPerSample") < 8)
+        spec.erase_attribute("oiio:BitsPerSample");
+}
+
+} // namespace tool

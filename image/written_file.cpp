@@ -1,0 +1,64 @@
+#include "image/written_file.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <OpenImageIO/imageio.h>
+#include <fmt/format.h>
+
+#include "image/pixel_layout.h"
+
+namespace tool {
+
+namespace {
+
+/// Where the last step of `step` that starts in [begin, begin + length) starts.
+int get_last_start(int begin, int length, int step) {
+    return begin + (length - 1) / step * step;
+}
+
+bool read_edge_rows(OIIO::ImageInput& input, int subimage, int level, PixelBuffer& pixels) {
+    const OIIO::ImageSpec spec = input.spec();
+    pixels.resize(spec.scanline_bytes(true));
+    const auto read = [&](int y, int z) {
+        return input.read_native_scanlines(subimage, level, y, y + 1, z, pixels.data());
+    };
+    return read(spec.y, spec.z) && read(spec.y + spec.height - 1, spec.z + spec.depth - 1);
+}
+
+bool read_edge_tiles(OIIO::ImageInput& input, int subimage, int level, PixelBuffer& pixels) {
+    const OIIO::ImageSpec spec = input.spec();
+    pixels.resize(spec.tile_bytes(true));
+    return input.read_native_tile(subimage, level, spec.x, spec.y, spec.z, pixels.data()) &&
+           input.read_native_tile(subimage, level, get_last_start(spec.x, spec.width, spec.tile_width),
+                                  get_last_start(spec.y, spec.height, spec.tile_height),
+                                  get_last_start(spec.z, spec.depth, std::max(spec.tile_depth, 1)),
+                                  pixels.data());
+}
+
+bool read_edges(OIIO::ImageInput& input, int subimage, int level) {
+    PixelBuffer pixels;
+    return input.spec().tile_width == 0 ? read_edge_rows(input, subimage, level, pixels)
+                                        : read_edge_tiles(input, subimage, level, pixels);
+}
+
+std::string explain(const std::string& reason) {
+    return fmt::format("it cannot be read back, as on a full disk{}{}", reason.empty() ? "" : ": ", reason);
+}
+
+} // namespace
+
+std::string find_damage(const std::string& path, std::size_t part_count) {
+    const std::unique_ptr<OIIO::ImageInput> input = OIIO::ImageInput::open(path);
+    if (!input)
+        return explain(OIIO::geterror());
+    std::size_t found = 0;
+    for (int subimage = 0; found <= part_count && input->seek_subimage(subimage, 0); ++subimage)
+        for (int level = 0; found <= part_count && input->seek_subimage(subimage, level); ++level, ++found)
+            if (!read_edges(*input, subimage, level))
+                return explain(input->geterror());
+    input->geterror(); // what seeking past the last part left there
+    return found == part_count ? "" : fmt::format("it holds {} parts instead of {}", found, part_count);
+}
+
+} // namespace tool

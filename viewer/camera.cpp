@@ -1,0 +1,60 @@
+#include "viewer/camera.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tool {
+
+void Camera::look_at(int viewport_width, int viewport_height, int picture_width, int picture_height) {
+    viewport = {std::max(1.0, double(viewport_width)), std::max(1.0, double(viewport_height))};
+    const Size size = {std::max(1.0, double(picture_width)), std::max(1.0, double(picture_height))};
+    if (size.width != picture.width || size.height != picture.height)
+        fit();
+    picture = size;
+}
+
+double Camera::get_zoom() const {
+    if (!fitting)
+        return zoom;
+    return std::min(viewport.width / picture.width, viewport.height / picture.height);
+}
+
+void Camera::settle() {
+    if (!fitting)
+        return;
+    zoom = get_zoom();
+    middle_x = picture.width / 2;
+    middle_y = picture.height / 2;
+    fitting = false;
+}
+
+void Camera::set_zoom(double wanted) {
+    settle();
+    zoom = std::clamp(wanted, MIN_ZOOM, MAX_ZOOM);
+}
+
+void Camera::zoom_at(double factor, double x, double y) {
+    settle();
+    const double from_middle_x = x - viewport.width / 2;
+    const double from_middle_y = y - viewport.height / 2;
+    const double held_x = middle_x + from_middle_x / zoom;
+    const double held_y = middle_y + from_middle_y / zoom;
+    set_zoom(zoom * factor);
+    middle_x = held_x - from_middle_x / zoom;
+    middle_y = held_y - from_middle_y / zoom;
+}
+
+void Camera::pan(double x, double y) {
+    settle();
+    middle_x -= x / zoom;
+    middle_y -= y / zoom;
+}
+
+Placement Camera::get_placement() const {
+    const double scale = get_zoom();
+    const double x = fitting ? picture.width / 2 : middle_x;
+    const double y = fitting ? picture.height / 2 : middle_y;
+    return {std::round(viewport.width / 2 - x * scale), std::round(viewport.height / 2 - y * scale), scale};
+}
+
+} // namespace tool

@@ -1,0 +1,104 @@
+#include "viewer/chain_shader.h"
+
+#include <fmt/format.h>
+
+#include "colorio/color_io_converter.h"
+#include "gl/float_textures.h"
+#include "gl/full_screen_pass.h"
+#include "gl/gl_error.h"
+#include "host/core/core_array.h"
+#include "host/core/core_string.h"
+#include "viewer/color_chain.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char HEAD[] = R"(
+out vec4 result;
+uniform sampler2D picture;
+uniform vec2 picture_size;
+uniform vec2 corner;
+uniform float zoom;
+uniform float gain;
+)";
+constexpr char MAIN[] = R"(
+void main() {
+    vec2 at = vec2(gl_FragCoord.x - corner.x, corner.y - gl_FragCoord.y) / zoom;
+    bool outside = any(lessThan(at, vec2(0.0))) || any(greaterThanEqual(at, picture_size));
+    // A filter mixes in a little of the neighbours even at the middle of a pixel.
+    vec4 color = zoom < 1.0 ? texture(picture, at / picture_size)
+                            : texelFetch(picture, ivec2(clamp(at, vec2(0.0), picture_size - 1.0)), 0);
+    result = outside ? vec4(vec3(0.05), 1.0) : convert(color);
+}
+)";
+
+} // namespace
+
+/// What the module says of one conversion.
+struct ChainShader::StageData {
+    CoreString text;
+    CoreArray<float> table;
+    unsigned int edge;
+};
+
+std::vector<ChainShader::StageData> ChainShader::get_stages(const ColorChain* chain) {
+    std::vector<StageData> stages;
+    if (!chain)
+        return stages;
+    for (const auto& converter : chain->get_stages()) {
+        StageData& data = stages.emplace_back();
+        data.edge = converter->get_lut_3d_edge_size();
+        if (!converter->get_gpu_shader_data(data.text, data.table, ColorIOConverter::GLSL_VERSION_CORE))
+            throw GlError("a conversion has no form for the GPU");
+    }
+    return stages;
+}
+
+/// The functions of all conversions have one name, so each gets another.
+std::string ChainShader::make_text(const std::vector<StageData>& stages, std::size_t gain_position) {
+    std::string text = FullScreenPass::get_version_line(GlProfile::CORE) + HEAD;
+    std::string body;
+    for (std::size_t i = 0; i <= stages.size(); ++i) {
+        if (i == gain_position)
+            body += "    color.rgb *= gain;\n";
+        if (i == stages.size())
+            break;
+        text += fmt::format("uniform sampler3D table_{0};\n#define OCIODisplay convert_{0}\n{1}\n"
+                            "#undef OCIODisplay\n",
+                            i, stages[i].text.get_data());
+        body += fmt::format("    color = convert_{0}(color, table_{0});\n", i);
+    }
+    return text + "vec4 convert(vec4 color) {\n" + body + "    return color;\n}\n" + MAIN;
+}
+
+ChainShader::ChainShader(const ColorChain* chain)
+    : ChainShader(get_stages(chain), chain ? chain->get_gain_position() : 0) {}
+
+ChainShader::ChainShader(const std::vector<StageData>& stages, std::size_t gain_position)
+    : program(FullScreenPass::get_vertex_text(GlProfile::CORE), make_text(stages, gain_position)),
+      tables(stages.size()) {
+    program.use();
+    glUniform1i(program.get_uniform("picture"), 0);
+    for (std::size_t i = 0; i < stages.size(); ++i) {
+        const auto unit = static_cast<GLint>(i + 1);
+        upload_table(tables[i], stages[i].table.begin(), static_cast<int>(stages[i].edge));
+        glUniform1i(program.get_uniform(fmt::format("table_{}", i).c_str()), unit);
+    }
+}
+
+void ChainShader::use(const DrawParameters& parameters) const {
+    program.use();
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        glActiveTexture(GL_TEXTURE1 + static_cast<GLenum>(i));
+        glBindTexture(GL_TEXTURE_3D, tables[i].get());
+    }
+    glActiveTexture(GL_TEXTURE0);
+    glUniform2f(program.get_uniform("picture_size"), static_cast<float>(parameters.picture_width),
+                static_cast<float>(parameters.picture_height));
+    glUniform2f(program.get_uniform("corner"), parameters.corner_x, parameters.corner_y);
+    glUniform1f(program.get_uniform("zoom"), parameters.zoom);
+    glUniform1f(program.get_uniform("gain"), parameters.gain);
+}
+
+} // namespace tool

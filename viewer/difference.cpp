@@ -1,0 +1,82 @@
+#include "viewer/difference.h"
+
+#include <cmath>
+
+#include <OpenImageIO/parallel.h>
+#include <fmt/format.h>
+
+#include "viewer/color_chain.h"
+
+namespace tool {
+
+namespace {
+
+/// Absolute difference; equal non-finite values do not differ.
+float get_difference(float a, float b, bool& comparable) {
+    if (std::isfinite(a) && std::isfinite(b))
+        return std::abs(a - b);
+    comparable = comparable && (a == b || (std::isnan(a) && std::isnan(b)));
+    return 0;
+}
+
+} // namespace
+
+std::string format_difference(const Difference& difference) {
+    std::string text = fmt::format("largest {:.6g} at {}, {}; mean {:.3g}", difference.largest, difference.x,
+                                   difference.y, difference.mean);
+    if (difference.incomparable > 0)
+        text += fmt::format("; {} pixels finite in only one of the two", difference.incomparable);
+    return text;
+}
+
+Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
+                          const std::vector<float>& cpu) {
+    auto shown = std::make_shared<Picture>();
+    shown->path = picture.path;
+    shown->width = picture.width;
+    shown->height = picture.height;
+    shown->rgba.resize(gpu.size());
+    Difference result;
+    double sum = 0;
+    std::size_t largest_at = 0;
+    for (std::size_t i = 0; i < gpu.size(); i += 4) {
+        bool comparable = true;
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            const float difference = get_difference(gpu[i + channel], cpu[i + channel], comparable);
+            shown->rgba[i + channel] = difference;
+            sum += difference;
+            if (difference > result.largest) {
+                result.largest = difference;
+                largest_at = i / 4;
+            }
+        }
+        shown->rgba[i + 3] = 1;
+        result.incomparable += !comparable;
+    }
+    result.mean = gpu.empty() ? 0 : sum / (static_cast<double>(gpu.size()) * 3 / 4);
+    result.x = static_cast<int>(largest_at % static_cast<std::size_t>(picture.width));
+    result.y = static_cast<int>(largest_at / static_cast<std::size_t>(picture.width));
+    result.picture = std::move(shown);
+    return result;
+}
+
+std::vector<float> convert_on_cpu(const Picture& picture, const ColorChain& chain, float exposure) {
+    std::vector<float> rgba = picture.rgba;
+    const auto row = static_cast<std::size_t>(picture.width) * 4;
+    OIIO::parallel_for_chunked(0, picture.height, 0, [&](int64_t begin, int64_t end) {
+        chain.convert(&rgba[static_cast<std::size_t>(begin) * row], static_cast<unsigned int>(picture.width),
+                      static_cast<unsigned int>(end - begin), exposure);
+    });
+    return rgba;
+}
+
+std::future<Difference> start_comparison(std::shared_ptr<const Picture> picture,
+                                         std::shared_ptr<const ColorChain> chain, float exposure,
+                                         std::vector<float> gpu) {
+    return std::async(std::launch::async, [picture = std::move(picture), chain = std::move(chain), exposure,
+                                           gpu = std::move(gpu)] {
+        return compare_pixels(*picture, gpu, convert_on_cpu(*picture, *chain, exposure));
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+
+#include "viewer/file_dialog.h"
+#include "viewer/file_kind.h"
+#include "viewer/items.h"
+#include "viewer/view_renderer.h"
+
+namespace tool {
+
+/// The panels beside the picture, and what mouse and keyboard do to the model. The panels' library and its
+/// OpenGL part live as long as this.
+class Panels {
+public:
+    /// Width of the column of panels, in units of the window system.
+    static constexpr int WIDTH = 340;
+
+    /// Needs a current core-profile context. Throws GlError.
+    Panels();
+    ~Panels();
+    Panels(const Panels&) = delete;
+    Panels& operator=(const Panels&) = delete;
+
+    /// Begins a frame; the screen has given size and input.
+    void begin();
+    /// Declares the panels and lets them change the model.
+    void show(ViewModel& model, const ViewRenderer& renderer, const PixelReadout* readout);
+    /// Mouse and keys outside of the panels; `area` is the picture's.
+    void steer(ViewModel& model, const Viewport& area);
+    /// Draws what was declared.
+    void end();
+
+    /// Where what they show can be clicked.
+    const Items& get_items() const { return items; }
+    /// True once the user wants to leave.
+    bool wants_to_quit() const { return quits; }
+
+    /// A fault of something that the user asked for, shown until the next thing goes well.
+    void set_fault(const std::string& text) { fault = text; }
+    const std::string& get_fault() const { return fault; }
+    /// Why the picture is not drawn; empty when it is.
+    void set_drawing_fault(const std::string& text) { drawing_fault = text; }
+
+    /// Pixels of the framebuffer per unit of the window system.
+    static float get_pixel_scale();
+
+private:
+    void show_menus(ViewModel& model);
+    void show_file_menu(ViewModel& model);
+    void open_dialog(FileKind kind, const ViewModel& model);
+    void show_dialog(ViewModel& model);
+    void show_faults(const ViewModel& model) const;
+    void show_pictures(ViewModel& model);
+    void show_colors(ViewModel& model);
+    void show_exposure(ViewModel& model);
+    void show_layout(ViewModel& model, const ViewRenderer& renderer);
+    void show_readout(const PixelReadout* readout) const;
+    void show_configuration(ViewModel& model);
+    void press_key(ViewModel& model, char letter);
+    template <class Change>
+    void attempt(const Change& change);
+
+    Items items;
+    FileDialog dialog;
+    FileKind dialog_kind = FileKind::CONFIG;
+    std::string fault;
+    std::string drawing_fault;
+    std::string filter;
+    bool quits = false;
+};
+
+} // namespace tool

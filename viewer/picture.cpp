@@ -1,0 +1,79 @@
+#include "viewer/picture.h"
+
+#include <new>
+
+#include <OpenImageIO/parallel.h>
+#include <fmt/format.h>
+
+#include "image/color_group.h"
+#include "image/picture_reader.h"
+#include "image/pixel_codec.h"
+#include "image/pixel_layout.h"
+#include "tool/exit_code.h"
+
+namespace tool {
+
+namespace {
+
+/// The colour to show: as the channels' names tell, else the first channels there are.
+ColorGroup choose_colour(const OIIO::ImageSpec& spec) {
+    const std::vector<ColorGroup> groups = find_color_groups(spec);
+    if (!groups.empty())
+        return groups.front();
+    if (spec.nchannels >= 3)
+        return {"", {0, 1, 2, ColorGroup::NONE}};
+    return {"", {0, 0, 0, ColorGroup::NONE}};
+}
+
+std::string name_channels(const OIIO::ImageSpec& spec, const ColorGroup& colour) {
+    std::string names;
+    for (int i = 0; i < WORKING_CHANNELS; ++i)
+        if (colour.channels[i] != ColorGroup::NONE && (i == 0 || i == 3 || !colour.is_gray()))
+            names += fmt::format("{}{}", names.empty() ? "" : ", ",
+                                 std::string(spec.channel_name(colour.channels[i])));
+    return names;
+}
+
+/// One row of one component, from the file's layout to every fourth float.
+void decode_row(const std::byte* row, const PixelLayout& layout, int channel, int width, float* target) {
+    std::vector<float> values(static_cast<std::size_t>(width) * WORKING_CHANNELS);
+    const auto position = static_cast<std::size_t>(channel);
+    decode_channels(layout.types[position], row + layout.offsets[position], layout.pixel_bytes, 1,
+                    static_cast<std::size_t>(width), values.data());
+    for (std::size_t i = 0; i < values.size(); i += WORKING_CHANNELS)
+        target[i] = values[i];
+}
+
+} // namespace
+
+Picture load_picture(const std::string& path) {
+    PictureReader reader(path);
+    const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
+    const ColorGroup colour = choose_colour(spec);
+    const PixelLayout layout(spec);
+    PixelBuffer pixels;
+    reader.read_part(0, pixels);
+
+    Picture picture;
+    picture.path = path;
+    picture.width = spec.width;
+    picture.height = spec.height;
+    picture.channels = name_channels(spec, colour);
+    const auto width = static_cast<std::size_t>(spec.width);
+    try {
+        picture.rgba.assign(width * static_cast<std::size_t>(spec.height) * WORKING_CHANNELS, 1.0f);
+    } catch (const std::bad_alloc&) {
+        throw CommandError(fmt::format("cannot show '{}': no memory for its pixels", path));
+    }
+    OIIO::parallel_for(int64_t(0), int64_t(spec.height), [&](int64_t y) {
+        const auto row = static_cast<std::size_t>(y);
+        for (int i = 0; i < WORKING_CHANNELS; ++i)
+            if (colour.channels[i] != ColorGroup::NONE)
+                decode_row(pixels.data() + row * width * layout.pixel_bytes, layout, colour.channels[i],
+                           spec.width,
+                           &picture.rgba[row * width * WORKING_CHANNELS + static_cast<size_t>(i)]);
+    });
+    return picture;
+}
+
+} // namespace tool

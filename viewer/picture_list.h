@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "viewer/picture.h"
+
+namespace tool {
+
+/// Files to look at, one at a time. Each is read when it is first wanted; the last few stay in memory, as far
+/// as there is room.
+class PictureList {
+public:
+    using Handle = std::shared_ptr<const Picture>;
+
+    /// Lists a file, if it is not listed yet, without reading it.
+    void add(const std::string& path);
+    /// Goes to a file, and lists it if it is new. Throws CommandError, and changes nothing, when it cannot be
+    /// read.
+    void open(const std::string& path);
+    /// Goes on by so many files, round and round. One that cannot be read is gone to as well: it becomes the
+    /// fault, and the picture stays what it was.
+    void step(int by);
+    /// Has a file that changed read again: at once when it is the current one, else when it is wanted.
+    void refresh(const std::string& path);
+
+    const std::vector<std::string>& get_paths() const { return paths; }
+    /// The file gone to last; empty before.
+    const std::string& get_current_path() const { return current; }
+    /// The picture read last; null before the first.
+    const Handle& get_picture() const { return picture; }
+    /// What is wrong with the current file, in words; empty when nothing is.
+    const std::string& get_fault() const { return fault; }
+
+private:
+    Handle load(const std::string& path);
+    void forget(const std::string& path);
+    void show_current();
+
+    std::vector<std::string> paths;
+    std::string current;
+    Handle picture;
+    std::string fault;
+    std::vector<Handle> held; ///< The last ones wanted, the latest behind.
+};
+
+/// True when both paths name one place, whether or not there is a file.
+bool is_same_path(const std::string& a, const std::string& b);
+
+} // namespace tool

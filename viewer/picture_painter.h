@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "gl/full_screen_pass.h"
+#include "gl/gl_object.h"
+#include "viewer/camera.h"
+#include "viewer/chain_shader.h"
+#include "viewer/picture.h"
+
+namespace tool {
+
+class ColorChain;
+
+/// Draws pictures through chains of conversions with OpenGL's core profile. Textures and shaders are made
+/// only when the picture or the chain is another than before.
+class PicturePainter {
+public:
+    /// Needs a current context, always the same.
+    PicturePainter();
+
+    using PictureHandle = std::shared_ptr<const Picture>;
+    using ChainHandle = std::shared_ptr<const ColorChain>;
+
+    /// What is drawn. A null chain shows the values as they are.
+    struct Subject {
+        PictureHandle picture;
+        ChainHandle chain;
+        float exposure = 0; ///< Stops.
+
+        bool operator==(const Subject& other) const {
+            return picture == other.picture && chain == other.chain && exposure == other.exposure;
+        }
+    };
+
+    /// Draws into the framebuffer that is bound, `placement` counted from the corner of `viewport`, and only
+    /// inside of `clip`. Throws GlError.
+    void draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
+              const Placement& placement, int framebuffer_height);
+
+    /// What the GPU makes of a rectangle of the picture, RGBA floats from top to bottom. Throws GlError.
+    std::vector<float> convert(const Subject& subject, const Viewport& rectangle);
+
+    /// How many shaders were made, and how many pictures uploaded, since the start.
+    unsigned int count_shaders() const { return shader_count; }
+    unsigned int count_uploads() const { return upload_count; }
+
+private:
+    struct HeldTexture {
+        PictureHandle picture;
+        GlTexture texture;
+    };
+    struct HeldShader {
+        ChainHandle chain;
+        ChainShader shader;
+    };
+
+    const GlTexture& get_texture(const PictureHandle& picture);
+    const ChainShader& get_shader(const ChainHandle& chain);
+
+    FullScreenPass pass;
+    std::vector<HeldTexture> textures; ///< The last ones used, the latest behind.
+    std::vector<HeldShader> shaders;
+    unsigned int shader_count = 0;
+    unsigned int upload_count = 0;
+};
+
+} // namespace tool

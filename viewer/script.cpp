@@ -1,0 +1,311 @@
+#include "viewer/script.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <sstream>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "gl/gl_error.h"
+#include "tool/console.h"
+#include "tool/exit_code.h"
+#include "tool/nearest_names.h"
+#include "viewer/items.h"
+#include "viewer/viewer.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char BLANKS[] = " \t\r";
+constexpr char QUIT[] = "quit";
+constexpr int MAX_PATIENCE = 24 * 60 * 60; ///< Seconds.
+
+std::string trim(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(BLANKS);
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
+}
+
+/// Numbers with blanks between them. Throws CommandError when there are more or fewer, or others than
+/// numbers.
+template <std::size_t COUNT>
+std::array<float, COUNT> parse_numbers(const std::string& text) {
+    std::array<float, COUNT> numbers;
+    std::string rest = text;
+    for (float& number : numbers) {
+        const std::size_t gap = std::min(rest.find_first_of(BLANKS), rest.size());
+        number = static_cast<float>(parse_number(rest.substr(0, gap)));
+        rest = trim(rest.substr(gap));
+    }
+    if (!rest.empty())
+        throw CommandError(fmt::format("'{}' are more than {} numbers", text, COUNT));
+    return numbers;
+}
+
+/// Throws CommandError for other numbers than those above 0.
+double parse_factor(const std::string& text) {
+    const double factor = parse_number(text);
+    if (factor <= 0)
+        throw CommandError(fmt::format("'{}' is no factor above 0", text));
+    return factor;
+}
+
+bool parse_switch(const std::string& text) {
+    if (text != "on" && text != "off")
+        throw CommandError(fmt::format("'{}' is neither 'on' nor 'off'", text));
+    return text == "on";
+}
+
+void set_zoom(Camera& camera, const std::string& argument) {
+    if (argument == "fit")
+        camera.fit();
+    else
+        camera.set_zoom(parse_factor(argument));
+}
+
+void await_change(Viewer& viewer, const std::string& argument) {
+    const double seconds = parse_number(argument);
+    if (seconds < 0 || seconds > MAX_PATIENCE)
+        throw CommandError(
+            fmt::format("cannot wait for {} s; a change is awaited for 0 to {} s", argument, MAX_PATIENCE));
+    const auto patience = std::chrono::milliseconds(std::lround(1000 * seconds));
+    if (!viewer.get_model().follow_changes(patience))
+        throw CommandError(fmt::format("no file changed within {} s", argument));
+}
+
+void print_state(Viewer& viewer, Console& console) {
+    ViewModel& model = viewer.get_model();
+    model.get_chain(ViewModel::FIRST); // What cannot be shown is told too.
+    const ColorSettings settings = model.get_settings(ViewModel::FIRST);
+    console.print(fmt::format("picture: {}", model.get_picture() ? model.get_picture()->path : ""));
+    console.print(fmt::format("configuration: {}", model.get_host().get_config_name()));
+    console.print(fmt::format("space: {} ({})", settings.input_space, model.get_space_reason()));
+    console.print(fmt::format("cdl: {}", settings.cdl));
+    console.print(fmt::format("exposure: {:g}", settings.exposure));
+    console.print(fmt::format("view: {}", settings.view));
+    console.print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
+    std::vector<std::string> faults = model.get_faults();
+    faults.push_back(viewer.get_fault());
+    for (const std::string& fault : faults)
+        if (!fault.empty())
+            console.print(fmt::format("fault: {}", fault));
+}
+
+void compare(Viewer& viewer, Console& console) {
+    viewer.get_model().set_layout(Layout::DIFFERENCE);
+    const Difference* difference = viewer.compare();
+    if (!difference)
+        throw CommandError(
+            fmt::format("there is nothing to compare: {}", fmt::join(viewer.get_model().get_faults(), "; ")));
+    console.print(format_difference(*difference));
+}
+
+/// What bears that name, and where it lies. Throws CommandError when there is nothing of the kind.
+const Items::Item& find_item(Viewer& viewer, const std::string& name) {
+    const Items& items = viewer.get_items();
+    if (items.get_all().empty())
+        viewer.act(); // There was no frame yet.
+    if (const Items::Item* item = items.find(name))
+        return *item;
+    std::vector<std::string> names;
+    for (const Items::Item& item : items.get_all())
+        names.push_back(item.name);
+    throw CommandError(fmt::format("there is no '{}' to click{}", name, did_you_mean(name, names)));
+}
+
+void click(Viewer& viewer, const std::string& name, void (Hand::*click)(float, float)) {
+    const Items::Item& item = find_item(viewer, name);
+    (viewer.get_hand().*click)(item.x, item.y);
+    viewer.act();
+}
+
+void drag(Viewer& viewer, const std::string& way, bool shift) {
+    const auto [x, y, to_x, to_y] = parse_numbers<4>(way);
+    viewer.get_hand().drag(x, y, to_x, to_y, shift);
+    viewer.act();
+}
+
+void print_items(Viewer& viewer, Console& console) {
+    for (const Items::Item& item : viewer.get_items().get_all())
+        console.print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
+}
+
+struct ScriptCommand {
+    const char* name;
+    const char* argument;
+    const char* description;
+    void (*run)(Viewer& viewer, Console& console, const std::string& argument);
+};
+
+constexpr ScriptCommand COMMANDS[] = {
+    {"open", "FILE", "show a picture",
+     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().open(path); }},
+    {"next", "", "show the next picture",
+     [](Viewer& viewer, Console&, const std::string&) { viewer.get_model().step_picture(1); }},
+    {"space", "NAME", "take the picture to be in a colour space",
+     [](Viewer& viewer, Console&, const std::string& name) { viewer.get_model().set_input_space(name); }},
+    {"cdl", "NAME", "apply a colour decision list",
+     [](Viewer& viewer, Console&, const std::string& name) { viewer.get_model().set_cdl(name); }},
+    {"exposure", "STOPS", "expose",
+     [](Viewer& viewer, Console&, const std::string& stops) {
+         viewer.get_model().set_exposure(static_cast<float>(parse_number(stops)));
+     }},
+    {"view", "LABEL", "show through a view",
+     [](Viewer& viewer, Console&, const std::string& label) {
+         viewer.get_model().set_view(ViewModel::FIRST, label);
+     }},
+    {"second-view", "LABEL", "the view to compare it with",
+     [](Viewer& viewer, Console&, const std::string& label) {
+         viewer.get_model().set_view(ViewModel::SECOND, label);
+     }},
+    {"layout", "NAME", "single, wipe, two or difference",
+     [](Viewer& viewer, Console&, const std::string& word) {
+         viewer.get_model().set_layout(parse_layout(word));
+     }},
+    {"wipe", "POSITION", "wipe between the views, 0 to 1",
+     [](Viewer& viewer, Console&, const std::string& position) {
+         viewer.get_model().set_layout(Layout::WIPE);
+         viewer.get_model().set_wipe(parse_number(position));
+     }},
+    {"difference-scale", "FACTOR", "enlarge the differences shown",
+     [](Viewer& viewer, Console&, const std::string& factor) {
+         viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
+     }},
+    {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
+     [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},
+    {"pan", "X Y", "move the picture by pixels of the screen",
+     [](Viewer& viewer, Console&, const std::string& by) {
+         const auto [x, y] = parse_numbers<2>(by);
+         viewer.get_camera().pan(x, y);
+     }},
+    {"cursor", "X Y", "read out the pixel at a position of the screen",
+     [](Viewer& viewer, Console&, const std::string& at) {
+         const auto [x, y] = parse_numbers<2>(at);
+         viewer.set_cursor(x, y);
+     }},
+    {"panels", "on|off", "show the panels",
+     [](Viewer& viewer, Console&, const std::string& shown) { viewer.show_panels(parse_switch(shown)); }},
+    {"items", "", "print what can be clicked, with its place in the window",
+     [](Viewer& viewer, Console& console, const std::string&) { print_items(viewer, console); }},
+    {"click", "NAME", "click what bears that name in the panels",
+     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::click); }},
+    {"double-click", "NAME", "the same, twice",
+     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::double_click); }},
+    {"press", "KEY", "press Enter, Escape, Up, Down or the like",
+     [](Viewer& viewer, Console&, const std::string& key) {
+         viewer.get_items();
+         viewer.get_hand().press(key);
+         viewer.act();
+     }},
+    {"type", "TEXT", "type letters",
+     [](Viewer& viewer, Console&, const std::string& text) {
+         viewer.get_items();
+         viewer.get_hand().type(text);
+         viewer.act();
+     }},
+    {"drag", "X Y X Y", "drag the pointer from one place of the window to another",
+     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, false); }},
+    {"shift-drag", "X Y X Y", "the same with the shift key held",
+     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, true); }},
+    {"wheel", "X Y NOTCHES", "turn the wheel at a place of the window",
+     [](Viewer& viewer, Console&, const std::string& turn) {
+         const auto [x, y, notches] = parse_numbers<3>(turn);
+         viewer.get_hand().turn_wheel(x, y, notches);
+         viewer.act();
+     }},
+    {"drop", "FILE", "drop a file on the window",
+     [](Viewer& viewer, Console&, const std::string& path) {
+         viewer.get_items();
+         viewer.drop({path});
+     }},
+    {"config", "FILE", "use a configuration; without a file, the built-in one",
+     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().use_config(path); }},
+    {"cdl-library", "FILE", "list the corrections of a CDL file",
+     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().use_cdl_library(path); }},
+    {"await-change", "SECONDS", "wait until a file was changed and read again",
+     [](Viewer& viewer, Console&, const std::string& seconds) { await_change(viewer, seconds); }},
+    {"print", "", "print what is shown",
+     [](Viewer& viewer, Console& console, const std::string&) { print_state(viewer, console); }},
+    {"compare", "", "print how far GPU and CPU are apart",
+     [](Viewer& viewer, Console& console, const std::string&) { compare(viewer, console); }},
+    {"screenshot", "FILE", "write what is on the screen",
+     [](Viewer& viewer, Console&, const std::string& path) { viewer.save_screenshot(path); }},
+    {QUIT, "", "end the viewer", [](Viewer&, Console&, const std::string&) {}},
+};
+
+std::size_t find_command(const std::string& name, const std::string& place) {
+    const auto* const found =
+        std::find_if(std::begin(COMMANDS), std::end(COMMANDS),
+                     [&](const ScriptCommand& command) { return command.name == name; });
+    if (found != std::end(COMMANDS))
+        return static_cast<std::size_t>(found - COMMANDS);
+    std::vector<std::string> names;
+    for (const ScriptCommand& command : COMMANDS)
+        names.emplace_back(command.name);
+    throw UsageError(fmt::format("{}: no command '{}'{}", place, name, did_you_mean(name, names)));
+}
+
+} // namespace
+
+double parse_number(const std::string& text) {
+    double number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || !std::isfinite(number))
+        throw CommandError(fmt::format("'{}' is no number", text));
+    return number;
+}
+
+Layout parse_layout(const std::string& word) {
+    constexpr std::pair<const char*, Layout> LAYOUTS[] = {{"single", Layout::SINGLE},
+                                                          {"wipe", Layout::WIPE},
+                                                          {"two", Layout::SIDE_BY_SIDE},
+                                                          {"difference", Layout::DIFFERENCE}};
+    for (const auto& [name, layout] : LAYOUTS)
+        if (word == name)
+            return layout;
+    throw CommandError(fmt::format("no layout '{}'; there are single, wipe, two and difference", word));
+}
+
+Script::Script(std::istream& text, const std::string& name) {
+    std::string line;
+    for (int number = 1; std::getline(text, line); ++number) {
+        line = trim(line);
+        if (line.empty() || line.front() == '#')
+            continue;
+        const std::size_t gap = std::min(line.find_first_of(BLANKS), line.size());
+        const std::string place = fmt::format("{}:{}", name, number);
+        lines.push_back({place, find_command(line.substr(0, gap), place), trim(line.substr(gap))});
+    }
+}
+
+bool Script::run(Viewer& viewer, Console& console) const {
+    for (const Line& line : lines) {
+        const ScriptCommand& command = COMMANDS[line.command];
+        if (command.name == QUIT)
+            return true;
+        try {
+            command.run(viewer, console, line.argument);
+            viewer.run_frame();
+        } catch (const CommandError& error) {
+            throw CommandError(fmt::format("{}: {}", line.place, error.what()), error.get_code());
+        } catch (const GlError& error) {
+            throw CommandError(fmt::format("{}: {}", line.place, error.what()));
+        }
+    }
+    return false;
+}
+
+std::string Script::get_help() {
+    std::string help;
+    for (const ScriptCommand& command : COMMANDS)
+        help += fmt::format("  {:<28}{}\n", fmt::format("{} {}", command.name, command.argument),
+                            command.description);
+    return help;
+}
+
+} // namespace tool

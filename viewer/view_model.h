@@ -1,0 +1,118 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "viewer/camera.h"
+#include "viewer/color_chain.h"
+#include "viewer/color_host.h"
+#include "viewer/file_watcher.h"
+#include "viewer/picture_list.h"
+#include "viewer/view_settings.h"
+
+namespace tool {
+
+/// Everything that decides what the viewer shows, without a window and without OpenGL. What cannot be done
+/// throws CommandError, or, where nobody asked for it, becomes a fault to show; what was shown last stays.
+class ViewModel {
+public:
+    /// Which of two views.
+    enum Side { FIRST, SECOND, SIDE_COUNT };
+
+    explicit ViewModel(ColorHost& host);
+
+    // Pictures
+
+    /// Lists files without reading them.
+    void add_pictures(const std::vector<std::string>& paths);
+    /// Shows the file, and lists it if it is new.
+    void open(const std::string& path);
+    /// Shows the next (+1) or an earlier (-1) listed picture, round and round. One that cannot be read is
+    /// passed on the way: it is a fault until the next one, and the picture shown stays.
+    void step_picture(int by);
+    const PictureList& get_pictures() const { return pictures; }
+    /// Null until one was opened.
+    const std::shared_ptr<const Picture>& get_picture() const { return pictures.get_picture(); }
+
+    // Colours, by the names of the module; names without a family and roles will do for spaces.
+
+    void set_input_space(const std::string& name);
+    void set_cdl(const std::string& name);
+    void set_view(Side side, const std::string& label);
+    void set_exposure(float stops) { exposure = stops; }
+    ColorSettings get_settings(Side side) const;
+    /// Why the input space is what it is.
+    const std::string& get_space_reason() const { return space_reason; }
+    /// The configured conversions of the settings; the last good ones when these cannot be made.
+    std::shared_ptr<const ColorChain> get_chain(Side side);
+
+    // The window
+
+    void set_layout(Layout wanted) { layout = wanted; }
+    Layout get_layout() const { return layout; }
+    /// Where the line of the wipe is: 0 at the left, 1 at the right.
+    void set_wipe(double position);
+    double get_wipe() const { return wipe; }
+    /// What errors are multiplied by in the picture of differences.
+    void set_difference_scale(float scale) { difference_scale = scale; }
+    float get_difference_scale() const { return difference_scale; }
+    Camera& get_camera() { return camera; }
+    const Camera& get_camera() const { return camera; }
+
+    // Configurations and their files
+
+    /// Empty for the built-in one.
+    void use_config(const std::string& path);
+    void use_cdl_library(const std::string& path);
+    /// Reads what changed on disk again, takes over what the module told its host, and waits so long for a
+    /// change of a file. True when anything changed.
+    bool follow_changes(std::chrono::milliseconds patience = {});
+
+    /// What is wrong at the moment, in words.
+    std::vector<std::string> get_faults() const;
+    /// The last thing that went well, and which of the chosen names had to be replaced for it.
+    const std::string& get_note() const { return note; }
+
+    ColorHost& get_host() { return host; }
+    const ColorHost& get_host() const { return host; }
+
+private:
+    void take_space_of_picture(const std::shared_ptr<const Picture>& former);
+    void take_space_of_file();
+    /// Replaces names that the module no longer has. "; ..." about each for the note.
+    std::string use_existing_names();
+    void watch_files();
+    std::string get_chain_fault(Side side) const;
+    void take_existing_names(bool note_tells_why);
+    /// False when something is not whole.
+    bool reload_sources(const std::string& changed);
+
+    struct Chain {
+        std::optional<ColorChain::Key> key;
+        std::shared_ptr<const ColorChain> chain;
+        std::string fault;
+    };
+
+    ColorHost& host;
+    FileWatcher watcher;
+    std::vector<std::string> source_files; ///< Watched besides the pictures, sorted.
+    unsigned int revision = 0;             ///< Of the host, as last taken over.
+    PictureList pictures;
+    std::string input_space;
+    std::string space_reason;
+    bool space_is_chosen = false;
+    std::string cdl;
+    std::string views[SIDE_COUNT];
+    float exposure = 0;
+    Chain chains[SIDE_COUNT];
+    Layout layout = Layout::SINGLE;
+    double wipe = 0.5;
+    float difference_scale = 100;
+    Camera camera;
+    std::string note;
+};
+
+} // namespace tool

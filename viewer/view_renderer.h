@@ -1,0 +1,66 @@
+#pragma once
+
+#include <future>
+#include <memory>
+#include <optional>
+
+#include "viewer/difference.h"
+#include "viewer/picture_painter.h"
+#include "viewer/view_model.h"
+
+namespace tool {
+
+/// One pixel of the picture, before and after the conversions.
+struct PixelReadout {
+    int x;
+    int y;
+    float before[4];
+    float cpu[4];
+    float gpu[4];
+};
+
+/// Draws what a model says into the framebuffer that is bound.
+class ViewRenderer {
+public:
+    /// Needs a current core-profile context, always the same.
+    ViewRenderer() = default;
+
+    /// Settles what goes where in `area`, and gives the model's camera its sizes. False when there is nothing
+    /// to draw.
+    bool aim(ViewModel& model, const Viewport& area);
+
+    /// Draws the layout into `area`, and gives the model's camera its size. Throws GlError.
+    void draw(ViewModel& model, const Viewport& area, int framebuffer_height);
+
+    /// The pixel below a position of the window, as the last `draw` showed it; nothing beside the picture.
+    std::optional<PixelReadout> read_pixel(ViewModel& model, double x, double y);
+
+    /// The last comparison that was finished for what the model shows; null before and while it is made.
+    const Difference* get_difference() const { return difference ? &*difference : nullptr; }
+    /// True when a comparison was finished that no `draw` has shown.
+    bool has_news() const;
+    /// Waits for a comparison under way. True when there was one: the next `draw` shows it.
+    bool finish_difference();
+
+    const PicturePainter& get_painter() const { return painter; }
+
+private:
+    struct Pane {
+        Viewport viewport; ///< What the camera looks into.
+        Viewport clip;     ///< What of it is seen.
+        ViewModel::Side side;
+    };
+
+    static PicturePainter::Subject get_subject(ViewModel& model, ViewModel::Side side);
+    void arrange(const ViewModel& model, const Viewport& area);
+    void draw_difference(ViewModel& model, const Viewport& area, int framebuffer_height);
+    void update_difference(const PicturePainter::Subject& wanted);
+
+    PicturePainter painter;
+    std::vector<Pane> panes;
+    PicturePainter::Subject compared; ///< What is being compared, or was.
+    std::future<Difference> comparison;
+    std::optional<Difference> difference;
+};
+
+} // namespace tool
