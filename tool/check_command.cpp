@@ -10,11 +10,11 @@
 #include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
-#include "tool/color_session.h"
-#include "tool/config_check.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "workflow/config_check.h"
+#include "workflow/session.h"
 
 namespace tool {
 

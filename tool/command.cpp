@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tool/color_session.h"
+#include "workflow/session.h"
 
 namespace tool {
 

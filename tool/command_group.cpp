@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "tool/nearest_names.h"
+#include "workflow/nearest_names.h"
 
 namespace tool {
 

@@ -7,11 +7,11 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_manager.h"
 #include "host/sys/sys_filesystem.h"
-#include "tool/color_conversion.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/name_resolution.h"
-#include "tool/settings/format_associations.h"
+#include "workflow/conversion.h"
+#include "workflow/format_associations.h"
+#include "workflow/name_resolution.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "tool/color_conversion.h"
+#include "workflow/conversion.h"
 
 namespace tool {
 

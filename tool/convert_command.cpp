@@ -7,15 +7,15 @@
 #include <OpenImageIO/imageio.h>
 #include <fmt/format.h>
 
-#include "tool/color_conversion.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/conversion_decision.h"
 #include "tool/conversion_options.h"
-#include "tool/frame_pattern.h"
-#include "tool/frame_range.h"
-#include "tool/sequence.h"
-#include "tool/settings/format_associations.h"
+#include "workflow/conversion.h"
+#include "workflow/format_associations.h"
+#include "workflow/frame_pattern.h"
+#include "workflow/frame_range.h"
+#include "workflow/sequence.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -10,13 +10,13 @@
 #include <nlohmann/json.hpp>
 
 #include "tool/cdl/correction_text.h"
-#include "tool/color_conversion.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/conversion_explanation.h"
 #include "tool/conversion_options.h"
 #include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "workflow/conversion.h"
+#include "workflow/explanation.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -1,6 +1,6 @@
 #include "tool/json_output.h"
 
-#include "tool/config_source.h"
+#include "workflow/config_source.h"
 
 namespace tool {
 

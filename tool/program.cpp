@@ -10,7 +10,7 @@
 
 #include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
-#include "tool/nearest_names.h"
+#include "workflow/nearest_names.h"
 
 namespace tool {
 

@@ -6,13 +6,13 @@
 #include <fmt/format.h>
 
 #include "gl/gl_error.h"
-#include "tool/color_conversion.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
-#include "tool/gpu_export.h"
-#include "tool/shader_comparison.h"
 #include "tool/text_table.h"
+#include "workflow/conversion.h"
+#include "workflow/gpu_package.h"
+#include "workflow/session.h"
+#include "workflow/shader_comparison.h"
 
 namespace tool {
 

@@ -11,10 +11,10 @@
 #include "host/event/event_ids.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
-#include "tool/failure_reason.h"
-#include "tool/published_names.h"
 #include "viewer/markup_fault.h"
 #include "viewer/own_files.h"
+#include "workflow/failure_reason.h"
+#include "workflow/published_names.h"
 
 namespace tool {
 

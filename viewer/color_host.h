@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/color_session.h"
+#include "workflow/session.h"
 
 namespace tool {
 

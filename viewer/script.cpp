@@ -13,9 +13,9 @@
 #include "gl/gl_error.h"
 #include "tool/console.h"
 #include "tool/exit_code.h"
-#include "tool/nearest_names.h"
 #include "viewer/items.h"
 #include "viewer/viewer.h"
+#include "workflow/nearest_names.h"
 
 namespace tool {
 

@@ -7,12 +7,12 @@
 #include <fmt/format.h>
 
 #include "gl/gl_error.h"
-#include "tool/color_session.h"
 #include "tool/command.h"
 #include "tool/console.h"
 #include "tool/exit_code.h"
 #include "viewer/script.h"
 #include "viewer/viewer.h"
+#include "workflow/session.h"
 
 namespace tool {
 

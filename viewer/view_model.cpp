@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include "tool/exit_code.h"
-#include "tool/name_resolution.h"
-#include "tool/nearest_names.h"
+#include "workflow/name_resolution.h"
+#include "workflow/nearest_names.h"
 
 namespace tool {
 

@@ -1,4 +1,4 @@
-#include "tool/failure_reason.h"
+#include "workflow/failure_reason.h"
 
 #include <string>
 #include <vector>

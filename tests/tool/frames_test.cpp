@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "tool/exit_code.h"
-#include "tool/frame_pattern.h"
-#include "tool/frame_range.h"
+#include "workflow/frame_pattern.h"
+#include "workflow/frame_range.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tool/nearest_names.h"
+#include "workflow/nearest_names.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include "colorio/color_io_converter.h"
 #include "host/sys/sys_filesystem.h"
 #include "tool/cdl/cdl_command.h"
-#include "tool/cdl/correction_file.h"
 #include "tool/cdl/correction_text.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
+#include "workflow/cdl/correction_file.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 
 #include "tool/cdl/cdl_command.h"
-#include "tool/cdl/correction_file.h"
 #include "tool/cdl/correction_text.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
+#include "workflow/cdl/correction_file.h"
 
 namespace tool {
 

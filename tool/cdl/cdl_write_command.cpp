@@ -7,10 +7,10 @@
 
 #include "colorio/color_io_manager.h"
 #include "tool/cdl/cdl_command.h"
-#include "tool/cdl/correction_file.h"
 #include "tool/cdl/correction_text.h"
-#include "tool/cdl/exact_document.h"
 #include "tool/console.h"
+#include "workflow/cdl/correction_file.h"
+#include "workflow/cdl/exact_document.h"
 
 namespace tool {
 

@@ -5,7 +5,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "tool/cdl/correction.h"
+#include "workflow/cdl/correction.h"
 
 namespace tool {
 

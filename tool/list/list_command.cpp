@@ -6,14 +6,14 @@
 #include <nlohmann/json.hpp>
 
 #include "tool/cdl/published_cdls.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/list/space_list.h"
 #include "tool/list/transform_list.h"
 #include "tool/list/view_list.h"
-#include "tool/published_names.h"
 #include "tool/text_table.h"
+#include "workflow/published_names.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -9,8 +9,8 @@
 #include "colorio/color_io_inspection.h"
 #include "tool/console.h"
 #include "tool/list/entry_cells.h"
-#include "tool/published_names.h"
 #include "tool/text_table.h"
+#include "workflow/published_names.h"
 
 namespace tool {
 

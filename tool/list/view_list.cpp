@@ -7,8 +7,8 @@
 
 #include "tool/console.h"
 #include "tool/list/entry_cells.h"
-#include "tool/published_names.h"
 #include "tool/text_table.h"
+#include "workflow/published_names.h"
 
 namespace tool {
 

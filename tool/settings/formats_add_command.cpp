@@ -4,11 +4,11 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_auto_detection.h"
-#include "tool/color_session.h"
-#include "tool/name_resolution.h"
-#include "tool/settings/format_associations.h"
 #include "tool/settings/formats_change.h"
 #include "tool/settings/formats_command.h"
+#include "workflow/format_associations.h"
+#include "workflow/name_resolution.h"
+#include "workflow/session.h"
 
 namespace tool {
 

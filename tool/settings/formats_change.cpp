@@ -4,9 +4,9 @@
 #include <fmt/ranges.h>
 
 #include "standalone/standalone_app.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/settings/format_associations.h"
+#include "workflow/format_associations.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -5,12 +5,12 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/nearest_names.h"
-#include "tool/published_names.h"
-#include "tool/settings/format_associations.h"
 #include "tool/settings/formats_command.h"
+#include "workflow/format_associations.h"
+#include "workflow/nearest_names.h"
+#include "workflow/published_names.h"
+#include "workflow/session.h"
 
 namespace tool {
 

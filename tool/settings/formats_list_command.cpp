@@ -6,12 +6,12 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
-#include "tool/settings/format_associations.h"
 #include "tool/settings/formats_command.h"
 #include "tool/text_table.h"
+#include "workflow/format_associations.h"
+#include "workflow/session.h"
 
 namespace tool {
 

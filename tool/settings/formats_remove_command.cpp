@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_auto_detection.h"
-#include "tool/settings/format_associations.h"
 #include "tool/settings/formats_change.h"
 #include "tool/settings/formats_command.h"
 #include "tool/settings/remove_command.h"
+#include "workflow/format_associations.h"
 
 namespace tool {
 

@@ -3,11 +3,11 @@
 #include <nlohmann/json.hpp>
 
 #include "colorio/color_io.h"
-#include "tool/color_session.h"
 #include "tool/command.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "workflow/session.h"
 
 namespace tool {
 

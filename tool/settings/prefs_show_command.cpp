@@ -8,13 +8,13 @@
 
 #include "standalone/standalone_app.h"
 #include "tool/cdl/published_cdls.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
-#include "tool/settings/custom_spaces.h"
-#include "tool/settings/format_associations.h"
 #include "tool/settings/prefs_command.h"
 #include "tool/text_table.h"
+#include "workflow/custom_spaces.h"
+#include "workflow/format_associations.h"
+#include "workflow/session.h"
 
 namespace tool {
 

@@ -7,7 +7,7 @@
 
 #include "host/core/core_vector.h"
 #include "tool/exit_code.h"
-#include "tool/nearest_names.h"
+#include "workflow/nearest_names.h"
 
 namespace tool {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "tool/color_session.h"
 #include "tool/command.h"
+#include "workflow/session.h"
 
 namespace tool {
 

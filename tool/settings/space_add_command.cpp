@@ -6,13 +6,13 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
 #include "host/sys/sys_filesystem.h"
-#include "tool/cdl/correction_file.h"
 #include "tool/cdl/correction_text.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
-#include "tool/published_names.h"
-#include "tool/settings/custom_spaces.h"
 #include "tool/settings/space_command.h"
+#include "workflow/cdl/correction_file.h"
+#include "workflow/custom_spaces.h"
+#include "workflow/published_names.h"
+#include "workflow/session.h"
 
 namespace tool {
 

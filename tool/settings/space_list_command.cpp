@@ -4,12 +4,12 @@
 #include <nlohmann/json.hpp>
 
 #include "colorio/color_io.h"
-#include "tool/color_session.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
-#include "tool/settings/custom_spaces.h"
 #include "tool/settings/space_command.h"
 #include "tool/text_table.h"
+#include "workflow/custom_spaces.h"
+#include "workflow/session.h"
 
 namespace tool {
 

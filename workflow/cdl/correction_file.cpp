@@ -1,0 +1,236 @@
+#include "workflow/cdl/correction_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+#include <strings.h>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tool/cdl/correction_text.h"
+#include "tool/console.h"
+#include "tool/exit_code.h"
+#include "workflow/nearest_names.h"
+#include "xml/xml_encoding.h"
+#include "xml/xml_error.h"
+#include "xml/xml_node.h"
+#include "xml/xml_settings.h"
+
+namespace tool {
+
+namespace {
+
+constexpr std::size_t GUESS_WINDOW = 4096;
+constexpr std::string_view BLANKS = " \t\r\n";
+
+/// What a ColorCorrection may hold.
+constexpr const char* CORRECTION_ELEMENTS[] = {"SOPNode", "SatNode", "Description", "InputDescription",
+                                               "ViewingDescription"};
+
+bool is_called(const XmlNode& node, const char* name) {
+    return node.get_name() && strcasecmp(node.get_name(), name) == 0;
+}
+
+bool is_file(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error) && !std::filesystem::is_directory(path, error);
+}
+
+[[noreturn]] void fail_without_file(const std::string& path) {
+    std::error_code error;
+    const bool is_folder = std::filesystem::is_directory(path, error);
+    throw CommandError(
+        fmt::format("cannot read '{}': {}", path, is_folder ? "it is a folder" : "no such file"));
+}
+
+/// Makes the encoding that a file seems to have the current one for its scope.
+class FileEncoding {
+public:
+    explicit FileEncoding(const std::string& path) : before(get_xml_settings()) {
+        std::array<char, GUESS_WINDOW> head;
+        std::ifstream stream(path, std::ios::binary);
+        stream.read(head.data(), head.size());
+        XmlSettings settings = before;
+        settings.encoding = guess_encoding(head.data(), static_cast<std::size_t>(stream.gcount()), true);
+        set_xml_settings(settings);
+    }
+    ~FileEncoding() { set_xml_settings(before); }
+    FileEncoding(const FileEncoding&) = delete;
+    FileEncoding& operator=(const FileEncoding&) = delete;
+
+private:
+    const XmlSettings before;
+};
+
+/// The error's text without the word in front, "Error: " or "Warning: ".
+std::string explain(XmlError error) {
+    const std::string text = get_error_text(error);
+    const std::size_t colon = text.find(": ");
+    return colon == std::string::npos ? text : text.substr(colon + 2);
+}
+
+XmlNode parse_document(const std::string& path) {
+    if (!is_file(path))
+        fail_without_file(path);
+    const FileEncoding encoding(path);
+    XmlResults results;
+    XmlNode top = XmlNode::parse_file(path.c_str(), nullptr, &results);
+    if (results.error == XmlError::NONE)
+        return top;
+    const std::string place =
+        results.line > 0 ? fmt::format("line {}, column {}: ", results.line, results.column) : "";
+    throw CommandError(fmt::format("cannot read '{}': {}{}", path, place, explain(results.error)));
+}
+
+/// Reads one ColorCorrection element.
+class CorrectionReader {
+public:
+    CorrectionReader(const XmlNode& element, const std::string& path, std::size_t position)
+        : element(element), path(path), position(position) {}
+
+    Correction read() {
+        for (int i = 0; i < element.count_attributes(); ++i)
+            if (std::strcmp(element.get_attribute_name(i), "id") == 0)
+                correction.id = element.get_attribute_value(i);
+        collect_descriptions(element);
+        read_slope_offset_power(element.get_child("SOPNode"));
+        read_saturation(element.get_child("SatNode"));
+        find_unread_elements();
+        return std::move(correction);
+    }
+
+private:
+    void find_unread_elements() {
+        for (int i = 0; i < element.count_children(); ++i) {
+            const XmlNode child = element.get_child(i);
+            const bool is_known = std::any_of(std::begin(CORRECTION_ELEMENTS), std::end(CORRECTION_ELEMENTS),
+                                              [&](const char* name) { return is_called(child, name); });
+            if (!is_known)
+                correction.unread_elements.emplace_back(child.get_name());
+        }
+    }
+
+    void collect_descriptions(const XmlNode& node) {
+        int next = 0;
+        for (int count = node.count_children("Description"); count > 0; --count)
+            if (const char* text = node.get_child("Description", &next).get_text(0))
+                correction.descriptions.emplace_back(text);
+    }
+
+    void read_slope_offset_power(const XmlNode& node) {
+        if (node.is_empty())
+            return;
+        correction.has_usual_names = std::strcmp(node.get_name(), "SOPNode") == 0;
+        collect_descriptions(node);
+        read_numbers(node, "Slope", correction.slope, std::size(correction.slope));
+        read_numbers(node, "Offset", correction.offset, std::size(correction.offset));
+        read_numbers(node, "Power", correction.power, std::size(correction.power));
+    }
+
+    void read_saturation(const XmlNode& node) {
+        if (node.is_empty())
+            return;
+        collect_descriptions(node);
+        read_numbers(node, "Saturation", &correction.saturation, 1);
+    }
+
+    void read_numbers(const XmlNode& parent, const char* name, float* values, std::size_t count) const {
+        const XmlNode node = parent.get_child(name);
+        if (node.is_empty())
+            fail(fmt::format("{} is missing", name));
+        std::string_view text = node.get_text(0) ? node.get_text(0) : "";
+        std::size_t found = 0;
+        for (std::size_t start; (start = text.find_first_not_of(BLANKS)) != std::string_view::npos; ++found) {
+            text.remove_prefix(start);
+            const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
+            const auto value = parse_number(word);
+            if (!value)
+                fail(fmt::format("{} holds '{}', which is no number", name, word));
+            if (found < count)
+                values[found] = *value;
+            text.remove_prefix(word.size());
+        }
+        if (found != count)
+            fail(fmt::format("{} has {} numbers instead of {}", name, found, count));
+    }
+
+    [[noreturn]] void fail(const std::string& reason) const {
+        const std::string name = correction.id.empty() ? "" : fmt::format(" ('{}')", correction.id);
+        throw CommandError(
+            fmt::format("cannot read '{}': correction {}{}: {}", path, position, name, reason));
+    }
+
+    const XmlNode& element;
+    const std::string& path;
+    const std::size_t position; ///< From 1.
+    Correction correction;
+};
+
+/// An element whose children are being visited.
+struct Visited {
+    XmlNode node;
+    int next_child;
+};
+
+std::vector<std::string> get_ids(const std::vector<Correction>& corrections) {
+    std::vector<std::string> ids;
+    for (const Correction& correction : corrections)
+        ids.push_back(correction.id);
+    return ids;
+}
+
+} // namespace
+
+std::vector<Correction> read_corrections(const std::string& path) {
+    std::vector<Correction> corrections;
+    // Not recursive: documents may nest deeper than the stack.
+    std::vector<Visited> open = {{parse_document(path), 0}};
+    while (!open.empty()) {
+        Visited& current = open.back();
+        const bool is_correction = is_called(current.node, "ColorCorrection");
+        if (is_correction)
+            corrections.push_back(CorrectionReader(current.node, path, corrections.size() + 1).read());
+        if (is_correction || current.next_child == current.node.count_children())
+            open.pop_back();
+        else
+            open.push_back({current.node.get_child(current.next_child++), 0});
+    }
+    if (corrections.empty())
+        throw CommandError(fmt::format("cannot read '{}': it has no ColorCorrection", path));
+    return corrections;
+}
+
+void warn_of_unread_elements(const Correction& correction, Console& console) {
+    if (!correction.unread_elements.empty())
+        console.warn(fmt::format("the correction '{}' holds what is not read, nor by the colour library: {}",
+                                 correction.id, fmt::join(correction.unread_elements, ", ")));
+}
+
+CorrectionSource parse_correction_source(const std::string& text) {
+    if (is_file(text))
+        return {text, ""};
+    for (std::size_t colon = text.rfind(':'); colon != std::string::npos && colon > 0;
+         colon = text.rfind(':', colon - 1))
+        if (is_file(text.substr(0, colon)))
+            return {text.substr(0, colon), text.substr(colon + 1)};
+    fail_without_file(text);
+}
+
+Correction read_correction(const CorrectionSource& source) {
+    const std::vector<Correction> corrections = read_corrections(source.path);
+    if (source.id.empty())
+        return corrections.front();
+    const auto found = std::find_if(corrections.begin(), corrections.end(),
+                                    [&](const Correction& candidate) { return candidate.id == source.id; });
+    if (found != corrections.end())
+        return *found;
+    throw CommandError(fmt::format("no correction '{}' in '{}'{}", source.id, source.path,
+                                   did_you_mean(source.id, get_ids(corrections))));
+}
+
+} // namespace tool

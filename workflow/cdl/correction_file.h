@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workflow/cdl/correction.h"
+
+namespace tool {
+
+class Console;
+
+/// The corrections of a .cc, .ccc or .cdl document in its order, wherever they stand in it. Numbers that a
+/// document leaves out as a whole (SOPNode, SatNode) change nothing. Throws CommandError with line and column
+/// of what is no XML, with the correction where numbers are wrong, and when there is no correction.
+std::vector<Correction> read_corrections(const std::string& path);
+
+/// Tells the user of elements in the correction that have no part in it.
+void warn_of_unread_elements(const Correction& correction, Console& console);
+
+/// Which correction of which document "FILE" or "FILE:ID" means.
+struct CorrectionSource {
+    std::string path;
+    std::string id; ///< Empty when none is named.
+};
+
+/// Reads `text` as a path as it stands, if there is such a file, otherwise up to the last colon in front of
+/// which a file's path ends. Throws CommandError when that names no file.
+CorrectionSource parse_correction_source(const std::string& text);
+
+/// The correction that the source names, or the first one. Throws like `read_corrections`, and with the
+/// nearest ids when there is none of that id.
+Correction read_correction(const CorrectionSource& source);
+
+} // namespace tool

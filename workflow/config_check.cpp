@@ -1,0 +1,144 @@
+#include "workflow/config_check.h"
+
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_converter.h"
+#include "colorio/color_io_inspection.h"
+#include "workflow/published_names.h"
+#include "workflow/session.h"
+
+namespace tool {
+
+namespace {
+
+std::string describe_way(const PublishedView& view) {
+    std::string way;
+    if (!view.view_transform.empty())
+        way = fmt::format("the view transform '{}'", view.view_transform);
+    if (!view.looks.empty())
+        way += fmt::format("{}the looks '{}'", way.empty() ? "" : " and ", view.looks);
+    return way;
+}
+
+CheckFailure make_subject(CheckFailure::Subject kind, std::string name, std::string way = {}) {
+    CheckFailure subject;
+    subject.subject = kind;
+    subject.name = std::move(name);
+    subject.way = std::move(way);
+    return subject;
+}
+
+class ConfigCheck {
+public:
+    explicit ConfigCheck(ColorSession& session)
+        : session(session), scene_linear(ColorIO::get_ROLE_SCENE_LINEAR()) {
+        report.scene_linear = ColorIO::get_full_color_space_name(scene_linear).get_data();
+    }
+
+    CheckReport run() {
+        for (const PublishedSpace& space : get_published_spaces())
+            if (space.label != report.scene_linear)
+                try_space(space.label);
+        for (const PublishedView& view : get_published_views())
+            try_view(view);
+        for (const ColorIOInspection::NamedTransform& transform : ColorIOInspection::get_named_transforms())
+            try_named_transform(transform);
+        for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
+            if (!space.is_active)
+                try_inactive_space(space);
+        for (const CoreString& name : ColorIOInspection::get_looks())
+            try_part(CheckFailure::LOOK, report.looks_tried, name, ColorIOInspection::try_look);
+        for (const CoreString& name : ColorIOInspection::get_view_transforms())
+            try_part(CheckFailure::VIEW_TRANSFORM, report.view_transforms_tried, name,
+                     ColorIOInspection::try_view_transform);
+        return std::move(report);
+    }
+
+private:
+    using Failures = std::vector<CheckFailure>;
+
+    void try_space(const std::string& label) {
+        ++report.spaces_tried;
+        const auto convert = [](const std::string& from, const std::string& to) {
+            return ColorIOConverter().configure(from.c_str(), to.c_str());
+        };
+        const CheckFailure subject = make_subject(CheckFailure::COLOR_SPACE, label);
+        try_to_make(report.failures, subject, "to " + report.scene_linear,
+                    [&] { return convert(label, report.scene_linear); });
+        try_to_make(report.failures, subject, "from " + report.scene_linear,
+                    [&] { return convert(report.scene_linear, label); });
+    }
+
+    void try_view(const PublishedView& view) {
+        ++report.views_tried;
+        report.views_with_view_transform += view.view_transform.empty() ? 0 : 1;
+        report.views_with_looks += view.looks.empty() ? 0 : 1;
+        report.views_with_named_transform += view.named_transform.empty() ? 0 : 1;
+        try_to_make(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_way(view)), "",
+                    [&] {
+                        return ColorIOConverter().configure_for_display(
+                            report.scene_linear.c_str(), view.display.c_str(), view.view.c_str());
+                    });
+    }
+
+    /// Only as the configuration states it: who states one direction may know that there is no other.
+    void try_named_transform(const ColorIOInspection::NamedTransform& transform) {
+        ++report.named_transforms_tried;
+        const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, transform.name.get_data());
+        if (transform.has_forward)
+            try_to_make(report.failures, subject, "forward",
+                        [&] { return ColorIOInspection::try_conversion(transform.name, scene_linear); });
+        if (transform.has_inverse)
+            try_to_make(report.failures, subject, "inverse",
+                        [&] { return ColorIOInspection::try_conversion(scene_linear, transform.name); });
+    }
+
+    void try_inactive_space(const ColorIOInspection::ColorSpace& space) {
+        ++report.inactive_spaces_tried;
+        const std::string label = make_label(space.family.get_data(), space.name.get_data());
+        const CheckFailure subject = make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label);
+        try_to_make(report.notices, subject, "to " + report.scene_linear,
+                    [&] { return ColorIOInspection::try_conversion(space.name, scene_linear); });
+        try_to_make(report.notices, subject, "from " + report.scene_linear,
+                    [&] { return ColorIOInspection::try_conversion(scene_linear, space.name); });
+    }
+
+    void try_part(CheckFailure::Subject subject, unsigned int& count, const CoreString& name,
+                  bool (*works)(const CoreString& name)) {
+        ++count;
+        try_to_make(report.notices, make_subject(subject, name.get_data()), "", [&] { return works(name); });
+    }
+
+    /// Adds the subject to `failures` when `make` answers false; a direction more, where it failed before for
+    /// the same reason.
+    template <class Make>
+    void try_to_make(Failures& failures, CheckFailure subject, const std::string& direction,
+                     const Make& make) {
+        session.take_messages();
+        if (make())
+            return;
+        subject.reason = find_failure_reason(session.take_messages());
+        const bool again = !failures.empty() && failures.back().subject == subject.subject &&
+                           failures.back().name == subject.name &&
+                           failures.back().reason.text == subject.reason.text;
+        if (!again)
+            failures.push_back(std::move(subject));
+        if (!direction.empty())
+            failures.back().directions.push_back(direction);
+    }
+
+    ColorSession& session;
+    const CoreString scene_linear; ///< Without its family.
+    CheckReport report;
+};
+
+} // namespace
+
+CheckReport check_config(ColorSession& session) {
+    return ConfigCheck(session).run();
+}
+
+} // namespace tool

@@ -1,0 +1,44 @@
+#include "workflow/config_source.h"
+
+#include <filesystem>
+
+#include "colorio/color_io_constants.h"
+#include "host/of/of_app.h"
+#include "host/sys/sys_env.h"
+
+namespace tool {
+
+std::string ConfigSource::get_name() const {
+    return kind == BUILTIN ? "the built-in configuration" : std::filesystem::path(path).filename().string();
+}
+
+std::string ConfigSource::describe() const {
+    switch (kind) {
+    case FILE:
+        return path + " (--config)";
+    case ENVIRONMENT:
+        return path + " ($OCIO)";
+    case PREFERENCES:
+        return path + " (preferences)";
+    default:
+        return get_name();
+    }
+}
+
+bool is_in_library(const std::string& path) {
+    return path.rfind("ocio://", 0) == 0;
+}
+
+ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences) {
+    if (!config_path.empty())
+        return {ConfigSource::FILE, config_path};
+    const CoreString variable = sys_get_env(OCIO_VARIABLE);
+    if (!variable.is_empty())
+        return {ConfigSource::ENVIRONMENT, variable.get_data()};
+    const CoreString& preferred = preferences.get_color_space_file_path();
+    if (preferences.get_use_color_space_file() && !preferred.is_empty())
+        return {ConfigSource::PREFERENCES, preferred.get_data()};
+    return {};
+}
+
+} // namespace tool
