@@ -12,6 +12,9 @@ namespace tool {
 
 namespace {
 
+/// The writers of some formats open files by their paths.
+constexpr files::ReplacementRules PLACE_RULES{std::nullopt, false, true};
+
 std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& parts) {
     std::vector<OIIO::ImageSpec> specs;
     for (const PartHeader& part : parts)
@@ -27,8 +30,11 @@ bool reads_while_it_writes(const OIIO::ImageOutput& output) {
 
 } // namespace
 
-PictureWriter::PictureWriter(const std::string& path, const std::string& name)
-    : path(path), name(name), output(OIIO::ImageOutput::create(path)) {
+PictureWriter::PictureWriter(const std::string& path)
+    : place(path, PLACE_RULES), name(path), path(place.get_temporary_path()) {
+    if (!place.is_open())
+        throw CommandError(place.get_failure()->describe());
+    output = OIIO::ImageOutput::create(path);
     if (!output)
         fail(OIIO::geterror());
 }
@@ -82,6 +88,10 @@ void PictureWriter::write_part(const PixelBuffer& pixels) {
     // need.
     const OIIO::ImageSpec& spec = output->spec();
     const OIIO::TypeDesc type = spec.channelformats.empty() ? spec.format : OIIO::TypeDesc(OIIO::TypeUnknown);
+    write_part_as(type, pixels);
+}
+
+void PictureWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) {
     if (!output->write_image(type, pixels.data()))
         fail_with_format("its pixels cannot be written");
 }
@@ -93,6 +103,8 @@ void PictureWriter::close() {
     const std::string reason = file ? file->finish() : find_damage(path, part_count);
     if (!reason.empty())
         fail(reason);
+    if (!place.commit())
+        throw CommandError(place.get_failure()->describe());
 }
 
 } // namespace tool

@@ -7,6 +7,7 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "files/replacement.h"
 #include "image/output_file.h"
 #include "image/picture_reader.h"
 #include "image/pixel_layout.h"
@@ -15,11 +16,11 @@ namespace tool {
 
 struct FormatAbilities;
 
-/// A picture file being written, part by part in order. Throws CommandError with `name` and the reason.
+/// An image file being written, part by part in order, and replaced whole or not at all. Throws CommandError
+/// with the file and the reason.
 class PictureWriter {
 public:
-    /// Writes to `path`, a file that exists; messages speak of `name`.
-    PictureWriter(const std::string& path, const std::string& name);
+    explicit PictureWriter(const std::string& path);
     ~PictureWriter();
 
     /// Opens part `index` of `parts`, and answers its spec as the format took it.
@@ -27,7 +28,9 @@ public:
                                      const FormatAbilities& abilities);
     /// Pixels in the layout of that spec.
     void write_part(const PixelBuffer& pixels);
-    /// Finishes the file; without it the file is not whole.
+    /// Pixels whose channels all have `type`; the format converts them to its own.
+    void write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels);
+    /// Finishes the file and puts it in its place; without it the old file, if any, stays.
     void close();
 
 private:
@@ -35,8 +38,9 @@ private:
     [[noreturn]] void fail(std::string reason) const;
     [[noreturn]] void fail_with_format(const std::string& fallback) const;
 
-    std::string path;
-    std::string name;
+    files::Replacement place;
+    std::string name;               ///< As the user knows the file.
+    std::string path;               ///< Where it is written until it is complete.
     std::optional<OutputFile> file; ///< Of formats that write through it; the others open `path` themselves.
     std::unique_ptr<OIIO::ImageOutput> output; ///< Goes before the file.
     std::size_t part_count = 0;

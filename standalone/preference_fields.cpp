@@ -23,6 +23,8 @@ struct SwitchField {
     void (*set)(StandaloneApp& app, unsigned int value);
 };
 
+constexpr std::array<std::string_view, 3> MODULE_ENTRIES{"space", "CDL", "extension"};
+
 constexpr unsigned int LARGEST_SWITCH = std::numeric_limits<int>::max();
 
 constexpr std::array<TextField, 4> TEXT_FIELDS{{
@@ -81,6 +83,10 @@ void load_all(const Fields& fields, const ParserGroup& group, const CoreString& 
 }
 
 } // namespace
+
+bool is_module_entry(const CoreString& name) {
+    return std::find(MODULE_ENTRIES.begin(), MODULE_ENTRIES.end(), name.view()) != MODULE_ENTRIES.end();
+}
 
 bool is_preference_field(const CoreString& name) {
     return has_field(TEXT_FIELDS, name) || has_field(SWITCH_FIELDS, name);

@@ -5,6 +5,12 @@
 class ParserGroup;
 class StandaloneApp;
 
+/// The entry that holds what the module keeps.
+inline constexpr const char* MODULE_ENTRY = "color_management";
+
+/// Whether the module itself writes an entry of that name into its group; it drops all others when it saves.
+bool is_module_entry(const CoreString& name);
+
 /// Whether the application's own preferences have an entry of that name.
 bool is_preference_field(const CoreString& name);
 

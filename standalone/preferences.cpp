@@ -1,12 +1,14 @@
 #include "standalone/preferences.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "files/input_file.h"
+#include "files/links.h"
+#include "files/lock.h"
+#include "files/replacement.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
 #include "standalone/log_message.h"
@@ -15,47 +17,48 @@
 #include "standalone/parser/yaml_reader.h"
 #include "standalone/parser/yaml_writer.h"
 #include "standalone/preference_fields.h"
+#include "standalone/preference_marker.h"
 #include "standalone/standalone_app.h"
-#include "standalone/sys/file_replacement.h"
-#include "standalone/sys/folder_lock.h"
-#include "standalone/sys/read_text.h"
 #include "standalone/sys/set_aside.h"
 #include "standalone/sys/user_folders.h"
 
 namespace {
 
-constexpr const char* MODULE_ENTRY = "color_management";
-// What the module writes into its group; it drops everything else when it saves.
-constexpr std::array<std::string_view, 3> MODULE_ENTRIES{"space", "CDL", "extension"};
-constexpr mode_t FILE_MODE = 0600;
-
-bool is_module_entry(const CoreString& name) {
-    return std::find(MODULE_ENTRIES.begin(), MODULE_ENTRIES.end(), name.view()) != MODULE_ENTRIES.end();
-}
+// Whatever the old file's permissions are, a preferences file is for its user alone.
+constexpr files::ReplacementRules WRITING_RULES{0600, false, false};
 
 } // namespace
 
 struct PreferenceFile::State {
-    enum class Content { READ, ABSENT, SET_ASIDE, UNUSABLE };
+    enum class Content { READ, ABSENT, DAMAGED, UNUSABLE };
 
     CoreString path;
     std::shared_ptr<ParserGroup> root = std::make_shared<ParserGroup>(nullptr); // as last read
     bool is_loading = false;
     ParserEntry color_management{MODULE_ENTRY};
+    std::optional<files::Lock> lock; // from a load before a change to the save after it
+    std::string damage;              // what is wrong with a file that is damaged
 
-    std::string get_folder() const {
-        const std::filesystem::path folder = std::filesystem::path(path.get_data()).parent_path();
-        return folder.empty() ? "." : folder.string();
-    }
-
+    void give_to(StandaloneApp& app);
     void take_module_values();
     void keep_unknown_module_entries();
-    Content read_locked();
     Content read();
-    Content refuse_damaged(const std::string& reason);
+    Content refuse(const std::string& text, const std::string& reason);
+    bool take_lock();
+    bool set_damaged_aside() const;
+    std::shared_ptr<ParserGroup> make_content(const StandaloneApp& app) const;
     bool fail_to_save(const std::string& reason) const;
     bool write(const ParserGroup& preferences) const;
 };
+
+void PreferenceFile::State::give_to(StandaloneApp& app) {
+    take_module_values();
+    // Whoever handles the application's events may load again.
+    const std::shared_ptr<const ParserGroup> read_root = root;
+    const bool was_loading = std::exchange(is_loading, true);
+    load_preference_fields(*read_root, path, app);
+    is_loading = was_loading;
+}
 
 void PreferenceFile::State::take_module_values() {
     color_management.reset();
@@ -75,39 +78,80 @@ void PreferenceFile::State::keep_unknown_module_entries() {
     }
 }
 
-PreferenceFile::State::Content PreferenceFile::State::read_locked() {
-    const FolderLock lock(get_folder());
-    return read();
-}
-
-// Fills `root` from the file. The caller holds the lock.
+// Fills `root` from the file, and changes nothing on the disk.
 PreferenceFile::State::Content PreferenceFile::State::read() {
-    const FileText file = read_text(path.get_data(), MAX_FILE_SIZE);
-    if (file.error_number == ENOENT)
+    auto text = files::read_whole(path.get_data(), MAX_FILE_SIZE);
+    if (!text && text.get_failure().error_number == ENOENT)
         return Content::ABSENT;
-    if (file.error_number != 0) {
-        log_message(LOG_ERROR, "Preferences: cannot read '", path, "': ", file.reason.c_str(), ".\n");
+    if (!text) {
+        log_message(LOG_ERROR, "Preferences: ", text.get_failure().describe().c_str(), ".\n");
         return Content::UNUSABLE;
     }
-    if (!file.text)
-        return refuse_damaged(": " + file.reason);
     auto read_root = std::make_shared<ParserGroup>(nullptr);
-    if (const auto reason = read_yaml(*file.text, *read_root))
-        return refuse_damaged(*reason);
+    if (const auto reason = read_yaml(*text, *read_root))
+        return refuse(*text, *reason);
+    if (!is_preferences(*read_root)) {
+        log_message(LOG_ERROR, "Preferences: '", path,
+                    "' is not a preferences file; it is neither used nor changed.\n");
+        return Content::UNUSABLE;
+    }
     root = std::move(read_root);
     return Content::READ;
 }
 
-PreferenceFile::State::Content PreferenceFile::State::refuse_damaged(const std::string& reason) {
-    const std::string kept = set_aside(path.get_data());
-    if (kept.empty()) {
-        log_message(LOG_ERROR, "Preferences: ", path, reason.c_str(),
-                    "; the file cannot be renamed either.\n");
-        return Content::UNUSABLE;
+// `reason` says why `text` cannot be parsed.
+PreferenceFile::State::Content PreferenceFile::State::refuse(const std::string& text,
+                                                             const std::string& reason) {
+    if (is_damaged_preferences(text)) {
+        damage = reason;
+        return Content::DAMAGED;
     }
-    log_message(LOG_ERROR, "Preferences: ", path, reason.c_str(), "; the file is now '", kept.c_str(),
-                "'.\n");
-    return Content::SET_ASIDE;
+    log_message(LOG_ERROR, "Preferences: '", path, "' is not a preferences file", reason.c_str(),
+                "; it is neither used nor changed.\n");
+    return Content::UNUSABLE;
+}
+
+// Locks the folder that the file itself lies in, whatever links lead there, after making it when it is
+// missing.
+bool PreferenceFile::State::take_lock() {
+    auto target = files::follow_links(path.get_data());
+    if (!target)
+        return fail_to_save(target.get_failure().reason);
+    const std::string folder = files::get_folder(*target);
+    const std::string reason = make_folders(folder);
+    if (!reason.empty())
+        return fail_to_save(reason);
+    auto taken = files::Lock::take(folder);
+    if (!taken)
+        return fail_to_save(taken.get_failure().describe());
+    lock.emplace(std::move(*taken));
+    return true;
+}
+
+bool PreferenceFile::State::set_damaged_aside() const {
+    const std::string kept = set_aside(path.get_data());
+    if (kept.empty())
+        log_message(LOG_ERROR, "Preferences: ", path, damage.c_str(),
+                    "; the file cannot be renamed either.\n");
+    else
+        log_message(LOG_WARNING, "Preferences: ", path, damage.c_str(), "; the file is now '", kept.c_str(),
+                    "'.\n");
+    return !kept.empty();
+}
+
+// What is to be written: the preferences of `app`, `color_management`, and what the file holds besides.
+std::shared_ptr<ParserGroup> PreferenceFile::State::make_content(const StandaloneApp& app) const {
+    auto preferences = std::make_shared<ParserGroup>(nullptr);
+    add_preference_marker(*preferences);
+    save_preference_fields(app, *preferences);
+    copy_entry(color_management, *preferences);
+    for (unsigned int i = 0; i < root->get_entry_count(); ++i) {
+        const ParserEntry& entry = *root->get_entry(i);
+        if (!is_preference_marker(entry.get_name().view()) && !is_preference_field(entry.get_name()) &&
+            entry.get_name() != MODULE_ENTRY)
+            copy_entry(entry, *preferences);
+    }
+    return preferences;
 }
 
 bool PreferenceFile::State::fail_to_save(const std::string& reason) const {
@@ -119,8 +163,8 @@ bool PreferenceFile::State::write(const ParserGroup& preferences) const {
     const YamlText yaml = write_yaml(preferences);
     if (!yaml.text)
         return fail_to_save(yaml.reason);
-    FileReplacement file(path.get_data(), FILE_MODE);
-    return (file.write(*yaml.text) && file.commit()) || fail_to_save(file.get_error());
+    files::Replacement file(path.get_data(), WRITING_RULES);
+    return (file.write(*yaml.text) && file.commit()) || fail_to_save(file.get_failure()->reason);
 }
 
 PreferenceFile::PreferenceFile(const CoreString& path) : state(std::make_unique<State>()) {
@@ -136,16 +180,24 @@ CoreString PreferenceFile::get_default_path() {
 }
 
 bool PreferenceFile::load(StandaloneApp& app) {
-    const State::Content content = state->read_locked();
-    if (content != State::Content::READ)
-        return content == State::Content::ABSENT;
-    state->take_module_values();
-    // Whoever handles the application's events may load again.
-    const std::shared_ptr<const ParserGroup> root = state->root;
-    const bool was_loading = std::exchange(state->is_loading, true);
-    load_preference_fields(*root, state->path, app);
-    state->is_loading = was_loading;
-    return true;
+    const State::Content content = state->read();
+    if (content == State::Content::DAMAGED)
+        log_message(LOG_ERROR, "Preferences: ", state->path, state->damage.c_str(),
+                    "; the file is not used.\n");
+    if (content == State::Content::READ)
+        state->give_to(app);
+    return content == State::Content::READ || content == State::Content::ABSENT;
+}
+
+bool PreferenceFile::load_to_change(StandaloneApp& app) {
+    if (!state->lock && !state->take_lock())
+        return false;
+    const State::Content content = state->read();
+    if (content == State::Content::READ)
+        state->give_to(app);
+    if (content == State::Content::UNUSABLE)
+        state->lock.reset();
+    return content != State::Content::UNUSABLE;
 }
 
 ParserEntry& PreferenceFile::get_color_management() {
@@ -155,28 +207,21 @@ ParserEntry& PreferenceFile::get_color_management() {
 bool PreferenceFile::save(const StandaloneApp& app, const ModuleSave& save_module) {
     if (state->is_loading)
         return state->fail_to_save("it is being loaded");
-    const std::string reason = make_folders(state->get_folder());
-    if (!reason.empty())
-        return state->fail_to_save(reason);
+    if (!state->lock && !state->take_lock())
+        return false;
+    const std::optional<files::Lock> lock = std::exchange(state->lock, std::nullopt);
     if (save_module)
         save_module(&state->color_management);
-
-    const FolderLock lock(state->get_folder());
-    if (state->read() == State::Content::UNUSABLE)
+    const State::Content content = state->read();
+    if (content == State::Content::UNUSABLE)
         return false;
     if (save_module)
         state->keep_unknown_module_entries();
     else
         state->take_module_values();
-
-    auto preferences = std::make_shared<ParserGroup>(nullptr);
-    save_preference_fields(app, *preferences);
-    copy_entry(state->color_management, *preferences);
-    for (unsigned int i = 0; i < state->root->get_entry_count(); ++i) {
-        const ParserEntry& entry = *state->root->get_entry(i);
-        if (!is_preference_field(entry.get_name()) && entry.get_name() != MODULE_ENTRY)
-            copy_entry(entry, *preferences);
-    }
+    if (content == State::Content::DAMAGED && !state->set_damaged_aside())
+        return false;
+    auto preferences = state->make_content(app);
     if (!state->write(*preferences))
         return false;
     state->root = std::move(preferences);

@@ -12,10 +12,15 @@ class StandaloneApp;
 /// The file that keeps a StandaloneApp's preferences, and those of the colour-management module, from run to
 /// run. It is for this user alone (mode 0600, in a folder that is made with mode 0700).
 ///
-/// Every change replaces the file whole, so whatever happens to the process the old or the new file is there,
-/// and several processes may use one file: the last to save wins. A file that cannot be understood is renamed
-/// ("preferences.yaml.damaged-1", and so on), never overwritten. Entries that this program does not know, in
-/// the file or in the module's group, are kept when it saves.
+/// Every save replaces the file whole, so the old or the new file is there even if the process is killed. A
+/// process that loads with `load_to_change` keeps others from doing so until it has saved, so that of changes
+/// made at the same time none is lost. Entries that this program does not know, in the file or in the
+/// module's group, are kept when it saves.
+///
+/// A preferences file says so itself, in its entry "file_type"; earlier versions, which lack it, are
+/// recognized by their entries (preference_marker.h). Any other file is neither used nor changed, and
+/// anything but a regular file is refused. A damaged preferences file is renamed
+/// ("preferences.yaml.damaged-1", and so on) before a new one is saved; loading changes nothing.
 class HOST_API PreferenceFile {
 public:
     /// Has the module write its preferences into an entry, after resetting it; answers whether it wrote any.
@@ -33,14 +38,20 @@ public:
     /// level 1, when there is a file that cannot be read or understood; `app` is then unchanged.
     bool load(StandaloneApp& app);
 
+    /// The same for a program that will save what it changes: makes the folder, and takes the lock that keeps
+    /// others out until `save` ends, or this object. False, with a message at level 1, when nothing may be
+    /// changed: the file cannot be read or locked, or is not a preferences file. A damaged one, which `save`
+    /// renames, counts as none. Two objects of one process would wait for each other.
+    bool load_to_change(StandaloneApp& app);
+
     /// The entry "color_management" as last loaded, for the module to load from: its group has the module's
     /// entries. Stays at its address.
     ParserEntry& get_color_management();
 
     /// Saves the preferences of `app`, and those of the module when `save_module` is not empty; else the
     /// module's stay as they are in the file. False, with a message at level 1, when the file cannot be
-    /// written, holds something that cannot be read, or is being loaded: events that loading raises find an
-    /// application that does not have all its preferences yet.
+    /// written, cannot be read, is not a preferences file, or is being loaded: events that loading raises
+    /// find an application that does not have all its preferences yet.
     bool save(const StandaloneApp& app, const ModuleSave& save_module);
 
 private:

@@ -6,6 +6,7 @@
 #include "host/of/of_object_factory.h"
 #include "standalone/core/class_destructor.h"
 #include "standalone/log_message.h"
+#include "standalone/sys/process_folder.h"
 #include "standalone/sys/user_folders.h"
 
 namespace {
@@ -28,6 +29,11 @@ struct StandaloneApp::State {
     CoreString default_color_space_name = "linear";
     unsigned int use_color_space_by_extension_file = 0;
     CoreString color_space_by_extension_file_path;
+    std::unique_ptr<ProcessFolder> process_folder; // where the user's own cache folder cannot be used
+    CoreString temp_folder_note;
+
+    std::string make_process_folder(const std::string& reason);
+    std::string make_temp_folder(const std::string& name, std::string& base);
 
     // Tells whether `field` changed.
     template <class Value>
@@ -113,16 +119,42 @@ OfObjectFactory& StandaloneApp::get_object_factory() {
     return state->object_factory;
 }
 
+// Where temporary files go when the user's cache folder cannot be used for `reason`. Empty on success, else
+// why not there either.
+std::string StandaloneApp::State::make_process_folder(const std::string& reason) {
+    auto made = ProcessFolder::make();
+    if (!made)
+        return reason + ", and " + made.get_failure().describe();
+    process_folder = std::move(*made);
+    const std::string note =
+        "temporary files are kept in '" + process_folder->get_path() +
+        "' until the program ends, because the user's cache folder cannot be used: " + reason +
+        "; set XDG_CACHE_HOME to a folder that can be written";
+    temp_folder_note = CoreString(std::string_view(note));
+    log_message(LOG_INFO, temp_folder_note, ".\n");
+    return {};
+}
+
+// Makes FOLDER_NAME/`name` in a folder that it answers in `base`. Empty on success, else the reason.
+std::string StandaloneApp::State::make_temp_folder(const std::string& name, std::string& base) {
+    const bool is_users = cache_folder.is_empty();
+    base = is_users ? get_user_cache_folder() : std::string(cache_folder.view());
+    if (!process_folder) {
+        std::string reason =
+            base.empty() ? "the user has no home folder" : make_private_folder(base, FOLDER_NAME, name);
+        if (!reason.empty() && is_users)
+            reason = make_process_folder(reason);
+        if (!process_folder)
+            return reason;
+    }
+    base = process_folder->get_path();
+    return make_private_folder(base, FOLDER_NAME, name);
+}
+
 bool StandaloneApp::create_temp_folder(const CoreString& name, CoreString& path) {
-    const std::string base =
-        state->cache_folder.is_empty() ? get_user_cache_folder() : std::string(state->cache_folder.view());
-    std::string reason;
-    if (base.empty())
-        reason = "the user has no home folder";
-    else if (!is_path_component(name))
-        reason = "this is no name of a folder";
-    else
-        reason = make_private_folder(base, FOLDER_NAME, name.get_data());
+    std::string base = state->cache_folder.get_data();
+    const std::string reason = is_path_component(name) ? state->make_temp_folder(name.get_data(), base)
+                                                       : "this is not a name of a folder";
     if (!reason.empty()) {
         log_message(LOG_ERROR, "Cannot create the folder '", name, "' for temporary files in '", base.c_str(),
                     "/", FOLDER_NAME, "': ", reason.c_str(), ".\n");
@@ -130,4 +162,8 @@ bool StandaloneApp::create_temp_folder(const CoreString& name, CoreString& path)
     }
     path = CoreString(std::string_view(base)) + "/" + FOLDER_NAME + "/" + name;
     return true;
+}
+
+const CoreString& StandaloneApp::get_temp_folder_note() const {
+    return state->temp_folder_note;
 }

@@ -46,8 +46,14 @@ public:
     OfObjectFactory& get_object_factory() override;
     /// The folder is "qb_colorio/`name`" below the cache folder, for this user alone: mode 0700. It is
     /// refused, with a message at level 1, when it or its parent belongs to another user or is a link, when
-    /// every user may write where it would be made, and when `name` is no single path component.
+    /// every user may write where it would be made, and when `name` is not a single path component.
+    /// Where the user's own cache folder is refused, or the user has none, the folder is made in a private
+    /// one in $TMPDIR or "/tmp" instead, which is removed with this object; `get_temp_folder_note` then says
+    /// so, as does a message at level 3.
     bool create_temp_folder(const CoreString& name, CoreString& path) override;
+
+    /// What the user should know about where temporary files are: empty when that is the cache folder.
+    const CoreString& get_temp_folder_note() const;
 
 private:
     struct State;

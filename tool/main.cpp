@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "image/replaced_file.h"
+#include "tool/interrupt_cleanup.h"
 #include "tool/program.h"
 
 int main(int count, char* arguments[]) {

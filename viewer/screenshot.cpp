@@ -1,11 +1,12 @@
 #include "viewer/screenshot.h"
 
+#include <algorithm>
+
 #include <OpenImageIO/imageio.h>
 #include <epoxy/gl.h>
-#include <fmt/format.h>
 
-#include "image/replaced_file.h"
-#include "tool/exit_code.h"
+#include "image/format_abilities.h"
+#include "image/picture_writer.h"
 
 namespace tool {
 
@@ -13,29 +14,32 @@ namespace {
 
 constexpr int CHANNELS = 3;
 
-[[noreturn]] void fail(const std::string& path, const std::string& reason) {
-    throw CommandError(fmt::format("cannot write the screenshot '{}': {}", path, reason));
+/// OpenGL's first row is the lowest, an image's the highest.
+void flip_rows(PixelBuffer& pixels, std::size_t row_bytes) {
+    std::byte* top = pixels.data();
+    std::byte* bottom = pixels.data() + pixels.size();
+    for (; top + row_bytes < bottom; top += row_bytes) {
+        bottom -= row_bytes;
+        std::swap_ranges(top, top + row_bytes, bottom);
+    }
 }
 
 } // namespace
 
 void write_screenshot(const std::string& path, Screen::Size size) {
-    const auto row = static_cast<OIIO::stride_t>(size.width) * CHANNELS;
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(row * size.height));
+    const auto row_bytes = static_cast<std::size_t>(size.width) * CHANNELS;
+    PixelBuffer pixels;
+    pixels.resize(row_bytes * static_cast<std::size_t>(size.height));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, size.width, size.height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
+    flip_rows(pixels, row_bytes);
 
-    ReplacedFile file(path);
-    const auto output = OIIO::ImageOutput::create(file.get_temporary_path());
-    if (!output)
-        fail(path, OIIO::geterror());
+    const FormatAbilities abilities = get_format_abilities(path);
     const OIIO::ImageSpec spec(size.width, size.height, CHANNELS, OIIO::TypeDesc::UINT8);
-    // OpenGL's first row is the lowest.
-    const unsigned char* top = pixels.data() + row * (size.height - 1);
-    if (!output->open(file.get_temporary_path(), spec) ||
-        !output->write_image(OIIO::TypeDesc::UINT8, top, OIIO::AutoStride, -row) || !output->close())
-        fail(path, output->geterror());
-    file.commit();
+    PictureWriter writer(path);
+    writer.open_part({{0, 0, spec}}, 0, abilities);
+    writer.write_part_as(spec.format, pixels);
+    writer.close();
 }
 
 } // namespace tool

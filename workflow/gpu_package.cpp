@@ -1,30 +1,19 @@
 #include "workflow/gpu_package.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
-#include "image/replaced_file.h"
 #include "tool/exit_code.h"
+#include "workflow/text_file.h"
 
 namespace tool {
 
 namespace {
 
 constexpr char FILE_STEM[] = "OCIODisplay";
-
-void write_file(const std::string& path, const std::string& text) {
-    ReplacedFile file(path);
-    std::ofstream stream(file.get_temporary_path(), std::ios::binary);
-    stream << text;
-    stream.close();
-    if (!stream)
-        throw CommandError(fmt::format("cannot write '{}'", path));
-    file.commit();
-}
 
 /// The rows of a .cube file follow each other like the table's, red fastest.
 std::string to_cube(const GpuConversion& conversion) {
@@ -70,9 +59,9 @@ std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, c
     if (error)
         throw CommandError(fmt::format("cannot make the folder '{}': {}", folder, error.message()));
     const std::string stem = (std::filesystem::path(folder) / FILE_STEM).string();
-    write_file(stem + ".glsl", conversion.text);
-    write_file(stem + ".spi3d", to_spi3d(conversion));
-    write_file(stem + ".cube", to_cube(conversion));
+    write_text_file(stem + ".glsl", conversion.text);
+    write_text_file(stem + ".spi3d", to_spi3d(conversion));
+    write_text_file(stem + ".cube", to_cube(conversion));
     return {stem + ".glsl", stem + ".spi3d", stem + ".cube"};
 }
 

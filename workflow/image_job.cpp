@@ -6,7 +6,6 @@
 
 #include "image/picture_reader.h"
 #include "image/picture_writer.h"
-#include "image/replaced_file.h"
 #include "tool/exit_code.h"
 
 namespace tool {
@@ -28,12 +27,10 @@ public:
     }
 
     PictureReport run() {
-        ReplacedFile file(output);
-        PictureWriter writer(file.get_temporary_path(), output);
+        PictureWriter writer(output);
         for (unsigned int i = 0; i < parts.size(); ++i)
             convert_one(i, writer);
         writer.close();
-        file.commit();
         return std::move(report);
     }
 

@@ -67,6 +67,8 @@ ColorSession::ColorSession(const SessionOptions& options, Console& console, Pref
     app = std::make_unique<StandaloneApp>();
     try {
         load(use);
+        if (!options.verbose && !app->get_temp_folder_note().is_empty())
+            console.note(app->get_temp_folder_note().get_data());
     } catch (...) {
         close();
         throw;

@@ -46,8 +46,8 @@ class ColorSession {
 public:
     /// Throws ConfigError when a configuration that was asked for, by path or by $OCIO, is not in force
     /// afterwards, CommandError when the module does not start; the message gives the module's reasons.
-    /// To CHANGE preferences the module gets what they hold of its own, and neither the mapping file nor the
-    /// CDL library that they name.
+    /// To SHOW or CHANGE preferences the module gets what they hold of its own, and neither the mapping file
+    /// nor the CDL library that they name.
     ColorSession(const SessionOptions& options, Console& console, PreferenceUse use = PreferenceUse::READ);
     ~ColorSession();
     ColorSession(const ColorSession&) = delete;
@@ -58,7 +58,7 @@ public:
     StandaloneApp& get_app() { return *app; }
     const UserPreferences& get_preferences() const { return preferences; }
     /// Keeps the module's associations, custom colour spaces and CDLs. Throws CommandError.
-    void save_preferences() { preferences.save_module(recorder); }
+    void save_preferences() { preferences.save_module(recorder, console); }
 
     Console& get_console() { return console; }
     /// What the module logged since the last call; the first call answers what it logged while loading.

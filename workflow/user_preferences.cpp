@@ -25,10 +25,15 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
         return path;
     }
     std::error_code error;
-    if (use == PreferenceUse::READ && !std::filesystem::exists(options.preferences_path, error))
+    if (use != PreferenceUse::CHANGE && !std::filesystem::exists(options.preferences_path, error))
         throw CommandError(
             fmt::format("cannot load the preferences '{}': no such file", options.preferences_path));
     return options.preferences_path;
+}
+
+void warn_of_messages(LogRecorder& recorder, Console& console) {
+    for (const LoggedMessage& message : recorder.take_messages())
+        console.warn(message.text);
 }
 
 } // namespace
@@ -39,9 +44,10 @@ UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse us
     if (path.empty())
         return;
     file = std::make_unique<PreferenceFile>(path.c_str());
-    file->load(*app);
-    for (const LoggedMessage& message : recorder.take_messages())
-        console.warn(message.text);
+    const bool is_loaded = use == PreferenceUse::CHANGE ? file->load_to_change(*app) : file->load(*app);
+    if (!is_loaded && (use == PreferenceUse::CHANGE || !options.preferences_path.empty()))
+        throw CommandError(explain_failure(recorder.take_messages()));
+    warn_of_messages(recorder, console);
 }
 
 UserPreferences::~UserPreferences() = default;
@@ -51,10 +57,11 @@ void UserPreferences::load_module() const {
         ColorIO::load_config(&file->get_color_management());
 }
 
-void UserPreferences::save_module(LogRecorder& recorder) const {
+void UserPreferences::save_module(LogRecorder& recorder, Console& console) const {
     recorder.take_messages();
     if (!file->save(*app, [](ParserEntry* entry) { return ColorIO::save_config(entry); }))
         throw CommandError(explain_failure(recorder.take_messages()));
+    warn_of_messages(recorder, console);
 }
 
 } // namespace tool

@@ -12,15 +12,18 @@ class Console;
 class LogRecorder;
 struct SessionOptions;
 
-/// What a session wants of the preferences.
-enum class PreferenceUse { READ, CHANGE };
+/// What a session wants of the preferences: to follow them, to show what they hold themselves, or to change
+/// that.
+enum class PreferenceUse { READ, SHOW, CHANGE };
 
 /// The preference file of a command, as it was when the command started; nothing when the options say so or
 /// the user has no home.
 class UserPreferences {
 public:
-    /// What is wrong with the file becomes warnings. Throws UsageError when there is no file to change,
-    /// CommandError when a file that was named does not exist and shall be read.
+    /// What is wrong with the user's own file becomes warnings. Throws UsageError when there is no file to
+    /// change, CommandError when a file that the options name cannot be used, and when a file to change
+    /// cannot be: nothing may then be saved over it. Other processes that change the file wait until this
+    /// object has saved or ends.
     UserPreferences(const SessionOptions& options, PreferenceUse use, LogRecorder& recorder,
                     Console& console);
     ~UserPreferences();
@@ -32,9 +35,9 @@ public:
 
     /// Gives the running module its part.
     void load_module() const;
-    /// Saves what the running module now holds; the application's preferences stay as they were. Throws
-    /// CommandError.
-    void save_module(LogRecorder& recorder) const;
+    /// Saves what the running module now holds; the application's preferences stay as they were. What
+    /// happens to a damaged file becomes a warning. Throws CommandError.
+    void save_module(LogRecorder& recorder, Console& console) const;
 
 private:
     std::string path;

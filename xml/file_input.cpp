@@ -1,13 +1,12 @@
 #include "xml/file_input.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "files/input_file.h"
 
 namespace xml {
 
@@ -16,18 +15,10 @@ namespace {
 constexpr std::size_t TERMINATOR = 4;
 constexpr std::size_t FIRST_ROOM = 64 * 1024;
 
-// A pipe that nobody writes to must not hold the caller up, so it is opened without waiting; the reads wait.
-int open_for_reading(const char* path) {
-    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file >= 0)
-        fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
-    return file;
-}
-
-// The room to begin with: that of a regular file, and one byte by which its end is noticed.
-std::size_t expected_room(int file) {
+// The room to begin with: that of the file, and one byte by which its end is noticed.
+std::size_t expected_room(const files::Descriptor& file) {
     struct stat status = {};
-    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0)
+    if (fstat(file.get(), &status) != 0 || status.st_size <= 0)
         return FIRST_ROOM;
     return static_cast<std::size_t>(status.st_size) + 1;
 }
@@ -40,14 +31,12 @@ bool resize(OwnedText& text, std::size_t room) {
     return true;
 }
 
-bool read_all(int file, OwnedText& text) {
+bool read_all(const files::Descriptor& file, OwnedText& text) {
     std::size_t room = expected_room(file);
     if (room > MAX_TEXT + 1 || !resize(text, room))
         return false;
     for (;;) {
-        const ssize_t count = read(file, text.buffer + text.length, room - text.length);
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count = files::read_some(file, text.buffer + text.length, room - text.length);
         if (count <= 0)
             return count == 0;
         text.length += static_cast<std::size_t>(count);
@@ -64,13 +53,11 @@ bool read_all(int file, OwnedText& text) {
 } // namespace
 
 bool read_file(const char* path, OwnedText& file) {
-    const int descriptor = path != nullptr ? open_for_reading(path) : -1;
-    if (descriptor < 0)
+    auto opened = files::open_for_reading(path != nullptr ? path : "");
+    if (!opened)
         return false;
     OwnedText text;
-    const bool done = read_all(descriptor, text);
-    close(descriptor);
-    if (!done) {
+    if (!read_all(*opened, text)) {
         std::free(text.buffer);
         return false;
     }

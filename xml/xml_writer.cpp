@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "xml/file_replacement.h"
+#include "files/replacement.h"
 #include "xml/node_record.h"
 #include "xml/serializer.h"
 #include "xml/xml_settings.h"
@@ -11,6 +11,8 @@
 namespace {
 
 using xml::NodeRecord;
+
+constexpr files::ReplacementRules WRITING_RULES{std::nullopt, true, false};
 
 class LengthSink : public xml::TextSink {
 public:
@@ -38,11 +40,11 @@ public:
 
 class FileSink : public xml::TextSink {
 public:
-    explicit FileSink(xml::FileReplacement& replacement) : file(replacement) {}
+    explicit FileSink(files::Replacement& replacement) : file(replacement) {}
     void write(std::string_view piece) override { file.write(piece); }
 
 private:
-    xml::FileReplacement& file;
+    files::Replacement& file;
 };
 
 bool needs_declaration(const NodeRecord& node) {
@@ -63,8 +65,7 @@ const char* declared_encoding(const char* encoding_name) {
     }
 }
 
-void write_document(xml::FileReplacement& file, const NodeRecord& top, const char* encoding_name,
-                    bool format) {
+void write_document(files::Replacement& file, const NodeRecord& top, const char* encoding_name, bool format) {
     const char* encoding = declared_encoding(encoding_name);
     if (get_xml_settings().encoding == XmlEncoding::UTF_8)
         file.write("\xEF\xBB\xBF");
@@ -103,8 +104,8 @@ XmlError XmlNode::write_to_file(const char* path, const char* encoding_name, boo
     if (is_empty())
         return XmlError::NONE;
     try {
-        xml::FileReplacement file;
-        if (!file.open(path))
+        files::Replacement file(path != nullptr ? path : "", WRITING_RULES);
+        if (!file.is_open())
             return XmlError::CANNOT_OPEN_FOR_WRITING;
         write_document(file, *record, encoding_name, format);
         return file.commit() ? XmlError::NONE : XmlError::CANNOT_WRITE;

@@ -3,13 +3,13 @@
 #include <optional>
 #include <string>
 
+#include "files/input_file.h"
+#include "files/replacement.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
 #include "standalone/parser/yaml_limits.h"
 #include "standalone/parser/yaml_reader.h"
 #include "standalone/parser/yaml_writer.h"
-#include "standalone/sys/file_replacement.h"
-#include "standalone/sys/read_text.h"
 
 namespace {
 
@@ -45,8 +45,8 @@ ParserFile::~ParserFile() = default;
 bool ParserFile::read(const CoreString& path, const CoreString& required_type,
                       const CoreString& required_version) {
     auto root = std::make_unique<ParserGroup>(nullptr);
-    const FileText file = read_text(path.get_data(), MAX_FILE_SIZE);
-    std::string error = file.text ? read_yaml(*file.text, *root).value_or("") : ": " + file.reason;
+    auto text = files::read_whole(path.get_data(), MAX_FILE_SIZE);
+    std::string error = text ? read_yaml(*text, *root).value_or("") : ": " + text.get_failure().reason;
     if (error.empty())
         error = check_entry(*root, TYPE_ENTRY, required_type);
     if (error.empty())
@@ -59,9 +59,9 @@ bool ParserFile::write(const CoreString& path) {
     const YamlText yaml = write_yaml(*state->root);
     if (!yaml.text)
         return state->finish(path, ": " + yaml.reason);
-    FileReplacement file(path.get_data());
+    files::Replacement file(path.get_data());
     const bool written = file.write(*yaml.text) && file.commit();
-    return state->finish(path, written ? "" : ": " + file.get_error());
+    return state->finish(path, written ? "" : ": " + file.get_failure()->reason);
 }
 
 const CoreString& ParserFile::get_error() const {

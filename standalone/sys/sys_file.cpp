@@ -1,20 +1,25 @@
 #include "host/sys/sys_file.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 
-#include "standalone/sys/file_replacement.h"
-#include "standalone/sys/input_file.h"
+#include "files/input_file.h"
+#include "files/replacement.h"
+
+namespace {
+
+constexpr files::ReplacementRules WRITING_RULES{std::nullopt, true, false};
+
+} // namespace
 
 struct SysFile::State {
-    std::optional<InputFile> input;
-    std::optional<FileReplacement> output;
+    std::optional<files::InputFile> input;
+    std::optional<files::Replacement> output;
 };
 
 SysFile::SysFile(const CoreString& path, Mode mode, int) : state(std::make_unique<State>()) {
     if (mode == MODE_WRITE)
-        state->output.emplace(path.get_data());
+        state->output.emplace(path.get_data(), WRITING_RULES);
     else
         state->input.emplace(path.get_data());
 }
@@ -31,7 +36,7 @@ long long SysFile::write(const CoreString& text) {
 
 CoreString SysFile::read(unsigned int count) {
     std::string bytes;
-    if (!state->input || !state->input->read(count, bytes))
+    if (!state->input || !state->input->is_open() || !state->input->read(count, bytes))
         return {};
     return CoreString(std::string_view(bytes));
 }

@@ -10,10 +10,12 @@
 #include <filesystem>
 #include <vector>
 
+#include "files/descriptor.h"
 #include "host/sys/sys_env.h"
-#include "standalone/sys/descriptor.h"
 
 namespace {
+
+using files::Descriptor;
 
 constexpr mode_t PRIVATE = 0700;
 constexpr mode_t PERMISSIONS = 07777;
@@ -88,10 +90,10 @@ std::string make_private_folder(const std::string& base, const std::string& grou
     std::string reason = make_folders(base);
     if (!reason.empty())
         return reason;
-    const Descriptor base_folder(open(base.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const files::Descriptor base_folder(open(base.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!base_folder.is_open())
         return system_reason();
-    Descriptor group_folder, folder;
+    files::Descriptor group_folder, folder;
     reason = open_private(base_folder, group, group_folder);
     return reason.empty() ? open_private(group_folder, name, folder) : reason;
 }

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -37,6 +38,8 @@ bool save_letter(const std::string& path, char letter) {
     return preferences.save(app, {});
 }
 
+constexpr const char* DAMAGED = "file_type: \"qb_colorio preferences\"\n{";
+
 // The letter that the whole name in the file consists of; '\0' when the file is no such file.
 char read_letter(const std::string& path) {
     RecordingLog log;
@@ -67,9 +70,43 @@ TEST(PreferenceProcesses, SeveralMaySaveAtOnce) {
     EXPECT_EQ(folder.count_entries(), 1u);
 }
 
+// Adds `letter` to the name in the file, as one change.
+bool add_letter(const std::string& path, char letter) {
+    PreferenceFile preferences(path.c_str());
+    StandaloneApp app;
+    app.set_default_color_space_name("");
+    if (!preferences.load_to_change(app))
+        return false;
+    const std::string name = std::string(app.get_default_color_space_name().view()) + letter;
+    app.set_default_color_space_name(CoreString(std::string_view(name)));
+    return preferences.save(app, {});
+}
+
+TEST(PreferenceProcesses, NoChangeOfSeveralAtOnceIsLost) {
+    const TempDir folder;
+    const std::string path = folder.file("new/preferences.yaml");
+    pid_t processes[4];
+    for (int i = 0; i < 4; ++i)
+        processes[i] = start([&] {
+            for (int repeat = 0; repeat < 10; ++repeat)
+                if (!add_letter(path, static_cast<char>('a' + i)))
+                    return false;
+            return true;
+        });
+    for (const pid_t process : processes)
+        EXPECT_TRUE(succeeded(process));
+    PreferenceFile preferences(path.c_str());
+    StandaloneApp app;
+    EXPECT_TRUE(preferences.load(app));
+    std::string name(app.get_default_color_space_name().view());
+    std::sort(name.begin(), name.end());
+    EXPECT_EQ(name,
+              std::string(10, 'a') + std::string(10, 'b') + std::string(10, 'c') + std::string(10, 'd'));
+}
+
 TEST(PreferenceProcesses, ADamagedFileIsSetAsideOnceWhenSeveralSave) {
     const TempDir folder;
-    const std::string path = folder.write("preferences.yaml", "{");
+    const std::string path = folder.write("preferences.yaml", DAMAGED);
     pid_t processes[3];
     for (pid_t& process : processes)
         process = start([&] {
@@ -79,7 +116,7 @@ TEST(PreferenceProcesses, ADamagedFileIsSetAsideOnceWhenSeveralSave) {
     for (const pid_t process : processes)
         EXPECT_TRUE(succeeded(process));
     EXPECT_EQ(read_letter(path), 'a');
-    EXPECT_EQ(folder.read("preferences.yaml.damaged-1"), "{");
+    EXPECT_EQ(folder.read("preferences.yaml.damaged-1"), DAMAGED);
     EXPECT_EQ(folder.count_entries(), 2u);
 }
 

@@ -12,8 +12,8 @@
 #include "host/parser/parser_group.h"
 #include "standalone/standalone_app.h"
 #include "tests/standalone/described_entries.h"
-#include "tests/standalone/other_user.h"
 #include "tests/support/env_guard.h"
+#include "tests/support/other_user.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/temp_dir.h"
 
@@ -59,8 +59,10 @@ protected:
     StandaloneApp app;
 };
 
+constexpr const char* MARKER = "file_type: \"qb_colorio preferences\"\n";
+
 constexpr const char* DEFAULTS =
-    "color_space_file_path=s\"\"; cdl_library_file_path=s\"\"; "
+    "file_type=s\"qb_colorio preferences\"; color_space_file_path=s\"\"; cdl_library_file_path=s\"\"; "
     "default_color_space_name=s\"linear\"; color_space_by_extension_file_path=s\"\"; "
     "use_color_space_file=i0; use_color_space_by_extension_file=i0; ";
 
@@ -152,42 +154,89 @@ TEST_F(Preferences, WithoutAModuleItsEntriesStayAsTheyAreInTheFile) {
 
 TEST_F(Preferences, WhatAnotherProgramAddedMeanwhileSurvives) {
     ASSERT_TRUE(preferences.load(app));
-    folder.write("config/qb_colorio/preferences.yaml", "added: 1\n");
+    folder.write("config/qb_colorio/preferences.yaml", std::string(MARKER) + "added: 1\n");
     ASSERT_TRUE(preferences.save(app, save_nothing));
     EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=; added=i1");
 }
 
 TEST_F(Preferences, WhatWasLoadedSurvivesWhenTheFileDisappears) {
-    folder.write("config/qb_colorio/preferences.yaml", "future: 1\n");
+    folder.write("config/qb_colorio/preferences.yaml", std::string(MARKER) + "future: 1\n");
     ASSERT_TRUE(preferences.load(app));
     std::filesystem::remove(path);
     ASSERT_TRUE(preferences.save(app, save_nothing));
     EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=; future=i1");
 }
 
-TEST_F(Preferences, ADamagedFileIsSetAsideOnLoad) {
-    folder.write("config/qb_colorio/preferences.yaml", "color_space_file_path: \"/a");
-    folder.write("config/qb_colorio/preferences.yaml.damaged-1", "earlier");
+TEST_F(Preferences, LoadingADamagedFileChangesNothing) {
+    const std::string damaged = "color_space_file_path: \"/a";
+    folder.write("config/qb_colorio/preferences.yaml", damaged);
     app.set_color_space_file_path("/set/before");
     EXPECT_FALSE(preferences.load(app));
     EXPECT_EQ(app.get_color_space_file_path(), "/set/before");
-    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), "earlier");
-    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-2"), "color_space_file_path: \"/a");
-    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml"), damaged);
     EXPECT_THAT(log.get_lines(),
-                ElementsAre(RecordingLog::Line{
-                    LOG_ERROR, "Preferences: " + path + ":1:27: illegal EOF in scalar; the file is now '" +
-                                   path + ".damaged-2'.\n"}));
-    EXPECT_TRUE(preferences.load(app)) << "there is no file any more";
+                ElementsAre(RecordingLog::Line{LOG_ERROR, "Preferences: " + path +
+                                                              ":1:27: illegal EOF in scalar; the file is "
+                                                              "not used.\n"}));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.file("config/qb_colorio")), {}), 1);
 }
 
 TEST_F(Preferences, ADamagedFileIsSetAsideBeforeASave) {
-    ASSERT_TRUE(preferences.load(app));
-    folder.write("config/qb_colorio/preferences.yaml", "{");
+    const std::string damaged = std::string(MARKER) + "{";
+    folder.write("config/qb_colorio/preferences.yaml", damaged);
+    folder.write("config/qb_colorio/preferences.yaml.damaged-1", "earlier");
+    EXPECT_TRUE(preferences.load_to_change(app));
     EXPECT_TRUE(preferences.save(app, save_nothing));
-    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), "{");
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), "earlier");
+    EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-2"), damaged);
     EXPECT_EQ(describe_file(), std::string(DEFAULTS) + "color_management=");
-    EXPECT_EQ(log.count(LOG_ERROR), 1u);
+    EXPECT_TRUE(log.contains("the file is now '" + path + ".damaged-2'"));
+}
+
+TEST_F(Preferences, EveryFileSaysInItsFirstLineWhatItIs) {
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+    EXPECT_THAT(folder.read("config/qb_colorio/preferences.yaml"), StartsWith(MARKER));
+}
+
+TEST_F(Preferences, FilesOfEarlierVersionsGetTheMarkerWhenTheyAreSaved) {
+    for (const char* earlier :
+         {"default_color_space_name: \"plate\"\n", "color_management: {space: [plate]}\n"}) {
+        folder.write("config/qb_colorio/preferences.yaml", earlier);
+        EXPECT_TRUE(preferences.load_to_change(app)) << earlier;
+        EXPECT_TRUE(preferences.save(app, {})) << earlier;
+        EXPECT_THAT(folder.read("config/qb_colorio/preferences.yaml"),
+                    AllOf(StartsWith(MARKER), HasSubstr("plate")));
+    }
+}
+
+TEST_F(Preferences, NoOtherFileIsUsedRenamedOrOverwritten) {
+    for (const char* content :
+         {"ocio_profile_version: 1\nroles: {default: raw}\ncolorspaces: []\n", "", "{}", "{", "color",
+          "\x89PNG\r\n\x1a\n\0\0", "color_management: {theme: dark}\n",
+          "file_type: mapping\ndefault_color_space_name: raw\n",
+          "file_type: \"mapping\"\ndefault_color_space_name: \"raw\n", "- color_space_file_path: a\n"}) {
+        folder.write("config/qb_colorio/preferences.yaml", content);
+        EXPECT_FALSE(preferences.load(app)) << content;
+        EXPECT_FALSE(preferences.load_to_change(app)) << content;
+        EXPECT_FALSE(preferences.save(app, save_one_space)) << content;
+        EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml"), content);
+        EXPECT_EQ(app.get_default_color_space_name(), "linear");
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.file("config/qb_colorio")), {}),
+                  1);
+    }
+    EXPECT_TRUE(log.contains("is not a preferences file"));
+}
+
+TEST_F(Preferences, PipesAndDevicesAreRefusedAndNothingWaits) {
+    ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
+    for (const std::string& special : {folder.file("pipe"), std::string("/dev/zero")}) {
+        PreferenceFile other(special.c_str());
+        EXPECT_FALSE(other.load(app));
+        EXPECT_FALSE(other.load_to_change(app));
+        EXPECT_FALSE(other.save(app, save_nothing));
+    }
+    EXPECT_FALSE(std::filesystem::is_regular_file(folder.file("pipe")));
+    EXPECT_EQ(log.count(LOG_ERROR), 6u);
 }
 
 TEST_F(Preferences, AFileThatCannotBeReadIsNotOverwritten) {
@@ -202,7 +251,8 @@ TEST_F(Preferences, AFileThatCannotBeReadIsNotOverwritten) {
 }
 
 TEST_F(Preferences, ADamagedFileThatCannotBeRenamedIsNotOverwritten) {
-    folder.write("open/preferences.yaml", "{");
+    const std::string damaged = std::string(MARKER) + "{";
+    folder.write("open/preferences.yaml", damaged);
     chmod(folder.get_path().c_str(), 0755);
     chmod(folder.file("open").c_str(), 0555);
     PreferenceFile other(folder.file("open/preferences.yaml").c_str());
@@ -212,7 +262,7 @@ TEST_F(Preferences, ADamagedFileThatCannotBeRenamedIsNotOverwritten) {
         EXPECT_FALSE(other.save(app, save_nothing));
     }
     chmod(folder.file("open").c_str(), 0755);
-    EXPECT_EQ(folder.read("open/preferences.yaml"), "{");
+    EXPECT_EQ(folder.read("open/preferences.yaml"), damaged);
     EXPECT_TRUE(log.contains("the file cannot be renamed either"));
 }
 

@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include <filesystem>
 #include <string>
@@ -12,8 +15,8 @@
 #include "host/event/event_ids.h"
 #include "host/of/of_enum.h"
 #include "host/of/of_object_factory.h"
-#include "tests/standalone/other_user.h"
 #include "tests/support/env_guard.h"
+#include "tests/support/other_user.h"
 #include "tests/support/recording_log.h"
 #include "tests/support/temp_dir.h"
 
@@ -198,7 +201,7 @@ TEST_F(TempFolders, AFolderThatCannotBeMadeIsRefused) {
 
 TEST_F(TempFolders, NamesAreSinglePathComponents) {
     for (const char* name : {"", ".", "..", "a/b", "/", "../luts"})
-        expect_refused(name, "this is no name of a folder");
+        expect_refused(name, "this is not a name of a folder");
     EXPECT_FALSE(std::filesystem::exists(cache));
 }
 
@@ -214,6 +217,77 @@ TEST_F(TempFolders, FollowTheCacheVariableWhenItIsAbsolute) {
         EXPECT_EQ(path, CoreString(folder.file("home/.cache/qb_colorio/luts").c_str()));
     }
     EXPECT_FALSE(std::filesystem::exists("relative"));
+}
+
+// The folder of a user without a home that can be written.
+class NoHome : public testing::Test {
+protected:
+    NoHome() { std::filesystem::create_directory(places); }
+
+    RecordingLog log;
+    TempDir folder;
+    std::string places = folder.file("places");
+    EnvGuard cache{"XDG_CACHE_HOME"};
+    EnvGuard home{"HOME", "/proc/nowhere"};
+    EnvGuard temporary{"TMPDIR", places};
+};
+
+TEST_F(NoHome, TemporaryFilesLieInAPrivateFolderOfTheProcess) {
+    CoreString path;
+    {
+        StandaloneApp app;
+        ASSERT_TRUE(app.create_temp_folder("luts", path));
+        EXPECT_EQ(std::string(path.view()).substr(0, places.size() + 12), places + "/qb_colorio-");
+        EXPECT_EQ(mode_of(path.get_data()), 0700);
+        EXPECT_EQ(mode_of(std::filesystem::path(path.get_data()).parent_path().parent_path()), 0700);
+        const CoreString first = path;
+        EXPECT_TRUE(app.create_temp_folder("luts", path));
+        EXPECT_EQ(path, first);
+        EXPECT_EQ(log.count(LOG_ERROR), 0u);
+        EXPECT_EQ(log.count(LOG_INFO), 1u);
+        const std::string note(app.get_temp_folder_note().view());
+        EXPECT_NE(note.find("set XDG_CACHE_HOME to a folder that can be written"), std::string::npos) << note;
+        EXPECT_NE(note.find("No such file or directory"), std::string::npos) << note;
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(places));
+}
+
+TEST_F(NoHome, AFolderThatTheVariableNamesAndThatIsNotTheUsersIsLeftAlone) {
+    std::filesystem::create_directory(folder.file("open"));
+    chmod(folder.file("open").c_str(), 01777);
+    cache.set(folder.file("open"));
+    CoreString path;
+    StandaloneApp app;
+    ASSERT_TRUE(app.create_temp_folder("luts", path));
+    EXPECT_TRUE(path.start_with(CoreString(places.c_str())));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.file("open")));
+}
+
+TEST_F(NoHome, FoldersOfKilledProcessesAreRemovedByTheNext) {
+    CoreString path;
+    const pid_t child = fork();
+    if (child == 0) {
+        StandaloneApp app;
+        if (app.create_temp_folder("luts", path))
+            kill(getpid(), SIGKILL);
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_FALSE(std::filesystem::is_empty(places));
+    StandaloneApp first;
+    StandaloneApp second;
+    EXPECT_TRUE(first.create_temp_folder("luts", path));
+    EXPECT_TRUE(second.create_temp_folder("luts", path));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(places), {}), 2);
+}
+
+TEST_F(NoHome, AHostThatNamesTheFolderGetsNoOther) {
+    CoreString path;
+    StandaloneApp app("/proc/nowhere");
+    EXPECT_FALSE(app.create_temp_folder("luts", path));
+    EXPECT_EQ(app.get_temp_folder_note(), "");
 }
 
 } // namespace

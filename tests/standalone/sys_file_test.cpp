@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/standalone/other_user.h"
 #include "tests/support/file_size_limit.h"
+#include "tests/support/other_user.h"
 #include "tests/support/temp_dir.h"
 
 namespace {

@@ -54,7 +54,7 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const ColorSession session(session_options, console, PreferenceUse::CHANGE);
+        const ColorSession session(session_options, console, PreferenceUse::SHOW);
         if (as_json)
             print_json(session.get_preferences(), console);
         else

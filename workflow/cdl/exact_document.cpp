@@ -7,10 +7,9 @@
 #include <fmt/format.h>
 
 #include "colorio/ocio/cdl_document.h"
-#include "image/output_file.h"
-#include "image/replaced_file.h"
 #include "tool/cdl/correction_text.h"
 #include "tool/exit_code.h"
+#include "workflow/text_file.h"
 
 namespace tool {
 
@@ -26,10 +25,6 @@ ocio::CdlNumbers make_numbers(const Correction& correction) {
     return numbers;
 }
 
-[[noreturn]] void fail(const std::string& path, const std::string& reason) {
-    throw CommandError(fmt::format("cannot write '{}': {}", path, reason));
-}
-
 std::string make_document(const std::string& path, const std::vector<Correction>& corrections,
                           bool is_collection) {
     std::vector<ocio::CdlNumbers> numbers;
@@ -37,7 +32,7 @@ std::string make_document(const std::string& path, const std::vector<Correction>
     try {
         return ocio::write_cdl_document(numbers, is_collection);
     } catch (const std::exception& error) {
-        fail(path, error.what());
+        throw CommandError(fmt::format("cannot write '{}': {}", path, error.what()));
     }
 }
 
@@ -45,14 +40,7 @@ std::string make_document(const std::string& path, const std::vector<Correction>
 
 void write_exact_document(const std::string& path, const std::vector<Correction>& corrections,
                           bool is_collection) {
-    const std::string document = make_document(path, corrections, is_collection);
-    ReplacedFile replaced(path);
-    OutputFile file(replaced.get_temporary_path());
-    file.write(document.data(), document.size());
-    const std::string failure = file.finish();
-    if (!failure.empty())
-        fail(path, failure);
-    replaced.commit();
+    write_text_file(path, make_document(path, corrections, is_collection));
 }
 
 } // namespace tool

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace files {
+
 /// Owns a file descriptor of the system.
 class Descriptor {
 public:
@@ -27,3 +29,5 @@ public:
 private:
     int number = -1;
 };
+
+} // namespace files

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+/// Replaces the file at `path` by one that holds `text`, whole or not at all. Throws CommandError.
+void write_text_file(const std::string& path, const std::string& text);
+
+} // namespace tool
