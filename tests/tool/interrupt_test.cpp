@@ -4,14 +4,18 @@
 #include <csignal>
 #include <fstream>
 
-#include "image/replaced_file.h"
+#include "files/replacement.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool/tool_fixture.h"
+#include "tool/interrupt_cleanup.h"
 
 namespace {
 
 using tool::InterruptCleanup;
-using tool::ReplacedFile;
+using files::Replacement;
+
+/// As images are written.
+constexpr files::ReplacementRules WITH_PATH{std::nullopt, false, true};
 
 using Interrupt = ToolTest;
 
@@ -45,8 +49,8 @@ TEST_F(Interrupt, RemovesTheTemporaryFilesAndEndsTheProcessByItsSignal) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         const int ended_by = interrupt(number, [&](const auto& be_ready) {
             const InterruptCleanup cleanup;
-            const ReplacedFile first(path("old.txt"));
-            const ReplacedFile second(path("new.txt"));
+            const Replacement first(path("old.txt"), WITH_PATH);
+            const Replacement second(path("new.txt"), WITH_PATH);
             std::ofstream(first.get_temporary_path()) << "half of it";
             be_ready();
             for (;;)
@@ -61,7 +65,7 @@ TEST_F(Interrupt, RemovesTheTemporaryFilesAndEndsTheProcessByItsSignal) {
 TEST_F(Interrupt, LeavesFilesThatTookTheirPlace) {
     interrupt(SIGINT, [&](const auto& be_ready) {
         const InterruptCleanup cleanup;
-        ReplacedFile file(path("new.txt"));
+        Replacement file(path("new.txt"), WITH_PATH);
         std::ofstream(file.get_temporary_path()) << "whole";
         file.commit();
         be_ready();
@@ -70,13 +74,6 @@ TEST_F(Interrupt, LeavesFilesThatTookTheirPlace) {
     });
     EXPECT_EQ(folder.read("new.txt"), "whole");
     EXPECT_EQ(count_files(), 1u);
-}
-
-TEST_F(Interrupt, KeepsTheExtensionOfTemporaryFiles) {
-    const ReplacedFile file(path("shot.0001.exr"));
-    const std::string& temporary = file.get_temporary_path();
-    EXPECT_EQ(temporary.substr(temporary.size() - 4), ".exr");
-    EXPECT_EQ(temporary.substr(0, folder.get_path().size() + 1), folder.get_path() + "/");
 }
 
 TEST_F(Interrupt, IsNotWatchedForAnyLongerThanAsked) {

@@ -1,3 +1,7 @@
+#include <sys/stat.h>
+
+#include <filesystem>
+
 #include "tests/tool/configs.h"
 #include "tests/tool_settings/settings_fixture.h"
 
@@ -106,13 +110,57 @@ TEST_F(Preferences, NeverTakeUpTheConfigurationOfOneCommand) {
     EXPECT_EQ(values.at("color_space_file_path"), "");
 }
 
-TEST_F(Preferences, ThatAreDamagedAreSetAsideWithAWarning) {
-    folder.write(PREFERENCES, "color_management: {space: [\n");
-    const ToolRun result = run({"list", "spaces"});
-    EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.err, AllOf(StartsWith("colorio: warning:"), HasSubstr("preferences.yaml.damaged-1")));
-    EXPECT_EQ(folder.read(std::string(PREFERENCES) + ".damaged-1"), "color_management: {space: [\n");
+constexpr char DAMAGED[] = "file_type: \"qb_colorio preferences\"\ncolor_management: {space: [\n";
+
+TEST_F(Preferences, ThatAreDamagedAreSetAsideByAChangeAlone) {
+    folder.write(PREFERENCES, DAMAGED);
+    const ToolRun reading = run({"list", "spaces"});
+    EXPECT_THAT(reading, Succeeds());
+    EXPECT_THAT(reading.err, AllOf(StartsWith("colorio: warning:"), HasSubstr("the file is not used")));
+    EXPECT_EQ(folder.read(PREFERENCES), DAMAGED);
+    const ToolRun change = run({"formats", "set", "Targa", "--space", "linear"});
+    EXPECT_THAT(change, Succeeds());
+    EXPECT_THAT(change.err, AllOf(StartsWith("colorio: warning:"), HasSubstr("preferences.yaml.damaged-1")));
+    EXPECT_EQ(folder.read(std::string(PREFERENCES) + ".damaged-1"), DAMAGED);
     EXPECT_THAT(run({"list", "spaces"}).err, IsEmpty());
+}
+
+TEST_F(Preferences, ThatAreNamedAndAreSomethingElseStayAsTheyAre) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    folder.write("half.spi1d", HALVING_LUT);
+    for (const char* name : {"show.ocio", "half.spi1d"}) {
+        const std::string content = folder.read(name);
+        for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+                 {"list", "spaces"},
+                 {"prefs", "show"},
+                 {"explain", "sRGB", "linear"},
+                 {"formats", "set", "Targa", "--space", "linear"},
+                 {"space", "add", "half", "--lut", path("half.spi1d")},
+                 {"cdl", "add", "warm", "--values", "2,1,1/0,0,0/1,1,1/1"}}) {
+            std::vector<std::string> arguments = command;
+            arguments.insert(arguments.end(), {"--prefs", path(name)});
+            EXPECT_THAT(run(arguments), FailsWith(1, HasSubstr("is not a preferences file"))) << command[0];
+            EXPECT_EQ(folder.read(name), content);
+        }
+    }
+    EXPECT_EQ(count_files(), 2u);
+}
+
+TEST_F(Preferences, ThatAreAPipeOrADeviceAreRefused) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    for (const std::string& special : {path("pipe"), std::string("/dev/zero")})
+        for (const char* command : {"list", "prefs"})
+            EXPECT_THAT(run({command, command == std::string("list") ? "spaces" : "show", "--prefs", special}),
+                        FailsWith(1, HasSubstr("it exists and is not a regular file")));
+    EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
+}
+
+TEST_F(Preferences, ThatCannotBeReadAreNotChanged) {
+    std::filesystem::create_directories(path(PREFERENCES));
+    EXPECT_THAT(run({"list", "spaces"}), Succeeds());
+    EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linear"}),
+                FailsWith(1, HasSubstr("Is a directory")));
+    EXPECT_TRUE(std::filesystem::is_directory(path(PREFERENCES)));
 }
 
 TEST_F(Preferences, ThatAreNamedMustExistToBeRead) {
