@@ -67,7 +67,7 @@ bool Replacement::open_target(const ReplacementRules& rules) {
         if (errno != ENOENT || target.empty())
             return false;
         if (target.back() == '/')
-            return refuse("it names a folder");
+            return refuse(EISDIR, "it names a folder");
         mode = rules.mode;
         return open_folder() && open_new(rules.has_path, mode ? UNFINISHED_MODE : NEW_FILE_MODE);
     }
@@ -77,7 +77,7 @@ bool Replacement::open_target(const ReplacementRules& rules) {
     }
     const bool is_regular = S_ISREG(old.st_mode);
     if (!is_regular && !rules.writes_special_files)
-        return refuse(NOT_A_REGULAR_FILE);
+        return refuse(0, NOT_A_REGULAR_FILE);
     // A rename would not mind that the file is write-protected, its owner would.
     if (retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
         return false;
@@ -104,7 +104,7 @@ bool Replacement::open_folder() {
     if (folder.is_open())
         remove_leftovers(name);
     else if (errno == ENOENT)
-        return refuse("no such folder");
+        return refuse(ENOENT, "no such folder");
     return folder.is_open() || errno == EACCES;
 }
 
@@ -139,7 +139,7 @@ bool Replacement::open_named(mode_t new_mode) {
             return true;
         abandon();
     }
-    return refuse("its temporary file is removed by another program");
+    return refuse(0, "its temporary file is removed by another program");
 }
 
 bool Replacement::name_unnamed() {
@@ -241,8 +241,8 @@ bool Replacement::fail() {
     return false;
 }
 
-bool Replacement::refuse(const std::string& reason) {
-    failure = make_refusal(path, Operation::WRITE, reason);
+bool Replacement::refuse(int error_number, const std::string& reason) {
+    failure = Failure{path, Operation::WRITE, error_number, reason};
     return false;
 }
 

@@ -76,7 +76,7 @@ private:
     bool set_permissions();
     bool take_place();
     bool fail();
-    bool refuse(const std::string& reason);
+    bool refuse(int error_number, const std::string& reason);
     void abandon();
 
     const std::string path;

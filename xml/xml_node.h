@@ -100,7 +100,8 @@ public:
     std::string create_string(int format = -1) const;
     /// Writes the same text, unterminated, to `buffer` when it is not null. Returns its length.
     std::size_t create_string(char* buffer, int format) const;
-    /// Replaces the file at `path` whole or not at all. NONE, CANNOT_OPEN_FOR_WRITING or CANNOT_WRITE. The
+    /// Replaces the file at `path` whole or not at all. NONE, CANNOT_OPEN_FOR_WRITING or CANNOT_WRITE; for
+    /// these two `errno` is the system's reason, 0 when it has no part in it. The
     /// empty node writes nothing and returns NONE. `encoding_name` is declared when the current encoding is
     /// neither UTF-8 nor Shift-JIS ("ISO-8859-1" when null); `format` asks for layout.
     XmlError write_to_file(const char* path, const char* encoding_name = nullptr, bool format = true) const;

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <string>
@@ -103,13 +104,19 @@ std::string XmlNode::create_string(int format) const {
 XmlError XmlNode::write_to_file(const char* path, const char* encoding_name, bool format) const {
     if (is_empty())
         return XmlError::NONE;
+    XmlError error = XmlError::CANNOT_WRITE;
+    int reason = ENOMEM;
     try {
         files::Replacement file(path != nullptr ? path : "", WRITING_RULES);
-        if (!file.is_open())
-            return XmlError::CANNOT_OPEN_FOR_WRITING;
-        write_document(file, *record, encoding_name, format);
-        return file.commit() ? XmlError::NONE : XmlError::CANNOT_WRITE;
+        const bool is_open = file.is_open();
+        if (is_open)
+            write_document(file, *record, encoding_name, format);
+        if (is_open && file.commit())
+            return XmlError::NONE;
+        error = is_open ? XmlError::CANNOT_WRITE : XmlError::CANNOT_OPEN_FOR_WRITING;
+        reason = file.get_failure()->error_number;
     } catch (const std::bad_alloc&) {
-        return XmlError::CANNOT_WRITE;
     }
+    errno = reason;
+    return error;
 }

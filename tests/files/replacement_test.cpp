@@ -304,6 +304,7 @@ TEST(ReplacementFailure, CarriesThePathTheOperationTheNumberAndTheWords) {
     ASSERT_TRUE(file.get_failure());
     EXPECT_EQ(file.get_failure()->path, "/nowhere/a.cc");
     EXPECT_EQ(file.get_failure()->operation, files::Operation::WRITE);
+    EXPECT_EQ(file.get_failure()->error_number, ENOENT);
     EXPECT_EQ(file.get_failure()->describe(), "cannot write '/nowhere/a.cc': no such folder");
     const Replacement device("/dev/zero");
     EXPECT_EQ(device.get_failure()->error_number, 0);

@@ -1,3 +1,4 @@
+#include "tests/support/file_size_limit.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool_settings/settings_fixture.h"
 
@@ -108,7 +109,18 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
 TEST_F(CdlWrite, FailsWhereNothingCanBeWritten) {
     for (const char* option : {"--collection", "--exact"})
         EXPECT_THAT(run({"cdl", "write", path("missing/a.cc"), option, "--cdl", "a=1,1,1/0,0,0/1,1,1/1"}),
-                    FailsWith(1, HasSubstr("cannot write '" + path("missing/a.cc") + "'")));
+                    FailsWith(1, HasSubstr("cannot write '" + path("missing/a.cc") + "': ")));
+}
+
+TEST_F(CdlWrite, SaysWhyADiskIsFullAndKeepsTheOldFile) {
+    folder.write("a.cc", "old");
+    for (const char* option : {"--collection", "--exact"}) {
+        const FileSizeLimit limit(16);
+        EXPECT_THAT(run({"cdl", "write", path("a.cc"), option, "--cdl", "a=1,1,1/0,0,0/1,1,1/1"}),
+                    FailsWith(1, HasSubstr("cannot write '" + path("a.cc") + "': File too large")));
+    }
+    EXPECT_EQ(folder.read("a.cc"), "old");
+    EXPECT_EQ(count_files(), 1u);
 }
 
 } // namespace

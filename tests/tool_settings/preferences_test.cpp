@@ -150,8 +150,9 @@ TEST_F(Preferences, ThatAreAPipeOrADeviceAreRefused) {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     for (const std::string& special : {path("pipe"), std::string("/dev/zero")})
         for (const char* command : {"list", "prefs"})
-            EXPECT_THAT(run({command, command == std::string("list") ? "spaces" : "show", "--prefs", special}),
-                        FailsWith(1, HasSubstr("it exists and is not a regular file")));
+            EXPECT_THAT(
+                run({command, command == std::string("list") ? "spaces" : "show", "--prefs", special}),
+                FailsWith(1, HasSubstr("it exists and is not a regular file")));
     EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
 }
 

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <set>
 #include <string>
 
@@ -108,8 +110,11 @@ void CdlWriteCommand::write_rounded(const std::vector<Correction>& corrections, 
     CoreVector<ColorIOManager::ColorDecisionListDef> records;
     for (const Correction& correction : corrections)
         records.append(make_cdl_record(correction, correction.id));
-    if (!ColorIOManager(nullptr).create_XML_from_CDL(records, path.c_str(), is_collection))
-        throw CommandError(fmt::format("cannot write '{}'", path));
+    ColorIOManager manager(nullptr);
+    errno = 0; // which the module leaves behind when the system has a reason
+    if (!manager.create_XML_from_CDL(records, path.c_str(), is_collection))
+        throw CommandError(
+            fmt::format("cannot write '{}': {}", path, errno != 0 ? std::strerror(errno) : "unknown reason"));
     const Loss loss = find_largest_loss(corrections, read_corrections(path));
     if (loss.amount > 0.0f)
         console.warn(fmt::format("numbers are written with one decimal: the largest loss is {:.3g}, {} ({} "
