@@ -52,6 +52,12 @@ class DevTest(unittest.TestCase):
                 self.assertIn("--without takes 2.5", done.stderr)
                 self.assertNotIn("called: ", done.stdout + done.stderr)
 
+    def test_faults_take_no_further_arguments(self):
+        done = self.run_dev("test", "--faults", "Preferences")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("--faults takes nothing else", done.stderr)
+        self.assertNotIn("called: ", done.stdout + done.stderr)
+
     def test_a_failure_to_configure_is_told_in_full(self):
         self.stand_in(self.folder / "bin" / "cmake", "#!/bin/sh\necho some words\necho more >&2\nexit 1\n")
         done = self.run_dev("build")

@@ -25,7 +25,7 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
         return path;
     }
     std::error_code error;
-    if (use != PreferenceUse::CHANGE && !std::filesystem::exists(options.preferences_path, error))
+    if (use == PreferenceUse::READ && !std::filesystem::exists(options.preferences_path, error))
         throw CommandError(
             fmt::format("cannot load the preferences '{}': no such file", options.preferences_path));
     return options.preferences_path;

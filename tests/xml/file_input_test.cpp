@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,5 +1,4 @@
-#include "xml/file_replacement.h"
-
+#include <cerrno>
 #include <filesystem>
 
 #include <sys/stat.h>
@@ -140,18 +139,6 @@ TEST_F(FileReplacing, APipeThatNobodyReadsIsCode15) {
     EXPECT_EQ(write(folder.path("pipe")), XmlError::CANNOT_OPEN_FOR_WRITING);
 }
 
-TEST_F(FileReplacing, WhatIsNotCommittedIsGivenUp) {
-    const std::string path = folder.file("old.xml", "old");
-    {
-        xml::FileReplacement replacement;
-        ASSERT_TRUE(replacement.open(path.c_str()));
-        replacement.write("half of it");
-        EXPECT_EQ(folder.count_entries(), 2u);
-    }
-    EXPECT_EQ(read_bytes(path), "old");
-    EXPECT_EQ(folder.count_entries(), 1u);
-}
-
 TEST_F(FileReplacing, ARelativePathIsReplacedInItsFolder) {
     const std::filesystem::path previous = std::filesystem::current_path();
     std::filesystem::current_path(folder.path(""));
@@ -162,17 +149,13 @@ TEST_F(FileReplacing, ARelativePathIsReplacedInItsFolder) {
     EXPECT_EQ(folder.count_entries(), 1u);
 }
 
-TEST_F(FileReplacing, SiblingsOfAnotherReplacementAreLeftAlone) {
-    xml::FileReplacement first;
-    xml::FileReplacement second;
-    ASSERT_TRUE(first.open(folder.path("a.xml").c_str()));
-    ASSERT_TRUE(second.open(folder.path("a.xml").c_str()));
-    first.write("first");
-    second.write("second");
-    EXPECT_TRUE(first.commit());
-    EXPECT_TRUE(second.commit());
-    EXPECT_EQ(read_bytes(folder.path("a.xml")), "second");
-    EXPECT_EQ(folder.count_entries(), 1u);
+TEST_F(FileReplacing, AFailureLeavesTheSystemsReasonInErrno) {
+    EXPECT_EQ(write(folder.path("none/out.xml")), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(write(folder.path("")), XmlError::CANNOT_OPEN_FOR_WRITING);
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_EQ(write("/dev/full"), XmlError::CANNOT_WRITE);
+    EXPECT_EQ(errno, ENOSPC);
 }
 
 } // namespace
