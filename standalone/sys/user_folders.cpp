@@ -47,6 +47,14 @@ std::string system_reason() {
     return std::strerror(errno);
 }
 
+// Empty when there is a folder at `path`, through links; else why there is none.
+std::string why_no_folder(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0)
+        return system_reason();
+    return S_ISDIR(status.st_mode) ? "" : std::strerror(ENOTDIR);
+}
+
 // Opens the folder `name` in the open folder `parent` after making it when it is missing. Empty on success.
 std::string open_private(const Descriptor& parent, const std::string& name, Descriptor& folder) {
     struct stat status;
@@ -80,10 +88,13 @@ std::string make_folders(const std::string& path) {
     std::string made;
     for (const std::filesystem::path& part : std::filesystem::path(path)) {
         made = (std::filesystem::path(made) / part).string();
-        if (mkdir(made.c_str(), PRIVATE) != 0 && errno != EEXIST && !std::filesystem::is_directory(made))
-            return system_reason();
+        if (mkdir(made.c_str(), PRIVATE) == 0 || errno == EEXIST)
+            continue;
+        const int reason = errno; // Above a folder that may not be written to, only this says why.
+        if (!why_no_folder(made).empty())
+            return std::strerror(reason);
     }
-    return std::filesystem::is_directory(path) ? "" : std::strerror(ENOTDIR);
+    return why_no_folder(path);
 }
 
 std::string make_private_folder(const std::string& base, const std::string& group, const std::string& name) {

@@ -199,6 +199,42 @@ TEST_F(TempFolders, AFolderThatCannotBeMadeIsRefused) {
     expect_refused("luts", "Permission denied");
 }
 
+/// A folder below whose parent nothing can be made nor looked for.
+class TempFoldersBelow : public TempFolders {
+protected:
+    void expect_refused_below(const std::string& parent, const std::string& reason) {
+        cache = parent + "/cache";
+        StandaloneApp app_below(cache.c_str());
+        path = "untouched";
+        EXPECT_FALSE(app_below.create_temp_folder("luts", path));
+        EXPECT_EQ(path, "untouched");
+        EXPECT_TRUE(log.contains(": " + reason + ".\n")) << reason;
+        log.clear();
+    }
+};
+
+TEST_F(TempFoldersBelow, AFolderThatMayNotBeEnteredAreRefused) {
+    chmod(folder.get_path().c_str(), 0755);
+    std::filesystem::create_directory(folder.file("closed"));
+    chmod(folder.file("closed").c_str(), 0600);
+    const WithoutPrivileges unprivileged;
+    expect_refused_below(folder.file("closed"), "Permission denied");
+    expect_refused_below(folder.file("closed") + "/deeper", "Permission denied");
+}
+
+TEST_F(TempFoldersBelow, ALinkToItselfAreRefused) {
+    std::filesystem::create_symlink("loop", folder.file("loop"));
+    expect_refused_below(folder.file("loop"), "Too many levels of symbolic links");
+}
+
+TEST_F(TempFoldersBelow, AnEndlessPathAreRefused) {
+    expect_refused_below(folder.file(std::string(300, 'n')), "File name too long");
+    std::string deep = folder.get_path();
+    while (deep.size() < 5000)
+        deep += "/.";
+    expect_refused_below(deep, "File name too long");
+}
+
 TEST_F(TempFolders, NamesAreSinglePathComponents) {
     for (const char* name : {"", ".", "..", "a/b", "/", "../luts"})
         expect_refused(name, "this is not a name of a folder");
