@@ -87,8 +87,12 @@ void EventObject::connect_handler(EventObject& sender, const CoreString& event, 
     ConnectionList& incoming = get_state().incoming;
     const auto connection = std::make_shared<Connection>(
         Connection{&sender, this, event, handler, user_data, &outgoing, {}, &incoming, {}});
-    connection->outgoing_position = outgoing.insert(outgoing.end(), connection);
-    connection->incoming_position = incoming.insert(incoming.end(), connection);
+    // Both entries are made before either list gets one: half a connection would outlive the other object.
+    ConnectionList outgoing_entry{connection}, incoming_entry{connection};
+    connection->outgoing_position = outgoing_entry.begin();
+    connection->incoming_position = incoming_entry.begin();
+    outgoing.splice(outgoing.end(), outgoing_entry);
+    incoming.splice(incoming.end(), incoming_entry);
 }
 
 void EventObject::disconnect(EventObject& sender) {
