@@ -9,7 +9,10 @@ class OfApp;
 class ParserEntry;
 
 /// The module's entry point for the host: start-up, the events it follows and raises, and a flat interface to
-/// the manager and the format detector. Unless told otherwise the static operations need a manager (`init`).
+/// the manager and the format detector. Nothing is thrown: failures, memory that ran short included, are
+/// logged and answered with false, an empty string or NOT_FOUND, and so are the static operations without a
+/// manager
+/// (`init`). Only copying throws when memory is short.
 class COLORIO_API ColorIO : public EventObject {
 public:
     static CoreString s_default_scene_linear;  ///< "Use scene_linear" once `init` started the manager.
@@ -30,6 +33,7 @@ public:
     static bool init(OfApp* app);
     /// Destroys the manager, and nothing else.
     static void destroy();
+    /// Made on first use; null when there is no memory for it.
     static ColorIO* get_instance();
 
     /// Words that mark a colour-space attribute in host data.
@@ -66,8 +70,8 @@ public:
     CoreString get_default_color_space_from_ext(const CoreString& extension);
 
     /// Converts `size1` x `size2` pixels of `size3` channels in place from `name2` to `name1`. False when the
-    /// names are equal, there is nothing to convert, or no such conversion. Throws what the colour library
-    /// throws while it applies, as it does for one or two channels.
+    /// names are equal, there is nothing to convert, there is no such conversion, or OpenColorIO refuses the
+    /// pixels, as it does those of one or two channels.
     static bool convert_buffer(float* data, const unsigned int& size1, unsigned int size2,
                                const unsigned int& size3, const CoreString& name1, const CoreString& name2);
     /// The same for planes; `a` may be null.

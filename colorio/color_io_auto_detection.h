@@ -11,7 +11,8 @@ class ParserGroup;
 /// Answers which colour space an image of a given file extension is in. Rows of two tables, the built-in one
 /// and the one read from a mapping file, each give a format's name, its extensions and its colour space; one
 /// of them is in force. Look-ups read the table in force, edits change the built-in one. A look-up may tidy
-/// the stored extensions, so it counts as a writer. Main thread only.
+/// the stored extensions, so it counts as a writer. Main thread only. Failures, memory that ran short
+/// included, are logged and answered with false or an empty string; only constructing throws then.
 class COLORIO_API ColorIOAutoDetection {
 public:
     static ColorIOAutoDetection* s_instance;
@@ -70,17 +71,23 @@ private:
 
         unsigned int get_count() const { return file_formats.get_count(); }
         unsigned int find(const CoreString& file_format) const;
-        void insert(unsigned int index, const CoreString& file_format, const CoreString& extension_list,
-                    const CoreString& color_space);
-        void insert_before_last(const CoreString& file_format, const CoreString& extension_list,
-                                const CoreString& color_space);
+        /// Inserts a whole row, or throws and leaves the table as it was.
+        void insert(unsigned int index, CoreString file_format, CoreString extension_list,
+                    CoreString color_space);
+        void insert_before_last(CoreString file_format, CoreString extension_list, CoreString color_space);
         /// Removes a row; an index past the end drops the last one.
         void remove(unsigned int index);
     };
 
     using Column = CoreVector<CoreString> CategoryTable::*;
 
+    void add_builtin_rows();
     CoreString get_cell(Column column, unsigned int index) const;
+    CoreString find_color_space(const CoreString& file_format) const;
+    bool add_rows_of_file(const CoreString& path);
+    /// Logs the color spaces of the table in force that do not exist.
+    bool find_unknown_color_spaces() const;
+    void read_record(const ParserEntry& category);
     bool read_mapping(const CoreString& path, const ParserGroup& root);
     void set_table_in_force(bool from_file);
 

@@ -8,7 +8,8 @@
 /// Converts colours: configured once for a pair of colour spaces, a pair of CDLs or a colour space and a
 /// view, then applied to pixels and buffers or turned into a shader. It keeps its conversion until it is
 /// configured again, whatever happens to the configuration. Applying is const and thread-safe; configuring is
-/// not.
+/// not. Failures are logged and answered with false or the null string, those of a converter for whose state
+/// there was no memory included. Only the OpenColorIO exceptions of applying and of shaders reach the caller.
 class COLORIO_API ColorIOConverter {
 public:
     enum GlslVersion : unsigned int {
@@ -59,9 +60,8 @@ private:
 
     struct State;
 
-    /// Settles `bypass`. False when the configuration ends here: nothing was asked for, or there is no
-    /// manager any more to ask.
-    bool begin_configuration(bool nothing_asked);
+    template <class Configure>
+    bool settle(Configure&& configure);
 
     State* state;
 };

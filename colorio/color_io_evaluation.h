@@ -32,7 +32,7 @@ public:
     };
 
     /// How `converter` converts, and what becomes of `pixel` on the way. False, and nothing touched, unless
-    /// it is configured; a bypass has PATH_NONE. Throws what the colour library throws.
+    /// it is configured and memory suffices; a bypass has PATH_NONE. What OpenColorIO throws is logged.
     static bool explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
                         Explanation& explanation);
 

@@ -5,7 +5,8 @@
 #include "host/core/core_vector.h"
 
 /// What the active configuration holds beyond the published names: for programs that show or check it. Hosts
-/// need none of it. Everything is empty, and every trial fails, while no manager runs.
+/// need none of it. Everything is empty, and every trial fails, while no manager runs and when memory is
+/// short.
 class COLORIO_API ColorIOInspection {
 public:
     /// What colour spaces and named transforms say of themselves.

@@ -18,8 +18,9 @@ class ParserGroup;
 
 /// The process-wide owner of colour configuration: the built-in configuration, the one from a file or the
 /// environment, the one that holds the CDLs, and the names published from the active one.
-/// Main thread only. No exception leaves it; failures are logged and answered with false, an empty string or
-/// NOT_FOUND.
+/// Main thread only. No exception leaves it; failures, memory that ran short and a host that throws included,
+/// are logged and answered with false, an empty string or NOT_FOUND. Only constructing and copying throw when
+/// memory is short: nothing is there that could answer.
 class COLORIO_API ColorIOManager {
 public:
     /// One custom colour space of the built-in configuration.
@@ -169,6 +170,22 @@ public:
     CoreString convert_legacy_preferences_display_color_space_to_display_view(CoreBasicString name) const;
 
 private:
+    // The work of the public operations of similar names; it may throw.
+
+    bool start();
+    void select_config(bool use_file);
+    void follow_file_config_path();
+    void settle_default_color_space_name(bool reload);
+    unsigned int find_color_space(const CoreString& name) const;
+    bool find_default_display_view(CoreString& display, CoreString& view) const;
+    void replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs);
+    bool replace_CDLs(const CoreVector<ColorDecisionListDef>& list);
+    bool add_unlisted_CDL(const ColorDecisionListDef& entry);
+    bool read_CDL_library();
+    bool write_custom_records(ParserEntry& entry) const;
+    bool read_preferences(const ParserEntry* entry);
+    CoreString find_view_of_legacy_name(const CoreBasicString& name) const;
+
     bool build_from_file(const CoreString& path);
     void forget_cached_files();
     static bool validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config);
@@ -180,6 +197,7 @@ private:
     bool app_uses_file_config() const;
 
     bool init_default_tavelion_config();
+    bool fill_builtin_config(CoreString folder);
     bool write_lut_to_disk(const CoreString& path, const CoreArray<float>& values, float from, float to);
 
     bool update_enums_and_lists();
@@ -199,6 +217,8 @@ private:
     unsigned int get_color_space_count() const { return tavelion_color_spaces.get_count(); }
 
     bool init_default_CDL_tavelion_config();
+    void fill_builtin_CDL_config(const CoreString& folder);
+    void forget_added_CDLs();
     void append_builtin_CDL();
     void clear_CDL_spaces();
     void add_custom_CDL(const ColorDecisionListDef& def, CDLFileReader& files);

@@ -2,6 +2,7 @@
 
 #include "colorio/cdl/cdl_document.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/facade/module_boundary.h"
 #include "host/sys/sys_filesystem.h"
 #include "xml/xml_node.h"
 
@@ -40,36 +41,38 @@ void write_color_correction(XmlNode& correction, const ColorDecisionListDef& def
 } // namespace
 
 void ColorIOManager::read_CDL_from_XML(CoreString path, ColorDecisionListDef& def, bool collection) {
-    if (!SysFilesystem::file_exists(path))
-        return;
-    XmlNode top;
-    if (!parse_CDL_document(path, top))
-        return;
-    const int passes = collection ? top.count_children("ColorCorrection") : 1;
-    for (int i = 0; i < passes; ++i) {
-        const XmlNode correction = collection ? top.get_child(i) : top;
-        if (correction.is_empty())
-            log_missing_node("ColorCorrection", path);
-        else
-            read_color_correction(correction, path, MissingElement::GO_ON, def);
-    }
+    at_boundary([&] {
+        XmlNode top;
+        if (!SysFilesystem::file_exists(path) || !parse_CDL_document(path, top))
+            return;
+        const int passes = collection ? top.count_children("ColorCorrection") : 1;
+        for (int i = 0; i < passes; ++i) {
+            const XmlNode correction = collection ? top.get_child(i) : top;
+            if (correction.is_empty())
+                log_missing_node("ColorCorrection", path);
+            else
+                read_color_correction(correction, path, MissingElement::GO_ON, def);
+        }
+    });
 }
 
 bool ColorIOManager::create_XML_from_CDL(CoreVector<ColorDecisionListDef> cdls, CoreString path,
                                          bool collection) {
-    XmlNode top;
-    if (collection) {
-        top = XmlNode::create_top_node("ColorCorrectionCollection");
-        top.add_attribute("xmlns", ASC_CDL_NAMESPACE);
-    }
-    for (const ColorDecisionListDef& def : cdls) {
-        if (!collection) {
-            top = XmlNode::create_top_node("ColorCorrection");
-            write_color_correction(top, def);
-        } else if (def.name != get_default_CDL_name()) {
-            XmlNode correction = top.add_child("ColorCorrection");
-            write_color_correction(correction, def);
+    return at_boundary(false, [&] {
+        XmlNode top;
+        if (collection) {
+            top = XmlNode::create_top_node("ColorCorrectionCollection");
+            top.add_attribute("xmlns", ASC_CDL_NAMESPACE);
         }
-    }
-    return top.write_to_file(path.get_data()) == XmlError::NONE;
+        for (const ColorDecisionListDef& def : cdls) {
+            if (!collection) {
+                top = XmlNode::create_top_node("ColorCorrection");
+                write_color_correction(top, def);
+            } else if (def.name != get_default_CDL_name()) {
+                XmlNode correction = top.add_child("ColorCorrection");
+                write_color_correction(correction, def);
+            }
+        }
+        return top.write_to_file(path.get_data()) == XmlError::NONE;
+    });
 }

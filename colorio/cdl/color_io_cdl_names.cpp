@@ -1,10 +1,10 @@
 #include <string>
 #include <unordered_set>
 
-#include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/names/label_list.h"
 #include "colorio/names/menu_sleep.h"
 #include "colorio/ocio/config.h"
@@ -37,7 +37,7 @@ void ColorIOManager::update_CDL_enums_and_lists() {
     if (!cdl_config || !color_decision_list_enum)
         return;
     publish_CDLs();
-    ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_CDL_LIST_CHANGED);
+    raise_module_event(EVT_ID_COLORIO_MANAGER_CDL_LIST_CHANGED);
 }
 
 void ColorIOManager::publish_CDLs() {
@@ -63,12 +63,14 @@ void ColorIOManager::publish_CDLs() {
 unsigned int ColorIOManager::get_CDL_index(CoreString name) const {
     if (!app || !color_decision_list_enum)
         return NOT_FOUND;
-    const unsigned int index = color_decision_list_enum->find_label_index(name);
-    return index < color_decision_list_enum->get_value_count() ? index : NOT_FOUND;
+    return at_boundary(NOT_FOUND, [&] {
+        const unsigned int index = color_decision_list_enum->find_label_index(name);
+        return index < color_decision_list_enum->get_value_count() ? index : NOT_FOUND;
+    });
 }
 
 CoreString ColorIOManager::get_CDL_name(unsigned int index) const {
     if (!app || !color_decision_list_enum || index >= color_decision_list_enum->get_value_count())
         return CoreString();
-    return color_decision_list_enum->get_label(index);
+    return at_boundary(CoreString(), [&] { return color_decision_list_enum->get_label(index); });
 }

@@ -8,6 +8,8 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
+#include "colorio/facade/pending_list.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/transform.h"
@@ -31,17 +33,24 @@ ocio::ColorSpaceRcPtr make_CDL_space(const CoreString& name, const ocio::CDLTran
 } // namespace
 
 bool ColorIOManager::init_default_CDL_tavelion_config() {
+    cdl_config_ready = false;
     CoreString folder;
     const bool has_folder = app && app->create_temp_folder(LUT_FOLDER, folder);
     if (!has_folder)
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in CDL files.\n");
-    cdl_config = ocio::create_config();
-    added_cdls = std::make_shared<AddedCDLs>();
-    if (!has_folder) {
-        cdl_config_ready = false;
-        return false;
-    }
+    const bool made = log_config_errors([&] {
+        const auto nothing_added = std::make_shared<AddedCDLs>();
+        cdl_config = ocio::create_config();
+        added_cdls = nothing_added;
+        if (has_folder)
+            fill_builtin_CDL_config(folder);
+    });
+    cdl_config_ready = made && has_folder && validate_ocio_config(cdl_config);
+    return cdl_config_ready;
+}
+
+void ColorIOManager::fill_builtin_CDL_config(const CoreString& folder) {
     ocio::set_working_dir(cdl_config, folder.get_data());
     append_builtin_CDL();
 
@@ -50,8 +59,6 @@ bool ColorIOManager::init_default_CDL_tavelion_config() {
     const ocio::CDLTransformRcPtr transform = make_CDL_transform(identity);
     ocio::add_color_space(cdl_config, make_CDL_space(identity.name, transform));
     ocio::add_display(cdl_config, BUILTIN_FAMILY.data, ocio::get_id(transform), identity.name.get_data(), "");
-    cdl_config_ready = validate_ocio_config(cdl_config);
-    return cdl_config_ready;
 }
 
 void ColorIOManager::append_builtin_CDL() {
@@ -111,17 +118,23 @@ bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
         def.cccid = def.name;
         if (!read_color_correction(correction, path, MissingElement::GIVE_UP, def))
             return false;
+        // The list by which they are removed again comes first: it may name more than there are, not fewer.
+        library_color_decision_lists.append(def);
         if (!known_before.contains(def))
             tavelion_color_decision_lists.append(def);
-        library_color_decision_lists.append(def);
     }
     add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);
     return false;
 }
 
 void ColorIOManager::update_file_cdl_library_path() {
+    at_boundary(
+        false, [this] { return read_CDL_library(); }, [this] { forget_added_CDLs(); });
+}
+
+bool ColorIOManager::read_CDL_library() {
     if (!app || app->get_cdl_library_file_path().is_empty())
-        return;
+        return false;
     forget_cached_files();
     remove_library_CDLs(library_color_decision_lists, tavelion_color_decision_lists);
     library_color_decision_lists.remove_all();
@@ -129,22 +142,32 @@ void ColorIOManager::update_file_cdl_library_path() {
     init_default_CDL_tavelion_config();
     build_CDL_from_file(app->get_cdl_library_file_path());
     update_CDL_enums_and_lists();
+    return true;
 }
 
 void ColorIOManager::clear_CDL_spaces() {
     if (!cdl_config)
         return;
     ocio::clear_color_spaces(cdl_config);
-    *added_cdls = AddedCDLs();
+    forget_added_CDLs();
 }
 
 void ColorIOManager::forget_cached_files() {
     ocio::clear_all_caches();
+    forget_added_CDLs();
+}
+
+void ColorIOManager::forget_added_CDLs() {
     if (added_cdls)
         *added_cdls = AddedCDLs();
 }
 
 bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
+    return at_boundary(
+        false, [&] { return add_unlisted_CDL(entry); }, [this] { forget_added_CDLs(); });
+}
+
+bool ColorIOManager::add_unlisted_CDL(const ColorDecisionListDef& entry) {
     if (cdl_config && added_cdls->is_complete(tavelion_color_decision_lists)) {
         CDLFileReader files(RepeatedIds::FIRST_COUNTS);
         if (const ColorDecisionListDef* listed = added_cdls->find_replaced(entry))
@@ -163,13 +186,20 @@ bool ColorIOManager::add_local_CDL(ColorDecisionListDef entry) {
 }
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {
-    const CoreVector<ColorDecisionListDef> records = list; // `list` may be the one that is emptied here.
-    tavelion_color_decision_lists.remove_all();
-    clear_CDL_spaces();
-    init_default_CDL_tavelion_config();
-    add_custom_CDLs_to_tavelion_config(records);
-    tavelion_color_decision_lists = records;
+    at_boundary(
+        false, [&] { return replace_CDLs(list); }, [this] { forget_added_CDLs(); });
+}
+
+bool ColorIOManager::replace_CDLs(const CoreVector<ColorDecisionListDef>& list) {
+    {
+        const PendingList records(tavelion_color_decision_lists, CoreVector<ColorDecisionListDef>(list));
+        tavelion_color_decision_lists.remove_all();
+        clear_CDL_spaces();
+        init_default_CDL_tavelion_config();
+        add_custom_CDLs_to_tavelion_config(records.get());
+    }
     if (added_cdls)
         added_cdls->note_list(tavelion_color_decision_lists);
     update_CDL_enums_and_lists();
+    return true;
 }

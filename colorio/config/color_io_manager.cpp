@@ -1,10 +1,12 @@
 #include "colorio/color_io_manager.h"
 
+#include <iterator>
 #include <memory>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/names/color_space_name_index.h"
 #include "colorio/ocio/config.h"
 #include "host/event/event_ids.h"
@@ -29,9 +31,11 @@ ColorIOManager& ColorIOManager::operator=(ColorIOManager&&) noexcept = default;
 ColorIOManager::~ColorIOManager() = default;
 
 bool ColorIOManager::static_init(OfApp* app) {
-    if (!s_instance)
-        s_instance = new ColorIOManager(app);
-    return s_instance->init();
+    return at_boundary(false, [&] {
+        if (!s_instance)
+            s_instance = new ColorIOManager(app);
+        return s_instance->init();
+    });
 }
 
 ColorIOManager* ColorIOManager::get_instance() {
@@ -44,6 +48,10 @@ void ColorIOManager::destroy() {
 }
 
 bool ColorIOManager::init() {
+    return at_boundary(false, [this] { return start(); });
+}
+
+bool ColorIOManager::start() {
     if (!app) {
         publish_config();
         return true;
@@ -58,7 +66,7 @@ bool ColorIOManager::init() {
     update_CDL_enums_and_lists();
     if (!cdl_ok)
         log_message(LOG_ERROR, "Color Management: failed to create Tavelion built-in CDL configuration.\n");
-    use_file_config(false);
+    select_config(false);
     return builtin_ok && cdl_ok;
 }
 
@@ -77,14 +85,19 @@ void ColorIOManager::create_enums() {
         {color_decision_list_enum, "color_decision_list", false},
         {roles_enum, "roles_enum", false},
     };
-    for (const Menu& menu : menus) {
-        menu.object = factory.add_enum(menu.name, NOT_FOUND);
-        if (menu.has_families)
-            menu.object->set_separator(FAMILY_SEPARATOR);
+    // All are made before any is used: others expect all of them or none.
+    OfEnum* made[std::size(menus)];
+    for (std::size_t i = 0; i < std::size(menus); ++i) {
+        made[i] = factory.add_enum(menus[i].name, NOT_FOUND);
+        if (menus[i].has_families)
+            made[i]->set_separator(FAMILY_SEPARATOR);
     }
-    name_index.reset();
+    OfEnum& roles = *made[std::size(menus) - 1];
     for (int role = 0; role < ROLE_COUNT; ++role)
-        roles_enum->add_value(get_role_name(static_cast<Role>(role)), static_cast<unsigned int>(role));
+        roles.add_value(get_role_name(static_cast<Role>(role)), static_cast<unsigned int>(role));
+    for (std::size_t i = 0; i < std::size(menus); ++i)
+        menus[i].object = made[i];
+    name_index.reset();
 }
 
 OCIO_NAMESPACE::ConstConfigRcPtr ColorIOManager::get_config() const {
@@ -108,10 +121,11 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
         return false;
     ocio::clear_all_caches();
     const auto take_from = [this](const CoreString& origin, auto create) {
+        file_config_loaded = false; // Also when neither of the library's answers arrives.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
         if (file_config_loaded) {
             file_config_path = origin;
-            set_default_color_space_name(app_uses_file_config());
+            settle_default_color_space_name(app_uses_file_config());
         }
         return file_config_loaded;
     };
@@ -136,12 +150,14 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
 }
 
 bool ColorIOManager::validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config) {
-    return config && log_ocio_errors(
-                         LOG_ERROR, [&] { ocio::sanity_check(config); },
-                         [] { log_message(LOG_ERROR, "Color Management: invalid OCIO configuration.\n"); });
+    return config && log_config_errors([&] { ocio::sanity_check(config); });
 }
 
 void ColorIOManager::use_file_config(const bool& use) {
+    at_boundary([&] { select_config(use); });
+}
+
+void ColorIOManager::select_config(bool use) {
     if (!app)
         return;
     if (use) {
@@ -156,12 +172,12 @@ void ColorIOManager::use_file_config(const bool& use) {
             validate_ocio_config(config);
             return;
         }
-        set_default_color_space_name(use);
+        settle_default_color_space_name(use);
         config = get_file_config_or_builtin();
     } else {
         if (!tavelion_config_ready)
             init_default_tavelion_config();
-        set_default_color_space_name(false);
+        settle_default_color_space_name(false);
         config = tavelion_config;
     }
     validate_ocio_config(config);
@@ -172,16 +188,20 @@ void ColorIOManager::use_file_config(const bool& use) {
 }
 
 void ColorIOManager::update_file_config_path() {
+    at_boundary([this] { follow_file_config_path(); });
+}
+
+void ColorIOManager::follow_file_config_path() {
     if (!app)
         return;
     if (!app_uses_file_config()) {
-        set_default_color_space_name(false);
+        settle_default_color_space_name(false);
         return;
     }
     if (build_from_file(CoreString(app->get_color_space_file_path()))) {
         config = get_file_config_or_builtin();
     } else {
-        set_default_color_space_name(false);
+        settle_default_color_space_name(false);
         config = tavelion_config;
         file_config.reset();
     }
@@ -198,7 +218,7 @@ void ColorIOManager::publish_config() {
 
 void ColorIOManager::tell_of_new_lists(bool changed) {
     if (changed)
-        ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
+        raise_module_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
 }
 
 OCIO_NAMESPACE::ConfigRcPtr ColorIOManager::get_file_config_or_builtin() const {

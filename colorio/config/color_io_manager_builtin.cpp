@@ -72,19 +72,26 @@ ocio::ColorSpaceRcPtr make_color_space(const BuiltinSpace& builtin) {
 } // namespace
 
 bool ColorIOManager::init_default_tavelion_config() {
+    tavelion_config_ready = false;
     CoreString folder;
     const bool has_folder = app && app->create_temp_folder(LUT_FOLDER, folder);
     if (!has_folder)
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in LUT files.\n");
-    tavelion_config = ocio::create_config();
-    if (!has_folder) {
-        tavelion_config_ready = false;
-        return false;
-    }
-    ocio::set_working_dir(tavelion_config, folder.get_data());
-
     bool files_written = true;
+    const bool made = log_config_errors([&] {
+        tavelion_config = ocio::create_config();
+        if (has_folder)
+            files_written = fill_builtin_config(folder);
+    });
+    tavelion_config_ready = made && has_folder && validate_ocio_config(tavelion_config);
+    return tavelion_config_ready && files_written;
+}
+
+bool ColorIOManager::fill_builtin_config(CoreString folder) {
+    ocio::set_working_dir(tavelion_config, folder.get_data());
+    bool files_written = true;
+    CoreVector<ColorSpaceDef> records;
     for (const BuiltinSpace& builtin : BUILTIN_SPACES) {
         if (app->create_temp_folder(LUT_FOLDER, folder)) {
             const CoreString path = folder + "/" + builtin.lut_file;
@@ -96,20 +103,20 @@ bool ColorIOManager::init_default_tavelion_config() {
         }
         const ocio::ColorSpaceRcPtr space = make_color_space(builtin);
         ocio::add_color_space(tavelion_config, space);
-        tavelion_color_spaces.append({ocio::get_name(space),
-                                      "",
-                                      "",
-                                      "",
-                                      ocio::BIT_DEPTH_F32,
-                                      ocio::ALLOCATION_UNIFORM,
-                                      {LUT_FROM, LUT_TO, 0.0f},
-                                      true});
+        records.append({ocio::get_name(space),
+                        "",
+                        "",
+                        "",
+                        ocio::BIT_DEPTH_F32,
+                        ocio::ALLOCATION_UNIFORM,
+                        {LUT_FROM, LUT_TO, 0.0f},
+                        true});
     }
     for (const BuiltinSpace& builtin : BUILTIN_SPACES)
         ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, builtin.name.data, builtin.name.data, "");
-
-    tavelion_config_ready = validate_ocio_config(tavelion_config);
-    return tavelion_config_ready && files_written;
+    for (const ColorSpaceDef& record : records)
+        tavelion_color_spaces.append(record);
+    return files_written;
 }
 
 bool ColorIOManager::write_lut_to_disk(const CoreString& path, const CoreArray<float>& values, float from,

@@ -2,6 +2,8 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
+#include "colorio/facade/pending_list.h"
 #include "colorio/names/findable_views.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
@@ -108,22 +110,26 @@ bool ColorIOManager::add_custom_space(const ColorSpaceDef& def, CDLFileReader& f
 }
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
-    const CoreVector<ColorSpaceDef> records = defs; // `defs` may be the list that is emptied here.
+    at_boundary([&] { replace_custom_spaces(defs); });
+}
+
+void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs) {
     // Both configurations may be made anew; the one that was active stays so.
     const bool builtin_was_active = is_using_tavelion_config();
     const bool file_was_active = config && config == file_config;
-    tavelion_color_spaces.remove_all();
-    if (tavelion_config) {
-        ocio::clear_color_spaces(tavelion_config);
-        ocio::clear_displays(tavelion_config);
+    {
+        const PendingList records(tavelion_color_spaces, CoreVector<ColorSpaceDef>(defs));
+        tavelion_color_spaces.remove_all();
+        if (tavelion_config) {
+            ocio::clear_color_spaces(tavelion_config);
+            ocio::clear_displays(tavelion_config);
+        }
+        display_view_names.remove_all();
+
+        init_default_tavelion_config();
+        settle_default_color_space_name(app_uses_file_config());
+        add_custom_luts_to_tavelion_config(records.get());
     }
-    display_view_names.remove_all();
-
-    init_default_tavelion_config();
-    set_default_color_space_name(app_uses_file_config());
-    add_custom_luts_to_tavelion_config(records);
-    tavelion_color_spaces = records;
-
     const bool file_config_wanted = app_uses_file_config() && (!app->get_color_space_file_path().is_empty() ||
                                                                file_config_path == FROM_ENV);
     if (builtin_was_active || !file_config_wanted)

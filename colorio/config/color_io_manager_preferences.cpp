@@ -1,4 +1,5 @@
 #include "colorio/color_io_manager.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/types.h"
 #include "host/of/of_app.h"
 #include "host/parser/parser_entry.h"
@@ -62,7 +63,7 @@ void write_record(ParserGroup& group, const ColorDecisionListDef& def) {
 }
 
 template <class Records>
-void write_custom_records(ParserGroup& group, const Records& records) {
+void write_records(ParserGroup& group, const Records& records) {
     for (const auto& record : records)
         if (!record.is_builtin)
             write_record(group, record);
@@ -95,18 +96,25 @@ ColorDecisionListDef read_CDL(const ParserEntry& entry) {
 } // namespace
 
 bool ColorIOManager::save_config(ParserEntry* entry) {
-    if (!entry)
-        return false;
-    entry->reset();
+    return entry && at_boundary(false, [&] { return write_custom_records(*entry); });
+}
+
+bool ColorIOManager::write_custom_records(ParserEntry& entry) const {
+    entry.reset();
     if (!has_custom_record(tavelion_color_spaces) && !has_custom_record(tavelion_color_decision_lists))
         return false;
-    ParserGroup& group = entry->is_group() ? *entry->get_group(0) : *entry->add_group(nullptr);
-    write_custom_records(group, tavelion_color_spaces);
-    write_custom_records(group, tavelion_color_decision_lists);
+    ParserGroup& group = entry.is_group() ? *entry.get_group(0) : *entry.add_group(nullptr);
+    write_records(group, tavelion_color_spaces);
+    write_records(group, tavelion_color_decision_lists);
     return true;
 }
 
 bool ColorIOManager::load_config(ParserEntry* entry) {
+    return at_boundary(
+        false, [&] { return read_preferences(entry); }, [this] { forget_added_CDLs(); });
+}
+
+bool ColorIOManager::read_preferences(const ParserEntry* entry) {
     if (entry && entry->get_value_count() > 0 && entry->is_value_group(0))
         read_records(*entry->get_group(0));
     forget_cached_files();

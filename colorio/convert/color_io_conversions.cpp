@@ -1,5 +1,6 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
+#include "colorio/facade/module_boundary.h"
 
 // The facade names the destination first, the converter last.
 
@@ -7,8 +8,10 @@ bool ColorIO::convert_buffer(float* data, const unsigned int& size1, unsigned in
                              const unsigned int& size3, const CoreString& name1, const CoreString& name2) {
     if (!data || size1 == 0 || size2 == 0 || size3 == 0 || name1 == name2)
         return false;
-    ColorIOConverter converter;
-    return converter.configure(name2, name1) && converter.convert_buffer(data, size1, size2, size3);
+    return at_boundary(false, [&] {
+        ColorIOConverter converter;
+        return converter.configure(name2, name1) && converter.convert_buffer(data, size1, size2, size3);
+    });
 }
 
 namespace {
@@ -25,10 +28,12 @@ bool convert_planes(const Planes& planes, Configure configure, const CoreString&
     if (!planes.red || !planes.green || !planes.blue || planes.width == 0 || planes.height == 0 ||
         name1 == name2)
         return false;
-    ColorIOConverter converter;
-    return (converter.*configure)(name2, name1) &&
-           converter.convert_buffers(planes.red, planes.green, planes.blue, planes.alpha, planes.width,
-                                     planes.height);
+    return at_boundary(false, [&] {
+        ColorIOConverter converter;
+        return (converter.*configure)(name2, name1) &&
+               converter.convert_buffers(planes.red, planes.green, planes.blue, planes.alpha, planes.width,
+                                         planes.height);
+    });
 }
 
 } // namespace

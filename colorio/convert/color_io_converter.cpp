@@ -7,7 +7,11 @@
 #include "colorio/color_io_manager.h"
 #include "colorio/convert/color_io_converter_state.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/config.h"
+#include "host/of/of_app.h"
+#include "host/of/of_enum.h"
+#include "host/of/of_object_factory.h"
 
 namespace {
 
@@ -55,45 +59,40 @@ bool ColorIOConverter::is_enabled() const {
     return is_configured() && !state->bypass;
 }
 
-bool ColorIOConverter::begin_configuration(bool nothing_asked) {
-    if (!state)
-        return false;
-    state->bypass = nothing_asked;
+bool ColorIOConverter::State::begin_configuration(bool nothing_asked) {
+    bypass = nothing_asked;
     if (nothing_asked)
         return false;
-    if (!state->get_manager())
-        state->configured = false;
-    return state->get_manager();
+    if (!get_manager())
+        configured = false;
+    return get_manager();
 }
 
-bool ColorIOConverter::configure(const CoreString& source, const CoreString& destination) {
+bool ColorIOConverter::State::configure(const CoreString& source, const CoreString& destination) {
     const bool nothing_asked = source == destination || destination.is_empty() || source.is_empty();
     if (!begin_configuration(nothing_asked))
         return false;
-    const ColorIOManager& manager = *state->get_manager();
-    const ocio::ConstConfigRcPtr config = manager.get_config();
-    const CoreString from = get_short_name(manager, source);
-    const CoreString to = get_short_name(manager, destination);
+    const ColorIOManager& running = *get_manager();
+    const ocio::ConstConfigRcPtr config = running.get_config();
+    const CoreString from = get_short_name(running, source);
+    const CoreString to = get_short_name(running, destination);
 
-    const bool from_known = contains(manager.get_color_space_names(), from);
-    const bool to_known = contains(manager.get_color_space_names(), to);
+    const bool from_known = contains(running.get_color_space_names(), from);
+    const bool to_known = contains(running.get_color_space_names(), to);
     if (!from_known)
         log_missing("Source", "color space", from);
     if (!to_known)
         log_missing("Destination", "color space", to);
-    state->configured =
+    configured =
         config && from_known && to_known &&
         log_ocio_errors(
-            LOG_ERROR,
-            [&] { state->processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
+            LOG_ERROR, [&] { processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
             [&] { log_message(LOG_ERROR, FAILURE, " from '", from, "' to '", to, "'.\n"); });
-    return state->configured;
+    return configured;
 }
 
-bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString& destination) {
-    if (!state)
-        return false;
-    const ColorIOManager* const found = state->get_manager();
+bool ColorIOConverter::State::configure_CDL(const CoreString& source, const CoreString& destination) {
+    const ColorIOManager* const found = get_manager();
     const ocio::ConstConfigRcPtr config = found ? found->get_cdl_config() : ocio::ConstConfigRcPtr();
     const auto get_known = [&](const CoreString& name) {
         const bool known = config && ocio::get_color_space(config, name.get_data());
@@ -104,49 +103,89 @@ bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString&
     if (!begin_configuration(to == from || from.is_empty() || to.is_empty()))
         return false;
 
-    const ColorIOManager& manager = *found;
-    const CoreBasicArray<CoreString>& names = manager.get_CDL_names();
+    const ColorIOManager& running = *found;
+    const CoreBasicArray<CoreString>& names = running.get_CDL_names();
     const bool from_listed = is_local_CDL(from) || contains(names, from);
     const bool to_listed = is_local_CDL(to) || contains(names, to);
     if (!from_listed)
         log_missing("Source", "CDL", from);
     if (!to_listed)
         log_missing("Destination", "CDL", to);
-    state->configured =
+    configured =
         from_listed && to_listed &&
         log_ocio_errors(
-            LOG_WARNING,
-            [&] { state->processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
+            LOG_WARNING, [&] { processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
             [&] { log_message(LOG_WARNING, FAILURE, " from '", from, "' to '", to, "'.\n"); });
-    return state->configured;
+    return configured;
 }
 
-bool ColorIOConverter::configure_for_display(const CoreString& input, const CoreString& display,
-                                             const CoreString& view) {
+bool ColorIOConverter::State::configure_for_display(const CoreString& input, const CoreString& display,
+                                                    const CoreString& view) {
     if (!begin_configuration(input.is_empty() || display.is_empty() || view.is_empty()))
         return false;
-    const ColorIOManager& manager = *state->get_manager();
-    const ocio::ConstConfigRcPtr config = manager.get_config();
-    const CoreString from = get_short_name(manager, input);
-    const bool from_known = contains(manager.get_color_space_names(), from);
+    const ColorIOManager& running = *get_manager();
+    const ocio::ConstConfigRcPtr config = running.get_config();
+    const CoreString from = get_short_name(running, input);
+    const bool from_known = contains(running.get_color_space_names(), from);
     if (!from_known)
         log_missing("Source", "color space", from);
 
     const ocio::DisplayTransform transform{from.get_data(), display.get_data(), view.get_data()};
-    state->configured =
+    configured =
         config && from_known &&
         log_ocio_errors(
-            LOG_ERROR, [&] { state->processor = ocio::get_processor(config, transform); },
+            LOG_ERROR, [&] { processor = ocio::get_processor(config, transform); },
             // The display's closing quote is left out on purpose: readers of old logs search for this text.
             [&] {
                 log_message(LOG_ERROR, FAILURE, " from color space '", from, "' to display '", display,
                             " with view '", view, "'.\n");
             });
-    return state->configured;
+    return configured;
+}
+
+CoreString ColorIOConverter::State::get_color_space(const CoreString& name) const {
+    if (!get_manager())
+        return CoreString();
+    const CoreString& wanted =
+        name == ColorIO::s_default_scene_linear ? ColorIO::get_ROLE_SCENE_LINEAR() : name;
+    OfApp* app = get_manager()->get_app();
+    const OfEnum* spaces = app ? app->get_object_factory().get_enum("color_space") : nullptr;
+    if (!spaces || spaces->get_value_from_label(wanted) == spaces->get_invalid_value())
+        return CoreString();
+    return wanted;
+}
+
+/// A configuration that breaks off leaves no conversion.
+template <class Configure>
+bool ColorIOConverter::settle(Configure&& configure) {
+    return state && at_boundary(
+                        false, [&] { return configure(*state); }, [&] { state->configured = false; });
+}
+
+bool ColorIOConverter::configure(const CoreString& source, const CoreString& destination) {
+    return settle([&](State& to_settle) { return to_settle.configure(source, destination); });
+}
+
+bool ColorIOConverter::configure_CDL(const CoreString& source, const CoreString& destination) {
+    return settle([&](State& to_settle) { return to_settle.configure_CDL(source, destination); });
+}
+
+bool ColorIOConverter::configure_for_display(const CoreString& input, const CoreString& display,
+                                             const CoreString& view) {
+    return settle([&](State& to_settle) { return to_settle.configure_for_display(input, display, view); });
 }
 
 bool ColorIOConverter::configure_for_display(CoreBasicString input, CoreBasicString display_view) {
-    const char separator = ColorIOManager::DISPLAY_SEPARATOR;
-    return configure_for_display(CoreString(input), CoreString::before_first(display_view, separator),
-                                 CoreString::after_first(display_view, separator));
+    return settle([&](State& to_settle) {
+        const char separator = ColorIOManager::DISPLAY_SEPARATOR;
+        return to_settle.configure_for_display(CoreString(input),
+                                               CoreString::before_first(display_view, separator),
+                                               CoreString::after_first(display_view, separator));
+    });
+}
+
+CoreString ColorIOConverter::get_color_space(const CoreString& name) const {
+    if (!state)
+        return CoreString();
+    return at_boundary(CoreString(), [&] { return state->get_color_space(name); });
 }

@@ -13,4 +13,16 @@ struct ColorIOConverter::State {
 
     /// The manager, unless it was destroyed meanwhile.
     const ColorIOManager* get_manager() const;
+
+    // The converter's operations of the same names.
+
+    bool configure(const CoreString& source, const CoreString& destination);
+    bool configure_CDL(const CoreString& source, const CoreString& destination);
+    bool configure_for_display(const CoreString& input, const CoreString& display, const CoreString& view);
+    CoreString get_color_space(const CoreString& name) const;
+
+private:
+    /// Settles `bypass`. False when the configuration ends here: nothing was asked for, or there is no
+    /// manager any more to ask.
+    bool begin_configuration(bool nothing_asked);
 };

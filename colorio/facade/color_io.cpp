@@ -1,8 +1,11 @@
 #include "colorio/color_io.h"
 
+#include <new>
+
 #include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/types.h"
 #include "host/event/event_ids.h"
 #include "host/of/of_app.h"
@@ -22,9 +25,12 @@ void ColorIO::init_color_space_tags() {
 }
 
 const CoreClassInfo& ColorIO::class_info() {
-    static const CoreClassInfo& info = CoreClassInfo::new_class("ColorIO", &ColorIO::___class_destructor__,
-                                                                EventObject::class_info(), nullptr);
-    return info;
+    const CoreClassInfo& base = EventObject::class_info();
+    return *at_boundary(&base, [&] {
+        static const CoreClassInfo& info =
+            CoreClassInfo::new_class("ColorIO", &ColorIO::___class_destructor__, base, nullptr);
+        return &info;
+    });
 }
 
 const CoreClassInfo& ColorIO::get_class_info() const {
@@ -40,25 +46,42 @@ bool ColorIO::___class_destructor__(void* object, const bool& array) {
 }
 
 ColorIO* ColorIO::get_instance() {
-    if (!s_singleton)
-        s_singleton = new ColorIO;
-    return s_singleton;
+    return at_boundary(static_cast<ColorIO*>(nullptr), [] {
+        if (!s_singleton) {
+            class_info(); // Registered while a failure can still be answered.
+            s_singleton = new ColorIO;
+        }
+        return s_singleton;
+    });
 }
+
+namespace {
+
+/// The facade as a receiver of events; throws when it cannot be made.
+ColorIO& require_instance() {
+    if (ColorIO* facade = ColorIO::get_instance())
+        return *facade;
+    throw std::bad_alloc();
+}
+
+} // namespace
 
 bool ColorIO::init(OfApp* app) {
     const bool manager_started = ColorIOManager::static_init(app);
-    if (manager_started) {
+    return at_boundary(false, [&] {
+        if (manager_started) {
+            if (app)
+                require_instance().connect_manager_events(*app);
+            s_default_scene_linear = CoreString("Use ") + ocio::ROLE_SCENE_LINEAR;
+            s_default_color_picking = "Use Default";
+        }
+        if (!ColorIOAutoDetection::static_init(app))
+            return manager_started;
         if (app)
-            get_instance()->connect_manager_events(*app);
-        s_default_scene_linear = CoreString("Use ") + ocio::ROLE_SCENE_LINEAR;
-        s_default_color_picking = "Use Default";
-    }
-    if (!ColorIOAutoDetection::static_init(app))
-        return manager_started;
-    if (app)
-        get_instance()->connect(*app, EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED,
-                                &ColorIO::on_color_space_by_extensions_config_file_changed, nullptr);
-    return true;
+            require_instance().connect(*app, EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED,
+                                       &ColorIO::on_color_space_by_extensions_config_file_changed, nullptr);
+        return true;
+    });
 }
 
 void ColorIO::connect_manager_events(OfApp& app) {
@@ -92,9 +115,11 @@ bool for_manager_and_detector(Action action) {
     return detector || manager;
 }
 
-/// The manager for a handler; null once it was destroyed, which leaves the connections standing.
-ColorIOManager* find_manager() {
-    return ColorIOManager::get_instance();
+/// Has the manager follow an event; not once it was destroyed, which leaves the connections standing.
+template <class Action>
+void have_manager_follow(Action action) {
+    if (ColorIOManager* manager = ColorIOManager::get_instance())
+        at_boundary([&] { action(*manager); });
 }
 
 } // namespace
@@ -108,23 +133,21 @@ bool ColorIO::save_config(ParserEntry* entry) {
 }
 
 void ColorIO::on_use_ocio_config_file_changed(AppBase& sender, const EventInfo&, OfObject*) {
-    if (find_manager())
-        find_manager()->use_file_config(static_cast<OfApp&>(sender).get_use_color_space_file());
+    have_manager_follow([&](ColorIOManager& manager) {
+        manager.use_file_config(static_cast<OfApp&>(sender).get_use_color_space_file());
+    });
 }
 
 void ColorIO::on_config_file_path_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (find_manager())
-        find_manager()->update_file_config_path();
+    have_manager_follow([](ColorIOManager& manager) { manager.update_file_config_path(); });
 }
 
 void ColorIO::on_cdl_library_path_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (find_manager())
-        find_manager()->update_file_cdl_library_path();
+    have_manager_follow([](ColorIOManager& manager) { manager.update_file_cdl_library_path(); });
 }
 
 void ColorIO::on_default_color_space_changed(AppBase&, const EventInfo&, OfObject*) {
-    if (find_manager())
-        find_manager()->update_default_color_space_name();
+    have_manager_follow([](ColorIOManager& manager) { manager.update_default_color_space_name(); });
 }
 
 void ColorIO::on_ocio_config_changed(AppBase&, const EventInfo&, OfObject*) {
@@ -134,5 +157,8 @@ void ColorIO::on_ocio_config_changed(AppBase&, const EventInfo&, OfObject*) {
 
 void ColorIO::on_color_space_by_extensions_config_file_changed(AppBase& sender, const EventInfo&, OfObject*) {
     if (ColorIOAutoDetection* detector = ColorIOAutoDetection::get_instance())
-        detector->use_file_config(static_cast<OfApp&>(sender).get_use_color_space_by_extension_file() != 0);
+        at_boundary([&] {
+            detector->use_file_config(static_cast<OfApp&>(sender).get_use_color_space_by_extension_file() !=
+                                      0);
+        });
 }

@@ -1,11 +1,13 @@
 #include "colorio/color_io_auto_detection.h"
 
-#include <new>
+#include <utility>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/make_room.h"
+#include "colorio/facade/module_boundary.h"
 
 namespace {
 
@@ -52,18 +54,19 @@ unsigned int ColorIOAutoDetection::CategoryTable::find(const CoreString& file_fo
     return NOT_FOUND;
 }
 
-void ColorIOAutoDetection::CategoryTable::insert(unsigned int index, const CoreString& file_format,
-                                                 const CoreString& extension_list,
-                                                 const CoreString& color_space) {
-    file_formats.insert(index, file_format);
-    extensions.insert(index, extension_list);
-    color_spaces.insert(index, color_space);
+void ColorIOAutoDetection::CategoryTable::insert(unsigned int index, CoreString file_format,
+                                                 CoreString extension_list, CoreString color_space) {
+    for (CoreVector<CoreString>* column : {&file_formats, &extensions, &color_spaces})
+        make_room(*column);
+    file_formats.insert(index, std::move(file_format));
+    extensions.insert(index, std::move(extension_list));
+    color_spaces.insert(index, std::move(color_space));
 }
 
-void ColorIOAutoDetection::CategoryTable::insert_before_last(const CoreString& file_format,
-                                                             const CoreString& extension_list,
-                                                             const CoreString& color_space) {
-    insert(get_count() - 1, file_format, extension_list, color_space);
+void ColorIOAutoDetection::CategoryTable::insert_before_last(CoreString file_format,
+                                                             CoreString extension_list,
+                                                             CoreString color_space) {
+    insert(get_count() - 1, std::move(file_format), std::move(extension_list), std::move(color_space));
 }
 
 void ColorIOAutoDetection::CategoryTable::remove(unsigned int index) {
@@ -76,14 +79,16 @@ void ColorIOAutoDetection::CategoryTable::remove(unsigned int index) {
 }
 
 ColorIOAutoDetection::ColorIOAutoDetection(OfApp* app) : app(app), current_table(&builtin_table) {
-    init_default_color_spaces();
+    add_builtin_rows();
 }
 
 ColorIOAutoDetection::~ColorIOAutoDetection() = default;
 
 bool ColorIOAutoDetection::static_init(OfApp* app) {
-    if (!s_instance)
-        s_instance = new (std::nothrow) ColorIOAutoDetection(app);
+    at_boundary([&] {
+        if (!s_instance)
+            s_instance = new ColorIOAutoDetection(app);
+    });
     return true;
 }
 
@@ -97,6 +102,10 @@ void ColorIOAutoDetection::destroy() {
 }
 
 void ColorIOAutoDetection::init_default_color_spaces() {
+    at_boundary([&] { add_builtin_rows(); });
+}
+
+void ColorIOAutoDetection::add_builtin_rows() {
     for (const BuiltinCategory& category : BUILTIN_CATEGORIES)
         builtin_table.insert(builtin_table.get_count(), category.file_format, category.extensions,
                              get_builtin_label(category.color_space));
@@ -107,7 +116,9 @@ unsigned int ColorIOAutoDetection::get_categories_count() const {
 }
 
 CoreString ColorIOAutoDetection::get_cell(Column column, unsigned int index) const {
-    return index < get_categories_count() ? (current_table->*column)[index] : CoreString::get_null_string();
+    return at_boundary(CoreString(), [&] {
+        return index < get_categories_count() ? (current_table->*column)[index] : CoreString();
+    });
 }
 
 CoreString ColorIOAutoDetection::get_file_format(unsigned int index) const {
@@ -123,16 +134,22 @@ CoreString ColorIOAutoDetection::get_color_space(unsigned int index) const {
 }
 
 CoreString ColorIOAutoDetection::get_extension_from_file_format(const CoreString& file_format) const {
-    const unsigned int row = current_table->find(file_format);
-    if (row != NOT_FOUND)
-        return current_table->extensions[row];
-    log_message(LOG_ERROR, "Can't get extensions from category '", file_format,
-                "' because this category doesn't exist.\n");
-    return CoreString::get_null_string();
+    return at_boundary(CoreString(), [&] {
+        const unsigned int row = current_table->find(file_format);
+        if (row != NOT_FOUND)
+            return current_table->extensions[row];
+        log_message(LOG_ERROR, "Can't get extensions from category '", file_format,
+                    "' because this category doesn't exist.\n");
+        return CoreString();
+    });
 }
 
 CoreString
 ColorIOAutoDetection::get_default_color_space_from_file_format(const CoreString& file_format) const {
+    return at_boundary(CoreString(), [&] { return find_color_space(file_format); });
+}
+
+CoreString ColorIOAutoDetection::find_color_space(const CoreString& file_format) const {
     const unsigned int row = current_table->find(file_format);
     if (row != NOT_FOUND)
         return current_table->color_spaces[row];
@@ -142,22 +159,24 @@ ColorIOAutoDetection::get_default_color_space_from_file_format(const CoreString&
 }
 
 CoreString ColorIOAutoDetection::get_default_color_space_from_extension(const CoreString& extension) {
-    const CoreString fallback = get_default_color_space_from_file_format(FALLBACK_CATEGORY);
-    const CoreString wanted = extension.get_lower_case();
-    CoreString result = fallback;
-    // A match that equals the fall-back does not end the search: a later row may still override it.
-    for (unsigned int row = 0; row < current_table->get_count() && result == fallback; ++row) {
-        CoreString& extensions = current_table->extensions[row];
-        extensions.replace(" ", "", true);
-        if (lists_extension(extensions, wanted))
-            result = current_table->color_spaces[row];
-    }
-    return result;
+    return at_boundary(CoreString(), [&] {
+        const CoreString fallback = find_color_space(FALLBACK_CATEGORY);
+        const CoreString wanted = extension.get_lower_case();
+        CoreString result = fallback;
+        // A match that equals the fall-back does not end the search: a later row may still override it.
+        for (unsigned int row = 0; row < current_table->get_count() && result == fallback; ++row) {
+            CoreString& extensions = current_table->extensions[row];
+            extensions.replace(" ", "", true);
+            if (lists_extension(extensions, wanted))
+                result = current_table->color_spaces[row];
+        }
+        return result;
+    });
 }
 
 void ColorIOAutoDetection::add_file_format(const CoreString& file_format, const CoreString& extensions,
                                            const CoreString& color_space) {
-    builtin_table.insert_before_last(file_format, extensions, color_space);
+    at_boundary([&] { builtin_table.insert_before_last(file_format, extensions, color_space); });
 }
 
 void ColorIOAutoDetection::remove_file_format(unsigned int index) {
@@ -166,24 +185,30 @@ void ColorIOAutoDetection::remove_file_format(unsigned int index) {
 }
 
 void ColorIOAutoDetection::set_file_format(unsigned int index, const CoreString& name) {
-    if (index < builtin_table.get_count())
-        builtin_table.file_formats[index] = name;
-    else
-        log_message(LOG_WARNING, "Can not find the category to rename. \n");
+    at_boundary([&] {
+        if (index < builtin_table.get_count())
+            builtin_table.file_formats[index] = name;
+        else
+            log_message(LOG_WARNING, "Can not find the category to rename. \n");
+    });
 }
 
 void ColorIOAutoDetection::set_extension_from_file_format(unsigned int index, const CoreString& extensions) {
-    if (index == NOT_FOUND)
-        log_message(LOG_ERROR, "Can't set extensions from category: can't find the category.\n");
-    else if (index < builtin_table.get_count())
-        builtin_table.extensions[index] = extensions;
+    at_boundary([&] {
+        if (index == NOT_FOUND)
+            log_message(LOG_ERROR, "Can't set extensions from category: can't find the category.\n");
+        else if (index < builtin_table.get_count())
+            builtin_table.extensions[index] = extensions;
+    });
 }
 
 void ColorIOAutoDetection::set_default_color_space_from_file_format(unsigned int index,
                                                                     const CoreString& color_space) {
-    const CoreString full_name = get_full_name(color_space);
-    if (index == NOT_FOUND)
-        log_message(LOG_ERROR, "Can't set color space from category: can't find the category.\n");
-    else if (index < builtin_table.get_count())
-        builtin_table.color_spaces[index] = full_name;
+    at_boundary([&] {
+        const CoreString full_name = get_full_name(color_space);
+        if (index == NOT_FOUND)
+            log_message(LOG_ERROR, "Can't set color space from category: can't find the category.\n");
+        else if (index < builtin_table.get_count())
+            builtin_table.color_spaces[index] = full_name;
+    });
 }

@@ -3,6 +3,7 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "host/core/core_set.h"
 #include "host/event/event_ids.h"
 #include "host/of/of_app.h"
@@ -24,6 +25,11 @@ bool color_space_exists(const CoreString& color_space) {
 
 bool ColorIOAutoDetection::build_from_file(const CoreString& path) {
     file_table_loaded = false;
+    file_table_loaded = at_boundary(false, [&] { return add_rows_of_file(path); });
+    return file_table_loaded;
+}
+
+bool ColorIOAutoDetection::add_rows_of_file(const CoreString& path) {
     if (!app || path.is_empty() || !SysFilesystem::file_exists(path))
         return false;
     ParserFile file;
@@ -33,8 +39,7 @@ bool ColorIOAutoDetection::build_from_file(const CoreString& path) {
         log_message(LOG_WARNING, MAPPING_FILE, path, "' has errors and can't be read.\n");
         return false;
     }
-    file_table_loaded = read_mapping(path, file.get_root());
-    return file_table_loaded;
+    return read_mapping(path, file.get_root());
 }
 
 bool ColorIOAutoDetection::read_mapping(const CoreString& path, const ParserGroup& root) {
@@ -72,21 +77,23 @@ void ColorIOAutoDetection::set_table_in_force(bool from_file) {
 void ColorIOAutoDetection::use_file_config(bool use) {
     if (!app)
         return;
-    if (use) {
-        const CoreString& path = app->get_color_space_by_extension_file_path();
-        const bool held = file_table_loaded && path.is_empty();
-        if (!held && !build_from_file(path)) {
-            if (!path.is_empty())
-                log_message(LOG_WARNING,
-                            "Color Management: failed to load color space mapping configuration file '", path,
-                            "'. Defaulting to Tavelion built-in associations.\n");
-            set_table_in_force(false);
-            return;
+    at_boundary([&] {
+        if (use) {
+            const CoreString& path = app->get_color_space_by_extension_file_path();
+            const bool held = file_table_loaded && path.is_empty();
+            if (!held && !build_from_file(path)) {
+                if (!path.is_empty())
+                    log_message(LOG_WARNING,
+                                "Color Management: failed to load color space mapping configuration file '",
+                                path, "'. Defaulting to Tavelion built-in associations.\n");
+                set_table_in_force(false);
+                return;
+            }
         }
-    }
-    set_table_in_force(use);
-    check_mappings();
-    ColorIO::get_instance()->raise_event(EVT_ID_COLORIO_COLOR_SPACE_BY_EXTENSION_CHANGED);
+        set_table_in_force(use);
+        check_mappings();
+        raise_module_event(EVT_ID_COLORIO_COLOR_SPACE_BY_EXTENSION_CHANGED);
+    });
 }
 
 bool ColorIOAutoDetection::check_mappings() const {
@@ -95,6 +102,10 @@ bool ColorIOAutoDetection::check_mappings() const {
                     "Color Management: file format / color space mapping configuration is empty.\n");
         return false;
     }
+    return at_boundary(false, [&] { return !find_unknown_color_spaces(); });
+}
+
+bool ColorIOAutoDetection::find_unknown_color_spaces() const {
     unsigned int row_count = 0;
     CoreSet<CoreString> known;
     CoreVector<CoreString> unknown;
@@ -106,7 +117,7 @@ bool ColorIOAutoDetection::check_mappings() const {
             unknown.append(color_space);
     }
     if (row_count == 0)
-        return true;
+        return false;
     log_message(LOG_WARNING, "Color Management: found ", unknown.get_count(),
                 " unknown color space(s) assigned to ", row_count,
                 " file format / color space mapping(s):\n");
@@ -115,41 +126,47 @@ bool ColorIOAutoDetection::check_mappings() const {
     log_message(LOG_WARNING,
                 "Please update the file format / color space mappings or set an OCIO configuration that "
                 "defines the missing color spaces and restart Tavelion.\n");
-    return false;
+    return true;
 }
 
 bool ColorIOAutoDetection::save_config(ParserEntry* entry) {
     if (!entry || builtin_table.get_count() == 0)
         return false;
-    ParserGroup& group = entry->is_group() ? *entry->get_group(0) : *entry->add_group(nullptr);
-    for (unsigned int row = 0; row < builtin_table.get_count(); ++row) {
-        ParserEntry& category = *group.add_entry(EXTENSION_ENTRY, 0, 0);
-        category.add_string(builtin_table.file_formats[row]);
-        category.add_string(builtin_table.extensions[row]);
-        category.add_string(builtin_table.color_spaces[row]);
-    }
-    return true;
+    return at_boundary(false, [&] {
+        ParserGroup& group = entry->is_group() ? *entry->get_group(0) : *entry->add_group(nullptr);
+        for (unsigned int row = 0; row < builtin_table.get_count(); ++row) {
+            ParserEntry& category = *group.add_entry(EXTENSION_ENTRY, 0, 0);
+            category.add_string(builtin_table.file_formats[row]);
+            category.add_string(builtin_table.extensions[row]);
+            category.add_string(builtin_table.color_spaces[row]);
+        }
+        return true;
+    });
 }
 
 bool ColorIOAutoDetection::load_config(ParserEntry* entry) {
-    if (!entry || entry->get_value_count() == 0 || !entry->is_group())
-        return false;
-    const ParserGroup& group = *entry->get_group(0);
-    for (unsigned int i = 0; i < group.get_entry_count(); ++i) {
-        const ParserEntry& category = *group.get_entry(i);
-        if (category.get_name() != EXTENSION_ENTRY || category.get_value_count() == 0 ||
-            !category.is_value_string(0))
-            continue;
-        const CoreString file_format = category.get_string(0);
-        const CoreString extensions = category.get_string(1);
-        const CoreString color_space = category.get_string(2);
-        const unsigned int row = builtin_table.find(file_format);
-        if (row == NOT_FOUND) {
-            builtin_table.insert_before_last(file_format, extensions, color_space);
-        } else {
-            set_extension_from_file_format(row, extensions);
-            set_default_color_space_from_file_format(row, color_space);
-        }
+    return at_boundary(false, [&] {
+        if (!entry || entry->get_value_count() == 0 || !entry->is_group())
+            return false;
+        const ParserGroup& group = *entry->get_group(0);
+        for (unsigned int i = 0; i < group.get_entry_count(); ++i)
+            read_record(*group.get_entry(i));
+        return true;
+    });
+}
+
+void ColorIOAutoDetection::read_record(const ParserEntry& category) {
+    if (category.get_name() != EXTENSION_ENTRY || category.get_value_count() == 0 ||
+        !category.is_value_string(0))
+        return;
+    const CoreString file_format = category.get_string(0);
+    const CoreString extensions = category.get_string(1);
+    const CoreString color_space = category.get_string(2);
+    const unsigned int row = builtin_table.find(file_format);
+    if (row == NOT_FOUND) {
+        builtin_table.insert_before_last(file_format, extensions, color_space);
+    } else {
+        set_extension_from_file_format(row, extensions);
+        set_default_color_space_from_file_format(row, color_space);
     }
-    return true;
 }

@@ -7,6 +7,7 @@
 
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/names/display_view_walk.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/inspection.h"
@@ -66,17 +67,31 @@ std::set<ViewName> get_shown_views(const ocio::ConstConfigRcPtr& config) {
     return shown;
 }
 
+/// What `read` finds in the active configuration; empty when there is none or reading fails.
+template <class Result, class Read>
+Result read_config(Read&& read) {
+    return at_boundary(Result(), [&] {
+        Result found{};
+        if (const ocio::ConstConfigRcPtr config = get_active_config())
+            read(config, found);
+        return found;
+    });
+}
+
 template <class Action>
 bool try_with_config(Action&& action) {
     const ocio::ConstConfigRcPtr config = get_active_config();
-    return config && log_ocio_errors(LOG_ERROR, [&] { action(config); });
+    return config && at_boundary(false, [&] {
+               action(config);
+               return true;
+           });
 }
 
 } // namespace
 
 CoreVector<ColorIOInspection::ColorSpace> ColorIOInspection::get_color_spaces() {
-    CoreVector<ColorSpace> spaces;
-    if (const ocio::ConstConfigRcPtr config = get_active_config())
+    using Spaces = CoreVector<ColorSpace>;
+    return read_config<Spaces>([](const ocio::ConstConfigRcPtr& config, Spaces& spaces) {
         for (const ocio::SpaceFacts& facts : ocio::describe_spaces(config)) {
             ColorSpace space;
             take_entry(facts, space);
@@ -84,12 +99,12 @@ CoreVector<ColorIOInspection::ColorSpace> ColorIOInspection::get_color_spaces() 
             space.is_data = facts.is_data;
             spaces.append(std::move(space));
         }
-    return spaces;
+    });
 }
 
 CoreVector<ColorIOInspection::NamedTransform> ColorIOInspection::get_named_transforms() {
-    CoreVector<NamedTransform> transforms;
-    if (const ocio::ConstConfigRcPtr config = get_active_config())
+    using Transforms = CoreVector<NamedTransform>;
+    return read_config<Transforms>([](const ocio::ConstConfigRcPtr& config, Transforms& transforms) {
         for (const ocio::NamedTransformFacts& facts : ocio::describe_named_transforms(config)) {
             NamedTransform transform;
             take_entry(facts, transform);
@@ -97,39 +112,39 @@ CoreVector<ColorIOInspection::NamedTransform> ColorIOInspection::get_named_trans
             transform.has_inverse = facts.has_inverse;
             transforms.append(std::move(transform));
         }
-    return transforms;
+    });
 }
 
 CoreVector<CoreString> ColorIOInspection::get_looks() {
-    const ocio::ConstConfigRcPtr config = get_active_config();
-    return config ? to_host(ocio::list_looks(config)) : CoreVector<CoreString>();
+    return read_config<CoreVector<CoreString>>(
+        [](const auto& config, auto& looks) { looks = to_host(ocio::list_looks(config)); });
 }
 
 CoreVector<CoreString> ColorIOInspection::get_view_transforms() {
-    const ocio::ConstConfigRcPtr config = get_active_config();
-    return config ? to_host(ocio::list_view_transforms(config)) : CoreVector<CoreString>();
+    return read_config<CoreVector<CoreString>>([](const auto& config, auto& transforms) {
+        transforms = to_host(ocio::list_view_transforms(config));
+    });
 }
 
 bool ColorIOInspection::has_role(const CoreString& role) {
-    const ocio::ConstConfigRcPtr config = get_active_config();
-    return config && !ocio::get_role_color_space(config, role.get_data()).empty();
+    return read_config<bool>([&](const auto& config, bool& found) {
+        found = !ocio::get_role_color_space(config, role.get_data()).empty();
+    });
 }
 
 ColorIOInspection::View ColorIOInspection::get_view(const CoreString& display, const CoreString& view) {
-    return make_view(get_active_config(), display.get_data(), view.get_data());
+    return at_boundary(View(),
+                       [&] { return make_view(get_active_config(), display.get_data(), view.get_data()); });
 }
 
 CoreVector<ColorIOInspection::View> ColorIOInspection::get_hidden_views() {
-    CoreVector<View> hidden;
-    const ocio::ConstConfigRcPtr config = get_active_config();
-    if (!config)
-        return hidden;
-    const std::set<ViewName> shown = get_shown_views(config);
-    for (const ocio::DisplayViews& display : ocio::every_display(config))
-        for (const std::string& view : display.views)
-            if (shown.count({display.name, view}) == 0)
-                hidden.append(make_view(config, display.name, view));
-    return hidden;
+    return read_config<CoreVector<View>>([](const ocio::ConstConfigRcPtr& config, CoreVector<View>& hidden) {
+        const std::set<ViewName> shown = get_shown_views(config);
+        for (const ocio::DisplayViews& display : ocio::every_display(config))
+            for (const std::string& view : display.views)
+                if (shown.count({display.name, view}) == 0)
+                    hidden.append(make_view(config, display.name, view));
+    });
 }
 
 bool ColorIOInspection::try_conversion(const CoreString& source, const CoreString& destination) {

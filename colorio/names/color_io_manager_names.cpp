@@ -1,9 +1,11 @@
 #include <string>
+#include <utility>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/names/color_space_name_index.h"
 #include "colorio/names/display_view_walk.h"
 #include "colorio/names/label_list.h"
@@ -79,7 +81,7 @@ void ColorIOManager::publish_views() {
         const CoreString color_space = ocio::get_display_color_space_name(config, display, view).c_str();
         if (views.is_new(label, *color_space_enum)) {
             display_view_names.append(label);
-            views.append(label, get_color_space_index(color_space));
+            views.append(label, find_color_space(color_space));
         } else {
             log_message(LOG_WARNING, "Color Management: duplicate view transform '", color_space,
                         "' is already defined in the current configuration.\n");
@@ -98,8 +100,10 @@ std::shared_ptr<const ColorSpaceNameIndex> ColorIOManager::get_name_index() cons
 }
 
 bool ColorIOManager::color_space_exists(CoreBasicString name) const {
-    return app && color_space_enum &&
-           color_space_enum->find_label_index(name) < color_space_enum->get_value_count();
+    return at_boundary(false, [&] {
+        return app && color_space_enum &&
+               color_space_enum->find_label_index(name) < color_space_enum->get_value_count();
+    });
 }
 
 bool ColorIOManager::display_view_exists(CoreBasicString label) const {
@@ -113,53 +117,70 @@ const char& ColorIOManager::get_color_space_enum_separator() const {
     return color_space_enum ? *color_space_enum->get_separator().get_data() : FAMILY_SEPARATOR;
 }
 
-unsigned int ColorIOManager::get_color_space_index(CoreString name) const {
+unsigned int ColorIOManager::find_color_space(const CoreString& name) const {
     const auto index = get_name_index();
     return index ? index->find_last_ignoring_case(name) : NOT_FOUND;
+}
+
+unsigned int ColorIOManager::get_color_space_index(CoreString name) const {
+    return at_boundary(NOT_FOUND, [&] { return find_color_space(name); });
 }
 
 CoreString ColorIOManager::get_color_space_name(unsigned int index) const {
     if (!app || !color_space_enum || index >= color_space_enum->get_value_count())
         return CoreString();
-    return color_space_enum->get_label(index);
+    return at_boundary(CoreString(), [&] { return color_space_enum->get_label(index); });
 }
 
 CoreString ColorIOManager::get_full_color_space_name(CoreString name) const {
-    const auto index = get_name_index();
-    if (!index || color_space_enum->get_separator().is_empty())
-        return name;
-    const unsigned int position = index->find_first_exact(name);
-    return position == NOT_FOUND ? name : get_color_space_name(position);
+    return at_boundary(std::move(name), [&] { // Moved from only where that fails.
+        const auto index = get_name_index();
+        if (!index || color_space_enum->get_separator().is_empty())
+            return name;
+        const unsigned int position = index->find_first_exact(name);
+        return position == NOT_FOUND ? name : color_space_enum->get_label(position);
+    });
 }
 
 CoreString ColorIOManager::get_color_space_from_display_view(CoreBasicString label) const {
-    if (!view_transform_enum || !color_space_enum)
-        return label;
-    const unsigned int position = view_transform_enum->get_value(label);
-    if (position >= color_space_enum->get_value_count() ||
-        position == view_transform_enum->get_invalid_value())
-        return label;
-    return color_space_enum->get_label(position);
+    return at_boundary(CoreString(), [&]() -> CoreString {
+        if (!view_transform_enum || !color_space_enum)
+            return label;
+        const unsigned int position = view_transform_enum->get_value(label);
+        if (position >= color_space_enum->get_value_count() ||
+            position == view_transform_enum->get_invalid_value())
+            return label;
+        return color_space_enum->get_label(position);
+    });
 }
 
 bool ColorIOManager::get_display_view(CoreBasicString label, CoreString& display, CoreString& view) const {
     if (!config || !display_view_exists(label))
         return false;
-    return find_view(config, [&](const char* candidate_display, const char* candidate_view) {
-        if (CoreString(candidate_display) + DISPLAY_SEPARATOR + candidate_view != label)
-            return false;
-        display = candidate_display;
-        view = candidate_view;
-        return true;
+    return at_boundary(false, [&] {
+        return find_view(config, [&](const char* candidate_display, const char* candidate_view) {
+            if (CoreString(candidate_display) + DISPLAY_SEPARATOR + candidate_view != label)
+                return false;
+            CoreString found = candidate_view;
+            display = candidate_display;
+            view = std::move(found);
+            return true;
+        });
     });
 }
 
 CoreString ColorIOManager::get_default_display_view() const {
-    CoreString display, view;
-    return get_default_display_view(display, view) ? display + DISPLAY_SEPARATOR + view : CoreString();
+    return at_boundary(CoreString(), [&] {
+        CoreString display, view;
+        return find_default_display_view(display, view) ? display + DISPLAY_SEPARATOR + view : CoreString();
+    });
 }
 
 bool ColorIOManager::get_default_display_view(CoreString& display, CoreString& view) const {
+    return at_boundary(false, [&] { return find_default_display_view(display, view); });
+}
+
+bool ColorIOManager::find_default_display_view(CoreString& display, CoreString& view) const {
     if (!config)
         return false;
     display = ocio::get_default_display(config);

@@ -1,9 +1,12 @@
 #include <string>
+#include <utility>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/make_room.h"
+#include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "host/event/event_ids.h"
@@ -101,7 +104,7 @@ void ColorIOManager::settle_role_color_spaces() {
 }
 
 void ColorIOManager::set_role_color_space(int role) {
-    settle_role_color_space(role, load_probe_config());
+    at_boundary([&] { settle_role_color_space(role, load_probe_config()); });
 }
 
 void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe) {
@@ -124,11 +127,15 @@ void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe)
 }
 
 void ColorIOManager::set_default_color_space_name(bool reload) {
+    at_boundary([&] { settle_default_color_space_name(reload); });
+}
+
+void ColorIOManager::settle_default_color_space_name(bool reload) {
     if (reload && file_config_loaded)
         settle_scene_linear_of_file_config();
     else
         settle_scene_linear_of_builtin_config();
-    ColorIO::get_instance()->raise_event(EVT_ID_ROLE_SCENE_LINEAR_CHANGED);
+    raise_module_event(EVT_ID_ROLE_SCENE_LINEAR_CHANGED);
 }
 
 void ColorIOManager::settle_scene_linear_of_file_config() {
@@ -165,11 +172,14 @@ void ColorIOManager::settle_scene_linear_of_file_config() {
 void ColorIOManager::settle_scene_linear_of_builtin_config() {
     const CoreString& name = linear_color_space_names[0];
     if (tavelion_config && !ocio::get_color_space(tavelion_config, name.get_data())) {
-        ocio::add_color_space(tavelion_config, make_linear_color_space(name, BUILTIN_FAMILY.data));
+        ColorSpaceDef record{
+            name, "", "", "", ocio::BIT_DEPTH_F32, ocio::ALLOCATION_LG2, {-15.0f, 6.0f, 0.0f}, true};
+        // The space comes last: what breaks off before is done again as long as it is missing.
         ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, name.get_data(), name.get_data(), "");
+        make_room(tavelion_color_spaces);
+        ocio::add_color_space(tavelion_config, make_linear_color_space(name, BUILTIN_FAMILY.data));
+        tavelion_color_spaces.append(std::move(record));
         validate_ocio_config(tavelion_config);
-        tavelion_color_spaces.append(
-            {name, "", "", "", ocio::BIT_DEPTH_F32, ocio::ALLOCATION_LG2, {-15.0f, 6.0f, 0.0f}, true});
     }
     ROLE_SCENE_LINEAR = name;
 }
@@ -177,7 +187,9 @@ void ColorIOManager::settle_scene_linear_of_builtin_config() {
 void ColorIOManager::update_default_color_space_name() {
     if (!app)
         return;
-    const CoreString& wanted = app->get_default_color_space_name();
-    const bool exists = config && ocio::get_color_space(config, wanted.get_data());
-    s_default_color_space_name = exists ? wanted : ROLE_SCENE_LINEAR;
+    at_boundary([this] {
+        const CoreString& wanted = app->get_default_color_space_name();
+        const bool exists = config && ocio::get_color_space(config, wanted.get_data());
+        s_default_color_space_name = exists ? wanted : ROLE_SCENE_LINEAR;
+    });
 }

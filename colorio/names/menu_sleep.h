@@ -1,20 +1,22 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
+#include "colorio/facade/module_boundary.h"
 #include "host/of/of_enum.h"
 
 /// Keeps enumerations asleep during its scope, so that the host sees one change of each, whatever happens in
-/// between.
+/// between. What the host throws while it is told ends there.
 class MenuSleep {
 public:
     explicit MenuSleep(std::vector<OfEnum*> menus) : menus(std::move(menus)) {
         for (OfEnum* menu : this->menus)
-            menu->asleep();
+            at_boundary([&] { menu->asleep(); });
     }
     ~MenuSleep() {
         for (OfEnum* menu : menus)
-            menu->awake(true);
+            at_boundary([&] { menu->awake(true); });
     }
     MenuSleep(const MenuSleep&) = delete;
     MenuSleep& operator=(const MenuSleep&) = delete;

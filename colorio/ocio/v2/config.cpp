@@ -1,16 +1,19 @@
 #include "colorio/ocio/config.h"
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/guarded.h"
 #include "colorio/ocio/yaml_size.h"
 
 namespace ocio {
 
 ConfigRcPtr create_config() {
-    const ConfigRcPtr config = library::Config::Create();
-    config->setMajorVersion(1);
-    config->addSearchPath(".");
-    turn_processor_cache_off(config);
-    return config;
+    return guarded([] {
+        const ConfigRcPtr config = library::Config::Create();
+        config->setMajorVersion(1);
+        config->addSearchPath(".");
+        turn_processor_cache_off(config);
+        return config;
+    });
 }
 
 unsigned int get_major_version(const ConstConfigRcPtr& config) {

@@ -1,0 +1,29 @@
+#include "colorio/facade/module_boundary.h"
+
+#include <exception>
+#include <new>
+
+#include "colorio/color_io.h"
+#include "colorio/facade/color_io_log.h"
+#include "colorio/ocio/types.h"
+
+void log_current_exception() noexcept {
+    try {
+        throw;
+    } catch (const ocio::Exception& error) {
+        log_message(LOG_ERROR, "OCIO exception: ", error.what(), "\n");
+    } catch (const std::bad_alloc&) {
+        log_message(LOG_ERROR, "Color Management: out of memory.\n");
+    } catch (const std::exception& error) {
+        log_message(LOG_ERROR, "Color Management: ", error.what(), "\n");
+    } catch (...) {
+        log_message(LOG_ERROR, "Color Management: unknown error.\n");
+    }
+}
+
+void raise_module_event(const CoreString& event) {
+    at_boundary([&] {
+        if (ColorIO* facade = ColorIO::get_instance())
+            facade->raise_event(event);
+    });
+}
