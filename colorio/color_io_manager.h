@@ -82,7 +82,8 @@ public:
 
     // Lifecycle and configuration sources
 
-    /// Makes the instance if there is none, and in every case runs `init` on it.
+    /// Makes the instance if there is none, and in every case runs `init` on it. Until `destroy`, what
+    /// OpenColorIO reports by itself goes to the host's log, each message once per load.
     static bool static_init(OfApp* app);
     static ColorIOManager* get_instance();
     static void destroy();

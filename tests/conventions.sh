@@ -28,7 +28,7 @@ forbid "only the door calls the colour library" '\b(OCIO|OCIO_NAMESPACE|library)
     $colorio_outside_door gl image workflow tool viewer
 forbid "the tool sees the colour library only as the module's public headers show it" '#include [<"]OpenColorIO/' gl image workflow tool viewer
 forbid "the tool enters the door for what no host asks the module for, and for nothing else" \
-    '#include "colorio/ocio/(?!(cdl_document|library_log|source_files)\.h")' gl image workflow tool viewer
+    '#include "colorio/ocio/(?!(cdl_document|source_files)\.h")' gl image workflow tool viewer
 forbid "no test includes a source file" '#include "[^"]*\.cpp"' tests
 forbid "a library does not end the process" '\b(std::)?(exit|abort|_exit|quick_exit)\(' host files xml pixel colorio standalone
 exit $failures

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "host/core/core_log.h"
-#include "workflow/library_log.h"
 
 namespace tool {
 
@@ -20,7 +19,7 @@ struct LoggedMessage {
 /// "error", "warning" or "information".
 const char* get_level_name(unsigned int level);
 
-/// The main log handler while it lives: keeps every message of the module and the colour library, so that a
+/// The main log handler while it lives: keeps every message of the module and of OpenColorIO, so that a
 /// command can say why something failed, and shows each at once to a user who asked for all of them.
 class LogRecorder : public CoreLogHandler {
 public:
@@ -40,7 +39,6 @@ private:
     Console& console;
     const bool verbose;
     CoreLogHandler* replaced;
-    const LibraryLog library_log;
     std::mutex mutex;
     std::vector<LoggedMessage> messages;
 };

@@ -8,6 +8,7 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/library_messages.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/facade/pending_list.h"
 #include "colorio/ocio/color_space.h"
@@ -154,6 +155,7 @@ void ColorIOManager::clear_CDL_spaces() {
 
 void ColorIOManager::forget_cached_files() {
     ocio::clear_all_caches();
+    begin_library_load();
     forget_added_CDLs();
 }
 

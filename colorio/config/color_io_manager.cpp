@@ -6,6 +6,7 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/library_messages.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/names/color_space_name_index.h"
 #include "colorio/ocio/config.h"
@@ -32,6 +33,7 @@ ColorIOManager::~ColorIOManager() = default;
 
 bool ColorIOManager::static_init(OfApp* app) {
     return at_boundary(false, [&] {
+        follow_library_messages();
         if (!s_instance)
             s_instance = new ColorIOManager(app);
         return s_instance->init();
@@ -43,6 +45,7 @@ ColorIOManager* ColorIOManager::get_instance() {
 }
 
 void ColorIOManager::destroy() {
+    at_boundary([] { leave_library_messages(); });
     delete s_instance;
     s_instance = nullptr;
 }
@@ -120,6 +123,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     if (!app)
         return false;
     ocio::clear_all_caches();
+    begin_library_load();
     const auto take_from = [this](const CoreString& origin, auto create) {
         file_config_loaded = false; // Also when neither of the library's answers arrives.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
