@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/v1/yaml_depth.h"
 #include "colorio/ocio/yaml_size.h"
@@ -10,9 +11,11 @@
 namespace ocio {
 
 ConfigRcPtr create_config() {
-    const ConfigRcPtr config = library::Config::Create();
-    config->setSearchPath(".");
-    return config;
+    return guarded([] {
+        const ConfigRcPtr config = library::Config::Create();
+        config->setSearchPath(".");
+        return config;
+    });
 }
 
 unsigned int get_major_version(const ConstConfigRcPtr&) {
