@@ -1,8 +1,9 @@
 # Shared target settings: every room's library, test and benchmark is declared through these.
 
 include_guard(GLOBAL)
+include(QbHardening)
 
-# Language level, warnings, visibility and sanitizers for one of the project's own targets.
+# Language level, warnings, visibility, hardening and sanitizers for one of the project's own targets.
 function(qb_target_defaults target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   set_target_properties(${target} PROPERTIES
@@ -11,6 +12,7 @@ function(qb_target_defaults target)
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  qb_harden(${target})
   if(QB_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
