@@ -125,7 +125,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     ocio::clear_all_caches();
     begin_library_load();
     const auto take_from = [this](const CoreString& origin, auto create) {
-        file_config_loaded = false; // Also when neither of the library's answers arrives.
+        file_config_loaded = false; // Stays so when something other than an invalid configuration ends this.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
         if (file_config_loaded) {
             file_config_path = origin;
