@@ -33,6 +33,9 @@ public:
     /// Bytes of the character at `at` (before `end`), or 0 when none that XML allows begins there.
     std::size_t character_length(const char* at, const char* end) const;
 
+    /// Bytes of a character by the length table, from its first byte alone; 0 for the zero byte.
+    std::size_t table_length(char first) const { return lengths[static_cast<unsigned char>(first)]; }
+
     /// The end of the name that begins at `at`; `at` itself when none does. The text must be zero-terminated
     /// at `end`. Names follow the fifth edition of XML 1.0; outside UTF-8 every non-ASCII character counts as
     /// a letter, because one code stands for many code pages.

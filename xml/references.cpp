@@ -1,5 +1,7 @@
 #include "xml/references.h"
 
+#include <algorithm>
+
 namespace xml {
 
 namespace {
@@ -55,18 +57,25 @@ Reference read_reference(const char* at) {
     return {XmlError::UNKNOWN_ENTITY, 0, '\0'};
 }
 
-char* decode(Document& document, const char* begin, const char* end, DecodingRules rules) {
+char* decode(Document& document, const char* begin, const char* end, const DecodingRules& rules) {
     char* decoded = document.allocate_array<char>(static_cast<std::size_t>(end - begin) + 1);
     if (decoded == nullptr)
         return nullptr;
     char* out = decoded;
-    for (const char* at = begin; at != end; ++at) {
+    for (const char* at = begin; at != end;) {
+        const std::size_t length =
+            std::min(rules.characters.table_length(*at), static_cast<std::size_t>(end - at));
+        if (length > 1) {
+            out = std::copy_n(at, length, out);
+            at += length;
+            continue;
+        }
         char c = *at;
-        if (c == '&' && rules.references) {
+        if (c == '&') {
             const Reference reference = read_reference(at);
             if (reference.error == XmlError::NONE) {
                 *out++ = reference.byte;
-                at += reference.length - 1;
+                at += reference.length;
                 continue;
             }
         } else if (c == '\r') {
@@ -75,6 +84,7 @@ char* decode(Document& document, const char* begin, const char* end, DecodingRul
             c = '\n';
         }
         *out++ = rules.blanks_to_spaces && (c == '\n' || c == '\t') ? ' ' : c;
+        ++at;
     }
     *out = '\0';
     return decoded;

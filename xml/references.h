@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "xml/characters.h"
 #include "xml/document.h"
 #include "xml/xml_error.h"
 
@@ -34,13 +35,15 @@ struct Reference {
 /// character reference stands for one byte, the zero byte when it has no digits.
 Reference read_reference(const char* at);
 
-/// What becomes of a text besides its line ends, which turn into line feeds.
+/// What becomes of a text besides its line ends, which turn into line feeds. The bytes that the length table
+/// counts to one character are copied whole, whatever they are.
 struct DecodingRules {
-    bool references;       ///< references are replaced; one that is wrong stays as it is
+    const CharacterTable& characters;
     bool blanks_to_spaces; ///< every blank turns into a space, as in an attribute value
 };
 
-/// A zero-terminated decoded copy of [begin, end) in the document; null when memory is short.
-char* decode(Document& document, const char* begin, const char* end, DecodingRules rules);
+/// A zero-terminated copy of [begin, end) in the document with its references replaced; one that is wrong
+/// stays as it is. Null when memory is short.
+char* decode(Document& document, const char* begin, const char* end, const DecodingRules& rules);
 
 } // namespace xml

@@ -13,11 +13,7 @@ namespace xml {
 
 namespace {
 
-constexpr std::string_view TABS = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t"
-                                  "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t"
-                                  "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t"
-                                  "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
-static_assert(TABS.size() == DEEPEST_INDENTATION);
+constexpr std::string_view TABS = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
 
 bool is_named(const NodeRecord& node) {
     return node.name != nullptr && *node.name != '\0';
@@ -176,8 +172,11 @@ void Serializer::write_reference(char byte) {
 }
 
 void Serializer::begin_line(int depth) {
-    if (depth > 0)
-        sink.write(TABS.substr(0, static_cast<std::size_t>(std::min(depth, DEEPEST_INDENTATION))));
+    for (auto left = static_cast<std::size_t>(std::max(depth, 0)); left > 0;) {
+        const std::string_view tabs = TABS.substr(0, left);
+        sink.write(tabs);
+        left -= tabs.size();
+    }
 }
 
 void Serializer::end_line() {

@@ -18,12 +18,9 @@ public:
 
 constexpr int NO_LAYOUT = -1;
 
-/// Indentation stops growing here, so that the size of a written tree is linear in its nodes at any depth.
-constexpr int DEEPEST_INDENTATION = 128;
-
 /// Turns a subtree into text that parses into an equal one. With layout every element, text and clear section
-/// has its own line, indented by one tab per level; a declaration and an unnamed root stand at the level of
-/// their content.
+/// has its own line, indented by one tab per level, however deep; a declaration and an unnamed root stand at
+/// the level of their content.
 ///
 /// The five characters of the entity table become entities. A byte that a reader would refuse or change
 /// becomes a character reference: control characters, bytes that make no character of the current encoding,

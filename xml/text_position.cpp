@@ -10,9 +10,9 @@ void find_position(const char* text, std::size_t offset, const XmlLengthTable& l
     results.column = 1;
     auto lost = lost_line_feeds.begin();
     for (std::size_t at = 0; at < offset;) {
-        const bool is_lost = lost != lost_line_feeds.end() && *lost == at;
-        if (is_lost)
+        while (lost != lost_line_feeds.end() && *lost < at)
             ++lost;
+        const bool is_lost = lost != lost_line_feeds.end() && *lost == at;
         if (is_lost || text[at] == '\n') {
             ++results.line;
             results.column = 1;

@@ -5,10 +5,9 @@
 
 namespace xml {
 
-Tokenizer::Tokenizer(Document& owner, char* owned_text, std::size_t length, const XmlSettings& current,
-                     bool unconverted)
+Tokenizer::Tokenizer(Document& owner, char* owned_text, std::size_t length, const XmlSettings& current)
     : document(owner), characters(CharacterTable::of(current.encoding)), settings(current), text(owned_text),
-      text_end(owned_text + length), cursor(owned_text), is_byte_file(unconverted), error_place(text_end) {}
+      text_end(owned_text + length), cursor(owned_text), error_place(text_end) {}
 
 void Tokenizer::read_into(NodeRecord& root) {
     open_nodes.push_back({&root, 0, 0});
@@ -69,15 +68,25 @@ bool Tokenizer::scan_text(char*& at, const char*& first_undecoded) {
         } else if (*at == ']') {
             if (at[1] == ']' && at[2] == '>')
                 return fail(XmlError::UNMATCHED_CLEAR_TAG_END, at);
-        } else {
-            length = characters.character_length(at, text_end);
-            if (length == 0)
-                return fail(XmlError::UNEXPECTED_TOKEN, at);
+        } else if (characters.is(*at, HIGH)) {
+            length = whole_length(at, '<');
+        } else if (*at != '\r') {
+            return fail(XmlError::UNEXPECTED_TOKEN, at);
         }
         if (first_undecoded == nullptr && (*at == '&' || *at == '\r'))
             first_undecoded = at;
         at += length;
     }
+}
+
+// The bytes that the length table counts to the character at `at`, up to where the markup goes on: a first
+// byte that lacks its others must not hide a tag or the end of a value.
+std::size_t Tokenizer::whole_length(const char* at, char quote) const {
+    const std::size_t length = characters.table_length(*at);
+    std::size_t whole = 1;
+    while (whole < length && at + whole != text_end && at[whole] != '<' && at[whole] != quote)
+        ++whole;
+    return whole;
 }
 
 // Text has no place beside the document element, save the end of a document type's subset. It is an error
@@ -106,7 +115,7 @@ bool Tokenizer::ends_subset(const char* decoded) const {
 const char* Tokenizer::store_text(char* begin, char* end, const char* first_undecoded) {
     char* stored = begin;
     if (first_undecoded != nullptr && first_undecoded < end)
-        stored = require(decode(document, begin, end, {true, false}));
+        stored = require(decode(document, begin, end, {characters, false}));
     else
         terminate(end);
     if (settings.join_text_around_comments && continues_text_before_comment())

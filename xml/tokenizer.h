@@ -30,10 +30,8 @@ T* require(T* allocated) {
 /// for one that matches nothing. Throws std::bad_alloc, and nothing else.
 class Tokenizer {
 public:
-    /// `text` is writable, zero-terminated at `length`, and belongs to the document. `is_byte_file` tells
-    /// that the text was never converted, so that it cannot be in a wide encoding.
-    Tokenizer(Document& document, char* text, std::size_t length, const XmlSettings& settings,
-              bool is_byte_file);
+    /// `text` is writable, zero-terminated at `length`, and belongs to the document.
+    Tokenizer(Document& document, char* text, std::size_t length, const XmlSettings& settings);
 
     void read_into(NodeRecord& root);
 
@@ -64,6 +62,7 @@ private:
 
     bool read_text();
     bool scan_text(char*& at, const char*& first_undecoded);
+    std::size_t whole_length(const char* at, char quote) const;
     bool accept_run_here(const char* run, const char* decoded);
     bool ends_subset(const char* decoded) const;
     const char* store_text(char* begin, char* end, const char* first_undecoded);
@@ -81,8 +80,9 @@ private:
     bool close_to(std::string_view name, const char* place);
     bool read_clear(const ClearTag& tag);
     bool accept_clear_here(ClearTagIndex tag) const;
-    bool scan_verbatim(char*& at, std::string_view close, bool& has_carriage_return, XmlError unclosed);
+    bool scan_verbatim(char*& at, std::string_view close);
     bool read_instruction();
+    bool scan_instruction(char*& at);
     bool check_declaration_here(const char* content, const char* end);
     void read_pseudo_attributes(char* at, char* end);
     char* find_pseudo_value(char* name_end, char* end, char*& value) const;
@@ -101,7 +101,6 @@ private:
     char* const text;
     char* const text_end;
     char* cursor;
-    const bool is_byte_file;
 
     XmlError error = XmlError::NONE;
     const char* error_place;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "xml/declaration_grammar.h"
@@ -18,18 +19,19 @@ bool is_quote(char c) {
     return c == '"' || c == '\'';
 }
 
-// True when a '[' stands outside the quoted literals of a document type.
-bool opens_subset(const char* document_type) {
+// True when a '[' outside the quoted literals of a document type is not closed in it.
+bool leaves_subset_open(const char* document_type) {
     char quote = '\0';
+    bool is_open = false;
     for (const char* at = document_type; *at != '\0'; ++at) {
-        if (quote == '\0' && *at == '[')
-            return true;
-        if (quote == '\0' && is_quote(*at))
-            quote = *at;
-        else if (*at == quote)
+        if (*at == quote)
             quote = '\0';
+        else if (quote == '\0' && is_quote(*at))
+            quote = *at;
+        else if (quote == '\0' && (*at == '[' || *at == ']'))
+            is_open = *at == '[';
     }
-    return false;
+    return is_open;
 }
 
 std::string_view view(const char* begin, const char* end) {
@@ -62,8 +64,8 @@ bool Tokenizer::read_start_tag() {
     if (open_elements == 0 && element_seen)
         return fail(XmlError::UNEXPECTED_TOKEN, cursor);
     open_node(name, static_cast<std::size_t>(name_end - name), false);
-    if (open_elements == 1 && (stray_text != nullptr || subset_is_open))
-        return fail(XmlError::UNEXPECTED_TOKEN, stray_text != nullptr ? stray_text : cursor);
+    if (open_elements == 1 && stray_text != nullptr)
+        return fail(XmlError::UNEXPECTED_TOKEN, stray_text);
     if (*name_end == '>') {
         terminate(name_end);
         cursor = name_end + 1;
@@ -112,7 +114,7 @@ bool Tokenizer::read_attribute(char*& at) {
         return false;
     const char* stored = value;
     if (first_undecoded != nullptr)
-        stored = require(decode(document, value, at, {true, true}));
+        stored = require(decode(document, value, at, {characters, true}));
     terminate(name_end);
     terminate(at++);
     attributes.push_back({name, stored});
@@ -132,10 +134,10 @@ bool Tokenizer::scan_value(char*& at, char quote, const char*& first_undecoded) 
             if (reference.error != XmlError::NONE)
                 return fail(reference.error, at);
             length = reference.length;
-        } else {
-            length = *at == '<' ? 0 : characters.character_length(at, text_end);
-            if (length == 0)
-                return fail(XmlError::UNEXPECTED_TOKEN, at);
+        } else if (characters.is(*at, HIGH)) {
+            length = whole_length(at, quote);
+        } else if (!is_quote(*at) && !characters.is(*at, BLANK)) {
+            return fail(XmlError::UNEXPECTED_TOKEN, at);
         }
         if (first_undecoded == nullptr && (*at == '&' || characters.is(*at, BLANK)))
             first_undecoded = at;
@@ -213,18 +215,13 @@ bool Tokenizer::read_clear(const ClearTag& tag) {
         return fail(XmlError::UNEXPECTED_TOKEN, cursor);
     char* const value = cursor + tag.open_length;
     char* at = value;
-    bool has_carriage_return = false;
-    const std::string_view close(tag.close, tag.close_length);
-    if (!scan_verbatim(at, close, has_carriage_return, XmlError::UNMATCHED_CLEAR_TAG_END))
+    if (!scan_verbatim(at, {tag.close, tag.close_length}))
         return false;
-    const char* stored = value;
-    if (has_carriage_return)
-        stored = require(decode(document, value, at, {false, false}));
     terminate(at);
-    contents.push_back({const_cast<char*>(stored), XmlContentKind::CLEAR, index});
+    contents.push_back({value, XmlContentKind::CLEAR, index});
     if (index == DOCUMENT_TYPE) {
         document_type_seen = true;
-        subset_is_open = opens_subset(stored);
+        subset_is_open = leaves_subset_open(value);
     } else if (index == PREFORMATTED) {
         element_seen = true;
     }
@@ -246,23 +243,32 @@ bool Tokenizer::accept_clear_here(ClearTagIndex tag) const {
     }
 }
 
-// Moves `at` to the first `close`; without one, `unclosed` is raised at the cursor. No markup is looked at,
-// but the characters must be such that XML allows, and a comment may not hold "--".
-bool Tokenizer::scan_verbatim(char*& at, std::string_view close, bool& has_carriage_return,
-                              XmlError unclosed) {
-    const bool is_comment = close == CLEAR_TAGS[COMMENT].close;
+// Moves `at` to the first `close`, whatever is between. Only the bytes of whole characters are stepped over
+// together: the second byte of one can be a bracket, but a first byte that lacks its others hides no end.
+bool Tokenizer::scan_verbatim(char*& at, std::string_view close) {
     for (;;) {
         while (!characters.is(*at, CLEAR_STOP))
             ++at;
         if (at == text_end)
-            return fail(unclosed, cursor);
+            return fail(XmlError::UNMATCHED_CLEAR_TAG_END, cursor);
         if (*at == close[0] && std::strncmp(at, close.data(), close.size()) == 0)
             return true;
-        const std::size_t length = characters.character_length(at, text_end);
-        if (length == 0 || (is_comment && at[0] == '-' && at[1] == '-'))
+        at += std::max<std::size_t>(characters.character_length(at, text_end), 1);
+    }
+}
+
+// Moves `at` to the end of a processing instruction. What it holds becomes names and values, which have no
+// control characters.
+bool Tokenizer::scan_instruction(char*& at) {
+    for (;; ++at) {
+        while (!characters.is(*at, CLEAR_STOP))
+            ++at;
+        if (at == text_end)
+            return fail(XmlError::UNEXPECTED_TOKEN, cursor);
+        if (std::strncmp(at, INSTRUCTION_END.data(), INSTRUCTION_END.size()) == 0)
+            return true;
+        if (!characters.is(*at, HIGH) && characters.character_length(at, text_end) == 0)
             return fail(XmlError::UNEXPECTED_TOKEN, at);
-        has_carriage_return |= *at == '\r';
-        at += length;
     }
 }
 
@@ -274,8 +280,7 @@ bool Tokenizer::read_instruction() {
         return fail(XmlError::MISSING_START_TAG_NAME, target);
     open_node(target, static_cast<std::size_t>(target_end - target), true);
     char* end = target_end;
-    bool has_carriage_return = false;
-    if (!scan_verbatim(end, INSTRUCTION_END, has_carriage_return, XmlError::UNEXPECTED_TOKEN))
+    if (!scan_instruction(end))
         return false;
     const bool has_content = target_end != end;
     if (has_content && !characters.is(*target_end, BLANK))
@@ -299,8 +304,6 @@ bool Tokenizer::check_declaration_here(const char* content, const char* end) {
     const DeclarationCheck check = check_declaration(view(content, end));
     if (check.fault != nullptr)
         return fail(XmlError::UNEXPECTED_TOKEN, check.fault);
-    if (is_byte_file && is_wide_encoding(check.encoding))
-        return fail(XmlError::CONVERSION_FAILED, check.encoding.data());
     return true;
 }
 
@@ -348,7 +351,7 @@ void Tokenizer::add_pseudo_attribute(char* name, char* name_end, char* value, ch
     terminate(name_end);
     const char* stored = value;
     if (value != nullptr) {
-        stored = require(decode(document, value, value_end, {true, true}));
+        stored = require(decode(document, value, value_end, {characters, true}));
         terminate(value_end);
     }
     attributes.push_back({name, stored});

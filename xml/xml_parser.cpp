@@ -54,11 +54,11 @@ NodeRecord* choose_node(NodeRecord& root, const char* first_tag, XmlResults& res
     return node;
 }
 
-NodeRecord* read_tree(Document& document, char* text, std::size_t length, bool is_byte_file,
-                      const char* first_tag, XmlResults& results) {
+NodeRecord* read_tree(Document& document, char* text, std::size_t length, const char* first_tag,
+                      XmlResults& results) {
     const XmlSettings& settings = get_xml_settings();
     NodeRecord* root = require(create_record(document, nullptr, false));
-    Tokenizer tokenizer(document, text, length, settings, is_byte_file);
+    Tokenizer tokenizer(document, text, length, settings);
     tokenizer.read_into(*root);
     results = {tokenizer.get_error(), 0, 0};
     NodeRecord* node = choose_node(*root, first_tag, results);
@@ -70,8 +70,7 @@ NodeRecord* read_tree(Document& document, char* text, std::size_t length, bool i
 
 // Reads the text that begins `skipped` bytes into `owned`, which it takes over. The result, counted once, is
 // null on error. A shortage of memory counts as finding no elements.
-NodeRecord* parse_owned(OwnedText owned, std::size_t skipped, bool is_byte_file, const char* first_tag,
-                        XmlResults& results) {
+NodeRecord* parse_owned(OwnedText owned, std::size_t skipped, const char* first_tag, XmlResults& results) {
     char* text = owned.buffer + skipped;
     const std::size_t length = std::strlen(text);
     Document* document = Document::create(length);
@@ -83,7 +82,7 @@ NodeRecord* parse_owned(OwnedText owned, std::size_t skipped, bool is_byte_file,
     document->adopt_text(owned.buffer);
     NodeRecord* node = nullptr;
     try {
-        node = read_tree(*document, text, length, is_byte_file, first_tag, results);
+        node = read_tree(*document, text, length, first_tag, results);
     } catch (const std::bad_alloc&) {
         fail(results, XmlError::NO_ELEMENTS_FOUND);
     }
@@ -125,7 +124,7 @@ NodeRecord* parse_loaded_file(OwnedText file, const char* first_tag, XmlResults&
     }
     if (guessing && wide.is_utf16) {
         if (convert_wide_file(file, wide))
-            return parse_owned(file, 0, false, first_tag, results);
+            return parse_owned(file, 0, first_tag, results);
         std::free(file.buffer);
         fail(results, XmlError::CONVERSION_FAILED);
         return nullptr;
@@ -133,7 +132,7 @@ NodeRecord* parse_loaded_file(OwnedText file, const char* first_tag, XmlResults&
     std::size_t skipped = has_utf8_mark(file.buffer) ? UTF_8_MARK_LENGTH : 0;
     if (!guessing && wide.is_utf16 && !wide.is_big_endian)
         skipped = wide.mark_length;
-    return parse_owned(file, skipped, true, first_tag, results);
+    return parse_owned(file, skipped, first_tag, results);
 }
 
 void select_guessed_encoding(const OwnedText& file) {
@@ -159,8 +158,8 @@ XmlNode XmlNode::parse_string(const char* text, const char* first_tag, XmlResult
     xml::OwnedText copy;
     xml::NodeRecord* node = nullptr;
     if (xml::copy_text(text, copy))
-        node = xml::parse_owned(copy, xml::has_utf8_mark(text) ? xml::UTF_8_MARK_LENGTH : 0, false, first_tag,
-                                found);
+        node =
+            xml::parse_owned(copy, xml::has_utf8_mark(text) ? xml::UTF_8_MARK_LENGTH : 0, first_tag, found);
     else
         xml::fail(found, XmlError::NO_ELEMENTS_FOUND);
     if (results != nullptr)

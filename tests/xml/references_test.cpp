@@ -34,6 +34,8 @@ TEST_F(XmlTest, CharacterReferencesStandForOneByte) {
 TEST_F(XmlTest, ACharacterReferenceAbove255IsCode13) {
     EXPECT_EQ(fault("<a>x&#256;</a>"), "13 at 1:5");
     EXPECT_EQ(fault("<a>&#x100;</a>"), "13 at 1:4");
+    EXPECT_EQ(fault("<a>&#2550;</a>"), "13 at 1:4");
+    EXPECT_EQ(fault("<a>&#xFF0;</a>"), "13 at 1:4");
     EXPECT_EQ(fault("<a b='&#8364;'/>"), "13 at 1:7");
     EXPECT_EQ(fault("<a>&#99999999999999999999999999;</a>"), "13 at 1:4");
 }

@@ -50,6 +50,17 @@ TEST_F(RoundTrip, CharactersThatNeedAReference) {
     expect_equal_after_writing("<a>]]&gt; &amp;amp; &#233; &#195;&#169; \xC3\xA9 &#239;&#191;&#190;</a>");
 }
 
+TEST_F(RoundTrip, BytesThatMakeNoCharacter) {
+    expect_equal_after_writing("<a b='\xE9\xC3'>\xE9&amp;\r\n\xC0<c/>\xF0</a>");
+    expect_equal_after_writing("<?go \xE9 ?><a><?in b='\xE9&#65;' \xC3?>x</a>");
+    expect_equal_after_writing("<a>\xC3<!--c-->\xA9</a>");
+}
+
+TEST_F(RoundTrip, SectionsOfAnyBytes) {
+    expect_equal_after_writing("<a><!-- \x01 -- \xE9--><![CDATA[\r\n\xF0]]></a>");
+    expect_equal_after_writing("<!DOCTYPE a [\xE9><a/>");
+}
+
 TEST_F(RoundTrip, TextsInTwoByteEncodings) {
     use_encoding(XmlEncoding::SHIFT_JIS);
     expect_equal_after_writing("<a b='\x83\x5D'>\x83\x5D&#131;&lt;\xB1&#129;</a>");

@@ -135,15 +135,20 @@ TEST_F(XmlTest, PositionedContentIsWrittenInDocumentOrder) {
     EXPECT_EQ(top.create_string(-1), "<a><first/><second/></a>");
 }
 
-TEST_F(XmlTest, IndentationStopsGrowingAt128) {
-    XmlNode top = XmlNode::create_top_node("a");
-    XmlNode deep = top;
-    for (int i = 0; i < 130; ++i)
-        deep = deep.add_child("b");
-    const std::string text = top.create_string(0);
-    EXPECT_NE(text.find("\n" + std::string(127, '\t') + "<b>\n" + std::string(128, '\t') + "<b>\n" +
-                        std::string(128, '\t') + "<b>\n" + std::string(128, '\t') + "<b/>\n"),
-              std::string::npos);
+TEST_F(XmlTest, IndentationGrowsByOneTabPerLevelWithoutBound) {
+    constexpr std::size_t DEPTH = 1000;
+    XmlNode top = XmlNode::create_top_node("b");
+    XmlNode deepest = top;
+    for (std::size_t i = 0; i < DEPTH; ++i)
+        deepest = deepest.add_child("b");
+    std::string expected;
+    for (std::size_t depth = 0; depth < DEPTH; ++depth)
+        expected += std::string(depth, '\t') + "<b>\n";
+    expected += std::string(DEPTH, '\t') + "<b/>\n";
+    for (std::size_t depth = DEPTH; depth-- > 0;)
+        expected += std::string(depth, '\t') + "</b>\n";
+    EXPECT_EQ(top.create_string(0), expected);
+    EXPECT_EQ(top.create_string(nullptr, 0), expected.size());
 }
 
 } // namespace

@@ -39,7 +39,6 @@ TEST_F(TextRuns, AllBlanksStayWhenTheyAreNotDropped) {
 
 TEST_F(TextRuns, LineEndsBecomeLineFeeds) {
     EXPECT_EQ(tree("<a>one\r\ntwo\rthree\nfour\r\r\nfive</a>"), "a(\"one\ntwo\nthree\nfour\n\nfive\")");
-    EXPECT_EQ(tree("<a><![CDATA[one\r\ntwo\r]]></a>"), "a(<![CDATA[one\ntwo\n]]>)");
     keep_white_space();
     EXPECT_EQ(tree("<a>\r\n x &amp;\r</a>"), "a(\"\n x &\n\")");
     EXPECT_EQ(tree("<a>\r\n</a>"), "a(\"\n\")");
@@ -109,6 +108,23 @@ TEST_F(TextRuns, BytesOfTheCurrentEncodingAreCopiedAsTheyAre) {
               "a[b=\xC3\xA9](\"\xE2\x82\xAC & \xF0\x9F\x8E\xA8\")");
     use_encoding(XmlEncoding::SINGLE_BYTE);
     EXPECT_EQ(tree("<a>\xE9\x80\xFF</a>"), "a(\"\xE9\x80\xFF\")");
+}
+
+TEST_F(TextRuns, BytesThatMakeNoCharacterAreCopiedWholeByTheLengthTable) {
+    EXPECT_EQ(tree("<a b='\xE9t\xE9'>\xE9t\xE9 au lait</a>"), "a[b=\xE9t\xE9](\"\xE9t\xE9 au lait\")");
+    EXPECT_EQ(tree("<a>\xC0\xAF \xED\xA0\xBC \xF4\x90\x80\x80 \xEF\xBF\xBF \xFF</a>"),
+              "a(\"\xC0\xAF \xED\xA0\xBC \xF4\x90\x80\x80 \xEF\xBF\xBF \xFF\")");
+    EXPECT_EQ(tree("<a>&lt;\xC3&amp;&amp;</a>"), "a(\"<\xC3&amp;&\")");
+    EXPECT_EQ(tree("<a>\xE9]]></a>"), "a(\"\xE9]]>\")");
+    use_encoding(XmlEncoding::SHIFT_JIS);
+    EXPECT_EQ(tree("<a>\x83&lt;\x83\r\n</a>"), "a(\"\x83&lt;\x83\")");
+}
+
+TEST_F(TextRuns, ACharacterThatLacksBytesHidesNoMarkup) {
+    EXPECT_EQ(tree("<a b='\xF0' c=\"\xE9'\">\xF0<b>\xE2\x82</b>\xE9<!--c-->\xC3</a>"),
+              "a[b=\xF0 c=\xE9'](\"\xF0\" b(\"\xE2\x82\") \"\xE9\xC3\")");
+    EXPECT_EQ(fault("<a b='\xF0<'/>"), "8 at 1:8");
+    EXPECT_EQ(fault("<a>\xF0"), "1 at 1:5");
 }
 
 } // namespace

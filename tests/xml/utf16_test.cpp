@@ -93,13 +93,23 @@ TEST_F(Utf16Files, OnlyLoseTheirMarkWhenWideCharactersAreNotGuessed) {
     set_xml_settings(settings);
     EXPECT_EQ(read(LITTLE_MARK + "<a/>"), "a");
     EXPECT_EQ(code_of(LITTLE_MARK + widen("<a/>", false)), "2 at 1:2");
-    EXPECT_EQ(code_of(BIG_MARK + "<a/>"), "2 at 1:1");
+    EXPECT_EQ(code_of(BIG_MARK + "<a/>"), "8 at 1:1");
 }
 
-TEST_F(Utf16Files, ThatAreBytesInTruthAreCode14AtTheDeclaredName) {
-    EXPECT_EQ(code_of("<?xml version='1.0' encoding='UTF-16'?><a/>"), "14 at 1:31");
-    EXPECT_EQ(code_of("<?xml version='1.0' encoding='ucs-2'?><a/>"), "14 at 1:31");
+TEST_F(Utf16Files, ThatAreBytesInTruthAreReadAsBytes) {
+    EXPECT_EQ(code_of("<?xml version='1.0' encoding='UTF-16'?><a/>"), "none");
+    EXPECT_EQ(code_of("<?xml version='1.0' encoding='ucs-2'?><a/>"), "none");
+    EXPECT_EQ(read("\xEF\xBB\xBF<?xml version='1.0' encoding='utf-16'?><a>\xC3\xA9</a>"),
+              "?xml[version=1.0 encoding=utf-16](a(\"\xC3\xA9\"))");
     EXPECT_EQ(fault("<?xml version='1.0' encoding='UTF-16'?><a/>"), "none");
+}
+
+TEST_F(Utf16Files, ThatAreBytesInTruthAreReportedAsNoFault) {
+    const std::string path =
+        folder.file("bytes.xml", "<?xml version='1.0' encoding='utf-16'?><a>caf\xE9 au lait</a>");
+    const XmlNode top = XmlNode::parse_file_or_report(path.c_str());
+    EXPECT_EQ(describe(top.get_child(0)), "a(\"caf\xE9 au lait\")");
+    EXPECT_EQ(get_xml_settings().encoding, XmlEncoding::SINGLE_BYTE);
 }
 
 TEST(Utf16Conversion, GrowsForAStatefulTarget) {
