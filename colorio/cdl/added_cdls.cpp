@@ -62,7 +62,17 @@ void AddedCDLs::note_list(const List& list) {
     for (const Def& def : list)
         if (!def.is_builtin)
             listed.emplace(get_key(def), def);
-    complete_list = &list;
+    // A record that overwrites a built-in one is added before a custom one of the same name, and gives way to
+    // it at once.
+    const bool has_hidden_name = std::any_of(list.begin(), list.end(), [this](const Def& def) {
+        return def.is_builtin && listed.count(get_key(def)) != 0;
+    });
+    if (!has_hidden_name)
+        complete_list = &list;
+}
+
+void AddedCDLs::forget_list() {
+    complete_list = nullptr;
 }
 
 bool AddedCDLs::is_complete(const List& list) const {

@@ -17,8 +17,11 @@ public:
     bool holds(const Def& def, bool from_file) const;
     void remember(const Def& def, bool from_file);
 
-    /// Takes note that `list` was added. It counts as complete if every custom record of it is held.
+    /// Takes note that `list` was added. It counts as complete if every custom record of it is held, and none
+    /// shares its name with a built-in one.
     void note_list(const List& list);
+    /// From now on no list is complete.
+    void forget_list();
     /// True when `list`, told apart by its address, is complete, no file of it came or went since, and so
     /// nothing of it needs to be added again but `find_replaced`.
     bool is_complete(const List& list) const;

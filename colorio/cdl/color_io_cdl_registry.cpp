@@ -101,6 +101,8 @@ void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileRead
         });
     if (added)
         added_cdls->remember(def, from_file);
+    else
+        added_cdls->forget_list(); // One that failed is tried again with the whole list.
 }
 
 bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
@@ -184,7 +186,10 @@ bool ColorIOManager::add_unlisted_CDL(const ColorDecisionListDef& entry) {
         *same_name = entry;
     else
         list.append(entry);
-    return add_custom_CDLs_to_tavelion_config(list);
+    const bool added = add_custom_CDLs_to_tavelion_config(list);
+    if (cdl_config)
+        added_cdls->note_list(tavelion_color_decision_lists);
+    return added;
 }
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorDecisionListDef>& list) {

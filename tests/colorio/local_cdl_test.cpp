@@ -1,6 +1,12 @@
 #include "colorio/color_io_manager.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,6 +31,14 @@ protected:
 
     void add(const char* name, float slope) {
         EXPECT_TRUE(ColorIOManager::get_instance()->add_local_CDL(cdl_record(name, {{slope, slope, slope}})));
+    }
+    /// The published names but "No CDL".
+    static std::vector<std::string> published_cdls() {
+        std::vector<std::string> names;
+        for (const CoreString& name : ColorIOManager::get_instance()->get_CDL_names())
+            if (name != "No CDL")
+                names.emplace_back(name.get_data());
+        return names;
     }
     /// What the CDL of that name makes of 0.125.
     float grade(const char* name) {
@@ -83,6 +97,102 @@ TEST_F(LocalCdl, HasAListedFileThatIsGoneReplacedByTheRecordsNumbers) {
     add("input_local_CDL", 16);
     EXPECT_EQ(grade("filed"), 0.5f);
     EXPECT_THAT(take_log(), IsEmpty());
+}
+
+TEST_F(LocalCdl, HasAListedFileThatCameBackReadAgain) {
+    CdlDef filed = cdl_record("filed", {{4, 4, 4}});
+    const std::string path = write_file("filed.cc", correction_text("filed", "2"));
+    filed.file = path.c_str();
+    use_cdls({filed});
+    std::filesystem::remove(path);
+    add("input_local_CDL", 16);
+    EXPECT_EQ(grade("filed"), 0.5f);
+    write_file("filed.cc", correction_text("filed", "2"));
+    add("input_local_CDL", 8);
+    EXPECT_EQ(grade("filed"), 0.25f);
+    EXPECT_EQ(grade("input_local_CDL"), 1.0f);
+}
+
+TEST_F(LocalCdl, GivesWayToACustomRecordBehindTheBuiltInOneThatItOverwrites) {
+    CdlDef builtin = cdl_record("warm", {});
+    builtin.is_builtin = true;
+    use_cdls({builtin, cdl_record("warm", {{2, 2, 2}})});
+    add("warm", 4);
+    EXPECT_EQ(grade("warm"), 0.25f);
+}
+
+/// The colour spaces that lists and local CDLs leave behind when every local CDL has the whole list added
+/// again: by name in lower case, the factor of each.
+class WholeCopies {
+public:
+    void set_list(const std::vector<CdlDef>& records, const std::string& file, float slope) {
+        list = records;
+        filed = file;
+        file_slope = slope;
+        slopes.clear();
+        add_all(list);
+    }
+    void add_local(const CdlDef& entry) {
+        std::vector<CdlDef> copy = list;
+        const auto same =
+            std::find_if(copy.begin(), copy.end(), [&](const CdlDef& def) { return def.name == entry.name; });
+        if (same != copy.end())
+            *same = entry;
+        else
+            copy.push_back(entry);
+        add_all(copy);
+    }
+    const std::map<std::string, float>& get_slopes() const { return slopes; }
+
+private:
+    void add_all(const std::vector<CdlDef>& records) {
+        for (const CdlDef& def : records) {
+            const bool from_file = !def.file.is_empty() && std::filesystem::exists(filed);
+            if (!def.is_builtin)
+                slopes[std::string(def.name.get_lower_case().view())] = from_file ? file_slope : def.slope[0];
+        }
+    }
+
+    std::vector<CdlDef> list;
+    std::string filed;
+    float file_slope = 1;
+    std::map<std::string, float> slopes;
+};
+
+TEST_F(LocalCdl, IsTheSameAsAddingTheWholeListWithItWhateverCameBefore) {
+    constexpr std::array<const char*, 4> NAMES = {"warm", "Warm", "cool", "filed"};
+    const std::string path = path_of("filed.cc");
+    const std::string text = correction_text("filed", "2");
+    std::mt19937 random(20);
+    const auto pick = [&random](unsigned int count) { return random() % count; };
+    const auto pick_record = [&] {
+        const auto slope = static_cast<float>(4 + pick(8));
+        CdlDef def = cdl_record(NAMES[pick(4)], {{slope, slope, slope}});
+        def.is_builtin = pick(4) == 0;
+        def.file = pick(3) == 0 ? path.c_str() : "";
+        return def;
+    };
+    WholeCopies expected;
+    for (int round = 0; round < 60; ++round) {
+        std::vector<CdlDef> list;
+        for (unsigned int i = 0; i < 4; ++i)
+            list.push_back(pick_record());
+        write_file("filed.cc", text);
+        use_cdls(list);
+        expected.set_list(list, path, 2);
+        for (int step = 0; step < 8; ++step) {
+            if (pick(3) == 0 && !std::filesystem::remove(path))
+                write_file("filed.cc", text);
+            const CdlDef entry = pick_record();
+            EXPECT_TRUE(ColorIOManager::get_instance()->add_local_CDL(entry));
+            expected.add_local(entry);
+            for (const std::string& name : published_cdls()) {
+                const std::string key(CoreString(name.c_str()).get_lower_case().view());
+                ASSERT_EQ(grade(name.c_str()), 0.125f * expected.get_slopes().at(key))
+                    << "round " << round << ", step " << step << ", " << name;
+            }
+        }
+    }
 }
 
 } // namespace
