@@ -1,10 +1,9 @@
 #include "colorio/cdl/cdl_document.h"
 
 #include <charconv>
-#include <cmath>
-#include <limits>
 #include <string_view>
 
+#include "colorio/cdl/cdl_ranges.h"
 #include "colorio/facade/color_io_log.h"
 
 namespace {
@@ -31,15 +30,15 @@ void read_numbers(const XmlNode& element, unsigned int first, unsigned int end, 
     }
 }
 
-/// Whether the element's text is exactly `count` finite numbers from `minimum` on.
-bool holds_numbers(const XmlNode& element, unsigned int count, double minimum) {
+/// Whether the element's text is exactly `count` valid numbers.
+bool holds_numbers(const XmlNode& element, unsigned int count, CDLNumber kind) {
     const CoreVector<CoreString> words = CoreString(element.get_text(0)).split_word(" ");
     for (const CoreString& word : words) {
         const std::string_view text = word.view();
         double value = 0;
         const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(value) ||
-            value < minimum)
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size() ||
+            !is_valid_CDL_number(kind, value))
             return false;
     }
     return words.get_count() == count;
@@ -48,12 +47,11 @@ bool holds_numbers(const XmlNode& element, unsigned int count, double minimum) {
 } // namespace
 
 bool is_valid_correction(const XmlNode& correction) {
-    constexpr double ANY = std::numeric_limits<double>::lowest();
-    constexpr double ABOVE_ZERO = std::numeric_limits<double>::min();
     const XmlNode sop = correction.get_child("SOPNode");
-    return holds_numbers(sop.get_child("Slope"), 3, 0) && holds_numbers(sop.get_child("Offset"), 3, ANY) &&
-           holds_numbers(sop.get_child("Power"), 3, ABOVE_ZERO) &&
-           holds_numbers(correction.get_child("SATNode").get_child("Saturation"), 1, 0);
+    return holds_numbers(sop.get_child("Slope"), 3, CDLNumber::SLOPE) &&
+           holds_numbers(sop.get_child("Offset"), 3, CDLNumber::OFFSET) &&
+           holds_numbers(sop.get_child("Power"), 3, CDLNumber::POWER) &&
+           holds_numbers(correction.get_child("SATNode").get_child("Saturation"), 1, CDLNumber::SATURATION);
 }
 
 ColorDecisionListDef make_identity_CDL() {

@@ -26,8 +26,8 @@ enum class MissingElement { GO_ON, GIVE_UP };
 bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
                            ColorIOManager::ColorDecisionListDef& def);
 
-/// True for a ColorCorrection element that holds everything, three finite numbers each, and saturation,
-/// within the ranges of the ASC CDL: slope and saturation not negative, power above 0. Logs nothing.
+/// True for a ColorCorrection element that holds everything, three numbers each and one saturation, all of
+/// them valid. Logs nothing.
 bool is_valid_correction(const XmlNode& correction);
 
 /// Identity values, no name, custom.

@@ -106,12 +106,32 @@ TEST_F(AwkwardUse, ACollectionThatOnlyRepeatsAnIdGivesTheFirstOfThatId) {
 }
 
 TEST_F(AwkwardUse, ACollectionThatRepeatsAnIdAndHasAnotherFaultIsRefused) {
-    for (const std::string slope : {"-1", "x", "1 1"}) {
+    for (const std::string slope : {"-1", "x", "1 1", "inf", "nan"}) {
         take_log();
         use_collection(correction_text("a", "2") + correction_text("a", slope));
         EXPECT_FALSE(converter->configure_CDL("No CDL", "filed")) << slope;
         EXPECT_THAT(take_log(),
                     Not(Contains(error("Node 'Slope' not find in '" + path_of("twice.ccc") + "'.\n"))));
+    }
+}
+
+TEST_F(AwkwardUse, ACollectionThatRepeatsAnIdIsHeldToTheRangesOfEveryNumber) {
+    const auto with = [](const std::string& offset, const std::string& power, const std::string& saturation) {
+        return "<ColorCorrection id=\"a\"><SOPNode><Slope>2 2 2</Slope><Offset>0 0 " + offset +
+               "</Offset><Power>1 1 " + power + "</Power></SOPNode><SATNode><Saturation>" + saturation +
+               "</Saturation></SATNode></ColorCorrection>";
+    };
+    struct Case {
+        std::string second;
+        bool is_valid;
+    };
+    for (const Case& test : {Case{with("-5", "0.001", "0"), true}, Case{with("0", "0", "1"), false},
+                             Case{with("0", "-0.0", "1"), false}, Case{with("0", "-1", "1"), false},
+                             Case{with("0", "inf", "1"), false}, Case{with("inf", "1", "1"), false},
+                             Case{with("nan", "1", "1"), false}, Case{with("0", "1", "-0.5"), false},
+                             Case{with("0", "1", "inf"), false}, Case{with("0", "nan", "1"), false}}) {
+        use_collection(correction_text("a", "2") + test.second);
+        EXPECT_EQ(converter->configure_CDL("No CDL", "filed"), test.is_valid) << test.second;
     }
 }
 

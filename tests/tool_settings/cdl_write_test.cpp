@@ -106,6 +106,31 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     EXPECT_FALSE(folder.exists("a.cc"));
 }
 
+TEST_F(CdlWrite, RefusesInvalidNumbersAndWritesNothing) {
+    const auto write = [&](const std::string& numbers) {
+        return run({"cdl", "write", path("a.cc"), "--exact", "--cdl", "a=" + numbers});
+    };
+    EXPECT_THAT(write("-1.5,1,1/0,0,0/1,1,1/1"),
+                FailsWith(2, HasSubstr("invalid CDL '-1.5,1,1/0,0,0/1,1,1/1': slope -1.5 is negative")));
+    EXPECT_THAT(write("1,1,1/0,0,0/1,1,0/1"), FailsWith(2, HasSubstr("power 0 is not greater than 0")));
+    EXPECT_THAT(write("1,1,1/0,0,0/1,-1,1/1"), FailsWith(2, HasSubstr("power -1 is not greater than 0")));
+    EXPECT_THAT(write("1,1,1/0,0,0/1,1,1/-0.5"), FailsWith(2, HasSubstr("saturation -0.5 is negative")));
+    EXPECT_FALSE(folder.exists("a.cc"));
+    EXPECT_THAT(write("0,0,0/-1,-1,-1/0.001,1,1/0"), Succeeds());
+}
+
+TEST_F(CdlWrite, RefusesAPowerThatOneDecimalMakesInvalid) {
+    const std::vector<std::string> arguments = {"cdl", "write", path("a.cc"), "--cdl",
+                                                "a=1,1,1/0,0,0/0.04,1,1/1"};
+    EXPECT_THAT(run(arguments), FailsWith(1, AllOf(HasSubstr("with one decimal, power 0 is not greater than "
+                                                             "0 in 'a'"),
+                                                   HasSubstr("--exact"))));
+    EXPECT_FALSE(folder.exists("a.cc"));
+    std::vector<std::string> exact = arguments;
+    exact.emplace_back("--exact");
+    EXPECT_THAT(run(exact), Succeeds());
+}
+
 TEST_F(CdlWrite, FailsWhereNothingCanBeWritten) {
     for (const char* option : {"--collection", "--exact"})
         EXPECT_THAT(run({"cdl", "write", path("missing/a.cc"), option, "--cdl", "a=1,1,1/0,0,0/1,1,1/1"}),

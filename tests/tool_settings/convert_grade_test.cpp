@@ -57,6 +57,28 @@ TEST_F(ConvertGrade, GradesForADisplay) {
     EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
 }
 
+TEST_F(ConvertGrade, RefusesAnInvalidCorrectionAsExplainAndCdlAddDo) {
+    const auto correction = [](const std::string& slope, const std::string& power) {
+        return "<ColorCorrection id=\"odd\"><SOPNode><Slope>" + slope +
+               " 1 1</Slope><Offset>0 0 0</Offset><Power>" + power +
+               " 1 1</Power></SOPNode><SATNode><Saturation>1</Saturation></SATNode></ColorCorrection>";
+    };
+    folder.write("slope.cc", correction("-1.5", "1"));
+    folder.write("power.cc", correction("1", "0"));
+    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    for (const auto& [file, fault] : {std::pair("slope.cc", "slope -1.5 is negative"),
+                                      std::pair("power.cc", "power 0 is not greater than 0")}) {
+        const auto refused = FailsWith(1, HasSubstr("invalid CDL 'odd' in '" + path(file) + "': " + fault));
+        EXPECT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "linear",
+                         "--cdl", path(file)}),
+                    refused);
+        EXPECT_THAT(run({"explain", "linear", "linear", "--cdl", path(file)}), refused);
+        EXPECT_THAT(run({"cdl", "add", "odd", path(file)}), refused);
+        EXPECT_THAT(run({"cdl", "show", path(file)}), Succeeds());
+    }
+    EXPECT_FALSE(folder.exists("out.exr"));
+}
+
 TEST_F(ConvertGrade, UndoesACorrection) {
     const Picture undone = convert({1.0f, 0.5f, 0.25f},
                                    {"--from", "linear", "--to", "linear", "--cdl", warm(), "--inverse-cdl"});

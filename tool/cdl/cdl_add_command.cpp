@@ -66,7 +66,7 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
     if (!values.empty())
         return make_cdl_record(parse_numbers(values), name);
     const CorrectionSource found = parse_correction_source(source);
-    const Correction correction = read_correction(found);
+    const Correction correction = read_valid_correction(found);
     warn_of_unread_elements(correction, console);
     ColorDecisionListDef record = make_cdl_record(correction, name);
     const bool is_collection = SysFilesystem::get_file_extension(found.path.c_str()) == COLLECTION_EXTENSION;

@@ -32,6 +32,10 @@ struct Loss {
     std::string place;
 };
 
+float round_number(float value) {
+    return parse_number(fmt::format("{:.1f}", value)).value();
+}
+
 void compare(const Correction& correction, const char* name, const float* wanted, const float* written,
              std::size_t count, Loss& largest) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -52,6 +56,14 @@ Loss find_largest_loss(const std::vector<Correction>& wanted, const std::vector<
         compare(a, "saturation", &a.saturation, &b.saturation, 1, largest);
     }
     return largest;
+}
+
+/// As a document with one decimal holds it.
+Correction round_numbers(Correction correction) {
+    for (float* values : {correction.slope, correction.offset, correction.power})
+        std::transform(values, values + 3, values, round_number);
+    correction.saturation = round_number(correction.saturation);
+    return correction;
 }
 
 class CdlWriteCommand : public Command {
@@ -108,8 +120,14 @@ std::vector<Correction> CdlWriteCommand::parse_corrections() const {
 
 void CdlWriteCommand::write_rounded(const std::vector<Correction>& corrections, Console& console) const {
     CoreVector<ColorIOManager::ColorDecisionListDef> records;
-    for (const Correction& correction : corrections)
+    for (const Correction& correction : corrections) {
+        const std::string fault = find_invalid_number(round_numbers(correction));
+        if (!fault.empty())
+            throw CommandError(fmt::format("cannot write '{}': with one decimal, {} in '{}'; --exact writes "
+                                           "every digit",
+                                           path, fault, correction.id));
         records.append(make_cdl_record(correction, correction.id));
+    }
     ColorIOManager manager(nullptr);
     errno = 0; // which the module leaves behind when the system has a reason
     if (!manager.create_XML_from_CDL(records, path.c_str(), is_collection))

@@ -78,6 +78,8 @@ Correction parse_numbers(const std::string& text) {
     parse_triple(parts[1], "offset", correction.offset);
     parse_triple(parts[2], "power", correction.power);
     correction.saturation = parse_part(parts[3]);
+    if (const std::string fault = find_invalid_number(correction); !fault.empty())
+        throw UsageError(fmt::format("invalid CDL '{}': {}", text, fault));
     return correction;
 }
 

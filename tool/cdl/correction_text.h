@@ -24,7 +24,7 @@ double shorten(float value);
 std::string format_triple(const float (&values)[3]);
 
 /// The numbers in "1.2,1,0.9/0,0,0/1,1,1/0.8": slope, offset and power of red, green and blue, and the
-/// saturation. Throws UsageError.
+/// saturation. Throws UsageError, also for a number that the ASC CDL does not allow.
 Correction parse_numbers(const std::string& text);
 /// "NAME=" in front of such numbers. Throws UsageError.
 Correction parse_named_numbers(const std::string& text);

@@ -22,6 +22,8 @@ struct Correction {
 
 /// The module's record of the numbers, under `name`, without a file.
 ColorIOManager::ColorDecisionListDef make_cdl_record(const Correction& correction, const std::string& name);
+/// The first number that the ASC CDL does not allow, as "slope -1.5 is negative"; empty when all are valid.
+std::string find_invalid_number(const Correction& correction);
 /// The numbers of a record, its name as the id.
 Correction make_correction(const ColorIOManager::ColorDecisionListDef& record);
 

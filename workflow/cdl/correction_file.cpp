@@ -233,4 +233,14 @@ Correction read_correction(const CorrectionSource& source) {
                                    did_you_mean(source.id, get_ids(corrections))));
 }
 
+Correction read_valid_correction(const CorrectionSource& source) {
+    Correction correction = read_correction(source);
+    const std::string fault = find_invalid_number(correction);
+    if (!fault.empty())
+        throw CommandError(fmt::format("invalid CDL{} in '{}': {}",
+                                       correction.id.empty() ? "" : fmt::format(" '{}'", correction.id),
+                                       source.path, fault));
+    return correction;
+}
+
 } // namespace tool

@@ -31,4 +31,7 @@ CorrectionSource parse_correction_source(const std::string& text);
 /// nearest ids when there is none of that id.
 Correction read_correction(const CorrectionSource& source);
 
+/// The same, to be applied. Throws also for a number that the ASC CDL does not allow.
+Correction read_valid_correction(const CorrectionSource& source);
+
 } // namespace tool

@@ -31,7 +31,7 @@ Grade::Grade(ColorSession& session, const std::string& source, const std::string
              bool is_undone)
     : working_space(resolve_color_space(SCENE_LINEAR_ROLE, session.get_source().get_name()).label),
       correction(std::make_unique<ColorIOConverter>()) {
-    const Correction numbers = read_correction(parse_correction_source(correction_source));
+    const Correction numbers = read_valid_correction(parse_correction_source(correction_source));
     warn_of_unread_elements(numbers, session.get_console());
     const auto record = make_cdl_record(numbers, is_undone ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL);
     session.take_messages();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cmath>
+
+/// What the numbers of a color correction are.
+enum class CDLNumber { SLOPE, OFFSET, POWER, SATURATION };
+
+/// Whether the ASC CDL allows the number: every one is finite, slope and saturation are not negative, and
+/// power is above 0.
+inline bool is_valid_CDL_number(CDLNumber kind, double value) {
+    if (!std::isfinite(value))
+        return false;
+    switch (kind) {
+    case CDLNumber::SLOPE:
+    case CDLNumber::SATURATION:
+        return value >= 0;
+    case CDLNumber::POWER:
+        return value > 0;
+    default:
+        return true;
+    }
+}
