@@ -1,3 +1,7 @@
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -18,6 +22,18 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
+
+bool flushes_fail = false;
+
+/// While it lives, files take every byte and fail to be flushed to the disk, which happens as they are
+/// closed.
+class FailingFlush {
+public:
+    FailingFlush() { flushes_fail = true; }
+    ~FailingFlush() { flushes_fail = false; }
+    FailingFlush(const FailingFlush&) = delete;
+    FailingFlush& operator=(const FailingFlush&) = delete;
+};
 
 const char BUILTIN_FAILED[] =
     "Color Management: failed to create Tavelion built-in color space configuration.\n";
@@ -62,6 +78,15 @@ double interpolate(const std::vector<float>& samples, double x) {
 }
 
 } // namespace
+
+/// In place of the C library's, for the host of this program; exported, because the host is a library.
+extern "C" [[gnu::visibility("default")]] int fsync(int descriptor) {
+    if (flushes_fail) {
+        errno = EIO;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
 
 using ManagerBuiltinLuts = ManagerTest;
 
@@ -303,6 +328,17 @@ TEST_F(ManagerBuiltinConfig, ASpaceWithoutItsTableIsPublishedAndCannotBeConverte
     ColorIOConverter from_srgb, from_cineon;
     EXPECT_FALSE(from_srgb.configure("sRGB", "linear"));
     EXPECT_TRUE(from_cineon.configure("Cineon", "linear"));
+}
+
+TEST_F(ManagerBuiltinConfig, ATableThatCannotBeFlushedToTheDiskIsReportedAndNotKept) {
+    {
+        const FailingFlush disk;
+        EXPECT_FALSE(ColorIOManager::static_init(&app));
+    }
+    EXPECT_THAT(take_log(),
+                ElementsAre(LogLine{1, write_failed(path_of("srgb.spi1d"))},
+                            LogLine{1, write_failed(path_of("cineon.spi1d"))}, LogLine{1, BUILTIN_FAILED}));
+    EXPECT_FALSE(folder.exists("srgb.spi1d"));
 }
 
 TEST_F(ManagerBuiltinConfig, AFullDiskIsReportedAndTheNextStartWritesTheTables) {

@@ -69,6 +69,14 @@ TEST_F(ManagerRoles, OtherNumbersAreUnknown) {
         EXPECT_STREQ(Manager::get_role_name(static_cast<Manager::Role>(number)), "ROLE_UNKNOWN") << number;
 }
 
+TEST_F(ManagerRoles, OfOtherNumbersAreNotSettled) {
+    for (int number : {8, 9, 1000, -1, -2147483647 - 1})
+        manager.set_role_color_space(number);
+    EXPECT_THAT(roles(),
+                ElementsAre("sRGB", "linear", "linear", "linear", "linear", "linear", "linear", "linear"));
+    EXPECT_THAT(take_log(), IsEmpty());
+}
+
 TEST_F(ManagerRoles, OfTheBuiltInConfigurationPickInSrgbAndWorkInTheDefaultSpace) {
     EXPECT_THAT(roles(),
                 ElementsAre("sRGB", "linear", "linear", "linear", "linear", "linear", "linear", "linear"));

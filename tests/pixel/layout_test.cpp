@@ -236,6 +236,18 @@ TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
     program.apply_packed(nullptr, 0, 10, 4);
     program.apply_packed(nullptr, 10, 0, 3);
     program.apply_planar(nullptr, nullptr, nullptr, nullptr, 0, 0);
+
+    const std::vector<float> before = numbered(64);
+    std::vector<float> values = before;
+    program.apply_packed(values.data(), 0, 10, 4);
+    program.apply_packed(values.data(), 10, 0, 3);
+    EXPECT_EQ(values, before);
+    float* const p = values.data();
+    program.apply_planar(p, p + 16, p + 32, p + 48, 0, 10);
+    program.apply_planar(p, p + 16, p + 32, nullptr, 10, 0);
+    EXPECT_EQ(values, before);
+    program.apply_packed(p, 1, 1, 4);
+    EXPECT_NE(values, before) << "a picture of one pixel is not empty";
 }
 
 TEST_P(Layouts, AlphaKeepsItsBitsWhereNoOperationUsesIt) {

@@ -75,6 +75,18 @@ TEST(Config, AVersionBeyondTheLibraryIsReportedAsSuch) {
                   ocio::get_version());
 }
 
+// The library reads archives from 2.2 on.
+TEST(Config, AnArchiveThatTheLibraryCannotOpenIsReportedAsSuch) {
+    const std::string version = ocio::get_version();
+    if (version.substr(0, 2) != "1." && version.substr(0, 4) != "2.0." && version.substr(0, 4) != "2.1.")
+        GTEST_SKIP() << "OpenColorIO " << version << " reads archives";
+    const TempDir folder;
+    const std::string path = folder.write("show.ocioz", std::string("PK\x03\x04\x14\0\0\0", 8));
+    EXPECT_EQ(refusal_of([&] { ocio::create_config_from_file(path.c_str()); }),
+              path + " is an archived OCIO config (.ocioz) and needs a newer colour library than " + version +
+                  ": 2.2 or later. Extract it, and use its config.ocio");
+}
+
 TEST(Config, OtherFailuresAreTheLibrarysOwn) {
     const TempDir folder;
     EXPECT_THAT(refusal_of([&] { load(folder, "ocio_profile_version: {}"); }), HasSubstr("config.ocio"));
