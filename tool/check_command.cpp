@@ -1,6 +1,5 @@
 #include "tool/command.h"
 
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -130,19 +129,10 @@ void print_report(const CheckReport& report, Console& console) {
     print_other_trials(report, console);
 }
 
-/// Each message once, in the order of their first coming, with a count.
 void print_messages(const std::vector<LoggedMessage>& messages, Console& console) {
-    std::map<std::string, unsigned int> counts;
-    std::vector<std::string> lines;
-    for (const LoggedMessage& message : messages) {
-        const std::string line = fmt::format("{}: {}", get_level_name(message.level), message.text);
-        if (++counts[line] == 1)
-            lines.push_back(line);
-    }
-    for (const std::string& line : lines) {
-        const unsigned int count = counts[line];
-        console.print(fmt::format("  {}{}", line, count > 1 ? fmt::format(" ({} times)", count) : ""));
-    }
+    for (const auto& [message, count] : count_messages(messages))
+        console.print(fmt::format("  {}: {}{}", get_level_name(message.level), message.text,
+                                  count > 1 ? fmt::format(" ({} times)", count) : ""));
 }
 
 void print_text(const Findings& findings, Console& console) {
@@ -155,8 +145,10 @@ void print_text(const Findings& findings, Console& console) {
     print_report(findings.report, console);
 }
 
-nlohmann::ordered_json to_json(const LoggedMessage& message) {
-    return {{"level", get_level_name(message.level)}, {"text", message.text}};
+nlohmann::ordered_json to_json(const CountedMessage& counted) {
+    return {{"level", get_level_name(counted.message.level)},
+            {"text", counted.message.text},
+            {"count", counted.count}};
 }
 
 nlohmann::ordered_json to_json(const CheckFailure& failure) {
@@ -198,7 +190,7 @@ nlohmann::ordered_json to_json(const Findings& findings) {
     } else {
         add_to_json(findings.report, answer);
     }
-    answer["messages"] = to_json(findings.messages);
+    answer["messages"] = to_json(count_messages(findings.messages));
     return answer;
 }
 

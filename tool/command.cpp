@@ -1,7 +1,11 @@
 #include "tool/command.h"
 
+#include <optional>
 #include <string>
 
+#include <fmt/format.h>
+
+#include "tool/cdl/correction_text.h"
 #include "workflow/session.h"
 
 namespace tool {
@@ -33,6 +37,11 @@ void add_config_option(CLI::App& options, SessionOptions& session) {
         "--config", session.config_path,
         "OpenColorIO configuration file; without it the one that $OCIO names, then that of the "
         "preferences, then the built-in one");
+}
+
+std::string check_positive_number(const std::string& text) {
+    const std::optional<float> value = parse_number(text);
+    return value && *value > 0 ? "" : fmt::format("'{}' is not a positive number", text);
 }
 
 } // namespace tool

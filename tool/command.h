@@ -57,4 +57,7 @@ void add_preference_reading_options(CLI::App& options, SessionOptions& session);
 void add_preference_options(CLI::App& options, SessionOptions& session);
 void add_config_option(CLI::App& options, SessionOptions& session);
 
+/// A check of an option's text: empty for a finite number above 0, otherwise what is wrong with it.
+std::string check_positive_number(const std::string& text);
+
 } // namespace tool

@@ -10,6 +10,7 @@
 
 #include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
+#include "workflow/failure_reason.h"
 #include "workflow/nearest_names.h"
 
 namespace tool {
@@ -74,6 +75,7 @@ public:
             app.exit(wish, out, out);
             return EXIT_CODE_DONE;
         } catch (const CLI::ParseError& error) {
+            check_option_names();
             throw UsageError(fmt::format("{}; see {} --help", error.what(), get_wanted_name()));
         }
         const auto wanted = std::find_if(commands.begin(), commands.end(),
@@ -92,6 +94,32 @@ private:
             names.push_back(command->get_name());
         if (name.substr(0, 1) != "-" && std::find(names.begin(), names.end(), name) == names.end())
             throw UsageError(fmt::format("no command '{}'{}", name, did_you_mean(name, names)));
+    }
+
+    /// An option that the wanted command does not have says more about a mistake than what else is missing.
+    void check_option_names() const {
+        for (const std::string& argument : app.remaining(true)) {
+            const std::string name = argument.substr(0, argument.find('='));
+            if (name.size() > 2 && name.substr(0, 2) == "--")
+                throw UsageError(fmt::format("no option '{}'{}; see {} --help", name,
+                                             did_you_mean(name, get_option_names()), get_wanted_name()));
+        }
+    }
+
+    std::vector<std::string> get_option_names() const {
+        std::vector<std::string> names;
+        for (const CLI::Option* option : get_wanted_app().get_options())
+            for (const std::string& name : option->get_lnames())
+                names.push_back("--" + name);
+        return names;
+    }
+
+    /// The innermost command that the command line names.
+    const CLI::App& get_wanted_app() const {
+        const CLI::App* wanted = &app;
+        while (!wanted->get_subcommands().empty())
+            wanted = wanted->get_subcommands().front();
+        return *wanted;
     }
 
     std::string get_wanted_name() const {
@@ -119,7 +147,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         console.error(error.what());
         return error.get_code();
     } catch (const std::exception& error) {
-        console.error(error.what());
+        console.error(explain_exception(error));
         return EXIT_CODE_FAILED;
     }
 }

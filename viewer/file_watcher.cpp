@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -26,6 +27,15 @@ bool is_link(const std::string& path) {
     return lstat(path.c_str(), &info) == 0 && (S_ISLNK(info.st_mode) || info.st_nlink > 1);
 }
 
+std::string describe_limit(int error) {
+    if (error == ENOSPC)
+        return "the system's limit on watched folders is reached (fs.inotify.max_user_watches)";
+    if (error == EMFILE)
+        return "the limit on open files or on the system's notices is reached "
+               "(fs.inotify.max_user_instances)";
+    return std::strerror(error);
+}
+
 } // namespace
 
 bool FileWatcher::Stamp::operator==(const Stamp& other) const {
@@ -42,7 +52,10 @@ FileWatcher::Stamp FileWatcher::read_stamp(const std::string& path) {
             info.st_mtim.tv_sec * BILLION + info.st_mtim.tv_nsec};
 }
 
-FileWatcher::FileWatcher() : descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
+FileWatcher::FileWatcher() : descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    if (descriptor < 0)
+        fault = describe_limit(errno);
+}
 
 FileWatcher::~FileWatcher() {
     if (descriptor >= 0)
@@ -64,6 +77,7 @@ void FileWatcher::watch(const std::vector<std::string>& files) {
 void FileWatcher::place_watches() {
     std::map<int, std::set<std::string>> former;
     former.swap(folders);
+    fault.clear();
     files_of_entry.clear();
     files_of_folder.clear();
     for (const auto& [file, stamp] : stamps) {
@@ -91,6 +105,8 @@ void FileWatcher::place_watches_on_way(const std::string& path, const std::strin
         const int watch = is_new ? inotify_add_watch(descriptor, folder.c_str(), NOTICES | IN_ONLYDIR) : -1;
         if (watch >= 0)
             folders[watch].insert(folder.string());
+        else if (is_new && (errno == ENOSPC || errno == ENOMEM)) // Others mean that there is no such folder.
+            fault = describe_limit(errno);
     }
 }
 

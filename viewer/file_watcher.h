@@ -10,7 +10,7 @@ namespace tool {
 
 /// Tells which of some files were written, replaced, moved, removed or made, with the folders that they are
 /// in and the links that lead to them. Where the operating system offers no such notices, it never tells of
-/// any.
+/// any, and says why.
 class FileWatcher {
 public:
     FileWatcher();
@@ -25,6 +25,9 @@ public:
     /// Those of the files that changed since the last call, each once; waits so long for the first,
     /// not at all when that is negative, and never longer than some weeks.
     std::vector<std::string> take_changes(std::chrono::milliseconds patience = {});
+
+    /// Why some or all changes go unnoticed; empty when none does.
+    const std::string& get_fault() const { return fault; }
 
 private:
     /// What tells one state of a file from another without reading it.
@@ -49,6 +52,7 @@ private:
     void read_notice(const std::string& path, unsigned int kind, FilePaths& named, FilePaths& below) const;
 
     int descriptor;
+    std::string fault;
     std::map<std::string, Stamp> stamps;          ///< Of every watched file.
     std::map<int, std::set<std::string>> folders; ///< By watch; links give one folder several names.
     std::map<std::string, FilePaths>

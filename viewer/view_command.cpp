@@ -60,7 +60,7 @@ public:
         options->add_option("--second-view", views[ViewModel::SECOND], "View to compare it with");
         options->add_option("--layout", layout, "single, wipe, two or difference");
         options->add_option("--zoom", zoom, "Pixels of the screen per pixel of the picture; fits by default")
-            ->check(CLI::PositiveNumber);
+            ->check(check_positive_number);
         options->add_option("--size", size, "Size of the window, 1280x800 by default");
         options->add_option("--screenshot", screenshot, "Write what is shown to this file, without a window");
         options->add_option("--script", script_path, "Do what the lines of this file say");
@@ -71,12 +71,12 @@ public:
         const Screen::Size screen_size = parse_size(size);
         if (!std::isfinite(exposure))
             throw UsageError("--exposure takes a number of stops");
-        if (!std::isfinite(zoom))
-            throw UsageError("--zoom takes a factor above 0");
         const std::vector<Script> scripts = read_script();
         ColorHost host(session_options, console);
         ViewModel model(host);
         apply_options(model);
+        if (const std::string fault = model.get_watch_fault(); !fault.empty())
+            console.warn(fmt::format("files that change are not shown again: {}", fault));
         const bool headless = no_window || !screenshot.empty();
         try {
             Viewer viewer(model, headless ? make_offscreen(screen_size) : make_window(screen_size, "colorio"),

@@ -70,6 +70,8 @@ public:
     /// Reads what changed on disk again, takes over what the module told its host, and waits so long for a
     /// change of a file. True when anything changed.
     bool follow_changes(std::chrono::milliseconds patience = {});
+    /// Why changes of files go unnoticed; empty when none does.
+    const std::string& get_watch_fault() const { return watcher.get_fault(); }
 
     /// What is wrong at the moment, in words.
     std::vector<std::string> get_faults() const;

@@ -1,12 +1,14 @@
 #include "workflow/image_job.h"
 
 #include <algorithm>
+#include <new>
 
 #include <fmt/format.h>
 
 #include "image/picture_reader.h"
 #include "image/picture_writer.h"
 #include "tool/exit_code.h"
+#include "workflow/failure_reason.h"
 
 namespace tool {
 
@@ -121,7 +123,11 @@ void PictureConversion::convert_one(unsigned int index, PictureWriter& writer) {
 
 PictureReport convert_picture(const PictureJob& job, const PictureSettings& settings,
                               PictureBuffers& buffers) {
-    return PictureConversion(job, settings, buffers).run();
+    try {
+        return PictureConversion(job, settings, buffers).run();
+    } catch (const std::bad_alloc& shortage) {
+        throw CommandError(fmt::format("cannot convert '{}': {}", job.input, explain_exception(shortage)));
+    }
 }
 
 } // namespace tool

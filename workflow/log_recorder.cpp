@@ -1,6 +1,7 @@
 #include "workflow/log_recorder.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "tool/console.h"
@@ -16,6 +17,20 @@ const char* get_level_name(unsigned int level) {
     default:
         return "information";
     }
+}
+
+std::vector<CountedMessage> count_messages(const std::vector<LoggedMessage>& messages) {
+    std::vector<CountedMessage> counted;
+    std::unordered_map<std::string, std::size_t> places;
+    for (const LoggedMessage& message : messages) {
+        const auto [place, is_new] = places.emplace(message.text, counted.size());
+        if (is_new)
+            counted.push_back({message, 0});
+        CountedMessage& known = counted[place->second];
+        known.message.level = std::min(known.message.level, message.level);
+        ++known.count;
+    }
+    return counted;
 }
 
 LogRecorder::LogRecorder(Console& console, bool verbose) : console(console), verbose(verbose) {

@@ -16,6 +16,15 @@ struct LoggedMessage {
     std::string text;
 };
 
+/// A text that was logged, once or several times.
+struct CountedMessage {
+    LoggedMessage message; ///< Its level is the gravest that the text had.
+    unsigned int count;
+};
+
+/// Each text once, in the order of their first coming.
+std::vector<CountedMessage> count_messages(const std::vector<LoggedMessage>& messages);
+
 /// "error", "warning" or "information".
 const char* get_level_name(unsigned int level);
 

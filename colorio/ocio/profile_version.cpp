@@ -51,11 +51,24 @@ std::optional<Version> read_profile_version(const std::string& path) {
     return std::nullopt;
 }
 
+/// Zip archives hold a config with its LUTs; the library reads them from this version on.
+constexpr std::string_view ARCHIVE_MARK = "PK\x03\x04";
+constexpr Version FIRST_WITH_ARCHIVES = {2, 2};
+
+bool is_archive(const std::string& path) {
+    std::string mark(ARCHIVE_MARK.size(), '\0');
+    std::ifstream file(path, std::ios::binary);
+    return file.read(mark.data(), static_cast<std::streamsize>(mark.size())) && mark == ARCHIVE_MARK;
+}
+
 } // namespace
 
 std::string describe_newer_profile(const std::string& path) {
-    const std::optional<Version> profile = read_profile_version(path);
     const std::optional<Version> supported = parse_version(get_version());
+    if (supported && *supported < FIRST_WITH_ARCHIVES && is_archive(path))
+        return path + " is an archived OCIO config (.ocioz) and needs a newer colour library than " +
+               get_version() + ": 2.2 or later. Extract it, and use its config.ocio";
+    const std::optional<Version> profile = read_profile_version(path);
     if (!profile || !supported || *profile <= *supported)
         return {};
     return path + " is an OCIO " + std::to_string(profile->first) + "." + std::to_string(profile->second) +

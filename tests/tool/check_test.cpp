@@ -1,3 +1,5 @@
+#include <set>
+
 #include <nlohmann/json.hpp>
 
 #include "colorio/ocio/types.h"
@@ -63,7 +65,30 @@ TEST_F(Check, ListsWhatTheModuleLogged) {
     ASSERT_FALSE(messages.empty()) << "no association of the built-in table fits this configuration";
     EXPECT_EQ(messages[0].at("level"), "warning");
     EXPECT_THAT(std::string(messages[0].at("text")), HasSubstr("unknown color space(s)"));
+    EXPECT_EQ(messages[0].at("count"), 1);
     EXPECT_THAT(check().out, HasSubstr("warning: Color Management: found "));
+}
+
+TEST_F(Check, ListsAnErrorThatRepeatsOnceWithItsCount) {
+    folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
+    const json messages = check_json(1).at("messages");
+    std::set<std::string> texts;
+    unsigned int counted = 0;
+    for (const json& message : messages) {
+        EXPECT_TRUE(texts.insert(message.at("text")).second) << message;
+        counted += message.at("count").get<unsigned int>();
+    }
+    EXPECT_GT(counted, messages.size()) << "the module says it at every attempt";
+    EXPECT_EQ(messages[0].at("level"), "error");
+}
+
+TEST_F(Check, NamesAPathWithAnUnsetContextVariable) {
+    write_config(space("log", "!<FileTransform> {src: $QB_TEST_UNSET}"));
+    const json failure = check_json(1).at("failures").at(0);
+    EXPECT_EQ(failure.at("kind"), "unset variable");
+    EXPECT_EQ(failure.at("reason"),
+              "the context variable 'QB_TEST_UNSET' in the path '$QB_TEST_UNSET' is not "
+              "set; set it in the environment or in the config");
 }
 
 TEST_F(Check, NamesAMissingLutAndWhereItWasSought) {
@@ -134,7 +159,7 @@ TEST_F(Check, SaysWhyAConfigurationIsRefusedAndCountsRepeatedMessages) {
     folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
     const ToolRun result = check();
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.out, AllOf(HasSubstr("error: OCIO exception: "), HasSubstr(" (8 times)"),
+    EXPECT_THAT(result.out, AllOf(HasSubstr("error: OCIO exception: "), HasSubstr(" (9 times)"),
                                   HasSubstr("It cannot be loaded: "), Not(HasSubstr("Failures:"))));
 }
 

@@ -1,5 +1,7 @@
 #include "workflow/failure_reason.h"
 
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -28,6 +30,59 @@ TEST(LibraryMessages, OfAMissingFileAreUnderstoodAsOlderLibrariesWriteThem) {
     EXPECT_EQ(reason.kind, FailureKind::MISSING_FILE);
     EXPECT_EQ(reason.text,
               "the file 'film.spi1d' is missing; looked for as '/show/luts/film.spi1d', '/show/film.spi1d'");
+}
+
+TEST(LibraryMessages, OfAPathWithAnUnsetContextVariableNameTheVariable) {
+    const auto reason = [](const std::string& file, const std::string& attempts) {
+        return explain_library_message(
+            "The specified file reference '" + file +
+            "' could not be located. The following attempts were made: " + attempts + ".");
+    };
+    const auto alone = reason("$CDL", "'/show/luts/$CDL' : '/show/$CDL'");
+    EXPECT_EQ(alone.kind, FailureKind::UNSET_VARIABLE);
+    EXPECT_EQ(alone.text,
+              "the context variable 'CDL' in the path '$CDL' is not set; set it in the environment "
+              "or in the config");
+    EXPECT_EQ(reason("${SEQ}/%SHOT%.cube", "'/show/${SEQ}/%SHOT%.cube'").text,
+              "the context variables 'SEQ', 'SHOT' in the path '${SEQ}/%SHOT%.cube' are not set; set them in "
+              "the environment or in the config");
+    EXPECT_EQ(reason("${SEQ}/$SHOT.cube", "'/show/ab/$SHOT.cube'").text,
+              "the context variable 'SHOT' in the path '${SEQ}/$SHOT.cube' is not set; set it in the "
+              "environment or in the config");
+}
+
+TEST(LibraryMessages, OfASetVariableOrAnOddNameNameTheMissingFile) {
+    const auto reason = [](const std::string& file, const std::string& attempts) {
+        return explain_library_message(
+            "The specified file reference '" + file +
+            "' could not be located. The following attempts were made: " + attempts + ".");
+    };
+    EXPECT_EQ(reason("$SHOT.cube", "'/show/ab.cube'").kind, FailureKind::MISSING_FILE);
+    EXPECT_EQ(reason("100%.cube", "'/show/100%.cube'").text,
+              "the file '100%.cube' is missing; looked for as '/show/100%.cube'");
+    const auto searched = reason("x.cube", "'/show/$LUTS/x.cube' : '/show/x.cube'");
+    EXPECT_EQ(searched.kind, FailureKind::MISSING_FILE);
+    EXPECT_EQ(searched.text, "the file 'x.cube' is missing; looked for as '/show/$LUTS/x.cube', "
+                             "'/show/x.cube'; is the context variable 'LUTS' of the search path set?");
+}
+
+TEST(LibraryMessages, OfANewerTransformFileNameItsVersion) {
+    const auto reason = explain_library_message(
+        "The specified transform file '/show/film.ctf' could not be loaded.\nAll formats have been tried. "
+        "The format for the file's extension gave the error:\n\n"
+        "    'Color Transform Format' failed with: Error parsing CTF file (/show/film.ctf). Error is: At "
+        "line "
+        "2: Unsupported transform file version '9.9' supplied.");
+    EXPECT_EQ(reason.kind, FailureKind::NEWER_FILE);
+    EXPECT_EQ(reason.text, "the file '/show/film.ctf' is of version 9.9, which needs a newer OpenColorIO");
+}
+
+TEST(LibraryMessages, OfAMemoryShortageSaySo) {
+    EXPECT_EQ(explain_library_message("std::bad_alloc").kind, FailureKind::MEMORY);
+    EXPECT_EQ(explain_library_message("std::bad_alloc").text, "out of memory");
+    EXPECT_EQ(tool::explain_exception(std::bad_alloc()), "out of memory");
+    EXPECT_EQ(tool::explain_exception(std::bad_array_new_length()), "out of memory");
+    EXPECT_EQ(tool::explain_exception(std::runtime_error("a reason")), "a reason");
 }
 
 TEST(LibraryMessages, OfAMatrixWithoutInverseSayWhatThatMeans) {

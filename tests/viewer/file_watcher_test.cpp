@@ -1,7 +1,10 @@
 #include "viewer/file_watcher.h"
 
+#include <sys/resource.h>
+
 #include <chrono>
 #include <filesystem>
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
@@ -30,6 +34,38 @@ protected:
     const std::string deep_file = folder.file("luts/film/b.cube");
     tool::FileWatcher watcher;
 };
+
+/// Leaves the process no further open file while it lives.
+class NoFurtherFiles {
+public:
+    NoFurtherFiles() {
+        getrlimit(RLIMIT_NOFILE, &before);
+        const rlimit none = {0, before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoFurtherFiles() { setrlimit(RLIMIT_NOFILE, &before); }
+    NoFurtherFiles(const NoFurtherFiles&) = delete;
+    NoFurtherFiles& operator=(const NoFurtherFiles&) = delete;
+
+private:
+    rlimit before = {};
+};
+
+TEST_F(WatchedFiles, HaveNoFaultWhereTheSystemGivesNotice) {
+    EXPECT_EQ(watcher.get_fault(), "");
+}
+
+TEST_F(WatchedFiles, ThatTheSystemGivesNoNoticeOfSayWhy) {
+    std::unique_ptr<tool::FileWatcher> blind;
+    {
+        const NoFurtherFiles limit;
+        blind = std::make_unique<tool::FileWatcher>();
+    }
+    EXPECT_THAT(blind->get_fault(), HasSubstr("fs.inotify.max_user_instances"));
+    blind->watch({file});
+    folder.write("a.cube", "text");
+    EXPECT_THAT(blind->take_changes(), IsEmpty());
+}
 
 TEST_F(WatchedFiles, AreToldOfWhenTheyAreWritten) {
     folder.write("a.cube", "text");
