@@ -89,26 +89,27 @@ std::size_t Tokenizer::whole_length(const char* at, char quote) const {
     return whole;
 }
 
-// Text has no place beside the document element, save the end of a document type's subset. It is an error
-// only once there is an element: a text without any is reported as that.
+// Text has no place beside the document element, save the rest of a document type that was cut. It is an
+// error only once there is an element: a text without any is reported as that.
 bool Tokenizer::accept_run_here(const char* run, const char* decoded) {
     if (open_elements > 0)
         return true;
     if (element_seen)
         return fail(XmlError::UNEXPECTED_TOKEN, run);
-    if (subset_is_open && ends_subset(decoded))
-        subset_is_open = false;
+    if (type_lacks != '\0' && ends_document_type(decoded))
+        type_lacks = '\0';
     else if (stray_text == nullptr)
         stray_text = run;
     return true;
 }
 
-bool Tokenizer::ends_subset(const char* decoded) const {
-    const char* at = characters.skip_blanks(decoded);
-    if (*at != ']')
+bool Tokenizer::ends_document_type(const char* decoded) const {
+    const bool in_subset = type_lacks == ']';
+    const char* at = in_subset ? characters.skip_blanks(decoded) : std::strchr(decoded, type_lacks);
+    if (at == nullptr || *at != type_lacks)
         return false;
-    at = characters.skip_blanks(at + 1);
-    return *at == '>' && *characters.skip_blanks(at + 1) == '\0';
+    at = in_subset ? characters.skip_blanks(at + 1) : std::strchr(at, '>');
+    return at != nullptr && *at == '>' && *characters.skip_blanks(at + 1) == '\0';
 }
 
 // The decoded run, before it is joined to another.

@@ -64,7 +64,7 @@ private:
     bool scan_text(char*& at, const char*& first_undecoded);
     std::size_t whole_length(const char* at, char quote) const;
     bool accept_run_here(const char* run, const char* decoded);
-    bool ends_subset(const char* decoded) const;
+    bool ends_document_type(const char* decoded) const;
     const char* store_text(char* begin, char* end, const char* first_undecoded);
     bool continues_text_before_comment() const;
     void join_text(const char* addition);
@@ -108,7 +108,8 @@ private:
     std::size_t open_elements = 0;    ///< open nodes that are not declarations
     bool element_seen = false;
     bool document_type_seen = false;
-    bool subset_is_open = false; ///< the document type was cut within its subset, whose end follows as text
+    char type_lacks =
+        '\0'; ///< what ends the literal or subset that the document type was cut in; follows as text
 
     std::vector<OpenNode> open_nodes;
     std::vector<PendingContent> contents;

@@ -19,19 +19,20 @@ bool is_quote(char c) {
     return c == '"' || c == '\'';
 }
 
-// True when a '[' outside the quoted literals of a document type is not closed in it.
-bool leaves_subset_open(const char* document_type) {
+// The character that a document type lacks that was cut at its first '>': the quote of a literal, the ']' of
+// its subset, or the zero byte when it is whole.
+char find_lacking(const char* document_type) {
     char quote = '\0';
-    bool is_open = false;
+    bool has_open_subset = false;
     for (const char* at = document_type; *at != '\0'; ++at) {
         if (*at == quote)
             quote = '\0';
         else if (quote == '\0' && is_quote(*at))
             quote = *at;
         else if (quote == '\0' && (*at == '[' || *at == ']'))
-            is_open = *at == '[';
+            has_open_subset = *at == '[';
     }
-    return is_open;
+    return has_open_subset ? ']' : quote;
 }
 
 std::string_view view(const char* begin, const char* end) {
@@ -221,7 +222,7 @@ bool Tokenizer::read_clear(const ClearTag& tag) {
     contents.push_back({value, XmlContentKind::CLEAR, index});
     if (index == DOCUMENT_TYPE) {
         document_type_seen = true;
-        subset_is_open = leaves_subset_open(value);
+        type_lacks = find_lacking(value);
     } else if (index == PREFORMATTED) {
         element_seen = true;
     }

@@ -45,6 +45,16 @@ TEST_F(XmlTest, OnlyTheEndOfASubsetMayFollowADocumentTypeThatWasCutInIt) {
     EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x[1]\"'><a/>"), "none");
 }
 
+TEST_F(XmlTest, TheRestOfADocumentTypeThatWasCutInALiteralIsText) {
+    EXPECT_EQ(tree("<!DOCTYPE a SYSTEM 'x>y' ><a/>"), "#root(<!DOCTYPE a SYSTEM 'x> \"y' >\" a)");
+    EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x>y' ><a/>"), "none");
+    EXPECT_EQ(fault("<!DOCTYPE a PUBLIC \"x'>\" \"y\">\n<a/>"), "none");
+    EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x>y\"><a/>"), "8 at 1:23");
+    EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x>y'<a/>"), "8 at 1:23");
+    EXPECT_EQ(fault("<!DOCTYPE a SYSTEM 'x>y'> z<a/>"), "8 at 1:23");
+    EXPECT_EQ(fault("<!DOCTYPE a [<!-- it's -->]><a/>"), "none");
+}
+
 TEST_F(XmlTest, NoEntityOfADocumentTypeIsKnownOrOpened) {
     EXPECT_EQ(fault("<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/passwd\">]><a>&e;</a>"), "12 at 1:58");
     EXPECT_EQ(fault("<!DOCTYPE a [<!ENTITY e \"x\">]><a>&e;</a>"), "12 at 1:34");

@@ -37,6 +37,7 @@ TEST_F(RoundTrip, SectionsInTheirOrder) {
         "<a>x<!-- one --><!-- two -->y<![CDATA[ <z> & ]]><PRE> q </PRE>w<b/><!----></a>");
     expect_equal_after_writing("<!-- one --><!DOCTYPE a><a/><!-- two -->");
     expect_equal_after_writing("<!DOCTYPE a [<!ENTITY b 'c'>]><a/>");
+    expect_equal_after_writing("<!DOCTYPE a SYSTEM 'b>c'><a/>");
     expect_equal_after_writing("<!DOCTYPE a [<!ENTITY b 'c'> ] > <!-- d --><a/>");
 }
 
