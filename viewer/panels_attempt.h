@@ -4,6 +4,7 @@
 #include <string>
 
 #include "viewer/panels.h"
+#include "workflow/failure_reason.h"
 
 namespace tool {
 
@@ -14,7 +15,7 @@ std::string find_refusal(const Change& change) {
     try {
         change();
     } catch (const std::exception& error) {
-        return error.what();
+        return explain_exception(error);
     }
     return "";
 }

@@ -10,6 +10,7 @@
 #include "viewer/file_kind.h"
 #include "viewer/panels.h"
 #include "viewer/screenshot.h"
+#include "workflow/failure_reason.h"
 
 namespace tool {
 
@@ -57,7 +58,7 @@ void Viewer::run_frame() {
     try {
         draws = model.follow_changes() || draws;
     } catch (const std::exception& error) {
-        set_fault(error.what());
+        set_fault(explain_exception(error));
     }
     if (const std::vector<std::string> dropped = screen->take_drops(); !dropped.empty())
         drop(dropped);
@@ -96,7 +97,7 @@ void Viewer::drop(const std::vector<std::string>& paths) {
     try {
         open_files(paths);
     } catch (const std::exception& error) {
-        set_fault(error.what());
+        set_fault(explain_exception(error));
     }
     frames_wanted = FRAMES_TO_SETTLE;
 }
@@ -138,7 +139,7 @@ void Viewer::draw() {
     } catch (const std::exception& error) {
         if (!panels)
             throw;
-        panels->set_drawing_fault(error.what());
+        panels->set_drawing_fault(explain_exception(error));
     }
     if (!panels)
         return;
