@@ -1,10 +1,12 @@
 #include "image/picture_writer.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include <fmt/format.h>
 
 #include "image/format_abilities.h"
+#include "image/full_disk.h"
 #include "image/written_file.h"
 #include "tool/exit_code.h"
 
@@ -21,6 +23,27 @@ std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& p
         if (part.level == 0)
             specs.push_back(part.spec);
     return specs;
+}
+
+/// Writes tiles row by row and stops at the first row that fails. OpenImageIO goes on after it, and the next
+/// row waits for ever for the threads of the one that failed.
+bool write_tiles(OIIO::ImageOutput& output, OIIO::TypeDesc type, const std::byte* pixels) {
+    const OIIO::ImageSpec& spec = output.spec();
+    const bool as_the_file = type == OIIO::TypeUnknown;
+    const auto pixel_bytes = static_cast<OIIO::stride_t>(
+        as_the_file ? spec.pixel_bytes(true) : type.size() * static_cast<std::size_t>(spec.nchannels));
+    const OIIO::stride_t row_bytes = pixel_bytes * spec.width;
+    const OIIO::stride_t slice_bytes = row_bytes * spec.height;
+    const int depth = std::max(1, spec.tile_depth);
+    for (int z = 0; z < spec.depth; z += depth)
+        for (int y = 0; y < spec.height; y += spec.tile_height)
+            if (!output.write_tiles(spec.x, spec.x + spec.width, spec.y + y,
+                                    spec.y + std::min(y + spec.tile_height, spec.height), spec.z + z,
+                                    spec.z + std::min(z + depth, spec.depth), type,
+                                    pixels + z * slice_bytes + y * row_bytes, pixel_bytes, row_bytes,
+                                    slice_bytes))
+                return false;
+    return true;
 }
 
 /// TIFF goes back to its directory to add metadata, and its writer does not read through a proxy.
@@ -51,7 +74,7 @@ void PictureWriter::fail(std::string reason) const {
 
 void PictureWriter::fail_with_format(const std::string& fallback) const {
     const std::string of_format = output->geterror();
-    const std::string of_file = file ? file->get_failure() : "";
+    const std::string of_file = file ? file->get_failure() : find_full_disk(path);
     fail(!of_file.empty() ? of_file : !of_format.empty() ? of_format : fallback);
 }
 
@@ -92,7 +115,9 @@ void PictureWriter::write_part(const PixelBuffer& pixels) {
 }
 
 void PictureWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) {
-    if (!output->write_image(type, pixels.data()))
+    const bool written = output->spec().tile_width > 0 ? write_tiles(*output, type, pixels.data())
+                                                       : output->write_image(type, pixels.data());
+    if (!written)
         fail_with_format("its pixels cannot be written");
 }
 
@@ -100,9 +125,11 @@ void PictureWriter::close() {
     if (!output->close())
         fail_with_format("it cannot be finished");
     output.reset(); // a writer of several levels finishes its file only then
-    const std::string reason = file ? file->finish() : find_damage(path, part_count);
-    if (!reason.empty())
-        fail(reason);
+    const std::string damage = file ? file->finish() : find_damage(path, part_count);
+    if (!damage.empty()) {
+        const std::string of_disk = file ? "" : find_full_disk(path);
+        fail(of_disk.empty() ? damage : of_disk);
+    }
     if (!place.commit())
         throw CommandError(place.get_failure()->describe());
 }
