@@ -1,42 +1,39 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <OpenImageIO/imageio.h>
-
+#include "image/image_file.h"
 #include "image/pixel_layout.h"
 
 namespace tool {
 
-/// One subimage at one resolution level of a picture file.
-struct PartHeader {
-    int subimage;
-    int level;
-    OIIO::ImageSpec spec;
-};
+class ReaderProcess;
 
-/// A picture file opened for reading. Colours come as the file holds them: straight alpha stays straight and
-/// is marked by the attribute "oiio:UnassociatedAlpha". Throws CommandError with the file and the reason.
+/// An image file opened for reading, in a process of its own unless the user wants none (reads_in_process).
+/// Colors come as the file holds them: straight alpha stays straight and is marked by the attribute
+/// "oiio:UnassociatedAlpha". Throws CommandError with the file and the reason.
 class PictureReader {
 public:
-    explicit PictureReader(const std::string& path);
+    /// `process` must outlive the reader, and opens no other image meanwhile.
+    PictureReader(const std::string& path, ReaderProcess& process);
     ~PictureReader();
 
     const std::string& get_path() const { return path; }
     /// OpenImageIO's name of the format, for example "openexr".
-    std::string get_format() const;
+    const std::string& get_format() const { return format; }
     const std::vector<PartHeader>& get_parts() const { return parts; }
     unsigned int count_subimages() const;
-    /// Reads the pixels of a part as its spec tells them, channels of different types included.
-    void read_part(unsigned int index, PixelBuffer& pixels);
+    /// Reads the pixels of a part in the layout of its spec, channels of different types included.
+    void read_part(std::size_t index, PixelBuffer& pixels);
 
 private:
-    void read_headers();
-
     std::string path;
-    std::unique_ptr<OIIO::ImageInput> input;
+    ReaderProcess& process;
+    std::unique_ptr<ImageFile> file; ///< When images are read in this process.
+    std::string format;
     std::vector<PartHeader> parts;
 };
 

@@ -1,5 +1,7 @@
 #include "image/pixel_layout.h"
 
+#include <utility>
+
 namespace tool {
 
 PixelLayout::PixelLayout(const OIIO::ImageSpec& spec) {
@@ -11,13 +13,31 @@ PixelLayout::PixelLayout(const OIIO::ImageSpec& spec) {
 }
 
 void PixelBuffer::resize(std::size_t wanted) {
+    if (shared.size() >= wanted && shared.data() != nullptr) {
+        used = wanted;
+        return;
+    }
+    shared = SharedMemory();
     if (wanted > capacity) {
         bytes.reset();
         capacity = 0;
-        bytes.reset(new std::byte[wanted]); // not value-initialised: a reader fills it
+        bytes.reset(new std::byte[wanted]); // not value-initialized: a reader fills it
         capacity = wanted;
     }
     used = wanted;
+}
+
+void PixelBuffer::share(SharedMemory memory, std::size_t wanted) {
+    bytes.reset();
+    capacity = 0;
+    shared = std::move(memory);
+    used = wanted;
+}
+
+SharedMemory PixelBuffer::release_shared() {
+    if (shared.data() != nullptr)
+        used = 0;
+    return std::move(shared);
 }
 
 } // namespace tool

@@ -6,6 +6,8 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "image/shared_memory.h"
+
 namespace tool {
 
 /// How the channels of one interleaved pixel lie in memory; each channel has its own type.
@@ -20,17 +22,23 @@ struct PixelLayout {
     bool operator!=(const PixelLayout& other) const { return !(*this == other); }
 };
 
-/// Storage for the pixels of a picture. It keeps what it has when less is wanted, so that a sequence of equal
-/// pictures allocates once. Contents are indeterminate after `resize`.
+/// Storage for the pixels of an image. It keeps what it has when less is wanted, so that a sequence of equal
+/// images allocates once. Contents are indeterminate after `resize`.
 class PixelBuffer {
 public:
     /// Throws std::bad_alloc.
     void resize(std::size_t wanted);
     std::size_t size() const { return used; }
-    std::byte* data() { return bytes.get(); }
-    const std::byte* data() const { return bytes.get(); }
+    std::byte* data() { return shared.data() != nullptr ? shared.data() : bytes.get(); }
+    const std::byte* data() const { return shared.data() != nullptr ? shared.data() : bytes.get(); }
+
+    /// Takes pixels from another process as the contents, in place of memory of its own.
+    void share(SharedMemory memory, std::size_t wanted);
+    /// Gives that memory away; afterwards the buffer is empty if it had any.
+    SharedMemory release_shared();
 
 private:
+    SharedMemory shared; ///< Holds the pixels when there is any.
     std::unique_ptr<std::byte[]> bytes;
     std::size_t capacity = 0;
     std::size_t used = 0;

@@ -1,11 +1,58 @@
+#include <csignal>
+#include <cstdio>
+#include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "image/reader_server.h"
 #include "tool/interrupt_cleanup.h"
 #include "tool/program.h"
 
-int main(int count, char* arguments[]) {
-    const tool::InterruptCleanup cleanup;
+namespace {
+
+/// Where the caller closed standard input, output or error, the next file that is opened would take its
+/// place, and be written to in its stead.
+void fill_standard_descriptors() {
+    for (int descriptor; (descriptor = open("/dev/null", O_RDONLY)) >= 0;)
+        if (descriptor > STDERR_FILENO) {
+            close(descriptor);
+            return;
+        }
+}
+
+/// Without a thread that waits for interrupts, everything else still works.
+void watch_for_interrupts(std::optional<tool::InterruptCleanup>& cleanup) {
+    try {
+        cleanup.emplace();
+    } catch (const std::exception& error) {
+        std::cerr << "colorio: warning: an interrupt may leave temporary files: " << error.what()
+                  << std::endl;
+    }
+}
+
+int run_program(int count, char* arguments[]) {
+    std::optional<tool::InterruptCleanup> cleanup;
+    watch_for_interrupts(cleanup);
     return tool::run({arguments + 1, arguments + count}, std::cout, std::cerr, tool::detect_console_traits());
+}
+
+} // namespace
+
+int main(int count, char* arguments[]) {
+    fill_standard_descriptors();
+    tool::start_reader_server();   // first, while there are no threads
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error like a full disk
+    try {
+        return run_program(count, arguments);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "colorio: %s\n", error.what());
+    } catch (...) {
+        std::fputs("colorio: unknown error\n", stderr);
+    }
+    return EXIT_FAILURE;
 }

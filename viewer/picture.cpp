@@ -9,6 +9,7 @@
 #include "image/picture_reader.h"
 #include "image/pixel_codec.h"
 #include "image/pixel_layout.h"
+#include "image/reader_process.h"
 #include "tool/exit_code.h"
 
 namespace tool {
@@ -47,7 +48,8 @@ void decode_row(const std::byte* row, const PixelLayout& layout, int channel, in
 } // namespace
 
 Picture load_picture(const std::string& path) {
-    PictureReader reader(path);
+    ReaderProcess process;
+    PictureReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
     const ColorGroup colour = choose_colour(spec);
     const PixelLayout layout(spec);

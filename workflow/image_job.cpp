@@ -23,7 +23,7 @@ struct PlannedPart {
 class PictureConversion {
 public:
     PictureConversion(const PictureJob& job, const PictureSettings& settings, PictureBuffers& buffers)
-        : settings(settings), buffers(buffers), reader(job.input), output(job.output),
+        : settings(settings), buffers(buffers), reader(job.input, buffers.reader), output(job.output),
           abilities(get_format_abilities(job.output)) {
         plan_parts();
     }

@@ -6,6 +6,7 @@
 
 #include "image/part_conversion.h"
 #include "image/part_plan.h"
+#include "image/reader_process.h"
 
 namespace tool {
 
@@ -24,8 +25,9 @@ struct PictureReport {
     std::vector<std::string> notes; ///< What the user should know, without repetition.
 };
 
-/// Memory that the pictures of a sequence use one after the other.
+/// What the images of a sequence use one after the other: the process that reads them, and memory.
 struct PictureBuffers {
+    ReaderProcess reader;
     PixelBuffer input;
     PixelBuffer output;
 };

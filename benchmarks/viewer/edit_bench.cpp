@@ -14,6 +14,7 @@
 #include <epoxy/gl.h>
 
 #include "gl/gl_error.h"
+#include "image/reader_server.h"
 #include "tool/console.h"
 #include "tool/exit_code.h"
 #include "viewer/viewer.h"
@@ -24,6 +25,9 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+/// As a program does first of all: no thread runs yet.
+const bool image_readers_are_ready = (tool::start_reader_server(), true);
 
 constexpr int WIDTH = 3840;
 constexpr int HEIGHT = 2160;

@@ -18,6 +18,9 @@
 
 namespace {
 
+/// As a program does first of all: no thread runs yet.
+const bool image_readers_are_ready = (tool::start_reader_server(), true);
+
 constexpr int WIDTH = 3840;
 constexpr int HEIGHT = 2160;
 

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "tests/support/image_readers.h"
 #include "tool/program.h"
 
 ToolRun ToolTest::run(const std::vector<std::string>& arguments, const tool::ConsoleTraits& traits) {

@@ -43,6 +43,7 @@ protected:
 private:
     EnvGuard cache{"XDG_CACHE_HOME"};
     EnvGuard config{"XDG_CONFIG_HOME"};
+    EnvGuard in_process{"COLORIO_READ_IN_PROCESS"};
     EnvGuard active_displays{"OCIO_ACTIVE_DISPLAYS"};
     EnvGuard active_views{"OCIO_ACTIVE_VIEWS"};
     EnvGuard inactive_color_spaces{"OCIO_INACTIVE_COLORSPACES"};

@@ -5,6 +5,8 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "tests/support/image_readers.h"
+
 void write_picture(const std::string& path, int width, int height,
                    const std::function<Rgb(int x, int y)>& color_at) {
     std::vector<float> rgba;

@@ -1,0 +1,190 @@
+#include "image/reader_loop.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <new>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+#include <fmt/format.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "image/image_file.h"
+#include "image/message.h"
+#include "image/message_channel.h"
+#include "image/reader_requests.h"
+#include "image/shared_memory.h"
+#include "image/startable_threads.h"
+#include "tool/exit_code.h"
+
+namespace tool {
+
+namespace {
+
+/// Memory for headers, metadata and what a format's library keeps.
+constexpr rlim_t GENERAL_BYTES = rlim_t(1) << 30;
+/// Copies of the pixels that a format's library makes, at 32 bits for a channel of 8 in some.
+constexpr rlim_t COPIES_OF_PIXELS = 6;
+/// Threads for each core that OpenImageIO and OpenEXR start, and the stack of each.
+constexpr rlim_t THREADS_PER_CORE = 2;
+constexpr rlim_t STACK_BYTES = rlim_t(8) << 20;
+
+/// Bytes of memory of its own that the process may write to now, as RLIMIT_DATA counts them.
+rlim_t get_data_bytes() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+        if (word == "VmData:") {
+            rlim_t kilobytes = 0;
+            status >> kilobytes;
+            return kilobytes << 10;
+        }
+    return 0;
+}
+
+void set_limit(decltype(RLIMIT_DATA) resource, rlim_t wanted) {
+    rlimit limit;
+    if (getrlimit(resource, &limit) != 0)
+        return;
+    limit.rlim_cur = std::min(wanted, limit.rlim_max);
+    setrlimit(resource, &limit);
+}
+
+/// What holds for every image: no dump of a crash, no more rights, and the first victim where memory runs
+/// out. The limit of file sizes counts for shared memory too, and this process writes no files.
+void restrict_process() {
+    std::signal(SIGXFSZ, SIG_IGN);
+    set_limit(RLIMIT_CORE, 0);
+    set_limit(RLIMIT_FSIZE, RLIM_INFINITY);
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_NAME, "image-reader");
+    std::ofstream("/proc/self/oom_score_adj") << 500;
+}
+
+class ReaderLoop {
+public:
+    explicit ReaderLoop(int socket) : channel(socket) {}
+
+    void run() {
+        MessageChannel::Received request;
+        while (channel.receive(request) == MessageChannel::Outcome::RECEIVED) {
+            MessageWriter answer;
+            int new_memory = -1;
+            try {
+                answer_to(request, answer, new_memory);
+            } catch (const std::exception& error) {
+                answer = {};
+                answer.add(ReaderAnswer::FAILED);
+                answer.add_text(error.what());
+                new_memory = -1;
+            }
+            if (!channel.send(answer.get_bytes(), new_memory))
+                return;
+        }
+    }
+
+private:
+    void answer_to(MessageChannel::Received& request, MessageWriter& answer, int& new_memory) {
+        MessageReader reader(std::move(request.bytes));
+        if (reader.get<ReaderRequest>() == ReaderRequest::OPEN) {
+            const std::string folder = reader.get_text();
+            path = reader.get_text();
+            if (!folder.empty() && chdir(folder.c_str()) != 0 && path[0] != '/')
+                fail_to_read(path, fmt::format("the folder '{}' cannot be entered", folder));
+            open(reader.get<int>(), answer);
+        } else {
+            read(reader.get<std::uint32_t>(), request.descriptor, new_memory);
+            answer.add(ReaderAnswer::READ);
+        }
+    }
+
+    void open(int threads, MessageWriter& answer) {
+        file.reset();
+        start_threads(threads);
+        allow_memory(0);
+        try {
+            file.emplace(path);
+        } catch (const std::bad_alloc&) {
+            fail_to_read(path, "its header needs too much memory");
+        }
+        answer.add(ReaderAnswer::OPENED);
+        answer.add_text(file->get_format());
+        answer.add(file->get_parts().size());
+        for (const PartHeader& part : file->get_parts()) {
+            answer.add(part.subimage);
+            answer.add(part.level);
+            answer.add_spec(part.spec);
+        }
+    }
+
+    void read(std::size_t index, int descriptor, int& new_memory) {
+        if (!file || index >= file->get_parts().size())
+            throw MessageError("no such part");
+        const OIIO::ImageSpec& spec = file->get_parts()[index].spec;
+        const std::size_t bytes = spec.image_bytes(true);
+        try {
+            new_memory = take_memory(bytes, descriptor);
+            allow_memory(bytes);
+            file->read_part(index, memory.data());
+        } catch (const std::bad_alloc&) {
+            fail_to_read(path, fmt::format("no memory for {} x {} pixels", spec.width, spec.height));
+        } catch (const std::system_error& error) {
+            fail_to_read(path, fmt::format("no memory for {} x {} pixels: {}", spec.width, spec.height,
+                                           error.code().message()));
+        }
+    }
+
+    /// Sees to room for the pixels; answers the descriptor of new memory, or -1 where that of the program
+    /// does.
+    int take_memory(std::size_t bytes, int descriptor) {
+        if (descriptor >= 0 && memory.is_same(descriptor)) {
+            close(descriptor);
+        } else if (descriptor >= 0) {
+            memory = SharedMemory();
+            memory = SharedMemory(descriptor, bytes);
+        }
+        if (descriptor >= 0 && memory.size() >= bytes)
+            return -1;
+        memory = SharedMemory();
+        memory = SharedMemory(bytes);
+        return memory.get_descriptor();
+    }
+
+    void start_threads(int wanted) {
+        if (threads != 0)
+            return;
+        const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+        threads = limit_threads(wanted > 0 ? wanted : cores);
+        data_bytes = get_data_bytes();
+    }
+
+    void allow_memory(std::size_t pixel_bytes) const {
+        set_limit(RLIMIT_DATA, data_bytes + static_cast<rlim_t>(threads) * THREADS_PER_CORE * STACK_BYTES +
+                                   GENERAL_BYTES + COPIES_OF_PIXELS * pixel_bytes);
+    }
+
+    MessageChannel channel;
+    int threads = 0;
+    rlim_t data_bytes = 0; ///< Of the process before its first image.
+    std::string path;
+    std::optional<ImageFile> file;
+    SharedMemory memory;
+};
+
+} // namespace
+
+void serve_images(int socket) {
+    restrict_process();
+    try {
+        ReaderLoop(socket).run();
+    } catch (...) { // a message that is none; the program finds the connection closed
+    }
+    _exit(0);
+}
+
+} // namespace tool

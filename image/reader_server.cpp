@@ -1,0 +1,180 @@
+#include "image/reader_server.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "image/message.h"
+#include "image/message_channel.h"
+#include "image/reader_loop.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char IN_PROCESS_VARIABLE[] = "COLORIO_READ_IN_PROCESS";
+
+/// What the program asks of the server: to start a reader (0), or to end the one with that id.
+struct Order {
+    pid_t reader;
+};
+/// The reader's id, or minus the number of the error; the status with which it ended.
+struct Answer {
+    int value;
+};
+
+/// The program's connection to its server.
+struct ServerConnection {
+    std::mutex mutex;
+    int socket = -1;
+    int error = 0; ///< Why there is no server.
+};
+
+ServerConnection& get_connection() {
+    static ServerConnection connection;
+    return connection;
+}
+
+/// Leaves open nothing but `socket`, as descriptor 3. Nobody waits for the end of a pipe that this process
+/// holds, and what libraries print goes nowhere.
+int leave_only(int socket) {
+    constexpr int KEPT = STDERR_FILENO + 1;
+    if (socket < KEPT)
+        socket = fcntl(socket, F_DUPFD, KEPT + 1);
+    if (socket != KEPT)
+        dup2(socket, KEPT);
+    const int null = open("/dev/null", O_RDWR);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        dup2(null, standard);
+    close_range(KEPT + 1, ~0u, 0);
+    return KEPT;
+}
+
+/// Lets signals act as in a new program.
+void reset_signals() {
+    for (int number = 1; number < NSIG; ++number)
+        std::signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+class ReaderServer {
+public:
+    explicit ReaderServer(int socket) : channel(socket) {}
+
+    [[noreturn]] void run() {
+        MessageChannel::Received message;
+        while (channel.receive(message) == MessageChannel::Outcome::RECEIVED) {
+            const auto order = MessageReader(message.bytes).get<Order>();
+            MessageWriter answer;
+            answer.add(Answer{order.reader == 0 ? start(message.descriptor) : end(order.reader)});
+            if (message.descriptor >= 0)
+                close(message.descriptor);
+            if (!channel.send(answer.get_bytes()))
+                break;
+        }
+        for (const pid_t reader : readers)
+            kill(reader, SIGKILL);
+        _exit(0);
+    }
+
+private:
+    int start(int reader_socket) {
+        const pid_t reader = fork();
+        if (reader == 0)
+            serve_images(leave_only(reader_socket));
+        if (reader < 0)
+            return -errno;
+        readers.push_back(reader);
+        return reader;
+    }
+
+    /// A reader that ended keeps its id until here, so that none of a stranger is signaled.
+    int end(pid_t reader) {
+        const auto known = std::find(readers.begin(), readers.end(), reader);
+        if (known == readers.end())
+            return 0;
+        readers.erase(known);
+        kill(reader, SIGKILL);
+        int status = 0;
+        while (waitpid(reader, &status, 0) < 0 && errno == EINTR) {
+        }
+        return status;
+    }
+
+    MessageChannel channel;
+    std::vector<pid_t> readers;
+};
+
+std::optional<int> ask(pid_t reader, int descriptor) {
+    ServerConnection& connection = get_connection();
+    std::lock_guard<std::mutex> lock(connection.mutex);
+    const MessageChannel channel(connection.socket);
+    MessageWriter order;
+    order.add(Order{reader});
+    MessageChannel::Received answer;
+    if (connection.socket < 0 || !channel.send(order.get_bytes(), descriptor) ||
+        channel.receive(answer) != MessageChannel::Outcome::RECEIVED)
+        return std::nullopt;
+    return MessageReader(answer.bytes).get<Answer>().value;
+}
+
+} // namespace
+
+bool reads_in_process() {
+    const char* wish = std::getenv(IN_PROCESS_VARIABLE);
+    return wish != nullptr && std::string_view(wish) == "1";
+}
+
+void start_reader_server() {
+    ServerConnection& connection = get_connection();
+    if (connection.socket >= 0 || reads_in_process())
+        return;
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        connection.error = errno;
+        return;
+    }
+    const pid_t server = fork();
+    if (server == 0) {
+        setpgid(0, 0); // an interrupt from the terminal is for the program, which then ends its readers
+        reset_signals();
+        ReaderServer(leave_only(ends[1])).run();
+    }
+    connection.error = server < 0 ? errno : 0;
+    close(ends[1]);
+    if (server < 0)
+        close(ends[0]);
+    else
+        connection.socket = ends[0];
+}
+
+pid_t start_reader(int socket) {
+    const std::optional<int> reader = ask(0, socket);
+    if (!reader) {
+        const int error = get_connection().error;
+        throw std::runtime_error(error != 0 ? std::strerror(error)
+                                            : "the process that starts image readers is not running");
+    }
+    if (*reader < 0)
+        throw std::runtime_error(std::strerror(-*reader));
+    return *reader;
+}
+
+std::optional<int> end_reader(pid_t reader) {
+    return ask(reader, -1);
+}
+
+} // namespace tool
