@@ -4,9 +4,10 @@
 #include <filesystem>
 #include <string>
 
-#include <OpenImageIO/imageio.h>
+#include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 
+#include "image/startable_threads.h"
 #include "tool/console.h"
 #include "tool/conversion_decision.h"
 #include "tool/conversion_options.h"
@@ -96,8 +97,7 @@ ConvertCommand::ConvertCommand(CLI::App& program)
 
 ExitCode ConvertCommand::run(Console& console) {
     check_usage();
-    OIIO::attribute("threads", threads);
-    OIIO::attribute("exr_threads", threads);
+    threads = limit_threads(threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency()));
 
     ColorSession session(session_options, console);
     settle_source(session, console);

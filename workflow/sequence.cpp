@@ -7,6 +7,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "tool/console.h"
@@ -27,12 +28,16 @@ public:
 
     SequenceReport run() {
         const auto start = std::chrono::steady_clock::now();
+        PictureBuffers buffers;
+        buffers.reader.is_ready(); // before the others, as there may be room for one only
         std::vector<std::thread> lanes;
-        for (unsigned int i = 1; i < count_lanes(); ++i)
-            lanes.emplace_back([this] { convert_next_ones(); });
-        convert_next_ones();
+        lanes.reserve(MAX_LANES);
+        start_lanes(lanes);
+        run_lane([&] { convert_next_ones(buffers); });
         for (std::thread& lane : lanes)
             lane.join();
+        if (failure)
+            std::rethrow_exception(failure);
         report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         return report;
     }
@@ -45,9 +50,38 @@ private:
         return std::clamp(cores, 1u, std::max(pictures, 1u));
     }
 
-    /// What one lane does: it takes the next picture through all stages until none is left.
-    void convert_next_ones() {
+    /// Lanes besides the first: as many as there is use for, or fewer where the system starts no more
+    /// threads.
+    void start_lanes(std::vector<std::thread>& lanes) {
+        try {
+            for (unsigned int i = 1; i < count_lanes(); ++i)
+                lanes.emplace_back([this] { run_lane([this] { convert_with_own_buffers(); }); });
+        } catch (const std::system_error&) {
+        }
+    }
+
+    /// No exception leaves a thread: what is not the error of one image ends all lanes and is thrown at the
+    /// end.
+    template <class Work>
+    void run_lane(const Work& work) {
+        try {
+            work();
+        } catch (...) {
+            std::lock_guard<std::mutex> lock(mutex);
+            failure = std::current_exception();
+            next = jobs.size();
+        }
+    }
+
+    /// Leaves the images to the other lanes where the system starts no more processes to read them.
+    void convert_with_own_buffers() {
         PictureBuffers buffers;
+        if (buffers.reader.is_ready())
+            convert_next_ones(buffers);
+    }
+
+    /// What one lane does: it takes the next image through all stages until none is left.
+    void convert_next_ones(PictureBuffers& buffers) {
         for (std::size_t index; (index = next++) < jobs.size(); progress.advance()) {
             try {
                 add(convert_picture(jobs[index], settings, buffers));
@@ -78,6 +112,7 @@ private:
     ProgressBar progress;
     std::atomic<std::size_t> next{0};
     std::mutex mutex;
+    std::exception_ptr failure;
     SequenceReport report;
     std::set<std::string> known_notes;
 };

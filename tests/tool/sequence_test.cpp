@@ -1,4 +1,6 @@
 #include "tests/colorio/color_formulas.h"
+#include "tests/image/hostile_images.h"
+#include "tests/support/no_new_threads.h"
 #include "tests/tool/pictures.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -69,6 +71,27 @@ TEST_F(Sequence, GoesOnAfterAMissingFrameAndFailsAtTheEnd) {
     for (const int frame : {1, 2, 4, 5})
         expect_converted(frame);
     EXPECT_EQ(count_files(), 5u + 4u) << "nothing of the failed ones";
+}
+
+TEST_F(Sequence, GoesOnAfterAFrameThatCrashesTheReader) {
+    write_frames({1, 2, 4, 5});
+    folder.write(name("in", 3), make_tiff_that_crashes_readers()); // the content tells the format
+    const ToolRun result = convert("1-5");
+    EXPECT_THAT(result, FailsWith(1, "colorio: cannot read '" + path(name("in", 3)) +
+                                         "': OpenImageIO crashed on it (Segmentation fault)\n"));
+    EXPECT_THAT(result.out, HasSubstr("4 frames converted, 1 failed"));
+    for (const int frame : {1, 2, 4, 5})
+        expect_converted(frame);
+    EXPECT_EQ(count_files(), 5u + 4u) << "nothing of the failed one";
+}
+
+TEST_F(Sequence, WorksWhereNoThreadCanStart) {
+    write_frames({1, 2, 3, 4, 5, 6});
+    const NoNewThreads full;
+    EXPECT_THAT(convert("1-6"), Succeeds());
+    for (int frame = 1; frame <= 6; ++frame)
+        expect_converted(frame);
+    EXPECT_EQ(count_files(), 12u);
 }
 
 TEST_F(Sequence, WorksWithOneThread) {
