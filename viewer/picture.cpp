@@ -3,6 +3,7 @@
 #include <new>
 
 #include <OpenImageIO/parallel.h>
+#include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 
 #include "image/color_group.h"
@@ -45,12 +46,30 @@ void decode_row(const std::byte* row, const PixelLayout& layout, int channel, in
         target[i] = values[i];
 }
 
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+    throw CommandError(fmt::format("cannot show '{}': {}", path, reason));
+}
+
+/// What is too large to show is not worth reading.
+void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_side) {
+    if (spec.width > max_side || spec.height > max_side)
+        fail(path, fmt::format("{} x {} pixels are more than this driver shows ({} a side)", spec.width,
+                               spec.height, max_side));
+    const double shown_bytes =
+        static_cast<double>(spec.width) * spec.height * WORKING_CHANNELS * sizeof(float);
+    const double bytes = shown_bytes + static_cast<double>(spec.image_bytes(true));
+    if (bytes > static_cast<double>(OIIO::Sysutil::physical_memory()))
+        fail(path, fmt::format("{} x {} pixels take {:.0f} GB to show, more than the memory of this machine",
+                               spec.width, spec.height, bytes / 1e9));
+}
+
 } // namespace
 
-Picture load_picture(const std::string& path) {
+Picture load_picture(const std::string& path, int max_side) {
     ReaderProcess process;
     PictureReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
+    check_size(path, spec, max_side);
     const ColorGroup colour = choose_colour(spec);
     const PixelLayout layout(spec);
     PixelBuffer pixels;
@@ -65,7 +84,7 @@ Picture load_picture(const std::string& path) {
     try {
         picture.rgba.assign(width * static_cast<std::size_t>(spec.height) * WORKING_CHANNELS, 1.0f);
     } catch (const std::bad_alloc&) {
-        throw CommandError(fmt::format("cannot show '{}': no memory for its pixels", path));
+        fail(path, "no memory for its pixels");
     }
     OIIO::parallel_for(int64_t(0), int64_t(spec.height), [&](int64_t y) {
         const auto row = static_cast<std::size_t>(y);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,8 @@ struct Picture {
     }
 };
 
-/// Reads the first colour of the first part of a file; alpha is 1 where there is none. Throws CommandError.
-Picture load_picture(const std::string& path);
+/// Reads the first color of the first part of a file; alpha is 1 where there is none. Throws CommandError,
+/// and reads no pixels, when the header announces more than `max_side` pixels a side or than memory holds.
+Picture load_picture(const std::string& path, int max_side = std::numeric_limits<int>::max());
 
 } // namespace tool

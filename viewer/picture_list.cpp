@@ -70,7 +70,7 @@ PictureList::Handle PictureList::load(const std::string& path) {
     if (known != held.end())
         std::rotate(known, known + 1, held.end());
     else
-        held.push_back(std::make_shared<const Picture>(load_picture(path)));
+        held.push_back(std::make_shared<const Picture>(load_picture(path, max_side)));
     while (held.size() > MAX_HELD || (held.size() > 1 && count_bytes(held) > MAX_HELD_BYTES))
         held.erase(held.begin());
     return held.back();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +15,8 @@ class PictureList {
 public:
     using Handle = std::shared_ptr<const Picture>;
 
+    /// Refuses images with more pixels than that a side from now on.
+    void set_max_side(int pixels) { max_side = pixels; }
     /// Lists a file, if it is not listed yet, without reading it.
     void add(const std::string& path);
     /// Goes to a file, and lists it if it is new. Throws CommandError, and changes nothing, when it cannot be
@@ -38,6 +41,7 @@ private:
     void forget(const std::string& path);
     void show_current();
 
+    int max_side = std::numeric_limits<int>::max();
     std::vector<std::string> paths;
     std::string current;
     Handle picture;

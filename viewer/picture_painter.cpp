@@ -20,8 +20,7 @@ constexpr std::size_t HELD_SHADERS = 5;
 
 /// Pixels are shown as squares when enlarged and averaged when reduced.
 void upload_for_display(const GlTexture& texture, const Picture& picture) {
-    GLint max_size = 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &max_size);
+    const int max_size = get_max_side();
     if (picture.width > max_size || picture.height > max_size)
         throw GlError(fmt::format("{} x {} pixels are more than this driver shows ({} a side)", picture.width,
                                   picture.height, max_size));
@@ -44,6 +43,12 @@ typename std::vector<Held>::iterator find_latest(std::vector<Held>& held, Key He
 }
 
 } // namespace
+
+int get_max_side() {
+    GLint pixels = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &pixels);
+    return pixels;
+}
 
 PicturePainter::PicturePainter() : pass(GlProfile::CORE) {}
 

@@ -11,6 +11,9 @@
 
 namespace tool {
 
+/// The most pixels a side that the driver of the current context shows.
+int get_max_side();
+
 class ColorChain;
 
 /// Draws pictures through chains of conversions with OpenGL's core profile. Textures and shaders are made

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -10,6 +11,7 @@
 #include "tool/command.h"
 #include "tool/console.h"
 #include "tool/exit_code.h"
+#include "viewer/picture_painter.h"
 #include "viewer/script.h"
 #include "viewer/viewer.h"
 #include "workflow/session.h"
@@ -74,13 +76,14 @@ public:
         const std::vector<Script> scripts = read_script();
         ColorHost host(session_options, console);
         ViewModel model(host);
-        apply_options(model);
-        if (const std::string fault = model.get_watch_fault(); !fault.empty())
-            console.warn(fmt::format("files that change are not shown again: {}", fault));
         const bool headless = no_window || !screenshot.empty();
         try {
-            Viewer viewer(model, headless ? make_offscreen(screen_size) : make_window(screen_size, "colorio"),
-                          !headless);
+            auto screen = headless ? make_offscreen(screen_size) : make_window(screen_size, "colorio");
+            model.set_max_side(get_max_side());
+            apply_options(model);
+            if (const std::string fault = model.get_watch_fault(); !fault.empty())
+                console.warn(fmt::format("files that change are not shown again: {}", fault));
+            Viewer viewer(model, std::move(screen), !headless);
             console.note(fmt::format("{}: {} ({})", paths.front(),
                                      model.get_settings(ViewModel::FIRST).input_space,
                                      model.get_space_reason()));

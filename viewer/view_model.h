@@ -26,6 +26,8 @@ public:
 
     // Pictures
 
+    /// Refuses images with more pixels than that a side from now on, before their pixels are read.
+    void set_max_side(int pixels) { pictures.set_max_side(pixels); }
     /// Lists files without reading them.
     void add_pictures(const std::vector<std::string>& paths);
     /// Shows the file, and lists it if it is new.

@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+
 #include <OpenImageIO/imageio.h>
 
 #include "tests/viewer/viewer_fixture.h"
@@ -30,9 +32,9 @@ protected:
         return tool::load_picture(path);
     }
     /// The message with which a file is refused.
-    static std::string refusal_of(const std::string& path) {
+    static std::string refusal_of(const std::string& path, int max_side = 16384) {
         try {
-            tool::load_picture(path);
+            tool::load_picture(path, max_side);
         } catch (const tool::CommandError& error) {
             return error.what();
         }
@@ -70,13 +72,23 @@ TEST_F(PictureToShow, ShowsTheFirstChannelsWhenNoneIsAColour) {
     EXPECT_THAT(pixel(load_channels({"depth"}), 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
 }
 
+TEST_F(PictureToShow, ThatIsTooLargeIsRefusedByItsHeader) {
+    const std::string path = folder.file("cut.exr");
+    write_picture(path, 64, 48, [](int x, int y) { return Rgb{0.1f * x, 0.2f * y, 0.3f * (x ^ y)}; });
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) - 100); // its pixels cannot be read
+    EXPECT_THAT(refusal_of(path), HasSubstr("cannot read '" + path + "': "));
+    EXPECT_EQ(refusal_of(path, 63),
+              "cannot show '" + path + "': 64 x 48 pixels are more than this driver shows (63 a side)");
+    EXPECT_THAT(refusal_of(path, 64), HasSubstr("cannot read"));
+}
+
 TEST_F(PictureToShow, ThatCannotBeReadSaysWhichAndWhy) {
     ASSERT_EQ(mkfifo(folder.file("pipe.exr").c_str(), 0600), 0);
     EXPECT_THAT(refusal_of(folder.write("broken.exr", "no picture")), HasSubstr("broken.exr"));
     EXPECT_THAT(refusal_of(folder.write("empty.exr", "")), HasSubstr("empty.exr"));
     EXPECT_THAT(refusal_of(folder.file("none.exr")), HasSubstr("none.exr': no such file"));
     EXPECT_THAT(refusal_of(folder.get_path()), HasSubstr("it is a folder"));
-    EXPECT_THAT(refusal_of(folder.file("pipe.exr")), HasSubstr("it is no regular file"));
+    EXPECT_THAT(refusal_of(folder.file("pipe.exr")), HasSubstr("it is not a regular file"));
 }
 
 } // namespace
