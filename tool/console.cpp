@@ -1,9 +1,14 @@
 #include "tool/console.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
+#include <fmt/format.h>
 #include <unistd.h>
+
+#include "tool/exit_code.h"
 
 namespace tool {
 
@@ -40,7 +45,30 @@ Console::Console(std::ostream& out, std::ostream& err, const ConsoleTraits& trai
 
 void Console::print(const std::string& line) {
     std::lock_guard<std::mutex> lock(mutex);
+    errno = 0;
     out << line << '\n';
+    check_output();
+}
+
+void Console::finish() {
+    std::lock_guard<std::mutex> lock(mutex);
+    const bool was_whole = out.good();
+    if (!was_whole)
+        out.clear(); // so that the next attempt shows the reason
+    errno = 0;
+    out.flush();
+    if (!was_whole)
+        out.setstate(std::ios::badbit);
+    check_output();
+}
+
+/// `errno` tells the reason.
+void Console::check_output() {
+    if (out.good() || output_failed)
+        return;
+    output_failed = true;
+    throw CommandError(fmt::format("cannot write to standard output{}{}", errno == 0 ? "" : ": ",
+                                   errno == 0 ? "" : std::strerror(errno)));
 }
 
 void Console::print_heading(const std::string& line) {

@@ -21,7 +21,7 @@ class Console {
 public:
     Console(std::ostream& out, std::ostream& err, const ConsoleTraits& traits = {});
 
-    /// A result; a line end is added.
+    /// A result; a line end is added. Throws CommandError when it cannot be written.
     void print(const std::string& line);
     /// A heading among the results, bold where the stream shows it.
     void print_heading(const std::string& line);
@@ -30,18 +30,24 @@ public:
     void warn(const std::string& message);
     void error(const std::string& message);
 
+    /// Sees to it that the results are where they belong. Throws CommandError when one is not, unless `print`
+    /// did.
+    void finish();
+
     /// Text kept on the last line of the terminal while messages scroll above it; empty removes it.
     /// Nothing is written where messages do not go to a terminal.
     void set_status(const std::string& text);
     bool shows_status() const { return traits.err_is_terminal; }
 
 private:
+    void check_output();
     void write_message(const char* color, const char* prefix, const std::string& message);
 
     std::ostream& out;
     std::ostream& err;
     ConsoleTraits traits;
     std::string status;
+    bool output_failed = false; ///< And that was said.
     std::mutex mutex;
 };
 

@@ -29,6 +29,8 @@ Examples:
 Environment:
   OCIO                 configuration file, where --config names none
   COLORIO_FAST_PATH=0  leaves every conversion to the colour library, for comparison
+  COLORIO_READ_IN_PROCESS=1
+                       read images in this process; a damaged image can then crash it
 
 Exit codes: 0 done, 1 failed, 2 wrong usage. Results go to standard output, messages to standard error.
 'colorio COMMAND --help' tells more about a command.)";
@@ -135,21 +137,34 @@ private:
     std::vector<std::unique_ptr<Command>> commands;
 };
 
-} // namespace
-
-int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
-        const ConsoleTraits& traits) {
-    Console console(out, err, traits);
-    follow_environment();
+/// Calls `action` and shows what it throws.
+template <class Action>
+ExitCode report_errors(Console& console, const Action& action) {
     try {
-        return Program().run(arguments, out, console);
+        return action();
     } catch (const CommandError& error) {
         console.error(error.what());
         return error.get_code();
     } catch (const std::exception& error) {
         console.error(explain_exception(error));
-        return EXIT_CODE_FAILED;
     }
+    return EXIT_CODE_FAILED;
+}
+
+} // namespace
+
+int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+        const ConsoleTraits& traits) {
+    Console console(out, err, traits);
+    const ExitCode code = report_errors(console, [&] {
+        follow_environment();
+        return Program().run(arguments, out, console);
+    });
+    const ExitCode output_code = report_errors(console, [&] {
+        console.finish();
+        return EXIT_CODE_DONE;
+    });
+    return code != EXIT_CODE_DONE ? code : output_code;
 }
 
 } // namespace tool
