@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <sstream>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -66,7 +67,7 @@ public:
             commands.push_back(make(app));
     }
 
-    ExitCode run(std::vector<std::string> arguments, std::ostream& out, Console& console) {
+    ExitCode run(std::vector<std::string> arguments, Console& console) {
         try {
             check_command_name(arguments);
             for (const auto& command : commands)
@@ -74,7 +75,10 @@ public:
                     command->complete_arguments(arguments);
             app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
         } catch (const CLI::Success& wish) { // help or version
-            app.exit(wish, out, out);
+            std::ostringstream text;
+            app.exit(wish, text, text);
+            const std::string lines = text.str();
+            console.print(lines.substr(0, lines.find_last_not_of('\n') + 1));
             return EXIT_CODE_DONE;
         } catch (const CLI::ParseError& error) {
             check_option_names();
@@ -158,7 +162,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     Console console(out, err, traits);
     const ExitCode code = report_errors(console, [&] {
         follow_environment();
-        return Program().run(arguments, out, console);
+        return Program().run(arguments, console);
     });
     const ExitCode output_code = report_errors(console, [&] {
         console.finish();

@@ -32,7 +32,7 @@ protected:
                 {"list", "views"},
                 {"explain", "sRGB", "linear"},
                 {"explain", "sRGB", "linear", "--json"},
-                {"shader", "sRGB", "linear"},
+                {"shader", "--from", "sRGB", "--to", "linear", "--output", path("shader")},
                 {"check"},
                 {"cdl", "list", path("grade.cc")},
                 {"cdl", "show", path("grade.cc")},
