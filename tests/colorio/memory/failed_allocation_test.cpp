@@ -43,6 +43,7 @@ protected:
         write_file("lut.spi1d", lut_text(0.5));
         write_file("library.ccc",
                    collection_text(correction_text("warm", "2") + correction_text("cool", "0.5")));
+        write_file("own.ccc", collection_text(correction_text("warm", "2")));
         app.cdl_library_file_path = path_of("library.ccc").c_str();
         app.color_space_by_extension_file_path =
             write_file("mapping.yaml", "Scans: {extensions: \"dpx, cin\", color_space: film}\n").c_str();
@@ -64,7 +65,7 @@ protected:
     CoreVector<CdlDef> own_cdls() {
         CoreVector<CdlDef> list;
         list.append(cdl("numbers"));
-        list.append(cdl("filed", path_of("library.ccc").c_str()));
+        list.append(cdl("filed", path_of("own.ccc").c_str()));
         return list;
     }
 
