@@ -210,11 +210,10 @@ TEST_F(Preferences, FilesOfEarlierVersionsGetTheMarkerWhenTheyAreSaved) {
 }
 
 TEST_F(Preferences, NoOtherFileIsUsedRenamedOrOverwritten) {
-    for (const char* content :
-         {"ocio_profile_version: 1\nroles: {default: raw}\ncolorspaces: []\n", "", "{}", "{", "color",
-          "\x89PNG\r\n\x1a\n\0\0", "color_management: {theme: dark}\n",
-          "file_type: mapping\ndefault_color_space_name: raw\n",
-          "file_type: \"mapping\"\ndefault_color_space_name: \"raw\n", "- color_space_file_path: a\n"}) {
+    for (const char* content : {"ocio_profile_version: 1\nroles: {default: raw}\ncolorspaces: []\n", "", "{}",
+                                "{", "color", "\x89PNG\r\n\x1a\n\0\0", "color_management: {theme: dark}\n",
+                                "file_type: mapping\ndefault_color_space_name: raw\n",
+                                "file_type: \"mapping\"\ndefault_color_space_name: \"raw\n", "- a: b\n"}) {
         folder.write("config/qb_colorio/preferences.yaml", content);
         EXPECT_FALSE(preferences.load(app)) << content;
         EXPECT_FALSE(preferences.load_to_change(app)) << content;
