@@ -102,7 +102,7 @@ TEST_F(Formats, AnswersUnknownNamesWithTheNearestOnesAndSavesNothing) {
     EXPECT_THAT(run({"formats", "set", "default", "--extensions", "foo"}),
                 FailsWith(2, HasSubstr("stands for all extensions that no format lists")));
     EXPECT_THAT(run({"formats", "remve", "Targa"}), FailsWith(2, HasSubstr("did you mean 'remove'?")));
-    EXPECT_FALSE(folder.exists("config"));
+    EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 
 TEST_F(Formats, ChecksThatAConfigurationHasTheColorSpaces) {

@@ -78,7 +78,7 @@ TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
     EXPECT_THAT(run({"cdl", "add", "x", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"cdl", "add", "no cdl", "--values", WARM}),
                 FailsWith(1, HasSubstr("there is a CDL 'No CDL'")));
-    EXPECT_FALSE(folder.exists("config"));
+    EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 
 TEST_F(OwnCdls, AreRefusedWhenTheLibraryCannotReadThem) {
@@ -89,7 +89,7 @@ TEST_F(OwnCdls, AreRefusedWhenTheLibraryCannotReadThem) {
                 FailsWith(1, AllOf(HasSubstr("cannot use the CDL 'x'"), HasSubstr("odd.cc"))));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("odd.cc")}),
                 FailsWith(1, AllOf(HasSubstr("cannot make the colour space 'x'"), HasSubstr("odd.cc"))));
-    EXPECT_FALSE(folder.exists("config"));
+    EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 
 TEST_F(OwnCdls, OfALibraryAreListedAndNeverSavedAsOnesOfTheUser) {

@@ -91,7 +91,7 @@ TEST_F(Spaces, RefusesWhatCannotWorkAndSavesNothing) {
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--range", "0,one"}),
                 FailsWith(2, HasSubstr("'one' is no number")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--depth", "33"}), FailsWith(2, HasSubstr("33")));
-    EXPECT_FALSE(folder.exists("config"));
+    EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 
 TEST_F(Spaces, StayWhenAnotherSettingChanges) {
