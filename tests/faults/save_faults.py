@@ -121,7 +121,8 @@ class Place:
             path.write_bytes(content.encode() if isinstance(content, str) else content)
 
     def read_files(self):
-        return {str(path.relative_to(self.folder)): path.read_bytes()
+        """Contents by name, with the folder's own path, which every run has another of, as FOLDER."""
+        return {str(path.relative_to(self.folder)): path.read_bytes().replace(str(self.folder).encode(), b"FOLDER")
                 for path in self.folder.rglob("*") if path.is_file() and not path.is_symlink()}
 
     def run(self, command, fault="EIO", at=0):
