@@ -131,6 +131,7 @@ class Place:
         program = self.options.mapping if self.save.is_mapping else self.options.tool
         environment = {"PATH": os.environ["PATH"], "HOME": str(self.folder), "TMPDIR": str(self.folder / "tmp"),
                        "XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_CACHE_HOME": str(self.folder / "cache"),
+                       "MESA_SHADER_CACHE_DISABLE": "true",  # which keeps files in the cache folder too
                        # The sanitizer that looks for leaks steps the program itself.
                        "ASAN_OPTIONS": "detect_leaks=0"}
         report = self.outside / "report"
