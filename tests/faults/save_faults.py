@@ -18,7 +18,8 @@ import tempfile
 FAULTS = ("kill", "EIO", "ENOSPC", "EINTR", "EMFILE")
 TIMEOUT_S = 60
 TEMPORARY = re.compile(r"\.qb_colorio-[^/]*\.tmp[^/]*$")
-TIME = re.compile(rb"\d{4}:\d\d:\d\d[ :]\d\d:\d\d:\d\d")  # as images hold the one when they were written
+# What images hold of the moment when they were written, and DPX of the path where it was.
+OF_THE_RUN = re.compile(rb"\d{4}:\d\d:\d\d[ :]\d\d:\d\d:\d\d|/?\.qb_colorio-[\w-]+\.tmp\.dpx\0*")
 LUT = "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.5\n}\n"
 # What an earlier version wrote, and what the program does not know.
 PREFERENCES = """\
@@ -122,9 +123,9 @@ class Place:
             path.write_bytes(content.encode() if isinstance(content, str) else content)
 
     def read_files(self):
-        """Contents by name, without what differs from run to run: the folder's own path, and times."""
+        """Contents by name, without what differs from run to run."""
         return {str(path.relative_to(self.folder)):
-                TIME.sub(b"TIME", path.read_bytes().replace(str(self.folder).encode(), b"FOLDER"))
+                OF_THE_RUN.sub(b"", path.read_bytes().replace(str(self.folder).encode(), b"FOLDER"))
                 for path in self.folder.rglob("*") if path.is_file() and not path.is_symlink()}
 
     def run(self, command, fault="EIO", at=0):
