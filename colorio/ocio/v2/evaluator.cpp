@@ -22,16 +22,14 @@ std::size_t to_size(long count) {
 } // namespace
 
 Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::OptimizationFlags optimization) {
-    library::ConstProcessorRcPtr optimized = processor;
-    if (get_fast_path()) {
-        optimized =
-            processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization);
-        make_program(optimized);
-    } else {
+    if (get_fast_path())
+        make_program(
+            processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization));
+    else
         why_not_ = "the vector code is switched off";
-    }
+    // Not of an optimized processor: the library can refuse to copy operations that it has merged itself.
     if (!program_)
-        cpu_ = optimized->getOptimizedCPUProcessor(optimization);
+        cpu_ = processor->getOptimizedCPUProcessor(optimization);
     no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
 }
 

@@ -21,18 +21,28 @@ std::vector<ExplainedStep> trace(const pixel::Program& program, const std::array
     return steps;
 }
 
-/// The library's operations, each run by itself.
-std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
-                                 library::OptimizationFlags optimization, std::array<float, 4> rgba) {
+/// The operations of `processor`, each run by itself.
+std::vector<ExplainedStep> trace_each(const library::ConstProcessorRcPtr& processor,
+                                      library::OptimizationFlags optimization, std::array<float, 4> rgba) {
     const library::ConstConfigRcPtr config = library::Config::CreateRaw();
-    const auto optimized =
-        processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization);
     std::vector<ExplainedStep> steps;
-    for_each_transform(optimized, [&](const library::ConstTransformRcPtr& transform) {
+    for_each_transform(processor, [&](const library::ConstTransformRcPtr& transform) {
         config->getProcessor(transform)->getOptimizedCPUProcessor(optimization)->applyRGBA(rgba.data());
         steps.push_back({describe(*transform), rgba});
     });
     return steps;
+}
+
+/// As the library merges the operations, or unmerged where it refuses what it has merged.
+std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
+                                 library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
+    try {
+        return trace_each(
+            processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization),
+            optimization, rgba);
+    } catch (const Exception&) {
+        return trace_each(processor, optimization, rgba);
+    }
 }
 
 } // namespace

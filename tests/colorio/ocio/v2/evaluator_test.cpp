@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <vector>
 
+#include "colorio/ocio/processor.h"
 #include "tests/colorio/ocio/fast_path_guard.h"
 #include "tests/colorio/ocio/test_configs.h"
 
@@ -55,6 +57,46 @@ TEST_F(Evaluators, LeaveOperationsThatAreNotKnownToTheLibrary) {
     evaluator.apply_rgba(own);
     processor->getOptimizedCPUProcessor(LOSSLESS)->applyRGBA(librarys);
     EXPECT_TRUE(std::equal(own, own + 4, librarys));
+}
+
+/// RGB_TO_HSV, which is left to the library, and two exponents. Merged, as 0.01 / 1.40973, they are out of
+/// the range that the library takes from others.
+library::GroupTransformRcPtr with_exponents_that_merge_out_of_range() {
+    const auto group = library::GroupTransform::Create();
+    group->appendTransform(library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_RGB_TO_HSV));
+    const auto append = [&](const double(&value)[4], library::TransformDirection direction) {
+        const auto exponent = library::ExponentTransform::Create();
+        exponent->setValue(value);
+        exponent->setDirection(direction);
+        group->appendTransform(exponent);
+    };
+    append({2, 0.01, 2, 1}, library::TRANSFORM_DIR_FORWARD);
+    append({2.4193, 1.40973, 0.428917, 1}, library::TRANSFORM_DIR_INVERSE);
+    return group;
+}
+
+TEST_F(Evaluators, TakeOperationsThatTheLibraryMergesOutOfItsOwnRange) {
+    config_->setMajorVersion(2);
+    const auto exponents = with_exponents_that_merge_out_of_range();
+    for (const auto direction : {library::TRANSFORM_DIR_FORWARD, library::TRANSFORM_DIR_INVERSE}) {
+        exponents->setDirection(direction);
+        const library::ConstProcessorRcPtr processor = config_->getProcessor(exponents);
+        float own[4] = {0.4f, 0.2f, 0.1f, 1}, librarys[4] = {0.4f, 0.2f, 0.1f, 1};
+        ocio::Evaluator(processor, LOSSLESS).apply_rgba(own);
+        processor->getOptimizedCPUProcessor(LOSSLESS)->applyRGBA(librarys);
+        EXPECT_TRUE(std::equal(own, own + 4, librarys));
+    }
+}
+
+TEST_F(Evaluators, OfSuchOperationsAreExplainedStepByStep) {
+    config_->setMajorVersion(2);
+    const auto processor = ocio::get_processor(config_, with_exponents_that_merge_out_of_range());
+    std::array<float, 4> pixel{0.4f, 0.2f, 0.1f, 1};
+    const ocio::Explanation explanation = processor->explain(pixel);
+    processor->apply_rgba(pixel.data());
+    ASSERT_EQ(explanation.steps.size(), 3U);
+    for (std::size_t i = 0; i < pixel.size(); ++i)
+        EXPECT_NEAR(explanation.steps.back().pixel[i], pixel[i], 1e-5f);
 }
 
 TEST_F(Evaluators, OfConversionsThatDoNothingTouchNothing) {
