@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
 
@@ -24,7 +25,9 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
     return guarded([&] {
         require_readable_config(path);
         try {
-            return without_processor_cache(read());
+            const ConstConfigRcPtr config = without_processor_cache(read());
+            require_bounded_variables(config, path);
+            return config;
         } catch (const std::exception&) {
             const std::string newer = describe_newer_profile(path);
             if (newer.empty())

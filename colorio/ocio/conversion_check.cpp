@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/lut_words.h"
 #include "colorio/ocio/transform_graph.h"
 
@@ -25,7 +26,7 @@ constexpr std::size_t MAX_NAMES_SHOWN = 8;
 /// Visits what a conversion reaches, depth first and without recursion.
 class ConversionWalk {
 public:
-    explicit ConversionWalk(const ConstConfigRcPtr& config) : graph_(config) {}
+    explicit ConversionWalk(const ConstConfigRcPtr& config) : config_(config), graph_(config) {}
 
     void run(const ConstTransformRcPtr& conversion) {
         enter({}, graph_.dependencies_of(conversion));
@@ -78,6 +79,8 @@ private:
     void enter(const std::pair<std::string, std::string>& identity, Dependencies dependencies) {
         const std::size_t above =
             path_.empty() ? 0 : path_.back().depth_above + 1 + path_.back().dependencies.group_depth;
+        for (const std::string& text : dependencies.texts)
+            resolve_variables(config_, text);
         files_.insert(dependencies.files.begin(), dependencies.files.end());
         visited_.emplace(identity.first, std::nullopt);
         const Extent own{1 + dependencies.group_depth, dependencies.transforms};
@@ -130,6 +133,7 @@ private:
         return path_.size() > first + count ? names + " -> ..." : names;
     }
 
+    ConstConfigRcPtr config_;
     TransformGraph graph_;
     std::vector<Step> path_;
     std::unordered_map<std::string, std::optional<Extent>> visited_; ///< empty while on the path

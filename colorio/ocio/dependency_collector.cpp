@@ -3,13 +3,10 @@
 #include <algorithm>
 
 #include "colorio/ocio/color_space.h"
-#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/transform.h"
 
 namespace ocio {
-
-DependencyCollector::DependencyCollector(const ConstConfigRcPtr& config)
-    : config_(config), variables_(get_variables(config)) {}
 
 void DependencyCollector::add(const ConstTransformRcPtr& root, bool inverse) {
     std::vector<Pending> pending{{root, inverse, 0}};
@@ -35,9 +32,12 @@ void DependencyCollector::add_single(const library::Transform& transform, bool i
     ++found_.transforms;
     if (const auto* file = dynamic_cast<const library::FileTransform*>(&transform)) {
         found_.files.emplace_back(file->getSrc());
+        add_texts({file->getSrc(), file->getCCCId()});
     } else if (const auto* conversion = dynamic_cast<const library::ColorSpaceTransform*>(&transform)) {
+        add_texts({conversion->getSrc(), conversion->getDst()});
         add_path(conversion->getSrc(), {}, conversion->getDst(), inverse);
     } else if (const auto* looks = dynamic_cast<const library::LookTransform*>(&transform)) {
+        add_texts({looks->getSrc(), looks->getDst(), looks->getLooks()});
         for (const std::vector<LookStep>& steps : look_alternatives(looks->getLooks()))
             add_path(looks->getSrc(), steps, looks->getDst(), inverse);
     } else {
@@ -66,6 +66,7 @@ void DependencyCollector::add_other_uses(const ConstTransformRcPtr& transform) {
 }
 
 void DependencyCollector::add_look(const library::Look& look, bool inverse) {
+    add_texts({look.getProcessSpace()});
     // A look is entered from and left to its process space.
     for (int use = 0; use < 2; ++use)
         if (const ConstColorSpaceRcPtr space = find_space(look.getProcessSpace()))
@@ -85,12 +86,18 @@ void DependencyCollector::add_node(NodeKind kind, const char* name, bool inverse
     found_.nodes.push_back({kind, name, inverse});
 }
 
+void DependencyCollector::add_texts(std::initializer_list<const char*> texts) {
+    for (const char* text : texts)
+        if (may_hold_variables(text))
+            found_.texts.emplace_back(text);
+}
+
 ConstColorSpaceRcPtr DependencyCollector::find_space(const std::string& name) const {
     return config_->getColorSpace(resolve(name).c_str());
 }
 
 std::string DependencyCollector::resolve(const std::string& name) const {
-    return variables_->resolveStringVar(name.c_str());
+    return resolve_variables(config_, name);
 }
 
 void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,7 +27,7 @@ public:
     Dependencies take() { return std::move(found_); }
 
 protected:
-    explicit DependencyCollector(const ConstConfigRcPtr& config);
+    explicit DependencyCollector(const ConstConfigRcPtr& config) : config_(config) {}
 
     /// From one colour space through looks to another.
     virtual void add_path(const std::string& source, const std::vector<LookStep>& looks,
@@ -38,6 +39,8 @@ protected:
     /// Of a pair of transforms that undo each other the one for `inverse`, or else the other one backwards.
     void add_one_of(const ConstTransformRcPtr& forward, const ConstTransformRcPtr& backward, bool inverse);
     void add_node(NodeKind kind, const char* name, bool inverse);
+    /// Notes what the library may replace context variables in.
+    void add_texts(std::initializer_list<const char*> texts);
     /// The colour space that a name, a role or an alias stands for, variables resolved; null for none.
     ConstColorSpaceRcPtr find_space(const std::string& name) const;
     std::string resolve(const std::string& name) const;
@@ -56,7 +59,6 @@ private:
     void add_other_uses(const ConstTransformRcPtr& transform);
 
     ConstConfigRcPtr config_;
-    library::ConstContextRcPtr variables_;
     Dependencies found_;
 };
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -22,10 +23,9 @@ std::string stripped(std::string_view text) {
 
 std::vector<std::string> get_search_folders(const ConstConfigRcPtr& config) {
     const std::filesystem::path own_folder = config->getWorkingDir();
-    const library::ConstContextRcPtr variables = get_variables(config);
     std::vector<std::string> folders;
     for (const std::string& entry : search_path_entries(config)) {
-        const std::filesystem::path resolved = stripped(variables->resolveStringVar(entry.c_str()));
+        const std::filesystem::path resolved = stripped(resolve_variables(config, entry));
         const std::filesystem::path folder = resolved.empty() ? own_folder : own_folder / resolved;
         folders.push_back(folder.lexically_normal().string());
     }

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <set>
 
-#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/search_folders.h"
 #include "colorio/ocio/transform_graph.h"
 
@@ -26,10 +26,9 @@ std::set<std::string> get_file_names(const ConstConfigRcPtr& config) {
 
 std::vector<std::string> get_source_files(const ConstConfigRcPtr& config) {
     const std::vector<std::string> folders = get_search_folders(config);
-    const library::ConstContextRcPtr variables = get_variables(config);
     std::set<std::string> paths;
     for (const std::string& name : get_file_names(config)) {
-        const std::filesystem::path file = variables->resolveStringVar(name.c_str());
+        const std::filesystem::path file = resolve_variables(config, name);
         if (file.empty())
             continue;
         for (const std::string& folder : folders)

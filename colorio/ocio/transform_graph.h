@@ -24,6 +24,7 @@ struct GraphNode {
 struct Dependencies {
     std::vector<GraphNode> nodes;   ///< in order, once per use
     std::vector<std::string> files; ///< sources of file transforms, unresolved
+    std::vector<std::string> texts; ///< names and paths that may hold context variables, unresolved
     std::size_t transforms = 0;     ///< how many transforms it consists of, groups not counted
     std::size_t group_depth = 0;    ///< how deep its groups are nested
 };

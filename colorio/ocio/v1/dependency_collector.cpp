@@ -26,6 +26,7 @@ protected:
         const auto* view = dynamic_cast<const library::DisplayTransform*>(&transform);
         if (!view)
             return;
+        add_texts({view->getInputColorSpaceName(), view->getDisplay(), view->getView()});
         const std::string looks = config()->getDisplayLooks(view->getDisplay(), view->getView());
         add_path(view->getInputColorSpaceName(), all_look_steps(looks),
                  get_display_color_space_name(config(), view->getDisplay(), view->getView()), inverse);

@@ -51,6 +51,7 @@ private:
     void add_view(const library::DisplayViewTransform& transform, bool inverse) {
         const char* display = transform.getDisplay();
         const char* view = transform.getView();
+        add_texts({transform.getSrc(), display, view});
         // A view can show a named transform, which is then applied forwards.
         SpaceType target = add_reference(get_display_color_space_name(config(), display, view), inverse);
         const char* name = config()->getDisplayViewTransformName(display, view);

@@ -1,0 +1,218 @@
+#include "colorio/ocio/context_variables.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/transform_graph.h"
+
+namespace ocio {
+
+namespace {
+
+constexpr std::size_t MAX_LENGTH = 65536;
+/// Rounds of replacement; real configs take two or three.
+constexpr std::size_t MAX_ROUNDS = 256;
+/// Characters searched for variables, for all texts of a config: a second or so.
+constexpr std::size_t MAX_WORK = 2'000'000'000;
+/// Names shown of a chain that is too long to be listed.
+constexpr std::size_t MAX_NAMES_SHOWN = 8;
+
+struct Variable {
+    std::string name;
+    std::string value;
+    std::string spellings[3];
+};
+
+/// Follows the library's replacement step by step: in each round every variable in turn, longer names first,
+/// in its three spellings.
+class VariableExpansion {
+public:
+    explicit VariableExpansion(const library::Context& context) {
+        for (int i = 0; i < context.getNumStringVars(); ++i) {
+            const std::string name = context.getStringVarNameByIndex(i);
+            const char* value = context.getStringVar(name.c_str());
+            variables_.push_back(
+                {name, value ? value : "", {"${" + name + "}", "$" + name, "%" + name + "%"}});
+        }
+        std::stable_sort(variables_.begin(), variables_.end(),
+                         [](const Variable& a, const Variable& b) { return a.name.size() > b.name.size(); });
+    }
+
+    /// Throws when replacing the variables in `text` has no end or no bounds.
+    void require_bounded(const std::string& text) {
+        std::string expanded = text;
+        std::size_t rounds = 0;
+        for (bool changing = may_hold_variables(text); changing; ++rounds) {
+            const std::size_t before = replacements_;
+            for (const Variable& variable : variables_) {
+                replace(expanded, variable);
+                if (expanded.size() > MAX_LENGTH || work_ > MAX_WORK)
+                    refuse(text);
+            }
+            changing = replacements_ > before;
+            if (rounds == MAX_ROUNDS)
+                refuse(text);
+        }
+    }
+
+    void require_bounded_value(const std::string& name) {
+        for (const Variable& variable : variables_)
+            if (variable.name == name && may_hold_variables(variable.value))
+                require_bounded(variable.spellings[0]);
+    }
+
+    /// False when no value in a YAML text can refer to a variable.
+    bool may_be_used_in(const std::string& yaml) const {
+        constexpr char MARKS[] = "$%\\";
+        for (std::size_t at = yaml.find_first_of(MARKS); at != std::string::npos;
+             at = yaml.find_first_of(MARKS, at + 1))
+            if (hides_characters(yaml, at) || begins_variable(yaml, at))
+                return true;
+        return false;
+    }
+
+private:
+    /// An escape that stands for any character, or joins two lines.
+    static bool hides_characters(const std::string& yaml, std::size_t at) {
+        return yaml[at] == '\\' && std::string_view("xuU\r\n").find(yaml[at + 1]) != std::string_view::npos;
+    }
+
+    bool begins_variable(const std::string& text, std::size_t at) const {
+        for (const Variable& variable : variables_)
+            for (const std::string& spelling : variable.spellings)
+                if (text.compare(at, spelling.size(), spelling) == 0)
+                    return true;
+        return false;
+    }
+
+    /// Stops where the text becomes too long.
+    void replace(std::string& text, const Variable& variable) {
+        for (const std::string& spelling : variable.spellings) {
+            work_ += text.size();
+            for (std::size_t at = text.find(spelling); at != std::string::npos && text.size() <= MAX_LENGTH;
+                 at = text.find(spelling, at + variable.value.size())) {
+                text.replace(at, spelling.size(), variable.value);
+                work_ += text.size();
+                ++replacements_;
+            }
+        }
+    }
+
+    /// The variables that a text names, in the order of their first mention.
+    std::vector<const Variable*> variables_in(std::string text) const {
+        std::map<std::size_t, const Variable*> found;
+        for (const Variable& variable : variables_)
+            for (const std::string& spelling : variable.spellings)
+                for (std::size_t at = text.find(spelling); at != std::string::npos;
+                     at = text.find(spelling)) {
+                    text.replace(at, spelling.size(), spelling.size(), '\0');
+                    found.emplace(at, &variable);
+                }
+        std::vector<const Variable*> named;
+        for (const auto& [at, variable] : found)
+            if (std::find(named.begin(), named.end(), variable) == named.end())
+                named.push_back(variable);
+        return named;
+    }
+
+    [[noreturn]] void refuse(const std::string& text) const {
+        std::vector<const Variable*> chain = find_cycle(text);
+        if (!chain.empty())
+            throw Exception(("context variables form a cycle: " + names_of(chain)).c_str());
+        for (auto next = variables_in(text); !next.empty(); next = variables_in(next.front()->value))
+            chain.push_back(next.front());
+        throw Exception(
+            ("context variables expand too far" + (chain.empty() ? "" : ": " + names_of(chain))).c_str());
+    }
+
+    /// The variables from one back to itself that the replacement in `text` runs into; empty for none.
+    std::vector<const Variable*> find_cycle(const std::string& text) const {
+        struct Step {
+            const Variable* variable; ///< null for the text
+            std::vector<const Variable*> named;
+            std::size_t next;
+        };
+        std::vector<Step> path{{nullptr, variables_in(text), 0}};
+        std::set<const Variable*> entered;
+        while (!path.empty()) {
+            Step& step = path.back();
+            if (step.next == step.named.size()) {
+                path.pop_back();
+                continue;
+            }
+            const Variable* variable = step.named[step.next++];
+            const auto first =
+                std::find_if(path.begin(), path.end(), [&](const Step& s) { return s.variable == variable; });
+            if (first != path.end()) {
+                std::vector<const Variable*> cycle;
+                for (auto member = first; member != path.end(); ++member)
+                    cycle.push_back(member->variable);
+                cycle.push_back(variable);
+                return cycle;
+            }
+            if (entered.insert(variable).second)
+                path.push_back({variable, variables_in(variable->value), 0});
+        }
+        return {};
+    }
+
+    static std::string names_of(const std::vector<const Variable*>& chain) {
+        std::string names;
+        for (std::size_t i = 0; i < chain.size() && i < MAX_NAMES_SHOWN; ++i)
+            names += (i == 0 ? "" : " -> ") + chain[i]->name;
+        return chain.size() > MAX_NAMES_SHOWN ? names + " -> ..." : names;
+    }
+
+    std::vector<Variable> variables_; ///< longer names first
+    std::size_t replacements_ = 0;
+    std::size_t work_ = 0;
+};
+
+/// Empty for what is not a text file, such as an archive.
+std::optional<std::string> read_yaml(const std::string& path) {
+    constexpr std::string_view ARCHIVE_MARK = "PK";
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    return text.compare(0, ARCHIVE_MARK.size(), ARCHIVE_MARK) == 0 ? std::nullopt : std::optional(text);
+}
+
+} // namespace
+
+bool may_hold_variables(const std::string& text) {
+    return text.find_first_of("$%") != std::string::npos;
+}
+
+std::string resolve_variables(const ConstConfigRcPtr& config, const std::string& text) {
+    if (!may_hold_variables(text))
+        return text;
+    const library::ConstContextRcPtr variables = get_variables(config);
+    VariableExpansion(*variables).require_bounded(text);
+    return variables->resolveStringVar(text.c_str());
+}
+
+void require_bounded_variables(const ConstConfigRcPtr& config, const std::string& path) {
+    VariableExpansion expansion(*get_variables(config));
+    for (int i = 0; i < config->getNumEnvironmentVars(); ++i)
+        expansion.require_bounded_value(config->getEnvironmentVarNameByIndex(i));
+    expansion.require_bounded(config->getWorkingDir());
+    const std::optional<std::string> yaml = read_yaml(path);
+    if (yaml && !expansion.may_be_used_in(*yaml))
+        return;
+    for (const std::string& entry : search_path_entries(config))
+        expansion.require_bounded(entry);
+    const TransformGraph graph(config);
+    for (const GraphNode& node : graph.get_nodes())
+        for (const std::string& text : graph.dependencies_of(node).texts)
+            expansion.require_bounded(text);
+}
+
+} // namespace ocio
