@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "colorio/ocio/context_variables.h"
+#include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/lut_words.h"
 #include "colorio/ocio/transform_graph.h"
 
@@ -141,24 +142,14 @@ private:
     std::vector<GraphNode> nodes_;
 };
 
-/// Where a file transform's source lies; empty when it is not found, which the library reports.
-std::string locate(const library::ConstContextRcPtr& context, const std::string& source) {
-    try {
-        return context->resolveFileLocation(source.c_str());
-    } catch (const Exception&) {
-        return {};
-    }
-}
-
 } // namespace
 
 ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     ConversionWalk walk(config);
     walk.run(conversion);
     ConversionParts parts{walk.take_nodes(), {}};
-    const library::ConstContextRcPtr context = config->getCurrentContext();
     for (const std::string& source : walk.files()) {
-        const std::string path = locate(context, source);
+        const std::string path = locate_file(config, source);
         if (path.empty())
             continue;
         require_readable_lut(path);

@@ -289,4 +289,16 @@ TEST_F(CustomSpaces, KeepConvertersOfReplacedSpacesWorking) {
     EXPECT_FLOAT_EQ(convert(0.25f, 0, 1)[0], 0.5f);
 }
 
+TEST_F(CustomSpaces, MayHaveFilesBelowFoldersNamedLikeVariables) {
+    EnvGuard variable("QB_TEST_X", "elsewhere");
+    for (const char* name : {"c$QB_TEST_X", "c${QB_TEST_X}", "%QB_TEST_X%", "c$"}) {
+        const std::string lut = std::string(name) + "/gain.spi1d";
+        edit({space_record("mine", write_lut(lut.c_str(), 2))});
+        EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0)) << name;
+        const std::string grade = write_file(std::string(name) + "/grade.cc", correction_text("x", "3"));
+        edit({space_record("mine", "", grade)});
+        EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5)) << name;
+    }
+}
+
 } // namespace

@@ -289,7 +289,8 @@ TEST_F(ManagerBuiltinConfig, DisplaySpacesAreReadThroughTheirTables) {
 }
 
 TEST_F(ManagerBuiltinConfig, TheFoldersNameMayHoldBlanksSignsAndLettersOutsideAscii) {
-    for (const char* name : {"100%", "a blank", "ä", "(1) [2] {3}", "#5 &co", "'quoted'"}) {
+    for (const char* name : {"100%", "a blank", "ä", "(1) [2] {3}", "#5 &co", "'quoted'", "c$HOME",
+                             "c${HOME}", "%HOME%", "a$b/${c}"}) {
         write_file(std::string(name) + "/keep.txt", "");
         app.lut_folder = path_of(name).c_str();
         ColorIOManager::destroy();

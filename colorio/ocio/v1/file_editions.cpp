@@ -5,9 +5,8 @@
 #include <optional>
 #include <unordered_map>
 
-#include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
-#include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/transform.h"
 
@@ -57,57 +56,11 @@ FileEditions& file_editions() {
 using Spellings = std::map<std::string, std::string>;
 
 Spellings current_spellings(const ConstConfigRcPtr& config, const ConversionParts& parts) {
-    const library::ConstContextRcPtr variables = get_variables(config);
     Spellings spellings;
     for (const auto& [source, path] : parts.files)
         if (const unsigned edition = file_editions().edition_of(path))
-            spellings.emplace(source, spell_edition(variables->resolveStringVar(source.c_str()), edition));
+            spellings.emplace(source, spell_edition(resolve_variables(config, source), edition));
     return spellings;
-}
-
-TransformRcPtr respell(const ConstTransformRcPtr& transform, const Spellings& spellings);
-
-/// The members with edited files replaced.
-void respell_members(const GroupTransformRcPtr& group, const Spellings& spellings) {
-    std::vector<TransformRcPtr> members;
-    for (int i = 0; i < get_size(*group); ++i)
-        members.push_back(respell(group->getTransform(i), spellings));
-    group->clear();
-    for (const TransformRcPtr& member : members)
-        push_back(group, member);
-}
-
-/// A copy that asks for edited files anew; null for null. Groups are as deep as a checked conversion may
-/// nest.
-TransformRcPtr respell(const ConstTransformRcPtr& transform, const Spellings& spellings) {
-    if (!transform)
-        return {};
-    const TransformRcPtr copy = transform->createEditableCopy();
-    if (const auto file = library::DynamicPtrCast<library::FileTransform>(copy)) {
-        const auto found = spellings.find(file->getSrc());
-        if (found != spellings.end())
-            set_src(file, found->second.c_str());
-    } else if (const auto group = library::DynamicPtrCast<library::GroupTransform>(copy)) {
-        respell_members(group, spellings);
-    }
-    return copy;
-}
-
-void respell_space(const ConfigRcPtr& config, const std::string& name, const Spellings& spellings) {
-    const library::ColorSpaceRcPtr space = config->getColorSpace(name.c_str())->createEditableCopy();
-    for (const auto direction : {COLORSPACE_DIR_TO_REFERENCE, COLORSPACE_DIR_FROM_REFERENCE})
-        set_transform(space, respell(get_transform(space, direction), spellings), direction);
-    config->addColorSpace(space);
-}
-
-void respell_look(const ConfigRcPtr& config, const std::string& name, const Spellings& spellings) {
-    const library::LookRcPtr look = config->getLook(name.c_str())->createEditableCopy();
-    // The library takes no null here.
-    if (const TransformRcPtr transform = respell(look->getTransform(), spellings))
-        look->setTransform(transform);
-    if (const TransformRcPtr inverse = respell(look->getInverseTransform(), spellings))
-        look->setInverseTransform(inverse);
-    config->addLook(look);
 }
 
 } // namespace
@@ -120,13 +73,14 @@ Conversion with_current_editions(const Conversion& conversion, const ConversionP
     const Spellings spellings = current_spellings(conversion.config, parts);
     if (spellings.empty())
         return conversion;
-    const ConfigRcPtr copy = create_editable_copy(conversion.config);
-    for (const GraphNode& node : parts.nodes)
-        if (node.kind == NodeKind::COLOR_SPACE)
-            respell_space(copy, node.name, spellings);
-        else
-            respell_look(copy, node.name, spellings);
-    return {copy, respell(conversion.transform, spellings)};
+    const auto respell = [&](const TransformRcPtr& transform) {
+        const auto file = library::DynamicPtrCast<library::FileTransform>(transform);
+        const auto found = file ? spellings.find(file->getSrc()) : spellings.end();
+        if (found != spellings.end())
+            set_src(file, found->second.c_str());
+    };
+    return rewrite_conversion(create_editable_copy(conversion.config), conversion.transform, parts.nodes,
+                              respell);
 }
 
 std::string spell_edition(const std::string& path, unsigned edition) {

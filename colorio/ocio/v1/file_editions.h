@@ -1,6 +1,6 @@
 #pragma once
 
-#include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/rewritten_conversion.h"
 
 /// The library remembers what it read of a LUT or CDL file by the path that it was asked for. Its own way to
 /// forget would break it: from then on it refuses every file of corrections that anyone in the process had
@@ -9,12 +9,6 @@ namespace ocio {
 
 /// From now on, files that changed since they were read are read again.
 void forget_file_editions();
-
-/// A conversion and the configuration that it belongs to.
-struct Conversion {
-    ConstConfigRcPtr config;
-    ConstTransformRcPtr transform;
-};
 
 /// `conversion` itself, or copies that ask anew for those of its files that changed before the last
 /// `forget_file_editions`. `parts` are the conversion's.

@@ -8,6 +8,7 @@
 #include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
+#include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v1/file_editions.h"
 
@@ -95,8 +96,9 @@ private:
 
 /// Checks the conversion before the library, and has edited files read again.
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
-    const ConversionParts parts = check_conversion(config, conversion);
-    const Conversion current = with_current_editions({config, conversion}, parts);
+    ConversionParts parts = check_conversion(config, conversion);
+    const Conversion found = with_literal_paths({config, conversion}, parts);
+    const Conversion current = with_current_editions(found, parts);
     return std::make_shared<const LibraryProcessor>(current.config->getProcessor(current.transform));
 }
 

@@ -11,6 +11,7 @@
 #include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
+#include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v2/evaluator.h"
 #include "colorio/ocio/v2/explain.h"
@@ -66,7 +67,7 @@ private:
         const ShaderKey key(desc.language, desc.function_name, desc.lut_3d_edge_len);
         const std::lock_guard lock(shader_mutex_);
         if (!last_shader_ || last_shader_key_ != key) {
-            last_shader_ = guarded([&] { return std::make_shared<const GpuShader>(make_gpu_shader(desc)); });
+            last_shader_ = std::make_shared<const GpuShader>(make_gpu_shader(desc));
             last_shader_key_ = key;
         }
         return last_shader_;
@@ -75,12 +76,19 @@ private:
     GpuShader make_gpu_shader(const GpuShaderDesc& desc) const {
         if (is_no_op())
             return {shader_text(desc), {}};
-        const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
-        if (!is_table_work(optimized))
-            if (std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc))
-                if (adapted->table.empty() || is_sound_table(optimized))
-                    return *std::move(adapted);
+        if (std::optional<GpuShader> adapted = guarded([&] { return make_adapted_shader(desc); }))
+            return *std::move(adapted);
         return baked_shader(*this, source_.allocation, desc);
+    }
+
+    /// Of the library's text; empty where that does not do.
+    std::optional<GpuShader> make_adapted_shader(const GpuShaderDesc& desc) const {
+        const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
+        if (is_table_work(optimized))
+            return std::nullopt;
+        std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc);
+        const bool is_sound = adapted && (adapted->table.empty() || is_sound_table(optimized));
+        return is_sound ? std::move(adapted) : std::nullopt;
     }
 
     /// The library fills its tables with what the operations give before they are optimised, where a
@@ -102,11 +110,18 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::Cons
     return std::make_shared<const LibraryProcessor>(std::move(processor), source_allocation(config, source));
 }
 
-void check_between_spaces(const ConstConfigRcPtr& config, const char* source, const char* destination) {
+/// Checks the conversion before the library, and has its files found.
+Conversion checked(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
+    ConversionParts parts = check_conversion(config, transform);
+    return with_literal_paths({config, transform}, parts);
+}
+
+/// The config to ask for the conversion between two spaces.
+ConstConfigRcPtr checked_config(const ConstConfigRcPtr& config, const char* source, const char* destination) {
     const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
     conversion->setSrc(source);
     conversion->setDst(destination);
-    check_conversion(config, conversion);
+    return checked(config, conversion).config;
 }
 
 /// The name itself, or the default role where a configuration without strict parsing does not know it.
@@ -125,9 +140,10 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
         const char* const to = known_name(config, destination);
         const ConstColorSpaceRcPtr source_space = config->getColorSpace(from);
         const ConstColorSpaceRcPtr destination_space = config->getColorSpace(to);
-        if (!source_space || !destination_space || !is_plain_conversion(*source_space, *destination_space))
-            check_between_spaces(config, from, to);
-        return make_processor(config, config->getProcessor(from, to), source_space);
+        const bool is_plain =
+            source_space && destination_space && is_plain_conversion(*source_space, *destination_space);
+        const ConstConfigRcPtr asked = is_plain ? config : checked_config(config, from, to);
+        return make_processor(config, asked->getProcessor(from, to), source_space);
     });
 }
 
@@ -138,16 +154,16 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setSrc(known_name(config, transform.input_color_space_name));
         conversion->setDisplay(transform.display);
         conversion->setView(transform.view);
-        check_conversion(config, conversion);
-        return make_processor(config, config->getProcessor(conversion),
+        const Conversion asked = checked(config, conversion);
+        return make_processor(config, asked.config->getProcessor(asked.transform),
                               config->getColorSpace(conversion->getSrc()));
     });
 }
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
     return guarded([&] {
-        check_conversion(config, transform);
-        return make_processor(config, config->getProcessor(transform), nullptr);
+        const Conversion asked = checked(config, transform);
+        return make_processor(config, asked.config->getProcessor(asked.transform), nullptr);
     });
 }
 

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+
+#include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/transform.h"
+
+namespace ocio {
+
+/// A conversion and the config that it belongs to.
+struct Conversion {
+    ConstConfigRcPtr config;
+    ConstTransformRcPtr transform;
+};
+
+/// Changes a transform that is not a group, in place.
+using RewriteTransform = std::function<void(const TransformRcPtr&)>;
+/// Changes a name that a look or a transform refers to.
+using RewriteName = std::function<std::string(const std::string&)>;
+
+/// Changes every transform that `nodes` hold in `config`, and renames the process spaces of looks; a null
+/// function leaves them. Returns `config` and a changed copy of `transform`.
+Conversion rewrite_conversion(const ConfigRcPtr& config, const ConstTransformRcPtr& transform,
+                              const std::vector<GraphNode>& nodes, const RewriteTransform& rewrite,
+                              const RewriteName& rename = {});
+
+/// A copy with every member changed; null for null. Groups are as deep as a checked conversion may nest.
+TransformRcPtr rewrite_transform(const ConstTransformRcPtr& transform, const RewriteTransform& rewrite);
+
+/// Does so in the config to what only newer versions of the library know: named transforms and view
+/// transforms.
+void rewrite_other_node(const ConfigRcPtr& config, const GraphNode& node, const RewriteTransform& rewrite);
+
+/// Renames the source space of a transform that leads to a view; leaves others.
+void rename_view_source(const TransformRcPtr& transform, const RewriteName& rename);
+
+/// Puts as many others in place of the group's members.
+void set_members(const GroupTransformRcPtr& group, const std::vector<TransformRcPtr>& members);
+
+} // namespace ocio
