@@ -74,6 +74,13 @@ class DevTest(unittest.TestCase):
         for name, text in (("one", "one"), ("deeper", "two")):
             self.assertEqual((self.project / "build/test_configs" / name / "show.ocio").read_text(), text)
 
+    def test_the_test_of_several_threads_is_built_and_run_by_itself(self):
+        done = self.run_dev("test", "--threads")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("called: cmake --build --preset threads --target test_threads\n", done.stdout)
+        self.assertIn("called: ctest --test-dir build/threads --output-on-failure -R ^test_threads$\n", done.stdout)
+        self.assertNotEqual(self.run_dev("test", "--threads", "--ocio").returncode, 0)
+
     def test_two_folders_of_one_name_are_refused(self):
         options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
         done = self.run_dev("test", "--ocio", "2.5", *options)

@@ -1,52 +1,101 @@
 #include "colorio/ocio/classic_locale.h"
 
+#include <locale.h>
+
 #include <clocale>
-#include <cstring>
 #include <locale>
 #include <mutex>
+#include <new>
 #include <string>
+
+#include "colorio/ocio/stream_locale.h"
 
 namespace ocio {
 
 namespace {
 
-/// What was in force when the first holder came.
-struct SavedLocales {
+/// Never freed: threads may hold it until the process ends.
+locale_t classic_c_locale() {
+    static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
+    return classic;
+}
+
+/// What the calling thread had before it entered the classic locale.
+thread_local locale_t locale_before = LC_GLOBAL_LOCALE;
+
+/// Streams take the process's C++ locale when they are made. While anyone needs the classic one, this is
+/// replaced by one that writes as before in all other threads.
+struct StreamLocale {
     std::mutex mutex;
     int holders = 0;
     bool replaced = false;
-    std::locale cpp_locale;
-    std::string c_locale;
+    std::locale before;
+    std::locale instead;
 };
 
-SavedLocales& saved_locales() {
-    static SavedLocales saved;
-    return saved;
+StreamLocale& stream_locale() {
+    static StreamLocale locale;
+    return locale;
+}
+
+/// A locale with a facet of no meaning has no name.
+struct NoName : std::locale::facet {
+    static std::locale::id id;
+};
+
+std::locale::id NoName::id;
+
+/// Giving the process a C++ locale that has a name sets the C locale to that name too. This changes nothing
+/// where that is its name already; otherwise the name is left out.
+std::locale without_effect_on_c(const std::locale& locale) {
+    const std::string name = locale.name();
+    if (name == "*" || name == std::setlocale(LC_ALL, nullptr))
+        return locale;
+    return std::locale(locale, new NoName);
+}
+
+void enter_classic_streams() {
+    StreamLocale& saved = stream_locale();
+    const std::lock_guard lock(saved.mutex);
+    const std::locale now;
+    if (saved.holders == 0)
+        saved.replaced = now != std::locale::classic();
+    if (saved.holders == 0 && saved.replaced) {
+        saved.before = now;
+        saved.instead = with_classic_numbers_where_wanted(now);
+        std::locale::global(saved.instead);
+    }
+    ++saved.holders;
+}
+
+void leave_classic_streams() {
+    StreamLocale& saved = stream_locale();
+    const std::lock_guard lock(saved.mutex);
+    // Not over another one that the host has set in the meantime.
+    if (--saved.holders > 0 || !saved.replaced || std::locale() != saved.instead)
+        return;
+    try {
+        std::locale::global(without_effect_on_c(saved.before));
+    } catch (const std::bad_alloc&) {
+        // The one that is in force works on every thread as the one before.
+    }
 }
 
 } // namespace
 
 ClassicLocale::ClassicLocale() {
-    SavedLocales& saved = saved_locales();
-    const std::lock_guard lock(saved.mutex);
-    if (saved.holders++ > 0)
-        return;
-    const char* c_locale = std::setlocale(LC_ALL, nullptr);
-    saved.replaced = std::locale() != std::locale::classic() || std::strcmp(c_locale, "C") != 0;
-    if (!saved.replaced)
-        return;
-    saved.c_locale = c_locale;
-    // This sets the C locale too.
-    saved.cpp_locale = std::locale::global(std::locale::classic());
+    if (want_classic_numbers(0) == 0) {
+        enter_classic_streams();
+        locale_before = uselocale(classic_c_locale());
+    }
+    want_classic_numbers(+1);
 }
 
 ClassicLocale::~ClassicLocale() {
-    SavedLocales& saved = saved_locales();
-    const std::lock_guard lock(saved.mutex);
-    if (--saved.holders > 0 || !saved.replaced)
+    if (want_classic_numbers(-1) > 0)
         return;
-    std::locale::global(saved.cpp_locale);
-    std::setlocale(LC_ALL, saved.c_locale.c_str());
+    leave_classic_streams();
+    uselocale(locale_before);
 }
 
 } // namespace ocio

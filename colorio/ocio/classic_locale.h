@@ -2,10 +2,10 @@
 
 namespace ocio {
 
-/// Puts the classic locale in force while it lives. The library reads and writes numbers through the
-/// process's C++ and C locales, so that under a comma locale it would refuse or misread every file. Several
-/// threads may hold one at once; the first comer saves the process's locales and the last one to leave
-/// restores them.
+/// Has the calling thread read and write numbers in the classic way while it lives: the library does so
+/// through the C and C++ locales in force, so that under a comma locale it would refuse or misread every
+/// file. Other threads keep their locales, and the process's C locale is never set. To be left by the thread
+/// that entered it; one thread may hold several.
 class ClassicLocale {
 public:
     ClassicLocale();

@@ -2,6 +2,11 @@
 
 namespace ocio {
 
+std::recursive_mutex& library_mutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
 void rethrow_as_ocio_exception() {
     try {
         throw;

@@ -1,12 +1,15 @@
 #include "colorio/ocio/types.h"
 
 #include "colorio/ocio/cdl_file.h"
+#include "colorio/ocio/guarded.h"
 
 namespace ocio {
 
 void clear_all_caches() {
-    library::ClearAllCaches();
-    forget_cdl_files();
+    guarded([] {
+        library::ClearAllCaches();
+        forget_cdl_files();
+    });
 }
 
 } // namespace ocio

@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <langinfo.h>
+#include <locale.h>
+
 #include <array>
+#include <atomic>
 #include <clocale>
 #include <locale>
 #include <memory>
@@ -101,17 +105,85 @@ TEST_F(CommaLocale, GivesWayWhileAnyoneNeedsTheClassicOne) {
     EXPECT_EQ(written(0.5), "0,5");
 }
 
-TEST(CLocale, GivesWayAndReturns) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (!std::setlocale(LC_ALL, "C.UTF-8"))
+TEST_F(CommaLocale, StaysInForceForOtherThreads) {
+    const ocio::ClassicLocale ours;
+    std::string theirs, read;
+    std::thread([&] {
+        theirs = written(1234.5);
+        double number = 0;
+        std::istringstream("1.234,5") >> number;
+        read = number == 1234.5 ? "read" : "misread";
+    }).join();
+    EXPECT_EQ(theirs, "1.234,5");
+    EXPECT_EQ(read, "read");
+    EXPECT_EQ(written(1234.5), "1234.5");
+    double number = 0;
+    std::istringstream("1234.5") >> number;
+    EXPECT_EQ(number, 1234.5);
+}
+
+TEST_F(CommaLocale, StaysInForceForAThreadThatPrintsWhileOthersLoad) {
+    std::atomic<bool> done{false};
+    int wrong = 0, printed = 0;
+    std::thread printer([&] {
+        do {
+            wrong += written(1234.5) != "1.234,5";
+            ++printed;
+        } while (!done);
+    });
+    for (int i = 0; i < 20; ++i)
+        test_configs::create_built_in_like(folder_);
+    done = true;
+    printer.join();
+    EXPECT_EQ(wrong, 0) << "of " << printed;
+}
+
+/// Has a C locale in force that is not the classic one.
+class CLocale : public testing::Test {
+protected:
+    ~CLocale() override { std::setlocale(LC_ALL, before_.c_str()); }
+
+    bool set() { return std::setlocale(LC_ALL, "C.UTF-8") != nullptr; }
+
+private:
+    std::string before_ = std::setlocale(LC_ALL, nullptr);
+};
+
+TEST_F(CLocale, OfTheProcessIsNeverChanged) {
+    if (!set())
         GTEST_SKIP() << "this system has no locale but the classic one";
     const std::string ours = std::setlocale(LC_ALL, nullptr);
     {
         const ocio::ClassicLocale classic;
-        EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+        EXPECT_EQ(std::setlocale(LC_ALL, nullptr), ours);
+        EXPECT_NE(uselocale(nullptr), LC_GLOBAL_LOCALE);
+        EXPECT_STREQ(nl_langinfo(CODESET), "ANSI_X3.4-1968");
+        std::thread([] { EXPECT_STREQ(nl_langinfo(CODESET), "UTF-8"); }).join();
     }
+    EXPECT_EQ(uselocale(nullptr), LC_GLOBAL_LOCALE);
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), ours);
-    std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST_F(CLocale, IsNotSetByPuttingBackTheLocaleOfStreams) {
+    if (!set())
+        GTEST_SKIP() << "this system has no locale but the classic one";
+    // Giving streams a locale that has a name sets the C locale too; the host sets that back.
+    const std::locale before = std::locale::global(std::locale("C.UTF-8"));
+    std::setlocale(LC_ALL, "C");
+    { const ocio::ClassicLocale classic; }
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+    std::locale::global(before);
+}
+
+TEST_F(CLocale, OfAThreadOfItsOwnIsInForceAgainAfterwards) {
+    const locale_t own = newlocale(LC_ALL_MASK, "C", nullptr);
+    const locale_t before = uselocale(own);
+    {
+        const ocio::ClassicLocale first;
+        const ocio::ClassicLocale second;
+    }
+    EXPECT_EQ(uselocale(before), own);
+    freelocale(own);
 }
 
 } // namespace
