@@ -176,7 +176,8 @@ private:
     bool start();
     void select_config(bool use_file);
     void follow_file_config_path();
-    void settle_default_color_space_name(bool reload);
+    enum class Reload { ADOPT, ADOPT_IF_VALID };
+    void settle_default_color_space_name(bool reload, Reload how = Reload::ADOPT);
     unsigned int find_color_space(const CoreString& name) const;
     bool find_default_display_view(CoreString& display, CoreString& view) const;
     void replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs);
@@ -206,7 +207,7 @@ private:
     struct ProbeConfig;
     ProbeConfig load_probe_config() const;
     void settle_role_color_space(int role, const ProbeConfig& probe);
-    void settle_scene_linear_of_file_config();
+    void settle_scene_linear_of_file_config(Reload how);
     void settle_scene_linear_of_builtin_config();
     std::shared_ptr<const ColorSpaceNameIndex> get_name_index() const;
 

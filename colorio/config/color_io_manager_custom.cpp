@@ -126,8 +126,9 @@ void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs
         }
         display_view_names.remove_all();
 
+        ocio::clear_all_caches(); // LUT files may have been edited since they were read.
         init_default_tavelion_config();
-        settle_default_color_space_name(app_uses_file_config());
+        settle_default_color_space_name(app_uses_file_config(), Reload::ADOPT_IF_VALID);
         add_custom_luts_to_tavelion_config(records.get());
     }
     const bool file_config_wanted = app_uses_file_config() && (!app->get_color_space_file_path().is_empty() ||

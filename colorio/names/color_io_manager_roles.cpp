@@ -127,28 +127,31 @@ void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe)
 }
 
 void ColorIOManager::set_default_color_space_name(bool reload) {
-    at_boundary([&] { settle_default_color_space_name(reload); });
+    at_boundary([&] { settle_default_color_space_name(reload, Reload::ADOPT); });
 }
 
-void ColorIOManager::settle_default_color_space_name(bool reload) {
+/// `how` says what becomes of a file configuration that fails its check when it is read again.
+void ColorIOManager::settle_default_color_space_name(bool reload, Reload how) {
     if (reload && file_config_loaded)
-        settle_scene_linear_of_file_config();
+        settle_scene_linear_of_file_config(how);
     else
         settle_scene_linear_of_builtin_config();
     raise_module_event(EVT_ID_ROLE_SCENE_LINEAR_CHANGED);
 }
 
-void ColorIOManager::settle_scene_linear_of_file_config() {
+void ColorIOManager::settle_scene_linear_of_file_config(Reload how) {
     CoreString scene_linear;
+    bool adopted = false;
     log_ocio_errors(LOG_WARNING, [&] {
         ocio::ConstConfigRcPtr loaded;
         if (file_config_path == FROM_ENV)
             loaded = create_usable_config_from_env();
         else if (app)
             loaded = ocio::create_config_from_file(app->get_color_space_file_path().get_data());
-        if (!loaded)
+        if (!loaded || (how == Reload::ADOPT_IF_VALID && !validate_ocio_config(loaded)))
             return;
         file_config = ocio::create_editable_copy(loaded);
+        adopted = true;
         const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(loaded, ocio::ROLE_SCENE_LINEAR);
         scene_linear =
             space ? CoreString(ocio::get_name(space)) : find_candidate(file_config, linear_color_space_names);
@@ -157,6 +160,8 @@ void ColorIOManager::settle_scene_linear_of_file_config() {
         settle_scene_linear_of_builtin_config();
         return;
     }
+    if (!adopted && how == Reload::ADOPT_IF_VALID)
+        return; // The one that is held stays, with its scene-linear space.
     if (scene_linear.is_empty()) {
         log_message(LOG_INFO,
                     "Color Management: no default 'linear' color space has been found, creating one.\n");

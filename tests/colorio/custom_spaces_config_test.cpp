@@ -98,6 +98,39 @@ TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileActiveAsTheFileIsNow) {
     EXPECT_EQ(str(manager().get_ROLE_SCENE_LINEAR()), "base");
 }
 
+TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileAsItWasWhenTheFileFailsItsCheckNow) {
+    for (const std::string& text : {ROLE_OF_UNKNOWN_SPACE, std::string(NO_CONFIGURATION)}) {
+        use_config(CONFIG_WITHOUT_FAMILIES);
+        const ocio::ConstConfigRcPtr before = manager().get_config();
+        take_log();
+        write_file("config.ocio", text);
+        edit({space_record("mine", write_lut("two.spi1d", 2))});
+        EXPECT_EQ(manager().get_config(), before);
+        EXPECT_THAT(spaces(), ElementsAre("lin", "film", "video", "data"));
+        EXPECT_EQ(str(manager().get_ROLE_SCENE_LINEAR()), "lin");
+        EXPECT_THAT(take_log(),
+                    Contains(testing::AnyOf(OcioExceptionAt(LOG_ERROR), OcioExceptionAt(LOG_WARNING))));
+    }
+}
+
+TEST_F(CustomSpaces, ShowTheirEditedFilesWhenTheListIsSetAgain) {
+    const auto record = space_record("mine", write_lut("gain.spi1d", 2));
+    edit({record});
+    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0));
+    write_lut("gain.spi1d", 3);
+    edit({record});
+    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5));
+}
+
+TEST_F(CustomSpaces, ShowTheirEditedCorrectionsWhenTheListIsSetAgain) {
+    const auto record = space_record("mine", "", write_file("grade.cc", correction_text("x", "2")));
+    edit({record});
+    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0));
+    write_file("grade.cc", correction_text("x", "3"));
+    edit({record});
+    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5));
+}
+
 TEST_F(CustomSpaces, TellThatTheBuiltInConfigurationFailedThoughAFileIsActive) {
     use_config(CONFIG_WITHOUT_FAMILIES);
     log.set_level(LOG_ERROR);
