@@ -14,9 +14,18 @@ struct Program::Impl {
     OpChain given;
     OpChain simplified;
     std::vector<Stage> stages;
+    std::vector<PixelStep> pixel_steps;
 
     explicit Impl(OpChain chain)
-        : given(std::move(chain)), simplified(simplify(given)), stages(compile(simplified)) {}
+        : given(std::move(chain)), simplified(simplify(given)), stages(compile(simplified)) {
+        pixel_steps.reserve(stages.size());
+        for (const Stage& stage : stages) {
+            pixel_steps.push_back(pixel_step(stage));
+        }
+    }
+    // The steps refer to the stages.
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
 };
 
 Program::Program(OpChain chain) : impl_(std::make_unique<const Impl>(std::move(chain))) {}
@@ -63,7 +72,9 @@ void Program::apply_planar(float* r, float* g, float* b, float* a, std::size_t w
 }
 
 void Program::apply_pixel(float* rgba) const {
-    run_pixel(impl_->stages, rgba);
+    for (const PixelStep& step : impl_->pixel_steps) {
+        step(rgba);
+    }
 }
 
 Description Program::describe() const {

@@ -52,7 +52,8 @@ public:
     /// gaps.
     void apply_planar(float* r, float* g, float* b, float* a, std::size_t width, std::size_t height,
                       std::ptrdiff_t row_stride = 0) const;
-    /// `rgba` points at four floats.
+    /// `rgba` points at four floats. Gives the bits that a pixel of an image gets, on the instruction set that
+    /// was in use when the program was made.
     void apply_pixel(float* rgba) const;
 
     Description describe() const;

@@ -80,17 +80,4 @@ void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayou
     }
 }
 
-void run_pixel(const std::vector<Stage>& stages, float* rgba) {
-    Block block;
-    block.count = 1;
-    block.padded = round_up_to_lanes(1);
-    for (std::size_t c = 0; c < 4; ++c) {
-        std::fill(block.plane[c], block.plane[c] + block.padded, rgba[c]);
-    }
-    run_all(stages, block);
-    for (std::size_t c = 0; c < 4; ++c) {
-        rgba[c] = block.plane[c][0];
-    }
-}
-
 } // namespace pixel

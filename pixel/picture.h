@@ -13,7 +13,4 @@ void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayou
 void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::size_t width,
                 std::size_t height, std::ptrdiff_t row_stride);
 
-/// Four floats, without the detour that pays for more.
-void run_pixel(const std::vector<Stage>& stages, float* rgba);
-
 } // namespace pixel

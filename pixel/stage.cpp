@@ -1,5 +1,6 @@
 #include "pixel/stage.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "pixel/kernels.h"
@@ -26,7 +27,33 @@ struct Runner {
     void operator()(const CubeStage& s) { run_cube(s, block); }
 };
 
+/// For stages without a kernel for one pixel.
+template <class S>
+void run_on_block_of_one(const void* stage, float* rgba) {
+    Block block;
+    block.count = 1;
+    block.padded = round_up_to_lanes(1);
+    for (std::size_t c = 0; c < 4; ++c) {
+        std::fill(block.plane[c], block.plane[c] + block.padded, rgba[c]);
+    }
+    Runner{block}(*static_cast<const S*>(stage));
+    for (std::size_t c = 0; c < 4; ++c) {
+        rgba[c] = block.plane[c][0];
+    }
+}
+
+struct PixelStepMaker {
+    template <class S>
+    PixelStep operator()(const S& stage) {
+        return {run_on_block_of_one<S>, &stage};
+    }
+};
+
 } // namespace
+
+PixelStep pixel_step(const Stage& stage) {
+    return std::visit(PixelStepMaker{}, stage);
+}
 
 void run(const Stage& stage, Block& block) {
     std::visit(Runner{block}, stage);

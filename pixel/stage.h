@@ -165,4 +165,17 @@ using Stage =
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);
 
+/// A stage made ready for pixels that come alone. Refers to the stage, which must outlive it.
+struct PixelStep {
+    void (*kernel)(const void* stage, float* rgba);
+    const void* stage;
+
+    /// Changes four floats in place; gives the bits that the stage gives in an image.
+    void operator()(float* rgba) const { kernel(stage, rgba); }
+};
+
+/// Chooses the kernel once, for the instruction set in use at the time of the call. A stage that has no kernel
+/// of its own for one pixel runs on a block of one.
+PixelStep pixel_step(const Stage& stage);
+
 } // namespace pixel
