@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "pixel/lookahead.h"
@@ -29,6 +30,21 @@ struct alignas(64) Block {
 
 inline std::size_t round_up_to_lanes(std::size_t count) {
     return (count + MAX_LANES - 1) / MAX_LANES * MAX_LANES;
+}
+
+/// Runs `kernel(block)` for one pixel of four floats.
+template <class F>
+void run_on_block_of_one(float* rgba, F&& kernel) {
+    Block block;
+    block.count = 1;
+    block.padded = round_up_to_lanes(1);
+    for (std::size_t c = 0; c < 4; ++c) {
+        std::fill(block.plane[c], block.plane[c] + block.padded, rgba[c]);
+    }
+    kernel(block);
+    for (std::size_t c = 0; c < 4; ++c) {
+        rgba[c] = block.plane[c][0];
+    }
 }
 
 } // namespace pixel

@@ -14,7 +14,7 @@ struct Program::Impl {
     OpChain given;
     OpChain simplified;
     std::vector<Stage> stages;
-    std::vector<PixelStep> pixel_steps;
+    std::vector<PixelFunction> pixel_steps;
 
     explicit Impl(OpChain chain)
         : given(std::move(chain)), simplified(simplify(given)), stages(compile(simplified)) {
@@ -23,6 +23,12 @@ struct Program::Impl {
             pixel_steps.push_back(pixel_step(stage));
         }
     }
+    void run_steps(float* rgba) const {
+        for (const PixelFunction& step : pixel_steps) {
+            step(rgba);
+        }
+    }
+
     // The steps refer to the stages.
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -72,9 +78,15 @@ void Program::apply_planar(float* r, float* g, float* b, float* a, std::size_t w
 }
 
 void Program::apply_pixel(float* rgba) const {
-    for (const PixelStep& step : impl_->pixel_steps) {
-        step(rgba);
+    impl_->run_steps(rgba);
+}
+
+PixelFunction Program::pixel_function() const {
+    if (impl_->pixel_steps.size() == 1) {
+        return impl_->pixel_steps.front();
     }
+    return {[](const void* impl, float* rgba) { static_cast<const Impl*>(impl)->run_steps(rgba); },
+            impl_.get()};
 }
 
 Description Program::describe() const {

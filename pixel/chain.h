@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "pixel/ops.h"
+#include "pixel/pixel_function.h"
 
 namespace pixel {
 
@@ -52,9 +53,11 @@ public:
     /// gaps.
     void apply_planar(float* r, float* g, float* b, float* a, std::size_t width, std::size_t height,
                       std::ptrdiff_t row_stride = 0) const;
-    /// `rgba` points at four floats. Gives the bits that a pixel of an image gets, on the instruction set that
-    /// was in use when the program was made.
+    /// `rgba` points at four floats. Gives the bits that a pixel of an image gets, on the instruction set
+    /// that was in use when the program was made.
     void apply_pixel(float* rgba) const;
+    /// That, to be called directly; valid as long as the program, which may be moved.
+    PixelFunction pixel_function() const;
 
     Description describe() const;
     /// The pixel after each of the simplified operations, in order.

@@ -22,7 +22,7 @@ Stage compile_diagonal(const Matrix& op) {
     for (std::size_t c = 0; c < 4; ++c) {
         stage.scale[c] = static_cast<float>(op.m[5 * c]);
         stage.offset[c] = static_cast<float>(op.offset[c]);
-        stage.active[c] = op.m[5 * c] != 1 || op.offset[c] != 0;
+        stage.active.set(c, op.m[5 * c] != 1 || op.offset[c] != 0);
     }
     return stage;
 }
@@ -34,7 +34,7 @@ Stage compile_matrix(const Matrix& op) {
     MatrixStage stage{};
     for (std::size_t row = 0; row < 4; ++row) {
         for (std::size_t column = 0; column < 4; ++column) {
-            stage.m[row][column] = static_cast<float>(op.m[4 * row + column]);
+            stage.m[row][column] = stage.column[column][row] = static_cast<float>(op.m[4 * row + column]);
         }
         stage.offset[row] = static_cast<float>(op.offset[row]);
         stage.has_offset = stage.has_offset || op.offset[row] != 0;
@@ -82,30 +82,28 @@ Stage compile_exponent(const Exponent& op) {
         }
         const double value = op.direction == Direction::Forward ? op.value[c] : 1 / op.value[c];
         stage.exponent[c] = static_cast<float>(value);
-        stage.active[c] = stage.shape == PowerShape::Clamp || stage.exponent[c] != 1.0f;
+        stage.active.set(c, stage.shape == PowerShape::Clamp || stage.exponent[c] != 1.0f);
     }
     return stage;
 }
 
 /// gamma 1 and offset 0 are replaced by their neighbours, for which the formulas are defined.
-ToeStage::Channel toe_channel(double gamma, double offset, bool forward) {
+void compile_toe_channel(double gamma, double offset, std::size_t c, ToeStage& stage) {
     const double g = std::max(1.000001, gamma), o = std::max(0.000001, offset);
     const double knee = o * g / ((g - 1) * (1 + o));
-    ToeStage::Channel c{};
-    if (forward) {
-        c.scale = static_cast<float>(1 / (1 + o));
-        c.offset = static_cast<float>(o / (1 + o));
-        c.exponent = static_cast<float>(g);
-        c.slope = static_cast<float>((g - 1) / o * std::pow(knee, g));
-        c.knee = static_cast<float>(o / (g - 1));
+    if (stage.forward) {
+        stage.scale[c] = static_cast<float>(1 / (1 + o));
+        stage.offset[c] = static_cast<float>(o / (1 + o));
+        stage.exponent[c] = static_cast<float>(g);
+        stage.slope[c] = static_cast<float>((g - 1) / o * std::pow(knee, g));
+        stage.knee[c] = static_cast<float>(o / (g - 1));
     } else {
-        c.scale = static_cast<float>(1 + o);
-        c.offset = static_cast<float>(o);
-        c.exponent = static_cast<float>(1 / g);
-        c.slope = static_cast<float>(std::pow((g - 1) / o, g - 1) * std::pow((1 + o) / g, g));
-        c.knee = static_cast<float>(std::pow(knee, g));
+        stage.scale[c] = static_cast<float>(1 + o);
+        stage.offset[c] = static_cast<float>(o);
+        stage.exponent[c] = static_cast<float>(1 / g);
+        stage.slope[c] = static_cast<float>(std::pow((g - 1) / o, g - 1) * std::pow((1 + o) / g, g));
+        stage.knee[c] = static_cast<float>(std::pow(knee, g));
     }
-    return c;
 }
 
 Stage compile_toe(const LinearToeCurve& op) {
@@ -116,7 +114,7 @@ Stage compile_toe(const LinearToeCurve& op) {
     stage.forward = op.direction == Direction::Forward;
     stage.mirror = op.negatives == Negatives::Mirror;
     for (std::size_t c = 0; c < 4; ++c) {
-        stage.channel[c] = toe_channel(op.gamma[c], op.offset[c], stage.forward);
+        compile_toe_channel(op.gamma[c], op.offset[c], c, stage);
     }
     return stage;
 }
@@ -125,6 +123,7 @@ Stage compile_cdl(const Cdl& op) {
     CdlStage stage{};
     stage.clamp = op.style == CdlStyle::Clamped;
     stage.forward = op.direction == Direction::Forward;
+    stage.slope[3] = stage.power[3] = 1;
     // A slope, power or saturation near 0 cannot be undone; its reciprocal stops at 100.
     const auto reciprocal = [](float v) { return 1.0f / std::max(0.01f, v); };
     for (std::size_t c = 0; c < 3; ++c) {
@@ -132,6 +131,7 @@ Stage compile_cdl(const Cdl& op) {
         stage.slope[c] = stage.forward ? slope : reciprocal(slope);
         stage.power[c] = stage.forward ? power : reciprocal(power);
         stage.offset[c] = static_cast<float>(op.offset[c]);
+        stage.raises = stage.raises || stage.power[c] != 1.0f;
     }
     const auto saturation = static_cast<float>(op.saturation);
     stage.saturation = stage.forward ? saturation : reciprocal(saturation);

@@ -1,5 +1,6 @@
 #include "pixel/compile.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -51,8 +52,13 @@ Stage compile_forward(const LogAffine& op) {
     stage.has_line = op.lin_break.has_value();
     for (std::size_t c = 0; c < 3; ++c) {
         const LogConstants k = log_constants(op, c);
-        stage.channel[c] = {k.lin_slope, k.lin_offset, k.scaled_slope, k.log_offset,
-                            k.lin_break, k.line_slope, k.line_offset};
+        stage.lin_slope[c] = k.lin_slope;
+        stage.lin_offset[c] = k.lin_offset;
+        stage.log_slope[c] = k.scaled_slope;
+        stage.log_offset[c] = k.log_offset;
+        stage.lin_break[c] = k.lin_break;
+        stage.line_slope[c] = k.line_slope;
+        stage.line_offset[c] = k.line_offset;
     }
     return stage;
 }
@@ -63,13 +69,13 @@ Stage compile_inverse(const LogAffine& op) {
     stage.has_line = op.lin_break.has_value();
     for (std::size_t c = 0; c < 3; ++c) {
         const LogConstants k = log_constants(op, c);
-        stage.channel[c] = {k.log_offset,
-                            k.log_of_base / k.log_slope,
-                            k.lin_offset,
-                            1.0f / k.lin_slope,
-                            k.log_break,
-                            k.line_offset,
-                            stage.has_line ? 1.0f / k.line_slope : 0.0f};
+        stage.log_offset[c] = k.log_offset;
+        stage.log_slope[c] = k.log_of_base / k.log_slope;
+        stage.lin_offset[c] = k.lin_offset;
+        stage.lin_slope[c] = 1.0f / k.lin_slope;
+        stage.log_break[c] = k.log_break;
+        stage.line_offset[c] = k.line_offset;
+        stage.line_slope[c] = stage.has_line ? 1.0f / k.line_slope : 0.0f;
     }
     return stage;
 }
@@ -81,15 +87,11 @@ Stage compile_log(const Log& op) {
     const double log_of_base = std::log2(op.base);
     if (op.direction == Direction::Forward) {
         LogStage stage{};
-        for (auto& channel : stage.channel) {
-            channel.log_slope = static_cast<float>(1 / log_of_base);
-        }
+        std::fill_n(stage.log_slope, 3, static_cast<float>(1 / log_of_base));
         return stage;
     }
     ExpStage stage{};
-    for (auto& channel : stage.channel) {
-        channel.log_slope = static_cast<float>(log_of_base);
-    }
+    std::fill_n(stage.log_slope, 3, static_cast<float>(log_of_base));
     return stage;
 }
 

@@ -13,8 +13,9 @@ Scaling* scaling_before(Stage& stage) {
         return &table->before;
     }
     auto* power = std::get_if<PowerStage>(&stage);
-    return power && std::all_of(power->active, power->active + 3, [](bool a) { return a; }) ? &power->before
-                                                                                            : nullptr;
+    return power && std::all_of(power->active.flag, power->active.flag + 3, [](bool a) { return a; })
+               ? &power->before
+               : nullptr;
 }
 
 Scaling* scaling_after(Stage& stage) {

@@ -7,6 +7,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
+#include "pixel/pixel-inl.h"
 #include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
@@ -91,6 +92,57 @@ void cdl(const CdlStage& stage, Block& block) {
     run(stage, block);
 }
 
+#if HWY_TARGET != HWY_SCALAR
+
+template <bool CLAMP>
+HWY_INLINE PixelVec cdl_powers(const CdlStage& stage, PixelVec x) {
+    const PixelTag d;
+    x = CLAMP ? clamp_unit(d, x) : hn::IfThenElseZero(hn::Eq(x, x), x);
+    if (!stage.raises) {
+        return x;
+    }
+    const auto raised = powers_of(d, LanePowers{stage.power}, x);
+    return CLAMP ? raised : hn::IfThenElse(hn::Lt(x, hn::Zero(d)), x, raised);
+}
+
+template <bool CLAMP>
+HWY_INLINE PixelVec saturate_alone(float saturation, PixelVec x) {
+    const PixelTag d;
+    auto luma = hn::Add(hn::Mul(hn::Broadcast<0>(x), hn::Set(d, 0.2126f)),
+                        hn::Mul(hn::Broadcast<1>(x), hn::Set(d, 0.7152f)));
+    luma = hn::Add(luma, hn::Mul(hn::Broadcast<2>(x), hn::Set(d, 0.0722f)));
+    const auto out = hn::Add(luma, hn::Mul(hn::Set(d, saturation), hn::Sub(x, luma)));
+    return CLAMP ? clamp_unit(d, out) : out;
+}
+
+template <bool CLAMP>
+HWY_INLINE PixelVec cdl_forward_alone(const CdlStage& stage, PixelVec in) {
+    const auto x = hn::Add(hn::Mul(in, load_lanes(stage.slope)), load_lanes(stage.offset));
+    return saturate_alone<CLAMP>(stage.saturation, cdl_powers<CLAMP>(stage, x));
+}
+
+template <bool CLAMP>
+HWY_INLINE PixelVec cdl_inverse_alone(const CdlStage& stage, PixelVec in) {
+    const PixelTag d;
+    const auto x = saturate_alone<CLAMP>(stage.saturation, CLAMP ? clamp_unit(d, in) : in);
+    const auto out =
+        hn::Mul(hn::Sub(cdl_powers<CLAMP>(stage, x), load_lanes(stage.offset)), load_lanes(stage.slope));
+    return CLAMP ? clamp_unit(d, out) : out;
+}
+
+HWY_INLINE PixelVec cdl_alone(const CdlStage& stage, PixelVec in) {
+    if (stage.clamp) {
+        return keep_alpha(in, stage.forward ? cdl_forward_alone<true>(stage, in)
+                                            : cdl_inverse_alone<true>(stage, in));
+    }
+    return keep_alpha(in, stage.forward ? cdl_forward_alone<false>(stage, in)
+                                        : cdl_inverse_alone<false>(stage, in));
+}
+
+#endif
+
+PIXEL_KERNEL(CdlStage, cdl, cdl_alone)
+
 } // namespace HWY_NAMESPACE
 } // namespace pixel
 HWY_AFTER_NAMESPACE();
@@ -99,9 +151,14 @@ HWY_AFTER_NAMESPACE();
 namespace pixel {
 
 HWY_EXPORT(cdl);
+HWY_EXPORT(cdl_pixel);
 
 void run_cdl(const CdlStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(cdl)(stage, block);
+}
+
+PixelKernel pixel_kernel(const CdlStage&) {
+    return &HWY_DYNAMIC_DISPATCH(cdl_pixel);
 }
 
 } // namespace pixel

@@ -9,6 +9,7 @@
 #include "pixel/clamp-inl.h"
 #include "pixel/fused-inl.h"
 #include "pixel/lookup-inl.h"
+#include "pixel/pixel-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace pixel {
@@ -222,6 +223,76 @@ void cube(const CubeStage& stage, Block& block) {
     run(stage, block);
 }
 
+#if HWY_TARGET != HWY_SCALAR
+
+/// The vertices and weights of one pixel as numbers, which is what the loads of entries need.
+struct alignas(16) Cell {
+    float fraction[4];
+    std::int32_t corner[4], step[4];
+};
+
+HWY_INLINE Cell locate_cell(const CubeStage& stage, PixelVec pixel) {
+    const PixelTag d;
+    const hn::RebindToSigned<PixelTag> di;
+    const auto edge = static_cast<std::int32_t>(stage.edge);
+    alignas(16) const std::int32_t stride[4] = {4 * edge * edge, 4 * edge, 4, 0};
+    const auto end = hn::Set(d, static_cast<float>(stage.edge - 1));
+    const auto x = at_most(at_least(hn::Mul(pixel, end), hn::Zero(d)), end);
+    const auto floor = hn::Floor(x);
+    const auto distance = hn::Load(di, stride);
+    Cell cell;
+    hn::Store(hn::Sub(x, floor), d, cell.fraction);
+    hn::Store(hn::Mul(to_index(d, floor), distance), di, cell.corner);
+    hn::Store(hn::IfThenElseZero(hn::RebindMask(di, hn::Ne(floor, x)), distance), di, cell.step);
+    return cell;
+}
+
+HWY_INLINE void prepare_trilinear(const Cell& cell, Corners& out) {
+    out.offset[0][0] = cell.corner[0] + cell.corner[1] + cell.corner[2];
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        out.offset[axis + 1][0] = cell.step[axis];
+        out.weight[axis][0] = cell.fraction[axis];
+    }
+}
+
+HWY_INLINE void prepare_tetrahedral(const Cell& cell, Corners& out) {
+    const float r = cell.fraction[0], g = cell.fraction[1], b = cell.fraction[2];
+    const float largest = HWY_MAX(r, HWY_MAX(g, b)), smallest = HWY_MIN(r, HWY_MIN(g, b));
+    const float middle = HWY_MAX(HWY_MIN(r, g), HWY_MIN(HWY_MAX(r, g), b));
+    const std::int32_t* const step = cell.step;
+    const std::int32_t first = r == largest ? step[0] : g == largest ? step[1] : step[2];
+    const std::int32_t last = b == smallest ? step[2] : g == smallest ? step[1] : step[0];
+    const std::int32_t corner = cell.corner[0] + cell.corner[1] + cell.corner[2];
+    const std::int32_t opposite = corner + step[0] + step[1] + step[2];
+    out.offset[0][0] = corner;
+    out.offset[1][0] = corner + first;
+    out.offset[2][0] = opposite - last;
+    out.offset[3][0] = opposite;
+    out.weight[0][0] = 1.0f - largest;
+    out.weight[1][0] = largest - middle;
+    out.weight[2][0] = middle - smallest;
+    out.weight[3][0] = smallest;
+}
+
+HWY_INLINE PixelVec cube_alone(const CubeStage& stage, PixelVec pixel) {
+    const Cell cell = locate_cell(stage, pixel);
+    const float* const entries = stage.rgbx.data();
+    const bool fused = stage.arithmetic == TableArithmetic::Fused;
+    Corners corners; // Only the first of each is used.
+    if (stage.interpolation == CubeInterpolation::Tetrahedral) {
+        prepare_tetrahedral(cell, corners);
+        return keep_alpha(pixel, fused ? tetrahedral<true>(entries, corners, 0)
+                                       : tetrahedral<false>(entries, corners, 0));
+    }
+    prepare_trilinear(cell, corners);
+    return keep_alpha(pixel,
+                      fused ? trilinear<true>(entries, corners, 0) : trilinear<false>(entries, corners, 0));
+}
+
+#endif
+
+PIXEL_KERNEL(CubeStage, cube, cube_alone)
+
 } // namespace HWY_NAMESPACE
 } // namespace pixel
 HWY_AFTER_NAMESPACE();
@@ -230,9 +301,14 @@ HWY_AFTER_NAMESPACE();
 namespace pixel {
 
 HWY_EXPORT(cube);
+HWY_EXPORT(cube_pixel);
 
 void run_cube(const CubeStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(cube)(stage, block);
+}
+
+PixelKernel pixel_kernel(const CubeStage&) {
+    return &HWY_DYNAMIC_DISPATCH(cube_pixel);
 }
 
 } // namespace pixel

@@ -7,6 +7,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
+#include "pixel/pixel-inl.h"
 #include "pixel/planes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -61,6 +62,39 @@ void range(const RangeStage& stage, Block& block) {
     }
 }
 
+#if HWY_TARGET != HWY_SCALAR
+
+HWY_INLINE PixelVec matrix_alone(const MatrixStage& stage, PixelVec in) {
+    auto sum = hn::Mul(hn::Broadcast<0>(in), load_lanes(stage.column[0]));
+    sum = hn::Add(sum, hn::Mul(hn::Broadcast<1>(in), load_lanes(stage.column[1])));
+    sum = hn::Add(sum, hn::Mul(hn::Broadcast<2>(in), load_lanes(stage.column[2])));
+    sum = hn::Add(sum, hn::Mul(hn::Broadcast<3>(in), load_lanes(stage.column[3])));
+    return stage.has_offset ? hn::Add(sum, load_lanes(stage.offset)) : sum;
+}
+
+HWY_INLINE PixelVec diagonal_alone(const DiagonalStage& stage, PixelVec in) {
+    const auto out = hn::Add(hn::Mul(in, load_lanes(stage.scale)), load_lanes(stage.offset));
+    return choose_lanes(stage.active.lane, out, in);
+}
+
+HWY_INLINE PixelVec range_alone(const RangeStage& stage, PixelVec in) {
+    const PixelTag d;
+    auto t = hn::Add(hn::Mul(in, hn::Set(d, stage.scale)), hn::Set(d, stage.offset));
+    if (stage.has_low) {
+        t = at_least(t, hn::Set(d, stage.low));
+    }
+    if (stage.has_high) {
+        t = at_most(t, hn::Set(d, stage.high));
+    }
+    return keep_alpha(in, t);
+}
+
+#endif
+
+PIXEL_KERNEL(MatrixStage, matrix, matrix_alone)
+PIXEL_KERNEL(DiagonalStage, diagonal, diagonal_alone)
+PIXEL_KERNEL(RangeStage, range, range_alone)
+
 } // namespace HWY_NAMESPACE
 } // namespace pixel
 HWY_AFTER_NAMESPACE();
@@ -69,8 +103,11 @@ HWY_AFTER_NAMESPACE();
 namespace pixel {
 
 HWY_EXPORT(matrix);
+HWY_EXPORT(matrix_pixel);
 HWY_EXPORT(diagonal);
+HWY_EXPORT(diagonal_pixel);
 HWY_EXPORT(range);
+HWY_EXPORT(range_pixel);
 
 void run_matrix(const MatrixStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(matrix)(stage, block);
@@ -82,6 +119,18 @@ void run_diagonal(const DiagonalStage& stage, Block& block) {
 
 void run_range(const RangeStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(range)(stage, block);
+}
+
+PixelKernel pixel_kernel(const MatrixStage&) {
+    return &HWY_DYNAMIC_DISPATCH(matrix_pixel);
+}
+
+PixelKernel pixel_kernel(const DiagonalStage&) {
+    return &HWY_DYNAMIC_DISPATCH(diagonal_pixel);
+}
+
+PixelKernel pixel_kernel(const RangeStage&) {
+    return &HWY_DYNAMIC_DISPATCH(range_pixel);
 }
 
 } // namespace pixel

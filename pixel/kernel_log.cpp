@@ -9,6 +9,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
+#include "pixel/pixel-inl.h"
 #include "pixel/planes-inl.h"
 #include "pixel/power-inl.h"
 
@@ -35,16 +36,15 @@ HWY_INLINE hn::Vec<D> floored_log2(D d, hn::Vec<D> x) {
 void log_curve(const LogStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     for (std::size_t c = 0; c < 3; ++c) {
-        const auto& k = stage.channel[c];
         map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
             if (!stage.affine) {
-                return hn::Mul(floored_log2(d, x), hn::Set(d, k.log_slope));
+                return hn::Mul(floored_log2(d, x), hn::Set(d, stage.log_slope[c]));
             }
-            auto out = floored_log2(d, times_plus(d, x, k.lin_slope, k.lin_offset));
-            out = times_plus(d, out, k.log_slope, k.log_offset);
+            auto out = floored_log2(d, times_plus(d, x, stage.lin_slope[c], stage.lin_offset[c]));
+            out = times_plus(d, out, stage.log_slope[c], stage.log_offset[c]);
             if (stage.has_line) {
-                const auto below = hn::Lt(x, hn::Set(d, k.lin_break));
-                out = hn::IfThenElse(below, times_plus(d, x, k.line_slope, k.line_offset), out);
+                const auto below = hn::Lt(x, hn::Set(d, stage.lin_break[c]));
+                out = hn::IfThenElse(below, times_plus(d, x, stage.line_slope[c], stage.line_offset[c]), out);
             }
             return out;
         });
@@ -54,21 +54,58 @@ void log_curve(const LogStage& stage, Block& block) {
 void exp_curve(const ExpStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
     for (std::size_t c = 0; c < 3; ++c) {
-        const auto& k = stage.channel[c];
         map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
             if (!stage.affine) {
-                return exp2_of(d, hn::Mul(x, hn::Set(d, k.log_slope)));
+                return exp2_of(d, hn::Mul(x, hn::Set(d, stage.log_slope[c])));
             }
-            auto out = exp2_of(d, minus_times(d, x, k.log_offset, k.log_slope));
-            out = minus_times(d, out, k.lin_offset, k.lin_slope);
+            auto out = exp2_of(d, minus_times(d, x, stage.log_offset[c], stage.log_slope[c]));
+            out = minus_times(d, out, stage.lin_offset[c], stage.lin_slope[c]);
             if (stage.has_line) {
-                const auto below = hn::Lt(x, hn::Set(d, k.log_break));
-                out = hn::IfThenElse(below, minus_times(d, x, k.line_offset, k.line_slope), out);
+                const auto below = hn::Lt(x, hn::Set(d, stage.log_break[c]));
+                out =
+                    hn::IfThenElse(below, minus_times(d, x, stage.line_offset[c], stage.line_slope[c]), out);
             }
             return out;
         });
     }
 }
+
+#if HWY_TARGET != HWY_SCALAR
+
+HWY_INLINE PixelVec log_curve_alone(const LogStage& stage, PixelVec in) {
+    const PixelTag d;
+    const auto log_slope = load_lanes(stage.log_slope);
+    if (!stage.affine) {
+        return keep_alpha(in, hn::Mul(floored_log2(d, in), log_slope));
+    }
+    const auto argument = hn::Add(hn::Mul(in, load_lanes(stage.lin_slope)), load_lanes(stage.lin_offset));
+    auto out = hn::Add(hn::Mul(floored_log2(d, argument), log_slope), load_lanes(stage.log_offset));
+    if (stage.has_line) {
+        const auto line = hn::Add(hn::Mul(in, load_lanes(stage.line_slope)), load_lanes(stage.line_offset));
+        out = hn::IfThenElse(hn::Lt(in, load_lanes(stage.lin_break)), line, out);
+    }
+    return keep_alpha(in, out);
+}
+
+HWY_INLINE PixelVec exp_curve_alone(const ExpStage& stage, PixelVec in) {
+    const PixelTag d;
+    const auto log_slope = load_lanes(stage.log_slope);
+    if (!stage.affine) {
+        return keep_alpha(in, exp2_of(d, hn::Mul(in, log_slope)));
+    }
+    auto out = exp2_of(d, hn::Mul(hn::Sub(in, load_lanes(stage.log_offset)), log_slope));
+    out = hn::Mul(hn::Sub(out, load_lanes(stage.lin_offset)), load_lanes(stage.lin_slope));
+    if (stage.has_line) {
+        const auto line = hn::Mul(hn::Sub(in, load_lanes(stage.line_offset)), load_lanes(stage.line_slope));
+        out = hn::IfThenElse(hn::Lt(in, load_lanes(stage.log_break)), line, out);
+    }
+    return keep_alpha(in, out);
+}
+
+#endif
+
+PIXEL_KERNEL(LogStage, log_curve, log_curve_alone)
+PIXEL_KERNEL(ExpStage, exp_curve, exp_curve_alone)
 
 } // namespace HWY_NAMESPACE
 } // namespace pixel
@@ -78,7 +115,9 @@ HWY_AFTER_NAMESPACE();
 namespace pixel {
 
 HWY_EXPORT(log_curve);
+HWY_EXPORT(log_curve_pixel);
 HWY_EXPORT(exp_curve);
+HWY_EXPORT(exp_curve_pixel);
 
 void run_log(const LogStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(log_curve)(stage, block);
@@ -86,6 +125,14 @@ void run_log(const LogStage& stage, Block& block) {
 
 void run_exp(const ExpStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(exp_curve)(stage, block);
+}
+
+PixelKernel pixel_kernel(const LogStage&) {
+    return &HWY_DYNAMIC_DISPATCH(log_curve_pixel);
+}
+
+PixelKernel pixel_kernel(const ExpStage&) {
+    return &HWY_DYNAMIC_DISPATCH(exp_curve_pixel);
 }
 
 } // namespace pixel

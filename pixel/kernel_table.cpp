@@ -11,6 +11,7 @@
 #include "pixel/clamp-inl.h"
 #include "pixel/fused-inl.h"
 #include "pixel/lookup-inl.h"
+#include "pixel/pixel-inl.h"
 #include "pixel/planes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -62,6 +63,32 @@ void table(const TableStage& stage, Block& block) {
     }
 }
 
+#if HWY_TARGET != HWY_SCALAR
+
+template <bool FUSED>
+HWY_INLINE PixelVec table_of_arithmetic_alone(const TableStage& stage, PixelVec pixel) {
+    const PixelTag d;
+    const auto zero = hn::Zero(d), end = hn::Set(d, stage.last);
+    const auto scaled =
+        hn::Add(hn::Mul(pixel, load_lanes(stage.before.scale)), load_lanes(stage.before.offset));
+    const auto x = at_most(at_least(hn::Mul(scaled, end), zero), end);
+    const auto ceiling = hn::Ceil(x);
+    const auto part = FUSED ? hn::Sub(x, hn::Floor(x)) : hn::Sub(ceiling, x);
+    auto below = zero, above = zero;
+    load_pairs_of_curves(stage, d, to_index(d, ceiling), below, above);
+    below = hn::IfThenElse(hn::Eq(part, zero), above, below);
+    return keep_alpha(pixel, interpolate<FUSED>(d, below, above, part));
+}
+
+HWY_INLINE PixelVec table_alone(const TableStage& stage, PixelVec pixel) {
+    return stage.arithmetic == TableArithmetic::Fused ? table_of_arithmetic_alone<true>(stage, pixel)
+                                                      : table_of_arithmetic_alone<false>(stage, pixel);
+}
+
+#endif
+
+PIXEL_KERNEL(TableStage, table, table_alone)
+
 } // namespace HWY_NAMESPACE
 } // namespace pixel
 HWY_AFTER_NAMESPACE();
@@ -70,9 +97,14 @@ HWY_AFTER_NAMESPACE();
 namespace pixel {
 
 HWY_EXPORT(table);
+HWY_EXPORT(table_pixel);
 
 void run_table(const TableStage& stage, Block& block) {
     HWY_DYNAMIC_DISPATCH(table)(stage, block);
+}
+
+PixelKernel pixel_kernel(const TableStage&) {
+    return &HWY_DYNAMIC_DISPATCH(table_pixel);
 }
 
 } // namespace pixel

@@ -23,6 +23,22 @@ void run_inverse_table(const InverseTableStage& stage, Block& block);
 void run_inverse_half(const InverseHalfStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
 
+/// The functions for pixels that come alone, of the instruction set in use; `stage.h` tells what they do. A
+/// stage of a kind that is not listed here runs on a block of one pixel.
+PixelKernel pixel_kernel(const MatrixStage&);
+PixelKernel pixel_kernel(const DiagonalStage&);
+PixelKernel pixel_kernel(const RangeStage&);
+PixelKernel pixel_kernel(const PowerStage&);
+PixelKernel pixel_kernel(const ToeStage&);
+PixelKernel pixel_kernel(const CdlStage&);
+PixelKernel pixel_kernel(const LogStage&);
+PixelKernel pixel_kernel(const ExpStage&);
+PixelKernel pixel_kernel(const TableStage&);
+PixelKernel pixel_kernel(const HalfTableStage&);
+PixelKernel pixel_kernel(const InverseTableStage&);
+PixelKernel pixel_kernel(const InverseHalfStage&);
+PixelKernel pixel_kernel(const CubeStage&);
+
 /// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
 /// within a plane is an implementation's own. Three channels read as alpha 0.
 /// They work on the block's own planes.

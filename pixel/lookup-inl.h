@@ -23,7 +23,11 @@ template <class D>
 HWY_INLINE hn::Vec<hn::RebindToSigned<D>> to_index(D, hn::Vec<D> v) {
     const hn::RebindToSigned<D> di;
 #if HWY_TARGET <= HWY_AVX3 // without the provisions for other floats
-    return hn::Vec<decltype(di)>{_mm512_cvttps_epi32(v.raw)};
+    if constexpr (hn::MaxLanes(D()) == 16) {
+        return hn::Vec<decltype(di)>{_mm512_cvttps_epi32(v.raw)};
+    } else {
+        return hn::Vec<decltype(di)>{_mm_cvttps_epi32(v.raw)};
+    }
 #else
     return hn::ConvertTo(di, v);
 #endif
@@ -89,6 +93,26 @@ HWY_INLINE void load_pairs(D d, const float* table, const std::int32_t* at, hn::
     auto unused = first, unused_too = first;
     load_quads<1>(d, table, at, first, second, unused, unused_too);
 }
+
+#if HWY_TARGET != HWY_SCALAR
+
+/// The same for lanes that are red, green, blue and something else, each with the curve that `stage` gives
+/// it.
+template <class Stage, class D>
+HWY_INLINE void load_pairs_of_curves(const Stage& stage, D d, hn::Vec<hn::RebindToSigned<D>> index,
+                                     hn::Vec<D>& first, hn::Vec<D>& second) {
+    alignas(16) std::int32_t at[4];
+    hn::Store(index, hn::RebindToSigned<D>(), at);
+    const auto load = [&](std::size_t c) HWY_ATTR {
+        return hn::LoadU(d, stage.curve[static_cast<std::size_t>(stage.curve_of[c])].values.data() + at[c]);
+    };
+    auto r = load(0), g = load(1), b = load(2), unused = b;
+    transpose_groups(d, r, g, b, unused);
+    first = r;
+    second = g;
+}
+
+#endif
 
 } // namespace HWY_NAMESPACE
 } // namespace pixel

@@ -18,19 +18,24 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Calls `f(tag of doubles, half of the lanes of v)` for the lower and the upper half, and joins the doubles
-/// that it returns into floats.
-template <class D, class F>
-HWY_INLINE hn::Vec<D> in_double(D d, F&& f, hn::Vec<D> v) {
+/// Calls `f(tag of doubles, lanes of each v)` for all lanes, or where doubles take too much room for the
+/// lower and the upper half, and joins the doubles that it returns into floats.
+template <class D, class F, class... V>
+HWY_INLINE hn::Vec<D> in_double(D d, F&& f, V... v) {
 #if HWY_TARGET == HWY_SCALAR
     const hn::Rebind<double, D> wide;
-    return hn::DemoteTo(d, f(wide, hn::PromoteTo(wide, v)));
+    return hn::DemoteTo(d, f(wide, hn::PromoteTo(wide, v)...));
 #else
-    const hn::Half<D> half;
-    const hn::Rebind<double, hn::Half<D>> wide;
-    const auto low = f(wide, hn::PromoteTo(wide, hn::LowerHalf(half, v)));
-    const auto high = f(wide, hn::PromoteTo(wide, hn::UpperHalf(half, v)));
-    return hn::Combine(d, hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+    if constexpr (hn::MaxLanes(D()) * sizeof(double) <= HWY_MAX_BYTES) {
+        const hn::Rebind<double, D> wide;
+        return hn::DemoteTo(d, f(wide, hn::PromoteTo(wide, v)...));
+    } else {
+        const hn::Half<D> half;
+        const hn::Rebind<double, hn::Half<D>> wide;
+        const auto low = f(wide, hn::PromoteTo(wide, hn::LowerHalf(half, v))...);
+        const auto high = f(wide, hn::PromoteTo(wide, hn::UpperHalf(half, v))...);
+        return hn::Combine(d, hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+    }
 #endif
 }
 
@@ -67,12 +72,20 @@ alignas(64) constexpr std::int64_t SIXTEENTH_POWER[16] = {
 /// Entry `index & 15` of a table.
 template <class D, class T, class VI>
 HWY_INLINE hn::Vec<D> look_up(D d, const T (&table)[16], VI index) {
-#if HWY_TARGET <= HWY_AVX3 // Highway 1.0 has no lookup in two registers
-    const auto low = hn::Load(d, table), high = hn::Load(d, table + 8);
-    if constexpr (hwy::IsFloat<T>()) {
+#if HWY_TARGET <= HWY_AVX3          // Highway 1.0 has no lookup in two registers
+    const hn::ScalableTag<T> whole; // Fewer lanes take their entries from as large a table.
+    const auto low = hn::Load(whole, table), high = hn::Load(whole, table + 8);
+    constexpr bool FULL = hn::MaxLanes(D()) == 8;
+    if constexpr (hwy::IsFloat<T>() && FULL) {
         return hn::Vec<D>{_mm512_permutex2var_pd(low.raw, index.raw, high.raw)};
-    } else {
+    } else if constexpr (hwy::IsFloat<T>()) {
+        const auto wide = _mm512_castsi256_si512(index.raw);
+        return hn::Vec<D>{_mm512_castpd512_pd256(_mm512_permutex2var_pd(low.raw, wide, high.raw))};
+    } else if constexpr (FULL) {
         return hn::Vec<D>{_mm512_permutex2var_epi64(low.raw, index.raw, high.raw)};
+    } else {
+        const auto wide = _mm512_castsi256_si512(index.raw);
+        return hn::Vec<D>{_mm512_castsi512_si256(_mm512_permutex2var_epi64(low.raw, wide, high.raw))};
     }
 #else
     return hn::GatherIndex(d, table, hn::And(index, hn::Set(hn::DFromV<VI>(), 15)));
@@ -83,7 +96,11 @@ HWY_INLINE hn::Vec<D> look_up(D d, const T (&table)[16], VI index) {
 template <class DD, class VI>
 HWY_INLINE hn::Vec<DD> exponent_of(DD dd, VI bits) {
 #if HWY_TARGET <= HWY_AVX3
-    return hn::Vec<DD>{_mm512_getexp_pd(hn::BitCast(dd, bits).raw)};
+    if constexpr (hn::MaxLanes(DD()) == 8) {
+        return hn::Vec<DD>{_mm512_getexp_pd(hn::BitCast(dd, bits).raw)};
+    } else {
+        return hn::Vec<DD>{_mm256_getexp_pd(hn::BitCast(dd, bits).raw)};
+    }
 #else
     constexpr std::int64_t TWO_52 = 0x4330000000000000; // the bits of 2^52
     const hn::DFromV<VI> di;
@@ -243,6 +260,43 @@ HWY_INLINE auto is_ordinary(D d, hn::Vec<D> x) {
 template <class P, class D>
 HWY_INLINE hn::Vec<D> power_of(D d, const P& power, hn::Vec<D> x) {
     return hn::IfThenElse(is_ordinary(d, x), power.raw(d, x), power.rest(d, x));
+}
+
+/// Raises each of four lanes to an exponent of its own, with the bits that the function which `with_power`
+/// chooses for that exponent gives: powers of the exponents 1 and 0 are exact, and limiting an exponent that
+/// is moderate changes nothing.
+struct LanePowers {
+    const float* exponent;
+
+    template <class D>
+    HWY_INLINE hn::Vec<D> raw(D d, hn::Vec<D> x) const {
+        const auto power = in_double(
+            d,
+            [](auto dd, auto v, auto e)
+                HWY_ATTR { return exp2_double(dd, limit_exponent(dd, hn::Mul(e, log2_double(dd, v)))); },
+            x, hn::LoadU(d, exponent));
+        return restore_infinity(d, power);
+    }
+    template <class D>
+    HWY_INLINE hn::Vec<D> rest(D d, hn::Vec<D> x) const {
+        const auto infinity = hn::Set(d, std::numeric_limits<float>::infinity()), zero = hn::Zero(d);
+        const auto e = hn::LoadU(d, exponent);
+        const auto positive = hn::Gt(e, zero);
+        const auto moderate = hn::And(positive, hn::Le(e, hn::Set(d, 6.0f)));
+        const auto at_zero = hn::IfThenElse(moderate, x, hn::IfThenElse(positive, zero, infinity));
+        const auto at_infinity = hn::IfThenElse(positive, infinity, zero);
+        const auto power =
+            hn::IfThenElse(hn::Eq(x, zero), at_zero, hn::IfThenElse(hn::Eq(x, infinity), at_infinity, x));
+        return hn::IfThenElse(hn::Eq(e, zero), hn::Set(d, 1.0f), power);
+    }
+};
+
+/// `power_of` for LanePowers: lanes are hardly ever anything but ordinary.
+template <class D>
+HWY_INLINE hn::Vec<D> powers_of(D d, const LanePowers& power, hn::Vec<D> x) {
+    const auto ordinary = is_ordinary(d, x);
+    const auto raised = power.raw(d, x);
+    return HWY_LIKELY(hn::AllTrue(d, ordinary)) ? raised : hn::IfThenElse(ordinary, raised, power.rest(d, x));
 }
 
 /// Calls `f` with the cheapest function that raises to `exponent`.

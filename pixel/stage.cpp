@@ -1,9 +1,9 @@
 #include "pixel/stage.h"
 
-#include <algorithm>
 #include <type_traits>
 
 #include "pixel/kernels.h"
+#include "pixel/vector_target.h"
 
 namespace pixel {
 
@@ -29,30 +29,17 @@ struct Runner {
 
 /// For stages without a kernel for one pixel.
 template <class S>
-void run_on_block_of_one(const void* stage, float* rgba) {
-    Block block;
-    block.count = 1;
-    block.padded = round_up_to_lanes(1);
-    for (std::size_t c = 0; c < 4; ++c) {
-        std::fill(block.plane[c], block.plane[c] + block.padded, rgba[c]);
-    }
-    Runner{block}(*static_cast<const S*>(stage));
-    for (std::size_t c = 0; c < 4; ++c) {
-        rgba[c] = block.plane[c][0];
-    }
+PixelKernel pixel_kernel(const S&) {
+    return [](const void* stage, float* rgba) {
+        run_on_block_of_one(rgba, [stage](Block& block) { Runner{block}(*static_cast<const S*>(stage)); });
+    };
 }
-
-struct PixelStepMaker {
-    template <class S>
-    PixelStep operator()(const S& stage) {
-        return {run_on_block_of_one<S>, &stage};
-    }
-};
 
 } // namespace
 
-PixelStep pixel_step(const Stage& stage) {
-    return std::visit(PixelStepMaker{}, stage);
+PixelFunction pixel_step(const Stage& stage) {
+    vector_target(); // The instruction set must have been chosen before pointers to its functions are taken.
+    return std::visit([](const auto& s) { return PixelFunction{pixel_kernel(s), &s}; }, stage);
 }
 
 void run(const Stage& stage, Block& block) {

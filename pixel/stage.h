@@ -7,6 +7,7 @@
 
 #include "pixel/block.h"
 #include "pixel/ops.h"
+#include "pixel/pixel_function.h"
 
 /// Operations compiled for the kernels: constants rounded to 32-bit floats, tables padded, searches indexed.
 /// Each rounding step is part of the contract: the results equal those of the reference renderer bit for bit
@@ -16,15 +17,28 @@ namespace pixel {
 /// out = ((m0 r + m1 g) + m2 b) + m3 a, then + offset; every product and sum rounded.
 struct MatrixStage {
     float m[4][4];
+    float column[4][4]; ///< m transposed
     float offset[4];
     bool has_offset;
 };
 
-/// out = in * scale + offset on the channels marked active.
+/// Some of the four channels: as flags, and as 1 and 0 for kernels whose lanes are channels.
+struct ChannelSet {
+    bool flag[4];
+    float lane[4];
+
+    bool operator[](std::size_t c) const { return flag[c]; }
+    void set(std::size_t c, bool on) {
+        flag[c] = on;
+        lane[c] = on ? 1.0f : 0.0f;
+    }
+};
+
+/// out = in * scale + offset on the active channels.
 struct DiagonalStage {
     float scale[4];
     float offset[4];
-    bool active[4];
+    ChannelSet active;
 };
 
 /// A diagonal matrix that runs within the stage before or after it. Minus zero is the term that leaves every
@@ -48,43 +62,40 @@ enum class PowerShape { Clamp, Mirror, PassThrough };
 struct PowerStage {
     float exponent[4];
     PowerShape shape;
-    bool active[4];
+    ChannelSet active;
     Scaling before;
 };
 
 /// Forward: in > knee ? (in * scale + offset) ^ exponent : in * slope.
 /// Inverse: in > knee ? in ^ exponent * scale - offset : in * slope.
 struct ToeStage {
-    struct Channel {
-        float scale, offset, exponent, slope, knee;
-    };
-    std::array<Channel, 4> channel;
+    float scale[4], offset[4], exponent[4], slope[4], knee[4];
     bool forward, mirror;
 };
 
-/// Inverse stages hold the reciprocals of slope, power and saturation.
+/// Inverse stages hold the reciprocals of slope, power and saturation. Alpha has no part in it; its entries
+/// let kernels whose lanes are channels treat it like the others.
 struct CdlStage {
-    float slope[3], offset[3], power[3];
+    float slope[4], offset[4], power[4];
     float saturation;
     bool clamp, forward;
+    bool raises; ///< some power is not 1
 };
 
-/// log2(max(in * lin_slope + lin_offset, FLT_MIN)) * log_slope + log_offset, or the line below the break.
+/// log2(max(in * lin_slope + lin_offset, FLT_MIN)) * log_slope + log_offset, or the line below the break; not
+/// for alpha, whose entries are 0.
 struct LogStage {
-    struct Channel {
-        float lin_slope, lin_offset, log_slope, log_offset, lin_break, line_slope, line_offset;
-    };
-    std::array<Channel, 3> channel;
+    float lin_slope[4], lin_offset[4], log_slope[4], log_offset[4], lin_break[4], line_slope[4],
+        line_offset[4];
     bool affine; ///< false: log_slope only
     bool has_line;
 };
 
-/// (exp2((in - log_offset) * log_slope) - lin_offset) * lin_slope, or the line below the break.
+/// (exp2((in - log_offset) * log_slope) - lin_offset) * lin_slope, or the line below the break; not for
+/// alpha, whose entries are 0.
 struct ExpStage {
-    struct Channel {
-        float log_offset, log_slope, lin_offset, lin_slope, log_break, line_offset, line_slope;
-    };
-    std::array<Channel, 3> channel;
+    float log_offset[4], log_slope[4], lin_offset[4], lin_slope[4], log_break[4], line_offset[4],
+        line_slope[4];
     bool affine; ///< false: exp2(in * log_slope) only
     bool has_line;
 };
@@ -165,17 +176,12 @@ using Stage =
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);
 
-/// A stage made ready for pixels that come alone. Refers to the stage, which must outlive it.
-struct PixelStep {
-    void (*kernel)(const void* stage, float* rgba);
-    const void* stage;
+/// A stage's function for pixels that come alone: `stage` points at the stage. It gives the bits that the
+/// stage gives in an image.
+using PixelKernel = void (*)(const void* stage, float* rgba);
 
-    /// Changes four floats in place; gives the bits that the stage gives in an image.
-    void operator()(float* rgba) const { kernel(stage, rgba); }
-};
-
-/// Chooses the kernel once, for the instruction set in use at the time of the call. A stage that has no kernel
-/// of its own for one pixel runs on a block of one.
-PixelStep pixel_step(const Stage& stage);
+/// Chooses the kernel once, for the instruction set in use at the time of the call. A stage that has no
+/// kernel of its own for one pixel runs on a block of one.
+PixelFunction pixel_step(const Stage& stage);
 
 } // namespace pixel
