@@ -83,11 +83,10 @@ bool ColorIOConverter::State::configure(const CoreString& source, const CoreStri
         log_missing("Source", "color space", from);
     if (!to_known)
         log_missing("Destination", "color space", to);
-    configured =
-        config && from_known && to_known &&
-        log_ocio_errors(
-            LOG_ERROR, [&] { processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
-            [&] { log_message(LOG_ERROR, FAILURE, " from '", from, "' to '", to, "'.\n"); });
+    configured = config && from_known && to_known &&
+                 log_ocio_errors(
+                     LOG_ERROR, [&] { take(ocio::get_processor(config, from.get_data(), to.get_data())); },
+                     [&] { log_message(LOG_ERROR, FAILURE, " from '", from, "' to '", to, "'.\n"); });
     return configured;
 }
 
@@ -111,11 +110,10 @@ bool ColorIOConverter::State::configure_CDL(const CoreString& source, const Core
         log_missing("Source", "CDL", from);
     if (!to_listed)
         log_missing("Destination", "CDL", to);
-    configured =
-        from_listed && to_listed &&
-        log_ocio_errors(
-            LOG_WARNING, [&] { processor = ocio::get_processor(config, from.get_data(), to.get_data()); },
-            [&] { log_message(LOG_WARNING, FAILURE, " from '", from, "' to '", to, "'.\n"); });
+    configured = from_listed && to_listed &&
+                 log_ocio_errors(
+                     LOG_WARNING, [&] { take(ocio::get_processor(config, from.get_data(), to.get_data())); },
+                     [&] { log_message(LOG_WARNING, FAILURE, " from '", from, "' to '", to, "'.\n"); });
     return configured;
 }
 
@@ -134,7 +132,7 @@ bool ColorIOConverter::State::configure_for_display(const CoreString& input, con
     configured =
         config && from_known &&
         log_ocio_errors(
-            LOG_ERROR, [&] { processor = ocio::get_processor(config, transform); },
+            LOG_ERROR, [&] { take(ocio::get_processor(config, transform)); },
             // The display's closing quote is left out on purpose: readers of old logs search for this text.
             [&] {
                 log_message(LOG_ERROR, FAILURE, " from color space '", from, "' to display '", display,

@@ -31,9 +31,9 @@ bool apply_at_boundary(Action&& action) {
 } // namespace
 
 bool ColorIOConverter::convert_pixel(GMathVec4<float>& pixel) const {
-    if (!is_configured())
+    if (!state || !state->configured)
         return false;
-    return state->bypass || apply_at_boundary([&] { state->processor->apply_rgba(pixel.get_data()); });
+    return state->bypass || apply_at_boundary([&] { state->convert_pixel(pixel.get_data()); });
 }
 
 bool ColorIOConverter::convert_buffer(float* data, unsigned int width, unsigned int height,

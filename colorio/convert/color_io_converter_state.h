@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "colorio/color_io_converter.h"
 #include "colorio/ocio/processor.h"
 
@@ -10,6 +12,12 @@ struct ColorIOConverter::State {
     bool bypass = true;      ///< The last configuration asked for no conversion.
     ColorIOManager* manager = nullptr;
     ocio::ConstProcessorRcPtr processor;
+    ocio::PixelFunction convert_pixel; ///< That of `processor`.
+
+    void take(ocio::ConstProcessorRcPtr made) {
+        processor = std::move(made);
+        convert_pixel = processor->get_pixel_function();
+    }
 
     /// The manager, unless it was destroyed meanwhile.
     const ColorIOManager* get_manager() const;

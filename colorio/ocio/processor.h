@@ -38,6 +38,15 @@ struct GpuShaderDesc {
     int lut_3d_edge_len; ///< The table is a cube of edge_len^3 RGB floats; 2 or more.
 };
 
+/// Converts a single color of four floats, in place, without a detour. Valid as long as the processor that
+/// gave it.
+struct PixelFunction {
+    void (*convert)(const void* context, float* rgba) = nullptr;
+    const void* context = nullptr;
+
+    void operator()(float* rgba) const { convert(context, rgba); }
+};
+
 /// One conversion, immutable: holders share it, several threads may apply it at once.
 class Processor {
 public:
@@ -50,6 +59,8 @@ public:
     virtual void apply(const PlanarImageDesc& image) const = 0;
     /// Converts one pixel of four floats: red, green, blue, alpha.
     virtual void apply_rgba(float* pixel) const = 0;
+    /// `apply_rgba`, for callers that convert many single colors: what it has to decide is decided here.
+    virtual PixelFunction get_pixel_function() const = 0;
 
     /// A function `vec4 NAME(in vec4 inPixel, const sampler3D lut3d)` that converts one pixel; it samples
     /// `lut3d` once where it needs the table, as "= texture3D(lut3d, ...)".

@@ -53,6 +53,15 @@ public:
             processor_->applyRGBA(pixel);
     }
 
+    PixelFunction get_pixel_function() const override {
+        if (no_op_)
+            return {[](const void*, float*) {}, nullptr};
+        return {[](const void* processor, float* rgba) {
+                    static_cast<const library::Processor*>(processor)->applyRGBA(rgba);
+                },
+                processor_.get()};
+    }
+
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
         // Between spaces of one table the library would write a text that confines the pixel to the table's
         // range.

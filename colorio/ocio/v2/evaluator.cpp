@@ -15,6 +15,24 @@ namespace {
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
+/// From 2.5 on the library takes single pixels through LUTs with other arithmetic than those of images.
+bool treats_single_pixels_apart(const library::ConstProcessorRcPtr& processor) {
+    if (OCIO_VERSION_MINOR < 5)
+        return false;
+    const library::GroupTransformRcPtr operations = processor->createGroupTransform();
+    for (int i = 0; i < operations->getNumTransforms(); ++i) {
+        const library::TransformType type = operations->getTransform(i)->getTransformType();
+        if (type == library::TRANSFORM_TYPE_LUT1D || type == library::TRANSFORM_TYPE_LUT3D)
+            return true;
+    }
+    return false;
+}
+
+void apply_to_image_of_one(const library::CPUProcessor& cpu, float* rgba) {
+    library::PackedImageDesc image(rgba, 1, 1, 4);
+    cpu.apply(image);
+}
+
 std::size_t to_size(long count) {
     return static_cast<std::size_t>(count);
 }
@@ -28,15 +46,17 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
     else
         why_not_ = "the vector code is switched off";
     // Not of an optimized processor: the library can refuse to copy operations that it has merged itself.
-    if (!program_)
+    if (!program_) {
         cpu_ = processor->getOptimizedCPUProcessor(optimization);
+        single_as_image_ = treats_single_pixels_apart(processor);
+    }
     no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
 }
 
 void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
     try {
         if (std::optional<pixel::OpChain> chain =
-                translate_operations(*optimized->createGroupTransform(), why_not_))
+                translate_operations(*processor->createGroupTransform(), why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
     } catch (const std::exception& error) {
         // An operation that the program does not take is the library's, and so are tables for which memory is
@@ -76,13 +96,21 @@ void Evaluator::apply(const PlanarImageDesc& image) const {
     cpu_->apply(planes);
 }
 
-void Evaluator::apply_rgba(float* pixel) const {
+PixelFunction Evaluator::get_pixel_function() const {
     if (no_op_)
-        return;
-    if (program_)
-        program_->apply_pixel(pixel);
-    else
-        cpu_->applyRGBA(pixel);
+        return {[](const void*, float*) {}, nullptr};
+    if (program_) {
+        const pixel::PixelFunction function = program_->pixel_function();
+        return {function.kernel, function.context};
+    }
+    if (single_as_image_)
+        return {[](const void* cpu, float* rgba) {
+                    apply_to_image_of_one(*static_cast<const library::CPUProcessor*>(cpu), rgba);
+                },
+                cpu_.get()};
+    return {
+        [](const void* cpu, float* rgba) { static_cast<const library::CPUProcessor*>(cpu)->applyRGBA(rgba); },
+        cpu_.get()};
 }
 
 } // namespace ocio

@@ -23,7 +23,8 @@ public:
 
     void apply(const PackedImageDesc& image) const;
     void apply(const PlanarImageDesc& image) const;
-    void apply_rgba(float* pixel) const;
+    void apply_rgba(float* pixel) const { get_pixel_function()(pixel); }
+    PixelFunction get_pixel_function() const;
 
     /// Null where the library converts, for the reason `get_why_not()`.
     const pixel::Program* get_program() const { return program_.get(); }
@@ -35,6 +36,7 @@ private:
     bool no_op_;
     std::unique_ptr<const pixel::Program> program_;
     library::ConstCPUProcessorRcPtr cpu_;
+    bool single_as_image_ = false; ///< OpenColorIO gives single pixels other bits
     std::string why_not_;
 };
 

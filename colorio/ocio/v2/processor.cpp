@@ -39,6 +39,8 @@ public:
     void apply(const PlanarImageDesc& image) const override { evaluator_.apply(image); }
     void apply_rgba(float* pixel) const override { evaluator_.apply_rgba(pixel); }
 
+    PixelFunction get_pixel_function() const override { return evaluator_.get_pixel_function(); }
+
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
         return gpu_shader(desc)->text;
     }
