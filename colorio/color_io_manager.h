@@ -11,6 +11,7 @@
 class AddedCDLs;
 class CDLFileReader;
 class ColorSpaceNameIndex;
+class ConfigLoads;
 class OfApp;
 class OfEnum;
 class ParserEntry;
@@ -257,6 +258,8 @@ private:
 
     /// Answers look-ups in "color_space" without scanning; made anew when the enumeration changed.
     mutable std::shared_ptr<const ColorSpaceNameIndex> name_index;
+    /// What the reload under way has parsed; null between reloads.
+    std::shared_ptr<ConfigLoads> config_loads;
     /// What `cdl_config` holds, so that unchanged CDLs are not added again.
     std::shared_ptr<AddedCDLs> added_cdls;
 };

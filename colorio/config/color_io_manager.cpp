@@ -5,6 +5,7 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
+#include "colorio/config/config_loads.h"
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/library_messages.h"
 #include "colorio/facade/module_boundary.h"
@@ -59,6 +60,7 @@ bool ColorIOManager::start() {
         publish_config();
         return true;
     }
+    const ReloadScope reload(config_loads);
     create_enums();
     settle_role_color_spaces();
     const bool builtin_ok = init_default_tavelion_config();
@@ -124,6 +126,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
         return false;
     ocio::clear_all_caches();
     begin_library_load();
+    config_loads->forget();
     const auto take_from = [this](const CoreString& origin, auto create) {
         file_config_loaded = false; // Stays so when something other than an invalid configuration ends this.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
@@ -136,7 +139,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     bool loaded = false;
     if (SysFilesystem::file_exists(path)) {
         file_config_path = path;
-        loaded = take_from(path, [&] { return ocio::create_config_from_file(path.get_data()); });
+        loaded = take_from(path, [&] { return config_loads->from_file(path); });
     } else {
         if (!path.is_empty()) {
             log_message(LOG_WARNING, "Color Management: OCIO configuration file '", path, "' not found.\n");
@@ -146,7 +149,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
         if (!from_environment.is_empty()) {
             log_message(LOG_WARNING, "Color Management: defaulting to configuration file '", from_environment,
                         "' from environment variable OCIO.\n");
-            loaded = take_from(FROM_ENV, [] { return ocio::create_config_from_env(); });
+            loaded = take_from(FROM_ENV, [this] { return config_loads->from_environment(); });
         }
     }
     settle_role_color_spaces();
@@ -164,6 +167,7 @@ void ColorIOManager::use_file_config(const bool& use) {
 void ColorIOManager::select_config(bool use) {
     if (!app)
         return;
+    const ReloadScope reload(config_loads);
     if (use) {
         const CoreString path =
             app->get_color_space_file_path(); // A copy: listeners may change the preference.
@@ -198,6 +202,7 @@ void ColorIOManager::update_file_config_path() {
 void ColorIOManager::follow_file_config_path() {
     if (!app)
         return;
+    const ReloadScope reload(config_loads);
     if (!app_uses_file_config()) {
         settle_default_color_space_name(false);
         return;

@@ -1,4 +1,5 @@
 #include "colorio/color_io_manager.h"
+#include "colorio/config/config_loads.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/types.h"
 #include "host/of/of_app.h"
@@ -117,6 +118,7 @@ bool ColorIOManager::load_config(ParserEntry* entry) {
 bool ColorIOManager::read_preferences(const ParserEntry* entry) {
     if (entry && entry->get_value_count() > 0 && entry->is_value_group(0))
         read_records(*entry->get_group(0));
+    const ReloadScope reload(config_loads);
     forget_cached_files();
     add_custom_luts_to_tavelion_config(tavelion_color_spaces);
     add_custom_CDLs_to_tavelion_config(tavelion_color_decision_lists);

@@ -4,6 +4,7 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/config/config_loads.h"
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/make_room.h"
 #include "colorio/facade/module_boundary.h"
@@ -22,12 +23,12 @@ CoreString get_bare_name(const ocio::ConstColorSpaceRcPtr& space) {
     return CoreString::after_first(ocio::get_name(space), ColorIOManager::FAMILY_SEPARATOR);
 }
 
-/// Configuration of the environment variable OCIO; null when the variable is not set or names one without
-/// colour spaces.
-ocio::ConstConfigRcPtr create_usable_config_from_env() {
+/// Config of the environment variable OCIO; null when the variable is not set or names one without color
+/// spaces.
+ocio::ConstConfigRcPtr get_usable_config_from_env(ConfigLoads& loads) {
     if (sys_get_env(OCIO_VARIABLE).is_empty())
         return {};
-    ocio::ConstConfigRcPtr config = ocio::create_config_from_env();
+    ocio::ConstConfigRcPtr config = loads.from_environment();
     return config && ocio::get_num_color_spaces(config) > 0 ? config : ocio::ConstConfigRcPtr();
 }
 
@@ -87,8 +88,8 @@ ColorIOManager::ProbeConfig ColorIOManager::load_probe_config() const {
         return probe;
     try {
         const CoreString& path = app->get_color_space_file_path();
-        probe.config = SysFilesystem::file_exists(path) ? ocio::create_config_from_file(path.get_data())
-                                                        : create_usable_config_from_env();
+        probe.config = SysFilesystem::file_exists(path) ? config_loads->from_file(path)
+                                                        : get_usable_config_from_env(*config_loads);
     } catch (const ocio::Exception& exception) {
         probe.error = exception.what();
     }
@@ -104,7 +105,10 @@ void ColorIOManager::settle_role_color_spaces() {
 }
 
 void ColorIOManager::set_role_color_space(int role) {
-    at_boundary([&] { settle_role_color_space(role, load_probe_config()); });
+    at_boundary([&] {
+        const ReloadScope reload(config_loads);
+        settle_role_color_space(role, load_probe_config());
+    });
 }
 
 void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe) {
@@ -132,6 +136,7 @@ void ColorIOManager::set_default_color_space_name(bool reload) {
 
 /// `how` says what becomes of a file configuration that fails its check when it is read again.
 void ColorIOManager::settle_default_color_space_name(bool reload, Reload how) {
+    const ReloadScope scope(config_loads);
     if (reload && file_config_loaded)
         settle_scene_linear_of_file_config(how);
     else
@@ -145,9 +150,9 @@ void ColorIOManager::settle_scene_linear_of_file_config(Reload how) {
     log_ocio_errors(LOG_WARNING, [&] {
         ocio::ConstConfigRcPtr loaded;
         if (file_config_path == FROM_ENV)
-            loaded = create_usable_config_from_env();
+            loaded = get_usable_config_from_env(*config_loads);
         else if (app)
-            loaded = ocio::create_config_from_file(app->get_color_space_file_path().get_data());
+            loaded = config_loads->from_file(app->get_color_space_file_path());
         if (!loaded || (how == Reload::ADOPT_IF_VALID && !validate_ocio_config(loaded)))
             return;
         file_config = ocio::create_editable_copy(loaded);

@@ -1,0 +1,30 @@
+#include "colorio/config/config_loads.h"
+
+#include "colorio/color_io_constants.h"
+#include "colorio/ocio/config.h"
+#include "host/sys/sys_env.h"
+
+ocio::ConstConfigRcPtr ConfigLoads::from_file(const CoreString& path) {
+    return take("file " + std::string(path.view()),
+                [&] { return ocio::create_config_from_file(path.get_data()); });
+}
+
+ocio::ConstConfigRcPtr ConfigLoads::from_environment() {
+    return take("environment " + std::string(sys_get_env(OCIO_VARIABLE).view()),
+                [] { return ocio::create_config_from_env(); });
+}
+
+ocio::ConstConfigRcPtr ConfigLoads::take(const std::string& key,
+                                         const std::function<ocio::ConstConfigRcPtr()>& load) {
+    const auto known = outcomes.find(key);
+    if (known != outcomes.end() && !known->second.error.empty())
+        throw ocio::Exception(known->second.error.c_str());
+    if (known != outcomes.end())
+        return known->second.config;
+    try {
+        return outcomes.emplace(key, Outcome{load(), {}}).first->second.config;
+    } catch (const ocio::Exception& exception) {
+        outcomes.emplace(key, Outcome{{}, exception.what()});
+        throw;
+    }
+}
