@@ -1,4 +1,5 @@
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "colorio/color_io.h"
@@ -16,15 +17,21 @@
 
 namespace {
 
-LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const OfEnum& published,
-                            CoreVector<CoreString>& names) {
+CoreString find_family(const ocio::ConstConfigRcPtr& config, const CoreString& name) {
+    const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name.get_data());
+    return space ? ocio::get_family(space) : "";
+}
+
+/// `family_of_all` is that of every color space, where there is one such: the library searches all of them
+/// for each that it is asked for.
+LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const char* family_of_all,
+                            const OfEnum& published, CoreVector<CoreString>& names) {
     LabelList list;
     const char separator = *published.get_separator().get_data();
     const int count = ocio::get_num_color_spaces(config);
     for (int i = 0; i < count; ++i) {
         const CoreString name = ocio::get_color_space_name_by_index(config, i);
-        const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name.get_data());
-        const CoreString family = space ? ocio::get_family(space) : "";
+        const CoreString family = family_of_all ? family_of_all : find_family(config, name);
         const CoreString label = family.is_empty() ? name : family + separator + name;
         if (list.is_new(label, published)) {
             names.append(name);
@@ -55,7 +62,8 @@ bool ColorIOManager::update_enums_and_lists() {
     color_space_names.remove_all();
     color_space_enum->remove_all_values();
     color_space_enum->set_separator(FAMILY_SEPARATOR);
-    LabelList spaces = list_color_spaces(config, *color_space_enum, color_space_names);
+    LabelList spaces = list_color_spaces(config, is_using_tavelion_config() ? BUILTIN_FAMILY.data : nullptr,
+                                         *color_space_enum, color_space_names);
     color_space_enum->add_values(spaces.labels, spaces.values);
     name_index.reset();
 
@@ -76,9 +84,11 @@ void ColorIOManager::publish_views() {
     display_view_names.remove_all();
     view_transform_enum->remove_all_values();
     LabelList views;
+    const std::unordered_set<std::string> own_names = ocio::list_own_names(config);
     find_view(config, [&](const char* display, const char* view) {
         const CoreString label = CoreString(display) + DISPLAY_SEPARATOR + view;
-        const CoreString color_space = ocio::get_display_color_space_name(config, display, view).c_str();
+        const CoreString color_space =
+            ocio::get_display_color_space_name(config, display, view, own_names).c_str();
         if (views.is_new(label, *color_space_enum)) {
             display_view_names.append(label);
             views.append(label, find_color_space(color_space));

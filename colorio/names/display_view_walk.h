@@ -8,9 +8,8 @@
 /// did.
 template <class Visit>
 bool find_view_of_display(const ocio::ConstConfigRcPtr& config, const std::string& display, Visit&& visit) {
-    const int count = ocio::get_num_views(config, display.c_str());
-    for (int index = 0; index < count; ++index)
-        if (visit(display.c_str(), ocio::get_view(config, display.c_str(), index)))
+    for (const std::string& view : ocio::list_views(config, display.c_str()))
+        if (visit(display.c_str(), view.c_str()))
             return true;
     return false;
 }

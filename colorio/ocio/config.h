@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "colorio/ocio/types.h"
 
@@ -38,10 +40,18 @@ const char* get_default_display(const ConstConfigRcPtr& config);
 /// Views of a display, shared ones included.
 int get_num_views(const ConstConfigRcPtr& config, const char* display);
 const char* get_view(const ConstConfigRcPtr& config, const char* display, int index);
+/// All of those views, in time proportional to their number where the library allows it.
+std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display);
 const char* get_default_view(const ConstConfigRcPtr& config, const char* display);
 /// Colour space that the view shows; empty when display or view is unknown or empty.
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view);
+/// The same, for many views: `own_names` are those of `list_own_names`, which spare the library a search for
+/// each view.
+std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
+                                         const char* view, const std::unordered_set<std::string>& own_names);
+/// The names that color spaces bear themselves, hidden ones included; neither aliases nor roles.
+std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config);
 /// Adds or replaces a view.
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
                  const char* looks);

@@ -46,7 +46,8 @@ std::string quoted(std::string_view name) {
 /// added.
 class VersionOneCheck {
 public:
-    explicit VersionOneCheck(const ConstConfigRcPtr& config) : config_(config) {
+    explicit VersionOneCheck(const ConstConfigRcPtr& config)
+        : config_(config), own_names_(list_own_names(config)) {
         for (int i = 0; i < get_num_color_spaces(config); ++i)
             spaces_.insert(get_color_space_name_by_index(config, i));
         for (int i = 0; i < config->getNumLooks(); ++i)
@@ -79,7 +80,8 @@ private:
 
     void check_view(const std::string& display, const std::string& view) const {
         const auto owner = [&] { return "view " + quoted(view) + " of display " + quoted(display); };
-        require_space(get_display_color_space_name(config_, display.c_str(), view.c_str()), owner);
+        require_space(get_display_color_space_name(config_, display.c_str(), view.c_str(), own_names_),
+                      owner);
         for (const LookStep& look : all_look_steps(get_view_looks(config_, display, view)))
             if (!looks_.contains(look.name))
                 refuse(owner() + " refers to an unknown look, " + quoted(look.name));
@@ -103,6 +105,7 @@ private:
     }
 
     const ConstConfigRcPtr& config_;
+    std::unordered_set<std::string> own_names_;
     NameSet spaces_;
     NameSet looks_;
 };

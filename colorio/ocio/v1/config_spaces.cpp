@@ -19,6 +19,13 @@ ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char*
     return config->getColorSpace(name);
 }
 
+std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config) {
+    std::unordered_set<std::string> names;
+    for (int i = 0; i < config->getNumColorSpaces(); ++i)
+        names.emplace(config->getColorSpaceNameByIndex(i));
+    return names;
+}
+
 void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space) {
     // The library would accept it, and refuse the configuration afterwards.
     if (config->hasRole(get_name(space)))

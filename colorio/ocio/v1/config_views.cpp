@@ -9,6 +9,18 @@ std::string get_display_color_space_name(const ConstConfigRcPtr& config, const c
     return config->getDisplayColorSpaceName(display, view);
 }
 
+std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
+                                         const char* view, const std::unordered_set<std::string>&) {
+    return get_display_color_space_name(config, display, view);
+}
+
+std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display) {
+    std::vector<std::string> views;
+    for (int i = 0; i < config->getNumViews(display); ++i)
+        views.emplace_back(config->getView(display, i));
+    return views;
+}
+
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
                  const char* looks) {
     if (!*display || !*view)

@@ -31,6 +31,15 @@ ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char*
     return space;
 }
 
+std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config) {
+    constexpr auto OF_SCENE_AND_DISPLAY = library::SEARCH_REFERENCE_SPACE_ALL;
+    std::unordered_set<std::string> names;
+    const int count = config->getNumColorSpaces(OF_SCENE_AND_DISPLAY, library::COLORSPACE_ALL);
+    for (int i = 0; i < count; ++i)
+        names.emplace(config->getColorSpaceNameByIndex(OF_SCENE_AND_DISPLAY, library::COLORSPACE_ALL, i));
+    return names;
+}
+
 void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space) {
     guarded([&] { config->addColorSpace(space); });
 }

@@ -1,5 +1,6 @@
 #include "colorio/ocio/config.h"
 
+#include <cstdlib>
 #include <string_view>
 
 #include "colorio/ocio/guarded.h"
@@ -11,6 +12,29 @@ namespace {
 /// A shared view answers this in place of a colour space when it shows the one named like its display.
 constexpr std::string_view USE_DISPLAY_NAME = "<USE_DISPLAY_NAME>";
 
+/// Displays with no more views than this are asked for each of them.
+constexpr int FEW_VIEWS = 16;
+
+/// The display's own views, then its shared ones: the library's order as long as no list of active views
+/// chooses among them.
+std::vector<std::string> list_all_views(const ConstConfigRcPtr& config, const char* display) {
+    std::vector<std::string> views;
+    for (const library::ViewType type : {library::VIEW_DISPLAY_DEFINED, library::VIEW_SHARED})
+        for (int i = 0; i < config->getNumViews(type, display); ++i)
+            views.emplace_back(config->getView(type, display, i));
+    return views;
+}
+
+bool has_list_of_active_views(const ConstConfigRcPtr& config) {
+    const char* from_environment = std::getenv("OCIO_ACTIVE_VIEWS");
+    return *config->getActiveViews() || (from_environment && *from_environment);
+}
+
+bool is_view_at(const ConstConfigRcPtr& config, const char* display, const std::vector<std::string>& views,
+                std::size_t index) {
+    return views[index] == config->getView(display, static_cast<int>(index));
+}
+
 /// The space's own name where `name` is another one of it. A role stays a role, as on 1.x.
 std::string without_alias(const ConstConfigRcPtr& config, const char* name) {
     const ConstColorSpaceRcPtr space = config->getColorSpace(name);
@@ -21,11 +45,33 @@ std::string without_alias(const ConstConfigRcPtr& config, const char* name) {
 
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view) {
+    return get_display_color_space_name(config, display, view, {});
+}
+
+std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
+                                         const char* view, const std::unordered_set<std::string>& own_names) {
     // The library answers for shared views even where no display was named.
     if (!*display || !*view)
         return {};
     const char* name = config->getDisplayViewColorSpaceName(display, view);
-    return without_alias(config, name == USE_DISPLAY_NAME ? display : name);
+    if (name == USE_DISPLAY_NAME)
+        name = display;
+    return own_names.count(name) != 0 ? name : without_alias(config, name);
+}
+
+/// The library gathers all views of a display for each that it is asked for by its position.
+std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display) {
+    const int count = config->getNumViews(display);
+    if (count > FEW_VIEWS && !has_list_of_active_views(config)) {
+        std::vector<std::string> views = list_all_views(config, display);
+        if (views.size() == static_cast<std::size_t>(count) && is_view_at(config, display, views, 0) &&
+            is_view_at(config, display, views, views.size() - 1))
+            return views;
+    }
+    std::vector<std::string> views;
+    for (int i = 0; i < count; ++i)
+        views.emplace_back(config->getView(display, i));
+    return views;
 }
 
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,

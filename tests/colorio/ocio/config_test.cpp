@@ -17,8 +17,11 @@ using test_configs::ConfigText;
 using test_configs::load;
 using test_configs::make_space;
 using test_configs::refusal_of;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
 std::vector<std::string> names_of(const ocio::ConstConfigRcPtr& config) {
     std::vector<std::string> names;
@@ -330,6 +333,64 @@ private:
 TEST_F(SharedViews, AreListedWithTheOthers) {
     SKIP_WHERE_LISTED();
     EXPECT_THAT(views_of(load_shared(), "monitor"), ElementsAre("plain", "own", "fixed", "alias", "role"));
+}
+
+TEST_F(SharedViews, AreListedAtOnceAsOneByOne) {
+    SKIP_WHERE_LISTED();
+    const auto config = load_shared();
+    EXPECT_EQ(ocio::list_views(config, "monitor"), views_of(config, "monitor"));
+    EXPECT_THAT(ocio::list_views(config, "nowhere"), IsEmpty());
+}
+
+TEST_F(SharedViews, ShowTheSameSpacesWhenTheNamesAreKnown) {
+    SKIP_WHERE_LISTED();
+    const auto config = load_shared();
+    const auto own_names = ocio::list_own_names(config);
+    EXPECT_THAT(own_names, Contains("monitor"));
+    EXPECT_THAT(own_names, Not(Contains("glass"))) << "an alias";
+    for (const char* view : {"plain", "own", "fixed", "alias", "role", "missing"})
+        EXPECT_EQ(ocio::get_display_color_space_name(config, "monitor", view, own_names),
+                  ocio::get_display_color_space_name(config, "monitor", view))
+            << view;
+}
+
+/// A display with as many views as take another way through the library.
+class ManyViews : public testing::Test {
+protected:
+    ocio::ConstConfigRcPtr load_with(const std::string& active_views) {
+        ConfigText text;
+        text.settings = active_views;
+        text.displays = "  d:\n";
+        for (int i = 0; i < 60; ++i)
+            text.displays += "    - !<View> {name: v" + std::to_string(i) + ", colorspace: lin}\n";
+        return load(folder_, text.str());
+    }
+
+    /// The list of all views, in another order that begins and ends alike.
+    static std::string reordered() {
+        std::string list = "active_views: [v0, v2, v1";
+        for (int i = 3; i < 60; ++i)
+            list += ", v" + std::to_string(i);
+        return list + "]\n";
+    }
+
+private:
+    TempDir folder_;
+    EnvGuard variable_{"OCIO_ACTIVE_VIEWS"};
+};
+
+TEST_F(ManyViews, AreListedAtOnceAsOneByOne) {
+    for (const std::string& active : {std::string(), std::string("active_views: [v7, v3]\n"), reordered()}) {
+        const auto config = load_with(active);
+        EXPECT_EQ(ocio::list_views(config, "d"), views_of(config, "d")) << active;
+    }
+    EXPECT_EQ(ocio::list_views(load_with(""), "d").size(), 60u);
+}
+
+TEST_F(ManyViews, FollowTheListOfTheEnvironment) {
+    const EnvGuard variable("OCIO_ACTIVE_VIEWS", "v9, v4");
+    const auto config = load_with("");
+    EXPECT_EQ(ocio::list_views(config, "d"), views_of(config, "d"));
 }
 
 TEST_F(SharedViews, ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay) {
