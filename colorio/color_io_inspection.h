@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "colorio/color_io_export.h"
 #include "host/core/core_string.h"
 #include "host/core/core_vector.h"
@@ -40,6 +42,20 @@ public:
         CoreString looks; ///< As the configuration lists them.
         CoreString description;
         bool is_shared = false;
+    };
+
+    /// While it lives, conversions that its thread makes in the active config look each color space up once.
+    /// For checks of whole configs; the config must stay as it is meanwhile.
+    class COLORIO_API Batch {
+    public:
+        Batch();
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        struct Memo;
+        std::unique_ptr<Memo> memo;
     };
 
     /// All of them, in the order of the configuration.

@@ -39,6 +39,7 @@ public:
     }
 
     CheckReport run() {
+        const ColorIOInspection::Batch batch;
         for (const PublishedSpace& space : get_published_spaces())
             if (space.label != report.scene_linear)
                 try_space(space.label);

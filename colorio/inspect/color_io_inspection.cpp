@@ -11,6 +11,7 @@
 #include "colorio/names/display_view_walk.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/inspection.h"
+#include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/sanity_check.h"
 
@@ -88,6 +89,19 @@ bool try_with_config(Action&& action) {
 }
 
 } // namespace
+
+struct ColorIOInspection::Batch::Memo : ocio::LookupMemo {
+    using LookupMemo::LookupMemo;
+};
+
+ColorIOInspection::Batch::Batch() {
+    at_boundary([this] {
+        if (const ocio::ConstConfigRcPtr config = get_active_config())
+            memo = std::make_unique<Memo>(config);
+    });
+}
+
+ColorIOInspection::Batch::~Batch() = default;
 
 CoreVector<ColorIOInspection::ColorSpace> ColorIOInspection::get_color_spaces() {
     using Spaces = CoreVector<ColorSpace>;

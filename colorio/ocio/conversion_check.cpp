@@ -1,6 +1,7 @@
 #include "colorio/ocio/conversion_check.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/literal_paths.h"
+#include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/lut_words.h"
 #include "colorio/ocio/transform_graph.h"
 
@@ -27,14 +29,15 @@ constexpr std::size_t MAX_NAMES_SHOWN = 8;
 /// Visits what a conversion reaches, depth first and without recursion.
 class ConversionWalk {
 public:
-    explicit ConversionWalk(const ConstConfigRcPtr& config) : config_(config), graph_(config) {}
+    explicit ConversionWalk(const ConstConfigRcPtr& config)
+        : config_(config), graph_(config), memo_(LookupMemo::find(config)) {}
 
     void run(const ConstTransformRcPtr& conversion) {
-        enter({}, graph_.dependencies_of(conversion));
+        enter({}, std::make_shared<const Dependencies>(graph_.dependencies_of(conversion)));
         while (!path_.empty()) {
             Step& step = path_.back();
-            if (step.next < step.dependencies.nodes.size())
-                follow(step.dependencies.nodes[step.next++]);
+            if (step.next < step.dependencies->nodes.size())
+                follow(step.dependencies->nodes[step.next++]);
             else
                 leave();
         }
@@ -54,15 +57,16 @@ private:
     struct Step {
         std::string key; ///< empty for the conversion itself
         std::string name;
-        Dependencies dependencies;
+        std::shared_ptr<const Dependencies> dependencies;
         std::size_t next;
         Extent extent;           ///< of the part visited so far
         std::size_t depth_above; ///< of the steps before this one
     };
 
-    static std::string key_of(const GraphNode& node) {
-        const char kind = static_cast<char>('0' + static_cast<int>(node.kind) * 2 + (node.inverse ? 1 : 0));
-        return kind + node.name;
+    std::shared_ptr<const Dependencies> dependencies_of(const GraphNode& node) const {
+        if (memo_)
+            return memo_->dependencies_of(graph_, node);
+        return std::make_shared<const Dependencies>(graph_.dependencies_of(node));
     }
 
     void follow(const GraphNode& node) {
@@ -70,21 +74,22 @@ private:
         const auto known = visited_.find(key);
         if (known == visited_.end()) {
             nodes_.push_back(node);
-            return enter({key, node.name}, graph_.dependencies_of(node));
+            return enter({key, node.name}, dependencies_of(node));
         }
         if (!known->second)
             refuse_cycle(key);
         absorb(*known->second);
     }
 
-    void enter(const std::pair<std::string, std::string>& identity, Dependencies dependencies) {
+    void enter(const std::pair<std::string, std::string>& identity,
+               std::shared_ptr<const Dependencies> dependencies) {
         const std::size_t above =
-            path_.empty() ? 0 : path_.back().depth_above + 1 + path_.back().dependencies.group_depth;
-        for (const std::string& text : dependencies.texts)
+            path_.empty() ? 0 : path_.back().depth_above + 1 + path_.back().dependencies->group_depth;
+        for (const std::string& text : dependencies->texts)
             resolve_variables(config_, text);
-        files_.insert(dependencies.files.begin(), dependencies.files.end());
+        files_.insert(dependencies->files.begin(), dependencies->files.end());
         visited_.emplace(identity.first, std::nullopt);
-        const Extent own{1 + dependencies.group_depth, dependencies.transforms};
+        const Extent own{1 + dependencies->group_depth, dependencies->transforms};
         path_.push_back({identity.first, identity.second, std::move(dependencies), 0, own, above});
         require_bounds(path_.back());
     }
@@ -100,7 +105,8 @@ private:
     /// Adds a finished dependency to the step that refers to it.
     void absorb(const Extent& dependency) {
         Step& step = path_.back();
-        step.extent.depth = std::max(step.extent.depth, 1 + step.dependencies.group_depth + dependency.depth);
+        step.extent.depth =
+            std::max(step.extent.depth, 1 + step.dependencies->group_depth + dependency.depth);
         step.extent.transforms += dependency.transforms;
         require_bounds(step);
     }
@@ -136,6 +142,7 @@ private:
 
     ConstConfigRcPtr config_;
     TransformGraph graph_;
+    LookupMemo* memo_;
     std::vector<Step> path_;
     std::unordered_map<std::string, std::optional<Extent>> visited_; ///< empty while on the path
     std::set<std::string> files_;

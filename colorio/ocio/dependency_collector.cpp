@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "colorio/ocio/color_space.h"
+#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
+#include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/transform.h"
 
 namespace ocio {
@@ -93,7 +95,7 @@ void DependencyCollector::add_texts(std::initializer_list<const char*> texts) {
 }
 
 ConstColorSpaceRcPtr DependencyCollector::find_space(const std::string& name) const {
-    return config_->getColorSpace(resolve(name).c_str());
+    return ocio::find_space(config_, resolve(name));
 }
 
 std::string DependencyCollector::resolve(const std::string& name) const {

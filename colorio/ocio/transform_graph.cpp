@@ -1,8 +1,14 @@
 #include "colorio/ocio/transform_graph.h"
 
 #include "colorio/ocio/dependency_collector.h"
+#include "colorio/ocio/lookup_memo.h"
 
 namespace ocio {
+
+std::string key_of(const GraphNode& node) {
+    const char kind = static_cast<char>('0' + static_cast<int>(node.kind) * 2 + (node.inverse ? 1 : 0));
+    return kind + node.name;
+}
 
 std::vector<GraphNode> TransformGraph::get_nodes() const {
     std::vector<GraphNode> nodes = list_own_nodes(config_);
@@ -14,7 +20,7 @@ std::vector<GraphNode> TransformGraph::get_nodes() const {
 Dependencies TransformGraph::dependencies_of(const GraphNode& node) const {
     const auto collector = create_dependency_collector(config_);
     if (node.kind == NodeKind::COLOR_SPACE)
-        collector->add_space(*config_->getColorSpace(node.name.c_str()));
+        collector->add_space(*find_space(config_, node.name));
     else if (node.kind == NodeKind::LOOK)
         collector->add_look(*config_->getLook(node.name.c_str()), node.inverse);
     else

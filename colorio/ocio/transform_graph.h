@@ -20,6 +20,9 @@ struct GraphNode {
     }
 };
 
+/// Tells every node from the others.
+std::string key_of(const GraphNode& node);
+
 /// What one node, or one transform, refers to directly.
 struct Dependencies {
     std::vector<GraphNode> nodes;   ///< in order, once per use

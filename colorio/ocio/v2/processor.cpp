@@ -12,6 +12,7 @@
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/literal_paths.h"
+#include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/processor_checks.h"
 #include "colorio/ocio/v2/evaluator.h"
 #include "colorio/ocio/v2/explain.h"
@@ -128,7 +129,7 @@ ConstConfigRcPtr checked_config(const ConstConfigRcPtr& config, const char* sour
 
 /// The name itself, or the default role where a configuration without strict parsing does not know it.
 const char* known_name(const ConstConfigRcPtr& config, const char* name) {
-    if (config->isStrictParsingEnabled() || config->getColorSpace(name) || config->getNamedTransform(name))
+    if (config->isStrictParsingEnabled() || find_space(config, name) || config->getNamedTransform(name))
         return name;
     return ROLE_DEFAULT;
 }
@@ -140,8 +141,8 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
     return guarded([&] {
         const char* const from = known_name(config, source);
         const char* const to = known_name(config, destination);
-        const ConstColorSpaceRcPtr source_space = config->getColorSpace(from);
-        const ConstColorSpaceRcPtr destination_space = config->getColorSpace(to);
+        const ConstColorSpaceRcPtr source_space = find_space(config, from);
+        const ConstColorSpaceRcPtr destination_space = find_space(config, to);
         const bool is_plain =
             source_space && destination_space && is_plain_conversion(*source_space, *destination_space);
         const ConstConfigRcPtr asked = is_plain ? config : checked_config(config, from, to);
@@ -158,7 +159,7 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setView(transform.view);
         const Conversion asked = checked(config, conversion);
         return make_processor(config, asked.config->getProcessor(asked.transform),
-                              config->getColorSpace(conversion->getSrc()));
+                              find_space(config, conversion->getSrc()));
     });
 }
 
