@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "colorio/ocio/color_space.h"
-#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/transform.h"
