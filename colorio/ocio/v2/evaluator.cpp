@@ -56,7 +56,7 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
 void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
     try {
         if (std::optional<pixel::OpChain> chain =
-                translate_operations(*processor->createGroupTransform(), why_not_))
+                translate_operations(*optimized->createGroupTransform(), why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
     } catch (const std::exception& error) {
         // An operation that the program does not take is the library's, and so are tables for which memory is
