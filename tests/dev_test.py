@@ -38,6 +38,14 @@ class DevTest(unittest.TestCase):
         return subprocess.run([self.project / "dev", *arguments], env=environment, capture_output=True, text=True,
                               check=False)
 
+    def make_fuzz_target(self, name, runs, ending):
+        folder = self.project / "build" / "fuzz" / "fuzz" / "room"
+        folder.mkdir(parents=True, exist_ok=True)
+        noise = "echo a message of the library >&2; " * 20
+        self.stand_in(folder / name, f"#!/bin/sh\necho \"options: $*\"; {noise}\n"
+                                     f"echo 'stat::number_of_executed_units: {runs}' >&2\n"
+                                     f"echo 'stat::average_exec_per_sec:     {runs // 2}' >&2\n{noise}\n{ending}\n")
+
     def make_configs(self, *path):
         folder = self.folder.joinpath(*path)
         folder.mkdir(parents=True)
@@ -94,6 +102,31 @@ class DevTest(unittest.TestCase):
         done = self.run_dev("test", "--configs", str(one), "--configs", str(two))
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertIn(f"folders: {one.resolve()}:{two.resolve()}\n", done.stdout)
+
+    def test_fuzzing_shows_the_runs_and_findings_of_every_target(self):
+        self.make_fuzz_target("fuzz_calm", 2000, "exit 0")
+        self.make_fuzz_target("fuzz_broken", 30, "echo 'SUMMARY: AddressSanitizer: overflow in f' >&2\n"
+                              "echo 'artifact; Test unit written to build/corpus/fuzz_broken-crash-1' >&2; exit 77")
+        done = self.run_dev("fuzz", "5")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertRegex(done.stdout, r"fuzz_calm +2000 runs +1000/s +0 findings\n")
+        self.assertRegex(done.stdout, r"fuzz_broken +30 runs +15/s +1 finding\n")
+        self.assertIn("    AddressSanitizer: overflow in f\n", done.stdout)
+        self.assertIn("    input: build/corpus/fuzz_broken-crash-1\n", done.stdout)
+        self.assertNotIn("a message of the library", done.stdout + done.stderr)
+        log = (self.project / "build/corpus/fuzz_calm.log").read_text()
+        self.assertIn("a message of the library", log)
+        self.assertIn("-max_total_time=5 ", log)
+
+    def test_fuzzing_may_be_limited_to_some_targets(self):
+        self.make_fuzz_target("fuzz_calm", 2000, "exit 0")
+        self.make_fuzz_target("fuzz_other", 30, "exit 1")
+        done = self.run_dev("fuzz", "5", "calm")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("fuzz_calm", done.stdout)
+        self.assertNotIn("fuzz_other", done.stdout)
+        self.assertIn("no fuzz target matches 'nothing'", self.run_dev("fuzz", "5", "nothing").stderr)
+        self.assertIn("not 'calm'", self.run_dev("fuzz", "calm").stderr)
 
 
 if __name__ == "__main__":
