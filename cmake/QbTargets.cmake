@@ -22,6 +22,9 @@ function(qb_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=thread)
   endif()
+  if(QB_COVERAGE)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
   # Fuzz targets are guided by the branches of every library that they link, not only by their own.
   if(QB_BUILD_FUZZERS)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
@@ -34,6 +37,10 @@ function(qb_add_library name)
   qb_target_defaults(${name})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  # Counted in the libraries only: what runs in the tests themselves is not of interest.
+  if(QB_COVERAGE)
+    target_compile_options(${name} PRIVATE --coverage -fprofile-update=atomic)
+  endif()
 endfunction()
 
 # Quick to compile under sanitizers: for tests, and for code that is mostly calls of large header libraries. The checks

@@ -5,7 +5,9 @@
 #include "host/core/core_base_object.h"
 #include "host/event/event_object.h"
 #include "host/of/of_app.h"
+#include "host/of/of_enum.h"
 #include "host/of/of_object.h"
+#include "host/of/of_object_factory.h"
 #include "standalone/standalone_app.h"
 
 namespace {
@@ -35,6 +37,28 @@ TEST(CoreClassInfo, ObjectsTellTheirOwnClass) {
     StandaloneApp app;
     const CoreBaseType& base = app;
     EXPECT_EQ(&base.get_class_info(), &StandaloneApp::class_info());
+}
+
+template <class Described>
+CoreString name_of(const Described& object) {
+    const CoreBaseType& base = object;
+    return base.get_class_info().get_name();
+}
+
+TEST(CoreClassInfo, ObjectsOfEveryHostClassTellItsName) {
+    EXPECT_EQ(name_of(CoreBaseType()), "CoreBaseType");
+    EXPECT_EQ(name_of(CoreBaseObject()), "CoreBaseObject");
+    EXPECT_EQ(name_of(CoreCustomData()), "CoreCustomData");
+    EXPECT_EQ(name_of(EventObject()), "EventObject");
+    EXPECT_EQ(name_of(OfObject()), "OfObject");
+    EXPECT_EQ(OfObject::class_info().get_base(), &CoreCustomData::class_info());
+}
+
+TEST(CoreClassInfo, AnEnumerationTellsItsClass) {
+    StandaloneApp app;
+    const CoreBaseType& list = *app.get_object_factory().add_enum("list", 0);
+    EXPECT_EQ(list.get_class_info().get_name(), "OfEnum");
+    EXPECT_TRUE(list.get_class_info().is_kind_of(OfEnum::class_info()));
 }
 
 bool destroy_nothing(void*, const bool&) {

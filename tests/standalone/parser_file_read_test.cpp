@@ -52,6 +52,16 @@ TEST_F(ReadParserFile, PlainScalarsAreIntegersRealsOrStrings) {
               "s\"12h\"");
 }
 
+TEST_F(ReadParserFile, WhatOnlyBeginsLikeANumberIsAString) {
+    EXPECT_EQ(read_and_describe("s: [1e+, 1e5x, 1.5x, +, ., 0x1G, 0o18, 0b1, 0y12, .infx, +.Inf]\n"),
+              "s=s\"1e+\" s\"1e5x\" s\"1.5x\" s\"+\" s\".\" s\"0x1G\" s\"0o18\" s\"0b1\" s\"0y12\" "
+              "s\".infx\" d7ff0000000000000");
+}
+
+TEST_F(ReadParserFile, ANullNameIsAnEmptyOne) {
+    EXPECT_EQ(read_and_describe("? \n: x\n"), "=s\"x\"");
+}
+
 TEST_F(ReadParserFile, RealsAreExact) {
     ASSERT_TRUE(
         read("r: [1.0, -0.0, .5, 5., 1e3, 2147483648, 0xFFFFFFFF, .inf, -.INF, 1e400, 0x80000000, .nan]"));

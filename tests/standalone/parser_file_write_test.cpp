@@ -129,6 +129,10 @@ TEST_F(WriteParserFile, StringsReadBackByteForByte) {
                                  "\xFF",
                                  "\xED\xA0\x80",
                                  "\xC0\x80",
+                                 "\xC3(",
+                                 "\xE8\x89(",
+                                 "\xF4\x90\x80\x80",
+                                 "\xE0\x9F\xBF",
                                  "\xF0\x9F\x8E",
                                  std::string(100'000, 'x'),
                                  std::string(5000, '\xFE')};

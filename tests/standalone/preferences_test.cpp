@@ -290,6 +290,24 @@ TEST_F(Preferences, ValuesThatMakeNoSenseAreNamedAndIgnored) {
                             ignored(":4", "use_color_space_by_extension_file")));
 }
 
+TEST_F(Preferences, ListsInThePlaceOfOneValueAreIgnored) {
+    folder.write("config/qb_colorio/preferences.yaml", "use_color_space_file: [1, 1]\n"
+                                                       "color_space_file_path: [a, b]\n"
+                                                       "use_color_space_by_extension_file: FALSE\n");
+    app.set_use_color_space_by_extension_file(1);
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_FALSE(app.get_use_color_space_file());
+    EXPECT_EQ(app.get_color_space_file_path(), "");
+    EXPECT_EQ(app.get_use_color_space_by_extension_file(), 0u);
+    EXPECT_THAT(log.get_lines().size(), 2u);
+}
+
+TEST_F(Preferences, ASwitchTooLargeForTheFileIsSavedAsTheLargestNumber) {
+    app.set_use_color_space_by_extension_file(0xFFFFFFFFu);
+    ASSERT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_THAT(describe_file(), HasSubstr("use_color_space_by_extension_file=i2147483647"));
+}
+
 class SavingListener : public EventObject {
 public:
     SavingListener(PreferenceFile& preferences, StandaloneApp& app) : preferences(preferences), app(app) {}

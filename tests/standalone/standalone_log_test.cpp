@@ -61,6 +61,8 @@ TEST(StandaloneLog, NamesTheLevelOnStandardErrorWithoutColour) {
     EXPECT_EQ(captured(3, LOG_ERROR, "bad\n"), "[error] bad\n");
     EXPECT_EQ(captured(3, LOG_WARNING, "odd\n"), "[warning] odd\n");
     EXPECT_EQ(captured(3, LOG_INFO, "no line end"), "[info] no line end\n");
+    EXPECT_EQ(captured(4, LOG_INFO + 1, "detail\n"), "[debug] detail\n");
+    EXPECT_EQ(captured(3, LOG_INFO, ""), "[info] \n");
 }
 
 TEST(StandaloneLog, LeavesMessagesAboveItsLevelOut) {
