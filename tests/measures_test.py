@@ -23,9 +23,7 @@ COVERAGE = load_script("coverage")
 
 class MutantsTest(unittest.TestCase):
     def mutants(self, text):
-        lines = zip(text.split("\n"), MUTATE.code_of(text).split("\n"))
-        return [(mutant.kind, mutant.after.strip()) for number, (line, code) in enumerate(lines, 1)
-                for mutant in MUTATE.mutants_of_line("a.cpp", number, line, code)]
+        return [(mutant.kind, mutant.after.strip()) for mutant in MUTATE.mutants_of_text("a.cpp", text)]
 
     def test_operators_are_exchanged_one_at_a_time(self):
         self.assertEqual(self.mutants("    if (a == b && !c)"), [
@@ -47,8 +45,10 @@ class MutantsTest(unittest.TestCase):
     def test_calls_are_removed_and_declarations_are_not(self):
         self.assertEqual(self.mutants("    list.remove(name);"), [("removed call", ";")])
         self.assertEqual(self.mutants("    state->root.take(name, other);"), [("removed call", ";")])
-        for line in ("bool remove(const char* name);", "std::string text(name);", "return remove(name);", "a = f(b);"):
-            self.assertEqual(self.mutants(line), [], line)
+        for line in ("bool remove(const char* name);", "std::string text(name);", "return remove(name);", "a = f(b);",
+                     "names.reserve(names.size());", "return equal(a) &&\n    equal(b);"):
+            self.assertEqual([kind for kind, _ in self.mutants(line) if kind == "removed call"], [], line)
+        self.assertEqual(self.mutants("if (a) // so\n    remove(b);"), [("removed call", ";")])
 
     def test_locks_are_removed_and_change_their_kind(self):
         self.assertEqual(self.mutants("const std::unique_lock hold(mutex);"), [

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "colorio/ocio/file_state.h"
+#include "colorio/ocio/icc_counts.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -92,6 +93,14 @@ std::optional<unsigned long> find_unreadable_line(const std::string& path) {
     return std::nullopt;
 }
 
+/// What some reader of the library would trip over; empty when there is nothing.
+std::string find_fault(const std::string& path) {
+    if (const std::optional<unsigned long> line = find_unreadable_line(path))
+        return "line " + std::to_string(*line) + " holds a word longer than any number";
+    std::ifstream file(path, std::ios::binary);
+    return find_icc_overclaim(file);
+}
+
 /// Files that passed, with their state at that time.
 struct ReadableFiles {
     std::mutex mutex;
@@ -116,10 +125,9 @@ void require_readable_lut(const std::string& path) {
         if (found != known.states.end() && is_unchanged(found->second, state))
             return;
     }
-    if (const std::optional<unsigned long> line = find_unreadable_line(path))
-        throw Exception(("'" + path + "' cannot be read as a LUT: line " + std::to_string(*line) +
-                         " holds a word longer than any number")
-                            .c_str());
+    const std::string fault = find_fault(path);
+    if (!fault.empty())
+        throw Exception(("'" + path + "' cannot be read as a LUT: " + fault).c_str());
     const std::lock_guard lock(known.mutex);
     known.states.insert_or_assign(path, *state);
 }

@@ -1,5 +1,6 @@
-// Any bytes as a .cc, .ccc or .cdl file: as the CDL library, as a document read into a record, and as the
-// file that a record names. What was read is written as a collection, which must read back as the same names.
+// Any bytes as a .cc, .ccc or .cdl file, in one of three uses that the first byte chooses: as the CDL
+// library, as a document read into a record, and as the file that a record names. The library is written as a
+// collection, which must read back as the same names.
 
 #include <cstdint>
 
@@ -46,6 +47,8 @@ CoreVector<ColorDecisionListDef> get_library(const CoreString& path) {
 }
 
 void check_round_trip(const CoreVector<ColorDecisionListDef>& written) {
+    if (written.is_empty())
+        return;
     const CoreString path = FuzzModule::get().get_path("written.ccc").c_str();
     require(ColorIOManager::get_instance()->create_XML_from_CDL(written, path, true));
     load_library(path);
@@ -62,11 +65,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     FuzzModule& module = FuzzModule::get();
     const CoreString path = module.write(FILE_NAMES[data[0] & 3], data + 1, size - 1);
-    load_library(path);
-    const CoreVector<ColorDecisionListDef> records = get_library(path);
-    read_document(path);
-    add_record_of_file(path, records.is_empty() ? "0" : records[0].cccid);
-    if (!records.is_empty())
-        check_round_trip(records);
+    switch ((data[0] >> 2) & 3) {
+    case 0:
+        load_library(path);
+        check_round_trip(get_library(path));
+        break;
+    case 1:
+        read_document(path);
+        break;
+    default:
+        add_record_of_file(path, (data[0] & 16) != 0 ? "0" : "look");
+        break;
+    }
     return 0;
 }

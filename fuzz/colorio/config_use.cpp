@@ -74,6 +74,8 @@ void convert(const ColorIOManager& manager) {
         if (converter.configure(spaces[0], spaces[i]))
             use_converter(converter);
     }
+    if (converter.is_enabled())
+        use_shaders(converter);
     const CoreBasicArray<CoreString>& views = manager.get_display_view_names();
     for (unsigned int i = 0; i < std::min(views.get_count(), MAX_CONVERTED); ++i) {
         CoreString display, view;

@@ -2,6 +2,9 @@
 
 #include "colorio/color_io_converter.h"
 
-/// Applies an enabled conversion to a pixel and to a buffer, which must agree, and makes its shader in both
-/// dialects, which must have the promised form. What OpenColorIO throws while it applies is no finding.
+/// Applies an enabled conversion to a pixel and to a buffer, which must agree. What OpenColorIO throws while
+/// it applies is not a finding, here and below.
 void use_converter(const ColorIOConverter& converter);
+
+/// Makes its shader in both dialects, which must have the promised form. Costs far more than a pixel.
+void use_shaders(const ColorIOConverter& converter);

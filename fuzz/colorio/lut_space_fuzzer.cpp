@@ -4,6 +4,7 @@
 #include <string>
 
 #include "colorio/color_io_manager.h"
+#include "colorio/ocio/types.h"
 #include "fuzz/colorio/conversion_use.h"
 #include "fuzz/colorio/fuzz_module.h"
 
@@ -39,10 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 2)
         return 0;
     const char* const extension = EXTENSIONS[data[0] % (sizeof EXTENSIONS / sizeof *EXTENSIONS)];
-    // A name for each input, as OpenColorIO keeps files by their names.
-    static unsigned int serial = 0;
-    const std::string name = "lut" + std::to_string(serial++) + "." + extension;
-    const CoreString path = FuzzModule::get().write(name, data + 2, size - 2);
+    ocio::clear_all_caches(); // OpenColorIO keeps files by their names.
+    const CoreString path = FuzzModule::get().write(std::string("lut.") + extension, data + 2, size - 2);
     ColorIOManager& manager = *ColorIOManager::get_instance();
     manager.set_tavelion_config(make_records(path, data[1]));
     require(manager.is_using_tavelion_config());
@@ -50,6 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& [source, destination] : {std::pair("linear", NAME), std::pair(NAME, "linear")})
         if (converter.configure(source, destination) && converter.is_enabled())
             use_converter(converter);
-    FuzzModule::get().remove(name);
+    if (converter.is_enabled())
+        use_shaders(converter);
     return 0;
 }

@@ -45,10 +45,13 @@ void forget_preferences(StandaloneApp& app) {
 }
 
 bool load_and_save(const CoreString& path) {
+    static bool is_untouched = true; // forgetting takes longer than refusing most inputs
     StandaloneApp& app = FuzzModule::get().get_app();
-    forget_preferences(app);
+    if (!is_untouched)
+        forget_preferences(app);
     PreferenceFile file(path);
-    if (!file.load(app))
+    is_untouched = !file.load(app);
+    if (is_untouched)
         return false;
     ColorIO::load_config(&file.get_color_management());
     require(file.save(app, ColorIO::save_config));
@@ -58,9 +61,13 @@ bool load_and_save(const CoreString& path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const CoreString path = FuzzModule::get().write("preferences.yaml", data, size);
-    if (!load_and_save(path))
+    FuzzModule& module = FuzzModule::get();
+    const CoreString path = module.write("preferences.yaml", data, size);
+    if (!load_and_save(path)) {
+        // Else the next damaged file takes the first free one of ever more names.
+        module.remove("preferences.yaml.damaged-1");
         return 0;
+    }
     const std::string saved = read_file(path);
     require(load_and_save(path));
     require(read_file(path) == saved);

@@ -102,7 +102,7 @@ tool::OutputWishes make_wishes(FuzzedDataProvider& input) {
     if (input.ConsumeBool())
         wishes.depth = pick(input, TYPES);
     wishes.alpha_rule = static_cast<tool::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
-    wishes.color_space_tag = input.ConsumeRandomLengthString(8);
+    wishes.color_space_tag = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
     wishes.keeps_space = input.ConsumeBool();
     wishes.neutrals_stay_neutral = input.ConsumeBool();
     return wishes;

@@ -123,6 +123,31 @@ TEST(OfEnum, TheLastAwakeDecidesWhetherObserversAreTold) {
     EXPECT_EQ(observer.calls, 0) << "it was not asleep";
 }
 
+TEST(OfEnum, OneSleepIsASleep) {
+    OfEnum roles("roles", 77u);
+    EXPECT_FALSE(roles.is_asleep());
+    roles.asleep();
+    EXPECT_TRUE(roles.is_asleep());
+    roles.awake(false);
+    EXPECT_FALSE(roles.is_asleep());
+}
+
+TEST(OfEnum, TheRevisionGrowsWithEveryEdit) {
+    OfEnum roles("roles", 77u);
+    unsigned long long revision = roles.get_revision();
+    const auto expect_growth = [&](const char* edit) {
+        EXPECT_GT(roles.get_revision(), revision) << edit;
+        revision = roles.get_revision();
+    };
+    roles.add_value("a", 1);
+    expect_growth("add_value");
+    roles.set_separator('/');
+    expect_growth("set_separator");
+    roles.asleep();
+    roles.remove_all_values();
+    expect_growth("remove_all_values");
+}
+
 TEST(OfEnum, TensOfThousandsOfLabelsAreFound) {
     OfEnum spaces("spaces", NOT_FOUND);
     for (unsigned int i = 0; i < 50'000; ++i)

@@ -161,6 +161,20 @@ TEST_F(WriteParserFile, NamesThatOtherReadersTakeForSomethingElseAreQuoted) {
     expect_round_trip();
 }
 
+TEST_F(WriteParserFile, NamesOfLettersDigitsAndDashesStandPlain) {
+    for (const char* name : {"a0", "a9", "z_Z", "_a-b"})
+        add(name);
+    EXPECT_EQ(write(), "a0:\na9:\nz_Z:\n_a-b:\n");
+}
+
+TEST_F(WriteParserFile, WhatIsUtf8IsWrittenAsTextAndOtherBytesAsBinaryData) {
+    for (const char* text : {"\xED\x9F\xBF", "\xEE\x80\x80", "\xED\xA0\x80", "\xED\xBF\xBF"})
+        add("a").add_string(text);
+    add("b").add_string(CoreString(std::string_view("x\0y", 3)));
+    EXPECT_EQ(write(), "!!pairs\n- a: \"\xED\x9F\xBF\"\n- a: \"\xEE\x80\x80\"\n- a: !!binary \"7aCA\"\n"
+                       "- a: !!binary \"7b+/\"\n- b: \"x\\x00y\"\n");
+}
+
 TEST_F(WriteParserFile, LongNamesReadBack) {
     for (const size_t length : {900u, 1000u, 1020u, 1022u, 1024u, 5000u}) {
         const std::string name(length, 'n');

@@ -1,6 +1,7 @@
 #include "xml/characters.h"
 
 #include <cstring>
+#include <iterator>
 
 #include "tests/xml/xml_test.h"
 
@@ -101,6 +102,47 @@ TEST(XmlCharacters, NamesFollowTheFifthEdition) {
               "\xF0\x90\x80\x80\xF0\x90\x80\x80x");
     EXPECT_EQ(name_in(XmlEncoding::UTF_8, "9a"), "");
     EXPECT_EQ(name_in(XmlEncoding::UTF_8, "-a"), "");
+}
+
+std::string utf8(char32_t code) {
+    const auto tail = [](char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+    if (code < 0x800)
+        return {static_cast<char>(0xC0 | code >> 6), tail(code)};
+    if (code < 0x10000)
+        return {static_cast<char>(0xE0 | code >> 12), tail(code >> 6), tail(code)};
+    return {static_cast<char>(0xF0 | code >> 18), tail(code >> 12), tail(code >> 6), tail(code)};
+}
+
+enum class Use { NONE, NAME, NAME_START };
+
+struct UseFrom {
+    char32_t first;
+    Use use;
+};
+
+/// NameStartChar and NameChar of XML 1.0, fifth edition, as the codes where the answer changes.
+constexpr UseFrom USES[] = {
+    {0x80, Use::NONE},    {0xB7, Use::NAME},         {0xB8, Use::NONE},   {0xC0, Use::NAME_START},
+    {0xD7, Use::NONE},    {0xD8, Use::NAME_START},   {0xF7, Use::NONE},   {0xF8, Use::NAME_START},
+    {0x300, Use::NAME},   {0x370, Use::NAME_START},  {0x37E, Use::NONE},  {0x37F, Use::NAME_START},
+    {0x2000, Use::NONE},  {0x200C, Use::NAME_START}, {0x200E, Use::NONE}, {0x203F, Use::NAME},
+    {0x2041, Use::NONE},  {0x2070, Use::NAME_START}, {0x2190, Use::NONE}, {0x2C00, Use::NAME_START},
+    {0x2FF0, Use::NONE},  {0x3001, Use::NAME_START}, {0xD800, Use::NONE}, {0xF900, Use::NAME_START},
+    {0xFDD0, Use::NONE},  {0xFDF0, Use::NAME_START}, {0xFFFE, Use::NONE}, {0x10000, Use::NAME_START},
+    {0xF0000, Use::NONE},
+};
+
+TEST(XmlCharacters, EveryCodeBeyondAsciiIsUsedAsTheFifthEditionSays) {
+    const UseFrom* use = USES;
+    for (char32_t code = 0x80; code <= 0x10FFFF; ++code) {
+        if (use + 1 != std::end(USES) && use[1].first == code)
+            ++use;
+        const std::string text = utf8(code);
+        const bool excluded = (code >= 0xD800 && code < 0xE000) || code == 0xFFFE || code == 0xFFFF;
+        ASSERT_EQ(length_of(XmlEncoding::UTF_8, text.c_str()), excluded ? 0 : text.size()) << code;
+        ASSERT_EQ(!name_in(XmlEncoding::UTF_8, text).empty(), use->use == Use::NAME_START) << code;
+        ASSERT_EQ(name_in(XmlEncoding::UTF_8, "a" + text).size() > 1, use->use != Use::NONE) << code;
+    }
 }
 
 TEST(XmlCharacters, OutsideUtf8EveryCharacterBeyondAsciiIsALetter) {
