@@ -168,6 +168,19 @@ TEST_F(CdlRegistry, RemovesEveryRecordOfARemovedCorrectionThatIsNotAdjacentToAno
     EXPECT_THAT(record_names(), ElementsAre("No CDL", "between", "cool"));
 }
 
+TEST_F(CdlRegistry, KeepsARecordThatMovedUpBehindARemovedOne) {
+    use_library(collection_text(correction_text("between", "1") + correction_text("warm", "2")), "first.ccc");
+    const CoreVector<CdlDef> read = records();
+    CdlDef twin = read[2];
+    twin.name = "twin";
+    CoreVector<CdlDef> list;
+    for (const CdlDef& def : {read[2], read[1], twin})
+        list.append(def);
+    manager().set_tavelion_config(list);
+    use_library(collection_text(correction_text("cool", "4")), "second.ccc");
+    EXPECT_THAT(record_names(), ElementsAre("twin", "No CDL", "cool"));
+}
+
 TEST_F(CdlRegistry, StaysAsItIsForAnEmptyPath) {
     use_library(collection_text(correction_text("warm", "2")));
     take_events();

@@ -145,6 +145,14 @@ TEST_F(CdlRegistry, MakesOneSpaceForEachCdlAndADisplayForTheBuiltInOne) {
     }
 }
 
+TEST_F(CdlRegistry, EmptiesTheConfigThatANewListReplaces) {
+    use_cdls({cdl_record("warm", {{2, 2, 2}})});
+    const ocio::ConstConfigRcPtr replaced = manager().get_cdl_config();
+    use_cdls({cdl_record("cool", {{3, 3, 3}})});
+    EXPECT_EQ(ocio::get_num_color_spaces(replaced), 0);
+    EXPECT_EQ(ocio::get_num_color_spaces(manager().get_cdl_config()), 2);
+}
+
 TEST_F(CdlRegistry, TellsOfOneChangeOfTheMenuAndThenOfTheList) {
     OfEnum& menu = *app.get_enum("color_decision_list");
     const unsigned int before = menu.get_change_count();
