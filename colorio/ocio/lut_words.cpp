@@ -8,6 +8,7 @@
 #include <optional>
 #include <string_view>
 
+#include "colorio/ocio/csp_metadata.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/icc_counts.h"
 #include "colorio/ocio/types.h"
@@ -98,6 +99,10 @@ std::string find_fault(const std::string& path) {
     if (const std::optional<unsigned long> line = find_unreadable_line(path))
         return "line " + std::to_string(*line) + " holds a word longer than any number";
     std::ifstream file(path, std::ios::binary);
+    if (has_endless_csp_metadata(file))
+        return "its metadata have no end";
+    file.clear();
+    file.seekg(0);
     return find_icc_overclaim(file);
 }
 
