@@ -44,8 +44,9 @@ class CoreArray : public CoreBasicArray<T> {
 
 public:
     CoreArray() = default;
-    explicit CoreArray(unsigned int count) { resize(count); }
-    CoreArray(const CoreArray& other) {
+    /// Delegates, as the copy does, so that the destructor frees the storage when an element throws.
+    explicit CoreArray(unsigned int count) : CoreArray() { resize(count); }
+    CoreArray(const CoreArray& other) : CoreArray() {
         this->data = other.count ? Base::allocate(other.count) : nullptr;
         std::uninitialized_copy(other.begin(), other.end(), this->data);
         this->count = other.count;
@@ -69,7 +70,7 @@ public:
         this->count = 0;
     }
 
-    /// Discards every element and makes the array exactly `new_count` value-initialised elements long.
+    /// Discards every element and makes the array exactly `new_count` value-initialized elements long.
     void resize(unsigned int new_count) {
         remove_all();
         if (new_count == 0)

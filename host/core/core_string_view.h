@@ -3,7 +3,7 @@
 #include "host/core/core_hash.h"
 
 /// A constant text: NUL-terminated characters, their count without the NUL, and their Jenkins hash.
-/// Constant-initialised from a literal, so it is usable before any start-up code runs.
+/// Constant-initialized from a literal, so it is usable before any start-up code runs.
 struct CoreStringView {
     const char* data;
     unsigned int length;

@@ -10,7 +10,8 @@ class CoreVector : public CoreBasicArray<T> {
 
 public:
     CoreVector() = default;
-    CoreVector(const CoreVector& other) { copy_elements(other); }
+    /// Delegates, so that the destructor frees the storage when the copy of an element throws.
+    CoreVector(const CoreVector& other) : CoreVector() { copy_elements(other); }
     CoreVector(CoreVector&& other) noexcept { swap(other); }
     CoreVector& operator=(CoreVector other) noexcept {
         swap(other);

@@ -129,7 +129,7 @@ HOST_API bool event_debug_collisions(unsigned int hash, const CoreString& name);
 // clang-format on
 
 /// Gives each including source file its own constant `CoreString` per event, whose text is the identifier,
-/// and registers the identifier's hash while the file's statics are initialised.
+/// and registers the identifier's hash while the file's statics are initialized.
 #define HOST_DECLARE_EVENT(id)                                                                               \
     [[maybe_unused]] static const CoreString id(#id);                                                        \
     [[maybe_unused]] static const bool id##_collides = event_debug_collisions(                               \

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Four numbers in memory order; as a colour: red, green, blue, alpha.
+/// Four numbers in memory order; as a color: red, green, blue, alpha.
 template <class T>
 class GMathVec4 {
 public:

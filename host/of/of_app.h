@@ -6,7 +6,7 @@
 
 class OfObjectFactory;
 
-/// The host application: the preferences that colour management follows, and the services it uses.
+/// The host application: the preferences that color management follows, and the services it uses.
 /// Each preference raises its event on the application when it changes.
 class HOST_API OfApp : public EventObject {
 public:
@@ -19,7 +19,7 @@ public:
     virtual const CoreString& get_color_space_file_path() const = 0;
     /// Path of the CDL library (EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED).
     virtual const CoreString& get_cdl_library_file_path() const = 0;
-    /// Name of the default colour space (EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED).
+    /// Name of the default color space (EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED).
     virtual const CoreString& get_default_color_space_name() const = 0;
     /// Non-zero when the file-format mapping file is wanted.
     virtual unsigned int get_use_color_space_by_extension_file() const = 0;
