@@ -1,0 +1,83 @@
+#pragma once
+
+#include <string_view>
+
+namespace diagnostics {
+
+/// The causes that are told apart. Their names (`get_name`) are stable: programs compare them.
+enum class Code {
+    // files
+    FILE_MISSING,
+    FILE_NOT_REGULAR,
+    FILE_UNREADABLE,
+    FILE_UNWRITABLE,
+    FILE_TOO_LARGE,
+    // configs
+    CONFIG_MISSING,
+    CONFIG_INVALID,
+    CONFIG_NEWER,
+    CONFIG_CYCLE,
+    CONFIG_TOO_COMPLEX,
+    CONFIG_VARIABLE,
+    CONFIG_BUILTIN,
+    // what a config consists of
+    LUT_MISSING,
+    LUT_DAMAGED,
+    LUT_UNWRITABLE,
+    MATRIX_SINGULAR,
+    COLOR_SPACE_UNKNOWN,
+    VIEW_UNKNOWN,
+    LOOK_UNKNOWN,
+    VIEW_TRANSFORM_UNKNOWN,
+    ROLE_UNKNOWN,
+    NAME_DUPLICATE,
+    CUSTOM_COLOR_SPACE_INVALID,
+    CONVERSION_IMPOSSIBLE,
+    // CDLs
+    CDL_UNKNOWN,
+    CDL_INVALID,
+    CDL_ID_MISSING,
+    CDL_ID_REPEATED,
+    XML_MALFORMED,
+    // format associations
+    MAPPING_MALFORMED,
+    MAPPING_ENTRY_INVALID,
+    MAPPING_COLOR_SPACE_UNKNOWN,
+    FORMAT_UNKNOWN,
+    // preferences
+    PREFERENCES_INVALID,
+    // images
+    IMAGE_UNREADABLE,
+    IMAGE_UNWRITABLE,
+    IMAGE_UNSUPPORTED,
+    FRAMES_MISSING,
+    // everything else
+    USAGE,
+    USAGE_REFUSED,
+    SCRIPT_FAILED,
+    GPU_UNAVAILABLE,
+    OUT_OF_MEMORY,
+    LIBRARY_FAILURE,
+};
+
+/// A row of the table of codes.
+struct CodeInfo {
+    Code code;
+    std::string_view name;    ///< "lut-missing".
+    std::string_view meaning; ///< One sentence for the documentation.
+};
+
+struct CodeTable {
+    const CodeInfo* first;
+    const CodeInfo* last;
+    const CodeInfo* begin() const { return first; }
+    const CodeInfo* end() const { return last; }
+};
+
+/// Every code once, in the order of the enumeration.
+CodeTable get_codes();
+
+/// The stable name of a code.
+std::string_view get_name(Code code);
+
+} // namespace diagnostics

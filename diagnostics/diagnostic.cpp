@@ -1,0 +1,67 @@
+#include "diagnostics/diagnostic.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace diagnostics {
+
+namespace {
+
+auto tie(const Diagnostic& d) {
+    return std::tie(d.code, d.severity, d.subject, d.file, d.line, d.column, d.message, d.hint);
+}
+
+} // namespace
+
+const char* get_name(Severity severity) {
+    switch (severity) {
+    case Severity::NOTE:
+        return "note";
+    case Severity::WARNING:
+        return "warning";
+    case Severity::ERROR:
+        break;
+    }
+    return "error";
+}
+
+bool operator==(const Diagnostic& a, const Diagnostic& b) {
+    return tie(a) == tie(b);
+}
+
+const Diagnostic* find_worst(const Diagnostics& list) {
+    const auto worst =
+        std::max_element(list.begin(), list.end(),
+                         [](const Diagnostic& a, const Diagnostic& b) { return a.severity < b.severity; });
+    return worst == list.end() ? nullptr : &*worst;
+}
+
+bool has_error(const Diagnostics& list) {
+    return std::any_of(list.begin(), list.end(),
+                       [](const Diagnostic& d) { return d.severity == Severity::ERROR; });
+}
+
+std::string format_located(const Diagnostic& diagnostic) {
+    if (diagnostic.line == 0)
+        return diagnostic.message;
+    std::string place = diagnostic.file + ":" + std::to_string(diagnostic.line);
+    if (diagnostic.column != 0)
+        place += ":" + std::to_string(diagnostic.column);
+    return place + ": " + diagnostic.message;
+}
+
+std::string flatten(const std::string& text) {
+    std::string line;
+    for (const char character : text) {
+        const bool blank = character == ' ' || character == '\n' || character == '\t' || character == '\r';
+        if (!blank)
+            line += character;
+        else if (!line.empty() && line.back() != ' ')
+            line += ' ';
+    }
+    while (!line.empty() && (line.back() == ' ' || line.back() == '.'))
+        line.pop_back();
+    return line;
+}
+
+} // namespace diagnostics

@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include "diagnostics/diagnostic.h"
+#include "diagnostics/failure.h"
+
+using namespace diagnostics;
+
+namespace {
+
+Diagnostic make_xml_fault() {
+    Diagnostic fault = make_file_error(Code::XML_MALFORMED, "the element is not closed", "grades.ccc");
+    fault.line = 3;
+    fault.column = 17;
+    return fault;
+}
+
+} // namespace
+
+TEST(DiagnosticText, HasThePlaceInFrontOfTheMessage) {
+    EXPECT_EQ(format_located(make_xml_fault()), "grades.ccc:3:17: the element is not closed");
+}
+
+TEST(DiagnosticText, LeavesOutAColumnThatIsNotKnown) {
+    Diagnostic fault = make_xml_fault();
+    fault.column = 0;
+    EXPECT_EQ(format_located(fault), "grades.ccc:3: the element is not closed");
+}
+
+TEST(DiagnosticText, IsTheMessageAloneWithoutALine) {
+    EXPECT_EQ(format_located(make_error(Code::LUT_MISSING, "no LUT 'a.cube'")), "no LUT 'a.cube'");
+}
+
+TEST(DiagnosticText, IsFlattenedToOneLineWithoutAFinalFullStop) {
+    EXPECT_EQ(flatten("  Error\n\tat  line 3. \r\n"), "Error at line 3");
+    EXPECT_EQ(flatten("..."), "");
+    EXPECT_EQ(flatten(""), "");
+}
+
+TEST(DiagnosticList, HasAWorstMember) {
+    const Diagnostics list = {make_note(Code::USAGE, "a"), make_error(Code::USAGE, "b"),
+                              make_error(Code::USAGE, "c"), make_warning(Code::USAGE, "d")};
+    ASSERT_NE(find_worst(list), nullptr);
+    EXPECT_EQ(find_worst(list)->message, "b");
+    EXPECT_TRUE(has_error(list));
+}
+
+TEST(DiagnosticList, HasNoErrorAmongNotesAndWarnings) {
+    EXPECT_FALSE(has_error({make_note(Code::USAGE, "a"), make_warning(Code::USAGE, "b")}));
+    EXPECT_EQ(find_worst({}), nullptr);
+}
+
+TEST(FailureException, SaysItsWorstMessageAndCarriesAll) {
+    const Failure failure(Diagnostics{make_note(Code::USAGE, "by the way"), make_xml_fault()});
+    EXPECT_STREQ(failure.what(), "grades.ccc:3:17: the element is not closed");
+    EXPECT_EQ(failure.get_worst(), make_xml_fault());
+    EXPECT_EQ(failure.get_diagnostics().size(), 2u);
+}
+
+TEST(DiagnosticHint, LeavesTheRestAsItIs) {
+    Diagnostic expected = make_xml_fault();
+    expected.hint = "close it";
+    EXPECT_EQ(with_hint(make_xml_fault(), "close it"), expected);
+    EXPECT_FALSE(expected == make_xml_fault());
+}
