@@ -36,7 +36,7 @@ public:
     /// Made on first use; null when there is no memory for it.
     static ColorIO* get_instance();
 
-    /// Words that mark a colour-space attribute in host data.
+    /// Words that mark a color-space attribute in host data.
     const CoreString& get_color_space_tag(unsigned int index) const { return color_space_tags[index]; }
     unsigned int get_color_space_tag_count() const { return color_space_tags.get_count(); }
 
@@ -66,7 +66,7 @@ public:
     static CoreString convert_legacy_builtin_color_space(CoreBasicString name);
     static CoreString convert_legacy_preferences_display_color_space_to_display_view(CoreBasicString name);
     static CoreString convert_legacy_widget_display_color_space_to_display_view(CoreBasicString name);
-    /// Colour space that files of that extension are in. Needs the detector.
+    /// Color space that files of that extension are in. Needs the detector.
     CoreString get_default_color_space_from_ext(const CoreString& extension);
 
     /// Converts `size1` x `size2` pixels of `size3` channels in place from `name2` to `name1`. False when the

@@ -8,8 +8,8 @@ class OfApp;
 class ParserEntry;
 class ParserGroup;
 
-/// Answers which colour space an image of a given file extension is in. Rows of two tables, the built-in one
-/// and the one read from a mapping file, each give a format's name, its extensions and its colour space; one
+/// Answers which color space an image of a given file extension is in. Rows of two tables, the built-in one
+/// and the one read from a mapping file, each give a format's name, its extensions and its color space; one
 /// of them is in force. Look-ups read the table in force, edits change the built-in one. A look-up may tidy
 /// the stored extensions, so it counts as a writer. Main thread only. Failures, memory that ran short
 /// included, are logged and answered with false or an empty string; only constructing throws then.
@@ -40,7 +40,7 @@ public:
 
     CoreString get_extension_from_file_format(const CoreString& file_format) const;
     CoreString get_default_color_space_from_file_format(const CoreString& file_format) const;
-    /// Colour space of the first row that lists `extension` (any case); the "default" row's when none does.
+    /// Color space of the first row that lists `extension` (any case); the "default" row's when none does.
     CoreString get_default_color_space_from_extension(const CoreString& extension);
 
     /// Inserts a row in front of the last one.
@@ -57,7 +57,7 @@ public:
     /// Puts the file table (read first if needed) or the built-in one in force, and tells listeners.
     void use_file_config(bool use);
     bool is_file_config() const { return using_file_table; }
-    /// True when every colour space of the table in force exists; otherwise logs those that do not.
+    /// True when every color space of the table in force exists; otherwise logs those that do not.
     bool check_mappings() const;
 
     bool save_config(ParserEntry* entry);

@@ -5,7 +5,7 @@
 #include "host/core/core_string.h"
 #include "host/gmath/gmath_vec4.h"
 
-/// Converts colours: configured once for a pair of colour spaces, a pair of CDLs or a colour space and a
+/// Converts colors: configured once for a pair of color spaces, a pair of CDLs or a color space and a
 /// view, then applied to pixels and buffers or turned into a shader. It keeps its conversion until it is
 /// configured again, whatever happens to the configuration. Applying is const and thread-safe. Several
 /// threads may each configure a converter of their own while the manager's configuration stays the same.
@@ -23,7 +23,7 @@ public:
     ColorIOConverter(const ColorIOConverter&) = delete;
     ColorIOConverter& operator=(const ColorIOConverter&) = delete;
 
-    /// From one colour space to another; names may carry a family. False for equal or empty names (a bypass,
+    /// From one color space to another; names may carry a family. False for equal or empty names (a bypass,
     /// which leaves `is_configured` alone) and for every failure.
     bool configure(const CoreString& source, const CoreString& destination);
     /// From one CDL to another; a name that is not known stands for "No CDL".
@@ -40,7 +40,7 @@ public:
     bool convert_pixel(GMathVec4<float>& pixel) const;
     /// Converts width x height pixels of `channels` interleaved floats in place (3 or more channels; those
     /// after the fourth stay). False, and nothing touched, when there is nothing to do. Throws what the
-    /// colour library throws while it applies.
+    /// OpenColorIO throws while it applies.
     bool convert_buffer(float* data, unsigned int width, unsigned int height, unsigned int channels) const;
     /// The same for one plane per channel; `a` may be null.
     bool convert_buffers(float* r, float* g, float* b, float* a, unsigned int width,

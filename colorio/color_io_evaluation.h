@@ -18,9 +18,9 @@ public:
 
     /// What converts pixels.
     enum Path {
-        PATH_NONE,   ///< Nothing: colours stay as they are.
-        PATH_VECTOR, ///< The module's vector code.
-        PATH_LIBRARY ///< The colour library, for the reason given.
+        PATH_NONE,   ///< Nothing: colors stay as they are.
+        PATH_VECTOR, ///< The module's SIMD code.
+        PATH_LIBRARY ///< OpenColorIO, for the reason given.
     };
 
     struct Explanation {
@@ -28,7 +28,7 @@ public:
         CoreVector<Step> steps;            ///< As they are carried out.
         Path path = PATH_NONE;
         CoreString reason;        ///< Why the library; else empty.
-        CoreString vector_target; ///< Instruction set of the vector code; else empty.
+        CoreString vector_target; ///< Instruction set of the SIMD code; else empty.
     };
 
     /// How `converter` converts, and what becomes of `pixel` on the way. False, and nothing touched, unless
@@ -36,7 +36,7 @@ public:
     static bool explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
                         Explanation& explanation);
 
-    /// Whether converters configured from now on may use the vector code (the default).
+    /// Whether converters configured from now on may use the SIMD code (the default).
     static void set_vector_code(bool enabled);
     static bool get_vector_code();
 };

@@ -11,7 +11,7 @@
 /// short.
 class COLORIO_API ColorIOInspection {
 public:
-    /// What colour spaces and named transforms say of themselves.
+    /// What color spaces and named transforms say of themselves.
     struct Entry {
         CoreString name;
         CoreString family;
@@ -36,8 +36,8 @@ public:
         CoreString display;
         CoreString name;
         CoreString color_space;     ///< Its plain name, published or not.
-        CoreString family;          ///< Of that colour space.
-        CoreString named_transform; ///< What the view shows in place of a colour space.
+        CoreString family;          ///< Of that color space.
+        CoreString named_transform; ///< What the view shows in place of a color space.
         CoreString view_transform;
         CoreString looks; ///< As the configuration lists them.
         CoreString description;
@@ -66,15 +66,18 @@ public:
     /// Whether the configuration itself assigns the role; where it does not, the module takes a space of its
     /// own choice.
     static bool has_role(const CoreString& role);
+    /// Absolute paths at which the LUT and CDL files that the config names may lie, each once; they need not
+    /// exist.
+    static CoreVector<CoreString> get_source_files();
     /// Only the names are set for a view that does not exist.
     static View get_view(const CoreString& display, const CoreString& view);
     /// The views that lists of active displays and views hide.
     static CoreVector<View> get_hidden_views();
 
-    // Whether the configuration can make a conversion. When it cannot, the colour library's words are logged
+    // Whether the configuration can make a conversion. When it cannot, OpenColorIO's words are logged
     // at level 1 behind "OCIO exception: ".
 
-    /// Between two names that it knows: of colour spaces and named transforms, inactive ones and other names
+    /// Between two names that it knows: of color spaces and named transforms, inactive ones and other names
     /// included, without families.
     static bool try_conversion(const CoreString& source, const CoreString& destination);
     /// A look, forwards, in its process space.

@@ -17,28 +17,28 @@ class OfEnum;
 class ParserEntry;
 class ParserGroup;
 
-/// The process-wide owner of colour configuration: the built-in configuration, the one from a file or the
+/// The process-wide owner of color configuration: the built-in configuration, the one from a file or the
 /// environment, the one that holds the CDLs, and the names published from the active one.
 /// Main thread only. No exception leaves it; failures, memory that ran short and a host that throws included,
 /// are logged and answered with false, an empty string or NOT_FOUND. Only constructing and copying throw when
 /// memory is short: nothing is there that could answer.
 class COLORIO_API ColorIOManager {
 public:
-    /// One custom colour space of the built-in configuration.
+    /// One custom color space of the built-in configuration.
     struct ColorSpaceDef {
-        CoreString name;          ///< Colour-space name, and the view's name on the built-in display.
+        CoreString name;          ///< Color-space name, and the view's name on the built-in display.
         CoreString lut_file;      ///< LUT path; may be empty.
         CoreString cdl_file;      ///< Path of a .cc, .ccc or .cdl file; may be empty.
         CoreString cccid;         ///< Correction in the collection; used only for the extension "ccc".
-        unsigned int bit_depth;   ///< BitDepth of the colour library.
-        unsigned int allocation;  ///< Allocation of the colour library.
+        unsigned int bit_depth;   ///< BitDepth of OpenColorIO.
+        unsigned int allocation;  ///< Allocation of OpenColorIO.
         float allocation_vars[3]; ///< Minimum, maximum, and for lg2 the linear offset.
         bool is_builtin;          ///< Made by the module itself.
     };
 
-    /// One colour decision list (ASC CDL).
+    /// One color decision list (ASC CDL).
     struct ColorDecisionListDef {
-        CoreString name;  ///< Also the colour space's name in the CDL configuration and the menu label.
+        CoreString name;  ///< Also the color space's name in the CDL configuration and the menu label.
         CoreString file;  ///< Where it came from; empty when the values below are given directly.
         CoreString cccid; ///< `id` of the correction in a collection file.
         float slope[3];
@@ -94,7 +94,7 @@ public:
     OfApp* get_app() const { return app; }
     /// The active configuration, shared: a holder keeps a replaced one alive. Null before `init`.
     OCIO_NAMESPACE::ConstConfigRcPtr get_config() const;
-    /// The configuration that holds one colour space per CDL.
+    /// The configuration that holds one color space per CDL.
     OCIO_NAMESPACE::ConstConfigRcPtr get_cdl_config() const;
     bool is_using_tavelion_config() const;
     /// Makes the configuration of the file or the environment active, or the built-in one.
@@ -122,9 +122,9 @@ public:
 
     // Roles and defaults
 
-    /// Role text of the colour library, "ROLE_UNKNOWN" for any other value.
+    /// Role text of OpenColorIO, "ROLE_UNKNOWN" for any other value.
     static const char* get_role_name(const Role& role);
-    /// Colour space of a role; `role` must be 0 to 7.
+    /// Color space of a role; `role` must be 0 to 7.
     const CoreString& get_role_color_space(int role) const;
     const CoreString& get_default_color_picking_space_name() const;
     const CoreString& get_ROLE_SCENE_LINEAR() const { return ROLE_SCENE_LINEAR; }
@@ -133,13 +133,13 @@ public:
     void set_default_color_space_name(bool reload);
     void update_default_color_space_name();
 
-    // Custom colour spaces
+    // Custom color spaces
 
     const CoreVector<ColorSpaceDef>& get_tavelion_color_spaces() const { return tavelion_color_spaces; }
-    /// Replaces the custom colour spaces; `defs` holds the built-in records too, as read from the list.
+    /// Replaces the custom color spaces; `defs` holds the built-in records too, as read from the list.
     void set_tavelion_config(const CoreVector<ColorSpaceDef>& defs);
 
-    // Colour decision lists
+    // Color decision lists
 
     const CoreVector<ColorDecisionListDef>& get_tavelion_color_decision_lists() const {
         return tavelion_color_decision_lists;

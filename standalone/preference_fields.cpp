@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 
+#include "diagnostics/failure.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
 #include "standalone/log_message.h"
@@ -73,12 +74,19 @@ bool load(const SwitchField& field, const ParserEntry& entry, StandaloneApp& app
 }
 
 template <class Fields>
-void load_all(const Fields& fields, const ParserGroup& group, const CoreString& path, StandaloneApp& app) {
+void load_all(const Fields& fields, const ParserGroup& group, const CoreString& path, StandaloneApp& app,
+              diagnostics::Diagnostics& warnings) {
     for (const auto& field : fields) {
         const ParserEntry* const entry = group.find_entry(field.name);
-        if (entry && !load(field, *entry, app))
-            log_message(LOG_WARNING, path, ":", entry->get_line(), ": the value of '", field.name,
-                        "' makes no sense and is ignored.\n");
+        if (!entry || load(field, *entry, app))
+            continue;
+        diagnostics::Diagnostic warning = diagnostics::make_warning(
+            diagnostics::Code::PREFERENCES_INVALID,
+            "the value of '" + std::string(field.name) + "' is invalid and ignored", field.name);
+        warning.file = path.get_data();
+        warning.line = static_cast<unsigned int>(entry->get_line());
+        log_message(LOG_WARNING, format_located(warning).c_str(), ".\n");
+        warnings.push_back(std::move(warning));
     }
 }
 
@@ -92,9 +100,10 @@ bool is_preference_field(const CoreString& name) {
     return has_field(TEXT_FIELDS, name) || has_field(SWITCH_FIELDS, name);
 }
 
-void load_preference_fields(const ParserGroup& group, const CoreString& path, StandaloneApp& app) {
-    load_all(TEXT_FIELDS, group, path, app);
-    load_all(SWITCH_FIELDS, group, path, app);
+void load_preference_fields(const ParserGroup& group, const CoreString& path, StandaloneApp& app,
+                            diagnostics::Diagnostics& warnings) {
+    load_all(TEXT_FIELDS, group, path, app, warnings);
+    load_all(SWITCH_FIELDS, group, path, app, warnings);
 }
 
 void save_preference_fields(const StandaloneApp& app, ParserGroup& group) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "diagnostics/diagnostic.h"
 #include "host/core/core_string.h"
 
 class ParserGroup;
@@ -14,9 +15,10 @@ bool is_module_entry(const CoreString& name);
 /// Whether the application's own preferences have an entry of that name.
 bool is_preference_field(const CoreString& name);
 
-/// Gives `app` the preferences found in `group`. An entry whose value makes no sense is named in a message at
-/// level 2 that begins with `path`, and its preference stays.
-void load_preference_fields(const ParserGroup& group, const CoreString& path, StandaloneApp& app);
+/// Gives `app` the preferences found in `group`, read from `path`. An entry with an invalid value is reported
+/// by a message at level 2 and a warning in `warnings`, and its preference stays.
+void load_preference_fields(const ParserGroup& group, const CoreString& path, StandaloneApp& app,
+                            diagnostics::Diagnostics& warnings);
 
 /// Appends one entry per preference of `app` to `group`.
 void save_preference_fields(const StandaloneApp& app, ParserGroup& group);

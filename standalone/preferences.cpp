@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "diagnostics/failure.h"
 #include "files/input_file.h"
 #include "files/links.h"
 #include "files/lock.h"
@@ -27,6 +28,11 @@ namespace {
 // Whatever the old file's permissions are, a preferences file is for its user alone.
 constexpr files::ReplacementRules WRITING_RULES{0600, false, false};
 
+constexpr char NOT_PREFERENCES[] = "not a preferences file; it is neither used nor changed";
+
+using diagnostics::Code;
+using diagnostics::Severity;
+
 } // namespace
 
 struct PreferenceFile::State {
@@ -37,18 +43,22 @@ struct PreferenceFile::State {
     bool is_loading = false;
     ParserEntry color_management{MODULE_ENTRY};
     std::optional<files::Lock> lock; // from a load before a change to the save after it
-    std::string damage;              // what is wrong with a file that is damaged
+    std::optional<YamlFault> damage; // what is wrong with a file that is damaged
+    diagnostics::Diagnostics reports;
 
     void give_to(StandaloneApp& app);
     void take_module_values();
     void keep_unknown_module_entries();
     Content read();
-    Content refuse(const std::string& text, const std::string& reason);
+    Content refuse(const std::string& text, const YamlFault& fault);
+    void report(diagnostics::Severity severity, const std::string& message, diagnostics::Code code,
+                const YamlFault* place = nullptr);
+    void report_damage(diagnostics::Severity severity, const std::string& consequence);
     bool take_lock();
-    bool set_damaged_aside() const;
+    bool set_damaged_aside();
     std::shared_ptr<ParserGroup> make_content(const StandaloneApp& app) const;
-    bool fail_to_save(const std::string& reason) const;
-    bool write(const ParserGroup& preferences) const;
+    bool fail_to_save(const std::string& reason);
+    bool write(const ParserGroup& preferences);
 };
 
 void PreferenceFile::State::give_to(StandaloneApp& app) {
@@ -56,7 +66,7 @@ void PreferenceFile::State::give_to(StandaloneApp& app) {
     // Whoever handles the application's events may load again.
     const std::shared_ptr<const ParserGroup> read_root = root;
     const bool was_loading = std::exchange(is_loading, true);
-    load_preference_fields(*read_root, path, app);
+    load_preference_fields(*read_root, path, app, reports);
     is_loading = was_loading;
 }
 
@@ -84,31 +94,49 @@ PreferenceFile::State::Content PreferenceFile::State::read() {
     if (!text && text.get_failure().error_number == ENOENT)
         return Content::ABSENT;
     if (!text) {
-        log_message(LOG_ERROR, "Preferences: ", text.get_failure().describe().c_str(), ".\n");
+        report(Severity::ERROR, text.get_failure().describe(), Code::FILE_UNREADABLE);
         return Content::UNUSABLE;
     }
     auto read_root = std::make_shared<ParserGroup>(nullptr);
-    if (const auto reason = read_yaml(*text, *read_root))
-        return refuse(*text, *reason);
+    if (const auto fault = read_yaml(*text, *read_root))
+        return refuse(*text, *fault);
     if (!is_preferences(*read_root)) {
-        log_message(LOG_ERROR, "Preferences: '", path,
-                    "' is not a preferences file; it is neither used nor changed.\n");
+        report(Severity::ERROR, "'" + std::string(path.view()) + "' is " + NOT_PREFERENCES,
+               Code::PREFERENCES_INVALID);
         return Content::UNUSABLE;
     }
     root = std::move(read_root);
     return Content::READ;
 }
 
-// `reason` says why `text` cannot be parsed.
+// `fault` says why `text` cannot be parsed.
 PreferenceFile::State::Content PreferenceFile::State::refuse(const std::string& text,
-                                                             const std::string& reason) {
+                                                             const YamlFault& fault) {
     if (is_damaged_preferences(text)) {
-        damage = reason;
+        damage = fault;
         return Content::DAMAGED;
     }
-    log_message(LOG_ERROR, "Preferences: '", path, "' is not a preferences file", reason.c_str(),
-                "; it is neither used nor changed.\n");
+    report(Severity::ERROR, fault.reason + "; this is " + NOT_PREFERENCES, Code::PREFERENCES_INVALID, &fault);
     return Content::UNUSABLE;
+}
+
+// One line of the log, and one diagnostic.
+void PreferenceFile::State::report(Severity severity, const std::string& message, Code code,
+                                   const YamlFault* place) {
+    diagnostics::Diagnostic diagnostic = diagnostics::make_file_error(code, message, path.get_data());
+    diagnostic.severity = severity;
+    if (place) {
+        diagnostic.line = place->line;
+        diagnostic.column = place->column;
+    }
+    log_message(severity == Severity::ERROR ? LOG_ERROR : LOG_WARNING,
+                "Preferences: ", place ? format_located(diagnostic).c_str() : diagnostic.message.c_str(),
+                ".\n");
+    reports.push_back(std::move(diagnostic));
+}
+
+void PreferenceFile::State::report_damage(Severity severity, const std::string& consequence) {
+    report(severity, damage->reason + "; " + consequence, Code::PREFERENCES_INVALID, &*damage);
 }
 
 // Locks the folder that the file itself lies in, whatever links lead there, after making it when it is
@@ -128,14 +156,12 @@ bool PreferenceFile::State::take_lock() {
     return true;
 }
 
-bool PreferenceFile::State::set_damaged_aside() const {
+bool PreferenceFile::State::set_damaged_aside() {
     const std::string kept = set_aside(path.get_data());
     if (kept.empty())
-        log_message(LOG_ERROR, "Preferences: ", path, damage.c_str(),
-                    "; the file cannot be renamed either.\n");
+        report_damage(Severity::ERROR, "the file cannot be renamed either");
     else
-        log_message(LOG_WARNING, "Preferences: ", path, damage.c_str(), "; the file is now '", kept.c_str(),
-                    "'.\n");
+        report_damage(Severity::WARNING, "the file is now '" + kept + "'");
     return !kept.empty();
 }
 
@@ -154,12 +180,13 @@ std::shared_ptr<ParserGroup> PreferenceFile::State::make_content(const Standalon
     return preferences;
 }
 
-bool PreferenceFile::State::fail_to_save(const std::string& reason) const {
-    log_message(LOG_ERROR, "Preferences: cannot save '", path, "': ", reason.c_str(), ".\n");
+bool PreferenceFile::State::fail_to_save(const std::string& reason) {
+    report(Severity::ERROR, "cannot save '" + std::string(path.view()) + "': " + reason,
+           Code::FILE_UNWRITABLE);
     return false;
 }
 
-bool PreferenceFile::State::write(const ParserGroup& preferences) const {
+bool PreferenceFile::State::write(const ParserGroup& preferences) {
     const YamlText yaml = write_yaml(preferences);
     if (!yaml.text)
         return fail_to_save(yaml.reason);
@@ -182,8 +209,7 @@ CoreString PreferenceFile::get_default_path() {
 bool PreferenceFile::load(StandaloneApp& app) {
     const State::Content content = state->read();
     if (content == State::Content::DAMAGED)
-        log_message(LOG_ERROR, "Preferences: ", state->path, state->damage.c_str(),
-                    "; the file is not used.\n");
+        state->report_damage(Severity::ERROR, "the file is not used");
     if (content == State::Content::READ)
         state->give_to(app);
     return content == State::Content::READ || content == State::Content::ABSENT;
@@ -198,6 +224,10 @@ bool PreferenceFile::load_to_change(StandaloneApp& app) {
     if (content == State::Content::UNUSABLE)
         state->lock.reset();
     return content != State::Content::UNUSABLE;
+}
+
+diagnostics::Diagnostics PreferenceFile::take_diagnostics() {
+    return std::exchange(state->reports, {});
 }
 
 ParserEntry& PreferenceFile::get_color_management() {

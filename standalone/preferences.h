@@ -3,13 +3,14 @@
 #include <functional>
 #include <memory>
 
+#include "diagnostics/diagnostic.h"
 #include "host/core/core_string.h"
 #include "host/host_export.h"
 
 class ParserEntry;
 class StandaloneApp;
 
-/// The file that keeps a StandaloneApp's preferences, and those of the colour-management module, from run to
+/// The file that keeps a StandaloneApp's preferences, and those of the color-management module, from run to
 /// run. It is for this user alone (mode 0600, in a folder that is made with mode 0700).
 ///
 /// Every save replaces the file whole, so the old or the new file is there even if the process is killed. A
@@ -43,6 +44,9 @@ public:
     /// changed: the file cannot be read or locked, or is not a preferences file. A damaged one, which `save`
     /// renames, counts as none. Two objects of one process would wait for each other.
     bool load_to_change(StandaloneApp& app);
+
+    /// What was wrong with the file, since the last call: an error for every call that answered false.
+    diagnostics::Diagnostics take_diagnostics();
 
     /// The entry "color_management" as last loaded, for the module to load from: its group has the module's
     /// entries. Stays at its address.

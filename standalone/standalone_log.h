@@ -5,7 +5,7 @@
 #include "host/core/core_log.h"
 #include "host/host_export.h"
 
-/// Writes messages to standard error, in colour when that is a terminal and NO_COLOR is unset or empty, and
+/// Writes messages to standard error, in color when that is a terminal and NO_COLOR is unset or empty, and
 /// to files that the program adds. Messages may come from several threads once the files are added.
 class HOST_API StandaloneLog : public CoreLogHandler {
 public:

@@ -19,7 +19,7 @@ public:
     /// Frees everything, this object included, when the last handle goes.
     void release() noexcept;
 
-    /// `bytes` of uninitialised storage; `alignment` is a power of two up to 16. Null when memory is short.
+    /// `bytes` of uninitialized storage; `alignment` is a power of two up to 16. Null when memory is short.
     void* allocate(std::size_t bytes, std::size_t alignment) noexcept {
         const std::size_t padding = (0 - reinterpret_cast<std::size_t>(next_free)) & (alignment - 1);
         const auto available = static_cast<std::size_t>(block_end - next_free);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace {
 
@@ -36,4 +37,14 @@ const char* get_error_text(XmlError code) {
     if (index < 0 || static_cast<std::size_t>(index) >= ERROR_TEXTS.size())
         return "Unknown";
     return ERROR_TEXTS[static_cast<std::size_t>(index)];
+}
+
+std::string get_error_reason(XmlError code) {
+    std::string_view reason = get_error_text(code);
+    for (const std::string_view kind : {"Error: ", "Warning: "})
+        if (reason.substr(0, kind.size()) == kind)
+            reason.remove_prefix(kind.size());
+    while (!reason.empty() && (reason.back() == '.' || reason.back() == '\n'))
+        reason.remove_suffix(1);
+    return std::string(reason);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 /// Outcome of a parse or a write. The two warnings leave a tree behind; every other code but NONE does not.
 /// The Base64 codes are never raised here: only their texts are kept, so that the numbering has no holes.
@@ -38,3 +39,5 @@ struct XmlResults {
 
 /// Fixed English text of a code; "Unknown" for a number outside 0 to 20.
 const char* get_error_text(XmlError code);
+/// The same without the word in front ("Error: ", "Warning: ") and without a final full stop or line end.
+std::string get_error_reason(XmlError code);

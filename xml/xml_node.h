@@ -56,7 +56,8 @@ public:
                               XmlResults* results = nullptr);
     /// Guesses the encoding of the file and makes it the current one, then parses. Any code but NONE, the
     /// warnings included, is reported on standard output and yields the empty node.
-    static XmlNode parse_file_or_report(const char* path, const char* first_tag = nullptr);
+    static XmlNode parse_file_or_report(const char* path, const char* first_tag = nullptr,
+                                        XmlResults* results = nullptr);
 
     /// A new tree of one node. A null `name` makes an unnamed root.
     static XmlNode create_top_node(const char* name, bool is_declaration = false);

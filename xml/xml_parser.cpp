@@ -180,7 +180,7 @@ XmlNode XmlNode::parse_file(const char* path, const char* first_tag, XmlResults*
     return node != nullptr ? XmlNode(node) : empty_node();
 }
 
-XmlNode XmlNode::parse_file_or_report(const char* path, const char* first_tag) {
+XmlNode XmlNode::parse_file_or_report(const char* path, const char* first_tag, XmlResults* results) {
     XmlResults found;
     xml::OwnedText file;
     xml::NodeRecord* node = nullptr;
@@ -191,6 +191,8 @@ XmlNode XmlNode::parse_file_or_report(const char* path, const char* first_tag) {
         xml::fail(found, XmlError::FILE_NOT_FOUND);
     }
     XmlNode top = node != nullptr ? XmlNode(node) : empty_node();
+    if (results != nullptr)
+        *results = found;
     if (found.error == XmlError::NONE)
         return top;
     xml::report(path, first_tag, found);

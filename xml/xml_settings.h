@@ -7,7 +7,7 @@
 struct XmlSettings {
     /// Encoding in which texts are read and written.
     XmlEncoding encoding = XmlEncoding::UTF_8;
-    /// UTF-16 files are recognised and converted; otherwise their byte-order mark is skipped, no more.
+    /// UTF-16 files are recognized and converted; otherwise their byte-order mark is skipped, no more.
     bool guess_wide_characters = true;
     /// Blanks around a text run are cut, and a run of blanks alone is not stored.
     bool drop_white_space = true;

@@ -44,6 +44,15 @@ bool holds_numbers(const XmlNode& element, unsigned int count, CDLNumber kind) {
     return words.get_count() == count;
 }
 
+/// Reports where the XML of a file is malformed.
+void report_markup(const CoreString& path, const XmlResults& results) {
+    diagnostics::Diagnostic fault = diagnostics::make_file_error(
+        diagnostics::Code::XML_MALFORMED, get_error_reason(results.error), path.get_data());
+    fault.line = static_cast<unsigned int>(results.line);
+    fault.column = static_cast<unsigned int>(results.column);
+    ColorIODiagnostics::report(fault);
+}
+
 } // namespace
 
 bool is_valid_correction(const XmlNode& correction) {
@@ -67,9 +76,11 @@ XmlNode get_document_element(XmlNode top) {
 }
 
 bool parse_CDL_document(const CoreString& path, XmlNode& element) {
-    const XmlNode top = XmlNode::parse_file_or_report(path.get_data());
+    XmlResults results;
+    const XmlNode top = XmlNode::parse_file_or_report(path.get_data(), nullptr, &results);
     if (top.is_empty()) {
         log_message(LOG_ERROR, "XML Error with file '", path, "'.\n");
+        report_markup(path, results);
         return false;
     }
     element = get_document_element(top);
@@ -78,6 +89,8 @@ bool parse_CDL_document(const CoreString& path, XmlNode& element) {
 
 void log_missing_node(const char* element, const CoreString& path) {
     log_message(LOG_ERROR, "Node '", element, "' not find in '", path, "'.\n");
+    report_file(LOG_ERROR, diagnostics::Code::CDL_INVALID, path,
+                "no element '" + std::string(element) + "' in '" + std::string(path.view()) + "'");
 }
 
 CoreString get_correction_id(const XmlNode& correction) {

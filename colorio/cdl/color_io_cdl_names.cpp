@@ -15,10 +15,12 @@ namespace {
 void log_duplicate_CDL(const CoreString& name) {
     log_message(LOG_WARNING, "Color Management: duplicate CDL '", name,
                 "' is already defined in the current configuration.\n");
+    report(LOG_WARNING, diagnostics::Code::NAME_DUPLICATE, name,
+           "the CDL '" + std::string(name.view()) + "' is already defined");
 }
 
-/// The CDL configuration keeps one colour space per name; what it replaced shows only in the list. Records
-/// whose colour space could not be made, or was not meant to be, replaced none.
+/// The CDL configuration keeps one color space per name; what it replaced shows only in the list. Records
+/// whose color space could not be made, or was not meant to be, replaced none.
 void log_replaced_names(const CoreVector<ColorIOManager::ColorDecisionListDef>& list,
                         const LabelList& published) {
     std::unordered_set<std::string> known;

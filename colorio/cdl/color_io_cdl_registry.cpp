@@ -37,9 +37,12 @@ bool ColorIOManager::init_default_CDL_tavelion_config() {
     cdl_config_ready = false;
     CoreString folder;
     const bool has_folder = app && app->create_temp_folder(LUT_FOLDER, folder);
-    if (!has_folder)
+    if (!has_folder) {
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in CDL files.\n");
+        report(LOG_ERROR, diagnostics::Code::CONFIG_BUILTIN, CoreString(),
+               "the temporary folder for the built-in CDLs cannot be made");
+    }
     const bool made = log_config_errors([&] {
         const auto nothing_added = std::make_shared<AddedCDLs>();
         cdl_config = ocio::create_config();

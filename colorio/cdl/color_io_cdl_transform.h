@@ -16,7 +16,7 @@ enum class RepeatedIds {
     REFUSED,      ///< The library's exception, for every correction in it.
 };
 
-/// Reads corrections of .cc, .ccc and .cdl files as the colour library does, each file only once: by id in
+/// Reads corrections of .cc, .ccc and .cdl files as OpenColorIO does, each file only once: by id in
 /// files of the extension "ccc" exactly, without an id in all others. Throws the library's exception; a
 /// collection that repeats an id, which the library refuses as a whole, is treated as `repeated_ids` says.
 class CDLFileReader {

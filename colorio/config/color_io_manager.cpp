@@ -5,8 +5,8 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
-#include "colorio/config/config_loads.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/config_loads.h"
 #include "colorio/facade/library_messages.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/names/color_space_name_index.h"
@@ -143,6 +143,8 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     } else {
         if (!path.is_empty()) {
             log_message(LOG_WARNING, "Color Management: OCIO configuration file '", path, "' not found.\n");
+            report_file(LOG_WARNING, diagnostics::Code::CONFIG_MISSING, path,
+                        "OCIO config '" + std::string(path.view()) + "' not found");
             file_config_loaded = false;
         }
         const CoreString from_environment = sys_get_env(OCIO_VARIABLE);

@@ -75,9 +75,12 @@ bool ColorIOManager::init_default_tavelion_config() {
     tavelion_config_ready = false;
     CoreString folder;
     const bool has_folder = app && app->create_temp_folder(LUT_FOLDER, folder);
-    if (!has_folder)
+    if (!has_folder) {
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in LUT files.\n");
+        report(LOG_ERROR, diagnostics::Code::CONFIG_BUILTIN, CoreString(),
+               "the temporary folder for the built-in LUTs cannot be made");
+    }
     bool files_written = true;
     const bool made = log_config_errors([&] {
         tavelion_config = ocio::create_config();
@@ -98,6 +101,8 @@ bool ColorIOManager::fill_builtin_config(CoreString folder) {
             if (!SysFilesystem::file_exists(path) &&
                 !write_lut_to_disk(path, sample(builtin.decode), LUT_FROM, LUT_TO)) {
                 log_message(LOG_ERROR, "Color Management: failed to write built-in LUT file '", path, "'.\n");
+                report_file(LOG_ERROR, diagnostics::Code::LUT_UNWRITABLE, path,
+                            "cannot write the built-in LUT '" + std::string(path.view()) + "'");
                 files_written = false;
             }
         }

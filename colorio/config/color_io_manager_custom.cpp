@@ -22,7 +22,7 @@ ocio::ColorSpaceRcPtr make_named_space(const ColorSpaceDef& def) {
     return space;
 }
 
-/// A colour space with the record's own depth and allocation.
+/// A color space with the record's own depth and allocation.
 ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTransformRcPtr& transform) {
     ocio::ColorSpaceRcPtr space = make_named_space(def);
     ocio::set_bit_depth(space, static_cast<ocio::BitDepth>(def.bit_depth));
@@ -33,7 +33,7 @@ ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTran
     return space;
 }
 
-/// A colour space that grades in scene-linear: depth and allocation of the record do not matter.
+/// A color space that grades in scene-linear: depth and allocation of the record do not matter.
 ocio::ColorSpaceRcPtr make_grade_space(const ColorSpaceDef& def, CDLFileReader& files) {
     ocio::ColorSpaceRcPtr space = make_named_space(def);
     ocio::set_bit_depth(space, ocio::BIT_DEPTH_F32);
@@ -58,7 +58,7 @@ ocio::ColorSpaceRcPtr make_graded_lut_space(const ColorSpaceDef& def, CDLFileRea
     return make_space(def, group);
 }
 
-/// The colour space of a record; null when it needs none. Throws when its files have errors.
+/// The color space of a record; null when it needs none. Throws when its files have errors.
 ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, bool has_cdl,
                                         CDLFileReader& files) {
     if (has_lut && has_cdl)
@@ -81,6 +81,8 @@ bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSp
         const CoreString label = CoreString(BUILTIN_FAMILY) + DISPLAY_SEPARATOR + def.name;
         if (views.contain(label)) {
             log_message(LOG_WARNING, "Color Management: duplicate display view '", label, "' was ignored.\n");
+            report(LOG_WARNING, diagnostics::Code::NAME_DUPLICATE, label,
+                   "the view '" + std::string(label.view()) + "' is already defined");
             continue;
         }
         ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, def.name.get_data(), def.name.get_data(), "");
@@ -101,12 +103,12 @@ bool ColorIOManager::add_custom_space(const ColorSpaceDef& def, CDLFileReader& f
         if (space)
             ocio::add_color_space(tavelion_config, space);
     };
-    const auto report = [&] {
+    const auto log_failure = [&] {
         log_message(LOG_ERROR, "Color Management: ",
                     has_lut && has_cdl ? "the custom color space '" : "custom color space '", def.name,
                     "' has errors and was ignored.\n");
     };
-    return log_ocio_errors(LOG_ERROR, add, report) && space;
+    return log_ocio_errors(LOG_ERROR, add, log_failure) && space;
 }
 
 void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {

@@ -1,5 +1,5 @@
 #include "colorio/color_io_manager.h"
-#include "colorio/config/config_loads.h"
+#include "colorio/facade/config_loads.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/types.h"
 #include "host/of/of_app.h"

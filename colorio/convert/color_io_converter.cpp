@@ -19,6 +19,9 @@ constexpr char FAILURE[] = "Color Management: failed to configure the color conv
 
 void log_missing(const char* end, const char* kind, const CoreString& name) {
     log_message(LOG_WARNING, FAILURE, ". ", end, " ", kind, " '", name, "' doesn't exist.\n");
+    const bool is_cdl = std::string_view(kind) == "CDL";
+    report(LOG_WARNING, is_cdl ? diagnostics::Code::CDL_UNKNOWN : diagnostics::Code::COLOR_SPACE_UNKNOWN,
+           name, std::string("no ") + kind + " '" + std::string(name.view()) + "'");
 }
 
 bool contains(const CoreBasicArray<CoreString>& names, const CoreString& name) {

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "colorio/ocio/types.h"
+#include "colorio/color_io_diagnostics.h"
+#include "colorio/ocio/error.h"
 #include "host/core/core_log.h"
 
 /// Logs the parts as one message on the host's main handler; composes nothing when the handler does not
@@ -20,8 +21,23 @@ void log_message(CoreLogLevel level, const Parts&... parts) noexcept {
     }
 }
 
-/// Runs `action`; when the colour library throws, runs `before_exception_line` (for messages of the caller's
-/// own), logs the library's words at `level` and returns false. Other exceptions pass.
+/// How severe a message of a level is as a diagnostic.
+inline diagnostics::Severity get_severity(CoreLogLevel level) {
+    using diagnostics::Severity;
+    return level == LOG_ERROR ? Severity::ERROR : level == LOG_WARNING ? Severity::WARNING : Severity::NOTE;
+}
+
+/// Reports a cause that the module itself knows, beside the line of the log.
+void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& subject,
+            const std::string& message) noexcept;
+/// The same for a cause that lies in the file at `path`.
+void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
+                 const std::string& message) noexcept;
+/// Reports the cause of an exception.
+void report_exception(CoreLogLevel level, const ocio::Exception& exception) noexcept;
+
+/// Runs `action`; when OpenColorIO throws, runs `before_exception_line` (for messages of the caller's own),
+/// logs OpenColorIO's words at `level`, reports the cause and returns false. Other exceptions pass.
 template <class Action, class Preface>
 bool log_ocio_errors(CoreLogLevel level, Action&& action, Preface&& before_exception_line) {
     try {
@@ -30,6 +46,7 @@ bool log_ocio_errors(CoreLogLevel level, Action&& action, Preface&& before_excep
     } catch (const ocio::Exception& exception) {
         before_exception_line();
         log_message(level, "OCIO exception: ", exception.what(), "\n");
+        report_exception(level, exception);
         return false;
     }
 }

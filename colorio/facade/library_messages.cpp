@@ -34,9 +34,11 @@ ReportedTexts& get_reported_texts() {
 
 void take_message(ocio::LibraryLogLevel level, const std::string& text) {
     at_boundary([&] {
-        if (get_reported_texts().add(text))
-            log_message(level == ocio::LibraryLogLevel::WARNING ? LOG_WARNING : LOG_INFO,
-                        "OpenColorIO: ", text.c_str(), "\n");
+        if (!get_reported_texts().add(text))
+            return;
+        const CoreLogLevel host_level = level == ocio::LibraryLogLevel::WARNING ? LOG_WARNING : LOG_INFO;
+        log_message(host_level, "OpenColorIO: ", text.c_str(), "\n");
+        report(host_level, diagnostics::Code::LIBRARY_FAILURE, CoreString(), diagnostics::flatten(text));
     });
 }
 

@@ -12,10 +12,13 @@ void log_current_exception() noexcept {
         throw;
     } catch (const ocio::Exception& error) {
         log_message(LOG_ERROR, "OCIO exception: ", error.what(), "\n");
+        report_exception(LOG_ERROR, error);
     } catch (const std::bad_alloc&) {
         log_message(LOG_ERROR, "Color Management: out of memory.\n");
+        report(LOG_ERROR, diagnostics::Code::OUT_OF_MEMORY, CoreString(), "memory is exhausted");
     } catch (const std::exception& error) {
         log_message(LOG_ERROR, "Color Management: ", error.what(), "\n");
+        report(LOG_ERROR, diagnostics::Code::LIBRARY_FAILURE, CoreString(), error.what());
     } catch (...) {
         log_message(LOG_ERROR, "Color Management: unknown error.\n");
     }

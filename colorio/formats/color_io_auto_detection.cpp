@@ -155,6 +155,8 @@ CoreString ColorIOAutoDetection::find_color_space(const CoreString& file_format)
         return current_table->color_spaces[row];
     log_message(LOG_ERROR, "Can't get color space from category '", file_format,
                 "' because this category doesn't exist.\n");
+    report(LOG_ERROR, diagnostics::Code::FORMAT_UNKNOWN, file_format,
+           "no category '" + std::string(file_format.view()) + "'");
     return get_builtin_label(ColorIOManager::BUILTIN_SRGB);
 }
 

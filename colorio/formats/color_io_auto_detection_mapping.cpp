@@ -37,6 +37,8 @@ bool ColorIOAutoDetection::add_rows_of_file(const CoreString& path) {
         if (!file.get_error().is_empty())
             log_message(LOG_INFO, "Color Management: ", file.get_error(), "\n");
         log_message(LOG_WARNING, MAPPING_FILE, path, "' has errors and can't be read.\n");
+        report_file(LOG_WARNING, diagnostics::Code::MAPPING_MALFORMED, path,
+                    diagnostics::flatten(file.get_error().get_data()));
         return false;
     }
     return read_mapping(path, file.get_root());
@@ -49,6 +51,8 @@ bool ColorIOAutoDetection::read_mapping(const CoreString& path, const ParserGrou
         const CoreString& name = entry.get_name();
         if (entry.get_value_count() == 0) {
             log_message(LOG_WARNING, MAPPING_FILE, path, "' has an entry without value: '", name, ".\n");
+            report_file(LOG_WARNING, diagnostics::Code::MAPPING_ENTRY_INVALID, path,
+                        "the entry '" + std::string(name.view()) + "' has no value");
             return false;
         }
         if (!entry.is_group())
@@ -123,6 +127,10 @@ bool ColorIOAutoDetection::find_unknown_color_spaces() const {
                 " file format / color space mapping(s):\n");
     for (const CoreString& color_space : unknown)
         log_message(LOG_WARNING, "'", color_space, "'\n");
+    for (const CoreString& color_space : unknown)
+        report(LOG_WARNING, diagnostics::Code::MAPPING_COLOR_SPACE_UNKNOWN, color_space,
+               "the color space '" + std::string(color_space.view()) +
+                   "' of a format association does not exist");
     log_message(LOG_WARNING,
                 "Please update the file format / color space mappings or set an OCIO configuration that "
                 "defines the missing color spaces and restart Tavelion.\n");

@@ -14,6 +14,7 @@
 #include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/sanity_check.h"
+#include "colorio/ocio/source_files.h"
 
 namespace {
 
@@ -143,6 +144,12 @@ CoreVector<CoreString> ColorIOInspection::get_view_transforms() {
 bool ColorIOInspection::has_role(const CoreString& role) {
     return read_config<bool>([&](const auto& config, bool& found) {
         found = !ocio::get_role_color_space(config, role.get_data()).empty();
+    });
+}
+
+CoreVector<CoreString> ColorIOInspection::get_source_files() {
+    return read_config<CoreVector<CoreString>>([](const ocio::ConstConfigRcPtr& config, auto& files) {
+        files = to_host(ocio::get_source_files(config));
     });
 }
 

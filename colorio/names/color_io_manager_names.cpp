@@ -39,6 +39,8 @@ LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const char* fa
         } else {
             log_message(LOG_WARNING, "Color Management: duplicate color space '", label,
                         "' is already defined in the current configuration.\n");
+            report(LOG_WARNING, diagnostics::Code::NAME_DUPLICATE, label,
+                   "the color space '" + std::string(label.view()) + "' is already defined");
         }
     }
     return list;
@@ -95,6 +97,8 @@ void ColorIOManager::publish_views() {
         } else {
             log_message(LOG_WARNING, "Color Management: duplicate view transform '", color_space,
                         "' is already defined in the current configuration.\n");
+            report(LOG_WARNING, diagnostics::Code::NAME_DUPLICATE, label,
+                   "the view '" + std::string(label.view()) + "' is already defined");
         }
         return false;
     });

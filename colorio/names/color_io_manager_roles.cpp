@@ -4,8 +4,8 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
-#include "colorio/config/config_loads.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/config_loads.h"
 #include "colorio/facade/make_room.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/color_space.h"
@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Name of a colour space without a leading family.
+/// Name of a color space without a leading family.
 CoreString get_bare_name(const ocio::ConstColorSpaceRcPtr& space) {
     return CoreString::after_first(ocio::get_name(space), ColorIOManager::FAMILY_SEPARATOR);
 }
@@ -44,7 +44,7 @@ ocio::ColorSpaceRcPtr make_linear_color_space(const CoreString& name, const char
     return space;
 }
 
-/// First colour space of `config`, in its order, that bears one of `candidates`; empty when none does.
+/// First color space of `config`, in its order, that bears one of `candidates`; empty when none does.
 CoreString find_candidate(const ocio::ConstConfigRcPtr& config, const CoreVector<CoreString>& candidates) {
     const int count = ocio::get_num_color_spaces(config);
     for (int i = 0; i < count; ++i) {
@@ -115,7 +115,7 @@ void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe)
     if (role < 0 || static_cast<unsigned int>(role) >= role_color_spaces.get_count())
         return;
     CoreString& name = role_color_spaces[static_cast<unsigned int>(role)];
-    if (!probe.error.empty())
+    if (!probe.error.empty()) // Reported when the config was loaded.
         log_message(LOG_WARNING, "OCIO exception: ", probe.error.c_str(), "\n");
     if (probe.config) {
         ocio::ConstColorSpaceRcPtr space =

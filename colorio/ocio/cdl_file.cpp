@@ -8,6 +8,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/lut_words.h"
@@ -20,7 +21,8 @@ namespace {
 /// A file of corrections, or the reason why it could not be read.
 struct CdlFile {
     std::optional<FileState> state;
-    std::string failure;
+    std::optional<diagnostics::Diagnostic> failure;
+    std::string words;   ///< of the failure, for the log
     bool single = false; ///< one correction on its own, not a collection of one
     std::vector<CDLTransformRcPtr> corrections;
     std::unordered_map<std::string, std::size_t> by_id; ///< the first of that id
@@ -47,8 +49,8 @@ public:
             file = known->second;
         else
             file = files_[path] = read(path, known != files_.end());
-        if (!file->failure.empty())
-            throw Exception(file->failure.c_str());
+        if (file->failure)
+            throw Error(*file->failure, file->words.c_str());
         return file;
     }
 
@@ -68,7 +70,10 @@ private:
             for (std::size_t i = 0; i < file->corrections.size(); ++i)
                 file->by_id.emplace(file->corrections[i]->getID(), i);
         } catch (const Exception& error) {
-            file->failure = error.what();
+            file->failure = get_cause(error);
+            file->words = error.what();
+            if (file->failure->file.empty())
+                file->failure->file = path;
         }
         return file;
     }
@@ -80,6 +85,16 @@ private:
 CdlFiles& cdl_files() {
     static CdlFiles files;
     return files;
+}
+
+[[noreturn]] void fail_missing_correction(const char* path, const char* cccid, std::size_t count) {
+    diagnostics::Diagnostic cause =
+        diagnostics::make_file_error(diagnostics::Code::CDL_ID_MISSING,
+                                     "no color correction '" + std::string(cccid) + "' among the " +
+                                         std::to_string(count) + " of '" + path + "'",
+                                     path);
+    cause.subject = cccid;
+    throw Error(std::move(cause));
 }
 
 /// Position of the correction that `cccid` names: an id, or else a position.
@@ -109,9 +124,7 @@ CDLTransformRcPtr create_CDL_transform_from_file(const char* path, const char* c
         const ConstCdlFileRcPtr file = cdl_files().get(path);
         const std::optional<std::size_t> position = find_correction(*file, cccid);
         if (!position)
-            throw Exception(("no colour correction '" + std::string(cccid) + "' among the " +
-                             std::to_string(file->corrections.size()) + " of '" + path + "'")
-                                .c_str());
+            fail_missing_correction(path, cccid, file->corrections.size());
         return own_copy(file->corrections[*position]);
     });
 }

@@ -4,6 +4,7 @@
 
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
 
@@ -18,8 +19,8 @@ Handle without_processor_cache(const Handle& config) {
     return config;
 }
 
-/// Reads the configuration at `path` with the library's operation `read`. A failure is told in words that
-/// name the remedy, where one is known.
+/// Reads the configuration at `path` with the library's operation `read`. A failure gets words that name the
+/// remedy, where one is known.
 template <typename Read>
 ConstConfigRcPtr load(const std::string& path, Read&& read) {
     return guarded([&] {
@@ -31,8 +32,8 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
         } catch (const std::exception&) {
             const std::string newer = describe_newer_profile(path);
             if (newer.empty())
-                throw;
-            throw Exception(newer.c_str());
+                rethrow_about_file(diagnostics::Code::CONFIG_INVALID, path);
+            throw_file_error(diagnostics::Code::CONFIG_NEWER, newer, path);
         }
     });
 }

@@ -24,7 +24,7 @@ const char* get_working_dir(const ConstConfigRcPtr& config);
 void sanity_check(const ConstConfigRcPtr& config);
 unsigned int get_major_version(const ConstConfigRcPtr& config);
 
-/// Colour spaces to publish: all of a version 1 configuration, the active ones of version 2.
+/// Color spaces to publish: all of a version 1 configuration, the active ones of version 2.
 int get_num_color_spaces(const ConstConfigRcPtr& config);
 const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int index);
 /// By name or role, case ignored; null when unknown. A configuration without strict parsing answers the
@@ -43,7 +43,7 @@ const char* get_view(const ConstConfigRcPtr& config, const char* display, int in
 /// All of those views, in time proportional to their number where the library allows it.
 std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display);
 const char* get_default_view(const ConstConfigRcPtr& config, const char* display);
-/// Colour space that the view shows; empty when display or view is unknown or empty.
+/// Color space that the view shows; empty when display or view is unknown or empty.
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view);
 /// The same, for many views: `own_names` are those of `list_own_names`, which spare the library a search for
@@ -57,7 +57,7 @@ void add_display(const ConfigRcPtr& config, const char* display, const char* vie
                  const char* looks);
 void clear_displays(const ConfigRcPtr& config);
 
-/// Name of the colour space that plays `role`; empty when the configuration does not define the role.
+/// Name of the color space that plays `role`; empty when the configuration does not define the role.
 std::string get_role_color_space(const ConstConfigRcPtr& config, const char* role);
 
 } // namespace ocio

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/transform_graph.h"
 
 namespace ocio {
@@ -125,11 +126,14 @@ private:
     [[noreturn]] void refuse(const std::string& text) const {
         std::vector<const Variable*> chain = find_cycle(text);
         if (!chain.empty())
-            throw Exception(("context variables form a cycle: " + names_of(chain)).c_str());
+            throw_error(diagnostics::Code::CONFIG_VARIABLE,
+                        "context variables form a cycle: " + names_of(chain), chain.front()->name);
         for (auto next = variables_in(text); !next.empty(); next = variables_in(next.front()->value))
             chain.push_back(next.front());
-        throw Exception(
-            ("context variables expand too far" + (chain.empty() ? "" : ": " + names_of(chain))).c_str());
+        throw_error(diagnostics::Code::CONFIG_VARIABLE,
+                    std::string("context variables expand too far") +
+                        (chain.empty() ? "" : ": " + names_of(chain)),
+                    chain.empty() ? "" : chain.front()->name);
     }
 
     /// The variables from one back to itself that the replacement in `text` runs into; empty for none.

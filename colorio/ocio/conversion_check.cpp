@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "colorio/ocio/context_variables.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/lut_words.h"
@@ -120,16 +121,18 @@ private:
 
     [[noreturn]] void refuse(const std::string& reason) const {
         const std::string names = names_from(1, MAX_NAMES_SHOWN);
-        throw Exception(("the conversion " + reason + (names.empty() ? "" : ": " + names)).c_str());
+        throw_error(diagnostics::Code::CONFIG_TOO_COMPLEX,
+                    "the conversion " + reason + (names.empty() ? "" : ": " + names));
     }
 
     [[noreturn]] void refuse_cycle(const std::string& key) const {
         std::size_t first = 0;
         while (path_[first].key != key)
             ++first;
-        throw Exception(("the configuration forms a cycle: " + names_from(first, path_.size()) + " -> " +
-                         path_[first].name)
-                            .c_str());
+        throw_error(diagnostics::Code::CONFIG_CYCLE,
+                    "the configuration forms a cycle: " + names_from(first, path_.size()) + " -> " +
+                        path_[first].name,
+                    path_[first].name);
     }
 
     /// "a -> b -> c" along the path, from a position on.
@@ -154,11 +157,13 @@ private:
 ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     ConversionWalk walk(config);
     walk.run(conversion);
-    ConversionParts parts{walk.take_nodes(), {}};
+    ConversionParts parts{walk.take_nodes(), {}, {}};
     for (const std::string& source : walk.files()) {
         const std::string path = locate_file(config, source);
-        if (path.empty())
+        if (path.empty()) {
+            parts.missing.push_back(source);
             continue;
+        }
         require_readable_lut(path);
         parts.files.emplace(source, path);
     }

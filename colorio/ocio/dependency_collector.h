@@ -17,7 +17,7 @@ public:
 
     /// Walks a transform and the groups in it.
     void add(const ConstTransformRcPtr& root, bool inverse);
-    /// Both transforms of a colour space.
+    /// Both transforms of a color space.
     void add_space(const library::ColorSpace& space);
     /// The process space of a look, and its transform for that direction.
     void add_look(const library::Look& look, bool inverse);
@@ -29,10 +29,10 @@ public:
 protected:
     explicit DependencyCollector(const ConstConfigRcPtr& config) : config_(config) {}
 
-    /// From one colour space through looks to another.
+    /// From one color space through looks to another.
     virtual void add_path(const std::string& source, const std::vector<LookStep>& looks,
                           const std::string& destination, bool inverse) = 0;
-    /// A transform that is neither a group nor one of files, colour spaces or looks.
+    /// A transform that is neither a group nor one of files, color spaces or looks.
     virtual void add_other_transform(const library::Transform& transform, bool inverse) = 0;
     virtual std::unique_ptr<DependencyCollector> create_another() const = 0;
 
@@ -41,7 +41,7 @@ protected:
     void add_node(NodeKind kind, const char* name, bool inverse);
     /// Notes what the library may replace context variables in.
     void add_texts(std::initializer_list<const char*> texts);
-    /// The colour space that a name, a role or an alias stands for, variables resolved; null for none.
+    /// The color space that a name, a role or an alias stands for, variables resolved; null for none.
     ConstColorSpaceRcPtr find_space(const std::string& name) const;
     std::string resolve(const std::string& name) const;
     const ConstConfigRcPtr& config() const { return config_; }
@@ -65,7 +65,7 @@ private:
 /// Adds the node forwards and backwards.
 void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes);
 
-/// Colour spaces, inactive ones too, and what only newer versions of the library know: named transforms and
+/// Color spaces, inactive ones too, and what only newer versions of the library know: named transforms and
 /// view transforms, both ways.
 std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config);
 

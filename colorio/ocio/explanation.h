@@ -14,9 +14,9 @@ struct ExplainedStep {
 
 /// What converts pixels.
 enum class EvaluationPath {
-    None,    ///< nothing: the conversion leaves colours as they are
-    Vector,  ///< the project's own vector code
-    Library, ///< the colour library, for the `reason` given
+    None,    ///< nothing: the conversion leaves colors as they are
+    Vector,  ///< the project's own SIMD code
+    Library, ///< OpenColorIO, for the `reason` given
 };
 
 /// How a processor converts.
@@ -25,7 +25,7 @@ struct Explanation {
     std::vector<ExplainedStep> steps;    ///< as they are carried out
     EvaluationPath path = EvaluationPath::None;
     std::string reason;        ///< empty unless the path is the library
-    std::string vector_target; ///< instruction set of the vector code; empty unless that is the path
+    std::string vector_target; ///< instruction set of the SIMD code; empty unless that is the path
 };
 
 } // namespace ocio

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <tuple>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -27,7 +28,7 @@ std::optional<FileState> file_state(const std::string& path) {
     if (stat(path.c_str(), &info) != 0)
         return std::nullopt;
     if (!S_ISREG(info.st_mode))
-        throw Exception(("'" + path + "' is not a regular file").c_str());
+        throw_file_error(diagnostics::Code::FILE_NOT_REGULAR, "'" + path + "' is not a regular file", path);
     const auto age = Clock::now() - Clock::from_time_t(info.st_mtim.tv_sec) -
                      std::chrono::nanoseconds(info.st_mtim.tv_nsec);
     return FileState{info.st_dev,         info.st_ino,          info.st_size,

@@ -1,5 +1,7 @@
 #include "colorio/ocio/guarded.h"
 
+#include "colorio/ocio/error.h"
+
 namespace ocio {
 
 std::recursive_mutex& library_mutex() {
@@ -10,9 +12,11 @@ std::recursive_mutex& library_mutex() {
 void rethrow_as_ocio_exception() {
     try {
         throw;
+    } catch (const Error&) {
+        throw;
     } catch (const std::exception& error) {
         const char* text = error.what();
-        throw Exception(text && *text ? text : "the colour library failed without giving a reason");
+        throw Exception(text && *text ? text : "OpenColorIO failed without giving a reason");
     }
 }
 

@@ -33,7 +33,7 @@ struct NamedTransformFacts : EntryFacts {
 struct ViewFacts {
     std::string color_space;     ///< its own name, where the view gives a role or another name of it
     std::string family;          ///< of that space
-    std::string named_transform; ///< what stands in place of a colour space
+    std::string named_transform; ///< what stands in place of a color space
     std::string view_transform;
     std::string looks; ///< as the configuration lists them
     std::string description;

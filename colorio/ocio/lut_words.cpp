@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "colorio/ocio/csp_metadata.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/icc_counts.h"
 #include "colorio/ocio/types.h"
@@ -132,7 +133,8 @@ void require_readable_lut(const std::string& path) {
     }
     const std::string fault = find_fault(path);
     if (!fault.empty())
-        throw Exception(("'" + path + "' cannot be read as a LUT: " + fault).c_str());
+        throw_file_error(diagnostics::Code::LUT_DAMAGED, "'" + path + "' cannot be read as a LUT: " + fault,
+                         path);
     const std::lock_guard lock(known.mutex);
     known.states.insert_or_assign(path, *state);
 }

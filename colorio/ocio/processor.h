@@ -74,17 +74,17 @@ public:
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
 
-/// Whether processors made from now on may convert pixels with the project's own vector code, where that is
+/// Whether processors made from now on may convert pixels with the project's own SIMD code, where that is
 /// known to give the library's results (the default), or leave everything to the library. Without effect on
 /// the 1.x library, which does all of them itself.
 void set_fast_path(bool enabled);
 bool get_fast_path();
 
-/// Conversion between two colour spaces or roles. Throws when a name is unknown, a file is missing or
+/// Conversion between two color spaces or roles. Throws when a name is unknown, a file is missing or
 /// damaged, or the transforms of the configuration form a cycle (the message names its members).
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
                                   const char* destination);
-/// Conversion from a colour space to a view of a display.
+/// Conversion from a color space to a view of a display.
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayTransform& transform);
 /// A transform by itself, applied forwards. Throws like the others.
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform);

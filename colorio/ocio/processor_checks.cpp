@@ -3,18 +3,21 @@
 #include <string>
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/error.h"
 
 namespace ocio {
 
 void require_pixels(long width, long height, bool described) {
     if (width <= 0 || height <= 0 || !described)
-        throw Exception(
-            "a picture needs at least one pixel, three channels or more, and memory that holds them");
+        throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                    "a picture needs at least one pixel, three channels or more, and memory that holds them");
 }
 
 void require_view(const ConstConfigRcPtr& config, const char* display, const char* view) {
     if (get_display_color_space_name(config, display, view).empty())
-        throw Exception(("display '" + std::string(display) + "' has no view '" + view + "'").c_str());
+        throw_error(diagnostics::Code::VIEW_UNKNOWN,
+                    "display '" + std::string(display) + "' has no view '" + view + "'",
+                    std::string(display) + "." + view);
 }
 
 } // namespace ocio

@@ -66,13 +66,13 @@ bool is_archive(const std::string& path) {
 std::string describe_newer_profile(const std::string& path) {
     const std::optional<Version> supported = parse_version(get_version());
     if (supported && *supported < FIRST_WITH_ARCHIVES && is_archive(path))
-        return path + " is an archived OCIO config (.ocioz) and needs a newer colour library than " +
+        return path + " is an archived OCIO config (.ocioz) and needs a newer OpenColorIO than " +
                get_version() + ": 2.2 or later. Extract it, and use its config.ocio";
     const std::optional<Version> profile = read_profile_version(path);
     if (!profile || !supported || *profile <= *supported)
         return {};
     return path + " is an OCIO " + std::to_string(profile->first) + "." + std::to_string(profile->second) +
-           " configuration and needs a newer colour library than " + get_version();
+           " configuration and needs a newer OpenColorIO than " + get_version();
 }
 
 } // namespace ocio

@@ -1,5 +1,8 @@
 #include "colorio/ocio/rewritten_conversion.h"
 
+#include <set>
+#include <utility>
+
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/transform.h"
 
@@ -34,6 +37,16 @@ void rewrite_look(const ConfigRcPtr& config, const std::string& name, const Rewr
     config->addLook(look);
 }
 
+void rewrite_node(const ConfigRcPtr& config, const GraphNode& node, const RewriteTransform& rewrite,
+                  const RewriteName& rename) {
+    if (node.kind == NodeKind::COLOR_SPACE)
+        rewrite_space(config, node.name, rewrite);
+    else if (node.kind == NodeKind::LOOK)
+        rewrite_look(config, node.name, rewrite, rename);
+    else
+        rewrite_other_node(config, node, rewrite);
+}
+
 } // namespace
 
 TransformRcPtr rewrite_transform(const ConstTransformRcPtr& transform, const RewriteTransform& rewrite) {
@@ -50,13 +63,10 @@ TransformRcPtr rewrite_transform(const ConstTransformRcPtr& transform, const Rew
 Conversion rewrite_conversion(const ConfigRcPtr& config, const ConstTransformRcPtr& transform,
                               const std::vector<GraphNode>& nodes, const RewriteTransform& rewrite,
                               const RewriteName& rename) {
+    std::set<std::pair<NodeKind, std::string>> done; // a node comes once for each direction
     for (const GraphNode& node : nodes)
-        if (node.kind == NodeKind::COLOR_SPACE)
-            rewrite_space(config, node.name, rewrite);
-        else if (node.kind == NodeKind::LOOK)
-            rewrite_look(config, node.name, rewrite, rename);
-        else
-            rewrite_other_node(config, node, rewrite);
+        if (done.emplace(node.kind, node.name).second)
+            rewrite_node(config, node, rewrite, rename);
     return {config, rewrite_transform(transform, rewrite)};
 }
 

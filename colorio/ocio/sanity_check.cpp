@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/look_list.h"
 
@@ -36,7 +37,7 @@ std::string quoted(std::string_view name) {
 }
 
 [[noreturn]] void refuse(const std::string& reason) {
-    throw Exception(("The configuration fails its check: " + reason + ".").c_str());
+    throw_error(diagnostics::Code::CONFIG_INVALID, "The configuration fails its check: " + reason + ".");
 }
 
 /// The rules by which the 1.x library accepts a configuration. The 2.x check refuses more, and so
@@ -99,9 +100,9 @@ private:
     template <class DescribeOwner>
     void require_space(std::string_view name, const DescribeOwner& describe_owner) const {
         if (name.empty())
-            refuse(describe_owner() + " names no colour space");
+            refuse(describe_owner() + " names no color space");
         if (!spaces_.contains(name))
-            refuse(describe_owner() + " refers to an unknown colour space, " + quoted(name));
+            refuse(describe_owner() + " refers to an unknown color space, " + quoted(name));
     }
 
     const ConstConfigRcPtr& config_;

@@ -18,7 +18,7 @@ struct DisplayViews {
     std::vector<std::string> views; ///< shared ones included
 };
 
-/// The roles whose colour space the library tells.
+/// The roles whose color space the library tells.
 std::vector<Role> known_roles(const ConstConfigRcPtr& config);
 /// Displays and views, those included that lists of active ones hide.
 std::vector<DisplayViews> every_display(const ConstConfigRcPtr& config);

@@ -13,7 +13,7 @@ enum class NodeKind { COLOR_SPACE, LOOK, NAMED_TRANSFORM, VIEW_TRANSFORM };
 struct GraphNode {
     NodeKind kind;
     std::string name; ///< as the configuration spells it, never a role or an alias
-    bool inverse;     ///< applied backwards; always false for colour spaces, which are followed both ways
+    bool inverse;     ///< applied backwards; always false for color spaces, which are followed both ways
 
     bool operator==(const GraphNode& other) const {
         return kind == other.kind && name == other.name && inverse == other.inverse;
@@ -33,13 +33,13 @@ struct Dependencies {
 };
 
 /// The references among the transforms of a configuration, as the library follows them when it makes a
-/// processor: through both transforms of every colour space, the looks and spaces of look transforms, and the
-/// colour space, view transform and looks of views. Names that the configuration does not know are left out.
+/// processor: through both transforms of every color space, the looks and spaces of look transforms, and the
+/// color space, view transform and looks of views. Names that the configuration does not know are left out.
 class TransformGraph {
 public:
     explicit TransformGraph(const ConstConfigRcPtr& config) : config_(config) {}
 
-    /// Every node of the configuration, inactive colour spaces too; looks and the like both ways.
+    /// Every node of the configuration, inactive color spaces too; looks and the like both ways.
     std::vector<GraphNode> get_nodes() const;
 
     Dependencies dependencies_of(const GraphNode& node) const;

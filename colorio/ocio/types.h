@@ -2,7 +2,7 @@
 
 #include <OpenColorIO/OpenColorIO.h>
 
-/// The one door to the colour library. The module calls what is declared in this folder and nothing of the
+/// The one door to OpenColorIO. The module calls what is declared in this folder and nothing of the
 /// library itself; the operations bear the names of the library's 1.x interface and behave like it, whichever
 /// version stands behind them. Errors are thrown as `ocio::Exception` unless an operation says otherwise.
 namespace ocio {
@@ -41,7 +41,7 @@ using library::ROLE_REFERENCE;
 using library::ROLE_SCENE_LINEAR;
 using library::ROLE_TEXTURE_PAINT;
 
-/// Version of the colour library in use, for example "2.1.2".
+/// Version of OpenColorIO in use, for example "2.1.2".
 const char* get_version();
 
 /// Forgets every LUT, CDL and processor that the library keeps by file path, so that edited files are read

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/types.h"
 
@@ -110,7 +111,8 @@ void require_bounded_yaml(const std::string& path) {
         RepetitionCounter counter;
         parser.HandleNextDocument(counter);
     } catch (const TooManyNodes&) {
-        throw Exception(("'" + path + "' repeats itself beyond measure").c_str());
+        throw_file_error(diagnostics::Code::CONFIG_TOO_COMPLEX,
+                         "'" + path + "' repeats itself beyond measure", path);
     } catch (const YAML::Exception&) {
         return;
     }

@@ -42,11 +42,19 @@ ParserFile::ParserFile() : state(std::make_unique<State>()) {}
 
 ParserFile::~ParserFile() = default;
 
+namespace {
+
+std::string describe(const std::optional<YamlFault>& fault) {
+    return fault ? fault->describe() : std::string();
+}
+
+} // namespace
+
 bool ParserFile::read(const CoreString& path, const CoreString& required_type,
                       const CoreString& required_version) {
     auto root = std::make_unique<ParserGroup>(nullptr);
     auto text = files::read_whole(path.get_data(), MAX_FILE_SIZE);
-    std::string error = text ? read_yaml(*text, *root).value_or("") : ": " + text.get_failure().reason;
+    std::string error = text ? describe(read_yaml(*text, *root)) : ": " + text.get_failure().reason;
     if (error.empty())
         error = check_entry(*root, TYPE_ENTRY, required_type);
     if (error.empty())

@@ -114,14 +114,17 @@ private:
 
 } // namespace
 
-std::optional<std::string> read_yaml(std::string_view text, ParserGroup& group) {
+std::string YamlFault::describe() const {
+    const std::string place = line ? ":" + std::to_string(line) + ":" + std::to_string(column) : "";
+    return place + ": " + reason;
+}
+
+std::optional<YamlFault> read_yaml(std::string_view text, ParserGroup& group) {
     try {
         if (const YamlNodePtr root = read_yaml_tree(text))
             GroupFiller().fill_root(group, *root);
         return std::nullopt;
     } catch (const YamlError& error) {
-        const std::string place =
-            error.line ? ":" + std::to_string(error.line) + ":" + std::to_string(error.column) : "";
-        return place + ": " + error.what();
+        return YamlFault{error.line, error.line ? error.column : 0, error.what()};
     }
 }

@@ -28,7 +28,7 @@ TEST_F(MappingFile, AnswersLookUpsByExtension) {
     EXPECT_EQ(str(detection->get_extension_from_file_format("Scans")), "dpx,cin");
 }
 
-TEST_F(MappingFile, WithoutADefaultGroupGainsOneInTheApplicationsDefaultColourSpace) {
+TEST_F(MappingFile, WithoutADefaultGroupGainsOneInTheApplicationsDefaultColorSpace) {
     app.default_color_space_name = "Tavelion|Cineon";
     point_application_at("Open EXR: {extensions: exr, color_space: Tavelion|linear}\n");
     detection->use_file_config(true);
@@ -71,7 +71,7 @@ TEST_F(MappingFile, KnowsItsDefaultGroupByExactName) {
     EXPECT_THAT(formats(), ElementsAre("Default", "default"));
 }
 
-TEST_F(MappingFile, PassesOverGroupsThatLackExtensionsOrColourSpace) {
+TEST_F(MappingFile, PassesOverGroupsThatLackExtensionsOrColorSpace) {
     point_application_at(R"(
 No space: {extensions: a}
 No extensions: {color_space: Tavelion|linear}

@@ -58,7 +58,7 @@ protected:
         return str(detection.get_default_color_space_from_file_format(format));
     }
 
-    ParserEntry entry{"colour management"};
+    ParserEntry entry{"color management"};
     ColorIOAutoDetection detection{&app};
 };
 
@@ -115,7 +115,7 @@ TEST_F(FormatPreferences, LoadFromAnEmptyGroupWithoutChangingAnything) {
     EXPECT_EQ(detection.get_categories_count(), 9u);
 }
 
-TEST_F(FormatPreferences, ReplaceTheExtensionsAndColourSpaceOfAKnownFormat) {
+TEST_F(FormatPreferences, ReplaceTheExtensionsAndColorSpaceOfAKnownFormat) {
     add_row({"Png", "png, apng", "linear"});
     EXPECT_TRUE(detection.load_config(&entry));
     EXPECT_EQ(detection.get_categories_count(), 9u);
@@ -188,7 +188,7 @@ TEST_F(FormatPreferences, SavedAndLoadedGiveTheSameTable) {
 
     ColorIOAutoDetection restored(&app);
     EXPECT_TRUE(restored.load_config(&entry));
-    ParserEntry again("colour management");
+    ParserEntry again("color management");
     ASSERT_TRUE(restored.save_config(&again));
     EXPECT_EQ(stored_rows(again), stored_rows(entry));
     EXPECT_EQ(stored_rows(again)[8], (Row{"Dpx", "dpx", "Film|log"}));
@@ -197,7 +197,7 @@ TEST_F(FormatPreferences, SavedAndLoadedGiveTheSameTable) {
 TEST_F(FormatPreferences, RaiseNoEvents) {
     add_row({"Png", "png", "linear"});
     detection.load_config(&entry);
-    ParserEntry saved("colour management");
+    ParserEntry saved("color management");
     detection.save_config(&saved);
     EXPECT_THAT(take_events(), IsEmpty());
 }

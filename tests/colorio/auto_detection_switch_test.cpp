@@ -42,7 +42,7 @@ TEST_F(MappingFile, ThatCannotBeUsedRaisesNoEventAndChecksNothing) {
     want_mapping(path_of("absent.yaml"));
     detection->use_file_config(true);
     EXPECT_THAT(take_events(), IsEmpty());
-    EXPECT_EQ(take_log().size(), 1u) << "only the file is reported, not the colour spaces the rows lack";
+    EXPECT_EQ(take_log().size(), 1u) << "only the file is reported, not the color spaces the rows lack";
 }
 
 TEST_F(MappingFile, OnceReadStaysInUseWhenThePathIsEmptied) {
@@ -136,7 +136,7 @@ TEST_F(MappingFile, IsWantedForAnyFlagButZero) {
 
 // Validation
 
-TEST_F(MappingFile, WithKnownColourSpacesPassesTheCheckInSilence) {
+TEST_F(MappingFile, WithKnownColorSpacesPassesTheCheckInSilence) {
     EXPECT_TRUE(detection->check_mappings());
     point_application_at(TWO_FORMATS_AND_DEFAULT);
     detection->use_file_config(true);
@@ -144,7 +144,7 @@ TEST_F(MappingFile, WithKnownColourSpacesPassesTheCheckInSilence) {
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
-TEST_F(MappingFile, OfOneUnknownColourSpaceInThreeRowsNamesItOnce) {
+TEST_F(MappingFile, OfOneUnknownColorSpaceInThreeRowsNamesItOnce) {
     point_application_at(R"(
 A: {extensions: a, color_space: Film|log}
 B: {extensions: b, color_space: Film|log}
@@ -152,7 +152,7 @@ C: {extensions: c, color_space: Film|log}
 default: {extensions: Other, color_space: Tavelion|sRGB}
 )");
     detection->use_file_config(true);
-    EXPECT_TRUE(detection->is_file_config()) << "an unknown colour space is reported, and used";
+    EXPECT_TRUE(detection->is_file_config()) << "an unknown color space is reported, and used";
     EXPECT_THAT(
         take_log(),
         ElementsAre(warning("Color Management: found 1 unknown color space(s) assigned to 3 file format "
@@ -165,7 +165,7 @@ default: {extensions: Other, color_space: Tavelion|sRGB}
     EXPECT_FALSE(detection->check_mappings());
 }
 
-TEST_F(MappingFile, NamesUnknownColourSpacesInTheOrderOfTheirRows) {
+TEST_F(MappingFile, NamesUnknownColorSpacesInTheOrderOfTheirRows) {
     point_application_at(R"(
 A: {extensions: a, color_space: zeta}
 B: {extensions: b, color_space: alpha}

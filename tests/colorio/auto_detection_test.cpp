@@ -56,7 +56,7 @@ TEST_F(FormatCategories, CarryTheirExtensionsAsShownToPeople) {
     EXPECT_EQ(extensions("default"), "Other");
 }
 
-TEST_F(FormatCategories, CarryFullColourSpaceNames) {
+TEST_F(FormatCategories, CarryFullColorSpaceNames) {
     for (const char* linear : {"Open EXR", "Tx", "HDR"})
         EXPECT_EQ(space(linear), "Tavelion|linear") << linear;
     for (const char* display : {"Jpeg", "Bitmap", "Targa", "Png", "Tiff", "default"})
@@ -141,7 +141,7 @@ TEST_F(FormatCategories, AreFoundByExtensionInAnyLetterCase) {
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
-TEST_F(FormatCategories, GiveAnUnlistedExtensionTheDefaultRowsColourSpace) {
+TEST_F(FormatCategories, GiveAnUnlistedExtensionTheDefaultRowsColorSpace) {
     EXPECT_EQ(lookup("psd"), "Tavelion|sRGB");
     EXPECT_EQ(lookup(""), "Tavelion|sRGB");
     detection.set_default_color_space_from_file_format(8, "Cineon");
@@ -236,7 +236,7 @@ TEST_F(FormatCategories, TakeANewRowInFrontOfTheLast) {
     EXPECT_EQ(lookup("CIN"), "Tavelion|Cineon");
 }
 
-TEST_F(FormatCategories, StoreTheColourSpaceOfANewRowAsGiven) {
+TEST_F(FormatCategories, StoreTheColorSpaceOfANewRowAsGiven) {
     detection.add_file_format("Dpx", "dpx", "Cineon");
     EXPECT_EQ(space("Dpx"), "Cineon");
 }
@@ -311,7 +311,7 @@ TEST_F(FormatCategories, ReportExtensionsForTheNotFoundIndex) {
                 ElementsAre(error("Can't set extensions from category: can't find the category.\n")));
 }
 
-TEST_F(FormatCategories, TakeANewColourSpaceByItsFullName) {
+TEST_F(FormatCategories, TakeANewColorSpaceByItsFullName) {
     detection.set_default_color_space_from_file_format(1, "linear");
     EXPECT_EQ(space("Jpeg"), "Tavelion|linear");
     detection.set_default_color_space_from_file_format(1, "Tavelion|Cineon");
@@ -321,13 +321,13 @@ TEST_F(FormatCategories, TakeANewColourSpaceByItsFullName) {
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
-TEST_F(FormatCategories, ReportAColourSpaceForTheNotFoundIndex) {
+TEST_F(FormatCategories, ReportAColorSpaceForTheNotFoundIndex) {
     detection.set_default_color_space_from_file_format(NOT_FOUND, "linear");
     EXPECT_THAT(take_log(),
                 ElementsAre(error("Can't set color space from category: can't find the category.\n")));
 }
 
-TEST_F(FormatCategories, MakeTheFacadeWhenAColourSpaceIsSet) {
+TEST_F(FormatCategories, MakeTheFacadeWhenAColorSpaceIsSet) {
     forget_facade();
     ASSERT_EQ(ColorIO::s_singleton, nullptr);
     detection.set_default_color_space_from_file_format(1, "linear");

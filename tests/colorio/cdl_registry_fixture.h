@@ -41,7 +41,7 @@ protected:
         app.raise_event(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
     }
 
-    /// Red of the grey that the CDL of that name makes of `value`.
+    /// Red of the gray that the CDL of that name makes of `value`.
     float grade(const char* name, float value) {
         EXPECT_TRUE(converter->configure_CDL("No CDL", name)) << name;
         return convert(value, value, value)[0];

@@ -42,7 +42,7 @@ inline double linear_to_cineon(double linear) {
 
 using Rgb = std::array<double, 3>;
 
-/// ASC CDL v1.2 for colours whose every intermediate value lies in [0, 1]: no clamp comes into play there.
+/// ASC CDL v1.2 for colors whose every intermediate value lies in [0, 1]: no clamp comes into play there.
 struct Cdl {
     Rgb slope = {1, 1, 1};
     Rgb offset = {0, 0, 0};

@@ -134,7 +134,7 @@ TEST_F(Conversion, OfABufferIsRefusedUnlessThereIsSomethingToDo) {
     EXPECT_EQ(buffer, untouched);
 }
 
-TEST_F(Conversion, OfABufferWithFewerThanThreeChannelsThrowsTheColourLibrarysError) {
+TEST_F(Conversion, OfABufferWithFewerThanThreeChannelsThrowsTheColorLibrarysError) {
     ASSERT_TRUE(converter->configure("sRGB", "linear"));
     for (unsigned int channels : {0u, 1u, 2u}) {
         std::vector<float> buffer(24, 0.5f);
@@ -196,7 +196,7 @@ TEST_F(Conversion, OfPlanesIsRefusedUnlessThereIsSomethingToDo) {
 
 // Names and constants
 
-TEST_F(Conversion, NamesAColourSpaceThatTheMenuHolds) {
+TEST_F(Conversion, NamesAColorSpaceThatTheMenuHolds) {
     EXPECT_EQ(str(converter->get_color_space("Tavelion|sRGB")), "Tavelion|sRGB");
     EXPECT_EQ(str(converter->get_color_space("Tavelion|linear")), "Tavelion|linear");
     for (const char* name : {"sRGB", "linear", "Tavelion|srgb", "tavelion|sRGB", "no such space", ""})

@@ -76,13 +76,13 @@ TEST_F(ConverterCdlConfiguration, TakesNamesAsTheyAre) {
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
-TEST_F(ConverterCdlConfiguration, ReportsASourceThatOnlyTheColourLibraryKnows) {
+TEST_F(ConverterCdlConfiguration, ReportsASourceThatOnlyTheColorLibraryKnows) {
     EXPECT_FALSE(converter->configure_CDL("DOUBLE", "half"));
     EXPECT_EQ(flags(), Flags::UNCONFIGURED);
     EXPECT_THAT(take_log(), ElementsAre(no_source("DOUBLE")));
 }
 
-TEST_F(ConverterCdlConfiguration, ReportsADestinationThatOnlyTheColourLibraryKnows) {
+TEST_F(ConverterCdlConfiguration, ReportsADestinationThatOnlyTheColorLibraryKnows) {
     ASSERT_TRUE(converter->configure_CDL("No CDL", "double"));
     EXPECT_FALSE(converter->configure_CDL("half", "Double"));
     EXPECT_EQ(flags(), Flags::UNCONFIGURED);
@@ -124,7 +124,7 @@ TEST_F(ConverterCdlConfiguration, ReportsAMissingDestinationBesideALocalSource) 
     EXPECT_THAT(take_log(), ElementsAre(no_destination("HALF")));
 }
 
-TEST_F(ConverterCdlConfiguration, ReportsWhatTheColourLibraryThrowsAsAWarning) {
+TEST_F(ConverterCdlConfiguration, ReportsWhatTheColorLibraryThrowsAsAWarning) {
     use_cdls({cdl_record("flat", {{1, 1, 1}, {0, 0, 0}, {0, 0, 0}})});
     ASSERT_TRUE(converter->configure("sRGB", "linear"));
     EXPECT_FALSE(converter->configure_CDL("flat", "No CDL"));

@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(ConverterDisplayConfiguration, ShowsAColourSpaceInAView) {
+TEST_F(ConverterDisplayConfiguration, ShowsAColorSpaceInAView) {
     EXPECT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
     EXPECT_EQ(flags(), Flags::ENABLED);
     EXPECT_THAT(convert(1, 0.5f, -2), ElementsAre(0.5f, 0.25f, -1));
@@ -56,7 +56,7 @@ TEST_F(ConverterDisplayConfiguration, WithAnEmptyNameIsAPassThrough) {
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
-TEST_F(ConverterDisplayConfiguration, OfTheViewsOwnColourSpaceIsAConversion) {
+TEST_F(ConverterDisplayConfiguration, OfTheViewsOwnColorSpaceIsAConversion) {
     EXPECT_TRUE(converter->configure_for_display("film", "Monitor", "Film"));
     EXPECT_EQ(flags(), Flags::ENABLED);
     EXPECT_THAT(convert(0.25f, -3, 17), ElementsAre(0.25f, -3, 17));
@@ -74,7 +74,7 @@ TEST_F(ConverterDisplayConfiguration, OfAMissingInputDoesNotReportTheDisplayToo)
     EXPECT_THAT(take_log(), ElementsAre(no_source_space("log")));
 }
 
-TEST_F(ConverterDisplayConfiguration, ReportsADisplayThatTheColourLibraryDoesNotKnow) {
+TEST_F(ConverterDisplayConfiguration, ReportsADisplayThatTheColorLibraryDoesNotKnow) {
     ASSERT_TRUE(converter->configure_for_display("lin", "Monitor", "Film"));
     EXPECT_FALSE(converter->configure_for_display("Any|lin", "Projector", "Film"));
     EXPECT_EQ(flags(), Flags::UNCONFIGURED);
@@ -85,7 +85,7 @@ TEST_F(ConverterDisplayConfiguration, ReportsADisplayThatTheColourLibraryDoesNot
                     OcioExceptionAt(LOG_ERROR)));
 }
 
-TEST_F(ConverterDisplayConfiguration, ReportsAViewThatTheColourLibraryDoesNotKnow) {
+TEST_F(ConverterDisplayConfiguration, ReportsAViewThatTheColorLibraryDoesNotKnow) {
     EXPECT_FALSE(converter->configure_for_display("lin", "Monitor", "Raw"));
     EXPECT_EQ(flags(), Flags::UNCONFIGURED);
     EXPECT_THAT(take_log(), ElementsAre(failure("lin", "Monitor", "Raw"), OcioExceptionAt(LOG_ERROR)));

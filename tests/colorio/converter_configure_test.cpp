@@ -32,14 +32,14 @@ std::string config_with_broken_space() {
 
 class ConverterConfiguration : public ConverterTest {};
 
-// Between colour spaces
+// Between color spaces
 
 TEST_F(ConverterConfiguration, IsMissingFromAFreshConverter) {
     EXPECT_FALSE(converter->is_configured());
     EXPECT_FALSE(converter->is_enabled());
 }
 
-TEST_F(ConverterConfiguration, OfTwoKnownColourSpacesEnables) {
+TEST_F(ConverterConfiguration, OfTwoKnownColorSpacesEnables) {
     EXPECT_TRUE(converter->configure("sRGB", "linear"));
     EXPECT_EQ(flags(), Flags::ENABLED);
     EXPECT_THAT(take_log(), IsEmpty());
@@ -144,7 +144,7 @@ TEST_F(ConverterConfiguration, AfterAPassThroughEnablesAgain) {
     EXPECT_THAT(convert(1, 1, 1)[0], FloatNear(1, 2e-6f));
 }
 
-TEST_F(ConverterConfiguration, ReportsWhatTheColourLibraryThrows) {
+TEST_F(ConverterConfiguration, ReportsWhatTheColorLibraryThrows) {
     use_config(config_with_broken_space());
     take_log();
     ASSERT_TRUE(converter->configure("lin", "film"));

@@ -73,7 +73,7 @@ protected:
     }
 };
 
-TEST_P(PlanesThroughTheFacade, AreRefusedWithoutAColourPlaneOrASize) {
+TEST_P(PlanesThroughTheFacade, AreRefusedWithoutAColorPlaneOrASize) {
     use_cdls({cdl_record("warm", WARM)});
     std::vector<float> plane(4, 0.5f);
     EXPECT_FALSE(convert(nullptr, plane.data(), plane.data(), 2, 2));
@@ -91,7 +91,7 @@ TEST_P(PlanesThroughTheFacade, AreRefusedWithoutAColourPlaneOrASize) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Conversion, PlanesThroughTheFacade, testing::Bool(),
-                         [](const auto& kind) { return kind.param ? "OfCdls" : "OfColourSpaces"; });
+                         [](const auto& kind) { return kind.param ? "OfCdls" : "OfColorSpaces"; });
 
 TEST_F(FacadeConversion, OfCdlsRunsFromTheSecondNameToTheFirst) {
     use_cdls({cdl_record("warm", WARM), cdl_record("cool", COOL)});

@@ -19,7 +19,7 @@ protected:
     void TearDown() override;
 
     Flags flags() const { return flags_of(*converter); }
-    /// The colour as the converter converts it; alpha must stay.
+    /// The color as the converter converts it; alpha must stay.
     std::vector<float> convert(float r, float g, float b, float a = 1) const;
 
     /// Makes "No CDL" and these the module's CDLs.
@@ -31,7 +31,7 @@ protected:
 /// Record of a custom CDL of those values.
 ColorIOManager::ColorDecisionListDef cdl_record(const char* name, const formula::Cdl& values);
 
-/// The warning about a source colour space that is not published.
+/// The warning about a source color space that is not published.
 LogLine no_source_space(const std::string& name);
 
 /// Equal within 2e-6, absolute or relative.

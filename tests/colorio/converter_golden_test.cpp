@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The module's conversions beside what the 1.x library made of the same colours.
+/// The module's conversions beside what the 1.x library made of the same colors.
 class RecordedValues : public ConverterTest {
 protected:
     void expect_recorded(const golden::Pair& pair) {

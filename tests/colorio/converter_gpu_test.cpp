@@ -24,7 +24,7 @@ constexpr GlslVersion CORE = ColorIOConverter::GLSL_VERSION_CORE;
 constexpr unsigned int EDGE = 32;
 constexpr unsigned int FLOAT_COUNT = 98304;
 
-/// How a colour space's values are laid along an axis of the table: [0, 1] to value and back.
+/// How a color space's values are laid along an axis of the table: [0, 1] to value and back.
 struct Axis {
     double (*value_at)(double position);
     double (*position_of)(double value);
@@ -66,7 +66,7 @@ const BuiltInPair BUILT_IN_PAIRS[] = {
     {"LinearToCineon", "linear", "Cineon", LG2, formula::linear_to_cineon},
 };
 
-/// Pixels over and around the range that a colour space's values have.
+/// Pixels over and around the range that a color space's values have.
 std::vector<ShaderEvaluator::Pixel> probe_pixels(const Axis& axis) {
     std::vector<ShaderEvaluator::Pixel> pixels;
     for (int i = -5; i <= 105; ++i)

@@ -34,7 +34,7 @@ protected:
     static double same(double value) { return value; }
 };
 
-// Built-in colour spaces
+// Built-in color spaces
 
 TEST_F(ConvertedValues, OfSrgbToLinearFollowsItsDecodingCurve) {
     expect_curve("sRGB", "linear", -0.125, 1.125, formula::srgb_to_linear, same);
@@ -77,7 +77,7 @@ TEST_F(ConvertedValues, OfCineonMapsBlackTo0AndWhiteTo1) {
     EXPECT_TRUE(is_near(converted[1], 1));
 }
 
-TEST_F(ConvertedValues, ThereAndBackGivesTheSameColours) {
+TEST_F(ConvertedValues, ThereAndBackGivesTheSameColors) {
     ColorIOConverter back;
     ASSERT_TRUE(converter->configure("sRGB", "Cineon"));
     ASSERT_TRUE(back.configure("Cineon", "sRGB"));
@@ -93,9 +93,9 @@ TEST_F(ConvertedValues, ThereAndBackGivesTheSameColours) {
 
 const formula::Cdl WARM = {{1.1, 1.0, 0.8}, {0.02, 0.01, 0.05}, {1.2, 0.9, 1.1}, 0.8};
 const formula::Cdl COOL = {{0.7, 0.8, 0.9}, {0.05, 0.04, 0.06}, {0.9, 1.1, 1.3}, 1.2};
-/// Colours whose every intermediate value stays within [0, 1] for the two CDLs above.
-const formula::Rgb MID_COLOURS[] = {{0.2, 0.3, 0.4},   {0.5, 0.5, 0.5},  {0.6, 0.4, 0.5},
-                                    {0.35, 0.45, 0.4}, {0.7, 0.65, 0.6}, {0.3, 0.32, 0.28}};
+/// Colors whose every intermediate value stays within [0, 1] for the two CDLs above.
+const formula::Rgb MID_COLORS[] = {{0.2, 0.3, 0.4},   {0.5, 0.5, 0.5},  {0.6, 0.4, 0.5},
+                                   {0.35, 0.45, 0.4}, {0.7, 0.65, 0.6}, {0.3, 0.32, 0.28}};
 
 class CdlConversion : public ConverterTest {
 protected:
@@ -106,12 +106,12 @@ protected:
     void expect_conversion(const char* source, const char* destination,
                            const std::function<formula::Rgb(const formula::Rgb&)>& expected) {
         ASSERT_TRUE(converter->configure_CDL(source, destination));
-        for (const formula::Rgb& color : MID_COLOURS) {
+        for (const formula::Rgb& color : MID_COLORS) {
             const std::vector<float> converted = convert(
                 static_cast<float>(color[0]), static_cast<float>(color[1]), static_cast<float>(color[2]));
             for (int i = 0; i < 3; ++i)
                 EXPECT_TRUE(is_near(converted[i], expected(color)[i]))
-                    << source << " to " << destination << ", colour " << color[0] << ", channel " << i;
+                    << source << " to " << destination << ", color " << color[0] << ", channel " << i;
         }
     }
 };

@@ -5,7 +5,7 @@
 #include "colorio/color_io_manager.h"
 #include "colorio/ocio/types.h"
 
-// Small inputs for custom colour spaces and CDLs.
+// Small inputs for custom color spaces and CDLs.
 
 /// A .spi1d table of two entries: `from` to `to` become `from` * `factor` to `to` * `factor`.
 inline std::string lut_text(double factor, double from = -64, double to = 64) {
@@ -31,7 +31,7 @@ inline std::string collection_text(const std::string& corrections) {
            corrections + "</ColorCorrectionCollection>\n";
 }
 
-/// Record of a custom colour space: 32-bit floats, uniform allocation of [-1, 3].
+/// Record of a custom color space: 32-bit floats, uniform allocation of [-1, 3].
 inline ColorIOManager::ColorSpaceDef space_record(const std::string& name, const std::string& lut_file,
                                                   const std::string& cdl_file = "",
                                                   const std::string& cccid = "") {

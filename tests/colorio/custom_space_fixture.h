@@ -19,7 +19,7 @@ inline std::vector<std::string> record_names() {
     return names;
 }
 
-/// The running module's custom colour spaces.
+/// The running module's custom color spaces.
 class CustomSpaces : public ConverterTest {
 protected:
     ColorIOManager& manager() { return *ColorIOManager::get_instance(); }
@@ -37,7 +37,7 @@ protected:
     std::vector<std::string> spaces() { return strings(manager().get_color_space_names()); }
     std::vector<std::string> views() { return strings(manager().get_display_view_names()); }
 
-    /// Red of the converted grey.
+    /// Red of the converted gray.
     float convert_grey(const char* source, const char* destination, float value) {
         EXPECT_TRUE(converter->configure(source, destination));
         return convert(value, value, value)[0];

@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Bit depth and allocation of the colour spaces that records become.
+/// Bit depth and allocation of the color spaces that records become.
 class CustomSpaceParameters : public CustomSpaces {
 protected:
     static SpaceDef with_parameters(SpaceDef record, ocio::Allocation allocation) {

@@ -191,9 +191,9 @@ TEST_F(CustomSpaces, OfADamagedLutAreMadeAndFailWhenTheyAreConverted) {
                     OcioExceptionAt(LOG_ERROR)));
 }
 
-TEST_F(CustomSpaces, OfNamesThatTheColourLibraryMightRefuseLeaveTheOthersAlone) {
+TEST_F(CustomSpaces, OfNamesThatTheColorLibraryMightRefuseLeaveTheOthersAlone) {
     const std::string lut = write_lut("two.spi1d", 2);
-    edit({space_record("", lut), space_record("50% grey", lut), space_record("good", lut)});
+    edit({space_record("", lut), space_record("50% gray", lut), space_record("good", lut)});
     EXPECT_THAT(spaces(), Contains("good"));
     EXPECT_FLOAT_EQ(convert_grey("linear", "good", 0.25f), 0.5f);
 }

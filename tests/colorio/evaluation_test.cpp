@@ -15,9 +15,9 @@ class Evaluation : public ConverterTest {
 protected:
     ~Evaluation() override { ColorIOEvaluation::set_vector_code(true); }
 
-    ColorIOEvaluation::Explanation explain(float grey = 0) const {
+    ColorIOEvaluation::Explanation explain(float gray = 0) const {
         ColorIOEvaluation::Explanation how;
-        EXPECT_TRUE(ColorIOEvaluation::explain(*converter, {grey, grey, grey, 1}, how));
+        EXPECT_TRUE(ColorIOEvaluation::explain(*converter, {gray, gray, gray, 1}, how));
         return how;
     }
 };

@@ -64,7 +64,7 @@ TEST_F(ActiveConfig, TellsItsOwnRolesFromThoseThatTheModuleFills) {
     EXPECT_TRUE(ColorIOInspection::has_role("scene_linear"));
     EXPECT_FALSE(ColorIOInspection::has_role("matte_paint"));
     EXPECT_FALSE(str(ColorIO::get_role_color_space(ColorIOManager::MATTE_PAINT)).empty());
-    EXPECT_FALSE(ColorIOInspection::has_role("gamma")) << "a colour space";
+    EXPECT_FALSE(ColorIOInspection::has_role("gamma")) << "a color space";
 }
 
 TEST_F(ActiveConfig, TellsWhatLeadsToAView) {

@@ -36,7 +36,7 @@ protected:
     }
 };
 
-// Built-in colour spaces
+// Built-in color spaces
 
 TEST_F(LegacyNames, AreTheThreeBuiltInNames) {
     EXPECT_TRUE(is_legacy("linear"));
@@ -83,7 +83,7 @@ TEST_F(LegacyNames, AreRecognisedWhateverConfigurationIsActive) {
     EXPECT_EQ(builtin("Any|Cineon"), "Tavelion|Cineon");
 }
 
-// Display colour spaces of widgets
+// Display color spaces of widgets
 
 TEST_F(LegacyNames, OfWidgetsBecomeViewsOfTheBuiltInDisplay) {
     EXPECT_EQ(widget("sRGB"), "Tavelion.sRGB");
@@ -109,7 +109,7 @@ TEST_F(LegacyNames, OfWidgetsBecomeEmptyUnlessTheBuiltInConfigurationIsActive) {
     EXPECT_EQ(widget("sRGB"), "Tavelion.sRGB");
 }
 
-// Display colour spaces of preferences
+// Display color spaces of preferences
 
 TEST_F(LegacyNames, OfPreferencesTurnTheirFamilyIntoTheDisplay) {
     EXPECT_EQ(preferences("Tavelion|sRGB"), "Tavelion.sRGB");
@@ -142,7 +142,7 @@ TEST_F(LegacyNames, OfPreferencesTurnLinearIntoTheBuiltInDisplaysViewEvenWhenItI
     EXPECT_EQ(preferences("linear"), "Tavelion.linear");
 }
 
-TEST_F(LegacyNames, OfPreferencesFindTheViewThatShowsTheirColourSpace) {
+TEST_F(LegacyNames, OfPreferencesFindTheViewThatShowsTheirColorSpace) {
     EXPECT_EQ(preferences("Tavelion|linear"), "Tavelion.linear");
     EXPECT_EQ(preferences("Any|linear"), "Tavelion.linear") << "the family plays no part";
     use_config_quietly(CONFIG_WITHOUT_FAMILIES);
@@ -164,7 +164,7 @@ TEST_F(LegacyNames, OfPreferencesPreferTheFirstViewOfTheDefaultDisplay) {
     EXPECT_EQ(preferences("video"), "B cinema.Video") << "the other displays follow in order";
 }
 
-TEST_F(LegacyNames, OfPreferencesBecomeEmptyWhenNoViewShowsTheirColourSpace) {
+TEST_F(LegacyNames, OfPreferencesBecomeEmptyWhenNoViewShowsTheirColorSpace) {
     EXPECT_EQ(preferences("Linear"), "") << "names are compared exactly";
     EXPECT_EQ(preferences("film"), "");
     EXPECT_EQ(preferences(""), "");

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// Where a test depends on the colour library behind the door, for a reason of the library. Everything else
+/// Where a test depends on OpenColorIO behind the door, for a reason of the library. Everything else
 /// has to hold on every version.
 namespace library_differences {
 

@@ -121,7 +121,7 @@ TEST_F(LocalCdl, GivesWayToACustomRecordBehindTheBuiltInOneThatItOverwrites) {
     EXPECT_EQ(grade("warm"), 0.25f);
 }
 
-/// The colour spaces that lists and local CDLs leave behind when every local CDL has the whole list added
+/// The color spaces that lists and local CDLs leave behind when every local CDL has the whole list added
 /// again: by name in lower case, the factor of each.
 class WholeCopies {
 public:

@@ -3,7 +3,7 @@
 #include "colorio/ocio/config.h"
 #include "tests/colorio/manager_fixture.h"
 
-// What the active built-in configuration holds, seen through the colour library.
+// What the active built-in configuration holds, seen through OpenColorIO.
 
 using ManagerBuiltinConfig = ManagerTest;
 

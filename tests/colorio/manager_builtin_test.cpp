@@ -273,12 +273,12 @@ TEST_F(ManagerBuiltinConfig, DisplaySpacesAreReadThroughTheirTables) {
     ASSERT_TRUE(from_srgb.configure("sRGB", "linear"));
     ASSERT_TRUE(from_cineon.configure("Cineon", "linear"));
 
-    GMathVec4<float> grey(0.5f, 0.04f, 1.0f, 0.25f);
-    EXPECT_TRUE(from_srgb.convert_pixel(grey));
-    EXPECT_NEAR(grey[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
-    EXPECT_NEAR(grey[1], 0.04 / 12.92, 1e-6);
-    EXPECT_NEAR(grey[2], 1.0, 1e-6);
-    EXPECT_EQ(grey[3], 0.25f);
+    GMathVec4<float> gray(0.5f, 0.04f, 1.0f, 0.25f);
+    EXPECT_TRUE(from_srgb.convert_pixel(gray));
+    EXPECT_NEAR(gray[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
+    EXPECT_NEAR(gray[1], 0.04 / 12.92, 1e-6);
+    EXPECT_NEAR(gray[2], 1.0, 1e-6);
+    EXPECT_EQ(gray[3], 0.25f);
 
     GMathVec4<float> film(95.0f / 1023, 685.0f / 1023, 445.0f / 1023, 1.0f);
     EXPECT_TRUE(from_cineon.convert_pixel(film));
@@ -317,9 +317,9 @@ TEST_F(ManagerBuiltinConfig, TheProgramsLocaleChangesNeitherTheTablesNorTheConve
     const std::string header = "Version 1\nFrom -0.125 1.125\nLength 4101\n";
     EXPECT_EQ(folder.read("srgb.spi1d").substr(0, header.size()), header);
     ASSERT_TRUE(configured);
-    GMathVec4<float> grey(0.5f, 0.5f, 0.5f, 1.0f);
-    EXPECT_TRUE(converter.convert_pixel(grey));
-    EXPECT_NEAR(grey[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
+    GMathVec4<float> gray(0.5f, 0.5f, 0.5f, 1.0f);
+    EXPECT_TRUE(converter.convert_pixel(gray));
+    EXPECT_NEAR(gray[0], std::pow((0.5 + 0.055) / 1.055, 2.4), 1e-6);
 }
 
 // A space whose table was never written is defined all the same; using it is what fails.

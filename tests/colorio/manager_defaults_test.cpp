@@ -88,7 +88,7 @@ TEST_F(ManagerSceneLinear, IsMadeInMemoryOnly) {
     EXPECT_EQ(folder.read("config.ocio"), text);
 }
 
-// A candidate's name is compared exactly, but the colour library takes the new space for the same one.
+// A candidate's name is compared exactly, but OpenColorIO takes the new space for the same one.
 TEST_F(ManagerSceneLinear, IsMadeInPlaceOfASpaceThatDiffersInCaseOnly) {
     log.set_level(3);
     load(config_text({{"", "Linear"}, {"", "log"}}, LOG_VIEW));
@@ -238,7 +238,7 @@ TEST_F(ManagerSceneLinear, CanBeTheBuiltInOneWhileAFileIsActive) {
     EXPECT_FALSE(manager.is_using_tavelion_config());
 }
 
-// The default colour space
+// The default color space
 
 TEST_F(ManagerDefaultName, IsTheApplicationsWhenTheActiveConfigurationHasIt) {
     EXPECT_EQ(default_name_for("Cineon"), "Cineon");

@@ -81,7 +81,7 @@ inline constexpr char EXTENSION_EVENT[] = "EVT_ID_COLORIO_COLOR_SPACE_BY_EXTENSI
 
 using LogLine = RecordingLog::Line;
 
-/// The colour library's own words, logged at `level`.
+/// OpenColorIO's own words, logged at `level`.
 MATCHER_P(OcioExceptionAt, level, "") {
     const std::string prefix = "OCIO exception: ";
     return arg.level == static_cast<unsigned int>(level) && arg.text.compare(0, prefix.size(), prefix) == 0 &&
@@ -113,7 +113,7 @@ std::string config_text(const std::vector<SpaceText>& spaces, const std::vector<
                         const std::vector<RoleText>& roles = {});
 
 /// Gives each test a module as it is after loading: no singletons, strings at their initial values, no
-/// variable of the colour library in the environment.
+/// variable of OpenColorIO in the environment.
 class ManagerTest : public testing::Test {
 protected:
     ManagerTest();

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using ManagerSpaceLookUp = ManagerNames;
 using ManagerViewLookUp = ManagerNames;
 
-// Colour spaces by name and position
+// Color spaces by name and position
 
 TEST_F(ManagerSpaceLookUp, ASpaceExistsOnlyUnderItsExactLabel) {
     publish({{"Camera", "log"}, {"", "lin"}}, {{"Monitor", "Film", "lin"}});
@@ -190,7 +190,7 @@ TEST_F(ManagerViewLookUp, UnknownLabelsAreNotTakenApart) {
     EXPECT_FALSE(manager.get_display_view("", display, view));
 }
 
-// The view is in the configuration, but its label is a colour space's, so it was not published.
+// The view is in the configuration, but its label is a color space's, so it was not published.
 TEST_F(ManagerViewLookUp, AViewThatWasDroppedAsADuplicateIsNotTakenApart) {
     publish({{"", "lin"}, {"", "Monitor.Film"}}, {{"Monitor", "Film", "lin"}});
     CoreString display, view;

@@ -35,7 +35,7 @@ protected:
         app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED);
     }
 
-    /// The table in force: format, extensions, colour space per row.
+    /// The table in force: format, extensions, color space per row.
     std::vector<Row> rows() const {
         std::vector<Row> table;
         for (unsigned int i = 0; i < detection->get_categories_count(); ++i)

@@ -80,5 +80,5 @@ protected:
     }
 
     const std::vector<double> IDENTITY = {1, 1, 1, 0, 0, 0, 1, 1, 1, 1};
-    ParserEntry entry{"colour management"};
+    ParserEntry entry{"color management"};
 };

@@ -30,7 +30,7 @@ LogLine error(const std::string& text);
 LogLine warning(const std::string& text);
 LogLine information(const std::string& text);
 
-/// A configuration of four colour spaces without families: "lin" (scene_linear), "film", "video" and "data";
+/// A configuration of four color spaces without families: "lin" (scene_linear), "film", "video" and "data";
 /// "film" is "lin" times 0.5, "video" is "lin" to the power of 1 / 2. Displays "Monitor" with the views
 /// "Film" and "Video.v2", "Cinema" with the view "Film".
 extern const char CONFIG_WITHOUT_FAMILIES[];

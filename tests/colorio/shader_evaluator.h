@@ -7,7 +7,7 @@
 
 /// Runs a fragment-shader function of the form `vec4 NAME(in vec4 PIXEL, const sampler3D TABLE) { ... }` (the
 /// two qualifiers may be absent) on the processor, in double precision. It knows declarations, assignments,
-/// blocks, arithmetic, swizzles and the built-in functions that colour conversions use; anything else throws
+/// blocks, arithmetic, swizzles and the built-in functions that color conversions use; anything else throws
 /// std::runtime_error with the word it stopped at, so that a text outside the contract fails the test that
 /// runs it.
 class ShaderEvaluator {

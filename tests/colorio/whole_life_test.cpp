@@ -27,7 +27,7 @@ using Published = std::vector<std::pair<std::string, std::vector<std::string>>>;
 
 Published everything_published(OfObjectFactory& factory) {
     ColorIOManager& manager = *ColorIOManager::get_instance();
-    Published published = {{"colour spaces", strings(ColorIO::get_color_space_names())},
+    Published published = {{"color spaces", strings(ColorIO::get_color_space_names())},
                            {"views", strings(ColorIO::get_display_view_names())},
                            {"CDLs", strings(manager.get_CDL_names())},
                            {"scene linear", {str(ColorIO::get_ROLE_SCENE_LINEAR())}},
@@ -194,7 +194,7 @@ TEST_F(WholeLife, AnEditedConfigurationIsReadAgainWhenItsPathIsAnnounced) {
     stop();
 }
 
-TEST_F(WholeLife, AnImageIsConvertedFromItsFormatsColourSpace) {
+TEST_F(WholeLife, AnImageIsConvertedFromItsFormatsColorSpace) {
     start();
     const CoreString space = ColorIO::get_instance()->get_default_color_space_from_ext("JPG");
     EXPECT_EQ(str(space), "Tavelion|sRGB");
@@ -297,7 +297,7 @@ TEST_F(Events, OfAChangeOfPath) {
     EXPECT_THAT(take_events(), ElementsAre(SCENE_LINEAR_EVENT));
 }
 
-TEST_F(Events, OfAChangeOfTheDefaultColourSpaceAreNone) {
+TEST_F(Events, OfAChangeOfTheDefaultColorSpaceAreNone) {
     app.default_color_space_name = "sRGB";
     tell(EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED);
     EXPECT_EQ(str(ColorIO::get_default_color_space_name()), "sRGB");
@@ -347,7 +347,7 @@ TEST_F(Events, OfPreferences) {
     want_file(write_config("config.ocio"));
     EXPECT_TRUE(ColorIO::load_config(nullptr));
     EXPECT_THAT(take_events(), ElementsAre(SCENE_LINEAR_EVENT, LUT_LIST_EVENT, CDL_LIST_EVENT));
-    ParserEntry entry("colour management");
+    ParserEntry entry("color management");
     EXPECT_TRUE(ColorIO::save_config(&entry));
     EXPECT_THAT(take_events(), IsEmpty());
 }

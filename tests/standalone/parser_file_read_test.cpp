@@ -58,10 +58,6 @@ TEST_F(ReadParserFile, WhatOnlyBeginsLikeANumberIsAString) {
               "s\".infx\" d7ff0000000000000");
 }
 
-TEST_F(ReadParserFile, ANullNameIsAnEmptyOne) {
-    EXPECT_EQ(read_and_describe("? \n: x\n"), "=s\"x\"");
-}
-
 TEST_F(ReadParserFile, RealsAreExact) {
     ASSERT_TRUE(
         read("r: [1.0, -0.0, .5, 5., 1e3, 2147483648, 0xFFFFFFFF, .inf, -.INF, 1e400, 0x80000000, .nan]"));

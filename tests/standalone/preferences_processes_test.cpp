@@ -30,7 +30,7 @@ bool succeeded(pid_t process) {
     return waitpid(process, &status, 0) == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// Saves a colour-space name that fills a few blocks of the file, made of one letter.
+// Saves a color-space name that fills a few blocks of the file, made of one letter.
 bool save_letter(const std::string& path, char letter) {
     PreferenceFile preferences(path.c_str());
     StandaloneApp app;

@@ -282,8 +282,8 @@ TEST_F(Preferences, ValuesThatMakeNoSenseAreNamedAndIgnored) {
     EXPECT_EQ(app.get_cdl_library_file_path(), "12");
     EXPECT_FALSE(app.get_use_color_space_file());
     const auto ignored = [&](const char* line, const char* name) {
-        return RecordingLog::Line{LOG_WARNING, path + line + ": the value of '" + name +
-                                                   "' makes no sense and is ignored.\n"};
+        return RecordingLog::Line{LOG_WARNING,
+                                  path + line + ": the value of '" + name + "' is invalid and ignored.\n"};
     };
     EXPECT_THAT(log.get_lines(),
                 ElementsAre(ignored(":1", "color_space_file_path"), ignored(":2", "use_color_space_file"),

@@ -57,7 +57,7 @@ TEST(LogMessage, ArrivesWhenSomebodyListens) {
     EXPECT_THAT(log.get_lines(), ElementsAre(Line{2, "one 2\n"}));
 }
 
-TEST(StandaloneLog, NamesTheLevelOnStandardErrorWithoutColour) {
+TEST(StandaloneLog, NamesTheLevelOnStandardErrorWithoutColor) {
     EXPECT_EQ(captured(3, LOG_ERROR, "bad\n"), "[error] bad\n");
     EXPECT_EQ(captured(3, LOG_WARNING, "odd\n"), "[warning] odd\n");
     EXPECT_EQ(captured(3, LOG_INFO, "no line end"), "[info] no line end\n");
@@ -121,11 +121,11 @@ std::string log_to_terminal(const char* no_color) {
     return arrived;
 }
 
-[[noreturn]] void expect_on_terminal(const char* no_color, bool coloured) {
+[[noreturn]] void expect_on_terminal(const char* no_color, bool colored) {
     const std::string text = log_to_terminal(no_color);
     const bool complete = text.find("error") != std::string::npos && text.find("bad") != std::string::npos;
-    const bool has_colour = text.find('\x1B') != std::string::npos;
-    _exit(complete && has_colour == coloured ? 0 : 1);
+    const bool has_color = text.find('\x1B') != std::string::npos;
+    _exit(complete && has_color == colored ? 0 : 1);
 }
 
 class StandaloneLogDeathTest : public testing::Test {
@@ -133,12 +133,12 @@ protected:
     StandaloneLogDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
 };
 
-TEST_F(StandaloneLogDeathTest, IsColouredOnATerminal) {
+TEST_F(StandaloneLogDeathTest, IsColoredOnATerminal) {
     EXPECT_EXIT(expect_on_terminal(nullptr, true), testing::ExitedWithCode(0), "");
     EXPECT_EXIT(expect_on_terminal("", true), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(StandaloneLogDeathTest, IsPlainOnATerminalWhenNoColourIsWanted) {
+TEST_F(StandaloneLogDeathTest, IsPlainOnATerminalWhenNoColorIsWanted) {
     EXPECT_EXIT(expect_on_terminal("1", false), testing::ExitedWithCode(0), "");
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -69,7 +70,8 @@ std::string write_cdl_document(const std::vector<CdlNumbers>& corrections, bool 
     std::string document(DECLARATION);
     if (!is_collection) {
         if (corrections.size() != 1)
-            throw Exception("a document of a single CDL holds exactly one correction");
+            throw_error(diagnostics::Code::CDL_INVALID,
+                        "a document of a single CDL holds exactly one correction");
         return document + correction_element(corrections.front(), NAMESPACE);
     }
     document += "<ColorCorrectionCollection";

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/v1/correction_texts.h"
 
 namespace ocio {
@@ -13,7 +14,7 @@ namespace {
 std::string read_text(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        throw Exception("it cannot be opened");
+        throw_error(diagnostics::Code::FILE_UNREADABLE, "it cannot be opened");
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
@@ -23,7 +24,8 @@ void require_unique_ids(const std::vector<CDLTransformRcPtr>& corrections) {
     for (const CDLTransformRcPtr& correction : corrections) {
         const std::string id = correction->getID();
         if (!id.empty() && !ids.insert(id).second)
-            throw Exception(("it holds two corrections of the id '" + id + "'").c_str());
+            throw_error(diagnostics::Code::CDL_ID_REPEATED, "it holds two corrections of the id '" + id + "'",
+                        id);
     }
 }
 
@@ -45,7 +47,8 @@ std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool) {
     try {
         return parse(read_text(path));
     } catch (const Exception& error) {
-        throw Exception(("no colour corrections can be read from '" + path + "': " + error.what()).c_str());
+        throw_file_error(diagnostics::Code::CDL_INVALID,
+                         "no color corrections can be read from '" + path + "': " + error.what(), path);
     }
 }
 

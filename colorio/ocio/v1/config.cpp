@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/v1/yaml_depth.h"
@@ -22,14 +23,14 @@ unsigned int get_major_version(const ConstConfigRcPtr&) {
     return 1;
 }
 
-/// The library would load a newer configuration, leave out what it does not know, and so give other colours.
+/// The library would load a newer configuration, leave out what it does not know, and so give other colors.
 void require_readable_config(const std::string& path) {
     // First what the parser in the second check relies on as much as the library.
     require_shallow_yaml(path);
     require_bounded_yaml(path);
     const std::string newer = describe_newer_profile(path);
     if (!newer.empty())
-        throw Exception(newer.c_str());
+        throw_file_error(diagnostics::Code::CONFIG_NEWER, newer, path);
 }
 
 /// This library has none.

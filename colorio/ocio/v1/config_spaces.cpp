@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "colorio/ocio/color_space.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 
 namespace ocio {
@@ -29,9 +30,9 @@ std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config) {
 void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space) {
     // The library would accept it, and refuse the configuration afterwards.
     if (config->hasRole(get_name(space)))
-        throw Exception(
-            ("a colour space cannot bear the name of the role '" + std::string(get_name(space)) + "'")
-                .c_str());
+        throw_error(diagnostics::Code::NAME_DUPLICATE,
+                    "a color space cannot bear the name of the role '" + std::string(get_name(space)) + "'",
+                    get_name(space));
     guarded([&] { config->addColorSpace(space); });
 }
 

@@ -1,5 +1,6 @@
 #include "colorio/ocio/config.h"
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 
 namespace ocio {
@@ -24,7 +25,7 @@ std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* 
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
                  const char* looks) {
     if (!*display || !*view)
-        throw Exception("a view needs a name and a display");
+        throw_error(diagnostics::Code::VIEW_UNKNOWN, "a view needs a name and a display");
     guarded([&] { config->addDisplay(display, view, color_space, looks); });
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -20,7 +21,7 @@ constexpr std::string_view KNOWN_SATURATION_NODE = "SatNode";
 constexpr std::size_t MAX_DEPTH = 100;
 
 [[noreturn]] void refuse(const std::string& reason) {
-    throw Exception(reason.c_str());
+    throw_error(diagnostics::Code::CDL_INVALID, reason);
 }
 
 /// Goes through the tags of a text and collects the corrections.
@@ -102,7 +103,7 @@ private:
         if (open_.empty() && any_)
             refuse("it has more than one outermost element");
         if (open_.empty() && std::find(ROOTS.begin(), ROOTS.end(), name) == ROOTS.end())
-            refuse("its outermost element, '" + std::string(name) + "', is none of colour corrections");
+            refuse("its outermost element, '" + std::string(name) + "', is none of color corrections");
         if (open_.size() == MAX_DEPTH)
             refuse("its elements nest too deep");
         any_ = true;

@@ -1,6 +1,7 @@
 #include "colorio/ocio/inspection.h"
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/sanity_check.h"
 
 namespace ocio {
@@ -41,7 +42,7 @@ std::vector<std::string> list_view_transforms(const ConstConfigRcPtr&) {
 }
 
 void try_view_transform(const ConstConfigRcPtr&, const std::string& name) {
-    throw Exception(("there is no view transform '" + name + "'").c_str());
+    throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "there is no view transform '" + name + "'", name);
 }
 
 } // namespace ocio

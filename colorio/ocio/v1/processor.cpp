@@ -6,6 +6,8 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/error.h"
+#include "colorio/ocio/failure_cause.h"
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/literal_paths.h"
@@ -92,7 +94,7 @@ public:
             return explanation;
         explanation.path = EvaluationPath::Library;
         explanation.reason = "OpenColorIO 1.1 shows no operations";
-        explanation.steps.push_back({"the colour library", rgba});
+        explanation.steps.push_back({"OpenColorIO", rgba});
         apply_rgba(explanation.steps.back().pixel.data());
         return explanation;
     }
@@ -105,16 +107,19 @@ private:
 
 /// Checks the conversion before the library, and has edited files read again.
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
-    ConversionParts parts = check_conversion(config, conversion);
-    const Conversion found = with_literal_paths({config, conversion}, parts);
-    const Conversion current = with_current_editions(found, parts);
-    return std::make_shared<const LibraryProcessor>(current.config->getProcessor(current.transform));
+    return with_cause(config, conversion, [&] {
+        ConversionParts parts = check_conversion(config, conversion);
+        const Conversion found = with_literal_paths({config, conversion}, parts);
+        const Conversion current = with_current_editions(found, parts);
+        return std::make_shared<const LibraryProcessor>(current.config->getProcessor(current.transform));
+    });
 }
 
 /// The library's own message leaves the name out.
 void require_space(const ConstConfigRcPtr& config, const char* name) {
     if (!get_color_space(config, name))
-        throw Exception(("there is no colour space '" + std::string(name) + "'").c_str());
+        throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                    "there is no color space '" + std::string(name) + "'", name);
 }
 
 } // namespace

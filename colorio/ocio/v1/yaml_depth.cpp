@@ -4,6 +4,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/types.h"
 
@@ -56,7 +57,7 @@ void require_shallow_yaml(const std::string& path) {
     std::string line;
     while (std::getline(file, line))
         if (gauge.add_line(line) > MAX_DEPTH)
-            throw Exception(("'" + path + "' nests too deep").c_str());
+            throw_file_error(diagnostics::Code::CONFIG_TOO_COMPLEX, "'" + path + "' nests too deep", path);
 }
 
 } // namespace ocio

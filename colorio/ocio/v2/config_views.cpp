@@ -9,7 +9,7 @@ namespace ocio {
 
 namespace {
 
-/// A shared view answers this in place of a colour space when it shows the one named like its display.
+/// A shared view answers this in place of a color space when it shows the one named like its display.
 constexpr std::string_view USE_DISPLAY_NAME = "<USE_DISPLAY_NAME>";
 
 /// Displays with no more views than this are asked for each of them.

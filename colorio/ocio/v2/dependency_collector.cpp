@@ -45,7 +45,7 @@ protected:
     }
 
 private:
-    /// Empty for what is no colour space.
+    /// Empty for what is no color space.
     using SpaceType = std::optional<library::ReferenceSpaceType>;
 
     void add_view(const library::DisplayViewTransform& transform, bool inverse) {
@@ -95,7 +95,7 @@ private:
             add_node(NodeKind::VIEW_TRANSFORM, crossing->getName(), to_scene != inverse);
     }
 
-    /// A colour space, or else a named transform. Returns the former's reference type.
+    /// A color space, or else a named transform. Returns the former's reference type.
     SpaceType add_reference(const std::string& name, bool inverse) {
         if (const ConstColorSpaceRcPtr space = find_space(name)) {
             add_node(NodeKind::COLOR_SPACE, space->getName(), false);

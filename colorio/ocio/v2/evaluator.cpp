@@ -44,7 +44,7 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
         make_program(
             processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization));
     else
-        why_not_ = "the vector code is switched off";
+        why_not_ = "the SIMD code is switched off";
     // Not of an optimized processor: the library can refuse to copy operations that it has merged itself.
     if (!program_) {
         cpu_ = processor->getOptimizedCPUProcessor(optimization);

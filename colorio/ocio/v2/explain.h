@@ -8,7 +8,7 @@
 
 namespace ocio {
 
-/// The operations of a `processor` that leaves colours as they are.
+/// The operations of a `processor` that leaves colors as they are.
 Explanation explain_nothing(const library::ConstProcessorRcPtr& processor);
 
 /// How `processor` converts pixels by way of its evaluator, under these flags where that is the library's.

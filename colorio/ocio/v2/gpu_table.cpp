@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/gpu_contract.h"
 
 namespace ocio {
@@ -22,13 +23,13 @@ std::string number(double value) {
 }
 
 /// "vec3(v, v, v)"
-std::string grey(double value) {
+std::string gray(double value) {
     const std::string v = number(value);
     return "vec3(" + v + ", " + v + ", " + v + ")";
 }
 
 /// "vec4(v, v, v, alpha)"
-std::string grey_with_alpha(double value, const char* alpha) {
+std::string gray_with_alpha(double value, const char* alpha) {
     const std::string v = number(value);
     return "vec4(" + v + ", " + v + ", " + v + ", " + alpha + ")";
 }
@@ -38,7 +39,8 @@ class Fit {
 public:
     explicit Fit(const GpuAllocation& allocation) : logarithmic_(allocation.kind == ALLOCATION_LG2) {
         if (!logarithmic_ && allocation.kind != ALLOCATION_UNIFORM)
-            throw Exception("a colour space of unknown allocation cannot be sampled by a GPU table");
+            throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                        "a color space of unknown allocation cannot be sampled by a GPU table");
         if (logarithmic_) {
             minimum_ = -10.0;
             maximum_ = 6.0;
@@ -51,25 +53,25 @@ public:
         if (logarithmic_ && variables.size() >= 3)
             offset_ = variables[2];
         if (!std::isfinite(minimum_) || !std::isfinite(maximum_) || minimum_ == maximum_)
-            throw Exception(
-                "a colour space whose allocation spans no range cannot be sampled by a GPU table");
+            throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                        "a color space whose allocation spans no range cannot be sampled by a GPU table");
     }
 
-    /// From the colour in `out_pixel` to [0, 1].
+    /// From the color in `out_pixel` to [0, 1].
     std::string text() const {
         std::string text;
         if (logarithmic_) {
             // FLT_MIN in place of what has no logarithm, and 1 / ln 2 for the base.
-            text += "out_pixel.rgb = max(" + grey(std::numeric_limits<float>::min()) + ", " + grey(1) +
-                    " * out_pixel.rgb + " + grey(offset_) + ");\n";
+            text += "out_pixel.rgb = max(" + gray(std::numeric_limits<float>::min()) + ", " + gray(1) +
+                    " * out_pixel.rgb + " + gray(offset_) + ");\n";
             text +=
-                "out_pixel.rgb = " + grey(1.0 / std::log(2.0)) + " * log(out_pixel.rgb) + " + grey(0) + ";\n";
+                "out_pixel.rgb = " + gray(1.0 / std::log(2.0)) + " * log(out_pixel.rgb) + " + gray(0) + ";\n";
         }
         const double scale = 1.0 / (maximum_ - minimum_);
         if (scale != 1.0)
-            text += "out_pixel = " + grey_with_alpha(scale, "1") + " * out_pixel;\n";
+            text += "out_pixel = " + gray_with_alpha(scale, "1") + " * out_pixel;\n";
         if (minimum_ != 0.0)
-            text += "out_pixel = " + grey_with_alpha(-minimum_ * scale, "0") + " + out_pixel;\n";
+            text += "out_pixel = " + gray_with_alpha(-minimum_ * scale, "0") + " + out_pixel;\n";
         return text;
     }
 

@@ -7,7 +7,7 @@
 
 namespace ocio {
 
-/// How the values of a colour space are fitted to [0, 1], so that a table can be sampled with them.
+/// How the values of a color space are fitted to [0, 1], so that a table can be sampled with them.
 /// Uniform: minimum and maximum, by default 0 and 1. Lg2: minimum and maximum of the base-2 logarithm, by
 /// default -10 and 6, and an offset added to the value before the logarithm is taken, by default 0.
 struct GpuAllocation {
@@ -21,7 +21,7 @@ struct GpuShader {
     std::vector<float> table; ///< edge^3 RGB triples, red fastest
 };
 
-/// Fits the pixel to [0, 1] by `allocation` and takes its colour from a table of what `processor` makes of
+/// Fits the pixel to [0, 1] by `allocation` and takes its color from a table of what `processor` makes of
 /// the lattice points. Throws when the allocation spans no range.
 GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocation,
                        const GpuShaderDesc& desc);

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/error.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/sanity_check.h"
 
@@ -14,7 +15,7 @@ namespace {
 using library::ConstNamedTransformRcPtr;
 using library::ConstViewTransformRcPtr;
 
-/// A colour space or a named transform, which describe themselves alike.
+/// A color space or a named transform, which describe themselves alike.
 template <typename Facts, typename Entry>
 Facts describe_entry(const Entry& entry) {
     Facts facts;
@@ -112,7 +113,8 @@ std::vector<std::string> list_view_transforms(const ConstConfigRcPtr& config) {
 void try_view_transform(const ConstConfigRcPtr& config, const std::string& name) {
     const ConstViewTransformRcPtr view_transform = config->getViewTransform(name.c_str());
     if (!view_transform)
-        throw Exception(("there is no view transform '" + name + "'").c_str());
+        throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "there is no view transform '" + name + "'",
+                    name);
     for (const auto direction :
          {library::VIEWTRANSFORM_DIR_FROM_REFERENCE, library::VIEWTRANSFORM_DIR_TO_REFERENCE})
         if (const ConstTransformRcPtr transform = view_transform->getTransform(direction))

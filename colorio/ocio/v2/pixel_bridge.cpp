@@ -176,7 +176,7 @@ void check_inverse(const pixel::Lut1D& table) {
 pixel::TableArithmetic known_arithmetic() {
     const std::optional<pixel::TableArithmetic> arithmetic = table_arithmetic();
     if (!arithmetic)
-        throw NotKnown{"how this colour library interpolates on this processor is not known here"};
+        throw NotKnown{"how this OpenColorIO interpolates on this processor is not known here"};
     return *arithmetic;
 }
 
@@ -263,7 +263,7 @@ std::optional<pixel::OpChain> translate_operations(const library::GroupTransform
                                                    std::string& why_not) {
     try {
         if (!LIBRARY_IS_MEASURED)
-            throw NotKnown{std::string("the results of colour library ") + library::GetVersion() +
+            throw NotKnown{std::string("the results of OpenColorIO ") + library::GetVersion() +
                            " have not been measured"};
         if (flags_are_overridden())
             throw NotKnown{std::string(library::OCIO_OPTIMIZATION_FLAGS_ENVVAR) + " is set"};

@@ -8,11 +8,11 @@
 
 namespace ocio {
 
-/// The operations of a processor as plain data, after the library's lossless optimisations, when `pixel/` is
+/// The operations of a processor as plain data, after the library's lossless optimizations, when `pixel/` is
 /// known to give the library's results for every one of them. Otherwise nothing, and the reason in words in
 /// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not known here".
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
-/// The same for the operations of a processor that the library has optimised under its lossless flags.
+/// The same for the operations of a processor that the library has optimized under its lossless flags.
 std::optional<pixel::OpChain> translate_operations(const library::GroupTransform& operations,
                                                    std::string& why_not);
 

@@ -4,7 +4,7 @@
 
 namespace ocio {
 
-/// True for a conversion between two colour spaces of one kind (scene or display) whose transforms refer to
+/// True for a conversion between two color spaces of one kind (scene or display) whose transforms refer to
 /// no other part of the configuration and to no file. There is nothing in it that `check_conversion` could
 /// find, which takes longer to look than the library takes to make such a conversion.
 bool is_plain_conversion(const library::ColorSpace& source, const library::ColorSpace& destination);

@@ -9,6 +9,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/failure_cause.h"
 #include "colorio/ocio/gpu_contract.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/literal_paths.h"
@@ -24,7 +25,7 @@ namespace ocio {
 
 namespace {
 
-/// Gives the numbers of the 1.x library: without optimisation a CDL of power 1 would clamp negatives, with
+/// Gives the numbers of the 1.x library: without optimization a CDL of power 1 would clamp negatives, with
 /// the default one inverse LUTs lose precision.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
@@ -94,7 +95,7 @@ private:
         return is_sound ? std::move(adapted) : std::nullopt;
     }
 
-    /// The library fills its tables with what the operations give before they are optimised, where a
+    /// The library fills its tables with what the operations give before they are optimized, where a
     /// correction of power 1 clamps negatives, and over the allocation that the configuration states.
     bool is_sound_table(const library::ConstProcessorRcPtr& optimized) const {
         return source_.stated && have_same_steps(processor_, optimized);
@@ -119,12 +120,20 @@ Conversion checked(const ConstConfigRcPtr& config, const ConstTransformRcPtr& tr
     return with_literal_paths({config, transform}, parts);
 }
 
-/// The config to ask for the conversion between two spaces.
-ConstConfigRcPtr checked_config(const ConstConfigRcPtr& config, const char* source, const char* destination) {
+library::ColorSpaceTransformRcPtr make_conversion(const char* source, const char* destination) {
     const library::ColorSpaceTransformRcPtr conversion = library::ColorSpaceTransform::Create();
     conversion->setSrc(source);
     conversion->setDst(destination);
-    return checked(config, conversion).config;
+    return conversion;
+}
+
+/// Checks a conversion and has the library make it.
+library::ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config,
+                                          const ConstTransformRcPtr& transform) {
+    return with_cause(config, transform, [&] {
+        const Conversion asked = checked(config, transform);
+        return asked.config->getProcessor(asked.transform);
+    });
 }
 
 /// The name itself, or the default role where a configuration without strict parsing does not know it.
@@ -145,8 +154,12 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
         const ConstColorSpaceRcPtr destination_space = find_space(config, to);
         const bool is_plain =
             source_space && destination_space && is_plain_conversion(*source_space, *destination_space);
-        const ConstConfigRcPtr asked = is_plain ? config : checked_config(config, from, to);
-        return make_processor(config, asked->getProcessor(from, to), source_space);
+        const auto make = [&] {
+            const ConstConfigRcPtr asked =
+                is_plain ? config : checked(config, make_conversion(from, to)).config;
+            return asked->getProcessor(from, to);
+        };
+        return make_processor(config, with_cause(config, make_conversion(from, to), make), source_space);
     });
 }
 
@@ -157,17 +170,13 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setSrc(known_name(config, transform.input_color_space_name));
         conversion->setDisplay(transform.display);
         conversion->setView(transform.view);
-        const Conversion asked = checked(config, conversion);
-        return make_processor(config, asked.config->getProcessor(asked.transform),
+        return make_processor(config, make_checked(config, conversion),
                               find_space(config, conversion->getSrc()));
     });
 }
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
-    return guarded([&] {
-        const Conversion asked = checked(config, transform);
-        return make_processor(config, asked.config->getProcessor(asked.transform), nullptr);
-    });
+    return guarded([&] { return make_processor(config, make_checked(config, transform), nullptr); });
 }
 
 } // namespace ocio

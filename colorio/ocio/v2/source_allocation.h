@@ -4,15 +4,15 @@
 
 namespace ocio {
 
-/// How a table is fitted to the colours of a conversion's source.
+/// How a table is fitted to the colors of a conversion's source.
 struct SourceAllocation {
     GpuAllocation allocation;
     bool stated =
         true; ///< false when the configuration leaves it open, so that the library's own tables miss it
 };
 
-/// The allocation of a colour space of `config`; null stands for the source of a named transform, which has
-/// none. Version 2 configurations often state none, which would confine scene-linear colours to [0, 1]: they
+/// The allocation of a color space of `config`; null stands for the source of a named transform, which has
+/// none. Version 2 configurations often state none, which would confine scene-linear colors to [0, 1]: they
 /// get a logarithmic one that reaches from 0 to 256.
 SourceAllocation source_allocation(const ConstConfigRcPtr& config, const ConstColorSpaceRcPtr& space);
 

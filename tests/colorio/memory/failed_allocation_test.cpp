@@ -88,6 +88,7 @@ protected:
             }
             ASSERT_TRUE(answer) << "threw at allocation " << number;
             EXPECT_TRUE(*answer == failure || *answer == usual) << "at allocation " << number;
+            prepare();
             EXPECT_TRUE(call() == usual) << "after allocation " << number;
             take_log();
             if (HasFailure())

@@ -64,7 +64,7 @@ TEST_F(CdlFile, TheIdIsIgnoredForASingleCorrection) {
 TEST_F(CdlFile, ACollectionOfOneIsStillACollection) {
     const std::string path = folder_.write("one.ccc", collection(correction(" id=\"a\"", "2 2 2")));
     EXPECT_EQ(slope_in(path, "a"), 2.0f);
-    EXPECT_EQ(refusal(path, "other"), "no colour correction 'other' among the 1 of '" + path + "'");
+    EXPECT_EQ(refusal(path, "other"), "no color correction 'other' among the 1 of '" + path + "'");
 }
 
 TEST_F(CdlFile, CollectionsAreAskedByIdOrPositionOrForTheirFirst) {
@@ -76,7 +76,7 @@ TEST_F(CdlFile, CollectionsAreAskedByIdOrPositionOrForTheirFirst) {
     EXPECT_EQ(slope_in(path, ""), 2.0f);
     for (const char* cccid : {"2", "-1", "1x", "c"})
         EXPECT_EQ(refusal(path, cccid),
-                  "no colour correction '" + std::string(cccid) + "' among the 2 of '" + path + "'");
+                  "no color correction '" + std::string(cccid) + "' among the 2 of '" + path + "'");
 }
 
 TEST_F(CdlFile, AnIdThatLooksLikeAPositionComesFirst) {
@@ -189,7 +189,7 @@ TEST_F(CdlFile, AFileThatAppearsIsRead) {
 
 TEST_F(CdlFile, AnIdThatIsAddedLaterIsFound) {
     const std::string path = folder_.write("two.ccc", TWO);
-    EXPECT_THAT(refusal(path, "c"), StartsWith("no colour correction 'c'"));
+    EXPECT_THAT(refusal(path, "c"), StartsWith("no color correction 'c'"));
     folder_.write("two.ccc", collection(correction(" id=\"c\"", "8 8 8")));
     EXPECT_EQ(slope_in(path, "c"), 8.0f);
 }

@@ -70,11 +70,11 @@ TEST(Config, AVersionBeyondTheLibraryIsReportedAsSuch) {
     text.version = "2.99";
     const std::string path = folder.file("config.ocio");
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
-              path + " is an OCIO 2.99 configuration and needs a newer colour library than " +
+              path + " is an OCIO 2.99 configuration and needs a newer OpenColorIO than " +
                   ocio::get_version());
     text.version = "\"3\"  # quoted";
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
-              path + " is an OCIO 3.0 configuration and needs a newer colour library than " +
+              path + " is an OCIO 3.0 configuration and needs a newer OpenColorIO than " +
                   ocio::get_version());
 }
 
@@ -86,7 +86,7 @@ TEST(Config, AnArchiveThatTheLibraryCannotOpenIsReportedAsSuch) {
     const TempDir folder;
     const std::string path = folder.write("show.ocioz", std::string("PK\x03\x04\x14\0\0\0", 8));
     EXPECT_EQ(refusal_of([&] { ocio::create_config_from_file(path.c_str()); }),
-              path + " is an archived OCIO config (.ocioz) and needs a newer colour library than " + version +
+              path + " is an archived OCIO config (.ocioz) and needs a newer OpenColorIO than " + version +
                   ": 2.2 or later. Extract it, and use its config.ocio");
 }
 

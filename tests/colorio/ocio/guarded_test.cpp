@@ -25,7 +25,7 @@ TEST(Guarded, ShortageOfMemoryPasses) {
 
 TEST(Guarded, AMessageIsNeverEmpty) {
     EXPECT_EQ(refusal_of([] { ocio::guarded([] { throw ocio::Exception(""); }); }),
-              "the colour library failed without giving a reason");
+              "OpenColorIO failed without giving a reason");
 }
 
 } // namespace

@@ -98,9 +98,9 @@ TEST_F(SanityCheck, TwoSpacesOfOneNameDoNotEvenLoad) {
 TEST_F(SanityCheck, ViewsShowSpaces) {
     EXPECT_EQ(refusal_of_view("name: v, colorspace: SRGB"), accepted_);
     EXPECT_THAT(refusal_of_view("name: v, colorspace: nowhere"),
-                EndsWith("view 'v' of display 'd' refers to an unknown colour space, 'nowhere'."));
+                EndsWith("view 'v' of display 'd' refers to an unknown color space, 'nowhere'."));
     EXPECT_THAT(refusal_of_view("name: v, colorspace: default"),
-                EndsWith("view 'v' of display 'd' refers to an unknown colour space, 'default'."));
+                EndsWith("view 'v' of display 'd' refers to an unknown color space, 'default'."));
 }
 
 TEST_F(SanityCheck, HiddenViewsAreJudgedToo) {
@@ -125,11 +125,11 @@ TEST_F(SanityCheck, LooksNameAnExistingProcessSpace) {
     text.settings = LOOK;
     EXPECT_EQ(refusal(text), accepted_);
     text.settings = "looks:\n  - !<Look> {name: warm, process_space: nowhere}\n";
-    EXPECT_THAT(refusal(text), EndsWith("look 'warm' refers to an unknown colour space, 'nowhere'."));
+    EXPECT_THAT(refusal(text), EndsWith("look 'warm' refers to an unknown color space, 'nowhere'."));
     text.settings = "looks:\n  - !<Look> {name: warm, process_space: default}\n";
-    EXPECT_THAT(refusal(text), EndsWith("look 'warm' refers to an unknown colour space, 'default'."));
+    EXPECT_THAT(refusal(text), EndsWith("look 'warm' refers to an unknown color space, 'default'."));
     text.settings = "looks:\n  - !<Look> {name: warm}\n";
-    EXPECT_THAT(refusal(text), EndsWith("look 'warm' names no colour space."));
+    EXPECT_THAT(refusal(text), EndsWith("look 'warm' names no color space."));
 }
 
 TEST_F(SanityCheck, LaxParsingExcusesNoUnknownSpace) {

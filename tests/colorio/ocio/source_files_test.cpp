@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 class SourceFiles : public testing::Test {
 protected:
-    /// Of a configuration with that search path and these further colour spaces and looks.
+    /// Of a configuration with that search path and these further color spaces and looks.
     std::vector<std::string> get(const std::string& search_path, const std::string& spaces,
                                  const std::string& settings = "") {
         test_configs::ConfigText config;
@@ -24,7 +24,7 @@ protected:
         config.spaces = spaces;
         return ocio::get_source_files(test_configs::load(folder, config.str()));
     }
-    /// A colour space that is made of a file.
+    /// A color space that is made of a file.
     static std::string make_space(const std::string& name, const std::string& file) {
         return "  - !<ColorSpace>\n    name: " + name + "\n    to_reference: !<FileTransform> {src: \"" +
                file + "\"}\n";

@@ -17,23 +17,23 @@ void write_built_in_tables(const TempDir& folder);
 /// display "Tavelion".
 ocio::ConfigRcPtr create_built_in_like(const TempDir& folder);
 
-/// "No CDL" and one colour space per recorded correction, from the reference space.
+/// "No CDL" and one color space per recorded correction, from the reference space.
 ocio::ConfigRcPtr create_corrections();
 
-/// A colour space that goes through `transform` to the reference space; null makes it the reference space.
+/// A color space that goes through `transform` to the reference space; null makes it the reference space.
 ocio::ColorSpaceRcPtr make_space(const char* name, const ocio::ConstTransformRcPtr& transform = {});
 
 /// The transform that leads to a view of a display, as the library in use has it.
 ocio::TransformRcPtr make_view_transform(const char* source, const char* display, const char* view);
 
 /// What a small configuration file consists of, as YAML. The defaults make one that passes every check: two
-/// colour spaces, "lin" (the reference) and "srgb", and a view of the second.
+/// color spaces, "lin" (the reference) and "srgb", and a view of the second.
 struct ConfigText {
     std::string version = "1";
     std::string settings; ///< further top-level keys, each line ended
     std::string roles = "  default: lin\n";
     std::string displays = "  d:\n    - !<View> {name: v, colorspace: srgb}\n";
-    std::string spaces; ///< further colour spaces
+    std::string spaces; ///< further color spaces
 
     std::string str() const;
 };

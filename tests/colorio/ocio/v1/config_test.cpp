@@ -21,7 +21,7 @@ TEST(ConfigOfV1, NewerVersionsAreRefusedAndNotMisread) {
     for (const char* version : {"2", "2.1", "3"}) {
         text.version = version;
         EXPECT_THAT(refusal_of([&] { load(folder, text.str()); }),
-                    HasSubstr("needs a newer colour library than 1.1"))
+                    HasSubstr("needs a newer OpenColorIO than 1.1"))
             << version;
     }
 }

@@ -24,7 +24,7 @@ TEST(ExplanationsOfV1, AreOneStepOfTheLibrary) {
     EXPECT_EQ(how.reason, "OpenColorIO 1.1 shows no operations");
     EXPECT_THAT(how.operations, IsEmpty());
     ASSERT_THAT(how.steps, SizeIs(1));
-    EXPECT_EQ(how.steps[0].operation, "the colour library");
+    EXPECT_EQ(how.steps[0].operation, "OpenColorIO");
     EXPECT_THAT(how.steps[0].pixel, ElementsAre(2.5f, 4.25f, 6.125f, 0.75f));
     EXPECT_THAT(how.vector_target, IsEmpty());
 }

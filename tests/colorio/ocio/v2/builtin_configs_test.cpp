@@ -20,7 +20,7 @@ constexpr char DISPLAY[] = "sRGB - Display";
 constexpr char VIEW[] = "ACES 2.0 - SDR 100 nits (Rec.709)";
 constexpr int EDGE = 32;
 
-/// A configuration that the colour library itself holds, named by the environment.
+/// A configuration that OpenColorIO itself holds, named by the environment.
 class BuiltinConfigs : public testing::Test {
 protected:
     ocio::ConstConfigRcPtr load(const char* name) {
@@ -46,13 +46,13 @@ TEST_F(BuiltinConfigs, ShowAcesTwoThroughOneTable) {
     const ocio::ConstConfigRcPtr config = load("ocio://studio-config-v4.0.0_aces-v2.0_ocio-v2.5");
     const auto processor = ocio::get_processor(config, ocio::DisplayTransform{"ACEScg", DISPLAY, VIEW});
 
-    float black[] = {0, 0, 0, 1}, grey[] = {0.18f, 0.18f, 0.18f, 1}, bright[] = {50, 50, 50, 1};
-    for (float* pixel : {black, grey, bright})
+    float black[] = {0, 0, 0, 1}, gray[] = {0.18f, 0.18f, 0.18f, 1}, bright[] = {50, 50, 50, 1};
+    for (float* pixel : {black, gray, bright})
         processor->apply_rgba(pixel);
     EXPECT_NEAR(black[0], 0, 0.01);
-    EXPECT_NEAR(grey[0], grey[1], 1e-3) << "grey stays grey";
-    EXPECT_GT(grey[0], 0.25f);
-    EXPECT_LT(grey[0], 0.5f);
+    EXPECT_NEAR(gray[0], gray[1], 1e-3) << "gray stays gray";
+    EXPECT_GT(gray[0], 0.25f);
+    EXPECT_LT(gray[0], 0.5f);
     EXPECT_NEAR(bright[0], 1, 0.02) << "of a display of 100 nits";
 
     const ocio::GpuShaderDesc desc{ocio::GPU_LANGUAGE_GLSL_1_3, "OCIODisplay", EDGE};

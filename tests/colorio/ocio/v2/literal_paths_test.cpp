@@ -14,7 +14,7 @@ const char HALF[] = "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.
 
 /// What version 1 does not know reads files too: a named transform, a view transform and a look.
 const char CONFIG[] = R"(ocio_profile_version: 2
-environment: {QB_TEST_X: elsewhere, QB_TEST_LUT: half, QB_TEST_SPACE: lin}
+environment: {QB_TEST_X: elsewhere, QB_TEST_LUT: half}
 search_path: luts
 roles: {default: lin}
 file_rules:
@@ -40,7 +40,7 @@ colorspaces:
     name: lin
   - !<ColorSpace>
     name: x
-    to_scene_reference: !<LookTransform> {src: $QB_TEST_SPACE, dst: $QB_TEST_SPACE, looks: l}
+    to_scene_reference: !<LookTransform> {src: lin, dst: lin, looks: l}
 named_transforms:
   - !<NamedTransform>
     name: named
@@ -57,7 +57,6 @@ protected:
 
     TempDir folder;
     EnvGuard lut{"QB_TEST_LUT"};
-    EnvGuard space{"QB_TEST_SPACE"};
     EnvGuard variable{"QB_TEST_X"};
 };
 

@@ -1,4 +1,4 @@
-#include "colorio/config/config_loads.h"
+#include "colorio/facade/config_loads.h"
 
 #include "colorio/color_io_constants.h"
 #include "colorio/ocio/config.h"

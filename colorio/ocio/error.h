@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "colorio/ocio/types.h"
+#include "diagnostics/failure.h"
+
+namespace ocio {
+
+/// An exception whose cause is known. Its text, which the log shows, is the cause's message or OpenColorIO's
+/// own words.
+class Error : public Exception {
+public:
+    explicit Error(diagnostics::Diagnostic cause)
+        : Exception(cause.message.c_str()), cause(std::move(cause)) {}
+    Error(diagnostics::Diagnostic cause, const char* words) : Exception(words), cause(std::move(cause)) {}
+
+    const diagnostics::Diagnostic& get_cause() const { return cause; }
+
+private:
+    diagnostics::Diagnostic cause;
+};
+
+[[noreturn]] void throw_error(diagnostics::Code code, std::string message, std::string subject = {});
+/// `line` counts from 1; 0 for none.
+[[noreturn]] void throw_file_error(diagnostics::Code code, std::string message, std::string path,
+                                   unsigned int line = 0);
+
+/// The cause of an exception: its own where it knows one, else OpenColorIO's words in one line.
+diagnostics::Diagnostic get_cause(const Exception& exception);
+
+/// Throws the exception being handled with a cause: `code` and the file at `path`, where it has none of its
+/// own. To be called inside a catch block for std::exception.
+[[noreturn]] void rethrow_about_file(diagnostics::Code code, const std::string& path);
+
+} // namespace ocio
