@@ -9,7 +9,7 @@
 
 #include "gl/gl_error.h"
 
-namespace tool {
+namespace gl {
 
 namespace {
 
@@ -152,4 +152,4 @@ void EglContext::make_current() {
         throw GlError("the driver refuses an OpenGL context without a window");
 }
 
-} // namespace tool
+} // namespace gl

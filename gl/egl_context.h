@@ -4,7 +4,7 @@
 
 #include "gl/gl_profile.h"
 
-namespace tool {
+namespace gl {
 
 /// An OpenGL context without a window, current on the thread that made it until it goes; then the context
 /// that was current before is current again. Contexts of one thread end in reverse order of their making.
@@ -24,4 +24,4 @@ private:
     std::unique_ptr<State> state;
 };
 
-} // namespace tool
+} // namespace gl

@@ -4,7 +4,7 @@
 
 #include "gl/gl_error.h"
 
-namespace tool {
+namespace gl {
 
 namespace {
 
@@ -47,4 +47,4 @@ void upload_pixels(const GlTexture& texture, const float* rgba, int width, int h
     check_upload("a float picture of " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
 }
 
-} // namespace tool
+} // namespace gl

@@ -1,6 +1,6 @@
 #include "gl/full_screen_pass.h"
 
-namespace tool {
+namespace gl {
 
 namespace {
 
@@ -39,4 +39,4 @@ std::string FullScreenPass::get_vertex_text(GlProfile profile) {
            "}\n";
 }
 
-} // namespace tool
+} // namespace gl

@@ -6,7 +6,7 @@
 #include "gl/gl_object.h"
 #include "gl/gl_profile.h"
 
-namespace tool {
+namespace gl {
 
 /// Draws the viewport full, by the program in use.
 class FullScreenPass {
@@ -25,4 +25,4 @@ private:
     std::optional<GlVertexArray> vertex_array;
 };
 
-} // namespace tool
+} // namespace gl

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-namespace tool {
+namespace gl {
 
 /// Something that OpenGL or the window system refused, in words for the user.
 class GlError : public std::runtime_error {
@@ -10,4 +10,4 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-} // namespace tool
+} // namespace gl

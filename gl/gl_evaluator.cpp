@@ -7,7 +7,7 @@
 #include "gl/float_textures.h"
 #include "gl/gl_error.h"
 
-namespace tool {
+namespace gl {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::string GlEvaluator::get_renderer() {
     return name != nullptr ? reinterpret_cast<const char*>(name) : "unknown";
 }
 
-} // namespace tool
+} // namespace gl

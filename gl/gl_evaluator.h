@@ -10,7 +10,7 @@
 #include "gl/gl_profile.h"
 #include "gl/gl_program.h"
 
-namespace tool {
+namespace gl {
 
 /// Runs `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)` on float pixels in a fragment shader, in a
 /// context of its own.
@@ -38,4 +38,4 @@ private:
     std::optional<GlProgram> program;
 };
 
-} // namespace tool
+} // namespace gl

@@ -4,7 +4,7 @@
 
 #include <epoxy/gl.h>
 
-namespace tool {
+namespace gl {
 
 /// Owner of one OpenGL name: made and deleted with the context current that it belongs to. Movable.
 template <void (*GENERATE)(GLuint&), void (*DELETE)(GLuint)>
@@ -60,4 +60,4 @@ using GlBuffer = GlObject<gl_object::generate_buffer, gl_object::delete_buffer>;
 using GlFramebuffer = GlObject<gl_object::generate_framebuffer, gl_object::delete_framebuffer>;
 using GlVertexArray = GlObject<gl_object::generate_vertex_array, gl_object::delete_vertex_array>;
 
-} // namespace tool
+} // namespace gl

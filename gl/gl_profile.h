@@ -1,6 +1,6 @@
 #pragma once
 
-namespace tool {
+namespace gl {
 
 /// Which OpenGL, and with it which GLSL, a context speaks.
 enum class GlProfile {
@@ -8,4 +8,4 @@ enum class GlProfile {
     CORE    ///< OpenGL 3.3 core profile, GLSL 3.30.
 };
 
-} // namespace tool
+} // namespace gl

@@ -5,7 +5,7 @@
 
 #include "gl/gl_error.h"
 
-namespace tool {
+namespace gl {
 
 namespace {
 
@@ -92,4 +92,4 @@ GLint GlProgram::get_uniform(const char* uniform) const {
     return glGetUniformLocation(name, uniform);
 }
 
-} // namespace tool
+} // namespace gl

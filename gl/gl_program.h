@@ -4,7 +4,7 @@
 
 #include <epoxy/gl.h>
 
-namespace tool {
+namespace gl {
 
 /// A linked pair of a vertex and a fragment shader. The attribute "corner", if there is one, has index 0.
 class GlProgram {
@@ -23,4 +23,4 @@ private:
     GLuint name;
 };
 
-} // namespace tool
+} // namespace gl

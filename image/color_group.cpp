@@ -5,7 +5,7 @@
 
 #include <OpenImageIO/strutil.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -96,4 +96,4 @@ std::vector<ColorGroup> find_color_groups(const OIIO::ImageSpec& spec) {
     return groups;
 }
 
-} // namespace tool
+} // namespace image

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -13,7 +13,7 @@ struct ConventionOfFormat {
     AlphaConvention convention;
 };
 
-/// Formats that do not keep colour multiplied by alpha, as their own definitions say.
+/// Formats that do not keep color multiplied by alpha, as their own definitions say.
 constexpr ConventionOfFormat CONVENTIONS[] = {
     {"png", AlphaConvention::STRAIGHT},  {"targa", AlphaConvention::STRAIGHT},
     {"webp", AlphaConvention::STRAIGHT}, {"gif", AlphaConvention::STRAIGHT},
@@ -33,8 +33,10 @@ FormatAbilities get_format_abilities(const std::string& path) {
     const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
     if (!output) {
         const std::string reason = OIIO::geterror();
-        throw CommandError(fmt::format("cannot write '{}': {}", path,
-                                       reason.empty() ? "no format has that extension" : reason));
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
+                               fmt::format("cannot write '{}': {}", path,
+                                           reason.empty() ? "no format has that extension" : reason),
+                               path);
     }
     const auto supports = [&](const char* feature) { return output->supports(feature) != 0; };
     FormatAbilities abilities;
@@ -52,4 +54,4 @@ FormatAbilities get_format_abilities(const std::string& path) {
     return abilities;
 }
 
-} // namespace tool
+} // namespace image

@@ -4,12 +4,12 @@
 
 #include <OpenImageIO/imageio.h>
 
-namespace tool {
+namespace image {
 
-/// How a file format keeps colour beside alpha.
+/// How a file format keeps color beside alpha.
 enum class AlphaConvention {
-    ASSOCIATED, ///< Colour is multiplied by alpha.
-    STRAIGHT,   ///< Colour is not multiplied by alpha.
+    ASSOCIATED, ///< Color is multiplied by alpha.
+    STRAIGHT,   ///< Color is not multiplied by alpha.
     EITHER      ///< The file says which.
 };
 
@@ -18,7 +18,7 @@ struct FormatAbilities {
     std::string name; ///< OpenImageIO's name of the format, for example "openexr".
     AlphaConvention alpha_convention;
     bool has_alpha;
-    bool has_any_channels;    ///< More than colour and alpha, by name.
+    bool has_any_channels;    ///< More than color and alpha, by name.
     bool has_channel_formats; ///< A type for each channel.
     bool has_windows;         ///< A data window apart from the display window.
     bool has_negative_origin; ///< Windows that start left of or above the origin.
@@ -28,7 +28,8 @@ struct FormatAbilities {
     bool has_tiles;
 };
 
-/// Asks the format that will write `path`, told by the extension. Throws CommandError when there is none.
+/// Asks the format that will write `path`, told by the extension. Throws diagnostics::Failure when there is
+/// none.
 FormatAbilities get_format_abilities(const std::string& path);
 
-} // namespace tool
+} // namespace image

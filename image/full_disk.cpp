@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::string find_full_disk(const std::string& path) {
     return reason;
 }
 
-} // namespace tool
+} // namespace image

@@ -11,7 +11,7 @@
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace tool {
+namespace image {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -55,12 +55,12 @@ std::size_t encode_vectors(const float*, std::uint16_t*, std::size_t) {
 #endif
 
 } // namespace HWY_NAMESPACE
-} // namespace tool
+} // namespace image
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 
-namespace tool {
+namespace image {
 
 HWY_EXPORT(decode_vectors);
 HWY_EXPORT(encode_vectors);
@@ -78,6 +78,6 @@ void encode_halfs(const float* floats, std::uint16_t* halfs, std::size_t count) 
         halfs[i] = half(floats[i]).bits();
 }
 
-} // namespace tool
+} // namespace image
 
 #endif // HWY_ONCE

@@ -5,9 +5,9 @@
 #include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -58,7 +58,9 @@ void check_spec(const std::string& path, const OIIO::ImageSpec& spec) {
 void fail_to_read(const std::string& path, std::string reason) {
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' '))
         reason.pop_back();
-    throw CommandError(fmt::format("cannot read '{}': {}", path, reason.empty() ? "unknown reason" : reason));
+    diagnostics::fail_file(
+        diagnostics::Code::IMAGE_UNREADABLE,
+        fmt::format("cannot read '{}': {}", path, reason.empty() ? "unknown reason" : reason), path);
 }
 
 ImageFile::ImageFile(const std::string& path) : path(path) {
@@ -106,4 +108,4 @@ void ImageFile::read_part(std::size_t index, std::byte* pixels) {
         fail_to_read(path, input->geterror());
 }
 
-} // namespace tool
+} // namespace image

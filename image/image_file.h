@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-namespace tool {
+namespace image {
 
 /// One subimage at one resolution level of an image file.
 struct PartHeader {
@@ -17,8 +17,8 @@ struct PartHeader {
 };
 
 /// An image file opened in this process. Colors come as the file holds them: straight alpha stays straight
-/// and is marked by the attribute "oiio:UnassociatedAlpha". Throws CommandError with the file and the reason.
-/// What OpenImageIO does on a hostile file may end the process: see PictureReader.
+/// and is marked by the attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the
+/// reason. What OpenImageIO does on a hostile file may end the process: see PictureReader.
 class ImageFile {
 public:
     /// Reads all headers, and refuses those that announce more pixels than the file or the machine can hold.
@@ -40,7 +40,7 @@ private:
     std::vector<PartHeader> parts;
 };
 
-/// Throws CommandError: "cannot read 'path': reason", without blanks and line ends behind the reason.
+/// Throws diagnostics::Failure: "cannot read 'path': reason", without blanks and line ends behind the reason.
 [[noreturn]] void fail_to_read(const std::string& path, std::string reason);
 
-} // namespace tool
+} // namespace image

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -157,4 +157,4 @@ void MessageReader::get_attribute(OIIO::ImageSpec& spec) {
     spec.extra_attribs.emplace_back(name, type, count, texts.data());
 }
 
-} // namespace tool
+} // namespace image

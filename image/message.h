@@ -10,7 +10,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-namespace tool {
+namespace image {
 
 /// Thrown by MessageReader when a message ends too early or holds what no message holds.
 class MessageError : public std::runtime_error {
@@ -65,4 +65,4 @@ private:
     std::size_t position = 0;
 };
 
-} // namespace tool
+} // namespace image

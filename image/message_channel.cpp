@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -133,4 +133,4 @@ MessageChannel::Outcome MessageChannel::receive(Received& message,
     return outcome;
 }
 
-} // namespace tool
+} // namespace image

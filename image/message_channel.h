@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-namespace tool {
+namespace image {
 
 /// One end of a connection over which two processes send each other messages, one at a time, each with a
 /// descriptor or without. Does not own the socket.
@@ -33,4 +33,4 @@ private:
     int socket;
 };
 
-} // namespace tool
+} // namespace image

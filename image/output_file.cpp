@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -126,4 +126,4 @@ size_t OutputFile::size() const {
     return fstat(descriptor, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
 }
 
-} // namespace tool
+} // namespace image

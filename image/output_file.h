@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/filesystem.h>
 
-namespace tool {
+namespace image {
 
 /// The file that a format's writer writes to. The writers of some formats pass over failed writes, that of
 /// JPEG ends the process, and that of OpenEXR's tiles waits for ever. So no write fails here: the first
@@ -44,4 +44,4 @@ private:
     mutable std::mutex failure_mutex;
 };
 
-} // namespace tool
+} // namespace image

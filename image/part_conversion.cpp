@@ -10,14 +10,14 @@
 
 #include "image/pixel_codec.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
 /// Working pixels of a band: their 16 bytes each stay in the cache of one core.
 constexpr std::int64_t BAND_PIXELS = 16384;
 
-/// Neighbouring components in neighbouring channels of one type.
+/// Neighbouring components in neighboring channels of one type.
 struct ChannelRun {
     int component;
     int count;
@@ -168,7 +168,7 @@ void BandConverter::convert_group(std::size_t group, std::int64_t begin, std::in
                             get_target_row(row) + run.offset, output_layout.pixel_bytes);
 }
 
-/// Multiplies the colour of each pixel by a factor made of its alpha.
+/// Multiplies the color of each pixel by a factor made of its alpha.
 template <class GetFactor>
 void scale_colors(float* working, std::size_t pixels, const GetFactor& get_factor) {
     for (float* pixel = working; pixel != working + pixels * WORKING_CHANNELS; pixel += WORKING_CHANNELS) {
@@ -261,4 +261,4 @@ void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, 
         std::rethrow_exception(failure);
 }
 
-} // namespace tool
+} // namespace image

@@ -6,7 +6,7 @@
 
 #include "image/stale_metadata.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -21,7 +21,7 @@ PlannedChannel plan_channel(const std::vector<ColorGroup>& groups, int channel) 
     return {channel, ColorGroup::NONE, 0};
 }
 
-/// A grey that the conversion tints becomes three channels in its place.
+/// A gray that the conversion tints becomes three channels in its place.
 std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input,
                                               const std::vector<ColorGroup>& groups, bool widen_gray) {
     std::vector<PlannedChannel> channels;
@@ -35,7 +35,7 @@ std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input,
     return channels;
 }
 
-/// Keeps the channels that the format has room for, the first colour in front.
+/// Keeps the channels that the format has room for, the first color in front.
 void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
     const auto fits = [&](const PlannedChannel& channel) {
         if (channel.group != 0)
@@ -170,4 +170,4 @@ PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format
     return plan;
 }
 
-} // namespace tool
+} // namespace image

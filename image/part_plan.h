@@ -8,28 +8,28 @@
 #include "image/color_group.h"
 #include "image/format_abilities.h"
 
-namespace tool {
+namespace image {
 
-/// Whether colour is divided by alpha for the conversion and multiplied again after it.
+/// Whether color is divided by alpha for the conversion and multiplied again after it.
 enum class AlphaRule {
-    AS_THE_FILE_SAYS, ///< Where the file keeps colour multiplied by alpha.
+    AS_THE_FILE_SAYS, ///< Where the file keeps color multiplied by alpha.
     DIVIDE,
     DO_NOT_DIVIDE
 };
 
 /// What is wanted of a written picture.
 struct OutputWishes {
-    OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Of colour and alpha; unknown keeps the input's.
+    OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Of color and alpha; unknown keeps the input's.
     AlphaRule alpha_rule = AlphaRule::AS_THE_FILE_SAYS;
     std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty leaves it as it is.
-    bool keeps_space = false;    ///< The colours stay in the space that the input is in.
-    bool neutrals_stay_neutral = true; ///< Grey pictures stay grey; else they become red, green and blue.
+    bool keeps_space = false;    ///< The colors stay in the space that the input is in.
+    bool neutrals_stay_neutral = true; ///< Gray pictures stay gray; else they become red, green and blue.
 };
 
 /// Where one channel of the written picture comes from.
 struct PlannedChannel {
     int source;    ///< Channel of the input.
-    int group;     ///< Position among the colour groups; ColorGroup::NONE for data.
+    int group;     ///< Position among the color groups; ColorGroup::NONE for data.
     int component; ///< 0 to 3 in that group.
 };
 
@@ -49,4 +49,4 @@ struct PartPlan {
 PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format,
                    const FormatAbilities& abilities, const OutputWishes& wishes);
 
-} // namespace tool
+} // namespace image

@@ -8,7 +8,7 @@
 #include "image/reader_process.h"
 #include "image/reader_server.h"
 
-namespace tool {
+namespace image {
 
 PictureReader::PictureReader(const std::string& path, ReaderProcess& process) : path(path), process(process) {
     if (reads_in_process()) {
@@ -40,4 +40,4 @@ void PictureReader::read_part(std::size_t index, PixelBuffer& pixels) {
     file->read_part(index, pixels.data());
 }
 
-} // namespace tool
+} // namespace image

@@ -8,13 +8,13 @@
 #include "image/image_file.h"
 #include "image/pixel_layout.h"
 
-namespace tool {
+namespace image {
 
 class ReaderProcess;
 
 /// An image file opened for reading, in a process of its own unless the user wants none (reads_in_process).
 /// Colors come as the file holds them: straight alpha stays straight and is marked by the attribute
-/// "oiio:UnassociatedAlpha". Throws CommandError with the file and the reason.
+/// "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the reason.
 class PictureReader {
 public:
     /// `process` must outlive the reader, and opens no other image meanwhile.
@@ -37,4 +37,4 @@ private:
     std::vector<PartHeader> parts;
 };
 
-} // namespace tool
+} // namespace image

@@ -5,12 +5,12 @@
 
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
 #include "image/format_abilities.h"
 #include "image/full_disk.h"
 #include "image/written_file.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -56,7 +56,7 @@ bool reads_while_it_writes(const OIIO::ImageOutput& output) {
 PictureWriter::PictureWriter(const std::string& path)
     : place(path, PLACE_RULES), name(path), path(place.get_temporary_path()) {
     if (!place.is_open())
-        throw CommandError(place.get_failure()->describe());
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE, place.get_failure()->describe(), name);
     output = OIIO::ImageOutput::create(path);
     if (!output)
         fail(OIIO::geterror());
@@ -69,7 +69,8 @@ void PictureWriter::fail(std::string reason) const {
         reason.replace(place, path.size(), name);
     while (!reason.empty() && reason.back() == '\n')
         reason.pop_back();
-    throw CommandError(fmt::format("cannot write '{}': {}", name, reason));
+    diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE,
+                           fmt::format("cannot write '{}': {}", name, reason), name);
 }
 
 void PictureWriter::fail_with_format(const std::string& fallback) const {
@@ -131,7 +132,7 @@ void PictureWriter::close() {
         fail(of_disk.empty() ? damage : of_disk);
     }
     if (!place.commit())
-        throw CommandError(place.get_failure()->describe());
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE, place.get_failure()->describe(), name);
 }
 
-} // namespace tool
+} // namespace image

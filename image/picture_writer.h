@@ -12,12 +12,12 @@
 #include "image/picture_reader.h"
 #include "image/pixel_layout.h"
 
-namespace tool {
+namespace image {
 
 struct FormatAbilities;
 
-/// An image file being written, part by part in order, and replaced whole or not at all. Throws CommandError
-/// with the file and the reason.
+/// An image file being written, part by part in order, and replaced whole or not at all. Throws
+/// diagnostics::Failure with the file and the reason.
 class PictureWriter {
 public:
     explicit PictureWriter(const std::string& path);
@@ -46,4 +46,4 @@ private:
     std::size_t part_count = 0;
 };
 
-} // namespace tool
+} // namespace image

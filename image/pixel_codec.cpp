@@ -9,7 +9,7 @@
 
 #include "image/half_codec.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -141,4 +141,4 @@ void encode_channels(OIIO::TypeDesc type, const float* source, int channels, std
     }
 }
 
-} // namespace tool
+} // namespace image

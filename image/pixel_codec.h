@@ -4,12 +4,12 @@
 
 #include <OpenImageIO/typedesc.h>
 
-namespace tool {
+namespace image {
 
 /// Floats in one pixel of a working row: red, green, blue, alpha.
 inline constexpr int WORKING_CHANNELS = 4;
 
-/// Reads `channels` neighbouring channels of `pixels` pixels that lie `stride` bytes apart into the working
+/// Reads `channels` neighboring channels of `pixels` pixels that lie `stride` bytes apart into the working
 /// row, whose pixels are WORKING_CHANNELS floats apart. Integers become 0 to 1.
 void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::size_t stride, int channels,
                      std::size_t pixels, float* target);
@@ -18,4 +18,4 @@ void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::size_t s
 void encode_channels(OIIO::TypeDesc type, const float* source, int channels, std::size_t pixels,
                      std::byte* target, std::size_t stride);
 
-} // namespace tool
+} // namespace image

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace tool {
+namespace image {
 
 PixelLayout::PixelLayout(const OIIO::ImageSpec& spec) {
     for (int channel = 0; channel < spec.nchannels; ++channel) {
@@ -40,4 +40,4 @@ SharedMemory PixelBuffer::release_shared() {
     return std::move(shared);
 }
 
-} // namespace tool
+} // namespace image

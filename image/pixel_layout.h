@@ -8,7 +8,7 @@
 
 #include "image/shared_memory.h"
 
-namespace tool {
+namespace image {
 
 /// How the channels of one interleaved pixel lie in memory; each channel has its own type.
 struct PixelLayout {
@@ -44,4 +44,4 @@ private:
     std::size_t used = 0;
 };
 
-} // namespace tool
+} // namespace image

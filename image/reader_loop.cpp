@@ -15,15 +15,15 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "diagnostics/failure.h"
 #include "image/image_file.h"
 #include "image/message.h"
 #include "image/message_channel.h"
 #include "image/reader_requests.h"
 #include "image/shared_memory.h"
 #include "image/startable_threads.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -187,4 +187,4 @@ void serve_images(int socket) {
     _exit(0);
 }
 
-} // namespace tool
+} // namespace image

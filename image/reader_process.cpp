@@ -13,11 +13,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "diagnostics/failure.h"
 #include "image/message_channel.h"
 #include "image/reader_server.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -53,7 +53,7 @@ bool ReaderProcess::is_ready() {
     try {
         if (!reads_in_process())
             start();
-    } catch (const CommandError&) {
+    } catch (const diagnostics::Failure&) {
         return false;
     }
     return true;
@@ -122,7 +122,7 @@ MessageReader ReaderProcess::ask(const MessageWriter& request, ReaderAnswer want
     MessageReader reader(std::move(answer.bytes));
     const auto kind = reader.get<ReaderAnswer>();
     if (kind == ReaderAnswer::FAILED)
-        throw CommandError(reader.get_text());
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNREADABLE, reader.get_text(), path);
     if (kind != wanted)
         throw MessageError("it answers something else");
     return reader;
@@ -185,4 +185,4 @@ void ReaderProcess::read_part(std::size_t index, const OIIO::ImageSpec& spec, Pi
     pixels.share(std::move(memory), bytes);
 }
 
-} // namespace tool
+} // namespace image

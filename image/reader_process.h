@@ -12,7 +12,7 @@
 #include "image/reader_requests.h"
 #include "image/shared_memory.h"
 
-namespace tool {
+namespace image {
 
 /// How long one image may take. Processor time shows a runaway, time on the clock one that waits for ever.
 struct ReaderLimits {
@@ -29,7 +29,7 @@ struct ReaderLimits {
 /// a runaway of OpenImageIO is an error like any other. It starts with the first image, serves any number of
 /// them one after the other, is replaced when it had to be ended, and ends with this object.
 ///
-/// Needs start_reader_server. Throws CommandError with the file and the reason. One thread at a time.
+/// Needs start_reader_server. Throws diagnostics::Failure with the file and the reason. One thread at a time.
 class ReaderProcess {
 public:
     explicit ReaderProcess(const ReaderLimits& limits = {}) : limits(limits) {}
@@ -62,7 +62,7 @@ private:
     /// allow; new memory of at least `memory_bytes` bytes that comes with it takes the place of `memory`.
     MessageReader ask(const MessageWriter& request, ReaderAnswer wanted, Duration processor_time,
                       Duration time, SharedMemory* memory = nullptr, std::size_t memory_bytes = 0);
-    /// Calls `messages`, and makes CommandErrors of what is wrong with messages.
+    /// Calls `messages`, and makes failures of what is wrong with messages.
     template <class Exchange>
     auto exchange(const Exchange& messages);
 
@@ -72,4 +72,4 @@ private:
     int socket = -1;
 };
 
-} // namespace tool
+} // namespace image

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace tool {
+namespace image {
 
 /// What a message to a reader process asks for, as its first value.
 enum class ReaderRequest : std::uint32_t {
@@ -17,4 +17,4 @@ enum class ReaderAnswer : std::uint32_t {
     FAILED, ///< The whole message for the user.
 };
 
-} // namespace tool
+} // namespace image

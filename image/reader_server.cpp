@@ -19,7 +19,7 @@
 #include "image/message_channel.h"
 #include "image/reader_loop.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -177,4 +177,4 @@ std::optional<int> end_reader(pid_t reader) {
     return ask(reader, -1);
 }
 
-} // namespace tool
+} // namespace image

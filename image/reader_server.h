@@ -5,7 +5,7 @@
 
 #include <sys/types.h>
 
-namespace tool {
+namespace image {
 
 /// The process that image readers are forked from. It is itself forked from a program that has no threads
 /// yet, opens no file, and ends with the program, together with all its readers.
@@ -25,4 +25,4 @@ pid_t start_reader(int socket);
 /// server is gone. Thread-safe.
 std::optional<int> end_reader(pid_t reader);
 
-} // namespace tool
+} // namespace image

@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -80,4 +80,4 @@ void SharedMemory::map(bool filled) {
     address = static_cast<std::byte*>(place);
 }
 
-} // namespace tool
+} // namespace image

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace tool {
+namespace image {
 
 /// Memory that two processes see, kept alive by either of them. Its size never changes, so that no process
 /// can take pages away from the other.
@@ -33,4 +33,4 @@ private:
     std::size_t length = 0;
 };
 
-} // namespace tool
+} // namespace image

@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
-namespace tool {
+namespace image {
 
 namespace {
 
-/// Say how the former colours were to be read; a reader that believed them would show the new ones wrongly.
+/// Say how the former colors were to be read; a reader that believed them would show the new ones wrongly.
 constexpr const char* COLOR_DESCRIPTIONS[] = {
     "ICCProfile", "chromaticities", "adoptedNeutral", "acesImageContainerFlag", "whiteLuminance",
 };
@@ -26,7 +26,7 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
             removed += std::string(removed.empty() ? "" : ", ") + name;
         }
     if (!removed.empty())
-        notes.push_back(fmt::format("left out, as it described the former colours: {}", removed));
+        notes.push_back(fmt::format("left out, as it described the former colors: {}", removed));
     spec.erase_attribute("^ICC:.*");
 }
 
@@ -52,4 +52,4 @@ void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_
         spec.erase_attribute("oiio:BitsPerSample");
 }
 
-} // namespace tool
+} // namespace image

@@ -9,7 +9,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-namespace tool {
+namespace image {
 
 int count_startable_threads(int wanted) {
     std::mutex mutex;
@@ -45,4 +45,4 @@ int limit_threads(int wanted) {
     return threads;
 }
 
-} // namespace tool
+} // namespace image

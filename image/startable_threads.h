@@ -1,6 +1,6 @@
 #pragma once
 
-namespace tool {
+namespace image {
 
 /// How many of `wanted` threads besides this one can be started now. Where the system has no room for more,
 /// starting them would end the process or leave a thread pool half made.
@@ -10,4 +10,4 @@ int count_startable_threads(int wanted);
 /// be started; answers their count, which is at least 1.
 int limit_threads(int wanted);
 
-} // namespace tool
+} // namespace image

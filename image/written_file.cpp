@@ -8,7 +8,7 @@
 
 #include "image/pixel_layout.h"
 
-namespace tool {
+namespace image {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::string find_damage(const std::string& path, std::size_t part_count) {
     return found == part_count ? "" : fmt::format("it holds {} parts instead of {}", found, part_count);
 }
 
-} // namespace tool
+} // namespace image

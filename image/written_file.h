@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-namespace tool {
+namespace image {
 
 /// Why the picture file at `path`, just written, is not whole; empty when it is. Looks for `part_count`
 /// parts, levels of resolution counted, and reads the first and the last row or tile of each: what a full
@@ -11,4 +11,4 @@ namespace tool {
 /// over failed writes.
 std::string find_damage(const std::string& path, std::size_t part_count);
 
-} // namespace tool
+} // namespace image

@@ -87,7 +87,7 @@ Stage compile_exponent(const Exponent& op) {
     return stage;
 }
 
-/// gamma 1 and offset 0 are replaced by their neighbours, for which the formulas are defined.
+/// gamma 1 and offset 0 are replaced by their neighbors, for which the formulas are defined.
 void compile_toe_channel(double gamma, double offset, std::size_t c, ToeStage& stage) {
     const double g = std::max(1.000001, gamma), o = std::max(0.000001, offset);
     const double knee = o * g / ((g - 1) * (1 + o));

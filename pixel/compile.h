@@ -11,7 +11,7 @@ namespace pixel {
 
 Stage compile(const Op& op);
 
-/// One stage for each operation, but none for a diagonal matrix that a neighbour carries out.
+/// One stage for each operation, but none for a diagonal matrix that a neighbor carries out.
 std::vector<Stage> compile(const OpChain& chain);
 
 Stage compile_log(const Log& op);

@@ -28,8 +28,8 @@ struct Bucketing {
     float crowded_span; ///< how much of the curve's rise lies between knots that may share a bucket
 };
 
-/// The coarsest buckets for one bias that keep all but 1/64 of the neighbouring knots apart, and are no more
-/// than `most`. Looks at every `step`-th pair of neighbours.
+/// The coarsest buckets for one bias that keep all but 1/64 of the neighboring knots apart, and are no more
+/// than `most`. Looks at every `step`-th pair of neighbors.
 Bucketing fit_buckets(const std::vector<float>& sorted, float bias, std::size_t most, std::size_t step) {
     std::array<std::size_t, 33> gaps_of_width{};
     std::array<float, 33> span_of_width{};

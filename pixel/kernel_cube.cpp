@@ -23,7 +23,7 @@ struct Axis {
     hn::Vec<D> fraction;
 };
 
-/// `stride` is the table distance, in floats, between neighbours on this axis.
+/// `stride` is the table distance, in floats, between neighbors on this axis.
 template <class D>
 HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stride) {
     const hn::RebindToSigned<D> di;

@@ -27,11 +27,11 @@ struct HalfPosition {
 template <class D>
 HWY_INLINE HalfPosition<D> locate_half(D d, hn::Vec<D> magnitude) {
     const hn::RebindToSigned<D> di;
-    // Normal: the 13 low bits of the mantissa lie between neighbours; exponents differ by 127 - 15.
+    // Normal: the 13 low bits of the mantissa lie between neighbors; exponents differ by 127 - 15.
     const auto shifted = hn::Sub(hn::BitCast(di, magnitude), hn::Set(di, 112 << 23));
     const auto gap = hn::Sub(hn::Set(di, 0x2000), hn::And(shifted, hn::Set(di, 0x1FFF)));
     const auto normal_distance = hn::Mul(hn::ConvertTo(d, gap), hn::Set(d, 0x1p-13f));
-    // Denormal: neighbours are 2^-24 apart.
+    // Denormal: neighbors are 2^-24 apart.
     const auto denormal = hn::Lt(magnitude, hn::Set(d, 0x1p-14f));
     const auto steps = hn::IfThenElseZero(denormal, hn::Mul(magnitude, hn::Set(d, 0x1p24f)));
     const auto floor = hn::Floor(steps);

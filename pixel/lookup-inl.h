@@ -1,4 +1,4 @@
-/// Loads of neighbouring table entries for each lane of an index vector, and turns between pixels and planes.
+/// Loads of neighboring table entries for each lane of an index vector, and turns between pixels and planes.
 /// Included once per target, after hwy/highway.h.
 #if defined(PIXEL_LOOKUP_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef PIXEL_LOOKUP_INL_H_

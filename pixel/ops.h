@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-/// Colour operations as plain data. Every parameter is a double, or a 32-bit float where it is a table entry;
+/// Color operations as plain data. Every parameter is a double, or a 32-bit float where it is a table entry;
 /// channels are in the order red, green, blue, alpha.
 namespace pixel {
 
@@ -70,7 +70,7 @@ struct Log {
     Direction direction;
 };
 
-/// out = log_slope * log(lin_slope * in + lin_offset) + log_offset, per colour channel. With `lin_break`, a
+/// out = log_slope * log(lin_slope * in + lin_offset) + log_offset, per color channel. With `lin_break`, a
 /// straight line below it: of slope `linear_slope`, or where that is absent of the curve's slope at the
 /// break.
 struct LogAffine {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tool {
+namespace viewer {
 
 void Camera::look_at(int viewport_width, int viewport_height, int picture_width, int picture_height) {
     viewport = {std::max(1.0, double(viewport_width)), std::max(1.0, double(viewport_height))};
@@ -57,4 +57,4 @@ Placement Camera::get_placement() const {
     return {std::round(viewport.width / 2 - x * scale), std::round(viewport.height / 2 - y * scale), scale};
 }
 
-} // namespace tool
+} // namespace viewer

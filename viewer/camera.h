@@ -1,6 +1,6 @@
 #pragma once
 
-namespace tool {
+namespace viewer {
 
 /// A rectangle of the window, in its pixels from the top left.
 struct Viewport {
@@ -64,4 +64,4 @@ private:
     double middle_y = 0;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -6,7 +6,7 @@
 #include "viewer/panels.h"
 #include "viewer/panels_attempt.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -81,4 +81,4 @@ void Panels::steer(ViewModel& model, const Viewport& area) {
         model.get_camera().pan(io.MouseDelta.x * scale, io.MouseDelta.y * scale);
 }
 
-} // namespace tool
+} // namespace viewer

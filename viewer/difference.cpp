@@ -5,9 +5,9 @@
 #include <OpenImageIO/parallel.h>
 #include <fmt/format.h>
 
-#include "viewer/color_chain.h"
+#include "workflow/conversion.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -60,23 +60,25 @@ Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
     return result;
 }
 
-std::vector<float> convert_on_cpu(const Picture& picture, const ColorChain& chain, float exposure) {
+std::vector<float> convert_on_cpu(const Picture& picture, const workflow::Conversion& conversion,
+                                  float exposure) {
     std::vector<float> rgba = picture.rgba;
     const auto row = static_cast<std::size_t>(picture.width) * 4;
     OIIO::parallel_for_chunked(0, picture.height, 0, [&](int64_t begin, int64_t end) {
-        chain.convert(&rgba[static_cast<std::size_t>(begin) * row], static_cast<unsigned int>(picture.width),
-                      static_cast<unsigned int>(end - begin), exposure);
+        conversion.apply(&rgba[static_cast<std::size_t>(begin) * row],
+                         static_cast<unsigned int>(picture.width), static_cast<unsigned int>(end - begin),
+                         exposure);
     });
     return rgba;
 }
 
 std::future<Difference> start_comparison(std::shared_ptr<const Picture> picture,
-                                         std::shared_ptr<const ColorChain> chain, float exposure,
-                                         std::vector<float> gpu) {
-    return std::async(std::launch::async, [picture = std::move(picture), chain = std::move(chain), exposure,
-                                           gpu = std::move(gpu)] {
-        return compare_pixels(*picture, gpu, convert_on_cpu(*picture, *chain, exposure));
+                                         std::shared_ptr<const workflow::Conversion> conversion,
+                                         float exposure, std::vector<float> gpu) {
+    return std::async(std::launch::async, [picture = std::move(picture), conversion = std::move(conversion),
+                                           exposure, gpu = std::move(gpu)] {
+        return compare_pixels(*picture, gpu, convert_on_cpu(*picture, *conversion, exposure));
     });
 }
 
-} // namespace tool
+} // namespace viewer

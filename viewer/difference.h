@@ -7,9 +7,11 @@
 
 #include "viewer/picture.h"
 
-namespace tool {
+namespace workflow {
+class Conversion;
+}
 
-class ColorChain;
+namespace viewer {
 
 /// How far two conversions of one picture are apart.
 struct Difference {
@@ -29,11 +31,12 @@ Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
                           const std::vector<float>& cpu);
 
 /// Converts the picture on all CPUs.
-std::vector<float> convert_on_cpu(const Picture& picture, const ColorChain& chain, float exposure);
+std::vector<float> convert_on_cpu(const Picture& picture, const workflow::Conversion& conversion,
+                                  float exposure);
 
 /// Converts the picture on the CPU and compares, in the background.
 std::future<Difference> start_comparison(std::shared_ptr<const Picture> picture,
-                                         std::shared_ptr<const ColorChain> chain, float exposure,
-                                         std::vector<float> gpu);
+                                         std::shared_ptr<const workflow::Conversion> conversion,
+                                         float exposure, std::vector<float> gpu);
 
-} // namespace tool
+} // namespace viewer

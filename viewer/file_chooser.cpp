@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -164,4 +164,4 @@ std::optional<std::string> FileChooser::choose(const std::string& path) {
     return {};
 }
 
-} // namespace tool
+} // namespace viewer

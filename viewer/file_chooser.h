@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// What a dialogue shows in which one looks for a file: the folders and files of one folder, hidden ones left
 /// out, and what is selected.
@@ -64,4 +64,4 @@ private:
     std::string fault;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -8,7 +8,7 @@
 #include "viewer/panel_input.h"
 #include "viewer/widgets.h"
 
-namespace tool {
+namespace viewer {
 
 using panel_input::is_pressed;
 
@@ -175,4 +175,4 @@ std::optional<std::string> FileDialog::show_buttons(Items& items) {
     return opens ? choose() : std::nullopt;
 }
 
-} // namespace tool
+} // namespace viewer

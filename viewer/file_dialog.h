@@ -7,7 +7,7 @@
 #include "viewer/file_chooser.h"
 #include "viewer/items.h"
 
-namespace tool {
+namespace viewer {
 
 /// A dialogue above everything else in which one looks for a file, by mouse or by keys: arrows select, Enter
 /// opens, Escape leaves; whatever is typed is a path.
@@ -42,4 +42,4 @@ private:
     bool selection_moved = false;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -51,4 +51,4 @@ FileKind get_file_kind(const std::string& path) {
     return FileKind::PICTURE;
 }
 
-} // namespace tool
+} // namespace viewer

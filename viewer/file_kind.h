@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// What files are to the viewer.
 enum class FileKind { PICTURE, CONFIG, CDL_LIBRARY };
@@ -14,4 +14,4 @@ FileKind get_file_kind(const std::string& path);
 /// Extensions of such files, with the '.', in lower case.
 const std::vector<std::string>& get_extensions(FileKind kind);
 
-} // namespace tool
+} // namespace viewer

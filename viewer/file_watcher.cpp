@@ -12,7 +12,7 @@
 #include <limits>
 #include <tuple>
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -174,4 +174,4 @@ void FileWatcher::read_notice(const std::string& path, unsigned int kind, FilePa
         below.insert(folder->second.begin(), folder->second.end());
 }
 
-} // namespace tool
+} // namespace viewer

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// Tells which of some files were written, replaced, moved, removed or made, with the folders that they are
 /// in and the links that lead to them. Where the operating system offers no such notices, it never tells of
@@ -60,4 +60,4 @@ private:
     std::map<std::string, FilePaths> files_of_folder; ///< Files below a path.
 };
 
-} // namespace tool
+} // namespace viewer

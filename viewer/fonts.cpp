@@ -4,7 +4,7 @@
 
 #include <imgui.h>
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -51,4 +51,4 @@ void add_fonts(ImFontAtlas& atlas) {
     atlas.AddFontFromFileTTF(path.c_str(), HEIGHT, &config, RANGES);
 }
 
-} // namespace tool
+} // namespace viewer

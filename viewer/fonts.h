@@ -4,7 +4,7 @@
 
 struct ImFontAtlas;
 
-namespace tool {
+namespace viewer {
 
 /// A font file of the system's with letters beyond Latin 1; empty when there is none at the usual places.
 std::string find_system_font();
@@ -13,4 +13,4 @@ std::string find_system_font();
 /// that the letters that the system's font has of other alphabets, where there is one.
 void add_fonts(ImFontAtlas& atlas);
 
-} // namespace tool
+} // namespace viewer

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 #include <imgui.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 #include "viewer/panel_input.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -30,7 +30,8 @@ int find_key(const std::string& name) {
     for (const Key& key : KEYS)
         if (name == key.name)
             return key.key;
-    throw CommandError(fmt::format("no key '{}'; there are {}", name, Hand::get_key_names()));
+    diagnostics::fail(diagnostics::Code::USAGE, fmt::format("no key '{}'", name),
+                      "keys: " + Hand::get_key_names());
 }
 
 } // namespace
@@ -116,4 +117,4 @@ void Hand::act() {
     ImGui::GetIO().AddInputCharactersUTF8(step.text.c_str());
 }
 
-} // namespace tool
+} // namespace viewer

@@ -3,7 +3,7 @@
 #include <deque>
 #include <string>
 
-namespace tool {
+namespace viewer {
 
 /// Mouse and keys that a script works, in place of the user's: the panels see no difference. Positions are in
 /// units of the window system from the top left. What is told is done step by step, a frame each.
@@ -15,7 +15,7 @@ public:
     void drag(float from_x, float from_y, float to_x, float to_y, bool shift);
     /// Notches away from the user are positive.
     void turn_wheel(float x, float y, float notches);
-    /// A key by its name, as `get_key_names` lists them. Throws CommandError for others.
+    /// A key by its name, as `get_key_names` lists them. Throws diagnostics::Failure for others.
     void press(const std::string& key);
     void type(const std::string& text);
 
@@ -44,4 +44,4 @@ private:
     int held_key = -1;
 };
 
-} // namespace tool
+} // namespace viewer

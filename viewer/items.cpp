@@ -4,7 +4,7 @@
 
 #include <imgui.h>
 
-namespace tool {
+namespace viewer {
 
 void Items::end_frame() {
     shown.swap(declared);
@@ -29,4 +29,4 @@ const Items::Item* Items::find(const std::string& name) const {
     return found == shown.rend() ? nullptr : &*found;
 }
 
-} // namespace tool
+} // namespace viewer

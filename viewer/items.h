@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// Where the things lie that one can click, by what is written on them, as the last frame declared them.
 class Items {
@@ -29,4 +29,4 @@ private:
     std::vector<Item> declared;
 };
 
-} // namespace tool
+} // namespace viewer

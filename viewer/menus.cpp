@@ -6,7 +6,7 @@
 #include "viewer/panels_attempt.h"
 #include "viewer/widgets.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -102,4 +102,4 @@ void Panels::show_dialog(ViewModel& model) {
         dialog.set_fault(fault);
 }
 
-} // namespace tool
+} // namespace viewer

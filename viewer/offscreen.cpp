@@ -6,7 +6,7 @@
 #include "viewer/panel_input.h"
 #include "viewer/screen.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -22,7 +22,7 @@ public:
         glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, colors.get(), 0);
         if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-            throw GlError("the driver does not draw pictures of this size");
+            throw gl::GlError("the driver does not draw pictures of this size");
     }
 
     Size get_size() const override { return size; }
@@ -45,10 +45,10 @@ public:
     std::vector<std::string> take_drops() override { return {}; }
 
 private:
-    EglContext context{GlProfile::CORE};
+    gl::EglContext context{gl::GlProfile::CORE};
     Size size;
-    GlTexture colors;
-    GlFramebuffer framebuffer;
+    gl::GlTexture colors;
+    gl::GlFramebuffer framebuffer;
 };
 
 } // namespace
@@ -57,4 +57,4 @@ std::unique_ptr<Screen> make_offscreen(Screen::Size size) {
     return std::make_unique<Offscreen>(size);
 }
 
-} // namespace tool
+} // namespace viewer

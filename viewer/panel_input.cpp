@@ -2,7 +2,7 @@
 
 #include <imgui.h>
 
-namespace tool::panel_input {
+namespace viewer::panel_input {
 
 #if IMGUI_VERSION_NUM < 18700
 
@@ -80,4 +80,4 @@ void turn_wheel(float notches) {
 
 #endif
 
-} // namespace tool::panel_input
+} // namespace viewer::panel_input

@@ -2,7 +2,7 @@
 
 /// What the panels' library is told of mouse and keys, and asked of them, in words that hold for its releases
 /// before and since 1.87, which renamed and moved most of this. Keys are those of ImGuiKey.
-namespace tool::panel_input {
+namespace viewer::panel_input {
 
 /// The one of the number block.
 extern const int KEYPAD_ENTER;
@@ -22,4 +22,4 @@ void set_key(int key, bool is_down);
 /// Notches away from the user are positive.
 void turn_wheel(float notches);
 
-} // namespace tool::panel_input
+} // namespace viewer::panel_input

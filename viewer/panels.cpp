@@ -13,7 +13,7 @@
 #include "viewer/panels_attempt.h"
 #include "viewer/widgets.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -49,7 +49,7 @@ Panels::Panels() {
     if (ImGui_ImplOpenGL3_Init("#version 330"))
         return;
     ImGui::DestroyContext();
-    throw GlError("the panels cannot be drawn with this OpenGL");
+    throw gl::GlError("the panels cannot be drawn with this OpenGL");
 }
 
 Panels::~Panels() {
@@ -215,4 +215,4 @@ void Panels::show_configuration(ViewModel& model) {
     ImGui::TextDisabled("p c l open  < > pictures");
 }
 
-} // namespace tool
+} // namespace viewer

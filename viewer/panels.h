@@ -7,7 +7,7 @@
 #include "viewer/items.h"
 #include "viewer/view_renderer.h"
 
-namespace tool {
+namespace viewer {
 
 /// The panels beside the picture, and what mouse and keyboard do to the model. The panels' library and its
 /// OpenGL part live as long as this.
@@ -70,4 +70,4 @@ private:
     bool quits = false;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -3,10 +3,10 @@
 #include <exception>
 #include <string>
 
+#include "diagnostics/failure.h"
 #include "viewer/panels.h"
-#include "workflow/failure_reason.h"
 
-namespace tool {
+namespace viewer {
 
 /// Makes a change, and answers why it was not made; empty when it was. No exception may leave a frame that
 /// has begun: the panels' library would find it unfinished.
@@ -15,7 +15,7 @@ std::string find_refusal(const Change& change) {
     try {
         change();
     } catch (const std::exception& error) {
-        return explain_exception(error);
+        return diagnostics::format_located(diagnostics::describe(error));
     }
     return "";
 }
@@ -26,4 +26,4 @@ void Panels::attempt(const Change& change) {
     fault = find_refusal(change);
 }
 
-} // namespace tool
+} // namespace viewer

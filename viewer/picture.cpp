@@ -6,48 +6,50 @@
 #include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
 #include "image/color_group.h"
 #include "image/picture_reader.h"
 #include "image/pixel_codec.h"
 #include "image/pixel_layout.h"
 #include "image/reader_process.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
-/// The colour to show: as the channels' names tell, else the first channels there are.
-ColorGroup choose_colour(const OIIO::ImageSpec& spec) {
-    const std::vector<ColorGroup> groups = find_color_groups(spec);
+/// The color to show: as the channels' names tell, else the first channels there are.
+image::ColorGroup choose_color(const OIIO::ImageSpec& spec) {
+    const std::vector<image::ColorGroup> groups = image::find_color_groups(spec);
     if (!groups.empty())
         return groups.front();
     if (spec.nchannels >= 3)
-        return {"", {0, 1, 2, ColorGroup::NONE}};
-    return {"", {0, 0, 0, ColorGroup::NONE}};
+        return {"", {0, 1, 2, image::ColorGroup::NONE}};
+    return {"", {0, 0, 0, image::ColorGroup::NONE}};
 }
 
-std::string name_channels(const OIIO::ImageSpec& spec, const ColorGroup& colour) {
+std::string name_channels(const OIIO::ImageSpec& spec, const image::ColorGroup& color) {
     std::string names;
-    for (int i = 0; i < WORKING_CHANNELS; ++i)
-        if (colour.channels[i] != ColorGroup::NONE && (i == 0 || i == 3 || !colour.is_gray()))
+    for (int i = 0; i < image::WORKING_CHANNELS; ++i)
+        if (color.channels[i] != image::ColorGroup::NONE && (i == 0 || i == 3 || !color.is_gray()))
             names += fmt::format("{}{}", names.empty() ? "" : ", ",
-                                 std::string(spec.channel_name(colour.channels[i])));
+                                 std::string(spec.channel_name(color.channels[i])));
     return names;
 }
 
 /// One row of one component, from the file's layout to every fourth float.
-void decode_row(const std::byte* row, const PixelLayout& layout, int channel, int width, float* target) {
-    std::vector<float> values(static_cast<std::size_t>(width) * WORKING_CHANNELS);
+void decode_row(const std::byte* row, const image::PixelLayout& layout, int channel, int width,
+                float* target) {
+    std::vector<float> values(static_cast<std::size_t>(width) * image::WORKING_CHANNELS);
     const auto position = static_cast<std::size_t>(channel);
-    decode_channels(layout.types[position], row + layout.offsets[position], layout.pixel_bytes, 1,
-                    static_cast<std::size_t>(width), values.data());
-    for (std::size_t i = 0; i < values.size(); i += WORKING_CHANNELS)
+    image::decode_channels(layout.types[position], row + layout.offsets[position], layout.pixel_bytes, 1,
+                           static_cast<std::size_t>(width), values.data());
+    for (std::size_t i = 0; i < values.size(); i += image::WORKING_CHANNELS)
         target[i] = values[i];
 }
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
-    throw CommandError(fmt::format("cannot show '{}': {}", path, reason));
+    diagnostics::fail_file(diagnostics::Code::IMAGE_UNREADABLE,
+                           fmt::format("cannot show '{}': {}", path, reason), path);
 }
 
 /// What is too large to show is not worth reading.
@@ -56,7 +58,7 @@ void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_si
         fail(path, fmt::format("{} x {} pixels are more than this driver shows ({} a side)", spec.width,
                                spec.height, max_side));
     const double shown_bytes =
-        static_cast<double>(spec.width) * spec.height * WORKING_CHANNELS * sizeof(float);
+        static_cast<double>(spec.width) * spec.height * image::WORKING_CHANNELS * sizeof(float);
     const double bytes = shown_bytes + static_cast<double>(spec.image_bytes(true));
     if (bytes > static_cast<double>(OIIO::Sysutil::physical_memory()))
         fail(path, fmt::format("{} x {} pixels take {:.0f} GB to show, more than the memory of this machine",
@@ -66,35 +68,35 @@ void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_si
 } // namespace
 
 Picture load_picture(const std::string& path, int max_side) {
-    ReaderProcess process;
-    PictureReader reader(path, process);
+    image::ReaderProcess process;
+    image::PictureReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
     check_size(path, spec, max_side);
-    const ColorGroup colour = choose_colour(spec);
-    const PixelLayout layout(spec);
-    PixelBuffer pixels;
+    const image::ColorGroup color = choose_color(spec);
+    const image::PixelLayout layout(spec);
+    image::PixelBuffer pixels;
     reader.read_part(0, pixels);
 
     Picture picture;
     picture.path = path;
     picture.width = spec.width;
     picture.height = spec.height;
-    picture.channels = name_channels(spec, colour);
+    picture.channels = name_channels(spec, color);
     const auto width = static_cast<std::size_t>(spec.width);
     try {
-        picture.rgba.assign(width * static_cast<std::size_t>(spec.height) * WORKING_CHANNELS, 1.0f);
+        picture.rgba.assign(width * static_cast<std::size_t>(spec.height) * image::WORKING_CHANNELS, 1.0f);
     } catch (const std::bad_alloc&) {
         fail(path, "no memory for its pixels");
     }
     OIIO::parallel_for(int64_t(0), int64_t(spec.height), [&](int64_t y) {
         const auto row = static_cast<std::size_t>(y);
-        for (int i = 0; i < WORKING_CHANNELS; ++i)
-            if (colour.channels[i] != ColorGroup::NONE)
-                decode_row(pixels.data() + row * width * layout.pixel_bytes, layout, colour.channels[i],
+        for (int i = 0; i < image::WORKING_CHANNELS; ++i)
+            if (color.channels[i] != image::ColorGroup::NONE)
+                decode_row(pixels.data() + row * width * layout.pixel_bytes, layout, color.channels[i],
                            spec.width,
-                           &picture.rgba[row * width * WORKING_CHANNELS + static_cast<size_t>(i)]);
+                           &picture.rgba[row * width * image::WORKING_CHANNELS + static_cast<size_t>(i)]);
     });
     return picture;
 }
 
-} // namespace tool
+} // namespace viewer

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// A picture in memory: RGBA floats, rows from top to bottom, as the file holds them.
 struct Picture {
@@ -12,7 +12,7 @@ struct Picture {
     int width = 0;
     int height = 0;
     std::vector<float> rgba;
-    std::string channels; ///< For the user: "R, G, B", or "Y" shown as grey.
+    std::string channels; ///< For the user: "R, G, B", or "Y" shown as gray.
 
     /// The four floats at a position inside the picture.
     const float* at(int x, int y) const {
@@ -22,8 +22,9 @@ struct Picture {
     }
 };
 
-/// Reads the first color of the first part of a file; alpha is 1 where there is none. Throws CommandError,
-/// and reads no pixels, when the header announces more than `max_side` pixels a side or than memory holds.
+/// Reads the first color of the first part of a file; alpha is 1 where there is none. Throws
+/// diagnostics::Failure, and reads no pixels, when the header announces more than `max_side` pixels a side or
+/// than memory holds.
 Picture load_picture(const std::string& path, int max_side = std::numeric_limits<int>::max());
 
-} // namespace tool
+} // namespace viewer

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -59,7 +59,7 @@ void PictureList::show_current() {
     fault.clear();
     try {
         picture = load(current);
-    } catch (const CommandError& error) {
+    } catch (const diagnostics::Failure& error) {
         fault = error.what();
     }
 }
@@ -82,4 +82,4 @@ void PictureList::forget(const std::string& path) {
                held.end());
 }
 
-} // namespace tool
+} // namespace viewer

@@ -7,7 +7,7 @@
 
 #include "viewer/picture.h"
 
-namespace tool {
+namespace viewer {
 
 /// Files to look at, one at a time. Each is read when it is first wanted; the last few stay in memory, as far
 /// as there is room.
@@ -19,8 +19,8 @@ public:
     void set_max_side(int pixels) { max_side = pixels; }
     /// Lists a file, if it is not listed yet, without reading it.
     void add(const std::string& path);
-    /// Goes to a file, and lists it if it is new. Throws CommandError, and changes nothing, when it cannot be
-    /// read.
+    /// Goes to a file, and lists it if it is new. Throws diagnostics::Failure, and changes nothing, when it
+    /// cannot be read.
     void open(const std::string& path);
     /// Goes on by so many files, round and round. One that cannot be read is gone to as well: it becomes the
     /// fault, and the picture stays what it was.
@@ -52,4 +52,4 @@ private:
 /// True when both paths name one place, whether or not there is a file.
 bool is_same_path(const std::string& a, const std::string& b);
 
-} // namespace tool
+} // namespace viewer

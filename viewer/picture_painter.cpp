@@ -7,9 +7,9 @@
 
 #include "gl/float_textures.h"
 #include "gl/gl_error.h"
-#include "viewer/color_chain.h"
+#include "workflow/conversion.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -19,12 +19,12 @@ constexpr std::size_t HELD_TEXTURES = 2;
 constexpr std::size_t HELD_SHADERS = 5;
 
 /// Pixels are shown as squares when enlarged and averaged when reduced.
-void upload_for_display(const GlTexture& texture, const Picture& picture) {
+void upload_for_display(const gl::GlTexture& texture, const Picture& picture) {
     const int max_size = get_max_side();
     if (picture.width > max_size || picture.height > max_size)
-        throw GlError(fmt::format("{} x {} pixels are more than this driver shows ({} a side)", picture.width,
-                                  picture.height, max_size));
-    upload_pixels(texture, picture.rgba.data(), picture.width, picture.height);
+        throw gl::GlError(fmt::format("{} x {} pixels are more than this driver shows ({} a side)",
+                                      picture.width, picture.height, max_size));
+    gl::upload_pixels(texture, picture.rgba.data(), picture.width, picture.height);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, 1000);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_NEAREST);
     glGenerateMipmap(GL_TEXTURE_2D);
@@ -50,9 +50,9 @@ int get_max_side() {
     return pixels;
 }
 
-PicturePainter::PicturePainter() : pass(GlProfile::CORE) {}
+PicturePainter::PicturePainter() : pass(gl::GlProfile::CORE) {}
 
-const GlTexture& PicturePainter::get_texture(const PictureHandle& picture) {
+const gl::GlTexture& PicturePainter::get_texture(const PictureHandle& picture) {
     if (const auto found = find_latest(textures, &HeldTexture::picture, picture); found != textures.end())
         return found->texture;
     if (textures.size() >= HELD_TEXTURES)
@@ -64,20 +64,20 @@ const GlTexture& PicturePainter::get_texture(const PictureHandle& picture) {
     return textures.back().texture;
 }
 
-const ChainShader& PicturePainter::get_shader(const ChainHandle& chain) {
-    if (const auto found = find_latest(shaders, &HeldShader::chain, chain); found != shaders.end())
+const ConversionShader& PicturePainter::get_shader(const ConversionHandle& conversion) {
+    if (const auto found = find_latest(shaders, &HeldShader::conversion, conversion); found != shaders.end())
         return found->shader;
     if (shaders.size() >= HELD_SHADERS)
         shaders.erase(shaders.begin());
-    shaders.push_back({chain, ChainShader(chain.get())});
+    shaders.push_back({conversion, ConversionShader(conversion.get())});
     ++shader_count;
     return shaders.back().shader;
 }
 
 void PicturePainter::draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
                           const Placement& placement, int framebuffer_height) {
-    const GlTexture& texture = get_texture(subject.picture);
-    const ChainShader& shader = get_shader(subject.chain);
+    const gl::GlTexture& texture = get_texture(subject.picture);
+    const ConversionShader& shader = get_shader(subject.conversion);
     glViewport(viewport.x, framebuffer_height - viewport.y - viewport.height, viewport.width,
                viewport.height);
     glEnable(GL_SCISSOR_TEST);
@@ -86,7 +86,7 @@ void PicturePainter::draw(const Subject& subject, const Viewport& viewport, cons
     shader.use({static_cast<float>(viewport.x + placement.origin_x),
                 static_cast<float>(framebuffer_height - viewport.y - placement.origin_y),
                 static_cast<float>(placement.zoom), subject.picture->width, subject.picture->height,
-                get_gain(subject.exposure)});
+                workflow::get_gain(subject.exposure)});
     glBindTexture(GL_TEXTURE_2D, texture.get());
     pass.draw();
     glDisable(GL_SCISSOR_TEST);
@@ -96,13 +96,13 @@ std::vector<float> PicturePainter::convert(const Subject& subject, const Viewpor
     const auto [x, y, width, height] = rectangle;
     GLint bound = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);
-    const GlTexture target;
-    upload_pixels(target, nullptr, width, height);
-    const GlFramebuffer framebuffer;
+    const gl::GlTexture target;
+    gl::upload_pixels(target, nullptr, width, height);
+    const gl::GlFramebuffer framebuffer;
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target.get(), 0);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-        throw GlError("the driver does not draw float pixels");
+        throw gl::GlError("the driver does not draw float pixels");
     const Viewport whole = {0, 0, width, height};
     draw(subject, whole, whole, {-double(x), -double(y), 1}, height);
     const auto row = static_cast<std::ptrdiff_t>(width) * 4;
@@ -115,4 +115,4 @@ std::vector<float> PicturePainter::convert(const Subject& subject, const Viewpor
     return rgba;
 }
 
-} // namespace tool
+} // namespace viewer

@@ -6,34 +6,32 @@
 #include "gl/full_screen_pass.h"
 #include "gl/gl_object.h"
 #include "viewer/camera.h"
-#include "viewer/chain_shader.h"
+#include "viewer/conversion_shader.h"
 #include "viewer/picture.h"
 
-namespace tool {
+namespace viewer {
 
 /// The most pixels a side that the driver of the current context shows.
 int get_max_side();
 
-class ColorChain;
-
-/// Draws pictures through chains of conversions with OpenGL's core profile. Textures and shaders are made
-/// only when the picture or the chain is another than before.
+/// Draws images through conversions with OpenGL's core profile. Textures and shaders are made only when the
+/// image or the conversion is another than before.
 class PicturePainter {
 public:
     /// Needs a current context, always the same.
     PicturePainter();
 
     using PictureHandle = std::shared_ptr<const Picture>;
-    using ChainHandle = std::shared_ptr<const ColorChain>;
+    using ConversionHandle = std::shared_ptr<const workflow::Conversion>;
 
-    /// What is drawn. A null chain shows the values as they are.
+    /// What is drawn. A null conversion shows the values as they are.
     struct Subject {
         PictureHandle picture;
-        ChainHandle chain;
+        ConversionHandle conversion;
         float exposure = 0; ///< Stops.
 
         bool operator==(const Subject& other) const {
-            return picture == other.picture && chain == other.chain && exposure == other.exposure;
+            return picture == other.picture && conversion == other.conversion && exposure == other.exposure;
         }
     };
 
@@ -52,21 +50,21 @@ public:
 private:
     struct HeldTexture {
         PictureHandle picture;
-        GlTexture texture;
+        gl::GlTexture texture;
     };
     struct HeldShader {
-        ChainHandle chain;
-        ChainShader shader;
+        ConversionHandle conversion;
+        ConversionShader shader;
     };
 
-    const GlTexture& get_texture(const PictureHandle& picture);
-    const ChainShader& get_shader(const ChainHandle& chain);
+    const gl::GlTexture& get_texture(const PictureHandle& picture);
+    const ConversionShader& get_shader(const ConversionHandle& conversion);
 
-    FullScreenPass pass;
+    gl::FullScreenPass pass;
     std::vector<HeldTexture> textures; ///< The last ones used, the latest behind.
     std::vector<HeldShader> shaders;
     unsigned int shader_count = 0;
     unsigned int upload_count = 0;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
 /// Where the viewer draws: a window, or a picture in memory. Its OpenGL 3.3 core context is current as long
 /// as it lives.
@@ -39,4 +39,4 @@ std::unique_ptr<Screen> make_offscreen(Screen::Size size);
 /// A window. Throws GlError when none can be opened.
 std::unique_ptr<Screen> make_window(Screen::Size size, const std::string& title);
 
-} // namespace tool
+} // namespace viewer

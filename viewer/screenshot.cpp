@@ -8,14 +8,14 @@
 #include "image/format_abilities.h"
 #include "image/picture_writer.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
 constexpr int CHANNELS = 3;
 
 /// OpenGL's first row is the lowest, an image's the highest.
-void flip_rows(PixelBuffer& pixels, std::size_t row_bytes) {
+void flip_rows(image::PixelBuffer& pixels, std::size_t row_bytes) {
     std::byte* top = pixels.data();
     std::byte* bottom = pixels.data() + pixels.size();
     for (; top + row_bytes < bottom; top += row_bytes) {
@@ -28,18 +28,18 @@ void flip_rows(PixelBuffer& pixels, std::size_t row_bytes) {
 
 void write_screenshot(const std::string& path, Screen::Size size) {
     const auto row_bytes = static_cast<std::size_t>(size.width) * CHANNELS;
-    PixelBuffer pixels;
+    image::PixelBuffer pixels;
     pixels.resize(row_bytes * static_cast<std::size_t>(size.height));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, size.width, size.height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
     flip_rows(pixels, row_bytes);
 
-    const FormatAbilities abilities = get_format_abilities(path);
+    const image::FormatAbilities abilities = image::get_format_abilities(path);
     const OIIO::ImageSpec spec(size.width, size.height, CHANNELS, OIIO::TypeDesc::UINT8);
-    PictureWriter writer(path);
+    image::PictureWriter writer(path);
     writer.open_part({{0, 0, spec}}, 0, abilities);
     writer.write_part_as(spec.format, pixels);
     writer.close();
 }
 
-} // namespace tool
+} // namespace viewer

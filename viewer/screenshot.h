@@ -4,10 +4,10 @@
 
 #include "viewer/screen.h"
 
-namespace tool {
+namespace viewer {
 
 /// Writes the bound framebuffer as an 8-bit RGB picture in the format that the path's extension names. Throws
-/// CommandError.
+/// diagnostics::Failure.
 void write_screenshot(const std::string& path, Screen::Size size);
 
-} // namespace tool
+} // namespace viewer

@@ -10,16 +10,18 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "diagnostics/failure.h"
 #include "gl/gl_error.h"
-#include "tool/console.h"
-#include "tool/exit_code.h"
 #include "viewer/items.h"
 #include "viewer/viewer.h"
 #include "workflow/nearest_names.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
+
+using diagnostics::Code;
+using diagnostics::fail;
 
 constexpr char BLANKS[] = " \t\r";
 constexpr char QUIT[] = "quit";
@@ -30,7 +32,7 @@ std::string trim(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
 }
 
-/// Numbers with blanks between them. Throws CommandError when there are more or fewer, or others than
+/// Numbers with blanks between them. Throws diagnostics::Failure when there are more or fewer, or others than
 /// numbers.
 template <std::size_t COUNT>
 std::array<float, COUNT> parse_numbers(const std::string& text) {
@@ -42,21 +44,21 @@ std::array<float, COUNT> parse_numbers(const std::string& text) {
         rest = trim(rest.substr(gap));
     }
     if (!rest.empty())
-        throw CommandError(fmt::format("'{}' are more than {} numbers", text, COUNT));
+        fail(Code::SCRIPT_FAILED, fmt::format("'{}' has more than {} numbers", text, COUNT));
     return numbers;
 }
 
-/// Throws CommandError for other numbers than those above 0.
+/// Throws diagnostics::Failure for other numbers than those above 0.
 double parse_factor(const std::string& text) {
     const double factor = parse_number(text);
     if (factor <= 0)
-        throw CommandError(fmt::format("'{}' is no factor above 0", text));
+        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is not a positive number", text));
     return factor;
 }
 
 bool parse_switch(const std::string& text) {
     if (text != "on" && text != "off")
-        throw CommandError(fmt::format("'{}' is neither 'on' nor 'off'", text));
+        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is neither 'on' nor 'off'", text));
     return text == "on";
 }
 
@@ -70,41 +72,41 @@ void set_zoom(Camera& camera, const std::string& argument) {
 void await_change(Viewer& viewer, const std::string& argument) {
     const double seconds = parse_number(argument);
     if (seconds < 0 || seconds > MAX_PATIENCE)
-        throw CommandError(
-            fmt::format("cannot wait for {} s; a change is awaited for 0 to {} s", argument, MAX_PATIENCE));
+        fail(Code::SCRIPT_FAILED,
+             fmt::format("cannot wait for {} s; the range is 0 to {} s", argument, MAX_PATIENCE));
     const auto patience = std::chrono::milliseconds(std::lround(1000 * seconds));
     if (!viewer.get_model().follow_changes(patience))
-        throw CommandError(fmt::format("no file changed within {} s", argument));
+        fail(Code::SCRIPT_FAILED, fmt::format("no file changed within {} s", argument));
 }
 
-void print_state(Viewer& viewer, Console& console) {
+void print_state(Viewer& viewer, const Script::Print& print) {
     ViewModel& model = viewer.get_model();
-    model.get_chain(ViewModel::FIRST); // What cannot be shown is told too.
+    model.get_conversion(ViewModel::FIRST); // What cannot be shown is told too.
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
-    console.print(fmt::format("picture: {}", model.get_picture() ? model.get_picture()->path : ""));
-    console.print(fmt::format("configuration: {}", model.get_host().get_config_name()));
-    console.print(fmt::format("space: {} ({})", settings.input_space, model.get_space_reason()));
-    console.print(fmt::format("cdl: {}", settings.cdl));
-    console.print(fmt::format("exposure: {:g}", settings.exposure));
-    console.print(fmt::format("view: {}", settings.view));
-    console.print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
+    print(fmt::format("picture: {}", model.get_picture() ? model.get_picture()->path : ""));
+    print(fmt::format("configuration: {}", model.get_host().get_config_name()));
+    print(fmt::format("space: {} ({})", settings.input_space, model.get_space_reason()));
+    print(fmt::format("cdl: {}", settings.cdl));
+    print(fmt::format("exposure: {:g}", settings.exposure));
+    print(fmt::format("view: {}", settings.view));
+    print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
     std::vector<std::string> faults = model.get_faults();
     faults.push_back(viewer.get_fault());
     for (const std::string& fault : faults)
         if (!fault.empty())
-            console.print(fmt::format("fault: {}", fault));
+            print(fmt::format("fault: {}", fault));
 }
 
-void compare(Viewer& viewer, Console& console) {
+void compare(Viewer& viewer, const Script::Print& print) {
     viewer.get_model().set_layout(Layout::DIFFERENCE);
     const Difference* difference = viewer.compare();
     if (!difference)
-        throw CommandError(
-            fmt::format("there is nothing to compare: {}", fmt::join(viewer.get_model().get_faults(), "; ")));
-    console.print(format_difference(*difference));
+        fail(Code::SCRIPT_FAILED, fmt::format("there is nothing to compare: {}",
+                                              fmt::join(viewer.get_model().get_faults(), "; ")));
+    print(format_difference(*difference));
 }
 
-/// What bears that name, and where it lies. Throws CommandError when there is nothing of the kind.
+/// What bears that name, and where it lies. Throws diagnostics::Failure when there is nothing of the kind.
 const Items::Item& find_item(Viewer& viewer, const std::string& name) {
     const Items& items = viewer.get_items();
     if (items.get_all().empty())
@@ -114,7 +116,8 @@ const Items::Item& find_item(Viewer& viewer, const std::string& name) {
     std::vector<std::string> names;
     for (const Items::Item& item : items.get_all())
         names.push_back(item.name);
-    throw CommandError(fmt::format("there is no '{}' to click{}", name, did_you_mean(name, names)));
+    fail(Code::SCRIPT_FAILED, fmt::format("nothing named '{}' to click", name),
+         workflow::did_you_mean(name, names));
 }
 
 void click(Viewer& viewer, const std::string& name, void (Hand::*click)(float, float)) {
@@ -129,112 +132,126 @@ void drag(Viewer& viewer, const std::string& way, bool shift) {
     viewer.act();
 }
 
-void print_items(Viewer& viewer, Console& console) {
+void print_items(Viewer& viewer, const Script::Print& print) {
     for (const Items::Item& item : viewer.get_items().get_all())
-        console.print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
+        print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
 }
 
 struct ScriptCommand {
     const char* name;
     const char* argument;
     const char* description;
-    void (*run)(Viewer& viewer, Console& console, const std::string& argument);
+    void (*run)(Viewer& viewer, const Script::Print& print, const std::string& argument);
 };
 
 constexpr ScriptCommand COMMANDS[] = {
     {"open", "FILE", "show a picture",
-     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().open(path); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& path) { viewer.get_model().open(path); }},
     {"next", "", "show the next picture",
-     [](Viewer& viewer, Console&, const std::string&) { viewer.get_model().step_picture(1); }},
-    {"space", "NAME", "take the picture to be in a colour space",
-     [](Viewer& viewer, Console&, const std::string& name) { viewer.get_model().set_input_space(name); }},
-    {"cdl", "NAME", "apply a colour decision list",
-     [](Viewer& viewer, Console&, const std::string& name) { viewer.get_model().set_cdl(name); }},
+     [](Viewer& viewer, const Script::Print&, const std::string&) { viewer.get_model().step_picture(1); }},
+    {"space", "NAME", "take the picture to be in a color space",
+     [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         viewer.get_model().set_input_space(name);
+     }},
+    {"cdl", "NAME", "apply a color decision list",
+     [](Viewer& viewer, const Script::Print&, const std::string& name) { viewer.get_model().set_cdl(name); }},
     {"exposure", "STOPS", "expose",
-     [](Viewer& viewer, Console&, const std::string& stops) {
+     [](Viewer& viewer, const Script::Print&, const std::string& stops) {
          viewer.get_model().set_exposure(static_cast<float>(parse_number(stops)));
      }},
     {"view", "LABEL", "show through a view",
-     [](Viewer& viewer, Console&, const std::string& label) {
+     [](Viewer& viewer, const Script::Print&, const std::string& label) {
          viewer.get_model().set_view(ViewModel::FIRST, label);
      }},
     {"second-view", "LABEL", "the view to compare it with",
-     [](Viewer& viewer, Console&, const std::string& label) {
+     [](Viewer& viewer, const Script::Print&, const std::string& label) {
          viewer.get_model().set_view(ViewModel::SECOND, label);
      }},
     {"layout", "NAME", "single, wipe, two or difference",
-     [](Viewer& viewer, Console&, const std::string& word) {
+     [](Viewer& viewer, const Script::Print&, const std::string& word) {
          viewer.get_model().set_layout(parse_layout(word));
      }},
     {"wipe", "POSITION", "wipe between the views, 0 to 1",
-     [](Viewer& viewer, Console&, const std::string& position) {
+     [](Viewer& viewer, const Script::Print&, const std::string& position) {
          viewer.get_model().set_layout(Layout::WIPE);
          viewer.get_model().set_wipe(parse_number(position));
      }},
     {"difference-scale", "FACTOR", "enlarge the differences shown",
-     [](Viewer& viewer, Console&, const std::string& factor) {
+     [](Viewer& viewer, const Script::Print&, const std::string& factor) {
          viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
      }},
     {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
-     [](Viewer& viewer, Console&, const std::string& factor) { set_zoom(viewer.get_camera(), factor); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& factor) {
+         set_zoom(viewer.get_camera(), factor);
+     }},
     {"pan", "X Y", "move the picture by pixels of the screen",
-     [](Viewer& viewer, Console&, const std::string& by) {
+     [](Viewer& viewer, const Script::Print&, const std::string& by) {
          const auto [x, y] = parse_numbers<2>(by);
          viewer.get_camera().pan(x, y);
      }},
     {"cursor", "X Y", "read out the pixel at a position of the screen",
-     [](Viewer& viewer, Console&, const std::string& at) {
+     [](Viewer& viewer, const Script::Print&, const std::string& at) {
          const auto [x, y] = parse_numbers<2>(at);
          viewer.set_cursor(x, y);
      }},
     {"panels", "on|off", "show the panels",
-     [](Viewer& viewer, Console&, const std::string& shown) { viewer.show_panels(parse_switch(shown)); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& shown) {
+         viewer.show_panels(parse_switch(shown));
+     }},
     {"items", "", "print what can be clicked, with its place in the window",
-     [](Viewer& viewer, Console& console, const std::string&) { print_items(viewer, console); }},
+     [](Viewer& viewer, const Script::Print& print, const std::string&) { print_items(viewer, print); }},
     {"click", "NAME", "click what bears that name in the panels",
-     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::click); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         click(viewer, name, &Hand::click);
+     }},
     {"double-click", "NAME", "the same, twice",
-     [](Viewer& viewer, Console&, const std::string& name) { click(viewer, name, &Hand::double_click); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         click(viewer, name, &Hand::double_click);
+     }},
     {"press", "KEY", "press Enter, Escape, Up, Down or the like",
-     [](Viewer& viewer, Console&, const std::string& key) {
+     [](Viewer& viewer, const Script::Print&, const std::string& key) {
          viewer.get_items();
          viewer.get_hand().press(key);
          viewer.act();
      }},
     {"type", "TEXT", "type letters",
-     [](Viewer& viewer, Console&, const std::string& text) {
+     [](Viewer& viewer, const Script::Print&, const std::string& text) {
          viewer.get_items();
          viewer.get_hand().type(text);
          viewer.act();
      }},
     {"drag", "X Y X Y", "drag the pointer from one place of the window to another",
-     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, false); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& way) { drag(viewer, way, false); }},
     {"shift-drag", "X Y X Y", "the same with the shift key held",
-     [](Viewer& viewer, Console&, const std::string& way) { drag(viewer, way, true); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& way) { drag(viewer, way, true); }},
     {"wheel", "X Y NOTCHES", "turn the wheel at a place of the window",
-     [](Viewer& viewer, Console&, const std::string& turn) {
+     [](Viewer& viewer, const Script::Print&, const std::string& turn) {
          const auto [x, y, notches] = parse_numbers<3>(turn);
          viewer.get_hand().turn_wheel(x, y, notches);
          viewer.act();
      }},
     {"drop", "FILE", "drop a file on the window",
-     [](Viewer& viewer, Console&, const std::string& path) {
+     [](Viewer& viewer, const Script::Print&, const std::string& path) {
          viewer.get_items();
          viewer.drop({path});
      }},
     {"config", "FILE", "use a configuration; without a file, the built-in one",
-     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().use_config(path); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& path) {
+         viewer.get_model().use_config(path);
+     }},
     {"cdl-library", "FILE", "list the corrections of a CDL file",
-     [](Viewer& viewer, Console&, const std::string& path) { viewer.get_model().use_cdl_library(path); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& path) {
+         viewer.get_model().use_cdl_library(path);
+     }},
     {"await-change", "SECONDS", "wait until a file was changed and read again",
-     [](Viewer& viewer, Console&, const std::string& seconds) { await_change(viewer, seconds); }},
+     [](Viewer& viewer, const Script::Print&, const std::string& seconds) { await_change(viewer, seconds); }},
     {"print", "", "print what is shown",
-     [](Viewer& viewer, Console& console, const std::string&) { print_state(viewer, console); }},
+     [](Viewer& viewer, const Script::Print& print, const std::string&) { print_state(viewer, print); }},
     {"compare", "", "print how far GPU and CPU are apart",
-     [](Viewer& viewer, Console& console, const std::string&) { compare(viewer, console); }},
+     [](Viewer& viewer, const Script::Print& print, const std::string&) { compare(viewer, print); }},
     {"screenshot", "FILE", "write what is on the screen",
-     [](Viewer& viewer, Console&, const std::string& path) { viewer.save_screenshot(path); }},
-    {QUIT, "", "end the viewer", [](Viewer&, Console&, const std::string&) {}},
+     [](Viewer& viewer, const Script::Print&, const std::string& path) { viewer.save_screenshot(path); }},
+    {QUIT, "", "end the viewer", [](Viewer&, const Script::Print&, const std::string&) {}},
 };
 
 std::size_t find_command(const std::string& name, const std::string& place) {
@@ -246,7 +263,8 @@ std::size_t find_command(const std::string& name, const std::string& place) {
     std::vector<std::string> names;
     for (const ScriptCommand& command : COMMANDS)
         names.emplace_back(command.name);
-    throw UsageError(fmt::format("{}: no command '{}'{}", place, name, did_you_mean(name, names)));
+    diagnostics::fail(Code::USAGE, fmt::format("{}: no command '{}'", place, name),
+                      workflow::did_you_mean(name, names));
 }
 
 } // namespace
@@ -256,7 +274,7 @@ double parse_number(const std::string& text) {
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || stop != end || !std::isfinite(number))
-        throw CommandError(fmt::format("'{}' is no number", text));
+        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is not a number", text));
     return number;
 }
 
@@ -268,7 +286,7 @@ Layout parse_layout(const std::string& word) {
     for (const auto& [name, layout] : LAYOUTS)
         if (word == name)
             return layout;
-    throw CommandError(fmt::format("no layout '{}'; there are single, wipe, two and difference", word));
+    fail(Code::SCRIPT_FAILED, fmt::format("no layout '{}'", word), "layouts: single, wipe, two, difference");
 }
 
 Script::Script(std::istream& text, const std::string& name) {
@@ -283,18 +301,19 @@ Script::Script(std::istream& text, const std::string& name) {
     }
 }
 
-bool Script::run(Viewer& viewer, Console& console) const {
+bool Script::run(Viewer& viewer, const Script::Print& print) const {
     for (const Line& line : lines) {
         const ScriptCommand& command = COMMANDS[line.command];
         if (command.name == QUIT)
             return true;
         try {
-            command.run(viewer, console, line.argument);
+            command.run(viewer, print, line.argument);
             viewer.run_frame();
-        } catch (const CommandError& error) {
-            throw CommandError(fmt::format("{}: {}", line.place, error.what()), error.get_code());
-        } catch (const GlError& error) {
-            throw CommandError(fmt::format("{}: {}", line.place, error.what()));
+        } catch (const diagnostics::Failure& error) {
+            throw diagnostics::Failure(
+                diagnostics::add_context(line.place, error.get_diagnostics(), Code::SCRIPT_FAILED));
+        } catch (const gl::GlError& error) {
+            fail(Code::SCRIPT_FAILED, fmt::format("{}: {}", line.place, error.what()));
         }
     }
     return false;
@@ -308,4 +327,4 @@ std::string Script::get_help() {
     return help;
 }
 
-} // namespace tool
+} // namespace viewer

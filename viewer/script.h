@@ -1,25 +1,29 @@
 #pragma once
 
+#include <functional>
 #include <istream>
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace viewer {
 
-class Console;
 class Viewer;
 enum class Layout;
 
-/// What a viewer is told to do, line by line: a command and its argument. Empty lines and those that begin
-/// with '#' are passed over.
+/// Commands for a viewer, one per line with its argument. Empty lines and lines that begin with '#' are
+/// skipped.
 class Script {
 public:
-    /// Throws UsageError with the place when a line holds no command. Messages speak of `name`.
+    /// Takes a line of output.
+    using Print = std::function<void(const std::string& line)>;
+
+    /// Throws diagnostics::Failure with the place when a line does not start with a command. `name` is for
+    /// messages.
     Script(std::istream& text, const std::string& name);
 
-    /// Runs every line, drawing a frame after each. True when the last line run was "quit", which ends the
-    /// script. Throws CommandError with the place.
-    bool run(Viewer& viewer, Console& console) const;
+    /// Runs every line and draws a frame after each. True when "quit" ended the script. Throws
+    /// diagnostics::Failure with the place.
+    bool run(Viewer& viewer, const Print& print) const;
 
     /// One line per command, for the help text.
     static std::string get_help();
@@ -33,10 +37,10 @@ private:
     std::vector<Line> lines;
 };
 
-/// Number of a command's argument. Throws CommandError when the text is none.
+/// The number that all of `text` spells. Throws diagnostics::Failure for anything else.
 double parse_number(const std::string& text);
 
-/// "single", "wipe", "two" or "difference". Throws CommandError for other words.
+/// "single", "wipe", "two" or "difference". Throws diagnostics::Failure for other words.
 Layout parse_layout(const std::string& word);
 
-} // namespace tool
+} // namespace viewer

@@ -6,11 +6,12 @@
 
 #include <fmt/format.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
+#include "workflow/file_space.h"
 #include "workflow/name_resolution.h"
 #include "workflow/nearest_names.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -29,7 +30,7 @@ std::string get_file_name(const std::string& path) {
 
 } // namespace
 
-ViewModel::ViewModel(ColorHost& host) : host(host) {
+ViewModel::ViewModel(workflow::LiveConfig& host) : host(host) {
     use_existing_names();
     watch_files();
 }
@@ -62,45 +63,60 @@ void ViewModel::take_space_of_picture(const std::shared_ptr<const Picture>& form
 }
 
 void ViewModel::take_space_of_file() {
-    const ColorHost::FileSpace space = host.get_space_of_file(get_picture() ? get_picture()->path : "");
-    input_space = space.label;
+    const workflow::FileSpace space = workflow::find_file_space(get_picture() ? get_picture()->path : "");
+    input_space = space.color_space;
     space_reason = space.reason;
 }
 
 void ViewModel::set_input_space(const std::string& name) {
-    input_space = resolve_color_space(name, host.get_config_name()).label;
+    input_space = workflow::resolve_color_space(name, host.get_config_name()).label;
     space_reason = "chosen";
     space_is_chosen = true;
 }
 
 void ViewModel::set_cdl(const std::string& name) {
     if (!holds(host.get_cdls(), name))
-        throw CommandError(fmt::format("no CDL '{}'{}", name, did_you_mean(name, host.get_cdls())));
+        throw diagnostics::Failure(with_hint(
+            diagnostics::make_error(diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name),
+            workflow::did_you_mean(name, host.get_cdls())));
     cdl = name;
 }
 
 void ViewModel::set_view(Side side, const std::string& label) {
-    views[side] = resolve_view("", label, host.get_config_name()).label;
+    views[side] = workflow::resolve_view("", label, host.get_config_name()).label;
 }
 
 ColorSettings ViewModel::get_settings(Side side) const {
     return {input_space, cdl, views[side], exposure};
 }
 
-std::shared_ptr<const ColorChain> ViewModel::get_chain(Side side) {
-    Chain& cached = chains[side];
-    const ColorSettings settings = get_settings(side);
-    const ColorChain::Key key = ColorChain::make_key(host, settings);
+bool ViewModel::Key::operator==(const Key& other) const {
+    return revision == other.revision && input_space == other.input_space && cdl == other.cdl &&
+           view == other.view && takes_exposure == other.takes_exposure;
+}
+
+ViewModel::Key ViewModel::make_key(Side side) const {
+    return {host.get_revision(), input_space, cdl, views[side], exposure != 0};
+}
+
+std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side) {
+    ConfiguredConversion& cached = conversions[side];
+    const Key key = make_key(side);
     if (cached.key && *cached.key == key)
-        return cached.chain;
+        return cached.conversion;
     cached.key = key;
     cached.fault.clear();
+    workflow::ConversionRequest request;
+    request.from = input_space;
+    request.view = views[side];
+    request.cdl_name = cdl == host.get_default_cdl() ? "" : cdl;
+    request.takes_exposure = key.takes_exposure;
     try {
-        cached.chain = std::make_shared<const ColorChain>(host, settings);
-    } catch (const CommandError& error) {
-        cached.fault = error.what();
+        cached.conversion = std::make_shared<const workflow::Conversion>(host.get_session(), request);
+    } catch (const diagnostics::Failure& failure) {
+        cached.fault = failure.what();
     }
-    return cached.chain;
+    return cached.conversion;
 }
 
 void ViewModel::set_wipe(double position) {
@@ -108,15 +124,15 @@ void ViewModel::set_wipe(double position) {
 }
 
 void ViewModel::use_config(const std::string& path) {
-    if (const ColorHost::Fault fault = host.use_config(path))
-        throw CommandError(*fault);
+    if (workflow::LiveConfig::Fault fault = host.use_config(path))
+        throw diagnostics::Failure(*std::move(fault));
     note = fmt::format("using {}", host.get_config_name()) + use_existing_names();
     watch_files();
 }
 
 void ViewModel::use_cdl_library(const std::string& path) {
-    if (const ColorHost::Fault fault = host.use_cdl_library(path))
-        throw CommandError(*fault);
+    if (workflow::LiveConfig::Fault fault = host.use_cdl_library(path))
+        throw diagnostics::Failure(*std::move(fault));
     note = fmt::format("using {}", get_file_name(path)) + use_existing_names();
     watch_files();
 }
@@ -127,13 +143,13 @@ std::string ViewModel::use_existing_names() {
     std::string replaced;
     const auto note_replaced = [&](const char* kind, const std::string& former, const std::string& now) {
         if (!former.empty() && former != now)
-            replaced += fmt::format("; no {} '{}' any more, now '{}'", kind, former, now);
+            replaced += fmt::format("; {} '{}' is gone, using '{}'", kind, former, now);
     };
     if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
         const std::string former = space_is_chosen ? input_space : "";
         space_is_chosen = false;
         take_space_of_file();
-        note_replaced("colour space", former, input_space);
+        note_replaced("color space", former, input_space);
     }
     const auto replace = [&](const char* kind, const std::vector<std::string>& names, std::string& name,
                              const std::string& standard) {
@@ -186,21 +202,22 @@ bool ViewModel::reload_sources(const std::string& changed) {
 }
 
 /// A fault of other settings, and of a view that is not shown, is none.
-std::string ViewModel::get_chain_fault(Side side) const {
-    const Chain& cached = chains[side];
+std::string ViewModel::get_conversion_fault(Side side) const {
+    const ConfiguredConversion& cached = conversions[side];
     const bool is_shown = side == FIRST || shows_both_views(layout);
-    const bool is_current = cached.key && *cached.key == ColorChain::make_key(host, get_settings(side));
+    const bool is_current = cached.key && *cached.key == make_key(side);
     return is_shown && is_current ? cached.fault : "";
 }
 
 std::vector<std::string> ViewModel::get_faults() const {
-    std::vector<std::string> faults = host.get_source_faults();
-    for (std::string& fault : faults)
-        fault += " (still showing the last good state)";
-    for (const std::string& fault : {get_chain_fault(FIRST), get_chain_fault(SECOND), pictures.get_fault()})
+    std::vector<std::string> faults;
+    for (const diagnostics::Diagnostic& fault : host.get_source_faults())
+        faults.push_back(format_located(fault) + " (still showing the last good state)");
+    for (const std::string& fault :
+         {get_conversion_fault(FIRST), get_conversion_fault(SECOND), pictures.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
             faults.push_back(fault);
     return faults;
 }
 
-} // namespace tool
+} // namespace viewer

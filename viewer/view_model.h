@@ -7,22 +7,23 @@
 #include <vector>
 
 #include "viewer/camera.h"
-#include "viewer/color_chain.h"
-#include "viewer/color_host.h"
 #include "viewer/file_watcher.h"
 #include "viewer/picture_list.h"
 #include "viewer/view_settings.h"
+#include "workflow/conversion.h"
+#include "workflow/live_config.h"
 
-namespace tool {
+namespace viewer {
 
 /// Everything that decides what the viewer shows, without a window and without OpenGL. What cannot be done
-/// throws CommandError, or, where nobody asked for it, becomes a fault to show; what was shown last stays.
+/// throws diagnostics::Failure, or, where nobody asked for it, becomes a fault to show; what was shown last
+/// stays.
 class ViewModel {
 public:
     /// Which of two views.
     enum Side { FIRST, SECOND, SIDE_COUNT };
 
-    explicit ViewModel(ColorHost& host);
+    explicit ViewModel(workflow::LiveConfig& host);
 
     // Pictures
 
@@ -39,7 +40,7 @@ public:
     /// Null until one was opened.
     const std::shared_ptr<const Picture>& get_picture() const { return pictures.get_picture(); }
 
-    // Colours, by the names of the module; names without a family and roles will do for spaces.
+    // Colors, by the names of the module; names without a family and roles will do for spaces.
 
     void set_input_space(const std::string& name);
     void set_cdl(const std::string& name);
@@ -49,7 +50,7 @@ public:
     /// Why the input space is what it is.
     const std::string& get_space_reason() const { return space_reason; }
     /// The configured conversions of the settings; the last good ones when these cannot be made.
-    std::shared_ptr<const ColorChain> get_chain(Side side);
+    std::shared_ptr<const workflow::Conversion> get_conversion(Side side);
 
     // The window
 
@@ -80,8 +81,8 @@ public:
     /// The last thing that went well, and which of the chosen names had to be replaced for it.
     const std::string& get_note() const { return note; }
 
-    ColorHost& get_host() { return host; }
-    const ColorHost& get_host() const { return host; }
+    workflow::LiveConfig& get_host() { return host; }
+    const workflow::LiveConfig& get_host() const { return host; }
 
 private:
     void take_space_of_picture(const std::shared_ptr<const Picture>& former);
@@ -89,18 +90,29 @@ private:
     /// Replaces names that the module no longer has. "; ..." about each for the note.
     std::string use_existing_names();
     void watch_files();
-    std::string get_chain_fault(Side side) const;
+    std::string get_conversion_fault(Side side) const;
     void take_existing_names(bool note_tells_why);
     /// False when something is not whole.
     bool reload_sources(const std::string& changed);
 
-    struct Chain {
-        std::optional<ColorChain::Key> key;
-        std::shared_ptr<const ColorChain> chain;
+    /// What decides which conversion is configured.
+    struct Key {
+        unsigned int revision;
+        std::string input_space;
+        std::string cdl;
+        std::string view;
+        bool takes_exposure;
+
+        bool operator==(const Key& other) const;
+    };
+    struct ConfiguredConversion {
+        std::optional<Key> key;
+        std::shared_ptr<const workflow::Conversion> conversion; ///< The last one that could be configured.
         std::string fault;
     };
+    Key make_key(Side side) const;
 
-    ColorHost& host;
+    workflow::LiveConfig& host;
     FileWatcher watcher;
     std::vector<std::string> source_files; ///< Watched besides the pictures, sorted.
     unsigned int revision = 0;             ///< Of the host, as last taken over.
@@ -111,7 +123,7 @@ private:
     std::string cdl;
     std::string views[SIDE_COUNT];
     float exposure = 0;
-    Chain chains[SIDE_COUNT];
+    ConfiguredConversion conversions[SIDE_COUNT];
     Layout layout = Layout::SINGLE;
     double wipe = 0.5;
     float difference_scale = 100;
@@ -119,4 +131,4 @@ private:
     std::string note;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -7,7 +7,7 @@
 
 #include <epoxy/gl.h>
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -73,7 +73,7 @@ void ViewRenderer::arrange(const ViewModel& model, const Viewport& area) {
 }
 
 PicturePainter::Subject ViewRenderer::get_subject(ViewModel& model, ViewModel::Side side) {
-    return {model.get_picture(), model.get_chain(side), model.get_settings(side).exposure};
+    return {model.get_picture(), model.get_conversion(side), model.get_settings(side).exposure};
 }
 
 /// Until the comparison is finished the picture itself is shown.
@@ -94,10 +94,10 @@ void ViewRenderer::update_difference(const PicturePainter::Subject& wanted) {
     if (comparison.valid())
         return;
     compared = wanted;
-    if (!wanted.chain)
+    if (!wanted.conversion)
         return;
     comparison =
-        start_comparison(wanted.picture, wanted.chain, wanted.exposure,
+        start_comparison(wanted.picture, wanted.conversion, wanted.exposure,
                          painter.convert(wanted, {0, 0, wanted.picture->width, wanted.picture->height}));
 }
 
@@ -126,11 +126,11 @@ std::optional<PixelReadout> ViewRenderer::read_pixel(ViewModel& model, double x,
         return {};
     std::copy_n(subject.picture->at(readout.x, readout.y), 4, readout.before);
     std::copy_n(readout.before, 4, readout.cpu);
-    if (subject.chain)
-        subject.chain->convert(readout.cpu, 1, 1, subject.exposure);
+    if (subject.conversion)
+        subject.conversion->apply(readout.cpu, 1, 1, subject.exposure);
     const std::vector<float> gpu = painter.convert(subject, {readout.x, readout.y, 1, 1});
     std::copy_n(gpu.begin(), 4, readout.gpu);
     return readout;
 }
 
-} // namespace tool
+} // namespace viewer

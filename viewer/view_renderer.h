@@ -8,7 +8,7 @@
 #include "viewer/picture_painter.h"
 #include "viewer/view_model.h"
 
-namespace tool {
+namespace viewer {
 
 /// One pixel of the picture, before and after the conversions.
 struct PixelReadout {
@@ -63,4 +63,4 @@ private:
     std::optional<Difference> difference;
 };
 
-} // namespace tool
+} // namespace viewer

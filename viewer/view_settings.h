@@ -2,9 +2,9 @@
 
 #include <string>
 
-namespace tool {
+namespace viewer {
 
-/// What the colours on the screen depend on, by the names that the module publishes.
+/// What the colors on the screen depend on, by the names that the module publishes.
 struct ColorSettings {
     std::string input_space; ///< Label of "color_space" that the picture is in.
     std::string cdl;         ///< Name of "color_decision_list".
@@ -31,4 +31,4 @@ inline bool shows_both_views(Layout layout) {
     return layout == Layout::WIPE || layout == Layout::SIDE_BY_SIDE;
 }
 
-} // namespace tool
+} // namespace viewer

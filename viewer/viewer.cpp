@@ -6,13 +6,12 @@
 #include <epoxy/gl.h>
 #include <imgui.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 #include "viewer/file_kind.h"
 #include "viewer/panels.h"
 #include "viewer/screenshot.h"
-#include "workflow/failure_reason.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -58,7 +57,7 @@ void Viewer::run_frame() {
     try {
         draws = model.follow_changes() || draws;
     } catch (const std::exception& error) {
-        set_fault(explain_exception(error));
+        set_fault(diagnostics::format_located(diagnostics::describe(error)));
     }
     if (const std::vector<std::string> dropped = screen->take_drops(); !dropped.empty())
         drop(dropped);
@@ -79,7 +78,7 @@ void Viewer::act() {
 
 const Items& Viewer::get_items() const {
     if (!panels || !shows_panels)
-        throw CommandError("the panels are not shown; 'panels on' shows them");
+        diagnostics::fail(diagnostics::Code::USAGE, "the panels are not shown", "'panels on' shows them");
     return panels->get_items();
 }
 
@@ -97,7 +96,7 @@ void Viewer::drop(const std::vector<std::string>& paths) {
     try {
         open_files(paths);
     } catch (const std::exception& error) {
-        set_fault(explain_exception(error));
+        set_fault(diagnostics::format_located(diagnostics::describe(error)));
     }
     frames_wanted = FRAMES_TO_SETTLE;
 }
@@ -139,7 +138,7 @@ void Viewer::draw() {
     } catch (const std::exception& error) {
         if (!panels)
             throw;
-        panels->set_drawing_fault(explain_exception(error));
+        panels->set_drawing_fault(diagnostics::format_located(diagnostics::describe(error)));
     }
     if (!panels)
         return;
@@ -178,4 +177,4 @@ const Difference* Viewer::compare() {
     return renderer->get_difference();
 }
 
-} // namespace tool
+} // namespace viewer

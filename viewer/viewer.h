@@ -10,7 +10,7 @@
 #include "viewer/view_model.h"
 #include "viewer/view_renderer.h"
 
-namespace tool {
+namespace viewer {
 
 class Items;
 class Panels;
@@ -28,12 +28,12 @@ public:
     void run_frame();
     bool is_closed() const;
 
-    /// Draws and writes what is drawn; waits for what is computed in the background. Throws CommandError and
-    /// GlError.
+    /// Draws and writes what is drawn; waits for what is computed in the background. Throws
+    /// diagnostics::Failure and GlError.
     void save_screenshot(const std::string& path);
 
     void show_panels(bool shown);
-    /// What the panels show that can be clicked. Throws CommandError when they are not shown.
+    /// What the panels show that can be clicked. Throws diagnostics::Failure when they are not shown.
     const Items& get_items() const;
     /// What went wrong of what the user asked for last; empty when nothing did, or without panels.
     std::string get_fault() const;
@@ -79,4 +79,4 @@ private:
     std::optional<Position> cursor;
 };
 
-} // namespace tool
+} // namespace viewer

@@ -9,7 +9,7 @@
 
 #include "viewer/panel_input.h"
 
-namespace tool::widgets {
+namespace viewer::widgets {
 
 namespace {
 
@@ -150,4 +150,4 @@ bool choose(Items& items, const char* title, const std::vector<std::string>& nam
     return changed;
 }
 
-} // namespace tool::widgets
+} // namespace viewer::widgets

@@ -7,12 +7,12 @@
 #include "viewer/items.h"
 
 /// What the viewer's panels consist of. Whatever can be clicked is noted in `items`.
-namespace tool::widgets {
+namespace viewer::widgets {
 
 void show_text(const std::string& text);
 void show_fault(const std::string& text);
 void show_note(const std::string& text);
-/// In the colour of what is less important.
+/// In the color of what is less important.
 void show_remark(const std::string& text);
 
 bool show_button(Items& items, const char* label);
@@ -34,4 +34,4 @@ bool show_entry(Items& items, std::size_t position, const std::string& name, boo
 bool choose(Items& items, const char* title, const std::vector<std::string>& names,
             const std::string& current, std::string& filter, std::string& chosen);
 
-} // namespace tool::widgets
+} // namespace viewer::widgets

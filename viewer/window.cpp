@@ -13,7 +13,7 @@
 #include "gl/gl_error.h"
 #include "viewer/screen.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -35,8 +35,8 @@ class Library {
 public:
     Library() {
         if (!glfwInit())
-            throw GlError("there is no display to open a window on (" + get_glfw_error() +
-                          "); --screenshot works without one");
+            throw gl::GlError("there is no display to open a window on (" + get_glfw_error() +
+                              "); --screenshot works without one");
     }
     ~Library() { glfwTerminate(); }
     Library(const Library&) = delete;
@@ -51,7 +51,7 @@ public:
         glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
         window = glfwCreateWindow(size.width, size.height, title.c_str(), nullptr, nullptr);
         if (!window)
-            throw GlError("cannot open a window (" + get_glfw_error() + ")");
+            throw gl::GlError("cannot open a window (" + get_glfw_error() + ")");
         glfwMakeContextCurrent(window);
         glfwSwapInterval(1);
         glfwSetWindowUserPointer(window, this);
@@ -127,4 +127,4 @@ std::unique_ptr<Screen> make_window(Screen::Size size, const std::string& title)
     return std::make_unique<Window>(size, title);
 }
 
-} // namespace tool
+} // namespace viewer

@@ -6,35 +6,37 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
+#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
+#include "diagnostics/failure.h"
 #include "workflow/published_names.h"
-#include "workflow/session.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
-std::string describe_way(const PublishedView& view) {
-    std::string way;
+using diagnostics::Code;
+
+std::string describe_path_to(const PublishedView& view) {
+    std::string path;
     if (!view.view_transform.empty())
-        way = fmt::format("the view transform '{}'", view.view_transform);
+        path = fmt::format("the view transform '{}'", view.view_transform);
     if (!view.looks.empty())
-        way += fmt::format("{}the looks '{}'", way.empty() ? "" : " and ", view.looks);
-    return way;
+        path += fmt::format("{}the looks '{}'", path.empty() ? "" : " and ", view.looks);
+    return path;
 }
 
-CheckFailure make_subject(CheckFailure::Subject kind, std::string name, std::string way = {}) {
+CheckFailure make_subject(CheckFailure::Subject kind, std::string name, std::string path = {}) {
     CheckFailure subject;
     subject.subject = kind;
     subject.name = std::move(name);
-    subject.way = std::move(way);
+    subject.path = std::move(path);
     return subject;
 }
 
 class ConfigCheck {
 public:
-    explicit ConfigCheck(ColorSession& session)
-        : session(session), scene_linear(ColorIO::get_ROLE_SCENE_LINEAR()) {
+    ConfigCheck() : scene_linear(ColorIO::get_ROLE_SCENE_LINEAR()) {
         report.scene_linear = ColorIO::get_full_color_space_name(scene_linear).get_data();
     }
 
@@ -78,7 +80,7 @@ private:
         report.views_with_view_transform += view.view_transform.empty() ? 0 : 1;
         report.views_with_looks += view.looks.empty() ? 0 : 1;
         report.views_with_named_transform += view.named_transform.empty() ? 0 : 1;
-        try_to_make(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_way(view)), "",
+        try_to_make(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_path_to(view)), "",
                     [&] {
                         return ColorIOConverter().configure_for_display(
                             report.scene_linear.c_str(), view.display.c_str(), view.view.c_str());
@@ -101,16 +103,16 @@ private:
         ++report.inactive_spaces_tried;
         const std::string label = make_label(space.family.get_data(), space.name.get_data());
         const CheckFailure subject = make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label);
-        try_to_make(report.notices, subject, "to " + report.scene_linear,
+        try_to_make(report.notes, subject, "to " + report.scene_linear,
                     [&] { return ColorIOInspection::try_conversion(space.name, scene_linear); });
-        try_to_make(report.notices, subject, "from " + report.scene_linear,
+        try_to_make(report.notes, subject, "from " + report.scene_linear,
                     [&] { return ColorIOInspection::try_conversion(scene_linear, space.name); });
     }
 
     void try_part(CheckFailure::Subject subject, unsigned int& count, const CoreString& name,
                   bool (*works)(const CoreString& name)) {
         ++count;
-        try_to_make(report.notices, make_subject(subject, name.get_data()), "", [&] { return works(name); });
+        try_to_make(report.notes, make_subject(subject, name.get_data()), "", [&] { return works(name); });
     }
 
     /// Adds the subject to `failures` when `make` answers false; a direction more, where it failed before for
@@ -118,28 +120,26 @@ private:
     template <class Make>
     void try_to_make(Failures& failures, CheckFailure subject, const std::string& direction,
                      const Make& make) {
-        session.take_messages();
+        ColorIODiagnostics collector;
         if (make())
             return;
-        subject.reason = find_failure_reason(session.take_messages());
+        subject.reason = diagnostics::add_context({}, collector.take(), Code::CONVERSION_IMPOSSIBLE);
         const bool again = !failures.empty() && failures.back().subject == subject.subject &&
-                           failures.back().name == subject.name &&
-                           failures.back().reason.text == subject.reason.text;
+                           failures.back().name == subject.name && failures.back().reason == subject.reason;
         if (!again)
             failures.push_back(std::move(subject));
         if (!direction.empty())
             failures.back().directions.push_back(direction);
     }
 
-    ColorSession& session;
     const CoreString scene_linear; ///< Without its family.
     CheckReport report;
 };
 
 } // namespace
 
-CheckReport check_config(ColorSession& session) {
-    return ConfigCheck(session).run();
+CheckReport check_config() {
+    return ConfigCheck().run();
 }
 
-} // namespace tool
+} // namespace workflow

@@ -3,27 +3,24 @@
 #include <string>
 #include <vector>
 
-#include "workflow/failure_reason.h"
-#include "workflow/log_recorder.h"
+#include "diagnostics/diagnostic.h"
 
-namespace tool {
+namespace workflow {
 
-class ColorSession;
-
-/// Something of the configuration that does not work.
+/// Something in the config that does not work.
 struct CheckFailure {
     enum Subject { COLOR_SPACE, VIEW, NAMED_TRANSFORM, INACTIVE_COLOR_SPACE, LOOK, VIEW_TRANSFORM };
 
     Subject subject = COLOR_SPACE;
-    std::string name;                    ///< Label of a colour space or a view.
-    std::vector<std::string> directions; ///< "to linear", "from linear"; empty where there is but one.
-    FailureReason reason;
-    std::string way; ///< What leads to a view: "the view transform 'film' and the looks 'warm'"; else empty.
+    std::string name;                    ///< Label of a color space or a view.
+    std::vector<std::string> directions; ///< "to linear", "from linear"; empty where there is only one.
+    diagnostics::Diagnostic reason;
+    std::string path; ///< What leads to a view: "the view transform 'film' and the looks 'warm'"; else empty.
 };
 
-/// What trying a whole configuration showed.
+/// Result of trying every conversion of a config.
 struct CheckReport {
-    std::string scene_linear; ///< Label of the colour space that all others were tried with.
+    std::string scene_linear; ///< Label of the color space that all others were tried with.
     unsigned int spaces_tried = 0;
     unsigned int views_tried = 0;
     unsigned int views_with_view_transform = 0; ///< Of those tried.
@@ -34,13 +31,14 @@ struct CheckReport {
     unsigned int looks_tried = 0;
     unsigned int view_transforms_tried = 0;
     std::vector<CheckFailure> failures;
-    /// What does not work, but is out of a user's reach: inactive colour spaces, looks and view transforms by
-    /// themselves. Where a view needs one of them, the view is among the failures.
-    std::vector<CheckFailure> notices;
+    /// What does not work and cannot be chosen by a user: inactive color spaces, looks and view transforms
+    /// alone. Where a view needs one of them, the view is among the failures.
+    std::vector<CheckFailure> notes;
 };
 
-/// Makes the conversions of every colour space to scene-linear and back, of scene-linear to every view, and
-/// those that the configuration holds besides.
-CheckReport check_config(ColorSession& session);
+/// Configures the conversions of the active config: every color space to scene-linear and back, scene-linear
+/// to every view, and named transforms, inactive color spaces, looks and view transforms. Needs an open
+/// session.
+CheckReport check_config();
 
-} // namespace tool
+} // namespace workflow

@@ -6,10 +6,10 @@
 #include "host/of/of_app.h"
 #include "host/sys/sys_env.h"
 
-namespace tool {
+namespace workflow {
 
 std::string ConfigSource::get_name() const {
-    return kind == BUILTIN ? "the built-in configuration" : std::filesystem::path(path).filename().string();
+    return kind == BUILTIN ? "the built-in config" : std::filesystem::path(path).filename().string();
 }
 
 std::string ConfigSource::describe() const {
@@ -41,4 +41,4 @@ ConfigSource find_config_source(const std::string& config_path, const OfApp& pre
     return {};
 }
 
-} // namespace tool
+} // namespace workflow

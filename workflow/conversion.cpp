@@ -1,96 +1,172 @@
 #include "workflow/conversion.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cmath>
-#include <string_view>
-#include <vector>
+#include <utility>
 
-#include <OpenImageIO/strutil.h>
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
+#include "colorio/color_io_constants.h"
 #include "colorio/color_io_converter.h"
+#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_manager.h"
-#include "tool/exit_code.h"
-#include "workflow/cdl/grade.h"
-#include "workflow/failure_reason.h"
+#include "diagnostics/failure.h"
+#include "workflow/correction_file.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
-// How OpenImageIO names the two spaces that file formats have marks for.
+using diagnostics::Code;
+
+constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
+
+// How OpenImageIO names the two spaces that file formats have tags for.
 constexpr char LINEAR_TAG[] = "Linear";
 constexpr char SRGB_TAG[] = "sRGB";
 
-/// Greys that tell whether a conversion tints: black, shadows, middle grey, white, a highlight.
+/// Grays that show whether a conversion tints: black, shadows, middle gray, white, a highlight.
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
-/// Rounding apart, relative to the larger of the value and 1.
+/// Allows for rounding; relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
-/// Label of the colour space that `name` means; the user is told where that is not plain.
-std::string find_space(const std::string& name, ColorSession& session) {
-    const ResolvedSpace found = resolve_color_space(name, session.get_source().get_name());
-    note_meaning(name, found, session.get_console());
-    return found.label;
-}
-
-PublishedView find_view(const ConversionRequest& request, ColorSession& session) {
-    PublishedView found = resolve_view(request.display, request.view, session.get_source().get_name());
-    note_meaning(request.display, request.view, found, session.get_console());
-    return found;
+bool equals_ignoring_case(const std::string& a, const char* b) {
+    return strcasecmp(a.c_str(), b) == 0;
 }
 
 std::string remove_family(const std::string& label) {
     return label.substr(label.find(ColorIOManager::FAMILY_SEPARATOR) + 1);
 }
 
+/// The converter that `configure` made. Throws with the module's reasons when it answers false.
+template <class Configure>
+std::unique_ptr<ColorIOConverter> configure_or_fail(const std::string& what, const Configure& configure) {
+    auto converter = std::make_unique<ColorIOConverter>();
+    ColorIODiagnostics collector;
+    if (!configure(*converter))
+        throw diagnostics::Failure(
+            diagnostics::add_context(what, collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    return converter;
+}
+
+/// The converter of a record that is listed nowhere. The module undoes the first CDL that it is given, and
+/// applies the second.
+bool configure_local(const ColorIOManager::ColorDecisionListDef& record, bool is_undone,
+                     ColorIOConverter& converter) {
+    ColorIOManager::get_instance()->add_local_CDL(record);
+    const CoreString nothing = ColorIO::get_default_CDL_name();
+    return is_undone ? converter.configure_CDL(record.name, nothing)
+                     : converter.configure_CDL(nothing, record.name);
+}
+
+void expose(float* rgba, std::size_t pixels, float gain) {
+    for (std::size_t i = 0; i < pixels; ++i, rgba += 4)
+        for (int channel = 0; channel < 3; ++channel)
+            rgba[channel] *= gain;
+}
+
 } // namespace
 
-ColorConversion::ColorConversion(ColorSession& session, const ConversionRequest& request)
-    : converter(std::make_unique<ColorIOConverter>()) {
-    const std::string config_name = session.get_source().get_name();
-    source = find_space(request.from, session);
-    if (!request.cdl.empty())
-        grade = std::make_unique<Grade>(session, source, request.cdl, request.undoes_cdl);
-    const std::string start = grade ? grade->get_working_space() : source;
-    session.take_messages();
+float get_gain(float exposure) {
+    return std::exp2(exposure);
+}
 
-    bool configured;
-    if (request.view.empty()) {
-        target = target_space = find_space(request.to, session);
-        identity = start == target;
-        configured = identity || converter->configure(start.c_str(), target.c_str());
-    } else {
-        const PublishedView view = find_view(request, session);
-        target = view.label;
-        target_space = view.color_space;
-        configured = converter->configure_for_display(start.c_str(), view.display.c_str(), view.view.c_str());
+Conversion::Conversion(const Session& session, const ConversionRequest& request)
+    : source(find_space(session, request.from, notes)) {
+    std::string start = destination = destination_space = source;
+    if (!request.cdl.empty() || !request.cdl_name.empty() || request.takes_exposure) {
+        go_to_working_space(session);
+        start = destination = destination_space = working_space;
+        if (!request.cdl.empty())
+            add_correction(session, request);
+        if (!request.cdl_name.empty())
+            add_published_cdl(request.cdl_name);
     }
-    if (!configured)
-        throw CommandError(fmt::format("cannot convert from '{}' to '{}' with {}: {}", source, target,
-                                       config_name, explain_failure(session.take_messages())));
+    exposure_position = stages.size();
+    if (!request.view.empty())
+        add_view(session, start, request);
+    else if (!request.to.empty())
+        add_space(session, start, request.to);
 }
 
-ColorConversion::~ColorConversion() = default;
+Conversion::~Conversion() = default;
+Conversion::Conversion(Conversion&&) noexcept = default;
 
-std::string ColorConversion::get_working_space() const {
-    return grade ? grade->get_working_space() : "";
+void Conversion::add_stage(std::string title, std::unique_ptr<ColorIOConverter> converter) {
+    stages.push_back({std::move(title), std::move(converter)});
 }
 
-std::string ColorConversion::get_target_tag() const {
-    const std::string name = remove_family(target_space);
+void Conversion::go_to_working_space(const Session& session) {
+    working_space = resolve_color_space(SCENE_LINEAR_ROLE, session.get_config_name()).label;
+    add_conversion(session, source, working_space);
+}
+
+void Conversion::add_conversion(const Session& session, const std::string& from, const std::string& to) {
+    if (remove_family(from) == remove_family(to))
+        return;
+    const std::string what =
+        fmt::format("cannot convert from '{}' to '{}' with {}", from, to, session.get_config_name());
+    add_stage(fmt::format("{} to {}", from, to), configure_or_fail(what, [&](ColorIOConverter& converter) {
+                  return converter.configure(from.c_str(), to.c_str());
+              }));
+}
+
+void Conversion::add_correction(const Session&, const ConversionRequest& request) {
+    const Correction correction = read_valid_correction(parse_correction_source(request.cdl));
+    add_unread_elements(correction, notes);
+    const auto record = make_cdl_record(correction, request.undoes_cdl ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL);
+    add_stage(fmt::format("{}{} in {}", request.cdl, request.undoes_cdl ? ", undone," : "", working_space),
+              configure_or_fail(fmt::format("cannot apply the CDL '{}'", request.cdl),
+                                [&](ColorIOConverter& converter) {
+                                    return configure_local(record, request.undoes_cdl, converter);
+                                }));
+}
+
+void Conversion::add_published_cdl(const std::string& name) {
+    const CoreString nothing = ColorIO::get_default_CDL_name();
+    if (nothing == name.c_str())
+        return;
+    add_stage(
+        fmt::format("{} in {}", name, working_space),
+        configure_or_fail(fmt::format("cannot apply the CDL '{}'", name), [&](ColorIOConverter& converter) {
+            return converter.configure_CDL(nothing, name.c_str());
+        }));
+}
+
+void Conversion::add_view(const Session& session, const std::string& start,
+                          const ConversionRequest& request) {
+    const PublishedView view = find_view(session, request.display, request.view, notes);
+    destination = view.label;
+    destination_space = view.color_space;
+    const std::string what = fmt::format("cannot convert from '{}' to the view '{}' with {}", start,
+                                         view.label, session.get_config_name());
+    add_stage(
+        fmt::format("{} to {}", start, view.label), configure_or_fail(what, [&](ColorIOConverter& converter) {
+            return converter.configure_for_display(start.c_str(), view.display.c_str(), view.view.c_str());
+        }));
+}
+
+void Conversion::add_space(const Session& session, const std::string& start, const std::string& name) {
+    destination = destination_space = find_space(session, name, notes);
+    add_conversion(session, start, destination);
+}
+
+std::string Conversion::get_destination_tag() const {
+    const std::string name = remove_family(destination_space);
     if (name.empty())
-        return target;
+        return destination;
     const std::string scene_linear = remove_family(ColorIO::get_ROLE_SCENE_LINEAR().get_data());
-    if (name == scene_linear && OIIO::Strutil::iequals(name, LINEAR_TAG))
+    if (name == scene_linear && equals_ignoring_case(name, LINEAR_TAG))
         return LINEAR_TAG;
-    return OIIO::Strutil::iequals(name, SRGB_TAG) ? SRGB_TAG : name;
+    return equals_ignoring_case(name, SRGB_TAG) ? SRGB_TAG : name;
 }
 
-bool ColorConversion::keeps_neutrals() const {
+bool Conversion::keeps_neutrals() const {
     std::vector<float> pixels;
     for (const float gray : PROBED_GRAYS)
         pixels.insert(pixels.end(), {gray, gray, gray, 1.0f});
@@ -103,11 +179,13 @@ bool ColorConversion::keeps_neutrals() const {
     return true;
 }
 
-void ColorConversion::apply(float* rgba, unsigned int width, unsigned int height) const {
-    if (grade)
-        grade->apply(rgba, width, height);
-    if (!identity)
-        converter->convert_buffer(rgba, width, height, 4);
+void Conversion::apply(float* rgba, unsigned int width, unsigned int height, float exposure) const {
+    for (std::size_t stage = 0; stage <= stages.size(); ++stage) {
+        if (stage == exposure_position && exposure != 0)
+            expose(rgba, std::size_t{width} * height, get_gain(exposure));
+        if (stage < stages.size())
+            stages[stage].converter->convert_buffer(rgba, width, height, 4);
+    }
 }
 
-} // namespace tool
+} // namespace workflow

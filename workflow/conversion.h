@@ -2,63 +2,93 @@
 
 #include <memory>
 #include <string>
+#include <vector>
+
+#include "diagnostics/diagnostic.h"
 
 class ColorIOConverter;
 
-namespace tool {
+namespace workflow {
 
-class ColorSession;
-class Grade;
+class Session;
 
-/// The two ends of a conversion as the user names them: a colour space, and a colour space or a view.
+/// A conversion as it is asked for: from a color space, through a CDL and an exposure in scene-linear, to a
+/// color space or a view. Names may be labels, names without a family, roles or aliases.
 struct ConversionRequest {
     std::string from;
-    std::string to;
-    std::string display; ///< With `view`; empty when `view` is a label that holds both.
-    std::string view;
-    std::string cdl;         ///< FILE or FILE:ID of a correction on the way; empty for none.
-    bool undoes_cdl = false; ///< Undo the correction instead of applying it.
+    std::string to;              ///< Destination color space; empty with `view`.
+    std::string display;         ///< With `view`; empty when `view` is a label that holds both.
+    std::string view;            ///< Destination view; empty with `to`.
+    std::string cdl;             ///< FILE or FILE:ID of a color correction to apply; empty for none.
+    std::string cdl_name;        ///< Name of a published CDL to apply instead; empty for none.
+    bool undoes_cdl = false;     ///< Undo the CDL of `cdl` instead of applying it.
+    bool takes_exposure = false; ///< Go through scene-linear, so that `apply` can take an exposure.
 };
 
-/// A conversion of the module, ready to be applied by several threads at once.
-class ColorConversion {
+/// The one conversion pipeline: configured once, applied by several threads at once. It keeps its processors
+/// whatever becomes of the config.
+class Conversion {
 public:
-    /// Throws CommandError when a name is unknown or the configuration cannot make the conversion.
-    ColorConversion(ColorSession& session, const ConversionRequest& request);
-    ~ColorConversion();
+    /// One conversion of the module.
+    struct Stage {
+        std::string title; ///< "Tavelion|sRGB to Tavelion|linear", "grades.ccc:shot_010 in Tavelion|linear".
+        std::unique_ptr<ColorIOConverter> converter;
+    };
 
-    /// Labels of the two ends.
+    /// Throws diagnostics::Failure when a name is unknown, a file cannot be read, or OpenColorIO cannot make
+    /// one of the conversions. Without `to` and `view` the result stays in scene-linear, or where it was.
+    Conversion(const Session& session, const ConversionRequest& request);
+    ~Conversion();
+    Conversion(Conversion&&) noexcept;
+
+    /// Labels of source and destination.
     const std::string& get_source() const { return source; }
-    const std::string& get_target() const { return target; }
-    /// Label of the colour space that the result is in; of a view, that which it shows, where known.
-    const std::string& get_target_space() const { return target_space; }
-    /// Name of that colour space in picture files: without its family, "sRGB" and "Linear" as readers of such
-    /// files know them.
-    std::string get_target_tag() const;
+    const std::string& get_destination() const { return destination; }
+    /// Label of the color space of the result; of a view, the one it shows, where the config says.
+    const std::string& get_destination_space() const { return destination_space; }
+    /// Name of that color space for image files: without its family; "sRGB" and "Linear" as OpenImageIO knows
+    /// them.
+    std::string get_destination_tag() const;
+    /// Label of the scene-linear color space that the CDL and the exposure work in; empty without either.
+    const std::string& get_working_space() const { return working_space; }
 
-    /// Label of the space that the correction works in; empty without one.
-    std::string get_working_space() const;
+    /// Names that were taken for others, elements of a CDL file that are ignored.
+    const diagnostics::Diagnostics& get_notes() const { return notes; }
 
-    /// True when both ends are the same colour space without a correction between; `apply` then leaves
-    /// everything.
-    bool is_identity() const { return identity && !grade; }
+    /// In the order of their application.
+    const std::vector<Stage>& get_stages() const { return stages; }
+    /// Position of the stage before which the exposure is applied; the number of stages when that is behind
+    /// all.
+    std::size_t get_exposure_position() const { return exposure_position; }
+    /// True when `apply` without an exposure leaves pixels unchanged because source and destination are the
+    /// same.
+    bool is_identity() const { return stages.empty(); }
     /// True when equal red, green and blue stay equal.
     bool keeps_neutrals() const;
-    /// Converts interleaved red, green, blue, alpha floats in place.
-    void apply(float* rgba, unsigned int width, unsigned int height) const;
 
-    /// The correction; null without one.
-    const Grade* get_grade() const { return grade.get(); }
-    /// The module's converter behind the correction; unconfigured when it has nothing to do.
-    const ColorIOConverter& get_converter() const { return *converter; }
+    /// Converts interleaved red, green, blue, alpha floats in place. `exposure` in stops needs a request that
+    /// takes it.
+    void apply(float* rgba, unsigned int width, unsigned int height, float exposure = 0) const;
 
 private:
-    std::unique_ptr<Grade> grade; ///< Null without a correction.
-    std::unique_ptr<ColorIOConverter> converter;
+    void add_stage(std::string title, std::unique_ptr<ColorIOConverter> converter);
+    void go_to_working_space(const Session& session);
+    void add_correction(const Session& session, const ConversionRequest& request);
+    void add_published_cdl(const std::string& name);
+    void add_view(const Session& session, const std::string& start, const ConversionRequest& request);
+    void add_space(const Session& session, const std::string& start, const std::string& name);
+    void add_conversion(const Session& session, const std::string& from, const std::string& to);
+
+    diagnostics::Diagnostics notes; // before the labels, whose resolution adds to them
+    std::vector<Stage> stages;
+    std::size_t exposure_position = 0;
     std::string source;
-    std::string target;
-    std::string target_space;
-    bool identity = false; ///< The converter has nothing to do.
+    std::string destination;
+    std::string destination_space;
+    std::string working_space;
 };
 
-} // namespace tool
+/// Linear factor of an exposure in stops.
+float get_gain(float exposure);
+
+} // namespace workflow

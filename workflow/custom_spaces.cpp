@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -39,7 +39,7 @@ unsigned int find_number(const Table& table, const std::string& name) {
     const auto found = std::find_if(std::begin(table), std::end(table),
                                     [&](const NamedNumber& one) { return one.name == name; });
     if (found == std::end(table))
-        throw UsageError(fmt::format("'{}' is unknown", name));
+        diagnostics::fail(diagnostics::Code::USAGE, fmt::format("unknown value '{}'", name));
     return found->number;
 }
 
@@ -59,13 +59,13 @@ std::string get_label(const ColorSpaceDef& space) {
 }
 
 std::string describe_origin(const ColorSpaceDef& space) {
-    std::string grade(space.cdl_file.view());
+    std::string cdl(space.cdl_file.view());
     if (!space.cccid.is_empty())
-        grade += fmt::format(":{}", space.cccid.view());
-    const std::string table(space.lut_file.view());
-    if (grade.empty() || table.empty())
-        return grade + table;
-    return grade + " then " + table;
+        cdl += fmt::format(":{}", space.cccid.view());
+    const std::string lut(space.lut_file.view());
+    if (cdl.empty() || lut.empty())
+        return cdl + lut;
+    return cdl + " then " + lut;
 }
 
 std::string describe_allocation(const ColorSpaceDef& space) {
@@ -94,4 +94,4 @@ std::vector<std::string> get_depth_names() {
     return names;
 }
 
-} // namespace tool
+} // namespace workflow

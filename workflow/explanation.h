@@ -6,24 +6,22 @@
 
 #include "colorio/color_io_evaluation.h"
 
-namespace tool {
+namespace workflow {
 
-class ColorConversion;
-struct ConversionRequest;
+class Conversion;
 
-/// One of the module's conversions that a request consists of.
-struct ExplainedPart {
-    std::string title; ///< "Tavelion|sRGB to Tavelion|linear", "grades.ccc:shot_010 in Tavelion|linear".
+/// One stage of a conversion, explained.
+struct ExplainedStage {
+    std::string title; ///< As `Conversion::Stage` has it.
     ColorIOEvaluation::Explanation how;
 };
 
-/// The way of a pixel (red, green, blue, alpha) through a conversion; empty when it leaves colours as they
-/// are.
-std::vector<ExplainedPart> explain_conversion(const ColorConversion& conversion,
-                                              const ConversionRequest& request,
-                                              const std::array<float, 4>& pixel);
+/// The operations of every stage, and `pixel` (red, green, blue, alpha) after each of them. Empty for a
+/// conversion that leaves pixels unchanged. Throws diagnostics::Failure when OpenColorIO does.
+std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
+                                               const std::array<float, 4>& pixel);
 
-/// What converts the part's pixels: "pixels take the module's vector code (AVX2)".
+/// What converts the pixels of a stage: "converted by SIMD code (AVX2)".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 
-} // namespace tool
+} // namespace workflow

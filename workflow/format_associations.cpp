@@ -8,18 +8,19 @@
 #include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
+#include "diagnostics/failure.h"
 #include "host/of/of_app.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
-#include "tool/console.h"
-#include "tool/exit_code.h"
-#include "workflow/failure_reason.h"
 #include "workflow/nearest_names.h"
 #include "workflow/session.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
+
+using diagnostics::Code;
+using diagnostics::Diagnostic;
 
 std::vector<std::string> split_extensions(const CoreString& list) {
     std::vector<std::string> extensions;
@@ -48,20 +49,6 @@ FormatAssociation find_fallback(const std::vector<FormatAssociation>& associatio
                         ColorIOManager::BUILTIN_SRGB.data)};
 }
 
-/// What the module said first of the file.
-std::string explain_unused(const std::string& path, const std::vector<LoggedMessage>& messages) {
-    if (!SysFilesystem::file_exists(path.c_str()))
-        return fmt::format("there is no '{}'", path);
-    const auto is_about_file = [&](const LoggedMessage& message) {
-        return message.text.find(path) != std::string::npos;
-    };
-    const auto found = std::find_if(messages.begin(), messages.end(), is_about_file);
-    if (found == messages.end())
-        return fmt::format("'{}'", path);
-    return find_failure_reason({{LOG_WARNING, found->text}})
-        .text; // where the fault lies is told as information
-}
-
 } // namespace
 
 std::vector<FormatAssociation> get_format_associations() {
@@ -81,14 +68,22 @@ std::string describe_association_source() {
     return fmt::format("the mapping file '{}'", app.get_color_space_by_extension_file_path().view());
 }
 
-void warn_of_unused_mapping(ColorSession& session) {
+std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& session) {
     const StandaloneApp& wanted = session.get_preferences().get_app();
     const std::string path = wanted.get_color_space_by_extension_file_path().get_data();
-    const std::vector<LoggedMessage> messages = session.take_messages();
     const bool is_wanted = wanted.get_use_color_space_by_extension_file() != 0 && !path.empty();
-    if (is_wanted && !ColorIOAutoDetection::get_instance()->is_file_config())
-        session.get_console().warn(fmt::format("the mapping file that the preferences name is not in use: {}",
-                                               explain_unused(path, messages)));
+    if (!is_wanted || ColorIOAutoDetection::get_instance()->is_file_config())
+        return std::nullopt;
+    Diagnostic reason =
+        diagnostics::make_file_error(Code::FILE_MISSING, fmt::format("no file '{}'", path), path);
+    for (const Diagnostic& reported : session.get_load_diagnostics())
+        if (reported.file == path) {
+            reason = reported;
+            break;
+        }
+    reason.severity = diagnostics::Severity::WARNING;
+    reason.message = "the mapping file that the preferences name is not used: " + format_located(reason);
+    return reason;
 }
 
 FormatAssociation find_format_association(const std::string& extension) {
@@ -123,8 +118,11 @@ unsigned int find_category(const std::string& category) {
         names.push_back(association.category);
     const auto found = std::find(names.begin(), names.end(), category);
     if (found == names.end())
-        throw CommandError(fmt::format("no category '{}' among {}{}", category, describe_association_source(),
-                                       did_you_mean(category, names)));
+        throw diagnostics::Failure(with_hint(
+            diagnostics::make_error(
+                Code::FORMAT_UNKNOWN,
+                fmt::format("no category '{}' in {}", category, describe_association_source()), category),
+            did_you_mean(category, names)));
     return static_cast<unsigned int>(found - names.begin());
 }
 
@@ -134,7 +132,7 @@ std::string normalize_extensions(const std::string& text) {
         extension.erase(0, extension.find_first_not_of('.'));
     extensions.erase(std::remove(extensions.begin(), extensions.end(), ""), extensions.end());
     if (extensions.empty())
-        throw UsageError(fmt::format("'{}' names no extension", text));
+        diagnostics::fail(Code::USAGE, fmt::format("'{}' does not name an extension", text));
     return fmt::format("{}", fmt::join(extensions, ", "));
 }
 
@@ -144,10 +142,10 @@ std::vector<std::string> find_shadowed_extensions(const std::string& category) {
     for (const std::string& extension : association.extensions) {
         const FormatAssociation decisive = find_format_association(extension);
         if (decisive.category != category && !is_fallback_category(category))
-            notes.push_back(fmt::format("files .{} stay in {}: category '{}' decides about them", extension,
+            notes.push_back(fmt::format(".{} files stay in '{}' because of the category '{}'", extension,
                                         decisive.color_space, decisive.category));
     }
     return notes;
 }
 
-} // namespace tool
+} // namespace workflow

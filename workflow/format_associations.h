@@ -1,13 +1,16 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-namespace tool {
+#include "diagnostics/diagnostic.h"
 
-class ColorSession;
+namespace workflow {
 
-/// A file format with its extensions and the colour space that its pictures are in.
+class Session;
+
+/// A file format with its extensions and the color space that its images are in.
 struct FormatAssociation {
     std::string category;
     std::vector<std::string> extensions; ///< Of the row "default" that which no file has: "Other".
@@ -18,9 +21,8 @@ struct FormatAssociation {
 std::vector<FormatAssociation> get_format_associations();
 /// "the mapping file 'x.yaml'" or "the built-in associations".
 std::string describe_association_source();
-/// Warns where the preferences name a mapping file and the module could not use it, with the reason. Takes
-/// the session's messages.
-void warn_of_unused_mapping(ColorSession& session);
+/// A warning with the reason where the preferences name a mapping file and the module could not use it.
+std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& session);
 
 /// The association that decides about an extension, by the module's rule: the first that lists it and does
 /// not give the space of "default", else the last that lists it, else "default" itself.
@@ -30,14 +32,14 @@ FormatAssociation find_format_association(const std::string& extension);
 bool is_builtin_category(const std::string& category);
 bool is_fallback_category(const std::string& category);
 
-/// Position of a category among the associations. Throws CommandError with the nearest names.
+/// Position of a category among the associations. Throws diagnostics::Failure with the nearest names.
 unsigned int find_category(const std::string& category);
 
-/// Extensions as the module stores them: small letters, without full stops, commas between. Throws UsageError
-/// when there is none in `text`.
+/// Extensions as the module stores them: lower case, without dots, separated by commas. Throws
+/// diagnostics::Failure when there is none in `text`.
 std::string normalize_extensions(const std::string& text);
 
 /// What the user should know about a category: "files .x stay in Y, of category Z, which comes first".
 std::vector<std::string> find_shadowed_extensions(const std::string& category);
 
-} // namespace tool
+} // namespace workflow

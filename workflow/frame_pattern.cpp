@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::string FramePattern::get_path(int frame) const {
            after;
 }
 
-} // namespace tool
+} // namespace workflow

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace tool {
+namespace workflow {
 
 /// The file name of an image sequence: "shot.%04d.exr", "shot.%d.exr" or "shot.####.exr", where each '#' is
 /// one digit. The last such place in the file name (not in its folder) takes the frame number.
@@ -27,4 +27,4 @@ private:
     bool has_place = false;
 };
 
-} // namespace tool
+} // namespace workflow

@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -70,12 +70,13 @@ std::vector<int> parse_frames(std::string_view text) {
 
         Range range;
         if (!parse_range(piece, range))
-            throw UsageError(fmt::format(
-                "'{}' is no range of frames; write for example 1-100, 1-100x2 or 1,5,10-20", piece));
+            diagnostics::fail(diagnostics::Code::USAGE, fmt::format("invalid frame range '{}'", piece),
+                              "examples: 1-100, 1-100x2, 1,5,10-20");
         const long long direction = range.first <= range.last ? 1 : -1;
         const long long length = (static_cast<long long>(range.last) - range.first) * direction;
         if (length / range.step + static_cast<long long>(frames.size()) >= MAX_FRAMES)
-            throw UsageError(fmt::format("'{}' is more than {} frames", text, MAX_FRAMES));
+            diagnostics::fail(diagnostics::Code::USAGE,
+                              fmt::format("'{}' is more than {} frames", text, MAX_FRAMES));
         for (long long offset = 0; offset <= length; offset += range.step) {
             const int frame = static_cast<int>(range.first + offset * direction);
             if (seen.insert(frame).second)
@@ -85,4 +86,4 @@ std::vector<int> parse_frames(std::string_view text) {
     return frames;
 }
 
-} // namespace tool
+} // namespace workflow

@@ -10,26 +10,28 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
-#include "tool/console.h"
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 #include "workflow/nearest_names.h"
+#include "workflow/session.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
+
+using namespace diagnostics;
 
 bool is_same(const std::string& a, const std::string& b) {
     return a == b;
 }
 
-/// As the colour library compares names.
+/// As OpenColorIO compares names.
 bool is_same_but_for_case(const std::string& a, const std::string& b) {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
 using Comparison = bool (*)(const std::string& a, const std::string& b);
 
-/// The full label of a colour space that a role names; empty when it is no role or its space not published.
+/// The full label of a color space that a role names; empty when it is no role or its space not published.
 std::string resolve_role(const std::string& name, Comparison matches) {
     for (const PublishedRole& role : get_published_roles())
         if (matches(role.role, name)) {
@@ -63,9 +65,9 @@ bool is_called(const ColorIOInspection::Entry& entry, const std::string& name) {
            is_same_but_for_case(make_label(entry.family.get_data(), entry.name.get_data()), name);
 }
 
-/// "'old scan'", or "'old scan', another name of 'unpublished',".
+/// "'old scan'", or "'old scan', an alias of 'unpublished',".
 std::string quote_name(const ColorIOInspection::Entry& entry, const std::string& name) {
-    return has_alias(entry, name) ? fmt::format("'{}', another name of '{}',", name, entry.name.get_data())
+    return has_alias(entry, name) ? fmt::format("'{}', an alias of '{}',", name, entry.name.get_data())
                                   : fmt::format("'{}'", entry.name.get_data());
 }
 
@@ -73,17 +75,21 @@ std::string quote_name(const ColorIOInspection::Entry& entry, const std::string&
 void refuse_unpublished(const std::string& name, const std::string& config_name) {
     for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
         if (!space.is_active && is_called(space, name))
-            throw CommandError(fmt::format(
-                "{} is an inactive colour space of {}, and conversions take active ones only; the list "
-                "'inactive_colorspaces' of the configuration or the variable OCIO_INACTIVE_COLORSPACES names "
-                "it",
-                quote_name(space, name), config_name));
+            throw Failure(with_hint(
+                make_error(
+                    Code::COLOR_SPACE_UNKNOWN,
+                    fmt::format("{} is an inactive color space of {} and cannot be converted from or to",
+                                quote_name(space, name), config_name),
+                    name),
+                "remove it from 'inactive_colorspaces' in the config or from OCIO_INACTIVE_COLORSPACES"));
     for (const ColorIOInspection::NamedTransform& transform : ColorIOInspection::get_named_transforms())
         if (is_called(transform, name))
-            throw CommandError(
-                fmt::format("{} is a named transform of {} and no colour space; it converts where "
-                            "a view shows it, and nowhere else",
-                            quote_name(transform, name), config_name));
+            throw Failure(make_error(
+                Code::COLOR_SPACE_UNKNOWN,
+                fmt::format("{} is a named transform of {}, not a color space; it can only be used "
+                            "through a view",
+                            quote_name(transform, name), config_name),
+                name));
 }
 
 std::optional<ResolvedSpace> find_by_alias(const std::string& name) {
@@ -121,17 +127,17 @@ std::string join_view(const std::string& display, const std::string& view) {
 const char* describe_kind(NameKind kind) {
     switch (kind) {
     case NameKind::LABEL:
-        return "its label";
+        return "a label";
     case NameKind::NAME_WITHOUT_FAMILY:
-        return "the name without its family";
+        return "a name without its family";
     case NameKind::ROLE:
         return "a role";
     case NameKind::OTHER_CASE:
-        return "but for upper and lower case";
+        return "in another case";
     case NameKind::ALIAS:
         break;
     }
-    return "another name of it";
+    return "an alias";
 }
 
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name) {
@@ -146,10 +152,13 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
 
     // Names that lack only their family are as near as those with it.
     const bool with_family = name.find(ColorIOManager::FAMILY_SEPARATOR) != std::string::npos;
-    const auto candidates =
+    std::vector<std::string> candidates =
         collect(spaces, [&](const PublishedSpace& space) { return with_family ? space.label : space.name; });
-    throw CommandError(
-        fmt::format("no colour space '{}' in {}{}", name, config_name, did_you_mean(name, candidates)));
+    for (const PublishedRole& role : get_published_roles())
+        candidates.push_back(role.role);
+    throw Failure(with_hint(make_error(Code::COLOR_SPACE_UNKNOWN,
+                                       fmt::format("no color space '{}' in {}", name, config_name), name),
+                            did_you_mean(name, candidates)));
 }
 
 PublishedView resolve_view(const std::string& display, const std::string& view,
@@ -165,27 +174,37 @@ PublishedView resolve_view(const std::string& display, const std::string& view,
     const std::vector<PublishedView> hidden_views = get_hidden_views();
     const auto hidden = find_views(hidden_views, display, view, is_same_but_for_case);
     if (similar.empty() && !hidden.empty())
-        throw CommandError(
-            fmt::format("the view '{}' of {} is inactive: the lists of active displays and views, in "
-                        "the configuration or the environment, hide it",
-                        hidden.front()->label, config_name));
+        throw Failure(with_hint(
+            make_error(Code::VIEW_UNKNOWN,
+                       fmt::format("the view '{}' of {} is inactive", hidden.front()->label, config_name),
+                       wanted),
+            "add it to 'active_displays' and 'active_views' in the config, OCIO_ACTIVE_DISPLAYS or "
+            "OCIO_ACTIVE_VIEWS"));
     const auto candidates = collect(views, [](const PublishedView& candidate) { return candidate.label; });
-    throw CommandError(
-        fmt::format("no view '{}' in {}{}", wanted, config_name, did_you_mean(wanted, candidates)));
+    throw Failure(with_hint(
+        make_error(Code::VIEW_UNKNOWN, fmt::format("no view '{}' in {}", wanted, config_name), wanted),
+        did_you_mean(wanted, candidates)));
 }
 
-void note_meaning(const std::string& name, const ResolvedSpace& found, Console& console) {
+std::string find_space(const Session& session, const std::string& name, Diagnostics& notes) {
+    const ResolvedSpace found = resolve_color_space(name, session.get_config_name());
     if (found.kind == NameKind::ALIAS)
-        console.note(fmt::format("'{}' is another name of '{}'", name, found.label));
+        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
+                                  fmt::format("'{}' is an alias of '{}'", name, found.label), name));
     else if (found.kind == NameKind::OTHER_CASE)
-        console.note(fmt::format("'{}' is taken for '{}'", name, found.label));
+        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
+                                  fmt::format("using '{}' for '{}'", found.label, name), name));
+    return found.label;
 }
 
-void note_meaning(const std::string& display, const std::string& name, const PublishedView& found,
-                  Console& console) {
-    const std::string given = join_view(display, name);
+PublishedView find_view(const Session& session, const std::string& display, const std::string& view,
+                        Diagnostics& notes) {
+    PublishedView found = resolve_view(display, view, session.get_config_name());
+    const std::string given = join_view(display, view);
     if (given != found.label)
-        console.note(fmt::format("'{}' is taken for the view '{}'", given, found.label));
+        notes.push_back(make_note(Code::VIEW_UNKNOWN,
+                                  fmt::format("using the view '{}' for '{}'", found.label, given), given));
+    return found;
 }
 
-} // namespace tool
+} // namespace workflow

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -68,10 +68,10 @@ std::string did_you_mean(std::string_view name, const std::vector<std::string>& 
     const std::vector<std::string> nearest = find_nearest_names(name, candidates);
     if (nearest.empty())
         return "";
-    std::string text = "; did you mean '" + nearest.front() + "'";
+    std::string text = "did you mean '" + nearest.front() + "'";
     for (std::size_t i = 1; i < nearest.size(); ++i)
         text += (i + 1 == nearest.size() ? " or '" : ", '") + nearest[i] + "'";
     return text + "?";
 }
 
-} // namespace tool
+} // namespace workflow

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-namespace tool {
+namespace workflow {
 
-/// Edits (insertions, deletions, replacements, swaps of neighbours) that turn `a` into `b`, ASCII case
+/// Edits (insertions, deletions, replacements, swaps of neighbors) that turn `a` into `b`, ASCII case
 /// ignored.
 unsigned int get_edit_distance(std::string_view a, std::string_view b);
 
@@ -16,7 +16,7 @@ unsigned int get_edit_distance(std::string_view a, std::string_view b);
 std::vector<std::string> find_nearest_names(std::string_view name,
                                             const std::vector<std::string>& candidates);
 
-/// "; did you mean 'x' or 'y'?", or nothing when no candidate is near.
+/// "did you mean 'x' or 'y'?", or empty when no candidate is near.
 std::string did_you_mean(std::string_view name, const std::vector<std::string>& candidates);
 
-} // namespace tool
+} // namespace workflow

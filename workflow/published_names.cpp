@@ -4,7 +4,7 @@
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -89,4 +89,4 @@ std::string make_label(const std::string& family, const std::string& name) {
     return family.empty() ? name : family + ColorIOManager::FAMILY_SEPARATOR + name;
 }
 
-} // namespace tool
+} // namespace workflow

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace tool {
+namespace workflow {
 
 // What the running module publishes, in its order.
 
@@ -18,8 +18,8 @@ struct PublishedView {
     std::string display;
     std::string view;
     std::string color_space; ///< Label of what the view shows; empty when the configuration does not say.
-    bool shows_unpublished = false; ///< The module does not publish that colour space.
-    std::string named_transform;    ///< What the view shows in place of a colour space.
+    bool shows_unpublished = false; ///< The module does not publish that color space.
+    std::string named_transform;    ///< What the view shows in place of a color space.
     std::string view_transform;
     std::string looks;
     std::string description;
@@ -41,7 +41,7 @@ std::vector<PublishedView> get_hidden_views();
 /// Scene-linear first. A role that the configuration does not assign shows what the module takes instead.
 std::vector<PublishedRole> get_published_roles();
 
-/// Family, separator and name, as the module labels a colour space.
+/// Family, separator and name, as the module labels a color space.
 std::string make_label(const std::string& family, const std::string& name);
 
-} // namespace tool
+} // namespace workflow

@@ -10,10 +10,9 @@
 #include <system_error>
 #include <thread>
 
-#include "tool/console.h"
-#include "tool/progress_bar.h"
+#include "diagnostics/failure.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -22,13 +21,13 @@ constexpr unsigned int MAX_LANES = 4;
 
 class SequenceConversion {
 public:
-    SequenceConversion(const std::vector<PictureJob>& jobs, const PictureSettings& settings, Console& console)
-        : jobs(jobs), settings(settings), console(console),
-          progress(console, static_cast<unsigned int>(jobs.size())) {}
+    SequenceConversion(const std::vector<ImageJob>& jobs, const ImageSettings& settings,
+                       const SequenceEvents& events)
+        : jobs(jobs), settings(settings), events(events) {}
 
     SequenceReport run() {
         const auto start = std::chrono::steady_clock::now();
-        PictureBuffers buffers;
+        ImageBuffers buffers;
         buffers.reader.is_ready(); // before the others, as there may be room for one only
         std::vector<std::thread> lanes;
         lanes.reserve(MAX_LANES);
@@ -38,6 +37,7 @@ public:
             lane.join();
         if (failure)
             std::rethrow_exception(failure);
+        report.is_cancelled = report.converted + report.failed < jobs.size();
         report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         return report;
     }
@@ -75,42 +75,56 @@ private:
 
     /// Leaves the images to the other lanes where the system starts no more processes to read them.
     void convert_with_own_buffers() {
-        PictureBuffers buffers;
+        ImageBuffers buffers;
         if (buffers.reader.is_ready())
             convert_next_ones(buffers);
     }
 
     /// What one lane does: it takes the next image through all stages until none is left.
-    void convert_next_ones(PictureBuffers& buffers) {
-        for (std::size_t index; (index = next++) < jobs.size(); progress.advance()) {
+    void convert_next_ones(ImageBuffers& buffers) {
+        for (std::size_t index; !is_cancelled() && (index = next++) < jobs.size(); advance()) {
             try {
-                add(convert_picture(jobs[index], settings, buffers));
+                add(convert_image(jobs[index], settings, buffers));
             } catch (const std::exception& error) {
-                add_failure(error.what());
+                add_failure(diagnostics::describe(error));
             }
         }
     }
 
-    void add(const PictureReport& picture) {
+    bool is_cancelled() const { return events.cancel && *events.cancel; }
+
+    void advance() {
+        std::lock_guard<std::mutex> lock(mutex);
+        ++done;
+        if (events.progress)
+            events.progress(done, jobs.size());
+    }
+
+    void add(const ImageReport& image) {
         std::lock_guard<std::mutex> lock(mutex);
         ++report.converted;
-        report.pixels += picture.pixels;
-        for (const std::string& note : picture.notes)
+        report.pixels += image.pixels;
+        for (const std::string& note : image.notes)
             if (known_notes.insert(note).second)
-                console.note(note);
+                tell(diagnostics::make_note(diagnostics::Code::IMAGE_UNSUPPORTED, note));
     }
 
-    void add_failure(const std::string& reason) {
+    void add_failure(const diagnostics::Diagnostic& reason) {
         std::lock_guard<std::mutex> lock(mutex);
         ++report.failed;
-        console.error(reason);
+        tell(reason);
     }
 
-    const std::vector<PictureJob>& jobs;
-    const PictureSettings& settings;
-    Console& console;
-    ProgressBar progress;
+    void tell(const diagnostics::Diagnostic& diagnostic) const {
+        if (events.report)
+            events.report(diagnostic);
+    }
+
+    const std::vector<ImageJob>& jobs;
+    const ImageSettings& settings;
+    const SequenceEvents& events;
     std::atomic<std::size_t> next{0};
+    std::size_t done = 0;
     std::mutex mutex;
     std::exception_ptr failure;
     SequenceReport report;
@@ -119,9 +133,9 @@ private:
 
 } // namespace
 
-SequenceReport convert_sequence(const std::vector<PictureJob>& jobs, const PictureSettings& settings,
-                                Console& console) {
-    return SequenceConversion(jobs, settings, console).run();
+SequenceReport convert_sequence(const std::vector<ImageJob>& jobs, const ImageSettings& settings,
+                                const SequenceEvents& events) {
+    return SequenceConversion(jobs, settings, events).run();
 }
 
-} // namespace tool
+} // namespace workflow

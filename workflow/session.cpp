@@ -6,47 +6,71 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
+#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_manager.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
-#include "tool/console.h"
+#include "workflow/log_forwarding.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
-std::string describe_refusal(const ConfigSource& source, const std::string& reason) {
-    switch (source.kind) {
+using diagnostics::Code;
+using diagnostics::Diagnostic;
+using diagnostics::Diagnostics;
+
+/// How a user gets on without the config.
+std::string get_remedy(ConfigSource::Kind kind) {
+    switch (kind) {
     case ConfigSource::ENVIRONMENT:
-        return fmt::format("cannot load the configuration '{}' that the environment variable OCIO names: {}\n"
-                           "Set OCIO to a usable file, or unset it for the built-in configuration.",
-                           source.path, reason);
+        return "set OCIO to a usable config, or unset it for the built-in config";
     case ConfigSource::PREFERENCES:
-        return fmt::format("cannot load the configuration '{}' that the preferences name: {}\n"
-                           "Name another with --config, or leave the preferences aside with --no-prefs.",
-                           source.path, reason);
+        return "name another config with --config, or ignore the preferences with --no-prefs";
     default:
-        return fmt::format("cannot load the configuration '{}': {}", source.path, reason);
+        return "";
     }
 }
 
-FailureReason explain_missing_config(const std::string& path) {
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error))
-        return {FailureKind::MISSING_FILE, "it is a folder"};
-    if (is_in_library(path))
-        return {FailureKind::OTHER,
-                "it is no file but a configuration that the colour library itself may hold; set OCIO=" +
-                    path + " for it"};
-    return {FailureKind::MISSING_FILE, "no such file"};
+std::string describe_origin(ConfigSource::Kind kind) {
+    switch (kind) {
+    case ConfigSource::ENVIRONMENT:
+        return ", named by the environment variable OCIO";
+    case ConfigSource::PREFERENCES:
+        return ", named by the preferences";
+    default:
+        return "";
+    }
 }
 
-/// Checks what the module would pass over with a notice: it falls back where a file is missing.
-void check_config_file(const ConfigSource& source) {
-    if (!source.is_file() || SysFilesystem::file_exists(source.path.c_str()))
-        return;
-    const FailureReason reason = explain_missing_config(source.path);
-    throw ConfigError(describe_refusal(source, reason.text), source, reason, {});
+/// The refusal first, then what else was reported.
+Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes) {
+    Diagnostic refusal =
+        add_context(fmt::format("cannot load the config '{}'{}", source.path, describe_origin(source.kind)),
+                    causes, Code::CONFIG_INVALID);
+    if (refusal.hint.empty())
+        refusal.hint = get_remedy(source.kind);
+    Diagnostics all = {std::move(refusal)};
+    all.insert(all.end(), causes.begin(), causes.end());
+    return all;
+}
+
+Diagnostic explain_missing_config(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        return diagnostics::make_file_error(Code::FILE_NOT_REGULAR, "it is a folder", path);
+    Diagnostic missing = diagnostics::make_file_error(Code::CONFIG_MISSING, "no such file", path);
+    if (is_in_library(path)) {
+        missing.message = "configs of OpenColorIO itself can only be named by the environment";
+        missing.hint = "set OCIO=" + path;
+    }
+    return missing;
+}
+
+/// The module would fall back where a file is missing.
+void require_config_file(const ConfigSource& source) {
+    if (source.is_file() && !SysFilesystem::file_exists(source.path.c_str()))
+        throw ConfigFailure(make_refusal(source, {explain_missing_config(source.path)}), source);
 }
 
 ConfigSource find_source(const SessionOptions& options, const UserPreferences& preferences) {
@@ -55,68 +79,77 @@ ConfigSource find_source(const SessionOptions& options, const UserPreferences& p
 }
 
 bool is_builtin_config_active() {
-    return ColorIOManager::get_instance()->is_using_tavelion_config();
+    return ColorIOManager::get_instance() && ColorIOManager::get_instance()->is_using_tavelion_config();
+}
+
+void append(Diagnostics& list, Diagnostics others) {
+    list.insert(list.end(), std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
 }
 
 } // namespace
 
-ColorSession::ColorSession(const SessionOptions& options, Console& console, PreferenceUse use)
-    : console(console), recorder(console, options.verbose), preferences(options, use, recorder, console),
-      source(find_source(options, preferences)) {
-    check_config_file(source);
+Session::Session(const SessionOptions& options, PreferenceUse use)
+    : log(std::make_unique<LogForwarding>(options.on_log)),
+      preferences(std::make_unique<UserPreferences>(options, use)),
+      source(find_source(options, *preferences)), load_diagnostics(preferences->get_warnings()),
+      notices(load_diagnostics) {
+    require_config_file(source);
     app = std::make_unique<StandaloneApp>();
     try {
         load(use);
-        if (!options.verbose && !app->get_temp_folder_note().is_empty())
-            console.note(app->get_temp_folder_note().get_data());
     } catch (...) {
         close();
         throw;
     }
+    if (!app->get_temp_folder_note().is_empty())
+        notices.push_back(
+            diagnostics::make_note(Code::FILE_UNWRITABLE, app->get_temp_folder_note().get_data()));
 }
 
-ColorSession::~ColorSession() {
+Session::~Session() {
     close();
 }
 
-void ColorSession::load(PreferenceUse use) {
-    // A module whose own configuration failed follows no change of preferences, so none can be used.
-    if (!ColorIO::init(app.get()) || !is_builtin_config_active() || recorder.has_error())
-        throw CommandError(
-            fmt::format("colour management does not start: {}", explain_failure(recorder.take_messages())));
-    app->set_default_color_space_name(preferences.get_app().get_default_color_space_name());
-    preferences.load_module();
+void Session::load(PreferenceUse use) {
+    ColorIODiagnostics collector;
+    const bool is_started = ColorIO::init(app.get()) && is_builtin_config_active();
+    Diagnostics reports = collector.take();
+    // A module whose built-in config failed does not follow preferences, so none can be used.
+    if (!is_started || diagnostics::has_error(reports))
+        throw diagnostics::Failure(
+            add_context("color management does not start", reports, Code::CONFIG_BUILTIN));
+    append(load_diagnostics, std::move(reports));
+    app->set_default_color_space_name(preferences->get_app().get_default_color_space_name());
+    preferences->load_module();
+    append(load_diagnostics, collector.take());
     if (source.is_file())
         app->set_color_space_file_path(source.path.c_str());
     if (source.kind != ConfigSource::BUILTIN) {
         app->set_use_color_space_file(true);
+        Diagnostics causes = collector.take();
         if (is_builtin_config_active())
-            fail_to_load();
+            throw ConfigFailure(make_refusal(source, causes), source);
+        append(load_diagnostics, std::move(causes));
     }
     if (use == PreferenceUse::READ)
         follow_preferences();
+    append(load_diagnostics, collector.take());
 }
 
 /// Files that add to what the module itself keeps.
-void ColorSession::follow_preferences() {
-    const StandaloneApp& wanted = preferences.get_app();
+void Session::follow_preferences() {
+    const StandaloneApp& wanted = preferences->get_app();
     app->set_cdl_library_file_path(wanted.get_cdl_library_file_path());
     app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
     app->set_use_color_space_by_extension_file(wanted.get_use_color_space_by_extension_file());
 }
 
-void ColorSession::fail_to_load() {
-    std::vector<LoggedMessage> messages = recorder.take_messages();
-    const FailureReason reason = find_failure_reason(messages);
-    throw ConfigError(describe_refusal(source, reason.text), source, reason, std::move(messages));
-}
-
-void ColorSession::close() {
-    ColorIO* facade = ColorIO::get_instance();
-    facade->disconnect(*facade);
+void Session::close() {
+    if (ColorIO* facade = ColorIO::get_instance())
+        facade->disconnect(*facade);
     ColorIO::destroy();
     ColorIOAutoDetection::destroy();
     ColorIOManager::s_default_color_space_name = CoreString(ColorIOManager::BUILTIN_LINEAR);
 }
 
-} // namespace tool
+} // namespace workflow

@@ -1,80 +1,85 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
 #include "workflow/config_source.h"
-#include "workflow/failure_reason.h"
-#include "workflow/log_recorder.h"
 #include "workflow/user_preferences.h"
 
 class StandaloneApp;
 
-namespace tool {
+namespace workflow {
 
-class Console;
+class LogForwarding;
 
-/// What every command that uses colour management can be told.
+/// What a session starts with.
 struct SessionOptions {
-    std::string config_path;      ///< Configuration file; empty follows $OCIO, else the preferences.
-    bool builtin_only = false;    ///< Use the built-in configuration, whatever anything else says.
-    std::string preferences_path; ///< Preference file; empty takes the user's own.
-    bool no_preferences = false;  ///< Use no preference file.
-    bool verbose = false;         ///< Show the module's messages as they come.
+    std::string config_path;      ///< OCIO config; empty follows $OCIO, then the preferences.
+    bool builtin_only = false;    ///< Use the built-in config, whatever anything else names.
+    std::string preferences_path; ///< Preferences file; empty for the user's own.
+    bool no_preferences = false;  ///< Use no preferences file.
+    /// Gets every message of the module and of OpenColorIO as it comes, from any thread; may be empty.
+    std::function<void(const std::string& message)> on_log;
 };
 
-/// A configuration that was asked for cannot be used.
-class ConfigError : public CommandError {
+/// A config that was asked for cannot be used.
+class ConfigFailure : public diagnostics::Failure {
 public:
-    ConfigError(const std::string& message, ConfigSource source, FailureReason reason,
-                std::vector<LoggedMessage> messages)
-        : CommandError(message), source(std::move(source)), reason(std::move(reason)),
-          messages(std::move(messages)) {}
-
-    const ConfigSource source;
-    const FailureReason reason;
-    const std::vector<LoggedMessage> messages; ///< What the module logged while it tried.
-};
-
-/// The colour-management module, running, with the configuration that the options ask for. The application's
-/// preferences are set as a user would set them, and the module's own rules decide what that means.
-/// One at a time.
-class ColorSession {
-public:
-    /// Throws ConfigError when a configuration that was asked for, by path or by $OCIO, is not in force
-    /// afterwards, CommandError when the module does not start; the message gives the module's reasons.
-    /// To SHOW or CHANGE preferences the module gets what they hold of its own, and neither the mapping file
-    /// nor the CDL library that they name.
-    ColorSession(const SessionOptions& options, Console& console, PreferenceUse use = PreferenceUse::READ);
-    ~ColorSession();
-    ColorSession(const ColorSession&) = delete;
-    ColorSession& operator=(const ColorSession&) = delete;
+    ConfigFailure(diagnostics::Diagnostics reasons, ConfigSource source)
+        : Failure(std::move(reasons)), source(std::move(source)) {}
 
     const ConfigSource& get_source() const { return source; }
+
+private:
+    ConfigSource source;
+};
+
+/// The color-management module, running with the config that the options ask for. The application's
+/// preferences are set as a user would set them, and the module's own rules decide what that means. The
+/// module is one for the process, so one session may exist at a time, used from the thread that made it;
+/// conversions made by it may be applied anywhere.
+class Session {
+public:
+    /// Throws ConfigFailure when a config that was asked for, by path, $OCIO or preferences, is not active
+    /// afterwards, diagnostics::Failure when the module does not start or the preferences cannot be used. To
+    /// SHOW or CHANGE preferences the module gets their own content, and neither the mapping file nor the CDL
+    /// library that they name.
+    explicit Session(const SessionOptions& options, PreferenceUse use = PreferenceUse::READ);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const ConfigSource& get_source() const { return source; }
+    /// For messages: "aces.ocio", or "the built-in config".
+    std::string get_config_name() const { return source.get_name(); }
     /// The application whose preferences the module follows.
     StandaloneApp& get_app() { return *app; }
-    const UserPreferences& get_preferences() const { return preferences; }
-    /// Keeps the module's associations, custom colour spaces and CDLs. Throws CommandError.
-    void save_preferences() { preferences.save_module(recorder, console); }
+    const UserPreferences& get_preferences() const { return *preferences; }
+    /// Saves the module's associations, custom color spaces and CDLs. Returns warnings; throws
+    /// diagnostics::Failure.
+    diagnostics::Diagnostics save_preferences() { return preferences->save_module(); }
 
-    Console& get_console() { return console; }
-    /// What the module logged since the last call; the first call answers what it logged while loading.
-    std::vector<LoggedMessage> take_messages() { return recorder.take_messages(); }
+    /// What was reported while the session started: by the preferences file, and by the module as it loaded
+    /// the config, custom color spaces, CDLs and associations.
+    const diagnostics::Diagnostics& get_load_diagnostics() const { return load_diagnostics; }
+    /// What a user should be told at once: the warnings of the preferences file, and where temporary files
+    /// go.
+    const diagnostics::Diagnostics& get_notices() const { return notices; }
 
 private:
     void load(PreferenceUse use);
     void follow_preferences();
-    [[noreturn]] void fail_to_load();
     void close();
 
-    Console& console;
-    LogRecorder recorder;
-    UserPreferences preferences;
-    const ConfigSource source;
+    std::unique_ptr<LogForwarding> log;
+    std::unique_ptr<UserPreferences> preferences;
+    ConfigSource source;
     std::unique_ptr<StandaloneApp> app;
+    diagnostics::Diagnostics load_diagnostics;
+    diagnostics::Diagnostics notices;
 };
 
-} // namespace tool
+} // namespace workflow

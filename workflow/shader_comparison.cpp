@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -47,8 +47,8 @@ double get_difference(float a, float b) {
     return std::isfinite(difference) ? difference : std::numeric_limits<double>::infinity();
 }
 
-ShaderDifference compare(const std::string& name, const std::vector<float>& levels, GlEvaluator& shader,
-                         const ColorConversion& conversion) {
+ShaderDifference compare(const std::string& name, const std::vector<float>& levels, gl::GlEvaluator& shader,
+                         const Conversion& conversion) {
     const std::vector<float> inputs = make_grid(levels);
     std::vector<float> cpu = inputs;
     conversion.apply(cpu.data(), static_cast<unsigned int>(inputs.size() / 4), 1);
@@ -77,9 +77,9 @@ ShaderDifference compare(const std::string& name, const std::vector<float>& leve
 
 } // namespace
 
-std::vector<ShaderDifference> compare_shader(GlEvaluator& shader, const ColorConversion& conversion) {
+std::vector<ShaderDifference> compare_shader(gl::GlEvaluator& shader, const Conversion& conversion) {
     return {compare("0 to 1", get_even_levels(), shader, conversion),
             compare("1/1024 to 16", get_wide_levels(), shader, conversion)};
 }
 
-} // namespace tool
+} // namespace workflow

@@ -1,14 +1,14 @@
 #include "workflow/text_file.h"
 
+#include "diagnostics/failure.h"
 #include "files/replacement.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace workflow {
 
 void write_text_file(const std::string& path, const std::string& text) {
     files::Replacement file(path);
     if (!file.write(text) || !file.commit())
-        throw CommandError(file.get_failure()->describe());
+        diagnostics::fail_file(diagnostics::Code::FILE_UNWRITABLE, file.get_failure()->describe(), path);
 }
 
-} // namespace tool
+} // namespace workflow

@@ -2,9 +2,9 @@
 
 #include <string>
 
-namespace tool {
+namespace workflow {
 
-/// Replaces the file at `path` by one that holds `text`, whole or not at all. Throws CommandError.
+/// Replaces the file at `path` by one that holds `text`, whole or not at all. Throws diagnostics::Failure.
 void write_text_file(const std::string& path, const std::string& text);
 
-} // namespace tool
+} // namespace workflow

@@ -5,15 +5,18 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
+#include "diagnostics/failure.h"
 #include "host/parser/parser_entry.h"
 #include "standalone/preferences.h"
 #include "standalone/standalone_app.h"
-#include "tool/console.h"
 #include "workflow/session.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
+
+using diagnostics::Code;
+using diagnostics::Diagnostics;
 
 std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.no_preferences)
@@ -21,33 +24,38 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.preferences_path.empty()) {
         const std::string path = PreferenceFile::get_default_path().get_data();
         if (path.empty() && use == PreferenceUse::CHANGE)
-            throw UsageError("there is no home folder for preferences; name a file with --prefs");
+            diagnostics::fail(Code::USAGE, "there is no home folder for preferences",
+                              "name a file with --prefs");
         return path;
     }
     std::error_code error;
-    if (use == PreferenceUse::READ && !std::filesystem::exists(options.preferences_path, error))
-        throw CommandError(
-            fmt::format("cannot load the preferences '{}': no such file", options.preferences_path));
+    if (use != PreferenceUse::CHANGE && !std::filesystem::exists(options.preferences_path, error))
+        diagnostics::fail_file(
+            Code::FILE_MISSING,
+            fmt::format("cannot load the preferences '{}': no such file", options.preferences_path),
+            options.preferences_path);
     return options.preferences_path;
 }
 
-void warn_of_messages(LogRecorder& recorder, Console& console) {
-    for (const LoggedMessage& message : recorder.take_messages())
-        console.warn(message.text);
+/// The reports as warnings, whatever became of the file.
+Diagnostics make_warnings(Diagnostics reports) {
+    for (diagnostics::Diagnostic& report : reports)
+        report.severity = diagnostics::Severity::WARNING;
+    return reports;
 }
 
 } // namespace
 
-UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse use, LogRecorder& recorder,
-                                 Console& console)
+UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse use)
     : path(find_path(options, use)), app(std::make_unique<StandaloneApp>()) {
     if (path.empty())
         return;
     file = std::make_unique<PreferenceFile>(path.c_str());
     const bool is_loaded = use == PreferenceUse::CHANGE ? file->load_to_change(*app) : file->load(*app);
+    Diagnostics reports = file->take_diagnostics();
     if (!is_loaded && (use == PreferenceUse::CHANGE || !options.preferences_path.empty()))
-        throw CommandError(explain_failure(recorder.take_messages()));
-    warn_of_messages(recorder, console);
+        throw diagnostics::Failure(std::move(reports));
+    warnings = make_warnings(std::move(reports));
 }
 
 UserPreferences::~UserPreferences() = default;
@@ -57,11 +65,12 @@ void UserPreferences::load_module() const {
         ColorIO::load_config(&file->get_color_management());
 }
 
-void UserPreferences::save_module(LogRecorder& recorder, Console& console) const {
-    recorder.take_messages();
-    if (!file->save(*app, [](ParserEntry* entry) { return ColorIO::save_config(entry); }))
-        throw CommandError(explain_failure(recorder.take_messages()));
-    warn_of_messages(recorder, console);
+Diagnostics UserPreferences::save_module() const {
+    const bool is_saved = file->save(*app, [](ParserEntry* entry) { return ColorIO::save_config(entry); });
+    Diagnostics reports = file->take_diagnostics();
+    if (!is_saved)
+        throw diagnostics::Failure(std::move(reports));
+    return make_warnings(std::move(reports));
 }
 
-} // namespace tool
+} // namespace workflow

@@ -3,46 +3,47 @@
 #include <memory>
 #include <string>
 
+#include "diagnostics/diagnostic.h"
+
 class PreferenceFile;
 class StandaloneApp;
 
-namespace tool {
+namespace workflow {
 
-class Console;
-class LogRecorder;
 struct SessionOptions;
 
-/// What a session wants of the preferences: to follow them, to show what they hold themselves, or to change
-/// that.
+/// What a session does with the preferences: follow them, show their own content, or change it.
 enum class PreferenceUse { READ, SHOW, CHANGE };
 
-/// The preference file of a command, as it was when the command started; nothing when the options say so or
-/// the user has no home.
+/// The preferences file of a session, as it was when the session started; none when the options say so or the
+/// user has no home folder.
 class UserPreferences {
 public:
-    /// What is wrong with the user's own file becomes warnings. Throws UsageError when there is no file to
-    /// change, CommandError when a file that the options name cannot be used, and when a file to change
-    /// cannot be: nothing may then be saved over it. Other processes that change the file wait until this
+    /// Throws diagnostics::Failure when there is no file to change, when a file that the options name cannot
+    /// be used, and when a file to change cannot: nothing may then be saved over it. What is wrong with the
+    /// user's own file otherwise becomes a warning. Other processes that change the file wait until this
     /// object has saved or ends.
-    UserPreferences(const SessionOptions& options, PreferenceUse use, LogRecorder& recorder,
-                    Console& console);
+    UserPreferences(const SessionOptions& options, PreferenceUse use);
     ~UserPreferences();
 
     /// Empty when no file is used.
     const std::string& get_path() const { return path; }
     /// The application's own preferences.
     const StandaloneApp& get_app() const { return *app; }
+    /// What was wrong with the file when it was read.
+    const diagnostics::Diagnostics& get_warnings() const { return warnings; }
 
     /// Gives the running module its part.
     void load_module() const;
-    /// Saves what the running module now holds; the application's preferences stay as they were. What
-    /// happens to a damaged file becomes a warning. Throws CommandError.
-    void save_module(LogRecorder& recorder, Console& console) const;
+    /// Saves what the running module now holds; the application's preferences stay as they were. Returns
+    /// warnings, such as that a damaged file was renamed. Throws diagnostics::Failure.
+    diagnostics::Diagnostics save_module() const;
 
 private:
     std::string path;
     std::unique_ptr<StandaloneApp> app;
     std::unique_ptr<PreferenceFile> file;
+    diagnostics::Diagnostics warnings;
 };
 
-} // namespace tool
+} // namespace workflow

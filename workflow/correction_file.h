@@ -3,19 +3,18 @@
 #include <string>
 #include <vector>
 
-#include "workflow/cdl/correction.h"
+#include "diagnostics/diagnostic.h"
+#include "workflow/correction.h"
 
-namespace tool {
-
-class Console;
+namespace workflow {
 
 /// The corrections of a .cc, .ccc or .cdl document in its order, wherever they stand in it. Numbers that a
-/// document leaves out as a whole (SOPNode, SatNode) change nothing. Throws CommandError with line and column
-/// of what is no XML, with the correction where numbers are wrong, and when there is no correction.
+/// document leaves out as a whole (SOPNode, SatNode) change nothing. Throws diagnostics::Failure with line
+/// and column of malformed XML, with the correction whose numbers are wrong, and when there is no correction.
 std::vector<Correction> read_corrections(const std::string& path);
 
-/// Tells the user of elements in the correction that have no part in it.
-void warn_of_unread_elements(const Correction& correction, Console& console);
+/// Adds a warning where the correction has elements that are ignored.
+void add_unread_elements(const Correction& correction, diagnostics::Diagnostics& notes);
 
 /// Which correction of which document "FILE" or "FILE:ID" means.
 struct CorrectionSource {
@@ -24,7 +23,7 @@ struct CorrectionSource {
 };
 
 /// Reads `text` as a path as it stands, if there is such a file, otherwise up to the last colon in front of
-/// which a file's path ends. Throws CommandError when that names no file.
+/// which a file's path ends. Throws diagnostics::Failure when that names no file.
 CorrectionSource parse_correction_source(const std::string& text);
 
 /// The correction that the source names, or the first one. Throws like `read_corrections`, and with the
@@ -34,4 +33,4 @@ Correction read_correction(const CorrectionSource& source);
 /// The same, to be applied. Throws also for a number that the ASC CDL does not allow.
 Correction read_valid_correction(const CorrectionSource& source);
 
-} // namespace tool
+} // namespace workflow

@@ -5,9 +5,9 @@
 
 #include "colorio/color_io_manager.h"
 
-namespace tool {
+namespace workflow {
 
-/// A colour correction (ASC CDL) as documents hold it.
+/// A color correction (ASC CDL) as documents hold it.
 struct Correction {
     std::string id;
     std::vector<std::string> descriptions;
@@ -16,7 +16,7 @@ struct Correction {
     float power[3] = {1.0f, 1.0f, 1.0f};
     float saturation = 1.0f;
     std::vector<std::string> unread_elements; ///< Of unknown names, such as "ASC_SOP".
-    /// False when the document spells a name as the colour library does not read it: "SopNode".
+    /// False when the document spells a name in a way that OpenColorIO does not accept: "SopNode".
     bool has_usual_names = true;
 };
 
@@ -27,4 +27,4 @@ std::string find_invalid_number(const Correction& correction);
 /// The numbers of a record, its name as the id.
 Correction make_correction(const ColorIOManager::ColorDecisionListDef& record);
 
-} // namespace tool
+} // namespace workflow

@@ -1,4 +1,4 @@
-#include "viewer/chain_shader.h"
+#include "viewer/conversion_shader.h"
 
 #include <fmt/format.h>
 
@@ -8,9 +8,9 @@
 #include "gl/gl_error.h"
 #include "host/core/core_array.h"
 #include "host/core/core_string.h"
-#include "viewer/color_chain.h"
+#include "workflow/conversion.h"
 
-namespace tool {
+namespace viewer {
 
 namespace {
 
@@ -26,7 +26,7 @@ constexpr char MAIN[] = R"(
 void main() {
     vec2 at = vec2(gl_FragCoord.x - corner.x, corner.y - gl_FragCoord.y) / zoom;
     bool outside = any(lessThan(at, vec2(0.0))) || any(greaterThanEqual(at, picture_size));
-    // A filter mixes in a little of the neighbours even at the middle of a pixel.
+    // A filter mixes in a little of the neighbors even at the middle of a pixel.
     vec4 color = zoom < 1.0 ? texture(picture, at / picture_size)
                             : texelFetch(picture, ivec2(clamp(at, vec2(0.0), picture_size - 1.0)), 0);
     result = outside ? vec4(vec3(0.05), 1.0) : convert(color);
@@ -36,31 +36,32 @@ void main() {
 } // namespace
 
 /// What the module says of one conversion.
-struct ChainShader::StageData {
+struct ConversionShader::StageData {
     CoreString text;
     CoreArray<float> table;
     unsigned int edge;
 };
 
-std::vector<ChainShader::StageData> ChainShader::get_stages(const ColorChain* chain) {
+std::vector<ConversionShader::StageData>
+ConversionShader::get_stages(const workflow::Conversion* conversion) {
     std::vector<StageData> stages;
-    if (!chain)
+    if (!conversion)
         return stages;
-    for (const auto& converter : chain->get_stages()) {
+    for (const workflow::Conversion::Stage& stage : conversion->get_stages()) {
         StageData& data = stages.emplace_back();
-        data.edge = converter->get_lut_3d_edge_size();
-        if (!converter->get_gpu_shader_data(data.text, data.table, ColorIOConverter::GLSL_VERSION_CORE))
-            throw GlError("a conversion has no form for the GPU");
+        data.edge = stage.converter->get_lut_3d_edge_size();
+        if (!stage.converter->get_gpu_shader_data(data.text, data.table, ColorIOConverter::GLSL_VERSION_CORE))
+            throw gl::GlError("a conversion has no form for the GPU");
     }
     return stages;
 }
 
 /// The functions of all conversions have one name, so each gets another.
-std::string ChainShader::make_text(const std::vector<StageData>& stages, std::size_t gain_position) {
-    std::string text = FullScreenPass::get_version_line(GlProfile::CORE) + HEAD;
+std::string ConversionShader::make_text(const std::vector<StageData>& stages, std::size_t exposure_position) {
+    std::string text = gl::FullScreenPass::get_version_line(gl::GlProfile::CORE) + HEAD;
     std::string body;
     for (std::size_t i = 0; i <= stages.size(); ++i) {
-        if (i == gain_position)
+        if (i == exposure_position)
             body += "    color.rgb *= gain;\n";
         if (i == stages.size())
             break;
@@ -72,22 +73,22 @@ std::string ChainShader::make_text(const std::vector<StageData>& stages, std::si
     return text + "vec4 convert(vec4 color) {\n" + body + "    return color;\n}\n" + MAIN;
 }
 
-ChainShader::ChainShader(const ColorChain* chain)
-    : ChainShader(get_stages(chain), chain ? chain->get_gain_position() : 0) {}
+ConversionShader::ConversionShader(const workflow::Conversion* conversion)
+    : ConversionShader(get_stages(conversion), conversion ? conversion->get_exposure_position() : 0) {}
 
-ChainShader::ChainShader(const std::vector<StageData>& stages, std::size_t gain_position)
-    : program(FullScreenPass::get_vertex_text(GlProfile::CORE), make_text(stages, gain_position)),
+ConversionShader::ConversionShader(const std::vector<StageData>& stages, std::size_t exposure_position)
+    : program(gl::FullScreenPass::get_vertex_text(gl::GlProfile::CORE), make_text(stages, exposure_position)),
       tables(stages.size()) {
     program.use();
     glUniform1i(program.get_uniform("picture"), 0);
     for (std::size_t i = 0; i < stages.size(); ++i) {
         const auto unit = static_cast<GLint>(i + 1);
-        upload_table(tables[i], stages[i].table.begin(), static_cast<int>(stages[i].edge));
+        gl::upload_table(tables[i], stages[i].table.begin(), static_cast<int>(stages[i].edge));
         glUniform1i(program.get_uniform(fmt::format("table_{}", i).c_str()), unit);
     }
 }
 
-void ChainShader::use(const DrawParameters& parameters) const {
+void ConversionShader::use(const DrawParameters& parameters) const {
     program.use();
     for (std::size_t i = 0; i < tables.size(); ++i) {
         glActiveTexture(GL_TEXTURE1 + static_cast<GLenum>(i));
@@ -101,4 +102,4 @@ void ChainShader::use(const DrawParameters& parameters) const {
     glUniform1f(program.get_uniform("gain"), parameters.gain);
 }
 
-} // namespace tool
+} // namespace viewer

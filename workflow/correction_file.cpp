@@ -1,4 +1,4 @@
-#include "workflow/cdl/correction_file.h"
+#include "workflow/correction_file.h"
 
 #include <algorithm>
 #include <array>
@@ -12,18 +12,21 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "tool/cdl/correction_text.h"
-#include "tool/console.h"
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
+#include "workflow/correction_text.h"
 #include "workflow/nearest_names.h"
 #include "xml/xml_encoding.h"
 #include "xml/xml_error.h"
 #include "xml/xml_node.h"
 #include "xml/xml_settings.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
+
+using diagnostics::Code;
+using diagnostics::Diagnostic;
+using diagnostics::fail_file;
 
 constexpr std::size_t GUESS_WINDOW = 4096;
 constexpr std::string_view BLANKS = " \t\r\n";
@@ -44,8 +47,8 @@ bool is_file(const std::string& path) {
 [[noreturn]] void fail_without_file(const std::string& path) {
     std::error_code error;
     const bool is_folder = std::filesystem::is_directory(path, error);
-    throw CommandError(
-        fmt::format("cannot read '{}': {}", path, is_folder ? "it is a folder" : "no such file"));
+    fail_file(is_folder ? Code::FILE_NOT_REGULAR : Code::FILE_MISSING,
+              fmt::format("cannot read '{}': {}", path, is_folder ? "it is a folder" : "no such file"), path);
 }
 
 /// Makes the encoding that a file seems to have the current one for its scope.
@@ -67,13 +70,6 @@ private:
     const XmlSettings before;
 };
 
-/// The error's text without the word in front, "Error: " or "Warning: ".
-std::string explain(XmlError error) {
-    const std::string text = get_error_text(error);
-    const std::size_t colon = text.find(": ");
-    return colon == std::string::npos ? text : text.substr(colon + 2);
-}
-
 XmlNode parse_document(const std::string& path) {
     if (!is_file(path))
         fail_without_file(path);
@@ -82,9 +78,13 @@ XmlNode parse_document(const std::string& path) {
     XmlNode top = XmlNode::parse_file(path.c_str(), nullptr, &results);
     if (results.error == XmlError::NONE)
         return top;
-    const std::string place =
-        results.line > 0 ? fmt::format("line {}, column {}: ", results.line, results.column) : "";
-    throw CommandError(fmt::format("cannot read '{}': {}{}", path, place, explain(results.error)));
+    const std::string reason = get_error_reason(results.error);
+    Diagnostic fault = diagnostics::make_file_error(
+        Code::XML_MALFORMED, results.line > 0 ? reason : fmt::format("cannot read '{}': {}", path, reason),
+        path);
+    fault.line = static_cast<unsigned int>(results.line);
+    fault.column = static_cast<unsigned int>(results.column);
+    throw diagnostics::Failure(std::move(fault));
 }
 
 /// Reads one ColorCorrection element.
@@ -150,7 +150,7 @@ private:
             const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
             const auto value = parse_number(word);
             if (!value)
-                fail(fmt::format("{} holds '{}', which is no number", name, word));
+                fail(fmt::format("{} holds '{}', which is not a number", name, word));
             if (found < count)
                 values[found] = *value;
             text.remove_prefix(word.size());
@@ -161,8 +161,8 @@ private:
 
     [[noreturn]] void fail(const std::string& reason) const {
         const std::string name = correction.id.empty() ? "" : fmt::format(" ('{}')", correction.id);
-        throw CommandError(
-            fmt::format("cannot read '{}': correction {}{}: {}", path, position, name, reason));
+        fail_file(Code::CDL_INVALID,
+                  fmt::format("cannot read '{}': correction {}{}: {}", path, position, name, reason), path);
     }
 
     const XmlNode& element;
@@ -201,14 +201,17 @@ std::vector<Correction> read_corrections(const std::string& path) {
             open.push_back({current.node.get_child(current.next_child++), 0});
     }
     if (corrections.empty())
-        throw CommandError(fmt::format("cannot read '{}': it has no ColorCorrection", path));
+        fail_file(Code::CDL_INVALID, fmt::format("cannot read '{}': it has no ColorCorrection", path), path);
     return corrections;
 }
 
-void warn_of_unread_elements(const Correction& correction, Console& console) {
+void add_unread_elements(const Correction& correction, diagnostics::Diagnostics& notes) {
     if (!correction.unread_elements.empty())
-        console.warn(fmt::format("the correction '{}' holds what is not read, nor by the colour library: {}",
-                                 correction.id, fmt::join(correction.unread_elements, ", ")));
+        notes.push_back(diagnostics::make_warning(
+            Code::CDL_INVALID,
+            fmt::format("the correction '{}' contains elements that are ignored here and by OpenColorIO: {}",
+                        correction.id, fmt::join(correction.unread_elements, ", ")),
+            correction.id));
 }
 
 CorrectionSource parse_correction_source(const std::string& text) {
@@ -229,18 +232,23 @@ Correction read_correction(const CorrectionSource& source) {
                                     [&](const Correction& candidate) { return candidate.id == source.id; });
     if (found != corrections.end())
         return *found;
-    throw CommandError(fmt::format("no correction '{}' in '{}'{}", source.id, source.path,
-                                   did_you_mean(source.id, get_ids(corrections))));
+    Diagnostic missing = diagnostics::make_file_error(
+        Code::CDL_ID_MISSING, fmt::format("no correction '{}' in '{}'", source.id, source.path), source.path);
+    missing.subject = source.id;
+    missing.hint = did_you_mean(source.id, get_ids(corrections));
+    throw diagnostics::Failure(std::move(missing));
 }
 
 Correction read_valid_correction(const CorrectionSource& source) {
     Correction correction = read_correction(source);
     const std::string fault = find_invalid_number(correction);
     if (!fault.empty())
-        throw CommandError(fmt::format("invalid CDL{} in '{}': {}",
-                                       correction.id.empty() ? "" : fmt::format(" '{}'", correction.id),
-                                       source.path, fault));
+        fail_file(Code::CDL_INVALID,
+                  fmt::format("invalid CDL{} in '{}': {}",
+                              correction.id.empty() ? "" : fmt::format(" '{}'", correction.id), source.path,
+                              fault),
+                  source.path);
     return correction;
 }
 
-} // namespace tool
+} // namespace workflow

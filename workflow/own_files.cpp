@@ -1,10 +1,10 @@
-#include "viewer/own_files.h"
+#include "workflow/own_files.h"
 
 #include <algorithm>
 
 #include "colorio/color_io_manager.h"
 
-namespace tool {
+namespace workflow {
 
 std::vector<std::string> get_own_files() {
     const ColorIOManager& manager = *ColorIOManager::get_instance();
@@ -28,4 +28,4 @@ bool has_own_files(const std::string& library_path) {
                        [&](const std::string& file) { return file != library_path; });
 }
 
-} // namespace tool
+} // namespace workflow

@@ -1,4 +1,4 @@
-#include "workflow/cdl/correction.h"
+#include "workflow/correction.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,7 @@
 
 #include "colorio/cdl/cdl_ranges.h"
 
-namespace tool {
+namespace workflow {
 
 namespace {
 
@@ -60,4 +60,4 @@ Correction make_correction(const ColorIOManager::ColorDecisionListDef& record) {
     return correction;
 }
 
-} // namespace tool
+} // namespace workflow

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "gl/gl_object.h"
+#include "gl/gl_program.h"
+
+namespace workflow {
+class Conversion;
+}
+
+namespace viewer {
+
+/// Where and how a picture is drawn, in window coordinates as OpenGL counts them: from the bottom left.
+struct DrawParameters {
+    float corner_x; ///< The picture's top left corner.
+    float corner_y;
+    float zoom;
+    int picture_width;
+    int picture_height;
+    float gain; ///< Linear factor of the exposure.
+};
+
+/// A conversion of conversions as one program for the core profile, with its tables.
+class ConversionShader {
+public:
+    /// The shader texts and tables of the conversion's conversions, as the module hands them out. Null gives
+    /// values times gain. Throws GlError when a text does not compile.
+    explicit ConversionShader(const workflow::Conversion* conversion);
+
+    /// Makes it current: a full-screen pass then draws the picture in texture unit 0.
+    void use(const DrawParameters& parameters) const;
+
+private:
+    struct StageData;
+    static std::vector<StageData> get_stages(const workflow::Conversion* conversion);
+    static std::string make_text(const std::vector<StageData>& stages, std::size_t exposure_position);
+    ConversionShader(const std::vector<StageData>& stages, std::size_t exposure_position);
+
+    gl::GlProgram program;
+    std::vector<gl::GlTexture> tables; ///< In texture units 1 and up.
+};
+
+} // namespace viewer

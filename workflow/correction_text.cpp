@@ -1,0 +1,92 @@
+#include "workflow/correction_text.h"
+
+#include <charconv>
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "diagnostics/failure.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+using diagnostics::fail;
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (std::size_t end; (end = text.find(separator)) != std::string_view::npos; text.remove_prefix(end + 1))
+        parts.push_back(text.substr(0, end));
+    parts.push_back(text);
+    return parts;
+}
+
+float parse_part(std::string_view text) {
+    if (const auto value = parse_number(text))
+        return *value;
+    fail(Code::USAGE, fmt::format("'{}' is not a number", text));
+}
+
+void parse_triple(std::string_view text, const char* name, float (&values)[3]) {
+    const std::vector<std::string_view> parts = split(text, ',');
+    if (parts.size() != std::size(values))
+        fail(Code::USAGE, fmt::format("{} takes three comma-separated numbers, not '{}'", name, text));
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        values[i] = parse_part(parts[i]);
+}
+
+} // namespace
+
+std::optional<float> parse_number(std::string_view text) {
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    // Through double: numbers too small for a float are 0 and no error.
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || text.front() == '+')
+        return std::nullopt;
+    const float result = static_cast<float>(value);
+    return std::isfinite(result) ? std::optional(result) : std::nullopt;
+}
+
+std::string format_number(float value) {
+    return fmt::format("{}", value);
+}
+
+double shorten(float value) {
+    double result = 0.0;
+    const std::string text = format_number(value);
+    std::from_chars(text.data(), text.data() + text.size(), result);
+    return result;
+}
+
+std::string format_triple(const float (&values)[3]) {
+    return fmt::format("{} {} {}", values[0], values[1], values[2]);
+}
+
+Correction parse_numbers(const std::string& text) {
+    const std::vector<std::string_view> parts = split(text, '/');
+    if (parts.size() != 4)
+        fail(Code::USAGE, fmt::format("'{}' is not SLOPE/OFFSET/POWER/SATURATION", text));
+    Correction correction;
+    parse_triple(parts[0], "slope", correction.slope);
+    parse_triple(parts[1], "offset", correction.offset);
+    parse_triple(parts[2], "power", correction.power);
+    correction.saturation = parse_part(parts[3]);
+    if (const std::string fault = find_invalid_number(correction); !fault.empty())
+        fail(Code::USAGE, fmt::format("invalid CDL '{}': {}", text, fault));
+    return correction;
+}
+
+Correction parse_named_numbers(const std::string& text) {
+    // Numbers hold no such sign, names may.
+    const std::size_t sign = text.rfind('=');
+    if (sign == std::string::npos || sign == 0)
+        fail(Code::USAGE, fmt::format("'{}' is not NAME=SLOPE/OFFSET/POWER/SATURATION", text));
+    Correction correction = parse_numbers(text.substr(sign + 1));
+    correction.id = text.substr(0, sign);
+    return correction;
+}
+
+} // namespace workflow

@@ -1,0 +1,27 @@
+#include "workflow/image_conversion.h"
+
+namespace workflow {
+
+ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options) {
+    ImageSettings settings;
+    if (!conversion.is_identity())
+        settings.convert = [&conversion](float* rgba, unsigned int width, unsigned int height) {
+            conversion.apply(rgba, width, height);
+        };
+    if (!options.depth.empty())
+        settings.wishes.depth = OIIO::TypeDesc(options.depth);
+    settings.wishes.alpha_rule = options.alpha_rule;
+    settings.wishes.color_space_tag = conversion.get_destination_tag();
+    settings.wishes.keeps_space = conversion.get_source() == conversion.get_destination_space();
+    settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
+    settings.threads = options.threads;
+    return settings;
+}
+
+ImageReport convert_image(const Conversion& conversion, const std::string& input, const std::string& output,
+                          const ImageOptions& options) {
+    ImageBuffers buffers;
+    return convert_image({input, output}, make_image_settings(conversion, options), buffers);
+}
+
+} // namespace workflow

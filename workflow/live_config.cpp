@@ -1,0 +1,200 @@
+#include "workflow/live_config.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_candidate.h"
+#include "colorio/color_io_diagnostics.h"
+#include "colorio/color_io_inspection.h"
+#include "colorio/color_io_manager.h"
+#include "host/event/event_ids.h"
+#include "standalone/standalone_app.h"
+#include "workflow/own_files.h"
+#include "workflow/published_names.h"
+
+namespace workflow {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path normalized(const fs::path& path) {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error);
+    return (error ? path : absolute).lexically_normal();
+}
+
+} // namespace
+
+/// Follows what the module tells its host.
+class LiveConfig::ListObserver : public EventObject {
+public:
+    ListObserver() {
+        ColorIO& facade = *ColorIO::get_instance();
+        connect(facade, EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED, &ListObserver::on_change, nullptr);
+        connect(facade, EVT_ID_COLORIO_MANAGER_CDL_LIST_CHANGED, &ListObserver::on_change, nullptr);
+        connect(facade, EVT_ID_COLORIO_COLOR_SPACE_BY_EXTENSION_CHANGED, &ListObserver::on_change, nullptr);
+    }
+
+    void on_change(AppBase&, const EventInfo&, OfObject*) { ++revision; }
+
+    unsigned int revision = 1;
+};
+
+struct LiveConfig::Lists {
+    unsigned int revision = 0;
+    std::vector<std::string> spaces;
+    std::vector<std::string> views;
+    std::vector<std::string> cdls;
+};
+
+LiveConfig::LiveConfig(const SessionOptions& options)
+    : session(options), config_path(session.get_source().path),
+      from_environment(session.get_source().kind == ConfigSource::ENVIRONMENT),
+      library_path(session.get_app().get_cdl_library_file_path().view()),
+      observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {}
+
+LiveConfig::~LiveConfig() = default;
+
+LiveConfig::Fault LiveConfig::use_config(const std::string& path) {
+    StandaloneApp& app = session.get_app();
+    if (path.empty()) {
+        app.set_use_color_space_file(false);
+    } else {
+        if (Fault fault = find_config_fault(path))
+            return fault;
+        if (path == app.get_color_space_file_path().view())
+            app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+        else
+            app.set_color_space_file_path(path.c_str());
+        app.set_use_color_space_file(true);
+    }
+    config_path = path;
+    config_fault.reset();
+    from_environment = false;
+    ++observer->revision;
+    return {};
+}
+
+bool LiveConfig::reload() {
+    config_fault = config_path.empty() ? Fault() : find_config_fault(config_path);
+    // Without a whole configuration the module would turn to the built-in one.
+    if (!config_fault && has_own_files(library_path))
+        own_fault = reload_own_files();
+    if (!config_fault && !config_path.empty())
+        raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    library_fault =
+        library_path.empty() ? Fault() : ColorIOCandidate::check_cdl_library(library_path.c_str());
+    // The module would drop the CDLs of the user's own that cannot be read.
+    if (!library_fault && !own_fault && !library_path.empty())
+        raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    return get_source_faults().empty();
+}
+
+template <class Event>
+void LiveConfig::raise(const Event& event) {
+    session.get_app().raise_event(event);
+    ++observer->revision;
+}
+
+/// What cannot be read keeps its last state in the module. The module makes the color corrections of the
+/// library again too; what is wrong with those is reported with the library.
+LiveConfig::Fault LiveConfig::reload_own_files() {
+    ColorIODiagnostics collector;
+    ColorIOManager::get_instance()->load_config(nullptr);
+    ++observer->revision;
+    for (const diagnostics::Diagnostic& diagnostic : collector.take())
+        if (diagnostic.severity == diagnostics::Severity::ERROR && diagnostic.file != library_path)
+            return diagnostic;
+    return {};
+}
+
+diagnostics::Diagnostics LiveConfig::get_source_faults() const {
+    diagnostics::Diagnostics faults;
+    for (const Fault& fault : {config_fault, own_fault, library_fault})
+        if (fault)
+            faults.push_back(*fault);
+    return faults;
+}
+
+LiveConfig::Fault LiveConfig::use_cdl_library(const std::string& path) {
+    if (Fault fault = ColorIOCandidate::check_cdl_library(path.c_str()))
+        return fault;
+    session.get_app().set_cdl_library_file_path(path.c_str());
+    library_path = path;
+    library_fault.reset();
+    ++observer->revision;
+    return {};
+}
+
+/// The manager would fall back to the built-in config, so the candidate is judged first.
+LiveConfig::Fault LiveConfig::find_config_fault(const std::string& path) const {
+    // The environment may name what is not a file, which the module asks OpenColorIO for.
+    const bool is_file = !from_environment || path != config_path;
+    return is_file ? ColorIOCandidate::check_config_file(path.c_str())
+                   : ColorIOCandidate::check_config_of_environment();
+}
+
+std::string LiveConfig::get_config_name() const {
+    return config_path.empty() ? "the built-in config" : fs::path(config_path).filename().string();
+}
+
+unsigned int LiveConfig::get_revision() const {
+    return observer->revision;
+}
+
+LiveConfig::Lists& LiveConfig::get_lists() const {
+    if (lists->revision == observer->revision)
+        return *lists;
+    *lists = Lists{observer->revision, {}, {}, {}};
+    for (const PublishedSpace& space : get_published_spaces())
+        lists->spaces.push_back(space.label);
+    for (const CoreString& label : ColorIO::get_display_view_names())
+        lists->views.emplace_back(label.view());
+    for (const CoreString& name : ColorIOManager::get_instance()->get_CDL_names())
+        lists->cdls.emplace_back(name.view());
+    return *lists;
+}
+
+const std::vector<std::string>& LiveConfig::get_spaces() const {
+    return get_lists().spaces;
+}
+
+const std::vector<std::string>& LiveConfig::get_views() const {
+    return get_lists().views;
+}
+
+const std::vector<std::string>& LiveConfig::get_cdls() const {
+    return get_lists().cdls;
+}
+
+std::string LiveConfig::get_default_view() const {
+    const std::string label(ColorIO::get_default_display_view().view());
+    const std::vector<std::string>& views = get_views();
+    if (std::find(views.begin(), views.end(), label) != views.end())
+        return label;
+    return views.empty() ? "" : views.front();
+}
+
+std::string LiveConfig::get_default_cdl() const {
+    return std::string(ColorIO::get_default_CDL_name().view());
+}
+
+std::vector<std::string> LiveConfig::get_source_files() const {
+    std::vector<std::string> files = get_own_files();
+    files.push_back(library_path);
+    if (!config_path.empty()) {
+        files.push_back(config_path);
+        for (const CoreString& file : ColorIOInspection::get_source_files())
+            files.emplace_back(file.view());
+    }
+    files.erase(std::remove(files.begin(), files.end(), ""), files.end());
+    for (std::string& file : files)
+        file = normalized(file).string();
+    return files;
+}
+
+} // namespace workflow

@@ -1,0 +1,23 @@
+#include "workflow/published_cdls.h"
+
+#include <string_view>
+#include <unordered_map>
+
+namespace workflow {
+
+std::vector<PublishedCdl> get_published_cdls() {
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    std::unordered_map<std::string_view, const ColorIOManager::ColorDecisionListDef*> records;
+    for (const auto& record : manager.get_tavelion_color_decision_lists())
+        records.emplace(record.name.view(), &record);
+    std::vector<PublishedCdl> cdls;
+    for (const CoreString& name : manager.get_CDL_names())
+        if (const auto found = records.find(name.view()); found != records.end()) {
+            const ColorIOManager::ColorDecisionListDef& record = *found->second;
+            cdls.push_back({make_correction(record), record.file.get_data(), record.cccid.get_data(),
+                            record.is_builtin});
+        }
+    return cdls;
+}
+
+} // namespace workflow
