@@ -7,13 +7,12 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <nlohmann/json.hpp>
 
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "tool/tool_session.h"
 #include "workflow/config_check.h"
-#include "workflow/session.h"
 
 namespace tool {
 
@@ -24,25 +23,25 @@ constexpr char EXAMPLES[] = R"(  colorio check --config show.ocio
 
 /// Everything that the command found out.
 struct Findings {
-    ConfigSource source;
-    std::vector<LoggedMessage> messages;  ///< Of loading.
-    std::optional<FailureReason> refusal; ///< Why the configuration was not loaded.
-    CheckReport report;
+    workflow::ConfigSource source;
+    diagnostics::Diagnostics messages;              ///< Of loading.
+    std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
+    workflow::CheckReport report;
 
     bool is_good() const { return !refusal && report.failures.empty(); }
 };
 
-Findings find_out(const SessionOptions& options, Console& console) {
+Findings find_out(const workflow::SessionOptions& options) {
     Findings findings;
     try {
-        ColorSession session(options, console);
+        const workflow::Session session(options);
         findings.source = session.get_source();
-        findings.messages = session.take_messages();
-        findings.report = check_config(session);
-    } catch (const ConfigError& error) {
-        findings.source = error.source;
-        findings.refusal = error.reason;
-        findings.messages = error.messages;
+        findings.messages = session.get_load_diagnostics();
+        findings.report = workflow::check_config();
+    } catch (const workflow::ConfigFailure& failure) {
+        findings.source = failure.get_source();
+        findings.refusal = failure.get_diagnostics().front();
+        findings.messages.assign(failure.get_diagnostics().begin() + 1, failure.get_diagnostics().end());
     }
     return findings;
 }
@@ -57,31 +56,32 @@ struct SubjectNames {
     const char* json;
 };
 
-SubjectNames get_names(CheckFailure::Subject subject) {
+SubjectNames get_names(workflow::CheckFailure::Subject subject) {
     switch (subject) {
-    case CheckFailure::VIEW:
+    case workflow::CheckFailure::VIEW:
         return {"view", "view"};
-    case CheckFailure::NAMED_TRANSFORM:
+    case workflow::CheckFailure::NAMED_TRANSFORM:
         return {"named transform", "named transform"};
-    case CheckFailure::INACTIVE_COLOR_SPACE:
-        return {"inactive colour space", "inactive color space"};
-    case CheckFailure::LOOK:
+    case workflow::CheckFailure::INACTIVE_COLOR_SPACE:
+        return {"inactive color space", "inactive color space"};
+    case workflow::CheckFailure::LOOK:
         return {"look", "look"};
-    case CheckFailure::VIEW_TRANSFORM:
+    case workflow::CheckFailure::VIEW_TRANSFORM:
         return {"view transform", "view transform"};
-    case CheckFailure::COLOR_SPACE:
+    case workflow::CheckFailure::COLOR_SPACE:
         break;
     }
-    return {"colour space", "color space"};
+    return {"color space", "color space"};
 }
 
-std::string describe(const CheckFailure& failure) {
+std::string describe(const workflow::CheckFailure& failure) {
     std::string subject = fmt::format("{} '{}'", get_names(failure.subject).text, failure.name);
     if (!failure.directions.empty())
         subject += ", " + join(failure.directions, " and ");
-    if (!failure.way.empty())
-        subject += ", through " + failure.way;
-    return fmt::format("{}: {}", subject, failure.reason.text);
+    if (!failure.path.empty())
+        subject += ", through " + failure.path;
+    const std::string hint = failure.reason.hint.empty() ? "" : "; " + failure.reason.hint;
+    return fmt::format("{}: {}{}", subject, format_located(failure.reason), hint);
 }
 
 std::string format_count(std::size_t count) {
@@ -95,7 +95,7 @@ void print_counts(const char* start, const std::vector<std::string>& counts, con
         console.print(fmt::format("{}: {}.{}", start, join(counts, ", "), end));
 }
 
-void print_views_in_detail(const CheckReport& report, Console& console) {
+void print_views_in_detail(const workflow::CheckReport& report, Console& console) {
     std::vector<std::string> counts;
     for (const auto& [count, words] : {std::pair(report.views_with_view_transform, "with a view transform"),
                                        {report.views_with_looks, "with looks"},
@@ -105,120 +105,131 @@ void print_views_in_detail(const CheckReport& report, Console& console) {
     print_counts("Views", counts, "", console);
 }
 
-void print_other_trials(const CheckReport& report, Console& console) {
+void print_other_trials(const workflow::CheckReport& report, Console& console) {
     std::vector<std::string> counts;
     for (const auto& [count, thing] : {std::pair(report.named_transforms_tried, "named transform"),
-                                       {report.inactive_spaces_tried, "inactive colour space"},
+                                       {report.inactive_spaces_tried, "inactive color space"},
                                        {report.looks_tried, "look"},
                                        {report.view_transforms_tried, "view transform"}})
         if (count > 0)
             counts.push_back(count_things(count, thing));
-    print_counts("Also tried", counts, fmt::format(" Notices: {}.", format_count(report.notices.size())),
+    print_counts("Also tried", counts, fmt::format(" Notes: {}.", format_count(report.notes.size())),
                  console);
 }
 
-void print_report(const CheckReport& report, Console& console) {
-    for (const CheckFailure& failure : report.failures)
+void print_report(const workflow::CheckReport& report, Console& console) {
+    for (const workflow::CheckFailure& failure : report.failures)
         console.print(fmt::format("  failed: {}", describe(failure)));
-    for (const CheckFailure& notice : report.notices)
-        console.print(fmt::format("  notice: {}", describe(notice)));
-    console.print(fmt::format("Colour spaces tried to and from '{}': {}. Views tried: {}. Failures: {}.",
+    for (const workflow::CheckFailure& note : report.notes)
+        console.print(fmt::format("  note: {}", describe(note)));
+    console.print(fmt::format("Color spaces tried to and from '{}': {}. Views tried: {}. Failures: {}.",
                               report.scene_linear, report.spaces_tried, report.views_tried,
                               format_count(report.failures.size())));
     print_views_in_detail(report, console);
     print_other_trials(report, console);
 }
 
-void print_messages(const std::vector<LoggedMessage>& messages, Console& console) {
-    for (const auto& [message, count] : count_messages(messages))
-        console.print(fmt::format("  {}: {}{}", get_level_name(message.level), message.text,
-                                  count > 1 ? fmt::format(" ({} times)", count) : ""));
+/// Each diagnostic once, in the order of their first coming, with a count.
+std::vector<std::pair<diagnostics::Diagnostic, unsigned int>>
+count(const diagnostics::Diagnostics& messages) {
+    std::vector<std::pair<diagnostics::Diagnostic, unsigned int>> counted;
+    for (const diagnostics::Diagnostic& message : messages) {
+        const auto known = std::find_if(counted.begin(), counted.end(),
+                                        [&](const auto& candidate) { return candidate.first == message; });
+        if (known == counted.end())
+            counted.emplace_back(message, 1);
+        else
+            ++known->second;
+    }
+    return counted;
+}
+
+void print_messages(const diagnostics::Diagnostics& messages, Console& console) {
+    for (const auto& [message, times] : count(messages))
+        console.print(fmt::format("  {}: {}{}", get_name(message.severity), format_located(message),
+                                  times > 1 ? fmt::format(" ({} times)", times) : ""));
 }
 
 void print_text(const Findings& findings, Console& console) {
-    console.print_heading(fmt::format("Configuration: {}", findings.source.describe()));
+    console.print_heading(fmt::format("Config: {}", findings.source.describe()));
     print_messages(findings.messages, console);
     if (findings.refusal) {
-        console.print(fmt::format("It cannot be loaded: {}", findings.refusal->text));
+        console.print(fmt::format("{}", findings.refusal->message));
         return;
     }
     print_report(findings.report, console);
 }
 
-nlohmann::ordered_json to_json(const CountedMessage& counted) {
-    return {{"level", get_level_name(counted.message.level)},
-            {"text", counted.message.text},
-            {"count", counted.count}};
+Json failure_to_json(const workflow::CheckFailure& failure) {
+    return {{"what", get_names(failure.subject).json},
+            {"name", failure.name},
+            {"directions", failure.directions},
+            {"path", failure.path},
+            {"reason", to_json(failure.reason)}};
 }
 
-nlohmann::ordered_json to_json(const CheckFailure& failure) {
-    return {{"what", get_names(failure.subject).json},    {"name", failure.name},
-            {"directions", failure.directions},           {"way", failure.way},
-            {"kind", get_kind_name(failure.reason.kind)}, {"reason", failure.reason.text}};
-}
-
-template <class Item>
-nlohmann::ordered_json to_json(const std::vector<Item>& items) {
-    auto list = nlohmann::ordered_json::array();
-    for (const Item& item : items)
-        list.push_back(to_json(item));
+Json failures_to_json(const std::vector<workflow::CheckFailure>& failures) {
+    Json list = Json::array();
+    for (const workflow::CheckFailure& failure : failures)
+        list.push(failure_to_json(failure));
     return list;
 }
 
-void add_to_json(const CheckReport& report, nlohmann::ordered_json& answer) {
-    answer["scene_linear"] = report.scene_linear;
-    answer["spaces_tried"] = report.spaces_tried;
-    answer["views_tried"] = report.views_tried;
-    answer["views_with_view_transform"] = report.views_with_view_transform;
-    answer["views_with_looks"] = report.views_with_looks;
-    answer["views_with_named_transform"] = report.views_with_named_transform;
-    answer["named_transforms_tried"] = report.named_transforms_tried;
-    answer["inactive_spaces_tried"] = report.inactive_spaces_tried;
-    answer["looks_tried"] = report.looks_tried;
-    answer["view_transforms_tried"] = report.view_transforms_tried;
-    answer["failures"] = to_json(report.failures);
-    answer["notices"] = to_json(report.notices);
+void add_to_json(const workflow::CheckReport& report, Json& answer) {
+    answer.set("scene_linear", report.scene_linear);
+    answer.set("spaces_tried", report.spaces_tried);
+    answer.set("views_tried", report.views_tried);
+    answer.set("views_with_view_transform", report.views_with_view_transform);
+    answer.set("views_with_looks", report.views_with_looks);
+    answer.set("views_with_named_transform", report.views_with_named_transform);
+    answer.set("named_transforms_tried", report.named_transforms_tried);
+    answer.set("inactive_spaces_tried", report.inactive_spaces_tried);
+    answer.set("looks_tried", report.looks_tried);
+    answer.set("view_transforms_tried", report.view_transforms_tried);
+    answer.set("failures", failures_to_json(report.failures));
+    answer.set("notes", failures_to_json(report.notes));
 }
 
-nlohmann::ordered_json to_json(const Findings& findings) {
-    nlohmann::ordered_json answer = {{"config", to_json(findings.source)},
-                                     {"ok", findings.is_good()},
-                                     {"loaded", !findings.refusal.has_value()}};
-    if (findings.refusal) {
-        answer["kind"] = get_kind_name(findings.refusal->kind);
-        answer["reason"] = findings.refusal->text;
-    } else {
+Json findings_to_json(const Findings& findings) {
+    Json answer = {{"config", to_json(findings.source)},
+                   {"ok", findings.is_good()},
+                   {"loaded", !findings.refusal.has_value()}};
+    if (findings.refusal)
+        answer.set("reason", to_json(*findings.refusal));
+    else
         add_to_json(findings.report, answer);
-    }
-    answer["messages"] = to_json(count_messages(findings.messages));
+    Json messages = Json::array();
+    for (const auto& [message, times] : count(findings.messages))
+        messages.push(to_json(message).set("count", times));
+    answer.set("messages", messages);
     return answer;
 }
 
 class CheckCommand : public Command {
 public:
-    explicit CheckCommand(CLI::App& program)
-        : Command(program, "check", "Find what does not work in a configuration", EXAMPLES) {
-        add_session_options(*options, session_options);
-        options->add_flag("--json", as_json, "Write JSON");
+    explicit CheckCommand(Options& program)
+        : Command(program, "check", "Find what does not work in an OCIO config", EXAMPLES) {
+        add_session_options(options, session_options);
+        options.add_flag("--json", as_json, "Write JSON");
     }
 
     ExitCode run(Console& console) override {
-        const Findings findings = find_out(session_options, console);
+        const Findings findings = find_out(session_options);
         if (as_json)
-            console.print(format_json(to_json(findings)));
+            console.print(findings_to_json(findings).format());
         else
             print_text(findings, console);
         return findings.is_good() ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
     }
 
 private:
-    SessionOptions session_options;
+    SessionChoice session_options;
     bool as_json = false;
 };
 
 } // namespace
 
-std::unique_ptr<Command> make_check_command(CLI::App& program) {
+std::unique_ptr<Command> make_check_command(Options& program) {
     return std::make_unique<CheckCommand>(program);
 }
 

@@ -10,12 +10,12 @@
 
 namespace tool {
 
-CommandGroup::CommandGroup(CLI::App& program, const char* name, const char* description, const char* examples,
+CommandGroup::CommandGroup(Options& program, const char* name, const char* description, const char* examples,
                            const std::vector<MakeCommand>& make_parts, std::string default_part)
     : Command(program, name, description, examples), default_part(std::move(default_part)) {
-    options->require_subcommand(1);
+    options.require_command();
     for (const MakeCommand make : make_parts)
-        parts.push_back(make(*options));
+        parts.push_back(make(options));
 }
 
 ExitCode CommandGroup::run(Console& console) {
@@ -37,7 +37,8 @@ void CommandGroup::complete_arguments(std::vector<std::string>& arguments) const
                                          fmt::join(names, ", ")));
         arguments.insert(arguments.begin() + 1, default_part);
     } else if (std::find(names.begin(), names.end(), word) == names.end()) {
-        throw UsageError(fmt::format("no command '{} {}'{}", get_name(), word, did_you_mean(word, names)));
+        throw UsageError(fmt::format("no command '{} {}'", get_name(), word),
+                         workflow::did_you_mean(word, names));
     }
 }
 

@@ -10,10 +10,10 @@ namespace tool {
 /// A command that only holds others: "colorio cdl list", "colorio cdl write".
 class CommandGroup : public Command {
 public:
-    using MakeCommand = std::unique_ptr<Command> (*)(CLI::App& program);
+    using MakeCommand = std::unique_ptr<Command> (*)(Options& program);
 
     /// `default_part`, when it is not empty, names the command that runs where none is named.
-    CommandGroup(CLI::App& program, const char* name, const char* description, const char* examples,
+    CommandGroup(Options& program, const char* name, const char* description, const char* examples,
                  const std::vector<MakeCommand>& make_parts, std::string default_part = "");
 
     ExitCode run(Console& console) override;

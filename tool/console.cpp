@@ -8,7 +8,8 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include "tool/exit_code.h"
+#include "diagnostics/failure.h"
+#include "tool/json_output.h"
 
 namespace tool {
 
@@ -62,13 +63,14 @@ void Console::finish() {
     check_output();
 }
 
-/// `errno` tells the reason.
+/// `errno` has the reason.
 void Console::check_output() {
     if (out.good() || output_failed)
         return;
     output_failed = true;
-    throw CommandError(fmt::format("cannot write to standard output{}{}", errno == 0 ? "" : ": ",
-                                   errno == 0 ? "" : std::strerror(errno)));
+    diagnostics::fail(diagnostics::Code::FILE_UNWRITABLE,
+                      fmt::format("cannot write to standard output{}{}", errno == 0 ? "" : ": ",
+                                  errno == 0 ? "" : std::strerror(errno)));
 }
 
 void Console::print_heading(const std::string& line) {
@@ -76,24 +78,33 @@ void Console::print_heading(const std::string& line) {
     print(bold ? BOLD + line + RESET : line);
 }
 
-void Console::note(const std::string& message) {
+void Console::report(const diagnostics::Diagnostic& diagnostic) {
+    if (json_diagnostics)
+        return write_message("", "", to_json(diagnostic).format_line());
+    const bool is_note = diagnostic.severity == diagnostics::Severity::NOTE;
+    const bool is_error = diagnostic.severity == diagnostics::Severity::ERROR;
+    const std::string prefix = is_note ? "" : fmt::format("colorio: {}:", get_name(diagnostic.severity));
+    std::string text = format_located(diagnostic);
+    if (!diagnostic.hint.empty())
+        text += "\nhint: " + diagnostic.hint;
+    write_message(is_error ? BOLD_RED : is_note ? "" : YELLOW, prefix, text);
+}
+
+void Console::report(const diagnostics::Diagnostics& list) {
+    for (const diagnostics::Diagnostic& diagnostic : list)
+        report(diagnostic);
+}
+
+void Console::show_log(const std::string& message) {
     write_message("", "", message);
 }
 
-void Console::warn(const std::string& message) {
-    write_message(YELLOW, "colorio: warning:", message);
-}
-
-void Console::error(const std::string& message) {
-    write_message(BOLD_RED, "colorio:", message);
-}
-
-void Console::write_message(const char* color, const char* prefix, const std::string& message) {
+void Console::write_message(const char* color, const std::string& prefix, const std::string& message) {
     const bool colored = traits.err_is_terminal && traits.wants_color && *color != '\0';
     std::lock_guard<std::mutex> lock(mutex);
     if (!status.empty())
         err << CLEAR_LINE;
-    if (*prefix != '\0')
+    if (!prefix.empty())
         err << (colored ? color : "") << prefix << (colored ? RESET : "") << ' ';
     err << message << '\n' << status;
     err.flush();

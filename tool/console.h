@@ -4,6 +4,8 @@
 #include <ostream>
 #include <string>
 
+#include "diagnostics/diagnostic.h"
+
 namespace tool {
 
 /// What the two streams of the program lead to.
@@ -21,17 +23,20 @@ class Console {
 public:
     Console(std::ostream& out, std::ostream& err, const ConsoleTraits& traits = {});
 
-    /// A result; a line end is added. Throws CommandError when it cannot be written.
+    /// A result; a line end is added. Throws diagnostics::Failure when it cannot be written.
     void print(const std::string& line);
     /// A heading among the results, bold where the stream shows it.
     void print_heading(const std::string& line);
-    /// Something the user may want to know.
-    void note(const std::string& message);
-    void warn(const std::string& message);
-    void error(const std::string& message);
+    /// A note, a warning or an error on the stream of messages, with its hint below.
+    void report(const diagnostics::Diagnostic& diagnostic);
+    void report(const diagnostics::Diagnostics& list);
+    /// A message of the log, as it is.
+    void show_log(const std::string& message);
+    /// Writes reported diagnostics as JSON, one object a line, instead of text.
+    void set_json_diagnostics(bool wanted) { json_diagnostics = wanted; }
 
-    /// Sees to it that the results are where they belong. Throws CommandError when one is not, unless `print`
-    /// did.
+    /// Sees to it that the results are where they belong. Throws diagnostics::Failure when one is not, unless
+    /// `print` did.
     void finish();
 
     /// Text kept on the last line of the terminal while messages scroll above it; empty removes it.
@@ -41,13 +46,14 @@ public:
 
 private:
     void check_output();
-    void write_message(const char* color, const char* prefix, const std::string& message);
+    void write_message(const char* color, const std::string& prefix, const std::string& message);
 
     std::ostream& out;
     std::ostream& err;
     ConsoleTraits traits;
     std::string status;
-    bool output_failed = false; ///< And that was said.
+    bool output_failed = false; ///< And that was reported.
+    bool json_diagnostics = false;
     std::mutex mutex;
 };
 

@@ -2,23 +2,24 @@
 
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include "tool/options.h"
 
 #include "workflow/conversion.h"
 
 namespace tool {
 
 /// Adds --from, --to, --display and --view.
-void add_conversion_options(CLI::App& options, ConversionRequest& request, const std::string& from_help);
+void add_conversion_options(Options& options, workflow::ConversionRequest& request,
+                            const std::string& from_help);
 
 /// Adds --display and --view alone.
-void add_view_options(CLI::App& options, ConversionRequest& request);
+void add_view_options(Options& options, workflow::ConversionRequest& request);
 
 /// Adds --cdl and --inverse-cdl.
-void add_grade_options(CLI::App& options, ConversionRequest& request);
+void add_grade_options(Options& options, workflow::ConversionRequest& request);
 
-/// Throws UsageError unless the request names one destination. `target` is how the command calls the colour
+/// Throws UsageError unless the request names one destination. `target` is how the command calls the color
 /// space that it converts to.
-void check_conversion_request(const ConversionRequest& request, const std::string& target = "--to");
+void check_conversion_request(const workflow::ConversionRequest& request, const std::string& target = "--to");
 
 } // namespace tool

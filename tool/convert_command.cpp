@@ -9,18 +9,26 @@
 
 #include "image/startable_threads.h"
 #include "tool/console.h"
-#include "tool/conversion_decision.h"
 #include "tool/conversion_options.h"
+#include "tool/progress_bar.h"
+#include "tool/tool_session.h"
 #include "workflow/conversion.h"
+#include "workflow/file_space.h"
 #include "workflow/format_associations.h"
 #include "workflow/frame_pattern.h"
 #include "workflow/frame_range.h"
+#include "workflow/image_conversion.h"
+#include "workflow/name_resolution.h"
+#include "workflow/published_names.h"
 #include "workflow/sequence.h"
-#include "workflow/session.h"
 
 namespace tool {
 
 namespace {
+
+using diagnostics::Code;
+using diagnostics::Diagnostic;
+using diagnostics::Failure;
 
 constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Tavelion.sRGB
   colorio convert texture.png texture.exr --from sRGB --to linear -d half
@@ -41,22 +49,24 @@ std::string describe_speed(std::uint64_t pixels, double seconds) {
 
 class ConvertCommand : public Command {
 public:
-    explicit ConvertCommand(CLI::App& program);
+    explicit ConvertCommand(Options& program);
     ExitCode run(Console& console) override;
 
 private:
     void check_usage() const;
-    std::vector<PictureJob> make_jobs() const;
+    std::vector<workflow::ImageJob> make_jobs() const;
     bool is_sequence() const { return !frames.empty(); }
-    PictureSettings make_settings(const ColorConversion& conversion) const;
-    void settle_source(ColorSession& session, Console& console);
-    void convert_one(const ColorConversion& conversion, const PictureSettings& settings,
+    workflow::ImageSettings make_settings(const workflow::Conversion& conversion) const;
+    void settle_source(const workflow::Session& session, Console& console);
+    void print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
+                        Console& console) const;
+    void convert_one(const workflow::Conversion& conversion, const workflow::ImageSettings& settings,
                      Console& console) const;
-    ExitCode convert_all(const ColorConversion& conversion, const PictureSettings& settings,
+    ExitCode convert_all(const workflow::Conversion& conversion, const workflow::ImageSettings& settings,
                          Console& console) const;
 
-    SessionOptions session_options;
-    ConversionRequest request;
+    SessionChoice session_options;
+    workflow::ConversionRequest request;
     std::string source_reason; ///< Empty when the user named the source.
     std::string input;
     std::string output;
@@ -68,46 +78,46 @@ private:
     bool explains = false;
 };
 
-ConvertCommand::ConvertCommand(CLI::App& program)
-    : Command(program, "convert", "Convert pictures from one colour space to another or for a display",
+ConvertCommand::ConvertCommand(Options& program)
+    : Command(program, "convert", "Convert pictures from one color space to another or for a display",
               EXAMPLES) {
-    options->add_option("input", input, "Picture to read; shot.%04d.exr or shot.####.exr with --frames")
-        ->required();
-    options->add_option("output", output, "Picture to write; the extension tells the format")->required();
-    add_conversion_options(*options, request,
-                           "Colour space of the input; without it the one associated with the extension");
-    add_grade_options(*options, request);
-    options->add_flag("--why", explains, "Print how the source and the destination were found");
-    options->add_option("--frames", frames, "Frames of a sequence: 1-100, 1-100x2, or a list with commas");
+    options.add("input", input, "Picture to read; shot.%04d.exr or shot.####.exr with --frames").required();
+    options.add("output", output, "Picture to write; the extension tells the format").required();
+    add_conversion_options(options, request,
+                           "Color space of the input; without it the one associated with the extension");
+    add_grade_options(options, request);
+    options.add_flag("--why", explains, "Print how the source and the destination were found");
+    options.add("--frames", frames, "Frames of a sequence: 1-100, 1-100x2, or a list with commas");
     options
-        ->add_option(
-            "-d,--depth", depth,
-            "Type of the written colours: uint8, uint16, half or float; without it the input's where "
-            "the format has that")
-        ->check(CLI::IsMember({"uint8", "uint16", "half", "float"}));
-    auto* unpremult =
-        options->add_flag("--unpremult", divides_by_alpha,
-                          "Divide colour by alpha, convert, and multiply again; without it where "
-                          "the file says that colour is multiplied");
-    options->add_flag("--no-unpremult", leaves_alpha, "Never divide colour by alpha")->excludes(unpremult);
-    options->add_option("--threads", threads, "Threads to use; without it one for each core")
-        ->check(CLI::Range(1, MAX_THREADS));
-    add_session_options(*options, session_options);
+        .add("-d,--depth", depth,
+             "Type of the written colors: uint8, uint16, half or float; without it the input's where "
+             "the format has that")
+        .choices({"uint8", "uint16", "half", "float"});
+    const Option unpremult =
+        options.add_flag("--unpremult", divides_by_alpha,
+                         "Divide color by alpha, convert, and multiply again; without it where "
+                         "the file says that color is multiplied");
+    options.add_flag("--no-unpremult", leaves_alpha, "Never divide color by alpha").excludes(unpremult);
+    options.add("--threads", threads, "Threads to use; without it one for each core").range(1, MAX_THREADS);
+    add_session_options(options, session_options);
 }
 
 ExitCode ConvertCommand::run(Console& console) {
     check_usage();
-    threads = limit_threads(threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency()));
+    threads =
+        image::limit_threads(threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency()));
 
-    ColorSession session(session_options, console);
+    const ToolSession session(session_options, console);
     settle_source(session, console);
-    const ColorConversion conversion(session, request);
+    const workflow::Conversion conversion(session, request);
+    console.report(conversion.get_notes());
     if (explains)
-        print_decision(session, request, conversion, source_reason, console);
+        print_decision(session, conversion, console);
     if (conversion.is_identity())
-        console.note(fmt::format("{} is both source and destination: colours stay as they are",
-                                 conversion.get_source()));
-    const PictureSettings settings = make_settings(conversion);
+        console.report(make_note(
+            Code::CONVERSION_IMPOSSIBLE,
+            fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
+    const workflow::ImageSettings settings = make_settings(conversion);
     if (is_sequence())
         return convert_all(conversion, settings, console);
     convert_one(conversion, settings, console);
@@ -116,8 +126,8 @@ ExitCode ConvertCommand::run(Console& console) {
 
 void ConvertCommand::check_usage() const {
     check_conversion_request(request);
-    const bool input_is_pattern = FramePattern(input).is_pattern();
-    const bool output_is_pattern = FramePattern(output).is_pattern();
+    const bool input_is_pattern = workflow::FramePattern(input).is_pattern();
+    const bool output_is_pattern = workflow::FramePattern(output).is_pattern();
     if (!is_sequence()) {
         std::error_code error;
         if (input_is_pattern && !std::filesystem::exists(input, error))
@@ -132,73 +142,118 @@ void ConvertCommand::check_usage() const {
                             path));
 }
 
-std::vector<PictureJob> ConvertCommand::make_jobs() const {
-    const FramePattern input_pattern(input);
-    const FramePattern output_pattern(output);
-    std::vector<PictureJob> jobs;
-    for (const int frame : parse_frames(frames))
+std::vector<workflow::ImageJob> ConvertCommand::make_jobs() const {
+    const workflow::FramePattern input_pattern(input);
+    const workflow::FramePattern output_pattern(output);
+    std::vector<workflow::ImageJob> jobs;
+    for (const int frame : workflow::parse_frames(frames))
         jobs.push_back({input_pattern.get_path(frame), output_pattern.get_path(frame)});
     return jobs;
 }
 
-/// Without --from the module's associations answer, and the user is told.
-void ConvertCommand::settle_source(ColorSession& session, Console& console) {
+/// Without --from the one rule for files answers, and the user is told.
+void ConvertCommand::settle_source(const workflow::Session& session, Console& console) {
     if (!request.from.empty())
         return;
-    warn_of_unused_mapping(session);
-    const AssociatedSpace found = find_associated_space(input, session);
+    if (const auto warning = workflow::find_unused_mapping(session))
+        console.report(*warning);
+    const workflow::FileSpace found = workflow::find_file_space(input);
+    const std::string name = std::filesystem::path(input).filename().string();
+    if (found.is_assumed)
+        throw Failure(
+            with_hint(make_file_error(Code::COLOR_SPACE_UNKNOWN,
+                                      fmt::format("'{}': its format association '{}' is not in {}", name,
+                                                  found.associated_space, session.get_config_name()),
+                                      input),
+                      "name the color space of the image with --from"));
     request.from = found.color_space;
     source_reason = found.reason;
     if (!explains)
-        console.note(fmt::format("{}: {}, {}", std::filesystem::path(input).filename().string(), request.from,
-                                 source_reason));
+        console.report(make_note(Code::COLOR_SPACE_UNKNOWN,
+                                 fmt::format("{}: {}, {}", name, request.from, source_reason)));
 }
 
-PictureSettings ConvertCommand::make_settings(const ColorConversion& conversion) const {
-    PictureSettings settings;
-    if (!conversion.is_identity())
-        settings.convert = [&](float* rgba, unsigned int width, unsigned int height) {
-            conversion.apply(rgba, width, height);
-        };
-    if (!depth.empty())
-        settings.wishes.depth = OIIO::TypeDesc(depth);
+workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion& conversion) const {
+    workflow::ImageOptions wishes;
+    wishes.depth = depth;
+    wishes.threads = threads;
     if (divides_by_alpha)
-        settings.wishes.alpha_rule = AlphaRule::DIVIDE;
+        wishes.alpha_rule = image::AlphaRule::DIVIDE;
     else if (leaves_alpha)
-        settings.wishes.alpha_rule = AlphaRule::DO_NOT_DIVIDE;
-    settings.wishes.color_space_tag = conversion.get_target_tag();
-    settings.wishes.keeps_space = conversion.get_source() == conversion.get_target_space();
-    settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
-    settings.threads = threads;
-    return settings;
+        wishes.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE;
+    return workflow::make_image_settings(conversion, wishes);
 }
 
-void ConvertCommand::convert_one(const ColorConversion& conversion, const PictureSettings& settings,
-                                 Console& console) const {
+void ConvertCommand::convert_one(const workflow::Conversion& conversion,
+                                 const workflow::ImageSettings& settings, Console& console) const {
     const auto start = std::chrono::steady_clock::now();
-    PictureBuffers buffers;
-    const PictureReport report = convert_picture({input, output}, settings, buffers);
+    workflow::ImageBuffers buffers;
+    const workflow::ImageReport report = workflow::convert_image({input, output}, settings, buffers);
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     for (const std::string& note : report.notes)
-        console.note(note);
+        console.report(make_note(Code::IMAGE_UNSUPPORTED, note));
     console.print(fmt::format("{}: {} to {}, {} x {} {}, {}", output, conversion.get_source(),
-                              conversion.get_target(), report.width, report.height, report.depth,
+                              conversion.get_destination(), report.width, report.height, report.depth,
                               describe_speed(report.pixels, elapsed.count())));
 }
 
-ExitCode ConvertCommand::convert_all(const ColorConversion& conversion, const PictureSettings& settings,
-                                     Console& console) const {
-    const SequenceReport report = convert_sequence(make_jobs(), settings, console);
+ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,
+                                     const workflow::ImageSettings& settings, Console& console) const {
+    const std::vector<workflow::ImageJob> jobs = make_jobs();
+    ProgressBar progress(console, static_cast<unsigned int>(jobs.size()));
+    workflow::SequenceEvents events;
+    events.report = [&](const Diagnostic& diagnostic) { console.report(diagnostic); };
+    events.progress = [&](std::size_t, std::size_t) { progress.advance(); };
+    const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
     const std::string failures = report.failed == 0 ? "" : fmt::format(", {} failed", report.failed);
     console.print(fmt::format("{}: {} to {}, {} frames converted{}, {}", output, conversion.get_source(),
-                              conversion.get_target(), report.converted, failures,
+                              conversion.get_destination(), report.converted, failures,
                               describe_speed(report.pixels, report.seconds)));
     return report.failed == 0 ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
 }
 
+/// How the name that the user gave leads to a label.
+std::string explain_name(const char* option, const std::string& given, const std::string& config_name) {
+    const workflow::NameKind kind = workflow::resolve_color_space(given, config_name).kind;
+    return kind == workflow::NameKind::LABEL
+               ? fmt::format("from {}", option)
+               : fmt::format("from {} '{}', {}", option, given, workflow::describe_kind(kind));
+}
+
+std::string explain_destination(const workflow::ConversionRequest& request, const std::string& config_name) {
+    if (request.view.empty())
+        return explain_name("--to", request.to, config_name);
+    const workflow::PublishedView view = workflow::resolve_view(request.display, request.view, config_name);
+    std::string text = fmt::format("the view '{}' of the display '{}'", view.view, view.display);
+    const std::string& shown = view.color_space.empty() ? view.named_transform : view.color_space;
+    if (!shown.empty())
+        text += fmt::format(", which shows {}", shown);
+    if (!view.view_transform.empty())
+        text += fmt::format(" through the view transform {}", view.view_transform);
+    if (!view.looks.empty())
+        text += fmt::format(" with the looks {}", view.looks);
+    return text;
+}
+
+void ConvertCommand::print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
+                                    Console& console) const {
+    const std::string config_name = session.get_config_name();
+    const std::string reason =
+        source_reason.empty() ? explain_name("--from", request.from, config_name) : source_reason;
+    console.print(fmt::format("config:        {}", session.get_source().describe()));
+    console.print(fmt::format("source:        {}, {}", conversion.get_source(), reason));
+    if (!request.cdl.empty())
+        console.print(fmt::format("CDL:           {}{}, in {}, the scene-linear space",
+                                  request.undoes_cdl ? "undo " : "", request.cdl,
+                                  conversion.get_working_space()));
+    console.print(fmt::format("destination:   {}, {}", conversion.get_destination(),
+                              explain_destination(request, config_name)));
+    console.print(fmt::format("written as:    {}", conversion.get_destination_tag()));
+}
+
 } // namespace
 
-std::unique_ptr<Command> make_convert_command(CLI::App& program) {
+std::unique_ptr<Command> make_convert_command(Options& program) {
     return std::make_unique<ConvertCommand>(program);
 }
 

@@ -1,29 +1,26 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
+#include <utility>
+
+#include "diagnostics/failure.h"
 
 namespace tool {
 
 /// What the program tells its caller.
 enum ExitCode : int { EXIT_CODE_DONE = 0, EXIT_CODE_FAILED = 1, EXIT_CODE_WRONG_USAGE = 2 };
 
-/// Ends a command: one message for the user, and the exit code.
-class CommandError : public std::runtime_error {
+/// A command line that is not valid.
+class UsageError : public diagnostics::Failure {
 public:
-    explicit CommandError(const std::string& message, ExitCode code = EXIT_CODE_FAILED)
-        : std::runtime_error(message), code(code) {}
-
-    ExitCode get_code() const { return code; }
-
-private:
-    ExitCode code;
+    explicit UsageError(std::string message, std::string hint = {})
+        : Failure(with_hint(diagnostics::make_error(diagnostics::Code::USAGE, std::move(message)),
+                            std::move(hint))) {}
 };
 
-/// A command line that cannot be meant.
-class UsageError : public CommandError {
-public:
-    explicit UsageError(const std::string& message) : CommandError(message, EXIT_CODE_WRONG_USAGE) {}
-};
+/// The exit code for a failure: its worst diagnostic decides.
+inline ExitCode get_exit_code(const diagnostics::Failure& failure) {
+    return failure.get_worst().code == diagnostics::Code::USAGE ? EXIT_CODE_WRONG_USAGE : EXIT_CODE_FAILED;
+}
 
 } // namespace tool

@@ -7,16 +7,16 @@
 #include <string_view>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
-#include "tool/cdl/correction_text.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/correction_cells.h"
 #include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "tool/tool_session.h"
 #include "workflow/conversion.h"
+#include "workflow/correction_text.h"
 #include "workflow/explanation.h"
-#include "workflow/session.h"
 
 namespace tool {
 
@@ -26,7 +26,7 @@ constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
   colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
   colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
 
-COLORIO_FAST_PATH=0 in the environment shows the colour library's way.)";
+COLORIO_FAST_PATH=0 in the environment shows how OpenColorIO converts.)";
 
 using Pixel = std::array<float, 4>;
 
@@ -36,7 +36,7 @@ Pixel parse_pixel(const std::string& text) {
     std::size_t count = 0;
     for (std::string_view rest = text; count < pixel.size(); ++count) {
         const std::size_t comma = std::min(rest.find(','), rest.size());
-        const std::optional<float> number = parse_number(rest.substr(0, comma));
+        const std::optional<float> number = workflow::parse_number(rest.substr(0, comma));
         if (!number)
             break;
         pixel[count] = *number;
@@ -50,8 +50,8 @@ Pixel parse_pixel(const std::string& text) {
     throw UsageError(fmt::format("--pixel takes R,G,B or R,G,B,A, three or four numbers; not '{}'", text));
 }
 
-nlohmann::ordered_json to_json(const GMathVec4<float>& pixel) {
-    return {pixel[0], pixel[1], pixel[2], pixel[3]};
+Json pixel_to_json(const GMathVec4<float>& pixel) {
+    return Json(std::vector<Json>{pixel[0], pixel[1], pixel[2], pixel[3]});
 }
 
 const char* get_path_name(ColorIOEvaluation::Path path) {
@@ -68,16 +68,16 @@ const char* get_path_name(ColorIOEvaluation::Path path) {
 
 class ExplainCommand : public Command {
 public:
-    explicit ExplainCommand(CLI::App& program);
+    explicit ExplainCommand(Options& program);
     ExitCode run(Console& console) override;
 
 private:
-    void print_part(const ExplainedPart& part, Console& console) const;
+    void print_part(const workflow::ExplainedStage& part, Console& console) const;
     void print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const;
-    nlohmann::ordered_json part_to_json(const ExplainedPart& part) const;
+    Json part_to_json(const workflow::ExplainedStage& part) const;
 
-    SessionOptions session_options;
-    ConversionRequest request;
+    SessionChoice session_options;
+    workflow::ConversionRequest request;
     std::string pixel_text; ///< Empty when no pixel was given.
     bool as_json = false;
 };
@@ -93,56 +93,57 @@ std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
     return "carried out one by one:";
 }
 
-ExplainCommand::ExplainCommand(CLI::App& program)
+ExplainCommand::ExplainCommand(Options& program)
     : Command(program, "explain",
               "Show the operations of a conversion, how they are carried out, and a pixel's way through them",
               EXAMPLES) {
-    options->add_option("source", request.from, "Colour space to convert from")->required();
-    options->add_option("destination", request.to, "Colour space of the result; or give --view");
-    add_view_options(*options, request);
-    add_grade_options(*options, request);
-    options->add_option("--pixel", pixel_text, "Colour to show after each operation: R,G,B or R,G,B,A");
-    add_session_options(*options, session_options);
-    options->add_flag("--json", as_json, "Write JSON");
+    options.add("source", request.from, "Color space to convert from").required();
+    options.add("destination", request.to, "Color space of the result; or give --view");
+    add_view_options(options, request);
+    add_grade_options(options, request);
+    options.add("--pixel", pixel_text, "Color to show after each operation: R,G,B or R,G,B,A");
+    add_session_options(options, session_options);
+    options.add_flag("--json", as_json, "Write JSON");
 }
 
 ExitCode ExplainCommand::run(Console& console) {
-    check_conversion_request(request, "a second colour space");
+    check_conversion_request(request, "a second color space");
     const bool shows_pixel = !pixel_text.empty();
     const Pixel pixel = shows_pixel ? parse_pixel(pixel_text) : Pixel{};
-    ColorSession session(session_options, console);
-    const ColorConversion conversion(session, request);
-    const std::vector<ExplainedPart> parts = explain_conversion(conversion, request, pixel);
+    const ToolSession session(session_options, console);
+    const workflow::Conversion conversion(session, request);
+    console.report(conversion.get_notes());
+    const std::vector<workflow::ExplainedStage> parts = workflow::explain_conversion(conversion, pixel);
     if (as_json) {
-        auto list = nlohmann::ordered_json::array();
-        for (const ExplainedPart& part : parts)
-            list.push_back(part_to_json(part));
-        nlohmann::ordered_json answer = {{"config", tool::to_json(session.get_source())},
-                                         {"source", conversion.get_source()},
-                                         {"destination", conversion.get_target()}};
+        Json list = Json::array();
+        for (const workflow::ExplainedStage& part : parts)
+            list.push(part_to_json(part));
+        Json answer = {{"config", to_json(session.get_source())},
+                       {"source", conversion.get_source()},
+                       {"destination", conversion.get_destination()}};
         if (shows_pixel)
-            answer["pixel"] = pixel;
-        answer["parts"] = std::move(list);
-        console.print(format_json(answer));
+            answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
+        answer.set("parts", std::move(list));
+        console.print(Json(answer).format());
         return EXIT_CODE_DONE;
     }
-    console.print(fmt::format("configuration: {}", session.get_source().describe()));
+    console.print(fmt::format("config:        {}", session.get_source().describe()));
     console.print(fmt::format("source:        {}", conversion.get_source()));
-    console.print(fmt::format("destination:   {}", conversion.get_target()));
+    console.print(fmt::format("destination:   {}", conversion.get_destination()));
     if (parts.empty())
-        console.print("Source and destination are the same: colours stay as they are.");
-    for (const ExplainedPart& part : parts)
+        console.print("Source and destination are the same: colors are unchanged.");
+    for (const workflow::ExplainedStage& part : parts)
         print_part(part, console);
     return EXIT_CODE_DONE;
 }
 
-void ExplainCommand::print_part(const ExplainedPart& part, Console& console) const {
+void ExplainCommand::print_part(const workflow::ExplainedStage& part, Console& console) const {
     console.print("");
     console.print_heading(part.title);
-    console.print(describe_path(part.how));
+    console.print(workflow::describe_path(part.how));
     if (part.how.operations.get_count() > 0) {
         console.print("");
-        TextTable given({"#", "operation of the configuration"});
+        TextTable given({"#", "operation of the config"});
         for (const CoreString& operation : part.how.operations)
             given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
         given.print(console);
@@ -161,36 +162,36 @@ void ExplainCommand::print_steps(const ColorIOEvaluation::Explanation& how, Cons
     for (const ColorIOEvaluation::Step& step : how.steps) {
         std::vector<std::string> cells{std::to_string(table.count_rows() + 1)};
         for (unsigned int c = 0; shows_pixel && c < 4; ++c)
-            cells.push_back(format_number(step.pixel[c]));
+            cells.push_back(workflow::format_number(step.pixel[c]));
         cells.push_back(step.operation.get_data());
         table.add_row(std::move(cells));
     }
     table.print(console);
 }
 
-nlohmann::ordered_json ExplainCommand::part_to_json(const ExplainedPart& part) const {
-    auto operations = nlohmann::ordered_json::array(), steps = operations;
+Json ExplainCommand::part_to_json(const workflow::ExplainedStage& part) const {
+    Json operations = Json::array(), steps = operations;
     for (const CoreString& operation : part.how.operations)
-        operations.push_back(operation.get_data());
+        operations.push(operation.get_data());
     for (const ColorIOEvaluation::Step& step : part.how.steps) {
-        nlohmann::ordered_json item = {{"operation", step.operation.get_data()}};
+        Json item = {{"operation", step.operation.get_data()}};
         if (!pixel_text.empty())
-            item["pixel"] = to_json(step.pixel);
-        steps.push_back(std::move(item));
+            item.set("pixel", pixel_to_json(step.pixel));
+        steps.push(item);
     }
-    nlohmann::ordered_json answer = {
+    Json answer = {
         {"title", part.title}, {"operations", std::move(operations)}, {"path", get_path_name(part.how.path)}};
     if (part.how.path == ColorIOEvaluation::PATH_LIBRARY)
-        answer["reason"] = part.how.reason.get_data();
+        answer.set("reason", part.how.reason.get_data());
     if (part.how.path == ColorIOEvaluation::PATH_VECTOR)
-        answer["vector_target"] = part.how.vector_target.get_data();
-    answer["steps"] = std::move(steps);
+        answer.set("vector_target", part.how.vector_target.get_data());
+    answer.set("steps", std::move(steps));
     return answer;
 }
 
 } // namespace
 
-std::unique_ptr<Command> make_explain_command(CLI::App& program) {
+std::unique_ptr<Command> make_explain_command(Options& program) {
     return std::make_unique<ExplainCommand>(program);
 }
 

@@ -56,7 +56,8 @@ void wait_for_interrupt() {
 
 InterruptCleanup::InterruptCleanup() {
     if (pipe2(interrupt_pipe, O_CLOEXEC) != 0)
-        throw CommandError(fmt::format("cannot watch for interrupts: {}", std::strerror(errno)));
+        diagnostics::fail(diagnostics::Code::LIBRARY_FAILURE,
+                          fmt::format("cannot watch for interrupts: {}", std::strerror(errno)));
     InterruptState& state = get_interrupt_state();
     state.thread = std::thread(wait_for_interrupt);
     struct sigaction action = {};

@@ -6,7 +6,7 @@ namespace tool {
 /// then ends it as the signal would have. One at a time.
 class InterruptCleanup {
 public:
-    /// Throws CommandError.
+    /// Throws diagnostics::Failure.
     InterruptCleanup();
     ~InterruptCleanup();
     InterruptCleanup(const InterruptCleanup&) = delete;

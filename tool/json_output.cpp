@@ -6,15 +6,13 @@ namespace tool {
 
 namespace {
 
-constexpr int INDENT = 2;
-
-const char* get_source_name(ConfigSource::Kind kind) {
+const char* get_source_name(workflow::ConfigSource::Kind kind) {
     switch (kind) {
-    case ConfigSource::FILE:
+    case workflow::ConfigSource::FILE:
         return "file";
-    case ConfigSource::ENVIRONMENT:
+    case workflow::ConfigSource::ENVIRONMENT:
         return "environment";
-    case ConfigSource::PREFERENCES:
+    case workflow::ConfigSource::PREFERENCES:
         return "preferences";
     default:
         return "builtin";
@@ -23,12 +21,22 @@ const char* get_source_name(ConfigSource::Kind kind) {
 
 } // namespace
 
-nlohmann::ordered_json to_json(const ConfigSource& source) {
+Json to_json(const workflow::ConfigSource& source) {
     return {{"source", get_source_name(source.kind)}, {"path", source.path}};
 }
 
-std::string format_json(const nlohmann::ordered_json& value) {
-    return value.dump(INDENT, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+Json to_json(const diagnostics::Diagnostic& diagnostic) {
+    return {{"code", get_name(diagnostic.code)}, {"severity", get_name(diagnostic.severity)},
+            {"subject", diagnostic.subject},     {"file", diagnostic.file},
+            {"line", diagnostic.line},           {"column", diagnostic.column},
+            {"message", diagnostic.message},     {"hint", diagnostic.hint}};
+}
+
+Json to_json(const diagnostics::Diagnostics& list) {
+    Json items = Json::array();
+    for (const diagnostics::Diagnostic& diagnostic : list)
+        items.push(to_json(diagnostic));
+    return items;
 }
 
 } // namespace tool

@@ -1,17 +1,22 @@
 #pragma once
 
-#include <string>
+#include "diagnostics/diagnostic.h"
+#include "tool/json.h"
 
-#include <nlohmann/json.hpp>
+namespace workflow {}
+
+namespace workflow {
+struct ConfigSource;
+} // namespace workflow
 
 namespace tool {
 
-struct ConfigSource;
-
 /// {"source": "builtin", "file", "environment" or "preferences", "path": ...}.
-nlohmann::ordered_json to_json(const ConfigSource& source);
+Json to_json(const workflow::ConfigSource& source);
 
-/// Indented text; bytes that are not UTF-8 are replaced, so that names taken from files cannot break it.
-std::string format_json(const nlohmann::ordered_json& value);
+/// {"code": ..., "severity": ..., "subject": ..., "file": ..., "line": ..., "column": ..., "message": ...,
+/// "hint": ...}.
+Json to_json(const diagnostics::Diagnostic& diagnostic);
+Json to_json(const diagnostics::Diagnostics& list);
 
 } // namespace tool

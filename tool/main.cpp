@@ -45,7 +45,7 @@ int run_program(int count, char* arguments[]) {
 
 int main(int count, char* arguments[]) {
     fill_standard_descriptors();
-    tool::start_reader_server();   // first, while there are no threads
+    image::start_reader_server();  // first, while there are no threads
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error like a full disk
     try {
         return run_program(count, arguments);

@@ -9,9 +9,9 @@
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/text_table.h"
+#include "tool/tool_session.h"
 #include "workflow/conversion.h"
 #include "workflow/gpu_package.h"
-#include "workflow/session.h"
 #include "workflow/shader_comparison.h"
 
 namespace tool {
@@ -30,66 +30,70 @@ std::string format_color(const float (&rgb)[3]) {
 
 class ShaderCommand : public Command {
 public:
-    explicit ShaderCommand(CLI::App& program)
+    explicit ShaderCommand(Options& program)
         : Command(program, "shader",
                   "Write a conversion as GLSL with its 3D table, and measure how far it is from the CPU",
                   EXAMPLES) {
-        add_conversion_options(*options, request, "Colour space that the shader converts from");
-        options->get_option("--from")->required();
-        options->add_option("--glsl", dialect, "core (GLSL 3.30, the default) or legacy (GLSL 1.20)")
-            ->check(CLI::IsMember({CORE, LEGACY}));
-        options->add_option("-o,--output", folder, "Folder for the files; made when it is missing")
-            ->required();
-        add_session_options(*options, session_options);
+        add_conversion_options(options, request, "Color space that the shader converts from");
+        options.get("--from").required();
+        options.add("--glsl", dialect, "core (GLSL 3.30, the default) or legacy (GLSL 1.20)")
+            .choices({CORE, LEGACY});
+        options.add("-o,--output", folder, "Folder for the files; made when it is missing").required();
+        add_session_options(options, session_options);
     }
 
     ExitCode run(Console& console) override {
         check_conversion_request(request);
-        ColorSession session(session_options, console);
-        const ColorConversion conversion(session, request);
-        const GlProfile profile = dialect == CORE ? GlProfile::CORE : GlProfile::LEGACY;
-        const GpuConversion gpu = make_gpu_conversion(conversion, profile);
-        console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_target()));
-        for (const std::string& path : write_gpu_conversion(gpu, folder))
+        const ToolSession session(session_options, console);
+        const workflow::Conversion conversion(session, request);
+        console.report(conversion.get_notes());
+        const gl::GlProfile profile = dialect == CORE ? gl::GlProfile::CORE : gl::GlProfile::LEGACY;
+        const workflow::GpuConversion gpu = workflow::make_gpu_conversion(conversion, profile);
+        console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_destination()));
+        for (const std::string& path : workflow::write_gpu_conversion(gpu, folder))
             console.print("  " + path);
         return measure(gpu, profile, conversion, console);
     }
 
 private:
     /// The files are whole without the measurement, so a machine without OpenGL is no failure.
-    static ExitCode measure(const GpuConversion& gpu, GlProfile profile, const ColorConversion& conversion,
-                            Console& console);
-    static void print_differences(const std::vector<ShaderDifference>& differences, Console& console);
+    static ExitCode measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
+                            const workflow::Conversion& conversion, Console& console);
+    static void print_differences(const std::vector<workflow::ShaderDifference>& differences,
+                                  Console& console);
 
-    SessionOptions session_options;
-    ConversionRequest request;
+    SessionChoice session_options;
+    workflow::ConversionRequest request;
     std::string dialect = CORE;
     std::string folder;
 };
 
-ExitCode ShaderCommand::measure(const GpuConversion& gpu, GlProfile profile,
-                                const ColorConversion& conversion, Console& console) {
-    std::optional<GlEvaluator> shader;
+ExitCode ShaderCommand::measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
+                                const workflow::Conversion& conversion, Console& console) {
+    std::optional<gl::GlEvaluator> shader;
     try {
         shader.emplace(profile);
-    } catch (const GlError& error) {
-        console.warn(fmt::format("the shader was not compared with the CPU: {}", error.what()));
+    } catch (const gl::GlError& error) {
+        console.report(diagnostics::make_warning(
+            diagnostics::Code::GPU_UNAVAILABLE,
+            fmt::format("the shader was not compared with the CPU: {}", error.what())));
         return EXIT_CODE_DONE;
     }
     try {
-        shader->load(gpu.text, gpu.table.data(), static_cast<int>(gpu.edge));
+        shader->load(gpu.text, gpu.lut.data(), static_cast<int>(gpu.edge));
         console.print(fmt::format("Shader ({}) against CPU:", shader->get_renderer()));
-        print_differences(compare_shader(*shader, conversion), console);
-    } catch (const GlError& error) {
-        throw CommandError(error.what());
+        print_differences(workflow::compare_shader(*shader, conversion), console);
+    } catch (const gl::GlError& error) {
+        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, error.what());
     }
     return EXIT_CODE_DONE;
 }
 
-void ShaderCommand::print_differences(const std::vector<ShaderDifference>& differences, Console& console) {
+void ShaderCommand::print_differences(const std::vector<workflow::ShaderDifference>& differences,
+                                      Console& console) {
     TextTable table(
-        {"colours", "count", "largest difference", "mean difference", "largest at", "CPU", "shader"});
-    for (const ShaderDifference& difference : differences)
+        {"colors", "count", "largest difference", "mean difference", "largest at", "CPU", "shader"});
+    for (const workflow::ShaderDifference& difference : differences)
         table.add_row({difference.grid, std::to_string(difference.points),
                        fmt::format("{:.3g}", difference.largest), fmt::format("{:.3g}", difference.mean),
                        format_color(difference.at), format_color(difference.cpu),
@@ -99,7 +103,7 @@ void ShaderCommand::print_differences(const std::vector<ShaderDifference>& diffe
 
 } // namespace
 
-std::unique_ptr<Command> make_shader_command(CLI::App& program) {
+std::unique_ptr<Command> make_shader_command(Options& program) {
     return std::make_unique<ShaderCommand>(program);
 }
 

@@ -27,7 +27,7 @@ private:
     std::vector<std::size_t> widths;
 };
 
-/// "2 colour spaces", "1 view".
+/// "2 color spaces", "1 view".
 std::string count_things(std::size_t count, const char* singular);
 
 } // namespace tool

@@ -10,23 +10,23 @@
 
 namespace {
 
+using gl::GlError;
+using gl::GlEvaluator;
+using gl::GlProfile;
 using testing::ElementsAre;
 using testing::FloatEq;
 using testing::HasSubstr;
-using tool::GlError;
-using tool::GlEvaluator;
-using tool::GlProfile;
 
 /// The body as a host's function.
 std::string function(const std::string& body) {
     return "vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d) {\n" + body + "\n}\n";
 }
 
-class ShaderRun : public testing::TestWithParam<GlProfile> {
+class ShaderRun : public testing::TestWithParam<gl::GlProfile> {
 protected:
-    std::string texture() const { return GetParam() == GlProfile::CORE ? "texture" : "texture3D"; }
+    std::string texture() const { return GetParam() == gl::GlProfile::CORE ? "texture" : "texture3D"; }
 
-    GlEvaluator evaluator{GetParam()};
+    gl::GlEvaluator evaluator{GetParam()};
 };
 
 TEST_P(ShaderRun, KeepsEveryBitOfAFloat) {
@@ -68,24 +68,24 @@ TEST_P(ShaderRun, SaysWhatDoesNotCompileAndWhere) {
     try {
         evaluator.load(function("return no_such_name;"), std::vector<float>(24).data(), 2);
         FAIL() << "the text compiles";
-    } catch (const GlError& error) {
+    } catch (const gl::GlError& error) {
         EXPECT_THAT(error.what(), HasSubstr("no_such_name"));
         EXPECT_THAT(error.what(), HasSubstr("return no_such_name;"));
     }
-    EXPECT_THROW(evaluator.run({0, 0, 0, 0}), GlError) << "nothing is loaded now";
+    EXPECT_THROW(evaluator.run({0, 0, 0, 0}), gl::GlError) << "nothing is loaded now";
 }
 
-INSTANTIATE_TEST_SUITE_P(Profiles, ShaderRun, testing::Values(GlProfile::LEGACY, GlProfile::CORE),
+INSTANTIATE_TEST_SUITE_P(Profiles, ShaderRun, testing::Values(gl::GlProfile::LEGACY, gl::GlProfile::CORE),
                          [](const auto& profile) {
-                             return profile.param == GlProfile::CORE ? "Core" : "Legacy";
+                             return profile.param == gl::GlProfile::CORE ? "Core" : "Legacy";
                          });
 
 TEST(ShaderRuns, OfTwoProfilesDoNotDisturbEachOther) {
     const std::vector<float> table(24);
-    GlEvaluator core(GlProfile::CORE);
+    gl::GlEvaluator core(gl::GlProfile::CORE);
     core.load(function("return inPixel + vec4(1.0);"), table.data(), 2);
     {
-        GlEvaluator legacy(GlProfile::LEGACY);
+        gl::GlEvaluator legacy(gl::GlProfile::LEGACY);
         legacy.load(function("return inPixel + vec4(2.0);"), table.data(), 2);
         EXPECT_THAT(core.run({0, 0, 0, 0}), ElementsAre(1, 1, 1, 1));
         EXPECT_THAT(legacy.run({0, 0, 0, 0}), ElementsAre(2, 2, 2, 2));

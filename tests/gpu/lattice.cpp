@@ -75,8 +75,8 @@ Lattice::Rgb Lattice::get_spread(const Rgb& coordinates) const {
 }
 
 /// Absolute second difference along an axis. None can be formed at an end, where a bend beside it shows in
-/// the neighbour's alone, in the share of its distance d from the end, while it causes an error of d (1 - d):
-/// three times the neighbour's make up for that.
+/// the neighbor's alone, in the share of its distance d from the end, while it causes an error of d (1 - d):
+/// three times the neighbor's make up for that.
 double Lattice::get_bend(const int (&place)[3], int axis, int channel) const {
     int middle[3] = {place[0], place[1], place[2]};
     middle[axis] = std::clamp(middle[axis], 1, edge - 2);

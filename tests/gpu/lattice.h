@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-/// A colour table as GL_LINEAR and GL_CLAMP_TO_EDGE sample it, in double precision: edge^3 RGB triples, red
+/// A color table as GL_LINEAR and GL_CLAMP_TO_EDGE sample it, in double precision: edge^3 RGB triples, red
 /// fastest, values at the centres of the texels.
 class Lattice {
 public:

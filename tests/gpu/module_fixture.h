@@ -19,7 +19,7 @@ struct NamedConversion {
     std::unique_ptr<ColorIOConverter> converter;
 };
 
-/// From one colour space to another.
+/// From one color space to another.
 NamedConversion convert(const CoreString& source, const CoreString& destination);
 
 /// The running module on the standalone application, with its files in a folder of the test.
@@ -37,9 +37,9 @@ protected:
     /// Makes these the module's CDLs, besides "No CDL".
     void use_cdls(const std::vector<ColorIOManager::ColorDecisionListDef>& cdls);
 
-    /// Every colour space to scene-linear and back.
+    /// Every color space to scene-linear and back.
     std::vector<NamedConversion> get_spaces() const;
-    /// Scene-linear through every view, and every colour space through the default view.
+    /// Scene-linear through every view, and every color space through the default view.
     std::vector<NamedConversion> get_views() const;
     /// Every CDL applied, and undone.
     std::vector<NamedConversion> get_cdls() const;

@@ -8,6 +8,6 @@
 /// folder; answers its path.
 std::string write_version_1_config(const TempDir& folder);
 
-/// Writes a version 2 configuration with display colour spaces, shared views, view transforms, curves,
+/// Writes a version 2 configuration with display color spaces, shared views, view transforms, curves,
 /// built-in transforms and grading; answers its path.
 std::string write_version_2_config(const TempDir& folder);

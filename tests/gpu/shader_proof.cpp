@@ -17,8 +17,8 @@
 namespace {
 
 using GlslVersion = ColorIOConverter::GlslVersion;
-using tool::GlEvaluator;
-using tool::GlProfile;
+using gl::GlEvaluator;
+using gl::GlProfile;
 
 constexpr int EDGE = 32;
 
@@ -74,7 +74,7 @@ Lattice::Rgb rgb_at(const std::vector<float>& rgba, size_t pixel) {
 }
 
 /// Interpolates in a table whose entry i along red is i, at places that need many bits.
-double measure_position_error(GlEvaluator& evaluator) {
+double measure_position_error(gl::GlEvaluator& evaluator) {
     std::vector<float> table;
     for (int entry = 0; entry < EDGE * EDGE * EDGE; ++entry)
         table.insert(table.end(), 3, static_cast<float>(entry % EDGE));
@@ -118,7 +118,7 @@ private:
     void note_error(size_t pixel, double error, double gpu, double cpu);
     bool check_color(size_t pixel, const ColorIOConverter& converter, const Lattice::Rgb& allowed);
 
-    GlEvaluator& evaluator;
+    gl::GlEvaluator& evaluator;
     const GlslVersion version;
     const double position_error;
     const ShaderSource source;
@@ -222,7 +222,8 @@ bool ShaderProof::check_color(size_t pixel, const ColorIOConverter& converter, c
 } // namespace
 
 ShaderRunners::ShaderRunners()
-    : core(GlProfile::CORE), legacy(GlProfile::LEGACY), position_error(measure_position_error(core)) {}
+    : core(gl::GlProfile::CORE), legacy(gl::GlProfile::LEGACY), position_error(measure_position_error(core)) {
+}
 
 std::vector<float> make_probe_pixels() {
     std::mt19937 random(20260);
@@ -233,8 +234,8 @@ std::vector<float> make_probe_pixels() {
         add(unit(random), unit(random), unit(random));
         add(around(random), around(random), around(random));
         add(std::exp2(stops(random)), std::exp2(stops(random)), std::exp2(stops(random)));
-        const float grey = i % 2 ? unit(random) : std::exp2(stops(random));
-        add(grey, grey, grey);
+        const float gray = i % 2 ? unit(random) : std::exp2(stops(random));
+        add(gray, gray, gray);
     }
     for (const float value : {0.0f, 0.18f, 0.5f, 1.0f, -0.05f, 4.0f})
         add(value, value, value);

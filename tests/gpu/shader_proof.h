@@ -11,7 +11,7 @@ class ShaderRunners {
 public:
     ShaderRunners();
 
-    tool::GlEvaluator& get(ColorIOConverter::GlslVersion version) {
+    gl::GlEvaluator& get(ColorIOConverter::GlslVersion version) {
         return version == ColorIOConverter::GLSL_VERSION_CORE ? core : legacy;
     }
     /// The largest error that the driver made in the position between two entries of a table, in steps from
@@ -19,8 +19,8 @@ public:
     double get_position_error() const { return position_error; }
 
 private:
-    tool::GlEvaluator core;
-    tool::GlEvaluator legacy;
+    gl::GlEvaluator core;
+    gl::GlEvaluator legacy;
     double position_error;
 };
 
@@ -33,7 +33,7 @@ struct ShaderReport {
     double largest_sampling = 0; ///< Of the driver's interpolation against that in double precision.
 };
 
-/// RGBA pixels from deep shadows to highlights, below 0, greys and saturated ones.
+/// RGBA pixels from deep shadows to highlights, below 0, grays and saturated ones.
 std::vector<float> make_probe_pixels();
 
 /// Runs the shader of a configured converter on the probe pixels and expects

@@ -90,7 +90,7 @@ protected:
                   });
         }
     }
-    /// Each colour space to one far down the list, so that each is left once and entered once.
+    /// Each color space to one far down the list, so that each is left once and entered once.
     void prove_pairs() {
         const CoreBasicArray<CoreString>& spaces = ColorIO::get_color_space_names();
         const unsigned int space_count = spaces.get_count();

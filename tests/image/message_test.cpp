@@ -32,9 +32,9 @@ std::string describe(const OIIO::ImageSpec& spec) {
 
 TEST(Message, CarriesAWholeSpec) {
     const OIIO::ImageSpec spec = make_rich_spec();
-    tool::MessageWriter writer;
+    image::MessageWriter writer;
     writer.add_spec(spec);
-    const OIIO::ImageSpec read = tool::MessageReader(writer.get_bytes()).get_spec();
+    const OIIO::ImageSpec read = image::MessageReader(writer.get_bytes()).get_spec();
     EXPECT_EQ(describe(read), describe(spec));
     EXPECT_THAT(read.channelnames, ElementsAre("left.R", "A"));
     EXPECT_THAT(read.channelformats, ElementsAre(OIIO::TypeHalf, OIIO::TypeFloat));
@@ -46,17 +46,17 @@ TEST(Message, CarriesAWholeSpec) {
 }
 
 TEST(Message, ThatEndsTooEarlyIsRefusedWherever) {
-    tool::MessageWriter writer;
+    image::MessageWriter writer;
     writer.add_spec(make_rich_spec());
     for (std::size_t size = 0; size < writer.get_bytes().size(); ++size) {
         const auto begin = writer.get_bytes().begin();
-        tool::MessageReader reader(std::vector<char>(begin, begin + static_cast<std::ptrdiff_t>(size)));
-        EXPECT_THROW(reader.get_spec(), tool::MessageError) << size;
+        image::MessageReader reader(std::vector<char>(begin, begin + static_cast<std::ptrdiff_t>(size)));
+        EXPECT_THROW(reader.get_spec(), image::MessageError) << size;
     }
 }
 
 TEST(Message, WithAChangedByteIsReadOrRefusedAndNothingElse) {
-    tool::MessageWriter writer;
+    image::MessageWriter writer;
     writer.add_spec(make_rich_spec());
     int refused = 0;
     for (std::size_t place = 0; place < writer.get_bytes().size(); ++place)
@@ -64,8 +64,8 @@ TEST(Message, WithAChangedByteIsReadOrRefusedAndNothingElse) {
             std::vector<char> bytes = writer.get_bytes();
             bytes[place] = value;
             try {
-                tool::MessageReader(bytes).get_spec();
-            } catch (const tool::MessageError&) {
+                image::MessageReader(bytes).get_spec();
+            } catch (const image::MessageError&) {
                 ++refused;
             }
         }

@@ -7,10 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "diagnostics/failure.h"
 #include "image/reader_process.h"
 #include "tests/support/env_guard.h"
 #include "tests/support/temp_dir.h"
-#include "tool/exit_code.h"
 
 /// Images in a folder of the test's own.
 class ImageTest : public testing::Test {
@@ -28,12 +28,12 @@ protected:
         return path;
     }
 
-    /// The message of the CommandError that `action` throws.
+    /// The message of the Failure that `action` throws.
     template <class Action>
     static std::string failure_of(const Action& action) {
         try {
             action();
-        } catch (const tool::CommandError& error) {
+        } catch (const diagnostics::Failure& error) {
             return error.what();
         }
         return "no failure";

@@ -50,26 +50,26 @@ bool goes_away(pid_t process) {
 
 TEST_F(ImageReaderProcess, ReadsTheHeadersAndPixelsThatThisProcessWould) {
     const std::string path = write_image("floats.exr", 37, 11, 4);
-    tool::ImageFile file(path);
+    image::ImageFile file(path);
     std::vector<std::byte> expected(file.get_parts()[0].spec.image_bytes(true));
     file.read_part(0, expected.data());
 
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     const auto image = process.open(path);
     EXPECT_EQ(image.format, "openexr");
     ASSERT_EQ(image.parts.size(), 1u);
     EXPECT_EQ(
         image.parts[0].spec.serialize(OIIO::ImageSpec::SerialXML, OIIO::ImageSpec::SerialDetailed),
         file.get_parts()[0].spec.serialize(OIIO::ImageSpec::SerialXML, OIIO::ImageSpec::SerialDetailed));
-    tool::PixelBuffer pixels;
+    image::PixelBuffer pixels;
     process.read_part(0, image.parts[0].spec, pixels);
     ASSERT_EQ(pixels.size(), expected.size());
     EXPECT_EQ(std::memcmp(pixels.data(), expected.data(), expected.size()), 0);
 }
 
 TEST_F(ImageReaderProcess, ServesSmallerAndLargerImagesOneAfterTheOther) {
-    tool::ReaderProcess process;
-    tool::PixelBuffer pixels;
+    image::ReaderProcess process;
+    image::PixelBuffer pixels;
     pid_t first = 0;
     for (const int width : {16, 64, 8, 300}) {
         const auto image = process.open(write_image(std::to_string(width) + ".exr", width, 5));
@@ -84,7 +84,7 @@ TEST_F(ImageReaderProcess, ServesSmallerAndLargerImagesOneAfterTheOther) {
 }
 
 TEST_F(ImageReaderProcess, SaysWhyAFileCannotBeRead) {
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     EXPECT_EQ(failure_of([&] { process.open(folder.file("none.exr")); }),
               "cannot read '" + folder.file("none.exr") + "': no such file");
     EXPECT_THAT(failure_of([&] { process.open(folder.write("text.exr", "text")); }),
@@ -95,22 +95,22 @@ TEST_F(ImageReaderProcess, SaysWhyAFileCannotBeRead) {
 TEST_F(ImageReaderProcess, MakesACrashAnErrorAndGoesOn) {
     const std::string bad = folder.write("bad.tif", make_tiff_that_crashes_readers());
     const std::string good = write_image("good.exr", 4, 4);
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(failure_of([&] { process.open(bad); }),
                   "cannot read '" + bad + "': OpenImageIO crashed on it (Segmentation fault)");
         EXPECT_EQ(process.get_process_id(), 0);
         const auto image = process.open(good);
-        tool::PixelBuffer pixels;
+        image::PixelBuffer pixels;
         process.read_part(0, image.parts[0].spec, pixels);
         EXPECT_EQ(pixels.size(), 4u * 4 * 3 * 4);
     }
 }
 
 TEST_F(ImageReaderProcess, EndsAReaderThatWaitsForEver) {
-    tool::ReaderLimits limits;
+    image::ReaderLimits limits;
     limits.header_time = std::chrono::milliseconds(200);
-    tool::ReaderProcess process(limits);
+    image::ReaderProcess process(limits);
     const std::string good = write_image("good.exr", 4, 4);
     process.open(good);
     const pid_t stopped = process.get_process_id();
@@ -122,20 +122,20 @@ TEST_F(ImageReaderProcess, EndsAReaderThatWaitsForEver) {
 }
 
 TEST_F(ImageReaderProcess, EndsAReaderThatUsesTooMuchProcessorTime) {
-    tool::ReaderLimits limits;
+    image::ReaderLimits limits;
     limits.part_processor_time = std::chrono::milliseconds(1);
     limits.processor_time_per_megabyte = {};
-    tool::ReaderProcess process(limits);
+    image::ReaderProcess process(limits);
     const std::string path = write_image("large.exr", 3000, 2000);
     const auto image = process.open(path);
-    tool::PixelBuffer pixels;
+    image::PixelBuffer pixels;
     EXPECT_THAT(failure_of([&] { process.read_part(0, image.parts[0].spec, pixels); }),
                 StartsWith("cannot read '" + path + "': reading it takes more than"));
 }
 
 TEST_F(ImageReaderProcess, RefusesMorePixelsThanTheFileCanHold) {
     const std::string path = folder.write("large.dpx", make_dpx_that_announces_too_much());
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     EXPECT_EQ(failure_of([&] { process.open(path); }),
               "cannot read '" + path +
                   "': its header announces 21.6 GB of pixels, too many for a file of 21048 bytes");
@@ -150,15 +150,15 @@ TEST_F(ImageReaderProcess, ReadsLargeBlackImagesOfTheBestCompression) {
     ASSERT_TRUE(output->open(path, spec) && output->write_image(OIIO::TypeHalf, zeros.data()) &&
                 output->close());
     ASSERT_LT(std::filesystem::file_size(path), zeros.size() / 8192);
-    tool::ReaderProcess process;
-    tool::PixelBuffer pixels;
+    image::ReaderProcess process;
+    image::PixelBuffer pixels;
     process.read_part(0, process.open(path).parts[0].spec, pixels);
     ASSERT_EQ(pixels.size(), zeros.size());
     EXPECT_EQ(std::memcmp(pixels.data(), zeros.data(), zeros.size()), 0);
 }
 
 TEST_F(ImageReaderProcess, LimitsTheMemoryOfItsReader) {
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     process.open(write_image("good.exr", 4, 4));
     const pid_t reader = process.get_process_id();
     std::ifstream limits("/proc/" + std::to_string(reader) + "/limits");
@@ -173,7 +173,7 @@ TEST_F(ImageReaderProcess, LimitsTheMemoryOfItsReader) {
 
 TEST_F(ImageReaderProcess, InheritsNoFiles) {
     const int secret = open(folder.write("secret", "").c_str(), O_RDONLY); // not closed on exec
-    tool::ReaderProcess process;
+    image::ReaderProcess process;
     process.open(write_image("good.exr", 4, 4));
     const std::filesystem::path descriptors = "/proc/" + std::to_string(process.get_process_id()) + "/fd";
     std::vector<std::string> opened;
@@ -190,7 +190,7 @@ TEST_F(ImageReaderProcess, InheritsNoFiles) {
 TEST_F(ImageReaderProcess, EndsWithItsObject) {
     pid_t reader = 0;
     {
-        tool::ReaderProcess process;
+        image::ReaderProcess process;
         process.open(write_image("good.exr", 4, 4));
         reader = process.get_process_id();
         EXPECT_FALSE(is_gone(reader));
@@ -200,9 +200,9 @@ TEST_F(ImageReaderProcess, EndsWithItsObject) {
 
 TEST_F(ImageReaderProcess, IsNotUsedWhenTheUserWantsNone) {
     const EnvGuard in_process("COLORIO_READ_IN_PROCESS", "1");
-    tool::ReaderProcess process;
-    tool::PictureReader reader(write_image("good.exr", 4, 4), process);
-    tool::PixelBuffer pixels;
+    image::ReaderProcess process;
+    image::PictureReader reader(write_image("good.exr", 4, 4), process);
+    image::PixelBuffer pixels;
     reader.read_part(0, pixels);
     EXPECT_EQ(pixels.size(), 4u * 4 * 3 * 4);
     EXPECT_EQ(process.get_process_id(), 0);
@@ -214,7 +214,7 @@ TEST_F(ImageReaderProcess, EndsWhenTheProgramIsKilled) {
     const std::string path = write_image("good.exr", 4, 4);
     const pid_t program = fork();
     if (program == 0) {
-        tool::ReaderProcess process;
+        image::ReaderProcess process;
         process.open(path);
         const pid_t reader = process.get_process_id();
         (void)!write(report[1], &reader, sizeof(reader));

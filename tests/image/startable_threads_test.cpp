@@ -8,16 +8,16 @@
 namespace {
 
 TEST(StartableThreads, AreAsManyAsWantedWhereThereIsRoom) {
-    EXPECT_EQ(tool::count_startable_threads(5), 5);
-    EXPECT_EQ(tool::count_startable_threads(0), 0);
-    EXPECT_EQ(tool::limit_threads(3), 3);
+    EXPECT_EQ(image::count_startable_threads(5), 5);
+    EXPECT_EQ(image::count_startable_threads(0), 0);
+    EXPECT_EQ(image::limit_threads(3), 3);
     EXPECT_EQ(OIIO::get_int_attribute("threads"), 3);
 }
 
 TEST(StartableThreads, AreNoneWhereThereIsNone) {
     const NoNewThreads full;
-    EXPECT_EQ(tool::count_startable_threads(5), 0);
-    EXPECT_EQ(tool::limit_threads(3), 1);
+    EXPECT_EQ(image::count_startable_threads(5), 0);
+    EXPECT_EQ(image::limit_threads(3), 1);
     EXPECT_EQ(OIIO::get_int_attribute("threads"), 1);
     EXPECT_EQ(OIIO::get_int_attribute("exr_threads"), -1);
 }

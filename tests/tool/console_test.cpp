@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "diagnostics/failure.h"
 #include "tests/support/env_guard.h"
 #include "tool/console.h"
 #include "tool/progress_bar.h"
@@ -13,9 +14,9 @@ namespace {
 using tool::Console;
 using tool::ConsoleTraits;
 
-constexpr ConsoleTraits PIPES = {};
-constexpr ConsoleTraits TERMINALS = {true, true, true};
-constexpr ConsoleTraits TERMINALS_WITHOUT_COLOR = {true, true, false};
+constexpr tool::ConsoleTraits PIPES = {};
+constexpr tool::ConsoleTraits TERMINALS = {true, true, true};
+constexpr tool::ConsoleTraits TERMINALS_WITHOUT_COLOR = {true, true, false};
 
 class ConsoleOutput : public testing::Test {
 protected:
@@ -23,29 +24,47 @@ protected:
 };
 
 TEST_F(ConsoleOutput, KeepsResultsAndMessagesApart) {
-    Console console(out, err, PIPES);
+    tool::Console console(out, err, PIPES);
     console.print("a result");
     console.print_heading("a heading");
-    console.note("a note");
-    console.warn("a doubt");
-    console.error("a failure");
+    console.report(diagnostics::make_note(diagnostics::Code::USAGE, "a note"));
+    console.report(diagnostics::make_warning(diagnostics::Code::USAGE, "a doubt"));
+    console.report(diagnostics::make_error(diagnostics::Code::USAGE, "a failure"));
     EXPECT_EQ(out.str(), "a result\na heading\n");
-    EXPECT_EQ(err.str(), "a note\ncolorio: warning: a doubt\ncolorio: a failure\n");
+    EXPECT_EQ(err.str(), "a note\ncolorio: warning: a doubt\ncolorio: error: a failure\n");
+}
+
+TEST_F(ConsoleOutput, ShowsPlaceAndHintOfADiagnostic) {
+    diagnostics::Diagnostic fault = diagnostics::make_file_error(diagnostics::Code::XML_MALFORMED,
+                                                                 "Unexpected token found", "grades.ccc");
+    fault.line = 3;
+    fault.column = 17;
+    tool::Console(out, err, PIPES).report(with_hint(fault, "close the element"));
+    EXPECT_EQ(err.str(),
+              "colorio: error: grades.ccc:3:17: Unexpected token found\nhint: close the element\n");
+}
+
+TEST_F(ConsoleOutput, WritesDiagnosticsAsJsonWhereThatIsWanted) {
+    tool::Console console(out, err, PIPES);
+    console.set_json_diagnostics(true);
+    console.report(diagnostics::make_error(diagnostics::Code::LUT_MISSING, "the file 'a' is missing", "a"));
+    EXPECT_EQ(err.str(), "{\"code\":\"lut-missing\",\"severity\":\"error\",\"subject\":\"a\",\"file\":\"\","
+                         "\"line\":0,\"column\":0,\"message\":\"the file 'a' is missing\",\"hint\":\"\"}\n");
 }
 
 TEST_F(ConsoleOutput, HasColorOnlyOnATerminal) {
-    Console terminal(out, err, TERMINALS);
+    tool::Console terminal(out, err, TERMINALS);
     terminal.print_heading("h");
-    terminal.error("e");
+    terminal.report(diagnostics::make_error(diagnostics::Code::USAGE, "e"));
     EXPECT_EQ(out.str(), "\033[1mh\033[0m\n");
-    EXPECT_EQ(err.str(), "\033[1;31mcolorio:\033[0m e\n");
+    EXPECT_EQ(err.str(), "\033[1;31mcolorio: error:\033[0m e\n");
 }
 
 TEST_F(ConsoleOutput, HasNoColorWhereNoneIsWanted) {
-    Console console(out, err, TERMINALS_WITHOUT_COLOR);
+    tool::Console console(out, err, TERMINALS_WITHOUT_COLOR);
     console.print_heading("h");
-    console.error("e");
-    EXPECT_EQ(out.str() + err.str(), "h\ncolorio: e\n");
+    console.report(diagnostics::make_error(diagnostics::Code::USAGE, "e"));
+    EXPECT_EQ(out.str() + err.str(), "h\ncolorio: error: e\n");
 }
 
 TEST_F(ConsoleOutput, RespectsNoColorAndDumbTerminals) {
@@ -60,15 +79,15 @@ TEST_F(ConsoleOutput, RespectsNoColorAndDumbTerminals) {
 }
 
 TEST_F(ConsoleOutput, KeepsTheStatusBelowTheMessages) {
-    Console console(out, err, TERMINALS_WITHOUT_COLOR);
+    tool::Console console(out, err, TERMINALS_WITHOUT_COLOR);
     console.set_status("half way");
-    console.note("a note");
+    console.report(diagnostics::make_note(diagnostics::Code::USAGE, "a note"));
     console.set_status("");
     EXPECT_EQ(err.str(), "\r\033[Khalf way\r\033[Ka note\nhalf way\r\033[K");
 }
 
 TEST_F(ConsoleOutput, ShowsNoProgressWithoutATerminal) {
-    Console console(out, err, PIPES);
+    tool::Console console(out, err, PIPES);
     {
         tool::ProgressBar bar(console, 2);
         bar.advance();
@@ -77,7 +96,7 @@ TEST_F(ConsoleOutput, ShowsNoProgressWithoutATerminal) {
 }
 
 TEST_F(ConsoleOutput, ShowsProgressOnATerminalAndTakesItAwayAtTheEnd) {
-    Console console(out, err, TERMINALS_WITHOUT_COLOR);
+    tool::Console console(out, err, TERMINALS_WITHOUT_COLOR);
     {
         tool::ProgressBar bar(console, 2);
         bar.advance();
@@ -98,7 +117,7 @@ TEST(Progress, TellsTheRateAndWhatIsLeft) {
 }
 
 TEST_F(ConsoleOutput, AlignsTablesByCharactersNotBytes) {
-    Console console(out, err, PIPES);
+    tool::Console console(out, err, PIPES);
     tool::TextTable table({"name", "use"});
     table.add_row({"Grün", "a"});
     table.add_row({"longer", ""});

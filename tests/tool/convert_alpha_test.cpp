@@ -6,7 +6,7 @@ namespace {
 
 constexpr double TOLERANCE = 2e-5;
 
-/// Converts one pixel of straight or associated colour with alpha.
+/// Converts one pixel of straight or associated color with alpha.
 class ConvertAlpha : public ToolTest {
 protected:
     static constexpr float RED = 0.25f;

@@ -85,7 +85,8 @@ private:
             const FileSizeLimit limit(bytes);
             result = convert(path(input), path(name));
         }
-        EXPECT_THAT(result, FailsWith(1, "colorio: cannot write '" + path(name) + "': File too large\n"))
+        EXPECT_THAT(result,
+                    FailsWith(1, "colorio: error: cannot write '" + path(name) + "': File too large\n"))
             << bytes;
         EXPECT_TRUE(folder.read(name) == "something else") << bytes;
         EXPECT_EQ(count_files(), files) << bytes;
@@ -113,10 +114,10 @@ INSTANTIATE_TEST_SUITE_P(Formats, ConvertFilesOnAFullDisk,
 
 TEST_F(ConvertFiles, SayWhatIsMissing) {
     EXPECT_THAT(convert(path("missing.exr"), path("out.exr")),
-                FailsWith(1, "colorio: cannot read '" + path("missing.exr") + "': no such file\n"));
+                FailsWith(1, "colorio: error: cannot read '" + path("missing.exr") + "': no such file\n"));
     EXPECT_THAT(
         convert(path("in.exr"), path("nowhere/out.exr")),
-        FailsWith(1, "colorio: cannot write '" + path("nowhere/out.exr") + "': no such folder\n"));
+        FailsWith(1, "colorio: error: cannot write '" + path("nowhere/out.exr") + "': no such folder\n"));
     EXPECT_THAT(convert(folder.get_path(), path("out.exr")), FailsWith(1, HasSubstr("it is a folder")));
     EXPECT_EQ(count_files(), 1u);
 }
@@ -133,8 +134,7 @@ TEST_F(ConvertFiles, SayThatAFormatIsUnknown) {
 
 TEST_F(ConvertFiles, DoNotReplaceFolders) {
     std::filesystem::create_directory(path("out.exr"));
-    EXPECT_THAT(convert(path("in.exr"), path("out.exr")),
-                FailsWith(1, HasSubstr("Is a directory")));
+    EXPECT_THAT(convert(path("in.exr"), path("out.exr")), FailsWith(1, HasSubstr("Is a directory")));
     EXPECT_TRUE(std::filesystem::is_directory(path("out.exr")));
 }
 

@@ -179,7 +179,8 @@ TEST_F(ConvertKeeps, ItsWordAboutTheDepthOrWritesNothing) {
     write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
     EXPECT_THAT(
         run({"convert", path("in.exr"), path("out.png"), "--from", "linear", "--to", "sRGB", "-d", "half"}),
-        FailsWith(1, AllOf(HasSubstr("out.png"), HasSubstr("png holds no half"), HasSubstr("uint8"))));
+        FailsWith(1,
+                  AllOf(HasSubstr("out.png"), HasSubstr("png does not support half"), HasSubstr("uint8"))));
     EXPECT_EQ(count_files(), 1u);
 }
 

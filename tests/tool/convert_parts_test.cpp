@@ -71,7 +71,7 @@ TEST_F(ConvertParts, WritesTheFirstWhereTheFormatHoldsOneAndSaysSo) {
     write_three_parts();
     const ToolRun result = convert("in.exr", "out.png");
     EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.err, HasSubstr("png holds one picture: part 1 of 3 is written"));
+    EXPECT_THAT(result.err, HasSubstr("png holds one image: only part 1 of 3 is written"));
     EXPECT_NEAR(read_picture(path("out.png")).get("R"), formula::srgb_to_linear(0.5), 1.0 / 255);
 }
 
@@ -94,7 +94,7 @@ TEST_F(ConvertParts, LeavesLayersBesideThePlainColor) {
 TEST_F(ConvertParts, RefusesPicturesWithoutColor) {
     write_picture(path("in.exr"), make_part("", {"Z", "id"}, 1.0f));
     EXPECT_THAT(convert("in.exr", "out.exr"),
-                FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("no channels of colour"))));
+                FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("no color channels"))));
     EXPECT_FALSE(folder.exists("out.exr"));
 }
 
@@ -142,7 +142,7 @@ TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
         EXPECT_EQ(part.spec.tile_width, 4);
         EXPECT_NEAR(part.get("B"), formula::srgb_to_linear(0.5 / (level + 1)), HALF_OF_ONE) << level;
     }
-    EXPECT_THAT(convert("in.exr", "out.png").err, HasSubstr("the smaller levels are left out"));
+    EXPECT_THAT(convert("in.exr", "out.png").err, HasSubstr("smaller levels are not written"));
 }
 
 } // namespace

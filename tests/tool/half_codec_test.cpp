@@ -35,7 +35,7 @@ std::uint16_t encode(double value) {
     // Nine copies, so that both the vectors and the rest behind them take part.
     const std::vector<float> floats(9, static_cast<float>(value));
     std::vector<std::uint16_t> halfs(9);
-    tool::encode_halfs(floats.data(), halfs.data(), 9);
+    image::encode_halfs(floats.data(), halfs.data(), 9);
     EXPECT_EQ(halfs, std::vector<std::uint16_t>(9, halfs[0])) << value;
     return halfs[0];
 }
@@ -43,7 +43,7 @@ std::uint16_t encode(double value) {
 TEST(Halfs, DecodeToTheirExactValues) {
     const std::vector<std::uint16_t> halfs = all_halfs();
     std::vector<float> floats(HALF_COUNT);
-    tool::decode_halfs(halfs.data(), floats.data(), HALF_COUNT);
+    image::decode_halfs(halfs.data(), floats.data(), HALF_COUNT);
     for (unsigned int half = 0; half < HALF_COUNT; ++half) {
         const double expected = value_of(half);
         if (std::isnan(expected))
@@ -57,8 +57,8 @@ TEST(Halfs, SurviveBeingDecodedAndEncoded) {
     const std::vector<std::uint16_t> halfs = all_halfs();
     std::vector<float> floats(HALF_COUNT);
     std::vector<std::uint16_t> back(HALF_COUNT);
-    tool::decode_halfs(halfs.data(), floats.data(), HALF_COUNT);
-    tool::encode_halfs(floats.data(), back.data(), HALF_COUNT);
+    image::decode_halfs(halfs.data(), floats.data(), HALF_COUNT);
+    image::encode_halfs(floats.data(), back.data(), HALF_COUNT);
     for (unsigned int half = 0; half < HALF_COUNT; ++half) {
         if (std::isnan(value_of(half)))
             EXPECT_TRUE(std::isnan(value_of(back[half]))) << half;

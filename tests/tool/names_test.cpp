@@ -10,9 +10,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tool::did_you_mean;
-using tool::find_nearest_names;
-using tool::get_edit_distance;
+using workflow::did_you_mean;
+using workflow::find_nearest_names;
+using workflow::get_edit_distance;
 
 TEST(EditDistance, CountsInsertionsDeletionsReplacementsAndSwaps) {
     EXPECT_EQ(get_edit_distance("linear", "linear"), 0u);
@@ -28,31 +28,34 @@ TEST(EditDistance, IgnoresCase) {
 }
 
 TEST(NearestNames, ComeBestFirstAndThreeAtMost) {
-    EXPECT_THAT(find_nearest_names("ACEScgg", {"ACEScct", "ACEScg", "Raw"}),
+    EXPECT_THAT(workflow::find_nearest_names("ACEScgg", {"ACEScct", "ACEScg", "Raw"}),
                 ElementsAre("ACEScg", "ACEScct"));
-    EXPECT_THAT(find_nearest_names("lin", {"lina", "linb", "linc", "lind"}),
+    EXPECT_THAT(workflow::find_nearest_names("lin", {"lina", "linb", "linc", "lind"}),
                 ElementsAre("lina", "linb", "linc"));
 }
 
 TEST(NearestNames, AreThoseThatContainTheName) {
-    EXPECT_THAT(find_nearest_names("film", {"Monitor.Film", "Cinema.Video"}), ElementsAre("Monitor.Film"));
-    EXPECT_THAT(find_nearest_names("f", {"Monitor.Film"}), IsEmpty()) << "one letter is in everything";
+    EXPECT_THAT(workflow::find_nearest_names("film", {"Monitor.Film", "Cinema.Video"}),
+                ElementsAre("Monitor.Film"));
+    EXPECT_THAT(workflow::find_nearest_names("f", {"Monitor.Film"}), IsEmpty())
+        << "one letter is in everything";
 }
 
 TEST(NearestNames, AreNotMuchWorseThanTheBest) {
-    EXPECT_THAT(find_nearest_names("Monitor.Flim", {"Monitor.Warm", "Monitor.Film"}),
+    EXPECT_THAT(workflow::find_nearest_names("Monitor.Flim", {"Monitor.Warm", "Monitor.Film"}),
                 ElementsAre("Monitor.Film"));
 }
 
 TEST(NearestNames, AreNoneWhenNothingIsNear) {
-    EXPECT_THAT(find_nearest_names("zebra", {"linear", "sRGB"}), IsEmpty());
-    EXPECT_EQ(did_you_mean("zebra", {"linear", "sRGB"}), "");
+    EXPECT_THAT(workflow::find_nearest_names("zebra", {"linear", "sRGB"}), IsEmpty());
+    EXPECT_EQ(workflow::did_you_mean("zebra", {"linear", "sRGB"}), "");
 }
 
 TEST(DidYouMean, ReadsAsASentence) {
-    EXPECT_EQ(did_you_mean("ACEScgg", {"ACEScg"}), "; did you mean 'ACEScg'?");
-    EXPECT_EQ(did_you_mean("lin", {"lina", "linb"}), "; did you mean 'lina' or 'linb'?");
-    EXPECT_EQ(did_you_mean("lin", {"lina", "linb", "linc"}), "; did you mean 'lina', 'linb' or 'linc'?");
+    EXPECT_EQ(workflow::did_you_mean("ACEScgg", {"ACEScg"}), "did you mean 'ACEScg'?");
+    EXPECT_EQ(workflow::did_you_mean("lin", {"lina", "linb"}), "did you mean 'lina' or 'linb'?");
+    EXPECT_EQ(workflow::did_you_mean("lin", {"lina", "linb", "linc"}),
+              "did you mean 'lina', 'linb' or 'linc'?");
 }
 
 } // namespace

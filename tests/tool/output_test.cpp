@@ -80,7 +80,8 @@ TEST_F(UnwritableOutput, OnAFullDiskFailsEveryCommandWithAReason) {
     for (const auto& command : get_commands())
         EXPECT_THAT(
             run_program(command, full),
-            FailsWith(1, HasSubstr("colorio: cannot write to standard output: No space left on device\n")))
+            FailsWith(
+                1, HasSubstr("colorio: error: cannot write to standard output: No space left on device\n")))
             << join(command);
     close(full);
 }
@@ -90,19 +91,20 @@ TEST_F(UnwritableOutput, OfAClosedPipeFailsInsteadOfEndingTheProgram) {
     ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     close(ends[0]);
     EXPECT_THAT(run_program({"list", "spaces"}, ends[1]),
-                FailsWith(1, HasSubstr("colorio: cannot write to standard output: Broken pipe\n")));
+                FailsWith(1, HasSubstr("colorio: error: cannot write to standard output: Broken pipe\n")));
     close(ends[1]);
 }
 
 TEST_F(UnwritableOutput, ThatIsClosedTouchesNoOtherFile) {
-    EXPECT_THAT(run_program({"list", "spaces"}, -1),
-                FailsWith(1, HasSubstr("colorio: cannot write to standard output: Bad file descriptor\n")));
+    EXPECT_THAT(
+        run_program({"list", "spaces"}, -1),
+        FailsWith(1, HasSubstr("colorio: error: cannot write to standard output: Bad file descriptor\n")));
 }
 
 TEST_F(UnwritableOutput, IsReportedOnce) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     EXPECT_EQ(run_program({"list", "spaces"}, full).err,
-              "colorio: cannot write to standard output: No space left on device\n");
+              "colorio: error: cannot write to standard output: No space left on device\n");
     close(full);
 }
 
@@ -129,7 +131,7 @@ TEST_F(UnwritableOutput, StopsACommandAtItsFirstLine) {
     std::ostream out(&buffer);
     std::ostringstream err;
     EXPECT_EQ(tool::run({"list", "spaces"}, out, err), 1);
-    EXPECT_EQ(err.str(), "colorio: cannot write to standard output\n");
+    EXPECT_EQ(err.str(), "colorio: error: cannot write to standard output\n");
 }
 
 } // namespace

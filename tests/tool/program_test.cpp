@@ -17,7 +17,7 @@ TEST_F(Program, WithoutACommandIsWrongUsage) {
 
 TEST_F(Program, AnswersAnUnknownCommandWithTheNearestOne) {
     EXPECT_THAT(run({"convrt", "a", "b"}),
-                FailsWith(2, "colorio: no command 'convrt'; did you mean 'convert'?\n"));
+                FailsWith(2, "colorio: error: no command 'convrt'\nhint: did you mean 'convert'?\n"));
 }
 
 TEST_F(Program, HelpsOnStandardOutput) {
@@ -45,27 +45,27 @@ TEST_F(Program, TellsItsVersion) {
 
 TEST_F(Program, AnswersAnUnknownOptionWithTheNearestOne) {
     const auto answers = [](const std::string& words) { return FailsWith(2, HasSubstr(words)); };
-    EXPECT_THAT(run({"--verison"}), answers("no option '--verison'; did you mean '--version'?"));
-    EXPECT_THAT(run({"--hepl", "list"}), answers("no option '--hepl'; did you mean '--help'?"));
-    EXPECT_THAT(run({"check", "--confg=a.ocio"}), answers("no option '--confg'; did you mean '--config'?"));
+    EXPECT_THAT(run({"--verison"}), answers("no option '--verison'\nhint: did you mean '--version'?"));
+    EXPECT_THAT(run({"--hepl", "list"}), answers("no option '--hepl'\nhint: did you mean '--help'?"));
+    EXPECT_THAT(run({"check", "--confg=a.ocio"}),
+                answers("no option '--confg'\nhint: did you mean '--config'?"));
     EXPECT_THAT(run({"cdl", "write", "a.cc", "--exakt"}),
-                answers("no option '--exakt'; did you mean '--exact'?"))
+                answers("no option '--exakt'\nhint: did you mean '--exact'?"))
         << "though --cdl is missing, too";
-    EXPECT_THAT(run({"list", "--zzzzzz"}), answers("no option '--zzzzzz'; see colorio list --help"));
+    EXPECT_THAT(run({"list", "--zzzzzz"}), answers("no option '--zzzzzz'\nhint: see colorio list --help"));
     EXPECT_THAT(run({"view", "a.exr", "--zoom", "2", "--layuot", "two"}), answers("'--layout'"));
 }
 
 TEST_F(Program, NamesThePlainReasonOfANumberThatDoesNotFit) {
     for (const char* zoom : {"0", "-1", "nan", "inf", "1e999", "wide", "1x"})
         EXPECT_THAT(run({"view", "a.exr", std::string("--zoom=") + zoom}),
-                    FailsWith(2, "colorio: --zoom: '" + std::string(zoom) +
-                                     "' is not a positive number; see colorio view --help\n"));
+                    FailsWith(2, "colorio: error: --zoom: '" + std::string(zoom) +
+                                     "' is not a positive number\nhint: see colorio view --help\n"));
 }
 
 TEST_F(Program, SaysWhereToReadAboutWrongOptions) {
-    EXPECT_THAT(
-        run({"list", "--jsn"}),
-        FailsWith(2, "colorio: no option '--jsn'; did you mean '--json'?; see colorio list --help\n"));
+    EXPECT_THAT(run({"list", "--jsn"}),
+                FailsWith(2, "colorio: error: no option '--jsn'\nhint: did you mean '--json'?\n"));
     EXPECT_THAT(run({"list", "colors"}), FailsWith(2, HasSubstr("colors")));
     EXPECT_THAT(run({"convert", "a.exr"}), FailsWith(2, HasSubstr("output")));
 }

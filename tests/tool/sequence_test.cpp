@@ -13,7 +13,7 @@ using testing::Not;
 
 class Sequence : public ToolTest {
 protected:
-    /// A frame whose grey tells its number.
+    /// A frame whose gray tells its number.
     static float get_gray(int frame) { return static_cast<float>(frame) / 64; }
 
     void write_frames(const std::vector<int>& frames) {
@@ -77,7 +77,7 @@ TEST_F(Sequence, GoesOnAfterAFrameThatCrashesTheReader) {
     write_frames({1, 2, 4, 5});
     folder.write(name("in", 3), make_tiff_that_crashes_readers()); // the content tells the format
     const ToolRun result = convert("1-5");
-    EXPECT_THAT(result, FailsWith(1, "colorio: cannot read '" + path(name("in", 3)) +
+    EXPECT_THAT(result, FailsWith(1, "colorio: error: cannot read '" + path(name("in", 3)) +
                                          "': OpenImageIO crashed on it (Segmentation fault)\n"));
     EXPECT_THAT(result.out, HasSubstr("4 frames converted, 1 failed"));
     for (const int frame : {1, 2, 4, 5})

@@ -58,7 +58,7 @@ TEST_F(CdlRead, TakesNumbersApartAtAnyBlankAndKeepsTheirDigits) {
 
 TEST_F(CdlRead, SaysWhereAFileIsNoXml) {
     EXPECT_THAT(list("<ColorCorrection>\n  <SOPNode>\n</ColorCorrection>"),
-                FailsWith(1, AllOf(HasSubstr("grade.cc"), HasSubstr("line 3, column"))));
+                FailsWith(1, HasSubstr("grade.cc:3:1: Unmatched end tag")));
 }
 
 TEST_F(CdlRead, SaysWhichNumbersAreWrong) {
@@ -68,9 +68,9 @@ TEST_F(CdlRead, SaysWhichNumbersAreWrong) {
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 1</Slope></SOPNode>" + after),
                 FailsWith(1, EndsWith("correction 2 ('b'): Slope has 2 numbers instead of 3\n")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 one 1</Slope></SOPNode>" + after),
-                FailsWith(1, EndsWith("correction 2 ('b'): Slope holds 'one', which is no number\n")));
+                FailsWith(1, EndsWith("correction 2 ('b'): Slope holds 'one', which is not a number\n")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 nan 1</Slope></SOPNode>" + after),
-                FailsWith(1, HasSubstr("'nan', which is no number")));
+                FailsWith(1, HasSubstr("'nan', which is not a number")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 1 1</Slope></SOPNode>" + after),
                 FailsWith(1, EndsWith("correction 2 ('b'): Offset is missing\n")));
     EXPECT_THAT(list(before + "<SatNode><Saturation>1 2</Saturation></SatNode>" + after),
@@ -83,8 +83,8 @@ TEST_F(CdlRead, WarnsOfElementsThatHaveNoPartInACorrection) {
              "</Description>" +
              std::string(SOP) + "</ColorCorrection>");
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err, "colorio: warning: the correction 'a' holds what is not read, nor by the colour "
-                          "library: ASC_SOP\n");
+    EXPECT_EQ(result.err, "colorio: warning: the correction 'a' contains elements that are ignored here "
+                          "and by OpenColorIO: ASC_SOP\n");
     EXPECT_THAT(run({"cdl", "show", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(run({"cdl", "add", "x", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(list("<ColorCorrection id=\"a\">" + std::string(SOP) + "</ColorCorrection>").err,

@@ -96,13 +96,14 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     EXPECT_THAT(write({"1,1,1/0,0,0/1,1,1/1"}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
     EXPECT_THAT(write({good}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
     EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1"}), FailsWith(2, HasSubstr("is not SLOPE/OFFSET")));
-    EXPECT_THAT(write({"a=1,1/0,0,0/1,1,1/1"}), FailsWith(2, HasSubstr("slope takes three numbers")));
-    EXPECT_THAT(write({"a=1,1,1/0,0,x/1,1,1/1"}), FailsWith(2, HasSubstr("'x' is no number")));
-    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,inf/1"}), FailsWith(2, HasSubstr("'inf' is no number")));
-    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1e39/1"}), FailsWith(2, HasSubstr("'1e39' is no number")));
+    EXPECT_THAT(write({"a=1,1/0,0,0/1,1,1/1"}),
+                FailsWith(2, HasSubstr("slope takes three comma-separated numbers")));
+    EXPECT_THAT(write({"a=1,1,1/0,0,x/1,1,1/1"}), FailsWith(2, HasSubstr("'x' is not a number")));
+    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,inf/1"}), FailsWith(2, HasSubstr("'inf' is not a number")));
+    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1e39/1"}), FailsWith(2, HasSubstr("'1e39' is not a number")));
     EXPECT_THAT(write({"a" + good, "b" + good}), FailsWith(2, HasSubstr("need --collection")));
     EXPECT_THAT(write({"a" + good, "a" + good}), FailsWith(2, HasSubstr("names 'a' twice")));
-    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("stands for no correction")));
+    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("means no correction")));
     EXPECT_FALSE(folder.exists("a.cc"));
 }
 

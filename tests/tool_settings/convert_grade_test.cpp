@@ -118,7 +118,7 @@ TEST_F(ConvertGrade, RefusesCorrectionsThatAreNotThere) {
                  "<ColorCorrection><SatNode><Saturation>0</Saturation></SatNode></ColorCorrection>");
     EXPECT_THAT(
         grade({"--cdl", path("gray.cc"), "--inverse-cdl"}),
-        FailsWith(1, AllOf(HasSubstr("cannot grade with '" + path("gray.cc")), HasSubstr("inverted"))));
+        FailsWith(1, AllOf(HasSubstr("cannot apply the CDL '" + path("gray.cc")), HasSubstr("inverted"))));
     EXPECT_FALSE(folder.exists("out.exr"));
 }
 
@@ -138,9 +138,9 @@ TEST_F(ConvertGrade, ExplainsBothEnds) {
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(
         result.out,
-        HasSubstr("configuration: the built-in configuration\n"
+        HasSubstr("config:        the built-in config\n"
                   "source:        Tavelion|linear, from the built-in associations, category Open EXR\n"
-                  "grade:         " +
+                  "CDL:           " +
                   warm() +
                   ", in Tavelion|linear, the scene-linear space\n"
                   "destination:   Tavelion.sRGB, the view 'sRGB' of the display 'Tavelion', which shows "
@@ -154,12 +154,11 @@ TEST_F(ConvertGrade, ExplainsWhatNamesMean) {
     const std::string text = print({"convert", path("in.exr"), path("out.exr"), "--why", "--from",
                                     "texture_paint", "--to", "warm", "--config", path("show.ocio")});
     EXPECT_THAT(text,
-                AllOf(HasSubstr("source:        half_light, which --from 'texture_paint' means, a role\n"),
-                      HasSubstr("destination:   ops|warm, which --to 'warm' means, the name without its "
-                                "family\n")));
+                AllOf(HasSubstr("source:        half_light, from --from 'texture_paint', a role\n"),
+                      HasSubstr("destination:   ops|warm, from --to 'warm', a name without its family\n")));
     EXPECT_THAT(print({"convert", path("in.exr"), path("out.exr"), "--why", "--from", "lin", "--to",
                        "ops|warm", "--config", path("show.ocio")}),
-                AllOf(HasSubstr("lin, as --from says\n"), HasSubstr("ops|warm, as --to says\n")));
+                AllOf(HasSubstr("lin, from --from\n"), HasSubstr("ops|warm, from --to\n")));
 }
 
 TEST_F(ConvertGrade, FollowsTheAssociationsOfThePreferences) {

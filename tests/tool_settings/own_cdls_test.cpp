@@ -44,7 +44,7 @@ TEST_F(OwnCdls, CopyTheNumbersOfFilesThatAreSearchedForNoId) {
     folder.write("shot.cdl", "<ColorDecisionList><ColorDecision><ColorCorrection id=\"a\"/></ColorDecision>"
                              "<ColorDecision><ColorCorrection id=\"b\"><SatNode><Saturation>0.5</Saturation>"
                              "</SatNode></ColorCorrection></ColorDecision></ColorDecisionList>");
-    const ToolRun result = run({"cdl", "add", "grey", path("shot.cdl") + ":b"});
+    const ToolRun result = run({"cdl", "add", "gray", path("shot.cdl") + ":b"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.err, HasSubstr("the numbers are copied"));
     EXPECT_EQ(list().at(1).at("saturation"), 0.5);
@@ -62,16 +62,16 @@ TEST_F(OwnCdls, CopyTheNumbersOfFilesThatTheColorLibraryReadsOtherwise) {
 
 TEST_F(OwnCdls, AreRemovedByName) {
     print({"cdl", "add", "warm", "--values", WARM});
-    EXPECT_THAT(run({"cdl", "remove", "wram"}), FailsWith(1, AllOf(HasSubstr("no CDL 'wram' of your own"),
-                                                                   HasSubstr("did you mean 'warm'?"))));
-    EXPECT_THAT(run({"cdl", "remove", "No CDL"}), FailsWith(1, HasSubstr("no CDL 'No CDL' of your own")));
+    EXPECT_THAT(run({"cdl", "remove", "wram"}),
+                FailsWith(1, AllOf(HasSubstr("no custom CDL 'wram'"), HasSubstr("did you mean 'warm'?"))));
+    EXPECT_THAT(run({"cdl", "remove", "No CDL"}), FailsWith(1, HasSubstr("no custom CDL 'No CDL'")));
     EXPECT_EQ(print({"cdl", "remove", "warm"}), "warm is removed\n");
     EXPECT_EQ(list().size(), 1u);
 }
 
 TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
     folder.write("grades.ccc", GRADES);
-    EXPECT_THAT(run({"cdl", "add", "x"}), FailsWith(2, HasSubstr("of a file or of --values")));
+    EXPECT_THAT(run({"cdl", "add", "x"}), FailsWith(2, HasSubstr("needs a file or --values")));
     EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc"), "--values", WARM}),
                 FailsWith(2, HasSubstr("excludes")));
     EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc")}), FailsWith(2, HasSubstr("is a collection")));
@@ -83,12 +83,12 @@ TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
 
 TEST_F(OwnCdls, AreRefusedWhenTheLibraryCannotReadThem) {
     SKIP_WHERE_LISTED();
-    // An encoding that the tool reads and the colour library does not.
+    // An encoding that the tool reads and OpenColorIO does not.
     folder.write("odd.cc", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><ColorCorrection id=\"a\"/>");
     EXPECT_THAT(run({"cdl", "add", "x", path("odd.cc")}),
                 FailsWith(1, AllOf(HasSubstr("cannot use the CDL 'x'"), HasSubstr("odd.cc"))));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("odd.cc")}),
-                FailsWith(1, AllOf(HasSubstr("cannot make the colour space 'x'"), HasSubstr("odd.cc"))));
+                FailsWith(1, AllOf(HasSubstr("cannot make the color space 'x'"), HasSubstr("odd.cc"))));
     EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 

@@ -82,7 +82,7 @@ TEST_F(Preferences, NameAConfigurationThatTheOptionAndTheEnvironmentOverride) {
 
 TEST_F(Preferences, ThatNameAMissingConfigurationSayHowToMendThat) {
     folder.write(PREFERENCES, "use_color_space_file: 1\ncolor_space_file_path: " + path("no.ocio") + "\n");
-    EXPECT_THAT(run({"list"}), FailsWith(1, AllOf(HasSubstr("that the preferences name: no such file"),
+    EXPECT_THAT(run({"list"}), FailsWith(1, AllOf(HasSubstr("named by the preferences: no such file"),
                                                   HasSubstr("--no-prefs"))));
     EXPECT_THAT(run({"list", "--no-prefs"}), Succeeds());
     const ToolRun check = run({"check"});

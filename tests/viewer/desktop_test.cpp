@@ -77,7 +77,7 @@ protected:
         ASSERT_EQ(places.count(name), 1u) << name;
         user->click(places[name].first, places[name].second);
     }
-    /// Waits until the whole picture is seen in that colour, of values up to 1.
+    /// Waits until the whole picture is seen in that color, of values up to 1.
     bool sees(const Rgb& color) {
         const Rgb shown = to_screen(color.data());
         return user->waits_to_see(PANELS + 5, 5, shown) &&

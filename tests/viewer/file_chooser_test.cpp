@@ -17,7 +17,7 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using tool::FileChooser;
+using viewer::FileChooser;
 
 /// A folder with configurations, other files and folders.
 class ChoiceOfAFile : public testing::Test {
@@ -33,20 +33,20 @@ protected:
         return folder.file("show");
     }
     /// What is listed, folders with a '/' behind.
-    static std::vector<std::string> names_of(const FileChooser& chooser) {
+    static std::vector<std::string> names_of(const viewer::FileChooser& chooser) {
         std::vector<std::string> names;
-        for (const FileChooser::Entry& entry : chooser.get_entries())
+        for (const viewer::FileChooser::Entry& entry : chooser.get_entries())
             names.push_back(entry.name + (entry.is_folder ? "/" : ""));
         return names;
     }
-    std::string selected_of(const FileChooser& chooser) const {
+    std::string selected_of(const viewer::FileChooser& chooser) const {
         return chooser.get_selected() < chooser.get_entries().size()
                    ? chooser.get_entries()[chooser.get_selected()].name
                    : "none";
     }
 
     TempDir folder;
-    FileChooser chooser{write_files(), {".ocio"}};
+    viewer::FileChooser chooser{write_files(), {".ocio"}};
 };
 
 TEST_F(ChoiceOfAFile, IsAmongFoldersAndFilesOfTheExtensionInTheOrderOfTheirNames) {
@@ -178,11 +178,12 @@ TEST_F(ChoiceOfAFile, GoesHome) {
 }
 
 TEST_F(ChoiceOfAFile, StartsInTheNearestFolderThatThereIs) {
-    EXPECT_EQ(FileChooser(folder.file("show/none/deep"), {".ocio"}).get_folder(), folder.file("show"));
-    EXPECT_EQ(FileChooser(folder.file("show/b.ocio"), {".ocio"}).get_folder(), folder.file("show"));
-    EXPECT_EQ(FileChooser(folder.file("show/"), {".ocio"}).get_folder(), folder.file("show"));
-    EXPECT_EQ(FileChooser("", {".ocio"}).get_folder(), fs::current_path());
-    EXPECT_EQ(FileChooser(folder.file("show/none"), {".ocio"}).get_fault(), "");
+    EXPECT_EQ(viewer::FileChooser(folder.file("show/none/deep"), {".ocio"}).get_folder(),
+              folder.file("show"));
+    EXPECT_EQ(viewer::FileChooser(folder.file("show/b.ocio"), {".ocio"}).get_folder(), folder.file("show"));
+    EXPECT_EQ(viewer::FileChooser(folder.file("show/"), {".ocio"}).get_folder(), folder.file("show"));
+    EXPECT_EQ(viewer::FileChooser("", {".ocio"}).get_folder(), fs::current_path());
+    EXPECT_EQ(viewer::FileChooser(folder.file("show/none"), {".ocio"}).get_fault(), "");
 }
 
 TEST_F(ChoiceOfAFile, FollowsLinks) {

@@ -32,7 +32,7 @@ protected:
     TempDir folder;
     const std::string file = folder.file("a.cube");
     const std::string deep_file = folder.file("luts/film/b.cube");
-    tool::FileWatcher watcher;
+    viewer::FileWatcher watcher;
 };
 
 /// Leaves the process no further open file while it lives.
@@ -56,10 +56,10 @@ TEST_F(WatchedFiles, HaveNoFaultWhereTheSystemGivesNotice) {
 }
 
 TEST_F(WatchedFiles, ThatTheSystemGivesNoNoticeOfSayWhy) {
-    std::unique_ptr<tool::FileWatcher> blind;
+    std::unique_ptr<viewer::FileWatcher> blind;
     {
         const NoFurtherFiles limit;
-        blind = std::make_unique<tool::FileWatcher>();
+        blind = std::make_unique<viewer::FileWatcher>();
     }
     EXPECT_THAT(blind->get_fault(), HasSubstr("fs.inotify.max_user_instances"));
     blind->watch({file});

@@ -12,8 +12,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-using tool::ColorHost;
-using tool::ViewModel;
+using viewer::ViewModel;
+using workflow::LiveConfig;
 
 /// A CDL library of one correction, "grade".
 std::string make_library(const std::string& slope) {
@@ -25,11 +25,11 @@ std::string make_library(const std::string& slope) {
 /// A model whose files change.
 class ModelThatFollowsChanges : public ViewModelTest {
 protected:
-    void restart(const tool::SessionOptions& options) {
+    void restart(const workflow::SessionOptions& options) {
         model = nullptr;
         host = nullptr; // There can be one at a time.
-        host = std::make_unique<ColorHost>(options, console);
-        model = std::make_unique<ViewModel>(*host);
+        host = std::make_unique<LiveConfig>(options);
+        model = std::make_unique<viewer::ViewModel>(*host);
         model->open(picture);
     }
 };
@@ -44,7 +44,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedLut) {
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 
-TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodColoursWhileALutIsBroken) {
+TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodColorsWhileALutIsBroken) {
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
     folder.write("luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nno values");
@@ -69,8 +69,8 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
     follow();
     EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
     EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
-    EXPECT_EQ(model->get_note(), "read test.ocio again; no view 'Screen.Shown' any more, now '" +
-                                     host->get_default_view() + "'");
+    EXPECT_EQ(model->get_note(),
+              "read test.ocio again; view 'Screen.Shown' is gone, using '" + host->get_default_view() + "'");
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 
@@ -79,7 +79,7 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBrok
     for (const std::string& broken :
          {std::string("ocio_profile_version: 1\nroles: ["), std::string(), good.substr(0, good.size() / 2)}) {
         model->set_view(FIRST, "Screen.Shown");
-        const auto chain = model->get_chain(FIRST);
+        const auto chain = model->get_conversion(FIRST);
         folder.write("test.ocio", broken);
         follow();
         ASSERT_EQ(model->get_faults().size(), 1u) << broken;
@@ -87,7 +87,7 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBrok
         EXPECT_THAT(model->get_faults()[0], HasSubstr("last good state"));
         EXPECT_EQ(host->get_config_name(), "test.ocio");
         EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
-        EXPECT_EQ(model->get_chain(FIRST), chain) << "nothing is made anew";
+        EXPECT_EQ(model->get_conversion(FIRST), chain) << "nothing is made anew";
         model->set_view(FIRST, "Screen.Raw");
         EXPECT_FLOAT_EQ(shown_white(), 1) << "other views can still be chosen";
 
@@ -149,7 +149,7 @@ TEST_F(ModelThatFollowsChanges, TellsOfEachSourceUntilThatOneIsWholeAgain) {
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
-    tool::SessionOptions options;
+    workflow::SessionOptions options;
     options.preferences_path =
         folder.write("preferences.yaml", "cdl_library_file_path: " + folder.file("looks.ccc") + "\n");
     folder.write("looks.ccc", make_library("0.5 0.5 0.5"));
@@ -165,7 +165,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
 
 TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
     const EnvGuard named("OCIO", config);
-    restart(tool::SessionOptions());
+    restart(workflow::SessionOptions());
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
     write_lut(folder, 0.25);
@@ -181,7 +181,7 @@ TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
 TEST_F(ModelThatFollowsChanges, ReadsAConfigurationOfTheLibraryItselfAgain) {
     SKIP_WHERE_LISTED();
     const EnvGuard named("OCIO", "ocio://default");
-    restart(tool::SessionOptions());
+    restart(workflow::SessionOptions());
     model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
     folder.write("grade.ccc", make_library("0.25 0.25 0.25"));
     follow();
@@ -231,7 +231,7 @@ TEST_F(ModelThatFollowsChanges, ShowsALutWhoseFolderIsMadeLater) {
     std::filesystem::remove_all(folder.file("luts"));
     model->use_config(config);
     model->set_view(FIRST, "Screen.Shown");
-    EXPECT_FALSE(model->get_chain(FIRST));
+    EXPECT_FALSE(model->get_conversion(FIRST));
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
     write_lut(folder, 0.5);
     follow();
@@ -240,16 +240,16 @@ TEST_F(ModelThatFollowsChanges, ShowsALutWhoseFolderIsMadeLater) {
 }
 
 TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoesNotName) {
-    const auto chain = model->get_chain(FIRST);
+    const auto chain = model->get_conversion(FIRST);
     folder.write("other.cube", "beside the picture");
     folder.write("luts/other.spi1d", "on the search path");
     folder.write("luts/deep/shown.spi1d", "of the same name, in another folder");
     folder.write("other.ocio", "beside the configuration");
     EXPECT_FALSE(model->follow_changes());
-    EXPECT_EQ(model->get_chain(FIRST), chain);
+    EXPECT_EQ(model->get_conversion(FIRST), chain);
     write_lut(folder, 0.25);
     follow();
-    EXPECT_NE(model->get_chain(FIRST), chain);
+    EXPECT_NE(model->get_conversion(FIRST), chain);
 }
 
 TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
@@ -260,11 +260,11 @@ TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
     renamed.replace(renamed.find("\"grade\""), 7, "\"other\"");
     folder.write("grade.ccc", renamed);
     follow();
-    EXPECT_EQ(model->get_note(), "read grade.ccc again; no CDL 'grade' any more, now 'No CDL'");
+    EXPECT_EQ(model->get_note(), "read grade.ccc again; CDL 'grade' is gone, using 'No CDL'");
     model->set_input_space("shown");
     model->use_config("");
-    EXPECT_THAT(model->get_note(), HasSubstr("no colour space 'shown' any more, now 'Tavelion|linear'"));
-    EXPECT_THAT(model->get_note(), HasSubstr("no second view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
+    EXPECT_THAT(model->get_note(), HasSubstr("color space 'shown' is gone, using 'Tavelion|linear'"));
+    EXPECT_THAT(model->get_note(), HasSubstr("second view 'Screen.Raw' is gone, using 'Tavelion.sRGB'"));
     folder.write("grade.ccc", renamed);
     follow();
     EXPECT_EQ(model->get_note(), "read grade.ccc again") << "nothing had to be replaced any more";
@@ -283,7 +283,7 @@ TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_TRUE(model->follow_changes());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
-    EXPECT_THAT(model->get_note(), StartsWith("no view 'Screen.Raw' any more, now 'Tavelion.sRGB'"));
+    EXPECT_THAT(model->get_note(), StartsWith("view 'Screen.Raw' is gone, using 'Tavelion.sRGB'"));
     EXPECT_FALSE(model->follow_changes());
 }
 

@@ -10,9 +10,9 @@
 #include "viewer/screen.h"
 
 /// A screen in memory that wants a frame only when the user does something, as a window does.
-class IdleScreen : public tool::Screen {
+class IdleScreen : public viewer::Screen {
 public:
-    explicit IdleScreen(Size size) : screen(tool::make_offscreen(size)) {}
+    explicit IdleScreen(Size size) : screen(viewer::make_offscreen(size)) {}
 
     /// The next frame is wanted.
     void wake() { is_woken = true; }
@@ -36,7 +36,7 @@ public:
     std::vector<std::string> take_drops() override { return std::exchange(drops, {}); }
 
 private:
-    std::unique_ptr<tool::Screen> screen;
+    std::unique_ptr<viewer::Screen> screen;
     bool is_woken = false;
     bool closed = false;
     int frames = 0;

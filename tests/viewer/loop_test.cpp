@@ -5,7 +5,7 @@
 namespace {
 
 using testing::HasSubstr;
-using tool::ViewModel;
+using viewer::ViewModel;
 
 /// The viewer's loop, with what comes to it from outside.
 class LoopOfAViewer : public ScreenTest {
@@ -33,7 +33,7 @@ TEST_F(LoopOfAViewer, DrawsNothingWhenNothingHappens) {
 }
 
 TEST_F(LoopOfAViewer, ShowsAnEditedLutByItself) {
-    model->set_view(ViewModel::FIRST, "Screen.Shown");
+    model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     expect_shown(0.5);
     write_lut(folder, 0.25);
     ASSERT_TRUE(shows_a_frame_by_itself());
@@ -41,7 +41,7 @@ TEST_F(LoopOfAViewer, ShowsAnEditedLutByItself) {
 }
 
 TEST_F(LoopOfAViewer, ShowsAnEditedConfigurationByItself) {
-    model->set_view(ViewModel::FIRST, "Screen.Shown");
+    model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     std::string text = folder.read("test.ocio");
     text.replace(text.find("src: shown.spi1d"), 16, "src: dark.spi1d");
     folder.write("luts/dark.spi1d", "Version 1\nFrom 0 2\nLength 2\nComponents 1\n{\n0\n0.25\n}\n");
@@ -73,7 +73,7 @@ TEST_F(LoopOfAViewer, ShowsAnEditedPictureByItself) {
 }
 
 TEST_F(LoopOfAViewer, KeepsTheLastGoodPictureAndSaysWhatIsWrongWithABrokenEdit) {
-    model->set_view(ViewModel::FIRST, "Screen.Shown");
+    model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     const std::string good = folder.read("test.ocio");
     EXPECT_EQ(count_fault_pixels(), 0);
     for (const char* const file : {"test.ocio", "luts/shown.spi1d"}) {
@@ -105,7 +105,7 @@ TEST_F(LoopOfAViewer, MakesNoShaderForFilesThatNobodyNames) {
 TEST_F(LoopOfAViewer, SwitchesToADroppedConfiguration) {
     folder.write("shows/luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
     const std::string other = folder.write("shows/OTHER.OCIO", folder.read("test.ocio"));
-    model->set_view(ViewModel::FIRST, "Screen.Shown");
+    model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     drop({other});
     EXPECT_EQ(host->get_config_path(), other);
     EXPECT_EQ(viewer->get_fault(), "");

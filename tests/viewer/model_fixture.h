@@ -2,32 +2,32 @@
 
 #include <chrono>
 
+#include "diagnostics/failure.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/exit_code.h"
 #include "viewer/view_model.h"
 
 /// A viewer's model on the configuration of the fixture.
 class ViewModelTest : public ViewerTest {
 protected:
-    static constexpr tool::ViewModel::Side FIRST = tool::ViewModel::FIRST;
+    static constexpr viewer::ViewModel::Side FIRST = viewer::ViewModel::FIRST;
 
     ViewModelTest() {
         write_lut(folder, 0.5);
         config = write_config(folder);
         picture = folder.file("picture.exr");
         write_ramps(picture, 4, 4);
-        tool::SessionOptions options;
+        workflow::SessionOptions options;
         options.config_path = config;
         options.no_preferences = true;
-        host = std::make_unique<tool::ColorHost>(options, console);
-        model = std::make_unique<tool::ViewModel>(*host);
+        host = std::make_unique<workflow::LiveConfig>(options);
+        model = std::make_unique<viewer::ViewModel>(*host);
         model->open(picture);
     }
 
-    /// What the model's conversions make of grey 1.
+    /// What the model's conversions make of gray 1.
     float shown_white() {
         float rgba[] = {1, 1, 1, 1};
-        model->get_chain(FIRST)->convert(rgba, 1, 1, model->get_settings(FIRST).exposure);
+        model->get_conversion(FIRST)->apply(rgba, 1, 1, model->get_settings(FIRST).exposure);
         return rgba[0];
     }
     /// Waits until files were noticed to have changed.
@@ -37,7 +37,7 @@ protected:
     static std::string message_of(const Action& action) {
         try {
             action();
-        } catch (const tool::CommandError& error) {
+        } catch (const diagnostics::Failure& error) {
             return error.what();
         }
         return "nothing thrown";
@@ -45,6 +45,6 @@ protected:
 
     std::string config;
     std::string picture;
-    std::unique_ptr<tool::ColorHost> host;
-    std::unique_ptr<tool::ViewModel> model;
+    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<viewer::ViewModel> model;
 };

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// A model with a colour space and a CDL of the user's own, each of a file.
+/// A model with a color space and a CDL of the user's own, each of a file.
 class ModelWithOwnFiles : public ViewModelTest {
 protected:
     ModelWithOwnFiles() {

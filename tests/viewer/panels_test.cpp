@@ -3,21 +3,21 @@
 #include <set>
 #include <stdexcept>
 
+#include "diagnostics/failure.h"
 #include "tests/viewer/screen_fixture.h"
-#include "tool/exit_code.h"
 #include "viewer/fonts.h"
 #include "viewer/panels_attempt.h"
 
 namespace {
 
 using testing::HasSubstr;
-using tool::Layout;
-using tool::ViewModel;
+using viewer::Layout;
+using viewer::ViewModel;
 
 /// The viewer's panels, worked with mouse and keys.
 class PanelsOfAViewer : public ScreenTest {
 protected:
-    tool::ColorSettings settings() const { return model->get_settings(ViewModel::FIRST); }
+    viewer::ColorSettings settings() const { return model->get_settings(viewer::ViewModel::FIRST); }
 
     /// Has the CDLs of these names, which change nothing, listed.
     void list_cdls(const std::vector<std::string>& names) {
@@ -66,7 +66,7 @@ TEST_F(PanelsOfAViewer, HaveMenusThatOpenAndClose) {
     click("Show");
     click("Wipe between two views");
     EXPECT_FALSE(shows("Wipe between two views")) << "a choice closes the menu";
-    EXPECT_EQ(model->get_layout(), Layout::WIPE);
+    EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE);
 }
 
 TEST_F(PanelsOfAViewer, CloseListsAndMenusWithEscape) {
@@ -106,7 +106,7 @@ TEST_F(PanelsOfAViewer, MoveTheWipeWithShiftAndThePictureWithout) {
     viewer->get_hand().drag(PANELS + 150, 200, PANELS + 75, 200, true);
     viewer->act();
     EXPECT_NEAR(model->get_wipe(), 0.25, 0.01);
-    const tool::Placement before = model->get_camera().get_placement();
+    const viewer::Placement before = model->get_camera().get_placement();
     viewer->get_hand().drag(PANELS + 150, 200, PANELS + 130, 240, false);
     viewer->act();
     EXPECT_EQ(model->get_camera().get_placement().origin_x, before.origin_x - 20);
@@ -118,18 +118,18 @@ TEST_F(PanelsOfAViewer, ZoomWhereTheWheelIsTurned) {
     const double x = model->get_camera().get_placement().to_picture_x(50);
     viewer->get_hand().turn_wheel(PANELS + 50, 100, 3);
     viewer->act();
-    const tool::Placement zoomed = model->get_camera().get_placement();
+    const viewer::Placement zoomed = model->get_camera().get_placement();
     EXPECT_DOUBLE_EQ(zoomed.zoom, 1.25 * 1.25 * 1.25);
     EXPECT_NEAR(zoomed.to_picture_x(50), x, 1);
 }
 
 TEST_F(PanelsOfAViewer, FollowKeys) {
     type("s");
-    EXPECT_EQ(model->get_layout(), Layout::SIDE_BY_SIDE);
+    EXPECT_EQ(model->get_layout(), viewer::Layout::SIDE_BY_SIDE);
     type("d");
-    EXPECT_EQ(model->get_layout(), Layout::DIFFERENCE);
+    EXPECT_EQ(model->get_layout(), viewer::Layout::DIFFERENCE);
     type("o");
-    EXPECT_EQ(model->get_layout(), Layout::SINGLE);
+    EXPECT_EQ(model->get_layout(), viewer::Layout::SINGLE);
     type("[");
     EXPECT_EQ(settings().exposure, -0.5f);
     type("]]");
@@ -174,7 +174,7 @@ TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
 }
 
 TEST_F(PanelsOfAViewer, ShowNamesOfOtherAlphabets) {
-    if (tool::find_system_font().empty())
+    if (viewer::find_system_font().empty())
         GTEST_SKIP() << "there is no font of the system at the usual places";
     const std::vector<std::string> names = {"\u0416\u0451", "\u042f\u0451", "\u03a9\u03bb", "\u0141\u017a"};
     list_cdls(names);
@@ -195,11 +195,12 @@ TEST_F(PanelsOfAViewer, EndTheViewer) {
 }
 
 TEST(ChangesInPanels, LeaveNoFrameUnfinished) {
-    EXPECT_EQ(tool::find_refusal([] { throw tool::CommandError("refused"); }), "refused");
-    EXPECT_EQ(tool::find_refusal([] { throw std::runtime_error("failed"); }), "failed");
-    EXPECT_NE(tool::find_refusal([] { throw std::bad_alloc(); }), "");
+    EXPECT_EQ(viewer::find_refusal([] { diagnostics::fail(diagnostics::Code::USAGE, "refused"); }),
+              "refused");
+    EXPECT_EQ(viewer::find_refusal([] { throw std::runtime_error("failed"); }), "failed");
+    EXPECT_NE(viewer::find_refusal([] { throw std::bad_alloc(); }), "");
     bool is_done = false;
-    EXPECT_EQ(tool::find_refusal([&] { is_done = true; }), "");
+    EXPECT_EQ(viewer::find_refusal([&] { is_done = true; }), "");
     EXPECT_TRUE(is_done);
 }
 
@@ -267,11 +268,11 @@ TEST_F(DialogueOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
         else
             click("Cancel");
         EXPECT_FALSE(shows("Cancel"));
-        EXPECT_EQ(model->get_layout(), Layout::SINGLE);
+        EXPECT_EQ(model->get_layout(), viewer::Layout::SINGLE);
         EXPECT_EQ(host->get_config_path(), config);
     }
     click("Wipe");
-    EXPECT_EQ(model->get_layout(), Layout::WIPE) << "the panels can be used again";
+    EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE) << "the panels can be used again";
 }
 
 TEST_F(DialogueOfAViewer, OpensPicturesAndCdlLibraries) {

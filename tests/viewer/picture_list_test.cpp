@@ -2,14 +2,14 @@
 
 #include <filesystem>
 
+#include "diagnostics/failure.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/exit_code.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using tool::PictureList;
+using viewer::PictureList;
 
 /// Files "0.exr", "1.exr" and so on, as wide as their numbers plus one.
 class PicturesOfAList : public ViewerTest {
@@ -21,7 +21,7 @@ protected:
     }
     int get_width() const { return list.get_picture()->width; }
 
-    PictureList list;
+    viewer::PictureList list;
 };
 
 TEST_F(PicturesOfAList, AreReadWhenTheyAreWanted) {
@@ -65,7 +65,7 @@ TEST_F(PicturesOfAList, AreReadAgainAfterAChange) {
 
 TEST_F(PicturesOfAList, StayWhatTheyAreWhenAnotherCannotBeOpened) {
     list.open(make(0));
-    EXPECT_THROW(list.open(folder.file("none.exr")), tool::CommandError);
+    EXPECT_THROW(list.open(folder.file("none.exr")), diagnostics::Failure);
     EXPECT_EQ(get_width(), 1);
     EXPECT_EQ(list.get_current_path(), folder.file("0.exr"));
     EXPECT_THAT(list.get_paths(), ElementsAre(folder.file("0.exr")));

@@ -6,8 +6,8 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "diagnostics/failure.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/exit_code.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ using testing::HasSubstr;
 class PictureToShow : public ViewerTest {
 protected:
     /// Writes channels of those names, the value of channel i being 0.25 (i + 1), and loads the file.
-    tool::Picture load_channels(const std::vector<std::string>& names) {
+    viewer::Picture load_channels(const std::vector<std::string>& names) {
         OIIO::ImageSpec spec(2, 1, static_cast<int>(names.size()), OIIO::TypeDesc::FLOAT);
         spec.channelnames = names;
         std::vector<float> values;
@@ -29,18 +29,18 @@ protected:
         EXPECT_TRUE(output->open(path, spec) && output->write_image(OIIO::TypeDesc::FLOAT, values.data()) &&
                     output->close())
             << output->geterror();
-        return tool::load_picture(path);
+        return viewer::load_picture(path);
     }
     /// The message with which a file is refused.
     static std::string refusal_of(const std::string& path, int max_side = 16384) {
         try {
-            tool::load_picture(path, max_side);
-        } catch (const tool::CommandError& error) {
+            viewer::load_picture(path, max_side);
+        } catch (const diagnostics::Failure& error) {
             return error.what();
         }
         return "it was read";
     }
-    static std::vector<float> pixel(const tool::Picture& picture, int x, int y) {
+    static std::vector<float> pixel(const viewer::Picture& picture, int x, int y) {
         return {picture.at(x, y), picture.at(x, y) + 4};
     }
 };
@@ -48,26 +48,26 @@ protected:
 TEST_F(PictureToShow, KeepsTheFloatsOfTheFile) {
     const std::string path = folder.file("floats.exr");
     write_picture(path, 3, 2, [](int x, int y) { return Rgb{x - 0.1f, 10.0f * y, -4096}; });
-    const tool::Picture picture = tool::load_picture(path);
+    const viewer::Picture picture = viewer::load_picture(path);
     EXPECT_EQ(picture.width, 3);
     EXPECT_EQ(picture.height, 2);
     EXPECT_THAT(pixel(picture, 2, 0), ElementsAre(1.9f, 0, -4096, 1));
     EXPECT_THAT(pixel(picture, 0, 1), ElementsAre(-0.1f, 10, -4096, 1));
 }
 
-TEST_F(PictureToShow, FindsColoursByTheNamesOfTheirChannels) {
-    const tool::Picture picture = load_channels({"A", "B", "G", "R", "Z"});
+TEST_F(PictureToShow, FindsColorsByTheNamesOfTheirChannels) {
+    const viewer::Picture picture = load_channels({"A", "B", "G", "R", "Z"});
     EXPECT_THAT(pixel(picture, 1, 0), ElementsAre(2, 1.75f, 1.5f, 1.25f));
     EXPECT_EQ(picture.channels, "R, G, B, A");
 }
 
 TEST_F(PictureToShow, ShowsASingleChannelAsGrey) {
-    const tool::Picture picture = load_channels({"Y"});
+    const viewer::Picture picture = load_channels({"Y"});
     EXPECT_THAT(pixel(picture, 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
     EXPECT_EQ(picture.channels, "Y");
 }
 
-TEST_F(PictureToShow, ShowsTheFirstChannelsWhenNoneIsAColour) {
+TEST_F(PictureToShow, ShowsTheFirstChannelsWhenNoneIsAColor) {
     EXPECT_THAT(pixel(load_channels({"N.X", "N.Y", "N.Z"}), 0, 0), ElementsAre(0.25f, 0.5f, 0.75f, 1));
     EXPECT_THAT(pixel(load_channels({"depth"}), 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
 }

@@ -4,34 +4,34 @@ ScreenTest::ScreenTest() {
     write_ramps(picture, WIDTH, HEIGHT);
     write_lut(folder, 0.5);
     config = write_config(folder);
-    tool::SessionOptions options;
+    workflow::SessionOptions options;
     options.config_path = config;
     options.no_preferences = true;
-    host = std::make_unique<tool::ColorHost>(options, console);
-    model = std::make_unique<tool::ViewModel>(*host);
+    host = std::make_unique<workflow::LiveConfig>(options);
+    model = std::make_unique<viewer::ViewModel>(*host);
     model->open(picture);
-    auto owned = std::make_unique<IdleScreen>(tool::Screen::Size{PANELS + WIDTH, HEIGHT});
+    auto owned = std::make_unique<IdleScreen>(viewer::Screen::Size{PANELS + WIDTH, HEIGHT});
     screen = owned.get();
-    viewer = std::make_unique<tool::Viewer>(*model, std::move(owned), true);
+    viewer = std::make_unique<viewer::Viewer>(*model, std::move(owned), true);
     screen->wake();
     viewer->act();
 }
 
-const tool::Items::Item& ScreenTest::find(const std::string& name) const {
-    const tool::Items::Item* item = viewer->get_items().find(name);
+const viewer::Items::Item& ScreenTest::find(const std::string& name) const {
+    const viewer::Items::Item* item = viewer->get_items().find(name);
     EXPECT_TRUE(item) << "there is no '" << name << "'";
-    static const tool::Items::Item NOTHING = {"nothing", -1, -1};
+    static const viewer::Items::Item NOTHING = {"nothing", -1, -1};
     return item ? *item : NOTHING;
 }
 
 void ScreenTest::click(const std::string& name) {
-    const tool::Items::Item& item = find(name);
+    const viewer::Items::Item& item = find(name);
     viewer->get_hand().click(item.x, item.y);
     viewer->act();
 }
 
 void ScreenTest::double_click(const std::string& name) {
-    const tool::Items::Item& item = find(name);
+    const viewer::Items::Item& item = find(name);
     viewer->get_hand().double_click(item.x, item.y);
     viewer->act();
 }

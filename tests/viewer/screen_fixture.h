@@ -30,7 +30,7 @@ protected:
     void press(const std::string& key);
     void type(const std::string& text);
     /// Where it lies. A failure when there is none.
-    const tool::Items::Item& find(const std::string& name) const;
+    const viewer::Items::Item& find(const std::string& name) const;
     /// True when the panels show something of that name.
     bool shows(const std::string& name) const { return viewer->get_items().find(name) != nullptr; }
 
@@ -38,13 +38,13 @@ protected:
     ShownPicture take_screenshot();
     /// Expects all of the picture, whose ramps go up to 1.5, to be shown as `gain` times its values.
     void expect_shown(double gain);
-    /// How many pixels of the panels bear the colour of faults.
+    /// How many pixels of the panels bear the color of faults.
     int count_fault_pixels();
 
     std::string picture = folder.file("ramps.exr");
     std::string config;
-    std::unique_ptr<tool::ColorHost> host;
-    std::unique_ptr<tool::ViewModel> model;
+    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<viewer::ViewModel> model;
     IdleScreen* screen = nullptr;
-    std::unique_ptr<tool::Viewer> viewer;
+    std::unique_ptr<viewer::Viewer> viewer;
 };

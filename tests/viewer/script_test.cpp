@@ -4,8 +4,8 @@
 #include <sstream>
 #include <thread>
 
+#include "diagnostics/failure.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/exit_code.h"
 #include "viewer/viewer.h"
 
 namespace {
@@ -18,61 +18,65 @@ class ScriptOfAViewer : public ViewerTest {
 protected:
     ScriptOfAViewer() {
         write_ramps(picture, 16, 16);
-        host = std::make_unique<tool::ColorHost>(tool::SessionOptions{}, console);
-        model = std::make_unique<tool::ViewModel>(*host);
+        host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
+        model = std::make_unique<viewer::ViewModel>(*host);
         model->open(picture);
-        viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({64, 64}), false);
+        viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({64, 64}), false);
     }
 
     bool run(const std::string& text) {
         std::istringstream stream(text);
-        return tool::Script(stream, "tour").run(*viewer, console);
+        return viewer::Script(stream, "tour").run(*viewer, [this](const std::string& line) {
+            out << line << '\n';
+        });
     }
     std::string failure_of(const std::string& text) {
         try {
             run(text);
-        } catch (const tool::CommandError& error) {
+        } catch (const diagnostics::Failure& error) {
             return error.what();
         }
         return "no failure";
     }
 
     std::string picture = folder.file("picture.exr");
-    std::unique_ptr<tool::ColorHost> host;
-    std::unique_ptr<tool::ViewModel> model;
-    std::unique_ptr<tool::Viewer> viewer;
+    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<viewer::ViewModel> model;
+    std::unique_ptr<viewer::Viewer> viewer;
 };
 
 TEST_F(ScriptOfAViewer, SetsWhatItsLinesSay) {
     EXPECT_FALSE(run("# a comment\n\n  space   Tavelion|Cineon \nexposure -1.5\nview Tavelion.linear\n"
                      "second-view Tavelion.Cineon\nwipe 0.25\nzoom 2\n"));
-    const tool::ColorSettings settings = model->get_settings(tool::ViewModel::FIRST);
+    const viewer::ColorSettings settings = model->get_settings(viewer::ViewModel::FIRST);
     EXPECT_EQ(settings.input_space, "Tavelion|Cineon");
     EXPECT_EQ(settings.exposure, -1.5f);
     EXPECT_EQ(settings.view, "Tavelion.linear");
-    EXPECT_EQ(model->get_settings(tool::ViewModel::SECOND).view, "Tavelion.Cineon");
-    EXPECT_EQ(model->get_layout(), tool::Layout::WIPE);
+    EXPECT_EQ(model->get_settings(viewer::ViewModel::SECOND).view, "Tavelion.Cineon");
+    EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE);
     EXPECT_EQ(model->get_wipe(), 0.25);
     EXPECT_EQ(model->get_camera().get_placement().zoom, 2);
 }
 
 TEST_F(ScriptOfAViewer, EndsTheViewerWithQuit) {
     EXPECT_TRUE(run("exposure 1\nquit\nexposure 2\n"));
-    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).exposure, 1);
+    EXPECT_EQ(model->get_settings(viewer::ViewModel::FIRST).exposure, 1);
 }
 
 TEST_F(ScriptOfAViewer, PrintsWhatIsShown) {
     run("print\ncompare\n");
-    EXPECT_THAT(out.str(), AllOf(HasSubstr("space: Tavelion|linear (files of the extension exr)\n"),
-                                 HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
+    EXPECT_THAT(
+        out.str(),
+        AllOf(HasSubstr("space: Tavelion|linear (from the built-in associations, category Open EXR)\n"),
+              HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
 }
 
 TEST_F(ScriptOfAViewer, WorksThePanelsAsAUserWould) {
     viewer = nullptr;
-    viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({600, 500}), true);
+    viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({600, 500}), true);
     run("click View\nclick Tavelion.linear\ntype w\nshift-drag 470 100 405 100\nwheel 470 250 2\n");
-    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).view, "Tavelion.linear");
-    EXPECT_EQ(model->get_layout(), tool::Layout::WIPE);
+    EXPECT_EQ(model->get_settings(viewer::ViewModel::FIRST).view, "Tavelion.linear");
+    EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE);
     EXPECT_NEAR(model->get_wipe(), 0.25, 0.001);
     EXPECT_FALSE(model->get_camera().is_fitting());
     run("drag 470 250 480 240\nclick Show\nclick Fit\n");
@@ -90,8 +94,8 @@ TEST_F(ScriptOfAViewer, SaysWhatThereIsNotToClick) {
     EXPECT_THAT(failure_of("click View"), HasSubstr("'panels on'"));
     EXPECT_THAT(failure_of("drop a.exr"), HasSubstr("'panels on'"));
     EXPECT_THAT(failure_of("panels on\nclick Filee"),
-                AllOf(HasSubstr("tour:2: there is no 'Filee'"), HasSubstr("did you mean 'File'")));
-    EXPECT_THAT(failure_of("panels on\npress Any"), HasSubstr("no key 'Any'; there are Enter, "));
+                AllOf(HasSubstr("tour:2: nothing named 'Filee'"), HasSubstr("did you mean 'File'")));
+    EXPECT_THAT(failure_of("panels on\npress Any"), HasSubstr("no key 'Any'; keys: Enter, "));
     EXPECT_THAT(failure_of("panels on\ndrag 1 2 3"), HasSubstr("tour:2: "));
     EXPECT_THAT(failure_of("panels on\nwheel 1 2 3 4"), HasSubstr("tour:2: "));
 }
@@ -99,14 +103,15 @@ TEST_F(ScriptOfAViewer, SaysWhatThereIsNotToClick) {
 TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {
     EXPECT_THAT(failure_of("exposure 1\n\nview Tavelion.sRGV\n"),
                 AllOf(HasSubstr("tour:3: "), HasSubstr("did you mean 'Tavelion.sRGB'")));
-    EXPECT_THAT(failure_of("exposure bright"), HasSubstr("tour:1: 'bright' is no number"));
+    EXPECT_THAT(failure_of("exposure bright"), HasSubstr("tour:1: 'bright' is not a number"));
     EXPECT_THAT(failure_of("layout three"), HasSubstr("tour:1: no layout 'three'"));
     EXPECT_THAT(failure_of("panels maybe"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("screenshot /no/such/folder/a.png"), HasSubstr("tour:1: "));
     EXPECT_THAT(failure_of("pan 3"), HasSubstr("tour:1: "));
     for (const char* command : {"zoom", "difference-scale"})
         for (const char* factor : {"0", "-5"})
-            EXPECT_THAT(failure_of(std::string(command) + " " + factor), HasSubstr("no factor above 0"));
+            EXPECT_THAT(failure_of(std::string(command) + " " + factor),
+                        HasSubstr("is not a positive number"));
     EXPECT_EQ(model->get_difference_scale(), 100);
     EXPECT_TRUE(model->get_camera().is_fitting());
 }
@@ -114,7 +119,7 @@ TEST_F(ScriptOfAViewer, SaysInWhichLineSomethingFails) {
 TEST_F(ScriptOfAViewer, IsRefusedAsAWholeForAnUnknownCommand) {
     EXPECT_THAT(failure_of("exposure 3\nexposrue 4\n"),
                 AllOf(HasSubstr("tour:2: no command 'exposrue'"), HasSubstr("did you mean 'exposure'")));
-    EXPECT_EQ(model->get_settings(tool::ViewModel::FIRST).exposure, 0) << "nothing was run";
+    EXPECT_EQ(model->get_settings(viewer::ViewModel::FIRST).exposure, 0) << "nothing was run";
 }
 
 TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {

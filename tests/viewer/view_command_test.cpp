@@ -1,5 +1,5 @@
+#include "diagnostics/failure.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "tool/exit_code.h"
 #include "tool/program.h"
 
 namespace {
@@ -35,7 +35,7 @@ TEST_F(CommandView, WritesAScreenshotWithoutAWindow) {
             for (size_t i = 0; i < 3; ++i)
                 EXPECT_NEAR(shown.at(x, y)[i], expected[i], 1) << x << ", " << y;
         }
-    EXPECT_THAT(err.str(), HasSubstr("Tavelion|linear (files of the extension exr)"));
+    EXPECT_THAT(err.str(), HasSubstr("Tavelion|linear (from the built-in associations, category Open EXR)"));
 }
 
 TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {

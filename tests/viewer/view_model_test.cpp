@@ -11,18 +11,18 @@ using testing::ElementsAre;
 using testing::FloatNear;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using tool::ColorHost;
-using tool::ViewModel;
+using viewer::ViewModel;
+using workflow::LiveConfig;
 
 class ModelOfAViewer : public ViewModelTest {};
 
 TEST_F(ModelOfAViewer, BeginsWithTheDefaultsOfTheConfiguration) {
-    const tool::ColorSettings settings = model->get_settings(FIRST);
+    const viewer::ColorSettings settings = model->get_settings(FIRST);
     EXPECT_EQ(settings.input_space, "lin");
     EXPECT_EQ(settings.view, "Screen.Raw");
     EXPECT_EQ(settings.cdl, "No CDL");
     EXPECT_EQ(settings.exposure, 0);
-    EXPECT_THAT(model->get_space_reason(), HasSubstr("exr"));
+    EXPECT_THAT(model->get_space_reason(), HasSubstr("EXR"));
     EXPECT_THAT(host->get_spaces(), ElementsAre("lin", "shown"));
     EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
     EXPECT_THAT(model->get_faults(), IsEmpty());
@@ -31,7 +31,7 @@ TEST_F(ModelOfAViewer, BeginsWithTheDefaultsOfTheConfiguration) {
 TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsExtension) {
     model->use_config("");
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
-    EXPECT_EQ(model->get_space_reason(), "files of the extension exr");
+    EXPECT_EQ(model->get_space_reason(), "from the built-in associations, category Open EXR");
     const std::string png = folder.file("picture.png");
     write_ramps(png, 4, 4);
     model->open(png);
@@ -76,44 +76,44 @@ TEST_F(ModelOfAViewer, SaysWhereACdlLibraryIsBroken) {
         return message_of([&] { model->use_cdl_library(folder.write("looks.ccc", text)); });
     };
     EXPECT_THAT(refusal_of("<ColorCorrectionCollection>\n=</ColorCorrectionCollection"),
-                AllOf(HasSubstr("looks.ccc: "), HasSubstr(" at line 2, column ")));
+                AllOf(HasSubstr("looks.ccc:2:"), HasSubstr("Unexpected token found")));
     EXPECT_THAT(refusal_of("<ColorCorrectionCollection><ColorCorrection id=\"a\"/>"
                            "</ColorCorrectionCollection>"),
                 HasSubstr("'SOPNode'"))
         << "whole markup that lacks something";
-    EXPECT_THAT(refusal_of("<ColorCorrectionCollection/>"), HasSubstr("no correction"));
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection/>"), HasSubstr("no color correction"));
 }
 
 TEST_F(ModelOfAViewer, MakesConversionsAnewOnlyWhenTheyDependOnTheChange) {
-    const auto chain = model->get_chain(FIRST);
-    model->set_layout(tool::Layout::WIPE);
+    const auto chain = model->get_conversion(FIRST);
+    model->set_layout(viewer::Layout::WIPE);
     model->get_camera().set_zoom(4);
-    EXPECT_EQ(model->get_chain(FIRST), chain);
+    EXPECT_EQ(model->get_conversion(FIRST), chain);
     model->set_exposure(1);
-    const auto exposed = model->get_chain(FIRST);
+    const auto exposed = model->get_conversion(FIRST);
     EXPECT_NE(exposed, chain);
     model->set_exposure(2.5f);
-    EXPECT_EQ(model->get_chain(FIRST), exposed) << "the exposure is no part of the conversions";
+    EXPECT_EQ(model->get_conversion(FIRST), exposed) << "the exposure is no part of the conversions";
     model->set_view(FIRST, "Screen.Shown");
-    EXPECT_NE(model->get_chain(FIRST), exposed);
+    EXPECT_NE(model->get_conversion(FIRST), exposed);
 }
 
 TEST_F(ModelOfAViewer, TellsWhatIsWrongWithTheSecondViewWhileItIsShown) {
     std::filesystem::remove(folder.file("luts/shown.spi1d"));
     model->use_config(config);
-    model->set_view(ViewModel::SECOND, "Screen.Shown");
-    const auto get_faults_of = [&](tool::Layout layout) {
+    model->set_view(viewer::ViewModel::SECOND, "Screen.Shown");
+    const auto get_faults_of = [&](viewer::Layout layout) {
         model->set_layout(layout);
-        model->get_chain(FIRST);
-        model->get_chain(ViewModel::SECOND);
+        model->get_conversion(FIRST);
+        model->get_conversion(viewer::ViewModel::SECOND);
         return model->get_faults();
     };
-    for (const tool::Layout both : {tool::Layout::WIPE, tool::Layout::SIDE_BY_SIDE})
+    for (const viewer::Layout both : {viewer::Layout::WIPE, viewer::Layout::SIDE_BY_SIDE})
         EXPECT_THAT(get_faults_of(both), ElementsAre(HasSubstr("shown.spi1d")));
-    EXPECT_THAT(get_faults_of(tool::Layout::SINGLE), IsEmpty());
-    model->set_layout(tool::Layout::WIPE);
+    EXPECT_THAT(get_faults_of(viewer::Layout::SINGLE), IsEmpty());
+    model->set_layout(viewer::Layout::WIPE);
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
-    model->set_view(ViewModel::SECOND, "Screen.Raw");
+    model->set_view(viewer::ViewModel::SECOND, "Screen.Raw");
     EXPECT_THAT(model->get_faults(), IsEmpty()) << "nothing is known of this view yet";
 }
 
@@ -132,7 +132,7 @@ TEST_F(ModelOfAViewer, RefusesNamesThatDoNotExistAndKeepsWhatItHas) {
 TEST_F(ModelOfAViewer, SwitchesBetweenConfigurationsAndBack) {
     model->set_view(FIRST, "Screen.Shown");
     model->use_config("");
-    EXPECT_EQ(host->get_config_name(), "the built-in configuration");
+    EXPECT_EQ(host->get_config_name(), "the built-in config");
     EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     model->use_config(config);

@@ -12,16 +12,16 @@
 #include "tests/support/env_guard.h"
 #include "tests/support/temp_dir.h"
 #include "tool/console.h"
-#include "viewer/color_host.h"
 #include "viewer/picture.h"
+#include "workflow/live_config.h"
 
-/// An RGB colour, from 0 to 255 in pictures that were read from a file.
+/// An RGB color, from 0 to 255 in pictures that were read from a file.
 using Rgb = std::vector<float>;
 
 /// Writes an RGBA float EXR, rows from the top.
 void write_picture(const std::string& path, int width, int height,
                    const std::function<Rgb(int x, int y)>& color_at);
-/// A picture of many colours: red rises to the right, green downwards, up to 1.5.
+/// A picture of many colors: red rises to the right, green downwards, up to 1.5.
 void write_ramps(const std::string& path, int width, int height);
 
 /// The 8-bit RGB pixels of a file.

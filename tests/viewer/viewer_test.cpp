@@ -5,12 +5,12 @@
 
 #include "colorio/color_io_converter.h"
 #include "tests/viewer/viewer_fixture.h"
-#include "viewer/color_chain.h"
+#include "workflow/conversion.h"
 
 namespace {
 
-using tool::Layout;
-using tool::ViewModel;
+using viewer::Layout;
+using viewer::ViewModel;
 
 constexpr int WIDTH = 64;
 constexpr int HEIGHT = 48;
@@ -22,10 +22,10 @@ class ViewerWithoutAWindow : public ViewerTest {
 protected:
     ViewerWithoutAWindow() {
         write_ramps(picture, WIDTH, HEIGHT);
-        host = std::make_unique<tool::ColorHost>(tool::SessionOptions{}, console);
-        model = std::make_unique<ViewModel>(*host);
+        host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
+        model = std::make_unique<viewer::ViewModel>(*host);
         model->open(picture);
-        viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({WIDTH, HEIGHT}), false);
+        viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({WIDTH, HEIGHT}), false);
     }
 
     ShownPicture take_screenshot() {
@@ -38,7 +38,7 @@ protected:
     }
 
     /// What the CPU has for a pixel of the picture, by a converter of the test's own.
-    static Rgb convert(const tool::Picture& picture, int x, int y, const char* view, float gain = 1) {
+    static Rgb convert(const viewer::Picture& picture, int x, int y, const char* view, float gain = 1) {
         ColorIOConverter converter;
         EXPECT_TRUE(converter.configure_for_display("linear", view));
         const float* before = picture.at(x, y);
@@ -61,21 +61,21 @@ protected:
     }
 
     std::string picture = folder.file("ramps.exr");
-    std::unique_ptr<tool::ColorHost> host;
-    std::unique_ptr<ViewModel> model;
-    std::unique_ptr<tool::Viewer> viewer;
+    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<viewer::ViewModel> model;
+    std::unique_ptr<viewer::Viewer> viewer;
 };
 
 TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughTheDefaultView) {
-    EXPECT_EQ(model->get_settings(ViewModel::FIRST).view, "Tavelion.sRGB");
+    EXPECT_EQ(model->get_settings(viewer::ViewModel::FIRST).view, "Tavelion.sRGB");
     expect_shown_through(take_screenshot(), "Tavelion.sRGB");
 }
 
 TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughAnotherViewWhenToldTo) {
     take_screenshot();
-    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     expect_shown_through(take_screenshot(), "Tavelion.linear");
-    model->set_view(ViewModel::FIRST, "Tavelion.Cineon");
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.Cineon");
     expect_shown_through(take_screenshot(), "Tavelion.Cineon");
 }
 
@@ -85,8 +85,8 @@ TEST_F(ViewerWithoutAWindow, Exposes) {
 }
 
 TEST_F(ViewerWithoutAWindow, WipesBetweenTwoViews) {
-    model->set_view(ViewModel::SECOND, "Tavelion.linear");
-    model->set_layout(Layout::WIPE);
+    model->set_view(viewer::ViewModel::SECOND, "Tavelion.linear");
+    model->set_layout(viewer::Layout::WIPE);
     model->set_wipe(0.25);
     const ShownPicture shown = take_screenshot();
     for (int x : {0, 10, WIDTH / 4 - 2})
@@ -96,8 +96,8 @@ TEST_F(ViewerWithoutAWindow, WipesBetweenTwoViews) {
 }
 
 TEST_F(ViewerWithoutAWindow, ShowsTwoViewsSideBySide) {
-    model->set_view(ViewModel::SECOND, "Tavelion.linear");
-    model->set_layout(Layout::SIDE_BY_SIDE);
+    model->set_view(viewer::ViewModel::SECOND, "Tavelion.linear");
+    model->set_layout(viewer::Layout::SIDE_BY_SIDE);
     model->get_camera().look_at(WIDTH / 2, HEIGHT, WIDTH, HEIGHT);
     model->get_camera().set_zoom(1);
     const ShownPicture shown = take_screenshot();
@@ -111,7 +111,7 @@ TEST_F(ViewerWithoutAWindow, ShowsTwoViewsSideBySide) {
 }
 
 TEST_F(ViewerWithoutAWindow, ZoomsAndPansByWholePixels) {
-    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     take_screenshot();
     model->get_camera().set_zoom(4);
     model->get_camera().pan(8, -4);
@@ -125,7 +125,7 @@ TEST_F(ViewerWithoutAWindow, ZoomsAndPansByWholePixels) {
 }
 
 TEST_F(ViewerWithoutAWindow, MakesShadersOnlyForOtherConversions) {
-    const tool::PicturePainter& painter = viewer->get_renderer().get_painter();
+    const viewer::PicturePainter& painter = viewer->get_renderer().get_painter();
     take_screenshot();
     EXPECT_EQ(painter.count_shaders(), 1u);
     EXPECT_EQ(painter.count_uploads(), 1u);
@@ -140,7 +140,7 @@ TEST_F(ViewerWithoutAWindow, MakesShadersOnlyForOtherConversions) {
         take_screenshot();
     }
     EXPECT_EQ(painter.count_shaders(), 2u);
-    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     take_screenshot();
     EXPECT_EQ(painter.count_shaders(), 3u);
     EXPECT_EQ(painter.count_uploads(), 1u);
@@ -148,8 +148,8 @@ TEST_F(ViewerWithoutAWindow, MakesShadersOnlyForOtherConversions) {
 
 TEST_F(ViewerWithoutAWindow, ReadsAPixelBeforeAndAfter) {
     take_screenshot();
-    tool::ViewRenderer& renderer = viewer->get_renderer();
-    const std::optional<tool::PixelReadout> readout = renderer.read_pixel(*model, 10.5, 20.5);
+    viewer::ViewRenderer& renderer = viewer->get_renderer();
+    const std::optional<viewer::PixelReadout> readout = renderer.read_pixel(*model, 10.5, 20.5);
     ASSERT_TRUE(readout);
     EXPECT_EQ(readout->x, 10);
     EXPECT_EQ(readout->y, 20);
@@ -168,15 +168,15 @@ TEST_F(ViewerWithoutAWindow, ReadsAPixelBeforeAndAfter) {
 }
 
 TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
-    model->set_layout(Layout::DIFFERENCE);
-    const tool::Difference* difference = viewer->compare();
+    model->set_layout(viewer::Layout::DIFFERENCE);
+    const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
     EXPECT_GT(difference->largest, 1e-5) << "a table of 32 entries is not exact";
     EXPECT_LT(difference->largest, 0.05);
     EXPECT_LT(difference->mean, difference->largest);
     EXPECT_EQ(difference->incomparable, 0u);
     // The pixel named is the one that is off so much.
-    tool::ViewRenderer& renderer = viewer->get_renderer();
+    viewer::ViewRenderer& renderer = viewer->get_renderer();
     const auto readout = renderer.read_pixel(*model, difference->x + 0.5, difference->y + 0.5);
     ASSERT_TRUE(readout);
     float off = 0;
@@ -184,7 +184,7 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
         off = std::max(off, std::abs(readout->gpu[i] - readout->cpu[i]));
     EXPECT_NEAR(off, difference->largest, 1e-7);
 
-    model->set_view(ViewModel::FIRST, "Tavelion.linear");
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     difference = viewer->compare();
     ASSERT_TRUE(difference);
     EXPECT_EQ(difference->largest, 0) << "no conversion, no difference";
@@ -197,31 +197,31 @@ TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
         return Rgb{value, value, value, 1};
     });
     model->open(checks);
-    model->set_layout(Layout::DIFFERENCE);
-    model->set_view(ViewModel::FIRST, "Tavelion.linear");
-    const tool::Difference* difference = viewer->compare();
+    model->set_layout(viewer::Layout::DIFFERENCE);
+    model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
+    const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
-    EXPECT_EQ(difference->largest, 0) << "neighbours differ 200,000 times";
+    EXPECT_EQ(difference->largest, 0) << "neighbors differ 200,000 times";
 }
 
 TEST_F(ViewerWithoutAWindow, KeepsNoDifferenceOfAnotherPicture) {
     model->use_config(write_config(folder)); // The LUT of "Screen.Shown" is missing.
-    model->set_layout(Layout::DIFFERENCE);
+    model->set_layout(viewer::Layout::DIFFERENCE);
     ASSERT_TRUE(viewer->compare());
-    ViewModel other(*host);
-    other.set_layout(Layout::DIFFERENCE);
-    other.set_view(ViewModel::FIRST, "Screen.Shown");
+    viewer::ViewModel other(*host);
+    other.set_layout(viewer::Layout::DIFFERENCE);
+    other.set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     write_ramps(folder.file("other.exr"), 8, 8);
     other.open(folder.file("other.exr"));
-    tool::ViewRenderer& renderer = viewer->get_renderer();
+    viewer::ViewRenderer& renderer = viewer->get_renderer();
     renderer.draw(other, {0, 0, WIDTH, HEIGHT}, HEIGHT);
     EXPECT_FALSE(renderer.get_difference()) << "nothing can be compared";
     EXPECT_TRUE(viewer->compare()) << "what can be is compared again";
 }
 
 TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
-    model->set_layout(Layout::DIFFERENCE);
-    const tool::Difference* difference = viewer->compare();
+    model->set_layout(viewer::Layout::DIFFERENCE);
+    const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
     const int x = difference->x, y = difference->y;
     model->set_difference_scale(static_cast<float>(0.5 / difference->largest));
@@ -231,7 +231,7 @@ TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
 
 TEST_F(ViewerWithoutAWindow, DrawsItsPanelsBesideThePicture) {
     viewer = nullptr;
-    viewer = std::make_unique<tool::Viewer>(*model, tool::make_offscreen({340 + WIDTH, 400}), true);
+    viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({340 + WIDTH, 400}), true);
     viewer->save_screenshot(folder.file("panels.png"));
     const ShownPicture shown = read_shown(folder.file("panels.png"));
     int bright = 0;

@@ -51,10 +51,10 @@ TEST_F(WindowOfTheViewer, ShowsWhatTheCpuConvertsWhenTheViewIsSwitched) {
     ASSERT_EQ(shown.width, PANELS + WIDTH);
     ASSERT_EQ(shown.height, 300);
 
-    const tool::ColorHost host(tool::SessionOptions{}, console);
+    const workflow::LiveConfig host(workflow::SessionOptions{});
     ColorIOConverter converter;
     ASSERT_TRUE(converter.configure_for_display("linear", "Tavelion.sRGB"));
-    tool::Picture ramps = tool::load_picture(picture);
+    viewer::Picture ramps = viewer::load_picture(picture);
     ASSERT_TRUE(converter.convert_buffer(ramps.rgba.data(), WIDTH, HEIGHT, 4));
     for (int y = 0; y < HEIGHT; ++y)
         for (int x = 0; x < WIDTH; ++x) {

@@ -70,9 +70,9 @@ TEST_F(VersionTwo, TablesOfSpacesCountInactiveOnesAndListThemOnRequest) {
     EXPECT_THAT(brief.out,
                 AllOf(HasSubstr("kind"), HasSubstr("display-referred"), HasSubstr("scene-referred, data"),
                       HasSubstr("gamma 2.2 monitor"), Not(HasSubstr("unpublished")),
-                      HasSubstr("not published: 2 colour spaces; --inactive lists them.\n")));
+                      HasSubstr("not published: 2 color spaces; --inactive lists them.\n")));
     const ToolRun whole = run_on_sample({"list", "spaces", "--inactive"});
-    EXPECT_THAT(whole.out, AllOf(HasSubstr("inactive colour space"), HasSubstr("unpublished"),
+    EXPECT_THAT(whole.out, AllOf(HasSubstr("inactive color space"), HasSubstr("unpublished"),
                                  HasSubstr("xyz"), Not(HasSubstr("--inactive"))));
 }
 
@@ -153,16 +153,16 @@ TEST_F(VersionTwo, OtherNamesAreResolvedWithANote) {
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, AllOf(HasSubstr("source:        Scene|linear\n"),
                                   HasSubstr("destination:   Scene/Log|log\n")));
-    EXPECT_THAT(result.err, AllOf(HasSubstr("'render space' is another name of 'Scene|linear'"),
-                                  HasSubstr("'Printer Lights' is another name of 'Scene/Log|log'")));
+    EXPECT_THAT(result.err, AllOf(HasSubstr("'render space' is an alias of 'Scene|linear'"),
+                                  HasSubstr("'Printer Lights' is an alias of 'Scene/Log|log'")));
 }
 
 TEST_F(VersionTwo, NamesInAnotherCaseAreResolvedWithANote) {
     const ToolRun result = explain("LINEAR", "scene|PICKING");
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, HasSubstr("destination:   Scene|picking\n"));
-    EXPECT_THAT(result.err, AllOf(HasSubstr("'LINEAR' is taken for 'Scene|linear'"),
-                                  HasSubstr("'scene|PICKING' is taken for 'Scene|picking'")));
+    EXPECT_THAT(result.err, AllOf(HasSubstr("using 'Scene|linear' for 'LINEAR'"),
+                                  HasSubstr("using 'Scene|picking' for 'scene|PICKING'")));
 }
 
 TEST_F(VersionTwo, NamesAsTheyArePublishedNeedNoNote) {
@@ -172,25 +172,24 @@ TEST_F(VersionTwo, NamesAsTheyArePublishedNeedNoNote) {
 
 TEST_F(VersionTwo, InactiveSpacesAreRefusedByTheirOwnName) {
     EXPECT_THAT(explain("linear", "unpublished"),
-                FailsWith(1, HasSubstr("'unpublished' is an inactive colour space of config.ocio")));
-    EXPECT_THAT(
-        explain("Old Scan", "linear"),
-        FailsWith(1, HasSubstr("'Old Scan', another name of 'unpublished', is an inactive colour space")));
+                FailsWith(1, HasSubstr("'unpublished' is an inactive color space of config.ocio")));
+    EXPECT_THAT(explain("Old Scan", "linear"),
+                FailsWith(1, HasSubstr("'Old Scan', an alias of 'unpublished', is an inactive color space")));
 }
 
 TEST_F(VersionTwo, NamedTransformsAreRefusedAsSpaces) {
     EXPECT_THAT(
         explain("linear", "exposure up"),
-        FailsWith(1, HasSubstr("'exposure up' is a named transform of config.ocio and no colour space")));
+        FailsWith(1, HasSubstr("'exposure up' is a named transform of config.ocio, not a color space")));
     EXPECT_THAT(explain("linear", "curve only"),
-                FailsWith(1, HasSubstr("'curve only', another name of 'gamma',")));
+                FailsWith(1, HasSubstr("'curve only', an alias of 'gamma',")));
 }
 
 TEST_F(VersionTwo, ViewsInAnotherCaseAreResolvedWithANote) {
     const ToolRun result = run_on_sample({"explain", "linear", "--view", "monitor.FILM"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, HasSubstr("destination:   Monitor.Film\n"));
-    EXPECT_THAT(result.err, HasSubstr("'monitor.FILM' is taken for the view 'Monitor.Film'"));
+    EXPECT_THAT(result.err, HasSubstr("using the view 'Monitor.Film' for 'monitor.FILM'"));
     EXPECT_EQ(run_on_sample({"explain", "linear", "--display", "Monitor", "--view", "Film"}).err, "");
 }
 
@@ -214,12 +213,12 @@ TEST_F(VersionTwo, CheckTriesEverything) {
     EXPECT_EQ(answer.at("looks_tried"), 2);
     EXPECT_EQ(answer.at("view_transforms_tried"), 2);
     EXPECT_EQ(answer.at("failures"), json::array());
-    EXPECT_EQ(answer.at("notices"), json::array());
+    EXPECT_EQ(answer.at("notes"), json::array());
     EXPECT_THAT(
         run_on_sample({"check"}).out,
         HasSubstr("Views: 7 with a view transform, 4 with looks, 1 showing a named transform.\n"
-                  "Also tried: 2 named transforms, 2 inactive colour spaces, 2 looks, 2 view transforms. "
-                  "Notices: none.\n"));
+                  "Also tried: 2 named transforms, 2 inactive color spaces, 2 looks, 2 view transforms. "
+                  "Notes: none.\n"));
 }
 
 constexpr char FAULTY_CONFIG[] = R"(ocio_profile_version: 2.1
@@ -259,14 +258,14 @@ TEST_F(VersionTwo, CheckTellsFailuresFromWhatNobodyUses) {
     const json answer = json::parse(result.out);
     const auto failures = by("name", answer.at("failures"));
     EXPECT_EQ(failures.at("Monitor.Film").at("what"), "view");
-    EXPECT_EQ(failures.at("Monitor.Film").at("way"), "the view transform 'lost film' and the looks 'warm'");
+    EXPECT_EQ(failures.at("Monitor.Film").at("path"), "the view transform 'lost film' and the looks 'warm'");
     EXPECT_EQ(failures.at("lost curve").at("what"), "named transform");
     EXPECT_EQ(failures.at("lost curve").at("directions"), json({"forward"}));
     EXPECT_EQ(failures.count("lost space"), 0u);
-    const auto notices = by("name", answer.at("notices"));
+    const auto notices = by("name", answer.at("notes"));
     EXPECT_EQ(notices.size(), 3u);
     EXPECT_EQ(notices.at("lost space").at("what"), "inactive color space");
-    EXPECT_EQ(notices.at("lost space").at("kind"), "missing file");
+    EXPECT_EQ(notices.at("lost space").at("reason").at("code"), "lut-missing");
     EXPECT_EQ(notices.at("lost space").at("directions"), json({"to lin", "from lin"}));
     EXPECT_EQ(notices.at("lost look").at("what"), "look");
     EXPECT_EQ(notices.at("lost film").at("what"), "view transform");
@@ -279,9 +278,9 @@ TEST_F(VersionTwo, CheckSaysItInWords) {
         AllOf(HasSubstr("failed: view 'Monitor.Film', through the view transform 'lost film' and the looks "
                         "'warm': the file 'film.spi1d' is missing"),
               HasSubstr("failed: named transform 'lost curve', forward: the file 'curve.spi1d'"),
-              HasSubstr("notice: inactive colour space 'lost space', to lin and from lin: "),
-              HasSubstr("notice: look 'lost look': the file 'look.cc' is missing"),
-              HasSubstr("notice: view transform 'lost film': "), HasSubstr("Notices: 3.")));
+              HasSubstr("note: inactive color space 'lost space', to lin and from lin: "),
+              HasSubstr("note: look 'lost look': the file 'look.cc' is missing"),
+              HasSubstr("note: view transform 'lost film': "), HasSubstr("Notes: 3.")));
 }
 
 TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
@@ -294,7 +293,7 @@ TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
     folder.write("show.ocio", config);
     const ToolRun result = run({"check", "--config", path("show.ocio")});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, AllOf(HasSubstr("Failures: none."), HasSubstr("Notices: 3.")));
+    EXPECT_THAT(result.out, AllOf(HasSubstr("Failures: none."), HasSubstr("Notes: 3.")));
 }
 
 TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
@@ -302,7 +301,7 @@ TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
     const ToolRun result = run_on_sample(
         {"convert", path("frame.txt"), path("out.png"), "--why", "--from", "lin", "--view", "Monitor.Shot"});
     EXPECT_THAT(result.out,
-                AllOf(HasSubstr("source:        Scene|linear, which --from 'lin' means, another name of it"),
+                AllOf(HasSubstr("source:        Scene|linear, from --from 'lin', an alias"),
                       HasSubstr("the view 'Shot' of the display 'Monitor', which shows Display|Monitor "
                                 "through the view transform filmic with the looks shot grade")));
 }

@@ -1,0 +1,38 @@
+// Converts an image through a view, explains the conversion, and shows what an unknown name looks like as a
+// diagnostic.
+#include <iostream>
+
+#include "image/reader_server.h"
+#include "workflow/explanation.h"
+#include "workflow/image_conversion.h"
+#include "workflow/session.h"
+
+int main(int argc, char** argv) {
+    image::start_reader_server(); // first, while there are no threads
+    if (argc != 4) {
+        std::cerr << "usage: example_workflow CONFIG INPUT OUTPUT\n";
+        return 2;
+    }
+    try {
+        workflow::SessionOptions options;
+        options.config_path = argv[1];
+        const workflow::Session session(options);
+
+        workflow::ConversionRequest request;
+        request.from = "scene_linear"; // a role
+        request.view = "Monitor.Film";
+        const workflow::Conversion conversion(session, request);
+        workflow::convert_image(conversion, argv[2], argv[3]);
+        for (const workflow::ExplainedStage& stage :
+             workflow::explain_conversion(conversion, {0.18f, 0.18f, 0.18f, 1}))
+            for (const ColorIOEvaluation::Step& step : stage.how.steps)
+                std::cout << stage.title << ": " << step.operation.get_data() << " -> " << step.pixel[0]
+                          << '\n';
+
+        request.from = "scene_linaer";
+        const workflow::Conversion misspelled(session, request);
+    } catch (const diagnostics::Failure& failure) {
+        const diagnostics::Diagnostic& worst = failure.get_worst();
+        std::cout << get_name(worst.code) << ": " << worst.message << "; hint: " << worst.hint << '\n';
+    }
+}

@@ -1,0 +1,65 @@
+#include <string>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_auto_detection.h"
+#include "tool/console.h"
+#include "tool/formats_command.h"
+#include "tool/tool_session.h"
+#include "workflow/format_associations.h"
+#include "workflow/nearest_names.h"
+#include "workflow/published_names.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio formats check
+  colorio formats check --config show.ocio)";
+
+class FormatsCheckCommand : public Command {
+public:
+    explicit FormatsCheckCommand(Options& program)
+        : Command(program, "check", "Find the formats whose color space a configuration lacks", EXAMPLES) {
+        add_session_options(options, session_options);
+    }
+
+    ExitCode run(Console& console) override {
+        const ToolSession session(session_options, console);
+        if (const auto warning = workflow::find_unused_mapping(session))
+            console.report(*warning);
+        const std::string where =
+            fmt::format("{} with {}", workflow::describe_association_source(), session.get_config_name());
+        if (ColorIOAutoDetection::get_instance()->check_mappings()) {
+            console.print(fmt::format("Nothing is missing: {}.", where));
+            return EXIT_CODE_DONE;
+        }
+        console.print(fmt::format("Color spaces are missing: {}.", where));
+        print_missing(console);
+        return EXIT_CODE_FAILED;
+    }
+
+private:
+    static void print_missing(Console& console) {
+        std::vector<std::string> labels;
+        for (const workflow::PublishedSpace& space : workflow::get_published_spaces())
+            labels.push_back(space.label);
+        for (const workflow::FormatAssociation& association : workflow::get_format_associations())
+            if (!ColorIO::color_space_exists(association.color_space.c_str()))
+                console.print(fmt::format("  {} ({}): '{}'{}", association.category,
+                                          fmt::join(association.extensions, ", "), association.color_space,
+                                          workflow::did_you_mean(association.color_space, labels)));
+    }
+
+    SessionChoice session_options;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_formats_check_command(Options& program) {
+    return std::make_unique<FormatsCheckCommand>(program);
+}
+
+} // namespace tool

@@ -1,0 +1,65 @@
+#include <string>
+
+#include <fmt/format.h>
+
+#include "colorio/color_io_auto_detection.h"
+#include "tool/formats_change.h"
+#include "tool/formats_command.h"
+#include "tool/tool_session.h"
+#include "workflow/format_associations.h"
+#include "workflow/name_resolution.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio formats set Targa --space linear
+  colorio formats set Jpeg --extensions jpg,jpeg,jfif
+  colorio formats set default --space ACEScg --config aces.ocio)";
+
+class FormatsSetCommand : public Command {
+public:
+    explicit FormatsSetCommand(Options& program)
+        : Command(program, "set", "Change a format's color space or extensions", EXAMPLES) {
+        options.add("category", category, "Format to change, as 'colorio formats' lists it").required();
+        options.add("--space", color_space, "Color space that its files are in");
+        options.add("--extensions", extensions, "All its extensions, with commas between");
+        add_config_option(options, session_options);
+        add_preference_options(options, session_options);
+    }
+
+    ExitCode run(Console& console) override {
+        if (color_space.empty() && extensions.empty())
+            throw UsageError("say what to change, with --space or --extensions");
+        if (!extensions.empty() && workflow::is_fallback_category(category))
+            throw UsageError(fmt::format("'{}' stands for all extensions that no format lists", category));
+        ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
+        change(session);
+        finish_format_change(session, category, console);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    void change(const workflow::Session& session) const {
+        ColorIOAutoDetection& detection = *ColorIOAutoDetection::get_instance();
+        const unsigned int row = workflow::find_category(category);
+        if (!extensions.empty())
+            detection.set_extension_from_file_format(row, workflow::normalize_extensions(extensions).c_str());
+        if (!color_space.empty())
+            detection.set_default_color_space_from_file_format(
+                row, workflow::resolve_color_space(color_space, session.get_config_name()).label.c_str());
+    }
+
+    SessionChoice session_options;
+    std::string category;
+    std::string color_space;
+    std::string extensions;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_formats_set_command(Options& program) {
+    return std::make_unique<FormatsSetCommand>(program);
+}
+
+} // namespace tool

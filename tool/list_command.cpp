@@ -1,0 +1,123 @@
+#include "tool/command.h"
+
+#include <string>
+
+#include <fmt/format.h>
+
+#include "tool/console.h"
+#include "tool/json_output.h"
+#include "tool/published_cdls.h"
+#include "tool/space_list.h"
+#include "tool/text_table.h"
+#include "tool/tool_session.h"
+#include "tool/transform_list.h"
+#include "tool/view_list.h"
+#include "workflow/published_names.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio list
+  colorio list spaces --config show.ocio
+  colorio list views --json
+  colorio list spaces --inactive --config aces.ocio)";
+
+constexpr char ALL[] = "all";
+
+void print_roles(Console& console, bool) {
+    TextTable table({"role", "color space", "remark"});
+    for (const workflow::PublishedRole& role : workflow::get_published_roles())
+        table.add_row({role.role, role.color_space, role.is_in_config ? "" : "not in the config"});
+    table.drop_empty_columns();
+    table.print(console);
+}
+
+void add_roles_to_json(Json& answer) {
+    Json roles = Json::object();
+    Json from_config = Json::object();
+    for (const workflow::PublishedRole& role : workflow::get_published_roles()) {
+        roles.set(role.role, role.color_space);
+        from_config.set(role.role, role.is_in_config);
+    }
+    answer.set("roles", roles);
+    answer.set("roles_in_config", from_config);
+}
+
+bool is_always_there() {
+    return true;
+}
+
+/// One of the things that can be listed.
+struct Topic {
+    const char* name;
+    void (*print)(Console& console, bool with_inactive);
+    void (*add_to_json)(Json& answer);
+    bool (*is_there)() = is_always_there; ///< Else it is left out of the tables unless it was asked for.
+};
+constexpr Topic TOPICS[] = {
+    {"spaces", print_spaces, add_spaces_to_json},
+    {"named-transforms", print_named_transforms, add_named_transforms_to_json, has_named_transforms},
+    {"views", print_views, add_views_to_json},
+    {"roles", print_roles, add_roles_to_json},
+    {"cdls", [](Console& console, bool) { print_cdls(console); },
+     [](Json& answer) { answer.set("cdls", cdls_to_json()); }},
+};
+
+class ListCommand : public Command {
+public:
+    explicit ListCommand(Options& program)
+        : Command(program, "list", "Show the color spaces, named transforms, views, roles and CDLs in force",
+                  EXAMPLES) {
+        std::vector<std::string> names = {ALL};
+        for (const Topic& topic : TOPICS)
+            names.push_back(topic.name);
+        options
+            .add("what", wanted, "spaces, named-transforms, views, roles, cdls, or all of them (the default)")
+            .choices(names);
+        add_session_options(options, session_options);
+        options.add_flag("--inactive", with_inactive,
+                         "List what the configuration makes inactive, too; JSON always holds it");
+        options.add_flag("--json", as_json, "Write JSON");
+    }
+
+    ExitCode run(Console& console) override {
+        const ToolSession session(session_options, console);
+        if (as_json)
+            print_json(session, console);
+        else
+            print_tables(session, console);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    void print_tables(const workflow::Session& session, Console& console) const {
+        console.print(fmt::format("From {}.", session.get_source().describe()));
+        for (const Topic& topic : TOPICS)
+            if (wanted == topic.name || (wanted == ALL && topic.is_there())) {
+                console.print("");
+                topic.print(console, with_inactive);
+            }
+    }
+
+    void print_json(const workflow::Session& session, Console& console) const {
+        Json answer = {{"config", to_json(session.get_source())}};
+        for (const Topic& topic : TOPICS)
+            if (wanted == ALL || wanted == topic.name)
+                topic.add_to_json(answer);
+        console.print(Json(answer).format());
+    }
+
+    SessionChoice session_options;
+    std::string wanted = ALL;
+    bool with_inactive = false;
+    bool as_json = false;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_list_command(Options& program) {
+    return std::make_unique<ListCommand>(program);
+}
+
+} // namespace tool

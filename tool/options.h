@@ -1,0 +1,78 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+namespace tool {
+
+/// One declared option, to be qualified: `options.add("--depth", depth, "...").choices({"8", "16"})`. Refers
+/// to the parser's own; copies are the same option.
+class Option {
+public:
+    explicit Option(CLI::Option* option) : option(option) {}
+
+    const Option& required() const;
+    const Option& needs(const Option& other) const;
+    const Option& excludes(const Option& other) const;
+    const Option& choices(const std::vector<std::string>& values) const;
+    const Option& range(int least, int most) const;
+    const Option& positive() const;
+    /// For a list: each use of the option takes one value, so that an argument behind it is not swallowed.
+    const Option& one_value_each() const;
+    /// For a list: the values of one argument are separated by this character.
+    const Option& separator(char character) const;
+
+private:
+    CLI::Option* option;
+};
+
+/// The options and arguments of the program or of one of its commands. Names without dashes are positional
+/// arguments. The bound variables must outlive the parsing. The one place that knows the argument parser,
+/// whose headers take seconds to compile.
+class Options {
+public:
+    /// Those of a program.
+    Options(const std::string& description, const std::string& name);
+    ~Options();
+    Options(Options&&) noexcept;
+    Options& operator=(Options&&) = delete;
+
+    Option add(const std::string& name, std::string& value, const std::string& help);
+    Option add(const std::string& name, int& value, const std::string& help);
+    Option add(const std::string& name, float& value, const std::string& help);
+    Option add(const std::string& name, double& value, const std::string& help);
+    Option add(const std::string& name, std::vector<std::string>& values, const std::string& help);
+    Option add_flag(const std::string& name, bool& value, const std::string& help);
+    /// One that was added before.
+    Option get(const std::string& name) const;
+
+    /// A command below these options; `footer` stands below its help as it is.
+    Options add_command(const std::string& name, const std::string& description, const std::string& footer);
+    void require_command();
+    void set_footer(const std::string& footer);
+    void set_version(const std::string& text);
+
+    std::string get_name() const;
+    std::vector<std::string> get_command_names() const;
+    /// True when the parsed command line names this command.
+    bool is_wanted() const;
+
+    /// Parses the words behind the program's name. Returns the text of the help or the version, if the user
+    /// asked for it. Throws UsageError, which names the --help of the command at fault.
+    std::optional<std::string> parse(const std::vector<std::string>& arguments);
+
+private:
+    explicit Options(CLI::App* command);
+
+    std::unique_ptr<CLI::App> program; ///< Null for a command, which belongs to its program.
+    CLI::App* app;
+};
+
+} // namespace tool

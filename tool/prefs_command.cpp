@@ -1,0 +1,20 @@
+#include "tool/prefs_command.h"
+
+#include "tool/command_group.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio prefs path
+  colorio prefs show --json)";
+
+} // namespace
+
+std::unique_ptr<Command> make_prefs_command(Options& program) {
+    return std::make_unique<CommandGroup>(
+        program, "prefs", "Tell where the preferences are kept and what they hold", EXAMPLES,
+        std::vector<CommandGroup::MakeCommand>{make_prefs_path_command, make_prefs_show_command});
+}
+
+} // namespace tool

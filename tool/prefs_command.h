@@ -1,0 +1,11 @@
+#pragma once
+
+#include "tool/command.h"
+
+namespace tool {
+
+// The parts of "colorio prefs".
+std::unique_ptr<Command> make_prefs_path_command(Options& program);
+std::unique_ptr<Command> make_prefs_show_command(Options& program);
+
+} // namespace tool

@@ -1,0 +1,33 @@
+#include "standalone/preferences.h"
+#include "tool/console.h"
+#include "tool/prefs_command.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio prefs path
+  cat $(colorio prefs path))";
+
+class PrefsPathCommand : public Command {
+public:
+    explicit PrefsPathCommand(Options& program)
+        : Command(program, "path", "Print the path of your preference file, which need not exist yet",
+                  EXAMPLES) {}
+
+    ExitCode run(Console& console) override {
+        const CoreString path = PreferenceFile::get_default_path();
+        if (path.is_empty())
+            diagnostics::fail(diagnostics::Code::FILE_MISSING, "there is no home folder for preferences");
+        console.print(path.get_data());
+        return EXIT_CODE_DONE;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_prefs_path_command(Options& program) {
+    return std::make_unique<PrefsPathCommand>(program);
+}
+
+} // namespace tool

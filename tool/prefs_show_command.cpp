@@ -1,0 +1,133 @@
+#include <filesystem>
+#include <string>
+#include <variant>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "standalone/standalone_app.h"
+#include "tool/console.h"
+#include "tool/json_output.h"
+#include "tool/prefs_command.h"
+#include "tool/published_cdls.h"
+#include "tool/text_table.h"
+#include "tool/tool_session.h"
+#include "workflow/custom_spaces.h"
+#include "workflow/format_associations.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio prefs show
+  colorio prefs show --json --prefs show.yaml)";
+
+/// One preference of the application, by its name in the file.
+struct Preference {
+    const char* name;
+    std::variant<std::string, bool> value;
+};
+
+std::vector<Preference> get_preferences(const StandaloneApp& app) {
+    return {{"use_color_space_file", app.get_use_color_space_file()},
+            {"color_space_file_path", app.get_color_space_file_path().get_data()},
+            {"cdl_library_file_path", app.get_cdl_library_file_path().get_data()},
+            {"default_color_space_name", app.get_default_color_space_name().get_data()},
+            {"use_color_space_by_extension_file", app.get_use_color_space_by_extension_file() != 0},
+            {"color_space_by_extension_file_path", app.get_color_space_by_extension_file_path().get_data()}};
+}
+
+std::string to_text(const Preference& preference) {
+    if (const bool* is_on = std::get_if<bool>(&preference.value))
+        return *is_on ? "yes" : "no";
+    return std::get<std::string>(preference.value);
+}
+
+class PrefsShowCommand : public Command {
+public:
+    explicit PrefsShowCommand(Options& program)
+        : Command(program, "show", "Show what the preference file holds", EXAMPLES) {
+        add_preference_reading_options(options, session_options);
+        options.add_flag("--json", as_json, "Write JSON");
+        session_options.builtin_only = true;
+    }
+
+    ExitCode run(Console& console) override {
+        const ToolSession session(session_options, console, workflow::PreferenceUse::SHOW);
+        if (as_json)
+            print_json(session.get_preferences(), console);
+        else
+            print_tables(session.get_preferences(), console);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    static void print_tables(const workflow::UserPreferences& preferences, Console& console);
+    static void print_json(const workflow::UserPreferences& preferences, Console& console);
+
+    SessionChoice session_options;
+    bool as_json = false;
+};
+
+bool exists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+}
+
+std::string describe_file(const std::string& path) {
+    if (path.empty())
+        return "Without a preference file.";
+    return exists(path) ? fmt::format("From {}.", path)
+                        : fmt::format("There is no {} yet; this holds without it.", path);
+}
+
+void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences, Console& console) {
+    console.print(describe_file(preferences.get_path()));
+    console.print("");
+    TextTable values({"preference", "value"});
+    for (const Preference& preference : get_preferences(preferences.get_app()))
+        values.add_row({preference.name, to_text(preference)});
+    values.print(console);
+    console.print("");
+    TextTable formats({"category", "extensions", "color space"});
+    for (const workflow::FormatAssociation& association : workflow::get_format_associations())
+        formats.add_row({association.category, fmt::format("{}", fmt::join(association.extensions, ", ")),
+                         association.color_space});
+    formats.print(console);
+    console.print("");
+    TextTable spaces({"color space", "made of"});
+    for (const auto& space : workflow::get_custom_spaces())
+        spaces.add_row({space.name.get_data(), workflow::describe_origin(space)});
+    spaces.print(console);
+    console.print("");
+    print_cdls(console);
+}
+
+void PrefsShowCommand::print_json(const workflow::UserPreferences& preferences, Console& console) {
+    Json values = Json::object();
+    for (const Preference& preference : get_preferences(preferences.get_app()))
+        std::visit([&](const auto& value) { values.set(preference.name, value); }, preference.value);
+    Json formats = Json::array();
+    for (const workflow::FormatAssociation& association : workflow::get_format_associations())
+        formats.push({{"category", association.category},
+                      {"extensions", association.extensions},
+                      {"color_space", association.color_space}});
+    Json spaces = Json::array();
+    for (const auto& space : workflow::get_custom_spaces())
+        spaces.push({{"name", space.name.view()}, {"made_of", workflow::describe_origin(space)}});
+    console.print(Json({{"path", preferences.get_path()},
+                        {"exists", exists(preferences.get_path())},
+                        {"preferences", values},
+                        {"formats", formats},
+                        {"spaces", spaces},
+                        {"cdls", cdls_to_json()}})
+                      .format());
+}
+
+} // namespace
+
+std::unique_ptr<Command> make_prefs_show_command(Options& program) {
+    return std::make_unique<PrefsShowCommand>(program);
+}
+
+} // namespace tool

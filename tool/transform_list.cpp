@@ -1,0 +1,68 @@
+#include "tool/transform_list.h"
+#include "tool/json.h"
+
+#include <string>
+
+#include <fmt/format.h>
+
+#include "colorio/color_io_inspection.h"
+#include "tool/console.h"
+#include "tool/entry_cells.h"
+#include "tool/text_table.h"
+
+namespace tool {
+
+namespace {
+
+using NamedTransform = ColorIOInspection::NamedTransform;
+
+const char* describe_directions(const NamedTransform& transform) {
+    if (transform.has_forward && transform.has_inverse)
+        return "both";
+    return transform.has_forward ? "forward" : "inverse";
+}
+
+} // namespace
+
+void print_named_transforms(Console& console, bool with_inactive) {
+    TextTable table(
+        {"named transform", "family", "stated direction", "encoding", "categories", "other names", ""});
+    std::size_t left_out = 0;
+    for (const NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
+        if (!transform.is_active && !with_inactive) {
+            ++left_out;
+            continue;
+        }
+        table.add_row({transform.name.get_data(), transform.family.get_data(), describe_directions(transform),
+                       transform.encoding.get_data(), join_texts(transform.categories),
+                       join_texts(transform.aliases), transform.is_active ? "" : "inactive"});
+    }
+    table.drop_empty_columns();
+    if (table.count_rows() > 0)
+        table.print(console);
+    else
+        console.print(left_out > 0 ? "No named transform is active." : "There are no named transforms.");
+    if (left_out > 0)
+        console.print(
+            fmt::format("Inactive: {}; --inactive lists them.", count_things(left_out, "named transform")));
+}
+
+bool has_named_transforms() {
+    return ColorIOInspection::get_named_transforms().get_count() > 0;
+}
+
+void add_named_transforms_to_json(Json& answer) {
+    Json list = Json::array();
+    for (const NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
+        Json item = {{"name", transform.name.get_data()},
+                     {"family", transform.family.get_data()},
+                     {"active", transform.is_active},
+                     {"forward", transform.has_forward},
+                     {"inverse", transform.has_inverse}};
+        add_entry_to_json(transform, item);
+        list.push(item);
+    }
+    answer.set("named_transforms", list);
+}
+
+} // namespace tool

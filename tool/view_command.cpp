@@ -1,0 +1,179 @@
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "diagnostics/failure.h"
+#include "gl/gl_error.h"
+#include "tool/command.h"
+#include "tool/console.h"
+#include "tool/tool_session.h"
+#include "viewer/script.h"
+#include "viewer/viewer.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio view render.exr
+  colorio view a.exr b.png --config show.ocio --view "sRGB.Film"
+  colorio view render.exr --exposure 1.5 --second-view "sRGB.Raw" --layout wipe
+  colorio view render.exr --size 1920x1080 --screenshot render.png
+  colorio view render.exr --script tour.txt
+
+In the window: drag moves, the wheel zooms, shift and drag moves the line of the wipe, files can be dropped.
+Edited configurations, LUTs, CDLs and pictures are read again at once.
+
+Commands of a script, one a line:
+)";
+
+constexpr int MAX_SIDE = 16384;
+
+viewer::Screen::Size parse_size(const std::string& text) {
+    const std::size_t cross = std::min(text.find('x'), text.size());
+    try {
+        const double width = viewer::parse_number(text.substr(0, cross));
+        const double height = viewer::parse_number(text.substr(std::min(cross + 1, text.size())));
+        if (width >= 1 && height >= 1 && width <= MAX_SIDE && height <= MAX_SIDE)
+            return {static_cast<int>(width), static_cast<int>(height)};
+    } catch (const diagnostics::Failure&) {
+        // reported below
+    }
+    throw UsageError(fmt::format("invalid size '{}'; example: 1280x720", text));
+}
+
+class ViewCommand : public Command {
+public:
+    explicit ViewCommand(Options& program)
+        : Command(program, "view", "Show images through a view, on the GPU",
+                  (EXAMPLES + viewer::Script::get_help()).c_str()) {
+        options.add("images", paths, "images to show").required();
+        add_session_options(options, session_options);
+        options.add("--space", space, "color space of the first image (default: by its tags and rules)");
+        options.add("--cdl-library", cdl_library, "ASC CDL file whose color corrections are listed");
+        options.add("--cdl", cdl, "name of the CDL to apply");
+        options.add("--exposure", exposure, "exposure in stops, applied in scene-linear (default: 0)");
+        options.add("--view", views[viewer::ViewModel::FIRST],
+                    "view to use, as DISPLAY.VIEW (default: that of the config)");
+        options.add("--second-view", views[viewer::ViewModel::SECOND],
+                    "view to compare it with, as DISPLAY.VIEW");
+        options.add("--layout", layout, "{single,wipe,two,difference} (default: single)");
+        options.add("--zoom", zoom, "screen pixels per image pixel, above 0 (default: fit the window)")
+            .positive();
+        options.add("--size", size, "window size in pixels (default: 1280x800)");
+        options.add("--screenshot", screenshot, "image file to write, without opening a window");
+        options.add("--script", script_path, "file with commands, one per line");
+        options.add_flag("--no-window", no_window, "run the script without opening a window");
+    }
+
+    ExitCode run(Console& console) override {
+        const viewer::Screen::Size screen_size = parse_size(size);
+        if (!std::isfinite(exposure))
+            throw UsageError("--exposure takes a number of stops");
+        if (!std::isfinite(zoom))
+            throw UsageError("--zoom takes a positive number");
+        const std::vector<viewer::Script> scripts = read_script();
+        workflow::LiveConfig host(make_options(session_options, console));
+        console.report(host.get_session().get_notices());
+        viewer::ViewModel model(host);
+        apply_options(model);
+        const bool headless = no_window || !screenshot.empty();
+        try {
+            viewer::Viewer viewer(model,
+                                  headless ? viewer::make_offscreen(screen_size)
+                                           : viewer::make_window(screen_size, "colorio"),
+                                  !headless);
+            console.report(
+                diagnostics::make_note(diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                                       fmt::format("{}: {} ({})", paths.front(),
+                                                   model.get_settings(viewer::ViewModel::FIRST).input_space,
+                                                   model.get_space_reason())));
+            show(viewer, scripts, console, headless);
+        } catch (const gl::GlError& error) {
+            diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
+                              fmt::format("cannot show images: {}", error.what()));
+        }
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    /// The script, if there is one.
+    std::vector<viewer::Script> read_script() const {
+        if (script_path.empty()) {
+            if (no_window && screenshot.empty())
+                throw UsageError("--no-window needs --script or --screenshot");
+            return {};
+        }
+        std::error_code error;
+        std::ifstream file(script_path);
+        if (!file || std::filesystem::is_directory(script_path, error))
+            diagnostics::fail_file(diagnostics::Code::FILE_UNREADABLE,
+                                   fmt::format("cannot read the script '{}'", script_path), script_path);
+        return {viewer::Script(file, script_path)};
+    }
+
+    void apply_options(viewer::ViewModel& model) const {
+        model.add_pictures(paths);
+        model.open(paths.front());
+        if (!space.empty())
+            model.set_input_space(space);
+        if (!cdl_library.empty())
+            model.use_cdl_library(cdl_library);
+        if (!cdl.empty())
+            model.set_cdl(cdl);
+        for (const viewer::ViewModel::Side side : {viewer::ViewModel::FIRST, viewer::ViewModel::SECOND})
+            if (!views[side].empty())
+                model.set_view(side, views[side]);
+        model.set_exposure(exposure);
+        model.set_layout(viewer::parse_layout(layout));
+    }
+
+    /// An image of anything but what was asked for would be wrong.
+    void save_screenshot(viewer::Viewer& viewer) const {
+        viewer::ViewModel& model = viewer.get_model();
+        model.get_conversion(viewer::ViewModel::FIRST);
+        if (viewer::shows_both_views(model.get_layout()))
+            model.get_conversion(viewer::ViewModel::SECOND);
+        for (const std::string& fault : model.get_faults())
+            diagnostics::fail(diagnostics::Code::CONVERSION_IMPOSSIBLE, fault);
+        viewer.save_screenshot(screenshot);
+    }
+
+    void show(viewer::Viewer& viewer, const std::vector<viewer::Script>& scripts, Console& console,
+              bool headless) const {
+        if (zoom > 0)
+            viewer.get_camera().set_zoom(zoom);
+        for (const viewer::Script& script : scripts)
+            if (script.run(viewer, [&](const std::string& line) { console.print(line); }))
+                return;
+        if (!screenshot.empty())
+            save_screenshot(viewer);
+        while (!headless && !viewer.is_closed())
+            viewer.run_frame();
+    }
+
+    SessionChoice session_options;
+    std::vector<std::string> paths;
+    std::string space;
+    std::string cdl_library;
+    std::string cdl;
+    float exposure = 0;
+    std::string views[viewer::ViewModel::SIDE_COUNT];
+    std::string layout = "single";
+    double zoom = 0;
+    std::string size = "1280x800";
+    std::string screenshot;
+    std::string script_path;
+    bool no_window = false;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_view_command(Options& program) {
+    return std::make_unique<ViewCommand>(program);
+}
+
+} // namespace tool
