@@ -1,4 +1,4 @@
-# Finds the colour library, and the yaml-cpp beside it: the system's, or those below QB_OCIO_ROOT.
+# Finds OpenColorIO, and the yaml-cpp beside it: the system's, or those below QB_OCIO_ROOT.
 
 include_guard(GLOBAL)
 
@@ -54,7 +54,7 @@ function(qb_find_color_library)
     find_package(PkgConfig REQUIRED)
     pkg_check_modules(OPENCOLORIO IMPORTED_TARGET GLOBAL OpenColorIO)
     if(NOT OPENCOLORIO_FOUND)
-      message(FATAL_ERROR "The door to the colour library needs OpenColorIO; install libopencolorio-dev.")
+      message(FATAL_ERROR "The door to OpenColorIO needs OpenColorIO; install libopencolorio-dev.")
     endif()
     add_library(qb_color_library INTERFACE IMPORTED GLOBAL)
     target_link_libraries(qb_color_library INTERFACE PkgConfig::OPENCOLORIO)
@@ -65,14 +65,14 @@ function(qb_find_color_library)
   elseif(version VERSION_GREATER_EQUAL 1.1 AND version VERSION_LESS 2)
     set(side v1)
   else()
-    message(FATAL_ERROR "The door to the colour library needs OpenColorIO 1.1, or 2.1 or newer; found '${version}'.")
+    message(FATAL_ERROR "The door to OpenColorIO needs OpenColorIO 1.1, or 2.1 or newer; found '${version}'.")
   endif()
   message(STATUS "OpenColorIO ${version}: colorio/ocio/${side}")
-  set(QB_OCIO_VERSION ${version} CACHE INTERNAL "Version of the colour library that was found")
-  set(QB_OCIO_SIDE ${side} CACHE INTERNAL "Folder of the door for the colour library that was found")
+  set(QB_OCIO_VERSION ${version} CACHE INTERNAL "Version of OpenColorIO that was found")
+  set(QB_OCIO_SIDE ${side} CACHE INTERNAL "Folder of the door for OpenColorIO that was found")
 endfunction()
 
-# qb_find_yaml_cpp(purpose): target qb_yaml_cpp. A process can hold one version only, and a colour library that comes
+# qb_find_yaml_cpp(purpose): target qb_yaml_cpp. A process can hold one version only, and OpenColorIO that comes
 # with its own decides which.
 function(qb_find_yaml_cpp purpose)
   if(TARGET qb_yaml_cpp)

@@ -7,7 +7,7 @@
 #include <OpenImageIO/imageio.h>
 
 // Makes the sample pictures: a chart with values that only high dynamic range files hold, as EXR of halfs and
-// of floats in scene-linear colours with associated alpha, and an 8-bit sRGB picture of the same chart.
+// of floats in scene-linear colors with associated alpha, and an 8-bit sRGB picture of the same chart.
 
 namespace {
 
@@ -50,20 +50,20 @@ Pixel make_even_ramp(float t) {
     return {level, level, level, 1.0f};
 }
 
-/// Saturated colours from a half to eight times white, down the band.
+/// Saturated colors from a half to eight times white, down the band.
 Pixel make_bright_hues(float t, float down) {
     const Pixel hue = make_hue(t);
     const float level = std::exp2(mix(-1.0f, 3.0f, down));
     return {hue.red * level, hue.green * level, hue.blue * level, 1.0f};
 }
 
-/// Colours outside the gamut: one component below zero.
+/// Colors outside the gamut: one component below zero.
 Pixel make_wide_hues(float t) {
     const Pixel hue = make_hue(t);
     return {mix(-0.2f, 1.0f, hue.red), mix(-0.2f, 1.0f, hue.green), mix(-0.2f, 1.0f, hue.blue), 1.0f};
 }
 
-/// 24 patches of muted colours on middle grey.
+/// 24 patches of muted colors on middle gray.
 Pixel make_patches(float t, float down) {
     const float place = t * 12.0f;
     const int column = static_cast<int>(place);
@@ -77,7 +77,7 @@ Pixel make_patches(float t, float down) {
             light * mix(0.4f, 1.0f, hue.blue), 1.0f};
 }
 
-/// Alpha from 0 to 1, the colour multiplied by it; the first eighth shines without covering anything.
+/// Alpha from 0 to 1, the color multiplied by it; the first eighth shines without covering anything.
 Pixel make_alpha_ramp(float t) {
     const float alpha = std::max(0.0f, mix(-1.0f / 7.0f, 1.0f, t));
     const float level = alpha == 0.0f ? 0.3f : alpha;

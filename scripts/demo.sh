@@ -9,7 +9,7 @@ if [ $# -ne 2 ]; then
     exit 2
 fi
 tool=$1
-make_samples=$(dirname "$tool")/samples/make_samples
+make_samples=$(dirname "$tool")/../samples/make_samples
 mkdir -p "$2"
 folder=$(cd "$2" && pwd)
 
@@ -23,7 +23,7 @@ say() { printf '\n== %s\n' "$*"; }
 say "What the built-in configuration offers"
 "$tool" list
 
-say "A scene-linear picture through the built-in view (no --from: the extension tells the colour space)"
+say "A scene-linear picture through the built-in view (no --from: the extension tells the color space)"
 "$tool" convert "$folder/chart_half.exr" "$folder/chart_for_display.png" --view Tavelion.sRGB
 
 say "An 8-bit sRGB picture to scene-linear (as --from and --to say)"
@@ -31,7 +31,7 @@ say "An 8-bit sRGB picture to scene-linear (as --from and --to say)"
 
 say "The pictures"
 printf '  %s\n' \
-    "$folder/chart_half.exr         the sample: ramps, negatives, superwhites, saturated colours, alpha" \
+    "$folder/chart_half.exr         the sample: ramps, negatives, superwhites, saturated colors, alpha" \
     "$folder/chart_for_display.png  the same for a display" \
     "$folder/chart_srgb.png         the sample in 8 bits" \
     "$folder/chart_linear.exr       the same in scene-linear halfs"

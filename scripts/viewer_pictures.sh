@@ -9,7 +9,7 @@ if [ $# -ne 1 ]; then
 fi
 tool=$(realpath "$1")
 tests=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../tests")
-pictures=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/pictures
+pictures=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/images
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 unset OCIO
@@ -21,7 +21,7 @@ for show in blue_moon blue_moon_grading harbour harbour_night studio; do
 done
 cp "$tests"/configs/tables/luts/* "$work/shows/luts"
 
-"$(dirname "$tool")/samples/make_samples" "$work"
+"$(dirname "$tool")/../samples/make_samples" "$work"
 cat >"$work/tour.txt" <<TOUR
 panels on
 cursor 760 300

@@ -1,4 +1,4 @@
-// Colour decision lists by the thousand, against the colour library called directly.
+// Color decision lists by the thousand, against OpenColorIO called directly.
 
 #include <string>
 

@@ -1,4 +1,4 @@
-// Converting pixels through the module against the colour library called directly, with the same flags.
+// Converting pixels through the module against OpenColorIO called directly, with the same flags.
 
 #include <random>
 #include <vector>

@@ -56,7 +56,7 @@ OCIO::ColorSpaceRcPtr make_space(const char* name, const char* lut) {
     return space;
 }
 
-/// The calls of the library that the module makes: colour configuration and CDL configuration; `checked`
+/// The calls of the library that the module makes: color configuration and CDL configuration; `checked`
 /// validates them too, as the module does.
 template <bool checked>
 void library_same_config(benchmark::State& state) {

@@ -1,4 +1,4 @@
-// The table of 32 x 32 x 32 colours that goes to the graphics card.
+// The table of 32 x 32 x 32 colors that goes to the graphics card.
 
 #include <string>
 #include <vector>

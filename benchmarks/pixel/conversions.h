@@ -10,7 +10,7 @@ namespace pixel_bench {
 
 namespace library = ocio::library;
 
-/// The two colour spaces of each conversion's configuration.
+/// The two color spaces of each conversion's configuration.
 constexpr char SOURCE[] = "source";
 constexpr char DESTINATION[] = "destination";
 

@@ -1,4 +1,4 @@
-// Pictures of 3840 x 2160 floats through the vector path and through the colour library, on one thread,
+// Pictures of 3840 x 2160 floats through the vector path and through OpenColorIO, on one thread,
 // beside a plain pass that reads and writes every float once, and memcpy.
 
 #include <cstring>

@@ -13,10 +13,10 @@
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
+#include "diagnostics/failure.h"
 #include "gl/gl_error.h"
 #include "image/reader_server.h"
 #include "tool/console.h"
-#include "tool/exit_code.h"
 #include "viewer/viewer.h"
 
 // How long it takes from a saved edit of a LUT to the first frame of a 4K float picture that shows it: in a
@@ -27,7 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// As a program does first of all: no thread runs yet.
-const bool image_readers_are_ready = (tool::start_reader_server(), true);
+const bool image_readers_are_ready = (image::start_reader_server(), true);
 
 constexpr int WIDTH = 3840;
 constexpr int HEIGHT = 2160;
@@ -56,7 +56,7 @@ public:
         const auto output = OIIO::ImageOutput::create(get("picture.tif"));
         if (!output || !output->open(get("picture.tif"), {WIDTH, HEIGHT, 3, OIIO::TypeDesc::FLOAT}) ||
             !output->write_image(OIIO::TypeDesc::FLOAT, pixels.data()) || !output->close())
-            throw tool::CommandError("cannot write the picture: " + OIIO::geterror());
+            throw std::runtime_error("cannot write the image: " + OIIO::geterror());
     }
     ~Folder() {
         std::error_code ignored;
@@ -78,19 +78,18 @@ private:
     int edits = 0;
 };
 
-void show_edits(benchmark::State& state, std::unique_ptr<tool::Screen> screen) {
+void show_edits(benchmark::State& state, std::unique_ptr<viewer::Screen> screen) {
     Folder folder;
-    tool::Console console(std::cout, std::cerr);
-    tool::SessionOptions options;
+    workflow::SessionOptions options;
     options.config_path = folder.get("config.ocio");
     options.no_preferences = true;
-    tool::ColorHost host(options, console);
-    tool::ViewModel model(host);
+    workflow::LiveConfig host(options);
+    viewer::ViewModel model(host);
     model.open(folder.get("picture.tif"));
-    tool::Viewer viewer(model, std::move(screen), true);
+    viewer::Viewer viewer(model, std::move(screen), true);
     for (int frame = 0; frame < 10; ++frame)
         viewer.run_frame();
-    const tool::PicturePainter& painter = viewer.get_renderer().get_painter();
+    const viewer::PicturePainter& painter = viewer.get_renderer().get_painter();
     for (auto _ : state) {
         const unsigned int shaders = painter.count_shaders();
         folder.write_lut();
@@ -109,13 +108,13 @@ void show_edits(benchmark::State& state, std::unique_ptr<tool::Screen> screen) {
 }
 
 void show_edited_lut_in_memory(benchmark::State& state) {
-    show_edits(state, tool::make_offscreen({WIDTH, HEIGHT}));
+    show_edits(state, viewer::make_offscreen({WIDTH, HEIGHT}));
 }
 
 void show_edited_lut_in_window(benchmark::State& state) {
     try {
-        show_edits(state, tool::make_window({WIDTH, HEIGHT}, "benchmark"));
-    } catch (const tool::GlError& error) {
+        show_edits(state, viewer::make_window({WIDTH, HEIGHT}, "benchmark"));
+    } catch (const gl::GlError& error) {
         state.SkipWithError(error.what());
     }
 }

@@ -7,11 +7,12 @@
 #include <epoxy/gl.h>
 
 #include "tool/console.h"
-#include "viewer/chain_shader.h"
-#include "viewer/color_chain.h"
-#include "viewer/color_host.h"
+#include "viewer/conversion_shader.h"
 #include "viewer/picture_painter.h"
 #include "viewer/screen.h"
+#include "workflow/conversion.h"
+#include "workflow/file_space.h"
+#include "workflow/live_config.h"
 
 // How long the viewer's user waits after choosing another view: for the shader with its table, and for the
 // first frame of a 4K float picture. $OCIO names the configuration, the built-in one by default.
@@ -19,7 +20,7 @@
 namespace {
 
 /// As a program does first of all: no thread runs yet.
-const bool image_readers_are_ready = (tool::start_reader_server(), true);
+const bool image_readers_are_ready = (image::start_reader_server(), true);
 
 constexpr int WIDTH = 3840;
 constexpr int HEIGHT = 2160;
@@ -33,15 +34,16 @@ public:
     }
 
     /// Conversions from scene-linear through a view, made anew: through each in turn.
-    std::shared_ptr<const tool::ColorChain> make_chain() {
+    std::shared_ptr<const workflow::Conversion> make_conversion() {
         const std::vector<std::string>& views = host.get_views();
-        const std::string space = host.get_space_of_file("render.exr").label;
-        return std::make_shared<const tool::ColorChain>(
-            host, tool::ColorSettings{space, host.get_default_cdl(), views[turn++ % views.size()], 0});
+        workflow::ConversionRequest request;
+        request.from = workflow::find_file_space("render.exr").color_space;
+        request.view = views[turn++ % views.size()];
+        return std::make_shared<const workflow::Conversion>(host.get_session(), request);
     }
 
-    std::shared_ptr<const tool::Picture> make_picture() const {
-        auto picture = std::make_shared<tool::Picture>();
+    std::shared_ptr<const viewer::Picture> make_picture() const {
+        auto picture = std::make_shared<viewer::Picture>();
         picture->width = WIDTH;
         picture->height = HEIGHT;
         picture->rgba.resize(std::size_t{4} * WIDTH * HEIGHT);
@@ -53,13 +55,12 @@ public:
 private:
     Bench() { setenv("MESA_SHADER_CACHE_DISABLE", "true", 1); }
 
-    tool::Console console{std::cout, std::cerr};
-    tool::ColorHost host{tool::SessionOptions{}, console};
+    workflow::LiveConfig host{workflow::SessionOptions{}};
     std::size_t turn = 0;
 };
 
-void draw(tool::PicturePainter& painter, const tool::PicturePainter::Subject& subject) {
-    const tool::Viewport screen = {0, 0, WIDTH, HEIGHT};
+void draw(viewer::PicturePainter& painter, const viewer::PicturePainter::Subject& subject) {
+    const viewer::Viewport screen = {0, 0, WIDTH, HEIGHT};
     painter.draw(subject, screen, screen, {0, 0, 1}, HEIGHT);
     glFinish();
 }
@@ -67,37 +68,37 @@ void draw(tool::PicturePainter& painter, const tool::PicturePainter::Subject& su
 void configure_view(benchmark::State& state) {
     Bench& bench = Bench::get();
     for (auto _ : state)
-        benchmark::DoNotOptimize(bench.make_chain());
+        benchmark::DoNotOptimize(bench.make_conversion());
 }
 
 void configure_view_and_make_shader(benchmark::State& state) {
     Bench& bench = Bench::get();
-    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
     for (auto _ : state) {
-        const auto chain = bench.make_chain();
-        const tool::ChainShader shader(chain.get());
+        const auto chain = bench.make_conversion();
+        const viewer::ConversionShader shader(chain.get());
         glFinish();
     }
 }
 
 void switch_view_and_draw_4k(benchmark::State& state) {
     Bench& bench = Bench::get();
-    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
-    tool::PicturePainter painter;
+    const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
+    viewer::PicturePainter painter;
     const auto picture = bench.make_picture();
     screen->begin_frame();
-    draw(painter, {picture, bench.make_chain(), 0});
+    draw(painter, {picture, bench.make_conversion(), 0});
     for (auto _ : state)
-        draw(painter, {picture, bench.make_chain(), 0});
+        draw(painter, {picture, bench.make_conversion(), 0});
     state.counters["shaders"] = painter.count_shaders();
 }
 
 void change_exposure_and_draw_4k(benchmark::State& state) {
     Bench& bench = Bench::get();
-    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
-    tool::PicturePainter painter;
+    const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
+    viewer::PicturePainter painter;
     const auto picture = bench.make_picture();
-    const auto chain = bench.make_chain();
+    const auto chain = bench.make_conversion();
     screen->begin_frame();
     draw(painter, {picture, chain, 0});
     float exposure = 0;
@@ -107,14 +108,14 @@ void change_exposure_and_draw_4k(benchmark::State& state) {
 }
 
 void upload_4k_picture(benchmark::State& state) {
-    const std::unique_ptr<tool::Screen> screen = tool::make_offscreen({WIDTH, HEIGHT});
+    const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
     screen->begin_frame();
     for (auto _ : state) {
-        tool::PicturePainter painter;
+        viewer::PicturePainter painter;
         state.PauseTiming();
         const auto picture = Bench::get().make_picture();
         state.ResumeTiming();
-        const tool::Viewport pixel = {0, 0, 1, 1};
+        const viewer::Viewport pixel = {0, 0, 1, 1};
         painter.draw({picture, nullptr, 0}, pixel, pixel, {0, 0, 1}, HEIGHT);
         glFinish();
     }

@@ -97,34 +97,34 @@ ImageSpec make_spec(FuzzedDataProvider& input) {
     return spec;
 }
 
-tool::OutputWishes make_wishes(FuzzedDataProvider& input) {
-    tool::OutputWishes wishes;
+image::OutputWishes make_wishes(FuzzedDataProvider& input) {
+    image::OutputWishes wishes;
     if (input.ConsumeBool())
         wishes.depth = pick(input, TYPES);
-    wishes.alpha_rule = static_cast<tool::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
+    wishes.alpha_rule = static_cast<image::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
     wishes.color_space_tag = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
     wishes.keeps_space = input.ConsumeBool();
     wishes.neutrals_stay_neutral = input.ConsumeBool();
     return wishes;
 }
 
-void check_channels(const ImageSpec& input, const tool::PartPlan& plan) {
+void check_channels(const ImageSpec& input, const image::PartPlan& plan) {
     const auto count = static_cast<std::size_t>(plan.spec.nchannels);
     require(count >= 1 && plan.channels.size() == count && plan.spec.channelnames.size() == count);
     require(plan.spec.channelformats.empty() || plan.spec.channelformats.size() == count);
     require(plan.spec.alpha_channel >= -1 && plan.spec.alpha_channel < plan.spec.nchannels);
     require(plan.spec.z_channel >= -1 && plan.spec.z_channel < plan.spec.nchannels);
-    for (const tool::PlannedChannel& channel : plan.channels) {
+    for (const image::PlannedChannel& channel : plan.channels) {
         require(channel.source >= 0 && channel.source < input.nchannels);
         require(channel.component >= 0 && channel.component < 4);
-        require(channel.group == tool::ColorGroup::NONE ||
+        require(channel.group == image::ColorGroup::NONE ||
                 plan.groups.at(static_cast<std::size_t>(channel.group)).contains(channel.source));
     }
     require(!(plan.multiplies_by_alpha && plan.associates_alpha));
     require(!(plan.associates_alpha && plan.straightens_alpha));
 }
 
-void check_tags(const tool::PartPlan& plan, const tool::OutputWishes& wishes) {
+void check_tags(const image::PartPlan& plan, const image::OutputWishes& wishes) {
     if (plan.groups.empty() || wishes.color_space_tag.empty())
         return;
     require(plan.spec.get_string_attribute("oiio:ColorSpace") == wishes.color_space_tag);
@@ -133,7 +133,7 @@ void check_tags(const tool::PartPlan& plan, const tool::OutputWishes& wishes) {
 }
 
 /// What a format may make of the types that it is asked for.
-ImageSpec make_taken_spec(FuzzedDataProvider& input, const tool::PartPlan& plan) {
+ImageSpec make_taken_spec(FuzzedDataProvider& input, const image::PartPlan& plan) {
     ImageSpec taken = plan.spec;
     if (input.ConsumeBool()) {
         taken.format = pick(input, TYPES);
@@ -142,9 +142,9 @@ ImageSpec make_taken_spec(FuzzedDataProvider& input, const tool::PartPlan& plan)
     return taken;
 }
 
-void convert(FuzzedDataProvider& input, const ImageSpec& spec, const tool::PartPlan& plan) {
+void convert(FuzzedDataProvider& input, const ImageSpec& spec, const image::PartPlan& plan) {
     const ImageSpec taken = make_taken_spec(input, plan);
-    tool::PixelBuffer source, target;
+    image::PixelBuffer source, target;
     source.resize(spec.image_bytes(true));
     for (std::size_t i = 0; i < source.size(); ++i)
         source.data()[i] = static_cast<std::byte>(i * 37);
@@ -152,28 +152,28 @@ void convert(FuzzedDataProvider& input, const ImageSpec& spec, const tool::PartP
         for (std::size_t i = 0; i < std::size_t(width) * height * 4; ++i)
             rgba[i] *= 0.5f;
     };
-    const bool in_place = tool::can_convert_in_place(spec, plan, taken);
+    const bool in_place = image::can_convert_in_place(spec, plan, taken);
     if (!in_place)
         target.resize(taken.image_bytes(true));
-    tool::convert_part(spec, source, plan, taken, halve, 1, in_place ? source : target);
+    image::convert_part(spec, source, plan, taken, halve, 1, in_place ? source : target);
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    static const std::vector<tool::FormatAbilities> formats = [] {
-        std::vector<tool::FormatAbilities> all;
+    static const std::vector<image::FormatAbilities> formats = [] {
+        std::vector<image::FormatAbilities> all;
         for (const char* file : FILES)
-            all.push_back(tool::get_format_abilities(file));
+            all.push_back(image::get_format_abilities(file));
         return all;
     }();
     const auto& abilities = formats[input.ConsumeIntegralInRange<std::size_t>(0, formats.size() - 1)];
     const std::string input_format = input.ConsumeBool() ? abilities.name : "openexr";
-    const tool::OutputWishes wishes = make_wishes(input);
+    const image::OutputWishes wishes = make_wishes(input);
     const ImageSpec spec = make_spec(input);
 
-    const tool::PartPlan plan = tool::plan_part(spec, input_format, abilities, wishes);
+    const image::PartPlan plan = image::plan_part(spec, input_format, abilities, wishes);
     check_channels(spec, plan);
     check_tags(plan, wishes);
     if (plan.spec.image_bytes(true) < 1 << 20)

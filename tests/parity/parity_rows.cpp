@@ -11,7 +11,7 @@
 
 namespace {
 
-using Colour = std::array<float, 4>;
+using Color = std::array<float, 4>;
 
 constexpr float ALPHA = 0.5f;
 
@@ -42,10 +42,10 @@ constexpr std::array<float, 3> SATURATED[] = {{1, 0, 0},
 /// From this size on, the module may convert pictures in another way than small ones.
 constexpr std::size_t PICTURE_PIXELS = 8192;
 
-std::vector<Colour> make_grid() {
-    std::vector<Colour> grid;
-    for (const float grey : GREYS)
-        grid.push_back({grey, grey, grey, ALPHA});
+std::vector<Color> make_grid() {
+    std::vector<Color> grid;
+    for (const float gray : GREYS)
+        grid.push_back({gray, gray, gray, ALPHA});
     for (const auto& [red, green, blue] : SATURATED)
         grid.push_back({red, green, blue, ALPHA});
     return grid;
@@ -58,9 +58,9 @@ std::string to_field(std::string text) {
     return text;
 }
 
-void write_colours(std::ostream& out, const std::vector<Colour>& colours) {
-    for (const Colour& colour : colours)
-        for (const float value : colour) {
+void write_colors(std::ostream& out, const std::vector<Color>& colors) {
+    for (const Color& color : colors)
+        for (const float value : color) {
             char text[32];
             std::snprintf(text, sizeof text, "\t%.9g", static_cast<double>(value));
             out << text;
@@ -68,25 +68,24 @@ void write_colours(std::ostream& out, const std::vector<Colour>& colours) {
     out << "\n";
 }
 
-std::vector<Colour> convert_singly(const ColorIOConverter& converter, std::vector<Colour> colours) {
-    for (Colour& colour : colours) {
-        GMathVec4<float> pixel(colour[0], colour[1], colour[2], colour[3]);
+std::vector<Color> convert_singly(const ColorIOConverter& converter, std::vector<Color> colors) {
+    for (Color& color : colors) {
+        GMathVec4<float> pixel(color[0], color[1], color[2], color[3]);
         converter.convert_pixel(pixel);
-        colour = {pixel[0], pixel[1], pixel[2], pixel[3]};
+        color = {pixel[0], pixel[1], pixel[2], pixel[3]};
     }
-    return colours;
+    return colors;
 }
 
 /// The last of as many copies as make a large picture of one row each.
-std::vector<Colour> convert_as_picture(const ColorIOConverter& converter,
-                                       const std::vector<Colour>& colours) {
-    const std::size_t height = PICTURE_PIXELS / colours.size() + 1;
-    std::vector<Colour> picture;
+std::vector<Color> convert_as_picture(const ColorIOConverter& converter, const std::vector<Color>& colors) {
+    const std::size_t height = PICTURE_PIXELS / colors.size() + 1;
+    std::vector<Color> picture;
     for (std::size_t y = 0; y < height; ++y)
-        picture.insert(picture.end(), colours.begin(), colours.end());
-    converter.convert_buffer(picture.front().data(), static_cast<unsigned>(colours.size()),
+        picture.insert(picture.end(), colors.begin(), colors.end());
+    converter.convert_buffer(picture.front().data(), static_cast<unsigned>(colors.size()),
                              static_cast<unsigned>(height), 4);
-    return {picture.end() - static_cast<std::ptrdiff_t>(colours.size()), picture.end()};
+    return {picture.end() - static_cast<std::ptrdiff_t>(colors.size()), picture.end()};
 }
 
 class RowWriter {
@@ -95,7 +94,7 @@ public:
 
     void write_all() {
         out_ << "grid";
-        write_colours(out_, grid_);
+        write_colors(out_, grid_);
         const CoreString linear = ColorIO::get_full_color_space_name(ColorIO::get_ROLE_SCENE_LINEAR());
         const unsigned int count = ColorIO::get_color_space_names().get_count();
         for (unsigned int i = 0; i < count; ++i) {
@@ -131,14 +130,14 @@ private:
         write_values(head + "picture", converts ? convert_as_picture(converter_, grid_) : grid_);
     }
 
-    void write_values(const std::string& head, const std::vector<Colour>& colours) {
+    void write_values(const std::string& head, const std::vector<Color>& colors) {
         out_ << head;
-        write_colours(out_, colours);
+        write_colors(out_, colors);
     }
 
     std::ostream& out_;
     RecordingLog& log_;
-    const std::vector<Colour> grid_ = make_grid();
+    const std::vector<Color> grid_ = make_grid();
     ColorIOConverter converter_;
 };
 

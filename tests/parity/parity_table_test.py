@@ -61,7 +61,7 @@ class TableTest(unittest.TestCase):
                 self.expect(old, values("2.1.2", f"{ROW}\t{numbers}"), 1, "UNEXPLAINED; channel ",
                             "1 beyond", "1 unexplained")
 
-    def test_the_worst_colour_is_told(self):
+    def test_the_worst_color_is_told(self):
         self.expect(values("1.1.1", f"{ROW}\t0\t1\t100\t1"), values("2.1.2", f"{ROW}\t1e-5\t3\t100.1\t1"), 1,
                     "channel 1 of 0.5 0.25 2: 1 and 3")
 
@@ -139,7 +139,7 @@ class TableTest(unittest.TestCase):
 
     def test_a_refused_configuration_is_a_row_of_its_own(self):
         converts = values("2.1.2", f"{ROW}\t0\t1\t2\t1")
-        newer = "library\t1.1.1\nrefused\tOCIO exception: it needs a newer colour library than 1.1.1\n"
+        newer = "library\t1.1.1\nrefused\tOCIO exception: it needs a newer OpenColorIO than 1.1.1\n"
         self.expect(newer, converts, 0, "(configuration)", "refused by 1.1.1: it needs a newer", "1 rows, 0 beyond")
         self.expect(newer.replace("newer", "better"), converts, 1, "UNEXPLAINED")
         self.expect(newer.replace("newer", "better"), newer.replace("1.1.1", "2.1.2"), 0, "refused by 2.1.2")
@@ -232,7 +232,7 @@ class ProgramTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             config = pathlib.Path(folder) / "config.ocio"
             config.write_text("ocio_profile_version: 99\n", encoding="utf-8")
-            self.assertIn("needs a newer colour library", self.rows_of(config)[1][1])
+            self.assertIn("needs a newer OpenColorIO", self.rows_of(config)[1][1])
             config.write_text("ocio_profile_version: 1\nroles: {scene_linear: lin}\n"
                               "displays:\n  d:\n    - !<View> {name: v, colorspace: lin}\n"
                               "colorspaces:\n  - !<ColorSpace>\n    name: lin\n  - !<ColorSpace>\n    name: lost\n"

@@ -49,7 +49,7 @@ int write_values(const std::string& path) {
 } // namespace
 
 /// usage: parity_values [CONFIGURATION]
-/// Writes the version of the colour library ("library", then the number) and the rows of the configuration,
+/// Writes the version of OpenColorIO ("library", then the number) and the rows of the configuration,
 /// or of the built-in one; of a configuration that is refused "refused", then the reason.
 int main(int argc, char** argv) {
     if (argc > 2) {

@@ -11,11 +11,11 @@ namespace {
 
 constexpr std::size_t MIXED = 600, USUAL = 900;
 
-Pixel grey(float v) {
+Pixel gray(float v) {
     return {v, v, v, 1.0f};
 }
 
-/// Numbers the floats in their order: neighbours have neighbouring numbers.
+/// Numbers the floats in their order: neighbors have neighboring numbers.
 std::int32_t to_order(float v) {
     std::int32_t bits = 0;
     std::memcpy(&bits, &v, sizeof bits);
@@ -64,11 +64,11 @@ std::vector<float> ends_of(const pixel::Op& op, std::size_t channel) {
     return std::holds_alternative<pixel::Lut3D>(op) ? std::vector<float>{0.0f, 1.0f} : std::vector<float>{};
 }
 
-/// Adds the neighbouring greys between which a channel of the program's result passes `end`.
+/// Adds the neighboring grays between which a channel of the program's result passes `end`.
 void add_crossings(const pixel::Program& program, std::size_t channel, float end, std::vector<Pixel>& out) {
     constexpr std::int64_t GRID = 400;
     const auto above = [&](std::int32_t order) {
-        Pixel pixel = grey(from_order(order));
+        Pixel pixel = gray(from_order(order));
         program.apply_pixel(pixel.data());
         return pixel[channel] > end;
     };
@@ -84,7 +84,7 @@ void add_crossings(const pixel::Program& program, std::size_t channel, float end
                 (above(middle) == above(low) ? below : beyond) = middle;
             }
             for (const std::int32_t order : {below - 1, below, beyond, beyond + 1}) {
-                out.push_back(grey(from_order(order)));
+                out.push_back(gray(from_order(order)));
             }
         }
         low = high;
@@ -93,7 +93,7 @@ void add_crossings(const pixel::Program& program, std::size_t channel, float end
 
 } // namespace
 
-std::vector<Pixel> greys_at_table_ends(const pixel::OpChain& chain) {
+std::vector<Pixel> grays_at_table_ends(const pixel::OpChain& chain) {
     std::vector<Pixel> out;
     for (std::size_t i = 0; i < chain.size(); ++i) {
         if (ends_of(chain[i], 0).empty()) {
@@ -102,7 +102,7 @@ std::vector<Pixel> greys_at_table_ends(const pixel::OpChain& chain) {
         const pixel::Program before({chain.begin(), chain.begin() + static_cast<std::ptrdiff_t>(i)});
         for (std::size_t channel = 0; channel < 3; ++channel) {
             for (const float end : ends_of(chain[i], channel)) {
-                out.push_back(grey(end));
+                out.push_back(gray(end));
                 add_crossings(before, channel, end, out);
             }
         }
@@ -112,14 +112,14 @@ std::vector<Pixel> greys_at_table_ends(const pixel::OpChain& chain) {
 
 std::vector<Pixel> adversarial_pixels(const pixel::OpChain& chain) {
     std::vector<Pixel> pixels = mixed_pixels(MIXED, 97);
-    for (const auto& more : {usual_pixels(11), greys_at_table_ends(chain)}) {
+    for (const auto& more : {usual_pixels(11), grays_at_table_ends(chain)}) {
         pixels.insert(pixels.end(), more.begin(), more.end());
     }
     for (const float v : awkward_values()) {
-        pixels.push_back(grey(v));
+        pixels.push_back(gray(v));
     }
     for (const float v : ramp(201, -0.25f, 1.25f)) {
-        pixels.push_back(grey(v));
+        pixels.push_back(gray(v));
     }
     return pixels;
 }

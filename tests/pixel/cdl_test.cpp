@@ -82,8 +82,8 @@ TEST_P(CdlOperation, NanCountsAsZero) {
 }
 
 TEST_P(CdlOperation, SaturationZeroGivesGrey) {
-    const Cdl grey{{1, 1, 1}, {0, 0, 0}, {1, 1, 1}, 0, CdlStyle::Unclamped, Direction::Forward};
-    const Pixel out = apply_one(grey, {1.0f, 0.5f, 0.25f, 1.0f});
+    const Cdl gray{{1, 1, 1}, {0, 0, 0}, {1, 1, 1}, 0, CdlStyle::Unclamped, Direction::Forward};
+    const Pixel out = apply_one(gray, {1.0f, 0.5f, 0.25f, 1.0f});
     EXPECT_FLOAT_EQ(out[0], 0.2126f + 0.5f * 0.7152f + 0.25f * 0.0722f);
     EXPECT_EQ(out[0], out[1]);
     EXPECT_EQ(out[0], out[2]);

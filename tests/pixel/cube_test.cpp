@@ -66,7 +66,7 @@ Lut3D identity(std::size_t edge, CubeInterpolation interpolation) {
     return {edge, CubeOrder::RedFastest, interpolation, std::make_shared<const std::vector<float>>(rgb)};
 }
 
-TEST_P(Cubes, IdentityOfAnyEdgeKeepsColoursOfTheUnitCube) {
+TEST_P(Cubes, IdentityOfAnyEdgeKeepsColorsOfTheUnitCube) {
     for (const std::size_t edge : {2, 3, 17, 33}) {
         for (const auto interpolation : {CubeInterpolation::Trilinear, CubeInterpolation::Tetrahedral}) {
             const Single cube(identity(edge, interpolation));

@@ -71,7 +71,7 @@ void saturate(ExactPixel& v, double saturation) {
     }
 }
 
-void clamp_colour(ExactPixel& v, CdlStyle style) {
+void clamp_color(ExactPixel& v, CdlStyle style) {
     for (std::size_t c = 0; c < 3 && style == CdlStyle::Clamped; ++c) {
         v[c] = clamp_unit(v[c]);
     }
@@ -83,17 +83,17 @@ ExactPixel evaluate(const Cdl& op, ExactPixel v) {
             v[c] = raise_graded(v[c] * op.slope[c] + op.offset[c], op.power[c], op.style);
         }
         saturate(v, op.saturation);
-        clamp_colour(v, op.style);
+        clamp_color(v, op.style);
         return v;
     }
     const auto reciprocal = [](double parameter) { return 1 / std::max(0.01, parameter); };
-    clamp_colour(v, op.style);
+    clamp_color(v, op.style);
     saturate(v, reciprocal(op.saturation));
     for (std::size_t c = 0; c < 3; ++c) {
         v[c] =
             (raise_graded(v[c], reciprocal(op.power[c]), op.style) - op.offset[c]) * reciprocal(op.slope[c]);
     }
-    clamp_colour(v, op.style);
+    clamp_color(v, op.style);
     return v;
 }
 

@@ -26,7 +26,7 @@ Lut1D table(Direction direction) {
     return {InputDomain::Unit, 300, 1, square_entries(300), direction};
 }
 
-/// A stage that takes in a neighbour must give, bit for bit, what the two give one after the other.
+/// A stage that takes in a neighbor must give, bit for bit, what the two give one after the other.
 class Fusion : public EveryTarget {
 protected:
     static void expect_the_same_as_one_by_one(const OpChain& chain) {

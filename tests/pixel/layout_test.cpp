@@ -172,14 +172,14 @@ TEST_P(Layouts, PlanarPicturesWhosePlanesReachCacheLinesTogether) {
     }
 }
 
-/// As grey pictures have them: the last channel's result stays, at every width.
+/// As gray pictures have them: the last channel's result stays, at every width.
 TEST_P(Layouts, PlanesThatShareMemoryAreConvertedOnce) {
     for (const std::size_t width : {200, 256, 1024, 1030}) {
         const std::vector<float> before = numbered(width);
-        std::vector<float> grey = before;
-        program.apply_planar(grey.data(), grey.data(), grey.data(), nullptr, width, 1);
+        std::vector<float> gray = before;
+        program.apply_planar(gray.data(), gray.data(), gray.data(), nullptr, width, 1);
         for (std::size_t i = 0; i < width; ++i) {
-            ASSERT_EQ(grey[i], expected({before[i], before[i], before[i], 0.0f})[2]) << width << ", " << i;
+            ASSERT_EQ(gray[i], expected({before[i], before[i], before[i], 0.0f})[2]) << width << ", " << i;
         }
     }
 }

@@ -71,7 +71,7 @@ library::CDLTransformRcPtr random_grade(std::mt19937& generator) {
 }
 
 /// One CDL applied and another undone, as the module's CDL conversions do.
-/// Colours of 1e25 that an undone saturation makes of nothing but rounding, and a power magnifies: the
+/// Colors of 1e25 that an undone saturation makes of nothing but rounding, and a power magnifies: the
 /// library is off by up to six tolerances there.
 constexpr double MAGNIFIED_ROUNDING = 4;
 

@@ -21,9 +21,9 @@ library::MatrixTransformRcPtr matrix(const double (&m)[16], const double (&offse
 TEST(LibraryAgreement, Matrices) {
     const double full[16] = {1.2,  -0.3, 0.17, 0.21, 0.01, 0.9, 0.12, -0.3,
                              -0.5, 0.33, 1.1,  0.77, 0.1,  0.2, -0.3, 0.9};
-    const double colour[16] = {1.2, -0.3, 0.17, 0, 0.01, 0.9, 0.12, 0, -0.5, 0.33, 1.1, 0, 0, 0, 0, 1};
+    const double color[16] = {1.2, -0.3, 0.17, 0, 0.01, 0.9, 0.12, 0, -0.5, 0.33, 1.1, 0, 0, 0, 0, 1};
     const double diagonal[16] = {2, 0, 0, 0, 0, 0.7, 0, 0, 0, 0, 1.3, 0, 0, 0, 0, 1};
-    for (const auto& m : {full, colour, diagonal}) {
+    for (const auto& m : {full, color, diagonal}) {
         for (const auto direction : DIRECTIONS) {
             double copy[16];
             std::copy(m, m + 16, copy);

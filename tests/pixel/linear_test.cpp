@@ -49,7 +49,7 @@ TEST_P(LinearOperations, InfinityInOneChannelSpoilsAllOfAMatrixAndNoneOfADiagona
     EXPECT_EQ(apply_one(scale, {INF, 0.5f, -INF, 1.0f}), (Pixel{INF, 1.0f, -INF, 1.0f}));
 }
 
-TEST_P(LinearOperations, RangeScalesAndClampsColourOnly) {
+TEST_P(LinearOperations, RangeScalesAndClampsColorOnly) {
     const Range range{0.25, 0.75, -1.0, 3.0};
     EXPECT_EQ(apply_one(range, {0.25f, 0.5f, 0.75f, 9.0f}), (Pixel{-1.0f, 1.0f, 3.0f, 9.0f}));
     EXPECT_EQ(apply_one(range, {-5.0f, 5.0f, INF, -9.0f}), (Pixel{-1.0f, 3.0f, 3.0f, -9.0f}));

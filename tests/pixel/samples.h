@@ -10,7 +10,7 @@ namespace pixel_test {
 
 using Pixel = std::array<float, 4>;
 
-/// Values that break careless code: zeros of both signs, denormals, the ends of [0, 1] and their neighbours,
+/// Values that break careless code: zeros of both signs, denormals, the ends of [0, 1] and their neighbors,
 /// the limits of 16-bit floats, 1e30, the largest float, infinities, NaN of both signs.
 const std::vector<float>& awkward_values();
 
@@ -32,8 +32,8 @@ public:
         program_.apply_pixel(in.data());
         return in;
     }
-    /// The red channel of an opaque grey pixel.
-    float operator()(float grey) const { return (*this)(Pixel{grey, grey, grey, 1.0f})[0]; }
+    /// The red channel of an opaque gray pixel.
+    float operator()(float gray) const { return (*this)(Pixel{gray, gray, gray, 1.0f})[0]; }
 
 private:
     pixel::Program program_;
@@ -42,8 +42,8 @@ private:
 inline Pixel apply_one(const pixel::Op& op, const Pixel& in) {
     return Single(op)(in);
 }
-inline float apply_grey(const pixel::Op& op, float grey) {
-    return Single(op)(grey);
+inline float apply_grey(const pixel::Op& op, float gray) {
+    return Single(op)(gray);
 }
 
 /// True when the values differ by no more than `units` in the last place, or are both NaN.

@@ -1,0 +1,138 @@
+"""Checks what no compiler checks: which folder may use which, and a few habits of the code.
+
+The arrows are those of docs/architecture.md. A folder stands for its subfolders too, unless they have a row of their
+own. Run by ctest, or by hand: python3 tests/conventions_test.py [REPOSITORY]
+"""
+
+import collections
+import pathlib
+import re
+import sys
+import unittest
+
+ROOT = pathlib.Path(sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-")
+                    else pathlib.Path(__file__).parent.parent).resolve()
+
+# Folder: the folders that its files may include.
+ARROWS = {
+    "diagnostics": [],
+    "host": [],
+    "files": ["diagnostics"],
+    "xml": ["files", "diagnostics"],
+    "pixel": [],
+    "standalone": ["host", "files", "diagnostics"],
+    "colorio/ocio": ["pixel", "diagnostics"],
+    "colorio": ["colorio/ocio", "host", "xml", "files", "diagnostics"],
+    "gl": ["diagnostics"],
+    "image": ["files", "diagnostics"],
+    "workflow": ["colorio", "standalone", "host", "xml", "image", "gl", "files", "diagnostics"],
+    "viewer": ["workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
+    "tool": ["viewer", "workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
+}
+
+
+
+# What stands for a habit, where it is forbidden, and why.
+FORBIDDEN = [
+    (r"\bOCIO_VERSION", "everywhere but colorio/ocio", "library versions are told apart in one folder"),
+    (r"#include [<\"]OpenColorIO/", "gl image workflow viewer tool files xml pixel standalone host diagnostics",
+     "OpenColorIO is seen only as the module's public headers show it"),
+    (r"\b(OCIO|OCIO_NAMESPACE|library)::(Config|ColorSpace|CDLTransform|FileTransform|GroupTransform|Processor|"
+     r"CPUProcessor)::", "everywhere but colorio/ocio tests benchmarks fuzz", "OpenColorIO is called in one folder"),
+    (r"\b(std::)?(exit|abort|_exit|quick_exit)\(",
+     "diagnostics files host xml pixel colorio standalone gl workflow viewer", "a library does not end the process"),
+    (r"\bstd::c(out|err)\b|\bf?printf\(", "diagnostics files pixel colorio image gl workflow",
+     "a library does not print"),
+    (r"#include \"[^\"]*\.cpp\"", "tests", "no test includes a source file"),
+    (r"#include [<\"]CLI/", "everywhere but tool/options.cpp", "the argument parser is slow to compile"),
+    (r"#include [<\"]nlohmann/json.hpp", "everywhere but tool/json.cpp tests", "the JSON library is slow to compile"),
+]
+
+INCLUDE = re.compile(r'^\s*#include "([^"]+)"', re.MULTILINE)
+
+
+def list_sources(folders):
+    for folder in folders:
+        for path in sorted((ROOT / folder).rglob("*")):
+            if path.suffix in (".h", ".cpp"):
+                yield path.relative_to(ROOT).as_posix()
+
+
+def read(path):
+    return (ROOT / path).read_text(encoding="utf-8")
+
+
+def get_layer(path):
+    """The row of ARROWS that a path belongs to, the longest that fits; None for other folders."""
+    fitting = [layer for layer in ARROWS if path.startswith(layer + "/")]
+    return max(fitting, key=len, default=None)
+
+
+def find_cycles(edges):
+    """Groups of nodes that reach each other (Tarjan, 1972)."""
+    order, low, stack, groups = {}, {}, [], []
+
+    def visit(node):
+        order[node] = low[node] = len(order)
+        stack.append(node)
+        for target in sorted(edges.get(node, ())):
+            if target not in order:
+                visit(target)
+                low[node] = min(low[node], low[target])
+            elif target in stack:
+                low[node] = min(low[node], order[target])
+        if low[node] == order[node]:
+            group = []
+            while not group or group[-1] != node:
+                group.append(stack.pop())
+            if len(group) > 1:
+                groups.append(sorted(group))
+
+    for node in sorted(edges):
+        if node not in order:
+            visit(node)
+    return groups
+
+
+class Conventions(unittest.TestCase):
+    def test_includes_follow_the_arrows(self):
+        broken = []
+        for path in list_sources(layer for layer in ARROWS if "/" not in layer):
+            layer = get_layer(path)
+            for include in INCLUDE.findall(read(path)):
+                target = get_layer(include)
+                if target is None or target == layer or target in ARROWS[layer]:
+                    continue
+                broken.append(f"{path} includes {include}")
+        self.assertEqual(broken, [])
+
+    def test_folders_form_no_cycle(self):
+        edges = collections.defaultdict(set)
+        for path in list_sources(layer for layer in ARROWS if "/" not in layer):
+            folder = path.rsplit("/", 1)[0]
+            for include in INCLUDE.findall(read(path)):
+                target = include.rsplit("/", 1)[0]
+                if target != folder and (ROOT / include).exists():
+                    edges[folder].add(target)
+        self.assertEqual(find_cycles(edges), [])
+
+    def test_a_cycle_would_be_found(self):
+        self.assertEqual(find_cycles({"a": {"b"}, "b": {"c"}, "c": {"a"}, "d": {"a"}}), [["a", "b", "c"]])
+
+    def test_habits(self):
+        everything = [folder for folder in ARROWS if "/" not in folder] + ["tests", "benchmarks", "fuzz", "samples"]
+        broken = []
+        for pattern, where, why in FORBIDDEN:
+            spared = where.split()[2:] if where.startswith("everywhere but ") else []
+            folders = everything if spared else where.split()
+            for path in list_sources(folders):
+                if any(path == place or path.startswith(place + "/") for place in spared):
+                    continue
+                for number, line in enumerate(read(path).splitlines(), 1):
+                    if re.search(pattern, line):
+                        broken.append(f"{path}:{number}: {why}: {line.strip()}")
+        self.assertEqual(broken, [])
+
+
+if __name__ == "__main__":
+    unittest.main()
