@@ -4,6 +4,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "pixel/fixed_function.h"
+
 namespace pixel {
 
 namespace {
@@ -148,6 +150,11 @@ struct Compiler {
     Stage operator()(const LogAffine& op) { return compile_log_affine(op); }
     Stage operator()(const Lut1D& op) { return compile_table(op); }
     Stage operator()(const Lut3D& op) { return compile_cube(op); }
+    Stage operator()(const FixedFunction& op) { return compile_fixed_function(op); }
+    Stage operator()(const RgbCurve& op) { return compile_curve(op); }
+    Stage operator()(const ExposureContrast& op) { return compile_exposure(op); }
+    Stage operator()(const GradingPrimary& op) { return compile_primary(op); }
+    Stage operator()(const GradingTone& op) { return compile_tone(op); }
 };
 
 } // namespace

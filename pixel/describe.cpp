@@ -1,7 +1,10 @@
 #include "pixel/describe.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+
+#include "pixel/fixed_function.h"
 
 namespace pixel {
 
@@ -43,6 +46,23 @@ const char* words(Negatives style) {
         return "negatives linear";
     }
     return "";
+}
+
+const char* words(GradingStyle style) {
+    switch (style) {
+    case GradingStyle::Log:
+        return "log style";
+    case GradingStyle::Linear:
+        return "linear style";
+    case GradingStyle::Video:
+        return "video style";
+    }
+    return "";
+}
+
+bool is_diagonal(const std::vector<ControlPoint>& curve) {
+    return std::all_of(curve.begin(), curve.end(),
+                       [](const ControlPoint& p) { return p.x == p.y && p.slope == 0; });
 }
 
 std::string bounds(const std::optional<double>& low, const std::optional<double>& high) {
@@ -98,6 +118,64 @@ struct Describer {
     std::string operator()(const Lut3D& op) const {
         return "3D table of edge " + std::to_string(op.edge) +
                (op.interpolation == CubeInterpolation::Tetrahedral ? ", tetrahedral" : ", trilinear");
+    }
+    std::string operator()(const FixedFunction& op) const {
+        const std::string parameters = numbers(op.parameters.data(), op.parameters.size());
+        return kind_of(op.style).words + (parameters.empty() ? "" : ", parameters " + parameters) +
+               suffix(op.direction);
+    }
+    std::string operator()(const RgbCurve& op) const {
+        constexpr const char* CHANNELS[] = {"red", "green", "blue", "master"};
+        std::string out = std::string("RGB curves, ") + words(op.style) +
+                          (op.bypass_lin_to_log ? ", without the step to a logarithm" : "");
+        for (std::size_t c = 0; c < 4; ++c) {
+            if (!is_diagonal(op.curve[c])) {
+                out += std::string(", ") + CHANNELS[c] + " of " + std::to_string(op.curve[c].size()) +
+                       " control points";
+            }
+        }
+        return out + suffix(op.direction);
+    }
+    std::string operator()(const ExposureContrast& op) const {
+        constexpr const char* STYLES[] = {"linear", "video", "logarithmic"};
+        std::string out = std::string("exposure and contrast, ") + STYLES[static_cast<int>(op.style)] +
+                          " style, exposure " + number(op.exposure) + ", contrast " + number(op.contrast) +
+                          ", gamma " + number(op.gamma) + ", pivot " + number(op.pivot);
+        if (op.style == ExposureStyle::Logarithmic) {
+            out += ", step " + number(op.log_exposure_step) + ", mid gray " + number(op.log_mid_gray);
+        }
+        return out + suffix(op.direction);
+    }
+    std::string operator()(const GradingPrimary& op) const {
+        std::string out = std::string("primary grading, ") + words(op.style);
+        const auto add = [&](const char* name, const Rgbm& value, double neutral) {
+            if (value != Rgbm{neutral, neutral, neutral, neutral}) {
+                out += std::string(", ") + name + " " + numbers(value);
+            }
+        };
+        add("brightness", op.brightness, 0);
+        add("contrast", op.contrast, 1);
+        add("gamma", op.gamma, 1);
+        add("offset", op.offset, 0);
+        add("exposure", op.exposure, 0);
+        add("lift", op.lift, 0);
+        add("gain", op.gain, 1);
+        return out + ", saturation " + number(op.saturation) + suffix(op.direction);
+    }
+    std::string operator()(const GradingTone& op) const {
+        std::string out = std::string("tone grading, ") + words(op.style);
+        const auto add = [&](const char* name, const ToneZone& zone) {
+            if (zone.value != Rgbm{1, 1, 1, 1}) {
+                out += std::string(", ") + name + " " + numbers(zone.value);
+            }
+        };
+        add("blacks", op.blacks);
+        add("shadows", op.shadows);
+        add("midtones", op.midtones);
+        add("highlights", op.highlights);
+        add("whites", op.whites);
+        return out + (op.s_contrast == 1 ? "" : ", s-contrast " + number(op.s_contrast)) +
+               suffix(op.direction);
     }
 };
 

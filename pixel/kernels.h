@@ -22,6 +22,10 @@ void run_half_table(const HalfTableStage& stage, Block& block);
 void run_inverse_table(const InverseTableStage& stage, Block& block);
 void run_inverse_half(const InverseHalfStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
+void run_curve(const CurveStage& stage, Block& block);
+void run_sequence(const SequenceStage& stage, Block& block);
+void run_exposure(const ExposureStage& stage, Block& block);
+void run_primary(const PrimaryStage& stage, Block& block);
 
 /// The functions for pixels that come alone, of the instruction set in use; `stage.h` tells what they do. A
 /// stage of a kind that is not listed here runs on a block of one pixel.

@@ -119,7 +119,83 @@ struct Lut3D {
     TableArithmetic arithmetic = TableArithmetic::Stepwise;
 };
 
-using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D>;
+enum class FixedStyle {
+    AcesRedModifier03,
+    AcesRedModifier10,
+    AcesGlow03,
+    AcesGlow10,
+    AcesDarkToDim10,
+    AcesGamutCompression13, ///< limits and thresholds of cyan, magenta and yellow, power
+    Rec2100Surround,        ///< gamma
+    RgbToHsv,
+    XyzToXyy,
+    XyzToUvy,
+    XyzToLuv,
+};
+
+/// A function of red, green and blue together that has a name instead of a formula in the parameters.
+struct FixedFunction {
+    FixedStyle style;
+    std::vector<double> parameters;
+    Direction direction;
+};
+
+enum class GradingStyle { Log, Linear, Video };
+
+struct ControlPoint {
+    float x, y, slope;
+};
+
+/// Quadratic B-splines: the curve of each channel, then the master curve, in the inverse direction the other
+/// way around. Where all slopes of a curve are 0 they are estimated. The linear style works on a logarithm,
+/// unless `bypass_lin_to_log`.
+struct RgbCurve {
+    GradingStyle style;
+    bool bypass_lin_to_log;
+    std::array<std::vector<ControlPoint>, 4> curve; ///< red, green, blue, master
+    Direction direction;
+};
+
+enum class ExposureStyle { Linear, Video, Logarithmic };
+
+/// Exposure in stops, contrast and gamma about a pivot.
+struct ExposureContrast {
+    ExposureStyle style;
+    double exposure, contrast, gamma, pivot;
+    double log_exposure_step, log_mid_gray; ///< of the logarithmic style
+    Direction direction;
+};
+
+/// Values of red, green and blue, and of a master that all of them share.
+using Rgbm = std::array<double, 4>;
+
+/// Log: brightness, contrast, gamma. Linear: offset, exposure, contrast. Video: lift, gain, offset, gamma.
+/// All of them: saturation, then the clamps.
+struct GradingPrimary {
+    GradingStyle style;
+    Rgbm brightness, contrast, gamma, offset, exposure, lift, gain;
+    double saturation, pivot, pivot_black, pivot_white, clamp_black, clamp_white;
+    /// As OpenColorIO 2.1 does it: outside the log style a channel with exponent 1 leaves all channels without
+    /// one, and saturation alone does nothing.
+    bool one_stops_all;
+    Direction direction;
+};
+
+/// A part of the tonal range. `width` holds the pivot of shadows and highlights.
+struct ToneZone {
+    Rgbm value;
+    double start, width;
+};
+
+struct GradingTone {
+    GradingStyle style;
+    ToneZone blacks, shadows, midtones, highlights, whites;
+    double s_contrast;
+    Direction direction;
+};
+
+using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D,
+                        FixedFunction, RgbCurve, ExposureContrast, GradingPrimary, GradingTone>;
 using OpChain = std::vector<Op>;
 
 } // namespace pixel

@@ -1,7 +1,10 @@
 #include "pixel/simplify.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+
+#include "pixel/compile.h"
 
 namespace pixel {
 
@@ -29,6 +32,22 @@ struct IdentityTest {
     }
     bool operator()(const LinearToeCurve& op) const {
         return all_equal(op.gamma.data(), 4, 1) && all_equal(op.offset.data(), 4, 0);
+    }
+    bool operator()(const RgbCurve& op) const {
+        return std::all_of(op.curve.begin(), op.curve.end(), [](const std::vector<ControlPoint>& curve) {
+            return std::all_of(curve.begin(), curve.end(),
+                               [](const ControlPoint& p) { return p.x == p.y && p.slope == 0; });
+        });
+    }
+    bool operator()(const ExposureContrast& op) const {
+        return op.exposure == 0 && op.contrast == 1 && op.gamma == 1;
+    }
+    bool operator()(const GradingPrimary& op) const { return changes_nothing(op); }
+    bool operator()(const GradingTone& op) const {
+        const ToneZone* const zones[] = {&op.blacks, &op.shadows, &op.midtones, &op.highlights, &op.whites};
+        return op.s_contrast == 1 && std::all_of(std::begin(zones), std::end(zones), [](const ToneZone* zone) {
+                   return zone->value == Rgbm{1, 1, 1, 1};
+               });
     }
     template <class Other>
     bool operator()(const Other&) const {

@@ -25,6 +25,11 @@ struct Runner {
     void operator()(const InverseTableStage& s) { run_inverse_table(s, block); }
     void operator()(const InverseHalfStage& s) { run_inverse_half(s, block); }
     void operator()(const CubeStage& s) { run_cube(s, block); }
+    void operator()(const FunctionStage& s) { s.run(s, block); }
+    void operator()(const CurveStage& s) { run_curve(s, block); }
+    void operator()(const SequenceStage& s) { run_sequence(s, block); }
+    void operator()(const ExposureStage& s) { run_exposure(s, block); }
+    void operator()(const PrimaryStage& s) { run_primary(s, block); }
 };
 
 /// For stages without a kernel for one pixel.

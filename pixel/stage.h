@@ -169,9 +169,72 @@ struct CubeStage {
     std::vector<float> rgbx;
 };
 
-using Stage =
-    std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage, ExpStage,
-                 TableStage, HalfTableStage, InverseTableStage, InverseHalfStage, CubeStage>;
+/// An operation whose constants only its own file knows.
+struct FunctionStage {
+    void (*run)(const FunctionStage& stage, Block& block);
+    std::array<float, 8> k;
+    std::array<double, 8> wide = {};
+};
+
+/// The pieces of a spline, `(a * t + b) * t + c` with t = x - knot, in the order of their knots; the lines
+/// outside are the first and the last piece, and the first has the knot of the second.
+template <class T>
+struct Spline {
+    struct Piece {
+        T knot, a, b, c;
+    };
+    std::vector<Piece> pieces; ///< none: the identity
+};
+
+/// What a kernel needs of a spline in one direction: piece i is in charge from start[i] on; start[0] is never
+/// asked for.
+template <class T>
+struct SplineTable {
+    std::vector<T> start;
+    std::vector<typename Spline<T>::Piece> pieces;
+    bool is_identity() const { return pieces.empty(); }
+};
+
+/// Curves of red, green, blue and master.
+struct CurveStage {
+    std::array<SplineTable<float>, 4> curve;
+    bool forward;
+};
+
+/// A spline, the inverse of one, or one below a bound and the other above it.
+struct WideStep {
+    SplineTable<double> evaluated, solved;
+    double bound;
+    bool solved_below;
+};
+
+/// Steps of each channel in double precision.
+struct SequenceStage {
+    std::array<std::vector<WideStep>, 3> steps;
+    bool logarithmic; ///< between a step to a logarithm and one back
+    bool capped;      ///< at the largest 16-bit float; NaN stays
+};
+
+/// (in * gain) ^ exponent * scale; negative values and NaN count as 0.
+struct ExposureStage {
+    float gain, exponent, scale;
+};
+
+/// A line, a signed power about `power_from` in units of `power_width`, another line; saturation and clamps
+/// behind them, or for the inverse in front.
+struct PrimaryStage {
+    struct Line {
+        double scale, offset;
+    };
+    Line before[3], after[3];
+    double power[3], power_from, power_width;
+    double saturation, low, high;
+    bool forward, has_power, has_saturation;
+};
+
+using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
+                           ExpStage, TableStage, HalfTableStage, InverseTableStage, InverseHalfStage,
+                           CubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);

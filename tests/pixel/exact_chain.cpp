@@ -4,6 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "exact_curves.h"
+#include "exact_functions.h"
+#include "exact_gradings.h"
 #include "exact_tables.h"
 
 namespace pixel_test {
@@ -193,6 +196,26 @@ ExactPixel evaluate(const Lut1D& op, const ExactPixel& in) {
 
 ExactPixel evaluate(const Lut3D& op, const ExactPixel& in) {
     return evaluate_cube_exactly(op, in);
+}
+
+ExactPixel evaluate(const FixedFunction& op, const ExactPixel& in) {
+    return evaluate_function_exactly(op, in);
+}
+
+ExactPixel evaluate(const RgbCurve& op, const ExactPixel& in) {
+    return evaluate_curves_exactly(op, in);
+}
+
+ExactPixel evaluate(const ExposureContrast& op, const ExactPixel& in) {
+    return evaluate_exposure_exactly(op, in);
+}
+
+ExactPixel evaluate(const GradingPrimary& op, const ExactPixel& in) {
+    return evaluate_primary_exactly(op, in);
+}
+
+ExactPixel evaluate(const GradingTone& op, const ExactPixel& in) {
+    return evaluate_tone_exactly(op, in);
 }
 
 } // namespace

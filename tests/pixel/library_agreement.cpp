@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <sstream>
 
 #include "colorio/ocio/v2/pixel_bridge.h"
@@ -33,11 +34,67 @@ double as_float_range(double v) {
     return static_cast<double>(static_cast<float>(v));
 }
 
+bool is_within(float ours, float theirs, double exact, double own_limit) {
+    if (tolerances(ours, static_cast<double>(theirs)) <= 1) {
+        return true;
+    }
+    const double limit = std::isfinite(as_float_range(exact)) ? exact : as_float_range(exact);
+    const double own_error = tolerances(ours, limit);
+    return own_error < tolerances(theirs, limit) && own_error <= own_limit;
+}
+
+/// The operations of a chain one by one, each on the value that ours before it gave.
+class Steps {
+public:
+    Steps(const library::ConstProcessorRcPtr& processor, const pixel::OpChain& chain, double own_limit)
+        : chain_(chain), own_limit_(own_limit) {
+        const auto group = processor
+                               ->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, LOSSLESS)
+                               ->createGroupTransform();
+        for (int i = 0; i < group->getNumTransforms(); ++i) {
+            theirs_.push_back(lossless(processor_of(group->getTransform(i))));
+        }
+    }
+
+    bool all_agree(Pixel pixel) const {
+        if (theirs_.size() != chain_.size()) {
+            return false;
+        }
+        for (std::size_t i = 0; i < chain_.size(); ++i) {
+            Pixel theirs = pixel, ours = pixel;
+            theirs_[i]->applyRGBA(theirs.data());
+            pixel::Program({chain_[i]}).apply_pixel(ours.data());
+            const ExactPixel exact = evaluate_exactly({chain_[i]}, pixel);
+            for (std::size_t c = 0; c < 4; ++c) {
+                if (!is_within(ours[c], theirs[c], exact[c], own_limit_)) {
+                    return false;
+                }
+            }
+            pixel = ours;
+        }
+        return true;
+    }
+
+private:
+    const pixel::OpChain& chain_;
+    double own_limit_;
+    std::vector<library::ConstCPUProcessorRcPtr> theirs_;
+};
+
 struct Comparison {
+    const library::ConstProcessorRcPtr& processor;
     const pixel::OpChain& chain;
     const std::vector<Pixel>&in, &theirs;
     double own_limit;
     Agreement result;
+    std::unique_ptr<const Steps> lazy_steps = nullptr;
+
+    const Steps& steps() {
+        if (!lazy_steps) {
+            lazy_steps = std::make_unique<const Steps>(processor, chain, own_limit);
+        }
+        return *lazy_steps;
+    }
 
     void add(const std::vector<Pixel>& ours, std::int64_t target) {
         for (std::size_t i = 0; i < in.size(); ++i) {
@@ -65,6 +122,11 @@ struct Comparison {
             ++result.nearer;
             result.own_error = std::max(result.own_error, own_error);
             result.library_error = std::max(result.library_error, library_error);
+        } else if (chain.size() > 1 && steps().all_agree(in[i])) {
+            ++result.magnified;
+            result.magnified_nearer += own_error < library_error;
+            result.largest_magnified =
+                std::max(result.largest_magnified, tolerances(ours, static_cast<double>(theirs[i][c])));
         } else {
             std::ostringstream words;
             words.precision(9);
@@ -125,6 +187,9 @@ void Agreement::join(const Agreement& other) {
     }
     values += other.values;
     nearer += other.nearer;
+    magnified += other.magnified;
+    magnified_nearer += other.magnified_nearer;
+    largest_magnified = std::max(largest_magnified, other.largest_magnified);
     failures += other.failures;
     largest = std::max(largest, other.largest);
     own_error = std::max(own_error, other.own_error);
@@ -158,7 +223,7 @@ Agreement compare(const library::ConstProcessorRcPtr& processor, const pixel::Op
         cpu->apply(image);
     }
     const pixel::Program program(chain);
-    Comparison comparison{chain, in, theirs, own_limit, {}};
+    Comparison comparison{processor, chain, in, theirs, own_limit, {}};
     for (const std::int64_t target : vector_targets()) {
         const TargetGuard guard(target);
         std::vector<Pixel> ours = in;

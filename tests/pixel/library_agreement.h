@@ -35,6 +35,11 @@ struct Agreement {
     /// tolerances.
     std::size_t nearer = 0;
     double library_error = 0, own_error = 0;
+    /// Values beyond the tolerance at the end of a chain each of whose operations is within it, or nearer, on
+    /// the values that arrive there: the chain has magnified roundings. How many of them lie nearer to double
+    /// precision than the library's, and the largest difference in tolerances.
+    std::size_t magnified = 0, magnified_nearer = 0;
+    double largest_magnified = 0;
     /// Values that are neither, and words for the first of them.
     std::size_t failures = 0;
     std::string first_failure;

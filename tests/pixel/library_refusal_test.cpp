@@ -15,27 +15,29 @@ std::string why_not(const library::ConstTransformRcPtr& transform) {
     return words;
 }
 
-TEST(LibraryRefusal, OperationsWithoutACounterpartAreNamed) {
-    EXPECT_EQ(why_not(library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_ACES_RED_MOD_10)),
-              "FixedFunction ACES_RedMod10 is not known here");
-    const auto exposure = library::ExposureContrastTransform::Create();
-    exposure->setExposure(1);
-    EXPECT_EQ(why_not(exposure), "ExposureContrast is not known here");
+library::Lut3DTransformRcPtr inverse_cube() {
+    const auto cube = library::Lut3DTransform::Create(3);
+    cube->setValue(1, 1, 1, 0.4f, 0.5f, 0.6f);
+    cube->setDirection(library::TRANSFORM_DIR_INVERSE);
+    return cube;
 }
 
 TEST(LibraryRefusal, OneUnknownOperationIsEnough) {
     const auto group = library::GroupTransform::Create();
-    const auto log = library::LogTransform::Create();
-    group->appendTransform(log);
-    group->appendTransform(library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_RGB_TO_HSV));
-    EXPECT_EQ(why_not(group), "FixedFunction RGB_TO_HSV is not known here");
+    group->appendTransform(library::LogTransform::Create());
+    group->appendTransform(inverse_cube());
+    EXPECT_EQ(why_not(group), "the inverse of a 3D table is not known here");
 }
 
 TEST(LibraryRefusal, InverseCubesAreNotTaken) {
-    const auto cube = library::Lut3DTransform::Create(3);
-    cube->setValue(1, 1, 1, 0.4f, 0.5f, 0.6f);
-    cube->setDirection(library::TRANSFORM_DIR_INVERSE);
-    EXPECT_EQ(why_not(cube), "the inverse of a 3D table is not known here");
+    EXPECT_EQ(why_not(inverse_cube()), "the inverse of a 3D table is not known here");
+}
+
+TEST(LibraryRefusal, DynamicGradingsThatTheLibraryFixesAreTaken) {
+    const auto exposure = library::ExposureContrastTransform::Create();
+    exposure->setExposure(1);
+    exposure->makeExposureDynamic();
+    EXPECT_TRUE(ocio::translate(processor_of(exposure), nullptr).has_value());
 }
 
 TEST(LibraryRefusal, TablesThatRestoreTheHueAreNotTaken) {
@@ -65,8 +67,7 @@ TEST(LibraryRefusal, InverseHalfCurvesInDifferentDirectionsAreNotTaken) {
 }
 
 TEST(LibraryRefusal, ReasonsMayBeLeftOut) {
-    const auto function = library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_RGB_TO_HSV);
-    EXPECT_FALSE(ocio::translate(processor_of(function), nullptr).has_value());
+    EXPECT_FALSE(ocio::translate(processor_of(inverse_cube()), nullptr).has_value());
 }
 
 TEST(LibraryRefusal, FlagsFromTheEnvironmentKeepTheLibraryInCharge) {

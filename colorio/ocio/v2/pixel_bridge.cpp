@@ -6,12 +6,16 @@
 #include <sstream>
 #include <utility>
 
+#include "colorio/ocio/v2/pixel_bridge_grading.h"
 #include "colorio/ocio/v2/pixel_bridge_tables.h"
+#include "colorio/ocio/v2/pixel_bridge_words.h"
 #include "pixel/describe.h"
 
 namespace ocio {
 
 namespace {
+
+using ocio::translate_op; // gradings and fixed functions
 
 /// The flags that the library's own CPU path runs with.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
@@ -21,16 +25,6 @@ constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
 /// let in here, the tests of this file have to pass on them.
 constexpr bool LIBRARY_IS_MEASURED =
     OCIO_VERSION_MAJOR == 2 && (OCIO_VERSION_MINOR == 1 || OCIO_VERSION_MINOR == 5);
-
-/// Thrown, with the words for the caller, where an operation cannot be taken.
-struct NotKnown {
-    std::string words;
-};
-
-pixel::Direction direction_of(const library::Transform& transform) {
-    return transform.getDirection() == library::TRANSFORM_DIR_INVERSE ? pixel::Direction::Inverse
-                                                                      : pixel::Direction::Forward;
-}
 
 pixel::Negatives negatives_of(library::NegativeStyle style) {
     switch (style) {
@@ -238,6 +232,16 @@ pixel::Op translate_transform(const library::Transform& transform) {
         return translate_as<library::Lut1DTransform>(transform);
     case library::TRANSFORM_TYPE_LUT3D:
         return translate_as<library::Lut3DTransform>(transform);
+    case library::TRANSFORM_TYPE_FIXED_FUNCTION:
+        return translate_as<library::FixedFunctionTransform>(transform);
+    case library::TRANSFORM_TYPE_EXPOSURE_CONTRAST:
+        return translate_as<library::ExposureContrastTransform>(transform);
+    case library::TRANSFORM_TYPE_GRADING_PRIMARY:
+        return translate_as<library::GradingPrimaryTransform>(transform);
+    case library::TRANSFORM_TYPE_GRADING_TONE:
+        return translate_as<library::GradingToneTransform>(transform);
+    case library::TRANSFORM_TYPE_GRADING_RGB_CURVE:
+        return translate_as<library::GradingRGBCurveTransform>(transform);
     default:
         throw NotKnown{name_of(transform) + " is not known here"};
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <random>
 #include <vector>
 
@@ -48,11 +49,13 @@ TEST_F(Evaluators, KeepThePositionOfTheSwitchTheyWereMadeUnder) {
 }
 
 TEST_F(Evaluators, LeaveOperationsThatAreNotKnownToTheLibrary) {
-    const auto function = library::FixedFunctionTransform::Create(library::FIXED_FUNCTION_ACES_GLOW_10);
-    const library::ConstProcessorRcPtr processor = config_->getProcessor(function);
+    const auto table = library::Lut1DTransform::Create(3, false);
+    table->setValue(2, 1.0f, INFINITY, 1.0f);
+    table->setDirection(library::TRANSFORM_DIR_INVERSE);
+    const library::ConstProcessorRcPtr processor = config_->getProcessor(table);
     const ocio::Evaluator evaluator(processor, LOSSLESS);
     EXPECT_FALSE(evaluator.get_program());
-    EXPECT_THAT(evaluator.get_why_not(), HasSubstr("ACES_Glow10"));
+    EXPECT_THAT(evaluator.get_why_not(), HasSubstr("NaN or infinity"));
     float own[4] = {0.4f, 0.2f, 0.1f, 1}, librarys[4] = {0.4f, 0.2f, 0.1f, 1};
     evaluator.apply_rgba(own);
     processor->getOptimizedCPUProcessor(LOSSLESS)->applyRGBA(librarys);

@@ -1,0 +1,133 @@
+#include "colorio/ocio/v2/pixel_bridge_grading.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "colorio/ocio/v2/pixel_bridge_words.h"
+
+namespace ocio {
+
+namespace {
+
+struct FixedFunctionName {
+    library::FixedFunctionStyle theirs;
+    pixel::FixedStyle ours;
+};
+
+constexpr FixedFunctionName FIXED_FUNCTIONS[] = {
+    {library::FIXED_FUNCTION_ACES_RED_MOD_03, pixel::FixedStyle::AcesRedModifier03},
+    {library::FIXED_FUNCTION_ACES_RED_MOD_10, pixel::FixedStyle::AcesRedModifier10},
+    {library::FIXED_FUNCTION_ACES_GLOW_03, pixel::FixedStyle::AcesGlow03},
+    {library::FIXED_FUNCTION_ACES_GLOW_10, pixel::FixedStyle::AcesGlow10},
+    {library::FIXED_FUNCTION_ACES_DARK_TO_DIM_10, pixel::FixedStyle::AcesDarkToDim10},
+    {library::FIXED_FUNCTION_ACES_GAMUT_COMP_13, pixel::FixedStyle::AcesGamutCompression13},
+    {library::FIXED_FUNCTION_REC2100_SURROUND, pixel::FixedStyle::Rec2100Surround},
+    {library::FIXED_FUNCTION_RGB_TO_HSV, pixel::FixedStyle::RgbToHsv},
+    {library::FIXED_FUNCTION_XYZ_TO_xyY, pixel::FixedStyle::XyzToXyy},
+    {library::FIXED_FUNCTION_XYZ_TO_uvY, pixel::FixedStyle::XyzToUvy},
+    {library::FIXED_FUNCTION_XYZ_TO_LUV, pixel::FixedStyle::XyzToLuv},
+};
+
+void refuse_dynamic(bool is_dynamic) {
+    if (is_dynamic)
+        throw NotKnown{"a grading whose values change after it is made is not known here"};
+}
+
+pixel::GradingStyle style_of(library::GradingStyle style) {
+    return style == library::GRADING_LOG   ? pixel::GradingStyle::Log
+           : style == library::GRADING_LIN ? pixel::GradingStyle::Linear
+                                           : pixel::GradingStyle::Video;
+}
+
+pixel::Rgbm values_of(const library::GradingRGBM& v) {
+    return {v.m_red, v.m_green, v.m_blue, v.m_master};
+}
+
+pixel::ToneZone zone_of(const library::GradingRGBMSW& v) {
+    return {{v.m_red, v.m_green, v.m_blue, v.m_master}, v.m_start, v.m_width};
+}
+
+} // namespace
+
+pixel::Op translate_op(const library::FixedFunctionTransform& t) {
+    const auto* const known =
+        std::find_if(std::begin(FIXED_FUNCTIONS), std::end(FIXED_FUNCTIONS),
+                     [&](const FixedFunctionName& name) { return name.theirs == t.getStyle(); });
+    if (known == std::end(FIXED_FUNCTIONS))
+        throw NotKnown{std::string("FixedFunction ") + library::FixedFunctionStyleToString(t.getStyle()) +
+                       " is not known here"};
+    pixel::FixedFunction op{known->ours, std::vector<double>(t.getNumParams()), direction_of(t)};
+    if (!op.parameters.empty())
+        t.getParams(op.parameters.data());
+    return op;
+}
+
+pixel::Op translate_op(const library::ExposureContrastTransform& t) {
+    refuse_dynamic(t.isExposureDynamic() || t.isContrastDynamic() || t.isGammaDynamic());
+    const pixel::ExposureStyle style =
+        t.getStyle() == library::EXPOSURE_CONTRAST_LINEAR  ? pixel::ExposureStyle::Linear
+        : t.getStyle() == library::EXPOSURE_CONTRAST_VIDEO ? pixel::ExposureStyle::Video
+                                                           : pixel::ExposureStyle::Logarithmic;
+    return pixel::ExposureContrast{style,
+                                   t.getExposure(),
+                                   t.getContrast(),
+                                   t.getGamma(),
+                                   t.getPivot(),
+                                   t.getLogExposureStep(),
+                                   t.getLogMidGray(),
+                                   direction_of(t)};
+}
+
+pixel::Op translate_op(const library::GradingPrimaryTransform& t) {
+    refuse_dynamic(t.isDynamic());
+    const library::GradingPrimary& v = t.getValue();
+    pixel::GradingPrimary op{};
+    op.style = style_of(t.getStyle());
+    op.brightness = values_of(v.m_brightness);
+    op.contrast = values_of(v.m_contrast);
+    op.gamma = values_of(v.m_gamma);
+    op.offset = values_of(v.m_offset);
+    op.exposure = values_of(v.m_exposure);
+    op.lift = values_of(v.m_lift);
+    op.gain = values_of(v.m_gain);
+    op.saturation = v.m_saturation;
+    op.pivot = v.m_pivot;
+    op.pivot_black = v.m_pivotBlack;
+    op.pivot_white = v.m_pivotWhite;
+    op.clamp_black = v.m_clampBlack;
+    op.clamp_white = v.m_clampWhite;
+    op.one_stops_all = OCIO_VERSION_MINOR < 5;
+    op.direction = direction_of(t);
+    return op;
+}
+
+pixel::Op translate_op(const library::GradingRGBCurveTransform& t) {
+    refuse_dynamic(t.isDynamic());
+    pixel::RgbCurve op{style_of(t.getStyle()), t.getBypassLinToLog(), {}, direction_of(t)};
+    const library::ConstGradingRGBCurveRcPtr curves = t.getValue();
+    for (std::size_t i = 0; i < op.curve.size(); ++i) {
+        const auto curve = curves->getCurve(static_cast<library::RGBCurveType>(i));
+        for (std::size_t k = 0; k < curve->getNumControlPoints(); ++k) {
+            const library::GradingControlPoint& point = curve->getControlPoint(k);
+            op.curve[i].push_back({point.m_x, point.m_y, curve->getSlope(k)});
+        }
+    }
+    return op;
+}
+
+pixel::Op translate_op(const library::GradingToneTransform& t) {
+    refuse_dynamic(t.isDynamic());
+    const library::GradingTone& v = t.getValue();
+    return pixel::GradingTone{style_of(t.getStyle()),
+                              zone_of(v.m_blacks),
+                              zone_of(v.m_shadows),
+                              zone_of(v.m_midtones),
+                              zone_of(v.m_highlights),
+                              zone_of(v.m_whites),
+                              v.m_scontrast,
+                              direction_of(t)};
+}
+
+} // namespace ocio

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "colorio/ocio/types.h"
+#include "pixel/ops.h"
+
+/// Gradings and fixed functions of the library as operations of `pixel/`. Those that are not known throw
+/// NotKnown.
+namespace ocio {
+
+pixel::Op translate_op(const library::FixedFunctionTransform& t);
+pixel::Op translate_op(const library::ExposureContrastTransform& t);
+pixel::Op translate_op(const library::GradingPrimaryTransform& t);
+pixel::Op translate_op(const library::GradingRGBCurveTransform& t);
+pixel::Op translate_op(const library::GradingToneTransform& t);
+
+} // namespace ocio

@@ -1,0 +1,138 @@
+#include "pixel/kernels.h"
+
+#include <cstdint>
+#include <limits>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernel_curve.cpp"
+#include "pixel/vector_targets.h"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "pixel/lookup-inl.h"
+#include "pixel/planes-inl.h"
+#include "pixel/spline-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+
+#if HWY_TARGET <= HWY_AVX3
+
+/// Splines of few pieces in registers: the search and the look-ups are permutations.
+class RegisterSpline {
+public:
+    static constexpr std::size_t CAPACITY = 32;
+
+    static bool fits(const SplineTable<float>& table) { return table.pieces.size() <= CAPACITY; }
+
+    template <bool FORWARD>
+    void load(const SplineTable<float>& table) {
+        alignas(64) float part[5][CAPACITY];
+        const std::size_t count = table.pieces.size(), from = FORWARD ? 0 : 1, to = count - (FORWARD ? 0 : 1);
+        for (std::size_t i = 0; i < CAPACITY; ++i) {
+            const auto& piece = table.pieces[from + i < to ? from + i : to - 1];
+            part[0][i] = from + i < to ? table.start[from + i] : std::numeric_limits<float>::quiet_NaN();
+            part[1][i] = piece.knot;
+            part[2][i] = piece.a;
+            part[3][i] = piece.b;
+            part[4][i] = piece.c;
+        }
+        for (std::size_t k = 0; k < 5; ++k) {
+            low_[k] = _mm512_load_ps(part[k]);
+            high_[k] = _mm512_load_ps(part[k] + CAPACITY / 2);
+        }
+    }
+
+    template <class D>
+    HWY_INLINE Pieces<D> find(D d, hn::Vec<D> v) const {
+        auto at = _mm512_setzero_si512();
+        for (int step = CAPACITY / 2; step > 0; step /= 2) {
+            const auto next = _mm512_add_epi32(at, _mm512_set1_epi32(step));
+            const auto start = hn::Vec<D>{look_up(0, next)};
+            at = _mm512_mask_mov_epi32(at, hn::Ge(v, start).raw, next);
+        }
+        (void)d;
+        return {hn::Vec<D>{look_up(1, at)}, hn::Vec<D>{look_up(2, at)}, hn::Vec<D>{look_up(3, at)},
+                hn::Vec<D>{look_up(4, at)}};
+    }
+
+private:
+    HWY_INLINE __m512 look_up(std::size_t k, __m512i at) const {
+        return _mm512_permutex2var_ps(low_[k], at, high_[k]);
+    }
+
+    __m512 low_[5], high_[5];
+};
+
+template <bool FORWARD>
+bool spline_plane_in_registers(const SplineTable<float>& table, std::size_t c, Block& block) {
+    if (!RegisterSpline::fits(table)) {
+        return false;
+    }
+    const hn::ScalableTag<float> d;
+    RegisterSpline spline;
+    spline.load<FORWARD>(table);
+    map_plane_slowly(block, c, [&](auto v) HWY_ATTR {
+        return apply_pieces<FORWARD>(d, table, spline.find(d, v), v);
+    });
+    return true;
+}
+
+#else
+
+template <bool FORWARD>
+bool spline_plane_in_registers(const SplineTable<float>&, std::size_t, Block&) {
+    return false;
+}
+
+#endif
+
+template <bool FORWARD>
+void spline_plane(const SplineTable<float>& table, std::size_t c, Block& block) {
+    if (table.is_identity() || spline_plane_in_registers<FORWARD>(table, c, block)) {
+        return;
+    }
+    const hn::ScalableTag<float> d;
+    const hn::RebindToSigned<decltype(d)> di;
+    alignas(64) std::int32_t index[BLOCK_PIXELS];
+    float* const plane = block.plane[c];
+    for_each_vector(block, [&](std::size_t i) HWY_ATTR {
+        hn::Store(count_starts<FORWARD>(d, table, hn::Load(d, plane + i)), di, index + i);
+    });
+    const float* const pieces = &table.pieces[0].knot;
+    for_each_vector_and_line(block, [&](std::size_t i) HWY_ATTR {
+        const auto v = hn::Load(d, plane + i);
+        Pieces<hn::ScalableTag<float>> piece{v, v, v, v};
+        load_quads<4>(d, pieces, index + i, piece.knot, piece.a, piece.b, piece.c);
+        hn::Store(apply_pieces<FORWARD>(d, table, piece, v), d, plane + i);
+    });
+}
+
+template <bool FORWARD>
+void curves(const CurveStage& stage, Block& block) {
+    for (std::size_t c = 0; c < 3; ++c) {
+        spline_plane<FORWARD>(stage.curve[FORWARD ? c : 3], c, block);
+        spline_plane<FORWARD>(stage.curve[FORWARD ? 3 : c], c, block);
+    }
+}
+
+void curve(const CurveStage& stage, Block& block) {
+    (stage.forward ? curves<true> : curves<false>)(stage, block);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace pixel {
+
+HWY_EXPORT(curve);
+
+void run_curve(const CurveStage& stage, Block& block) {
+    HWY_DYNAMIC_DISPATCH(curve)(stage, block);
+}
+
+} // namespace pixel
+#endif

@@ -1,0 +1,96 @@
+/// Functions evaluated in double precision, for operations that magnify the rounding of floats.
+/// Included once per target, after hwy/highway.h.
+#if defined(PIXEL_WIDE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef PIXEL_WIDE_INL_H_
+#undef PIXEL_WIDE_INL_H_
+#else
+#define PIXEL_WIDE_INL_H_
+#endif
+
+#include <limits>
+
+#include <hwy/highway.h>
+
+#include "pixel/colors-inl.h"
+#include "pixel/power-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace pixel {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Floats from doubles, infinity from those that are too large.
+template <class DH, class VD>
+HWY_INLINE hn::Vec<DH> narrow(DH half, VD v) {
+    const auto out = hn::DemoteTo(half, v);
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 // demotion saturates there
+    const hn::DFromV<VD> dd;
+    const auto most = hn::Set(dd, 0x1.ffffffp127); // halfway from the largest float to 2^128
+    const auto over = hn::IfThenElseZero(hn::Ge(hn::Abs(v), most), hn::CopySign(hn::Set(dd, 1.0), v));
+    const auto flag = hn::DemoteTo(half, over);
+    const auto infinity = hn::Set(half, std::numeric_limits<float>::infinity());
+    return hn::IfThenElse(hn::Eq(flag, hn::Zero(half)), out, hn::CopySign(infinity, flag));
+#else
+    return out;
+#endif
+}
+
+/// Calls `f(tag of doubles, value)` for both halves of a vector of floats, and joins what it returns.
+template <class D, class F>
+HWY_INLINE hn::Vec<D> map_wide(D d, hn::Vec<D> v, F&& f) {
+#if HWY_TARGET == HWY_SCALAR
+    const hn::Rebind<double, D> wide;
+    return narrow(d, f(wide, hn::PromoteTo(wide, v)));
+#else
+    const hn::Half<D> half;
+    const hn::Rebind<double, hn::Half<D>> wide;
+    const auto low = f(wide, hn::PromoteTo(wide, hn::LowerHalf(half, v)));
+    const auto high = f(wide, hn::PromoteTo(wide, hn::UpperHalf(half, v)));
+    return hn::Combine(d, narrow(half, high), narrow(half, low));
+#endif
+}
+
+/// Calls `f(tag of doubles, red, green, blue)`, which changes the vectors, for both halves of floats.
+template <class D, class F>
+HWY_INLINE void change_wide(D d, hn::Vec<D>& r, hn::Vec<D>& g, hn::Vec<D>& b, F&& f) {
+#if HWY_TARGET == HWY_SCALAR
+    const hn::Rebind<double, D> wide;
+    auto rw = hn::PromoteTo(wide, r), gw = hn::PromoteTo(wide, g), bw = hn::PromoteTo(wide, b);
+    f(wide, rw, gw, bw);
+    r = narrow(d, rw);
+    g = narrow(d, gw);
+    b = narrow(d, bw);
+#else
+    const hn::Half<D> half;
+    const hn::Rebind<double, hn::Half<D>> wide;
+    auto r0 = hn::PromoteTo(wide, hn::LowerHalf(half, r)), r1 = hn::PromoteTo(wide, hn::UpperHalf(half, r));
+    auto g0 = hn::PromoteTo(wide, hn::LowerHalf(half, g)), g1 = hn::PromoteTo(wide, hn::UpperHalf(half, g));
+    auto b0 = hn::PromoteTo(wide, hn::LowerHalf(half, b)), b1 = hn::PromoteTo(wide, hn::UpperHalf(half, b));
+    f(wide, r0, g0, b0);
+    f(wide, r1, g1, b1);
+    r = hn::Combine(d, narrow(half, r1), narrow(half, r0));
+    g = hn::Combine(d, narrow(half, g1), narrow(half, g0));
+    b = hn::Combine(d, narrow(half, b1), narrow(half, b0));
+#endif
+}
+
+/// x ^ exponent for doubles in [0, +inf] and NaN, any exponent but 0. Denormal results count as 0.
+template <class DD>
+HWY_INLINE hn::Vec<DD> power_wide(DD dd, hn::Vec<DD> x, hn::Vec<DD> exponent) {
+    const auto infinity = hn::Set(dd, std::numeric_limits<double>::infinity()), zero = hn::Zero(dd);
+    const auto ordinary = hn::And(hn::Gt(x, hn::Set(dd, 0x1p-1000)), hn::Lt(x, infinity));
+    const auto base = hn::IfThenElse(ordinary, x, hn::Set(dd, 1.0));
+    const auto logarithm = hn::Mul(exponent, log2_double(dd, base));
+    const auto limited =
+        hn::Min(hn::Max(logarithm, hn::Set(dd, -1000.0)), hn::Set(dd, 1000.0));
+    const auto large = hn::IfThenElse(hn::Gt(exponent, zero), infinity, zero);
+    const auto small = hn::IfThenElse(hn::Gt(exponent, zero), zero, infinity);
+    const auto rest = hn::IfThenElse(hn::Le(x, hn::Set(dd, 0x1p-1000)), small, hn::IfThenElse(hn::Eq(x, infinity), large, x));
+    return hn::IfThenElse(ordinary, exp2_double(dd, limited), rest);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace pixel
+HWY_AFTER_NAMESPACE();
+
+#endif
