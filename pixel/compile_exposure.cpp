@@ -44,20 +44,18 @@ Stage compile_exposure(const ExposureContrast& op) {
     if (op.style == ExposureStyle::Logarithmic) {
         return compile_logarithmic(op);
     }
-    const auto contrast = static_cast<float>(std::max(LEAST_CONTRAST, op.contrast * op.gamma));
-    float gain = std::pow(2.0f, static_cast<float>(op.exposure));
-    double pivot = std::max(LEAST_PIVOT, op.pivot);
+    const double contrast = std::max(LEAST_CONTRAST, op.contrast * op.gamma);
+    double gain = std::exp2(op.exposure), pivot = std::max(LEAST_PIVOT, op.pivot);
     if (op.style == ExposureStyle::Video) {
-        gain = std::pow(gain, static_cast<float>(VIDEO_POWER));
+        gain = std::pow(gain, VIDEO_POWER);
         pivot = std::pow(pivot, VIDEO_POWER);
     }
-    const auto center = static_cast<float>(pivot);
     const bool forward = op.direction == Direction::Forward;
-    if (contrast == 1.0f) {
-        return diagonal(forward ? gain : 1.0f / gain, -0.0f);
+    if (static_cast<float>(contrast) == 1.0f) {
+        return diagonal(static_cast<float>(forward ? gain : 1 / gain), -0.0f);
     }
-    return forward ? ExposureStage{gain / center, contrast, center}
-                   : ExposureStage{1.0f / center, 1.0f / contrast, center / gain};
+    return forward ? ExposureStage{gain / pivot, contrast, pivot}
+                   : ExposureStage{1 / pivot, 1 / contrast, pivot / gain};
 }
 
 } // namespace pixel

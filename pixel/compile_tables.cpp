@@ -5,6 +5,8 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "pixel/inverse_index.h"
 
@@ -84,10 +86,8 @@ Stage compile_inverse_half(const Lut1D& op) {
     return stage;
 }
 
-} // namespace
-
-Stage compile_table(const Lut1D& op) {
-    check_table(op);
+/// A table of any domain and direction.
+Stage compile_plain_table(const Lut1D& op) {
     if (op.direction == Direction::Inverse) {
         return op.domain == InputDomain::Half ? compile_inverse_half(op) : compile_inverse(op);
     }
@@ -101,6 +101,25 @@ Stage compile_table(const Lut1D& op) {
     stage.arithmetic = op.arithmetic;
     prepare_curves(op, stage, [&](const float* own) { return padded(own, op.length, 1); });
     return stage;
+}
+
+} // namespace
+
+Stage compile_table(const Lut1D& op) {
+    check_table(op);
+    Stage stage = compile_plain_table(op);
+    if (!op.restores_hue) {
+        return stage;
+    }
+    return std::visit(
+        [](auto& table) -> Stage {
+            if constexpr (std::is_constructible_v<decltype(HueTableStage::table), decltype(table)>) {
+                return HueTableStage{std::move(table)};
+            } else {
+                throw std::logic_error("1D table: the stage is not one of a table");
+            }
+        },
+        stage);
 }
 
 Stage compile_cube(const Lut3D& op) {

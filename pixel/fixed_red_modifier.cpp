@@ -59,7 +59,8 @@ HWY_INLINE hn::Vec<D> hue_angle(D d, hn::Vec<D> x, hn::Vec<D> y) {
     return hn::CopySign(hn::MulAdd(series, t, base), y);
 }
 
-/// A cubic B-spline over the hue, above 0 around red only.
+/// A cubic B-spline over the hue, above 0 around red only. The very ends of its support, where it is below
+/// 1e-21, do not count.
 template <class D>
 HWY_INLINE hn::Vec<D> hue_weight(D d, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b, hn::TFromD<D> width) {
     using T = hn::TFromD<D>;
@@ -67,7 +68,8 @@ HWY_INLINE hn::Vec<D> hue_weight(D d, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b, 
     const auto x = hn::Sub(hn::Mul(set(2), r), hn::Add(g, b));
     const auto y = hn::Mul(set(1.7320508075688772), hn::Sub(g, b));
     const auto knot = hn::Add(hn::Mul(hue_angle(d, x, y), hn::Set(d, width)), set(2));
-    const auto inside = hn::And(hn::Ge(x, hn::Zero(d)), hn::And(hn::Gt(knot, hn::Zero(d)), hn::Lt(knot, set(4))));
+    const auto in_support = hn::And(hn::Gt(knot, set(1e-7)), hn::Lt(knot, set(4 - 1e-7)));
+    const auto inside = hn::And(hn::Ge(x, hn::Zero(d)), in_support);
     const auto whole = hn::Floor(hn::IfThenElseZero(inside, knot));
     const auto t = hn::Sub(knot, whole);
     const auto second = hn::Ge(whole, set(1)), third = hn::Ge(whole, set(2)), fourth = hn::Ge(whole, set(3));

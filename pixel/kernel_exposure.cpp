@@ -6,25 +6,23 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "pixel/clamp-inl.h"
-#include "pixel/planes-inl.h"
-#include "pixel/power-inl.h"
+#include "pixel/wide-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// (in * gain) ^ exponent * scale, where negative values and NaN count as 0.
+/// Large exponents magnify roundings, so everything is in double precision.
 void exposure(const ExposureStage& stage, Block& block) {
     const hn::ScalableTag<float> d;
-    const auto gain = hn::Set(d, stage.gain), scale = hn::Set(d, stage.scale), zero = hn::Zero(d);
-    with_power(stage.exponent, [&](const auto& power) HWY_ATTR {
-        for (std::size_t c = 0; c < 3; ++c) {
-            map_plane_slowly(block, c, [&](auto x) HWY_ATTR {
-                return hn::Mul(power_of(d, power, at_least(hn::Mul(x, gain), zero)), scale);
+    for (std::size_t c = 0; c < 3; ++c) {
+        map_plane_slowly(block, c, [&](auto in) HWY_ATTR {
+            return map_wide(d, at_least(in, hn::Zero(d)), [&](auto dd, auto x) HWY_ATTR {
+                const auto base = hn::Mul(x, hn::Set(dd, stage.gain));
+                return hn::Mul(power_wide(dd, base, hn::Set(dd, stage.exponent)), hn::Set(dd, stage.scale));
             });
-        }
-    });
+        });
+    }
 }
 
 } // namespace HWY_NAMESPACE

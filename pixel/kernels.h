@@ -21,6 +21,7 @@ void run_table(const TableStage& stage, Block& block);
 void run_half_table(const HalfTableStage& stage, Block& block);
 void run_inverse_table(const InverseTableStage& stage, Block& block);
 void run_inverse_half(const InverseHalfStage& stage, Block& block);
+void run_hue_table(const HueTableStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
 void run_curve(const CurveStage& stage, Block& block);
 void run_sequence(const SequenceStage& stage, Block& block);

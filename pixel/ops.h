@@ -105,6 +105,8 @@ struct Lut1D {
     Table values;
     Direction direction;
     TableArithmetic arithmetic = TableArithmetic::Stepwise; ///< of forward tables of the unit domain
+    /// The channel in the middle keeps its share of the way between the other two.
+    bool restores_hue = false;
 };
 
 enum class CubeOrder { RedFastest, BlueFastest };

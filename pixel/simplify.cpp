@@ -103,7 +103,8 @@ bool is_unit_clamp(const Op& op) {
 bool clamps_input_to_unit(const Op& op) {
     const auto* table = std::get_if<Lut1D>(&op);
     return std::holds_alternative<Lut3D>(op) ||
-           (table && table->domain == InputDomain::Unit && table->direction == Direction::Forward);
+           (table && table->domain == InputDomain::Unit && table->direction == Direction::Forward &&
+            !table->restores_hue);
 }
 
 /// Joins `next` to the last operation of `chain` where that is possible.

@@ -24,6 +24,7 @@ struct Runner {
     void operator()(const HalfTableStage& s) { run_half_table(s, block); }
     void operator()(const InverseTableStage& s) { run_inverse_table(s, block); }
     void operator()(const InverseHalfStage& s) { run_inverse_half(s, block); }
+    void operator()(const HueTableStage& s) { run_hue_table(s, block); }
     void operator()(const CubeStage& s) { run_cube(s, block); }
     void operator()(const FunctionStage& s) { s.run(s, block); }
     void operator()(const CurveStage& s) { run_curve(s, block); }

@@ -161,6 +161,11 @@ struct InverseHalfStage {
     std::array<int, 3> curve_of;
 };
 
+/// A table after which the middle channel is moved to keep the hue.
+struct HueTableStage {
+    std::variant<TableStage, HalfTableStage, InverseTableStage, InverseHalfStage> table;
+};
+
 /// RGB triples padded to four floats, blue fastest.
 struct CubeStage {
     std::size_t edge;
@@ -217,7 +222,7 @@ struct SequenceStage {
 
 /// (in * gain) ^ exponent * scale; negative values and NaN count as 0.
 struct ExposureStage {
-    float gain, exponent, scale;
+    double gain, exponent, scale;
 };
 
 /// A line, a signed power about `power_from` in units of `power_width`, another line; saturation and clamps
@@ -234,7 +239,7 @@ struct PrimaryStage {
 
 using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
                            ExpStage, TableStage, HalfTableStage, InverseTableStage, InverseHalfStage,
-                           CubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
+                           HueTableStage, CubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);

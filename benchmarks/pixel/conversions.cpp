@@ -103,6 +103,69 @@ library::TransformRcPtr half_table() {
     return table;
 }
 
+/// ACEScg through an ACES 1.x output transform to the code values of a display.
+library::TransformRcPtr aces_view(const char* output, const char* display) {
+    const library::GroupTransformRcPtr group = library::GroupTransform::Create();
+    for (const char* style : {"ACEScg_to_ACES2065-1", output, display}) {
+        const library::BuiltinTransformRcPtr part = library::BuiltinTransform::Create();
+        part->setStyle(style);
+        group->appendTransform(part);
+    }
+    return group;
+}
+
+library::TransformRcPtr primary_grading(library::GradingStyle style) {
+    library::GradingPrimary values(style);
+    values.m_brightness = {10, -20, 30, 5};
+    values.m_contrast = {1.1, 0.9, 1.2, 1.05};
+    values.m_gamma = {1.1, 0.9, 1.3, 1.2};
+    values.m_exposure = {0.3, -0.4, 0.1, 0.2};
+    values.m_lift = {0.01, 0.02, -0.03, 0.01};
+    values.m_saturation = 1.2;
+    const auto transform = library::GradingPrimaryTransform::Create(style);
+    transform->setValue(values);
+    return transform;
+}
+
+library::TransformRcPtr tone_grading(library::GradingStyle style) {
+    library::GradingTone values(style);
+    for (library::GradingRGBMSW* zone : {&values.m_blacks, &values.m_shadows, &values.m_midtones,
+                                         &values.m_highlights, &values.m_whites}) {
+        zone->m_red = 1.1;
+        zone->m_blue = 0.9;
+        zone->m_master = 1.05;
+    }
+    values.m_scontrast = 1.2;
+    const auto transform = library::GradingToneTransform::Create(style);
+    transform->setValue(values);
+    return transform;
+}
+
+/// An S-shaped master curve; red has a curve too.
+library::TransformRcPtr rgb_curves(library::GradingStyle style) {
+    const auto curve = [](float low, float high) {
+        const auto out = library::GradingBSplineCurve::Create(4);
+        out->getControlPoint(0) = {0, 0};
+        out->getControlPoint(1) = {0.3f, low};
+        out->getControlPoint(2) = {0.7f, high};
+        out->getControlPoint(3) = {1, 1};
+        return out;
+    };
+    const auto straight = curve(0.3f, 0.7f);
+    const auto transform = library::GradingRGBCurveTransform::Create(style);
+    transform->setValue(
+        library::GradingRGBCurve::Create(curve(0.33f, 0.68f), straight, straight, curve(0.22f, 0.8f)));
+    return transform;
+}
+
+library::TransformRcPtr exposure_contrast() {
+    const auto transform = library::ExposureContrastTransform::Create();
+    transform->setStyle(library::EXPOSURE_CONTRAST_LINEAR);
+    transform->setExposure(0.5);
+    transform->setContrast(1.2);
+    return transform;
+}
+
 Conversion make(const char* name, const library::ConstTransformRcPtr& transform, unsigned int version = 2) {
     const library::ConfigRcPtr config = library::Config::CreateRaw()->createEditableCopy();
     config->setMajorVersion(version);
@@ -135,6 +198,18 @@ const std::vector<Conversion>& conversions() {
         make("matrix", matrix()),
         make("exponent", exponent()),
         make("camera_log", camera_log()),
+        make("aces_sdr_view", aces_view("ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - SDR-VIDEO_1.0",
+                                        "DISPLAY - CIE-XYZ-D65_to_sRGB")),
+        make("aces_hdr_view",
+             aces_view("ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - HDR-VIDEO-1000nit-15nit-REC2020lim_1.1",
+                       "DISPLAY - CIE-XYZ-D65_to_REC.2100-PQ")),
+        make("primary_log", primary_grading(library::GRADING_LOG)),
+        make("primary_linear", primary_grading(library::GRADING_LIN)),
+        make("tone_log", tone_grading(library::GRADING_LOG)),
+        make("tone_linear", tone_grading(library::GRADING_LIN)),
+        make("rgb_curve_log", rgb_curves(library::GRADING_LOG)),
+        make("rgb_curve_linear", rgb_curves(library::GRADING_LIN)),
+        make("exposure_contrast", exposure_contrast()),
     };
     return all;
 }

@@ -27,7 +27,7 @@ double saturation_of(const ExactPixel& v) {
 double red_weight(const ExactPixel& v, double width) {
     const double angle = std::atan2(std::sqrt(3.0) * (v[1] - v[2]), 2 * v[0] - (v[1] + v[2]));
     const double knot = angle * width + 2;
-    if (!(knot > 0 && knot < 4)) {
+    if (!(knot > 1e-7 && knot < 4 - 1e-7)) { // at the very ends it is below 1e-21
         return 0;
     }
     const double t = knot - std::floor(knot);

@@ -115,7 +115,7 @@ ExactPixel evaluate_exposure_exactly(const pixel::ExposureContrast& op, const Ex
             const double inverse = std::max(0.001, 1 / (op.contrast * op.gamma));
             out[c] = forward ? (v + op.exposure * op.log_exposure_step - q) * k + q
                              : (v - q) * inverse + q - op.exposure * 0.088;
-        } else if (product == 1) {
+        } else if (static_cast<float>(product) == 1.0f) {
             out[c] = forward ? v * gain : v / gain;
         } else {
             out[c] = forward ? std::pow(light * gain / pivot, k) * pivot

@@ -182,10 +182,30 @@ double tetrahedral(const pixel::Lut3D& cube, const std::array<Place, 3>& place, 
     return sum;
 }
 
+/// Channels by their values, the largest first, in the order that the tests R > G, G > B, R > B give.
+std::array<std::size_t, 3> order_of(const ExactPixel& v) {
+    const bool red_over_green = v[0] > v[1], green_over_blue = v[1] > v[2], red_over_blue = v[0] > v[2];
+    if (red_over_green) {
+        return green_over_blue ? std::array<std::size_t, 3>{0, 1, 2}
+               : red_over_blue ? std::array<std::size_t, 3>{0, 2, 1}
+                               : std::array<std::size_t, 3>{2, 0, 1};
+    }
+    return !green_over_blue ? std::array<std::size_t, 3>{2, 1, 0}
+           : red_over_blue  ? std::array<std::size_t, 3>{1, 0, 2}
+                            : std::array<std::size_t, 3>{1, 2, 0};
+}
+
 } // namespace
 
 ExactPixel evaluate_table_exactly(const pixel::Lut1D& table, const ExactPixel& in) {
-    return {look_up(table, 0, in[0]), look_up(table, 1, in[1]), look_up(table, 2, in[2]), in[3]};
+    ExactPixel out{look_up(table, 0, in[0]), look_up(table, 1, in[1]), look_up(table, 2, in[2]), in[3]};
+    if (table.restores_hue) {
+        const auto [most, middle, least] = order_of(in);
+        const double chroma = in[most] - in[least];
+        const double share = chroma == 0 ? 0 : (in[middle] - in[least]) / chroma;
+        out[middle] = out[least] + share * (out[most] - out[least]);
+    }
+    return out;
 }
 
 ExactPixel evaluate_cube_exactly(const pixel::Lut3D& cube, const ExactPixel& in) {

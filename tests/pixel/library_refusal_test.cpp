@@ -40,13 +40,6 @@ TEST(LibraryRefusal, DynamicGradingsThatTheLibraryFixesAreTaken) {
     EXPECT_TRUE(ocio::translate(processor_of(exposure), nullptr).has_value());
 }
 
-TEST(LibraryRefusal, TablesThatRestoreTheHueAreNotTaken) {
-    const auto table = library::Lut1DTransform::Create(3, false);
-    table->setValue(1, 0.25f, 0.25f, 0.25f);
-    table->setHueAdjust(library::HUE_DW3);
-    EXPECT_EQ(why_not(table), "a 1D table that restores the hue is not known here");
-}
-
 TEST(LibraryRefusal, InversesOfTablesWithInfinityAreNotTaken) {
     const auto table = library::Lut1DTransform::Create(3, false);
     table->setValue(2, 1.0f, INFINITY, 1.0f);

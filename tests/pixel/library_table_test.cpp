@@ -50,6 +50,23 @@ TEST(LibraryTableAgreement, CurvesOfAllShapesAndLengths) {
     }
 }
 
+TEST(LibraryTableAgreement, CurvesThatKeepTheHue) {
+    for (const bool half : {false, true}) {
+        const auto transform = library::Lut1DTransform::Create(half ? 65536 : 1024, half);
+        for (unsigned long i = 0; i < transform->getLength(); ++i) {
+            float v[3];
+            transform->getValue(i, v[0], v[1], v[2]); // a new table holds the numbers themselves
+            for (int c = 0; c < 3; ++c) {
+                v[c] = std::isfinite(v[c]) ? std::copysign(std::pow(std::fabs(v[c]), 2.2f + 0.3f * static_cast<float>(c)), v[c])
+                                           : v[c];
+            }
+            transform->setValue(i, v[0], v[1], v[2]);
+        }
+        transform->setHueAdjust(library::HUE_DW3);
+        expect_both_directions(transform, half ? "half domain" : "unit domain");
+    }
+}
+
 TEST(LibraryTableAgreement, InterpolationSettingsMakeNoDifference) {
     for (const auto interpolation :
          {library::INTERP_NEAREST, library::INTERP_LINEAR, library::INTERP_DEFAULT}) {

@@ -175,9 +175,8 @@ pixel::TableArithmetic known_arithmetic() {
 }
 
 pixel::Op translate_op(const library::Lut1DTransform& t) {
-    if (t.getHueAdjust() != library::HUE_NONE)
-        throw NotKnown{"a 1D table that restores the hue is not known here"};
     pixel::Lut1D op = read_table(t, direction_of(t));
+    op.restores_hue = t.getHueAdjust() != library::HUE_NONE;
     if (op.direction == pixel::Direction::Inverse)
         check_inverse(op);
     else if (op.domain == pixel::InputDomain::Unit)
