@@ -14,13 +14,19 @@ HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// The numbers of the pieces at `at`. Few of them lie in a register, where the processor can look into one.
+/// The numbers of the pieces at `at`: few of them from registers, where the processor has such look-ups.
 template <class DD, class VI>
 HWY_INLINE Pieces<DD> take_pieces(DD dd, const SplineTable<double>& table, VI at) {
-    const hn::DFromV<VI> di;
+#if HWY_TARGET <= HWY_AVX3
+    if (table.pieces.size() <= SplineTable<double>::FEW) {
+        const auto take = [&](std::size_t part) HWY_ATTR {
+            return hn::Vec<DD>{_mm512_permutexvar_pd(at.raw, hn::LoadU(dd, table.few[part].data()).raw)};
+        };
+        return {take(0), take(1), take(2), take(3)};
+    }
+#endif
     const double* const from = &table.pieces[0].knot;
     const auto first = hn::ShiftLeft<2>(at);
-    (void)di;
     return {hn::GatherIndex(dd, from, first), hn::GatherIndex(dd, from + 1, first),
             hn::GatherIndex(dd, from + 2, first), hn::GatherIndex(dd, from + 3, first)};
 }

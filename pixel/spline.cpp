@@ -159,8 +159,14 @@ Spline<T> fit_spline(const std::vector<ControlPoint>& points) {
 
 template <class T>
 SplineTable<T> spline_table(const Spline<T>& spline, bool forward) {
-    SplineTable<T> table{{}, spline.pieces};
+    SplineTable<T> table{{}, spline.pieces, {}};
     for (const auto& piece : spline.pieces) {
+        if (const std::size_t i = table.start.size(); i < SplineTable<T>::FEW) {
+            table.few[0][i] = piece.knot;
+            table.few[1][i] = piece.a;
+            table.few[2][i] = piece.b;
+            table.few[3][i] = piece.c;
+        }
         table.start.push_back(forward ? piece.knot : piece.c);
     }
     // Where the values fall, the first piece whose successor starts above a value is in charge of it.

@@ -195,8 +195,12 @@ struct Spline {
 /// asked for.
 template <class T>
 struct SplineTable {
+    static constexpr std::size_t FEW = 8;
+
     std::vector<T> start;
     std::vector<typename Spline<T>::Piece> pieces;
+    /// Knots, a, b and c of up to FEW pieces, for processors that look numbers up in a register.
+    std::array<std::array<T, FEW>, 4> few;
     bool is_identity() const { return pieces.empty(); }
 };
 

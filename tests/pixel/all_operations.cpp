@@ -30,6 +30,38 @@ Table power_entries(std::size_t count) {
     return std::make_shared<const std::vector<float>>(std::move(values));
 }
 
+/// Gradings and fixed functions but those whose results jump where roundings decide.
+void add_gradings(Direction direction, std::vector<Op>& ops) {
+    for (const auto style : {FixedStyle::AcesGlow03, FixedStyle::AcesGlow10, FixedStyle::AcesDarkToDim10,
+                             FixedStyle::RgbToHsv, FixedStyle::XyzToXyy, FixedStyle::XyzToUvy}) {
+        ops.push_back(FixedFunction{style, {}, direction});
+    }
+    ops.push_back(FixedFunction{FixedStyle::Rec2100Surround, {0.78}, direction});
+    const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}};
+    const std::vector<ControlPoint> bent{{-1, -1.5f, 0}, {0.18f, 0.2f, 0}, {0.7f, 0.9f, 0}, {2, 2.5f, 0}};
+    for (const auto style : {GradingStyle::Log, GradingStyle::Linear}) {
+        ops.push_back(RgbCurve{style, false, {bent, straight, straight, bent}, direction});
+    }
+    for (const auto style : {ExposureStyle::Linear, ExposureStyle::Video, ExposureStyle::Logarithmic}) {
+        ops.push_back(ExposureContrast{style, 0.5, 1.2, 0.9, 0.18, 0.088, 0.435, direction});
+    }
+    const Rgbm some{1.1, 0.9, 1.2, 1.05}, little{0.01, -0.02, 0, 0.01};
+    for (const auto style : {GradingStyle::Log, GradingStyle::Linear, GradingStyle::Video}) {
+        ops.push_back(GradingPrimary{style, little, some, some, little, little, little, some, 1.2, 0.1, 0, 1,
+                                     -1e300, 1e300, false, direction});
+        ops.push_back(GradingTone{style,
+                                  {some, 0.4, 0.4},
+                                  {some, 0.5, 0},
+                                  {some, 0.4, 0.6},
+                                  {some, 0.3, 1},
+                                  {some, 0.4, 0.5},
+                                  1.2,
+                                  direction});
+    }
+    ops.push_back(Lut1D{InputDomain::Unit, 1000, 1, power_entries(1000), direction,
+                        TableArithmetic::Stepwise, true});
+}
+
 } // namespace
 
 std::vector<Op> all_operations() {
@@ -52,7 +84,12 @@ std::vector<Op> all_operations() {
         Lut1D{InputDomain::Unit, 100, 3, random_entries(300), Direction::Inverse},
         Lut1D{InputDomain::Half, 65536, 1, power_entries(65536), Direction::Inverse},
     };
+    ops.push_back(FixedFunction{FixedStyle::AcesRedModifier10, {}, Direction::Forward});
+    ops.push_back(FixedFunction{FixedStyle::AcesGamutCompression13,
+                                {1.147, 1.264, 1.312, 0.815, 0.803, 0.880, 1.2},
+                                Direction::Forward});
     for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
+        add_gradings(direction, ops);
         for (const auto style : {Negatives::Clamp, Negatives::Mirror, Negatives::PassThrough}) {
             ops.push_back(Exponent{{2.2, 0.45, 7.5, 1}, style, direction});
         }

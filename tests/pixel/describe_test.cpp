@@ -55,6 +55,31 @@ TEST(Describe, NamesEveryKindOfOperation) {
                     "1D table of 2 entries, one curve, inverse", "3D table of edge 2, tetrahedral"));
 }
 
+TEST(Describe, NamesGradingsAndFixedFunctions) {
+    const Rgbm one{1, 1, 1, 1}, zero{0, 0, 0, 0};
+    GradingPrimary primary{GradingStyle::Log, zero, {1.5, 1, 1, 1}, one, zero, zero, zero, one, 1.25, 0, 0, 1,
+                           -1e300, 1e300, false, Direction::Forward};
+    GradingTone tone{GradingStyle::Video, {one, 0.4, 0.4}, {{1, 1, 1, 1.5}, 0.6, 0}, {one, 0.4, 0.7},
+                     {one, 0.2, 1}, {one, 0.5, 0.5}, 1.5, Direction::Inverse};
+    const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}}, bent{{0, 0, 0}, {0.5f, 0.75f, 0}, {1, 1, 0}};
+    const Program program({
+        FixedFunction{FixedStyle::AcesGlow10, {}, Direction::Forward},
+        FixedFunction{FixedStyle::Rec2100Surround, {0.78}, Direction::Inverse},
+        RgbCurve{GradingStyle::Linear, true, {bent, straight, straight, bent}, Direction::Forward},
+        ExposureContrast{ExposureStyle::Linear, 1, 1.5, 1, 0.18, 0.088, 0.435, Direction::Forward},
+        primary,
+        tone,
+    });
+    EXPECT_THAT(program.describe().given,
+                ElementsAre("ACES 1.0 glow", "Rec. 2100 surround, parameters 0.78, inverse",
+                            "RGB curves, linear style, without the step to a logarithm, red of 3 control "
+                            "points, master of 3 control points",
+                            "exposure and contrast, linear style, exposure 1, contrast 1.5, gamma 1, pivot "
+                            "0.18",
+                            "primary grading, log style, contrast 1.5 1 1 1, saturation 1.25",
+                            "tone grading, video style, shadows 1 1 1 1.5, s-contrast 1.5, inverse"));
+}
+
 TEST(Describe, WritesMinusZeroAsZero) {
     const Program program({Matrix{{1, 0, 0, 0, 0, 1, 0, 0, -0.0, 0, 2, 0, 0, 0, 0, 1}, {0, 0, 0, -0.0}}});
     EXPECT_THAT(program.describe().given,
