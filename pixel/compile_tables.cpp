@@ -128,6 +128,9 @@ Stage compile_cube(const Lut3D& op) {
         throw std::invalid_argument("3D table: an edge of " + std::to_string(edge) +
                                     " does not fit the entries");
     }
+    if (op.direction == Direction::Inverse) {
+        return InverseCubeStage{std::make_shared<const InverseCube>(op)};
+    }
     CubeStage stage{};
     stage.edge = edge;
     stage.interpolation = op.interpolation;

@@ -23,6 +23,7 @@ void run_inverse_table(const InverseTableStage& stage, Block& block);
 void run_inverse_half(const InverseHalfStage& stage, Block& block);
 void run_hue_table(const HueTableStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
+void run_inverse_cube(const InverseCubeStage& stage, Block& block);
 void run_curve(const CurveStage& stage, Block& block);
 void run_sequence(const SequenceStage& stage, Block& block);
 void run_exposure(const ExposureStage& stage, Block& block);

@@ -112,13 +112,14 @@ struct Lut1D {
 enum class CubeOrder { RedFastest, BlueFastest };
 enum class CubeInterpolation { Trilinear, Tetrahedral };
 
-/// Three-dimensional table of edge^3 RGB triples over [0, 1].
+/// Three-dimensional table of edge^3 RGB triples over [0, 1]. The inverse is that of tetrahedral interpolation.
 struct Lut3D {
     std::size_t edge;
     CubeOrder order;
     CubeInterpolation interpolation;
     Table rgb;
     TableArithmetic arithmetic = TableArithmetic::Stepwise;
+    Direction direction = Direction::Forward;
 };
 
 enum class FixedStyle {

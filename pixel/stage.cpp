@@ -26,6 +26,7 @@ struct Runner {
     void operator()(const InverseHalfStage& s) { run_inverse_half(s, block); }
     void operator()(const HueTableStage& s) { run_hue_table(s, block); }
     void operator()(const CubeStage& s) { run_cube(s, block); }
+    void operator()(const InverseCubeStage& s) { run_inverse_cube(s, block); }
     void operator()(const FunctionStage& s) { s.run(s, block); }
     void operator()(const CurveStage& s) { run_curve(s, block); }
     void operator()(const SequenceStage& s) { run_sequence(s, block); }

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <variant>
 #include <vector>
 
 #include "pixel/block.h"
+#include "pixel/inverse_cube.h"
 #include "pixel/ops.h"
 #include "pixel/pixel_function.h"
 
@@ -174,6 +176,10 @@ struct CubeStage {
     std::vector<float> rgbx;
 };
 
+struct InverseCubeStage {
+    std::shared_ptr<const InverseCube> cube;
+};
+
 /// An operation whose constants only its own file knows.
 struct FunctionStage {
     void (*run)(const FunctionStage& stage, Block& block);
@@ -243,7 +249,7 @@ struct PrimaryStage {
 
 using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
                            ExpStage, TableStage, HalfTableStage, InverseTableStage, InverseHalfStage,
-                           HueTableStage, CubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
+                           HueTableStage, CubeStage, InverseCubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);

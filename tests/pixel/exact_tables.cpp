@@ -209,6 +209,9 @@ ExactPixel evaluate_table_exactly(const pixel::Lut1D& table, const ExactPixel& i
 }
 
 ExactPixel evaluate_cube_exactly(const pixel::Lut3D& cube, const ExactPixel& in) {
+    if (cube.direction == pixel::Direction::Inverse) {
+        return evaluate_inverse_cube_exactly(cube, in);
+    }
     const std::array<Place, 3> place{on_edge(in[0], cube.edge), on_edge(in[1], cube.edge),
                                      on_edge(in[2], cube.edge)};
     const auto interpolate =

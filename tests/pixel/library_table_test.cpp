@@ -132,6 +132,63 @@ TEST(LibraryTableAgreement, HalfCurvesThatSendInfinityToInfinity) {
     expect_both_directions(transform, "scaled");
 }
 
+/// `f(position of red, green, blue in [0, 1], result)`.
+library::Lut3DTransformRcPtr inverse_cube(unsigned long edge,
+                                          const std::function<void(const float*, float*)>& f) {
+    const auto cube = library::Lut3DTransform::Create(edge);
+    const auto at = [&](unsigned long i) { return static_cast<float>(i) / static_cast<float>(edge - 1); };
+    for (unsigned long r = 0; r < edge; ++r) {
+        for (unsigned long g = 0; g < edge; ++g) {
+            for (unsigned long b = 0; b < edge; ++b) {
+                const float in[3] = {at(r), at(g), at(b)};
+                float out[3];
+                f(in, out);
+                cube->setValue(r, g, b, out[0], out[1], out[2]);
+            }
+        }
+    }
+    cube->setDirection(library::TRANSFORM_DIR_INVERSE);
+    return cube;
+}
+
+TEST(LibraryTableAgreement, InverseCubes) {
+    EXPECT_TRUE(agrees(inverse_cube(9, [](const float* in, float* out) {
+        out[0] = 0.9f * in[0] * in[0] + 0.05f * in[1];
+        out[1] = std::sqrt(in[1]);
+        out[2] = 0.8f * in[2] + 0.2f * in[0];
+    })));
+    EXPECT_TRUE(agrees(inverse_cube(17, [](const float* in, float* out) {
+        out[0] = std::pow(in[0], 2.2f);
+        out[1] = in[1] * in[1];
+        out[2] = 0.9f * std::pow(in[2], 1.8f) + 0.1f * in[1];
+    })));
+    std::mt19937 generator(6);
+    std::uniform_real_distribution<float> noise(-0.03f, 0.03f);
+    EXPECT_TRUE(agrees(inverse_cube(5, [&](const float* in, float* out) {
+        for (int c = 0; c < 3; ++c) {
+            out[c] = in[c] + noise(generator);
+        }
+    })));
+}
+
+TEST(LibraryTableAgreement, InverseCubesWithSeveralOrNoSolutions) {
+    EXPECT_TRUE(agrees(inverse_cube(9, [](const float* in, float* out) {
+        out[0] = std::min(1.0f, 1.5f * in[0]);
+        out[1] = std::max(0.0f, 1.4f * in[1] - 0.2f);
+        out[2] = in[2];
+    }))) << "clipped";
+    EXPECT_TRUE(agrees(inverse_cube(9, [](const float* in, float* out) {
+        out[0] = std::fabs(2 * in[0] - 1);
+        out[1] = in[1];
+        out[2] = in[2];
+    }))) << "folded";
+    EXPECT_TRUE(agrees(inverse_cube(5, [](const float* in, float* out) {
+        out[0] = 0.2f + 0.5f * in[0];
+        out[1] = 0.5f;
+        out[2] = in[2];
+    }))) << "flat";
+}
+
 library::Lut3DTransformRcPtr random_cube(unsigned long edge, library::Interpolation interpolation) {
     std::mt19937 generator(static_cast<unsigned>(edge));
     std::uniform_real_distribution<float> uniform(-1, 2);

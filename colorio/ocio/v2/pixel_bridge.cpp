@@ -140,6 +140,10 @@ bool takes_part_in_inverse(const pixel::Lut1D& table, std::size_t entry) {
     return table.domain == pixel::InputDomain::Unit || (entry & 0x7FFF) < 0x7C00;
 }
 
+bool is_finite(const pixel::Table& entries) {
+    return std::all_of(entries->begin(), entries->end(), [](float v) { return std::isfinite(v); });
+}
+
 bool has_finite_inverse(const pixel::Lut1D& table) {
     for (std::size_t i = 0; i < table.values->size(); ++i)
         if (takes_part_in_inverse(table, i % table.length) && !std::isfinite((*table.values)[i]))
@@ -185,10 +189,12 @@ pixel::Op translate_op(const library::Lut1DTransform& t) {
 }
 
 pixel::Op translate_op(const library::Lut3DTransform& t) {
-    if (t.getDirection() != library::TRANSFORM_DIR_FORWARD)
-        throw NotKnown{"the inverse of a 3D table is not known here"};
     pixel::Lut3D op = read_cube(t);
-    op.arithmetic = known_arithmetic();
+    op.direction = direction_of(t);
+    if (op.direction == pixel::Direction::Forward)
+        op.arithmetic = known_arithmetic();
+    else if (!is_finite(op.rgb))
+        throw NotKnown{"the inverse of a 3D table with NaN or infinity is not known here"};
     return op;
 }
 

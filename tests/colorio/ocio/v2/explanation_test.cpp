@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 
 #include "colorio/ocio/processor.h"
 #include "tests/colorio/ocio/test_configs.h"
 
 namespace {
+
+namespace library = ocio::library;
 
 using test_configs::ConfigText;
 using testing::ElementsAre;
@@ -36,9 +39,6 @@ protected:
 constexpr char SHIFT_THEN_DOUBLE[] =
     "!<GroupTransform> {children: [!<MatrixTransform> {offset: [0.5, 0.25, 0.125, 0]}, "
     "!<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}]}";
-/// The inverse of a 3D LUT is an operation that only the library evaluates.
-constexpr char LUT_3D[] = "LUT_3D_SIZE 2\n0 0 0\n0.9 0 0\n0 0.8 0\n1 1 0\n0 0 0.7\n1 0 1\n0 1 1\n1 1 1\n";
-
 TEST_F(Explanations, ListTheOperationsAsGivenAndAsCarriedOut) {
     const ocio::Explanation how = make(SHIFT_THEN_DOUBLE)->explain({1, 2, 3, 0.75f});
     EXPECT_THAT(how.operations,
@@ -68,16 +68,24 @@ TEST_F(Explanations, NameTheInstructionSetOfTheVectorCode) {
 }
 
 TEST_F(Explanations, SayWhyTheLibraryIsLeftTheWork) {
-    const std::string path = folder_.write("bent.cube", LUT_3D);
-    const auto processor = make("!<GroupTransform> {children: [!<FileTransform> {src: " + path +
-                                ", interpolation: linear, direction: inverse}, "
-                                "!<MatrixTransform> {offset: [0.5, 0.25, 0.125, 0]}]}");
+    // The inverse of a LUT with infinity is an operation that only the library evaluates.
+    const auto table = library::Lut1DTransform::Create(3, false);
+    table->setValue(2, 1.0f, INFINITY, 1.0f);
+    table->setDirection(library::TRANSFORM_DIR_INVERSE);
+    const auto shift = library::MatrixTransform::Create();
+    const double offset[4] = {0.5, 0.25, 0.125, 0};
+    shift->setOffset(offset);
+    const auto group = library::GroupTransform::Create();
+    group->appendTransform(table);
+    group->appendTransform(shift);
+    const auto config = test_configs::load(folder_, ConfigText{}.str());
+    const auto processor = ocio::get_processor(config, ocio::ConstTransformRcPtr(group));
     Pixel pixel{0.3f, 0.01f, 0.02f, 1};
     const ocio::Explanation how = processor->explain(pixel);
     EXPECT_EQ(how.path, ocio::EvaluationPath::Library);
-    EXPECT_EQ(how.reason, "the inverse of a 3D table is not known here");
+    EXPECT_EQ(how.reason, "the inverse of a 1D table with NaN or infinity is not known here");
     ASSERT_THAT(how.operations, SizeIs(2));
-    EXPECT_EQ(how.operations[0], "Lut3DTransform");
+    EXPECT_EQ(how.operations[0], "Lut1DTransform");
     ASSERT_THAT(how.steps, SizeIs(2));
     processor->apply_rgba(pixel.data());
     EXPECT_EQ(how.steps[1].pixel, pixel);
