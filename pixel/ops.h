@@ -130,10 +130,15 @@ enum class FixedStyle {
     AcesDarkToDim10,
     AcesGamutCompression13, ///< limits and thresholds of cyan, magenta and yellow, power
     Rec2100Surround,        ///< gamma
+    Rec2100SurroundMirrored, ///< gamma; by the magnitude of the luminance
     RgbToHsv,
     XyzToXyy,
     XyzToUvy,
     XyzToLuv,
+    LinearToPq,        ///< SMPTE ST 2084; 1 is 100 nit
+    LinearToGammaLog,  ///< mirror, break, power, slope, offset, base, log slope and offset, linear slope and offset
+    LinearToDoubleLog, ///< base, two breaks, log slope and offset and linear slope and offset of the low and
+                       ///< of the high logarithm, slope and offset of the line between
 };
 
 /// A function of red, green and blue together that has a name instead of a formula in the parameters.

@@ -184,7 +184,7 @@ struct InverseCubeStage {
 struct FunctionStage {
     void (*run)(const FunctionStage& stage, Block& block);
     std::array<float, 8> k;
-    std::array<double, 8> wide = {};
+    std::array<double, 16> wide = {};
 };
 
 /// The pieces of a spline, `(a * t + b) * t + c` with t = x - knot, in the order of their knots; the lines

@@ -50,6 +50,15 @@ HWY_INLINE hn::Vec<D> map_wide(D d, hn::Vec<D> v, F&& f) {
 #endif
 }
 
+/// Replaces red, green and blue by `f(tag, value)` in double precision.
+template <class F>
+HWY_INLINE void map_channels(Block& block, F&& f) {
+    const hn::ScalableTag<float> d;
+    for (std::size_t c = 0; c < 3; ++c) {
+        map_plane_slowly(block, c, [&](auto x) HWY_ATTR { return map_wide(d, x, f); });
+    }
+}
+
 /// Calls `f(tag of doubles, red, green, blue)`, which changes the vectors, for both halves of floats.
 template <class D, class F>
 HWY_INLINE void change_wide(D d, hn::Vec<D>& r, hn::Vec<D>& g, hn::Vec<D>& b, F&& f) {
@@ -74,7 +83,28 @@ HWY_INLINE void change_wide(D d, hn::Vec<D>& r, hn::Vec<D>& g, hn::Vec<D>& b, F&
 #endif
 }
 
-/// x ^ exponent for doubles in [0, +inf] and NaN, any exponent but 0. Denormal results count as 0.
+/// Base-2 logarithm of any double: -inf of 0, NaN of negative numbers.
+template <class DD>
+HWY_INLINE hn::Vec<DD> log2_wide(DD dd, hn::Vec<DD> x) {
+    const auto infinity = hn::Set(dd, std::numeric_limits<double>::infinity()), zero = hn::Zero(dd);
+    const auto ordinary = hn::And(hn::Gt(x, hn::Set(dd, 0x1p-1000)), hn::Lt(x, infinity));
+    const auto logarithm = log2_double(dd, hn::IfThenElse(ordinary, x, hn::Set(dd, 1.0)));
+    const auto nan = hn::Set(dd, std::numeric_limits<double>::quiet_NaN());
+    const auto rest = hn::IfThenElse(hn::Lt(x, zero), nan, hn::IfThenElse(hn::IsNaN(x), x, hn::Neg(infinity)));
+    return hn::IfThenElse(ordinary, logarithm, hn::IfThenElse(hn::Eq(x, infinity), x, rest));
+}
+
+/// 2 ^ x for any double, infinity from 2^1000 on.
+template <class DD>
+HWY_INLINE hn::Vec<DD> exp2_wide(DD dd, hn::Vec<DD> x) {
+    const auto most = hn::Set(dd, 1000.0), infinity = hn::Set(dd, std::numeric_limits<double>::infinity());
+    const auto limited = hn::Min(hn::Max(hn::IfThenElse(hn::IsNaN(x), most, x), hn::Neg(most)), most);
+    const auto power = hn::IfThenElse(hn::Ge(x, most), infinity, exp2_double(dd, limited));
+    return hn::IfThenElse(hn::IsNaN(x), x, power);
+}
+
+/// x ^ exponent for doubles in [0, +inf] and NaN, any exponent but 0; NaN of negative numbers. Tiny numbers
+/// count as 0.
 template <class DD>
 HWY_INLINE hn::Vec<DD> power_wide(DD dd, hn::Vec<DD> x, hn::Vec<DD> exponent) {
     const auto infinity = hn::Set(dd, std::numeric_limits<double>::infinity()), zero = hn::Zero(dd);
@@ -85,7 +115,10 @@ HWY_INLINE hn::Vec<DD> power_wide(DD dd, hn::Vec<DD> x, hn::Vec<DD> exponent) {
         hn::Min(hn::Max(logarithm, hn::Set(dd, -1000.0)), hn::Set(dd, 1000.0));
     const auto large = hn::IfThenElse(hn::Gt(exponent, zero), infinity, zero);
     const auto small = hn::IfThenElse(hn::Gt(exponent, zero), zero, infinity);
-    const auto rest = hn::IfThenElse(hn::Le(x, hn::Set(dd, 0x1p-1000)), small, hn::IfThenElse(hn::Eq(x, infinity), large, x));
+    const auto nan = hn::Set(dd, std::numeric_limits<double>::quiet_NaN());
+    const auto not_positive = hn::IfThenElse(hn::Lt(x, zero), nan, small);
+    const auto rest = hn::IfThenElse(hn::Le(x, hn::Set(dd, 0x1p-1000)), not_positive,
+                                     hn::IfThenElse(hn::Eq(x, infinity), large, x));
     return hn::IfThenElse(ordinary, exp2_double(dd, limited), rest);
 }
 

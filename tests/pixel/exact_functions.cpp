@@ -191,6 +191,61 @@ ExactPixel luv(Direction direction, const ExactPixel& v) {
     return {9 * light * u * quarter, light, light * (12 - 3 * u - 20 * w) * quarter, v[3]};
 }
 
+double pq(Direction direction, double v) {
+    constexpr double M1 = 0.1593017578125, M2 = 78.84375, C1 = 0.8359375, C2 = 18.8515625, C3 = 18.6875;
+    if (direction == Direction::Forward) {
+        const double y = std::pow(std::fabs(v) / 100, M1);
+        return std::copysign(std::pow((C1 + C2 * y) / (1 + C3 * y), M2), v);
+    }
+    const double x = std::pow(std::fabs(v), 1 / M2), above = x - C1 > 0 ? x - C1 : 0;
+    return std::copysign(100 * std::pow(above / (C2 - C3 * x), 1 / M1), v);
+}
+
+double gamma_log(Direction direction, const std::vector<double>& p, double v) {
+    const auto gamma = [&](double x) { return p[3] * std::pow(x + p[4], p[2]); };
+    const bool forward = direction == Direction::Forward;
+    const double mirror = forward ? p[0] : gamma(p[0]), end = forward ? p[1] : gamma(p[1]);
+    const double x = std::fabs(v - mirror) + mirror;
+    double out = 0;
+    if (forward) {
+        out = x < end ? gamma(x) : p[6] * std::log(p[8] * x + p[9]) / std::log(p[5]) + p[7];
+    } else {
+        out = x < end ? std::pow(x / p[3], 1 / p[2]) - p[4]
+                      : (std::exp((x - p[7]) * std::log(p[5]) / p[6]) - p[9]) / p[8];
+    }
+    return std::copysign(1.0, v - mirror) * out;
+}
+
+double double_log(Direction direction, const std::vector<double>& p, double v) {
+    const auto to_log = [&](std::size_t i, double x) {
+        return p[i] * std::log(p[i + 2] * x + p[i + 3]) / std::log(p[0]) + p[i + 1];
+    };
+    const auto from_log = [&](std::size_t i, double y) {
+        return (std::exp((y - p[i + 1]) * std::log(p[0]) / p[i]) - p[i + 3]) / p[i + 2];
+    };
+    if (direction == Direction::Forward) {
+        return v <= p[1] ? to_log(3, v) : v < p[2] ? p[11] * v + p[12] : to_log(7, v);
+    }
+    return v <= to_log(3, p[1])  ? from_log(3, v)
+           : v < to_log(7, p[2]) ? (v - p[12]) / p[11]
+                                 : from_log(7, v);
+}
+
+template <class F>
+ExactPixel each_channel(const ExactPixel& v, F&& f) {
+    return {f(v[0]), f(v[1]), f(v[2]), v[3]};
+}
+
+ExactPixel mirrored_surround(double gamma, bool forward, ExactPixel v) {
+    const double light = std::fabs(0.2627 * v[0] + 0.6780 * v[1] + 0.0593 * v[2]);
+    const double least = forward ? 1e-4 : std::pow(1e-4, gamma);
+    const double factor = std::pow(light > least ? light : least, (forward ? gamma : 1 / gamma) - 1);
+    for (std::size_t c = 0; c < 3; ++c) {
+        v[c] *= factor;
+    }
+    return v;
+}
+
 } // namespace
 
 ExactPixel evaluate_function_exactly(const FixedFunction& function, const ExactPixel& in) {
@@ -210,6 +265,16 @@ ExactPixel evaluate_function_exactly(const FixedFunction& function, const ExactP
     case FixedStyle::Rec2100Surround:
         return surround({0.2627, 0.6780, 0.0593, 0}, 1e-4,
                         forward ? function.parameters[0] : 1 / function.parameters[0], in);
+    case FixedStyle::Rec2100SurroundMirrored:
+        return mirrored_surround(function.parameters[0], forward, in);
+    case FixedStyle::LinearToPq:
+        return each_channel(in, [&](double v) { return pq(function.direction, v); });
+    case FixedStyle::LinearToGammaLog:
+        return each_channel(in,
+                            [&](double v) { return gamma_log(function.direction, function.parameters, v); });
+    case FixedStyle::LinearToDoubleLog:
+        return each_channel(in,
+                            [&](double v) { return double_log(function.direction, function.parameters, v); });
     case FixedStyle::RgbToHsv:
         return forward ? to_hsv(in) : from_hsv(in);
     case FixedStyle::XyzToXyy:

@@ -1,6 +1,8 @@
 #include <array>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "every_target.h"
 #include "samples.h"
@@ -64,6 +66,29 @@ TEST_P(FixedFunctions, HueSaturationValue) {
 TEST_P(FixedFunctions, Luv) {
     expect_both(FixedStyle::XyzToLuv, {}, {0.3f, 0.4f, 0.2f}, {0.6946952f, -0.215995f, 0.4824303f},
                 {0.08111528f, 0.06235906f, 0.02120562f});
+}
+
+/// ST 2084: 0.508 of the signal is 100 nit, 0.752 is 1000 nit, 1 is 10,000 nit.
+TEST_P(FixedFunctions, Pq) {
+    const FixedFunction encode{FixedStyle::LinearToPq, {}, Direction::Forward};
+    EXPECT_NEAR(apply_grey(encode, 1), 0.508078421, 1e-6);
+    EXPECT_NEAR(apply_grey(encode, 10), 0.751827096, 1e-6);
+    EXPECT_NEAR(apply_grey(encode, -100), -1, 1e-6);
+    EXPECT_NEAR(apply_grey(FixedFunction{FixedStyle::LinearToPq, {}, Direction::Inverse}, 0.508078421f), 1,
+                1e-5);
+}
+
+TEST_P(FixedFunctions, LogarithmsWithOtherPartsAreUndoneByTheirInverses) {
+    const std::vector<double> gamma_log{0, 0.25, 0.5, 1, 0.02, 2.718281828, 0.17, 0.55, 1, -0.2};
+    const std::vector<double> double_log{10, 0.1, 0.5, 0.2, 0.5, 1.2, 0.05, 0.25, 0.45, 1, 0.02, 1.1, 0.3};
+    for (const auto& [style, parameters] : {std::pair(FixedStyle::LinearToGammaLog, gamma_log),
+                                            std::pair(FixedStyle::LinearToDoubleLog, double_log)}) {
+        const Single forward(FixedFunction{style, parameters, Direction::Forward}),
+            inverse(FixedFunction{style, parameters, Direction::Inverse});
+        for (const float v : {0.05f, 0.75f, 2.0f, 8.0f}) {
+            EXPECT_NEAR(inverse(forward(v)), v, 1e-5);
+        }
+    }
 }
 
 TEST(FixedFunctionParameters, AreCounted) {

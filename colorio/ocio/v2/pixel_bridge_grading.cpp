@@ -23,7 +23,14 @@ constexpr FixedFunctionName FIXED_FUNCTIONS[] = {
     {library::FIXED_FUNCTION_ACES_GLOW_10, pixel::FixedStyle::AcesGlow10},
     {library::FIXED_FUNCTION_ACES_DARK_TO_DIM_10, pixel::FixedStyle::AcesDarkToDim10},
     {library::FIXED_FUNCTION_ACES_GAMUT_COMP_13, pixel::FixedStyle::AcesGamutCompression13},
+#if OCIO_VERSION_MINOR < 5
     {library::FIXED_FUNCTION_REC2100_SURROUND, pixel::FixedStyle::Rec2100Surround},
+#else
+    {library::FIXED_FUNCTION_REC2100_SURROUND, pixel::FixedStyle::Rec2100SurroundMirrored},
+    {library::FIXED_FUNCTION_LIN_TO_PQ, pixel::FixedStyle::LinearToPq},
+    {library::FIXED_FUNCTION_LIN_TO_GAMMA_LOG, pixel::FixedStyle::LinearToGammaLog},
+    {library::FIXED_FUNCTION_LIN_TO_DOUBLE_LOG, pixel::FixedStyle::LinearToDoubleLog},
+#endif
     {library::FIXED_FUNCTION_RGB_TO_HSV, pixel::FixedStyle::RgbToHsv},
     {library::FIXED_FUNCTION_XYZ_TO_xyY, pixel::FixedStyle::XyzToXyy},
     {library::FIXED_FUNCTION_XYZ_TO_uvY, pixel::FixedStyle::XyzToUvy},
