@@ -70,16 +70,14 @@ HWY_INLINE hn::Vec<D> hue_weight(D d, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b, 
     const auto knot = hn::Add(hn::Mul(hue_angle(d, x, y), hn::Set(d, width)), set(2));
     const auto in_support = hn::And(hn::Gt(knot, set(1e-7)), hn::Lt(knot, set(4 - 1e-7)));
     const auto inside = hn::And(hn::Ge(x, hn::Zero(d)), in_support);
-    const auto whole = hn::Floor(hn::IfThenElseZero(inside, knot));
-    const auto t = hn::Sub(knot, whole);
-    const auto second = hn::Ge(whole, set(1)), third = hn::Ge(whole, set(2)), fourth = hn::Ge(whole, set(3));
-    const auto choose = [&](double c0, double c1, double c2, double c3) HWY_ATTR {
-        const auto low = hn::IfThenElse(second, set(c1), set(c0));
-        return hn::IfThenElse(fourth, set(c3), hn::IfThenElse(third, set(c2), low));
-    };
-    auto weight = hn::Add(hn::Mul(choose(0.25, -0.75, 0.75, -0.25), t), choose(0, 0.75, -1.5, 0.75));
-    weight = hn::Add(hn::Mul(weight, t), choose(0, 0.75, 0, -0.75));
-    weight = hn::Add(hn::Mul(weight, t), choose(0, 0.25, 1, 0.25));
+    // The spline is symmetric about 2, and small numbers cancel least on the rising side.
+    const auto rising = hn::Min(knot, hn::Sub(set(4), knot));
+    const auto t = hn::Sub(rising, set(1));
+    const auto outer = hn::Mul(hn::Mul(hn::Mul(rising, rising), rising), set(0.25));
+    auto inner = hn::Add(hn::Mul(set(-0.75), t), set(0.75));
+    inner = hn::Add(hn::Mul(inner, t), set(0.75));
+    inner = hn::Add(hn::Mul(inner, t), set(0.25));
+    const auto weight = hn::IfThenElse(hn::Lt(rising, set(1)), outer, inner);
     return hn::IfThenElseZero(inside, weight);
 }
 
