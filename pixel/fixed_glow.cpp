@@ -39,6 +39,10 @@ void glow(const FunctionStage& stage, Block& block) {
         const auto one = hn::Set(d, 1.0f), half = hn::Set(d, 0.5f);
         const auto mid = hn::Set(d, mid_value);
         const auto light = ycc(d, r, g, b);
+        const auto bright = hn::Ge(light, hn::Set(d, mid_value * 2));
+        if (hn::AllTrue(d, bright)) {
+            return;
+        }
         const auto gain = hn::Mul(hn::Set(d, stage.k[0]), shaper(d, aces_saturation(d, r, g, b)));
         const auto slope = hn::Mul(gain, hn::Sub(hn::Div(mid, light), half));
         auto low = gain, low_end = hn::Set(d, mid_value * 2 / 3), middle = slope;
@@ -49,7 +53,7 @@ void glow(const FunctionStage& stage, Block& block) {
             middle = hn::Div(slope, hn::Sub(hn::Mul(gain, half), one));
         }
         auto amount = hn::IfThenElse(hn::Le(light, low_end), low, middle);
-        amount = hn::IfThenElse(hn::Ge(light, hn::Set(d, mid_value * 2)), hn::Zero(d), amount);
+        amount = hn::IfThenElse(bright, hn::Zero(d), amount);
         amount = hn::Add(one, amount);
         r = hn::Mul(r, amount);
         g = hn::Mul(g, amount);

@@ -24,7 +24,7 @@ HWY_INLINE hn::Vec<DD> affine(DD dd, const PrimaryStage::Line& line, hn::Vec<DD>
 template <class DD>
 HWY_INLINE hn::Vec<DD> signed_power(DD dd, hn::Vec<DD> v, double from, double width, double exponent) {
     const auto distance = hn::Sub(v, hn::Set(dd, from));
-    const auto share = hn::Div(hn::Abs(distance), hn::Set(dd, width));
+    const auto share = hn::Mul(hn::Abs(distance), hn::Set(dd, 1 / width));
     const auto power = power_wide(dd, share, hn::Set(dd, exponent));
     return hn::MulAdd(hn::CopySign(power, distance), hn::Set(dd, width), hn::Set(dd, from));
 }

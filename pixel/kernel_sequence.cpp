@@ -14,27 +14,44 @@ HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// The numbers of the pieces at `at`: few of them from registers, where the processor has such look-ups.
-template <class DD, class VI>
-HWY_INLINE Pieces<DD> take_pieces(DD dd, const SplineTable<double>& table, VI at) {
+#if HWY_TARGET <= HWY_AVX3
+
+/// The pieces of the lanes: search and look-ups are permutations of registers.
+template <bool FORWARD, class DD>
+HWY_INLINE Pieces<DD> find_few(DD dd, const SplineTable<double>& table, hn::Vec<DD> v) {
+    const auto take = [&](std::size_t part, __m512i at) HWY_ATTR {
+        return hn::Vec<DD>{_mm512_permutexvar_pd(at, hn::LoadU(dd, table.few[part].data()).raw)};
+    };
+    auto at = _mm512_setzero_si512();
+    for (int step = SplineTable<double>::FEW / 2; step > 0; step /= 2) {
+        const auto next = _mm512_add_epi64(at, _mm512_set1_epi64(step));
+        at = _mm512_mask_mov_epi64(at, hn::Ge(v, take(4, next)).raw, next);
+    }
+    if (!FORWARD) {
+        at = _mm512_max_epi64(at, _mm512_set1_epi64(1));
+    }
+    return {take(0, at), take(1, at), take(2, at), take(3, at)};
+}
+
+#endif
+
+/// The pieces of the lanes of a vector.
+template <bool FORWARD, class DD>
+HWY_INLINE Pieces<DD> find_pieces(DD dd, const SplineTable<double>& table, hn::Vec<DD> v) {
 #if HWY_TARGET <= HWY_AVX3
     if (table.pieces.size() <= SplineTable<double>::FEW) {
-        const auto take = [&](std::size_t part) HWY_ATTR {
-            return hn::Vec<DD>{_mm512_permutexvar_pd(at.raw, hn::LoadU(dd, table.few[part].data()).raw)};
-        };
-        return {take(0), take(1), take(2), take(3)};
+        return find_few<FORWARD>(dd, table, v);
     }
 #endif
     const double* const from = &table.pieces[0].knot;
-    const auto first = hn::ShiftLeft<2>(at);
+    const auto first = hn::ShiftLeft<2>(count_starts<FORWARD>(dd, table, v));
     return {hn::GatherIndex(dd, from, first), hn::GatherIndex(dd, from + 1, first),
             hn::GatherIndex(dd, from + 2, first), hn::GatherIndex(dd, from + 3, first)};
 }
 
 template <bool FORWARD, class DD>
 HWY_INLINE hn::Vec<DD> apply_spline(DD dd, const SplineTable<double>& table, hn::Vec<DD> v) {
-    const auto at = count_starts<FORWARD>(dd, table, v);
-    return apply_pieces<FORWARD>(dd, table, take_pieces(dd, table, at), v);
+    return apply_pieces<FORWARD>(dd, table, find_pieces<FORWARD>(dd, table, v), v);
 }
 
 template <class DD>

@@ -27,13 +27,13 @@ HWY_INLINE hn::Vec<DD> lin_to_log(DD dd, hn::Vec<DD> x) {
     const auto line = hn::MulSub(x, hn::Set(dd, LIN_GAIN), hn::Set(dd, 7.0));
     const auto infinity = hn::Set(dd, std::numeric_limits<double>::infinity());
     const auto curved = hn::And(hn::Ge(x, hn::Set(dd, LIN_BREAK)), hn::Lt(x, infinity));
-    const auto ratio = hn::Div(hn::Add(x, hn::Set(dd, LIN_SHIFT)), hn::Set(dd, MID_GRAY));
+    const auto ratio = hn::Mul(hn::Add(x, hn::Set(dd, LIN_SHIFT)), hn::Set(dd, 1 / MID_GRAY));
     return hn::IfThenElse(curved, log2_double(dd, hn::IfThenElse(curved, ratio, hn::Set(dd, 1.0))), line);
 }
 
 template <class DD>
 HWY_INLINE hn::Vec<DD> log_to_lin(DD dd, hn::Vec<DD> y) {
-    const auto line = hn::Div(hn::Add(y, hn::Set(dd, 7.0)), hn::Set(dd, LIN_GAIN));
+    const auto line = hn::Mul(hn::Add(y, hn::Set(dd, 7.0)), hn::Set(dd, 1 / LIN_GAIN));
     const auto curved = hn::Ge(y, hn::Set(dd, LOG_BREAK));
     const auto stops = hn::IfThenElseZero(curved, hn::Min(y, hn::Set(dd, 1000.0)));
     const auto power = hn::MulAdd(exp2_double(dd, stops), hn::Set(dd, MID_GRAY), hn::Set(dd, -LIN_SHIFT));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 
 namespace pixel {
@@ -172,6 +173,11 @@ SplineTable<T> spline_table(const Spline<T>& spline, bool forward) {
     // Where the values fall, the first piece whose successor starts above a value is in charge of it.
     for (std::size_t i = 3; i + 1 < table.start.size(); ++i) {
         table.start[i] = std::max(table.start[i - 1], table.start[i]);
+    }
+    table.few[4].fill(std::numeric_limits<T>::quiet_NaN());
+    const std::size_t count = table.start.size(), end = forward || count == 0 ? count : count - 1;
+    for (std::size_t i = 0; i < std::min(end, SplineTable<T>::FEW); ++i) {
+        table.few[4][i] = table.start[i];
     }
     return table;
 }

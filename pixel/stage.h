@@ -205,8 +205,9 @@ struct SplineTable {
 
     std::vector<T> start;
     std::vector<typename Spline<T>::Piece> pieces;
-    /// Knots, a, b and c of up to FEW pieces, for processors that look numbers up in a register.
-    std::array<std::array<T, FEW>, 4> few;
+    /// Knots, a, b, c and starts of up to FEW pieces, for processors that look numbers up in a register. No
+    /// value is above a start that is missing.
+    std::array<std::array<T, FEW>, 5> few;
     bool is_identity() const { return pieces.empty(); }
 };
 

@@ -109,17 +109,20 @@ template <class DD>
 HWY_INLINE hn::Vec<DD> power_wide(DD dd, hn::Vec<DD> x, hn::Vec<DD> exponent) {
     const auto infinity = hn::Set(dd, std::numeric_limits<double>::infinity()), zero = hn::Zero(dd);
     const auto ordinary = hn::And(hn::Gt(x, hn::Set(dd, 0x1p-1000)), hn::Lt(x, infinity));
-    const auto base = hn::IfThenElse(ordinary, x, hn::Set(dd, 1.0));
-    const auto logarithm = hn::Mul(exponent, log2_double(dd, base));
-    const auto limited =
-        hn::Min(hn::Max(logarithm, hn::Set(dd, -1000.0)), hn::Set(dd, 1000.0));
+    const auto raise = [&](auto base) HWY_ATTR {
+        const auto logarithm = hn::Mul(exponent, log2_double(dd, base));
+        return exp2_double(dd, hn::Min(hn::Max(logarithm, hn::Set(dd, -1000.0)), hn::Set(dd, 1000.0)));
+    };
+    if (hn::AllTrue(dd, ordinary)) {
+        return raise(x);
+    }
     const auto large = hn::IfThenElse(hn::Gt(exponent, zero), infinity, zero);
     const auto small = hn::IfThenElse(hn::Gt(exponent, zero), zero, infinity);
     const auto nan = hn::Set(dd, std::numeric_limits<double>::quiet_NaN());
     const auto not_positive = hn::IfThenElse(hn::Lt(x, zero), nan, small);
     const auto rest = hn::IfThenElse(hn::Le(x, hn::Set(dd, 0x1p-1000)), not_positive,
                                      hn::IfThenElse(hn::Eq(x, infinity), large, x));
-    return hn::IfThenElse(ordinary, exp2_double(dd, limited), rest);
+    return hn::IfThenElse(ordinary, raise(hn::IfThenElse(ordinary, x, hn::Set(dd, 1.0))), rest);
 }
 
 } // namespace HWY_NAMESPACE

@@ -30,10 +30,11 @@ Table power_entries(std::size_t count) {
     return std::make_shared<const std::vector<float>>(std::move(values));
 }
 
-/// Gradings and fixed functions but those whose results jump where roundings decide.
+/// Gradings and fixed functions but those whose results jump where roundings decide, or that take the
+/// reciprocal of denormals, or add a small part to red.
 void add_gradings(Direction direction, std::vector<Op>& ops) {
     for (const auto style : {FixedStyle::AcesGlow03, FixedStyle::AcesGlow10, FixedStyle::AcesDarkToDim10,
-                             FixedStyle::RgbToHsv, FixedStyle::XyzToXyy, FixedStyle::XyzToUvy}) {
+                             FixedStyle::RgbToHsv, FixedStyle::LinearToPq}) {
         ops.push_back(FixedFunction{style, {}, direction});
     }
     ops.push_back(FixedFunction{FixedStyle::Rec2100Surround, {0.78}, direction});
@@ -84,7 +85,6 @@ std::vector<Op> all_operations() {
         Lut1D{InputDomain::Unit, 100, 3, random_entries(300), Direction::Inverse},
         Lut1D{InputDomain::Half, 65536, 1, power_entries(65536), Direction::Inverse},
     };
-    ops.push_back(FixedFunction{FixedStyle::AcesRedModifier10, {}, Direction::Forward});
     ops.push_back(FixedFunction{FixedStyle::AcesGamutCompression13,
                                 {1.147, 1.264, 1.312, 0.815, 0.803, 0.880, 1.2},
                                 Direction::Forward});

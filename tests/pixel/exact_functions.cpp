@@ -126,7 +126,7 @@ ExactPixel compress_gamut(const FixedFunction& function, ExactPixel v) {
 ExactPixel to_hsv(const ExactPixel& v) {
     const double most = most_of(v), least = least_of(v), chroma = most - least;
     double hue = 0, saturation = 0;
-    if (chroma != 0) {
+    if (most != least) {
         saturation = most == 0 ? 0 : chroma / most;
         hue = v[0] == most   ? (v[1] - v[2]) / chroma
               : v[1] == most ? 2 + (v[2] - v[0]) / chroma
@@ -138,7 +138,7 @@ ExactPixel to_hsv(const ExactPixel& v) {
 }
 
 double unit(double x) {
-    return std::clamp(x, 0.0, 1.0);
+    return x > 0 ? std::min(x, 1.0) : 0; // NaN becomes 0
 }
 
 ExactPixel from_hsv(const ExactPixel& v) {

@@ -78,10 +78,21 @@ TEST_P(FixedFunctions, Pq) {
                 1e-5);
 }
 
+/// ITU-R BT.2100: a square root up to a twelfth of the light, a logarithm above.
+const std::vector<double> HYBRID_LOG_GAMMA{0, 1.0 / 12,   0.5,        std::sqrt(3.0), 0, std::exp(1.0),
+                                           0.17883277, 0.55991073, 12,             -0.28466892};
+
+TEST_P(FixedFunctions, HybridLogGamma) {
+    const Single encode(FixedFunction{FixedStyle::LinearToGammaLog, HYBRID_LOG_GAMMA, Direction::Forward});
+    EXPECT_NEAR(encode(1), 1, 1e-6);
+    EXPECT_NEAR(encode(1.0f / 12), 0.5, 1e-6);
+    EXPECT_NEAR(encode(1.0f / 48), 0.25, 1e-6);
+    EXPECT_NEAR(encode(-1), -1, 1e-6);
+}
+
 TEST_P(FixedFunctions, LogarithmsWithOtherPartsAreUndoneByTheirInverses) {
-    const std::vector<double> gamma_log{0, 0.25, 0.5, 1, 0.02, 2.718281828, 0.17, 0.55, 1, -0.2};
-    const std::vector<double> double_log{10, 0.1, 0.5, 0.2, 0.5, 1.2, 0.05, 0.25, 0.45, 1, 0.02, 1.1, 0.3};
-    for (const auto& [style, parameters] : {std::pair(FixedStyle::LinearToGammaLog, gamma_log),
+    const std::vector<double> double_log{10, 0.1, 0.5, 0.2, 0.3, 1, 0, 0.2, 0.5, 1, 0.5, 1, 0};
+    for (const auto& [style, parameters] : {std::pair(FixedStyle::LinearToGammaLog, HYBRID_LOG_GAMMA),
                                             std::pair(FixedStyle::LinearToDoubleLog, double_log)}) {
         const Single forward(FixedFunction{style, parameters, Direction::Forward}),
             inverse(FixedFunction{style, parameters, Direction::Inverse});
