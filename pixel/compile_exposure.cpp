@@ -18,7 +18,7 @@ Stage diagonal(float scale, float offset) {
     for (std::size_t c = 0; c < 3; ++c) {
         stage.scale[c] = scale;
         stage.offset[c] = offset;
-        stage.active[c] = true;
+        stage.active.set(c, true);
     }
     return stage;
 }
