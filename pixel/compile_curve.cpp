@@ -12,8 +12,7 @@ Stage compile_between_logarithms(const RgbCurve& op, bool forward) {
     for (std::size_t c = 0; c < 3; ++c) {
         for (const std::size_t i : {forward ? c : 3, forward ? 3 : c}) {
             WideStep step{};
-            (forward ? step.evaluated : step.solved) =
-                spline_table(fit_spline<double>(op.curve[i]), forward);
+            (forward ? step.evaluated : step.solved) = spline_table(fit_spline<double>(op.curve[i]), forward);
             stage.steps[c].push_back(step);
         }
     }

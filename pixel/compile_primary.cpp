@@ -89,8 +89,8 @@ void compile_video(const GradingPrimary& op, std::size_t c, bool forward, Primar
 bool is_neutral(const PrimaryStage& stage, bool count_saturation) {
     const auto neutral = [](const Line& line) { return line.scale == 1 && line.offset == 0; };
     return std::all_of(stage.before, stage.before + 3, neutral) &&
-           std::all_of(stage.after, stage.after + 3, neutral) && !stage.has_power &&
-           std::isinf(stage.low) && std::isinf(stage.high) && !(count_saturation && stage.has_saturation);
+           std::all_of(stage.after, stage.after + 3, neutral) && !stage.has_power && std::isinf(stage.low) &&
+           std::isinf(stage.high) && !(count_saturation && stage.has_saturation);
 }
 
 /// Bounds beyond the floats are none.

@@ -139,8 +139,7 @@ WideStep boosted_whites(double x0, double x1, double m1, bool forward) {
     const double xd = x0 + 0.99 * width, md = 1 / (m0 + 0.99 * (m1 - m0));
     const double a = (1 / m1 - md) / (2 * (x1 - xd)), y1 = width / gain + x0;
     // Stretched by the gain: x0 + m0 t + gain curvature t^2, from x0 to where it reaches x1.
-    const Pieces low{
-        {x0, 0, m0, x0}, {x0, (m1 - m0) / (2 * width) * gain, m0, x0}, {y1, 0, m1, x1}};
+    const Pieces low{{x0, 0, m0, x0}, {x0, (m1 - m0) / (2 * width) * gain, m0, x0}, {y1, 0, m1, x1}};
     constexpr double INF = std::numeric_limits<double>::infinity();
     const Piece end{x1, a, 1 / m1, y1};
     WideStep step{};
@@ -172,16 +171,15 @@ WideStep blacks(double start, double width, double value, bool forward) {
     }
     // As for boosted whites, about the end; it starts so that the value there is x0.
     const double knot = x1 - width / mean;
-    const Pieces pieces{
-        {knot, 0, m0, x0}, {knot, (m1 - m0) / (2 * width) * mean, m0, x0}, {x1, 0, m1, x1}};
+    const Pieces pieces{{knot, 0, m0, x0}, {knot, (m1 - m0) / (2 * width) * mean, m0, x0}, {x1, 0, m1, x1}};
     return in_direction(pieces, !forward);
 }
 
 /// A line through the pivot, and a parabola and a line of the reciprocal slope on either side.
 Pieces s_contrast(double value, const StyleRange& range) {
     const double p = range.pivot;
-    const double k = value > 1 ? 1 / (1.8125 - 0.8125 * std::min(value, 1.99))
-                               : 0.28125 + 0.71875 * std::max(value, 0.01);
+    const double k =
+        value > 1 ? 1 / (1.8125 - 0.8125 * std::min(value, 1.99)) : 0.28125 + 0.71875 * std::max(value, 0.01);
     const auto center = [](double x0, double y0, double m0, double x3, double y3, double m3) {
         return (y3 - y0 - m3 * x3 + m0 * x0) / (m0 - m3);
     };

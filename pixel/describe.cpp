@@ -118,9 +118,9 @@ struct Describer {
     }
     std::string operator()(const Lut3D& op) const {
         return "3D table of edge " + std::to_string(op.edge) +
-               (op.direction == Direction::Inverse                       ? ", inverse"
+               (op.direction == Direction::Inverse                   ? ", inverse"
                 : op.interpolation == CubeInterpolation::Tetrahedral ? ", tetrahedral"
-                                                                         : ", trilinear");
+                                                                     : ", trilinear");
     }
     std::string operator()(const FixedFunction& op) const {
         const std::string parameters = numbers(op.parameters.data(), op.parameters.size());

@@ -21,8 +21,8 @@ namespace HWY_NAMESPACE {
 constexpr std::size_t LOW = 2, HIGH = 6, LINE = 10;
 
 template <class DD>
-HWY_INLINE hn::Vec<DD> choose(DD dd, const FunctionStage& stage, hn::Vec<DD> v, hn::Vec<DD> low, hn::Vec<DD> line,
-                              hn::Vec<DD> high) {
+HWY_INLINE hn::Vec<DD> choose(DD dd, const FunctionStage& stage, hn::Vec<DD> v, hn::Vec<DD> low,
+                              hn::Vec<DD> line, hn::Vec<DD> high) {
     const auto rest = hn::IfThenElse(hn::Lt(v, hn::Set(dd, stage.wide[1])), line, high);
     return hn::IfThenElse(hn::Le(v, hn::Set(dd, stage.wide[0])), low, rest);
 }
@@ -74,7 +74,8 @@ void run_inverse(const FunctionStage& stage, Block& block) {
 FunctionStage compile_double_log(const FixedFunction& op) {
     const auto& p = op.parameters;
     if (!(p[0] > 0) || p[0] == 1 || !(p[1] <= p[2])) {
-        throw std::invalid_argument("two logarithms: the base is positive and not 1, the breaks are in order");
+        throw std::invalid_argument(
+            "two logarithms: the base is positive and not 1, the breaks are in order");
     }
     const double log_of_base = std::log2(p[0]);
     const auto at = [&](std::size_t i, double x) {

@@ -38,8 +38,7 @@ void to_gamma_log(const FunctionStage& stage, Block& block) {
         const auto set = [&](std::size_t i) HWY_ATTR { return hn::Set(dd, curve.k[i]); };
         const auto x = curve.fold(dd, v);
         const auto gamma = hn::Mul(set(3), power_wide(dd, hn::Add(x, set(4)), set(2)));
-        const auto logarithm =
-            hn::MulAdd(set(5), log2_wide(dd, hn::MulAdd(set(7), x, set(8))), set(6));
+        const auto logarithm = hn::MulAdd(set(5), log2_wide(dd, hn::MulAdd(set(7), x, set(8))), set(6));
         return curve.choose(dd, v, gamma, logarithm);
     });
 }
@@ -83,8 +82,9 @@ FunctionStage compile_gamma_log(const FixedFunction& op) {
     const auto& p = op.parameters;
     const double power = p[2], slope = p[3], offset = p[4], base = p[5];
     if (!(base > 0) || base == 1 || !(p[0] < p[1]) || power == 0) {
-        throw std::invalid_argument("gamma and logarithm: the base is positive and not 1, the mirror below the "
-                                    "break, the power not 0");
+        throw std::invalid_argument(
+            "gamma and logarithm: the base is positive and not 1, the mirror below the "
+            "break, the power not 0");
     }
     const bool forward = op.direction == Direction::Forward;
     const auto gamma = [&](double x) { return forward ? x : slope * std::pow(x + offset, power); };

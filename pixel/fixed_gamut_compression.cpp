@@ -45,8 +45,8 @@ void gamut_compression(const FunctionStage& stage, Block& block) {
                 auto value = v;
                 change_wide(d, out, value, unused, [&](auto dd, auto& a, auto& x, auto&) HWY_ATTR {
                     const auto exact = hn::Div(hn::Sub(a, x), hn::Abs(a));
-                    const auto moved = compressed<FORWARD>(dd, exact, stage.wide[c], stage.wide[3 + c],
-                                                           stage.wide[6]);
+                    const auto moved =
+                        compressed<FORWARD>(dd, exact, stage.wide[c], stage.wide[3 + c], stage.wide[6]);
                     a = hn::IfThenElse(hn::Lt(exact, hn::Set(dd, stage.wide[c])), x,
                                        hn::Sub(a, hn::Mul(moved, hn::Abs(a))));
                 });

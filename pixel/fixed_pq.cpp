@@ -21,8 +21,7 @@ void linear_to_pq(const FunctionStage&, Block& block) {
     map_channels(block, [](auto dd, auto v) HWY_ATTR {
         const auto set = [&](double c) HWY_ATTR { return hn::Set(dd, c); };
         const auto y = power_wide(dd, hn::Mul(hn::Abs(v), set(1 / SCALE)), set(M1));
-        const auto ratio =
-            hn::Div(hn::MulAdd(y, set(C2), set(C1)), hn::MulAdd(y, set(C3), set(1.0)));
+        const auto ratio = hn::Div(hn::MulAdd(y, set(C2), set(C1)), hn::MulAdd(y, set(C3), set(1.0)));
         return hn::CopySign(power_wide(dd, ratio, set(M2)), v);
     });
 }

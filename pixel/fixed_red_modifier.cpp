@@ -129,7 +129,8 @@ void red_forward_03(const FunctionStage& stage, Block& block) {
 
 /// The root of the quadratic equation that the forward direction poses.
 template <class DD>
-HWY_INLINE hn::Vec<DD> original_red(DD dd, hn::Vec<DD> r, hn::Vec<DD> least, hn::Vec<DD> weight, double scale) {
+HWY_INLINE hn::Vec<DD> original_red(DD dd, hn::Vec<DD> r, hn::Vec<DD> least, hn::Vec<DD> weight,
+                                    double scale) {
     const auto share = hn::Mul(weight, hn::Set(dd, scale)), pivot = hn::Set(dd, PIVOT);
     const auto a = hn::Sub(share, hn::Set(dd, 1.0));
     const auto b = hn::Sub(r, hn::Mul(share, hn::Add(pivot, least)));
@@ -191,7 +192,8 @@ void run_inverse_10(const FunctionStage& stage, Block& block) {
 } // namespace
 
 FunctionStage compile_red_modifier(const FixedFunction& op) {
-    const bool early = op.style == FixedStyle::AcesRedModifier03, forward = op.direction == Direction::Forward;
+    const bool early = op.style == FixedStyle::AcesRedModifier03,
+               forward = op.direction == Direction::Forward;
     FunctionStage stage{early ? (forward ? run_forward_03 : run_inverse_03)
                               : (forward ? run_forward_10 : run_inverse_10),
                         {}};

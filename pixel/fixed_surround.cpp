@@ -15,8 +15,8 @@ HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// k: weights of red, green and blue in the luminance, least luminance, exponent; 1 where the magnitude of the
-/// luminance counts.
+/// k: weights of red, green and blue in the luminance, least luminance, exponent; 1 where the magnitude of
+/// the luminance counts.
 void surround(const FunctionStage& stage, Block& block) {
     with_power(stage.k[4], [&](const auto& power) HWY_ATTR {
         map_colors(block, [&](auto d, auto& r, auto& g, auto& b) HWY_ATTR {

@@ -38,7 +38,8 @@ std::uint64_t interleaved(const std::array<std::uint16_t, 3>& at) {
     return key;
 }
 
-/// Gauss elimination with the largest pivots. An equation left without one must hold, and leaves its unknown 0.
+/// Gauss elimination with the largest pivots. An equation left without one must hold, and leaves its unknown
+/// 0.
 bool solve_equations(std::array<std::array<double, 4>, 3>& m, Triple& x) {
     Corner unknown{0, 1, 2};
     std::size_t rank = 0;
@@ -166,8 +167,7 @@ InverseCube::Box InverseCube::box_of(const std::array<std::uint16_t, 3>& at) con
     for (std::size_t c = 0; c < 3; ++c) {
         double low = node(at[0], at[1], at[2])[c], high = low;
         for (std::size_t corner = 1; corner < 8; ++corner) {
-            const double v =
-                node(at[0] + (corner & 1), at[1] + (corner >> 1 & 1), at[2] + (corner >> 2))[c];
+            const double v = node(at[0] + (corner & 1), at[1] + (corner >> 1 & 1), at[2] + (corner >> 2))[c];
             low = std::min(low, v);
             high = std::max(high, v);
         }
@@ -203,7 +203,8 @@ bool InverseCube::search(std::size_t level, std::size_t first, const std::array<
         const Box& box = boxes[i];
         const bool contains = box.low[0] <= rgb[0] && rgb[0] <= box.high[0] && box.low[1] <= rgb[1] &&
                               rgb[1] <= box.high[1] && box.low[2] <= rgb[2] && rgb[2] <= box.high[2];
-        if (contains && (level > 0 ? search(level - 1, i * BRANCHES, rgb, out) : solve(cells_[i], rgb, out))) {
+        if (contains &&
+            (level > 0 ? search(level - 1, i * BRANCHES, rgb, out) : solve(cells_[i], rgb, out))) {
             return true;
         }
     }

@@ -73,9 +73,8 @@ bool spline_plane_in_registers(const SplineTable<float>& table, std::size_t c, B
     const hn::ScalableTag<float> d;
     RegisterSpline spline;
     spline.load<FORWARD>(table);
-    map_plane_slowly(block, c, [&](auto v) HWY_ATTR {
-        return apply_pieces<FORWARD>(d, table, spline.find(d, v), v);
-    });
+    map_plane_slowly(block, c,
+                     [&](auto v) HWY_ATTR { return apply_pieces<FORWARD>(d, table, spline.find(d, v), v); });
     return true;
 }
 

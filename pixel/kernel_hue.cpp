@@ -56,7 +56,8 @@ void restore_middle(const float* const before[3], Block& block) {
         const auto share = hn::Div(hn::Sub(order.middle(r0, g0, b0), low), chroma);
         const auto zero = hn::Zero(d), one = hn::Set(d, 1.0f);
         const auto part = hn::IfThenElse(hn::Eq(chroma, zero), zero, share);
-        const auto r = hn::Load(d, plane[0] + i), g = hn::Load(d, plane[1] + i), b = hn::Load(d, plane[2] + i);
+        const auto r = hn::Load(d, plane[0] + i), g = hn::Load(d, plane[1] + i),
+                   b = hn::Load(d, plane[2] + i);
         const auto least = order.least(r, g, b), width = hn::Sub(order.most(r, g, b), least);
         const auto middle = hn::Add(hn::Mul(part, width), least);
         const auto is_red = hn::Ne(order.middle(one, zero, zero), zero);

@@ -112,7 +112,8 @@ struct Lut1D {
 enum class CubeOrder { RedFastest, BlueFastest };
 enum class CubeInterpolation { Trilinear, Tetrahedral };
 
-/// Three-dimensional table of edge^3 RGB triples over [0, 1]. The inverse is that of tetrahedral interpolation.
+/// Three-dimensional table of edge^3 RGB triples over [0, 1]. The inverse is that of tetrahedral
+/// interpolation.
 struct Lut3D {
     std::size_t edge;
     CubeOrder order;
@@ -128,15 +129,16 @@ enum class FixedStyle {
     AcesGlow03,
     AcesGlow10,
     AcesDarkToDim10,
-    AcesGamutCompression13, ///< limits and thresholds of cyan, magenta and yellow, power
-    Rec2100Surround,        ///< gamma
+    AcesGamutCompression13,  ///< limits and thresholds of cyan, magenta and yellow, power
+    Rec2100Surround,         ///< gamma
     Rec2100SurroundMirrored, ///< gamma; by the magnitude of the luminance
     RgbToHsv,
     XyzToXyy,
     XyzToUvy,
     XyzToLuv,
     LinearToPq,        ///< SMPTE ST 2084; 1 is 100 nit
-    LinearToGammaLog,  ///< mirror, break, power, slope, offset, base, log slope and offset, linear slope and offset
+    LinearToGammaLog,  ///< mirror, break, power, slope, offset, base, log slope and offset, linear slope and
+                       ///< offset
     LinearToDoubleLog, ///< base, two breaks, log slope and offset and linear slope and offset of the low and
                        ///< of the high logarithm, slope and offset of the line between
 };
@@ -183,8 +185,8 @@ struct GradingPrimary {
     GradingStyle style;
     Rgbm brightness, contrast, gamma, offset, exposure, lift, gain;
     double saturation, pivot, pivot_black, pivot_white, clamp_black, clamp_white;
-    /// As OpenColorIO 2.1 does it: outside the log style a channel with exponent 1 leaves all channels without
-    /// one, and saturation alone does nothing.
+    /// As OpenColorIO 2.1 does it: outside the log style a channel with exponent 1 leaves all channels
+    /// without one, and saturation alone does nothing.
     bool one_stops_all;
     Direction direction;
 };

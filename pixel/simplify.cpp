@@ -45,7 +45,8 @@ struct IdentityTest {
     bool operator()(const GradingPrimary& op) const { return changes_nothing(op); }
     bool operator()(const GradingTone& op) const {
         const ToneZone* const zones[] = {&op.blacks, &op.shadows, &op.midtones, &op.highlights, &op.whites};
-        return op.s_contrast == 1 && std::all_of(std::begin(zones), std::end(zones), [](const ToneZone* zone) {
+        return op.s_contrast == 1 &&
+               std::all_of(std::begin(zones), std::end(zones), [](const ToneZone* zone) {
                    return zone->value == Rgbm{1, 1, 1, 1};
                });
     }

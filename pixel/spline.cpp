@@ -56,13 +56,12 @@ private:
         }
         join_lengths(secants, lengths);
         for (std::size_t i = 1; i + 1 < count_; ++i) {
-            slope_[i] = (lengths[i] * secants[i] + lengths[i - 1] * secants[i - 1]) /
-                        (lengths[i] + lengths[i - 1]);
+            slope_[i] =
+                (lengths[i] * secants[i] + lengths[i - 1] * secants[i - 1]) / (lengths[i] + lengths[i - 1]);
         }
         const T half = static_cast<T>(0.5);
         const std::size_t last = count_ - 1;
-        slope_[last] =
-            std::max(LEAST_END_SLOPE<T>, (3 * secants[last - 1] - slope_[last - 1]) * half);
+        slope_[last] = std::max(LEAST_END_SLOPE<T>, (3 * secants[last - 1] - slope_[last - 1]) * half);
         slope_[0] = std::max(LEAST_END_SLOPE<T>, (3 * secants[0] - slope_[1]) * half);
     }
 
@@ -97,7 +96,7 @@ private:
             return;
         }
         const T a = s0 - s, b = s1 - s;
-        const T q = a * b >= 0                 ? (x0 + x1) * half
+        const T q = a * b >= 0                  ? (x0 + x1) * half
                     : std::abs(a) > std::abs(b) ? x1 + a * dx / (s1 - s0)
                                                 : x0 + b * dx / (s1 - s0);
         const T m = (2 * s - s1) + (s1 - s0) * (q - x0) / dx;

@@ -248,9 +248,10 @@ struct PrimaryStage {
     bool forward, has_power, has_saturation;
 };
 
-using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
-                           ExpStage, TableStage, HalfTableStage, InverseTableStage, InverseHalfStage,
-                           HueTableStage, CubeStage, InverseCubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
+using Stage =
+    std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage, ExpStage,
+                 TableStage, HalfTableStage, InverseTableStage, InverseHalfStage, HueTableStage, CubeStage,
+                 InverseCubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
 /// Carries out one stage on a block.
 void run(const Stage& stage, Block& block);

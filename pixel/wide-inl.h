@@ -90,7 +90,8 @@ HWY_INLINE hn::Vec<DD> log2_wide(DD dd, hn::Vec<DD> x) {
     const auto ordinary = hn::And(hn::Gt(x, hn::Set(dd, 0x1p-1000)), hn::Lt(x, infinity));
     const auto logarithm = log2_double(dd, hn::IfThenElse(ordinary, x, hn::Set(dd, 1.0)));
     const auto nan = hn::Set(dd, std::numeric_limits<double>::quiet_NaN());
-    const auto rest = hn::IfThenElse(hn::Lt(x, zero), nan, hn::IfThenElse(hn::IsNaN(x), x, hn::Neg(infinity)));
+    const auto rest =
+        hn::IfThenElse(hn::Lt(x, zero), nan, hn::IfThenElse(hn::IsNaN(x), x, hn::Neg(infinity)));
     return hn::IfThenElse(ordinary, logarithm, hn::IfThenElse(hn::Eq(x, infinity), x, rest));
 }
 

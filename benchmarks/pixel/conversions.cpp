@@ -129,8 +129,8 @@ library::TransformRcPtr primary_grading(library::GradingStyle style) {
 
 library::TransformRcPtr tone_grading(library::GradingStyle style) {
     library::GradingTone values(style);
-    for (library::GradingRGBMSW* zone : {&values.m_blacks, &values.m_shadows, &values.m_midtones,
-                                         &values.m_highlights, &values.m_whites}) {
+    for (library::GradingRGBMSW* zone :
+         {&values.m_blacks, &values.m_shadows, &values.m_midtones, &values.m_highlights, &values.m_whites}) {
         zone->m_red = 1.1;
         zone->m_blue = 0.9;
         zone->m_master = 1.05;

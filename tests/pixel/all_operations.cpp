@@ -59,8 +59,8 @@ void add_gradings(Direction direction, std::vector<Op>& ops) {
                                   1.2,
                                   direction});
     }
-    ops.push_back(Lut1D{InputDomain::Unit, 1000, 1, power_entries(1000), direction,
-                        TableArithmetic::Stepwise, true});
+    ops.push_back(
+        Lut1D{InputDomain::Unit, 1000, 1, power_entries(1000), direction, TableArithmetic::Stepwise, true});
 }
 
 } // namespace

@@ -57,11 +57,32 @@ TEST(Describe, NamesEveryKindOfOperation) {
 
 TEST(Describe, NamesGradingsAndFixedFunctions) {
     const Rgbm one{1, 1, 1, 1}, zero{0, 0, 0, 0};
-    GradingPrimary primary{GradingStyle::Log, zero, {1.5, 1, 1, 1}, one, zero, zero, zero, one, 1.25, 0, 0, 1,
-                           -1e300, 1e300, false, Direction::Forward};
-    GradingTone tone{GradingStyle::Video, {one, 0.4, 0.4}, {{1, 1, 1, 1.5}, 0.6, 0}, {one, 0.4, 0.7},
-                     {one, 0.2, 1}, {one, 0.5, 0.5}, 1.5, Direction::Inverse};
-    const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}}, bent{{0, 0, 0}, {0.5f, 0.75f, 0}, {1, 1, 0}};
+    GradingPrimary primary{GradingStyle::Log,
+                           zero,
+                           {1.5, 1, 1, 1},
+                           one,
+                           zero,
+                           zero,
+                           zero,
+                           one,
+                           1.25,
+                           0,
+                           0,
+                           1,
+                           -1e300,
+                           1e300,
+                           false,
+                           Direction::Forward};
+    GradingTone tone{GradingStyle::Video,
+                     {one, 0.4, 0.4},
+                     {{1, 1, 1, 1.5}, 0.6, 0},
+                     {one, 0.4, 0.7},
+                     {one, 0.2, 1},
+                     {one, 0.5, 0.5},
+                     1.5,
+                     Direction::Inverse};
+    const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}},
+        bent{{0, 0, 0}, {0.5f, 0.75f, 0}, {1, 1, 0}};
     const Program program({
         FixedFunction{FixedStyle::AcesGlow10, {}, Direction::Forward},
         FixedFunction{FixedStyle::Rec2100Surround, {0.78}, Direction::Inverse},

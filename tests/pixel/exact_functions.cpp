@@ -226,9 +226,7 @@ double double_log(Direction direction, const std::vector<double>& p, double v) {
     if (direction == Direction::Forward) {
         return v <= p[1] ? to_log(3, v) : v < p[2] ? p[11] * v + p[12] : to_log(7, v);
     }
-    return v <= to_log(3, p[1])  ? from_log(3, v)
-           : v < to_log(7, p[2]) ? (v - p[12]) / p[11]
-                                 : from_log(7, v);
+    return v <= to_log(3, p[1]) ? from_log(3, v) : v < to_log(7, p[2]) ? (v - p[12]) / p[11] : from_log(7, v);
 }
 
 template <class F>

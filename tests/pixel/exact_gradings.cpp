@@ -110,8 +110,7 @@ ExactPixel evaluate_exposure_exactly(const pixel::ExposureContrast& op, const Ex
     for (std::size_t c = 0; c < 3; ++c) {
         const double v = in[c], light = v > 0 ? v : 0; // NaN becomes 0
         if (op.style == pixel::ExposureStyle::Logarithmic) {
-            const double q =
-                std::max(0.0, std::log2(pivot / 0.18) * op.log_exposure_step + op.log_mid_gray);
+            const double q = std::max(0.0, std::log2(pivot / 0.18) * op.log_exposure_step + op.log_mid_gray);
             const double inverse = std::max(0.001, 1 / (op.contrast * op.gamma));
             out[c] = forward ? (v + op.exposure * op.log_exposure_step - q) * k + q
                              : (v - q) * inverse + q - op.exposure * 0.088;

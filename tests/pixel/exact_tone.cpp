@@ -53,13 +53,13 @@ std::array<Segment, 5> midtone_segments(const ToneZone& zone, double value, cons
     double m1 = 1 + 0.4 * d, m4 = 1 - 0.4 * d;
     const double m2 = 1 + d, m3 = 1 - d;
     if (center <= (b + t) / 2) {
-        const double area = (x1 - b) * (m1 - 1) / 2 + (x2 - x1) * ((m1 - 1) + (m2 - m1) / 2) +
-                            (center - x2) * (m2 - 1) / 2;
+        const double area =
+            (x1 - b) * (m1 - 1) / 2 + (x2 - x1) * ((m1 - 1) + (m2 - m1) / 2) + (center - x2) * (m2 - 1) / 2;
         m4 = (-(t - x4) / 2 + (x4 - x3) * (m3 / 2 - 1) + (x3 - center) * (m3 - 1) / 2 + area) /
              (-(t - x3) / 2);
     } else {
-        const double area = (t - x4) * (m4 - 1) / 2 + (x4 - x3) * ((m4 - 1) + (m3 - m4) / 2) +
-                            (x3 - center) * (m3 - 1) / 2;
+        const double area =
+            (t - x4) * (m4 - 1) / 2 + (x4 - x3) * ((m4 - 1) + (m3 - m4) / 2) + (x3 - center) * (m3 - 1) / 2;
         m1 = (-(x1 - b) / 2 + (x2 - x1) * (m2 / 2 - 1) + (center - x2) * (m2 - 1) / 2 + area) /
              (-(x2 - b) / 2);
     }

@@ -26,8 +26,8 @@ void expect_color(const FixedFunction& function, const Color& in, const Color& o
     EXPECT_EQ(actual[3], 0.5f);
 }
 
-void expect_both(FixedStyle style, const std::vector<double>& parameters, const Color& in, const Color& forward,
-                 const Color& inverse) {
+void expect_both(FixedStyle style, const std::vector<double>& parameters, const Color& in,
+                 const Color& forward, const Color& inverse) {
     expect_color({style, parameters, Direction::Forward}, in, forward);
     expect_color({style, parameters, Direction::Inverse}, in, inverse);
 }
@@ -79,8 +79,8 @@ TEST_P(FixedFunctions, Pq) {
 }
 
 /// ITU-R BT.2100: a square root up to a twelfth of the light, a logarithm above.
-const std::vector<double> HYBRID_LOG_GAMMA{0, 1.0 / 12,   0.5,        std::sqrt(3.0), 0, std::exp(1.0),
-                                           0.17883277, 0.55991073, 12,             -0.28466892};
+const std::vector<double> HYBRID_LOG_GAMMA{0,          1.0 / 12,   0.5, std::sqrt(3.0), 0, std::exp(1.0),
+                                           0.17883277, 0.55991073, 12,  -0.28466892};
 
 TEST_P(FixedFunctions, HybridLogGamma) {
     const Single encode(FixedFunction{FixedStyle::LinearToGammaLog, HYBRID_LOG_GAMMA, Direction::Forward});

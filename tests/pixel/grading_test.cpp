@@ -80,8 +80,8 @@ TEST_P(Gradings, ExposureIsInStopsAndContrastAboutThePivot) {
 
 GradingPrimary primary(GradingStyle style) {
     const Rgbm one{1, 1, 1, 1}, zero{0, 0, 0, 0};
-    return {style, zero, one, one, zero, zero, zero, one, 1, 0, 0, 1, -1e300, 1e300, false,
-            Direction::Forward};
+    return {style, zero, one, one, zero,   zero,  zero,  one,
+            1,     0,    0,   1,   -1e300, 1e300, false, Direction::Forward};
 }
 
 TEST_P(Gradings, PrimaryValuesDoWhatTheirNamesSay) {
@@ -108,8 +108,8 @@ TEST_P(Gradings, OneNeutralChannelStopsTheOthersWhereTheFlagSaysSo) {
 
 GradingTone tone(GradingStyle style) {
     const Rgbm one{1, 1, 1, 1};
-    return {style, {one, 0.4, 0.4}, {one, 0.5, 0}, {one, 0.4, 0.6}, {one, 0.3, 1}, {one, 0.4, 0.5}, 1,
-            Direction::Forward};
+    return {style, {one, 0.4, 0.4},   {one, 0.5, 0}, {one, 0.4, 0.6}, {one, 0.3, 1}, {one, 0.4, 0.5},
+            1,     Direction::Forward};
 }
 
 TEST_P(Gradings, ToneLeavesWhatLiesOutsideItsZoneAlone) {

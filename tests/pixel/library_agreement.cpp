@@ -48,9 +48,9 @@ class Steps {
 public:
     Steps(const library::ConstProcessorRcPtr& processor, const pixel::OpChain& chain, double own_limit)
         : chain_(chain), own_limit_(own_limit) {
-        const auto group = processor
-                               ->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, LOSSLESS)
-                               ->createGroupTransform();
+        const auto group =
+            processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, LOSSLESS)
+                ->createGroupTransform();
         for (int i = 0; i < group->getNumTransforms(); ++i) {
             theirs_.push_back(lossless(processor_of(group->getTransform(i))));
         }

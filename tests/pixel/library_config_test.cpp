@@ -156,10 +156,11 @@ private:
         }
         if (found.magnified > 0) {
             char numbers[160];
-            std::snprintf(numbers, sizeof numbers,
-                          ": %zu of %zu values, %zu nearer to double precision than the library's, difference "
-                          "%.3g tolerances at most",
-                          found.magnified, found.values, found.magnified_nearer, found.largest_magnified);
+            std::snprintf(
+                numbers, sizeof numbers,
+                ": %zu of %zu values, %zu nearer to double precision than the library's, difference "
+                "%.3g tolerances at most",
+                found.magnified, found.values, found.magnified_nearer, found.largest_magnified);
             magnified_in_.push_back(words + numbers);
         }
     }

@@ -59,20 +59,4 @@ TEST(LibraryFunctionAgreement, CieConversions) {
     expect_agreement(function(library::FIXED_FUNCTION_XYZ_TO_LUV));
 }
 
-#if OCIO_VERSION_MINOR >= 5
-TEST(LibraryFunctionAgreement, Pq) {
-    expect_agreement(function(library::FIXED_FUNCTION_LIN_TO_PQ));
-}
-
-TEST(LibraryFunctionAgreement, GammaAndLogarithm) {
-    expect_agreement(function(library::FIXED_FUNCTION_LIN_TO_GAMMA_LOG,
-                              {0, 0.25, 0.5, 1, 0.02, 2.718281828, 0.17, 0.55, 1, -0.2}));
-}
-
-TEST(LibraryFunctionAgreement, TwoLogarithms) {
-    expect_agreement(function(library::FIXED_FUNCTION_LIN_TO_DOUBLE_LOG,
-                              {10, 0.1, 0.5, 0.2, 0.5, 1.2, 0.05, 0.25, 0.45, 1, 0.02, 1.1, 0.3}));
-}
-#endif
-
 } // namespace

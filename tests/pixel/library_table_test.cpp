@@ -57,8 +57,10 @@ TEST(LibraryTableAgreement, CurvesThatKeepTheHue) {
             float v[3];
             transform->getValue(i, v[0], v[1], v[2]); // a new table holds the numbers themselves
             for (int c = 0; c < 3; ++c) {
-                v[c] = std::isfinite(v[c]) ? std::copysign(std::pow(std::fabs(v[c]), 2.2f + 0.3f * static_cast<float>(c)), v[c])
-                                           : v[c];
+                v[c] =
+                    std::isfinite(v[c])
+                        ? std::copysign(std::pow(std::fabs(v[c]), 2.2f + 0.3f * static_cast<float>(c)), v[c])
+                        : v[c];
             }
             transform->setValue(i, v[0], v[1], v[2]);
         }

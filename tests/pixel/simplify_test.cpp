@@ -43,8 +43,9 @@ TEST(Simplify, IdentitiesAreDropped) {
 TEST(Simplify, NeutralGradingsAreDropped) {
     const Rgbm one{1, 1, 1, 1}, zero{0, 0, 0, 0};
     const std::vector<ControlPoint> straight{{0, 0, 0}, {0.5f, 0.5f, 0}, {1, 1, 0}};
-    const GradingPrimary primary{GradingStyle::Linear, zero, one, one, zero, zero, zero, one, 1, 0.18, 0, 1,
-                                 -1e300, 1e300, false, Direction::Forward};
+    const GradingPrimary primary{
+        GradingStyle::Linear, zero, one, one, zero, zero, zero, one, 1, 0.18, 0, 1, -1e300, 1e300, false,
+        Direction::Forward};
     GradingPrimary clamped = primary, saturated = primary, forgotten = primary;
     clamped.clamp_white = 1;
     saturated.saturation = forgotten.saturation = 1.5;
@@ -53,10 +54,17 @@ TEST(Simplify, NeutralGradingsAreDropped) {
     EXPECT_TRUE(simplify({forgotten}).empty());
     EXPECT_EQ(simplify({clamped, saturated}).size(), 2u);
     EXPECT_TRUE(
-        simplify({RgbCurve{GradingStyle::Linear, false, {straight, straight, straight, straight}, {}}}).empty());
+        simplify({RgbCurve{GradingStyle::Linear, false, {straight, straight, straight, straight}, {}}})
+            .empty());
     EXPECT_TRUE(simplify({ExposureContrast{ExposureStyle::Video, 0, 1, 1, 0.18, 0.088, 0.435, {}}}).empty());
-    EXPECT_TRUE(simplify({GradingTone{GradingStyle::Linear, {one, 0, 4}, {one, 2, -7}, {one, 0, 8},
-                                      {one, -2, 9}, {one, 0, 8}, 1, {}}})
+    EXPECT_TRUE(simplify({GradingTone{GradingStyle::Linear,
+                                      {one, 0, 4},
+                                      {one, 2, -7},
+                                      {one, 0, 8},
+                                      {one, -2, 9},
+                                      {one, 0, 8},
+                                      1,
+                                      {}}})
                     .empty());
 }
 

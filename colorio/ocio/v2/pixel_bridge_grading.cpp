@@ -77,14 +77,8 @@ pixel::Op translate_op(const library::ExposureContrastTransform& t) {
         t.getStyle() == library::EXPOSURE_CONTRAST_LINEAR  ? pixel::ExposureStyle::Linear
         : t.getStyle() == library::EXPOSURE_CONTRAST_VIDEO ? pixel::ExposureStyle::Video
                                                            : pixel::ExposureStyle::Logarithmic;
-    return pixel::ExposureContrast{style,
-                                   t.getExposure(),
-                                   t.getContrast(),
-                                   t.getGamma(),
-                                   t.getPivot(),
-                                   t.getLogExposureStep(),
-                                   t.getLogMidGray(),
-                                   direction_of(t)};
+    return pixel::ExposureContrast{style,        t.getExposure(),        t.getContrast(),   t.getGamma(),
+                                   t.getPivot(), t.getLogExposureStep(), t.getLogMidGray(), direction_of(t)};
 }
 
 pixel::Op translate_op(const library::GradingPrimaryTransform& t) {
@@ -127,14 +121,9 @@ pixel::Op translate_op(const library::GradingRGBCurveTransform& t) {
 pixel::Op translate_op(const library::GradingToneTransform& t) {
     refuse_dynamic(t.isDynamic());
     const library::GradingTone& v = t.getValue();
-    return pixel::GradingTone{style_of(t.getStyle()),
-                              zone_of(v.m_blacks),
-                              zone_of(v.m_shadows),
-                              zone_of(v.m_midtones),
-                              zone_of(v.m_highlights),
-                              zone_of(v.m_whites),
-                              v.m_scontrast,
-                              direction_of(t)};
+    return pixel::GradingTone{style_of(t.getStyle()), zone_of(v.m_blacks),     zone_of(v.m_shadows),
+                              zone_of(v.m_midtones),  zone_of(v.m_highlights), zone_of(v.m_whites),
+                              v.m_scontrast,          direction_of(t)};
 }
 
 } // namespace ocio
