@@ -1,7 +1,6 @@
 #include "pixel/kernels.h"
 
 #include <cstdint>
-#include <limits>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "pixel/kernel_curve.cpp"
@@ -22,47 +21,40 @@ namespace HWY_NAMESPACE {
 /// Splines of few pieces in registers: the search and the look-ups are permutations.
 class RegisterSpline {
 public:
-    static constexpr std::size_t CAPACITY = 32;
+    static bool fits(const SplineTable<float>& table) {
+        return table.pieces.size() <= SplineTable<float>::FEW;
+    }
 
-    static bool fits(const SplineTable<float>& table) { return table.pieces.size() <= CAPACITY; }
-
-    template <bool FORWARD>
-    void load(const SplineTable<float>& table) {
-        alignas(64) float part[5][CAPACITY];
-        const std::size_t count = table.pieces.size(), from = FORWARD ? 0 : 1, to = count - (FORWARD ? 0 : 1);
-        for (std::size_t i = 0; i < CAPACITY; ++i) {
-            const auto& piece = table.pieces[from + i < to ? from + i : to - 1];
-            part[0][i] = from + i < to ? table.start[from + i] : std::numeric_limits<float>::quiet_NaN();
-            part[1][i] = piece.knot;
-            part[2][i] = piece.a;
-            part[3][i] = piece.b;
-            part[4][i] = piece.c;
-        }
-        for (std::size_t k = 0; k < 5; ++k) {
-            low_[k] = _mm512_load_ps(part[k]);
-            high_[k] = _mm512_load_ps(part[k] + CAPACITY / 2);
+    HWY_INLINE explicit RegisterSpline(const SplineTable<float>& table) {
+        for (std::size_t k = 0; k < PARTS; ++k) {
+            low_[k] = _mm512_loadu_ps(table.few[k].data());
+            high_[k] = _mm512_loadu_ps(table.few[k].data() + SplineTable<float>::FEW / 2);
         }
     }
 
-    template <class D>
-    HWY_INLINE Pieces<D> find(D d, hn::Vec<D> v) const {
+    template <bool FORWARD, class D>
+    HWY_INLINE Pieces<D> find(D, hn::Vec<D> v) const {
         auto at = _mm512_setzero_si512();
-        for (int step = CAPACITY / 2; step > 0; step /= 2) {
+        for (int step = SplineTable<float>::FEW / 2; step > 0; step /= 2) {
             const auto next = _mm512_add_epi32(at, _mm512_set1_epi32(step));
-            const auto start = hn::Vec<D>{look_up(0, next)};
+            const auto start = hn::Vec<D>{look_up(PARTS - 1, next)};
             at = _mm512_mask_mov_epi32(at, hn::Ge(v, start).raw, next);
         }
-        (void)d;
-        return {hn::Vec<D>{look_up(1, at)}, hn::Vec<D>{look_up(2, at)}, hn::Vec<D>{look_up(3, at)},
-                hn::Vec<D>{look_up(4, at)}};
+        if (!FORWARD) {
+            at = _mm512_max_epi32(at, _mm512_set1_epi32(1));
+        }
+        return {hn::Vec<D>{look_up(0, at)}, hn::Vec<D>{look_up(1, at)}, hn::Vec<D>{look_up(2, at)},
+                hn::Vec<D>{look_up(3, at)}};
     }
 
 private:
+    static constexpr std::size_t PARTS = 5; ///< knots, a, b, c and starts
+
     HWY_INLINE __m512 look_up(std::size_t k, __m512i at) const {
         return _mm512_permutex2var_ps(low_[k], at, high_[k]);
     }
 
-    __m512 low_[5], high_[5];
+    __m512 low_[PARTS], high_[PARTS];
 };
 
 template <bool FORWARD>
@@ -71,10 +63,10 @@ bool spline_plane_in_registers(const SplineTable<float>& table, std::size_t c, B
         return false;
     }
     const hn::ScalableTag<float> d;
-    RegisterSpline spline;
-    spline.load<FORWARD>(table);
-    map_plane_slowly(block, c,
-                     [&](auto v) HWY_ATTR { return apply_pieces<FORWARD>(d, table, spline.find(d, v), v); });
+    const RegisterSpline spline(table);
+    map_plane_slowly(block, c, [&](auto v) HWY_ATTR {
+        return apply_pieces<FORWARD>(d, table, spline.find<FORWARD>(d, v), v);
+    });
     return true;
 }
 

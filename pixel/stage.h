@@ -201,7 +201,7 @@ struct Spline {
 /// asked for.
 template <class T>
 struct SplineTable {
-    static constexpr std::size_t FEW = 8;
+    static constexpr std::size_t FEW = sizeof(T) == sizeof(float) ? 32 : 8; ///< two registers, or one
 
     std::vector<T> start;
     std::vector<typename Spline<T>::Piece> pieces;
