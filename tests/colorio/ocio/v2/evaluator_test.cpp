@@ -62,7 +62,7 @@ TEST_F(Evaluators, LeaveOperationsThatAreNotKnownToTheLibrary) {
     EXPECT_TRUE(std::equal(own, own + 4, librarys));
 }
 
-/// RGB_TO_HSV, which is left to the library, and two exponents. Merged, as 0.01 / 1.40973, they are out of
+/// RGB_TO_HSV and two exponents, for conversions by the library. Merged, as 0.01 / 1.40973, they are out of
 /// the range that the library takes from others.
 library::GroupTransformRcPtr with_exponents_that_merge_out_of_range() {
     const auto group = library::GroupTransform::Create();
@@ -79,6 +79,7 @@ library::GroupTransformRcPtr with_exponents_that_merge_out_of_range() {
 }
 
 TEST_F(Evaluators, TakeOperationsThatTheLibraryMergesOutOfItsOwnRange) {
+    const FastPathGuard off(false);
     config_->setMajorVersion(2);
     const auto exponents = with_exponents_that_merge_out_of_range();
     for (const auto direction : {library::TRANSFORM_DIR_FORWARD, library::TRANSFORM_DIR_INVERSE}) {
@@ -92,6 +93,7 @@ TEST_F(Evaluators, TakeOperationsThatTheLibraryMergesOutOfItsOwnRange) {
 }
 
 TEST_F(Evaluators, OfSuchOperationsAreExplainedStepByStep) {
+    const FastPathGuard off(false);
     config_->setMajorVersion(2);
     const auto processor = ocio::get_processor(config_, with_exponents_that_merge_out_of_range());
     std::array<float, 4> pixel{0.4f, 0.2f, 0.1f, 1};
