@@ -78,12 +78,25 @@ namespace pixel {
 
 HWY_EXPORT(restore_middle);
 
+namespace {
+
+struct TableRunner {
+    Block& block;
+
+    void operator()(const TableStage& s) const { run_table(s, block); }
+    void operator()(const HalfTableStage& s) const { run_half_table(s, block); }
+    void operator()(const InverseTableStage& s) const { run_inverse_table(s, block); }
+    void operator()(const InverseHalfStage& s) const { run_inverse_half(s, block); }
+};
+
+} // namespace
+
 void run_hue_table(const HueTableStage& stage, Block& block) {
     alignas(64) float before[3][BLOCK_PIXELS];
     for (std::size_t c = 0; c < 3; ++c) {
         std::copy(block.plane[c], block.plane[c] + block.padded, before[c]);
     }
-    std::visit([&](const auto& table) { run(table, block); }, stage.table);
+    std::visit(TableRunner{block}, stage.table);
     const float* const planes[3] = {before[0], before[1], before[2]};
     HWY_DYNAMIC_DISPATCH(restore_middle)(planes, block);
 }

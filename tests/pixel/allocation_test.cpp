@@ -49,8 +49,35 @@ Table ramp_entries(std::size_t count) {
     return std::make_shared<const std::vector<float>>(std::move(values));
 }
 
+const Rgbm ONE{1, 1, 1, 1}, SOME{1.1, 0.9, 1, 1.2};
+
+RgbCurve curve(GradingStyle style, Direction direction) {
+    const std::vector<ControlPoint> points{{0, 0.1f, 0}, {0.5f, 0.6f, 0}, {1, 1, 0}};
+    return {style, false, {points, points, points, points}, direction};
+}
+
 OpChain all_kinds() {
     return {
+        FixedFunction{FixedStyle::AcesGamutCompression13,
+                      {1.147, 1.264, 1.312, 0.815, 0.803, 0.880, 1.2},
+                      Direction::Forward},
+        curve(GradingStyle::Log, Direction::Forward),
+        curve(GradingStyle::Linear, Direction::Inverse),
+        ExposureContrast{ExposureStyle::Video, 1, 1.1, 1, 0.18, 0.088, 0.435, Direction::Forward},
+        GradingPrimary{GradingStyle::Log, ONE, SOME, SOME, ONE, ONE, ONE, ONE, 1.2, 0, 0, 1, 0, 2, false,
+                       Direction::Forward},
+        GradingTone{GradingStyle::Log,
+                    {SOME, 0.4, 0.4},
+                    {SOME, 0.5, 0},
+                    {SOME, 0.4, 0.6},
+                    {SOME, 0.3, 1},
+                    {SOME, 0.4, 0.5},
+                    1.2,
+                    Direction::Forward},
+        Lut1D{InputDomain::Unit, 64, 1, ramp_entries(64), Direction::Forward, TableArithmetic::Stepwise,
+              true},
+        Lut3D{5, CubeOrder::RedFastest, CubeInterpolation::Trilinear, ramp_entries(375),
+              TableArithmetic::Stepwise, Direction::Inverse},
         Matrix{{1, 0.5, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}},
         Cdl{{1, 2, 1}, {0, 0, 0}, {2, 1, 1}, 0.5, CdlStyle::Clamped, Direction::Forward},
         Exponent{{2, 2, 2, 1}, Negatives::Clamp, Direction::Forward},
