@@ -28,8 +28,8 @@ Stage compile_curve(const RgbCurve& op) {
     }
     CurveStage stage{};
     stage.forward = forward;
-    for (std::size_t i = 0; i < 4; ++i) {
-        stage.curve[i] = spline_table(fit_spline<float>(op.curve[i]), forward);
+    for (const std::vector<ControlPoint>& points : op.curve) {
+        stage.curve.push_back(spline_table(fit_spline<float>(points), forward));
     }
     return stage;
 }

@@ -213,7 +213,7 @@ struct SplineTable {
 
 /// Curves of red, green, blue and master.
 struct CurveStage {
-    std::array<SplineTable<float>, 4> curve;
+    std::vector<SplineTable<float>> curve; ///< four; large, so kept apart from stages of other kinds
     bool forward;
 };
 
