@@ -142,7 +142,8 @@ double unit(double x) {
 }
 
 ExactPixel from_hsv(const ExactPixel& v) {
-    const double hue = 6 * (v[0] - std::floor(v[0])), s = v[1] > 0 ? std::min(v[1], 1.999) : 0, value = v[2];
+    const double hue = 6 * (v[0] - std::floor(v[0])), s = v[1] > 0 ? std::min<double>(v[1], 1.999f) : 0,
+                 value = v[2];
     double high = value, low = value * (1 - s);
     if (value < 0) {
         low = value / (2 - s);
