@@ -158,7 +158,7 @@ void run_cdl(const CdlStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const CdlStage&) {
-    return &HWY_DYNAMIC_DISPATCH(cdl_pixel);
+    return HWY_DYNAMIC_DISPATCH(cdl_pixel);
 }
 
 } // namespace pixel

@@ -308,7 +308,7 @@ void run_cube(const CubeStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const CubeStage&) {
-    return &HWY_DYNAMIC_DISPATCH(cube_pixel);
+    return HWY_DYNAMIC_DISPATCH(cube_pixel);
 }
 
 } // namespace pixel

@@ -125,7 +125,7 @@ void run_half_table(const HalfTableStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const HalfTableStage&) {
-    return &HWY_DYNAMIC_DISPATCH(half_table_pixel);
+    return HWY_DYNAMIC_DISPATCH(half_table_pixel);
 }
 
 } // namespace pixel

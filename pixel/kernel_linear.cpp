@@ -122,15 +122,15 @@ void run_range(const RangeStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const MatrixStage&) {
-    return &HWY_DYNAMIC_DISPATCH(matrix_pixel);
+    return HWY_DYNAMIC_DISPATCH(matrix_pixel);
 }
 
 PixelKernel pixel_kernel(const DiagonalStage&) {
-    return &HWY_DYNAMIC_DISPATCH(diagonal_pixel);
+    return HWY_DYNAMIC_DISPATCH(diagonal_pixel);
 }
 
 PixelKernel pixel_kernel(const RangeStage&) {
-    return &HWY_DYNAMIC_DISPATCH(range_pixel);
+    return HWY_DYNAMIC_DISPATCH(range_pixel);
 }
 
 } // namespace pixel

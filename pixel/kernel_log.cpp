@@ -128,11 +128,11 @@ void run_exp(const ExpStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const LogStage&) {
-    return &HWY_DYNAMIC_DISPATCH(log_curve_pixel);
+    return HWY_DYNAMIC_DISPATCH(log_curve_pixel);
 }
 
 PixelKernel pixel_kernel(const ExpStage&) {
-    return &HWY_DYNAMIC_DISPATCH(exp_curve_pixel);
+    return HWY_DYNAMIC_DISPATCH(exp_curve_pixel);
 }
 
 } // namespace pixel

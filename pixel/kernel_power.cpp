@@ -131,11 +131,11 @@ void run_toe(const ToeStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const PowerStage&) {
-    return &HWY_DYNAMIC_DISPATCH(power_curve_pixel);
+    return HWY_DYNAMIC_DISPATCH(power_curve_pixel);
 }
 
 PixelKernel pixel_kernel(const ToeStage&) {
-    return &HWY_DYNAMIC_DISPATCH(toe_curve_pixel);
+    return HWY_DYNAMIC_DISPATCH(toe_curve_pixel);
 }
 
 } // namespace pixel

@@ -104,7 +104,7 @@ void run_table(const TableStage& stage, Block& block) {
 }
 
 PixelKernel pixel_kernel(const TableStage&) {
-    return &HWY_DYNAMIC_DISPATCH(table_pixel);
+    return HWY_DYNAMIC_DISPATCH(table_pixel);
 }
 
 } // namespace pixel
