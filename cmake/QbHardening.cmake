@@ -36,7 +36,7 @@ function(qb_harden target)
   if(QB_HAS_CF_PROTECTION)
     target_compile_options(${target} PRIVATE -fcf-protection=full)
   endif()
-  # Sanitizers check the same calls themselves, and need them as they are. Without optimization there is no check.
+  # Sanitizers check the same calls themselves, and need the unchanged calls. The checks exist only with optimization.
   if(NOT QB_SANITIZE)
     target_compile_options(${target} PRIVATE
       $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>

@@ -33,7 +33,7 @@ public:
     static bool init(OfApp* app);
     /// Destroys the manager, and nothing else.
     static void destroy();
-    /// Made on first use; null when there is no memory for it.
+    /// Made on first use; null when memory runs out.
     static ColorIO* get_instance();
 
     /// Words that mark a color-space attribute in host data.
@@ -70,8 +70,8 @@ public:
     CoreString get_default_color_space_from_ext(const CoreString& extension);
 
     /// Converts `size1` x `size2` pixels of `size3` channels in place from `name2` to `name1`. False when the
-    /// names are equal, there is nothing to convert, there is no such conversion, or OpenColorIO refuses the
-    /// pixels, as it does those of one or two channels.
+    /// names are equal, the buffer is empty, the conversion is unknown, or OpenColorIO refuses the pixels, as
+    /// it does those of one or two channels.
     static bool convert_buffer(float* data, const unsigned int& size1, unsigned int size2,
                                const unsigned int& size3, const CoreString& name1, const CoreString& name2);
     /// The same for planes; `a` may be null.

@@ -8,7 +8,7 @@
 /// Converts colors: configured once for a pair of color spaces, a pair of CDLs or a color space and a
 /// view, then applied to pixels and buffers or turned into a shader. It keeps its conversion until it is
 /// configured again, whatever happens to the configuration. Applying is const and thread-safe. Several
-/// threads may each configure a converter of their own while the manager's configuration stays the same.
+/// threads may configure one converter each while the manager's configuration stays the same.
 /// Failures are logged and answered with false or the null string, those of a converter for whose state
 /// there was no memory included. Only the OpenColorIO exceptions of applying and of shaders reach the caller.
 class COLORIO_API ColorIOConverter {

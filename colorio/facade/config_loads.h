@@ -21,7 +21,7 @@ public:
 private:
     struct Outcome {
         ocio::ConstConfigRcPtr config;
-        std::string error; ///< what the library said; there is no config then
+        std::string error; ///< OpenColorIO's message when `config` is null, otherwise empty
     };
 
     ocio::ConstConfigRcPtr take(const std::string& key, const std::function<ocio::ConstConfigRcPtr()>& load);

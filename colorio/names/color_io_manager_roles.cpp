@@ -134,7 +134,7 @@ void ColorIOManager::set_default_color_space_name(bool reload) {
     at_boundary([&] { settle_default_color_space_name(reload, Reload::ADOPT); });
 }
 
-/// `how` says what becomes of a file configuration that fails its check when it is read again.
+/// `how` decides whether a file configuration that fails its check on reload is adopted nevertheless.
 void ColorIOManager::settle_default_color_space_name(bool reload, Reload how) {
     const ReloadScope scope(config_loads);
     if (reload && file_config_loaded)

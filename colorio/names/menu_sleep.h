@@ -7,7 +7,7 @@
 #include "host/of/of_enum.h"
 
 /// Keeps enumerations asleep during its scope, so that the host sees one change of each, whatever happens in
-/// between. What the host throws while it is told ends there.
+/// between. Exceptions of the host's notification are swallowed.
 class MenuSleep {
 public:
     explicit MenuSleep(std::vector<OfEnum*> menus) : menus(std::move(menus)) {

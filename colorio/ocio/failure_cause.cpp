@@ -28,6 +28,14 @@ std::string list_places(const ConstConfigRcPtr& config, const std::string& sourc
     return places;
 }
 
+/// True for a matrix that has no inverse, and for a CDL that takes away all color.
+bool cannot_be_inverted(const library::Transform& transform) {
+    if (const auto* cdl = dynamic_cast<const library::CDLTransform*>(&transform))
+        return cdl->getSat() == 0; // Saturation 0 maps every color to gray.
+    const auto* matrix = dynamic_cast<const library::MatrixTransform*>(&transform);
+    return matrix && is_singular(*matrix);
+}
+
 /// The first context variable that `path` names as $X, ${X} or %X%; empty for none.
 std::string find_variable(const std::string& path) {
     const auto is_name_character = [](char c) {
@@ -89,7 +97,7 @@ public:
     void look_at(const TransformRcPtr& transform) {
         if (found)
             return;
-        if (is_singular_matrix(*transform))
+        if (cannot_be_inverted(*transform))
             found = diagnostics::make_error(
                 Code::MATRIX_SINGULAR, "its matrix cannot be inverted, so this direction does not exist");
         else if (const auto* spaces = dynamic_cast<const library::ColorSpaceTransform*>(transform.get()))

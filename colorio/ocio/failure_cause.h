@@ -16,8 +16,8 @@ namespace ocio {
 diagnostics::Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                                    const char* words);
 
-/// Runs `make`, which has OpenColorIO make `conversion`, and gives what it throws a cause. Errors with a
-/// cause of their own and shortage of memory pass.
+/// Runs `make`, which has OpenColorIO make `conversion`, and gives what it throws a cause. Errors that
+/// have a cause already, and std::bad_alloc, pass unchanged.
 template <class Make>
 decltype(auto) with_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                           Make&& make) {
@@ -32,8 +32,16 @@ decltype(auto) with_cause(const ConstConfigRcPtr& config, const ConstTransformRc
     }
 }
 
-/// Of the library in use: true for a matrix that has no inverse, and for a CDL that takes away all color.
-bool is_singular_matrix(const library::Transform& transform);
+/// True when the 3 x 3 part of a row-major 4 x 4 matrix, which converts red, green and blue, has no inverse.
+template <class Number>
+bool is_singular(const Number (&m)[16]) {
+    return m[0] * (m[5] * m[10] - m[6] * m[9]) - m[1] * (m[4] * m[10] - m[6] * m[8]) +
+               m[2] * (m[4] * m[9] - m[5] * m[8]) ==
+           0;
+}
+
+/// Of the library in use: is_singular of its coefficients.
+bool is_singular(const library::MatrixTransform& matrix);
 /// Of the library in use: true when the config has a color space or a named transform of that name.
 bool knows_space(const ConstConfigRcPtr& config, const std::string& name);
 

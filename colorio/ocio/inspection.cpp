@@ -15,7 +15,7 @@ std::vector<std::string> list_looks(const ConstConfigRcPtr& config) {
 void try_look(const ConstConfigRcPtr& config, const std::string& name) {
     const library::ConstLookRcPtr look = config->getLook(name.c_str());
     if (!look)
-        throw_error(diagnostics::Code::LOOK_UNKNOWN, "there is no look '" + name + "'", name);
+        throw_error(diagnostics::Code::LOOK_UNKNOWN, "unknown look '" + name + "'", name);
     const library::LookTransformRcPtr conversion = library::LookTransform::Create();
     conversion->setSrc(look->getProcessSpace());
     conversion->setDst(look->getProcessSpace());

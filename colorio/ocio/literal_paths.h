@@ -9,7 +9,7 @@
 namespace ocio {
 
 /// Where the file of a file transform lies: variables are replaced in `source` and in the search path, and
-/// what they give is taken as it is. Empty when there is no such file.
+/// variables in their values are not replaced. Empty when the file does not exist.
 std::string locate_file(const ConstConfigRcPtr& config, const std::string& source);
 
 /// The conversion itself or, where the path of a file of it holds `$` or `%`, a copy with such files named by

@@ -105,7 +105,7 @@ TEST_F(ActiveConfig, SaysWhyATrialFailed) {
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_THAT(lines[0].text, HasSubstr("nowhere.spi1d"));
     EXPECT_THAT(lines[1].text, HasSubstr("nowhere.cc"));
-    EXPECT_THAT(lines[2].text, HasSubstr("there is no view transform 'none'"));
+    EXPECT_THAT(lines[2].text, HasSubstr("unknown view transform 'none'"));
 }
 
 TEST_F(ActiveConfig, IsTheBuiltinOneWithoutAnother) {

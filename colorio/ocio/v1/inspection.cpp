@@ -42,7 +42,7 @@ std::vector<std::string> list_view_transforms(const ConstConfigRcPtr&) {
 }
 
 void try_view_transform(const ConstConfigRcPtr&, const std::string& name) {
-    throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "there is no view transform '" + name + "'", name);
+    throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "unknown view transform '" + name + "'", name);
 }
 
 } // namespace ocio

@@ -118,8 +118,8 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTr
 /// The library's own message leaves the name out.
 void require_space(const ConstConfigRcPtr& config, const char* name) {
     if (!get_color_space(config, name))
-        throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN,
-                    "there is no color space '" + std::string(name) + "'", name);
+        throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN, "unknown color space '" + std::string(name) + "'",
+                    name);
 }
 
 } // namespace

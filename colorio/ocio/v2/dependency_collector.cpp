@@ -45,7 +45,7 @@ protected:
     }
 
 private:
-    /// Empty for what is no color space.
+    /// Empty for a name that is not a color space.
     using SpaceType = std::optional<library::ReferenceSpaceType>;
 
     void add_view(const library::DisplayViewTransform& transform, bool inverse) {

@@ -113,8 +113,7 @@ std::vector<std::string> list_view_transforms(const ConstConfigRcPtr& config) {
 void try_view_transform(const ConstConfigRcPtr& config, const std::string& name) {
     const ConstViewTransformRcPtr view_transform = config->getViewTransform(name.c_str());
     if (!view_transform)
-        throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "there is no view transform '" + name + "'",
-                    name);
+        throw_error(diagnostics::Code::VIEW_TRANSFORM_UNKNOWN, "unknown view transform '" + name + "'", name);
     for (const auto direction :
          {library::VIEWTRANSFORM_DIR_FROM_REFERENCE, library::VIEWTRANSFORM_DIR_TO_REFERENCE})
         if (const ConstTransformRcPtr transform = view_transform->getTransform(direction))

@@ -73,7 +73,7 @@ TEST_F(Inspection, TriesLooksByThemselves) {
     EXPECT_THAT(ocio::list_looks(config), ElementsAre("warm", "lost"));
     EXPECT_EQ(refusal_of([&] { ocio::try_look(config, "warm"); }), "nothing thrown");
     EXPECT_THAT(refusal_of([&] { ocio::try_look(config, "lost"); }), HasSubstr("nowhere.cc"));
-    EXPECT_EQ(refusal_of([&] { ocio::try_look(config, "none"); }), "there is no look 'none'");
+    EXPECT_EQ(refusal_of([&] { ocio::try_look(config, "none"); }), "unknown look 'none'");
 }
 
 TEST_F(Inspection, FindsALookThatRefersToItself) {
@@ -88,8 +88,7 @@ TEST_F(Inspection, FindsNoOtherKindsInAVersionOneConfiguration) {
     const auto config = load({});
     EXPECT_THAT(ocio::describe_named_transforms(config), IsEmpty());
     EXPECT_THAT(ocio::list_view_transforms(config), IsEmpty());
-    EXPECT_EQ(refusal_of([&] { ocio::try_view_transform(config, "none"); }),
-              "there is no view transform 'none'");
+    EXPECT_EQ(refusal_of([&] { ocio::try_view_transform(config, "none"); }), "unknown view transform 'none'");
 }
 
 } // namespace
