@@ -44,7 +44,7 @@ void upload_pixels(const GlTexture& texture, const float* rgba, int width, int h
     set_sampling(GL_TEXTURE_2D, GL_NEAREST);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA32F, width, height, 0, GL_RGBA, GL_FLOAT, rgba);
-    check_upload("a float picture of " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
+    check_upload("a float image of " + std::to_string(width) + " x " + std::to_string(height) + " pixels");
 }
 
 } // namespace gl

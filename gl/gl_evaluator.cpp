@@ -11,7 +11,7 @@ namespace gl {
 
 namespace {
 
-/// Pixels in one row of the pictures that carry inputs and results.
+/// Pixels in one row of the images that carry inputs and results.
 constexpr int ROW = 1024;
 
 constexpr char LEGACY_MAIN[] = R"(

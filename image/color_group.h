@@ -7,7 +7,7 @@
 
 namespace image {
 
-/// The channels of a picture that are one color: their positions among the channels.
+/// The channels of an image that are one color: their positions among the channels.
 struct ColorGroup {
     static constexpr int NONE = -1;
 
@@ -19,7 +19,7 @@ struct ColorGroup {
     bool contains(int channel) const;
 };
 
-/// The colors of a picture, told by the names of its channels: R, G, B and A without a layer, or, where
+/// The colors of an image, told by the names of its channels: R, G, B and A without a layer, or, where
 /// there are none, those of the first layer that has them; then those of each view that the attribute
 /// "multiView" names; else the gray "Y". All other channels are data.
 std::vector<ColorGroup> find_color_groups(const OIIO::ImageSpec& spec);

@@ -13,7 +13,7 @@ enum class AlphaConvention {
     EITHER      ///< The file says which.
 };
 
-/// What a format can keep of a picture.
+/// What a format can keep of an image.
 struct FormatAbilities {
     std::string name; ///< OpenImageIO's name of the format, for example "openexr".
     AlphaConvention alpha_convention;

@@ -18,7 +18,7 @@ struct PartHeader {
 
 /// An image file opened in this process. Colors come as the file holds them: straight alpha stays straight
 /// and is marked by the attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the
-/// reason. What OpenImageIO does on a hostile file may end the process: see PictureReader.
+/// reason. What OpenImageIO does on a hostile file may end the process: see ImageReader.
 class ImageFile {
 public:
     /// Reads all headers, and refuses those that announce more pixels than the file or the machine can hold.

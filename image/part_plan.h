@@ -17,23 +17,23 @@ enum class AlphaRule {
     DO_NOT_DIVIDE
 };
 
-/// What is wanted of a written picture.
+/// What is wanted of a written image.
 struct OutputWishes {
     OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Of color and alpha; unknown keeps the input's.
     AlphaRule alpha_rule = AlphaRule::AS_THE_FILE_SAYS;
     std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty leaves it as it is.
     bool keeps_space = false;    ///< The colors stay in the space that the input is in.
-    bool neutrals_stay_neutral = true; ///< Gray pictures stay gray; else they become red, green and blue.
+    bool neutrals_stay_neutral = true; ///< Gray images stay gray; else they become red, green and blue.
 };
 
-/// Where one channel of the written picture comes from.
+/// Where one channel of the written image comes from.
 struct PlannedChannel {
     int source;    ///< Channel of the input.
     int group;     ///< Position among the color groups; ColorGroup::NONE for data.
     int component; ///< 0 to 3 in that group.
 };
 
-/// How one part of a picture becomes a part of the written one.
+/// How one part of an image becomes a part of the written one.
 struct PartPlan {
     OIIO::ImageSpec spec; ///< As asked of the format, which may still change the types.
     std::vector<ColorGroup> groups;

@@ -14,7 +14,7 @@ constexpr std::size_t BLOCK_PIXELS = 512;
 constexpr std::size_t MAX_LANES = 16;
 
 /// Some pixels, one plane per channel. `padded` is `count` rounded up to MAX_LANES; kernels may compute the
-/// padding pixels too. Planes start at cache lines: they are the block's own, or part of a planar picture,
+/// padding pixels too. Planes start at cache lines: they are the block's own, or part of a planar image,
 /// where there are no padding pixels to be computed.
 struct alignas(64) Block {
     float own[4][BLOCK_PIXELS];

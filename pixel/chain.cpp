@@ -5,7 +5,7 @@
 
 #include "pixel/compile.h"
 #include "pixel/describe.h"
-#include "pixel/picture.h"
+#include "pixel/image.h"
 #include "pixel/simplify.h"
 
 namespace pixel {

@@ -11,7 +11,7 @@
 
 namespace pixel {
 
-/// Where the floats of a packed picture lie. Strides count floats; 0 stands for "no gaps".
+/// Where the floats of a packed image lie. Strides count floats; 0 stands for "no gaps".
 struct PackedLayout {
     std::size_t width = 0;
     std::size_t height = 0;
@@ -33,7 +33,7 @@ struct TraceStep {
 
 /// A chain of operations made ready to run on pixels, on the widest vectors the processor has. Pixels are
 /// changed in place; nothing is allocated after construction; one program may be used by several threads at
-/// once. Red, green and blue depend on alpha only where an operation says so; a picture without alpha reads
+/// once. Red, green and blue depend on alpha only where an operation says so; an image without alpha reads
 /// as alpha 0.
 class Program {
 public:
@@ -49,7 +49,7 @@ public:
     void apply_packed(float* data, std::size_t width, std::size_t height, std::size_t channels) const;
     /// Throws std::invalid_argument for fewer than 3 channels, or a pixel stride below the channel count.
     void apply_packed(float* data, const PackedLayout& layout) const;
-    /// One picture per channel, all of the same shape; `a` may be null. `row_stride` counts floats, 0: no
+    /// One image per channel, all of the same shape; `a` may be null. `row_stride` counts floats, 0: no
     /// gaps.
     void apply_planar(float* r, float* g, float* b, float* a, std::size_t width, std::size_t height,
                       std::ptrdiff_t row_stride = 0) const;

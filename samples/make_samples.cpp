@@ -6,8 +6,8 @@
 
 #include <OpenImageIO/imageio.h>
 
-// Makes the sample pictures: a chart with values that only high dynamic range files hold, as EXR of halfs and
-// of floats in scene-linear colors with associated alpha, and an 8-bit sRGB picture of the same chart.
+// Makes the sample images: a chart with values that only high dynamic range files hold, as EXR of halfs and
+// of floats in scene-linear colors with associated alpha, and an 8-bit sRGB image of the same chart.
 
 namespace {
 
@@ -129,8 +129,8 @@ std::vector<float> make_srgb_chart(std::vector<float> pixels) {
     return pixels;
 }
 
-bool write_picture(const std::string& path, OIIO::TypeDesc depth, const char* color_space,
-                   bool straight_alpha, const std::vector<float>& pixels) {
+bool write_image(const std::string& path, OIIO::TypeDesc depth, const char* color_space, bool straight_alpha,
+                 const std::vector<float>& pixels) {
     OIIO::ImageSpec spec(WIDTH, HEIGHT, 4, depth);
     spec.attribute("oiio:ColorSpace", color_space);
     spec.attribute("Software", "make_samples");
@@ -155,8 +155,8 @@ int main(int count, char* arguments[]) {
     const std::string folder = std::string(arguments[1]) + "/";
     const std::vector<float> chart = make_chart();
     const bool written =
-        write_picture(folder + "chart_half.exr", OIIO::TypeHalf, "Linear", false, chart) &&
-        write_picture(folder + "chart_float.exr", OIIO::TypeFloat, "Linear", false, chart) &&
-        write_picture(folder + "chart_srgb.png", OIIO::TypeUInt8, "sRGB", true, make_srgb_chart(chart));
+        write_image(folder + "chart_half.exr", OIIO::TypeHalf, "Linear", false, chart) &&
+        write_image(folder + "chart_float.exr", OIIO::TypeFloat, "Linear", false, chart) &&
+        write_image(folder + "chart_srgb.png", OIIO::TypeUInt8, "sRGB", true, make_srgb_chart(chart));
     return written ? 0 : 1;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Shows what the tool does: makes the sample pictures, lists the built-in configuration, converts a
-# scene-linear picture for a display and an 8-bit picture to scene-linear.
+# Shows what the tool does: makes the sample images, lists the built-in configuration, converts a
+# scene-linear image for a display and an 8-bit image to scene-linear.
 # usage: demo.sh TOOL OUTPUT_DIR
 set -euo pipefail
 
@@ -23,13 +23,13 @@ say() { printf '\n== %s\n' "$*"; }
 say "What the built-in configuration offers"
 "$tool" list
 
-say "A scene-linear picture through the built-in view (no --from: the extension tells the color space)"
+say "A scene-linear image through the built-in view (no --from: the extension tells the color space)"
 "$tool" convert "$folder/chart_half.exr" "$folder/chart_for_display.png" --view Tavelion.sRGB
 
-say "An 8-bit sRGB picture to scene-linear (as --from and --to say)"
+say "An 8-bit sRGB image to scene-linear (as --from and --to say)"
 "$tool" convert "$folder/chart_srgb.png" "$folder/chart_linear.exr" --from sRGB --to linear -d half
 
-say "The pictures"
+say "The images"
 printf '  %s\n' \
     "$folder/chart_half.exr         the sample: ramps, negatives, superwhites, saturated colors, alpha" \
     "$folder/chart_for_display.png  the same for a display" \

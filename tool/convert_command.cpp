@@ -36,7 +36,7 @@ constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Ta
   colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
 
-The output may be the input: a picture is replaced whole or not at all.)";
+The output may be the input: an image is replaced whole or not at all.)";
 
 constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
 constexpr int MAX_THREADS = 1024;
@@ -79,10 +79,10 @@ private:
 };
 
 ConvertCommand::ConvertCommand(Options& program)
-    : Command(program, "convert", "Convert pictures from one color space to another or for a display",
+    : Command(program, "convert", "Convert images from one color space to another or for a display",
               EXAMPLES) {
-    options.add("input", input, "Picture to read; shot.%04d.exr or shot.####.exr with --frames").required();
-    options.add("output", output, "Picture to write; the extension tells the format").required();
+    options.add("input", input, "Image to read; shot.%04d.exr or shot.####.exr with --frames").required();
+    options.add("output", output, "Image to write; the extension tells the format").required();
     add_conversion_options(options, request,
                            "Color space of the input; without it the one associated with the extension");
     add_grade_options(options, request);

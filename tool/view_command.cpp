@@ -25,7 +25,7 @@ constexpr char EXAMPLES[] = R"(  colorio view render.exr
   colorio view render.exr --script tour.txt
 
 In the window: drag moves, the wheel zooms, shift and drag moves the line of the wipe, files can be dropped.
-Edited configurations, LUTs, CDLs and pictures are read again at once.
+Edited configurations, LUTs, CDLs and images are read again at once.
 
 Commands of a script, one a line:
 )";
@@ -116,7 +116,7 @@ private:
     }
 
     void apply_options(viewer::ViewModel& model) const {
-        model.add_pictures(paths);
+        model.add_images(paths);
         model.open(paths.front());
         if (!space.empty())
             model.set_input_space(space);

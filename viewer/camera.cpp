@@ -5,26 +5,26 @@
 
 namespace viewer {
 
-void Camera::look_at(int viewport_width, int viewport_height, int picture_width, int picture_height) {
+void Camera::look_at(int viewport_width, int viewport_height, int image_width, int image_height) {
     viewport = {std::max(1.0, double(viewport_width)), std::max(1.0, double(viewport_height))};
-    const Size size = {std::max(1.0, double(picture_width)), std::max(1.0, double(picture_height))};
-    if (size.width != picture.width || size.height != picture.height)
+    const Size size = {std::max(1.0, double(image_width)), std::max(1.0, double(image_height))};
+    if (size.width != image.width || size.height != image.height)
         fit();
-    picture = size;
+    image = size;
 }
 
 double Camera::get_zoom() const {
     if (!fitting)
         return zoom;
-    return std::min(viewport.width / picture.width, viewport.height / picture.height);
+    return std::min(viewport.width / image.width, viewport.height / image.height);
 }
 
 void Camera::settle() {
     if (!fitting)
         return;
     zoom = get_zoom();
-    middle_x = picture.width / 2;
-    middle_y = picture.height / 2;
+    middle_x = image.width / 2;
+    middle_y = image.height / 2;
     fitting = false;
 }
 
@@ -52,8 +52,8 @@ void Camera::pan(double x, double y) {
 
 Placement Camera::get_placement() const {
     const double scale = get_zoom();
-    const double x = fitting ? picture.width / 2 : middle_x;
-    const double y = fitting ? picture.height / 2 : middle_y;
+    const double x = fitting ? image.width / 2 : middle_x;
+    const double y = fitting ? image.height / 2 : middle_y;
     return {std::round(viewport.width / 2 - x * scale), std::round(viewport.height / 2 - y * scale), scale};
 }
 

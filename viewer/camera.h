@@ -14,36 +14,36 @@ struct Viewport {
     }
 };
 
-/// From a position in a viewport to one in the picture, both counted from the top left.
+/// From a position in a viewport to one in the image, both counted from the top left.
 struct Placement {
-    double origin_x; ///< Where the picture's top left corner lies in the viewport.
+    double origin_x; ///< Where the image's top left corner lies in the viewport.
     double origin_y;
-    double zoom; ///< Pixels of the window per pixel of the picture.
+    double zoom; ///< Pixels of the window per pixel of the image.
 
-    double to_picture_x(double x) const { return (x - origin_x) / zoom; }
-    double to_picture_y(double y) const { return (y - origin_y) / zoom; }
+    double to_image_x(double x) const { return (x - origin_x) / zoom; }
+    double to_image_y(double y) const { return (y - origin_y) / zoom; }
 };
 
-/// Which part of the picture is looked at.
+/// Which part of the image is looked at.
 class Camera {
 public:
     static constexpr double MIN_ZOOM = 1.0 / 64;
     static constexpr double MAX_ZOOM = 256;
 
-    /// Takes the sizes of the viewport and of the picture. A picture of another size is fitted.
-    void look_at(int viewport_width, int viewport_height, int picture_width, int picture_height);
+    /// Takes the sizes of the viewport and of the image. An image of another size is fitted.
+    void look_at(int viewport_width, int viewport_height, int image_width, int image_height);
 
     /// As large as fits, in the middle, whatever the viewport becomes.
     void fit() { fitting = true; }
-    /// Pixels of the window per pixel of the picture, within the limits. What is in the middle stays there.
+    /// Pixels of the window per pixel of the image, within the limits. What is in the middle stays there.
     void set_zoom(double zoom);
     /// Multiplies the zoom; what lies at the position of the viewport stays there.
     void zoom_at(double factor, double x, double y);
-    /// Moves the picture by so many pixels of the window.
+    /// Moves the image by so many pixels of the window.
     void pan(double x, double y);
 
     bool is_fitting() const { return fitting; }
-    /// The picture's corner lies on a corner of the window's pixels, so that none is split at zoom 1.
+    /// The image's corner lies on a corner of the window's pixels, so that none is split at zoom 1.
     Placement get_placement() const;
 
 private:
@@ -57,10 +57,10 @@ private:
     void settle();
 
     Size viewport;
-    Size picture;
+    Size image;
     bool fitting = true;
     double zoom = 1;
-    double middle_x = 0; ///< Position in the picture that is in the middle of the viewport.
+    double middle_x = 0; ///< Position in the image that is in the middle of the viewport.
     double middle_y = 0;
 };
 

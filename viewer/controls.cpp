@@ -19,7 +19,7 @@ constexpr float EXPOSURE_STEP = 0.5f;
 void Panels::press_key(ViewModel& model, char letter) {
     switch (letter) {
     case 'p':
-        open_dialog(FileKind::PICTURE, model);
+        open_dialog(FileKind::IMAGE, model);
         break;
     case 'c':
         open_dialog(FileKind::CONFIG, model);
@@ -52,10 +52,10 @@ void Panels::press_key(ViewModel& model, char letter) {
         model.set_exposure(model.get_settings(ViewModel::FIRST).exposure + EXPOSURE_STEP);
         break;
     case '<':
-        attempt([&] { model.step_picture(-1); });
+        attempt([&] { model.step_image(-1); });
         break;
     case '>':
-        attempt([&] { model.step_picture(1); });
+        attempt([&] { model.step_image(1); });
         break;
     default:
         break;

@@ -16,8 +16,8 @@ namespace {
 
 constexpr char HEAD[] = R"(
 out vec4 result;
-uniform sampler2D picture;
-uniform vec2 picture_size;
+uniform sampler2D image;
+uniform vec2 image_size;
 uniform vec2 corner;
 uniform float zoom;
 uniform float gain;
@@ -25,10 +25,10 @@ uniform float gain;
 constexpr char MAIN[] = R"(
 void main() {
     vec2 at = vec2(gl_FragCoord.x - corner.x, corner.y - gl_FragCoord.y) / zoom;
-    bool outside = any(lessThan(at, vec2(0.0))) || any(greaterThanEqual(at, picture_size));
+    bool outside = any(lessThan(at, vec2(0.0))) || any(greaterThanEqual(at, image_size));
     // A filter mixes in a little of the neighbors even at the middle of a pixel.
-    vec4 color = zoom < 1.0 ? texture(picture, at / picture_size)
-                            : texelFetch(picture, ivec2(clamp(at, vec2(0.0), picture_size - 1.0)), 0);
+    vec4 color = zoom < 1.0 ? texture(image, at / image_size)
+                            : texelFetch(image, ivec2(clamp(at, vec2(0.0), image_size - 1.0)), 0);
     result = outside ? vec4(vec3(0.05), 1.0) : convert(color);
 }
 )";
@@ -80,7 +80,7 @@ ConversionShader::ConversionShader(const std::vector<StageData>& stages, std::si
     : program(gl::FullScreenPass::get_vertex_text(gl::GlProfile::CORE), make_text(stages, exposure_position)),
       tables(stages.size()) {
     program.use();
-    glUniform1i(program.get_uniform("picture"), 0);
+    glUniform1i(program.get_uniform("image"), 0);
     for (std::size_t i = 0; i < stages.size(); ++i) {
         const auto unit = static_cast<GLint>(i + 1);
         gl::upload_table(tables[i], stages[i].table.begin(), static_cast<int>(stages[i].edge));
@@ -95,8 +95,8 @@ void ConversionShader::use(const DrawParameters& parameters) const {
         glBindTexture(GL_TEXTURE_3D, tables[i].get());
     }
     glActiveTexture(GL_TEXTURE0);
-    glUniform2f(program.get_uniform("picture_size"), static_cast<float>(parameters.picture_width),
-                static_cast<float>(parameters.picture_height));
+    glUniform2f(program.get_uniform("image_size"), static_cast<float>(parameters.image_width),
+                static_cast<float>(parameters.image_height));
     glUniform2f(program.get_uniform("corner"), parameters.corner_x, parameters.corner_y);
     glUniform1f(program.get_uniform("zoom"), parameters.zoom);
     glUniform1f(program.get_uniform("gain"), parameters.gain);

@@ -12,13 +12,13 @@ class Conversion;
 
 namespace viewer {
 
-/// Where and how a picture is drawn, in window coordinates as OpenGL counts them: from the bottom left.
+/// Where and how an image is drawn, in window coordinates as OpenGL counts them: from the bottom left.
 struct DrawParameters {
-    float corner_x; ///< The picture's top left corner.
+    float corner_x; ///< The image's top left corner.
     float corner_y;
     float zoom;
-    int picture_width;
-    int picture_height;
+    int image_width;
+    int image_height;
     float gain; ///< Linear factor of the exposure.
 };
 
@@ -29,7 +29,7 @@ public:
     /// values times gain. Throws GlError when a text does not compile.
     explicit ConversionShader(const workflow::Conversion* conversion);
 
-    /// Makes it current: a full-screen pass then draws the picture in texture unit 0.
+    /// Makes it current: a full-screen pass then draws the image in texture unit 0.
     void use(const DrawParameters& parameters) const;
 
 private:

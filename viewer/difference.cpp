@@ -29,12 +29,11 @@ std::string format_difference(const Difference& difference) {
     return text;
 }
 
-Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
-                          const std::vector<float>& cpu) {
-    auto shown = std::make_shared<Picture>();
-    shown->path = picture.path;
-    shown->width = picture.width;
-    shown->height = picture.height;
+Difference compare_pixels(const Image& image, const std::vector<float>& gpu, const std::vector<float>& cpu) {
+    auto shown = std::make_shared<Image>();
+    shown->path = image.path;
+    shown->width = image.width;
+    shown->height = image.height;
     shown->rgba.resize(gpu.size());
     Difference result;
     double sum = 0;
@@ -54,30 +53,29 @@ Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
         result.incomparable += !comparable;
     }
     result.mean = gpu.empty() ? 0 : sum / (static_cast<double>(gpu.size()) * 3 / 4);
-    result.x = static_cast<int>(largest_at % static_cast<std::size_t>(picture.width));
-    result.y = static_cast<int>(largest_at / static_cast<std::size_t>(picture.width));
-    result.picture = std::move(shown);
+    result.x = static_cast<int>(largest_at % static_cast<std::size_t>(image.width));
+    result.y = static_cast<int>(largest_at / static_cast<std::size_t>(image.width));
+    result.image = std::move(shown);
     return result;
 }
 
-std::vector<float> convert_on_cpu(const Picture& picture, const workflow::Conversion& conversion,
+std::vector<float> convert_on_cpu(const Image& image, const workflow::Conversion& conversion,
                                   float exposure) {
-    std::vector<float> rgba = picture.rgba;
-    const auto row = static_cast<std::size_t>(picture.width) * 4;
-    OIIO::parallel_for_chunked(0, picture.height, 0, [&](int64_t begin, int64_t end) {
-        conversion.apply(&rgba[static_cast<std::size_t>(begin) * row],
-                         static_cast<unsigned int>(picture.width), static_cast<unsigned int>(end - begin),
-                         exposure);
+    std::vector<float> rgba = image.rgba;
+    const auto row = static_cast<std::size_t>(image.width) * 4;
+    OIIO::parallel_for_chunked(0, image.height, 0, [&](int64_t begin, int64_t end) {
+        conversion.apply(&rgba[static_cast<std::size_t>(begin) * row], static_cast<unsigned int>(image.width),
+                         static_cast<unsigned int>(end - begin), exposure);
     });
     return rgba;
 }
 
-std::future<Difference> start_comparison(std::shared_ptr<const Picture> picture,
+std::future<Difference> start_comparison(std::shared_ptr<const Image> image,
                                          std::shared_ptr<const workflow::Conversion> conversion,
                                          float exposure, std::vector<float> gpu) {
-    return std::async(std::launch::async, [picture = std::move(picture), conversion = std::move(conversion),
+    return std::async(std::launch::async, [image = std::move(image), conversion = std::move(conversion),
                                            exposure, gpu = std::move(gpu)] {
-        return compare_pixels(*picture, gpu, convert_on_cpu(*picture, *conversion, exposure));
+        return compare_pixels(*image, gpu, convert_on_cpu(*image, *conversion, exposure));
     });
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "viewer/picture.h"
+#include "viewer/image.h"
 
 namespace workflow {
 class Conversion;
@@ -13,10 +13,10 @@ class Conversion;
 
 namespace viewer {
 
-/// How far two conversions of one picture are apart.
+/// How far two conversions of one image are apart.
 struct Difference {
-    std::shared_ptr<const Picture> picture; ///< Absolute difference of red, green and blue; alpha is 1.
-    double largest = 0;                     ///< Of all components that are finite in both.
+    std::shared_ptr<const Image> image; ///< Absolute difference of red, green and blue; alpha is 1.
+    double largest = 0;                 ///< Of all components that are finite in both.
     double mean = 0;
     int x = 0; ///< Where it is largest.
     int y = 0;
@@ -26,16 +26,14 @@ struct Difference {
 /// "largest 0.000123 at 5, 7; mean 1e-06".
 std::string format_difference(const Difference& difference);
 
-/// Compares RGBA pixels of a picture's size.
-Difference compare_pixels(const Picture& picture, const std::vector<float>& gpu,
-                          const std::vector<float>& cpu);
+/// Compares RGBA pixels of an image's size.
+Difference compare_pixels(const Image& image, const std::vector<float>& gpu, const std::vector<float>& cpu);
 
-/// Converts the picture on all CPUs.
-std::vector<float> convert_on_cpu(const Picture& picture, const workflow::Conversion& conversion,
-                                  float exposure);
+/// Converts the image on all CPUs.
+std::vector<float> convert_on_cpu(const Image& image, const workflow::Conversion& conversion, float exposure);
 
-/// Converts the picture on the CPU and compares, in the background.
-std::future<Difference> start_comparison(std::shared_ptr<const Picture> picture,
+/// Converts the image on the CPU and compares, in the background.
+std::future<Difference> start_comparison(std::shared_ptr<const Image> image,
                                          std::shared_ptr<const workflow::Conversion> conversion,
                                          float exposure, std::vector<float> gpu);
 

@@ -12,7 +12,7 @@ namespace viewer {
 namespace {
 
 /// From the library's list, "bmp:bmp;jpeg:jpg,jpe,jpeg".
-std::vector<std::string> find_picture_extensions() {
+std::vector<std::string> find_image_extensions() {
     std::vector<std::string> extensions;
     std::istringstream formats(OIIO::get_string_attribute("extension_list"));
     for (std::string format; std::getline(formats, format, ';');) {
@@ -28,14 +28,14 @@ std::vector<std::string> find_picture_extensions() {
 const std::vector<std::string>& get_extensions(FileKind kind) {
     static const std::vector<std::string> CONFIGS = {".ocio", ".ocioz"};
     static const std::vector<std::string> CDL_LIBRARIES = {".cc", ".ccc", ".cdl"};
-    static const std::vector<std::string> PICTURES = find_picture_extensions();
+    static const std::vector<std::string> IMAGES = find_image_extensions();
     switch (kind) {
     case FileKind::CONFIG:
         return CONFIGS;
     case FileKind::CDL_LIBRARY:
         return CDL_LIBRARIES;
     default:
-        return PICTURES;
+        return IMAGES;
     }
 }
 
@@ -48,7 +48,7 @@ FileKind get_file_kind(const std::string& path) {
         if (std::find(extensions.begin(), extensions.end(), extension) != extensions.end())
             return kind;
     }
-    return FileKind::PICTURE;
+    return FileKind::IMAGE;
 }
 
 } // namespace viewer

@@ -6,9 +6,9 @@
 namespace viewer {
 
 /// What files are to the viewer.
-enum class FileKind { PICTURE, CONFIG, CDL_LIBRARY };
+enum class FileKind { IMAGE, CONFIG, CDL_LIBRARY };
 
-/// By the file's extension; everything unknown is taken for a picture.
+/// By the file's extension; everything unknown is taken for an image.
 FileKind get_file_kind(const std::string& path);
 
 /// Extensions of such files, with the '.', in lower case.

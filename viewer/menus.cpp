@@ -27,7 +27,7 @@ const char* get_title(FileKind kind) {
     case FileKind::CDL_LIBRARY:
         return "Open CDL library";
     default:
-        return "Open picture";
+        return "Open image";
     }
 }
 
@@ -68,8 +68,8 @@ void Panels::show_menus(ViewModel& model) {
 }
 
 void Panels::show_file_menu(ViewModel& model) {
-    if (widgets::show_menu_item(items, "Open picture...", "p"))
-        open_dialog(FileKind::PICTURE, model);
+    if (widgets::show_menu_item(items, "Open image...", "p"))
+        open_dialog(FileKind::IMAGE, model);
     if (widgets::show_menu_item(items, "Open configuration...", "c"))
         open_dialog(FileKind::CONFIG, model);
     if (widgets::show_menu_item(items, "Open CDL library...", "l"))
@@ -82,11 +82,11 @@ void Panels::show_file_menu(ViewModel& model) {
         quits = true;
 }
 
-/// Starts beside the configuration in force, or else beside the picture.
+/// Starts beside the configuration in force, or else beside the image.
 void Panels::open_dialog(FileKind kind, const ViewModel& model) {
     const std::string& config = model.get_host().get_config_path();
-    const std::string& picture = model.get_pictures().get_current_path();
-    const std::filesystem::path beside = kind == FileKind::PICTURE || config.empty() ? picture : config;
+    const std::string& image = model.get_images().get_current_path();
+    const std::filesystem::path beside = kind == FileKind::IMAGE || config.empty() ? image : config;
     dialog_kind = kind;
     dialog.open(get_title(kind), beside.parent_path().string(), get_extensions(kind));
 }

@@ -81,7 +81,7 @@ void Panels::show(ViewModel& model, const ViewRenderer& renderer, const PixelRea
                      ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_MenuBar);
     show_menus(model);
     show_faults(model);
-    show_pictures(model);
+    show_images(model);
     show_colors(model);
     show_layout(model, renderer);
     show_readout(readout);
@@ -101,20 +101,20 @@ void Panels::show_faults(const ViewModel& model) const {
         widgets::show_note(model.get_note());
 }
 
-void Panels::show_pictures(ViewModel& model) {
-    if (!model.get_picture())
+void Panels::show_images(ViewModel& model) {
+    if (!model.get_image())
         return;
-    const Picture& picture = *model.get_picture();
-    if (model.get_pictures().get_paths().size() > 1) {
+    const Image& image = *model.get_image();
+    if (model.get_images().get_paths().size() > 1) {
         if (widgets::show_button(items, "<"))
-            attempt([&] { model.step_picture(-1); });
+            attempt([&] { model.step_image(-1); });
         ImGui::SameLine();
         if (widgets::show_button(items, ">"))
-            attempt([&] { model.step_picture(1); });
+            attempt([&] { model.step_image(1); });
         ImGui::SameLine();
     }
-    show_text(picture.path);
-    show_text(fmt::format("{} x {}, {}; {:.4g} %", picture.width, picture.height, picture.channels,
+    show_text(image.path);
+    show_text(fmt::format("{} x {}, {}; {:.4g} %", image.width, image.height, image.channels,
                           100 * model.get_camera().get_placement().zoom));
     ImGui::Separator();
 }
@@ -212,7 +212,7 @@ void Panels::show_configuration(ViewModel& model) {
     if (widgets::show_button(items, "CDL library..."))
         open_dialog(FileKind::CDL_LIBRARY, model);
     ImGui::TextDisabled("f fit  1 100%%  o w s d layout  [ ] exposure");
-    ImGui::TextDisabled("p c l open  < > pictures");
+    ImGui::TextDisabled("p c l open  < > images");
 }
 
 } // namespace viewer

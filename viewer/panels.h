@@ -9,7 +9,7 @@
 
 namespace viewer {
 
-/// The panels beside the picture, and what mouse and keyboard do to the model. The panels' library and its
+/// The panels beside the image, and what mouse and keyboard do to the model. The panels' library and its
 /// OpenGL part live as long as this.
 class Panels {
 public:
@@ -26,7 +26,7 @@ public:
     void begin();
     /// Declares the panels and lets them change the model.
     void show(ViewModel& model, const ViewRenderer& renderer, const PixelReadout* readout);
-    /// Mouse and keys outside of the panels; `area` is the picture's.
+    /// Mouse and keys outside of the panels; `area` is the image's.
     void steer(ViewModel& model, const Viewport& area);
     /// Draws what was declared.
     void end();
@@ -39,7 +39,7 @@ public:
     /// A fault of something that the user asked for, shown until the next thing goes well.
     void set_fault(const std::string& text) { fault = text; }
     const std::string& get_fault() const { return fault; }
-    /// Why the picture is not drawn; empty when it is.
+    /// Why the image is not drawn; empty when it is.
     void set_drawing_fault(const std::string& text) { drawing_fault = text; }
 
     /// Pixels of the framebuffer per unit of the window system.
@@ -51,7 +51,7 @@ private:
     void open_dialog(FileKind kind, const ViewModel& model);
     void show_dialog(ViewModel& model);
     void show_faults(const ViewModel& model) const;
-    void show_pictures(ViewModel& model);
+    void show_images(ViewModel& model);
     void show_colors(ViewModel& model);
     void show_exposure(ViewModel& model);
     void show_layout(ViewModel& model, const ViewRenderer& renderer);

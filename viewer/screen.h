@@ -6,7 +6,7 @@
 
 namespace viewer {
 
-/// Where the viewer draws: a window, or a picture in memory. Its OpenGL 3.3 core context is current as long
+/// Where the viewer draws: a window, or an image in memory. Its OpenGL 3.3 core context is current as long
 /// as it lives.
 class Screen {
 public:

@@ -6,7 +6,7 @@
 #include <epoxy/gl.h>
 
 #include "image/format_abilities.h"
-#include "image/picture_writer.h"
+#include "image/image_writer.h"
 
 namespace viewer {
 
@@ -36,7 +36,7 @@ void write_screenshot(const std::string& path, Screen::Size size) {
 
     const image::FormatAbilities abilities = image::get_format_abilities(path);
     const OIIO::ImageSpec spec(size.width, size.height, CHANNELS, OIIO::TypeDesc::UINT8);
-    image::PictureWriter writer(path);
+    image::ImageWriter writer(path);
     writer.open_part({{0, 0, spec}}, 0, abilities);
     writer.write_part_as(spec.format, pixels);
     writer.close();

@@ -83,7 +83,7 @@ void print_state(Viewer& viewer, const Script::Print& print) {
     ViewModel& model = viewer.get_model();
     model.get_conversion(ViewModel::FIRST); // What cannot be shown is told too.
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
-    print(fmt::format("picture: {}", model.get_picture() ? model.get_picture()->path : ""));
+    print(fmt::format("image: {}", model.get_image() ? model.get_image()->path : ""));
     print(fmt::format("configuration: {}", model.get_host().get_config_name()));
     print(fmt::format("space: {} ({})", settings.input_space, model.get_space_reason()));
     print(fmt::format("cdl: {}", settings.cdl));
@@ -145,11 +145,11 @@ struct ScriptCommand {
 };
 
 constexpr ScriptCommand COMMANDS[] = {
-    {"open", "FILE", "show a picture",
+    {"open", "FILE", "show an image",
      [](Viewer& viewer, const Script::Print&, const std::string& path) { viewer.get_model().open(path); }},
-    {"next", "", "show the next picture",
-     [](Viewer& viewer, const Script::Print&, const std::string&) { viewer.get_model().step_picture(1); }},
-    {"space", "NAME", "take the picture to be in a color space",
+    {"next", "", "show the next image",
+     [](Viewer& viewer, const Script::Print&, const std::string&) { viewer.get_model().step_image(1); }},
+    {"space", "NAME", "take the image to be in a color space",
      [](Viewer& viewer, const Script::Print&, const std::string& name) {
          viewer.get_model().set_input_space(name);
      }},
@@ -180,11 +180,11 @@ constexpr ScriptCommand COMMANDS[] = {
      [](Viewer& viewer, const Script::Print&, const std::string& factor) {
          viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
      }},
-    {"zoom", "FACTOR", "pixels of the screen per pixel of the picture, or fit",
+    {"zoom", "FACTOR", "pixels of the screen per pixel of the image, or fit",
      [](Viewer& viewer, const Script::Print&, const std::string& factor) {
          set_zoom(viewer.get_camera(), factor);
      }},
-    {"pan", "X Y", "move the picture by pixels of the screen",
+    {"pan", "X Y", "move the image by pixels of the screen",
      [](Viewer& viewer, const Script::Print&, const std::string& by) {
          const auto [x, y] = parse_numbers<2>(by);
          viewer.get_camera().pan(x, y);

@@ -35,35 +35,35 @@ ViewModel::ViewModel(workflow::LiveConfig& host) : host(host) {
     watch_files();
 }
 
-void ViewModel::add_pictures(const std::vector<std::string>& paths) {
+void ViewModel::add_images(const std::vector<std::string>& paths) {
     for (const std::string& path : paths)
-        pictures.add(path);
+        images.add(path);
     watch_files();
 }
 
 void ViewModel::open(const std::string& path) {
-    const std::shared_ptr<const Picture> former = get_picture();
-    pictures.open(path);
-    take_space_of_picture(former);
+    const std::shared_ptr<const Image> former = get_image();
+    images.open(path);
+    take_space_of_image(former);
     watch_files();
 }
 
-void ViewModel::step_picture(int by) {
-    const std::shared_ptr<const Picture> former = get_picture();
-    pictures.step(by);
-    take_space_of_picture(former);
+void ViewModel::step_image(int by) {
+    const std::shared_ptr<const Image> former = get_image();
+    images.step(by);
+    take_space_of_image(former);
 }
 
 /// The choice of a space holds for one file.
-void ViewModel::take_space_of_picture(const std::shared_ptr<const Picture>& former) {
-    if (!get_picture() || (former && former->path == get_picture()->path))
+void ViewModel::take_space_of_image(const std::shared_ptr<const Image>& former) {
+    if (!get_image() || (former && former->path == get_image()->path))
         return;
     space_is_chosen = false;
     take_space_of_file();
 }
 
 void ViewModel::take_space_of_file() {
-    const workflow::FileSpace space = workflow::find_file_space(get_picture() ? get_picture()->path : "");
+    const workflow::FileSpace space = workflow::find_file_space(get_image() ? get_image()->path : "");
     input_space = space.color_space;
     space_reason = space.reason;
 }
@@ -166,7 +166,7 @@ void ViewModel::watch_files() {
     source_files = host.get_source_files();
     std::sort(source_files.begin(), source_files.end());
     std::vector<std::string> files = source_files;
-    for (const std::string& path : pictures.get_paths())
+    for (const std::string& path : images.get_paths())
         files.push_back(get_absolute(path));
     watcher.watch(files);
 }
@@ -178,7 +178,7 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
     });
     const bool is_read_again = source != changes.end() && reload_sources(*source);
     for (const std::string& path : changes)
-        pictures.refresh(path);
+        images.refresh(path);
     const bool is_told = host.get_revision() != revision;
     if (is_told) {
         take_existing_names(is_read_again);
@@ -214,7 +214,7 @@ std::vector<std::string> ViewModel::get_faults() const {
     for (const diagnostics::Diagnostic& fault : host.get_source_faults())
         faults.push_back(format_located(fault) + " (still showing the last good state)");
     for (const std::string& fault :
-         {get_conversion_fault(FIRST), get_conversion_fault(SECOND), pictures.get_fault()})
+         {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
             faults.push_back(fault);
     return faults;

@@ -8,7 +8,7 @@
 
 #include "viewer/camera.h"
 #include "viewer/file_watcher.h"
-#include "viewer/picture_list.h"
+#include "viewer/image_list.h"
 #include "viewer/view_settings.h"
 #include "workflow/conversion.h"
 #include "workflow/live_config.h"
@@ -25,20 +25,20 @@ public:
 
     explicit ViewModel(workflow::LiveConfig& host);
 
-    // Pictures
+    // Images
 
     /// Refuses images with more pixels than that a side from now on, before their pixels are read.
-    void set_max_side(int pixels) { pictures.set_max_side(pixels); }
+    void set_max_side(int pixels) { images.set_max_side(pixels); }
     /// Lists files without reading them.
-    void add_pictures(const std::vector<std::string>& paths);
+    void add_images(const std::vector<std::string>& paths);
     /// Shows the file, and lists it if it is new.
     void open(const std::string& path);
-    /// Shows the next (+1) or an earlier (-1) listed picture, round and round. One that cannot be read is
-    /// passed on the way: it is a fault until the next one, and the picture shown stays.
-    void step_picture(int by);
-    const PictureList& get_pictures() const { return pictures; }
+    /// Shows the next (+1) or an earlier (-1) listed image, round and round. One that cannot be read is
+    /// passed on the way: it is a fault until the next one, and the image shown stays.
+    void step_image(int by);
+    const ImageList& get_images() const { return images; }
     /// Null until one was opened.
-    const std::shared_ptr<const Picture>& get_picture() const { return pictures.get_picture(); }
+    const std::shared_ptr<const Image>& get_image() const { return images.get_image(); }
 
     // Colors, by the names of the module; names without a family and roles will do for spaces.
 
@@ -59,7 +59,7 @@ public:
     /// Where the line of the wipe is: 0 at the left, 1 at the right.
     void set_wipe(double position);
     double get_wipe() const { return wipe; }
-    /// What errors are multiplied by in the picture of differences.
+    /// What errors are multiplied by in the image of differences.
     void set_difference_scale(float scale) { difference_scale = scale; }
     float get_difference_scale() const { return difference_scale; }
     Camera& get_camera() { return camera; }
@@ -85,7 +85,7 @@ public:
     const workflow::LiveConfig& get_host() const { return host; }
 
 private:
-    void take_space_of_picture(const std::shared_ptr<const Picture>& former);
+    void take_space_of_image(const std::shared_ptr<const Image>& former);
     void take_space_of_file();
     /// Replaces names that the module no longer has. "; ..." about each for the note.
     std::string use_existing_names();
@@ -114,9 +114,9 @@ private:
 
     workflow::LiveConfig& host;
     FileWatcher watcher;
-    std::vector<std::string> source_files; ///< Watched besides the pictures, sorted.
+    std::vector<std::string> source_files; ///< Watched besides the images, sorted.
     unsigned int revision = 0;             ///< Of the host, as last taken over.
-    PictureList pictures;
+    ImageList images;
     std::string input_space;
     std::string space_reason;
     bool space_is_chosen = false;

@@ -36,11 +36,11 @@ void draw_line(const Viewport& behind, int framebuffer_height) {
 
 bool ViewRenderer::aim(ViewModel& model, const Viewport& area) {
     panes.clear();
-    const std::shared_ptr<const Picture>& picture = model.get_picture();
-    if (!picture || area.width <= 0 || area.height <= 0)
+    const std::shared_ptr<const Image>& image = model.get_image();
+    if (!image || area.width <= 0 || area.height <= 0)
         return false;
     arrange(model, area);
-    model.get_camera().look_at(panes.front().viewport.width, area.height, picture->width, picture->height);
+    model.get_camera().look_at(panes.front().viewport.width, area.height, image->width, image->height);
     return true;
 }
 
@@ -72,20 +72,20 @@ void ViewRenderer::arrange(const ViewModel& model, const Viewport& area) {
     }
 }
 
-PicturePainter::Subject ViewRenderer::get_subject(ViewModel& model, ViewModel::Side side) {
-    return {model.get_picture(), model.get_conversion(side), model.get_settings(side).exposure};
+ImagePainter::Subject ViewRenderer::get_subject(ViewModel& model, ViewModel::Side side) {
+    return {model.get_image(), model.get_conversion(side), model.get_settings(side).exposure};
 }
 
-/// Until the comparison is finished the picture itself is shown.
+/// Until the comparison is finished the image itself is shown.
 void ViewRenderer::draw_difference(ViewModel& model, const Viewport& area, int framebuffer_height) {
-    PicturePainter::Subject shown = get_subject(model, ViewModel::FIRST);
+    ImagePainter::Subject shown = get_subject(model, ViewModel::FIRST);
     update_difference(shown);
     if (difference)
-        shown = {difference->picture, nullptr, std::log2(model.get_difference_scale())};
+        shown = {difference->image, nullptr, std::log2(model.get_difference_scale())};
     painter.draw(shown, area, area, model.get_camera().get_placement(), framebuffer_height);
 }
 
-void ViewRenderer::update_difference(const PicturePainter::Subject& wanted) {
+void ViewRenderer::update_difference(const ImagePainter::Subject& wanted) {
     if (is_ready(comparison))
         difference = comparison.get();
     if (compared == wanted)
@@ -96,9 +96,8 @@ void ViewRenderer::update_difference(const PicturePainter::Subject& wanted) {
     compared = wanted;
     if (!wanted.conversion)
         return;
-    comparison =
-        start_comparison(wanted.picture, wanted.conversion, wanted.exposure,
-                         painter.convert(wanted, {0, 0, wanted.picture->width, wanted.picture->height}));
+    comparison = start_comparison(wanted.image, wanted.conversion, wanted.exposure,
+                                  painter.convert(wanted, {0, 0, wanted.image->width, wanted.image->height}));
 }
 
 bool ViewRenderer::has_news() const {
@@ -117,14 +116,14 @@ std::optional<PixelReadout> ViewRenderer::read_pixel(ViewModel& model, double x,
                                    [&](const Pane& candidate) { return candidate.clip.contains(x, y); });
     if (pane == panes.end())
         return {};
-    const PicturePainter::Subject subject = get_subject(model, pane->side);
+    const ImagePainter::Subject subject = get_subject(model, pane->side);
     const Placement placement = model.get_camera().get_placement();
     PixelReadout readout{};
-    readout.x = static_cast<int>(std::floor(placement.to_picture_x(x - pane->viewport.x)));
-    readout.y = static_cast<int>(std::floor(placement.to_picture_y(y - pane->viewport.y)));
-    if (!Viewport{0, 0, subject.picture->width, subject.picture->height}.contains(readout.x, readout.y))
+    readout.x = static_cast<int>(std::floor(placement.to_image_x(x - pane->viewport.x)));
+    readout.y = static_cast<int>(std::floor(placement.to_image_y(y - pane->viewport.y)));
+    if (!Viewport{0, 0, subject.image->width, subject.image->height}.contains(readout.x, readout.y))
         return {};
-    std::copy_n(subject.picture->at(readout.x, readout.y), 4, readout.before);
+    std::copy_n(subject.image->at(readout.x, readout.y), 4, readout.before);
     std::copy_n(readout.before, 4, readout.cpu);
     if (subject.conversion)
         subject.conversion->apply(readout.cpu, 1, 1, subject.exposure);

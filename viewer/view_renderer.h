@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "viewer/difference.h"
-#include "viewer/picture_painter.h"
+#include "viewer/image_painter.h"
 #include "viewer/view_model.h"
 
 namespace viewer {
 
-/// One pixel of the picture, before and after the conversions.
+/// One pixel of the image, before and after the conversions.
 struct PixelReadout {
     int x;
     int y;
@@ -32,7 +32,7 @@ public:
     /// Draws the layout into `area`, and gives the model's camera its size. Throws GlError.
     void draw(ViewModel& model, const Viewport& area, int framebuffer_height);
 
-    /// The pixel below a position of the window, as the last `draw` showed it; nothing beside the picture.
+    /// The pixel below a position of the window, as the last `draw` showed it; nothing beside the image.
     std::optional<PixelReadout> read_pixel(ViewModel& model, double x, double y);
 
     /// The last comparison that was finished for what the model shows; null before and while it is made.
@@ -42,7 +42,7 @@ public:
     /// Waits for a comparison under way. True when there was one: the next `draw` shows it.
     bool finish_difference();
 
-    const PicturePainter& get_painter() const { return painter; }
+    const ImagePainter& get_painter() const { return painter; }
 
 private:
     struct Pane {
@@ -51,14 +51,14 @@ private:
         ViewModel::Side side;
     };
 
-    static PicturePainter::Subject get_subject(ViewModel& model, ViewModel::Side side);
+    static ImagePainter::Subject get_subject(ViewModel& model, ViewModel::Side side);
     void arrange(const ViewModel& model, const Viewport& area);
     void draw_difference(ViewModel& model, const Viewport& area, int framebuffer_height);
-    void update_difference(const PicturePainter::Subject& wanted);
+    void update_difference(const ImagePainter::Subject& wanted);
 
-    PicturePainter painter;
+    ImagePainter painter;
     std::vector<Pane> panes;
-    PicturePainter::Subject compared; ///< What is being compared, or was.
+    ImagePainter::Subject compared; ///< What is being compared, or was.
     std::future<Difference> comparison;
     std::optional<Difference> difference;
 };

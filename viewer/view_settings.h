@@ -6,7 +6,7 @@ namespace viewer {
 
 /// What the colors on the screen depend on, by the names that the module publishes.
 struct ColorSettings {
-    std::string input_space; ///< Label of "color_space" that the picture is in.
+    std::string input_space; ///< Label of "color_space" that the image is in.
     std::string cdl;         ///< Name of "color_decision_list".
     std::string view;        ///< Label of "view_transform"; empty shows the values as they are.
     float exposure = 0;      ///< Stops.
@@ -20,8 +20,8 @@ struct ColorSettings {
 
 /// How the window is divided.
 enum class Layout {
-    SINGLE,       ///< One picture.
-    WIPE,         ///< One picture, the second view to the right of a line.
+    SINGLE,       ///< One image.
+    WIPE,         ///< One image, the second view to the right of a line.
     SIDE_BY_SIDE, ///< The second view beside the first.
     DIFFERENCE    ///< What the GPU and the CPU disagree on.
 };

@@ -37,14 +37,14 @@ void Viewer::show_panels(bool shown) {
         panels = std::make_unique<Panels>();
 }
 
-Viewport Viewer::get_picture_area() const {
+Viewport Viewer::get_image_area() const {
     const Screen::Size size = screen->get_size();
     const int left = shows_panels ? static_cast<int>(Panels::WIDTH * Panels::get_pixel_scale()) : 0;
     return {left, 0, size.width - left, size.height};
 }
 
 Camera& Viewer::get_camera() {
-    renderer->aim(model, get_picture_area());
+    renderer->aim(model, get_image_area());
     return model.get_camera();
 }
 
@@ -102,7 +102,7 @@ void Viewer::drop(const std::vector<std::string>& paths) {
 }
 
 void Viewer::open_files(const std::vector<std::string>& paths) {
-    std::vector<std::string> pictures;
+    std::vector<std::string> images;
     for (const std::string& path : paths) {
         const FileKind kind = get_file_kind(path);
         if (kind == FileKind::CONFIG)
@@ -110,12 +110,12 @@ void Viewer::open_files(const std::vector<std::string>& paths) {
         else if (kind == FileKind::CDL_LIBRARY)
             model.use_cdl_library(path);
         else
-            pictures.push_back(path);
+            images.push_back(path);
     }
-    if (pictures.empty())
+    if (images.empty())
         return;
-    model.open(pictures.front());
-    model.add_pictures(pictures);
+    model.open(images.front());
+    model.add_images(images);
 }
 
 void Viewer::draw() {
@@ -124,7 +124,7 @@ void Viewer::draw() {
         hand.act();
         panels->begin();
     }
-    const Viewport area = get_picture_area();
+    const Viewport area = get_image_area();
     const int height = screen->get_size().height;
     glClearColor(0.05f, 0.05f, 0.05f, 1);
     glClear(GL_COLOR_BUFFER_BIT);

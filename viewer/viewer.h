@@ -41,7 +41,7 @@ public:
     Hand& get_hand() { return hand; }
     /// Runs frames until the hand is done and what it did is shown.
     void act();
-    /// Opens what was dropped on the window: a configuration, a CDL library, or pictures, of which the first
+    /// Opens what was dropped on the window: a configuration, a CDL library, or images, of which the first
     /// is shown. What goes wrong is shown.
     void drop(const std::vector<std::string>& paths);
     /// Has the pixel at this position of the screen read out, whatever the pointer does.
@@ -52,7 +52,7 @@ public:
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
-    /// The camera, aimed at the picture as the next draw shows it.
+    /// The camera, aimed at the image as the next draw shows it.
     Camera& get_camera();
     ViewRenderer& get_renderer() { return *renderer; }
 
@@ -66,7 +66,7 @@ private:
     void draw_until_finished();
     void open_files(const std::vector<std::string>& paths);
     void set_fault(const std::string& text);
-    Viewport get_picture_area() const;
+    Viewport get_image_area() const;
     std::optional<Position> get_cursor() const;
 
     ViewModel& model;

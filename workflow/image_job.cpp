@@ -6,8 +6,8 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
-#include "image/picture_reader.h"
-#include "image/picture_writer.h"
+#include "image/image_reader.h"
+#include "image/image_writer.h"
 
 namespace workflow {
 
@@ -28,7 +28,7 @@ public:
     }
 
     ImageReport run() {
-        image::PictureWriter writer(output);
+        image::ImageWriter writer(output);
         for (unsigned int i = 0; i < parts.size(); ++i)
             convert_one(i, writer);
         writer.close();
@@ -38,13 +38,13 @@ public:
 private:
     void plan_parts();
     void check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const;
-    void convert_one(unsigned int index, image::PictureWriter& writer);
+    void convert_one(unsigned int index, image::ImageWriter& writer);
     void add_note(const std::string& note);
     bool is_kept(const image::PartHeader& part) const;
 
     const ImageSettings& settings;
     ImageBuffers& buffers;
-    image::PictureReader reader;
+    image::ImageReader reader;
     const std::string output;
     const image::FormatAbilities abilities;
     std::vector<PlannedPart> parts;
@@ -102,7 +102,7 @@ void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::Image
     }
 }
 
-void ImageConversion::convert_one(unsigned int index, image::PictureWriter& writer) {
+void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer) {
     const PlannedPart& part = parts[index];
     const OIIO::ImageSpec& input_spec = reader.get_parts()[part.input_index].spec;
     reader.read_part(part.input_index, buffers.input);

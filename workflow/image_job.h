@@ -10,13 +10,13 @@
 
 namespace workflow {
 
-/// One picture to read and one to write; they may be the same file.
+/// One image to read and one to write; they may be the same file.
 struct ImageJob {
     std::string input;
     std::string output;
 };
 
-/// What became of a picture.
+/// What became of an image.
 struct ImageReport {
     std::uint64_t pixels = 0; ///< Of all parts.
     int width = 0;            ///< Of the first part.
@@ -32,14 +32,14 @@ struct ImageBuffers {
     image::PixelBuffer output;
 };
 
-/// How to convert pictures, the same for all pictures of a sequence.
+/// How to convert images, the same for all images of a sequence.
 struct ImageSettings {
     image::ConvertRows convert; ///< May be empty.
     image::OutputWishes wishes;
-    int threads = 0; ///< For one picture; 0 takes all cores.
+    int threads = 0; ///< For one image; 0 takes all cores.
 };
 
-/// Reads the picture, converts the colors of all its parts and replaces the output by the result, whole or
+/// Reads the image, converts the colors of all its parts and replaces the output by the result, whole or
 /// not at all. Throws diagnostics::Failure with the file and the reason.
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers);
 

@@ -16,7 +16,7 @@ namespace workflow {
 
 namespace {
 
-/// Pictures in memory at a time: enough that one is read and one written while others are converted.
+/// Images in memory at a time: enough that one is read and one written while others are converted.
 constexpr unsigned int MAX_LANES = 4;
 
 class SequenceConversion {
@@ -46,8 +46,8 @@ private:
     unsigned int count_lanes() const {
         const unsigned int cores = settings.threads > 0 ? static_cast<unsigned int>(settings.threads)
                                                         : std::thread::hardware_concurrency();
-        const auto pictures = static_cast<unsigned int>(std::min<std::size_t>(jobs.size(), MAX_LANES));
-        return std::clamp(cores, 1u, std::max(pictures, 1u));
+        const auto images = static_cast<unsigned int>(std::min<std::size_t>(jobs.size(), MAX_LANES));
+        return std::clamp(cores, 1u, std::max(images, 1u));
     }
 
     /// Lanes besides the first: as many as there is use for, or fewer where the system starts no more

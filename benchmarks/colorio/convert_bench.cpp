@@ -50,9 +50,9 @@ std::vector<float> make_pixels(std::size_t floats) {
     return pixels;
 }
 
-/// Each iteration converts a fresh copy of the same picture; the copy is not timed.
+/// Each iteration converts a fresh copy of the same image; the copy is not timed.
 template <class Convert>
-void convert_picture(benchmark::State& state, Convert convert) {
+void convert_image(benchmark::State& state, Convert convert) {
     const std::vector<float> source = make_pixels(std::size_t(WIDTH) * HEIGHT * 4);
     std::vector<float> pixels = source;
     for (auto _ : state) {
@@ -67,13 +67,13 @@ void convert_picture(benchmark::State& state, Convert convert) {
 
 void module_convert_buffer(benchmark::State& state) {
     const Conversion conversion;
-    convert_picture(state,
-                    [&](float* pixels) { conversion.converter.convert_buffer(pixels, WIDTH, HEIGHT, 4); });
+    convert_image(state,
+                  [&](float* pixels) { conversion.converter.convert_buffer(pixels, WIDTH, HEIGHT, 4); });
 }
 
 void library_packed(benchmark::State& state) {
     const Conversion conversion;
-    convert_picture(state, [&](float* pixels) {
+    convert_image(state, [&](float* pixels) {
         OCIO::PackedImageDesc image(pixels, WIDTH, HEIGHT, 4);
         conversion.library->apply(image);
     });
@@ -81,7 +81,7 @@ void library_packed(benchmark::State& state) {
 
 void module_convert_buffers(benchmark::State& state) {
     const Conversion conversion;
-    convert_picture(state, [&](float* pixels) {
+    convert_image(state, [&](float* pixels) {
         const std::size_t plane = std::size_t(WIDTH) * HEIGHT;
         conversion.converter.convert_buffers(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane,
                                              WIDTH, HEIGHT);
@@ -90,7 +90,7 @@ void module_convert_buffers(benchmark::State& state) {
 
 void library_planar(benchmark::State& state) {
     const Conversion conversion;
-    convert_picture(state, [&](float* pixels) {
+    convert_image(state, [&](float* pixels) {
         const std::size_t plane = std::size_t(WIDTH) * HEIGHT;
         OCIO::PlanarImageDesc image(pixels, pixels + plane, pixels + 2 * plane, pixels + 3 * plane, WIDTH,
                                     HEIGHT);

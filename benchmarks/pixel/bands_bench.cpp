@@ -1,4 +1,4 @@
-// Pictures cut into bands of rows for one and for all of the machine's cores, as a host would do it: how much
+// Images cut into bands of rows for one and for all of the machine's cores, as a host would do it: how much
 // faster the conversions get, beside the plain pass.
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "benchmarks/pixel/conversions.h"
-#include "benchmarks/pixel/picture_bench.h"
+#include "benchmarks/pixel/image_bench.h"
 
 using namespace pixel_bench;
 
@@ -42,7 +42,7 @@ void add_bands(const std::string& name, const ConvertBand& convert) {
         const Convert in_bands = [threads, convert](std::vector<float>& pixels) {
             convert_bands(pixels, threads, convert);
         };
-        add_picture_benchmark("bands/" + name + "/threads_" + std::to_string(threads), waves, in_bands)
+        add_image_benchmark("bands/" + name + "/threads_" + std::to_string(threads), waves, in_bands)
             ->UseRealTime()
             ->Iterations(1)
             ->Repetitions(REPETITIONS);

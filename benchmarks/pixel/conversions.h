@@ -20,7 +20,7 @@ struct Conversion {
     library::ConstProcessorRcPtr processor; ///< from SOURCE to DESTINATION
 };
 
-/// The conversions that pictures spend their time in: the built-in tables and their inverses, a CDL of either
+/// The conversions that images spend their time in: the built-in tables and their inverses, a CDL of either
 /// configuration version, 3D tables, and the plain operations of camera encodings.
 const std::vector<Conversion>& conversions();
 

@@ -1,10 +1,10 @@
-// Pictures of 3840 x 2160 floats through the vector path and through OpenColorIO, on one thread,
+// Images of 3840 x 2160 floats through the vector path and through OpenColorIO, on one thread,
 // beside a plain pass that reads and writes every float once, and memcpy.
 
 #include <cstring>
 
 #include "benchmarks/pixel/conversions.h"
-#include "benchmarks/pixel/picture_bench.h"
+#include "benchmarks/pixel/image_bench.h"
 
 using namespace pixel_bench;
 
@@ -13,8 +13,8 @@ namespace {
 constexpr double MIN_SECONDS = 0.1; // in each of the repetitions
 
 /// The time that the thread had a core: other work on the machine counts little.
-void add(const std::string& name, Picture picture, const Convert& convert) {
-    add_picture_benchmark(name, picture, convert)->MinTime(MIN_SECONDS);
+void add(const std::string& name, Image image, const Convert& convert) {
+    add_image_benchmark(name, image, convert)->MinTime(MIN_SECONDS);
 }
 
 Convert with_library(const library::ConstCPUProcessorRcPtr& processor) {
@@ -24,8 +24,8 @@ Convert with_library(const library::ConstCPUProcessorRcPtr& processor) {
     };
 }
 
-void add_conversion(const Conversion& conversion, const char* picture_name, Picture packed, Picture planar) {
-    const std::string prefix = std::string("picture/") + conversion.name + "/" + picture_name + "/";
+void add_conversion(const Conversion& conversion, const char* image_name, Image packed, Image planar) {
+    const std::string prefix = std::string("image/") + conversion.name + "/" + image_name + "/";
     const auto program = program_of(conversion);
     add(prefix + "pixel", packed,
         [program](std::vector<float>& pixels) { program->apply_packed(pixels.data(), WIDTH, HEIGHT, 4); });

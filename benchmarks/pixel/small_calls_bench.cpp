@@ -9,7 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/pixel/conversions.h"
-#include "benchmarks/pixel/pictures.h"
+#include "benchmarks/pixel/images.h"
 
 using namespace pixel_bench;
 
@@ -17,7 +17,7 @@ namespace {
 
 using Call = std::function<void(float* pixels)>;
 
-/// Walks over a picture, so that values differ from call to call; a copy is converted.
+/// Walks over an image, so that values differ from call to call; a copy is converted.
 void repeat(benchmark::State& state, std::size_t count, const Call& call) {
     const std::vector<float>& source = waves();
     std::vector<float> pixels(4 * count);

@@ -19,7 +19,7 @@
 #include "tool/console.h"
 #include "viewer/viewer.h"
 
-// How long it takes from a saved edit of a LUT to the first frame of a 4K float picture that shows it: in a
+// How long it takes from a saved edit of a LUT to the first frame of a 4K float image that shows it: in a
 // window, whose loop sleeps between events (needs a display), and in memory, where it does not.
 
 namespace {
@@ -45,7 +45,7 @@ colorspaces:
     from_reference: !<FileTransform> {src: shown.spi1d, interpolation: linear}
 )";
 
-/// A folder with a configuration, its LUT and a picture, until the end of the scope.
+/// A folder with a configuration, its LUT and an image, until the end of the scope.
 class Folder {
 public:
     Folder() : path(fs::temp_directory_path() / ("qb_bench_" + std::to_string(getpid()))) {
@@ -53,8 +53,8 @@ public:
         std::ofstream(path / "config.ocio") << CONFIG;
         write_lut();
         const std::vector<float> pixels(std::size_t{3} * WIDTH * HEIGHT, 0.25f);
-        const auto output = OIIO::ImageOutput::create(get("picture.tif"));
-        if (!output || !output->open(get("picture.tif"), {WIDTH, HEIGHT, 3, OIIO::TypeDesc::FLOAT}) ||
+        const auto output = OIIO::ImageOutput::create(get("image.tif"));
+        if (!output || !output->open(get("image.tif"), {WIDTH, HEIGHT, 3, OIIO::TypeDesc::FLOAT}) ||
             !output->write_image(OIIO::TypeDesc::FLOAT, pixels.data()) || !output->close())
             throw std::runtime_error("cannot write the image: " + OIIO::geterror());
     }
@@ -85,11 +85,11 @@ void show_edits(benchmark::State& state, std::unique_ptr<viewer::Screen> screen)
     options.no_preferences = true;
     workflow::LiveConfig host(options);
     viewer::ViewModel model(host);
-    model.open(folder.get("picture.tif"));
+    model.open(folder.get("image.tif"));
     viewer::Viewer viewer(model, std::move(screen), true);
     for (int frame = 0; frame < 10; ++frame)
         viewer.run_frame();
-    const viewer::PicturePainter& painter = viewer.get_renderer().get_painter();
+    const viewer::ImagePainter& painter = viewer.get_renderer().get_painter();
     for (auto _ : state) {
         const unsigned int shaders = painter.count_shaders();
         folder.write_lut();

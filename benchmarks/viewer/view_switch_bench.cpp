@@ -8,14 +8,14 @@
 
 #include "tool/console.h"
 #include "viewer/conversion_shader.h"
-#include "viewer/picture_painter.h"
+#include "viewer/image_painter.h"
 #include "viewer/screen.h"
 #include "workflow/conversion.h"
 #include "workflow/file_space.h"
 #include "workflow/live_config.h"
 
 // How long the viewer's user waits after choosing another view: for the shader with its table, and for the
-// first frame of a 4K float picture. $OCIO names the configuration, the built-in one by default.
+// first frame of a 4K float image. $OCIO names the configuration, the built-in one by default.
 
 namespace {
 
@@ -42,14 +42,14 @@ public:
         return std::make_shared<const workflow::Conversion>(host.get_session(), request);
     }
 
-    std::shared_ptr<const viewer::Picture> make_picture() const {
-        auto picture = std::make_shared<viewer::Picture>();
-        picture->width = WIDTH;
-        picture->height = HEIGHT;
-        picture->rgba.resize(std::size_t{4} * WIDTH * HEIGHT);
-        for (std::size_t i = 0; i < picture->rgba.size(); ++i)
-            picture->rgba[i] = static_cast<float>(i * 2654435761u % 65536) / 32768.0f;
-        return picture;
+    std::shared_ptr<const viewer::Image> make_image() const {
+        auto image = std::make_shared<viewer::Image>();
+        image->width = WIDTH;
+        image->height = HEIGHT;
+        image->rgba.resize(std::size_t{4} * WIDTH * HEIGHT);
+        for (std::size_t i = 0; i < image->rgba.size(); ++i)
+            image->rgba[i] = static_cast<float>(i * 2654435761u % 65536) / 32768.0f;
+        return image;
     }
 
 private:
@@ -59,7 +59,7 @@ private:
     std::size_t turn = 0;
 };
 
-void draw(viewer::PicturePainter& painter, const viewer::PicturePainter::Subject& subject) {
+void draw(viewer::ImagePainter& painter, const viewer::ImagePainter::Subject& subject) {
     const viewer::Viewport screen = {0, 0, WIDTH, HEIGHT};
     painter.draw(subject, screen, screen, {0, 0, 1}, HEIGHT);
     glFinish();
@@ -84,39 +84,39 @@ void configure_view_and_make_shader(benchmark::State& state) {
 void switch_view_and_draw_4k(benchmark::State& state) {
     Bench& bench = Bench::get();
     const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
-    viewer::PicturePainter painter;
-    const auto picture = bench.make_picture();
+    viewer::ImagePainter painter;
+    const auto image = bench.make_image();
     screen->begin_frame();
-    draw(painter, {picture, bench.make_conversion(), 0});
+    draw(painter, {image, bench.make_conversion(), 0});
     for (auto _ : state)
-        draw(painter, {picture, bench.make_conversion(), 0});
+        draw(painter, {image, bench.make_conversion(), 0});
     state.counters["shaders"] = painter.count_shaders();
 }
 
 void change_exposure_and_draw_4k(benchmark::State& state) {
     Bench& bench = Bench::get();
     const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
-    viewer::PicturePainter painter;
-    const auto picture = bench.make_picture();
+    viewer::ImagePainter painter;
+    const auto image = bench.make_image();
     const auto chain = bench.make_conversion();
     screen->begin_frame();
-    draw(painter, {picture, chain, 0});
+    draw(painter, {image, chain, 0});
     float exposure = 0;
     for (auto _ : state)
-        draw(painter, {picture, chain, exposure += 0.01f});
+        draw(painter, {image, chain, exposure += 0.01f});
     state.counters["shaders"] = painter.count_shaders();
 }
 
-void upload_4k_picture(benchmark::State& state) {
+void upload_4k_image(benchmark::State& state) {
     const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
     screen->begin_frame();
     for (auto _ : state) {
-        viewer::PicturePainter painter;
+        viewer::ImagePainter painter;
         state.PauseTiming();
-        const auto picture = Bench::get().make_picture();
+        const auto image = Bench::get().make_image();
         state.ResumeTiming();
         const viewer::Viewport pixel = {0, 0, 1, 1};
-        painter.draw({picture, nullptr, 0}, pixel, pixel, {0, 0, 1}, HEIGHT);
+        painter.draw({image, nullptr, 0}, pixel, pixel, {0, 0, 1}, HEIGHT);
         glFinish();
     }
 }
@@ -125,6 +125,6 @@ BENCHMARK(configure_view)->Unit(benchmark::kMillisecond);
 BENCHMARK(configure_view_and_make_shader)->Unit(benchmark::kMillisecond);
 BENCHMARK(switch_view_and_draw_4k)->Unit(benchmark::kMillisecond);
 BENCHMARK(change_exposure_and_draw_4k)->Unit(benchmark::kMillisecond);
-BENCHMARK(upload_4k_picture)->Unit(benchmark::kMillisecond);
+BENCHMARK(upload_4k_image)->Unit(benchmark::kMillisecond);
 
 } // namespace

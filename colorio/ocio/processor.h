@@ -53,7 +53,7 @@ public:
     virtual ~Processor() = default;
 
     virtual bool is_no_op() const = 0;
-    /// Converts a picture in place. Throws when it has no pixels or fewer than three channels, unless the
+    /// Converts an image in place. Throws when it has no pixels or fewer than three channels, unless the
     /// conversion does nothing.
     virtual void apply(const PackedImageDesc& image) const = 0;
     virtual void apply(const PlanarImageDesc& image) const = 0;

@@ -10,7 +10,7 @@ namespace ocio {
 void require_pixels(long width, long height, bool described) {
     if (width <= 0 || height <= 0 || !described)
         throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
-                    "a picture needs at least one pixel, three channels or more, and memory that holds them");
+                    "an image needs at least one pixel, three channels or more, and memory that holds them");
 }
 
 void require_view(const ConstConfigRcPtr& config, const char* display, const char* view) {

@@ -4,7 +4,7 @@
 
 namespace ocio {
 
-/// Throws when a picture has no pixels or is `described` badly. The library refuses such pictures too, and
+/// Throws when an image has no pixels or is `described` badly. The library refuses such images too, and
 /// loses memory as it does.
 void require_pixels(long width, long height, bool described);
 

@@ -76,9 +76,9 @@ constexpr Difference DIFFERENCES[] = {
     {"OCIO=ocio://default", TOOL, "List.ShowsAConfigurationThatTheColorLibraryHoldsOrWhyItHoldsNone", AS_2_1,
      "cannot load the config 'ocio://default', named by the environment variable OCIO: ",
      "older libraries hold no configurations", "ACES 2.0 - SDR 100 nits (Rec.709)"},
-    {"sRGB in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "sRGB",
+    {"sRGB in an image file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "sRGB",
      NEW_SPACE_NAMES, "srgb_rec709_scene"},
-    {"linear in a picture file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "Linear",
+    {"linear in an image file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "Linear",
      NEW_SPACE_NAMES, "lin_rec709_scene"},
 };
 

@@ -6,13 +6,13 @@
 
 std::string make_core_shader(const std::string& text, const std::string& version) {
     return "#version " + version +
-           " core\nin vec2 place;\nout vec4 result;\nuniform sampler2D picture;\nuniform sampler3D table;\n" +
-           text + "\nvoid main() { result = OCIODisplay(texture(picture, place), table); }\n";
+           " core\nin vec2 place;\nout vec4 result;\nuniform sampler2D image;\nuniform sampler3D table;\n" +
+           text + "\nvoid main() { result = OCIODisplay(texture(image, place), table); }\n";
 }
 
 std::string make_legacy_shader(const std::string& text) {
-    return "#version 120\nvarying vec2 place;\nuniform sampler2D picture;\nuniform sampler3D table;\n" +
-           text + "\nvoid main() { gl_FragColor = OCIODisplay(texture2D(picture, place), table); }\n";
+    return "#version 120\nvarying vec2 place;\nuniform sampler2D image;\nuniform sampler3D table;\n" + text +
+           "\nvoid main() { gl_FragColor = OCIODisplay(texture2D(image, place), table); }\n";
 }
 
 bool ShaderTexts::is_compiler_installed() {

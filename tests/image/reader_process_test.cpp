@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "image/image_file.h"
-#include "image/picture_reader.h"
+#include "image/image_reader.h"
 #include "image/reader_server.h"
 #include "tests/image/hostile_images.h"
 #include "tests/image/reader_fixture.h"
@@ -201,7 +201,7 @@ TEST_F(ImageReaderProcess, EndsWithItsObject) {
 TEST_F(ImageReaderProcess, IsNotUsedWhenTheUserWantsNone) {
     const EnvGuard in_process("COLORIO_READ_IN_PROCESS", "1");
     image::ReaderProcess process;
-    image::PictureReader reader(write_image("good.exr", 4, 4), process);
+    image::ImageReader reader(write_image("good.exr", 4, 4), process);
     image::PixelBuffer pixels;
     reader.read_part(0, pixels);
     EXPECT_EQ(pixels.size(), 4u * 4 * 3 * 4);

@@ -39,8 +39,8 @@ constexpr std::array<float, 3> SATURATED[] = {{1, 0, 0},
                                               {0.01f, 4, 0.3f},
                                               {0.2f, 0.05f, 30}};
 
-/// From this size on, the module may convert pictures in another way than small ones.
-constexpr std::size_t PICTURE_PIXELS = 8192;
+/// From this size on, the module may convert images in another way than small ones.
+constexpr std::size_t IMAGE_PIXELS = 8192;
 
 std::vector<Color> make_grid() {
     std::vector<Color> grid;
@@ -77,15 +77,15 @@ std::vector<Color> convert_singly(const ColorIOConverter& converter, std::vector
     return colors;
 }
 
-/// The last of as many copies as make a large picture of one row each.
-std::vector<Color> convert_as_picture(const ColorIOConverter& converter, const std::vector<Color>& colors) {
-    const std::size_t height = PICTURE_PIXELS / colors.size() + 1;
-    std::vector<Color> picture;
+/// The last of as many copies as make a large image of one row each.
+std::vector<Color> convert_as_image(const ColorIOConverter& converter, const std::vector<Color>& colors) {
+    const std::size_t height = IMAGE_PIXELS / colors.size() + 1;
+    std::vector<Color> image;
     for (std::size_t y = 0; y < height; ++y)
-        picture.insert(picture.end(), colors.begin(), colors.end());
-    converter.convert_buffer(picture.front().data(), static_cast<unsigned>(colors.size()),
+        image.insert(image.end(), colors.begin(), colors.end());
+    converter.convert_buffer(image.front().data(), static_cast<unsigned>(colors.size()),
                              static_cast<unsigned>(height), 4);
-    return {picture.end() - static_cast<std::ptrdiff_t>(colors.size()), picture.end()};
+    return {image.end() - static_cast<std::ptrdiff_t>(colors.size()), image.end()};
 }
 
 class RowWriter {
@@ -127,7 +127,7 @@ private:
         }
         const bool converts = configured && converter_.is_enabled();
         write_values(head + "pixel", converts ? convert_singly(converter_, grid_) : grid_);
-        write_values(head + "picture", converts ? convert_as_picture(converter_, grid_) : grid_);
+        write_values(head + "image", converts ? convert_as_image(converter_, grid_) : grid_);
     }
 
     void write_values(const std::string& head, const std::vector<Color>& colors) {

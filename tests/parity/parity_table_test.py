@@ -65,8 +65,8 @@ class TableTest(unittest.TestCase):
         self.expect(values("1.1.1", f"{ROW}\t0\t1\t100\t1"), values("2.1.2", f"{ROW}\t1e-5\t3\t100.1\t1"), 1,
                     "channel 1 of 0.5 0.25 2: 1 and 3")
 
-    def test_pictures_count_too(self):
-        lines = (f"{ROW}\t0\t1\t2\t1", ROW.replace("pixel", "picture") + "\t0\t1\t{}\t1")
+    def test_images_count_too(self):
+        lines = (f"{ROW}\t0\t1\t2\t1", ROW.replace("pixel", "image") + "\t0\t1\t{}\t1")
         old = values("1.1.1", *lines).format(2)
         self.expect(old, values("2.1.2", *lines).format(2), 0)
         self.expect(old, values("2.1.2", *lines).format(3), 1, "UNEXPLAINED")
@@ -196,12 +196,12 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         return [line.split("\t") for line in done.stdout.splitlines()]
 
-    def test_a_power_is_a_power_in_pixels_and_pictures(self):
+    def test_a_power_is_a_power_in_pixels_and_images(self):
         rows = self.rows_of(SAMPLES / "operations" / "config.ocio")
         self.assertEqual(rows[0][0], "library")
         self.assertEqual(rows[1][0], "grid")
         grid = [float(number) for number in rows[1][1:]]
-        for size in ("pixel", "picture"):
+        for size in ("pixel", "image"):
             row = next(row for row in rows if row[:4] == ["space", "gamma", "to scene-linear", size])
             self.assertEqual(len(row) - 4, len(grid))
             for at, (before, after) in enumerate(zip(grid, row[4:], strict=True)):

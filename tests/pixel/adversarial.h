@@ -8,7 +8,7 @@
 namespace pixel_test {
 
 /// Pixels that look for weak places of a chain: awkward and random values in all combinations, pixels as
-/// pictures have them, dark to bright, and grays that arrive at the ends of the chain's tables.
+/// images have them, dark to bright, and grays that arrive at the ends of the chain's tables.
 std::vector<Pixel> adversarial_pixels(const pixel::OpChain& chain);
 
 /// Grays on both sides of each end of each table: neighboring floats between which the value that enters the

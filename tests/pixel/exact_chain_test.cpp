@@ -26,7 +26,7 @@ TEST(ExactChain, KnownValues) {
 class ExactAgreement : public EveryTarget {};
 RUN_ON_EVERY_TARGET(ExactAgreement);
 
-/// Values as pictures have them, and the awkward ones without those that overflow.
+/// Values as images have them, and the awkward ones without those that overflow.
 std::vector<Pixel> pixels() {
     std::vector<Pixel> out;
     for (const float v : ramp(300, -0.3f, 1.4f)) {

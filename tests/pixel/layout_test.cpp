@@ -53,7 +53,7 @@ protected:
 };
 RUN_ON_EVERY_TARGET(Layouts);
 
-TEST_P(Layouts, PackedPicturesOfEveryShapeAndChannelCount) {
+TEST_P(Layouts, PackedImagesOfEveryShapeAndChannelCount) {
     for (const std::size_t channels : {3, 4, 5, 7}) {
         for (const std::size_t width : {1, 2, 3, 5, 15, 16, 17, 31, 511, 512, 513, 1030}) {
             for (const std::size_t height : {1, 3}) {
@@ -74,12 +74,12 @@ TEST_P(Layouts, GapsBetweenPixelsAndRowsStayAsTheyAre) {
     }
 }
 
-TEST_P(Layouts, OneLongRowIsTheSameAsAPicture) {
+TEST_P(Layouts, OneLongRowIsTheSameAsAnImage) {
     const std::vector<float> before = numbered(4 * 64 * 33);
-    std::vector<float> picture = before, row = before;
-    program.apply_packed(picture.data(), 64, 33, 4);
+    std::vector<float> image = before, row = before;
+    program.apply_packed(image.data(), 64, 33, 4);
     program.apply_packed(row.data(), 64 * 33, 1, 4);
-    EXPECT_EQ(picture, row);
+    EXPECT_EQ(image, row);
 }
 
 TEST_P(Layouts, BottomUpRowsAreFollowed) {
@@ -90,7 +90,7 @@ TEST_P(Layouts, BottomUpRowsAreFollowed) {
     EXPECT_EQ(flipped, upright);
 }
 
-TEST_P(Layouts, PlanarPicturesWithAndWithoutAlpha) {
+TEST_P(Layouts, PlanarImagesWithAndWithoutAlpha) {
     for (const bool with_alpha : {true, false}) {
         for (const std::size_t width : {1, 3, 16, 17, 511, 512, 700, 1025}) {
             for (const std::size_t gap : {0, 3}) {
@@ -117,7 +117,7 @@ TEST_P(Layouts, PlanarPicturesWithAndWithoutAlpha) {
 }
 
 /// Planes of alpha are passed by where no operation looks at them.
-TEST_P(Layouts, PlanarPicturesGiveWhatPackedOnesGiveWhateverTheOperationDoesWithAlpha) {
+TEST_P(Layouts, PlanarImagesGiveWhatPackedOnesGiveWhateverTheOperationDoesWithAlpha) {
     const auto entries = std::make_shared<const std::vector<float>>(std::vector<float>{1.0f, 0.0f});
     const std::vector<Op> ops{
         Matrix{{0.5, 0.25, 0, 0, 0, 1, 0.5, 0, 0.25, 0, 0.75, 0, 0, 0, 0, 1}, {}}, // 0 * infinity is NaN
@@ -149,7 +149,7 @@ TEST_P(Layouts, PlanarPicturesGiveWhatPackedOnesGiveWhateverTheOperationDoesWith
 }
 
 /// Such planes are converted where they lie, but for the pixels around the lines.
-TEST_P(Layouts, PlanarPicturesWhosePlanesReachCacheLinesTogether) {
+TEST_P(Layouts, PlanarImagesWhosePlanesReachCacheLinesTogether) {
     constexpr std::size_t HEIGHT = 2, DISTANCE = 4096; // between planes
     for (const std::size_t width : {255, 256, 272, 300, 512, 1100, 1999}) {
         for (const std::size_t gap : {0, 5, 16}) {
@@ -172,7 +172,7 @@ TEST_P(Layouts, PlanarPicturesWhosePlanesReachCacheLinesTogether) {
     }
 }
 
-/// As gray pictures have them: the last channel's result stays, at every width.
+/// As gray images have them: the last channel's result stays, at every width.
 TEST_P(Layouts, PlanesThatShareMemoryAreConvertedOnce) {
     for (const std::size_t width : {200, 256, 1024, 1030}) {
         const std::vector<float> before = numbered(width);
@@ -184,7 +184,7 @@ TEST_P(Layouts, PlanesThatShareMemoryAreConvertedOnce) {
     }
 }
 
-/// Rows of the planes in turn, as some picture files hold them.
+/// Rows of the planes in turn, as some image files hold them.
 TEST_P(Layouts, PlanesWhoseRowsLieBetweenEachOther) {
     constexpr std::size_t WIDTH = 512, HEIGHT = 3, STRIDE = 3 * WIDTH;
     for (const bool upwards : {false, true}) {
@@ -204,7 +204,7 @@ TEST_P(Layouts, PlanesWhoseRowsLieBetweenEachOther) {
     }
 }
 
-TEST_P(Layouts, PicturesMayStartAnywhereInMemory) {
+TEST_P(Layouts, ImagesMayStartAnywhereInMemory) {
     constexpr std::size_t WIDTH = 1100;
     for (std::size_t start = 0; start < 32; ++start) {
         for (const std::size_t channels : {3, 4}) {
@@ -232,7 +232,7 @@ TEST_P(Layouts, PicturesMayStartAnywhereInMemory) {
     }
 }
 
-TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
+TEST_P(Layouts, EmptyImagesAreLeftAlone) {
     program.apply_packed(nullptr, 0, 10, 4);
     program.apply_packed(nullptr, 10, 0, 3);
     program.apply_planar(nullptr, nullptr, nullptr, nullptr, 0, 0);
@@ -247,7 +247,7 @@ TEST_P(Layouts, EmptyPicturesAreLeftAlone) {
     program.apply_planar(p, p + 16, p + 32, nullptr, 10, 0);
     EXPECT_EQ(values, before);
     program.apply_packed(p, 1, 1, 4);
-    EXPECT_NE(values, before) << "a picture of one pixel is not empty";
+    EXPECT_NE(values, before) << "an image of one pixel is not empty";
 }
 
 TEST_P(Layouts, AlphaKeepsItsBitsWhereNoOperationUsesIt) {

@@ -96,7 +96,7 @@ TEST(LibraryChainAgreement, ProcessorsThatDoNothingGiveEmptyChains) {
     EXPECT_TRUE(lossless(processor_of(matrix))->isNoOp());
 }
 
-TEST(LibraryChainAgreement, PicturesWithoutAlphaReadAsAlphaZero) {
+TEST(LibraryChainAgreement, ImagesWithoutAlphaReadAsAlphaZero) {
     const library::MatrixTransformRcPtr matrix = library::MatrixTransform::Create();
     const double m[16] = {1, 0.5, 0, 0.25, 0, 1, 0.5, -3, 0.25, 0, 1, 7, 0, 0, 0, 1};
     matrix->setMatrix(m);

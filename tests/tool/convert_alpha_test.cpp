@@ -1,5 +1,5 @@
 #include "tests/colorio/color_formulas.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -13,56 +13,56 @@ protected:
     static constexpr float ALPHA = 0.5f;
 
     void write_pixel(const std::string& name, float red, float alpha, bool straight = false) {
-        Picture picture = make_picture(1, 1, 4, OIIO::TypeFloat, {red, red, red, alpha});
+        Image image = make_image(1, 1, 4, OIIO::TypeFloat, {red, red, red, alpha});
         if (straight)
-            picture.spec.attribute("oiio:UnassociatedAlpha", 1);
-        write_picture(path(name), picture);
+            image.spec.attribute("oiio:UnassociatedAlpha", 1);
+        write_image(path(name), image);
     }
 
-    Picture to_srgb(const std::string& input, const std::string& output, std::vector<std::string> more = {}) {
+    Image to_srgb(const std::string& input, const std::string& output, std::vector<std::string> more = {}) {
         more.insert(more.begin(), {"convert", path(input), path(output), "--from", "linear", "--to", "sRGB"});
         EXPECT_THAT(run(more), Succeeds());
-        return read_picture(path(output));
+        return read_image(path(output));
     }
 };
 
 TEST_F(ConvertAlpha, DividesWhereTheFileKeepsColorMultiplied) {
     write_pixel("in.exr", RED, ALPHA);
-    const Picture result = to_srgb("in.exr", "out.exr");
+    const Image result = to_srgb("in.exr", "out.exr");
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED / ALPHA) * ALPHA, TOLERANCE);
     EXPECT_EQ(result.get("A"), ALPHA);
 }
 
 TEST_F(ConvertAlpha, DoesNotDivideWhenTold) {
     write_pixel("in.exr", RED, ALPHA);
-    const Picture result = to_srgb("in.exr", "out.exr", {"--no-unpremult"});
+    const Image result = to_srgb("in.exr", "out.exr", {"--no-unpremult"});
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED), TOLERANCE);
     EXPECT_EQ(result.get("A"), ALPHA);
 }
 
 TEST_F(ConvertAlpha, DoesNotDivideStraightColor) {
     write_pixel("in.tif", RED, ALPHA, true);
-    const Picture result = to_srgb("in.tif", "out.tif");
+    const Image result = to_srgb("in.tif", "out.tif");
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED), TOLERANCE);
     EXPECT_EQ(result.spec.get_int_attribute("oiio:UnassociatedAlpha"), 1);
 }
 
 TEST_F(ConvertAlpha, DividesStraightColorWhenTold) {
     write_pixel("in.tif", RED, ALPHA, true);
-    const Picture result = to_srgb("in.tif", "out.tif", {"--unpremult"});
+    const Image result = to_srgb("in.tif", "out.tif", {"--unpremult"});
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED / ALPHA) * ALPHA, TOLERANCE);
 }
 
 TEST_F(ConvertAlpha, KeepsColorWhereAlphaIsZero) {
     write_pixel("in.exr", RED, 0.0f);
-    const Picture result = to_srgb("in.exr", "out.exr");
+    const Image result = to_srgb("in.exr", "out.exr");
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED), TOLERANCE);
     EXPECT_EQ(result.get("A"), 0.0f);
 }
 
 TEST_F(ConvertAlpha, BecomesStraightInAFormatThatKeepsItSo) {
     write_pixel("in.exr", RED, ALPHA);
-    const Picture result = to_srgb("in.exr", "out.png", {"-d", "uint16"});
+    const Image result = to_srgb("in.exr", "out.png", {"-d", "uint16"});
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED / ALPHA), 1.0 / 65535);
     EXPECT_NEAR(result.get("A"), ALPHA, 1.0 / 65535);
 }
@@ -72,14 +72,14 @@ TEST_F(ConvertAlpha, BecomesAssociatedInAFormatThatKeepsItSo) {
     const ToolRun result =
         run({"convert", path("in.png"), path("out.exr"), "--from", "sRGB", "--to", "linear", "-d", "float"});
     EXPECT_THAT(result, Succeeds());
-    const Picture written = read_picture(path("in.png"));
-    const Picture converted = read_picture(path("out.exr"));
+    const Image written = read_image(path("in.png"));
+    const Image converted = read_image(path("out.exr"));
     EXPECT_NEAR(converted.get("R"), formula::srgb_to_linear(written.get("R")) * written.get("A"), TOLERANCE);
 }
 
-TEST_F(ConvertAlpha, IsNeverAskedOfPicturesWithoutIt) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {RED, RED, RED}));
-    const Picture result = to_srgb("in.exr", "out.exr", {"--unpremult"});
+TEST_F(ConvertAlpha, IsNeverAskedOfImagesWithoutIt) {
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {RED, RED, RED}));
+    const Image result = to_srgb("in.exr", "out.exr", {"--unpremult"});
     EXPECT_NEAR(result.get("R"), formula::linear_to_srgb(RED), TOLERANCE);
     EXPECT_EQ(result.spec.nchannels, 3);
 }

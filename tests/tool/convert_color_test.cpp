@@ -2,7 +2,7 @@
 
 #include "tests/colorio/color_formulas.h"
 #include "tests/tool/configs.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -20,16 +20,16 @@ protected:
         std::vector<float> values;
         for (const float gray : grays)
             values.insert(values.end(), {gray, gray, gray});
-        write_picture(path(name), make_picture(static_cast<int>(grays.size()), 1, 3, depth, values));
+        write_image(path(name), make_image(static_cast<int>(grays.size()), 1, 3, depth, values));
     }
 
     /// Converts "in.exr" to "out.exr" and answers it.
-    Picture convert(std::vector<std::string> arguments, const std::string& input = "in.exr",
-                    const std::string& output = "out.exr") {
+    Image convert(std::vector<std::string> arguments, const std::string& input = "in.exr",
+                  const std::string& output = "out.exr") {
         arguments.insert(arguments.begin(), {"convert", path(input), path(output)});
         const ToolRun result = run(arguments);
         EXPECT_THAT(result, Succeeds());
-        return read_picture(path(output));
+        return read_image(path(output));
     }
 };
 
@@ -37,7 +37,7 @@ const std::vector<float> GRAYS = {0.0f, 0.001f, 0.01f, 0.04f, 0.05f, 0.18f, 0.5f
 
 TEST_F(ConvertColor, DecodesSrgbByItsFormula) {
     write_grays("in.exr", OIIO::TypeFloat, GRAYS);
-    const Picture result = convert({"--from", "sRGB", "--to", "linear"});
+    const Image result = convert({"--from", "sRGB", "--to", "linear"});
     for (size_t i = 0; i < GRAYS.size(); ++i)
         for (const char* channel : {"R", "G", "B"})
             EXPECT_NEAR(result.get(channel, static_cast<int>(i)), formula::srgb_to_linear(GRAYS[i]),
@@ -46,15 +46,15 @@ TEST_F(ConvertColor, DecodesSrgbByItsFormula) {
 
 TEST_F(ConvertColor, EncodesThroughAViewByTheSrgbFormula) {
     write_grays("in.exr", OIIO::TypeFloat, GRAYS);
-    const Picture result = convert({"--from", "linear", "--view", "Tavelion.sRGB"});
+    const Image result = convert({"--from", "linear", "--view", "Tavelion.sRGB"});
     for (size_t i = 0; i < GRAYS.size(); ++i)
         EXPECT_NEAR(result.get("G", static_cast<int>(i)), formula::linear_to_srgb(GRAYS[i]), 2e-5);
 }
 
 TEST_F(ConvertColor, ConvertsBothWaysBetweenCineonAndLinear) {
     write_grays("in.exr", OIIO::TypeFloat, GRAYS);
-    const Picture linear = convert({"--from", "Tavelion|Cineon", "--to", "Tavelion|linear"});
-    const Picture cineon = convert({"--from", "Tavelion|linear", "--to", "Tavelion|Cineon"});
+    const Image linear = convert({"--from", "Tavelion|Cineon", "--to", "Tavelion|linear"});
+    const Image cineon = convert({"--from", "Tavelion|linear", "--to", "Tavelion|Cineon"});
     for (size_t i = 0; i < GRAYS.size(); ++i) {
         const int x = static_cast<int>(i);
         EXPECT_NEAR(linear.get("R", x), formula::cineon_to_linear(GRAYS[i]), 1e-5);
@@ -64,7 +64,7 @@ TEST_F(ConvertColor, ConvertsBothWaysBetweenCineonAndLinear) {
 
 TEST_F(ConvertColor, MakesEightBitCodesAsADisplayWantsThem) {
     write_grays("in.exr", OIIO::TypeFloat, {-0.5f, 0.0f, 0.18f, 0.5f, 1.0f, 7.0f});
-    const Picture result = convert({"--from", "linear", "--view", "Tavelion.sRGB"}, "in.exr", "out.png");
+    const Image result = convert({"--from", "linear", "--view", "Tavelion.sRGB"}, "in.exr", "out.png");
     EXPECT_EQ(result.spec.format, OIIO::TypeUInt8);
     const double codes[] = {0, 0, 118, 188, 255, 255}; // IEC 61966-2-1, rounded
     for (int x = 0; x < 6; ++x)
@@ -75,9 +75,9 @@ TEST_F(ConvertColor, ConvertsPixelsIndependentlyOfThreadsAndBands) {
     std::vector<float> values;
     for (int i = 0; i < 97 * 401 * 3; ++i)
         values.push_back(static_cast<float>(i % 1009) / 1008);
-    write_picture(path("in.exr"), make_picture(97, 401, 3, OIIO::TypeFloat, values));
-    const Picture one = convert({"--from", "sRGB", "--to", "linear", "--threads", "1"});
-    const Picture many = convert({"--from", "sRGB", "--to", "linear", "--threads", "7"});
+    write_image(path("in.exr"), make_image(97, 401, 3, OIIO::TypeFloat, values));
+    const Image one = convert({"--from", "sRGB", "--to", "linear", "--threads", "1"});
+    const Image many = convert({"--from", "sRGB", "--to", "linear", "--threads", "7"});
     EXPECT_EQ(one.values, many.values);
     for (size_t i = 0; i < values.size(); i += 97)
         EXPECT_NEAR(one.values[i], formula::srgb_to_linear(values[i]), TABLE_TOLERANCE);
@@ -88,9 +88,9 @@ TEST_F(ConvertColor, GivesTheSameWithoutTheVectorCode) {
     for (int i = 0; i < 9000; ++i)
         grays.push_back(static_cast<float>(i) / 8999);
     write_grays("in.exr", OIIO::TypeFloat, grays);
-    const Picture with = convert({"--from", "linear", "--to", "Cineon"});
+    const Image with = convert({"--from", "linear", "--to", "Cineon"});
     fast_path.set("0");
-    const Picture without = convert({"--from", "linear", "--to", "Cineon"});
+    const Image without = convert({"--from", "linear", "--to", "Cineon"});
     ASSERT_EQ(with.values.size(), without.values.size());
     for (size_t i = 0; i < with.values.size(); ++i)
         ASSERT_NEAR(with.values[i], without.values[i], 1e-6) << i;
@@ -99,7 +99,7 @@ TEST_F(ConvertColor, GivesTheSameWithoutTheVectorCode) {
 TEST_F(ConvertColor, AcceptsRolesAsNames) {
     folder.write("show.ocio", SHOW_CONFIG);
     write_grays("in.exr", OIIO::TypeFloat, {0.8f});
-    const Picture result =
+    const Image result =
         convert({"--config", path("show.ocio"), "--from", "scene_linear", "--to", "texture_paint"});
     EXPECT_FLOAT_EQ(result.get("R"), 0.4f);
 }
@@ -111,11 +111,11 @@ TEST_F(ConvertColor, TakesTheDisplayAndTheViewApartOrTogether) {
                                                         {"--display", "Monitor", "--view", "Warm"}};
     for (std::vector<std::string> arguments : ways) {
         arguments.insert(arguments.end(), {"--config", path("show.ocio"), "--from", "lin"});
-        const Picture result = convert(arguments);
+        const Image result = convert(arguments);
         EXPECT_FLOAT_EQ(result.get("R"), 0.5f);
         EXPECT_FLOAT_EQ(result.get("G"), 0.25f);
     }
-    const Picture dotted =
+    const Image dotted =
         convert({"--config", path("show.ocio"), "--from", "lin", "--view", "Cinema.Film.v2"});
     EXPECT_FLOAT_EQ(dotted.get("G"), 0.125f);
 }
@@ -126,7 +126,7 @@ TEST_F(ConvertColor, LeavesColorsBetweenASpaceAndItself) {
         run({"convert", path("in.exr"), path("out.exr"), "--from", "sRGB", "--to", "Tavelion|sRGB"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.err, HasSubstr("are unchanged"));
-    EXPECT_EQ(read_picture(path("out.exr")).values, read_picture(path("in.exr")).values);
+    EXPECT_EQ(read_image(path("out.exr")).values, read_image(path("in.exr")).values);
 }
 
 TEST_F(ConvertColor, TakesTheColorSpaceOfTheExtensionAndSaysSo) {
@@ -134,7 +134,7 @@ TEST_F(ConvertColor, TakesTheColorSpaceOfTheExtensionAndSaysSo) {
     const ToolRun result = run({"convert", path("in.exr"), path("out.exr"), "--to", "sRGB"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_EQ(result.err, "in.exr: Tavelion|linear, from the built-in associations, category Open EXR\n");
-    EXPECT_NEAR(read_picture(path("out.exr")).get("R"), formula::linear_to_srgb(0.18f), 2e-5);
+    EXPECT_NEAR(read_image(path("out.exr")).get("R"), formula::linear_to_srgb(0.18f), 2e-5);
 }
 
 TEST_F(ConvertColor, AsksForTheColorSpaceWhenThatOfTheExtensionDoesNotExist) {

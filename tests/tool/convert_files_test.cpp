@@ -5,7 +5,7 @@
 
 #include "tests/colorio/color_formulas.h"
 #include "tests/support/file_size_limit.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -15,17 +15,17 @@ using testing::HasSubstr;
 
 class ConvertFiles : public ToolTest {
 protected:
-    ConvertFiles() { write_picture(path("in.exr"), make_noise(64)); }
+    ConvertFiles() { write_image(path("in.exr"), make_noise(64)); }
 
     /// Hard to compress, so that its size on disk is about that in memory.
-    static Picture make_noise(int side) {
-        Picture picture = make_picture(side, side, 3, OIIO::TypeFloat, {});
+    static Image make_noise(int side) {
+        Image image = make_image(side, side, 3, OIIO::TypeFloat, {});
         unsigned int state = 1;
-        for (float& value : picture.values) {
+        for (float& value : image.values) {
             state = state * 1664525u + 1013904223u;
             value = static_cast<float>(state >> 8) / static_cast<float>(1u << 24);
         }
-        return picture;
+        return image;
     }
 
     ToolRun convert(const std::string& input, const std::string& output) {
@@ -34,9 +34,9 @@ protected:
 };
 
 TEST_F(ConvertFiles, MayWriteOverTheirInput) {
-    const Picture before = read_picture(path("in.exr"));
+    const Image before = read_image(path("in.exr"));
     EXPECT_THAT(convert(path("in.exr"), path("in.exr")), Succeeds());
-    const Picture after = read_picture(path("in.exr"));
+    const Image after = read_image(path("in.exr"));
     EXPECT_NEAR(after.get("R", 7, 9), formula::srgb_to_linear(before.get("R", 7, 9)), 5e-6);
     EXPECT_EQ(count_files(), 1u);
 }
@@ -47,7 +47,7 @@ TEST_F(ConvertFiles, FollowLinksAndKeepPermissions) {
     std::filesystem::create_symlink("old.exr", path("link.exr"));
     EXPECT_THAT(convert(path("in.exr"), path("link.exr")), Succeeds());
     EXPECT_TRUE(std::filesystem::is_symlink(path("link.exr")));
-    EXPECT_EQ(read_picture(path("old.exr")).spec.width, 64);
+    EXPECT_EQ(read_image(path("old.exr")).spec.width, 64);
     struct stat status;
     ASSERT_EQ(stat(path("old.exr").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
@@ -98,10 +98,10 @@ TEST_P(ConvertFilesOnAFullDisk, StayAsTheyWere) {
 }
 
 TEST_F(ConvertFilesOnAFullDisk, OfTilesAndSeveralPartsStayAsTheyWere) {
-    Picture part = make_noise(40);
+    Image part = make_noise(40);
     part.spec.tile_width = part.spec.tile_height = 16;
-    write_picture(path("tiled.exr"), part);
-    write_picture(path("parts.exr"), std::vector<Picture>{part, part});
+    write_image(path("tiled.exr"), part);
+    write_image(path("parts.exr"), std::vector<Image>{part, part});
     expect_whole_or_as_it_was("tiled.exr", "exr");
     expect_whole_or_as_it_was("parts.exr", "tif");
     expect_whole_or_as_it_was("parts.exr", "exr");
@@ -126,7 +126,7 @@ TEST_F(ConvertFiles, SayThatAFormatIsUnknown) {
     EXPECT_THAT(convert(path("in.exr"), path("out.xyz")),
                 FailsWith(1, AllOf(HasSubstr("cannot write"), HasSubstr("out.xyz"))));
     EXPECT_THAT(convert(path("in.exr"), path("out")), FailsWith(1, HasSubstr("cannot write")));
-    folder.write("text.exr", "this is no picture\n");
+    folder.write("text.exr", "this is no image\n");
     EXPECT_THAT(convert(path("text.exr"), path("out.exr")),
                 FailsWith(1, AllOf(HasSubstr("cannot read"), HasSubstr("text.exr"))));
     EXPECT_EQ(count_files(), 2u);

@@ -3,7 +3,7 @@
 #include "tests/colorio/color_formulas.h"
 #include "tests/colorio/library_differences.h"
 #include "tests/tool/configs.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -26,21 +26,21 @@ protected:
 
     /// Red, green, blue, a depth channel of floats and an id in another layer, in halfs otherwise.
     void write_layers(const std::string& name) {
-        Picture picture = make_picture(2, 1, 5, OIIO::TypeHalf,
-                                       {0.5f, 0.5f, 0.5f, 1234.567f, 7.0f, 0.25f, 0.25f, 0.25f, 1e6f, 9.0f});
-        picture.spec.channelnames = {"R", "G", "B", "Z", "matte.id"};
-        picture.spec.channelformats = {OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeFloat,
-                                       OIIO::TypeHalf};
-        picture.spec.z_channel = 3;
-        write_picture(path(name), picture);
+        Image image = make_image(2, 1, 5, OIIO::TypeHalf,
+                                 {0.5f, 0.5f, 0.5f, 1234.567f, 7.0f, 0.25f, 0.25f, 0.25f, 1e6f, 9.0f});
+        image.spec.channelnames = {"R", "G", "B", "Z", "matte.id"};
+        image.spec.channelformats = {OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeFloat,
+                                     OIIO::TypeHalf};
+        image.spec.z_channel = 3;
+        write_image(path(name), image);
     }
 };
 
 TEST_F(ConvertKeeps, OtherChannelsWithTheirNamesAndTypes) {
     write_layers("in.exr");
     convert("in.exr", "out.exr");
-    const Picture before = read_picture(path("in.exr"));
-    const Picture after = read_picture(path("out.exr"));
+    const Image before = read_image(path("in.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_EQ(after.spec.channelnames, before.spec.channelnames);
     EXPECT_EQ(after.spec.channelformats, before.spec.channelformats);
     for (int x : {0, 1})
@@ -52,7 +52,7 @@ TEST_F(ConvertKeeps, OtherChannelsWithTheirNamesAndTypes) {
 TEST_F(ConvertKeeps, TheTypesOfOtherChannelsWhenAnotherDepthIsAsked) {
     write_layers("in.exr");
     convert("in.exr", "out.exr", {"-d", "float"});
-    const Picture after = read_picture(path("out.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("R")), OIIO::TypeFloat);
     EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("Z")), OIIO::TypeFloat);
     EXPECT_EQ(after.spec.channelformat(after.spec.channelindex("matte.id")), OIIO::TypeHalf);
@@ -63,15 +63,15 @@ TEST_F(ConvertKeeps, OnlyColorAndAlphaWhereTheFormatHasNoRoomAndSaysSo) {
     write_layers("in.exr");
     const ToolRun result = convert("in.exr", "out.png");
     EXPECT_THAT(result.err, AllOf(HasSubstr("png has no room"), HasSubstr("Z"), HasSubstr("matte.id")));
-    EXPECT_THAT(read_picture(path("out.png")).spec.channelnames, ElementsAre("R", "G", "B"));
+    EXPECT_THAT(read_image(path("out.png")).spec.channelnames, ElementsAre("R", "G", "B"));
 }
 
 TEST_F(ConvertKeeps, ChannelsInAnyOrder) {
-    Picture picture = make_picture(1, 1, 4, OIIO::TypeFloat, {0.75f, 0.5f, 42.0f, 0.25f});
-    picture.spec.channelnames = {"B", "G", "Z", "R"};
-    write_picture(path("in.exr"), picture);
+    Image image = make_image(1, 1, 4, OIIO::TypeFloat, {0.75f, 0.5f, 42.0f, 0.25f});
+    image.spec.channelnames = {"B", "G", "Z", "R"};
+    write_image(path("in.exr"), image);
     convert("in.exr", "out.exr");
-    const Picture after = read_picture(path("out.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_NEAR(after.get("R"), formula::srgb_to_linear(0.25), 5e-6);
     EXPECT_NEAR(after.get("G"), formula::srgb_to_linear(0.5), 5e-6);
     EXPECT_NEAR(after.get("B"), formula::srgb_to_linear(0.75), 5e-6);
@@ -79,28 +79,28 @@ TEST_F(ConvertKeeps, ChannelsInAnyOrder) {
 }
 
 TEST_F(ConvertKeeps, TheDataAndTheDisplayWindow) {
-    Picture picture = make_picture(3, 2, 3, OIIO::TypeFloat, std::vector<float>(18, 0.5f));
-    picture.spec.x = -5;
-    picture.spec.y = 11;
-    picture.spec.full_width = 100;
-    picture.spec.full_height = 50;
-    picture.spec.full_x = 2;
-    write_picture(path("in.exr"), picture);
+    Image image = make_image(3, 2, 3, OIIO::TypeFloat, std::vector<float>(18, 0.5f));
+    image.spec.x = -5;
+    image.spec.y = 11;
+    image.spec.full_width = 100;
+    image.spec.full_height = 50;
+    image.spec.full_x = 2;
+    write_image(path("in.exr"), image);
     convert("in.exr", "out.exr");
-    const OIIO::ImageSpec after = read_picture(path("out.exr")).spec;
-    EXPECT_EQ(after.roi(), picture.spec.roi());
-    EXPECT_EQ(after.roi_full(), picture.spec.roi_full());
+    const OIIO::ImageSpec after = read_image(path("out.exr")).spec;
+    EXPECT_EQ(after.roi(), image.spec.roi());
+    EXPECT_EQ(after.roi_full(), image.spec.roi_full());
 }
 
 TEST_F(ConvertKeeps, TheDisplayWindowWhereTheFormatKnowsNoOther) {
-    Picture picture = make_picture(2, 1, 3, OIIO::TypeFloat, std::vector<float>(6, 1.0f));
-    picture.spec.x = 1;
-    picture.spec.full_width = 4;
-    picture.spec.full_height = 2;
-    write_picture(path("in.exr"), picture);
+    Image image = make_image(2, 1, 3, OIIO::TypeFloat, std::vector<float>(6, 1.0f));
+    image.spec.x = 1;
+    image.spec.full_width = 4;
+    image.spec.full_height = 2;
+    write_image(path("in.exr"), image);
     const ToolRun result = convert("in.exr", "out.png");
     EXPECT_THAT(result.err, HasSubstr("4 x 2"));
-    const Picture after = read_picture(path("out.png"));
+    const Image after = read_image(path("out.png"));
     EXPECT_EQ(after.spec.width, 4);
     EXPECT_EQ(after.spec.height, 2);
     const std::array<float, 4> top = {after.get("R", 0), after.get("R", 1), after.get("R", 2),
@@ -110,48 +110,48 @@ TEST_F(ConvertKeeps, TheDisplayWindowWhereTheFormatKnowsNoOther) {
 }
 
 TEST_F(ConvertKeeps, Metadata) {
-    Picture picture = make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f});
-    picture.spec.attribute("ImageDescription", "a shot");
-    picture.spec.attribute("show/take", 12);
-    picture.spec.attribute("compression", "piz");
-    write_picture(path("in.exr"), picture);
+    Image image = make_image(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f});
+    image.spec.attribute("ImageDescription", "a shot");
+    image.spec.attribute("show/take", 12);
+    image.spec.attribute("compression", "piz");
+    write_image(path("in.exr"), image);
     convert("in.exr", "out.exr");
-    const OIIO::ImageSpec after = read_picture(path("out.exr")).spec;
+    const OIIO::ImageSpec after = read_image(path("out.exr")).spec;
     EXPECT_EQ(after.get_string_attribute("ImageDescription"), "a shot");
     EXPECT_EQ(after.get_int_attribute("show/take"), 12);
     EXPECT_EQ(after.get_string_attribute("compression"), "piz");
 }
 
 void write_with_chromaticities(const std::string& file) {
-    Picture picture = make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f});
+    Image image = make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f});
     const float chromaticities[8] = {0.64f, 0.33f, 0.3f, 0.6f, 0.15f, 0.06f, 0.3127f, 0.329f};
-    picture.spec.attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8), chromaticities);
-    write_picture(file, picture);
+    image.spec.attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8), chromaticities);
+    write_image(file, image);
 }
 
 TEST_F(ConvertKeeps, WhatDescribesTheColorsInTheirSpace) {
     write_with_chromaticities(path("in.exr"));
     ASSERT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "linear"}),
                 Succeeds());
-    EXPECT_NE(read_picture(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
+    EXPECT_NE(read_image(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
 }
 
 TEST_F(ConvertKeeps, NothingThatDescribedTheFormerColors) {
     write_with_chromaticities(path("in.exr"));
     const ToolRun result = convert("in.exr", "out.exr");
-    EXPECT_EQ(read_picture(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
+    EXPECT_EQ(read_image(path("out.exr")).spec.find_attribute("chromaticities"), nullptr);
     EXPECT_THAT(result.err, HasSubstr("chromaticities"));
 }
 
 TEST_F(ConvertKeeps, TheNameOfTheNewColorSpaceInTheFile) {
-    write_picture(path("in.tif"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.tif"), make_image(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
     ASSERT_THAT(run({"convert", path("in.tif"), path("out.png"), "--from", "linear", "--to", "sRGB"}),
                 Succeeds());
-    EXPECT_EQ(read_picture(path("out.png")).spec.get_string_attribute("oiio:ColorSpace"),
-              expected("sRGB in a picture file"));
+    EXPECT_EQ(read_image(path("out.png")).spec.get_string_attribute("oiio:ColorSpace"),
+              expected("sRGB in an image file"));
     convert("in.tif", "linear.png");
-    EXPECT_EQ(read_picture(path("linear.png")).spec.get_string_attribute("oiio:ColorSpace"),
-              expected("linear in a picture file"));
+    EXPECT_EQ(read_image(path("linear.png")).spec.get_string_attribute("oiio:ColorSpace"),
+              expected("linear in an image file"));
 }
 
 TEST_F(ConvertKeeps, TheDepthOfTheInputWhereTheFormatHasIt) {
@@ -159,24 +159,24 @@ TEST_F(ConvertKeeps, TheDepthOfTheInputWhereTheFormatHasIt) {
         {OIIO::TypeUInt8, ".tif"}, {OIIO::TypeUInt16, ".tif"}, {OIIO::TypeFloat, ".tif"},
         {OIIO::TypeHalf, ".exr"},  {OIIO::TypeFloat, ".exr"},  {OIIO::TypeUInt16, ".png"}};
     for (const auto& [depth, extension] : cases) {
-        write_picture(path("in" + extension), make_picture(1, 1, 3, depth, {0.5f, 0.5f, 0.5f}));
+        write_image(path("in" + extension), make_image(1, 1, 3, depth, {0.5f, 0.5f, 0.5f}));
         convert("in" + extension, "out" + extension);
-        EXPECT_EQ(read_picture(path("out" + extension)).spec.format, depth) << extension;
+        EXPECT_EQ(read_image(path("out" + extension)).spec.format, depth) << extension;
     }
 }
 
 TEST_F(ConvertKeeps, TheDepthThatIsAsked) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
     const std::vector<std::pair<std::string, OIIO::TypeDesc>> cases = {
         {"uint8", OIIO::TypeUInt8}, {"uint16", OIIO::TypeUInt16}, {"float", OIIO::TypeFloat}};
     for (const auto& [name, depth] : cases) {
         convert("in.exr", "out.tif", {"-d", name});
-        EXPECT_EQ(read_picture(path("out.tif")).spec.format, depth);
+        EXPECT_EQ(read_image(path("out.tif")).spec.format, depth);
     }
 }
 
 TEST_F(ConvertKeeps, ItsWordAboutTheDepthOrWritesNothing) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
     EXPECT_THAT(
         run({"convert", path("in.exr"), path("out.png"), "--from", "linear", "--to", "sRGB", "-d", "half"}),
         FailsWith(1,
@@ -184,25 +184,25 @@ TEST_F(ConvertKeeps, ItsWordAboutTheDepthOrWritesNothing) {
     EXPECT_EQ(count_files(), 1u);
 }
 
-TEST_F(ConvertKeeps, GrayPicturesGray) {
-    Picture picture = make_picture(1, 1, 1, OIIO::TypeUInt8, {0.5f});
-    picture.spec.channelnames = {"Y"};
-    write_picture(path("in.png"), picture);
+TEST_F(ConvertKeeps, GrayImagesGray) {
+    Image image = make_image(1, 1, 1, OIIO::TypeUInt8, {0.5f});
+    image.spec.channelnames = {"Y"};
+    write_image(path("in.png"), image);
     convert("in.png", "out.png");
-    const Picture after = read_picture(path("out.png"));
+    const Image after = read_image(path("out.png"));
     ASSERT_EQ(after.spec.nchannels, 1);
     EXPECT_NEAR(after.values[0], formula::srgb_to_linear(128.0 / 255), 0.5 / 255);
 }
 
 TEST_F(ConvertKeeps, NoGrayWhenTheConversionTints) {
     folder.write("show.ocio", SHOW_CONFIG);
-    Picture picture = make_picture(1, 1, 1, OIIO::TypeFloat, {0.25f});
-    picture.spec.channelnames = {"Y"};
-    write_picture(path("in.exr"), picture);
+    Image image = make_image(1, 1, 1, OIIO::TypeFloat, {0.25f});
+    image.spec.channelnames = {"Y"};
+    write_image(path("in.exr"), image);
     ASSERT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--config", path("show.ocio"), "--from",
                      "lin", "--to", "ops|warm"}),
                 Succeeds());
-    const Picture after = read_picture(path("out.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_THAT(after.spec.channelnames, ElementsAre("R", "G", "B"));
     EXPECT_THAT(after.values, ElementsAre(0.5f, 0.25f, 0.25f));
 }

@@ -1,7 +1,7 @@
 #include <OpenImageIO/deepdata.h>
 
 #include "tests/colorio/color_formulas.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -17,11 +17,11 @@ protected:
         return run({"convert", path(input), path(output), "--from", "sRGB", "--to", "linear"});
     }
 
-    static Picture make_part(const std::string& name, const std::vector<std::string>& channels, float value,
-                             int width = 4) {
+    static Image make_part(const std::string& name, const std::vector<std::string>& channels, float value,
+                           int width = 4) {
         const int count = static_cast<int>(channels.size());
-        Picture part = make_picture(width, 2, count, OIIO::TypeHalf,
-                                    std::vector<float>(static_cast<size_t>(width * 2 * count), value));
+        Image part = make_image(width, 2, count, OIIO::TypeHalf,
+                                std::vector<float>(static_cast<size_t>(width * 2 * count), value));
         part.spec.channelnames = channels;
         part.spec.full_width = 8; // parts of a file have one display window
         part.spec.attribute("oiio:subimagename", name);
@@ -29,9 +29,9 @@ protected:
     }
 
     void write_three_parts() {
-        write_picture(path("in.exr"),
-                      {make_part("beauty", {"R", "G", "B"}, 0.5f), make_part("depth", {"Z"}, 77.0f, 8),
-                       make_part("specular", {"R", "G", "B"}, 0.25f)});
+        write_image(path("in.exr"),
+                    {make_part("beauty", {"R", "G", "B"}, 0.5f), make_part("depth", {"Z"}, 77.0f, 8),
+                     make_part("specular", {"R", "G", "B"}, 0.25f)});
     }
 };
 
@@ -56,9 +56,9 @@ TEST_F(ConvertParts, ConvertsTheColorsOfEachAndKeepsTheRest) {
     write_three_parts();
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
     ASSERT_EQ(count_subimages(path("out.exr")), 3);
-    const Picture beauty = read_picture(path("out.exr"), 0);
-    const Picture depth = read_picture(path("out.exr"), 1);
-    const Picture specular = read_picture(path("out.exr"), 2);
+    const Image beauty = read_image(path("out.exr"), 0);
+    const Image depth = read_image(path("out.exr"), 1);
+    const Image specular = read_image(path("out.exr"), 2);
     EXPECT_EQ(beauty.spec.get_string_attribute("oiio:subimagename"), "beauty");
     EXPECT_NEAR(beauty.get("G", 3, 1), formula::srgb_to_linear(0.5), HALF_OF_ONE);
     EXPECT_EQ(depth.spec.width, 8);
@@ -72,33 +72,33 @@ TEST_F(ConvertParts, WritesTheFirstWhereTheFormatHoldsOneAndSaysSo) {
     const ToolRun result = convert("in.exr", "out.png");
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.err, HasSubstr("png holds one image: only part 1 of 3 is written"));
-    EXPECT_NEAR(read_picture(path("out.png")).get("R"), formula::srgb_to_linear(0.5), 1.0 / 255);
+    EXPECT_NEAR(read_image(path("out.png")).get("R"), formula::srgb_to_linear(0.5), 1.0 / 255);
 }
 
 TEST_F(ConvertParts, ConvertsTheColorsOfTheFirstLayerWhereThereIsNoPlainOne) {
-    write_picture(path("in.exr"), make_part("", {"diffuse.R", "diffuse.G", "diffuse.B", "normal.X"}, 0.5f));
+    write_image(path("in.exr"), make_part("", {"diffuse.R", "diffuse.G", "diffuse.B", "normal.X"}, 0.5f));
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
-    const Picture after = read_picture(path("out.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_NEAR(after.get("diffuse.G"), formula::srgb_to_linear(0.5), HALF_OF_ONE);
     EXPECT_EQ(after.get("normal.X"), 0.5f);
 }
 
 TEST_F(ConvertParts, LeavesLayersBesideThePlainColor) {
-    write_picture(path("in.exr"), make_part("", {"R", "G", "B", "normal.R", "normal.G", "normal.B"}, 0.5f));
+    write_image(path("in.exr"), make_part("", {"R", "G", "B", "normal.R", "normal.G", "normal.B"}, 0.5f));
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
-    const Picture after = read_picture(path("out.exr"));
+    const Image after = read_image(path("out.exr"));
     EXPECT_NEAR(after.get("R"), formula::srgb_to_linear(0.5), HALF_OF_ONE);
     EXPECT_EQ(after.get("normal.R"), 0.5f);
 }
 
-TEST_F(ConvertParts, RefusesPicturesWithoutColor) {
-    write_picture(path("in.exr"), make_part("", {"Z", "id"}, 1.0f));
+TEST_F(ConvertParts, RefusesImagesWithoutColor) {
+    write_image(path("in.exr"), make_part("", {"Z", "id"}, 1.0f));
     EXPECT_THAT(convert("in.exr", "out.exr"),
                 FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("no color channels"))));
     EXPECT_FALSE(folder.exists("out.exr"));
 }
 
-TEST_F(ConvertParts, RefusesDeepPictures) {
+TEST_F(ConvertParts, RefusesDeepImages) {
     OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeHalf);
     spec.deep = true;
     spec.channelnames = {"R", "G", "B", "A", "Z"};
@@ -116,9 +116,9 @@ TEST_F(ConvertParts, RefusesDeepPictures) {
 
 /// Two parts in tiles that stand over the right and the lower edge.
 void write_tiled_parts(const std::string& file) {
-    Picture part = make_picture(40, 24, 3, OIIO::TypeHalf, std::vector<float>(40 * 24 * 3, 0.5f));
+    Image part = make_image(40, 24, 3, OIIO::TypeHalf, std::vector<float>(40 * 24 * 3, 0.5f));
     part.spec.tile_width = part.spec.tile_height = 16;
-    write_picture(file, std::vector<Picture>{part, part});
+    write_image(file, std::vector<Image>{part, part});
 }
 
 TEST_F(ConvertParts, KeepsTheTilesOfEach) {
@@ -126,7 +126,7 @@ TEST_F(ConvertParts, KeepsTheTilesOfEach) {
         write_tiled_parts(path(name));
         EXPECT_THAT(convert(name, "out.tif"), Succeeds());
         for (int i = 0; i < 2; ++i) {
-            const Picture part = read_picture(path("out.tif"), i);
+            const Image part = read_image(path("out.tif"), i);
             EXPECT_EQ(part.spec.tile_width, 16) << name;
             EXPECT_NEAR(part.get("G", 39, 23), formula::srgb_to_linear(0.5), HALF_OF_ONE) << name;
         }
@@ -137,7 +137,7 @@ TEST_F(ConvertParts, ConvertsEveryLevelOfResolution) {
     write_levels(path("in.exr"));
     EXPECT_THAT(convert("in.exr", "out.exr"), Succeeds());
     for (int level = 0, side = 8; side >= 1; ++level, side /= 2) {
-        const Picture part = read_picture(path("out.exr"), 0, level);
+        const Image part = read_image(path("out.exr"), 0, level);
         EXPECT_EQ(part.spec.width, side);
         EXPECT_EQ(part.spec.tile_width, 4);
         EXPECT_NEAR(part.get("B"), formula::srgb_to_linear(0.5 / (level + 1)), HALF_OF_ONE) << level;

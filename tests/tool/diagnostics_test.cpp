@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/tool/configs.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -30,7 +30,7 @@ const std::string SPACES = R"(
 class DiagnosticOf : public ToolTest, public testing::WithParamInterface<Fault> {
 protected:
     DiagnosticOf() {
-        write_picture(path("in.exr"), make_picture(2, 2, 3, OIIO::TypeFloat, std::vector<float>(12, 0.5f)));
+        write_image(path("in.exr"), make_image(2, 2, 3, OIIO::TypeFloat, std::vector<float>(12, 0.5f)));
         folder.write("text.exr", "this is not an image\n");
         folder.write("broken.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
         folder.write("newer.ocio", "ocio_profile_version: 2.999\n");

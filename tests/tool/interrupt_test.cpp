@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "files/replacement.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 #include "tool/interrupt_cleanup.h"
 

@@ -1,7 +1,7 @@
 #include "tests/colorio/color_formulas.h"
 #include "tests/image/hostile_images.h"
 #include "tests/support/no_new_threads.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -18,8 +18,8 @@ protected:
 
     void write_frames(const std::vector<int>& frames) {
         for (const int frame : frames)
-            write_picture(path(name("in", frame)),
-                          make_picture(5, 3, 3, OIIO::TypeFloat, std::vector<float>(45, get_gray(frame))));
+            write_image(path(name("in", frame)),
+                        make_image(5, 3, 3, OIIO::TypeFloat, std::vector<float>(45, get_gray(frame))));
     }
 
     static std::string name(const std::string& stem, int frame) {
@@ -35,7 +35,7 @@ protected:
 
     void expect_converted(int frame) {
         ASSERT_TRUE(folder.exists(name("out", frame))) << frame;
-        EXPECT_NEAR(read_picture(path(name("out", frame))).get("G", 4, 2),
+        EXPECT_NEAR(read_image(path(name("out", frame))).get("G", 4, 2),
                     formula::srgb_to_linear(get_gray(frame)), 5e-6);
     }
 };
@@ -62,7 +62,7 @@ TEST_F(Sequence, ConvertsOnlyTheListedFrames) {
 
 TEST_F(Sequence, GoesOnAfterAMissingFrameAndFailsAtTheEnd) {
     write_frames({1, 2, 4, 5});
-    folder.write(name("in", 3), "no picture");
+    folder.write(name("in", 3), "no image");
     const ToolRun result = convert("1-6");
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.err, AllOf(HasSubstr("cannot read '" + path(name("in", 3)) + "'"),
@@ -102,10 +102,10 @@ TEST_F(Sequence, WorksWithOneThread) {
 }
 
 TEST_F(Sequence, SaysOnceWhatConcernsEveryFrame) {
-    Picture picture = make_picture(1, 1, 4, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f, 9.0f});
-    picture.spec.channelnames = {"R", "G", "B", "Z"};
+    Image image = make_image(1, 1, 4, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f, 9.0f});
+    image.spec.channelnames = {"R", "G", "B", "Z"};
     for (int frame = 1; frame <= 3; ++frame)
-        write_picture(path(name("in", frame)), picture);
+        write_image(path(name("in", frame)), image);
     const ToolRun result = run({"convert", path("in.####.exr"), path("out.####.png"), "--frames", "1-3",
                                 "--from", "linear", "--to", "sRGB"});
     EXPECT_THAT(result, Succeeds());
@@ -132,7 +132,7 @@ TEST_F(Sequence, NeedsItsFramesAndAPlaceForTheirNumbers) {
 }
 
 TEST_F(Sequence, IsNotMeantByAFileThatOnlyLooksLikeOne) {
-    write_picture(path("in#.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in#.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     EXPECT_THAT(run({"convert", path("in#.exr"), path("out#.exr"), "--from", "sRGB", "--to", "linear"}),
                 Succeeds());
     EXPECT_TRUE(folder.exists("out#.exr"));

@@ -1,5 +1,5 @@
 #include "tests/support/file_size_limit.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -50,9 +50,9 @@ TEST_F(CdlWrite, WritesWhatTheColorLibraryReadsToTheLastDigit) {
     print({"cdl", "write", path("all.ccc"), "--exact", "--collection", "--cdl", "a=1.7,1,1/0,0,0/1,1,1/1",
            "--cdl", "b=0.33333334,1.1,1e-05/0.1,0,0/1,1,1/1"});
     print({"space", "add", "graded", "--cdl", path("all.ccc") + ":b"});
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {1.0f, 1.0f, 1.0f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {1.0f, 1.0f, 1.0f}));
     print({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "graded"});
-    const Picture graded = read_picture(path("out.exr"));
+    const Image graded = read_image(path("out.exr"));
     EXPECT_FLOAT_EQ(graded.get("R"), 0.33333334f + 0.1f);
     EXPECT_FLOAT_EQ(graded.get("G"), 1.1f);
     EXPECT_FLOAT_EQ(graded.get("B"), 1e-05f);

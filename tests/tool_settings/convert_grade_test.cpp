@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "tests/tool/configs.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -17,20 +17,19 @@ protected:
         folder.write("show.ocio", SHOW_CONFIG);
     }
 
-    Picture convert(const std::vector<float>& color, const std::vector<std::string>& options) {
-        write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, color));
+    Image convert(const std::vector<float>& color, const std::vector<std::string>& options) {
+        write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, color));
         std::vector<std::string> arguments = {"convert", path("in.exr"), path("out.exr")};
         arguments.insert(arguments.end(), options.begin(), options.end());
         EXPECT_THAT(run(arguments), Succeeds());
-        return read_picture(path("out.exr"));
+        return read_image(path("out.exr"));
     }
 
     std::string warm() const { return path("grades.ccc") + ":warm"; }
 };
 
 TEST_F(ConvertGrade, GradesBetweenASpaceAndItself) {
-    const Picture graded =
-        convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", warm()});
+    const Image graded = convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", warm()});
     EXPECT_FLOAT_EQ(graded.get("R"), 1.0f);
     EXPECT_FLOAT_EQ(graded.get("G"), 0.5f);
     EXPECT_FLOAT_EQ(graded.get("B"), 0.25f);
@@ -38,12 +37,12 @@ TEST_F(ConvertGrade, GradesBetweenASpaceAndItself) {
 
 TEST_F(ConvertGrade, GradesInSceneLinearWhateverTheEnds) {
     // half_light holds half of the light: 0.25 there is 0.5, warm doubles its red to 1, which is 0.5 there.
-    const Picture graded = convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "half_light",
-                                                           "--cdl", warm(), "--config", path("show.ocio")});
+    const Image graded = convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "half_light",
+                                                         "--cdl", warm(), "--config", path("show.ocio")});
     EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
     EXPECT_FLOAT_EQ(graded.get("B"), 0.125f);
     // An offset tells that the correction works on light, not on what the file holds.
-    const Picture offset =
+    const Image offset =
         convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "lin", "--cdl",
                                         path("grades.ccc") + ":cold", "--config", path("show.ocio")});
     const float blue = 0.5f + 0.25f;
@@ -52,8 +51,8 @@ TEST_F(ConvertGrade, GradesInSceneLinearWhateverTheEnds) {
 }
 
 TEST_F(ConvertGrade, GradesForADisplay) {
-    const Picture graded = convert({0.5f, 0.5f, 0.5f}, {"--from", "lin", "--view", "Monitor.Film", "--cdl",
-                                                        warm(), "--config", path("show.ocio")});
+    const Image graded = convert({0.5f, 0.5f, 0.5f}, {"--from", "lin", "--view", "Monitor.Film", "--cdl",
+                                                      warm(), "--config", path("show.ocio")});
     EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
 }
 
@@ -65,7 +64,7 @@ TEST_F(ConvertGrade, RefusesAnInvalidCorrectionAsExplainAndCdlAddDo) {
     };
     folder.write("slope.cc", correction("-1.5", "1"));
     folder.write("power.cc", correction("1", "0"));
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     for (const auto& [file, fault] : {std::pair("slope.cc", "slope -1.5 is negative"),
                                       std::pair("power.cc", "power 0 is not greater than 0")}) {
         const auto refused = FailsWith(1, HasSubstr("invalid CDL 'odd' in '" + path(file) + "': " + fault));
@@ -80,14 +79,14 @@ TEST_F(ConvertGrade, RefusesAnInvalidCorrectionAsExplainAndCdlAddDo) {
 }
 
 TEST_F(ConvertGrade, UndoesACorrection) {
-    const Picture undone = convert({1.0f, 0.5f, 0.25f},
-                                   {"--from", "linear", "--to", "linear", "--cdl", warm(), "--inverse-cdl"});
+    const Image undone = convert({1.0f, 0.5f, 0.25f},
+                                 {"--from", "linear", "--to", "linear", "--cdl", warm(), "--inverse-cdl"});
     for (const char* channel : {"R", "G", "B"})
         EXPECT_FLOAT_EQ(undone.get(channel), 0.5f);
 }
 
 TEST_F(ConvertGrade, TakesTheFirstCorrectionWithoutAnId) {
-    const Picture graded =
+    const Image graded =
         convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", path("grades.ccc")});
     EXPECT_FLOAT_EQ(graded.get("R"), 1.0f);
 }
@@ -98,13 +97,13 @@ TEST_F(ConvertGrade, FindsTheCorrectionsOfADecisionListById) {
                  "<ColorDecision><ColorCorrection id=\"b\"><SOPNode><Slope>3 3 3</Slope><Offset>0 0 "
                  "0</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection></ColorDecision>"
                  "</ColorDecisionList>");
-    const Picture graded =
+    const Image graded =
         convert({0.5f, 0.5f, 0.5f}, {"--from", "linear", "--to", "linear", "--cdl", path("shot.cdl") + ":b"});
     EXPECT_FLOAT_EQ(graded.get("G"), 1.5f);
 }
 
 TEST_F(ConvertGrade, RefusesCorrectionsThatAreNotThere) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
     const auto grade = [&](const std::vector<std::string>& more) {
         std::vector<std::string> arguments = {"convert", path("in.exr"), path("out.exr"), "--to", "sRGB"};
         arguments.insert(arguments.end(), more.begin(), more.end());
@@ -123,7 +122,7 @@ TEST_F(ConvertGrade, RefusesCorrectionsThatAreNotThere) {
 }
 
 TEST_F(ConvertGrade, WarnsOfWhatIsNotReadOfACorrection) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0, 0, 0}));
     folder.write("odd.cc",
                  "<ColorCorrection id=\"a\"><ASC_SAT><Saturation>0</Saturation></ASC_SAT></ColorCorrection>");
     EXPECT_THAT(
@@ -132,7 +131,7 @@ TEST_F(ConvertGrade, WarnsOfWhatIsNotReadOfACorrection) {
 }
 
 TEST_F(ConvertGrade, ExplainsBothEnds) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     const ToolRun result = run(
         {"convert", path("in.exr"), path("out.exr"), "--view", "Tavelion.sRGB", "--why", "--cdl", warm()});
     EXPECT_THAT(result, Succeeds());
@@ -150,7 +149,7 @@ TEST_F(ConvertGrade, ExplainsBothEnds) {
 }
 
 TEST_F(ConvertGrade, ExplainsWhatNamesMean) {
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     const std::string text = print({"convert", path("in.exr"), path("out.exr"), "--why", "--from",
                                     "texture_paint", "--to", "warm", "--config", path("show.ocio")});
     EXPECT_THAT(text,
@@ -163,7 +162,7 @@ TEST_F(ConvertGrade, ExplainsWhatNamesMean) {
 
 TEST_F(ConvertGrade, FollowsTheAssociationsOfThePreferences) {
     print({"formats", "set", "Open EXR", "--space", "Cineon"});
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     EXPECT_EQ(run({"convert", path("in.exr"), path("out.exr"), "--to", "linear"}).err,
               "in.exr: Tavelion|Cineon, from the built-in associations, category Open EXR\n");
 }

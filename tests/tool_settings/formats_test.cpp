@@ -1,7 +1,7 @@
 #include <filesystem>
 
 #include "tests/tool/configs.h"
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -149,7 +149,7 @@ TEST_F(Formats, FallsBackToTheBuiltinSrgbAsTheModuleDoesWithoutADefaultCategory)
                    "Scene: {extensions: png, color_space: Tavelion|linear}\n"
                    "default: {extensions: Other}\n");
     ASSERT_EQ(print_json({"formats"}).at("formats").size(), 2u) << "an incomplete group makes no row";
-    write_picture(path("in.png"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.png"), make_image(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
     EXPECT_THAT(print({"convert", path("in.png"), path("out.exr"), "--to", "Cineon", "--why"}),
                 HasSubstr("source:        Tavelion|linear, from the mapping file '" + path("map.yaml") +
                           "', category Scene\n"));
@@ -170,7 +170,7 @@ TEST_F(Formats, WarnsOfAMappingFileThatIsNotInUse) {
     EXPECT_THAT(run({"formats", "list"}).err, HasSubstr(start + place));
     EXPECT_THAT(run({"formats", "list", "--json"}).err, HasSubstr(start + place));
     EXPECT_THAT(run({"formats", "check"}).err, HasSubstr(start + place));
-    write_picture(path("in.png"), make_picture(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
+    write_image(path("in.png"), make_image(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
     EXPECT_THAT(run({"convert", path("in.png"), path("out.exr"), "--to", "linear"}).err,
                 HasSubstr(start + place));
     std::filesystem::remove(path("map.yaml"));

@@ -1,4 +1,4 @@
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 #include "tests/tool_settings/settings_fixture.h"
 
 namespace {
@@ -15,13 +15,13 @@ protected:
     json list() { return print_json({"space", "list"}).at("spaces"); }
 };
 
-TEST_F(Spaces, AddsAColorSpaceThatConvertsPictures) {
+TEST_F(Spaces, AddsAColorSpaceThatConvertsImages) {
     EXPECT_EQ(print({"space", "add", "half", "--lut", path("half.spi1d")}),
               "Tavelion|half: " + path("half.spi1d") + "\n");
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.5f, 1.0f, 0.25f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 1.0f, 0.25f}));
     print({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "half"});
-    EXPECT_FLOAT_EQ(read_picture(path("out.exr")).get("R"), 0.25f);
-    EXPECT_FLOAT_EQ(read_picture(path("out.exr")).get("B"), 0.125f);
+    EXPECT_FLOAT_EQ(read_image(path("out.exr")).get("R"), 0.25f);
+    EXPECT_FLOAT_EQ(read_image(path("out.exr")).get("B"), 0.125f);
     EXPECT_THAT(print({"list", "views"}), HasSubstr("Tavelion.half"));
     EXPECT_THAT(
         run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "half", "--no-prefs"}),
@@ -32,12 +32,12 @@ TEST_F(Spaces, GradesInFrontOfTheTable) {
     folder.write("grades.ccc", GRADES);
     print({"space", "add", "graded", "--cdl", path("grades.ccc") + ":warm", "--lut", path("half.spi1d")});
     print({"space", "add", "toned", "--cdl", path("grades.ccc") + ":warm"});
-    write_picture(path("in.exr"), make_picture(1, 1, 3, OIIO::TypeFloat, {0.25f, 0.25f, 0.25f}));
+    write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.25f, 0.25f, 0.25f}));
     print({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "graded"});
-    EXPECT_FLOAT_EQ(read_picture(path("out.exr")).get("R"), 0.25f);
-    EXPECT_FLOAT_EQ(read_picture(path("out.exr")).get("B"), 0.0625f);
+    EXPECT_FLOAT_EQ(read_image(path("out.exr")).get("R"), 0.25f);
+    EXPECT_FLOAT_EQ(read_image(path("out.exr")).get("B"), 0.0625f);
     print({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "toned"});
-    EXPECT_FLOAT_EQ(read_picture(path("out.exr")).get("R"), 0.5f);
+    EXPECT_FLOAT_EQ(read_image(path("out.exr")).get("R"), 0.5f);
 }
 
 TEST_F(Spaces, ListsWhatTheyAreMadeOf) {

@@ -7,7 +7,7 @@ namespace {
 using viewer::Camera;
 using viewer::Placement;
 
-TEST(CameraOfAViewer, FitsThePictureIntoTheMiddle) {
+TEST(CameraOfAViewer, FitsTheImageIntoTheMiddle) {
     viewer::Camera camera;
     camera.look_at(200, 100, 50, 50);
     const viewer::Placement wide = camera.get_placement();
@@ -36,14 +36,14 @@ TEST(CameraOfAViewer, PutsPixelsOnPixelsAtZoomOne) {
 TEST(CameraOfAViewer, KeepsWhatIsBelowThePointerWhenItZooms) {
     viewer::Camera camera;
     camera.look_at(640, 480, 1000, 800);
-    const double x = camera.get_placement().to_picture_x(100), y = camera.get_placement().to_picture_y(50);
+    const double x = camera.get_placement().to_image_x(100), y = camera.get_placement().to_image_y(50);
     camera.zoom_at(8, 100, 50);
     const viewer::Placement zoomed = camera.get_placement();
-    EXPECT_NEAR(zoomed.to_picture_x(100), x, 0.5 / zoomed.zoom);
-    EXPECT_NEAR(zoomed.to_picture_y(50), y, 0.5 / zoomed.zoom);
+    EXPECT_NEAR(zoomed.to_image_x(100), x, 0.5 / zoomed.zoom);
+    EXPECT_NEAR(zoomed.to_image_y(50), y, 0.5 / zoomed.zoom);
 }
 
-TEST(CameraOfAViewer, MovesThePictureWithThePointer) {
+TEST(CameraOfAViewer, MovesTheImageWithThePointer) {
     viewer::Camera camera;
     camera.look_at(100, 100, 100, 100);
     camera.set_zoom(4);
@@ -53,7 +53,7 @@ TEST(CameraOfAViewer, MovesThePictureWithThePointer) {
     EXPECT_EQ(camera.get_placement().origin_y, before.origin_y - 20);
 }
 
-TEST(CameraOfAViewer, KeepsItsZoomForPicturesOfOneSizeAndFitsOthers) {
+TEST(CameraOfAViewer, KeepsItsZoomForImagesOfOneSizeAndFitsOthers) {
     viewer::Camera camera;
     camera.look_at(100, 100, 50, 50);
     camera.set_zoom(8);

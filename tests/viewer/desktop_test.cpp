@@ -25,7 +25,7 @@ protected:
             GTEST_SKIP() << "Xvfb is not installed; apt-get install xvfb";
         display = std::make_unique<VirtualDisplay>();
         ASSERT_FALSE(display->get_name().empty()) << "Xvfb does not start";
-        write_picture(picture, WIDTH, HEIGHT, [](int, int) { return Rgb{0.25f, 0.5f, 1}; });
+        write_image(image, WIDTH, HEIGHT, [](int, int) { return Rgb{0.25f, 0.5f, 1}; });
         write_lut(folder, 0.5);
         config = write_config(folder);
         find_places();
@@ -45,7 +45,7 @@ protected:
     /// What there is to click, asked of a viewer without a window.
     void find_places() {
         const std::string script = folder.write("places.txt", "panels on\nclick View\nitems\n");
-        const std::string command = QB_TOOL_PROGRAM " view " + picture + " --no-prefs --config " + config +
+        const std::string command = QB_TOOL_PROGRAM " view " + image + " --no-prefs --config " + config +
                                     " --size 640x460 --no-window --script " + script + " > " +
                                     folder.file("places") + " 2> " + folder.file("output");
         EnvGuard sanitizer("ASAN_OPTIONS", "detect_leaks=0");
@@ -68,7 +68,7 @@ protected:
         setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
         if (!freopen(folder.file("output").c_str(), "w", stderr))
             _exit(126);
-        execl(QB_TOOL_PROGRAM, "colorio", "view", picture.c_str(), "--no-prefs", "--config", config.c_str(),
+        execl(QB_TOOL_PROGRAM, "colorio", "view", image.c_str(), "--no-prefs", "--config", config.c_str(),
               "--size", "640x460", nullptr);
         _exit(127);
     }
@@ -77,7 +77,7 @@ protected:
         ASSERT_EQ(places.count(name), 1u) << name;
         user->click(places[name].first, places[name].second);
     }
-    /// Waits until the whole picture is seen in that color, of values up to 1.
+    /// Waits until the whole image is seen in that color, of values up to 1.
     bool sees(const Rgb& color) {
         const Rgb shown = to_screen(color.data());
         return user->waits_to_see(PANELS + 5, 5, shown) &&
@@ -91,7 +91,7 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    std::string picture = folder.file("picture.exr");
+    std::string image = folder.file("image.exr");
     std::string config;
     std::map<std::string, std::pair<int, int>> places;
     std::unique_ptr<VirtualDisplay> display;
@@ -122,9 +122,9 @@ TEST_F(ViewerOnADesktop, DoesWhatItsUserDoes) {
     EXPECT_TRUE(sees({0.125f, 0.25f, 0.5f})) << "the dropped configuration halves";
 
     const std::string other = folder.file("other.exr");
-    write_picture(other, WIDTH, HEIGHT, [](int, int) { return Rgb{1, 0.5f, 0}; });
+    write_image(other, WIDTH, HEIGHT, [](int, int) { return Rgb{1, 0.5f, 0}; });
     EXPECT_TRUE(user->drop_file(other, PANELS + 50, 50));
-    EXPECT_TRUE(sees({0.5f, 0.25f, 0})) << "the dropped picture";
+    EXPECT_TRUE(sees({0.5f, 0.25f, 0})) << "the dropped image";
 
     user->close_window();
     EXPECT_EQ(wait_for_end(), 0) << folder.read("output");

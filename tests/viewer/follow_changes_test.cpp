@@ -30,7 +30,7 @@ protected:
         host = nullptr; // There can be one at a time.
         host = std::make_unique<LiveConfig>(options);
         model = std::make_unique<viewer::ViewModel>(*host);
-        model->open(picture);
+        model->open(image);
     }
 };
 
@@ -241,7 +241,7 @@ TEST_F(ModelThatFollowsChanges, ShowsALutWhoseFolderIsMadeLater) {
 
 TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoesNotName) {
     const auto chain = model->get_conversion(FIRST);
-    folder.write("other.cube", "beside the picture");
+    folder.write("other.cube", "beside the image");
     folder.write("luts/other.spi1d", "on the search path");
     folder.write("luts/deep/shown.spi1d", "of the same name, in another folder");
     folder.write("other.ocio", "beside the configuration");
@@ -270,11 +270,11 @@ TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
     EXPECT_EQ(model->get_note(), "read grade.ccc again") << "nothing had to be replaced any more";
 }
 
-TEST_F(ModelThatFollowsChanges, ReadsNoPictureAgainForAnEditedLut) {
-    const auto shown = model->get_picture();
+TEST_F(ModelThatFollowsChanges, ReadsNoImageAgainForAnEditedLut) {
+    const auto shown = model->get_image();
     write_lut(folder, 0.25);
     follow();
-    EXPECT_EQ(model->get_picture(), shown);
+    EXPECT_EQ(model->get_image(), shown);
 }
 
 TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
@@ -287,15 +287,15 @@ TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_FALSE(model->follow_changes());
 }
 
-TEST_F(ModelThatFollowsChanges, ShowsAnEditedPicture) {
-    write_picture(picture, 2, 1, [](int, int) { return Rgb{0.125f, 0.25f, 0.5f}; });
+TEST_F(ModelThatFollowsChanges, ShowsAnEditedImage) {
+    write_image(image, 2, 1, [](int, int) { return Rgb{0.125f, 0.25f, 0.5f}; });
     follow();
-    EXPECT_EQ(model->get_picture()->width, 2);
-    EXPECT_EQ(*model->get_picture()->at(1, 0), 0.125f);
-    folder.write("picture.exr", "broken");
+    EXPECT_EQ(model->get_image()->width, 2);
+    EXPECT_EQ(*model->get_image()->at(1, 0), 0.125f);
+    folder.write("image.exr", "broken");
     follow();
-    EXPECT_EQ(model->get_picture()->width, 2);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("picture.exr")));
+    EXPECT_EQ(model->get_image()->width, 2);
+    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("image.exr")));
 }
 
 } // namespace

@@ -66,13 +66,13 @@ TEST_F(LoopOfAViewer, ShowsAnEditedCdlByItself) {
     expect_shown(0.25);
 }
 
-TEST_F(LoopOfAViewer, ShowsAnEditedPictureByItself) {
-    write_picture(picture, WIDTH, HEIGHT, [](int, int) { return Rgb{0.5f, 0.25f, 0.75f}; });
+TEST_F(LoopOfAViewer, ShowsAnEditedImageByItself) {
+    write_image(image, WIDTH, HEIGHT, [](int, int) { return Rgb{0.5f, 0.25f, 0.75f}; });
     ASSERT_TRUE(shows_a_frame_by_itself());
     EXPECT_EQ(take_screenshot().at(PANELS + 7, 9), (Rgb{128, 64, 191}));
 }
 
-TEST_F(LoopOfAViewer, KeepsTheLastGoodPictureAndSaysWhatIsWrongWithABrokenEdit) {
+TEST_F(LoopOfAViewer, KeepsTheLastGoodImageAndSaysWhatIsWrongWithABrokenEdit) {
     model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     const std::string good = folder.read("test.ocio");
     EXPECT_EQ(count_fault_pixels(), 0);
@@ -94,7 +94,7 @@ TEST_F(LoopOfAViewer, KeepsTheLastGoodPictureAndSaysWhatIsWrongWithABrokenEdit) 
 TEST_F(LoopOfAViewer, MakesNoShaderForFilesThatNobodyNames) {
     const unsigned int shaders = count_shaders();
     const int frames = screen->count_frames();
-    folder.write("other.cube", "beside the picture");
+    folder.write("other.cube", "beside the image");
     folder.write("luts/other.spi1d", "beside the LUT");
     for (int i = 0; i < 20; ++i)
         viewer->run_frame();
@@ -112,18 +112,18 @@ TEST_F(LoopOfAViewer, SwitchesToADroppedConfiguration) {
     expect_shown(0.25);
 }
 
-TEST_F(LoopOfAViewer, ShowsTheFirstOfDroppedPicturesAndListsTheOthers) {
-    const std::string first = folder.file("first.exr"), broken = folder.write("broken.exr", "no picture");
-    write_picture(first, WIDTH, HEIGHT, [](int, int) { return Rgb{0.25f, 0.5f, 0.75f}; });
+TEST_F(LoopOfAViewer, ShowsTheFirstOfDroppedImagesAndListsTheOthers) {
+    const std::string first = folder.file("first.exr"), broken = folder.write("broken.exr", "no image");
+    write_image(first, WIDTH, HEIGHT, [](int, int) { return Rgb{0.25f, 0.5f, 0.75f}; });
     drop({first, broken});
     EXPECT_EQ(take_screenshot().at(PANELS + 100, 100), (Rgb{64, 128, 191}));
-    EXPECT_THAT(model->get_pictures().get_paths(), testing::ElementsAre(picture, first, broken));
+    EXPECT_THAT(model->get_images().get_paths(), testing::ElementsAre(image, first, broken));
     EXPECT_EQ(viewer->get_fault(), "");
 }
 
 TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
     for (const std::string& garbage :
-         {folder.write("garbage.txt", "no picture"), folder.write("garbage.ocio", "no configuration"),
+         {folder.write("garbage.txt", "no image"), folder.write("garbage.ocio", "no configuration"),
           folder.write("garbage.ccc", "no correction"), folder.write("garbage.exr", ""),
           folder.file("none.png"), folder.file("luts")}) {
         drop({garbage});
@@ -131,18 +131,18 @@ TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
         EXPECT_GT(count_fault_pixels(), 50) << garbage;
         expect_shown(1);
     }
-    drop({picture});
+    drop({image});
     EXPECT_EQ(viewer->get_fault(), "") << "the next thing goes well";
     EXPECT_EQ(count_fault_pixels(), 0);
 }
 
-TEST_F(LoopOfAViewer, SaysThatAPictureIsLargerThanTheDriverShows) {
+TEST_F(LoopOfAViewer, SaysThatAnImageIsLargerThanTheDriverShows) {
     const std::string wide = folder.file("wide.exr");
-    write_picture(wide, 70000, 1, [](int, int) { return Rgb{1, 1, 1}; });
+    write_image(wide, 70000, 1, [](int, int) { return Rgb{1, 1, 1}; });
     drop({wide});
     EXPECT_GT(count_fault_pixels(), 50);
     type("<");
-    EXPECT_EQ(model->get_picture()->path, picture);
+    EXPECT_EQ(model->get_image()->path, image);
     EXPECT_EQ(count_fault_pixels(), 0);
     expect_shown(1);
 }

@@ -14,14 +14,14 @@ protected:
     ViewModelTest() {
         write_lut(folder, 0.5);
         config = write_config(folder);
-        picture = folder.file("picture.exr");
-        write_ramps(picture, 4, 4);
+        image = folder.file("image.exr");
+        write_ramps(image, 4, 4);
         workflow::SessionOptions options;
         options.config_path = config;
         options.no_preferences = true;
         host = std::make_unique<workflow::LiveConfig>(options);
         model = std::make_unique<viewer::ViewModel>(*host);
-        model->open(picture);
+        model->open(image);
     }
 
     /// What the model's conversions make of gray 1.
@@ -44,7 +44,7 @@ protected:
     }
 
     std::string config;
-    std::string picture;
+    std::string image;
     std::unique_ptr<workflow::LiveConfig> host;
     std::unique_ptr<viewer::ViewModel> model;
 };

@@ -35,7 +35,7 @@ protected:
         const int middle = static_cast<int>(find(name).y);
         if (middle < ABOVE)
             return "";
-        const ShownPicture shown = take_screenshot();
+        const ShownImage shown = take_screenshot();
         std::string letters;
         for (int y = middle - ABOVE; y < middle + ABOVE; ++y)
             for (int x = LEFT; x < RIGHT; ++x)
@@ -95,13 +95,13 @@ TEST_F(PanelsOfAViewer, ShowTheSecondViewWhereAWipeIsWanted) {
     click("Wipe");
     click("Second view");
     click("Screen.Shown");
-    const ShownPicture shown = take_screenshot();
+    const ShownImage shown = take_screenshot();
     const float left[] = {1.5f * 60 / (WIDTH - 1)}, right[] = {0.5f * 1.5f * 240 / (WIDTH - 1)};
     EXPECT_NEAR(shown.at(PANELS + 60, 10)[0], 255 * left[0], 2);
     EXPECT_NEAR(shown.at(PANELS + 240, 10)[0], 255 * right[0], 2);
 }
 
-TEST_F(PanelsOfAViewer, MoveTheWipeWithShiftAndThePictureWithout) {
+TEST_F(PanelsOfAViewer, MoveTheWipeWithShiftAndTheImageWithout) {
     click("Wipe");
     viewer->get_hand().drag(PANELS + 150, 200, PANELS + 75, 200, true);
     viewer->act();
@@ -115,12 +115,12 @@ TEST_F(PanelsOfAViewer, MoveTheWipeWithShiftAndThePictureWithout) {
 }
 
 TEST_F(PanelsOfAViewer, ZoomWhereTheWheelIsTurned) {
-    const double x = model->get_camera().get_placement().to_picture_x(50);
+    const double x = model->get_camera().get_placement().to_image_x(50);
     viewer->get_hand().turn_wheel(PANELS + 50, 100, 3);
     viewer->act();
     const viewer::Placement zoomed = model->get_camera().get_placement();
     EXPECT_DOUBLE_EQ(zoomed.zoom, 1.25 * 1.25 * 1.25);
-    EXPECT_NEAR(zoomed.to_picture_x(50), x, 1);
+    EXPECT_NEAR(zoomed.to_image_x(50), x, 1);
 }
 
 TEST_F(PanelsOfAViewer, FollowKeys) {
@@ -142,12 +142,12 @@ TEST_F(PanelsOfAViewer, FollowKeys) {
     EXPECT_TRUE(model->get_camera().is_fitting());
 }
 
-TEST_F(PanelsOfAViewer, StepThroughPicturesAndSayWhichCannotBeRead) {
-    model->add_pictures({folder.write("broken.exr", "no picture")});
+TEST_F(PanelsOfAViewer, StepThroughImagesAndSayWhichCannotBeRead) {
+    model->add_images({folder.write("broken.exr", "no image")});
     viewer->act();
     EXPECT_EQ(count_fault_pixels(), 0);
     click(">");
-    EXPECT_THAT(model->get_pictures().get_fault(), HasSubstr("broken.exr"));
+    EXPECT_THAT(model->get_images().get_fault(), HasSubstr("broken.exr"));
     EXPECT_GT(count_fault_pixels(), 50);
     expect_shown(1);
     type(">");
@@ -275,7 +275,7 @@ TEST_F(DialogueOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
     EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE) << "the panels can be used again";
 }
 
-TEST_F(DialogueOfAViewer, OpensPicturesAndCdlLibraries) {
+TEST_F(DialogueOfAViewer, OpensImagesAndCdlLibraries) {
     std::filesystem::create_directory(folder.file("shots"));
     write_ramps(folder.file("shots/next.exr"), 8, 8);
     type("p");
@@ -283,7 +283,7 @@ TEST_F(DialogueOfAViewer, OpensPicturesAndCdlLibraries) {
     EXPECT_FALSE(shows("test.ocio"));
     type("shots/next.exr");
     press("Enter");
-    EXPECT_EQ(model->get_picture()->path, folder.file("shots/next.exr"));
+    EXPECT_EQ(model->get_image()->path, folder.file("shots/next.exr"));
 
     folder.write(
         "grade.ccc",

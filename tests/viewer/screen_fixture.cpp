@@ -1,7 +1,7 @@
 #include "tests/viewer/screen_fixture.h"
 
 ScreenTest::ScreenTest() {
-    write_ramps(picture, WIDTH, HEIGHT);
+    write_ramps(image, WIDTH, HEIGHT);
     write_lut(folder, 0.5);
     config = write_config(folder);
     workflow::SessionOptions options;
@@ -9,7 +9,7 @@ ScreenTest::ScreenTest() {
     options.no_preferences = true;
     host = std::make_unique<workflow::LiveConfig>(options);
     model = std::make_unique<viewer::ViewModel>(*host);
-    model->open(picture);
+    model->open(image);
     auto owned = std::make_unique<IdleScreen>(viewer::Screen::Size{PANELS + WIDTH, HEIGHT});
     screen = owned.get();
     viewer = std::make_unique<viewer::Viewer>(*model, std::move(owned), true);
@@ -46,14 +46,14 @@ void ScreenTest::type(const std::string& text) {
     viewer->act();
 }
 
-ShownPicture ScreenTest::take_screenshot() {
+ShownImage ScreenTest::take_screenshot() {
     const std::string path = folder.file("screenshot.png");
     viewer->save_screenshot(path);
     return read_shown(path);
 }
 
 void ScreenTest::expect_shown(double gain) {
-    const ShownPicture shown = take_screenshot();
+    const ShownImage shown = take_screenshot();
     ASSERT_EQ(shown.width, PANELS + WIDTH);
     for (int y = 0; y < HEIGHT; y += 7)
         for (int x = 0; x < WIDTH; x += 5) {
@@ -68,7 +68,7 @@ void ScreenTest::expect_shown(double gain) {
 }
 
 int ScreenTest::count_fault_pixels() {
-    const ShownPicture shown = take_screenshot();
+    const ShownImage shown = take_screenshot();
     int count = 0;
     for (int y = 0; y < shown.height; ++y)
         for (int x = 0; x < PANELS; ++x) {

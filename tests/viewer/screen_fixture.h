@@ -6,7 +6,7 @@
 #include "viewer/viewer.h"
 
 /// A viewer with its panels on a screen that waits for the user, on the configuration of the fixture: the
-/// view "Screen.Shown" halves, "Screen.Raw" changes nothing. The picture is shown pixel by pixel.
+/// view "Screen.Shown" halves, "Screen.Raw" changes nothing. The image is shown pixel by pixel.
 class ScreenTest : public ViewerTest {
 protected:
     static constexpr int PANELS = 340;
@@ -35,13 +35,13 @@ protected:
     bool shows(const std::string& name) const { return viewer->get_items().find(name) != nullptr; }
 
     /// What is on the screen.
-    ShownPicture take_screenshot();
-    /// Expects all of the picture, whose ramps go up to 1.5, to be shown as `gain` times its values.
+    ShownImage take_screenshot();
+    /// Expects all of the image, whose ramps go up to 1.5, to be shown as `gain` times its values.
     void expect_shown(double gain);
     /// How many pixels of the panels bear the color of faults.
     int count_fault_pixels();
 
-    std::string picture = folder.file("ramps.exr");
+    std::string image = folder.file("ramps.exr");
     std::string config;
     std::unique_ptr<workflow::LiveConfig> host;
     std::unique_ptr<viewer::ViewModel> model;

@@ -17,10 +17,10 @@ using testing::Not;
 class ScriptOfAViewer : public ViewerTest {
 protected:
     ScriptOfAViewer() {
-        write_ramps(picture, 16, 16);
+        write_ramps(image, 16, 16);
         host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
         model = std::make_unique<viewer::ViewModel>(*host);
-        model->open(picture);
+        model->open(image);
         viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({64, 64}), false);
     }
 
@@ -39,7 +39,7 @@ protected:
         return "no failure";
     }
 
-    std::string picture = folder.file("picture.exr");
+    std::string image = folder.file("image.exr");
     std::unique_ptr<workflow::LiveConfig> host;
     std::unique_ptr<viewer::ViewModel> model;
     std::unique_ptr<viewer::Viewer> viewer;
@@ -124,17 +124,17 @@ TEST_F(ScriptOfAViewer, IsRefusedAsAWholeForAnUnknownCommand) {
 
 TEST_F(ScriptOfAViewer, FollowsAChangeOfAFile) {
     EXPECT_THAT(failure_of("await-change 0"), HasSubstr("no file changed"));
-    write_ramps(picture, 8, 8);
+    write_ramps(image, 8, 8);
     run("await-change 10\n");
-    EXPECT_EQ(model->get_picture()->width, 8);
+    EXPECT_EQ(model->get_image()->width, 8);
 }
 
 TEST_F(ScriptOfAViewer, WaitsNoNegativeTimeAndNoLongerThanADay) {
     for (const char* seconds : {"-1", "-1e300", "86401", "1e12", "1e300"})
         EXPECT_THAT(failure_of(std::string("await-change ") + seconds), HasSubstr("0 to 86400 s")) << seconds;
-    write_ramps(picture, 8, 8);
+    write_ramps(image, 8, 8);
     run("await-change 86400\n");
-    EXPECT_EQ(model->get_picture()->width, 8);
+    EXPECT_EQ(model->get_image()->width, 8);
 }
 
 TEST_F(ScriptOfAViewer, PassesOverWhatAnEditorWritesBesideTheFile) {
@@ -142,11 +142,11 @@ TEST_F(ScriptOfAViewer, PassesOverWhatAnEditorWritesBesideTheFile) {
         for (int i = 0; i < 20; ++i)
             folder.write("notes.tmp", "another file");
         write_ramps(folder.file("saving.exr"), 9, 9);
-        std::filesystem::rename(folder.file("saving.exr"), model->get_picture()->path);
+        std::filesystem::rename(folder.file("saving.exr"), model->get_image()->path);
     });
     run("await-change 10\n");
     editor.join();
-    EXPECT_EQ(model->get_picture()->width, 9);
+    EXPECT_EQ(model->get_image()->width, 9);
 }
 
 } // namespace

@@ -8,23 +8,23 @@ using testing::HasSubstr;
 
 class CommandView : public ViewerTest {
 protected:
-    CommandView() { write_ramps(picture, 32, 16); }
+    CommandView() { write_ramps(image, 32, 16); }
 
     int run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), "view");
         return tool::run(arguments, out, err);
     }
 
-    std::string picture = folder.file("picture.exr");
+    std::string image = folder.file("image.exr");
     std::string screenshot = folder.file("screenshot.png");
 };
 
 TEST_F(CommandView, WritesAScreenshotWithoutAWindow) {
     EnvGuard no_display("DISPLAY");
     EnvGuard no_wayland("WAYLAND_DISPLAY");
-    ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--screenshot", screenshot}), 0)
+    ASSERT_EQ(run({image, "--size", "32x16", "--view", "Tavelion.linear", "--screenshot", screenshot}), 0)
         << err.str();
-    const ShownPicture shown = read_shown(screenshot);
+    const ShownImage shown = read_shown(screenshot);
     ASSERT_EQ(shown.width, 32);
     ASSERT_EQ(shown.height, 16);
     for (int x : {0, 7, 31})
@@ -41,8 +41,8 @@ TEST_F(CommandView, WritesAScreenshotWithoutAWindow) {
 TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {
     write_lut(folder, 0.5);
     const std::string config = write_config(folder);
-    ASSERT_EQ(run({picture, "--config", config, "--space", "lin", "--view", "Screen.Shown", "--exposure",
-                   "-1", "--size", "32x16", "--screenshot", screenshot}),
+    ASSERT_EQ(run({image, "--config", config, "--space", "lin", "--view", "Screen.Shown", "--exposure", "-1",
+                   "--size", "32x16", "--screenshot", screenshot}),
               0)
         << err.str();
     EXPECT_NEAR(read_shown(screenshot).at(31, 0)[0], 255 * 1.5 * 0.5 * 0.5, 1);
@@ -51,18 +51,18 @@ TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {
 TEST_F(CommandView, FailsWithOneForWhatIsNotThere) {
     EXPECT_EQ(run({folder.file("none.exr"), "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("none.exr"));
-    EXPECT_EQ(run({picture, "--view", "Tavelion.sRGV", "--screenshot", screenshot}), 1);
+    EXPECT_EQ(run({image, "--view", "Tavelion.sRGV", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("did you mean 'Tavelion.sRGB'"));
-    EXPECT_EQ(run({picture, "--config", folder.file("none.ocio"), "--screenshot", screenshot}), 1);
-    EXPECT_EQ(run({picture, "--script", folder.file("none.txt"), "--no-window"}), 1);
-    EXPECT_EQ(run({picture, "--script", folder.get_path(), "--no-window"}), 1);
-    EXPECT_EQ(run({picture, "--screenshot", folder.file("screenshot.unknown")}), 1);
+    EXPECT_EQ(run({image, "--config", folder.file("none.ocio"), "--screenshot", screenshot}), 1);
+    EXPECT_EQ(run({image, "--script", folder.file("none.txt"), "--no-window"}), 1);
+    EXPECT_EQ(run({image, "--script", folder.get_path(), "--no-window"}), 1);
+    EXPECT_EQ(run({image, "--screenshot", folder.file("screenshot.unknown")}), 1);
     EXPECT_FALSE(folder.exists("screenshot.png"));
 }
 
 TEST_F(CommandView, FailsWithOneAndSaysWhyWhenTheViewCannotBeMade) {
     const std::string config = write_config(folder); // Its LUT is missing.
-    EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Shown", "--screenshot", screenshot}), 1);
+    EXPECT_EQ(run({image, "--config", config, "--view", "Screen.Shown", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("shown.spi1d"));
     EXPECT_FALSE(folder.exists("screenshot.png"));
 }
@@ -71,7 +71,7 @@ TEST_F(CommandView, IsNotKeptFromAScreenshotByAViewThatItShowsNoMore) {
     const std::string config = write_config(folder); // Its LUT is missing.
     const std::string script =
         folder.write("tour.txt", "second-view Screen.Shown\nlayout wipe\nlayout single\n");
-    EXPECT_EQ(run({picture, "--config", config, "--view", "Screen.Raw", "--script", script, "--screenshot",
+    EXPECT_EQ(run({image, "--config", config, "--view", "Screen.Raw", "--script", script, "--screenshot",
                    screenshot}),
               0)
         << err.str();
@@ -79,61 +79,61 @@ TEST_F(CommandView, IsNotKeptFromAScreenshotByAViewThatItShowsNoMore) {
 }
 
 TEST_F(CommandView, ZoomsIntoTheMiddle) {
-    ASSERT_EQ(run({picture, "--size", "32x16", "--view", "Tavelion.linear", "--zoom", "8", "--screenshot",
+    ASSERT_EQ(run({image, "--size", "32x16", "--view", "Tavelion.linear", "--zoom", "8", "--screenshot",
                    screenshot}),
               0)
         << err.str();
-    const ShownPicture shown = read_shown(screenshot);
-    EXPECT_EQ(shown.at(8, 8), shown.at(15, 15)) << "one pixel of the picture";
+    const ShownImage shown = read_shown(screenshot);
+    EXPECT_EQ(shown.at(8, 8), shown.at(15, 15)) << "one pixel of the image";
     EXPECT_NEAR(shown.at(31, 0)[0] - shown.at(0, 0)[0], 255 * 1.5 * 3 / 31, 3) << "four pixels side by side";
 }
 
-TEST_F(CommandView, StepsThroughThePicturesInTheirOrder) {
+TEST_F(CommandView, StepsThroughTheImagesInTheirOrder) {
     const std::string second = folder.file("second.exr"), third = folder.file("third.exr");
     write_ramps(second, 8, 8);
     write_ramps(third, 8, 8);
     const std::string script = folder.write("tour.txt", "print\nnext\nprint\nnext\nprint\n");
-    ASSERT_EQ(run({picture, second, third, "--script", script, "--no-window"}), 0) << err.str();
+    ASSERT_EQ(run({image, second, third, "--script", script, "--no-window"}), 0) << err.str();
     const std::string text = out.str();
-    EXPECT_LT(text.find("picture: " + picture), text.find("picture: " + second));
-    EXPECT_LT(text.find("picture: " + second), text.find("picture: " + third));
-    EXPECT_NE(text.find("picture: " + third), std::string::npos);
+    EXPECT_LT(text.find("image: " + image), text.find("image: " + second));
+    EXPECT_LT(text.find("image: " + second), text.find("image: " + third));
+    EXPECT_NE(text.find("image: " + third), std::string::npos);
 }
 
-TEST_F(CommandView, ReadsThePicturesThatItShowsAndNoOthers) {
-    const std::string broken = folder.write("broken.exr", "no picture");
-    EXPECT_EQ(run({picture, broken, "--size", "32x16", "--screenshot", screenshot}), 0) << err.str();
-    EXPECT_EQ(run({broken, picture, "--size", "32x16", "--screenshot", screenshot}), 1);
+TEST_F(CommandView, ReadsTheImagesThatItShowsAndNoOthers) {
+    const std::string broken = folder.write("broken.exr", "no image");
+    EXPECT_EQ(run({image, broken, "--size", "32x16", "--screenshot", screenshot}), 0) << err.str();
+    EXPECT_EQ(run({broken, image, "--size", "32x16", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("broken.exr"));
     const std::string script = folder.write("tour.txt", "next\nprint\nnext\nprint\n");
-    EXPECT_EQ(run({picture, broken, "--script", script, "--no-window"}), 0) << err.str();
+    EXPECT_EQ(run({image, broken, "--script", script, "--no-window"}), 0) << err.str();
     EXPECT_THAT(out.str(), HasSubstr("fault: cannot read '" + broken + "'"));
 }
 
 TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
     EXPECT_EQ(run({}), 2);
-    EXPECT_EQ(run({picture, "--size", "big", "--screenshot", screenshot}), 2);
-    EXPECT_EQ(run({picture, "--size", "0x10", "--screenshot", screenshot}), 2);
-    EXPECT_EQ(run({picture, "--no-window"}), 2);
-    EXPECT_EQ(run({picture, "--zoom", "-3", "--screenshot", screenshot}), 2);
-    EXPECT_EQ(run({picture, "--zoom", "nan", "--screenshot", screenshot}), 2);
-    EXPECT_EQ(run({picture, "--zoom", "inf", "--screenshot", screenshot}), 2);
-    EXPECT_EQ(run({picture, "--exposure", "nan", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--size", "big", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--size", "0x10", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--no-window"}), 2);
+    EXPECT_EQ(run({image, "--zoom", "-3", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--zoom", "nan", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--zoom", "inf", "--screenshot", screenshot}), 2);
+    EXPECT_EQ(run({image, "--exposure", "nan", "--screenshot", screenshot}), 2);
     EXPECT_FALSE(folder.exists("screenshot.png"));
-    EXPECT_EQ(run({picture, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);
+    EXPECT_EQ(run({image, "--script", folder.write("bad.txt", "fly"), "--no-window"}), 2);
 }
 
 TEST_F(CommandView, SaysWhatToDoWhereNoWindowCanBeOpened) {
     EnvGuard no_display("DISPLAY");
     EnvGuard no_wayland("WAYLAND_DISPLAY");
-    EXPECT_EQ(run({picture}), 1);
+    EXPECT_EQ(run({image}), 1);
     EXPECT_THAT(err.str(), HasSubstr("--screenshot"));
 }
 
 TEST_F(CommandView, RunsAScriptWithoutAWindow) {
     const std::string script =
         folder.write("tour.txt", "view Tavelion.linear\nprint\nscreenshot " + screenshot + "\nquit\n");
-    EXPECT_EQ(run({picture, "--script", script, "--no-window"}), 0) << err.str();
+    EXPECT_EQ(run({image, "--script", script, "--no-window"}), 0) << err.str();
     EXPECT_THAT(out.str(), HasSubstr("view: Tavelion.linear"));
     EXPECT_TRUE(folder.exists("screenshot.png"));
 }

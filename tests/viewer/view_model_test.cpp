@@ -32,15 +32,15 @@ TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsExtension) {
     model->use_config("");
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_space_reason(), "from the built-in associations, category Open EXR");
-    const std::string png = folder.file("picture.png");
+    const std::string png = folder.file("image.png");
     write_ramps(png, 4, 4);
     model->open(png);
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|sRGB");
     model->set_input_space("Cineon");
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|Cineon");
     EXPECT_EQ(model->get_space_reason(), "chosen");
-    model->step_picture(1);
-    EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear") << "the other picture again";
+    model->step_image(1);
+    EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear") << "the other image again";
 }
 
 TEST_F(ModelOfAViewer, ConvertsThroughTheView) {
@@ -125,7 +125,7 @@ TEST_F(ModelOfAViewer, RefusesNamesThatDoNotExistAndKeepsWhatItHas) {
     EXPECT_THAT(message_of([&] { model->use_config(folder.file("none.ocio")); }), HasSubstr("no such file"));
     EXPECT_EQ(model->get_settings(FIRST).view, "Screen.Raw");
     EXPECT_EQ(model->get_settings(FIRST).input_space, "lin");
-    EXPECT_EQ(model->get_picture()->path, picture);
+    EXPECT_EQ(model->get_image()->path, image);
     EXPECT_EQ(host->get_config_name(), "test.ocio");
 }
 
@@ -140,36 +140,36 @@ TEST_F(ModelOfAViewer, SwitchesBetweenConfigurationsAndBack) {
     EXPECT_EQ(model->get_settings(FIRST).input_space, "lin");
 }
 
-TEST_F(ModelOfAViewer, StepsRoundTheListedPictures) {
+TEST_F(ModelOfAViewer, StepsRoundTheListedImages) {
     const std::string other = folder.file("other.exr");
     write_ramps(other, 2, 2);
     model->open(other);
-    EXPECT_THAT(model->get_pictures().get_paths(), ElementsAre(picture, other));
-    model->step_picture(1);
-    EXPECT_EQ(model->get_picture()->path, picture);
-    model->step_picture(-1);
-    EXPECT_EQ(model->get_picture()->path, other);
-    model->open(picture);
-    EXPECT_EQ(model->get_pictures().get_paths().size(), 2u);
+    EXPECT_THAT(model->get_images().get_paths(), ElementsAre(image, other));
+    model->step_image(1);
+    EXPECT_EQ(model->get_image()->path, image);
+    model->step_image(-1);
+    EXPECT_EQ(model->get_image()->path, other);
+    model->open(image);
+    EXPECT_EQ(model->get_images().get_paths().size(), 2u);
 }
 
-TEST_F(ModelOfAViewer, PassesPicturesThatCannotBeReadOnItsWay) {
-    const std::string broken = folder.write("broken.exr", "no picture"), last = folder.file("last.exr");
+TEST_F(ModelOfAViewer, PassesImagesThatCannotBeReadOnItsWay) {
+    const std::string broken = folder.write("broken.exr", "no image"), last = folder.file("last.exr");
     write_ramps(last, 2, 2);
-    model->add_pictures({broken, last});
+    model->add_images({broken, last});
     EXPECT_THAT(model->get_faults(), IsEmpty()) << "it was not wanted yet";
-    model->step_picture(1);
+    model->step_image(1);
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("broken.exr")));
-    EXPECT_EQ(model->get_pictures().get_current_path(), broken);
-    EXPECT_EQ(model->get_picture()->path, picture) << "what was shown stays";
-    model->step_picture(1);
-    EXPECT_EQ(model->get_picture()->path, last);
+    EXPECT_EQ(model->get_images().get_current_path(), broken);
+    EXPECT_EQ(model->get_image()->path, image) << "what was shown stays";
+    model->step_image(1);
+    EXPECT_EQ(model->get_image()->path, last);
     EXPECT_THAT(model->get_faults(), IsEmpty());
-    model->step_picture(-1);
+    model->step_image(-1);
     EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("broken.exr")));
     write_ramps(broken, 3, 3);
     follow();
-    EXPECT_EQ(model->get_picture()->path, broken);
+    EXPECT_EQ(model->get_image()->path, broken);
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 

@@ -7,8 +7,8 @@
 
 #include "tests/support/image_readers.h"
 
-void write_picture(const std::string& path, int width, int height,
-                   const std::function<Rgb(int x, int y)>& color_at) {
+void write_image(const std::string& path, int width, int height,
+                 const std::function<Rgb(int x, int y)>& color_at) {
     std::vector<float> rgba;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
@@ -24,30 +24,30 @@ void write_picture(const std::string& path, int width, int height,
 }
 
 void write_ramps(const std::string& path, int width, int height) {
-    write_picture(path, width, height, [&](int x, int y) {
+    write_image(path, width, height, [&](int x, int y) {
         const float right = 1.5f * static_cast<float>(x) / static_cast<float>(width - 1);
         const float down = 1.5f * static_cast<float>(y) / static_cast<float>(height - 1);
         return Rgb{right, down, 0.25f * (right + down)};
     });
 }
 
-Rgb ShownPicture::at(int x, int y) const {
+Rgb ShownImage::at(int x, int y) const {
     const auto first = pixels.begin() + (std::ptrdiff_t{y} * width + x) * 3;
     return {first, first + 3};
 }
 
-ShownPicture read_shown(const std::string& path) {
-    ShownPicture picture;
+ShownImage read_shown(const std::string& path) {
+    ShownImage image;
     const auto input = OIIO::ImageInput::open(path);
     EXPECT_TRUE(input) << OIIO::geterror();
     if (!input)
-        return picture;
-    picture.width = input->spec().width;
-    picture.height = input->spec().height;
+        return image;
+    image.width = input->spec().width;
+    image.height = input->spec().height;
     EXPECT_EQ(input->spec().nchannels, 3);
-    picture.pixels.resize(static_cast<size_t>(input->spec().image_pixels()) * 3);
-    EXPECT_TRUE(input->read_image(0, 0, 0, 3, OIIO::TypeDesc::UINT8, picture.pixels.data()));
-    return picture;
+    image.pixels.resize(static_cast<size_t>(input->spec().image_pixels()) * 3);
+    EXPECT_TRUE(input->read_image(0, 0, 0, 3, OIIO::TypeDesc::UINT8, image.pixels.data()));
+    return image;
 }
 
 Rgb to_screen(const float* rgb) {

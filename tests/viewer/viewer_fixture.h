@@ -12,27 +12,27 @@
 #include "tests/support/env_guard.h"
 #include "tests/support/temp_dir.h"
 #include "tool/console.h"
-#include "viewer/picture.h"
+#include "viewer/image.h"
 #include "workflow/live_config.h"
 
-/// An RGB color, from 0 to 255 in pictures that were read from a file.
+/// An RGB color, from 0 to 255 in images that were read from a file.
 using Rgb = std::vector<float>;
 
 /// Writes an RGBA float EXR, rows from the top.
-void write_picture(const std::string& path, int width, int height,
-                   const std::function<Rgb(int x, int y)>& color_at);
-/// A picture of many colors: red rises to the right, green downwards, up to 1.5.
+void write_image(const std::string& path, int width, int height,
+                 const std::function<Rgb(int x, int y)>& color_at);
+/// An image of many colors: red rises to the right, green downwards, up to 1.5.
 void write_ramps(const std::string& path, int width, int height);
 
 /// The 8-bit RGB pixels of a file.
-struct ShownPicture {
+struct ShownImage {
     int width = 0;
     int height = 0;
     std::vector<unsigned char> pixels;
 
     Rgb at(int x, int y) const;
 };
-ShownPicture read_shown(const std::string& path);
+ShownImage read_shown(const std::string& path);
 
 /// What an 8-bit screen shows of display values.
 Rgb to_screen(const float* rgb);

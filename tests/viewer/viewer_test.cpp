@@ -17,61 +17,61 @@ constexpr int HEIGHT = 48;
 /// Steps of 255: the rounding of an 8-bit screen, and the error of a 32-entry table.
 constexpr int SCREEN_TOLERANCE = 3;
 
-/// A viewer without a window, exactly as large as its picture, on the built-in configuration.
+/// A viewer without a window, exactly as large as its image, on the built-in configuration.
 class ViewerWithoutAWindow : public ViewerTest {
 protected:
     ViewerWithoutAWindow() {
-        write_ramps(picture, WIDTH, HEIGHT);
+        write_ramps(image, WIDTH, HEIGHT);
         host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
         model = std::make_unique<viewer::ViewModel>(*host);
-        model->open(picture);
+        model->open(image);
         viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({WIDTH, HEIGHT}), false);
     }
 
-    ShownPicture take_screenshot() {
+    ShownImage take_screenshot() {
         const std::string path = folder.file("screenshot.png");
         viewer->save_screenshot(path);
-        const ShownPicture shown = read_shown(path);
+        const ShownImage shown = read_shown(path);
         EXPECT_EQ(shown.width, WIDTH);
         EXPECT_EQ(shown.height, HEIGHT);
         return shown;
     }
 
-    /// What the CPU has for a pixel of the picture, by a converter of the test's own.
-    static Rgb convert(const viewer::Picture& picture, int x, int y, const char* view, float gain = 1) {
+    /// What the CPU has for a pixel of the image, by a converter of the test's own.
+    static Rgb convert(const viewer::Image& image, int x, int y, const char* view, float gain = 1) {
         ColorIOConverter converter;
         EXPECT_TRUE(converter.configure_for_display("linear", view));
-        const float* before = picture.at(x, y);
+        const float* before = image.at(x, y);
         GMathVec4<float> pixel(before[0] * gain, before[1] * gain, before[2] * gain, before[3]);
         EXPECT_TRUE(converter.convert_pixel(pixel));
         const float after[] = {pixel[0], pixel[1], pixel[2]};
         return to_screen(after);
     }
 
-    void expect_shown(const ShownPicture& shown, int x, int y, const Rgb& expected) {
+    void expect_shown(const ShownImage& shown, int x, int y, const Rgb& expected) {
         const Rgb color = shown.at(x, y);
         for (size_t i = 0; i < 3; ++i)
             EXPECT_NEAR(color[i], expected[i], SCREEN_TOLERANCE)
                 << "channel " << i << " at " << x << ", " << y;
     }
-    void expect_shown_through(const ShownPicture& shown, const char* view, float gain = 1) {
+    void expect_shown_through(const ShownImage& shown, const char* view, float gain = 1) {
         for (int y = 0; y < HEIGHT; ++y)
             for (int x = 0; x < WIDTH; ++x)
-                expect_shown(shown, x, y, convert(*model->get_picture(), x, y, view, gain));
+                expect_shown(shown, x, y, convert(*model->get_image(), x, y, view, gain));
     }
 
-    std::string picture = folder.file("ramps.exr");
+    std::string image = folder.file("ramps.exr");
     std::unique_ptr<workflow::LiveConfig> host;
     std::unique_ptr<viewer::ViewModel> model;
     std::unique_ptr<viewer::Viewer> viewer;
 };
 
-TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughTheDefaultView) {
+TEST_F(ViewerWithoutAWindow, ShowsTheImageThroughTheDefaultView) {
     EXPECT_EQ(model->get_settings(viewer::ViewModel::FIRST).view, "Tavelion.sRGB");
     expect_shown_through(take_screenshot(), "Tavelion.sRGB");
 }
 
-TEST_F(ViewerWithoutAWindow, ShowsThePictureThroughAnotherViewWhenToldTo) {
+TEST_F(ViewerWithoutAWindow, ShowsTheImageThroughAnotherViewWhenToldTo) {
     take_screenshot();
     model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     expect_shown_through(take_screenshot(), "Tavelion.linear");
@@ -88,11 +88,11 @@ TEST_F(ViewerWithoutAWindow, WipesBetweenTwoViews) {
     model->set_view(viewer::ViewModel::SECOND, "Tavelion.linear");
     model->set_layout(viewer::Layout::WIPE);
     model->set_wipe(0.25);
-    const ShownPicture shown = take_screenshot();
+    const ShownImage shown = take_screenshot();
     for (int x : {0, 10, WIDTH / 4 - 2})
-        expect_shown(shown, x, 20, convert(*model->get_picture(), x, 20, "Tavelion.sRGB"));
+        expect_shown(shown, x, 20, convert(*model->get_image(), x, 20, "Tavelion.sRGB"));
     for (int x : {WIDTH / 4 + 2, WIDTH / 2, WIDTH - 1})
-        expect_shown(shown, x, 20, convert(*model->get_picture(), x, 20, "Tavelion.linear"));
+        expect_shown(shown, x, 20, convert(*model->get_image(), x, 20, "Tavelion.linear"));
 }
 
 TEST_F(ViewerWithoutAWindow, ShowsTwoViewsSideBySide) {
@@ -100,13 +100,12 @@ TEST_F(ViewerWithoutAWindow, ShowsTwoViewsSideBySide) {
     model->set_layout(viewer::Layout::SIDE_BY_SIDE);
     model->get_camera().look_at(WIDTH / 2, HEIGHT, WIDTH, HEIGHT);
     model->get_camera().set_zoom(1);
-    const ShownPicture shown = take_screenshot();
-    // Each half shows the middle of the picture.
+    const ShownImage shown = take_screenshot();
+    // Each half shows the middle of the image.
     for (int x : {2, 15, WIDTH / 2 - 3}) {
-        const int in_picture = x + WIDTH / 4;
-        expect_shown(shown, x, 30, convert(*model->get_picture(), in_picture, 30, "Tavelion.sRGB"));
-        expect_shown(shown, x + WIDTH / 2, 30,
-                     convert(*model->get_picture(), in_picture, 30, "Tavelion.linear"));
+        const int in_image = x + WIDTH / 4;
+        expect_shown(shown, x, 30, convert(*model->get_image(), in_image, 30, "Tavelion.sRGB"));
+        expect_shown(shown, x + WIDTH / 2, 30, convert(*model->get_image(), in_image, 30, "Tavelion.linear"));
     }
 }
 
@@ -115,17 +114,17 @@ TEST_F(ViewerWithoutAWindow, ZoomsAndPansByWholePixels) {
     take_screenshot();
     model->get_camera().set_zoom(4);
     model->get_camera().pan(8, -4);
-    const ShownPicture shown = take_screenshot();
-    // The middle of the picture, two pixels to the left and one down, lies in the middle of the screen.
+    const ShownImage shown = take_screenshot();
+    // The middle of the image, two pixels to the left and one down, lies in the middle of the screen.
     for (int i : {0, 1, 5})
         expect_shown(shown, WIDTH / 2 + 4 * i + 1, HEIGHT / 2 + 2,
-                     convert(*model->get_picture(), WIDTH / 2 - 2 + i, HEIGHT / 2 + 1, "Tavelion.linear"));
+                     convert(*model->get_image(), WIDTH / 2 - 2 + i, HEIGHT / 2 + 1, "Tavelion.linear"));
     model->get_camera().set_zoom(0.5);
-    EXPECT_EQ(take_screenshot().at(0, 0), (Rgb{13, 13, 13})) << "nothing lies beside the picture";
+    EXPECT_EQ(take_screenshot().at(0, 0), (Rgb{13, 13, 13})) << "nothing lies beside the image";
 }
 
 TEST_F(ViewerWithoutAWindow, MakesShadersOnlyForOtherConversions) {
-    const viewer::PicturePainter& painter = viewer->get_renderer().get_painter();
+    const viewer::ImagePainter& painter = viewer->get_renderer().get_painter();
     take_screenshot();
     EXPECT_EQ(painter.count_shaders(), 1u);
     EXPECT_EQ(painter.count_uploads(), 1u);
@@ -167,7 +166,7 @@ TEST_F(ViewerWithoutAWindow, ReadsAPixelBeforeAndAfter) {
     EXPECT_FALSE(renderer.read_pixel(*model, WIDTH + 1, 10));
 }
 
-TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
+TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfTheImage) {
     model->set_layout(viewer::Layout::DIFFERENCE);
     const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
@@ -192,7 +191,7 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfThePicture) {
 
 TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
     const std::string checks = folder.file("checks.exr");
-    write_picture(checks, 77, 31, [](int x, int y) {
+    write_image(checks, 77, 31, [](int x, int y) {
         const float value = (x + y) % 2 == 0 ? 200.0f : 0.001f;
         return Rgb{value, value, value, 1};
     });
@@ -204,7 +203,7 @@ TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
     EXPECT_EQ(difference->largest, 0) << "neighbors differ 200,000 times";
 }
 
-TEST_F(ViewerWithoutAWindow, KeepsNoDifferenceOfAnotherPicture) {
+TEST_F(ViewerWithoutAWindow, KeepsNoDifferenceOfAnotherImage) {
     model->use_config(write_config(folder)); // The LUT of "Screen.Shown" is missing.
     model->set_layout(viewer::Layout::DIFFERENCE);
     ASSERT_TRUE(viewer->compare());
@@ -229,11 +228,11 @@ TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
     EXPECT_NEAR(*std::max_element(shown.begin(), shown.end()), 128, 1);
 }
 
-TEST_F(ViewerWithoutAWindow, DrawsItsPanelsBesideThePicture) {
+TEST_F(ViewerWithoutAWindow, DrawsItsPanelsBesideTheImage) {
     viewer = nullptr;
     viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({340 + WIDTH, 400}), true);
     viewer->save_screenshot(folder.file("panels.png"));
-    const ShownPicture shown = read_shown(folder.file("panels.png"));
+    const ShownImage shown = read_shown(folder.file("panels.png"));
     int bright = 0;
     for (int y = 0; y < 400; ++y)
         for (int x = 0; x < 340; ++x)
@@ -241,7 +240,7 @@ TEST_F(ViewerWithoutAWindow, DrawsItsPanelsBesideThePicture) {
     EXPECT_GT(bright, 1000) << "there is text";
     const int top = (400 - HEIGHT) / 2;
     for (int x : {0, 20, WIDTH - 1})
-        expect_shown(shown, 340 + x, top + 11, convert(*model->get_picture(), x, 11, "Tavelion.sRGB"));
+        expect_shown(shown, 340 + x, top + 11, convert(*model->get_image(), x, 11, "Tavelion.sRGB"));
 }
 
 } // namespace

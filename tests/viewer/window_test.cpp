@@ -8,7 +8,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Width of the panels beside the picture.
+/// Width of the panels beside the image.
 constexpr int PANELS = 340;
 constexpr int WIDTH = 64;
 constexpr int HEIGHT = 48;
@@ -21,7 +21,7 @@ protected:
             GTEST_SKIP() << "Xvfb is not installed; apt-get install xvfb";
         display = std::make_unique<VirtualDisplay>();
         ASSERT_FALSE(display->get_name().empty()) << "Xvfb does not start";
-        write_ramps(picture, WIDTH, HEIGHT);
+        write_ramps(image, WIDTH, HEIGHT);
     }
 
     /// Exit status of `colorio view`; what it prints goes to the file "output". Leaks are not looked for: the
@@ -32,11 +32,11 @@ protected:
         EnvGuard sanitizer("ASAN_OPTIONS", "detect_leaks=0");
         EnvGuard software("LIBGL_ALWAYS_SOFTWARE", "1");
         return std::system(
-            (QB_TOOL_PROGRAM " view " + picture + " " + arguments + " > " + folder.file("output") + " 2>&1")
+            (QB_TOOL_PROGRAM " view " + image + " " + arguments + " > " + folder.file("output") + " 2>&1")
                 .c_str());
     }
 
-    std::string picture = folder.file("ramps.exr");
+    std::string image = folder.file("ramps.exr");
     std::unique_ptr<VirtualDisplay> display;
 };
 
@@ -47,14 +47,14 @@ TEST_F(WindowOfTheViewer, ShowsWhatTheCpuConvertsWhenTheViewIsSwitched) {
                                      screenshot + "\nprint\nquit\n");
     ASSERT_EQ(view("--size 404x300 --script " + script), 0) << folder.read("output");
     EXPECT_THAT(folder.read("output"), HasSubstr("view: Tavelion.sRGB"));
-    const ShownPicture shown = read_shown(screenshot);
+    const ShownImage shown = read_shown(screenshot);
     ASSERT_EQ(shown.width, PANELS + WIDTH);
     ASSERT_EQ(shown.height, 300);
 
     const workflow::LiveConfig host(workflow::SessionOptions{});
     ColorIOConverter converter;
     ASSERT_TRUE(converter.configure_for_display("linear", "Tavelion.sRGB"));
-    viewer::Picture ramps = viewer::load_picture(picture);
+    viewer::Image ramps = viewer::load_image(image);
     ASSERT_TRUE(converter.convert_buffer(ramps.rgba.data(), WIDTH, HEIGHT, 4));
     for (int y = 0; y < HEIGHT; ++y)
         for (int x = 0; x < WIDTH; ++x) {

@@ -9,7 +9,7 @@
 
 namespace ocio {
 
-/// What converts the pixels of a processor, in pictures and one by one: a program of the project's own vector
+/// What converts the pixels of a processor, in images and one by one: a program of the project's own vector
 /// code where all operations are known there, else the library's own CPU path. Either is made at once, and
 /// only that.
 class Evaluator {

@@ -7,7 +7,7 @@
 
 namespace ocio {
 
-/// How this version of the library interpolates in forward tables when it converts pictures on this
+/// How this version of the library interpolates in forward tables when it converts images on this
 /// processor; nothing where that has not been measured. (From 2.5 on its single pixels go another way.)
 std::optional<pixel::TableArithmetic> table_arithmetic();
 

@@ -70,7 +70,7 @@ TEST_F(Processors, LeaveFurtherChannelsAlone) {
                                     2.125f, 3, 2, 1, 3.5f, 3.25f, 3.125f, 0, -1, -2));
 }
 
-TEST_F(Processors, RefuseFewerThanThreeChannelsAndEmptyPictures) {
+TEST_F(Processors, RefuseFewerThanThreeChannelsAndEmptyImages) {
     const auto processor = make_shift();
     std::vector<float> pixels(16, 1.0f);
     for (const long channels : {0L, 1L, 2L})

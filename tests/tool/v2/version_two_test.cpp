@@ -297,7 +297,7 @@ TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
 }
 
 TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
-    folder.write("frame.txt", "no picture");
+    folder.write("frame.txt", "no image");
     const ToolRun result = run_on_sample(
         {"convert", path("frame.txt"), path("out.png"), "--why", "--from", "lin", "--view", "Monitor.Shot"});
     EXPECT_THAT(result.out,

@@ -118,23 +118,23 @@ TEST_F(Evaluators, OfConversionsThatDoNothingTouchNothing) {
     }
 }
 
-/// However a host cuts a picture, the bits are the same.
-TEST_F(Evaluators, GiveAPixelTheSameBitsAloneInARowAndInAPicture) {
+/// However a host cuts an image, the bits are the same.
+TEST_F(Evaluators, GiveAPixelTheSameBitsAloneInARowAndInAnImage) {
     constexpr long WIDTH = 97, HEIGHT = 31;
     constexpr std::size_t FLOATS = 4 * WIDTH * HEIGHT;
     std::mt19937 generator(3);
     std::uniform_real_distribution<float> uniform(-0.5f, 1.5f);
-    std::vector<float> picture(FLOATS);
-    std::generate(picture.begin(), picture.end(), [&] { return uniform(generator); });
+    std::vector<float> image(FLOATS);
+    std::generate(image.begin(), image.end(), [&] { return uniform(generator); });
     for (const auto& [source, destination] : {std::pair("sRGB", "linear"), std::pair("linear", "Cineon")}) {
         const ocio::Evaluator evaluator = make(source, destination);
-        std::vector<float> whole = picture, rows = picture, alone = picture;
+        std::vector<float> whole = image, rows = image, alone = image;
         evaluator.apply(ocio::PackedImageDesc{whole.data(), WIDTH, HEIGHT, 4});
         for (long row = 0; row < HEIGHT; ++row)
             evaluator.apply(ocio::PackedImageDesc{rows.data() + 4 * WIDTH * row, WIDTH, 1, 4});
         for (std::size_t i = 0; i < FLOATS; i += 4)
             evaluator.apply_rgba(alone.data() + i);
-        EXPECT_NE(whole, picture);
+        EXPECT_NE(whole, image);
         EXPECT_EQ(rows, whole);
         EXPECT_EQ(alone, whole);
     }

@@ -6,15 +6,15 @@
 
 namespace viewer {
 
-/// A picture in memory: RGBA floats, rows from top to bottom, as the file holds them.
-struct Picture {
+/// An image in memory: RGBA floats, rows from top to bottom, as the file holds them.
+struct Image {
     std::string path;
     int width = 0;
     int height = 0;
     std::vector<float> rgba;
     std::string channels; ///< For the user: "R, G, B", or "Y" shown as gray.
 
-    /// The four floats at a position inside the picture.
+    /// The four floats at a position inside the image.
     const float* at(int x, int y) const {
         return &rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                       static_cast<std::size_t>(x)) *
@@ -25,6 +25,6 @@ struct Picture {
 /// Reads the first color of the first part of a file; alpha is 1 where there is none. Throws
 /// diagnostics::Failure, and reads no pixels, when the header announces more than `max_side` pixels a side or
 /// than memory holds.
-Picture load_picture(const std::string& path, int max_side = std::numeric_limits<int>::max());
+Image load_image(const std::string& path, int max_side = std::numeric_limits<int>::max());
 
 } // namespace viewer

@@ -15,11 +15,11 @@ class ReaderProcess;
 /// An image file opened for reading, in a process of its own unless the user wants none (reads_in_process).
 /// Colors come as the file holds them: straight alpha stays straight and is marked by the attribute
 /// "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the reason.
-class PictureReader {
+class ImageReader {
 public:
     /// `process` must outlive the reader, and opens no other image meanwhile.
-    PictureReader(const std::string& path, ReaderProcess& process);
-    ~PictureReader();
+    ImageReader(const std::string& path, ReaderProcess& process);
+    ~ImageReader();
 
     const std::string& get_path() const { return path; }
     /// OpenImageIO's name of the format, for example "openexr".

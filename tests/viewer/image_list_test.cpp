@@ -1,4 +1,4 @@
-#include "viewer/picture_list.h"
+#include "viewer/image_list.h"
 
 #include <filesystem>
 
@@ -9,26 +9,26 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using viewer::PictureList;
+using viewer::ImageList;
 
 /// Files "0.exr", "1.exr" and so on, as wide as their numbers plus one.
-class PicturesOfAList : public ViewerTest {
+class ImagesOfAList : public ViewerTest {
 protected:
     std::string make(int number) {
         const std::string path = folder.file(std::to_string(number) + ".exr");
-        write_picture(path, number + 1, 1, [](int, int) { return Rgb{1, 1, 1}; });
+        write_image(path, number + 1, 1, [](int, int) { return Rgb{1, 1, 1}; });
         return path;
     }
-    int get_width() const { return list.get_picture()->width; }
+    int get_width() const { return list.get_image()->width; }
 
-    viewer::PictureList list;
+    viewer::ImageList list;
 };
 
-TEST_F(PicturesOfAList, AreReadWhenTheyAreWanted) {
+TEST_F(ImagesOfAList, AreReadWhenTheyAreWanted) {
     const std::string second = folder.file("1.exr");
     list.add(make(0));
     list.add(second); // There is no such file yet.
-    EXPECT_FALSE(list.get_picture());
+    EXPECT_FALSE(list.get_image());
     list.open(folder.file("0.exr"));
     EXPECT_EQ(list.get_fault(), "");
     make(1);
@@ -37,7 +37,7 @@ TEST_F(PicturesOfAList, AreReadWhenTheyAreWanted) {
     EXPECT_EQ(list.get_fault(), "");
 }
 
-TEST_F(PicturesOfAList, StayInMemoryWhileTheyAreAmongTheLast) {
+TEST_F(ImagesOfAList, StayInMemoryWhileTheyAreAmongTheLast) {
     for (int i = 0; i < 5; ++i)
         list.open(make(i));
     std::filesystem::remove(folder.file("3.exr"));
@@ -49,21 +49,21 @@ TEST_F(PicturesOfAList, StayInMemoryWhileTheyAreAmongTheLast) {
     EXPECT_EQ(get_width(), 4);
 }
 
-TEST_F(PicturesOfAList, AreReadAgainAfterAChange) {
+TEST_F(ImagesOfAList, AreReadAgainAfterAChange) {
     const std::string first = make(0), second = make(1);
     list.open(first);
     list.open(second);
-    write_picture(first, 7, 1, [](int, int) { return Rgb{1, 1, 1}; });
+    write_image(first, 7, 1, [](int, int) { return Rgb{1, 1, 1}; });
     list.refresh(first);
     EXPECT_EQ(get_width(), 2) << "the current one is another";
     list.step(-1);
     EXPECT_EQ(get_width(), 7);
-    write_picture(first, 9, 1, [](int, int) { return Rgb{1, 1, 1}; });
+    write_image(first, 9, 1, [](int, int) { return Rgb{1, 1, 1}; });
     list.refresh(first);
     EXPECT_EQ(get_width(), 9);
 }
 
-TEST_F(PicturesOfAList, StayWhatTheyAreWhenAnotherCannotBeOpened) {
+TEST_F(ImagesOfAList, StayWhatTheyAreWhenAnotherCannotBeOpened) {
     list.open(make(0));
     EXPECT_THROW(list.open(folder.file("none.exr")), diagnostics::Failure);
     EXPECT_EQ(get_width(), 1);
@@ -72,9 +72,9 @@ TEST_F(PicturesOfAList, StayWhatTheyAreWhenAnotherCannotBeOpened) {
     EXPECT_EQ(list.get_fault(), "");
 }
 
-TEST_F(PicturesOfAList, AreOfNoAvailWhenThereAreNone) {
+TEST_F(ImagesOfAList, AreOfNoAvailWhenThereAreNone) {
     list.step(1);
-    EXPECT_FALSE(list.get_picture());
+    EXPECT_FALSE(list.get_image());
     EXPECT_EQ(list.get_current_path(), "");
 }
 

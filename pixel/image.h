@@ -8,7 +8,7 @@
 
 namespace pixel {
 
-/// Cuts pictures into blocks, runs all stages on one block after the other, and puts the results back.
+/// Cuts images into blocks, runs all stages on one block after the other, and puts the results back.
 void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayout& layout);
 void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::size_t width,
                 std::size_t height, std::ptrdiff_t row_stride);

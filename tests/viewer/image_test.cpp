@@ -1,4 +1,4 @@
-#include "viewer/picture.h"
+#include "viewer/image.h"
 
 #include <sys/stat.h>
 
@@ -14,10 +14,10 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class PictureToShow : public ViewerTest {
+class ImageToShow : public ViewerTest {
 protected:
     /// Writes channels of those names, the value of channel i being 0.25 (i + 1), and loads the file.
-    viewer::Picture load_channels(const std::vector<std::string>& names) {
+    viewer::Image load_channels(const std::vector<std::string>& names) {
         OIIO::ImageSpec spec(2, 1, static_cast<int>(names.size()), OIIO::TypeDesc::FLOAT);
         spec.channelnames = names;
         std::vector<float> values;
@@ -29,52 +29,52 @@ protected:
         EXPECT_TRUE(output->open(path, spec) && output->write_image(OIIO::TypeDesc::FLOAT, values.data()) &&
                     output->close())
             << output->geterror();
-        return viewer::load_picture(path);
+        return viewer::load_image(path);
     }
     /// The message with which a file is refused.
     static std::string refusal_of(const std::string& path, int max_side = 16384) {
         try {
-            viewer::load_picture(path, max_side);
+            viewer::load_image(path, max_side);
         } catch (const diagnostics::Failure& error) {
             return error.what();
         }
         return "it was read";
     }
-    static std::vector<float> pixel(const viewer::Picture& picture, int x, int y) {
-        return {picture.at(x, y), picture.at(x, y) + 4};
+    static std::vector<float> pixel(const viewer::Image& image, int x, int y) {
+        return {image.at(x, y), image.at(x, y) + 4};
     }
 };
 
-TEST_F(PictureToShow, KeepsTheFloatsOfTheFile) {
+TEST_F(ImageToShow, KeepsTheFloatsOfTheFile) {
     const std::string path = folder.file("floats.exr");
-    write_picture(path, 3, 2, [](int x, int y) { return Rgb{x - 0.1f, 10.0f * y, -4096}; });
-    const viewer::Picture picture = viewer::load_picture(path);
-    EXPECT_EQ(picture.width, 3);
-    EXPECT_EQ(picture.height, 2);
-    EXPECT_THAT(pixel(picture, 2, 0), ElementsAre(1.9f, 0, -4096, 1));
-    EXPECT_THAT(pixel(picture, 0, 1), ElementsAre(-0.1f, 10, -4096, 1));
+    write_image(path, 3, 2, [](int x, int y) { return Rgb{x - 0.1f, 10.0f * y, -4096}; });
+    const viewer::Image image = viewer::load_image(path);
+    EXPECT_EQ(image.width, 3);
+    EXPECT_EQ(image.height, 2);
+    EXPECT_THAT(pixel(image, 2, 0), ElementsAre(1.9f, 0, -4096, 1));
+    EXPECT_THAT(pixel(image, 0, 1), ElementsAre(-0.1f, 10, -4096, 1));
 }
 
-TEST_F(PictureToShow, FindsColorsByTheNamesOfTheirChannels) {
-    const viewer::Picture picture = load_channels({"A", "B", "G", "R", "Z"});
-    EXPECT_THAT(pixel(picture, 1, 0), ElementsAre(2, 1.75f, 1.5f, 1.25f));
-    EXPECT_EQ(picture.channels, "R, G, B, A");
+TEST_F(ImageToShow, FindsColorsByTheNamesOfTheirChannels) {
+    const viewer::Image image = load_channels({"A", "B", "G", "R", "Z"});
+    EXPECT_THAT(pixel(image, 1, 0), ElementsAre(2, 1.75f, 1.5f, 1.25f));
+    EXPECT_EQ(image.channels, "R, G, B, A");
 }
 
-TEST_F(PictureToShow, ShowsASingleChannelAsGrey) {
-    const viewer::Picture picture = load_channels({"Y"});
-    EXPECT_THAT(pixel(picture, 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
-    EXPECT_EQ(picture.channels, "Y");
+TEST_F(ImageToShow, ShowsASingleChannelAsGrey) {
+    const viewer::Image image = load_channels({"Y"});
+    EXPECT_THAT(pixel(image, 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
+    EXPECT_EQ(image.channels, "Y");
 }
 
-TEST_F(PictureToShow, ShowsTheFirstChannelsWhenNoneIsAColor) {
+TEST_F(ImageToShow, ShowsTheFirstChannelsWhenNoneIsAColor) {
     EXPECT_THAT(pixel(load_channels({"N.X", "N.Y", "N.Z"}), 0, 0), ElementsAre(0.25f, 0.5f, 0.75f, 1));
     EXPECT_THAT(pixel(load_channels({"depth"}), 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
 }
 
-TEST_F(PictureToShow, ThatIsTooLargeIsRefusedByItsHeader) {
+TEST_F(ImageToShow, ThatIsTooLargeIsRefusedByItsHeader) {
     const std::string path = folder.file("cut.exr");
-    write_picture(path, 64, 48, [](int x, int y) { return Rgb{0.1f * x, 0.2f * y, 0.3f * (x ^ y)}; });
+    write_image(path, 64, 48, [](int x, int y) { return Rgb{0.1f * x, 0.2f * y, 0.3f * (x ^ y)}; });
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 100); // its pixels cannot be read
     EXPECT_THAT(refusal_of(path), HasSubstr("cannot read '" + path + "': "));
     EXPECT_EQ(refusal_of(path, 63),
@@ -82,9 +82,9 @@ TEST_F(PictureToShow, ThatIsTooLargeIsRefusedByItsHeader) {
     EXPECT_THAT(refusal_of(path, 64), HasSubstr("cannot read"));
 }
 
-TEST_F(PictureToShow, ThatCannotBeReadSaysWhichAndWhy) {
+TEST_F(ImageToShow, ThatCannotBeReadSaysWhichAndWhy) {
     ASSERT_EQ(mkfifo(folder.file("pipe.exr").c_str(), 0600), 0);
-    EXPECT_THAT(refusal_of(folder.write("broken.exr", "no picture")), HasSubstr("broken.exr"));
+    EXPECT_THAT(refusal_of(folder.write("broken.exr", "no image")), HasSubstr("broken.exr"));
     EXPECT_THAT(refusal_of(folder.write("empty.exr", "")), HasSubstr("empty.exr"));
     EXPECT_THAT(refusal_of(folder.file("none.exr")), HasSubstr("none.exr': no such file"));
     EXPECT_THAT(refusal_of(folder.get_path()), HasSubstr("it is a folder"));

@@ -1,4 +1,4 @@
-#include "viewer/picture_painter.h"
+#include "viewer/image_painter.h"
 
 #include <algorithm>
 #include <string>
@@ -13,18 +13,18 @@ namespace viewer {
 
 namespace {
 
-/// The picture and its difference picture.
+/// The image and its difference image.
 constexpr std::size_t HELD_TEXTURES = 2;
 /// Two views, each with and without exposure, and the one that shows differences.
 constexpr std::size_t HELD_SHADERS = 5;
 
 /// Pixels are shown as squares when enlarged and averaged when reduced.
-void upload_for_display(const gl::GlTexture& texture, const Picture& picture) {
+void upload_for_display(const gl::GlTexture& texture, const Image& image) {
     const int max_size = get_max_side();
-    if (picture.width > max_size || picture.height > max_size)
+    if (image.width > max_size || image.height > max_size)
         throw gl::GlError(fmt::format("{} x {} pixels are more than this driver shows ({} a side)",
-                                      picture.width, picture.height, max_size));
-    gl::upload_pixels(texture, picture.rgba.data(), picture.width, picture.height);
+                                      image.width, image.height, max_size));
+    gl::upload_pixels(texture, image.rgba.data(), image.width, image.height);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, 1000);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_NEAREST);
     glGenerateMipmap(GL_TEXTURE_2D);
@@ -50,21 +50,21 @@ int get_max_side() {
     return pixels;
 }
 
-PicturePainter::PicturePainter() : pass(gl::GlProfile::CORE) {}
+ImagePainter::ImagePainter() : pass(gl::GlProfile::CORE) {}
 
-const gl::GlTexture& PicturePainter::get_texture(const PictureHandle& picture) {
-    if (const auto found = find_latest(textures, &HeldTexture::picture, picture); found != textures.end())
+const gl::GlTexture& ImagePainter::get_texture(const ImageHandle& image) {
+    if (const auto found = find_latest(textures, &HeldTexture::image, image); found != textures.end())
         return found->texture;
     if (textures.size() >= HELD_TEXTURES)
         textures.erase(textures.begin());
-    HeldTexture held{picture, {}};
-    upload_for_display(held.texture, *picture);
+    HeldTexture held{image, {}};
+    upload_for_display(held.texture, *image);
     ++upload_count;
     textures.push_back(std::move(held));
     return textures.back().texture;
 }
 
-const ConversionShader& PicturePainter::get_shader(const ConversionHandle& conversion) {
+const ConversionShader& ImagePainter::get_shader(const ConversionHandle& conversion) {
     if (const auto found = find_latest(shaders, &HeldShader::conversion, conversion); found != shaders.end())
         return found->shader;
     if (shaders.size() >= HELD_SHADERS)
@@ -74,9 +74,9 @@ const ConversionShader& PicturePainter::get_shader(const ConversionHandle& conve
     return shaders.back().shader;
 }
 
-void PicturePainter::draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
-                          const Placement& placement, int framebuffer_height) {
-    const gl::GlTexture& texture = get_texture(subject.picture);
+void ImagePainter::draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
+                        const Placement& placement, int framebuffer_height) {
+    const gl::GlTexture& texture = get_texture(subject.image);
     const ConversionShader& shader = get_shader(subject.conversion);
     glViewport(viewport.x, framebuffer_height - viewport.y - viewport.height, viewport.width,
                viewport.height);
@@ -85,14 +85,14 @@ void PicturePainter::draw(const Subject& subject, const Viewport& viewport, cons
     glDisable(GL_BLEND);
     shader.use({static_cast<float>(viewport.x + placement.origin_x),
                 static_cast<float>(framebuffer_height - viewport.y - placement.origin_y),
-                static_cast<float>(placement.zoom), subject.picture->width, subject.picture->height,
+                static_cast<float>(placement.zoom), subject.image->width, subject.image->height,
                 workflow::get_gain(subject.exposure)});
     glBindTexture(GL_TEXTURE_2D, texture.get());
     pass.draw();
     glDisable(GL_SCISSOR_TEST);
 }
 
-std::vector<float> PicturePainter::convert(const Subject& subject, const Viewport& rectangle) {
+std::vector<float> ImagePainter::convert(const Subject& subject, const Viewport& rectangle) {
     const auto [x, y, width, height] = rectangle;
     GLint bound = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);

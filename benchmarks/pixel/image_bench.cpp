@@ -1,14 +1,14 @@
-#include "benchmarks/pixel/picture_bench.h"
+#include "benchmarks/pixel/image_bench.h"
 
 namespace pixel_bench {
 
 namespace {
 
-void convert_picture(benchmark::State& state, Picture picture, const Convert& convert) {
-    std::vector<float> pixels = picture();
+void convert_image(benchmark::State& state, Image image, const Convert& convert) {
+    std::vector<float> pixels = image();
     for (auto _ : state) {
         state.PauseTiming();
-        pixels = picture();
+        pixels = image();
         state.ResumeTiming();
         convert(pixels);
         benchmark::DoNotOptimize(pixels.data());
@@ -20,9 +20,9 @@ void convert_picture(benchmark::State& state, Picture picture, const Convert& co
 
 } // namespace
 
-benchmark::internal::Benchmark* add_picture_benchmark(const std::string& name, Picture picture,
-                                                      const Convert& convert) {
-    return benchmark::RegisterBenchmark(name.c_str(), convert_picture, picture, convert)
+benchmark::internal::Benchmark* add_image_benchmark(const std::string& name, Image image,
+                                                    const Convert& convert) {
+    return benchmark::RegisterBenchmark(name.c_str(), convert_image, image, convert)
         ->Unit(benchmark::kMillisecond);
 }
 

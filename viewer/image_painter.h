@@ -7,7 +7,7 @@
 #include "gl/gl_object.h"
 #include "viewer/camera.h"
 #include "viewer/conversion_shader.h"
-#include "viewer/picture.h"
+#include "viewer/image.h"
 
 namespace viewer {
 
@@ -16,22 +16,22 @@ int get_max_side();
 
 /// Draws images through conversions with OpenGL's core profile. Textures and shaders are made only when the
 /// image or the conversion is another than before.
-class PicturePainter {
+class ImagePainter {
 public:
     /// Needs a current context, always the same.
-    PicturePainter();
+    ImagePainter();
 
-    using PictureHandle = std::shared_ptr<const Picture>;
+    using ImageHandle = std::shared_ptr<const Image>;
     using ConversionHandle = std::shared_ptr<const workflow::Conversion>;
 
     /// What is drawn. A null conversion shows the values as they are.
     struct Subject {
-        PictureHandle picture;
+        ImageHandle image;
         ConversionHandle conversion;
         float exposure = 0; ///< Stops.
 
         bool operator==(const Subject& other) const {
-            return picture == other.picture && conversion == other.conversion && exposure == other.exposure;
+            return image == other.image && conversion == other.conversion && exposure == other.exposure;
         }
     };
 
@@ -40,16 +40,16 @@ public:
     void draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
               const Placement& placement, int framebuffer_height);
 
-    /// What the GPU makes of a rectangle of the picture, RGBA floats from top to bottom. Throws GlError.
+    /// What the GPU makes of a rectangle of the image, RGBA floats from top to bottom. Throws GlError.
     std::vector<float> convert(const Subject& subject, const Viewport& rectangle);
 
-    /// How many shaders were made, and how many pictures uploaded, since the start.
+    /// How many shaders were made, and how many images uploaded, since the start.
     unsigned int count_shaders() const { return shader_count; }
     unsigned int count_uploads() const { return upload_count; }
 
 private:
     struct HeldTexture {
-        PictureHandle picture;
+        ImageHandle image;
         gl::GlTexture texture;
     };
     struct HeldShader {
@@ -57,7 +57,7 @@ private:
         ConversionShader shader;
     };
 
-    const gl::GlTexture& get_texture(const PictureHandle& picture);
+    const gl::GlTexture& get_texture(const ImageHandle& image);
     const ConversionShader& get_shader(const ConversionHandle& conversion);
 
     gl::FullScreenPass pass;

@@ -1,4 +1,4 @@
-#include "image/picture_reader.h"
+#include "image/image_reader.h"
 
 #include <new>
 #include <utility>
@@ -10,7 +10,7 @@
 
 namespace image {
 
-PictureReader::PictureReader(const std::string& path, ReaderProcess& process) : path(path), process(process) {
+ImageReader::ImageReader(const std::string& path, ReaderProcess& process) : path(path), process(process) {
     if (reads_in_process()) {
         file = std::make_unique<ImageFile>(path);
         format = file->get_format();
@@ -22,13 +22,13 @@ PictureReader::PictureReader(const std::string& path, ReaderProcess& process) : 
     parts = std::move(image.parts);
 }
 
-PictureReader::~PictureReader() = default;
+ImageReader::~ImageReader() = default;
 
-unsigned int PictureReader::count_subimages() const {
+unsigned int ImageReader::count_subimages() const {
     return static_cast<unsigned int>(parts.back().subimage) + 1;
 }
 
-void PictureReader::read_part(std::size_t index, PixelBuffer& pixels) {
+void ImageReader::read_part(std::size_t index, PixelBuffer& pixels) {
     const OIIO::ImageSpec& spec = parts[index].spec;
     if (file == nullptr)
         return process.read_part(index, spec, pixels);

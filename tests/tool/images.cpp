@@ -1,4 +1,4 @@
-#include "tests/tool/pictures.h"
+#include "tests/tool/images.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -11,26 +11,26 @@ namespace {
 
 } // namespace
 
-float Picture::get(const std::string& channel, int x, int y) const {
+float Image::get(const std::string& channel, int x, int y) const {
     const int index = spec.channelindex(channel);
     if (index < 0)
         throw std::runtime_error("no channel " + channel);
     return values.at(static_cast<std::size_t>((y * spec.width + x) * spec.nchannels + index));
 }
 
-Picture make_picture(int width, int height, int channels, OIIO::TypeDesc depth, std::vector<float> values) {
-    Picture picture{OIIO::ImageSpec(width, height, channels, depth), std::move(values)};
-    picture.values.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
-                          static_cast<std::size_t>(channels));
-    return picture;
+Image make_image(int width, int height, int channels, OIIO::TypeDesc depth, std::vector<float> values) {
+    Image image{OIIO::ImageSpec(width, height, channels, depth), std::move(values)};
+    image.values.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                        static_cast<std::size_t>(channels));
+    return image;
 }
 
-void write_picture(const std::string& path, const std::vector<Picture>& parts) {
+void write_image(const std::string& path, const std::vector<Image>& parts) {
     const auto output = OIIO::ImageOutput::create(path);
     if (!output)
         fail(path, OIIO::geterror());
     std::vector<OIIO::ImageSpec> specs;
-    for (const Picture& part : parts)
+    for (const Image& part : parts)
         specs.push_back(part.spec);
     const bool announced = parts.size() > 1 && !output->supports("appendsubimage");
     for (std::size_t i = 0; i < parts.size(); ++i) {
@@ -47,11 +47,11 @@ void write_picture(const std::string& path, const std::vector<Picture>& parts) {
         fail(path, output->geterror());
 }
 
-void write_picture(const std::string& path, const Picture& picture) {
-    write_picture(path, std::vector<Picture>{picture});
+void write_image(const std::string& path, const Image& image) {
+    write_image(path, std::vector<Image>{image});
 }
 
-Picture read_picture(const std::string& path, int subimage, int level) {
+Image read_image(const std::string& path, int subimage, int level) {
     OIIO::ImageSpec hints;
     hints.attribute("oiio:UnassociatedAlpha", 1);
     const auto input = OIIO::ImageInput::open(path, &hints);
@@ -59,12 +59,11 @@ Picture read_picture(const std::string& path, int subimage, int level) {
         fail(path, OIIO::geterror());
     if (!input->seek_subimage(subimage, level))
         fail(path, "no such part");
-    Picture picture{input->spec(), {}};
-    picture.values.resize(picture.spec.image_pixels() * static_cast<std::size_t>(picture.spec.nchannels));
-    if (!input->read_image(subimage, level, 0, picture.spec.nchannels, OIIO::TypeFloat,
-                           picture.values.data()))
+    Image image{input->spec(), {}};
+    image.values.resize(image.spec.image_pixels() * static_cast<std::size_t>(image.spec.nchannels));
+    if (!input->read_image(subimage, level, 0, image.spec.nchannels, OIIO::TypeFloat, image.values.data()))
         fail(path, input->geterror());
-    return picture;
+    return image;
 }
 
 int count_subimages(const std::string& path) {

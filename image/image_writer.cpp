@@ -1,4 +1,4 @@
-#include "image/picture_writer.h"
+#include "image/image_writer.h"
 
 #include <algorithm>
 #include <string_view>
@@ -53,7 +53,7 @@ bool reads_while_it_writes(const OIIO::ImageOutput& output) {
 
 } // namespace
 
-PictureWriter::PictureWriter(const std::string& path)
+ImageWriter::ImageWriter(const std::string& path)
     : place(path, PLACE_RULES), name(path), path(place.get_temporary_path()) {
     if (!place.is_open())
         diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE, place.get_failure()->describe(), name);
@@ -62,9 +62,9 @@ PictureWriter::PictureWriter(const std::string& path)
         fail(OIIO::geterror());
 }
 
-PictureWriter::~PictureWriter() = default;
+ImageWriter::~ImageWriter() = default;
 
-void PictureWriter::fail(std::string reason) const {
+void ImageWriter::fail(std::string reason) const {
     for (std::size_t place; (place = reason.find(path)) != std::string::npos;)
         reason.replace(place, path.size(), name);
     while (!reason.empty() && reason.back() == '\n')
@@ -73,13 +73,13 @@ void PictureWriter::fail(std::string reason) const {
                            fmt::format("cannot write '{}': {}", name, reason), name);
 }
 
-void PictureWriter::fail_with_format(const std::string& fallback) const {
+void ImageWriter::fail_with_format(const std::string& fallback) const {
     const std::string of_format = output->geterror();
     const std::string of_file = file ? file->get_failure() : find_full_disk(path);
     fail(!of_file.empty() ? of_file : !of_format.empty() ? of_format : fallback);
 }
 
-bool PictureWriter::open_first_part(const std::vector<PartHeader>& parts, const FormatAbilities& abilities) {
+bool ImageWriter::open_first_part(const std::vector<PartHeader>& parts, const FormatAbilities& abilities) {
     const std::vector<OIIO::ImageSpec> specs = get_subimage_specs(parts);
     // OpenEXR, the one format that wants to know all parts in advance, then opens the file itself.
     if (specs.size() > 1 && !abilities.appends_subimages)
@@ -89,8 +89,8 @@ bool PictureWriter::open_first_part(const std::vector<PartHeader>& parts, const 
     return output->open(path, parts.front().spec, OIIO::ImageOutput::Create);
 }
 
-const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,
-                                                const FormatAbilities& abilities) {
+const OIIO::ImageSpec& ImageWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,
+                                              const FormatAbilities& abilities) {
     const PartHeader& part = parts[index];
     bool opened;
     if (index == 0) {
@@ -107,7 +107,7 @@ const OIIO::ImageSpec& PictureWriter::open_part(const std::vector<PartHeader>& p
     return output->spec();
 }
 
-void PictureWriter::write_part(const PixelBuffer& pixels) {
+void ImageWriter::write_part(const PixelBuffer& pixels) {
     // Not every writer takes the unknown type for "as the file has it", which channels of different types
     // need.
     const OIIO::ImageSpec& spec = output->spec();
@@ -115,14 +115,14 @@ void PictureWriter::write_part(const PixelBuffer& pixels) {
     write_part_as(type, pixels);
 }
 
-void PictureWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) {
+void ImageWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) {
     const bool written = output->spec().tile_width > 0 ? write_tiles(*output, type, pixels.data())
                                                        : output->write_image(type, pixels.data());
     if (!written)
         fail_with_format("its pixels cannot be written");
 }
 
-void PictureWriter::close() {
+void ImageWriter::close() {
     if (!output->close())
         fail_with_format("it cannot be finished");
     output.reset(); // a writer of several levels finishes its file only then

@@ -1,4 +1,4 @@
-#include "viewer/picture_list.h"
+#include "viewer/image_list.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -9,14 +9,14 @@ namespace viewer {
 
 namespace {
 
-/// The picture shown, and those on both sides of it.
+/// The image shown, and those on both sides of it.
 constexpr std::size_t MAX_HELD = 3;
 constexpr std::size_t MAX_HELD_BYTES = std::size_t{1} << 30;
 
-std::size_t count_bytes(const std::vector<PictureList::Handle>& pictures) {
+std::size_t count_bytes(const std::vector<ImageList::Handle>& images) {
     std::size_t bytes = 0;
-    for (const PictureList::Handle& picture : pictures)
-        bytes += picture->rgba.size() * sizeof(float);
+    for (const ImageList::Handle& image : images)
+        bytes += image->rgba.size() * sizeof(float);
     return bytes;
 }
 
@@ -28,19 +28,19 @@ bool is_same_path(const std::string& a, const std::string& b) {
            std::filesystem::absolute(b, error).lexically_normal();
 }
 
-void PictureList::add(const std::string& path) {
+void ImageList::add(const std::string& path) {
     if (std::find(paths.begin(), paths.end(), path) == paths.end())
         paths.push_back(path);
 }
 
-void PictureList::open(const std::string& path) {
-    picture = load(path);
+void ImageList::open(const std::string& path) {
+    image = load(path);
     add(path);
     current = path;
     fault.clear();
 }
 
-void PictureList::step(int by) {
+void ImageList::step(int by) {
     if (paths.empty())
         return;
     const auto count = static_cast<std::ptrdiff_t>(paths.size());
@@ -49,34 +49,34 @@ void PictureList::step(int by) {
     show_current();
 }
 
-void PictureList::refresh(const std::string& path) {
+void ImageList::refresh(const std::string& path) {
     forget(path);
     if (is_same_path(path, current))
         show_current();
 }
 
-void PictureList::show_current() {
+void ImageList::show_current() {
     fault.clear();
     try {
-        picture = load(current);
+        image = load(current);
     } catch (const diagnostics::Failure& error) {
         fault = error.what();
     }
 }
 
-PictureList::Handle PictureList::load(const std::string& path) {
+ImageList::Handle ImageList::load(const std::string& path) {
     const auto known = std::find_if(held.begin(), held.end(),
                                     [&](const Handle& candidate) { return candidate->path == path; });
     if (known != held.end())
         std::rotate(known, known + 1, held.end());
     else
-        held.push_back(std::make_shared<const Picture>(load_picture(path, max_side)));
+        held.push_back(std::make_shared<const Image>(load_image(path, max_side)));
     while (held.size() > MAX_HELD || (held.size() > 1 && count_bytes(held) > MAX_HELD_BYTES))
         held.erase(held.begin());
     return held.back();
 }
 
-void PictureList::forget(const std::string& path) {
+void ImageList::forget(const std::string& path) {
     held.erase(std::remove_if(held.begin(), held.end(),
                               [&](const Handle& candidate) { return is_same_path(candidate->path, path); }),
                held.end());

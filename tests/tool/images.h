@@ -5,8 +5,8 @@
 
 #include <OpenImageIO/imageio.h>
 
-/// A picture in memory as a test writes or reads it: one part.
-struct Picture {
+/// An image in memory as a test writes or reads it: one part.
+struct Image {
     OIIO::ImageSpec spec;
     std::vector<float> values; ///< Channel by channel of each pixel; integers as 0 to 1.
 
@@ -14,13 +14,13 @@ struct Picture {
     float get(const std::string& channel, int x = 0, int y = 0) const;
 };
 
-/// A picture of R, G and B (and A, or Y alone); missing values are 0.
-Picture make_picture(int width, int height, int channels, OIIO::TypeDesc depth, std::vector<float> values);
+/// An image of R, G and B (and A, or Y alone); missing values are 0.
+Image make_image(int width, int height, int channels, OIIO::TypeDesc depth, std::vector<float> values);
 
 /// Writes the parts one after the other; throws std::runtime_error.
-void write_picture(const std::string& path, const std::vector<Picture>& parts);
-void write_picture(const std::string& path, const Picture& picture);
+void write_image(const std::string& path, const std::vector<Image>& parts);
+void write_image(const std::string& path, const Image& image);
 /// Reads a part as the file holds it: straight alpha stays straight.
-Picture read_picture(const std::string& path, int subimage = 0, int level = 0);
+Image read_image(const std::string& path, int subimage = 0, int level = 0);
 /// How many parts the file holds.
 int count_subimages(const std::string& path);

@@ -1,21 +1,21 @@
 #!/usr/bin/env bash
-# Takes the pictures of docs/viewer.md anew: the sample chart in the viewer, without a display.
-# usage: viewer_pictures.sh TOOL
+# Takes the images of docs/viewer.md anew: the sample chart in the viewer, without a display.
+# usage: viewer_images.sh TOOL
 set -euo pipefail
 
 if [ $# -ne 1 ]; then
-    echo "usage: viewer_pictures.sh TOOL" >&2
+    echo "usage: viewer_images.sh TOOL" >&2
     exit 2
 fi
 tool=$(realpath "$1")
 tests=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../tests")
-pictures=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/images
+images=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/images
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 unset OCIO
 export HOME=$work # The dialogue shows it as "~".
 
-mkdir -p "$pictures" "$work/shows/luts" "$work/shows/previous" "$work/shows/shots"
+mkdir -p "$images" "$work/shows/luts" "$work/shows/previous" "$work/shows/shots"
 for show in blue_moon blue_moon_grading harbour harbour_night studio; do
     cp "$tests/configs/tables/config.ocio" "$work/shows/$show.ocio"
 done
@@ -25,15 +25,15 @@ cp "$tests"/configs/tables/luts/* "$work/shows/luts"
 cat >"$work/tour.txt" <<TOUR
 panels on
 cursor 760 300
-screenshot $pictures/viewer.png
+screenshot $images/viewer.png
 panels off
 second-view Tavelion.linear
 wipe 0.5
-screenshot $pictures/wipe.png
+screenshot $images/wipe.png
 view Tavelion.Cineon
 difference-scale 200
 compare
-screenshot $pictures/difference.png
+screenshot $images/difference.png
 panels on
 layout single
 config shows/studio.ocio
@@ -43,7 +43,7 @@ press Down
 press Down
 press Down
 press Down
-screenshot $pictures/dialogue.png
+screenshot $images/dialogue.png
 quit
 TOUR
 cd "$work"

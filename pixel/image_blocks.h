@@ -8,7 +8,7 @@
 #include "pixel/block.h"
 #include "pixel/stage.h"
 
-/// What packed and planar pictures have in common on their way through blocks.
+/// What packed and planar images have in common on their way through blocks.
 namespace pixel {
 
 /// Rows at least this wide are worth blocks of their own when there are gaps between rows.
@@ -42,7 +42,7 @@ inline std::size_t pixels_before_line(const float* pixels, std::size_t channels)
     return 0;
 }
 
-/// Walks over a picture in pieces that do not cross a row.
+/// Walks over an image in pieces that do not cross a row.
 class Walk {
 public:
     Walk(std::size_t width, std::size_t height) : width_(width), total_(width * height) {}
@@ -63,7 +63,7 @@ private:
 };
 
 /// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or
-/// the picture ends.
+/// the image ends.
 template <class F>
 std::size_t for_block(Walk& walk, std::size_t limit, F&& piece) {
     std::size_t filled = 0;

@@ -5,15 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "viewer/picture.h"
+#include "viewer/image.h"
 
 namespace viewer {
 
 /// Files to look at, one at a time. Each is read when it is first wanted; the last few stay in memory, as far
 /// as there is room.
-class PictureList {
+class ImageList {
 public:
-    using Handle = std::shared_ptr<const Picture>;
+    using Handle = std::shared_ptr<const Image>;
 
     /// Refuses images with more pixels than that a side from now on.
     void set_max_side(int pixels) { max_side = pixels; }
@@ -23,7 +23,7 @@ public:
     /// cannot be read.
     void open(const std::string& path);
     /// Goes on by so many files, round and round. One that cannot be read is gone to as well: it becomes the
-    /// fault, and the picture stays what it was.
+    /// fault, and the image stays what it was.
     void step(int by);
     /// Has a file that changed read again: at once when it is the current one, else when it is wanted.
     void refresh(const std::string& path);
@@ -31,8 +31,8 @@ public:
     const std::vector<std::string>& get_paths() const { return paths; }
     /// The file gone to last; empty before.
     const std::string& get_current_path() const { return current; }
-    /// The picture read last; null before the first.
-    const Handle& get_picture() const { return picture; }
+    /// The image read last; null before the first.
+    const Handle& get_image() const { return image; }
     /// What is wrong with the current file, in words; empty when nothing is.
     const std::string& get_fault() const { return fault; }
 
@@ -44,7 +44,7 @@ private:
     int max_side = std::numeric_limits<int>::max();
     std::vector<std::string> paths;
     std::string current;
-    Handle picture;
+    Handle image;
     std::string fault;
     std::vector<Handle> held; ///< The last ones wanted, the latest behind.
 };

@@ -1,4 +1,4 @@
-#include "viewer/picture.h"
+#include "viewer/image.h"
 
 #include <new>
 
@@ -8,7 +8,7 @@
 
 #include "diagnostics/failure.h"
 #include "image/color_group.h"
-#include "image/picture_reader.h"
+#include "image/image_reader.h"
 #include "image/pixel_codec.h"
 #include "image/pixel_layout.h"
 #include "image/reader_process.h"
@@ -67,9 +67,9 @@ void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_si
 
 } // namespace
 
-Picture load_picture(const std::string& path, int max_side) {
+Image load_image(const std::string& path, int max_side) {
     image::ReaderProcess process;
-    image::PictureReader reader(path, process);
+    image::ImageReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
     check_size(path, spec, max_side);
     const image::ColorGroup color = choose_color(spec);
@@ -77,14 +77,14 @@ Picture load_picture(const std::string& path, int max_side) {
     image::PixelBuffer pixels;
     reader.read_part(0, pixels);
 
-    Picture picture;
-    picture.path = path;
-    picture.width = spec.width;
-    picture.height = spec.height;
-    picture.channels = name_channels(spec, color);
+    Image image;
+    image.path = path;
+    image.width = spec.width;
+    image.height = spec.height;
+    image.channels = name_channels(spec, color);
     const auto width = static_cast<std::size_t>(spec.width);
     try {
-        picture.rgba.assign(width * static_cast<std::size_t>(spec.height) * image::WORKING_CHANNELS, 1.0f);
+        image.rgba.assign(width * static_cast<std::size_t>(spec.height) * image::WORKING_CHANNELS, 1.0f);
     } catch (const std::bad_alloc&) {
         fail(path, "no memory for its pixels");
     }
@@ -94,9 +94,9 @@ Picture load_picture(const std::string& path, int max_side) {
             if (color.channels[i] != image::ColorGroup::NONE)
                 decode_row(pixels.data() + row * width * layout.pixel_bytes, layout, color.channels[i],
                            spec.width,
-                           &picture.rgba[row * width * image::WORKING_CHANNELS + static_cast<size_t>(i)]);
+                           &image.rgba[row * width * image::WORKING_CHANNELS + static_cast<size_t>(i)]);
     });
-    return picture;
+    return image;
 }
 
 } // namespace viewer

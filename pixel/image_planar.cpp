@@ -1,11 +1,11 @@
-#include "pixel/picture.h"
+#include "pixel/image.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
+#include "pixel/image_blocks.h"
 #include "pixel/kernels.h"
-#include "pixel/picture_blocks.h"
 
 namespace pixel {
 
@@ -23,7 +23,7 @@ bool needs_alpha(const Stage& stage) {
     return std::holds_alternative<MatrixStage>(stage) || std::holds_alternative<ToeStage>(stage);
 }
 
-/// The shape that all planes of a picture have.
+/// The shape that all planes of an image have.
 struct PlaneShape {
     std::size_t width, height;
     std::ptrdiff_t row_stride; ///< in floats
@@ -45,7 +45,7 @@ bool planes_meet(const float* a, const float* b, const PlaneShape& shape) {
 /// Converts planes block by block. Where rows are wide, and all planes reach cache lines at the same pixels,
 /// whole blocks are converted where they lie; pixels of narrow rows, and those before the first line and
 /// behind the last one of a row, are brought into a block of its own. So is everything where planes share
-/// memory, as those of a gray picture may: each channel is converted from what came in, and the last one
+/// memory, as those of a gray image may: each channel is converted from what came in, and the last one
 /// stays.
 class PlanarRun {
 public:

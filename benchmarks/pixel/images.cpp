@@ -1,4 +1,4 @@
-#include "benchmarks/pixel/pictures.h"
+#include "benchmarks/pixel/images.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,8 +8,8 @@
 #include <OpenImageIO/imageio.h>
 
 #include "files/replacement.h"
+#include "image/image_reader.h"
 #include "image/output_file.h"
-#include "image/picture_reader.h"
 #include "image/pixel_layout.h"
 
 namespace image {
@@ -18,10 +18,10 @@ struct FormatAbilities;
 
 /// An image file being written, part by part in order, and replaced whole or not at all. Throws
 /// diagnostics::Failure with the file and the reason.
-class PictureWriter {
+class ImageWriter {
 public:
-    explicit PictureWriter(const std::string& path);
-    ~PictureWriter();
+    explicit ImageWriter(const std::string& path);
+    ~ImageWriter();
 
     /// Opens part `index` of `parts`, and answers its spec as the format took it.
     const OIIO::ImageSpec& open_part(const std::vector<PartHeader>& parts, unsigned int index,

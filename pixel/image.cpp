@@ -1,10 +1,10 @@
-#include "pixel/picture.h"
+#include "pixel/image.h"
 
 #include <algorithm>
 #include <cstring>
 
+#include "pixel/image_blocks.h"
 #include "pixel/kernels.h"
-#include "pixel/picture_blocks.h"
 
 namespace pixel {
 
