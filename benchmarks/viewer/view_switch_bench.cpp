@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
+#include "image/reader_server.h"
 #include "tool/console.h"
 #include "viewer/conversion_shader.h"
 #include "viewer/image_painter.h"
@@ -33,7 +34,7 @@ public:
         return bench;
     }
 
-    /// Conversions from scene-linear through a view, made anew: through each in turn.
+    /// Conversions from scene-linear through a view, made again each time: through each in turn.
     std::shared_ptr<const workflow::Conversion> make_conversion() {
         const std::vector<std::string>& views = host.get_views();
         workflow::ConversionRequest request;

@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto error = read_yaml(text, group_again);
     if (error || describe(group) != describe(group_again)) {
         std::fprintf(stderr, "%s%s\nread back from:\n%s\n", yaml.reason.c_str(),
-                     error.value_or(": other entries").c_str(), text.c_str());
+                     (error ? error->describe() : std::string(": other entries")).c_str(), text.c_str());
         std::abort();
     }
     return 0;

@@ -17,7 +17,8 @@ def exported_symbols(library):
     text = subprocess.run(["nm", "--dynamic", "--defined-only", "--demangle", library],
                           check=True, capture_output=True, text=True).stdout
     names = [line.split(maxsplit=2)[2] for line in text.splitlines()]
-    return sorted({re.sub(r"OpenColorIO(_v\w+)?::(v\d+::)?", "OpenColorIO::", name) for name in names})
+    names = [re.sub(r"OpenColorIO(_v\w+)?::(v\d+::)?", "OpenColorIO::", name) for name in names]
+    return sorted({name.replace("std::tr1::", "std::") for name in names})
 
 
 def main(library, listed, *options):

@@ -95,14 +95,17 @@ TEST_P(LiteralPaths, OfAViewAreTakenAsTheyAre) {
 }
 
 TEST_P(LiteralPaths, AreLookedForInTheOrderOfTheSearchPath) {
-    folder.write(GetParam() + "/shared/blue/half.spi1d", HALF);
-    const std::string root = folder.get_path() + "/" + GetParam();
-    EXPECT_EQ(ocio::locate_file(load(GetParam(), "half.spi1d"), "half.spi1d"),
-              root + "/shared/blue/half.spi1d");
-    ocio::clear_all_caches(); // OpenColorIO remembers which files exist.
-    folder.write(GetParam() + "/luts/half.spi1d", HALF);
-    EXPECT_EQ(ocio::locate_file(load(GetParam(), "half.spi1d"), "half.spi1d"), root + "/luts/half.spi1d");
-    EXPECT_EQ(ocio::locate_file(load(GetParam(), "half.spi1d"), "absent.spi1d"), "");
+    // Each file in a folder that no config looked into before: OpenColorIO 1.1 remembers which files are
+    // missing.
+    const std::string only_second = GetParam() + "/second", both = GetParam() + "/both";
+    for (const std::string& below : {only_second, both})
+        folder.write(below + "/shared/blue/half.spi1d", HALF);
+    folder.write(both + "/luts/half.spi1d", HALF);
+    EXPECT_EQ(ocio::locate_file(load(only_second, "half.spi1d"), "half.spi1d"),
+              folder.get_path() + "/" + only_second + "/shared/blue/half.spi1d");
+    EXPECT_EQ(ocio::locate_file(load(both, "half.spi1d"), "half.spi1d"),
+              folder.get_path() + "/" + both + "/luts/half.spi1d");
+    EXPECT_EQ(ocio::locate_file(load(both, "half.spi1d"), "absent.spi1d"), "");
 }
 
 TEST_P(LiteralPaths, AreNamedWhereTheFileIsMissing) {
