@@ -1,0 +1,47 @@
+#include "workflow/gpu_package.h"
+
+#include <filesystem>
+
+#include "tests/workflow/workflow_fixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::SizeIs;
+using workflow::ConversionRequest;
+
+using GpuPackages = WorkflowTest;
+
+TEST_F(GpuPackages, HoldTheTextAndItsLut) {
+    const workflow::Session session(show_options());
+    ConversionRequest request;
+    request.from = "lin";
+    request.view = "Monitor.Warm";
+    const workflow::Conversion conversion(session, request);
+    const workflow::GpuConversion package = workflow::make_gpu_conversion(conversion, gl::GlProfile::CORE);
+    EXPECT_THAT(package.text,
+                testing::ContainsRegex("vec4 OCIODisplay\\(in vec4 inPixel,[ \n]+const sampler3D lut3d\\)"));
+    EXPECT_EQ(package.edge, 32u);
+    EXPECT_THAT(package.lut, SizeIs(3u * 32 * 32 * 32));
+
+    const std::vector<std::string> files =
+        workflow::write_gpu_conversion(package, folder.file("made/package"));
+    EXPECT_THAT(files, SizeIs(3));
+    for (const std::string& file : files)
+        EXPECT_TRUE(std::filesystem::file_size(file) > 0) << file;
+}
+
+TEST_F(GpuPackages, FailWhereTheFolderCannotBeMade) {
+    const workflow::Session session(show_options());
+    ConversionRequest request;
+    request.from = "lin";
+    request.view = "Monitor.Warm";
+    const workflow::GpuConversion package =
+        workflow::make_gpu_conversion(workflow::Conversion(session, request), gl::GlProfile::LEGACY);
+    const std::string blocked = folder.write("file", "in the way");
+    const diagnostics::Diagnostic failure =
+        failure_of([&] { workflow::write_gpu_conversion(package, blocked + "/package"); });
+    EXPECT_THAT(failure.file, HasSubstr(blocked));
+}
+
+} // namespace
