@@ -123,7 +123,7 @@ ExitCode ExplainCommand::run(Console& console) {
                        {"destination", conversion.get_destination()}};
         if (shows_pixel)
             answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
-        answer.set("parts", std::move(list));
+        answer.set("parts", list);
         console.print(Json(answer).format());
         return EXIT_CODE_DONE;
     }
@@ -185,7 +185,7 @@ Json ExplainCommand::part_to_json(const workflow::ExplainedStage& part) const {
         answer.set("reason", part.how.reason.get_data());
     if (part.how.path == ColorIOEvaluation::PATH_VECTOR)
         answer.set("vector_target", part.how.vector_target.get_data());
-    answer.set("steps", std::move(steps));
+    answer.set("steps", steps);
     return answer;
 }
 
