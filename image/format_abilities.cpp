@@ -13,7 +13,7 @@ struct ConventionOfFormat {
     AlphaConvention convention;
 };
 
-/// Formats that do not keep color multiplied by alpha, as their own definitions say.
+/// Formats whose specification does not require color multiplied by alpha.
 constexpr ConventionOfFormat CONVENTIONS[] = {
     {"png", AlphaConvention::STRAIGHT},  {"targa", AlphaConvention::STRAIGHT},
     {"webp", AlphaConvention::STRAIGHT}, {"gif", AlphaConvention::STRAIGHT},
@@ -33,10 +33,10 @@ FormatAbilities get_format_abilities(const std::string& path) {
     const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
     if (!output) {
         const std::string reason = OIIO::geterror();
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                               fmt::format("cannot write '{}': {}", path,
-                                           reason.empty() ? "no format has that extension" : reason),
-                               path);
+        diagnostics::fail_file(
+            diagnostics::Code::IMAGE_UNSUPPORTED,
+            fmt::format("cannot write '{}': {}", path, reason.empty() ? "unknown file extension" : reason),
+            path);
     }
     const auto supports = [&](const char* feature) { return output->supports(feature) != 0; };
     FormatAbilities abilities;

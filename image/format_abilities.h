@@ -6,30 +6,30 @@
 
 namespace image {
 
-/// How a file format keeps color beside alpha.
+/// How a file format stores color of pixels with alpha.
 enum class AlphaConvention {
     ASSOCIATED, ///< Color is multiplied by alpha.
     STRAIGHT,   ///< Color is not multiplied by alpha.
-    EITHER      ///< The file says which.
+    EITHER      ///< Stated in the file.
 };
 
-/// What a format can keep of an image.
+/// What a file format supports, as OpenImageIO reports it.
 struct FormatAbilities {
     std::string name; ///< OpenImageIO's name of the format, for example "openexr".
     AlphaConvention alpha_convention;
     bool has_alpha;
-    bool has_any_channels;    ///< More than color and alpha, by name.
+    bool has_any_channels;    ///< Other channels than color and alpha, with names.
     bool has_channel_formats; ///< A type for each channel.
-    bool has_windows;         ///< A data window apart from the display window.
+    bool has_windows;         ///< A data window that differs from the display window.
     bool has_negative_origin; ///< Windows that start left of or above the origin.
     bool has_subimages;
-    bool has_levels;        ///< Levels of resolution under one subimage.
-    bool appends_subimages; ///< Subimages need not be told of in advance.
+    bool has_levels;        ///< Mipmap levels of a subimage.
+    bool appends_subimages; ///< Subimages can be added one by one; else all specs are needed first.
     bool has_tiles;
 };
 
-/// Asks the format that will write `path`, told by the extension. Throws diagnostics::Failure when there is
-/// none.
+/// The abilities of the format of `path`, which is selected by its extension. Throws diagnostics::Failure for
+/// an unknown extension.
 FormatAbilities get_format_abilities(const std::string& path);
 
 } // namespace image

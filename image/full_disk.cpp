@@ -11,7 +11,7 @@ namespace image {
 
 namespace {
 
-/// More than what is left in the last block of a file.
+/// More than the rest of the last block of a file, so that the disk has to provide a new one.
 constexpr std::size_t PROBE_BYTES = 1 << 20;
 
 } // namespace

@@ -4,8 +4,9 @@
 
 namespace image {
 
-/// Why nothing more can be written to the file at `path`, such as "No space left on device"; empty when more
-/// can. Appends to the file, which is of no use afterwards. For formats whose writers pass over the reason.
+/// The system's reason why nothing more can be written to the file at `path`: "No space left on device";
+/// empty if writing works. Appends 1 MiB of zeros, which makes the file unusable. For formats whose writers
+/// do not report the reason.
 std::string find_full_disk(const std::string& path);
 
 } // namespace image

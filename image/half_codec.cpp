@@ -16,7 +16,7 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Below AVX2 the vector library's own conversion does not know infinities, so the scalar one stays.
+// Below AVX2 Highway's conversion does not handle infinities, so the scalar code is used.
 #if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
 
 std::size_t decode_vectors(const std::uint16_t* halfs, float* floats, std::size_t count) {

@@ -11,15 +11,14 @@ namespace image {
 
 namespace {
 
-/// Parts in one file; a file that claims more is damaged or a film.
+/// Most subimages that are read of a file; files with more are damaged, or movies.
 constexpr int MAX_SUBIMAGES = 4096;
-/// Halving the largest possible side that often gives one pixel.
+/// Halving the largest possible side 32 times gives one pixel.
 constexpr int MAX_LEVELS = 32;
 
-/// How many bytes of pixels one byte of a file can become at most. Deflate makes 1032 bytes of one, run
-/// lengths some hundreds; a black DWA image of OpenEXR deflates what is a 32nd of its pixels already, and a
-/// pixel of PNG may be one bit that becomes four bytes. Formats that are not listed have no bound worth
-/// having.
+/// Largest number of bytes of pixels per byte of a file. Deflate expands by up to 1032, run-length coding by
+/// some hundreds. A black DWA image of OpenEXR is deflated after a reduction to a 32nd of its pixels, and a
+/// pixel of PNG can be one bit that becomes four bytes. Other formats have no useful limit.
 struct Expansion {
     const char* format;
     std::uint64_t factor;
@@ -28,7 +27,7 @@ constexpr Expansion EXPANSIONS[] = {
     {"openexr", 65536}, {"png", 65536},  {"dpx", 256},  {"cineon", 256},
     {"fits", 256},      {"targa", 1024}, {"sgi", 1024},
 };
-/// Images up to this size are read however small their file is.
+/// Images up to this size are not checked.
 constexpr std::uint64_t SMALL_IMAGE_BYTES = 64u << 20;
 
 void check_expansion(const std::string& path, const std::string& format, std::uint64_t pixel_bytes,
@@ -37,16 +36,16 @@ void check_expansion(const std::string& path, const std::string& format, std::ui
         return;
     for (const Expansion& entry : EXPANSIONS)
         if (format == entry.format && pixel_bytes / entry.factor > file_bytes)
-            fail_to_read(path, fmt::format("its header announces {:.1f} GB of pixels, too many for a file of "
+            fail_to_read(path, fmt::format("its header requires {:.1f} GB of pixels, too many for a file of "
                                            "{} bytes",
                                            static_cast<double>(pixel_bytes) / 1e9, file_bytes));
 }
 
 void check_spec(const std::string& path, const OIIO::ImageSpec& spec) {
     if (spec.deep)
-        fail_to_read(path, "it is a deep image; flatten it first");
+        fail_to_read(path, "deep images are not supported; flatten it first");
     if (spec.width < 1 || spec.height < 1 || spec.depth < 1 || spec.nchannels < 1)
-        fail_to_read(path, "it holds no pixels");
+        fail_to_read(path, "no pixels");
     const double gigabytes = static_cast<double>(spec.image_bytes(true)) / 1e9;
     if (gigabytes * 1e9 > static_cast<double>(OIIO::Sysutil::physical_memory()))
         fail_to_read(path, fmt::format("{} x {} pixels need {:.0f} GB, more than the memory of this machine",

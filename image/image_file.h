@@ -9,27 +9,28 @@
 
 namespace image {
 
-/// One subimage at one resolution level of an image file.
+/// One subimage at one mipmap level of an image file.
 struct PartHeader {
-    int subimage;
-    int level;
+    int subimage; ///< From 0.
+    int level;    ///< 0 is the full resolution.
     OIIO::ImageSpec spec;
 };
 
-/// An image file opened in this process. Colors come as the file holds them: straight alpha stays straight
-/// and is marked by the attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the
-/// reason. What OpenImageIO does on a hostile file may end the process: see ImageReader.
+/// An image file opened in this process. Colors are read as stored: straight alpha stays straight and is
+/// marked by the attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the
+/// reason. A damaged file can crash OpenImageIO and this process; see ImageReader. For one thread at a time.
 class ImageFile {
 public:
-    /// Reads all headers, and refuses those that announce more pixels than the file or the machine can hold.
+    /// Reads all headers. Throws for deep images and for more pixels than the file can contain or the memory
+    /// of the machine can hold.
     explicit ImageFile(const std::string& path);
     ~ImageFile();
 
     /// OpenImageIO's name of the format, for example "openexr".
     std::string get_format() const;
     const std::vector<PartHeader>& get_parts() const { return parts; }
-    /// Reads the pixels of a part in the layout of its spec, channels of different types included, to
-    /// `pixels`, which has room for `spec.image_bytes(true)` bytes.
+    /// Reads the pixels of part `index` in the layout of its spec, including channels of different types, to
+    /// `pixels`, which must have room for `spec.image_bytes(true)` bytes.
     void read_part(std::size_t index, std::byte* pixels);
 
 private:
@@ -40,7 +41,7 @@ private:
     std::vector<PartHeader> parts;
 };
 
-/// Throws diagnostics::Failure: "cannot read 'path': reason", without blanks and line ends behind the reason.
+/// Throws diagnostics::Failure: "cannot read 'path': reason". Removes spaces and line ends after the reason.
 [[noreturn]] void fail_to_read(const std::string& path, std::string reason);
 
 } // namespace image

@@ -12,12 +12,13 @@ namespace image {
 
 class ReaderProcess;
 
-/// An image file opened for reading, in a process of its own unless the user wants none (reads_in_process).
-/// Colors come as the file holds them: straight alpha stays straight and is marked by the attribute
-/// "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the reason.
+/// An image file opened for reading in a separate process, or in this one if the user wants so
+/// (reads_in_process). Colors are read as stored: straight alpha stays straight and is marked by the
+/// attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the reason. For one
+/// thread at a time.
 class ImageReader {
 public:
-    /// `process` must outlive the reader, and opens no other image meanwhile.
+    /// `process` must outlive the reader, and must not open another image before the reader ends.
     ImageReader(const std::string& path, ReaderProcess& process);
     ~ImageReader();
 
@@ -26,13 +27,13 @@ public:
     const std::string& get_format() const { return format; }
     const std::vector<PartHeader>& get_parts() const { return parts; }
     unsigned int count_subimages() const;
-    /// Reads the pixels of a part in the layout of its spec, channels of different types included.
+    /// Reads the pixels of part `index` in the layout of its spec, including channels of different types.
     void read_part(std::size_t index, PixelBuffer& pixels);
 
 private:
     std::string path;
     ReaderProcess& process;
-    std::unique_ptr<ImageFile> file; ///< When images are read in this process.
+    std::unique_ptr<ImageFile> file; ///< Null unless images are read in this process.
     std::string format;
     std::vector<PartHeader> parts;
 };

@@ -14,7 +14,7 @@ namespace image {
 
 namespace {
 
-/// The writers of some formats open files by their paths.
+/// The temporary file needs a name, because the writers of some formats open files by path.
 constexpr files::ReplacementRules PLACE_RULES{std::nullopt, false, true};
 
 std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& parts) {
@@ -25,8 +25,8 @@ std::vector<OIIO::ImageSpec> get_subimage_specs(const std::vector<PartHeader>& p
     return specs;
 }
 
-/// Writes tiles row by row and stops at the first row that fails. OpenImageIO goes on after it, and the next
-/// row waits for ever for the threads of the one that failed.
+/// Writes tiles row by row and stops at the first failure. OpenImageIO would go on, and the next row would
+/// wait forever for the threads of the failed one.
 bool write_tiles(OIIO::ImageOutput& output, OIIO::TypeDesc type, const std::byte* pixels) {
     const OIIO::ImageSpec& spec = output.spec();
     const bool as_the_file = type == OIIO::TypeUnknown;
@@ -46,7 +46,7 @@ bool write_tiles(OIIO::ImageOutput& output, OIIO::TypeDesc type, const std::byte
     return true;
 }
 
-/// TIFF goes back to its directory to add metadata, and its writer does not read through a proxy.
+/// TIFF reads its directory again to add metadata, and its writer does not read through a proxy.
 bool reads_while_it_writes(const OIIO::ImageOutput& output) {
     return std::string_view(output.format_name()) == "tiff";
 }
@@ -81,7 +81,7 @@ void ImageWriter::fail_with_format(const std::string& fallback) const {
 
 bool ImageWriter::open_first_part(const std::vector<PartHeader>& parts, const FormatAbilities& abilities) {
     const std::vector<OIIO::ImageSpec> specs = get_subimage_specs(parts);
-    // OpenEXR, the one format that wants to know all parts in advance, then opens the file itself.
+    // OpenEXR, the only format that needs the specs of all parts first, opens the file without a proxy then.
     if (specs.size() > 1 && !abilities.appends_subimages)
         return output->open(path, static_cast<int>(specs.size()), specs.data());
     if (output->supports("ioproxy") && !reads_while_it_writes(*output))
@@ -102,14 +102,14 @@ const OIIO::ImageSpec& ImageWriter::open_part(const std::vector<PartHeader>& par
                          is_level ? OIIO::ImageOutput::AppendMIPLevel : OIIO::ImageOutput::AppendSubimage);
     }
     if (!opened)
-        fail_with_format("it cannot be opened");
+        fail_with_format("cannot open the file");
     ++part_count;
     return output->spec();
 }
 
 void ImageWriter::write_part(const PixelBuffer& pixels) {
-    // Not every writer takes the unknown type for "as the file has it", which channels of different types
-    // need.
+    // The unknown type, which means the types of the spec, is only used where channels have different types:
+    // not every writer supports it.
     const OIIO::ImageSpec& spec = output->spec();
     const OIIO::TypeDesc type = spec.channelformats.empty() ? spec.format : OIIO::TypeDesc(OIIO::TypeUnknown);
     write_part_as(type, pixels);
@@ -119,13 +119,13 @@ void ImageWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) 
     const bool written = output->spec().tile_width > 0 ? write_tiles(*output, type, pixels.data())
                                                        : output->write_image(type, pixels.data());
     if (!written)
-        fail_with_format("its pixels cannot be written");
+        fail_with_format("cannot write its pixels");
 }
 
 void ImageWriter::close() {
     if (!output->close())
-        fail_with_format("it cannot be finished");
-    output.reset(); // a writer of several levels finishes its file only then
+        fail_with_format("cannot close the file");
+    output.reset(); // with mipmap levels the writer finishes the file only now
     const std::string damage = file ? file->finish() : find_damage(path, part_count);
     if (!damage.empty()) {
         const std::string of_disk = file ? "" : find_full_disk(path);

@@ -16,21 +16,22 @@ namespace image {
 
 struct FormatAbilities;
 
-/// An image file being written, part by part in order, and replaced whole or not at all. Throws
-/// diagnostics::Failure with the file and the reason.
+/// Writes an image file part by part, in order, to a temporary file; `close` replaces the target. Throws
+/// diagnostics::Failure with the file and the reason. For one thread at a time.
 class ImageWriter {
 public:
     explicit ImageWriter(const std::string& path);
     ~ImageWriter();
 
-    /// Opens part `index` of `parts`, and answers its spec as the format took it.
+    /// Opens part `index` of `parts`. Returns its spec as changed by the format, which may support other
+    /// types only; valid until the next part is opened.
     const OIIO::ImageSpec& open_part(const std::vector<PartHeader>& parts, unsigned int index,
                                      const FormatAbilities& abilities);
-    /// Pixels in the layout of that spec.
+    /// Writes the pixels of the open part, in the layout of that spec.
     void write_part(const PixelBuffer& pixels);
-    /// Pixels whose channels all have `type`; the format converts them to its own.
+    /// Writes the pixels of the open part, whose channels all have `type`, and converts them to that spec.
     void write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels);
-    /// Finishes the file and puts it in its place; without it the old file, if any, stays.
+    /// Finishes the file and replaces the target. Without it the target stays unchanged.
     void close();
 
 private:
@@ -39,10 +40,10 @@ private:
     [[noreturn]] void fail_with_format(const std::string& fallback) const;
 
     files::Replacement place;
-    std::string name;               ///< As the user knows the file.
-    std::string path;               ///< Where it is written until it is complete.
-    std::optional<OutputFile> file; ///< Of formats that write through it; the others open `path` themselves.
-    std::unique_ptr<OIIO::ImageOutput> output; ///< Goes before the file.
+    std::string name;                          ///< Path of the target, for messages.
+    std::string path;                          ///< Path of the temporary file.
+    std::optional<OutputFile> file;            ///< Empty for formats whose writers open `path` themselves.
+    std::unique_ptr<OIIO::ImageOutput> output; ///< Destroyed before `file`, which it uses.
     std::size_t part_count = 0;
 };
 

@@ -6,7 +6,7 @@ namespace image {
 
 namespace {
 
-/// The numbers of a spec, in the order of a message.
+/// The numbers of a spec, in their order in a message.
 constexpr int OIIO::ImageSpec::*NUMBERS[] = {
     &OIIO::ImageSpec::x,           &OIIO::ImageSpec::y,
     &OIIO::ImageSpec::z,           &OIIO::ImageSpec::width,
@@ -19,7 +19,7 @@ constexpr int OIIO::ImageSpec::*NUMBERS[] = {
     &OIIO::ImageSpec::z_channel,
 };
 
-/// TypeDesc as a plain value: it has constructors, so that it is written member by member.
+/// TypeDesc as a plain value. TypeDesc itself has constructors and cannot be copied as bytes.
 struct PlainType {
     unsigned char basetype, aggregate, semantics;
     int array_length;
@@ -41,7 +41,7 @@ void add_type(MessageWriter& message, OIIO::TypeDesc type) {
 OIIO::TypeDesc get_type(MessageReader& message) {
     const auto plain = message.get<PlainType>();
     if (plain.basetype > OIIO::TypeDesc::STRING || plain.array_length < 0)
-        throw MessageError("an unknown type");
+        throw MessageError("unknown type");
     return OIIO::TypeDesc(static_cast<OIIO::TypeDesc::BASETYPE>(plain.basetype),
                           static_cast<OIIO::TypeDesc::AGGREGATE>(plain.aggregate),
                           static_cast<OIIO::TypeDesc::VECSEMANTICS>(plain.semantics), plain.array_length);
@@ -101,7 +101,7 @@ void MessageWriter::add_attribute(const OIIO::ParamValue& attribute) {
 
 const char* MessageReader::take(std::size_t size) {
     if (size > bytes.size() - position)
-        throw MessageError("it ends too early");
+        throw MessageError("truncated message");
     position += size;
     return bytes.data() + position - size;
 }
@@ -109,7 +109,7 @@ const char* MessageReader::take(std::size_t size) {
 std::size_t MessageReader::get_count(std::size_t entry_bytes) {
     const auto count = get<std::size_t>();
     if (count > (bytes.size() - position) / entry_bytes)
-        throw MessageError("it ends too early");
+        throw MessageError("truncated message");
     return count;
 }
 
@@ -138,11 +138,11 @@ void MessageReader::get_attribute(OIIO::ImageSpec& spec) {
     const std::string name = get_text();
     const OIIO::TypeDesc type = get_type(*this);
     const auto count = get<int>();
-    // A type's size is at most some thousands of bytes per value, unless the message is damaged.
+    // Reject damaged messages whose sizes would overflow.
     if (count < 1 || type.aggregate < 1 || type.aggregate > OIIO::TypeDesc::MATRIX44 ||
         type.basetype <= OIIO::TypeDesc::NONE ||
         type.size() > std::numeric_limits<std::size_t>::max() / (static_cast<std::size_t>(count) + 1))
-        throw MessageError("an attribute of no size");
+        throw MessageError("invalid size of an attribute");
     const auto values = static_cast<std::size_t>(count);
     if (type.basetype != OIIO::TypeDesc::STRING) {
         spec.extra_attribs.emplace_back(name, type, count, take(type.size() * values));
@@ -151,7 +151,7 @@ void MessageReader::get_attribute(OIIO::ImageSpec& spec) {
     std::vector<OIIO::ustring> texts;
     const std::size_t total = values * type.numelements() * type.aggregate;
     if (total > (bytes.size() - position) / sizeof(std::size_t))
-        throw MessageError("it ends too early");
+        throw MessageError("truncated message");
     for (std::size_t i = 0; i < total; ++i)
         texts.emplace_back(get_text());
     spec.extra_attribs.emplace_back(name, type, count, texts.data());

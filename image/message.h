@@ -12,14 +12,14 @@
 
 namespace image {
 
-/// Thrown by MessageReader when a message ends too early or holds what no message holds.
+/// Thrown by MessageReader for a truncated or invalid message.
 class MessageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Builds a message between two processes of the same machine: plain values in their own representation,
-/// texts and lists with their count in front.
+/// Builds a message between two processes of the same machine: plain values as their bytes, texts and lists
+/// preceded by their count.
 class MessageWriter {
 public:
     template <class Value>
@@ -29,7 +29,7 @@ public:
     }
     void add_text(const std::string& text);
     void add_bytes(const void* bytes, std::size_t size);
-    /// Everything that a spec holds but attributes that point somewhere.
+    /// Adds a spec; leaves out attributes that contain pointers.
     void add_spec(const OIIO::ImageSpec& spec);
 
     const std::vector<char>& get_bytes() const { return bytes; }
@@ -40,7 +40,7 @@ private:
     std::vector<char> bytes;
 };
 
-/// Reads such a message in the same order; trusts nothing in it. Throws MessageError.
+/// Reads a message of MessageWriter in the same order. Safe with any bytes. Throws MessageError.
 class MessageReader {
 public:
     explicit MessageReader(std::vector<char> message) : bytes(std::move(message)) {}
@@ -54,7 +54,8 @@ public:
     }
     std::string get_text();
     OIIO::ImageSpec get_spec();
-    /// A count of entries that take at least `entry_bytes` each in what is left of the message.
+    /// Reads the count of a list. Throws if the rest of the message is shorter than that many entries of at
+    /// least `entry_bytes` bytes.
     std::size_t get_count(std::size_t entry_bytes);
 
 private:

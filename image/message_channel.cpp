@@ -13,7 +13,7 @@ namespace image {
 
 namespace {
 
-/// Metadata of an image take a few kilobytes, its thumbnail and color profile some megabytes.
+/// Metadata of an image takes some kilobytes; a thumbnail and an ICC profile take some megabytes.
 constexpr std::uint64_t MAX_MESSAGE_BYTES = 512u << 20;
 constexpr int POLL_MILLISECONDS = 20;
 
@@ -81,7 +81,7 @@ bool MessageChannel::wait_for_bytes(const std::function<bool()>& goes_on) const 
         if (ready > 0)
             return true;
         if (ready < 0 && errno != EINTR)
-            return true; // reading shows what is wrong
+            return true; // the following read reports the error
         if (goes_on && !goes_on())
             return false;
     }

@@ -6,23 +6,23 @@
 
 namespace image {
 
-/// One end of a connection over which two processes send each other messages, one at a time, each with a
-/// descriptor or without. Does not own the socket.
+/// One end of a connection on which two processes exchange messages, each with or without a file descriptor.
+/// Does not own the socket. For one thread at a time.
 class MessageChannel {
 public:
     explicit MessageChannel(int socket) : socket(socket) {}
 
     struct Received {
         std::vector<char> bytes;
-        int descriptor = -1; ///< The receiver closes it.
+        int descriptor = -1; ///< Owned by the receiver; -1 for none.
     };
-    /// What became of an attempt to receive.
+    /// Result of `receive`.
     enum class Outcome { RECEIVED, CLOSED, GIVEN_UP };
 
-    /// False when the other end is gone.
+    /// Sends a message; does not take over `descriptor`. Returns false when the other end is closed.
     bool send(const std::vector<char>& bytes, int descriptor = -1) const;
-    /// Waits for a message. Asks `goes_on` now and then, and gives up when it says no; empty waits for ever.
-    /// A message that cannot be one counts as the end of the connection.
+    /// Waits for a message. Calls `goes_on` every 20 ms and gives up when it returns false; an empty one
+    /// waits forever. An invalid message counts as a closed connection.
     Outcome receive(Received& message, const std::function<bool()>& goes_on = {}) const;
 
 private:

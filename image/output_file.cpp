@@ -12,10 +12,11 @@ namespace image {
 
 namespace {
 
-/// Pieces smaller than this are gathered: some formats write a few bytes at a time.
+/// Smaller pieces are collected before they are written: some formats write a few bytes at a time.
 constexpr size_t BUFFER_SIZE = 64 * 1024;
 
-/// Calls `transfer(done)` for what is left until all `size` bytes went through; how many did.
+/// Calls `transfer(done)`, which transfers bytes from position `done` on, until all `size` bytes are done or
+/// it fails. Returns the number of bytes done.
 template <class Transfer>
 size_t transfer_all(size_t size, const Transfer& transfer) {
     size_t done = 0;
@@ -74,7 +75,7 @@ void OutputFile::write_pending() const {
 void OutputFile::write_out(const char* bytes, size_t size, int64_t offset) const {
     if (size == 0 || !get_failure().empty())
         return;
-    const int errno_before = errno; // OpenEXR's writer looks there for failures too
+    const int errno_before = errno; // restored below, because OpenEXR's writer takes errors from errno
     const size_t written = transfer_all(size, [&](size_t done) {
         return ::pwrite(descriptor, bytes + done, size - done, offset + static_cast<off_t>(done));
     });

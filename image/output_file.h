@@ -9,18 +9,19 @@
 
 namespace image {
 
-/// The file that a format's writer writes to. The writers of some formats pass over failed writes, that of
-/// JPEG ends the process, and that of OpenEXR's tiles waits for ever. So no write fails here: the first
-/// failure is remembered for the end, and nothing is written after it.
+/// The file that OpenImageIO's writers write to. On a failed write some writers ignore the failure, that of
+/// JPEG ends the process, and that of tiled OpenEXR waits forever. Therefore `write` never reports a failure:
+/// the first one is stored for `finish`, and nothing more is written.
 class OutputFile : public OIIO::Filesystem::IOProxy {
 public:
-    /// Empties the file at `path`, which must exist.
+    /// Opens and truncates the file at `path`, which must exist.
     explicit OutputFile(const std::string& path);
     ~OutputFile() override;
 
-    /// Writes what is still in memory and closes the file. Answers why it is not whole; empty when it is.
+    /// Writes the rest of the buffer and closes the file. Returns the reason of the first failure; empty if
+    /// the file is complete.
     std::string finish();
-    /// Why a write failed so far; empty when none did.
+    /// Reason of the first failed write; empty for none. Thread-safe.
     std::string get_failure() const;
 
     const char* proxytype() const override { return "tool"; }
@@ -33,13 +34,13 @@ public:
     size_t size() const override;
 
 private:
-    /// Writes at once, unless a write failed before.
+    /// Writes without the buffer. Does nothing after a failure.
     void write_out(const char* bytes, size_t size, int64_t offset) const;
     void write_pending() const;
     void remember_failure() const;
 
     int descriptor;
-    mutable std::vector<char> pending; ///< Belongs in front of the current position.
+    mutable std::vector<char> pending; ///< Unwritten bytes that end at the current position.
     mutable std::string failure;
     mutable std::mutex failure_mutex;
 };

@@ -14,10 +14,10 @@ namespace image {
 
 namespace {
 
-/// Working pixels of a band: their 16 bytes each stay in the cache of one core.
+/// Pixels of a band: 256 KiB of working pixels, which stay in the cache of a core.
 constexpr std::int64_t BAND_PIXELS = 16384;
 
-/// Neighbouring components in neighboring channels of one type.
+/// Consecutive components in consecutive channels of one type.
 struct ChannelRun {
     int component;
     int count;
@@ -25,12 +25,12 @@ struct ChannelRun {
     std::size_t offset;
 };
 
-/// Joins what lies side by side. `channels` holds a channel per component, or NONE.
+/// Joins consecutive channels. `channels` has a channel for each component, or NONE.
 std::vector<ChannelRun> find_runs(const PixelLayout& layout, const int (&channels)[4]) {
     std::vector<ChannelRun> runs;
     for (int component = 0; component < 4; ++component) {
         const int channel = channels[component];
-        if (channel == ColorGroup::NONE)
+        if (channel == ColorLayer::NONE)
             continue;
         const auto index = static_cast<std::size_t>(channel);
         const bool continues = !runs.empty() && runs.back().component + runs.back().count == component &&
@@ -44,13 +44,13 @@ std::vector<ChannelRun> find_runs(const PixelLayout& layout, const int (&channel
     return runs;
 }
 
-/// Copies of a data channel.
+/// A data channel that is copied.
 struct ChannelCopy {
     int source;
     int target;
 };
 
-/// Everything that every band of one part needs.
+/// Converts bands of rows of one part. `convert_rows` may be called by several threads at once.
 class BandConverter {
 public:
     BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
@@ -58,14 +58,14 @@ public:
 
     std::int64_t count_rows() const { return rows; }
     unsigned int get_width() const { return width; }
-    /// Converts the rows from `begin` to below `end` of the area that both windows share.
+    /// Converts rows [begin, end) of the intersection of both data windows.
     void convert_rows(std::int64_t begin, std::int64_t end) const;
 
 private:
-    void plan_groups();
+    void plan_layers();
     const std::byte* get_source_row(std::int64_t row) const;
     std::byte* get_target_row(std::int64_t row) const;
-    void convert_group(std::size_t group, std::int64_t begin, std::int64_t end, float* working) const;
+    void convert_layer(std::size_t layer, std::int64_t begin, std::int64_t end, float* working) const;
     void undo_alpha(float* working, std::size_t pixels) const;
     void redo_alpha(float* working, std::size_t pixels) const;
     void copy_data(std::int64_t begin, std::int64_t end) const;
@@ -99,26 +99,26 @@ BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffe
     const int bottom = std::min(input_spec.y + input_spec.height, output_spec.y + output_spec.height);
     if (right > left && bottom > top) {
         width = static_cast<unsigned int>(right - left);
-        rows = std::int64_t(bottom - top) * input_spec.depth; // slices of a volume follow each other
+        rows = std::int64_t(bottom - top) * input_spec.depth; // the slices of a volume are stored in a row
     }
     source += static_cast<std::size_t>(std::max(0, top - input_spec.y)) * input_row_bytes +
               static_cast<std::size_t>(std::max(0, left - input_spec.x)) * input_layout.pixel_bytes;
     target += static_cast<std::size_t>(std::max(0, top - output_spec.y)) * output_row_bytes +
               static_cast<std::size_t>(std::max(0, left - output_spec.x)) * output_layout.pixel_bytes;
-    plan_groups();
+    plan_layers();
 }
 
-void BandConverter::plan_groups() {
-    for (std::size_t group = 0; group < plan.groups.size(); ++group) {
-        input_runs.push_back(find_runs(input_layout, plan.groups[group].channels));
-        int targets[4] = {ColorGroup::NONE, ColorGroup::NONE, ColorGroup::NONE, ColorGroup::NONE};
+void BandConverter::plan_layers() {
+    for (std::size_t layer = 0; layer < plan.layers.size(); ++layer) {
+        input_runs.push_back(find_runs(input_layout, plan.layers[layer].channels));
+        int targets[4] = {ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE};
         for (std::size_t i = 0; i < plan.channels.size(); ++i)
-            if (plan.channels[i].group == static_cast<int>(group))
+            if (plan.channels[i].layer == static_cast<int>(layer))
                 targets[plan.channels[i].component] = static_cast<int>(i);
         output_runs.push_back(find_runs(output_layout, targets));
     }
     for (std::size_t i = 0; i < plan.channels.size(); ++i)
-        if (plan.channels[i].group == ColorGroup::NONE)
+        if (plan.channels[i].layer == ColorLayer::NONE)
             copies.push_back({plan.channels[i].source, static_cast<int>(i)});
 }
 
@@ -133,24 +133,24 @@ std::byte* BandConverter::get_target_row(std::int64_t row) const {
 void BandConverter::convert_rows(std::int64_t begin, std::int64_t end) const {
     thread_local std::vector<float> working;
     working.resize(static_cast<std::size_t>(end - begin) * width * WORKING_CHANNELS);
-    for (std::size_t group = 0; group < plan.groups.size(); ++group)
-        convert_group(group, begin, end, working.data());
+    for (std::size_t layer = 0; layer < plan.layers.size(); ++layer)
+        convert_layer(layer, begin, end, working.data());
     if (!in_place)
         copy_data(begin, end);
 }
 
-void BandConverter::convert_group(std::size_t group, std::int64_t begin, std::int64_t end,
+void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::int64_t end,
                                   float* working) const {
     const std::size_t row_floats = std::size_t(width) * WORKING_CHANNELS;
     const std::size_t pixels = static_cast<std::size_t>(end - begin) * width;
-    const bool has_alpha = plan.groups[group].has_alpha();
+    const bool has_alpha = plan.layers[layer].has_alpha();
     if (!has_alpha)
         for (std::size_t i = 0; i < pixels; ++i)
             working[i * WORKING_CHANNELS + 3] = 1.0f;
 
     float* row_start = working;
     for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
-        for (const ChannelRun& run : input_runs[group])
+        for (const ChannelRun& run : input_runs[layer])
             decode_channels(run.type, get_source_row(row) + run.offset, input_layout.pixel_bytes, run.count,
                             width, row_start + run.component);
 
@@ -163,12 +163,12 @@ void BandConverter::convert_group(std::size_t group, std::int64_t begin, std::in
 
     row_start = working;
     for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
-        for (const ChannelRun& run : output_runs[group])
+        for (const ChannelRun& run : output_runs[layer])
             encode_channels(run.type, row_start + run.component, run.count, width,
                             get_target_row(row) + run.offset, output_layout.pixel_bytes);
 }
 
-/// Multiplies the color of each pixel by a factor made of its alpha.
+/// Multiplies the color of each pixel by `get_factor(alpha)`.
 template <class GetFactor>
 void scale_colors(float* working, std::size_t pixels, const GetFactor& get_factor) {
     for (float* pixel = working; pixel != working + pixels * WORKING_CHANNELS; pixel += WORKING_CHANNELS) {
@@ -251,7 +251,7 @@ void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, 
         [&](std::int64_t begin, std::int64_t end) {
             try {
                 convert_band(begin, end);
-            } catch (...) { // the pool's threads let nothing pass; it is thrown again below
+            } catch (...) { // exceptions must not leave the threads of the pool; thrown again below
                 std::lock_guard<std::mutex> lock(mutex);
                 failure = std::current_exception();
             }

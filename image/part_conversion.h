@@ -11,15 +11,15 @@ namespace image {
 /// threads at once; may throw.
 using ConvertRows = std::function<void(float* rgba, unsigned int width, unsigned int height)>;
 
-/// Makes the pixels of a planned part: colors through `convert` (an empty one leaves them), band of rows by
-/// band of rows on up to `threads` threads; all other channels as they are. `output_spec` is the plan's spec
-/// as the format took it. Where it and the input have the same layout `target` may be `source`. Pixels
-/// outside the input's data window become zero. Throws what `convert` throws.
+/// Writes the pixels of a planned part to `target`: colors converted by `convert` (unchanged if it is empty),
+/// in bands of rows on up to `threads` threads; data channels copied. `output_spec` is the spec that
+/// ImageWriter::open_part returned, and `target` must have its size. `target` may be `source` if
+/// can_convert_in_place. Pixels outside the input's data window become 0. Throws what `convert` throws.
 void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
                   const OIIO::ImageSpec& output_spec, const ConvertRows& convert, int threads,
                   PixelBuffer& target);
 
-/// True when `convert_part` may work in place.
+/// True when the input and the output have the same layout, so that `convert_part` can work in place.
 bool can_convert_in_place(const OIIO::ImageSpec& input_spec, const PartPlan& plan,
                           const OIIO::ImageSpec& output_spec);
 

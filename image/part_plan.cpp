@@ -12,33 +12,34 @@ namespace {
 
 constexpr char STRAIGHT_ALPHA[] = "oiio:UnassociatedAlpha";
 
-/// Finds the group and component that `channel` is; the first group wins.
-PlannedChannel plan_channel(const std::vector<ColorGroup>& groups, int channel) {
-    for (std::size_t group = 0; group < groups.size(); ++group)
+/// Finds the layer and component of `channel`. A channel of several layers belongs to the first one.
+PlannedChannel plan_channel(const std::vector<ColorLayer>& layers, int channel) {
+    for (std::size_t layer = 0; layer < layers.size(); ++layer)
         for (int component = 0; component < 4; ++component)
-            if (groups[group].channels[component] == channel)
-                return {channel, static_cast<int>(group), component};
-    return {channel, ColorGroup::NONE, 0};
+            if (layers[layer].channels[component] == channel)
+                return {channel, static_cast<int>(layer), component};
+    return {channel, ColorLayer::NONE, 0};
 }
 
-/// A gray that the conversion tints becomes three channels in its place.
+/// With `widen_gray` a gray channel is replaced by three channels.
 std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input,
-                                              const std::vector<ColorGroup>& groups, bool widen_gray) {
+                                              const std::vector<ColorLayer>& layers, bool widen_gray) {
     std::vector<PlannedChannel> channels;
     for (int channel = 0; channel < input.nchannels; ++channel) {
-        const PlannedChannel planned = plan_channel(groups, channel);
+        const PlannedChannel planned = plan_channel(layers, channel);
         channels.push_back(planned);
-        if (widen_gray && planned.group == 0 && planned.component == 0)
+        if (widen_gray && planned.layer == 0 && planned.component == 0)
             for (int component : {1, 2})
                 channels.push_back({channel, 0, component});
     }
     return channels;
 }
 
-/// Keeps the channels that the format has room for, the first color in front.
+/// Removes the channels that the format does not support, and notes their names. Without support for named
+/// channels sorts the others as red, green, blue, alpha.
 void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
     const auto fits = [&](const PlannedChannel& channel) {
-        if (channel.group != 0)
+        if (channel.layer != 0)
             return abilities.has_any_channels;
         return channel.component < 3 || abilities.has_alpha;
     };
@@ -54,27 +55,28 @@ void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abiliti
             return a.component < b.component;
         });
     if (!lost.empty())
-        plan.notes.push_back(fmt::format("{} has no room for the channels {}", abilities.name, lost));
+        plan.notes.push_back(
+            fmt::format("{} does not support the channels {}: they are not written", abilities.name, lost));
     plan.channels = std::move(kept);
 }
 
 std::string get_output_name(const OIIO::ImageSpec& input, const PlannedChannel& channel, bool widen_gray,
                             bool plain) {
     static constexpr const char* PLAIN_NAMES[] = {"R", "G", "B", "A"};
-    const bool is_color = channel.group == 0 && channel.component < 4;
+    const bool is_color = channel.layer == 0 && channel.component < 4;
     if (is_color && (widen_gray || plain))
         return PLAIN_NAMES[channel.component];
     return input.channel_name(channel.source);
 }
 
 bool is_color(const PlannedChannel& channel) {
-    return channel.group != ColorGroup::NONE;
+    return channel.layer != ColorLayer::NONE;
 }
 
 void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilities, bool widen_gray,
                      OIIO::TypeDesc depth, PartPlan& plan) {
     OIIO::ImageSpec& spec = plan.spec;
-    const bool is_gray = !plan.groups.empty() && plan.groups.front().is_gray() && !widen_gray;
+    const bool is_gray = !plan.layers.empty() && plan.layers.front().is_gray() && !widen_gray;
     const bool plain = !abilities.has_any_channels && !is_gray;
     spec.nchannels = static_cast<int>(plan.channels.size());
     spec.channelnames.clear();
@@ -85,7 +87,7 @@ void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilit
         spec.channelnames.push_back(get_output_name(input, channel, widen_gray, plain));
         const bool wanted = depth != OIIO::TypeUnknown && is_color(channel);
         spec.channelformats.push_back(wanted ? depth : input.channelformat(channel.source));
-        if (channel.group == 0 && channel.component == 3)
+        if (channel.layer == 0 && channel.component == 3)
             spec.alpha_channel = i;
         if (channel.source == input.z_channel && !is_color(channel))
             spec.z_channel = i;
@@ -114,7 +116,8 @@ void settle_windows(const OIIO::ImageSpec& input, const std::string& input_forma
         return;
     if (data.xbegin != display.xbegin || data.ybegin != display.ybegin || data.width() != display.width() ||
         data.height() != display.height())
-        plan.notes.push_back(fmt::format("{} has no data window: the display window of {} x {} is written",
+        plan.notes.push_back(fmt::format("{} does not support data windows: the display window of {} x {} is "
+                                         "written",
                                          abilities.name, display.width(), display.height()));
     spec.x = spec.full_x = input.full_x;
     spec.y = spec.full_y = input.full_y;
@@ -124,8 +127,8 @@ void settle_windows(const OIIO::ImageSpec& input, const std::string& input_forma
 
 void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities, AlphaRule rule,
                   PartPlan& plan) {
-    const bool has_alpha = std::any_of(plan.groups.begin(), plan.groups.end(),
-                                       [](const ColorGroup& group) { return group.has_alpha(); });
+    const bool has_alpha = std::any_of(plan.layers.begin(), plan.layers.end(),
+                                       [](const ColorLayer& layer) { return layer.has_alpha(); });
     if (!has_alpha) {
         plan.spec.erase_attribute(STRAIGHT_ALPHA);
         return;
@@ -151,18 +154,18 @@ PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format
                    const FormatAbilities& abilities, const OutputWishes& wishes) {
     PartPlan plan;
     plan.spec = input;
-    plan.groups = find_color_groups(input);
+    plan.layers = find_color_layers(input);
     const bool widen_gray =
-        !plan.groups.empty() && plan.groups.front().is_gray() && !wishes.neutrals_stay_neutral;
-    plan.channels = plan_all_channels(input, plan.groups, widen_gray);
-    if (!plan.groups.empty())
+        !plan.layers.empty() && plan.layers.front().is_gray() && !wishes.neutrals_stay_neutral;
+    plan.channels = plan_all_channels(input, plan.layers, widen_gray);
+    if (!plan.layers.empty())
         keep_what_fits(input, abilities, plan);
     settle_channels(input, abilities, widen_gray, wishes.depth, plan);
     settle_windows(input, input_format, abilities, plan);
     settle_alpha(input, abilities, wishes.alpha_rule, plan);
     if (!abilities.has_tiles)
         plan.spec.tile_width = plan.spec.tile_height = plan.spec.tile_depth = 0;
-    if (!plan.groups.empty())
+    if (!plan.layers.empty())
         remove_stale_color_metadata(plan.spec, wishes.color_space_tag, wishes.keeps_space, plan.notes);
     const bool same_depth =
         plan.spec.format == input.format && plan.spec.channelformats == input.channelformats;

@@ -5,47 +5,48 @@
 
 #include <OpenImageIO/imageio.h>
 
-#include "image/color_group.h"
+#include "image/color_layer.h"
 #include "image/format_abilities.h"
 
 namespace image {
 
-/// Whether color is divided by alpha for the conversion and multiplied again after it.
+/// Whether color is divided by alpha before the conversion and multiplied again after it.
 enum class AlphaRule {
-    AS_THE_FILE_SAYS, ///< Where the file keeps color multiplied by alpha.
+    AS_THE_FILE_SAYS, ///< If the file is premultiplied.
     DIVIDE,
     DO_NOT_DIVIDE
 };
 
-/// What is wanted of a written image.
+/// Options for the output of a conversion.
 struct OutputWishes {
-    OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Of color and alpha; unknown keeps the input's.
+    OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Type of color and alpha; unknown for the input's types.
     AlphaRule alpha_rule = AlphaRule::AS_THE_FILE_SAYS;
-    std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty leaves it as it is.
-    bool keeps_space = false;    ///< The colors stay in the space that the input is in.
+    std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty keeps color metadata.
+    bool keeps_space = false;    ///< The output has the color space of the input.
     bool neutrals_stay_neutral = true; ///< Gray images stay gray; else they become red, green and blue.
 };
 
-/// Where one channel of the written image comes from.
+/// Source of one channel of the output.
 struct PlannedChannel {
     int source;    ///< Channel of the input.
-    int group;     ///< Position among the color groups; ColorGroup::NONE for data.
-    int component; ///< 0 to 3 in that group.
+    int layer;     ///< Position in `PartPlan::layers`; ColorLayer::NONE for data.
+    int component; ///< 0 to 3: red, green, blue, alpha.
 };
 
-/// How one part of an image becomes a part of the written one.
+/// How to write one part of an image.
 struct PartPlan {
-    OIIO::ImageSpec spec; ///< As asked of the format, which may still change the types.
-    std::vector<ColorGroup> groups;
+    OIIO::ImageSpec spec; ///< Requested spec; the format may change the types.
+    std::vector<ColorLayer> layers;
     std::vector<PlannedChannel> channels;
     bool divides_by_alpha = false;    ///< Before the conversion.
-    bool multiplies_by_alpha = false; ///< After it.
-    bool associates_alpha = false;    ///< After it, where the input's alpha was straight.
-    bool straightens_alpha = false;   ///< After it, where the input's alpha was associated.
-    std::vector<std::string> notes;   ///< What the user should know: what the format cannot keep.
+    bool multiplies_by_alpha = false; ///< After the conversion, except where alpha is 0.
+    bool associates_alpha = false;    ///< After the conversion, to store straight color premultiplied.
+    bool straightens_alpha = false;   ///< After the conversion, to store premultiplied color straight.
+    std::vector<std::string> notes;   ///< What the output format does not support.
 };
 
-/// Plans the writing of a part with spec `input` of a file of format `input_format`.
+/// Plans how to write a part with spec `input`, read from a file of format `input_format`, to a file with
+/// `abilities`.
 PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format,
                    const FormatAbilities& abilities, const OutputWishes& wishes);
 

@@ -13,7 +13,7 @@ namespace image {
 
 namespace {
 
-/// Halfs are converted in runs of this many.
+/// Number of halfs that are converted at a time.
 constexpr std::size_t HALF_RUN = 1024;
 
 template <class Integer>
@@ -60,7 +60,7 @@ bool is_dense(std::size_t stride, int channels) {
     return channels == WORKING_CHANNELS && stride == WORKING_CHANNELS * sizeof(std::uint16_t);
 }
 
-/// Gathers the channels side by side, converts them in one go, and spreads them over the working row.
+/// Copies the channels together, converts them at once, and distributes them over the working row.
 void decode_half_values(const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
                         float* target) {
     std::uint16_t halfs[HALF_RUN];

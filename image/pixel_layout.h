@@ -10,7 +10,7 @@
 
 namespace image {
 
-/// How the channels of one interleaved pixel lie in memory; each channel has its own type.
+/// Memory layout of an interleaved pixel whose channels may have different types.
 struct PixelLayout {
     std::vector<OIIO::TypeDesc> types;
     std::vector<std::size_t> offsets; ///< In bytes, from the start of the pixel.
@@ -22,19 +22,19 @@ struct PixelLayout {
     bool operator!=(const PixelLayout& other) const { return !(*this == other); }
 };
 
-/// Storage for the pixels of an image. It keeps what it has when less is wanted, so that a sequence of equal
-/// images allocates once. Contents are indeterminate after `resize`.
+/// Storage for the pixels of an image. It does not release memory when it shrinks, so that a sequence of
+/// equal images allocates once.
 class PixelBuffer {
 public:
-    /// Throws std::bad_alloc.
+    /// Sets the size in bytes; the contents are indeterminate afterwards. Throws std::bad_alloc.
     void resize(std::size_t wanted);
     std::size_t size() const { return used; }
     std::byte* data() { return shared.data() != nullptr ? shared.data() : bytes.get(); }
     const std::byte* data() const { return shared.data() != nullptr ? shared.data() : bytes.get(); }
 
-    /// Takes pixels from another process as the contents, in place of memory of its own.
+    /// Takes over memory with pixels from another process, of which the first `wanted` bytes are used.
     void share(SharedMemory memory, std::size_t wanted);
-    /// Gives that memory away; afterwards the buffer is empty if it had any.
+    /// Releases that memory, and returns it. The buffer is empty afterwards if it had any.
     SharedMemory release_shared();
 
 private:

@@ -27,15 +27,15 @@ namespace image {
 
 namespace {
 
-/// Memory for headers, metadata and what a format's library keeps.
+/// Memory for headers, metadata and the internal data of image libraries.
 constexpr rlim_t GENERAL_BYTES = rlim_t(1) << 30;
-/// Copies of the pixels that a format's library makes, at 32 bits for a channel of 8 in some.
+/// Copies of the pixels made by image libraries, some of which use 32 bits for a channel of 8.
 constexpr rlim_t COPIES_OF_PIXELS = 6;
-/// Threads for each core that OpenImageIO and OpenEXR start, and the stack of each.
+/// Threads per core that OpenImageIO and OpenEXR start, and the stack of a thread.
 constexpr rlim_t THREADS_PER_CORE = 2;
 constexpr rlim_t STACK_BYTES = rlim_t(8) << 20;
 
-/// Bytes of memory of its own that the process may write to now, as RLIMIT_DATA counts them.
+/// Current size of the private writable memory of the process, as limited by RLIMIT_DATA.
 rlim_t get_data_bytes() {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;)
@@ -55,8 +55,9 @@ void set_limit(decltype(RLIMIT_DATA) resource, rlim_t wanted) {
     setrlimit(resource, &limit);
 }
 
-/// What holds for every image: no dump of a crash, no more rights, and the first victim where memory runs
-/// out. The limit of file sizes counts for shared memory too, and this process writes no files.
+/// Restrictions for all images: no core dumps, no new privileges, and the first process to be killed when
+/// memory runs out. The limit on file sizes is lifted because it also applies to shared memory; this process
+/// writes no files.
 void restrict_process() {
     std::signal(SIGXFSZ, SIG_IGN);
     set_limit(RLIMIT_CORE, 0);
@@ -95,7 +96,7 @@ private:
             const std::string folder = reader.get_text();
             path = reader.get_text();
             if (!folder.empty() && chdir(folder.c_str()) != 0 && path[0] != '/')
-                fail_to_read(path, fmt::format("the folder '{}' cannot be entered", folder));
+                fail_to_read(path, fmt::format("cannot change to the folder '{}'", folder));
             open(reader.get<int>(), answer);
         } else {
             read(reader.get<std::uint32_t>(), request.descriptor, new_memory);
@@ -124,7 +125,7 @@ private:
 
     void read(std::size_t index, int descriptor, int& new_memory) {
         if (!file || index >= file->get_parts().size())
-            throw MessageError("no such part");
+            throw MessageError("invalid part");
         const OIIO::ImageSpec& spec = file->get_parts()[index].spec;
         const std::size_t bytes = spec.image_bytes(true);
         try {
@@ -139,8 +140,8 @@ private:
         }
     }
 
-    /// Sees to room for the pixels; answers the descriptor of new memory, or -1 where that of the program
-    /// does.
+    /// Takes over the program's memory, or allocates new memory if that is missing or too small. Returns the
+    /// descriptor of new memory, else -1.
     int take_memory(std::size_t bytes, int descriptor) {
         if (descriptor >= 0 && memory.is_same(descriptor)) {
             close(descriptor);
@@ -182,7 +183,7 @@ void serve_images(int socket) {
     restrict_process();
     try {
         ReaderLoop(socket).run();
-    } catch (...) { // a message that is none; the program finds the connection closed
+    } catch (...) { // an invalid message; the program finds the connection closed
     }
     _exit(0);
 }

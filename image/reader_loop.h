@@ -2,8 +2,8 @@
 
 namespace image {
 
-/// Reads images for the program at the other end of `socket`, one at a time, within limits on memory; what a
-/// reader process does until the program closes its end. The process must have no other threads.
+/// Main loop of a reader process: reads images for the program at the other end of `socket`, one at a time
+/// and within limits on memory, until the program closes its end. The process must not have other threads.
 [[noreturn]] void serve_images(int socket);
 
 } // namespace image

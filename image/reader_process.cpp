@@ -23,7 +23,7 @@ namespace {
 
 using Duration = std::chrono::duration<double>;
 
-/// Processor time that a process has used; nothing when it is gone.
+/// Processor time that a process has used; 0 when it does not exist.
 Duration get_processor_time(pid_t process) {
     clockid_t clock;
     timespec time = {};
@@ -45,7 +45,7 @@ std::string describe_end(int status) {
 ReaderProcess::~ReaderProcess() {
     try {
         end();
-    } catch (...) { // no memory to say how it ended, which nobody asks here
+    } catch (...) { // no memory for the description, which is not used here
     }
 }
 
@@ -64,20 +64,20 @@ void ReaderProcess::start() {
         return;
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-        fail_to_read(path, fmt::format("no connection to an image reader: {}", std::strerror(errno)));
+        fail_to_read(path, fmt::format("cannot connect to an image reader: {}", std::strerror(errno)));
     socket = ends[0];
-    std::string fault;
+    std::string reason;
     try {
         process = start_reader(ends[1]);
     } catch (const std::runtime_error& error) {
-        fault = error.what();
+        reason = error.what();
     }
     ::close(ends[1]);
     if (process == 0) {
         end();
-        fail_to_read(path, fmt::format("no image reader can be started: {}; COLORIO_READ_IN_PROCESS=1 reads "
-                                       "without one, which a damaged image can crash",
-                                       fault));
+        fail_to_read(path, fmt::format("cannot start an image reader: {}; COLORIO_READ_IN_PROCESS=1 reads "
+                                       "without one, but a damaged image can then crash this process",
+                                       reason));
     }
 }
 
@@ -105,7 +105,7 @@ MessageReader ReaderProcess::ask(const MessageWriter& request, ReaderAnswer want
     };
     const MessageChannel channel(socket);
     channel.send(request.get_bytes(), memory != nullptr ? memory->get_descriptor() : -1);
-    MessageChannel::Received answer; // a reader that is gone shows here
+    MessageChannel::Received answer; // also reports a reader that has ended
     const MessageChannel::Outcome outcome = channel.receive(answer, is_in_time);
     if (outcome == MessageChannel::Outcome::GIVEN_UP) {
         end();
@@ -124,7 +124,7 @@ MessageReader ReaderProcess::ask(const MessageWriter& request, ReaderAnswer want
     if (kind == ReaderAnswer::FAILED)
         diagnostics::fail_file(diagnostics::Code::IMAGE_UNREADABLE, reader.get_text(), path);
     if (kind != wanted)
-        throw MessageError("it answers something else");
+        throw MessageError("unexpected kind of answer");
     return reader;
 }
 
@@ -134,7 +134,7 @@ auto ReaderProcess::exchange(const Exchange& messages) {
         return messages();
     } catch (const MessageError& error) {
         end();
-        fail_to_read(path, fmt::format("the answer of the image reader is damaged: {}", error.what()));
+        fail_to_read(path, fmt::format("invalid answer of the image reader: {}", error.what()));
     } catch (const std::system_error& error) {
         end();
         fail_to_read(path, fmt::format("no memory for its pixels: {}", error.code().message()));
@@ -161,7 +161,7 @@ ReaderProcess::OpenedImage ReaderProcess::open(const std::string& image_path) {
             image.parts.push_back({subimage, level, answer.get_spec()});
         }
         if (image.parts.empty())
-            throw MessageError("it lists no parts");
+            throw MessageError("no parts");
         return image;
     });
 }
@@ -180,7 +180,7 @@ void ReaderProcess::read_part(std::size_t index, const OIIO::ImageSpec& spec, Pi
             limits.part_processor_time + megabytes * limits.processor_time_per_megabyte,
             limits.part_time + megabytes * limits.time_per_megabyte, &memory, bytes);
         if (memory.size() < bytes)
-            throw MessageError("it hands over no pixels");
+            throw MessageError("no pixels");
     });
     pixels.share(std::move(memory), bytes);
 }

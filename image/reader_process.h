@@ -14,22 +14,23 @@
 
 namespace image {
 
-/// How long one image may take. Processor time shows a runaway, time on the clock one that waits for ever.
+/// Limits on the time to read an image. Processor time detects endless loops, elapsed time endless waits.
 struct ReaderLimits {
     std::chrono::duration<double> header_processor_time{20};
     std::chrono::duration<double> header_time{60};
     std::chrono::duration<double> part_processor_time{20};
     std::chrono::duration<double> part_time{60};
-    /// For every megabyte of pixels, on top of that for a part.
+    /// Added to the limits of a part for each megabyte of its pixels.
     std::chrono::duration<double> processor_time_per_megabyte{0.5};
     std::chrono::duration<double> time_per_megabyte{2};
 };
 
-/// A process that reads images for this one and hands their pixels over in shared memory, so that a crash or
-/// a runaway of OpenImageIO is an error like any other. It starts with the first image, serves any number of
-/// them one after the other, is replaced when it had to be ended, and ends with this object.
+/// A process that reads images for this one and returns their pixels in shared memory, so that a crash or an
+/// endless loop of OpenImageIO is reported as an error. It starts with the first image, reads one image after
+/// the other, is started again after a crash or a timeout, and ends with this object.
 ///
-/// Needs start_reader_server. Throws diagnostics::Failure with the file and the reason. One thread at a time.
+/// Needs start_reader_server. Throws diagnostics::Failure with the file and the reason. For one thread at a
+/// time.
 class ReaderProcess {
 public:
     explicit ReaderProcess(const ReaderLimits& limits = {}) : limits(limits) {}
@@ -38,31 +39,33 @@ public:
     ReaderProcess& operator=(const ReaderProcess&) = delete;
 
     struct OpenedImage {
-        std::string format;
+        std::string format; ///< OpenImageIO's name of the format.
         std::vector<PartHeader> parts;
     };
-    /// Opens an image in place of the one before. Later calls of `read_part` read it.
+    /// Opens an image for `read_part`; closes the previous one.
     OpenedImage open(const std::string& path);
-    /// Reads pixels of the image; those of `pixels` become memory that both processes see.
+    /// Reads the pixels of part `index` of the open image, whose spec is `spec`, into shared memory that
+    /// `pixels` takes over.
     void read_part(std::size_t index, const OIIO::ImageSpec& spec, PixelBuffer& pixels);
 
-    /// Starts the process, if there is none yet; false where that fails. True when images are read in this
-    /// process.
+    /// Starts the process, if it is not running. Returns false when it cannot be started, and true when
+    /// images are read in this process (reads_in_process).
     bool is_ready();
-    /// 0 while there is none.
+    /// 0 while the process is not running.
     pid_t get_process_id() const { return process; }
 
 private:
     using Duration = std::chrono::duration<double>;
 
     void start();
-    /// How the process ended, for the user. Leaves none.
+    /// Ends the process. Returns a description of how it ended, for the user.
     std::string end();
-    /// Sends a request, with `memory` where there is one, and waits for the answer as long as the times
-    /// allow; new memory of at least `memory_bytes` bytes that comes with it takes the place of `memory`.
+    /// Sends a request, with `memory` unless it is null, and waits for the answer within the time limits. If
+    /// the answer comes with new memory of at least `memory_bytes` bytes, it replaces `memory`.
     MessageReader ask(const MessageWriter& request, ReaderAnswer wanted, Duration processor_time,
                       Duration time, SharedMemory* memory = nullptr, std::size_t memory_bytes = 0);
-    /// Calls `messages`, and makes failures of what is wrong with messages.
+    /// Calls `messages`, and converts its exceptions about invalid messages and memory to
+    /// diagnostics::Failure.
     template <class Exchange>
     auto exchange(const Exchange& messages);
 

@@ -25,11 +25,12 @@ namespace {
 
 constexpr char IN_PROCESS_VARIABLE[] = "COLORIO_READ_IN_PROCESS";
 
-/// What the program asks of the server: to start a reader (0), or to end the one with that id.
+/// Request to the server: 0 to start a reader, else the id of the reader to end.
 struct Order {
     pid_t reader;
 };
-/// The reader's id, or minus the number of the error; the status with which it ended.
+/// Answer to a start: the id of the reader, or the negative error number. To an end: the status of the
+/// reader.
 struct Answer {
     int value;
 };
@@ -38,7 +39,7 @@ struct Answer {
 struct ServerConnection {
     std::mutex mutex;
     int socket = -1;
-    int error = 0; ///< Why there is no server.
+    int error = 0; ///< Error number of a failed start.
 };
 
 ServerConnection& get_connection() {
@@ -46,8 +47,8 @@ ServerConnection& get_connection() {
     return connection;
 }
 
-/// Leaves open nothing but `socket`, as descriptor 3. Nobody waits for the end of a pipe that this process
-/// holds, and what libraries print goes nowhere.
+/// Closes all descriptors but `socket`, which becomes 3, so that this process keeps no pipe open. Discards
+/// what libraries print. Returns 3.
 int leave_only(int socket) {
     constexpr int KEPT = STDERR_FILENO + 1;
     if (socket < KEPT)
@@ -61,7 +62,7 @@ int leave_only(int socket) {
     return KEPT;
 }
 
-/// Lets signals act as in a new program.
+/// Resets signal handlers and the signal mask.
 void reset_signals() {
     for (int number = 1; number < NSIG; ++number)
         std::signal(number, SIG_DFL);
@@ -101,7 +102,7 @@ private:
         return reader;
     }
 
-    /// A reader that ended keeps its id until here, so that none of a stranger is signaled.
+    /// A reader that has ended keeps its id until waitpid, so that no other process can be signaled.
     int end(pid_t reader) {
         const auto known = std::find(readers.begin(), readers.end(), reader);
         if (known == readers.end())

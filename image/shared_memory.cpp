@@ -71,7 +71,7 @@ bool SharedMemory::is_same(int other_descriptor) const {
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
 }
 
-/// `filled`: the pages exist already, so that mapping all of them at once saves a fault for each.
+/// With `filled` maps all pages at once, which saves a page fault for each; they must exist already.
 void SharedMemory::map(bool filled) {
     void* place = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED | (filled ? MAP_POPULATE : 0),
                        descriptor, 0);

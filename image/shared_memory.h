@@ -4,15 +4,15 @@
 
 namespace image {
 
-/// Memory that two processes see, kept alive by either of them. Its size never changes, so that no process
-/// can take pages away from the other.
+/// Memory shared by two processes, which exists as long as one of them uses it. Its size is fixed, so that
+/// neither process can remove pages that the other uses.
 class SharedMemory {
 public:
     SharedMemory() = default;
-    /// Throws std::system_error.
+    /// Allocates `wanted` bytes. Throws std::system_error.
     explicit SharedMemory(std::size_t wanted);
-    /// Takes over a descriptor from another process. Throws std::system_error when it is not memory of at
-    /// least `wanted` bytes whose size is fixed.
+    /// Takes over a descriptor from another process. Throws std::system_error unless it is memory of a fixed
+    /// size of at least `wanted` bytes.
     SharedMemory(int received_descriptor, std::size_t wanted);
     ~SharedMemory();
     SharedMemory(SharedMemory&& other) noexcept;
@@ -20,7 +20,7 @@ public:
 
     std::byte* data() const { return address; }
     std::size_t size() const { return length; }
-    /// -1 without memory.
+    /// Descriptor to send to the other process; -1 without memory.
     int get_descriptor() const { return descriptor; }
     /// True when `other_descriptor` is the same memory.
     bool is_same(int other_descriptor) const;

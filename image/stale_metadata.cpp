@@ -6,12 +6,12 @@ namespace image {
 
 namespace {
 
-/// Say how the former colors were to be read; a reader that believed them would show the new ones wrongly.
+/// Attributes that describe the old color space; readers that use them would show the new colors wrongly.
 constexpr const char* COLOR_DESCRIPTIONS[] = {
     "ICCProfile", "chromaticities", "adoptedNeutral", "acesImageContainerFlag", "whiteLuminance",
 };
 
-/// Computed from the former pixels, or saying the same as "oiio:ColorSpace".
+/// Attributes that were computed from the old pixels, or duplicate "oiio:ColorSpace".
 constexpr const char* DERIVED[] = {
     "oiio:Gamma",      "Exif:ColorSpace",    "Exif:Gamma",          "png:iCCP",
     "oiio:SHA-1",      "oiio:ConstantColor", "oiio:ConstantAlpha",  "oiio:AverageColor",
@@ -26,7 +26,7 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
             removed += std::string(removed.empty() ? "" : ", ") + name;
         }
     if (!removed.empty())
-        notes.push_back(fmt::format("left out, as it described the former colors: {}", removed));
+        notes.push_back(fmt::format("removed metadata of the old color space: {}", removed));
     spec.erase_attribute("^ICC:.*");
 }
 

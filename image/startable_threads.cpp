@@ -23,7 +23,7 @@ int count_startable_threads(int wanted) {
                 std::unique_lock<std::mutex> lock(mutex);
                 end.wait(lock, [&] { return ended; });
             });
-    } catch (const std::system_error&) { // those that started are all there is room for
+    } catch (const std::system_error&) { // no more threads can be started
     }
     {
         std::lock_guard<std::mutex> lock(mutex);
@@ -36,7 +36,7 @@ int count_startable_threads(int wanted) {
 }
 
 int limit_threads(int wanted) {
-    // OpenImageIO starts one thread less than it is given, as the caller works too; OpenEXR starts all.
+    // OpenImageIO starts one thread fewer than requested, because the caller works too; OpenEXR starts all.
     const int startable = count_startable_threads(2 * wanted - 1);
     const int threads = startable == 2 * wanted - 1 ? wanted : std::max(1, startable / 2);
     const bool none = startable < 2 * threads - 1;

@@ -2,12 +2,12 @@
 
 namespace image {
 
-/// How many of `wanted` threads besides this one can be started now. Where the system has no room for more,
-/// starting them would end the process or leave a thread pool half made.
+/// How many of `wanted` additional threads can be started now. Beyond the limits of the system thread pools
+/// would end the process or stay incomplete.
 int count_startable_threads(int wanted);
 
-/// Sets the threads of OpenImageIO and OpenEXR to `wanted` for one image, or to fewer where not so many can
-/// be started; answers their count, which is at least 1.
+/// Sets the number of threads of OpenImageIO and OpenEXR to `wanted`, or to fewer if the system cannot start
+/// that many. Returns the number, which is at least 1.
 int limit_threads(int wanted);
 
 } // namespace image

@@ -12,7 +12,7 @@ namespace image {
 
 namespace {
 
-/// Where the last step of `step` that starts in [begin, begin + length) starts.
+/// Start of the last tile, of side `step`, in [begin, begin + length).
 int get_last_start(int begin, int length, int step) {
     return begin + (length - 1) / step * step;
 }
@@ -43,7 +43,8 @@ bool read_edges(OIIO::ImageInput& input, int subimage, int level) {
 }
 
 std::string explain(const std::string& reason) {
-    return fmt::format("it cannot be read back, as on a full disk{}{}", reason.empty() ? "" : ": ", reason);
+    return fmt::format("the written file cannot be read back (is the disk full?){}{}",
+                       reason.empty() ? "" : ": ", reason);
 }
 
 } // namespace
@@ -58,7 +59,9 @@ std::string find_damage(const std::string& path, std::size_t part_count) {
             if (!read_edges(*input, subimage, level))
                 return explain(input->geterror());
     input->geterror(); // what seeking past the last part left there
-    return found == part_count ? "" : fmt::format("it holds {} parts instead of {}", found, part_count);
+    return found == part_count
+               ? ""
+               : fmt::format("the written file has {} parts instead of {}", found, part_count);
 }
 
 } // namespace image

@@ -25,17 +25,23 @@ using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
 constexpr char EXAMPLES[] = R"(  colorio cdl add warm --values 1.1,1,0.9/0,0,0/1,1,1/1
   colorio cdl add shot grades.ccc:shot_010
 
-A CDL made from a file follows that file: it has the numbers that the file holds when it is used.)";
+A CDL added from a file is a reference to it: later edits of the file take effect.)";
 
-/// The one extension whose documents the module searches for an id.
+/// The module looks up color corrections by id in files with this extension only.
 constexpr char COLLECTION_EXTENSION[] = "ccc";
 
 class CdlAddCommand : public Command {
 public:
-    explicit CdlAddCommand(Options& program) : Command(program, "add", "Add a CDL of your own", EXAMPLES) {
-        options.add("name", name, "Name of the CDL").required();
-        const Option file = options.add("file", source, "FILE or FILE:ID of a .cc, .ccc or .cdl file");
-        options.add("--values", values, "SLOPE/OFFSET/POWER/SATURATION instead of a file").excludes(file);
+    explicit CdlAddCommand(Options& program)
+        : Command(program, "add", "Add a CDL to the preferences", EXAMPLES) {
+        options.add("name", name, "name of the CDL").required();
+        const Option file =
+            options.add("file", source, "color correction in a .cc, .ccc or .cdl file: FILE or FILE:ID");
+        options
+            .add("--values", values,
+                 "numbers instead of a file: SLOPE/OFFSET/POWER/SATURATION, with red,green,blue for the "
+                 "first three")
+            .excludes(file);
         add_preference_options(options, session_options);
         session_options.builtin_only = true;
     }
@@ -75,12 +81,12 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
     const bool is_collection = SysFilesystem::get_file_extension(found.path.c_str()) == COLLECTION_EXTENSION;
     if (is_collection && found.id.empty())
         throw UsageError(fmt::format("'{}' is a collection", found.path),
-                         fmt::format("name a correction as {}:ID", found.path));
+                         fmt::format("choose a color correction: {}:ID", found.path));
     if (!correction.has_usual_names) {
         console.report(diagnostics::make_note(
             Code::CDL_INVALID,
             fmt::format("OpenColorIO does not accept the element names in '{}': the numbers are "
-                        "copied, and later edits of the file are not followed",
+                        "copied, and later edits of the file have no effect",
                         found.path)));
         return record;
     }
@@ -88,7 +94,7 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
         console.report(diagnostics::make_note(
             Code::CDL_ID_MISSING,
             fmt::format("ids are looked up in .ccc files only: the numbers are copied, and later "
-                        "edits of '{}' are not followed",
+                        "edits of '{}' have no effect",
                         found.path)));
         return record;
     }
@@ -97,14 +103,15 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
     return record;
 }
 
-/// The module keeps what it cannot use; the user is told instead, and nothing is saved.
+/// Throws diagnostics::Failure, and leaves the preferences unsaved, for a record that the module would store
+/// but cannot use.
 void CdlAddCommand::add(const ColorDecisionListDef& record) const {
     ColorIOManager& manager = *ColorIOManager::get_instance();
     CoreVector<ColorDecisionListDef> records = manager.get_tavelion_color_decision_lists();
     for (const ColorDecisionListDef& known : records)
         if (known.name.get_lower_case() == record.name.get_lower_case())
             diagnostics::fail(Code::NAME_DUPLICATE,
-                              fmt::format("there is a CDL '{}' already", known.name.view()),
+                              fmt::format("a CDL named '{}' already exists", known.name.view()),
                               known.is_builtin ? "" : "remove it with 'colorio cdl remove'");
     records.append(record);
     ColorIODiagnostics collector;

@@ -15,7 +15,7 @@ constexpr char EXAMPLES[] = R"(  colorio cdl list grades.ccc
 
 std::unique_ptr<Command> make_cdl_command(Options& program) {
     return std::make_unique<CommandGroup>(
-        program, "cdl", "Read and write color decision lists, and keep some of your own", EXAMPLES,
+        program, "cdl", "Read and write CDL files, and manage the CDLs of the preferences", EXAMPLES,
         std::vector<CommandGroup::MakeCommand>{make_cdl_list_command, make_cdl_show_command,
                                                make_cdl_write_command, make_cdl_add_command,
                                                make_cdl_remove_command});

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// The parts of "colorio cdl".
+// The subcommands of "colorio cdl".
 std::unique_ptr<Command> make_cdl_list_command(Options& program);
 std::unique_ptr<Command> make_cdl_show_command(Options& program);
 std::unique_ptr<Command> make_cdl_write_command(Options& program);

@@ -18,9 +18,9 @@ constexpr char EXAMPLES[] = R"(  colorio cdl list grades.ccc
 class CdlListCommand : public Command {
 public:
     explicit CdlListCommand(Options& program)
-        : Command(program, "list", "List the corrections of a .cc, .ccc or .cdl file", EXAMPLES) {
-        options.add("file", path, "File to read").required();
-        options.add_flag("--json", as_json, "Write JSON");
+        : Command(program, "list", "List the color corrections of a .cc, .ccc or .cdl file", EXAMPLES) {
+        options.add("file", path, "file to read").required();
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {

@@ -10,7 +10,7 @@ namespace {
 class CdlRemoveCommand : public RemoveCommand {
 public:
     explicit CdlRemoveCommand(Options& program)
-        : RemoveCommand(program, {"Remove one of your own CDLs", "name", "CDL to remove",
+        : RemoveCommand(program, {"Remove a CDL from the preferences", "name", "CDL to remove",
                                   "  colorio cdl remove warm"}) {}
 
 private:

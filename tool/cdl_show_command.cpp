@@ -19,9 +19,9 @@ constexpr char EXAMPLES[] = R"(  colorio cdl show warm.cc
 class CdlShowCommand : public Command {
 public:
     explicit CdlShowCommand(Options& program)
-        : Command(program, "show", "Show one correction with its descriptions", EXAMPLES) {
-        options.add("file", source, "FILE, for its first correction, or FILE:ID").required();
-        options.add_flag("--json", as_json, "Write JSON");
+        : Command(program, "show", "Show one color correction with its descriptions", EXAMPLES) {
+        options.add("file", source, "color correction to show: FILE (the first one) or FILE:ID").required();
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {

@@ -23,9 +23,9 @@ constexpr char EXAMPLES[] = R"(  colorio cdl write warm.cc --cdl warm=1.1,1,0.9/
   colorio cdl write warm.cc --cdl warm=1.125,1,0.9/0.01,0,0/1,1,1/0.85 --exact
   colorio cdl write all.ccc --collection --cdl a=1,1,1/0,0,0/1,1,1/0.8 --cdl b=2,2,2/0,0,0/1,1,1/1
 
-Without --exact numbers have one decimal, as the application's own documents do.)";
+Without --exact numbers are rounded to one decimal, as in the documents that hosts write.)";
 
-/// The number that a document changed most.
+/// The largest change of a number by rounding.
 struct Loss {
     float amount = 0.0f;
     float wanted = 0.0f;
@@ -60,7 +60,7 @@ Loss find_largest_loss(const std::vector<workflow::Correction>& wanted,
     return largest;
 }
 
-/// As a document with one decimal holds it.
+/// The color correction with its numbers rounded to one decimal.
 workflow::Correction round_numbers(workflow::Correction correction) {
     for (float* values : {correction.slope, correction.offset, correction.power})
         std::transform(values, values + 3, values, round_number);
@@ -71,16 +71,17 @@ workflow::Correction round_numbers(workflow::Correction correction) {
 class CdlWriteCommand : public Command {
 public:
     explicit CdlWriteCommand(Options& program)
-        : Command(program, "write", "Write corrections to a .cc or .ccc file", EXAMPLES) {
-        options.add("file", path, "File to write; replaced whole or not at all").required();
+        : Command(program, "write", "Write color corrections to a .cc or .ccc file", EXAMPLES) {
+        options.add("file", path, "file to write; an existing one is replaced only when writing succeeds")
+            .required();
         options
             .add("--cdl", texts,
-                 "NAME=SLOPE/OFFSET/POWER/SATURATION, three numbers each with commas between but the "
-                 "last; repeat it for a collection")
+                 "NAME=SLOPE/OFFSET/POWER/SATURATION; slope, offset and power: three comma-separated "
+                 "numbers; saturation: one. Repeat to write a collection")
             .required()
             .one_value_each();
-        options.add_flag("--collection", is_collection, "write a collection, even of one correction");
-        options.add_flag("--exact", is_exact, "write every digit");
+        options.add_flag("--collection", is_collection, "write a collection, even of one color correction");
+        options.add_flag("--exact", is_exact, "write every digit (default: one decimal)");
     }
 
     ExitCode run(Console& console) override {
@@ -113,10 +114,11 @@ std::vector<workflow::Correction> CdlWriteCommand::parse_corrections() const {
             throw UsageError(fmt::format("--cdl names '{}' twice", corrections.back().id));
     }
     if (corrections.size() > 1 && !is_collection)
-        throw UsageError("several corrections need --collection");
+        throw UsageError("several color corrections need --collection");
     const std::string reserved = ColorIOManager::s_default_CDL_name.get_data();
     if (names.count(reserved) > 0)
-        throw UsageError(fmt::format("'{}' means no correction and is never written", reserved));
+        throw UsageError(
+            fmt::format("'{}' is reserved for no color correction and cannot be written", reserved));
     return corrections;
 }
 
@@ -124,16 +126,16 @@ void CdlWriteCommand::write_rounded(const std::vector<workflow::Correction>& cor
                                     Console& console) const {
     CoreVector<ColorIOManager::ColorDecisionListDef> records;
     for (const workflow::Correction& correction : corrections) {
-        const std::string fault = workflow::find_invalid_number(round_numbers(correction));
-        if (!fault.empty())
+        const std::string problem = workflow::find_invalid_number(round_numbers(correction));
+        if (!problem.empty())
             diagnostics::fail(
                 diagnostics::Code::CDL_INVALID,
-                fmt::format("cannot write '{}': with one decimal, {} in '{}'", path, fault, correction.id),
+                fmt::format("cannot write '{}': with one decimal, {} in '{}'", path, problem, correction.id),
                 "--exact writes every digit");
         records.append(workflow::make_cdl_record(correction, correction.id));
     }
     ColorIOManager manager(nullptr);
-    errno = 0; // which the module leaves behind when the system has a reason
+    errno = 0; // the module leaves it set where the system has a reason
     if (!manager.create_XML_from_CDL(records, path.c_str(), is_collection))
         diagnostics::fail_file(
             diagnostics::Code::FILE_UNWRITABLE,

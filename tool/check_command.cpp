@@ -21,10 +21,10 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio check --config show.ocio
   OCIO=/shows/a/config.ocio colorio check --json)";
 
-/// Everything that the command found out.
+/// The result of a check.
 struct Findings {
     workflow::ConfigSource source;
-    diagnostics::Diagnostics messages;              ///< Of loading.
+    diagnostics::Diagnostics messages;              ///< Reported while the config was loaded.
     std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
     workflow::CheckReport report;
 
@@ -50,7 +50,7 @@ std::string join(const std::vector<std::string>& words, const char* separator) {
     return fmt::format("{}", fmt::join(words, separator));
 }
 
-/// What failures call their subject, in text and in JSON.
+/// The name of a kind of subject, in text and in JSON.
 struct SubjectNames {
     const char* text;
     const char* json;
@@ -88,7 +88,7 @@ std::string format_count(std::size_t count) {
     return count == 0 ? "none" : std::to_string(count);
 }
 
-/// "Views: 5 with a view transform, 2 with looks."; nothing where there are none.
+/// Prints "Views: 5 with a view transform, 2 with looks."; nothing when `counts` is empty.
 void print_counts(const char* start, const std::vector<std::string>& counts, const std::string& end,
                   Console& console) {
     if (!counts.empty())
@@ -129,7 +129,7 @@ void print_report(const workflow::CheckReport& report, Console& console) {
     print_other_trials(report, console);
 }
 
-/// Each diagnostic once, in the order of their first coming, with a count.
+/// Each different diagnostic once, in the order of first occurrence, with its count.
 std::vector<std::pair<diagnostics::Diagnostic, unsigned int>>
 count(const diagnostics::Diagnostics& messages) {
     std::vector<std::pair<diagnostics::Diagnostic, unsigned int>> counted;
@@ -208,9 +208,10 @@ Json findings_to_json(const Findings& findings) {
 class CheckCommand : public Command {
 public:
     explicit CheckCommand(Options& program)
-        : Command(program, "check", "Find what does not work in an OCIO config", EXAMPLES) {
+        : Command(program, "check", "Check that every color space, view and look of an OCIO config works",
+                  EXAMPLES) {
         add_session_options(options, session_options);
-        options.add_flag("--json", as_json, "Write JSON");
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {

@@ -22,14 +22,14 @@ void add_preference_reading_options(Options& options, SessionChoice& session) {
 
 void add_preference_options(Options& options, SessionChoice& session) {
     options.add("--prefs", session.preferences_path,
-                "Preference file to use instead of your own ('colorio prefs path')");
-    options.add_flag("-v,--verbose", session.verbose, "Show every message of the color management");
+                "preferences file to use (default: the one that 'colorio prefs path' prints)");
+    options.add_flag("-v,--verbose", session.verbose, "show every message of the log");
 }
 
 void add_config_option(Options& options, SessionChoice& session) {
     options.add("--config", session.config_path,
-                "OpenColorIO configuration file; without it the one that $OCIO names, then that of the "
-                "preferences, then the built-in one");
+                "OCIO config to use (default: $OCIO, then that of the preferences, then the built-in "
+                "config)");
 }
 
 } // namespace tool

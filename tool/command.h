@@ -20,20 +20,20 @@ class Command {
 public:
     virtual ~Command() = default;
 
-    /// Throws diagnostics::Failure; answers EXIT_CODE_FAILED when it went on after something had failed and
-    /// said so.
+    /// Throws diagnostics::Failure. Returns EXIT_CODE_FAILED after a failure that it reported itself, such as
+    /// one frame of a sequence.
     virtual ExitCode run(Console& console) = 0;
 
-    /// True when the command line names this command.
+    /// True when the parsed command line names this command.
     bool is_wanted() const { return options.is_wanted(); }
     std::string get_name() const { return options.get_name(); }
 
-    /// Adds what the user may leave out to `arguments`, of which this command's name is the first. Throws
-    /// UsageError where that shows a mistake.
+    /// Inserts what the user may leave out into `arguments`, which start with the name of this command.
+    /// Throws UsageError for an unknown or missing subcommand.
     virtual void complete_arguments(std::vector<std::string>& /*arguments*/) const {}
 
 protected:
-    /// `examples` are lines of the help text, each behind two blanks.
+    /// `examples` are lines of the help text, each indented by two spaces.
     Command(Options& program, const char* name, const char* description, const char* examples);
 
     Options options;
@@ -53,10 +53,11 @@ std::unique_ptr<Command> make_legacy_command(Options& program);
 
 /// Adds --config, --prefs, --no-prefs and --verbose.
 void add_session_options(Options& options, SessionChoice& session);
-/// Adds what `add_preference_options` adds, and --no-prefs: for commands that change nothing.
+/// Adds --prefs, --no-prefs and --verbose: for commands that only read preferences.
 void add_preference_reading_options(Options& options, SessionChoice& session);
-/// Adds what commands need that show or change preferences: --prefs and --verbose.
+/// Adds --prefs and --verbose: for commands that change preferences.
 void add_preference_options(Options& options, SessionChoice& session);
+/// Adds --config.
 void add_config_option(Options& options, SessionChoice& session);
 
 } // namespace tool

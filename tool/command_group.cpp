@@ -33,11 +33,11 @@ void CommandGroup::complete_arguments(std::vector<std::string>& arguments) const
         names.push_back(part->get_name());
     if (word.empty() || word.front() == '-') {
         if (default_part.empty())
-            throw UsageError(fmt::format("'{0}' needs one of {1}; see colorio {0} --help", get_name(),
-                                         fmt::join(names, ", ")));
+            throw UsageError(fmt::format("'{}' needs one of {}", get_name(), fmt::join(names, ", ")),
+                             fmt::format("see colorio {} --help", get_name()));
         arguments.insert(arguments.begin() + 1, default_part);
     } else if (std::find(names.begin(), names.end(), word) == names.end()) {
-        throw UsageError(fmt::format("no command '{} {}'", get_name(), word),
+        throw UsageError(fmt::format("unknown command '{} {}'", get_name(), word),
                          workflow::did_you_mean(word, names));
     }
 }

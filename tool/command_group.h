@@ -7,12 +7,12 @@
 
 namespace tool {
 
-/// A command that only holds others: "colorio cdl list", "colorio cdl write".
+/// A command that consists of subcommands: "colorio cdl list", "colorio cdl write".
 class CommandGroup : public Command {
 public:
     using MakeCommand = std::unique_ptr<Command> (*)(Options& program);
 
-    /// `default_part`, when it is not empty, names the command that runs where none is named.
+    /// `default_part`, when it is not empty, names the subcommand that runs when the user gives none.
     CommandGroup(Options& program, const char* name, const char* description, const char* examples,
                  const std::vector<MakeCommand>& make_parts, std::string default_part = "");
 

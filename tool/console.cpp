@@ -63,7 +63,7 @@ void Console::finish() {
     check_output();
 }
 
-/// `errno` has the reason.
+/// Throws diagnostics::Failure, once, when a write to `out` failed; takes the reason from `errno`.
 void Console::check_output() {
     if (out.good() || output_failed)
         return;

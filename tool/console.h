@@ -8,7 +8,7 @@
 
 namespace tool {
 
-/// What the two streams of the program lead to.
+/// Where the two output streams of the tool go.
 struct ConsoleTraits {
     bool out_is_terminal = false;
     bool err_is_terminal = false;
@@ -18,29 +18,30 @@ struct ConsoleTraits {
 /// Asks the operating system about standard output and standard error; NO_COLOR and TERM=dumb are respected.
 ConsoleTraits detect_console_traits();
 
-/// The one way to the user: results go to one stream, messages and progress to the other. Thread-safe.
+/// Prints everything that the user sees: results to one stream, messages and progress to the other.
+/// Thread-safe.
 class Console {
 public:
     Console(std::ostream& out, std::ostream& err, const ConsoleTraits& traits = {});
 
-    /// A result; a line end is added. Throws diagnostics::Failure when it cannot be written.
+    /// Prints a result and a line end. Throws diagnostics::Failure when it cannot be written.
     void print(const std::string& line);
-    /// A heading among the results, bold where the stream shows it.
+    /// Prints a heading, bold on a terminal. Throws like `print`.
     void print_heading(const std::string& line);
-    /// A note, a warning or an error on the stream of messages, with its hint below.
+    /// Prints a note, warning or error to the stream of messages, followed by its hint.
     void report(const diagnostics::Diagnostic& diagnostic);
     void report(const diagnostics::Diagnostics& list);
-    /// A message of the log, as it is.
+    /// Prints a message of the log unchanged.
     void show_log(const std::string& message);
-    /// Writes reported diagnostics as JSON, one object a line, instead of text.
+    /// Makes `report` write JSON, one object per line, instead of text.
     void set_json_diagnostics(bool wanted) { json_diagnostics = wanted; }
 
-    /// Sees to it that the results are where they belong. Throws diagnostics::Failure when one is not, unless
-    /// `print` did.
+    /// Flushes the results. Throws diagnostics::Failure when some could not be written and `print` has not
+    /// reported it yet.
     void finish();
 
-    /// Text kept on the last line of the terminal while messages scroll above it; empty removes it.
-    /// Nothing is written where messages do not go to a terminal.
+    /// Keeps a text on the last line of the terminal while messages scroll above it; an empty text removes
+    /// it. Does nothing unless messages go to a terminal.
     void set_status(const std::string& text);
     bool shows_status() const { return traits.err_is_terminal; }
 
@@ -52,7 +53,7 @@ private:
     std::ostream& err;
     ConsoleTraits traits;
     std::string status;
-    bool output_failed = false; ///< And that was reported.
+    bool output_failed = false; ///< A failed write was reported.
     bool json_diagnostics = false;
     std::mutex mutex;
 };

@@ -16,10 +16,10 @@ void add_conversion_options(Options& options, workflow::ConversionRequest& reque
 void add_view_options(Options& options, workflow::ConversionRequest& request);
 
 /// Adds --cdl and --inverse-cdl.
-void add_grade_options(Options& options, workflow::ConversionRequest& request);
+void add_cdl_options(Options& options, workflow::ConversionRequest& request);
 
-/// Throws UsageError unless the request names one destination. `target` is how the command calls the color
-/// space that it converts to.
+/// Throws UsageError unless the request names exactly one destination. `target` names the argument of the
+/// destination color space in the message.
 void check_conversion_request(const workflow::ConversionRequest& request, const std::string& target = "--to");
 
 } // namespace tool

@@ -36,7 +36,7 @@ constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Ta
   colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
 
-The output may be the input: an image is replaced whole or not at all.)";
+The output may be the input: a file is replaced only after its conversion succeeded.)";
 
 constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
 constexpr int MAX_THREADS = 1024;
@@ -79,26 +79,26 @@ private:
 };
 
 ConvertCommand::ConvertCommand(Options& program)
-    : Command(program, "convert", "Convert images from one color space to another or for a display",
-              EXAMPLES) {
-    options.add("input", input, "Image to read; shot.%04d.exr or shot.####.exr with --frames").required();
-    options.add("output", output, "Image to write; the extension tells the format").required();
+    : Command(program, "convert", "Convert images between color spaces, or to a view", EXAMPLES) {
+    options
+        .add("input", input, "image to read; with --frames a pattern such as shot.%04d.exr or shot.####.exr")
+        .required();
+    options.add("output", output, "image to write; its extension selects the format").required();
     add_conversion_options(options, request,
-                           "Color space of the input; without it the one associated with the extension");
-    add_grade_options(options, request);
-    options.add_flag("--why", explains, "Print how the source and the destination were found");
-    options.add("--frames", frames, "Frames of a sequence: 1-100, 1-100x2, or a list with commas");
+                           "color space of the input (default: the one associated with its extension)");
+    add_cdl_options(options, request);
+    options.add_flag("--why", explains, "print how source and destination were determined");
+    options.add("--frames", frames, "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list");
     options
         .add("-d,--depth", depth,
-             "Type of the written colors: uint8, uint16, half or float; without it the input's where "
-             "the format has that")
+             "pixel type of the output (default: the input's type, if the output format supports it)")
         .choices({"uint8", "uint16", "half", "float"});
     const Option unpremult =
         options.add_flag("--unpremult", divides_by_alpha,
-                         "Divide color by alpha, convert, and multiply again; without it where "
-                         "the file says that color is multiplied");
-    options.add_flag("--no-unpremult", leaves_alpha, "Never divide color by alpha").excludes(unpremult);
-    options.add("--threads", threads, "Threads to use; without it one for each core").range(1, MAX_THREADS);
+                         "divide color by alpha before the conversion and multiply it after (default: if "
+                         "the file is marked as premultiplied)");
+    options.add_flag("--no-unpremult", leaves_alpha, "never divide color by alpha").excludes(unpremult);
+    options.add("--threads", threads, "worker threads (default: all cores)").range(1, MAX_THREADS);
     add_session_options(options, session_options);
 }
 
@@ -131,15 +131,13 @@ void ConvertCommand::check_usage() const {
     if (!is_sequence()) {
         std::error_code error;
         if (input_is_pattern && !std::filesystem::exists(input, error))
-            throw UsageError(fmt::format("'{}' names a sequence; say which with --frames", input));
+            throw UsageError(fmt::format("'{}' is the pattern of a sequence; --frames is required", input));
         return;
     }
     for (const auto& [path, is_pattern] : {std::pair(input, input_is_pattern), {output, output_is_pattern}})
         if (!is_pattern)
             throw UsageError(
-                fmt::format("--frames needs a place for the frame number in '{}', such as %04d or "
-                            "####",
-                            path));
+                fmt::format("no frame number in '{}': --frames needs a pattern such as %04d or ####", path));
 }
 
 std::vector<workflow::ImageJob> ConvertCommand::make_jobs() const {
@@ -151,7 +149,7 @@ std::vector<workflow::ImageJob> ConvertCommand::make_jobs() const {
     return jobs;
 }
 
-/// Without --from the one rule for files answers, and the user is told.
+/// Without --from determines the source color space by the rule for files, and reports it.
 void ConvertCommand::settle_source(const workflow::Session& session, Console& console) {
     if (!request.from.empty())
         return;
@@ -165,7 +163,7 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
                                       fmt::format("'{}': its format association '{}' is not in {}", name,
                                                   found.associated_space, session.get_config_name()),
                                       input),
-                      "name the color space of the image with --from"));
+                      "give the color space of the image with --from"));
     request.from = found.color_space;
     source_reason = found.reason;
     if (!explains)
@@ -212,7 +210,7 @@ ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,
     return report.failed == 0 ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
 }
 
-/// How the name that the user gave leads to a label.
+/// How a name given by the user was resolved.
 std::string explain_name(const char* option, const std::string& given, const std::string& config_name) {
     const workflow::NameKind kind = workflow::resolve_color_space(given, config_name).kind;
     return kind == workflow::NameKind::LABEL
@@ -224,7 +222,7 @@ std::string explain_destination(const workflow::ConversionRequest& request, cons
     if (request.view.empty())
         return explain_name("--to", request.to, config_name);
     const workflow::PublishedView view = workflow::resolve_view(request.display, request.view, config_name);
-    std::string text = fmt::format("the view '{}' of the display '{}'", view.view, view.display);
+    std::string text = fmt::format("view '{}' of display '{}'", view.view, view.display);
     const std::string& shown = view.color_space.empty() ? view.named_transform : view.color_space;
     if (!shown.empty())
         text += fmt::format(", which shows {}", shown);

@@ -13,7 +13,7 @@ class Console;
 /// Warns of elements in the correction that are ignored.
 void report_unread_elements(const workflow::Correction& correction, Console& console);
 
-/// Columns for the id and the numbers, and a row of them.
+/// Titles of the columns for the id and the numbers, and the cells of one color correction below them.
 extern const std::vector<std::string> CORRECTION_TITLES;
 std::vector<std::string> make_cells(const workflow::Correction& correction);
 /// {"slope": [...], "offset": [...], "power": [...], "saturation": ...}.

@@ -8,11 +8,11 @@
 
 namespace tool {
 
-/// "lin, render space".
+/// The texts in one line: "lin, render space".
 std::string join_texts(const CoreBasicArray<CoreString>& texts);
 Json texts_to_json(const CoreBasicArray<CoreString>& texts);
 
-/// Adds what color spaces and named transforms both say of themselves: "encoding", "categories", "aliases",
+/// Adds the members that color spaces and named transforms share: "encoding", "categories", "aliases",
 /// "description".
 void add_entry_to_json(const ColorIOInspection::Entry& entry, Json& item);
 

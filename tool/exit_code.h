@@ -7,10 +7,10 @@
 
 namespace tool {
 
-/// What the program tells its caller.
+/// Exit codes of the tool.
 enum ExitCode : int { EXIT_CODE_DONE = 0, EXIT_CODE_FAILED = 1, EXIT_CODE_WRONG_USAGE = 2 };
 
-/// A command line that is not valid.
+/// An invalid command line.
 class UsageError : public diagnostics::Failure {
 public:
     explicit UsageError(std::string message, std::string hint = {})

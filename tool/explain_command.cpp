@@ -26,11 +26,11 @@ constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
   colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
   colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
 
-COLORIO_FAST_PATH=0 in the environment shows how OpenColorIO converts.)";
+With COLORIO_FAST_PATH=0 in the environment everything is converted by OpenColorIO.)";
 
 using Pixel = std::array<float, 4>;
 
-/// "R,G,B" or "R,G,B,A".
+/// Parses "R,G,B" or "R,G,B,A". Throws UsageError.
 Pixel parse_pixel(const std::string& text) {
     Pixel pixel = {0, 0, 0, 1};
     std::size_t count = 0;
@@ -47,7 +47,7 @@ Pixel parse_pixel(const std::string& text) {
         }
         rest.remove_prefix(comma + 1);
     }
-    throw UsageError(fmt::format("--pixel takes R,G,B or R,G,B,A, three or four numbers; not '{}'", text));
+    throw UsageError(fmt::format("invalid pixel '{}'; examples: 0.18,0.18,0.18 or 1,0.5,0,1", text));
 }
 
 Json pixel_to_json(const GMathVec4<float>& pixel) {
@@ -82,7 +82,7 @@ private:
     bool as_json = false;
 };
 
-/// What became of the operations of the configuration.
+/// Heading of the operations that are carried out.
 std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
     const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
     if (after < before)
@@ -95,15 +95,14 @@ std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
 
 ExplainCommand::ExplainCommand(Options& program)
     : Command(program, "explain",
-              "Show the operations of a conversion, how they are carried out, and a pixel's way through them",
-              EXAMPLES) {
-    options.add("source", request.from, "Color space to convert from").required();
-    options.add("destination", request.to, "Color space of the result; or give --view");
+              "Show the operations of a conversion, and the values of a pixel after each of them", EXAMPLES) {
+    options.add("source", request.from, "color space to convert from").required();
+    options.add("destination", request.to, "color space of the result, unless --view is given");
     add_view_options(options, request);
-    add_grade_options(options, request);
-    options.add("--pixel", pixel_text, "Color to show after each operation: R,G,B or R,G,B,A");
+    add_cdl_options(options, request);
+    options.add("--pixel", pixel_text, "pixel to show after each operation: R,G,B or R,G,B,A");
     add_session_options(options, session_options);
-    options.add_flag("--json", as_json, "Write JSON");
+    options.add_flag("--json", as_json, "print JSON");
 }
 
 ExitCode ExplainCommand::run(Console& console) {

@@ -21,9 +21,9 @@ class FormatsAddCommand : public Command {
 public:
     explicit FormatsAddCommand(Options& program)
         : Command(program, "add", "Add a format with its extensions and color space", EXAMPLES) {
-        options.add("category", category, "Name of the format").required();
-        options.add("--extensions", extensions, "Its extensions, with commas between").required();
-        options.add("--space", color_space, "Color space that its files are in").required();
+        options.add("category", category, "name of the format").required();
+        options.add("--extensions", extensions, "file extensions, comma-separated").required();
+        options.add("--space", color_space, "color space of files of this format").required();
         add_config_option(options, session_options);
         add_preference_options(options, session_options);
     }
@@ -37,7 +37,7 @@ public:
         if (std::any_of(known.begin(), known.end(),
                         [&](const workflow::FormatAssociation& one) { return one.category == category; }))
             diagnostics::fail(diagnostics::Code::NAME_DUPLICATE,
-                              fmt::format("there is a category '{}' already", category),
+                              fmt::format("a format named '{}' already exists", category),
                               "change it with 'colorio formats set'");
         const std::string label = workflow::resolve_color_space(color_space, session.get_config_name()).label;
         ColorIOAutoDetection::get_instance()->add_file_format(category.c_str(), extension_list.c_str(),

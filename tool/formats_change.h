@@ -10,10 +10,10 @@ namespace tool {
 
 class Console;
 
-/// Saves the associations, and tells what the category is now and what keeps that from having its effect.
+/// Saves the associations, prints the changed category, and warns of what keeps it from taking effect.
 void finish_format_change(workflow::Session& session, const std::string& category, Console& console);
 
-/// Tells that a mapping file hides what was changed, where one does.
+/// Warns when a mapping file is used instead of the associations of the preferences.
 void note_mapping_file(const workflow::Session& session, Console& console);
 
 } // namespace tool

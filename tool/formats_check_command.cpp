@@ -22,7 +22,7 @@ constexpr char EXAMPLES[] = R"(  colorio formats check
 class FormatsCheckCommand : public Command {
 public:
     explicit FormatsCheckCommand(Options& program)
-        : Command(program, "check", "Find the formats whose color space a configuration lacks", EXAMPLES) {
+        : Command(program, "check", "Find formats whose color space is not in the OCIO config", EXAMPLES) {
         add_session_options(options, session_options);
     }
 

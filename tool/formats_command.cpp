@@ -15,7 +15,7 @@ constexpr char EXAMPLES[] = R"(  colorio formats
 
 std::unique_ptr<Command> make_formats_command(Options& program) {
     return std::make_unique<CommandGroup>(
-        program, "formats", "Show and change which color space the files of a format are in", EXAMPLES,
+        program, "formats", "List and change the color spaces of image formats", EXAMPLES,
         std::vector<CommandGroup::MakeCommand>{make_formats_list_command, make_formats_set_command,
                                                make_formats_add_command, make_formats_remove_command,
                                                make_formats_check_command},

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// The parts of "colorio formats".
+// The subcommands of "colorio formats".
 std::unique_ptr<Command> make_formats_list_command(Options& program);
 std::unique_ptr<Command> make_formats_set_command(Options& program);
 std::unique_ptr<Command> make_formats_add_command(Options& program);

@@ -26,9 +26,9 @@ bool is_known(const workflow::FormatAssociation& association) {
 class FormatsListCommand : public Command {
 public:
     explicit FormatsListCommand(Options& program)
-        : Command(program, "list", "List the formats with their extensions and color spaces", EXAMPLES) {
+        : Command(program, "list", "List the formats and their color spaces", EXAMPLES) {
         add_session_options(options, session_options);
-        options.add_flag("--json", as_json, "Write JSON");
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {

@@ -13,7 +13,7 @@ namespace {
 class FormatsRemoveCommand : public RemoveCommand {
 public:
     explicit FormatsRemoveCommand(Options& program)
-        : RemoveCommand(program, {"Remove a format that was added", "category", "Format to remove",
+        : RemoveCommand(program, {"Remove a format that was added", "category", "format to remove",
                                   "  colorio formats remove Camera"}) {}
 
 private:
@@ -21,7 +21,7 @@ private:
         const unsigned int row = workflow::find_category(category);
         if (workflow::is_builtin_category(category))
             diagnostics::fail(diagnostics::Code::USAGE_REFUSED,
-                              fmt::format("'{}' is built in and would come back at the next start", category),
+                              fmt::format("cannot remove '{}': it is a built-in format", category),
                               "change it with 'colorio formats set'");
         ColorIOAutoDetection::get_instance()->remove_file_format(row);
     }

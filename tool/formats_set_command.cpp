@@ -20,19 +20,22 @@ constexpr char EXAMPLES[] = R"(  colorio formats set Targa --space linear
 class FormatsSetCommand : public Command {
 public:
     explicit FormatsSetCommand(Options& program)
-        : Command(program, "set", "Change a format's color space or extensions", EXAMPLES) {
-        options.add("category", category, "Format to change, as 'colorio formats' lists it").required();
-        options.add("--space", color_space, "Color space that its files are in");
-        options.add("--extensions", extensions, "All its extensions, with commas between");
+        : Command(program, "set", "Change the color space or extensions of a format", EXAMPLES) {
+        options.add("category", category, "format to change, as listed by 'colorio formats'").required();
+        options.add("--space", color_space, "color space of files of this format");
+        options.add("--extensions", extensions, "new list of file extensions, comma-separated");
         add_config_option(options, session_options);
         add_preference_options(options, session_options);
     }
 
     ExitCode run(Console& console) override {
         if (color_space.empty() && extensions.empty())
-            throw UsageError("say what to change, with --space or --extensions");
+            throw UsageError("nothing to change: --space or --extensions is required");
         if (!extensions.empty() && workflow::is_fallback_category(category))
-            throw UsageError(fmt::format("'{}' stands for all extensions that no format lists", category));
+            throw UsageError(
+                fmt::format("cannot change the extensions of '{}': it applies to files of all other "
+                            "formats",
+                            category));
         ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
         change(session);
         finish_format_change(session, category, console);

@@ -19,7 +19,8 @@ namespace {
 
 constexpr int SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
 
-/// Writes the signal's number to the thread that cleans up: a handler must not take locks.
+/// Carries the number of a signal to the thread that cleans up, because a handler must not take locks. 0 ends
+/// the thread.
 int interrupt_pipe[2] = {-1, -1};
 
 void hand_on_signal(int number) {
@@ -44,7 +45,7 @@ void wait_for_interrupt() {
     while (read(interrupt_pipe[0], &number, 1) < 0 && errno == EINTR) {
     }
     if (number == 0)
-        return; // the end of the watch
+        return; // the destructor asks for the end
     files::remove_temporary_files();
     std::signal(number, SIG_DFL);
     kill(getpid(), number);

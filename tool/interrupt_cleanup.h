@@ -2,8 +2,8 @@
 
 namespace tool {
 
-/// While it lives, an interrupt (SIGINT, SIGTERM, SIGHUP) first removes every temporary file of this process,
-/// then ends it as the signal would have. One at a time.
+/// During its lifetime SIGINT, SIGTERM and SIGHUP first remove every temporary file of this process, then end
+/// it as the signal would have. At most one object may exist.
 class InterruptCleanup {
 public:
     /// Throws diagnostics::Failure.

@@ -11,8 +11,8 @@
 
 namespace tool {
 
-/// A JSON value to be written: objects keep the order of their members. A thin front of the JSON library,
-/// whose header takes a second to compile.
+/// A JSON value for output; objects keep the order of their members. Wraps the JSON library, whose header
+/// takes a second to compile.
 class Json {
 public:
     using Member = std::pair<const char*, Json>;
@@ -44,10 +44,10 @@ public:
     /// Members of an object, items of an array.
     std::size_t size() const;
 
-    /// Indented by two blanks; bytes that are not UTF-8 are replaced, so that names taken from files cannot
-    /// break it.
+    /// The text, indented by two spaces. Bytes that are not UTF-8 are replaced: names from files may hold
+    /// any.
     std::string format() const;
-    /// In one line.
+    /// The text in one line.
     std::string format_line() const;
 
 private:

@@ -14,8 +14,7 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio legacy linear
   colorio legacy "Default|sRGB" --json)";
 
-/// What the module's conversions make of a name that an earlier version stored; empty where they know
-/// nothing.
+/// The current equivalents of a color space name saved by an earlier version; empty where there is none.
 struct LegacyAnswers {
     explicit LegacyAnswers(const std::string& name)
         : is_legacy(ColorIO::is_legacy_builtin_color_space(CoreString(name.c_str()))),
@@ -33,17 +32,18 @@ struct LegacyAnswers {
     std::string view_of_widget;
 };
 
-std::string or_nothing(const std::string& text) {
-    return text.empty() ? "(nothing)" : text;
+std::string or_none(const std::string& text) {
+    return text.empty() ? "(none)" : text;
 }
 
 class LegacyCommand : public Command {
 public:
     explicit LegacyCommand(Options& program)
-        : Command(program, "legacy", "Tell what became of a name that an earlier version stored", EXAMPLES) {
-        options.add("name", name, "Stored name of a color space").required();
+        : Command(program, "legacy",
+                  "Show the current equivalent of a color space name saved by an earlier version", EXAMPLES) {
+        options.add("name", name, "saved name of a color space").required();
         add_session_options(options, session_options);
-        options.add_flag("--json", as_json, "Write JSON");
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {
@@ -59,10 +59,10 @@ public:
 private:
     void print_table(const LegacyAnswers& answers, Console& console) const {
         TextTable table({name, ""});
-        table.add_row({"name of a former built-in color space", answers.is_legacy ? "yes" : "no"});
-        table.add_row({"as a color space", or_nothing(answers.color_space)});
-        table.add_row({"as a display of the preferences", or_nothing(answers.view_of_preferences)});
-        table.add_row({"as a display of a widget", or_nothing(answers.view_of_widget)});
+        table.add_row({"former built-in color space", answers.is_legacy ? "yes" : "no"});
+        table.add_row({"as a color space", or_none(answers.color_space)});
+        table.add_row({"as a display of the preferences", or_none(answers.view_of_preferences)});
+        table.add_row({"as a display of a widget", or_none(answers.view_of_widget)});
         table.print(console);
     }
 

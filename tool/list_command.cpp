@@ -26,7 +26,7 @@ constexpr char EXAMPLES[] = R"(  colorio list
 constexpr char ALL[] = "all";
 
 void print_roles(Console& console, bool) {
-    TextTable table({"role", "color space", "remark"});
+    TextTable table({"role", "color space", "note"});
     for (const workflow::PublishedRole& role : workflow::get_published_roles())
         table.add_row({role.role, role.color_space, role.is_in_config ? "" : "not in the config"});
     table.drop_empty_columns();
@@ -44,7 +44,7 @@ void add_roles_to_json(Json& answer) {
     answer.set("roles_in_config", from_config);
 }
 
-bool is_always_there() {
+bool is_always_listed() {
     return true;
 }
 
@@ -53,7 +53,7 @@ struct Topic {
     const char* name;
     void (*print)(Console& console, bool with_inactive);
     void (*add_to_json)(Json& answer);
-    bool (*is_there)() = is_always_there; ///< Else it is left out of the tables unless it was asked for.
+    bool (*is_listed)() = is_always_listed; ///< False: shown as a table only when the user names the topic.
 };
 constexpr Topic TOPICS[] = {
     {"spaces", print_spaces, add_spaces_to_json},
@@ -67,18 +67,17 @@ constexpr Topic TOPICS[] = {
 class ListCommand : public Command {
 public:
     explicit ListCommand(Options& program)
-        : Command(program, "list", "Show the color spaces, named transforms, views, roles and CDLs in force",
+        : Command(program, "list",
+                  "List the color spaces, named transforms, views, roles and CDLs of an OCIO config",
                   EXAMPLES) {
         std::vector<std::string> names = {ALL};
         for (const Topic& topic : TOPICS)
             names.push_back(topic.name);
-        options
-            .add("what", wanted, "spaces, named-transforms, views, roles, cdls, or all of them (the default)")
-            .choices(names);
+        options.add("what", wanted, "what to list (default: all)").choices(names);
         add_session_options(options, session_options);
         options.add_flag("--inactive", with_inactive,
-                         "List what the configuration makes inactive, too; JSON always holds it");
-        options.add_flag("--json", as_json, "Write JSON");
+                         "list inactive color spaces, named transforms and views too (JSON always does)");
+        options.add_flag("--json", as_json, "print JSON");
     }
 
     ExitCode run(Console& console) override {
@@ -94,7 +93,7 @@ private:
     void print_tables(const workflow::Session& session, Console& console) const {
         console.print(fmt::format("From {}.", session.get_source().describe()));
         for (const Topic& topic : TOPICS)
-            if (wanted == topic.name || (wanted == ALL && topic.is_there())) {
+            if (wanted == topic.name || (wanted == ALL && topic.is_listed())) {
                 console.print("");
                 topic.print(console, with_inactive);
             }

@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Where the caller closed standard input, output or error, the next file that is opened would take its
-/// place, and be written to in its stead.
+/// If the caller closed standard input, output or error, the next opened file would take that descriptor and
+/// receive what is printed.
 void fill_standard_descriptors() {
     for (int descriptor; (descriptor = open("/dev/null", O_RDONLY)) >= 0;)
         if (descriptor > STDERR_FILENO) {
@@ -25,7 +25,7 @@ void fill_standard_descriptors() {
         }
 }
 
-/// Without a thread that waits for interrupts, everything else still works.
+/// A failure is only a warning: the tool works without the cleanup.
 void watch_for_interrupts(std::optional<tool::InterruptCleanup>& cleanup) {
     try {
         cleanup.emplace();
@@ -50,9 +50,9 @@ int main(int count, char* arguments[]) {
     try {
         return run_program(count, arguments);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "colorio: %s\n", error.what());
+        std::fprintf(stderr, "colorio: error: %s\n", error.what());
     } catch (...) {
-        std::fputs("colorio: unknown error\n", stderr);
+        std::fputs("colorio: error: unknown exception\n", stderr);
     }
     return EXIT_FAILURE;
 }

@@ -13,16 +13,16 @@ namespace tool {
 
 namespace {
 
-/// Newer versions of CLI11 would break the lines of the examples, without their indents.
+/// Newer versions of CLI11 would wrap the lines of the examples and drop their indents.
 template <class Formatter>
-auto keep_footers_as_they_are(Formatter& formatter, int)
+auto keep_footers_unformatted(Formatter& formatter, int)
     -> decltype(formatter.enable_footer_formatting(false)) {
     formatter.enable_footer_formatting(false);
 }
 template <class Formatter>
-void keep_footers_as_they_are(Formatter&, long) {}
+void keep_footers_unformatted(Formatter&, long) {}
 
-/// The commands that the arguments named, from the program to the innermost.
+/// The parsed commands, from the program to the innermost subcommand.
 std::vector<const CLI::App*> get_named_commands(const CLI::App& program) {
     std::vector<const CLI::App*> named = {&program};
     while (!named.back()->get_subcommands().empty())
@@ -46,7 +46,7 @@ std::vector<std::string> get_option_names(const CLI::App& command) {
     return names;
 }
 
-/// An option that the command does not have says more about a mistake than what else is missing.
+/// Throws UsageError for an unknown option: that is a better message than one about a missing argument.
 void require_known_options(const CLI::App& program) {
     for (const std::string& argument : program.remaining(true)) {
         const std::string name = argument.substr(0, argument.find('='));
@@ -54,7 +54,7 @@ void require_known_options(const CLI::App& program) {
             continue;
         const CLI::App& command = *get_named_commands(program).back();
         const std::string near = workflow::did_you_mean(name, get_option_names(command));
-        throw UsageError(fmt::format("no option '{}'", name),
+        throw UsageError(fmt::format("unknown option '{}'", name),
                          near.empty() ? fmt::format("see {} --help", get_full_name(program)) : near);
     }
 }
@@ -106,7 +106,7 @@ const Option& Option::separator(char character) const {
 
 Options::Options(const std::string& description, const std::string& name)
     : program(std::make_unique<CLI::App>(description, name)), app(program.get()) {
-    keep_footers_as_they_are(*app->get_formatter(), 0);
+    keep_footers_unformatted(*app->get_formatter(), 0);
 }
 
 Options::Options(CLI::App* command) : app(command) {}

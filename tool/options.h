@@ -12,8 +12,8 @@ class Option;
 
 namespace tool {
 
-/// One declared option, to be qualified: `options.add("--depth", depth, "...").choices({"8", "16"})`. Refers
-/// to the parser's own; copies are the same option.
+/// A declared option, for adding conditions: `options.add("--depth", depth, "...").choices({"8", "16"})`. A
+/// reference to an option of the parser; valid as long as its Options.
 class Option {
 public:
     explicit Option(CLI::Option* option) : option(option) {}
@@ -24,9 +24,9 @@ public:
     const Option& choices(const std::vector<std::string>& values) const;
     const Option& range(int least, int most) const;
     const Option& positive() const;
-    /// For a list: each use of the option takes one value, so that an argument behind it is not swallowed.
+    /// For a list: each use of the option takes one value, and does not consume the arguments after it.
     const Option& one_value_each() const;
-    /// For a list: the values of one argument are separated by this character.
+    /// For a list: an argument holds several values, separated by this character.
     const Option& separator(char character) const;
 
 private:
@@ -34,11 +34,11 @@ private:
 };
 
 /// The options and arguments of the program or of one of its commands. Names without dashes are positional
-/// arguments. The bound variables must outlive the parsing. The one place that knows the argument parser,
-/// whose headers take seconds to compile.
+/// arguments. The bound variables must outlive `parse`. Wraps the argument parser, whose headers take seconds
+/// to compile.
 class Options {
 public:
-    /// Those of a program.
+    /// The options of a program; those of its commands are made by `add_command`.
     Options(const std::string& description, const std::string& name);
     ~Options();
     Options(Options&&) noexcept;
@@ -50,10 +50,10 @@ public:
     Option add(const std::string& name, double& value, const std::string& help);
     Option add(const std::string& name, std::vector<std::string>& values, const std::string& help);
     Option add_flag(const std::string& name, bool& value, const std::string& help);
-    /// One that was added before.
+    /// An option that was added before.
     Option get(const std::string& name) const;
 
-    /// A command below these options; `footer` stands below its help as it is.
+    /// Adds a command; `footer` is printed unchanged after its help.
     Options add_command(const std::string& name, const std::string& description, const std::string& footer);
     void require_command();
     void set_footer(const std::string& footer);
@@ -64,8 +64,8 @@ public:
     /// True when the parsed command line names this command.
     bool is_wanted() const;
 
-    /// Parses the words behind the program's name. Returns the text of the help or the version, if the user
-    /// asked for it. Throws UsageError, which names the --help of the command at fault.
+    /// Parses the arguments without the name of the program. Returns the text of the help or the version, if
+    /// the user asked for it. Throws UsageError, with a hint to the --help of the command.
     std::optional<std::string> parse(const std::vector<std::string>& arguments);
 
 private:

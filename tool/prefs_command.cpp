@@ -13,7 +13,7 @@ constexpr char EXAMPLES[] = R"(  colorio prefs path
 
 std::unique_ptr<Command> make_prefs_command(Options& program) {
     return std::make_unique<CommandGroup>(
-        program, "prefs", "Tell where the preferences are kept and what they hold", EXAMPLES,
+        program, "prefs", "Show the location and contents of the preferences file", EXAMPLES,
         std::vector<CommandGroup::MakeCommand>{make_prefs_path_command, make_prefs_show_command});
 }
 

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// The parts of "colorio prefs".
+// The subcommands of "colorio prefs".
 std::unique_ptr<Command> make_prefs_path_command(Options& program);
 std::unique_ptr<Command> make_prefs_show_command(Options& program);
 

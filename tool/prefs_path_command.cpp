@@ -12,13 +12,15 @@ constexpr char EXAMPLES[] = R"(  colorio prefs path
 class PrefsPathCommand : public Command {
 public:
     explicit PrefsPathCommand(Options& program)
-        : Command(program, "path", "Print the path of your preference file, which need not exist yet",
+        : Command(program, "path", "Print the path of the preferences file, even if it does not exist yet",
                   EXAMPLES) {}
 
     ExitCode run(Console& console) override {
         const CoreString path = PreferenceFile::get_default_path();
         if (path.is_empty())
-            diagnostics::fail(diagnostics::Code::FILE_MISSING, "there is no home folder for preferences");
+            diagnostics::fail(diagnostics::Code::FILE_MISSING,
+                              "cannot locate the preferences file: no home folder",
+                              "set HOME or XDG_CONFIG_HOME, or use --prefs");
         console.print(path.get_data());
         return EXIT_CODE_DONE;
     }

@@ -46,9 +46,9 @@ std::string to_text(const Preference& preference) {
 class PrefsShowCommand : public Command {
 public:
     explicit PrefsShowCommand(Options& program)
-        : Command(program, "show", "Show what the preference file holds", EXAMPLES) {
+        : Command(program, "show", "Show the contents of the preferences file", EXAMPLES) {
         add_preference_reading_options(options, session_options);
-        options.add_flag("--json", as_json, "Write JSON");
+        options.add_flag("--json", as_json, "print JSON");
         session_options.builtin_only = true;
     }
 
@@ -76,9 +76,9 @@ bool exists(const std::string& path) {
 
 std::string describe_file(const std::string& path) {
     if (path.empty())
-        return "Without a preference file.";
+        return "No preferences file; showing the defaults.";
     return exists(path) ? fmt::format("From {}.", path)
-                        : fmt::format("There is no {} yet; this holds without it.", path);
+                        : fmt::format("{} does not exist; showing the defaults.", path);
 }
 
 void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences, Console& console) {

@@ -18,7 +18,7 @@ namespace tool {
 namespace {
 
 constexpr char DESCRIPTION[] =
-    "Color management with OpenColorIO: show configs, convert images, write shaders, find mistakes.";
+    "Inspect and check OCIO configs, convert images, and write shaders and CDL files.";
 constexpr char FOOTER[] = R"(
 Examples:
   colorio list spaces
@@ -28,17 +28,18 @@ Examples:
 
 Environment:
   OCIO                 OCIO config to use without --config
-  COLORIO_FAST_PATH=0  convert everything with OpenColorIO, for comparison
+  COLORIO_FAST_PATH=0  convert with OpenColorIO instead of SIMD code, for comparison
   COLORIO_READ_IN_PROCESS=1
                        read images in this process; a damaged image can then crash it
 
-Exit codes: 0 done, 1 failed, 2 wrong usage. Results go to standard output, messages to standard error.
+Exit codes: 0 done, 1 failed, 2 invalid command line.
+Results go to standard output, messages to standard error.
 'colorio COMMAND --help' shows the options and examples of a command.)";
 
-/// Declared for the help; it may stand anywhere.
+/// Accepted anywhere in the command line; `run` handles it.
 constexpr char JSON_DIAGNOSTICS[] = "--json-diagnostics";
 
-/// "0" in this variable switches the module's SIMD code off.
+/// "0" in this environment variable disables the module's SIMD code.
 constexpr char FAST_PATH_VARIABLE[] = "COLORIO_FAST_PATH";
 
 void follow_environment() {
@@ -76,14 +77,14 @@ public:
     }
 
 private:
-    /// The parser would only say that a command is missing.
+    /// Throws UsageError with the nearest names; the parser only reports a missing command.
     void check_command_name(const std::vector<std::string>& arguments) const {
         if (arguments.empty())
             throw UsageError("no command given", "see colorio --help");
         const std::string& name = arguments.front();
         const std::vector<std::string> names = options.get_command_names();
         if (name.substr(0, 1) != "-" && std::find(names.begin(), names.end(), name) == names.end())
-            throw UsageError(fmt::format("no command '{}'", name), workflow::did_you_mean(name, names));
+            throw UsageError(fmt::format("unknown command '{}'", name), workflow::did_you_mean(name, names));
     }
 
     Options options;
@@ -110,7 +111,7 @@ ExitCode report_errors(Console& console, const Action& action) {
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const ConsoleTraits& traits) {
     Console console(out, err, traits);
-    // Taken out first, so that wrong command lines are reported as it says, too.
+    // Removed before parsing, so that it also applies to invalid command lines.
     std::vector<std::string> words = arguments;
     words.erase(std::remove(words.begin(), words.end(), JSON_DIAGNOSTICS), words.end());
     console.set_json_diagnostics(words.size() < arguments.size());

@@ -8,8 +8,8 @@
 
 namespace tool {
 
-/// Runs the program with the arguments behind its name: results to `out`, messages to `err`. Answers the exit
-/// code; throws nothing.
+/// Runs the tool. `arguments` do not include the name of the program; results go to `out`, messages to `err`.
+/// Returns the exit code; throws nothing.
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
         const ConsoleTraits& traits = {});
 

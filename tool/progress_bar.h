@@ -8,11 +8,10 @@ namespace tool {
 
 class Console;
 
-/// The bar's text: "[#####.....] 12/24 frames  3.4 frames/s  0:04 left".
+/// The text of the bar: "[#####.....] 12/24 frames  3.4 frames/s  0:04 left". `seconds` is the time elapsed.
 std::string format_progress(unsigned int done, unsigned int total, double seconds);
 
-/// Shows on a terminal how far a sequence has come; silent elsewhere. Removes itself when it ends.
-/// Thread-safe.
+/// Progress of a sequence, shown on a terminal only. The destructor removes it. Thread-safe.
 class ProgressBar {
 public:
     ProgressBar(Console& console, unsigned int total);

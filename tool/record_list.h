@@ -11,8 +11,8 @@
 
 namespace tool {
 
-/// The records without the user's own one of that name. Throws diagnostics::Failure with the nearest names
-/// when there is none; `kind` says what is sought.
+/// The records without the custom one of that name. Throws diagnostics::Failure with the nearest names when
+/// there is none; `kind` names the kind of record in the message.
 template <class Record>
 CoreVector<Record> remove_record(const CoreVector<Record>& records, const std::string& name,
                                  const char* kind) {

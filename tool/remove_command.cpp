@@ -18,7 +18,7 @@ ExitCode RemoveCommand::run(Console& console) {
     ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
     remove(name);
     console.report(session.save_preferences());
-    console.print(fmt::format("{} is removed", name));
+    console.print(fmt::format("{}: removed", name));
     add_notes(session, console);
     return EXIT_CODE_DONE;
 }

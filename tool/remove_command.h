@@ -7,10 +7,10 @@
 
 namespace tool {
 
-/// "remove NAME": takes one of the user's own things out of the preferences and says that it is gone.
+/// "remove NAME": removes an entry from the preferences.
 class RemoveCommand : public Command {
 public:
-    /// How the command speaks: of itself, of its argument, by examples.
+    /// Texts of the help.
     struct Words {
         const char* description;
         const char* argument;
@@ -23,9 +23,10 @@ public:
     ExitCode run(Console& console) final;
 
 protected:
-    /// Removes it from the running module. Throws diagnostics::Failure when it cannot be removed.
+    /// Removes the entry from the running module, before the preferences are saved. Throws
+    /// diagnostics::Failure when it cannot be removed.
     virtual void remove(const std::string& name) = 0;
-    /// Says what else the user should know.
+    /// Reports notes after the removal.
     virtual void add_notes(workflow::Session& session, Console& console);
 
 private:

@@ -32,13 +32,13 @@ class ShaderCommand : public Command {
 public:
     explicit ShaderCommand(Options& program)
         : Command(program, "shader",
-                  "Write a conversion as GLSL with its 3D table, and measure how far it is from the CPU",
+                  "Write a conversion as a GLSL function with a 3D LUT, and compare it with the CPU",
                   EXAMPLES) {
-        add_conversion_options(options, request, "Color space that the shader converts from");
+        add_conversion_options(options, request, "color space that the shader converts from");
         options.get("--from").required();
-        options.add("--glsl", dialect, "core (GLSL 3.30, the default) or legacy (GLSL 1.20)")
+        options.add("--glsl", dialect, "core: GLSL 3.30 (default), legacy: GLSL 1.20")
             .choices({CORE, LEGACY});
-        options.add("-o,--output", folder, "Folder for the files; made when it is missing").required();
+        options.add("-o,--output", folder, "folder for the files; created if missing").required();
         add_session_options(options, session_options);
     }
 
@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    /// The files are whole without the measurement, so a machine without OpenGL is no failure.
+    /// Without OpenGL only warns: the written files do not depend on the comparison.
     static ExitCode measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
                             const workflow::Conversion& conversion, Console& console);
     static void print_differences(const std::vector<workflow::ShaderDifference>& differences,
@@ -76,7 +76,7 @@ ExitCode ShaderCommand::measure(const workflow::GpuConversion& gpu, gl::GlProfil
     } catch (const gl::GlError& error) {
         console.report(diagnostics::make_warning(
             diagnostics::Code::GPU_UNAVAILABLE,
-            fmt::format("the shader was not compared with the CPU: {}", error.what())));
+            fmt::format("cannot compare the shader with the CPU: {}", error.what())));
         return EXIT_CODE_DONE;
     }
     try {

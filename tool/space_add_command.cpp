@@ -28,7 +28,7 @@ constexpr char EXAMPLES[] = R"(  colorio space add film --lut film.cube
   colorio space add graded --cdl grades.ccc:shot_010 --lut film.cube
   colorio space add log --lut log.spi1d --allocation lg2 --range -8,5,0.01)";
 
-/// The one extension whose documents the module searches for an id.
+/// The module looks up color corrections by id in files with this extension only.
 constexpr char COLLECTION_EXTENSION[] = "ccc";
 
 class SpaceAddCommand : public Command {
@@ -52,14 +52,18 @@ private:
 };
 
 SpaceAddCommand::SpaceAddCommand(Options& program)
-    : Command(program, "add", "Add a color space made from a LUT file, a correction, or both", EXAMPLES) {
-    options.add("name", name, "Name of the color space, and of its view").required();
-    options.add("--lut", lut, "LUT that leads from scene-linear to the color space");
-    options.add("--cdl", cdl, "Correction before the LUT: FILE, or FILE:ID for one of a .ccc collection");
-    options.add("--depth", depth, "Depth that the color space is meant for; 32f without it")
+    : Command(program, "add", "Add a custom color space made from a LUT, a color correction, or both",
+              EXAMPLES) {
+    options.add("name", name, "name of the color space and of its view").required();
+    options.add("--lut", lut, "LUT file that converts from scene-linear to the color space");
+    options.add("--cdl", cdl, "color correction before the LUT: FILE, or FILE:ID for a .ccc file");
+    options.add("--depth", depth, "bit depth that the color space is meant for (default: 32f)")
         .choices(workflow::get_depth_names());
-    options.add("--allocation", allocation, "uniform (the default) or lg2").choices({"uniform", "lg2"});
-    options.add("--range", range, "MINIMUM,MAXIMUM of the allocation, and for lg2 an OFFSET; 0,1 without it")
+    options.add("--allocation", allocation, "allocation of values in a GPU LUT (default: uniform)")
+        .choices({"uniform", "lg2"});
+    options
+        .add("--range", range,
+             "range of the allocation: MINIMUM,MAXIMUM, for lg2 also MINIMUM,MAXIMUM,OFFSET (default: 0,1)")
         .separator(',')
         .one_value_each();
     add_preference_options(options, session_options);
@@ -107,7 +111,7 @@ void SpaceAddCommand::take_cdl(ColorSpaceDef& record) const {
     const bool is_collection = SysFilesystem::get_file_extension(source.path.c_str()) == COLLECTION_EXTENSION;
     if (is_collection && source.id.empty())
         throw UsageError(fmt::format("'{}' is a collection", source.path),
-                         fmt::format("name a correction as {}:ID", source.path));
+                         fmt::format("choose a color correction: {}:ID", source.path));
     if (!is_collection && !source.id.empty())
         throw UsageError(fmt::format("ids are looked up in .ccc files only, not in '{}'", source.path));
     record.cdl_file = std::filesystem::absolute(source.path).c_str();
@@ -128,14 +132,15 @@ void SpaceAddCommand::take_range(ColorSpaceDef& record) const {
     }
 }
 
-/// The module keeps what it cannot use; the user is told instead, and nothing is saved.
+/// Throws diagnostics::Failure, and leaves the preferences unsaved, for a record that the module would store
+/// but cannot use.
 void SpaceAddCommand::add(const ColorSpaceDef& record) const {
     ColorIOManager& manager = *ColorIOManager::get_instance();
     CoreVector<ColorSpaceDef> records = manager.get_tavelion_color_spaces();
     for (const ColorSpaceDef& known : records)
         if (known.name.get_lower_case() == record.name.get_lower_case())
             diagnostics::fail(Code::NAME_DUPLICATE,
-                              fmt::format("there is a color space '{}' already", known.name.view()),
+                              fmt::format("a color space named '{}' already exists", known.name.view()),
                               known.is_builtin ? "" : "remove it with 'colorio space remove'");
     records.append(record);
     ColorIODiagnostics collector;
@@ -143,7 +148,7 @@ void SpaceAddCommand::add(const ColorSpaceDef& record) const {
     ColorIOConverter converter;
     if (!ColorIO::color_space_exists(workflow::get_label(record).c_str()) ||
         !converter.configure(ColorIO::get_ROLE_SCENE_LINEAR(), record.name))
-        throw diagnostics::Failure(add_context(fmt::format("cannot make the color space '{}'", name),
+        throw diagnostics::Failure(add_context(fmt::format("cannot add the color space '{}'", name),
                                                collector.take(), Code::CUSTOM_COLOR_SPACE_INVALID));
 }
 

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// The parts of "colorio space".
+// The subcommands of "colorio space".
 std::unique_ptr<Command> make_space_list_command(Options& program);
 std::unique_ptr<Command> make_space_add_command(Options& program);
 std::unique_ptr<Command> make_space_remove_command(Options& program);

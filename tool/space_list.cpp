@@ -19,13 +19,13 @@ namespace {
 
 using Space = ColorIOInspection::ColorSpace;
 
-/// The color spaces of the configuration, as the module publishes them and as it does not.
+/// The color spaces of the active config: published and inactive ones.
 class SpaceList {
 public:
     SpaceList() {
         for (Space& space : spaces) {
             by_name.emplace(space.name.get_data(), &space);
-            tells_reference = tells_reference || space.is_display_referred;
+            has_display_reference = has_display_reference || space.is_display_referred;
             if (!space.is_active)
                 inactive.push_back(&space);
         }
@@ -39,10 +39,10 @@ public:
 
     const std::vector<const Space*>& get_inactive() const { return inactive; }
 
-    /// What the space refers to goes without saying where there is but one reference.
+    /// "scene-referred" or "display-referred" only in configs that have both reference spaces.
     std::string describe_kind(const Space& space) const {
         std::string kind;
-        if (tells_reference)
+        if (has_display_reference)
             kind = space.is_display_referred ? "display-referred" : "scene-referred";
         if (space.is_data)
             kind += kind.empty() ? "data" : ", data";
@@ -53,11 +53,11 @@ private:
     CoreVector<Space> spaces = ColorIOInspection::get_color_spaces();
     std::map<std::string, const Space*> by_name;
     std::vector<const Space*> inactive;
-    bool tells_reference = false;
+    bool has_display_reference = false;
 };
 
 void print_published(const SpaceList& list, Console& console) {
-    TextTable table({"#", "color space", "family", "label", "kind", "encoding", "categories", "other names"});
+    TextTable table({"#", "color space", "family", "label", "kind", "encoding", "categories", "aliases"});
     for (const workflow::PublishedSpace& space : workflow::get_published_spaces()) {
         const Space& facts = list.get_facts(space);
         table.add_row({std::to_string(table.count_rows()), space.name, space.family, space.label,
@@ -69,7 +69,7 @@ void print_published(const SpaceList& list, Console& console) {
 }
 
 void print_inactive(const SpaceList& list, Console& console) {
-    TextTable table({"inactive color space", "family", "kind", "encoding", "categories", "other names"});
+    TextTable table({"inactive color space", "family", "kind", "encoding", "categories", "aliases"});
     for (const Space* space : list.get_inactive())
         table.add_row({space->name.get_data(), space->family.get_data(), list.describe_kind(*space),
                        space->encoding.get_data(), join_texts(space->categories),
@@ -96,7 +96,7 @@ void print_spaces(Console& console, bool with_inactive) {
     if (with_inactive)
         print_inactive(list, console);
     else
-        console.print(fmt::format("Inactive, and therefore not published: {}; --inactive lists them.",
+        console.print(fmt::format("Inactive: {}; --inactive lists them.",
                                   count_things(list.get_inactive().size(), "color space")));
 }
 

@@ -6,7 +6,7 @@ namespace tool {
 
 class Console;
 
-/// The published color spaces, and on request the inactive ones.
+/// Prints the published color spaces, and with `with_inactive` also the inactive ones.
 void print_spaces(Console& console, bool with_inactive);
 /// Adds "spaces" and "inactive_spaces".
 void add_spaces_to_json(Json& answer);

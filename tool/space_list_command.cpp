@@ -27,9 +27,9 @@ bool is_usable(const ColorSpaceDef& space) {
 class SpaceListCommand : public Command {
 public:
     explicit SpaceListCommand(Options& program)
-        : Command(program, "list", "List your own color spaces", EXAMPLES) {
+        : Command(program, "list", "List the custom color spaces", EXAMPLES) {
         add_preference_reading_options(options, session_options);
-        options.add_flag("--json", as_json, "Write JSON");
+        options.add_flag("--json", as_json, "print JSON");
         session_options.builtin_only = true;
     }
 
@@ -50,7 +50,7 @@ private:
                            workflow::describe_depth(space), workflow::describe_allocation(space),
                            is_usable(space) ? "" : "unusable"});
         if (table.count_rows() == 0)
-            console.print("No color spaces of your own; 'colorio space add' makes one.");
+            console.print("No custom color spaces; 'colorio space add' adds one.");
         else
             table.print(console);
     }

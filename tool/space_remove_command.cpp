@@ -10,7 +10,7 @@ namespace {
 class SpaceRemoveCommand : public RemoveCommand {
 public:
     explicit SpaceRemoveCommand(Options& program)
-        : RemoveCommand(program, {"Remove one of your own color spaces", "name", "Color space to remove",
+        : RemoveCommand(program, {"Remove a custom color space", "name", "color space to remove",
                                   "  colorio space remove film"}) {}
 
 private:

@@ -12,10 +12,10 @@ class TextTable {
 public:
     explicit TextTable(std::vector<std::string> heading);
 
-    /// Missing cells are empty; surplus ones are an error of the caller.
+    /// Missing cells are left empty; more cells than columns are not allowed.
     void add_row(std::vector<std::string> cells);
     std::size_t count_rows() const { return rows.size(); }
-    /// Takes out the columns whose cells are empty in every row.
+    /// Removes the columns whose cells are empty in every row.
     void drop_empty_columns();
     void print(Console& console) const;
 

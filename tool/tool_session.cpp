@@ -13,7 +13,7 @@ workflow::SessionOptions make_options(const SessionChoice& choice, Console& cons
 
 ToolSession::ToolSession(const SessionChoice& choice, Console& console, workflow::PreferenceUse use)
     : Session(make_options(choice, console), use) {
-    if (!choice.verbose) // the log has the rest
+    if (!choice.verbose) // the log contains them
         console.report(get_notices());
 }
 

@@ -6,15 +6,16 @@ namespace tool {
 
 class Console;
 
-/// The session that the options of a command line ask for.
+/// The session options of a command line.
 struct SessionChoice : workflow::SessionOptions {
     bool verbose = false; ///< Show every message of the log.
 };
 
-/// The choice with a log that goes to the console, where it is wanted.
+/// Session options whose log goes to the console if `choice.verbose` is set. `console` must outlive the
+/// session.
 workflow::SessionOptions make_options(const SessionChoice& choice, Console& console);
 
-/// A session that reports its notices to the console when it starts.
+/// A session that reports its notices to the console when it starts. `console` must outlive it.
 class ToolSession : public workflow::Session {
 public:
     ToolSession(const SessionChoice& choice, Console& console,

@@ -25,8 +25,7 @@ const char* describe_directions(const NamedTransform& transform) {
 } // namespace
 
 void print_named_transforms(Console& console, bool with_inactive) {
-    TextTable table(
-        {"named transform", "family", "stated direction", "encoding", "categories", "other names", ""});
+    TextTable table({"named transform", "family", "directions", "encoding", "categories", "aliases", ""});
     std::size_t left_out = 0;
     for (const NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
         if (!transform.is_active && !with_inactive) {
@@ -41,7 +40,7 @@ void print_named_transforms(Console& console, bool with_inactive) {
     if (table.count_rows() > 0)
         table.print(console);
     else
-        console.print(left_out > 0 ? "No named transform is active." : "There are no named transforms.");
+        console.print(left_out > 0 ? "No named transform is active." : "No named transforms.");
     if (left_out > 0)
         console.print(
             fmt::format("Inactive: {}; --inactive lists them.", count_things(left_out, "named transform")));

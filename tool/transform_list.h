@@ -6,7 +6,7 @@ namespace tool {
 
 class Console;
 
-/// The named transforms of the configuration; inactive ones on request.
+/// Prints the named transforms of the active config; inactive ones only with `with_inactive`.
 void print_named_transforms(Console& console, bool with_inactive);
 bool has_named_transforms();
 /// Adds "named_transforms", inactive ones included.

@@ -24,10 +24,10 @@ constexpr char EXAMPLES[] = R"(  colorio view render.exr
   colorio view render.exr --size 1920x1080 --screenshot render.png
   colorio view render.exr --script tour.txt
 
-In the window: drag moves, the wheel zooms, shift and drag moves the line of the wipe, files can be dropped.
-Edited configurations, LUTs, CDLs and images are read again at once.
+In the window: drag to pan, wheel to zoom, shift-drag to move the wipe line, drop files to open them.
+Configs, LUTs, CDLs and images are reloaded when they change.
 
-Commands of a script, one a line:
+Commands of a script, one per line:
 )";
 
 constexpr int MAX_SIDE = 16384;
@@ -100,7 +100,7 @@ public:
     }
 
 private:
-    /// The script, if there is one.
+    /// The script, or nothing without --script.
     std::vector<viewer::Script> read_script() const {
         if (script_path.empty()) {
             if (no_window && screenshot.empty())
@@ -131,7 +131,7 @@ private:
         model.set_layout(viewer::parse_layout(layout));
     }
 
-    /// An image of anything but what was asked for would be wrong.
+    /// Throws diagnostics::Failure when a shown view cannot be converted: the image would be wrong.
     void save_screenshot(viewer::Viewer& viewer) const {
         viewer::ViewModel& model = viewer.get_model();
         model.get_conversion(viewer::ViewModel::FIRST);

@@ -19,7 +19,7 @@ std::string describe_space(const workflow::PublishedView& view) {
     return view.shows_unpublished ? fmt::format("{} (not published)", view.color_space) : view.color_space;
 }
 
-std::string describe_standing(const workflow::PublishedView& view) {
+std::string describe_flags(const workflow::PublishedView& view) {
     std::string words = view.is_default ? "default" : "";
     if (view.is_shared)
         words += words.empty() ? "shared" : ", shared";
@@ -32,7 +32,7 @@ void print_table(const std::vector<workflow::PublishedView>& views, std::string 
     for (const workflow::PublishedView& view : views)
         table.add_row({std::to_string(table.count_rows()), view.label, view.display, view.view,
                        describe_space(view), view.named_transform, view.view_transform, view.looks,
-                       describe_standing(view)});
+                       describe_flags(view)});
     table.drop_empty_columns();
     table.print(console);
 }
@@ -62,8 +62,8 @@ void print_views(Console& console, bool with_inactive) {
         console.print("");
         print_table(hidden, "inactive view", console);
     } else {
-        console.print(fmt::format("Inactive, and therefore not published: {}; --inactive lists them.",
-                                  count_things(hidden.size(), "view")));
+        console.print(
+            fmt::format("Inactive: {}; --inactive lists them.", count_things(hidden.size(), "view")));
     }
 }
 

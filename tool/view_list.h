@@ -6,7 +6,8 @@ namespace tool {
 
 class Console;
 
-/// The published views, and on request those that lists of active displays and views hide.
+/// Prints the published views, and with `with_inactive` also those hidden by active_displays and
+/// active_views.
 void print_views(Console& console, bool with_inactive);
 /// Adds "views" and "inactive_views".
 void add_views_to_json(Json& answer);

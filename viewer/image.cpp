@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
-#include "image/color_group.h"
+#include "image/color_layer.h"
 #include "image/image_reader.h"
 #include "image/pixel_codec.h"
 #include "image/pixel_layout.h"
@@ -18,19 +18,19 @@ namespace viewer {
 namespace {
 
 /// The color to show: as the channels' names tell, else the first channels there are.
-image::ColorGroup choose_color(const OIIO::ImageSpec& spec) {
-    const std::vector<image::ColorGroup> groups = image::find_color_groups(spec);
-    if (!groups.empty())
-        return groups.front();
+image::ColorLayer choose_color(const OIIO::ImageSpec& spec) {
+    const std::vector<image::ColorLayer> layers = image::find_color_layers(spec);
+    if (!layers.empty())
+        return layers.front();
     if (spec.nchannels >= 3)
-        return {"", {0, 1, 2, image::ColorGroup::NONE}};
-    return {"", {0, 0, 0, image::ColorGroup::NONE}};
+        return {"", {0, 1, 2, image::ColorLayer::NONE}};
+    return {"", {0, 0, 0, image::ColorLayer::NONE}};
 }
 
-std::string name_channels(const OIIO::ImageSpec& spec, const image::ColorGroup& color) {
+std::string name_channels(const OIIO::ImageSpec& spec, const image::ColorLayer& color) {
     std::string names;
     for (int i = 0; i < image::WORKING_CHANNELS; ++i)
-        if (color.channels[i] != image::ColorGroup::NONE && (i == 0 || i == 3 || !color.is_gray()))
+        if (color.channels[i] != image::ColorLayer::NONE && (i == 0 || i == 3 || !color.is_gray()))
             names += fmt::format("{}{}", names.empty() ? "" : ", ",
                                  std::string(spec.channel_name(color.channels[i])));
     return names;
@@ -72,7 +72,7 @@ Image load_image(const std::string& path, int max_side) {
     image::ImageReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
     check_size(path, spec, max_side);
-    const image::ColorGroup color = choose_color(spec);
+    const image::ColorLayer color = choose_color(spec);
     const image::PixelLayout layout(spec);
     image::PixelBuffer pixels;
     reader.read_part(0, pixels);
@@ -91,7 +91,7 @@ Image load_image(const std::string& path, int max_side) {
     OIIO::parallel_for(int64_t(0), int64_t(spec.height), [&](int64_t y) {
         const auto row = static_cast<std::size_t>(y);
         for (int i = 0; i < image::WORKING_CHANNELS; ++i)
-            if (color.channels[i] != image::ColorGroup::NONE)
+            if (color.channels[i] != image::ColorLayer::NONE)
                 decode_row(pixels.data() + row * width * layout.pixel_bytes, layout, color.channels[i],
                            spec.width,
                            &image.rgba[row * width * image::WORKING_CHANNELS + static_cast<size_t>(i)]);

@@ -124,14 +124,14 @@ void ViewModel::set_wipe(double position) {
 }
 
 void ViewModel::use_config(const std::string& path) {
-    if (workflow::LiveConfig::Fault fault = host.use_config(path))
+    if (workflow::LiveConfig::Error fault = host.use_config(path))
         throw diagnostics::Failure(*std::move(fault));
     note = fmt::format("using {}", host.get_config_name()) + use_existing_names();
     watch_files();
 }
 
 void ViewModel::use_cdl_library(const std::string& path) {
-    if (workflow::LiveConfig::Fault fault = host.use_cdl_library(path))
+    if (workflow::LiveConfig::Error fault = host.use_cdl_library(path))
         throw diagnostics::Failure(*std::move(fault));
     note = fmt::format("using {}", get_file_name(path)) + use_existing_names();
     watch_files();
@@ -211,7 +211,7 @@ std::string ViewModel::get_conversion_fault(Side side) const {
 
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults;
-    for (const diagnostics::Diagnostic& fault : host.get_source_faults())
+    for (const diagnostics::Diagnostic& fault : host.get_source_errors())
         faults.push_back(format_located(fault) + " (still showing the last good state)");
     for (const std::string& fault :
          {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})

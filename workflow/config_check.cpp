@@ -87,7 +87,7 @@ private:
                     });
     }
 
-    /// Only as the configuration states it: who states one direction may know that there is no other.
+    /// Only the directions that the config defines: the inverse of the other may not exist.
     void try_named_transform(const ColorIOInspection::NamedTransform& transform) {
         ++report.named_transforms_tried;
         const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, transform.name.get_data());
@@ -115,8 +115,8 @@ private:
         try_to_make(report.notes, make_subject(subject, name.get_data()), "", [&] { return works(name); });
     }
 
-    /// Adds the subject to `failures` when `make` answers false; a direction more, where it failed before for
-    /// the same reason.
+    /// Adds the subject to `failures` when `make` returns false. If it just failed for the same reason in
+    /// another direction, adds the direction to that failure.
     template <class Make>
     void try_to_make(Failures& failures, CheckFailure subject, const std::string& direction,
                      const Make& make) {

@@ -12,10 +12,12 @@ struct CheckFailure {
     enum Subject { COLOR_SPACE, VIEW, NAMED_TRANSFORM, INACTIVE_COLOR_SPACE, LOOK, VIEW_TRANSFORM };
 
     Subject subject = COLOR_SPACE;
-    std::string name;                    ///< Label of a color space or a view.
+    std::string name;                    ///< Label of a color space or view, name of the others.
     std::vector<std::string> directions; ///< "to linear", "from linear"; empty where there is only one.
     diagnostics::Diagnostic reason;
-    std::string path; ///< What leads to a view: "the view transform 'film' and the looks 'warm'"; else empty.
+    /// For a view with a view transform or looks: "the view transform 'film' and the looks 'warm'". Else
+    /// empty.
+    std::string path;
 };
 
 /// Result of trying every conversion of a config.
@@ -31,14 +33,14 @@ struct CheckReport {
     unsigned int looks_tried = 0;
     unsigned int view_transforms_tried = 0;
     std::vector<CheckFailure> failures;
-    /// What does not work and cannot be chosen by a user: inactive color spaces, looks and view transforms
-    /// alone. Where a view needs one of them, the view is among the failures.
+    /// Failures of what users cannot choose by itself: inactive color spaces, looks and view transforms. A
+    /// view that needs one of them is in `failures`.
     std::vector<CheckFailure> notes;
 };
 
 /// Configures the conversions of the active config: every color space to scene-linear and back, scene-linear
 /// to every view, and named transforms, inactive color spaces, looks and view transforms. Needs an open
-/// session.
+/// session. What fails is in the report, not thrown.
 CheckReport check_config();
 
 } // namespace workflow

@@ -11,9 +11,9 @@ struct ConfigSource {
     enum Kind { BUILTIN, FILE, ENVIRONMENT, PREFERENCES };
 
     Kind kind = BUILTIN;
-    std::string path; ///< Empty for the built-in one.
+    std::string path; ///< Empty for the built-in config.
 
-    /// True when this program names the file to the module, which itself follows the environment.
+    /// True when the session has to pass the path to the module, which reads $OCIO itself.
     bool is_file() const { return kind == FILE || kind == PREFERENCES; }
     /// For messages: "aces.ocio", or "the built-in config".
     std::string get_name() const;
@@ -22,12 +22,12 @@ struct ConfigSource {
     std::string describe() const;
 };
 
-/// Whether `path` names a config that newer versions of OpenColorIO contain: "ocio://default". The module
-/// takes those from the environment only.
+/// True for the name of a config that newer versions of OpenColorIO contain: "ocio://default". The module
+/// accepts such names only in $OCIO.
 bool is_in_library(const std::string& path);
 
-/// The file at `config_path`; when that is empty the one that $OCIO names; then the one that `preferences`
-/// name; else the built-in config.
+/// The config to load: `config_path`, unless it is empty; else $OCIO; else the config of `preferences`; else
+/// the built-in config. Does not check that the file exists.
 ConfigSource find_config_source(const std::string& config_path, const OfApp& preferences);
 
 } // namespace workflow

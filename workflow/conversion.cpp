@@ -26,13 +26,13 @@ using diagnostics::Code;
 
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 
-// How OpenImageIO names the two spaces that file formats have tags for.
+// OpenImageIO's names of the two color spaces that file formats have tags for.
 constexpr char LINEAR_TAG[] = "Linear";
 constexpr char SRGB_TAG[] = "sRGB";
 
-/// Grays that show whether a conversion tints: black, shadows, middle gray, white, a highlight.
+/// Grays to check for a tint: black, shadows, middle gray, white, a highlight.
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
-/// Allows for rounding; relative to the larger of the value and 1.
+/// Tolerance for rounding, relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
 bool equals_ignoring_case(const std::string& a, const char* b) {
@@ -43,7 +43,8 @@ std::string remove_family(const std::string& label) {
     return label.substr(label.find(ColorIOManager::FAMILY_SEPARATOR) + 1);
 }
 
-/// The converter that `configure` made. Throws with the module's reasons when it answers false.
+/// A converter configured by `configure`. Throws diagnostics::Failure with the module's diagnostics when
+/// `configure` returns false; `what` is the beginning of the message.
 template <class Configure>
 std::unique_ptr<ColorIOConverter> configure_or_fail(const std::string& what, const Configure& configure) {
     auto converter = std::make_unique<ColorIOConverter>();
@@ -54,8 +55,8 @@ std::unique_ptr<ColorIOConverter> configure_or_fail(const std::string& what, con
     return converter;
 }
 
-/// The converter of a record that is listed nowhere. The module undoes the first CDL that it is given, and
-/// applies the second.
+/// Configures a converter for an unpublished CDL. `configure_CDL` applies the inverse of its first CDL, then
+/// its second CDL.
 bool configure_local(const ColorIOManager::ColorDecisionListDef& record, bool is_undone,
                      ColorIOConverter& converter) {
     ColorIOManager::get_instance()->add_local_CDL(record);
@@ -120,7 +121,7 @@ void Conversion::add_correction(const Session&, const ConversionRequest& request
     const Correction correction = read_valid_correction(parse_correction_source(request.cdl));
     add_unread_elements(correction, notes);
     const auto record = make_cdl_record(correction, request.undoes_cdl ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL);
-    add_stage(fmt::format("{}{} in {}", request.cdl, request.undoes_cdl ? ", undone," : "", working_space),
+    add_stage(fmt::format("{}{} in {}", request.undoes_cdl ? "inverse of " : "", request.cdl, working_space),
               configure_or_fail(fmt::format("cannot apply the CDL '{}'", request.cdl),
                                 [&](ColorIOConverter& converter) {
                                     return configure_local(record, request.undoes_cdl, converter);

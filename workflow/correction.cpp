@@ -12,7 +12,7 @@ namespace workflow {
 
 namespace {
 
-/// Both kinds of record name their numbers alike.
+/// Both record types use the same member names.
 template <class From, class To>
 void copy_numbers(const From& from, To& to) {
     std::copy(std::begin(from.slope), std::end(from.slope), to.slope);

@@ -7,7 +7,7 @@
 
 namespace workflow {
 
-/// A color correction (ASC CDL) as documents hold it.
+/// A color correction (ASC CDL) of a document. Arrays are red, green, blue.
 struct Correction {
     std::string id;
     std::vector<std::string> descriptions;
@@ -15,16 +15,17 @@ struct Correction {
     float offset[3] = {0.0f, 0.0f, 0.0f};
     float power[3] = {1.0f, 1.0f, 1.0f};
     float saturation = 1.0f;
-    std::vector<std::string> unread_elements; ///< Of unknown names, such as "ASC_SOP".
-    /// False when the document spells a name in a way that OpenColorIO does not accept: "SopNode".
+    std::vector<std::string> unread_elements; ///< Names of ignored elements, such as "ASC_SOP".
+    /// False when an element name is spelled in a way that OpenColorIO does not accept: "SopNode".
     bool has_usual_names = true;
 };
 
-/// The module's record of the numbers, under `name`, without a file.
+/// A record of the module with these numbers and no file, named `name`.
 ColorIOManager::ColorDecisionListDef make_cdl_record(const Correction& correction, const std::string& name);
-/// The first number that the ASC CDL does not allow, as "slope -1.5 is negative"; empty when all are valid.
+/// A description of the first number that the ASC CDL does not allow: "slope -1.5 is negative". Empty when
+/// all are valid: finite, slope and saturation at least 0, power greater than 0.
 std::string find_invalid_number(const Correction& correction);
-/// The numbers of a record, its name as the id.
+/// The color correction of a record of the module; its name becomes the id.
 Correction make_correction(const ColorIOManager::ColorDecisionListDef& record);
 
 } // namespace workflow

@@ -31,7 +31,7 @@ using diagnostics::fail_file;
 constexpr std::size_t GUESS_WINDOW = 4096;
 constexpr std::string_view BLANKS = " \t\r\n";
 
-/// What a ColorCorrection may hold.
+/// Elements of a ColorCorrection that are not reported as ignored.
 constexpr const char* CORRECTION_ELEMENTS[] = {"SOPNode", "SatNode", "Description", "InputDescription",
                                                "ViewingDescription"};
 
@@ -51,7 +51,7 @@ bool is_file(const std::string& path) {
               fmt::format("cannot read '{}': {}", path, is_folder ? "it is a folder" : "no such file"), path);
 }
 
-/// Makes the encoding that a file seems to have the current one for its scope.
+/// Makes the guessed encoding of a file the current one of the XML library for its scope.
 class FileEncoding {
 public:
     explicit FileEncoding(const std::string& path) : before(get_xml_settings()) {
@@ -79,12 +79,12 @@ XmlNode parse_document(const std::string& path) {
     if (results.error == XmlError::NONE)
         return top;
     const std::string reason = get_error_reason(results.error);
-    Diagnostic fault = diagnostics::make_file_error(
+    Diagnostic error = diagnostics::make_file_error(
         Code::XML_MALFORMED, results.line > 0 ? reason : fmt::format("cannot read '{}': {}", path, reason),
         path);
-    fault.line = static_cast<unsigned int>(results.line);
-    fault.column = static_cast<unsigned int>(results.column);
-    throw diagnostics::Failure(std::move(fault));
+    error.line = static_cast<unsigned int>(results.line);
+    error.column = static_cast<unsigned int>(results.column);
+    throw diagnostics::Failure(std::move(error));
 }
 
 /// Reads one ColorCorrection element.
@@ -150,7 +150,7 @@ private:
             const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
             const auto value = parse_number(word);
             if (!value)
-                fail(fmt::format("{} holds '{}', which is not a number", name, word));
+                fail(fmt::format("{} contains '{}', which is not a number", name, word));
             if (found < count)
                 values[found] = *value;
             text.remove_prefix(word.size());
@@ -162,7 +162,8 @@ private:
     [[noreturn]] void fail(const std::string& reason) const {
         const std::string name = correction.id.empty() ? "" : fmt::format(" ('{}')", correction.id);
         fail_file(Code::CDL_INVALID,
-                  fmt::format("cannot read '{}': correction {}{}: {}", path, position, name, reason), path);
+                  fmt::format("cannot read '{}': color correction {}{}: {}", path, position, name, reason),
+                  path);
     }
 
     const XmlNode& element;
@@ -201,7 +202,7 @@ std::vector<Correction> read_corrections(const std::string& path) {
             open.push_back({current.node.get_child(current.next_child++), 0});
     }
     if (corrections.empty())
-        fail_file(Code::CDL_INVALID, fmt::format("cannot read '{}': it has no ColorCorrection", path), path);
+        fail_file(Code::CDL_INVALID, fmt::format("cannot read '{}': no ColorCorrection element", path), path);
     return corrections;
 }
 
@@ -209,8 +210,10 @@ void add_unread_elements(const Correction& correction, diagnostics::Diagnostics&
     if (!correction.unread_elements.empty())
         notes.push_back(diagnostics::make_warning(
             Code::CDL_INVALID,
-            fmt::format("the correction '{}' contains elements that are ignored here and by OpenColorIO: {}",
-                        correction.id, fmt::join(correction.unread_elements, ", ")),
+            fmt::format(
+                "the color correction '{}' contains elements that are ignored here and by OpenColorIO: "
+                "{}",
+                correction.id, fmt::join(correction.unread_elements, ", ")),
             correction.id));
 }
 
@@ -233,7 +236,8 @@ Correction read_correction(const CorrectionSource& source) {
     if (found != corrections.end())
         return *found;
     Diagnostic missing = diagnostics::make_file_error(
-        Code::CDL_ID_MISSING, fmt::format("no correction '{}' in '{}'", source.id, source.path), source.path);
+        Code::CDL_ID_MISSING, fmt::format("no color correction '{}' in '{}'", source.id, source.path),
+        source.path);
     missing.subject = source.id;
     missing.hint = did_you_mean(source.id, get_ids(corrections));
     throw diagnostics::Failure(std::move(missing));
@@ -241,12 +245,12 @@ Correction read_correction(const CorrectionSource& source) {
 
 Correction read_valid_correction(const CorrectionSource& source) {
     Correction correction = read_correction(source);
-    const std::string fault = find_invalid_number(correction);
-    if (!fault.empty())
+    const std::string problem = find_invalid_number(correction);
+    if (!problem.empty())
         fail_file(Code::CDL_INVALID,
                   fmt::format("invalid CDL{} in '{}': {}",
                               correction.id.empty() ? "" : fmt::format(" '{}'", correction.id), source.path,
-                              fault),
+                              problem),
                   source.path);
     return correction;
 }

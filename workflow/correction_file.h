@@ -8,29 +8,32 @@
 
 namespace workflow {
 
-/// The corrections of a .cc, .ccc or .cdl document in its order, wherever they stand in it. Numbers that a
-/// document leaves out as a whole (SOPNode, SatNode) change nothing. Throws diagnostics::Failure with line
-/// and column of malformed XML, with the correction whose numbers are wrong, and when there is no correction.
+/// All color corrections of a .cc, .ccc or .cdl document, at any depth, in document order. A missing SOPNode
+/// or SatNode gives the identity values. Throws diagnostics::Failure when the file cannot be read, is not
+/// well-formed (with line and column), has a missing or malformed number, or has no color correction. Numbers
+/// out of the ASC CDL's range are returned.
 std::vector<Correction> read_corrections(const std::string& path);
 
-/// Adds a warning where the correction has elements that are ignored.
+/// Adds a warning if the color correction has ignored elements.
 void add_unread_elements(const Correction& correction, diagnostics::Diagnostics& notes);
 
-/// Which correction of which document "FILE" or "FILE:ID" means.
+/// A color correction of a document, given as "FILE" or "FILE:ID".
 struct CorrectionSource {
     std::string path;
-    std::string id; ///< Empty when none is named.
+    std::string id; ///< Empty for the first color correction of the file.
 };
 
-/// Reads `text` as a path as it stands, if there is such a file, otherwise up to the last colon in front of
-/// which a file's path ends. Throws diagnostics::Failure when that names no file.
+/// Parses "FILE" or "FILE:ID". All of `text` is the path if such a file exists; otherwise the path ends at
+/// the last colon after which it names an existing file. Throws diagnostics::Failure when there is no such
+/// file.
 CorrectionSource parse_correction_source(const std::string& text);
 
-/// The correction that the source names, or the first one. Throws like `read_corrections`, and with the
-/// nearest ids when there is none of that id.
+/// Reads the color correction. Throws like `read_corrections`, and with the nearest ids as the hint when the
+/// file has none with that id.
 Correction read_correction(const CorrectionSource& source);
 
-/// The same, to be applied. Throws also for a number that the ASC CDL does not allow.
+/// Reads the color correction. Throws like `read_correction`, and for a number that the ASC CDL does not
+/// allow.
 Correction read_valid_correction(const CorrectionSource& source);
 
 } // namespace workflow

@@ -41,7 +41,7 @@ void parse_triple(std::string_view text, const char* name, float (&values)[3]) {
 std::optional<float> parse_number(std::string_view text) {
     if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
-    // Through double: numbers too small for a float are 0 and no error.
+    // Through double, so that numbers too small for a float become 0 instead of an error.
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || text.front() == '+')
@@ -74,13 +74,13 @@ Correction parse_numbers(const std::string& text) {
     parse_triple(parts[1], "offset", correction.offset);
     parse_triple(parts[2], "power", correction.power);
     correction.saturation = parse_part(parts[3]);
-    if (const std::string fault = find_invalid_number(correction); !fault.empty())
-        fail(Code::USAGE, fmt::format("invalid CDL '{}': {}", text, fault));
+    if (const std::string problem = find_invalid_number(correction); !problem.empty())
+        fail(Code::USAGE, fmt::format("invalid CDL '{}': {}", text, problem));
     return correction;
 }
 
 Correction parse_named_numbers(const std::string& text) {
-    // Numbers hold no such sign, names may.
+    // The last '=': names may contain one, numbers cannot.
     const std::size_t sign = text.rfind('=');
     if (sign == std::string::npos || sign == 0)
         fail(Code::USAGE, fmt::format("'{}' is not NAME=SLOPE/OFFSET/POWER/SATURATION", text));

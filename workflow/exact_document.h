@@ -7,8 +7,9 @@
 
 namespace workflow {
 
-/// Replaces the file at `path` by the ASC CDL document that OpenColorIO writes, whose numbers read
-/// back as the same floats: one ColorCorrection, or a collection of all. Throws diagnostics::Failure.
+/// Writes an ASC CDL document whose numbers read back as the same floats: a ColorCorrectionCollection, or the
+/// ColorCorrection of a single color correction. Replaces an existing file only when writing succeeds. Throws
+/// diagnostics::Failure.
 void write_exact_document(const std::string& path, const std::vector<Correction>& corrections,
                           bool is_collection);
 

@@ -10,18 +10,20 @@ namespace workflow {
 
 class Conversion;
 
-/// One stage of a conversion, explained.
+/// Explanation of one stage of a conversion.
 struct ExplainedStage {
-    std::string title; ///< As `Conversion::Stage` has it.
+    std::string title; ///< `Conversion::Stage::title`.
     ColorIOEvaluation::Explanation how;
 };
 
-/// The operations of every stage, and `pixel` (red, green, blue, alpha) after each of them. Empty for a
-/// conversion that leaves pixels unchanged. Throws diagnostics::Failure when OpenColorIO does.
+/// The operations of every stage, and the values of `pixel` (red, green, blue, alpha) after each of them.
+/// Empty for a conversion that leaves pixels unchanged.
 std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
                                                const std::array<float, 4>& pixel);
 
-/// What converts the pixels of a stage: "converted by SIMD code (AVX2)".
+/// How the pixels of a stage are converted: "converted by SIMD code (AVX2)", "converted by OpenColorIO
+/// because
+/// ...".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 
 } // namespace workflow

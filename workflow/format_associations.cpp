@@ -38,7 +38,7 @@ bool lists(const FormatAssociation& association, const std::string& extension) {
            association.extensions.end();
 }
 
-/// The first row "default"; where there is none, the module falls back to its own sRGB.
+/// The first category "default"; without one, the module falls back to the built-in sRGB.
 FormatAssociation find_fallback(const std::vector<FormatAssociation>& associations) {
     for (const FormatAssociation& association : associations)
         if (is_fallback_category(association.category))
@@ -82,7 +82,7 @@ std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& sessio
             break;
         }
     reason.severity = diagnostics::Severity::WARNING;
-    reason.message = "the mapping file that the preferences name is not used: " + format_located(reason);
+    reason.message = "the mapping file of the preferences is not used: " + format_located(reason);
     return reason;
 }
 
@@ -132,7 +132,7 @@ std::string normalize_extensions(const std::string& text) {
         extension.erase(0, extension.find_first_not_of('.'));
     extensions.erase(std::remove(extensions.begin(), extensions.end(), ""), extensions.end());
     if (extensions.empty())
-        diagnostics::fail(Code::USAGE, fmt::format("'{}' does not name an extension", text));
+        diagnostics::fail(Code::USAGE, fmt::format("invalid list of file extensions '{}'", text));
     return fmt::format("{}", fmt::join(extensions, ", "));
 }
 
@@ -142,8 +142,10 @@ std::vector<std::string> find_shadowed_extensions(const std::string& category) {
     for (const std::string& extension : association.extensions) {
         const FormatAssociation decisive = find_format_association(extension);
         if (decisive.category != category && !is_fallback_category(category))
-            notes.push_back(fmt::format(".{} files stay in '{}' because of the category '{}'", extension,
-                                        decisive.color_space, decisive.category));
+            notes.push_back(
+                fmt::format("the color space of .{} files is still '{}', because the category '{}' "
+                            "takes precedence",
+                            extension, decisive.color_space, decisive.category));
     }
     return notes;
 }

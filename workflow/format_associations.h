@@ -10,36 +10,41 @@ namespace workflow {
 
 class Session;
 
-/// A file format with its extensions and the color space that its images are in.
+// Format associations of the running module. All functions but `normalize_extensions` and
+// `is_fallback_category` need an open session.
+
+/// A file format with its extensions and the color space of its images.
 struct FormatAssociation {
-    std::string category;
-    std::vector<std::string> extensions; ///< Of the row "default" that which no file has: "Other".
-    std::string color_space;
+    std::string category;                ///< Name of the format.
+    std::vector<std::string> extensions; ///< Lower case, without dots; "Other" for the category "default".
+    std::string color_space;             ///< Label; may be missing in the active config.
 };
 
-/// The associations that the running module has in force, in its order.
+/// The active associations, in the module's order.
 std::vector<FormatAssociation> get_format_associations();
-/// "the mapping file 'x.yaml'" or "the built-in associations".
+/// For messages: "the mapping file 'x.yaml'" or "the built-in associations".
 std::string describe_association_source();
-/// A warning with the reason where the preferences name a mapping file and the module could not use it.
+/// A warning with the reason if the module could not use the mapping file of the preferences.
 std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& session);
 
-/// The association that decides about an extension, by the module's rule: the first that lists it and does
-/// not give the space of "default", else the last that lists it, else "default" itself.
+/// The association of an extension, by the module's rule: the first that lists it and has another color space
+/// than "default", else the last that lists it, else "default".
 FormatAssociation find_format_association(const std::string& extension);
 
-/// True for the categories that are there without preferences, and come back when they are removed.
+/// True for categories that exist without preferences; they cannot be removed for good.
 bool is_builtin_category(const std::string& category);
+/// True for "default", the category of all extensions that no other lists.
 bool is_fallback_category(const std::string& category);
 
-/// Position of a category among the associations. Throws diagnostics::Failure with the nearest names.
+/// Position of a category in the associations. Throws diagnostics::Failure with the nearest names as the
+/// hint.
 unsigned int find_category(const std::string& category);
 
-/// Extensions as the module stores them: lower case, without dots, separated by commas. Throws
-/// diagnostics::Failure when there is none in `text`.
+/// The comma-separated extensions in `text` as the module stores them: lower case, without dots, separated by
+/// ", ". Throws diagnostics::Failure when there is none.
 std::string normalize_extensions(const std::string& text);
 
-/// What the user should know about a category: "files .x stay in Y, of category Z, which comes first".
+/// A sentence for each extension of `category` whose color space is decided by another category.
 std::vector<std::string> find_shadowed_extensions(const std::string& category);
 
 } // namespace workflow

@@ -8,7 +8,7 @@ namespace workflow {
 
 namespace {
 
-/// More digits than any frame number has: a wider field is not meant as one.
+/// Widest field that is accepted; wider ones are not frame numbers.
 constexpr unsigned int MAX_WIDTH = 32;
 
 } // namespace

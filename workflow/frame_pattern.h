@@ -4,16 +4,16 @@
 
 namespace workflow {
 
-/// The file name of an image sequence: "shot.%04d.exr", "shot.%d.exr" or "shot.####.exr", where each '#' is
-/// one digit. The last such place in the file name (not in its folder) takes the frame number.
+/// The path of an image sequence: "shot.%04d.exr", "shot.%d.exr" or "shot.####.exr", where each '#' is one
+/// digit. The frame number replaces the last such pattern in the file name; folders have none.
 class FramePattern {
 public:
     explicit FramePattern(const std::string& path);
 
     /// False for the name of a single file.
     bool is_pattern() const { return has_place; }
-    /// Path of one frame; the path itself when it is no pattern. Negative numbers keep their sign in front of
-    /// the zeros.
+    /// Path of one frame; the path itself if it is not a pattern. The sign of a negative number precedes the
+    /// zeros and counts as a digit.
     std::string get_path(int frame) const;
 
 private:

@@ -17,7 +17,7 @@ struct Range {
     int step;
 };
 
-/// Reads numbers off the front of a text.
+/// Reads numbers and separators from the front of a text.
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : rest(text) {}
@@ -76,7 +76,7 @@ std::vector<int> parse_frames(std::string_view text) {
         const long long length = (static_cast<long long>(range.last) - range.first) * direction;
         if (length / range.step + static_cast<long long>(frames.size()) >= MAX_FRAMES)
             diagnostics::fail(diagnostics::Code::USAGE,
-                              fmt::format("'{}' is more than {} frames", text, MAX_FRAMES));
+                              fmt::format("invalid frame range '{}': more than {} frames", text, MAX_FRAMES));
         for (long long offset = 0; offset <= length; offset += range.step) {
             const int frame = static_cast<int>(range.first + offset * direction);
             if (seen.insert(frame).second)

@@ -6,12 +6,12 @@
 
 namespace workflow {
 
-/// Longest sequence that is accepted: more frames than that are a slip of the finger.
+/// Longest sequence that is accepted; longer ones are typing errors.
 inline constexpr unsigned int MAX_FRAMES = 1000000;
 
-/// The frame numbers that `text` lists: numbers and ranges separated by commas, a range is "first-last" or
-/// "first-lastxstep" ("1-100x2"), and runs backwards when `last` is smaller. Order as written, each frame
-/// once. Throws diagnostics::Failure with the offending piece.
+/// Parses a frame range: comma-separated numbers and ranges "first-last" or "first-lastxstep" ("1-100x2"),
+/// which run backwards when `last` is smaller. Returns the frames in the order as written, each once. Throws
+/// diagnostics::Failure that shows the invalid part.
 std::vector<int> parse_frames(std::string_view text);
 
 } // namespace workflow

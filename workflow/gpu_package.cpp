@@ -15,7 +15,7 @@ namespace {
 
 constexpr char FILE_STEM[] = "OCIODisplay";
 
-/// The rows of a .cube file follow each other like the 3D LUT's, red fastest.
+/// A .cube file lists the colors in the order of the 3D LUT, red fastest.
 std::string to_cube(const GpuConversion& conversion) {
     std::string text =
         fmt::format("# The 3D LUT that {}.glsl samples\nLUT_3D_SIZE {}\n", FILE_STEM, conversion.edge);
@@ -25,7 +25,7 @@ std::string to_cube(const GpuConversion& conversion) {
     return text;
 }
 
-/// A row of an .spi3d file names its place in the cube; by custom blue runs fastest.
+/// A row of an .spi3d file starts with the position of its color; by convention blue runs fastest.
 std::string to_spi3d(const GpuConversion& conversion) {
     const unsigned int edge = conversion.edge;
     std::string text = fmt::format("SPILUT 1.0\n3 3\n{0} {0} {0}\n", edge);
@@ -49,8 +49,10 @@ GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile pr
                                                         : ColorIOConverter::GLSL_VERSION_LEGACY;
     if (stages.size() != 1 || !stages.front().converter->get_gpu_shader_data(text, lut, version))
         diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
-                          fmt::format("there is nothing to convert from '{}' to '{}'",
-                                      conversion.get_source(), conversion.get_destination()));
+                          fmt::format("cannot make a shader from '{}' to '{}': {}", conversion.get_source(),
+                                      conversion.get_destination(),
+                                      stages.empty() ? "source and destination are the same"
+                                                     : "this conversion has no GPU form"));
     return {text.get_data(), {lut.begin(), lut.end()}, stages.front().converter->get_lut_3d_edge_size()};
 }
 
@@ -59,7 +61,7 @@ std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, c
     std::filesystem::create_directories(folder, error);
     if (error)
         diagnostics::fail_file(diagnostics::Code::FILE_UNWRITABLE,
-                               fmt::format("cannot make the folder '{}': {}", folder, error.message()),
+                               fmt::format("cannot create the folder '{}': {}", folder, error.message()),
                                folder);
     const std::string stem = (std::filesystem::path(folder) / FILE_STEM).string();
     write_text_file(stem + ".glsl", conversion.text);

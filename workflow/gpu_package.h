@@ -8,18 +8,19 @@
 
 namespace workflow {
 
-/// A conversion for the graphics card, as the module hands it out.
+/// A conversion as GLSL text and a 3D LUT.
 struct GpuConversion {
     std::string text;       ///< Defines `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)`.
-    std::vector<float> lut; ///< edge^3 RGB floats, red fastest.
-    unsigned int edge;
+    std::vector<float> lut; ///< The 3D LUT: edge^3 RGB colors, red fastest.
+    unsigned int edge;      ///< Colors along an edge of the 3D LUT: 32.
 };
 
-/// The conversion as a viewer takes it. Throws diagnostics::Failure when it has none.
+/// The GPU form of a conversion. Throws diagnostics::Failure for an identity, and for one with a CDL or an
+/// exposure, which has several stages.
 GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile);
 
-/// Writes the text and the 3D LUT (as .spi3d and .cube) into `folder`, which is made when it is missing.
-/// Answers the paths. Throws diagnostics::Failure.
+/// Writes the GLSL text and the 3D LUT (as .spi3d and .cube) into `folder`, which is created if missing.
+/// Returns the paths. Throws diagnostics::Failure.
 std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, const std::string& folder);
 
 } // namespace workflow

@@ -8,20 +8,19 @@
 
 namespace workflow {
 
-/// How images are converted and written, besides their colors.
+/// Options of image conversions other than the color conversion.
 struct ImageOptions {
-    std::string
-        depth; ///< Of written colors and alpha: uint8, uint16, half or float; empty keeps the input's.
+    /// Type of the written colors and alpha: uint8, uint16, half or float; empty for the type of the input.
+    std::string depth;
     image::AlphaRule alpha_rule = image::AlphaRule::AS_THE_FILE_SAYS;
-    int threads = 0; ///< For one image; 0 takes all cores.
+    int threads = 0; ///< Worker threads for one image; 0 for all cores.
 };
 
-/// Settings for images that go through `conversion`, which must outlive them.
+/// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them.
 ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options = {});
 
-/// Converts the image at `input` and replaces the file at `output` by the result, whole or not at all; they
-/// may be the same file. The reader process must have been started (image/reader_server.h). Throws
-/// diagnostics::Failure.
+/// Converts the image at `input` and writes it to `output`, which may be the same file and is replaced only
+/// when everything succeeded. Needs the reader server (image/reader_server.h). Throws diagnostics::Failure.
 ImageReport convert_image(const Conversion& conversion, const std::string& input, const std::string& output,
                           const ImageOptions& options = {});
 

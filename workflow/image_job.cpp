@@ -13,7 +13,7 @@ namespace workflow {
 
 namespace {
 
-/// One part of the input with the plan for it.
+/// A part of the input and how to write it.
 struct PlannedPart {
     unsigned int input_index;
     image::PartPlan plan;
@@ -69,36 +69,36 @@ void ImageConversion::plan_parts() {
             continue;
         image::PartPlan plan =
             image::plan_part(headers[i].spec, reader.get_format(), abilities, settings.wishes);
-        any_color = any_color || !plan.groups.empty();
+        any_color = any_color || !plan.layers.empty();
         for (const std::string& note : plan.notes)
             add_note(note);
         output_headers.push_back({headers[i].subimage, headers[i].level, plan.spec});
         parts.push_back({i, std::move(plan)});
     }
     if (!any_color)
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                               fmt::format("cannot convert '{}': it has no color channels (R, G and B, or Y)",
-                                           reader.get_path()),
-                               reader.get_path());
+        diagnostics::fail_file(
+            diagnostics::Code::IMAGE_UNSUPPORTED,
+            fmt::format("cannot convert '{}': no color channels (R, G and B, or Y)", reader.get_path()),
+            reader.get_path());
     if (reader.count_subimages() > 1 && !abilities.has_subimages)
-        add_note(fmt::format("{} holds one image: only part 1 of {} is written", abilities.name,
-                             reader.count_subimages()));
+        add_note(fmt::format("{} does not support several parts: only part 1 of {} is written",
+                             abilities.name, reader.count_subimages()));
     const bool has_levels =
         std::any_of(headers.begin(), headers.end(), [](auto& part) { return part.level; });
     if (has_levels && !abilities.has_levels)
-        add_note(fmt::format("{} holds one resolution: smaller levels are not written", abilities.name));
+        add_note(
+            fmt::format("{} does not support mipmaps: only the full resolution is written", abilities.name));
 }
 
 void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const {
     const OIIO::TypeDesc wanted = settings.wishes.depth;
     for (std::size_t i = 0; i < plan.channels.size() && wanted != OIIO::TypeUnknown; ++i) {
         const OIIO::TypeDesc type = output_spec.channelformat(static_cast<int>(i));
-        if (plan.channels[i].group != image::ColorGroup::NONE && type != wanted)
-            diagnostics::fail_file(
-                diagnostics::Code::IMAGE_UNSUPPORTED,
-                fmt::format("cannot write '{}': {} does not support {}; it would become {}", output,
-                            abilities.name, wanted.c_str(), type.c_str()),
-                output);
+        if (plan.channels[i].layer != image::ColorLayer::NONE && type != wanted)
+            diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
+                                   fmt::format("cannot write '{}': {} does not support {}, only {}", output,
+                                               abilities.name, wanted.c_str(), type.c_str()),
+                                   output);
     }
 }
 

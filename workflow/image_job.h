@@ -10,37 +10,38 @@
 
 namespace workflow {
 
-/// One image to read and one to write; they may be the same file.
+/// Paths of an image to read and of one to write; they may be the same file.
 struct ImageJob {
     std::string input;
     std::string output;
 };
 
-/// What became of an image.
+/// Result of converting an image.
 struct ImageReport {
     std::uint64_t pixels = 0; ///< Of all parts.
     int width = 0;            ///< Of the first part.
     int height = 0;
-    std::string depth;              ///< Type of the written colors, for example "half".
-    std::vector<std::string> notes; ///< What the user should know, without repetition.
+    std::string depth;              ///< OpenImageIO's name of the type of the written colors: "half".
+    std::vector<std::string> notes; ///< What the output format does not support, each once.
 };
 
-/// What the images of a sequence use one after the other: the process that reads them, and memory.
+/// Reader process and memory, reused by the images of a sequence. For one thread at a time.
 struct ImageBuffers {
     image::ReaderProcess reader;
     image::PixelBuffer input;
     image::PixelBuffer output;
 };
 
-/// How to convert images, the same for all images of a sequence.
+/// How to convert images; the same for all images of a sequence.
 struct ImageSettings {
-    image::ConvertRows convert; ///< May be empty.
+    image::ConvertRows convert; ///< Empty to leave colors unchanged.
     image::OutputWishes wishes;
-    int threads = 0; ///< For one image; 0 takes all cores.
+    int threads = 0; ///< Worker threads for one image; 0 for all cores.
 };
 
-/// Reads the image, converts the colors of all its parts and replaces the output by the result, whole or
-/// not at all. Throws diagnostics::Failure with the file and the reason.
+/// Reads the image, converts the colors of all its parts and writes the output, which is replaced only when
+/// everything succeeded. Throws diagnostics::Failure with the file and the reason. Thread-safe with different
+/// `buffers`.
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers);
 
 } // namespace workflow

@@ -12,7 +12,7 @@
 #include "colorio/color_io_manager.h"
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
-#include "workflow/own_files.h"
+#include "workflow/custom_files.h"
 #include "workflow/published_names.h"
 
 namespace workflow {
@@ -29,7 +29,7 @@ fs::path normalized(const fs::path& path) {
 
 } // namespace
 
-/// Follows what the module tells its host.
+/// Counts the module's events about changed names and colors.
 class LiveConfig::ListObserver : public EventObject {
 public:
     ListObserver() {
@@ -59,13 +59,13 @@ LiveConfig::LiveConfig(const SessionOptions& options)
 
 LiveConfig::~LiveConfig() = default;
 
-LiveConfig::Fault LiveConfig::use_config(const std::string& path) {
+LiveConfig::Error LiveConfig::use_config(const std::string& path) {
     StandaloneApp& app = session.get_app();
     if (path.empty()) {
         app.set_use_color_space_file(false);
     } else {
-        if (Fault fault = find_config_fault(path))
-            return fault;
+        if (Error error = check_candidate(path))
+            return error;
         if (path == app.get_color_space_file_path().view())
             app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
         else
@@ -73,25 +73,25 @@ LiveConfig::Fault LiveConfig::use_config(const std::string& path) {
         app.set_use_color_space_file(true);
     }
     config_path = path;
-    config_fault.reset();
+    config_error.reset();
     from_environment = false;
     ++observer->revision;
     return {};
 }
 
 bool LiveConfig::reload() {
-    config_fault = config_path.empty() ? Fault() : find_config_fault(config_path);
-    // Without a whole configuration the module would turn to the built-in one.
-    if (!config_fault && has_own_files(library_path))
-        own_fault = reload_own_files();
-    if (!config_fault && !config_path.empty())
+    config_error = config_path.empty() ? Error() : check_candidate(config_path);
+    // With an unusable config the module would switch to the built-in config.
+    if (!config_error && has_custom_files(library_path))
+        custom_error = reload_custom_files();
+    if (!config_error && !config_path.empty())
         raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-    library_fault =
-        library_path.empty() ? Fault() : ColorIOCandidate::check_cdl_library(library_path.c_str());
-    // The module would drop the CDLs of the user's own that cannot be read.
-    if (!library_fault && !own_fault && !library_path.empty())
+    library_error =
+        library_path.empty() ? Error() : ColorIOCandidate::check_cdl_library(library_path.c_str());
+    // The module would drop custom CDLs whose files cannot be read.
+    if (!library_error && !custom_error && !library_path.empty())
         raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
-    return get_source_faults().empty();
+    return get_source_errors().empty();
 }
 
 template <class Event>
@@ -100,9 +100,9 @@ void LiveConfig::raise(const Event& event) {
     ++observer->revision;
 }
 
-/// What cannot be read keeps its last state in the module. The module makes the color corrections of the
-/// library again too; what is wrong with those is reported with the library.
-LiveConfig::Fault LiveConfig::reload_own_files() {
+/// Files that cannot be read keep their last state in the module. The module also reads the CDL library
+/// again; its errors are reported with the library.
+LiveConfig::Error LiveConfig::reload_custom_files() {
     ColorIODiagnostics collector;
     ColorIOManager::get_instance()->load_config(nullptr);
     ++observer->revision;
@@ -112,27 +112,27 @@ LiveConfig::Fault LiveConfig::reload_own_files() {
     return {};
 }
 
-diagnostics::Diagnostics LiveConfig::get_source_faults() const {
-    diagnostics::Diagnostics faults;
-    for (const Fault& fault : {config_fault, own_fault, library_fault})
-        if (fault)
-            faults.push_back(*fault);
-    return faults;
+diagnostics::Diagnostics LiveConfig::get_source_errors() const {
+    diagnostics::Diagnostics errors;
+    for (const Error& error : {config_error, custom_error, library_error})
+        if (error)
+            errors.push_back(*error);
+    return errors;
 }
 
-LiveConfig::Fault LiveConfig::use_cdl_library(const std::string& path) {
-    if (Fault fault = ColorIOCandidate::check_cdl_library(path.c_str()))
-        return fault;
+LiveConfig::Error LiveConfig::use_cdl_library(const std::string& path) {
+    if (Error error = ColorIOCandidate::check_cdl_library(path.c_str()))
+        return error;
     session.get_app().set_cdl_library_file_path(path.c_str());
     library_path = path;
-    library_fault.reset();
+    library_error.reset();
     ++observer->revision;
     return {};
 }
 
-/// The manager would fall back to the built-in config, so the candidate is judged first.
-LiveConfig::Fault LiveConfig::find_config_fault(const std::string& path) const {
-    // The environment may name what is not a file, which the module asks OpenColorIO for.
+/// Checks the candidate first, because the manager would fall back to the built-in config.
+LiveConfig::Error LiveConfig::check_candidate(const std::string& path) const {
+    // OCIO may name a config that is not a file, such as "ocio://default".
     const bool is_file = !from_environment || path != config_path;
     return is_file ? ColorIOCandidate::check_config_file(path.c_str())
                    : ColorIOCandidate::check_config_of_environment();
@@ -184,7 +184,7 @@ std::string LiveConfig::get_default_cdl() const {
 }
 
 std::vector<std::string> LiveConfig::get_source_files() const {
-    std::vector<std::string> files = get_own_files();
+    std::vector<std::string> files = get_custom_files();
     files.push_back(library_path);
     if (!config_path.empty()) {
         files.push_back(config_path);

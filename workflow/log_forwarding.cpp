@@ -6,7 +6,7 @@ namespace workflow {
 
 namespace {
 
-/// Below the first level, so that no message is composed.
+/// Below the lowest level, so that no message is formatted.
 constexpr unsigned int SILENT = 0;
 
 } // namespace

@@ -7,8 +7,8 @@
 
 namespace workflow {
 
-/// The main log handler while it lives: hands every message of the module and of OpenColorIO, without its
-/// line end, to a function; without a function it drops them. The function may be called from any thread.
+/// Main log handler during its lifetime: passes every message of the module and of OpenColorIO, without its
+/// line end, to a function, which may be called from any thread. An empty function drops all messages.
 class LogForwarding : public CoreLogHandler {
 public:
     using Receive = std::function<void(const std::string& message)>;

@@ -31,7 +31,7 @@ bool is_same_but_for_case(const std::string& a, const std::string& b) {
 
 using Comparison = bool (*)(const std::string& a, const std::string& b);
 
-/// The full label of a color space that a role names; empty when it is no role or its space not published.
+/// Label of the color space of a role; empty if `name` is not a role or the color space is not published.
 std::string resolve_role(const std::string& name, Comparison matches) {
     for (const PublishedRole& role : get_published_roles())
         if (matches(role.role, name)) {
@@ -71,7 +71,7 @@ std::string quote_name(const ColorIOInspection::Entry& entry, const std::string&
                                   : fmt::format("'{}'", entry.name.get_data());
 }
 
-/// Throws where the name belongs to an entry of the configuration that conversions cannot take.
+/// Throws if the name belongs to an inactive color space or a named transform.
 void refuse_unpublished(const std::string& name, const std::string& config_name) {
     for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
         if (!space.is_active && is_called(space, name))
@@ -150,7 +150,7 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
         return *found;
     refuse_unpublished(name, config_name);
 
-    // Names that lack only their family are as near as those with it.
+    // A name given without its family is compared without families.
     const bool with_family = name.find(ColorIOManager::FAMILY_SEPARATOR) != std::string::npos;
     std::vector<std::string> candidates =
         collect(spaces, [&](const PublishedSpace& space) { return with_family ? space.label : space.name; });

@@ -9,7 +9,7 @@ namespace workflow {
 
 class Session;
 
-/// How a name leads to a color space.
+/// How a name was resolved to a color space.
 enum class NameKind { LABEL, NAME_WITHOUT_FAMILY, ROLE, OTHER_CASE, ALIAS };
 
 struct ResolvedSpace {
@@ -20,20 +20,20 @@ struct ResolvedSpace {
 /// For `--why`: "a role", "an alias".
 const char* describe_kind(NameKind kind);
 
-/// The published color space that `name` means: a label, a name without its family, a role, or else one of
-/// these in another case or an alias. Throws diagnostics::Failure with the nearest names as the hint, or with
-/// the reason where the name belongs to something that cannot be converted; `config_name` is for the message.
+/// Finds the published color space for a label, a name without its family or a role, else for one of these in
+/// another case, else for an alias. Throws diagnostics::Failure with the nearest names as the hint, or, for
+/// an inactive color space or a named transform, with the reason. `config_name` is used in messages.
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name);
 
-/// The view that a label ("Tavelion.sRGB") or a display and a view name; where there is none, the only one in
-/// another case. Throws like `resolve_color_space`.
+/// Finds the view by its label ("Tavelion.sRGB", with an empty `display`) or by display and view, else the
+/// only one that matches in another case. Throws like `resolve_color_space`.
 PublishedView resolve_view(const std::string& display, const std::string& view,
                            const std::string& config_name);
 
-/// `resolve_color_space` in the session's config: its label. Adds a note where the name was taken for
-/// another.
+/// Label of `resolve_color_space` in the session's config. Adds a note for an alias or a name in another
+/// case.
 std::string find_space(const Session& session, const std::string& name, diagnostics::Diagnostics& notes);
-/// `resolve_view` likewise.
+/// `resolve_view` in the session's config. Adds a note if the label differs from the given names.
 PublishedView find_view(const Session& session, const std::string& display, const std::string& view,
                         diagnostics::Diagnostics& notes);
 

@@ -6,17 +6,17 @@
 
 namespace workflow {
 
-/// Edits (insertions, deletions, replacements, swaps of neighbors) that turn `a` into `b`, ASCII case
-/// ignored.
+/// Number of edits (insertions, deletions, replacements, swaps of neighboring characters) that turn `a` into
+/// `b`, ignoring ASCII case.
 unsigned int get_edit_distance(std::string_view a, std::string_view b);
 
-/// The candidates that `name` was most likely meant to be, best first, three at most. A candidate qualifies
-/// when a third of its letters at most are wrong, or when it contains `name` (two letters or more), and it is
-/// at most one edit further than the best.
+/// Up to three candidates nearest to `name`, best first. A candidate qualifies if at most a third of the
+/// characters differ or it contains `name` (of two or more characters), and if it needs at most one edit more
+/// than the best.
 std::vector<std::string> find_nearest_names(std::string_view name,
                                             const std::vector<std::string>& candidates);
 
-/// "did you mean 'x' or 'y'?", or empty when no candidate is near.
+/// Hint for an unknown name: "did you mean 'x' or 'y'?"; empty when no candidate is near.
 std::string did_you_mean(std::string_view name, const std::vector<std::string>& candidates);
 
 } // namespace workflow

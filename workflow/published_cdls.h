@@ -10,12 +10,13 @@ namespace workflow {
 /// A CDL of the running module.
 struct PublishedCdl {
     Correction correction; ///< Its id is the name that the module publishes.
-    std::string file;      ///< Empty when the numbers were given directly.
-    std::string file_id;
+    std::string file;      ///< Path of its CDL file; empty when the numbers were given directly.
+    std::string file_id;   ///< Id of the color correction in a .ccc file; else empty.
     bool is_builtin;
 };
 
-/// In the module's order. Those made from a file have the numbers that were read when they were made.
+/// The published CDLs in the module's order, with the numbers of the last time their files were read. Needs
+/// an open session.
 std::vector<PublishedCdl> get_published_cdls();
 
 } // namespace workflow

@@ -55,7 +55,7 @@ std::vector<PublishedView> get_published_views() {
         ColorIO::get_display_view(label, display, view);
         views.push_back(describe_view(ColorIOInspection::get_view(display, view)));
         views.back().label = to_string(label);
-        // The module has the first word on what a published view shows.
+        // Prefer what the module publishes for the view.
         const CoreString color_space = ColorIO::get_color_space_from_display_view(label);
         if (color_space != label) {
             views.back().color_space = to_string(color_space);

@@ -5,43 +5,44 @@
 
 namespace workflow {
 
-// What the running module publishes, in its order.
+// What the running module publishes, in its order. All functions but `make_label` need an open session.
 
 struct PublishedSpace {
-    std::string label; ///< "Tavelion|sRGB"; the bare name where there is no family.
-    std::string family;
+    std::string label;  ///< Unique: "Tavelion|sRGB"; the name if there is no family.
+    std::string family; ///< May be empty.
     std::string name;
 };
 
 struct PublishedView {
-    std::string label; ///< "Tavelion.sRGB".
+    std::string label; ///< Unique: "Tavelion.sRGB".
     std::string display;
     std::string view;
-    std::string color_space; ///< Label of what the view shows; empty when the configuration does not say.
-    bool shows_unpublished = false; ///< The module does not publish that color space.
-    std::string named_transform;    ///< What the view shows in place of a color space.
-    std::string view_transform;
-    std::string looks;
+    std::string color_space;        ///< Label of the color space of the view; empty if it has none.
+    bool shows_unpublished = false; ///< `color_space` is not published, for example because it is inactive.
+    std::string named_transform;    ///< Named transform of the view, instead of a color space; may be empty.
+    std::string view_transform;     ///< May be empty.
+    std::string looks;              ///< Comma-separated, as in the config; may be empty.
     std::string description;
     bool is_shared = false;
     bool is_default = false;
 };
 
 struct PublishedRole {
-    std::string role; ///< As configurations write it, for example "scene_linear".
-    std::string color_space;
-    bool is_in_config =
-        false; ///< Else the module chose the space, which the configuration may not even have.
+    std::string role;        ///< As written in configs: "scene_linear".
+    std::string color_space; ///< Name without family.
+    /// False if the config does not assign the role; `color_space` is then the module's fallback, which the
+    /// config may not have.
+    bool is_in_config = false;
 };
 
 std::vector<PublishedSpace> get_published_spaces();
 std::vector<PublishedView> get_published_views();
-/// Views that the configuration's lists of active displays and views hide.
+/// Views hidden by the config's lists active_displays and active_views.
 std::vector<PublishedView> get_hidden_views();
-/// Scene-linear first. A role that the configuration does not assign shows what the module takes instead.
+/// The roles that the module uses, scene_linear first.
 std::vector<PublishedRole> get_published_roles();
 
-/// Family, separator and name, as the module labels a color space.
+/// Label of a color space: family, separator and name.
 std::string make_label(const std::string& family, const std::string& name);
 
 } // namespace workflow

@@ -16,7 +16,7 @@ namespace workflow {
 
 namespace {
 
-/// Images in memory at a time: enough that one is read and one written while others are converted.
+/// Images in memory at a time: enough to read one and write another while two are converted.
 constexpr unsigned int MAX_LANES = 4;
 
 class SequenceConversion {
@@ -28,7 +28,7 @@ public:
     SequenceReport run() {
         const auto start = std::chrono::steady_clock::now();
         ImageBuffers buffers;
-        buffers.reader.is_ready(); // before the others, as there may be room for one only
+        buffers.reader.is_ready(); // started before the other lanes: the system may allow one process only
         std::vector<std::thread> lanes;
         lanes.reserve(MAX_LANES);
         start_lanes(lanes);
@@ -50,8 +50,7 @@ private:
         return std::clamp(cores, 1u, std::max(images, 1u));
     }
 
-    /// Lanes besides the first: as many as there is use for, or fewer where the system starts no more
-    /// threads.
+    /// Starts the lanes after the first; fewer if the system cannot start more threads.
     void start_lanes(std::vector<std::thread>& lanes) {
         try {
             for (unsigned int i = 1; i < count_lanes(); ++i)
@@ -60,8 +59,8 @@ private:
         }
     }
 
-    /// No exception leaves a thread: what is not the error of one image ends all lanes and is thrown at the
-    /// end.
+    /// Catches all exceptions of a lane. One that is not the error of a single image ends all lanes; `run`
+    /// throws it again.
     template <class Work>
     void run_lane(const Work& work) {
         try {
@@ -73,14 +72,14 @@ private:
         }
     }
 
-    /// Leaves the images to the other lanes where the system starts no more processes to read them.
+    /// Does nothing if the system cannot start another reader process; the other lanes convert all images.
     void convert_with_own_buffers() {
         ImageBuffers buffers;
         if (buffers.reader.is_ready())
             convert_next_ones(buffers);
     }
 
-    /// What one lane does: it takes the next image through all stages until none is left.
+    /// Reads, converts and writes the next image until none is left.
     void convert_next_ones(ImageBuffers& buffers) {
         for (std::size_t index; !is_cancelled() && (index = next++) < jobs.size(); advance()) {
             try {
@@ -106,16 +105,16 @@ private:
         report.pixels += image.pixels;
         for (const std::string& note : image.notes)
             if (known_notes.insert(note).second)
-                tell(diagnostics::make_note(diagnostics::Code::IMAGE_UNSUPPORTED, note));
+                notify(diagnostics::make_note(diagnostics::Code::IMAGE_UNSUPPORTED, note));
     }
 
     void add_failure(const diagnostics::Diagnostic& reason) {
         std::lock_guard<std::mutex> lock(mutex);
         ++report.failed;
-        tell(reason);
+        notify(reason);
     }
 
-    void tell(const diagnostics::Diagnostic& diagnostic) const {
+    void notify(const diagnostics::Diagnostic& diagnostic) const {
         if (events.report)
             events.report(diagnostic);
     }

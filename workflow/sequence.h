@@ -14,24 +14,24 @@ namespace workflow {
 struct SequenceReport {
     unsigned int converted = 0;
     unsigned int failed = 0;
-    std::uint64_t pixels = 0;  ///< Of the converted images.
-    double seconds = 0;        ///< Of the whole run.
-    bool is_cancelled = false; ///< Not all images were tried.
+    std::uint64_t pixels = 0;  ///< Pixels of the converted images.
+    double seconds = 0;        ///< Elapsed time.
+    bool is_cancelled = false; ///< Not all images were converted or failed.
 };
 
-/// What happens while a sequence is converted. Called from several threads, never two at once; all may be
-/// empty.
+/// Callbacks of `convert_sequence`. Called from several threads, but never at the same time; may be empty.
 struct SequenceEvents {
-    /// An image failed, or something about several images is worth knowing, which is said once.
+    /// Reports the error of an image, or a note; equal notes of several images are reported once.
     std::function<void(const diagnostics::Diagnostic&)> report;
-    /// `done` of `count` images were tried.
+    /// `done` of `count` images were converted or failed.
     std::function<void(std::size_t done, std::size_t count)> progress;
-    /// When this becomes true, no further image is begun; null for never.
+    /// Set it to true to start no further image; may be null.
     const std::atomic<bool>* cancel = nullptr;
 };
 
-/// Converts images side by side, so that reading one, converting another and writing a third overlap; only a
-/// few are in memory at a time, however long the sequence. An image that fails does not stop the others.
+/// Converts up to four images at the same time, so that reading, converting and writing overlap. An image
+/// that fails does not stop the others. Throws only what is not the error of an image, such as an exception
+/// of a callback.
 SequenceReport convert_sequence(const std::vector<ImageJob>& jobs, const ImageSettings& settings,
                                 const SequenceEvents& events);
 

@@ -20,13 +20,13 @@ using diagnostics::Code;
 using diagnostics::Diagnostic;
 using diagnostics::Diagnostics;
 
-/// How a user gets on without the config.
+/// Hint for a config that cannot be loaded.
 std::string get_remedy(ConfigSource::Kind kind) {
     switch (kind) {
     case ConfigSource::ENVIRONMENT:
         return "set OCIO to a usable config, or unset it for the built-in config";
     case ConfigSource::PREFERENCES:
-        return "name another config with --config, or ignore the preferences with --no-prefs";
+        return "use another config with --config, or ignore the preferences with --no-prefs";
     default:
         return "";
     }
@@ -43,7 +43,7 @@ std::string describe_origin(ConfigSource::Kind kind) {
     }
 }
 
-/// The refusal first, then what else was reported.
+/// The error for the user, followed by its causes.
 Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes) {
     Diagnostic refusal =
         add_context(fmt::format("cannot load the config '{}'{}", source.path, describe_origin(source.kind)),
@@ -61,13 +61,13 @@ Diagnostic explain_missing_config(const std::string& path) {
         return diagnostics::make_file_error(Code::FILE_NOT_REGULAR, "it is a folder", path);
     Diagnostic missing = diagnostics::make_file_error(Code::CONFIG_MISSING, "no such file", path);
     if (is_in_library(path)) {
-        missing.message = "configs of OpenColorIO itself can only be named by the environment";
+        missing.message = "built-in configs of OpenColorIO can only be selected with $OCIO";
         missing.hint = "set OCIO=" + path;
     }
     return missing;
 }
 
-/// The module would fall back where a file is missing.
+/// Throws ConfigFailure if the file is missing; the module would fall back to the built-in config.
 void require_config_file(const ConfigSource& source) {
     if (source.is_file() && !SysFilesystem::file_exists(source.path.c_str()))
         throw ConfigFailure(make_refusal(source, {explain_missing_config(source.path)}), source);
@@ -114,10 +114,10 @@ void Session::load(PreferenceUse use) {
     ColorIODiagnostics collector;
     const bool is_started = ColorIO::init(app.get()) && is_builtin_config_active();
     Diagnostics reports = collector.take();
-    // A module whose built-in config failed does not follow preferences, so none can be used.
+    // Without its built-in config the module does not follow preferences and cannot load another config.
     if (!is_started || diagnostics::has_error(reports))
         throw diagnostics::Failure(
-            add_context("color management does not start", reports, Code::CONFIG_BUILTIN));
+            add_context("cannot start color management", reports, Code::CONFIG_BUILTIN));
     append(load_diagnostics, std::move(reports));
     app->set_default_color_space_name(preferences->get_app().get_default_color_space_name());
     preferences->load_module();
@@ -136,7 +136,7 @@ void Session::load(PreferenceUse use) {
     append(load_diagnostics, collector.take());
 }
 
-/// Files that add to what the module itself keeps.
+/// Passes the CDL library and the mapping file of the preferences to the module.
 void Session::follow_preferences() {
     const StandaloneApp& wanted = preferences->get_app();
     app->set_cdl_library_file_path(wanted.get_cdl_library_file_path());

@@ -15,38 +15,37 @@ namespace workflow {
 
 class LogForwarding;
 
-/// What a session starts with.
+/// Options of a session.
 struct SessionOptions {
-    std::string config_path;      ///< OCIO config; empty follows $OCIO, then the preferences.
-    bool builtin_only = false;    ///< Use the built-in config, whatever anything else names.
-    std::string preferences_path; ///< Preferences file; empty for the user's own.
+    std::string config_path;      ///< OCIO config; empty for $OCIO, then the config of the preferences.
+    bool builtin_only = false;    ///< Ignore the above and use the built-in config.
+    std::string preferences_path; ///< Preferences file; empty for the default one of the user.
     bool no_preferences = false;  ///< Use no preferences file.
-    /// Gets every message of the module and of OpenColorIO as it comes, from any thread; may be empty.
+    /// Receives every log message of the module and of OpenColorIO, from any thread; may be empty.
     std::function<void(const std::string& message)> on_log;
 };
 
-/// A config that was asked for cannot be used.
+/// The selected config cannot be used.
 class ConfigFailure : public diagnostics::Failure {
 public:
     ConfigFailure(diagnostics::Diagnostics reasons, ConfigSource source)
         : Failure(std::move(reasons)), source(std::move(source)) {}
 
+    /// The config that cannot be used.
     const ConfigSource& get_source() const { return source; }
 
 private:
     ConfigSource source;
 };
 
-/// The color-management module, running with the config that the options ask for. The application's
-/// preferences are set as a user would set them, and the module's own rules decide what that means. The
-/// module is one for the process, so one session may exist at a time, used from the thread that made it;
-/// conversions made by it may be applied anywhere.
+/// The running color-management module with a config. The module is a singleton: only one session may exist
+/// at a time, and it is used from the thread that made it. Conversions may be applied in any thread.
 class Session {
 public:
-    /// Throws ConfigFailure when a config that was asked for, by path, $OCIO or preferences, is not active
-    /// afterwards, diagnostics::Failure when the module does not start or the preferences cannot be used. To
-    /// SHOW or CHANGE preferences the module gets their own content, and neither the mapping file nor the CDL
-    /// library that they name.
+    /// Throws ConfigFailure when the config of the path, $OCIO or the preferences cannot be used, and
+    /// diagnostics::Failure when the module does not start or the preferences cannot be used. With SHOW and
+    /// CHANGE the module gets the contents of the preferences file, without the mapping file and the CDL
+    /// library that it names.
     explicit Session(const SessionOptions& options, PreferenceUse use = PreferenceUse::READ);
     ~Session();
     Session(const Session&) = delete;
@@ -55,18 +54,18 @@ public:
     const ConfigSource& get_source() const { return source; }
     /// For messages: "aces.ocio", or "the built-in config".
     std::string get_config_name() const { return source.get_name(); }
-    /// The application whose preferences the module follows.
+    /// The application whose preferences the module follows; lives as long as the session.
     StandaloneApp& get_app() { return *app; }
     const UserPreferences& get_preferences() const { return *preferences; }
-    /// Saves the module's associations, custom color spaces and CDLs. Returns warnings; throws
-    /// diagnostics::Failure.
+    /// Saves the module's format associations, custom color spaces and CDLs; only for PreferenceUse::CHANGE.
+    /// Returns warnings. Throws diagnostics::Failure when nothing was saved.
     diagnostics::Diagnostics save_preferences() { return preferences->save_module(); }
 
-    /// What was reported while the session started: by the preferences file, and by the module as it loaded
-    /// the config, custom color spaces, CDLs and associations.
+    /// Diagnostics of the start: of the preferences file, the config, custom color spaces, CDLs and format
+    /// associations.
     const diagnostics::Diagnostics& get_load_diagnostics() const { return load_diagnostics; }
-    /// What a user should be told at once: the warnings of the preferences file, and where temporary files
-    /// go.
+    /// Diagnostics to show to the user at once: warnings of the preferences file, and a note if temporary
+    /// files are in an unusual folder.
     const diagnostics::Diagnostics& get_notices() const { return notices; }
 
 private:

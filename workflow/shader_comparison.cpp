@@ -8,13 +8,14 @@ namespace workflow {
 
 namespace {
 
-/// Not a multiple of the table's 31 steps, so that points fall everywhere between its nodes.
+/// Levels of the even grid. 45 steps are not a multiple of the 3D LUT's 31, so that colors fall at all
+/// positions between its points.
 constexpr unsigned int EVEN_EDGE = 46;
 
-/// In powers of two.
+/// Range of the wide grid, in stops from 1.
 constexpr int DARKEST = -10;
 constexpr int BRIGHTEST = 4;
-constexpr int STEPS_PER_POWER = 2;
+constexpr int STEPS_PER_STOP = 2;
 
 std::vector<float> get_even_levels() {
     std::vector<float> levels;
@@ -25,12 +26,12 @@ std::vector<float> get_even_levels() {
 
 std::vector<float> get_wide_levels() {
     std::vector<float> levels;
-    for (int step = DARKEST * STEPS_PER_POWER; step <= BRIGHTEST * STEPS_PER_POWER; ++step)
-        levels.push_back(static_cast<float>(std::exp2(static_cast<double>(step) / STEPS_PER_POWER)));
+    for (int step = DARKEST * STEPS_PER_STOP; step <= BRIGHTEST * STEPS_PER_STOP; ++step)
+        levels.push_back(static_cast<float>(std::exp2(static_cast<double>(step) / STEPS_PER_STOP)));
     return levels;
 }
 
-/// Every combination of the levels, opaque.
+/// RGBA pixels of every combination of the levels, with alpha 1.
 std::vector<float> make_grid(const std::vector<float>& levels) {
     std::vector<float> pixels;
     for (const float red : levels)

@@ -8,19 +8,20 @@
 
 namespace workflow {
 
-/// How far the shader is from the CPU over one grid of colors.
+/// Difference between shader and CPU over one grid of colors.
 struct ShaderDifference {
-    std::string grid;     ///< "0 to 1", say.
+    std::string grid;     ///< Name of the grid: "0 to 1".
     std::size_t points;   ///< Colors in the grid.
     double largest = 0;   ///< Absolute, of any component; infinite where only one of the two is finite.
-    float at[3] = {};     ///< The color where it is largest.
-    float cpu[3] = {};    ///< What the CPU makes of it.
-    float shader[3] = {}; ///< What the shader makes of it.
-    double mean = 0;      ///< Of all components.
+    float at[3] = {};     ///< Input color of the largest difference.
+    float cpu[3] = {};    ///< Result of the CPU for it.
+    float shader[3] = {}; ///< Result of the shader for it.
+    double mean = 0;      ///< Mean of the absolute differences of all components.
 };
 
-/// Converts grids of colors by the shader that is loaded and by the CPU: evenly spaced ones from 0 to 1, and
-/// a wide range in equal ratios. Throws GlError.
+/// Converts two grids of colors by the loaded shader and by the CPU: 46^3 evenly spaced colors from 0 to 1,
+/// and 29^3 colors from 1/1024 to 16 in half stops. `shader` must hold the shader of `conversion`. Throws
+/// GlError.
 std::vector<ShaderDifference> compare_shader(gl::GlEvaluator& shader, const Conversion& conversion);
 
 } // namespace workflow

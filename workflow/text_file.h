@@ -4,7 +4,8 @@
 
 namespace workflow {
 
-/// Replaces the file at `path` by one that holds `text`, whole or not at all. Throws diagnostics::Failure.
+/// Writes `text` to the file at `path`; an existing file is replaced only when writing succeeds. Throws
+/// diagnostics::Failure.
 void write_text_file(const std::string& path, const std::string& text);
 
 } // namespace workflow

@@ -24,20 +24,19 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.preferences_path.empty()) {
         const std::string path = PreferenceFile::get_default_path().get_data();
         if (path.empty() && use == PreferenceUse::CHANGE)
-            diagnostics::fail(Code::USAGE, "there is no home folder for preferences",
-                              "name a file with --prefs");
+            diagnostics::fail(Code::USAGE, "cannot locate the preferences file: no home folder",
+                              "set HOME or XDG_CONFIG_HOME, or use --prefs");
         return path;
     }
     std::error_code error;
     if (use != PreferenceUse::CHANGE && !std::filesystem::exists(options.preferences_path, error))
-        diagnostics::fail_file(
-            Code::FILE_MISSING,
-            fmt::format("cannot load the preferences '{}': no such file", options.preferences_path),
-            options.preferences_path);
+        diagnostics::fail_file(Code::FILE_MISSING,
+                               fmt::format("cannot read '{}': no such file", options.preferences_path),
+                               options.preferences_path);
     return options.preferences_path;
 }
 
-/// The reports as warnings, whatever became of the file.
+/// The diagnostics with the severity of a warning.
 Diagnostics make_warnings(Diagnostics reports) {
     for (diagnostics::Diagnostic& report : reports)
         report.severity = diagnostics::Severity::WARNING;

@@ -12,31 +12,30 @@ namespace workflow {
 
 struct SessionOptions;
 
-/// What a session does with the preferences: follow them, show their own content, or change it.
+/// What a session does with the preferences: apply them, show the contents of the file, or change them.
 enum class PreferenceUse { READ, SHOW, CHANGE };
 
-/// The preferences file of a session, as it was when the session started; none when the options say so or the
+/// The preferences file of a session, as read at its start. Uses no file with `no_preferences` and when the
 /// user has no home folder.
 class UserPreferences {
 public:
-    /// Throws diagnostics::Failure when there is no file to change, when a file that the options name cannot
-    /// be used, and when a file to change cannot: nothing may then be saved over it. What is wrong with the
-    /// user's own file otherwise becomes a warning. Other processes that change the file wait until this
-    /// object has saved or ends.
+    /// Throws diagnostics::Failure when the file given in the options, or any file that is to be changed,
+    /// cannot be used. Other errors of the default file become warnings. With CHANGE the file is locked until
+    /// this object has saved or ends; other processes that change it wait.
     UserPreferences(const SessionOptions& options, PreferenceUse use);
     ~UserPreferences();
 
     /// Empty when no file is used.
     const std::string& get_path() const { return path; }
-    /// The application's own preferences.
+    /// The application's preferences in the file.
     const StandaloneApp& get_app() const { return *app; }
-    /// What was wrong with the file when it was read.
+    /// Warnings of reading the file.
     const diagnostics::Diagnostics& get_warnings() const { return warnings; }
 
-    /// Gives the running module its part.
+    /// Passes the module's preferences in the file to the running module.
     void load_module() const;
-    /// Saves what the running module now holds; the application's preferences stay as they were. Returns
-    /// warnings, such as that a damaged file was renamed. Throws diagnostics::Failure.
+    /// Saves the preferences of the running module; those of the application stay unchanged. Returns
+    /// warnings, such as that a damaged file was renamed. Throws diagnostics::Failure when nothing was saved.
     diagnostics::Diagnostics save_module() const;
 
 private:

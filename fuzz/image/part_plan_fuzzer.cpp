@@ -117,15 +117,15 @@ void check_channels(const ImageSpec& input, const image::PartPlan& plan) {
     for (const image::PlannedChannel& channel : plan.channels) {
         require(channel.source >= 0 && channel.source < input.nchannels);
         require(channel.component >= 0 && channel.component < 4);
-        require(channel.group == image::ColorGroup::NONE ||
-                plan.groups.at(static_cast<std::size_t>(channel.group)).contains(channel.source));
+        require(channel.layer == image::ColorLayer::NONE ||
+                plan.layers.at(static_cast<std::size_t>(channel.layer)).contains(channel.source));
     }
     require(!(plan.multiplies_by_alpha && plan.associates_alpha));
     require(!(plan.associates_alpha && plan.straightens_alpha));
 }
 
 void check_tags(const image::PartPlan& plan, const image::OutputWishes& wishes) {
-    if (plan.groups.empty() || wishes.color_space_tag.empty())
+    if (plan.layers.empty() || wishes.color_space_tag.empty())
         return;
     require(plan.spec.get_string_attribute("oiio:ColorSpace") == wishes.color_space_tag);
     require(wishes.keeps_space || plan.spec.find_attribute("ICCProfile") == nullptr);

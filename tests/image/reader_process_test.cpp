@@ -138,7 +138,7 @@ TEST_F(ImageReaderProcess, RefusesMorePixelsThanTheFileCanHold) {
     image::ReaderProcess process;
     EXPECT_EQ(failure_of([&] { process.open(path); }),
               "cannot read '" + path +
-                  "': its header announces 21.6 GB of pixels, too many for a file of 21048 bytes");
+                  "': its header requires 21.6 GB of pixels, too many for a file of 21048 bytes");
 }
 
 TEST_F(ImageReaderProcess, ReadsLargeBlackImagesOfTheBestCompression) {

@@ -71,7 +71,7 @@ TEST_F(ConvertParts, WritesTheFirstWhereTheFormatHoldsOneAndSaysSo) {
     write_three_parts();
     const ToolRun result = convert("in.exr", "out.png");
     EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.err, HasSubstr("png holds one image: only part 1 of 3 is written"));
+    EXPECT_THAT(result.err, HasSubstr("png does not support several parts: only part 1 of 3 is written"));
     EXPECT_NEAR(read_image(path("out.png")).get("R"), formula::srgb_to_linear(0.5), 1.0 / 255);
 }
 

@@ -151,7 +151,7 @@ TEST_F(List, FailsOnAConfigurationThatIsMissing) {
 
 TEST_F(List, SaysHowToUseAConfigurationThatTheColorLibraryHolds) {
     EXPECT_THAT(run({"list", "--config", "ocio://default"}),
-                FailsWith(1, AllOf(HasSubstr("'ocio://default': configs of OpenColorIO itself"),
+                FailsWith(1, AllOf(HasSubstr("'ocio://default': built-in configs of OpenColorIO"),
                                    HasSubstr("set OCIO=ocio://default"))));
 }
 

@@ -17,7 +17,7 @@ TEST_F(Program, WithoutACommandIsWrongUsage) {
 
 TEST_F(Program, AnswersAnUnknownCommandWithTheNearestOne) {
     EXPECT_THAT(run({"convrt", "a", "b"}),
-                FailsWith(2, "colorio: error: no command 'convrt'\nhint: did you mean 'convert'?\n"));
+                FailsWith(2, "colorio: error: unknown command 'convrt'\nhint: did you mean 'convert'?\n"));
 }
 
 TEST_F(Program, HelpsOnStandardOutput) {
@@ -45,14 +45,15 @@ TEST_F(Program, TellsItsVersion) {
 
 TEST_F(Program, AnswersAnUnknownOptionWithTheNearestOne) {
     const auto answers = [](const std::string& words) { return FailsWith(2, HasSubstr(words)); };
-    EXPECT_THAT(run({"--verison"}), answers("no option '--verison'\nhint: did you mean '--version'?"));
-    EXPECT_THAT(run({"--hepl", "list"}), answers("no option '--hepl'\nhint: did you mean '--help'?"));
+    EXPECT_THAT(run({"--verison"}), answers("unknown option '--verison'\nhint: did you mean '--version'?"));
+    EXPECT_THAT(run({"--hepl", "list"}), answers("unknown option '--hepl'\nhint: did you mean '--help'?"));
     EXPECT_THAT(run({"check", "--confg=a.ocio"}),
-                answers("no option '--confg'\nhint: did you mean '--config'?"));
+                answers("unknown option '--confg'\nhint: did you mean '--config'?"));
     EXPECT_THAT(run({"cdl", "write", "a.cc", "--exakt"}),
-                answers("no option '--exakt'\nhint: did you mean '--exact'?"))
+                answers("unknown option '--exakt'\nhint: did you mean '--exact'?"))
         << "though --cdl is missing, too";
-    EXPECT_THAT(run({"list", "--zzzzzz"}), answers("no option '--zzzzzz'\nhint: see colorio list --help"));
+    EXPECT_THAT(run({"list", "--zzzzzz"}),
+                answers("unknown option '--zzzzzz'\nhint: see colorio list --help"));
     EXPECT_THAT(run({"view", "a.exr", "--zoom", "2", "--layuot", "two"}), answers("'--layout'"));
 }
 
@@ -65,7 +66,7 @@ TEST_F(Program, NamesThePlainReasonOfANumberThatDoesNotFit) {
 
 TEST_F(Program, SaysWhereToReadAboutWrongOptions) {
     EXPECT_THAT(run({"list", "--jsn"}),
-                FailsWith(2, "colorio: error: no option '--jsn'\nhint: did you mean '--json'?\n"));
+                FailsWith(2, "colorio: error: unknown option '--jsn'\nhint: did you mean '--json'?\n"));
     EXPECT_THAT(run({"list", "colors"}), FailsWith(2, HasSubstr("colors")));
     EXPECT_THAT(run({"convert", "a.exr"}), FailsWith(2, HasSubstr("output")));
 }

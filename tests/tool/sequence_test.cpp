@@ -109,7 +109,7 @@ TEST_F(Sequence, SaysOnceWhatConcernsEveryFrame) {
     const ToolRun result = run({"convert", path("in.####.exr"), path("out.####.png"), "--frames", "1-3",
                                 "--from", "linear", "--to", "sRGB"});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err, "png has no room for the channels Z\n");
+    EXPECT_EQ(result.err, "png does not support the channels Z: they are not written\n");
 }
 
 TEST_F(Sequence, ShowsItsProgressOnATerminal) {

@@ -68,7 +68,7 @@ TEST_F(CdlRead, SaysWhichNumbersAreWrong) {
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 1</Slope></SOPNode>" + after),
                 FailsWith(1, EndsWith("correction 2 ('b'): Slope has 2 numbers instead of 3\n")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 one 1</Slope></SOPNode>" + after),
-                FailsWith(1, EndsWith("correction 2 ('b'): Slope holds 'one', which is not a number\n")));
+                FailsWith(1, EndsWith("correction 2 ('b'): Slope contains 'one', which is not a number\n")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 nan 1</Slope></SOPNode>" + after),
                 FailsWith(1, HasSubstr("'nan', which is not a number")));
     EXPECT_THAT(list(before + "<SOPNode><Slope>1 1 1</Slope></SOPNode>" + after),
@@ -83,8 +83,9 @@ TEST_F(CdlRead, WarnsOfElementsThatHaveNoPartInACorrection) {
              "</Description>" +
              std::string(SOP) + "</ColorCorrection>");
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err, "colorio: warning: the correction 'a' contains elements that are ignored here "
-                          "and by OpenColorIO: ASC_SOP\n");
+    EXPECT_EQ(result.err,
+              "colorio: warning: the color correction 'a' contains elements that are ignored here "
+              "and by OpenColorIO: ASC_SOP\n");
     EXPECT_THAT(run({"cdl", "show", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(run({"cdl", "add", "x", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(list("<ColorCorrection id=\"a\">" + std::string(SOP) + "</ColorCorrection>").err,
@@ -96,7 +97,7 @@ TEST_F(CdlRead, SaysWhatIsNoXmlWithoutTheWordError) {
 }
 
 TEST_F(CdlRead, FailsOnFilesWithoutCorrectionsAndOnNone) {
-    EXPECT_THAT(list("<Other/>"), FailsWith(1, HasSubstr("it has no ColorCorrection")));
+    EXPECT_THAT(list("<Other/>"), FailsWith(1, HasSubstr("no ColorCorrection element")));
     EXPECT_THAT(run({"cdl", "list", path("missing.cc")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"cdl", "list", folder.get_path()}), FailsWith(1, HasSubstr("it is a folder")));
 }
@@ -134,8 +135,9 @@ TEST_F(CdlRead, ShowsOneCorrectionWithItsDescriptions) {
 
 TEST_F(CdlRead, AnswersUnknownIdsWithTheNearestOnes) {
     folder.write("grades.ccc", GRADES);
-    EXPECT_THAT(run({"cdl", "show", path("grades.ccc") + ":wram"}),
-                FailsWith(1, AllOf(HasSubstr("no correction 'wram'"), HasSubstr("did you mean 'warm'?"))));
+    EXPECT_THAT(
+        run({"cdl", "show", path("grades.ccc") + ":wram"}),
+        FailsWith(1, AllOf(HasSubstr("no color correction 'wram'"), HasSubstr("did you mean 'warm'?"))));
 }
 
 TEST_F(CdlRead, TakesAColonInAPathAsPartOfIt) {

@@ -103,7 +103,7 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1e39/1"}), FailsWith(2, HasSubstr("'1e39' is not a number")));
     EXPECT_THAT(write({"a" + good, "b" + good}), FailsWith(2, HasSubstr("need --collection")));
     EXPECT_THAT(write({"a" + good, "a" + good}), FailsWith(2, HasSubstr("names 'a' twice")));
-    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("means no correction")));
+    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("reserved for no color correction")));
     EXPECT_FALSE(folder.exists("a.cc"));
 }
 

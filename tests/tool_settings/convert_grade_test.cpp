@@ -142,7 +142,7 @@ TEST_F(ConvertGrade, ExplainsBothEnds) {
                   "CDL:           " +
                   warm() +
                   ", in Tavelion|linear, the scene-linear space\n"
-                  "destination:   Tavelion.sRGB, the view 'sRGB' of the display 'Tavelion', which shows "
+                  "destination:   Tavelion.sRGB, view 'sRGB' of display 'Tavelion', which shows "
                   "Tavelion|sRGB\n"
                   "written as:    sRGB\n"));
     EXPECT_TRUE(folder.exists("out.exr"));

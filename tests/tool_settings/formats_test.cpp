@@ -71,19 +71,21 @@ TEST_F(Formats, AddsACategoryInFrontOfTheDefaultOne) {
         "extensions": ["dng", "cr2"], "color_space": "Tavelion|linear", "known": true})"));
     EXPECT_EQ(find("default").at("position"), 9);
     EXPECT_THAT(run({"formats", "add", "Camera", "--extensions", "x", "--space", "linear"}),
-                FailsWith(1, HasSubstr("there is a category 'Camera'")));
+                FailsWith(1, HasSubstr("a format named 'Camera' already exists")));
 }
 
 TEST_F(Formats, WarnsOfExtensionsThatAnotherCategoryDecidesAbout) {
     const ToolRun result = run({"formats", "add", "Mine", "--extensions", "exr,foo", "--space", "sRGB"});
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err,
-              "colorio: warning: .exr files stay in 'Tavelion|linear' because of the category 'Open EXR'\n");
+    EXPECT_EQ(
+        result.err,
+        "colorio: warning: the color space of .exr files is still 'Tavelion|linear', because the category "
+        "'Open EXR' takes precedence\n");
 }
 
 TEST_F(Formats, RemovesOnlyCategoriesOfTheUser) {
     print({"formats", "add", "Camera", "--extensions", "dng", "--space", "linear"});
-    EXPECT_EQ(print({"formats", "remove", "Camera"}), "Camera is removed\n");
+    EXPECT_EQ(print({"formats", "remove", "Camera"}), "Camera: removed\n");
     EXPECT_EQ(find("Camera"), nullptr);
     EXPECT_THAT(run({"formats", "remove", "Targa"}),
                 FailsWith(1, AllOf(HasSubstr("'Targa' is built in"), HasSubstr("formats set"))));
@@ -98,9 +100,9 @@ TEST_F(Formats, AnswersUnknownNamesWithTheNearestOnesAndSavesNothing) {
     EXPECT_THAT(run({"formats", "remove", "Camera"}), FailsWith(1, HasSubstr("no category 'Camera'")));
     EXPECT_THAT(run({"formats", "set", "Targa"}), FailsWith(2, HasSubstr("--space or --extensions")));
     EXPECT_THAT(run({"formats", "set", "Targa", "--extensions", " ,."}),
-                FailsWith(2, HasSubstr("does not name an extension")));
+                FailsWith(2, HasSubstr("invalid list of file extensions")));
     EXPECT_THAT(run({"formats", "set", "default", "--extensions", "foo"}),
-                FailsWith(2, HasSubstr("stands for all extensions that no format lists")));
+                FailsWith(2, HasSubstr("it applies to files of all other formats")));
     EXPECT_THAT(run({"formats", "remve", "Targa"}), FailsWith(2, HasSubstr("did you mean 'remove'?")));
     EXPECT_FALSE(folder.exists(PREFERENCES));
 }
@@ -164,7 +166,7 @@ TEST_F(Formats, ShowsWhereAMappingFileCannotBeParsed) {
 }
 
 TEST_F(Formats, WarnsOfAMappingFileThatIsNotInUse) {
-    const std::string start = "the mapping file that the preferences name is not used: ";
+    const std::string start = "the mapping file of the preferences is not used: ";
     follow_mapping("Grade: {extensions: [unclosed\n");
     const std::string place = path("map.yaml") + ":2:1: end of sequence flow not found";
     EXPECT_THAT(run({"formats", "list"}).err, HasSubstr(start + place));

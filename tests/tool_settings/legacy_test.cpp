@@ -28,10 +28,10 @@ TEST_F(Legacy, AnswersNothingForOtherNames) {
     EXPECT_EQ(ask("Film"), json::parse(R"({"name": "Film", "legacy": false, "color_space": "",
                                            "preferences_view": "", "widget_view": ""})"));
     EXPECT_EQ(print({"legacy", "Film"}), "Film\n"
-                                         "name of a former built-in color space  no\n"
-                                         "as a color space                       (nothing)\n"
-                                         "as a display of the preferences        (nothing)\n"
-                                         "as a display of a widget               (nothing)\n");
+                                         "former built-in color space      no\n"
+                                         "as a color space                 (none)\n"
+                                         "as a display of the preferences  (none)\n"
+                                         "as a display of a widget         (none)\n");
 }
 
 TEST_F(Legacy, FollowsTheConfiguration) {

@@ -65,7 +65,7 @@ TEST_F(OwnCdls, AreRemovedByName) {
     EXPECT_THAT(run({"cdl", "remove", "wram"}),
                 FailsWith(1, AllOf(HasSubstr("no custom CDL 'wram'"), HasSubstr("did you mean 'warm'?"))));
     EXPECT_THAT(run({"cdl", "remove", "No CDL"}), FailsWith(1, HasSubstr("no custom CDL 'No CDL'")));
-    EXPECT_EQ(print({"cdl", "remove", "warm"}), "warm is removed\n");
+    EXPECT_EQ(print({"cdl", "remove", "warm"}), "warm: removed\n");
     EXPECT_EQ(list().size(), 1u);
 }
 
@@ -77,7 +77,7 @@ TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
     EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc")}), FailsWith(2, HasSubstr("is a collection")));
     EXPECT_THAT(run({"cdl", "add", "x", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"cdl", "add", "no cdl", "--values", WARM}),
-                FailsWith(1, HasSubstr("there is a CDL 'No CDL'")));
+                FailsWith(1, HasSubstr("a CDL named 'No CDL' already exists")));
     EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 
@@ -88,7 +88,7 @@ TEST_F(OwnCdls, AreRefusedWhenTheLibraryCannotReadThem) {
     EXPECT_THAT(run({"cdl", "add", "x", path("odd.cc")}),
                 FailsWith(1, AllOf(HasSubstr("cannot use the CDL 'x'"), HasSubstr("odd.cc"))));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("odd.cc")}),
-                FailsWith(1, AllOf(HasSubstr("cannot make the color space 'x'"), HasSubstr("odd.cc"))));
+                FailsWith(1, AllOf(HasSubstr("cannot add the color space 'x'"), HasSubstr("odd.cc"))));
     EXPECT_FALSE(folder.exists(PREFERENCES));
 }
 

@@ -54,7 +54,8 @@ TEST_F(Preferences, CanBeLeftAsideByWhateverOnlyShowsThem) {
     EXPECT_EQ(answer.at("path"), "");
     EXPECT_EQ(answer.at("exists"), false);
     EXPECT_THAT(answer.at("spaces"), IsEmpty());
-    EXPECT_THAT(print({"prefs", "show", "--no-prefs"}), StartsWith("Without a preference file.\n"));
+    EXPECT_THAT(print({"prefs", "show", "--no-prefs"}),
+                StartsWith("No preferences file; showing the defaults.\n"));
     EXPECT_THAT(print_json({"space", "list", "--no-prefs"}).at("spaces"), IsEmpty());
     EXPECT_EQ(print_json({"space", "list"}).at("spaces").size(), 1u);
     EXPECT_THAT(run({"space", "list", "--no-prefs", "--prefs", path("x.yaml")}),
@@ -182,7 +183,7 @@ TEST_F(Preferences, NeedAHome) {
     // The system may know the home folder of the user without a variable.
     if (result.code != 0)
         EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linear"}),
-                    FailsWith(2, HasSubstr("name a file with --prefs")));
+                    FailsWith(2, HasSubstr("or use --prefs")));
     else
         EXPECT_THAT(result.out, HasSubstr("qb_colorio/preferences.yaml"));
 }

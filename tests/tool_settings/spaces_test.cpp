@@ -63,7 +63,7 @@ TEST_F(Spaces, RemovesThem) {
     EXPECT_THAT(run({"space", "remove", "hafl"}),
                 FailsWith(1, AllOf(HasSubstr("no custom color space 'hafl'"), HasSubstr("'half'"))));
     EXPECT_THAT(run({"space", "remove", "sRGB"}), FailsWith(1, HasSubstr("no custom color space 'sRGB'")));
-    EXPECT_EQ(print({"space", "remove", "half"}), "half is removed\n");
+    EXPECT_EQ(print({"space", "remove", "half"}), "half: removed\n");
     ASSERT_EQ(list().size(), 1u);
     EXPECT_EQ(list()[0].at("name"), "other");
     print({"space", "remove", "other"});
@@ -80,11 +80,11 @@ TEST_F(Spaces, RefusesWhatCannotWorkAndSavesNothing) {
     EXPECT_THAT(run({"space", "add", "x", "--lut", path("none.cube")}),
                 FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", path("bad.cube")}),
-                FailsWith(1, AllOf(HasSubstr("cannot make the color space 'x'"), HasSubstr("bad.cube"))));
+                FailsWith(1, AllOf(HasSubstr("cannot add the color space 'x'"), HasSubstr("bad.cube"))));
     EXPECT_THAT(run({"space", "add", "SRGB", "--lut", lut}),
-                FailsWith(1, HasSubstr("there is a color space 'sRGB'")));
+                FailsWith(1, HasSubstr("a color space named 'sRGB' already exists")));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("grades.ccc")}),
-                FailsWith(2, HasSubstr("is a collection\nhint: name a correction")));
+                FailsWith(2, HasSubstr("is a collection\nhint: choose a color correction")));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("grades.ccc") + ":wram"}),
                 FailsWith(1, HasSubstr("did you mean 'warm'?")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--range", "0,1,2"}),

@@ -70,7 +70,7 @@ TEST_F(VersionTwo, TablesOfSpacesCountInactiveOnesAndListThemOnRequest) {
     EXPECT_THAT(brief.out,
                 AllOf(HasSubstr("kind"), HasSubstr("display-referred"), HasSubstr("scene-referred, data"),
                       HasSubstr("gamma 2.2 monitor"), Not(HasSubstr("unpublished")),
-                      HasSubstr("not published: 2 color spaces; --inactive lists them.\n")));
+                      HasSubstr("Inactive: 2 color spaces; --inactive lists them.\n")));
     const ToolRun whole = run_on_sample({"list", "spaces", "--inactive"});
     EXPECT_THAT(whole.out, AllOf(HasSubstr("inactive color space"), HasSubstr("unpublished"),
                                  HasSubstr("xyz"), Not(HasSubstr("--inactive"))));
@@ -124,7 +124,7 @@ TEST_F(VersionTwo, TablesHaveNoEmptyColumns) {
     const ToolRun builtin = run({"list"});
     EXPECT_THAT(builtin.out, AllOf(Not(HasSubstr("encoding")), Not(HasSubstr("looks")),
                                    Not(HasSubstr("kind")), Not(HasSubstr("named transform"))));
-    EXPECT_THAT(run({"list", "named-transforms"}).out, HasSubstr("There are no named transforms."));
+    EXPECT_THAT(run({"list", "named-transforms"}).out, HasSubstr("No named transforms."));
 }
 
 TEST_F(VersionTwo, InactiveNamedTransformsAreMarked) {
@@ -142,7 +142,7 @@ TEST_F(VersionTwo, HiddenViewsAreListedOnRequest) {
     EXPECT_EQ(hidden.size(), 4u);
     EXPECT_EQ(hidden.at("Projector 2.6.Film").at("view_transform"), "filmic");
     EXPECT_THAT(run_on_sample({"list", "views"}).out,
-                AllOf(Not(HasSubstr("Projector 2.6.Film")), HasSubstr("not published: 4 views; --inactive")));
+                AllOf(Not(HasSubstr("Projector 2.6.Film")), HasSubstr("Inactive: 4 views; --inactive")));
     EXPECT_THAT(run_on_sample({"list", "views", "--inactive"}).out, HasSubstr("Projector 2.6.Film"));
     EXPECT_THAT(run_on_sample({"explain", "linear", "--view", "Projector 2.6.Film"}),
                 FailsWith(1, HasSubstr("the view 'Projector 2.6.Film' of config.ocio is inactive")));
@@ -300,10 +300,9 @@ TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
     folder.write("frame.txt", "no image");
     const ToolRun result = run_on_sample(
         {"convert", path("frame.txt"), path("out.png"), "--why", "--from", "lin", "--view", "Monitor.Shot"});
-    EXPECT_THAT(result.out,
-                AllOf(HasSubstr("source:        Scene|linear, from --from 'lin', an alias"),
-                      HasSubstr("the view 'Shot' of the display 'Monitor', which shows Display|Monitor "
-                                "through the view transform filmic with the looks shot grade")));
+    EXPECT_THAT(result.out, AllOf(HasSubstr("source:        Scene|linear, from --from 'lin', an alias"),
+                                  HasSubstr("view 'Shot' of display 'Monitor', which shows Display|Monitor "
+                                            "through the view transform filmic with the looks shot grade")));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "image/color_group.h"
+#include "image/color_layer.h"
 
 #include <algorithm>
 #include <optional>
@@ -26,38 +26,38 @@ int find_channel(const OIIO::ImageSpec& spec, const std::string& layer, const Co
     for (int channel = 0; channel < spec.nchannels; ++channel)
         if (is_named(spec.channel_name(channel), layer, names))
             return channel;
-    return ColorGroup::NONE;
+    return ColorLayer::NONE;
 }
 
-std::optional<ColorGroup> find_group(const OIIO::ImageSpec& spec, const std::string& layer) {
-    ColorGroup group;
-    group.layer = layer;
+std::optional<ColorLayer> find_layer(const OIIO::ImageSpec& spec, const std::string& name) {
+    ColorLayer layer;
+    layer.name = name;
     for (int i = 0; i < 4; ++i)
-        group.channels[i] = find_channel(spec, layer, RGBA_NAMES[i]);
-    if (layer.empty() && !group.has_alpha())
-        group.channels[3] = spec.alpha_channel;
-    if (std::find(group.channels, group.channels + 3, ColorGroup::NONE) != group.channels + 3)
+        layer.channels[i] = find_channel(spec, name, RGBA_NAMES[i]);
+    if (name.empty() && !layer.has_alpha())
+        layer.channels[3] = spec.alpha_channel;
+    if (std::find(layer.channels, layer.channels + 3, ColorLayer::NONE) != layer.channels + 3)
         return std::nullopt;
-    return group;
+    return layer;
 }
 
-std::optional<ColorGroup> find_first_layer(const OIIO::ImageSpec& spec) {
+std::optional<ColorLayer> find_first_layer(const OIIO::ImageSpec& spec) {
     for (const std::string& name : spec.channelnames) {
         const std::size_t dot = name.rfind('.');
         if (dot == std::string::npos)
             continue;
-        if (auto group = find_group(spec, name.substr(0, dot)))
-            return group;
+        if (auto layer = find_layer(spec, name.substr(0, dot)))
+            return layer;
     }
     return std::nullopt;
 }
 
-std::optional<ColorGroup> find_gray(const OIIO::ImageSpec& spec) {
+std::optional<ColorLayer> find_gray(const OIIO::ImageSpec& spec) {
     const int gray = find_channel(spec, "", GRAY_NAMES);
-    if (gray == ColorGroup::NONE)
+    if (gray == ColorLayer::NONE)
         return std::nullopt;
     const int alpha = find_channel(spec, "", RGBA_NAMES[3]);
-    return ColorGroup{"", {gray, gray, gray, alpha}};
+    return ColorLayer{"", {gray, gray, gray, alpha}};
 }
 
 std::vector<std::string> get_views(const OIIO::ImageSpec& spec) {
@@ -71,12 +71,12 @@ std::vector<std::string> get_views(const OIIO::ImageSpec& spec) {
 
 } // namespace
 
-bool ColorGroup::contains(int channel) const {
+bool ColorLayer::contains(int channel) const {
     return channel != NONE && std::find(channels, channels + 4, channel) != channels + 4;
 }
 
-std::vector<ColorGroup> find_color_groups(const OIIO::ImageSpec& spec) {
-    std::optional<ColorGroup> main = find_group(spec, "");
+std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec) {
+    std::optional<ColorLayer> main = find_layer(spec, "");
     if (!main)
         main = find_first_layer(spec);
     if (!main)
@@ -84,16 +84,16 @@ std::vector<ColorGroup> find_color_groups(const OIIO::ImageSpec& spec) {
     if (!main)
         return {};
 
-    std::vector<ColorGroup> groups = {*main};
+    std::vector<ColorLayer> layers = {*main};
     for (const std::string& view : get_views(spec)) {
-        const std::optional<ColorGroup> group = find_group(spec, view);
-        const bool is_new = group && std::none_of(groups.begin(), groups.end(), [&](const ColorGroup& known) {
-                                return known.contains(group->channels[0]);
+        const std::optional<ColorLayer> layer = find_layer(spec, view);
+        const bool is_new = layer && std::none_of(layers.begin(), layers.end(), [&](const ColorLayer& known) {
+                                return known.contains(layer->channels[0]);
                             });
         if (is_new)
-            groups.push_back(*group);
+            layers.push_back(*layer);
     }
-    return groups;
+    return layers;
 }
 
 } // namespace image

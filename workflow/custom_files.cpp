@@ -1,4 +1,4 @@
-#include "workflow/own_files.h"
+#include "workflow/custom_files.h"
 
 #include <algorithm>
 
@@ -6,7 +6,7 @@
 
 namespace workflow {
 
-std::vector<std::string> get_own_files() {
+std::vector<std::string> get_custom_files() {
     const ColorIOManager& manager = *ColorIOManager::get_instance();
     std::vector<std::string> files;
     const auto add = [&files](const CoreString& file) {
@@ -22,8 +22,8 @@ std::vector<std::string> get_own_files() {
     return files;
 }
 
-bool has_own_files(const std::string& library_path) {
-    const std::vector<std::string> files = get_own_files();
+bool has_custom_files(const std::string& library_path) {
+    const std::vector<std::string> files = get_custom_files();
     return std::any_of(files.begin(), files.end(),
                        [&](const std::string& file) { return file != library_path; });
 }
