@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Shows what the tool does: makes the sample images, lists the built-in configuration, converts a
-# scene-linear image for a display and an 8-bit image to scene-linear.
+# Demonstrates the tool: makes the sample images, lists the built-in config, converts a scene-linear image to a view and
+# an 8-bit image to scene-linear.
 # usage: demo.sh TOOL OUTPUT_DIR
 set -euo pipefail
 
@@ -13,25 +13,25 @@ make_samples=$(dirname "$tool")/../samples/make_samples
 mkdir -p "$2"
 folder=$(cd "$2" && pwd)
 
-# The demonstration is about the built-in configuration, whatever the user's own is.
+# Use the built-in config even if the user has set another one.
 unset OCIO
 
 say() { printf '\n== %s\n' "$*"; }
 
 "$make_samples" "$folder"
 
-say "What the built-in configuration offers"
+say "The built-in config"
 "$tool" list
 
-say "A scene-linear image through the built-in view (no --from: the extension tells the color space)"
+say "Converting a scene-linear image to a view (without --from: the color space is determined by the extension)"
 "$tool" convert "$folder/chart_half.exr" "$folder/chart_for_display.png" --view Tavelion.sRGB
 
-say "An 8-bit sRGB image to scene-linear (as --from and --to say)"
+say "Converting an 8-bit sRGB image to scene-linear"
 "$tool" convert "$folder/chart_srgb.png" "$folder/chart_linear.exr" --from sRGB --to linear -d half
 
-say "The images"
+say "Images"
 printf '  %s\n' \
-    "$folder/chart_half.exr         the sample: ramps, negatives, superwhites, saturated colors, alpha" \
-    "$folder/chart_for_display.png  the same for a display" \
-    "$folder/chart_srgb.png         the sample in 8 bits" \
-    "$folder/chart_linear.exr       the same in scene-linear halfs"
+    "$folder/chart_half.exr         scene-linear chart: ramps, negative values, values above 1, alpha" \
+    "$folder/chart_for_display.png  the chart converted to the view Tavelion.sRGB" \
+    "$folder/chart_srgb.png         8-bit sRGB chart" \
+    "$folder/chart_linear.exr       the 8-bit chart converted to scene-linear"

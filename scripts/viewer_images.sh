@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Takes the images of docs/viewer.md anew: the sample chart in the viewer, without a display.
+# Renders the images of docs/viewer.md again: the sample chart in the viewer, without a display.
 # usage: viewer_images.sh TOOL
 set -euo pipefail
 
@@ -13,7 +13,7 @@ images=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")/docs/images
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 unset OCIO
-export HOME=$work # The dialogue shows it as "~".
+export HOME=$work # shown as "~" in the dialog
 
 mkdir -p "$images" "$work/shows/luts" "$work/shows/previous" "$work/shows/shots"
 for show in blue_moon blue_moon_grading harbour harbour_night studio; do

@@ -63,7 +63,7 @@ class DevTest(unittest.TestCase):
     def test_faults_take_no_further_arguments(self):
         done = self.run_dev("test", "--faults", "Preferences")
         self.assertNotEqual(done.returncode, 0)
-        self.assertIn("--faults takes nothing else", done.stderr)
+        self.assertIn("--faults takes no other arguments", done.stderr)
         self.assertNotIn("called: ", done.stdout + done.stderr)
 
     def test_a_failure_to_configure_is_told_in_full(self):
@@ -93,7 +93,7 @@ class DevTest(unittest.TestCase):
         options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
         done = self.run_dev("test", "--ocio", "2.5", *options)
         self.assertNotEqual(done.returncode, 0)
-        self.assertIn("two folders are called same", done.stderr)
+        self.assertIn("two folders are named same", done.stderr)
         self.assertNotIn("called: debian_root", done.stdout)
 
     def test_the_tests_find_the_folders_in_a_variable(self):
@@ -126,7 +126,7 @@ class DevTest(unittest.TestCase):
         self.assertIn("fuzz_calm", done.stdout)
         self.assertNotIn("fuzz_other", done.stdout)
         self.assertIn("no fuzz target matches 'nothing'", self.run_dev("fuzz", "5", "nothing").stderr)
-        self.assertIn("not 'calm'", self.run_dev("fuzz", "calm").stderr)
+        self.assertIn("invalid number of seconds 'calm'", self.run_dev("fuzz", "calm").stderr)
 
 
 if __name__ == "__main__":

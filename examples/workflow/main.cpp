@@ -1,5 +1,4 @@
-// Converts an image through a view, explains the conversion, and shows what an unknown name looks like as a
-// diagnostic.
+// Converts an image to a view, explains the conversion, and prints the diagnostic for an unknown color space.
 #include <iostream>
 
 #include "image/reader_server.h"
@@ -8,7 +7,7 @@
 #include "workflow/session.h"
 
 int main(int argc, char** argv) {
-    image::start_reader_server(); // first, while there are no threads
+    image::start_reader_server(); // before any thread is started
     if (argc != 4) {
         std::cerr << "usage: example_workflow CONFIG INPUT OUTPUT\n";
         return 2;

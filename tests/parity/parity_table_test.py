@@ -110,13 +110,13 @@ class TableTest(unittest.TestCase):
         self.set_reasons("*\t*\t*\t*\t*\tsome\t0.6\tbecause so")
         done = self.run_table(values("1.1.1", f"{ROW}\t0\t1\t2\t1"), values("2.1.2", f"{ROW}\t0\t1\t2\t1"))
         self.assertNotEqual(done.returncode, 0)
-        self.assertIn("'some' values", done.stderr)
+        self.assertIn("unknown kind of values 'some'", done.stderr)
 
     def test_a_reason_that_nothing_needs_fails(self):
         same = f"{ROW}\t0\t1\t2\t1"
         reason = "1.*\t2.*\tshow/config.ocio\tspace gamma\tto *\tany\t0.6\tbecause so"
         self.set_reasons(reason)
-        self.expect(values("1.1.1", same), values("2.1.2", same), 1, "no difference has this reason any more")
+        self.expect(values("1.1.1", same), values("2.1.2", same), 1, "reason without a difference")
         self.set_reasons(reason.replace("show/config.ocio", "*"))
         self.expect(values("1.1.1", same), values("2.1.2", same), 0)
         self.set_reasons(reason.replace("show", "other"))
