@@ -47,10 +47,12 @@ private:
         for (const workflow::PublishedSpace& space : workflow::get_published_spaces())
             labels.push_back(space.label);
         for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-            if (!ColorIO::color_space_exists(association.color_space.c_str()))
-                console.print(fmt::format("  {} ({}): '{}'{}", association.category,
+            if (!ColorIO::color_space_exists(association.color_space.c_str())) {
+                const std::string hint = workflow::did_you_mean(association.color_space, labels);
+                console.print(fmt::format("  {} ({}): '{}'{}{}", association.category,
                                           fmt::join(association.extensions, ", "), association.color_space,
-                                          workflow::did_you_mean(association.color_space, labels)));
+                                          hint.empty() ? "" : "; ", hint));
+            }
     }
 
     SessionChoice session_options;

@@ -28,6 +28,7 @@ struct SessionOptions {
 /// The selected config cannot be used.
 class ConfigFailure : public diagnostics::Failure {
 public:
+    /// `reasons` are the error for the user, followed by its causes.
     ConfigFailure(diagnostics::Diagnostics reasons, ConfigSource source)
         : Failure(std::move(reasons)), source(std::move(source)) {}
 

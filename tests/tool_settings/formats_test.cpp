@@ -116,6 +116,12 @@ TEST_F(Formats, ChecksThatAConfigurationHasTheColorSpaces) {
     EXPECT_EQ(find("Targa", {"--config", path("show.ocio")}).at("known"), false);
 }
 
+TEST_F(Formats, SuggestsTheNearestColorSpace) {
+    follow_mapping("Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cinoen\"}\n");
+    EXPECT_THAT(run({"formats", "check"}).out,
+                HasSubstr("Scan (dpx): 'Tavelion|Cinoen'; did you mean 'Tavelion|Cineon'?\n"));
+}
+
 TEST_F(Formats, TakesColorSpacesOfAConfiguration) {
     folder.write("show.ocio", SHOW_CONFIG);
     EXPECT_THAT(print({"formats", "set", "Targa", "--space", "warm", "--config", path("show.ocio")}),
