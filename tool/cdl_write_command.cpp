@@ -23,7 +23,7 @@ constexpr char EXAMPLES[] = R"(  colorio cdl write warm.cc --cdl warm=1.1,1,0.9/
   colorio cdl write warm.cc --cdl warm=1.125,1,0.9/0.01,0,0/1,1,1/0.85 --exact
   colorio cdl write all.ccc --collection --cdl a=1,1,1/0,0,0/1,1,1/0.8 --cdl b=2,2,2/0,0,0/1,1,1/1
 
-Without --exact numbers are rounded to one decimal, as in the documents that hosts write.)";
+Without --exact numbers are rounded to one decimal, as in documents written by the host application.)";
 
 /// The largest change of a number by rounding.
 struct Loss {

@@ -47,7 +47,7 @@ Pixel parse_pixel(const std::string& text) {
         }
         rest.remove_prefix(comma + 1);
     }
-    throw UsageError(fmt::format("invalid pixel '{}'; examples: 0.18,0.18,0.18 or 1,0.5,0,1", text));
+    throw UsageError(fmt::format("invalid --pixel '{}'", text), "examples: 0.18,0.18,0.18 or 1,0.5,0,1");
 }
 
 Json pixel_to_json(const GMathVec4<float>& pixel) {

@@ -107,6 +107,7 @@ const Option& Option::separator(char character) const {
 Options::Options(const std::string& description, const std::string& name)
     : program(std::make_unique<CLI::App>(description, name)), app(program.get()) {
     keep_footers_unformatted(*app->get_formatter(), 0);
+    app->set_help_flag("-h,--help", "print this help");
 }
 
 Options::Options(CLI::App* command) : app(command) {}
@@ -157,7 +158,7 @@ void Options::set_footer(const std::string& footer) {
 }
 
 void Options::set_version(const std::string& text) {
-    app->set_version_flag("--version", text);
+    app->set_version_flag("--version", text, "print the version");
 }
 
 std::string Options::get_name() const {

@@ -198,7 +198,8 @@ TEST_F(ConvertColor, IsTwoWaysOfSayingOneDestination) {
     };
     EXPECT_THAT(usage({}), FailsWith(2, HasSubstr("--to or --view")));
     EXPECT_THAT(usage({"--display", "Tavelion"}), FailsWith(2, HasSubstr("--display needs --view")));
-    EXPECT_THAT(usage({"--to", "sRGB", "--view", "Tavelion.sRGB"}), FailsWith(2, HasSubstr("exclude")));
+    EXPECT_THAT(usage({"--to", "sRGB", "--view", "Tavelion.sRGB"}),
+                FailsWith(2, HasSubstr("cannot be combined")));
     EXPECT_THAT(usage({"--to", "sRGB", "-d", "int32"}), FailsWith(2, HasSubstr("int32")));
     EXPECT_THAT(usage({"--to", "sRGB", "--threads", "0"}), FailsWith(2, HasSubstr("threads")));
     EXPECT_THAT(usage({"--to", "sRGB", "--unpremult", "--no-unpremult"}),

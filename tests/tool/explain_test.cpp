@@ -168,7 +168,8 @@ TEST_F(Explain, TakesThreeOrFourNumbersForAPixel) {
 
 TEST_F(Explain, NeedsOneDestination) {
     EXPECT_THAT(explain({"sRGB"}), FailsWith(2, HasSubstr("a second color space or --view")));
-    EXPECT_THAT(explain({"sRGB", "linear", "--view", "Tavelion.sRGB"}), FailsWith(2, HasSubstr("exclude")));
+    EXPECT_THAT(explain({"sRGB", "linear", "--view", "Tavelion.sRGB"}),
+                FailsWith(2, HasSubstr("cannot be combined")));
     EXPECT_THAT(explain({"sRGB", "lineer"}), FailsWith(1, HasSubstr("did you mean 'linear'")));
     EXPECT_THAT(explain({}), FailsWith(2, HasSubstr("source")));
 }

@@ -124,7 +124,7 @@ TEST_F(Shader, IsMeasuredAgainstTheCpuInBothDialects) {
 
 TEST_F(Shader, OfASpaceAndItselfIsNone) {
     EXPECT_THAT(make_shader({"--from", "sRGB", "--to", "sRGB"}),
-                FailsWith(1, HasSubstr("nothing to convert")));
+                FailsWith(1, HasSubstr("source and destination are the same")));
     EXPECT_FALSE(folder.exists("shader"));
 }
 

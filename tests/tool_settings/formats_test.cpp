@@ -88,7 +88,8 @@ TEST_F(Formats, RemovesOnlyCategoriesOfTheUser) {
     EXPECT_EQ(print({"formats", "remove", "Camera"}), "Camera: removed\n");
     EXPECT_EQ(find("Camera"), nullptr);
     EXPECT_THAT(run({"formats", "remove", "Targa"}),
-                FailsWith(1, AllOf(HasSubstr("'Targa' is built in"), HasSubstr("formats set"))));
+                FailsWith(1, AllOf(HasSubstr("cannot remove 'Targa': it is a built-in format"),
+                                   HasSubstr("formats set"))));
     EXPECT_NE(find("Targa"), nullptr);
 }
 

@@ -41,7 +41,7 @@ TEST_F(Spaces, GradesInFrontOfTheTable) {
 }
 
 TEST_F(Spaces, ListsWhatTheyAreMadeOf) {
-    EXPECT_THAT(print({"space"}), HasSubstr("No color spaces of your own"));
+    EXPECT_THAT(print({"space"}), HasSubstr("No custom color spaces"));
     print({"space", "add", "half", "--lut", path("half.spi1d"), "--allocation", "lg2", "--range", "-8,5,0.5",
            "--depth", "16f"});
     EXPECT_EQ(list(), json::parse(R"([{"name": "half", "lut": ")" + path("half.spi1d") +
