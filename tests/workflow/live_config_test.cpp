@@ -45,13 +45,13 @@ TEST_F(LiveConfigs, ReadAnEditedConfigAgain) {
 
     folder.write("show.ocio", "no config at all\n");
     EXPECT_FALSE(live.reload());
-    ASSERT_THAT(live.get_source_faults(), testing::SizeIs(1));
-    EXPECT_EQ(live.get_source_faults()[0].file, folder.file("show.ocio"));
+    ASSERT_THAT(live.get_source_errors(), testing::SizeIs(1));
+    EXPECT_EQ(live.get_source_errors()[0].file, folder.file("show.ocio"));
     EXPECT_THAT(live.get_spaces(), Contains("more")) << "the last good one stays";
 
     folder.write("show.ocio", text);
     EXPECT_TRUE(live.reload());
-    EXPECT_THAT(live.get_source_faults(), IsEmpty());
+    EXPECT_THAT(live.get_source_errors(), IsEmpty());
     EXPECT_THAT(live.get_spaces(), Not(Contains("more")));
 }
 
