@@ -3,21 +3,23 @@
 #include "colorio/color_io_export.h"
 #include "diagnostics/diagnostic.h"
 
-/// Collects what goes wrong in the module on this thread while the object lives: one diagnostic for each
-/// cause, beside the lines of the log. Objects nest, and the innermost one collects. For programs that
-/// explain failures; hosts may read the log instead. Must be destroyed on the thread that made it, in reverse
-/// order of making.
+/// Collects the module's errors, warnings and notes on this thread during its lifetime: one diagnostic per
+/// cause, in addition to the log. Objects nest; the innermost one collects. For programs that explain
+/// failures; hosts can read the log. Must be destroyed on the thread that made it, in reverse order of
+/// construction.
 class COLORIO_API ColorIODiagnostics {
 public:
+    /// Starts collecting.
     ColorIODiagnostics();
     ~ColorIODiagnostics();
     ColorIODiagnostics(const ColorIODiagnostics&) = delete;
     ColorIODiagnostics& operator=(const ColorIODiagnostics&) = delete;
 
-    /// What was collected since the last call, in order.
+    /// Diagnostics collected since the last call, in order.
     diagnostics::Diagnostics take();
 
-    /// Hands a diagnostic to the innermost collector of this thread; drops it where there is none.
+    /// Adds a diagnostic to the innermost collector of this thread; ignored when there is none or memory is
+    /// short.
     static void report(const diagnostics::Diagnostic& diagnostic) noexcept;
 
 private:

@@ -7,36 +7,39 @@
 
 class ColorIOConverter;
 
-/// How conversions are evaluated: for programs that show it, and for comparisons. Hosts need none of it.
+/// How conversions are evaluated: for programs that explain conversions or compare results. Hosts do not need
+/// it.
 class COLORIO_API ColorIOEvaluation {
 public:
-    /// An operation in words, and the pixel after it.
+    /// One operation.
     struct Step {
-        CoreString operation;
-        GMathVec4<float> pixel;
+        CoreString operation;   ///< Described in words.
+        GMathVec4<float> pixel; ///< Red, green, blue, alpha after it.
     };
 
     /// What converts pixels.
     enum Path {
-        PATH_NONE,   ///< Nothing: colors stay as they are.
+        PATH_NONE,   ///< No operations: colors are unchanged.
         PATH_VECTOR, ///< The module's SIMD code.
-        PATH_LIBRARY ///< OpenColorIO, for the reason given.
+        PATH_LIBRARY ///< OpenColorIO; see Explanation::reason.
     };
 
+    /// How one conversion is evaluated.
     struct Explanation {
-        CoreVector<CoreString> operations; ///< As the configuration gives them.
-        CoreVector<Step> steps;            ///< As they are carried out.
-        Path path = PATH_NONE;
-        CoreString reason;        ///< Why the library; else empty.
-        CoreString vector_target; ///< Instruction set of the SIMD code; else empty.
+        CoreVector<CoreString> operations; ///< Of the conversion, as OpenColorIO lists them.
+        CoreVector<Step> steps;            ///< As they are computed.
+        Path path = PATH_NONE;             ///< What computes them.
+        CoreString reason;                 ///< Why OpenColorIO computes them; empty for other paths.
+        CoreString vector_target;          ///< Instruction set of the SIMD code; else empty.
     };
 
-    /// How `converter` converts, and what becomes of `pixel` on the way. False, and nothing touched, unless
-    /// it is configured and memory suffices; a bypass has PATH_NONE. What OpenColorIO throws is logged.
+    /// How `converter` converts `pixel`, step by step. False, and `explanation` unchanged, when it is not
+    /// configured, when memory is short, or when OpenColorIO throws, which is logged. A bypass has PATH_NONE.
     static bool explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
                         Explanation& explanation);
 
-    /// Whether converters configured from now on may use the SIMD code (the default).
+    /// Whether converters configured from now on may use the SIMD code (default: true). Process-wide.
     static void set_vector_code(bool enabled);
+    /// The current setting.
     static bool get_vector_code();
 };

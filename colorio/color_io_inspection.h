@@ -6,48 +6,52 @@
 #include "host/core/core_string.h"
 #include "host/core/core_vector.h"
 
-/// What the active configuration holds beyond the published names: for programs that show or check it. Hosts
-/// need none of it. Everything is empty, and every trial fails, while no manager runs and when memory is
-/// short.
+/// Contents of the active config beyond the published names: for programs that show or check configs. Hosts
+/// do not need it. Results are empty, and the `try_` functions return false, without a manager and when
+/// memory is short. Main thread only.
 class COLORIO_API ColorIOInspection {
 public:
-    /// What color spaces and named transforms say of themselves.
+    /// Fields that color spaces and named transforms share; empty where the config does not set them.
     struct Entry {
-        CoreString name;
-        CoreString family;
-        CoreString description;
-        CoreString encoding;
-        CoreVector<CoreString> aliases;
-        CoreVector<CoreString> categories;
-        bool is_active = true; ///< Inactive spaces are not published; the configuration finds them by name.
+        CoreString name;                   ///< Without its family.
+        CoreString family;                 ///< As in the config.
+        CoreString description;            ///< May have several lines.
+        CoreString encoding;               ///< "scene-linear", "log" and so on.
+        CoreVector<CoreString> aliases;    ///< Other names that the config accepts.
+        CoreVector<CoreString> categories; ///< "file-io" and so on.
+        bool is_active = true; ///< Inactive ones are not published, but the config finds them by name.
     };
 
+    /// A color space.
     struct ColorSpace : Entry {
         bool is_display_referred = false; ///< Else scene-referred.
         bool is_data = false;             ///< Never converted.
     };
 
+    /// A named transform. A direction that the config does not define is the inverse of the other.
     struct NamedTransform : Entry {
-        bool has_forward = false; ///< The direction is stated; the other is its inverse.
-        bool has_inverse = false;
+        bool has_forward = false; ///< The config defines the forward direction.
+        bool has_inverse = false; ///< The config defines the inverse direction.
     };
 
+    /// A view of a display; fields are empty where the config does not set them.
     struct View {
-        CoreString display;
-        CoreString name;
-        CoreString color_space;     ///< Its plain name, published or not.
+        CoreString display;         ///< Its display.
+        CoreString name;            ///< Its name.
+        CoreString color_space;     ///< Without its family; published or not.
         CoreString family;          ///< Of that color space.
-        CoreString named_transform; ///< What the view shows in place of a color space.
-        CoreString view_transform;
-        CoreString looks; ///< As the configuration lists them.
-        CoreString description;
-        bool is_shared = false;
+        CoreString named_transform; ///< Used instead of a color space.
+        CoreString view_transform;  ///< Applied before the color space.
+        CoreString looks;           ///< The list as written in the config.
+        CoreString description;     ///< May have several lines.
+        bool is_shared = false;     ///< One of the config's shared views.
     };
 
-    /// While it lives, conversions that its thread makes in the active config look each color space up once.
-    /// For checks of whole configs; the config must stay as it is meanwhile.
+    /// During its lifetime, conversions made on its thread with the active config look up each color space
+    /// once. For checks of whole configs; the config must not change meanwhile.
     class COLORIO_API Batch {
     public:
+        /// Starts a batch; without a config or memory it has no effect.
         Batch();
         ~Batch();
         Batch(const Batch&) = delete;
@@ -58,30 +62,31 @@ public:
         std::unique_ptr<Memo> memo;
     };
 
-    /// All of them, in the order of the configuration.
+    /// All color spaces, inactive ones included, in the order of the config.
     static CoreVector<ColorSpace> get_color_spaces();
+    /// All named transforms, inactive ones included, in the order of the config.
     static CoreVector<NamedTransform> get_named_transforms();
+    /// Names of the looks, in the order of the config.
     static CoreVector<CoreString> get_looks();
+    /// Names of the view transforms, in the order of the config.
     static CoreVector<CoreString> get_view_transforms();
-    /// Whether the configuration itself assigns the role; where it does not, the module takes a space of its
-    /// own choice.
+    /// Whether the config assigns the role; otherwise the module chooses a color space for it.
     static bool has_role(const CoreString& role);
-    /// Absolute paths at which the LUT and CDL files that the config names may lie, each once; they need not
-    /// exist.
+    /// Absolute paths where the LUT and CDL files of the config may be, each once; they need not exist.
     static CoreVector<CoreString> get_source_files();
-    /// Only the names are set for a view that does not exist.
+    /// A view; only `display` and `name` are set when it does not exist.
     static View get_view(const CoreString& display, const CoreString& view);
-    /// The views that lists of active displays and views hide.
+    /// Views that the config's active displays and active views exclude.
     static CoreVector<View> get_hidden_views();
 
-    // Whether the configuration can make a conversion. When it cannot, OpenColorIO's words are logged
-    // at level 1 behind "OCIO exception: ".
+    // Whether the config can make a conversion. When it cannot, OpenColorIO's message is logged at level 1
+    // after "OCIO exception: ".
 
-    /// Between two names that it knows: of color spaces and named transforms, inactive ones and other names
-    /// included, without families.
+    /// Between two color spaces or named transforms, inactive ones included; by name, alias or role, without
+    /// families.
     static bool try_conversion(const CoreString& source, const CoreString& destination);
-    /// A look, forwards, in its process space.
+    /// A look, in the forward direction, in its process space.
     static bool try_look(const CoreString& name);
-    /// The directions that a view transform states.
+    /// The directions that the config defines for a view transform.
     static bool try_view_transform(const CoreString& name);
 };

@@ -17,11 +17,11 @@ class OfEnum;
 class ParserEntry;
 class ParserGroup;
 
-/// The process-wide owner of color configuration: the built-in configuration, the one from a file or the
-/// environment, the one that holds the CDLs, and the names published from the active one.
-/// Main thread only. No exception leaves it; failures, memory that ran short and a host that throws included,
-/// are logged and answered with false, an empty string or NOT_FOUND. Only constructing and copying throw when
-/// memory is short: nothing is there that could answer.
+/// The process-wide owner of the configs: the built-in one, the one from a file or the environment, the one
+/// for the CDLs, and the names published from the active one.
+/// Main thread only. No exception leaves it; failures, including a shortage of memory and exceptions of the
+/// host, are logged and reported as false, an empty string or NOT_FOUND. Only constructing and copying throw
+/// when memory is short.
 class COLORIO_API ColorIOManager {
 public:
     /// One custom color space of the built-in configuration.
@@ -29,7 +29,7 @@ public:
         CoreString name;          ///< Color-space name, and the view's name on the built-in display.
         CoreString lut_file;      ///< LUT path; may be empty.
         CoreString cdl_file;      ///< Path of a .cc, .ccc or .cdl file; may be empty.
-        CoreString cccid;         ///< Correction in the collection; used only for the extension "ccc".
+        CoreString cccid;         ///< `id` of the color correction; used only for the extension "ccc".
         unsigned int bit_depth;   ///< BitDepth of OpenColorIO.
         unsigned int allocation;  ///< Allocation of OpenColorIO.
         float allocation_vars[3]; ///< Minimum, maximum, and for lg2 the linear offset.
@@ -39,16 +39,16 @@ public:
     /// One color decision list (ASC CDL).
     struct ColorDecisionListDef {
         CoreString name;  ///< Also the color space's name in the CDL configuration and the menu label.
-        CoreString file;  ///< Where it came from; empty when the values below are given directly.
-        CoreString cccid; ///< `id` of the correction in a collection file.
-        float slope[3];
-        float offset[3];
-        float power[3];
-        float saturation;
-        bool is_builtin; ///< Never added as a custom CDL.
+        CoreString file;  ///< CDL file it came from; empty when the values below are given directly.
+        CoreString cccid; ///< `id` of the color correction in a collection file.
+        float slope[3];   ///< Red, green, blue; neutral: 1.
+        float offset[3];  ///< Neutral: 0.
+        float power[3];   ///< Above 0; neutral: 1.
+        float saturation; ///< Neutral: 1.
+        bool is_builtin;  ///< Never added as a custom CDL.
     };
 
-    /// The roles that have a menu of their own; scene-linear is kept apart, in `get_ROLE_SCENE_LINEAR`.
+    /// The roles of "roles_enum", in its order; scene_linear is separate, see `get_ROLE_SCENE_LINEAR`.
     enum Role : int {
         COLOR_PICKING,
         COLOR_TIMING,
@@ -61,19 +61,20 @@ public:
         ROLE_COUNT
     };
 
-    static const CoreStringView BUILTIN_FAMILY;
-    static const CoreStringView BUILTIN_SRGB;
-    static const CoreStringView BUILTIN_LINEAR;
-    static const CoreStringView BUILTIN_CINEON;
-    static const char FAMILY_SEPARATOR;  ///< Between family and name: "Tavelion|sRGB".
-    static const char DISPLAY_SEPARATOR; ///< Between display and view: "Tavelion.sRGB".
+    static const CoreStringView BUILTIN_FAMILY; ///< "Tavelion": family and display of the built-in config.
+    static const CoreStringView BUILTIN_SRGB;   ///< "sRGB".
+    static const CoreStringView BUILTIN_LINEAR; ///< "linear".
+    static const CoreStringView BUILTIN_CINEON; ///< "Cineon".
+    static const char FAMILY_SEPARATOR;         ///< Between family and name: "Tavelion|sRGB".
+    static const char DISPLAY_SEPARATOR;        ///< Between display and view: "Tavelion.sRGB".
 
-    static CoreString s_default_CDL_name;
-    static CoreString s_default_color_picking_space_name;
-    static CoreString s_default_color_space_name;
-    static ColorIOManager* s_instance;
+    static CoreString s_default_CDL_name;                 ///< "No CDL".
+    static CoreString s_default_color_picking_space_name; ///< "sRGB".
+    static CoreString s_default_color_space_name;         ///< "linear", or what the application chose.
+    static ColorIOManager* s_instance;                    ///< What `get_instance` returns.
 
-    /// `app` may be null (headless use: no enumerations, placeholder names); not owned.
+    /// `app` may be null (headless use: no enumerations, placeholder names). Not owned; must outlive this
+    /// object.
     explicit ColorIOManager(OfApp* app);
     ColorIOManager(const ColorIOManager&);
     ColorIOManager(ColorIOManager&&) noexcept;
@@ -83,96 +84,140 @@ public:
 
     // Lifecycle and configuration sources
 
-    /// Makes the instance if there is none, and in every case runs `init` on it. Until `destroy`, what
-    /// OpenColorIO reports by itself goes to the host's log, each message once per load.
+    /// Creates the instance if there is none, and runs `init` on it in any case. Until `destroy`,
+    /// OpenColorIO's own messages go to the host's log, each once per load. False when `init` fails or memory
+    /// is short.
     static bool static_init(OfApp* app);
+    /// Null before `static_init` and after `destroy`.
     static ColorIOManager* get_instance();
+    /// Deletes the instance, if there is one.
     static void destroy();
+    /// Creates the enumerations and the built-in configs, and makes the built-in one active. False when
+    /// either config could not be created.
     bool init();
 
     /// The host application; null in headless use.
     OfApp* get_app() const { return app; }
-    /// The active configuration, shared: a holder keeps a replaced one alive. Null before `init`.
+    /// The active config; shared, so that it outlives its replacement. Null before `init`.
     OCIO_NAMESPACE::ConstConfigRcPtr get_config() const;
-    /// The configuration that holds one color space per CDL.
+    /// The config with one color space per CDL. Null before `init`.
     OCIO_NAMESPACE::ConstConfigRcPtr get_cdl_config() const;
+    /// Whether the built-in config is active.
     bool is_using_tavelion_config() const;
-    /// Makes the configuration of the file or the environment active, or the built-in one.
+    /// Makes the config of the application's path (or else of the variable OCIO) active, or the built-in one;
+    /// the built-in one also when no such config can be loaded. Does nothing without an application.
     void use_file_config(const bool& use);
-    /// Follows a change of the application's configuration path.
+    /// Reloads the config after the application's path changed, if the application uses a file config.
     void update_file_config_path();
 
     // Names
 
+    /// Whether `name` is a label of "color_space": exact, with its family.
     bool color_space_exists(CoreBasicString name) const;
+    /// Whether `label` is a published view: "DISPLAY.VIEW", exact.
     bool display_view_exists(CoreBasicString label) const;
+    /// Character between family and name in the labels of "color_space".
     const char& get_color_space_enum_separator() const;
-    /// Position of `name` in "color_space", ignoring case and family; the last match wins.
+    /// Position of `name` in "color_space", ignoring case and family; the last match wins. NOT_FOUND when no
+    /// label matches.
     unsigned int get_color_space_index(CoreString name) const;
-    /// Full label at a position of "color_space".
+    /// Full label at a position of "color_space"; empty past the end.
     CoreString get_color_space_name(unsigned int index) const;
-    /// First label of "color_space" whose part behind the family is exactly `name`; `name` itself otherwise.
+    /// First label of "color_space" whose part after the family is exactly `name`; `name` itself otherwise.
     CoreString get_full_color_space_name(CoreString name) const;
+    /// Label of the color space that a view shows; `label` itself when the view is unknown.
     CoreString get_color_space_from_display_view(CoreBasicString label) const;
+    /// Splits a published "DISPLAY.VIEW". False when it is not published; the outputs are then unchanged.
     bool get_display_view(CoreBasicString label, CoreString& display, CoreString& view) const;
+    /// Default view of the default display as "DISPLAY.VIEW"; empty when the config has none.
     CoreString get_default_display_view() const;
+    /// The same in two parts; false when either is empty.
     bool get_default_display_view(CoreString& display, CoreString& view) const;
+    /// Published color spaces, without families; valid until the next change of the config.
     const CoreBasicArray<CoreString>& get_color_space_names() const { return color_space_names; }
+    /// Published views, "DISPLAY.VIEW"; valid until the next change of the config.
     const CoreBasicArray<CoreString>& get_display_view_names() const { return display_view_names; }
 
     // Roles and defaults
 
-    /// Role text of OpenColorIO, "ROLE_UNKNOWN" for any other value.
+    /// OpenColorIO's name of a role, "color_picking" and so on; "ROLE_UNKNOWN" for any other value.
     static const char* get_role_name(const Role& role);
-    /// Color space of a role; `role` must be 0 to 7.
+    /// Color space of a role, without its family; `role` must be 0 to 7.
     const CoreString& get_role_color_space(int role) const;
+    /// Color space of the role color_picking.
     const CoreString& get_default_color_picking_space_name() const;
+    /// Color space of the role scene_linear, without its family; empty before `init`.
     const CoreString& get_ROLE_SCENE_LINEAR() const { return ROLE_SCENE_LINEAR; }
+    /// What new objects of the host use.
     const CoreString& get_default_color_space_name() const { return s_default_color_space_name; }
+    /// Finds a role's color space again, in the file config if the application uses one; an index other than
+    /// 0 to 7 is ignored.
     void set_role_color_space(int role);
+    /// Finds the scene-linear color space again: with `reload` in the loaded file config, which is read
+    /// again, else in the built-in one. Raises EVT_ID_ROLE_SCENE_LINEAR_CHANGED.
     void set_default_color_space_name(bool reload);
+    /// Takes the application's default color space if the active config has it, else the scene-linear one.
     void update_default_color_space_name();
 
     // Custom color spaces
 
+    /// The color spaces of the built-in config, built-in and custom ones.
     const CoreVector<ColorSpaceDef>& get_tavelion_color_spaces() const { return tavelion_color_spaces; }
     /// Replaces the custom color spaces; `defs` holds the built-in records too, as read from the list.
     void set_tavelion_config(const CoreVector<ColorSpaceDef>& defs);
 
     // Color decision lists
 
+    /// The CDLs: the built-in one, custom ones and those of the CDL library.
     const CoreVector<ColorDecisionListDef>& get_tavelion_color_decision_lists() const {
         return tavelion_color_decision_lists;
     }
+    /// Replaces the custom CDLs; the built-in one stays.
     void set_tavelion_config(const CoreVector<ColorDecisionListDef>& list);
-    /// Adds or replaces one CDL of the CDL configuration without listing it.
+    /// Adds or replaces one CDL of the CDL config without publishing it. False when that fails.
     bool add_local_CDL(ColorDecisionListDef entry);
-    /// Follows a change of the application's CDL library path.
+    /// Reloads the CDL library from the application's path, unless that is empty.
     void update_file_cdl_library_path();
+    /// Published CDLs; valid until the next change of the CDLs.
     const CoreBasicArray<CoreString>& get_CDL_names() const { return CDL_names; }
+    /// Position of exactly that label in "color_decision_list"; NOT_FOUND when there is none.
     unsigned int get_CDL_index(CoreString name) const;
+    /// Label at a position of "color_decision_list"; empty past the end.
     CoreString get_CDL_name(unsigned int index) const;
+    /// "No CDL".
     const CoreString& get_default_CDL_name() const { return s_default_CDL_name; }
 
-    /// Fills `def` from an ASC CDL document; what cannot be read keeps its value.
+    /// Fills `def` from the ASC CDL document at `path`; values that cannot be read are unchanged. A
+    /// collection leaves the values of its last color correction.
     void read_CDL_from_XML(CoreString path, ColorDecisionListDef& def, bool collection);
-    /// Writes an ASC CDL document with one decimal per number; true when the file was written.
+    /// Writes an ASC CDL document with one decimal per number: a collection of all but the default CDL, or
+    /// the last one alone. True when the file was written.
     bool create_XML_from_CDL(CoreVector<ColorDecisionListDef> cdls, CoreString path, bool collection);
 
     // Preferences
 
+    /// Resets `entry` and writes the custom color spaces and CDLs into its group. False when there are none,
+    /// and for null.
     bool save_config(ParserEntry* entry);
+    /// Adds the custom color spaces and CDLs of the group of `entry` (may be null; invalid records are
+    /// skipped), reads all files again and publishes the result. True only when a file config was loaded.
     bool load_config(ParserEntry* entry);
 
     // Names stored by earlier versions
 
+    /// Whether `name` was stored for a built-in color space: "linear", or "sRGB" or "Cineon" with any family
+    /// or none.
     bool is_legacy_builtin_color_space(CoreBasicString name) const;
+    /// Current label of such a name, "Tavelion|sRGB"; empty for any other.
     CoreString convert_legacy_builtin_color_space(CoreBasicString name) const;
+    /// Published view of the built-in config for a display color space stored by a widget; empty when there
+    /// is none, and when another config is active.
     CoreString convert_legacy_widget_display_color_space_to_display_view(CoreBasicString name) const;
+    /// View for a display color space stored in the preferences; empty when there is none.
     CoreString convert_legacy_preferences_display_color_space_to_display_view(CoreBasicString name) const;
 
 private:
-    // The work of the public operations of similar names; it may throw.
+    // Implementations of the public operations with similar names; they may throw.
 
     bool start();
     void select_config(bool use_file);
@@ -256,10 +301,10 @@ private:
     OfEnum* roles_enum = nullptr;
     CoreVector<CoreString> role_color_spaces;
 
-    /// Answers look-ups in "color_space" without scanning; made anew when the enumeration changed.
+    /// Index for lookups in "color_space"; rebuilt when the enumeration has changed.
     mutable std::shared_ptr<const ColorSpaceNameIndex> name_index;
-    /// What the reload under way has parsed; null between reloads.
+    /// Configs parsed during the current reload; null between reloads.
     std::shared_ptr<ConfigLoads> config_loads;
-    /// What `cdl_config` holds, so that unchanged CDLs are not added again.
+    /// Contents of `cdl_config`, so that unchanged CDLs are not added again.
     std::shared_ptr<AddedCDLs> added_cdls;
 };
