@@ -4,15 +4,18 @@
 #include <new>
 #include <utility>
 
-/// Read-only view of the elements that an array or a vector holds: a pointer and a 32-bit count.
-/// It owns nothing and is only handed out by reference.
+/// Read-only view of the elements of an array or a vector: a pointer and a 32-bit count. The base of both;
+/// passed by reference only.
 template <class T>
 class CoreBasicArray {
 public:
+    /// Count of elements.
     unsigned int get_count() const { return count; }
+    /// True when there are no elements.
     bool is_empty() const { return count == 0; }
+    /// First element; null when nothing was ever allocated.
     const T* get_data() const { return data; }
-    /// Element `index`; `index` must be below the count.
+    /// Element `index`, which must be below the count.
     const T& operator[](unsigned int index) const { return data[index]; }
     const T* begin() const { return data; }
     const T* end() const { return data + count; }
@@ -37,7 +40,7 @@ protected:
     unsigned int count = 0;
 };
 
-/// Owning array of a fixed count that `resize` replaces; storage is always exactly as long as the count.
+/// Owning array; its storage has exactly `get_count` elements and is replaced by `resize`.
 template <class T>
 class CoreArray : public CoreBasicArray<T> {
     using Base = CoreBasicArray<T>;
@@ -60,9 +63,12 @@ public:
 
     using Base::operator[];
     using Base::get_data;
+    /// Element `index`, which must be below the count.
     T& operator[](unsigned int index) { return this->data[index]; }
+    /// First element; null when there are none.
     T* get_data() { return this->data; }
 
+    /// Destroys every element and frees the storage.
     void remove_all() {
         std::destroy(this->data, this->data + this->count);
         Base::release(this->data);

@@ -20,15 +20,17 @@ public:
     ~CoreVector() { release_all(); }
 
     using Base::operator[];
+    /// Element `index`, which must be below the count.
     T& operator[](unsigned int index) { return this->data[index]; }
     T* begin() { return this->data; }
     T* end() { return this->data + this->count; }
     using Base::begin;
     using Base::end;
 
+    /// Count of elements that fit without another allocation.
     unsigned int get_capacity() const { return capacity; }
 
-    /// Makes room for `wanted` elements without changing the count.
+    /// Makes the capacity at least `wanted` without changing the count; throws std::bad_alloc.
     void reserve(unsigned int wanted) {
         if (wanted <= capacity)
             return;
@@ -48,7 +50,7 @@ public:
         ++this->count;
     }
 
-    /// Inserts `value` in front of position `index`; an index past the end appends.
+    /// Inserts `value` before position `index`; an index past the end appends.
     void insert(unsigned int index, T value) {
         append(std::move(value));
         for (unsigned int i = this->count - 1; i > index; --i)
@@ -64,7 +66,7 @@ public:
         remove_last();
     }
 
-    /// Drops the last element, if there is one.
+    /// Removes the last element, if there is one.
     void remove_last() {
         if (this->count == 0)
             return;
@@ -72,12 +74,13 @@ public:
         this->data[this->count].~T();
     }
 
-    /// Drops every element and keeps the capacity.
+    /// Removes every element and keeps the capacity.
     void remove_all() {
         std::destroy(this->data, this->data + this->count);
         this->count = 0;
     }
 
+    /// Exchanges elements and capacity; pointers to elements stay valid.
     void swap(CoreVector& other) noexcept {
         this->swap_elements(other);
         std::swap(capacity, other.capacity);

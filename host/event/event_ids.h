@@ -5,8 +5,8 @@
 #include "host/core/core_string.h"
 #include "host/host_export.h"
 
-/// Tells the event library that a source file uses the event `name` with that Jenkins hash. True when another
-/// name is known under the same hash.
+/// Registers the use of the event `name` with that Jenkins hash. True when another name is registered with
+/// the same hash.
 HOST_API bool event_debug_collisions(unsigned int hash, const CoreString& name);
 
 // Every event of the host, in alphabetical order.
@@ -128,7 +128,7 @@ HOST_API bool event_debug_collisions(unsigned int hash, const CoreString& name);
     EVENT(EVT_ID_VARS_VARIABLE_RANGES_CHANGED)
 // clang-format on
 
-/// Gives each including source file its own constant `CoreString` per event, whose text is the identifier,
+/// Defines a constant `CoreString` per event in each including source file, with the identifier as its text,
 /// and registers the identifier's hash while the file's statics are initialized.
 #define HOST_DECLARE_EVENT(id)                                                                               \
     [[maybe_unused]] static const CoreString id(#id);                                                        \

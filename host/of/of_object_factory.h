@@ -7,7 +7,7 @@
 
 class OfEnum;
 
-/// Makes and keeps the objects that the application shares by name.
+/// Creates and owns the objects that the application shares by name.
 class HOST_API OfObjectFactory {
 public:
     OfObjectFactory();
@@ -15,8 +15,8 @@ public:
     OfObjectFactory(const OfObjectFactory&) = delete;
     OfObjectFactory& operator=(const OfObjectFactory&) = delete;
 
-    /// Makes an empty enumeration whose look-ups answer `invalid_value` for unknown labels. It takes the
-    /// place of an earlier one of that name, which stays alive as long as the factory.
+    /// Creates an empty enumeration whose lookups return `invalid_value` for unknown labels. It replaces an
+    /// earlier one of that name; both live as long as the factory.
     OfEnum* add_enum(const CoreString& name, const unsigned int& invalid_value);
     /// The enumeration of that name; null when there is none.
     OfEnum* get_enum(const CoreBasicString& name) const;

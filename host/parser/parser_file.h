@@ -10,6 +10,7 @@ class ParserGroup;
 /// A file of entries.
 class HOST_API ParserFile {
 public:
+    /// A file with an empty root group.
     ParserFile();
     ~ParserFile();
     ParserFile(const ParserFile&) = delete;
@@ -21,6 +22,7 @@ public:
     bool read(const CoreString& path, const CoreString& required_type, const CoreString& required_version);
     /// Writes the root group to `path`, whole or not at all; false and `get_error` on failure.
     bool write(const CoreString& path);
+    /// Why the last `read` or `write` failed; empty when it succeeded.
     const CoreString& get_error() const;
 
     /// The root group; empty until a file was read.

@@ -7,17 +7,20 @@
 
 class ParserEntry;
 
-/// Entries in file order; several may bear the same name.
+/// Entries in file order; several may have the same name.
 class HOST_API ParserGroup {
 public:
+    /// An empty group; `parent` may be null and is not owned.
     explicit ParserGroup(ParserGroup* parent);
     ~ParserGroup();
     ParserGroup(const ParserGroup&) = delete;
     ParserGroup& operator=(const ParserGroup&) = delete;
 
+    /// The enclosing group; null for a root.
     ParserGroup* get_parent() const;
+    /// Count of entries.
     unsigned int get_entry_count() const;
-    /// Entry at a position; null past the end.
+    /// Entry at a position, owned by the group; null past the end.
     ParserEntry* get_entry(const unsigned int& index);
     const ParserEntry* get_entry(const unsigned int& index) const;
     /// First entry of exactly that name; null when there is none.
