@@ -9,7 +9,7 @@ namespace {
 
 using Def = AddedCDLs::Def;
 
-/// Bit for bit, so that a record that holds NaN equals itself.
+/// Compares bits, so that a record with NaN equals itself.
 bool have_equal_numbers(const Def& a, const Def& b) {
     const auto equal = [](const float* x, const float* y, std::size_t count) {
         return std::memcmp(x, y, count * sizeof(float)) == 0;
@@ -62,7 +62,7 @@ void AddedCDLs::note_list(const List& list) {
     for (const Def& def : list)
         if (!def.is_builtin)
             listed.emplace(get_key(def), def);
-    // A record that overwrites a built-in one is added before a custom one of the same name, and gives way to
+    // A record that overwrites a built-in one is added before a custom one of the same name, which replaces
     // it at once.
     const bool has_hidden_name = std::any_of(list.begin(), list.end(), [this](const Def& def) {
         return def.is_builtin && listed.count(get_key(def)) != 0;

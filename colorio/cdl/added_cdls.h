@@ -5,8 +5,8 @@
 
 #include "colorio/color_io_manager.h"
 
-/// Remembers from which records the color spaces of the CDL configuration were made, so that records which
-/// did not change are not added again.
+/// Remembers the records from which the color spaces of the CDL config were made, so that unchanged records
+/// are not added again.
 class AddedCDLs {
 public:
     using Def = ColorIOManager::ColorDecisionListDef;
@@ -17,16 +17,16 @@ public:
     bool holds(const Def& def, bool from_file) const;
     void remember(const Def& def, bool from_file);
 
-    /// Takes note that `list` was added. It counts as complete if every custom record of it is held, and none
-    /// shares its name with a built-in one.
+    /// Records that `list` was added. It is complete if every custom record of it was added and none has the
+    /// name of a built-in one.
     void note_list(const List& list);
     /// From now on no list is complete.
     void forget_list();
-    /// True when `list`, told apart by its address, is complete, no file of it came or went since, and so
-    /// nothing of it needs to be added again but `find_replaced`.
+    /// True when `list`, identified by its address, is complete and none of its files appeared or disappeared
+    /// since; then only the record returned by `find_replaced` must be added again.
     bool is_complete(const List& list) const;
-    /// The record of the complete list whose color space a record from elsewhere stands in for, unless `def`
-    /// bears the same name; null when there is none.
+    /// The record of the complete list whose color space was replaced by a record from elsewhere, unless
+    /// `def` has the same name; null when there is none.
     const Def* find_replaced(const Def& def) const;
 
 private:
@@ -37,11 +37,11 @@ private:
 
     bool holds_as_before(const Def& def) const;
 
-    /// By name in lower case: OpenColorIO tells no cases apart.
+    /// By name in lower case: OpenColorIO ignores case.
     std::unordered_map<std::string, Source> sources;
 
-    const List* complete_list = nullptr;              ///< Compared, never followed: its owner may be gone.
-    std::unordered_map<std::string, Def> listed;      ///< Its custom records, by the same key.
+    const List* complete_list = nullptr;         ///< Compared, never dereferenced: its owner may be gone.
+    std::unordered_map<std::string, Def> listed; ///< Its custom records, by the same key.
     std::unordered_map<std::string, bool> list_files; ///< Path, and whether it existed.
     std::string replaced_key;
 };

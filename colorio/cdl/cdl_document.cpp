@@ -10,7 +10,7 @@ namespace {
 
 using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
 
-/// Slope, offset and power of three components each, then saturation: one row of numbers.
+/// Slope, offset and power with three components each, then saturation, as consecutive numbers.
 constexpr unsigned int NUMBER_COUNT = 10;
 constexpr unsigned int SATURATION_NUMBER = 9;
 

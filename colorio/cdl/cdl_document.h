@@ -4,14 +4,14 @@
 #include "host/core/core_string.h"
 #include "xml/xml_node.h"
 
-/// The element that holds the corrections: behind declarations and comments, or below a top element whose
-/// name starts with "xml".
+/// The element that contains the color corrections: after declarations and comments, or below a top element
+/// whose name starts with "xml".
 XmlNode get_document_element(XmlNode top);
 
 /// Parses an ASC CDL document into its document element. False, and reported, on failure.
 bool parse_CDL_document(const CoreString& path, XmlNode& element);
 
-/// Says that `path` lacks an element.
+/// Logs that `path` lacks an element.
 void log_missing_node(const char* element, const CoreString& path);
 
 /// The value of the first attribute "id"; empty when there is none.
@@ -21,14 +21,14 @@ CoreString get_correction_id(const XmlNode& correction);
 enum class MissingElement { GO_ON, GIVE_UP };
 
 /// Reads the numbers of a ColorCorrection element into `def`, the fields in order from the red component on.
-/// A component without a number keeps its value; numbers after the third run on into the fields that follow,
-/// up to the saturation. False as soon as an element is missing where `missing` says to give up.
+/// A component without a number keeps its value; numbers after the third go into the next fields, up to the
+/// saturation. False as soon as an element is missing and `missing` is GIVE_UP.
 bool read_color_correction(const XmlNode& correction, const CoreString& path, MissingElement missing,
                            ColorIOManager::ColorDecisionListDef& def);
 
-/// True for a ColorCorrection element that holds everything, three numbers each and one saturation, all of
-/// them valid. Logs nothing.
+/// True for a complete ColorCorrection element: three numbers each and one saturation, all valid. Logs
+/// nothing.
 bool is_valid_correction(const XmlNode& correction);
 
-/// Identity values, no name, custom.
+/// A custom record with identity values and without a name.
 ColorIOManager::ColorDecisionListDef make_identity_CDL();

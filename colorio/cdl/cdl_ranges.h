@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-/// What the numbers of a color correction are.
+/// The kinds of numbers in a color correction.
 enum class CDLNumber { SLOPE, OFFSET, POWER, SATURATION };
 
 /// Whether the ASC CDL allows the number: every one is finite, slope and saturation are not negative, and

@@ -12,7 +12,7 @@ using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
 
 constexpr char ASC_CDL_NAMESPACE[] = "urn:ASC:CDL:v1.2";
 
-/// One digit after the decimal point, '.' whatever the locale.
+/// One digit after the decimal point, which is '.' in every locale.
 CoreString format_number(float value) {
     // The largest float has 39 digits before the point.
     char digits[64];

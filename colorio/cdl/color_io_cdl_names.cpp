@@ -19,8 +19,8 @@ void log_duplicate_CDL(const CoreString& name) {
            "the CDL '" + std::string(name.view()) + "' is already defined");
 }
 
-/// The CDL configuration keeps one color space per name; what it replaced shows only in the list. Records
-/// whose color space could not be made, or was not meant to be, replaced none.
+/// The CDL config has one color space per name; replaced ones are visible only in the list. Records without a
+/// color space, intentionally or after an error, replaced none.
 void log_replaced_names(const CoreVector<ColorIOManager::ColorDecisionListDef>& list,
                         const LabelList& published) {
     std::unordered_set<std::string> known;

@@ -124,7 +124,7 @@ bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
         def.cccid = def.name;
         if (!read_color_correction(correction, path, MissingElement::GIVE_UP, def))
             return false;
-        // The list by which they are removed again comes first: it may name more than there are, not fewer.
+        // The list used to remove them comes first: it may name more records than there are, but not fewer.
         library_color_decision_lists.append(def);
         if (!known_before.contains(def))
             tavelion_color_decision_lists.append(def);

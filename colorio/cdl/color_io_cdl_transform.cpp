@@ -52,7 +52,8 @@ const CDLFileReader::Collection& CDLFileReader::get_collection(const CoreString&
         try {
             position->second.read_with_library(file);
         } catch (const ocio::Exception&) {
-            // Looking the correction up alone words the error, unless repeated ids were all that was wrong.
+            // Looking up the correction alone gives the error message, unless repeated ids were the only
+            // error.
             if (repeated_ids == RepeatedIds::FIRST_COUNTS)
                 position->second.read_repeating(file);
         }

@@ -7,18 +7,18 @@
 #include "colorio/ocio/transform.h"
 #include "host/core/core_string.h"
 
-/// The transform of a record's own numbers, its id the record's name.
+/// The transform of a record's numbers; its id is the record's name.
 ocio::CDLTransformRcPtr make_CDL_transform(const ColorIOManager::ColorDecisionListDef& def);
 
-/// What becomes of a collection that repeats an id and has no other fault.
+/// How to treat a collection whose only error is a repeated id.
 enum class RepeatedIds {
-    FIRST_COUNTS, ///< It yields the first correction of each id.
-    REFUSED,      ///< The library's exception, for every correction in it.
+    FIRST_COUNTS, ///< Use the first correction of each id.
+    REFUSED,      ///< Throw OpenColorIO's exception for every correction in it.
 };
 
 /// Reads corrections of .cc, .ccc and .cdl files as OpenColorIO does, each file only once: by id in
-/// files of the extension "ccc" exactly, without an id in all others. Throws the library's exception; a
-/// collection that repeats an id, which the library refuses as a whole, is treated as `repeated_ids` says.
+/// files with exactly the extension "ccc", without an id in all others. Throws OpenColorIO's exception; a
+/// collection that repeats an id, which OpenColorIO refuses as a whole, is treated as `repeated_ids` says.
 class CDLFileReader {
 public:
     explicit CDLFileReader(RepeatedIds repeated_ids) : repeated_ids(repeated_ids) {}

@@ -9,12 +9,12 @@ namespace {
 
 using ColorDecisionListDef = ColorIOManager::ColorDecisionListDef;
 
-/// A file path holds no NUL, so it ends at the first.
+/// A file path contains no NUL, so it ends at the first one.
 std::string get_key(const ColorDecisionListDef& def) {
     return std::string(def.file.view()) + '\0' + std::string(def.cccid.view());
 }
 
-/// The positions of a list as a chain from which single ones are taken out.
+/// The positions of a list, linked so that single ones can be removed.
 class PositionChain {
 public:
     explicit PositionChain(unsigned int count) : next(count), previous(count), removed(count, false) {
@@ -41,8 +41,8 @@ private:
     std::vector<bool> removed;
 };
 
-/// One scan: takes every position out of the chain but those that moved up into the place of the one just
-/// taken. `positions` keeps the ones that stay.
+/// One scan: removes every position except those that moved into the place of the one just removed.
+/// `positions` keeps the remaining ones.
 void scan(std::vector<unsigned int>& positions, PositionChain& chain) {
     std::vector<unsigned int> staying;
     unsigned int skipped = NOT_FOUND;

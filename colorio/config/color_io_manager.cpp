@@ -90,7 +90,7 @@ void ColorIOManager::create_enums() {
         {color_decision_list_enum, "color_decision_list", false},
         {roles_enum, "roles_enum", false},
     };
-    // All are made before any is used: others expect all of them or none.
+    // All are made before any is used: other code expects all of them or none.
     OfEnum* made[std::size(menus)];
     for (std::size_t i = 0; i < std::size(menus); ++i) {
         made[i] = factory.add_enum(menus[i].name, NOT_FOUND);
@@ -128,7 +128,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     begin_library_load();
     config_loads->forget();
     const auto take_from = [this](const CoreString& origin, auto create) {
-        file_config_loaded = false; // Stays so when something other than an invalid configuration ends this.
+        file_config_loaded = false; // Stays false when anything but an invalid config fails.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
         if (file_config_loaded) {
             file_config_path = origin;

@@ -22,7 +22,7 @@ ocio::ColorSpaceRcPtr make_named_space(const ColorSpaceDef& def) {
     return space;
 }
 
-/// A color space with the record's own depth and allocation.
+/// A color space with the record's bit depth and allocation.
 ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTransformRcPtr& transform) {
     ocio::ColorSpaceRcPtr space = make_named_space(def);
     ocio::set_bit_depth(space, static_cast<ocio::BitDepth>(def.bit_depth));
@@ -33,7 +33,7 @@ ocio::ColorSpaceRcPtr make_space(const ColorSpaceDef& def, const ocio::ConstTran
     return space;
 }
 
-/// A color space that grades in scene-linear: depth and allocation of the record do not matter.
+/// A color space that applies a CDL in scene-linear; bit depth and allocation of the record are ignored.
 ocio::ColorSpaceRcPtr make_grade_space(const ColorSpaceDef& def, CDLFileReader& files) {
     ocio::ColorSpaceRcPtr space = make_named_space(def);
     ocio::set_bit_depth(space, ocio::BIT_DEPTH_F32);
@@ -116,7 +116,7 @@ void ColorIOManager::set_tavelion_config(const CoreVector<ColorSpaceDef>& defs) 
 }
 
 void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs) {
-    // Both configurations may be made anew; the one that was active stays so.
+    // Both configs may be replaced; the one that was active stays active.
     const bool builtin_was_active = is_using_tavelion_config();
     const bool file_was_active = config && config == file_config;
     {

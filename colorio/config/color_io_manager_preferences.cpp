@@ -35,7 +35,7 @@ void get_doubles(const ParserEntry& entry, unsigned int first, float (&values)[N
         values[i] = static_cast<float>(entry.get_double(first + i));
 }
 
-/// The string at a position, or the empty string when the value is missing or of another kind.
+/// The string at a position; empty when the value is missing or of another type.
 CoreString get_optional_string(const ParserEntry& entry, unsigned int index) {
     return entry.get_value_count() > index && entry.is_value_string(index) ? entry.get_string(index)
                                                                            : CoreString();

@@ -2,7 +2,7 @@
 #include "colorio/color_io_converter.h"
 #include "colorio/facade/module_boundary.h"
 
-// The facade names the destination first, the converter last.
+// The facade takes the destination first, the converter takes it last.
 
 bool ColorIO::convert_buffer(float* data, const unsigned int& size1, unsigned int size2,
                              const unsigned int& size3, const CoreString& name1, const CoreString& name2) {

@@ -156,7 +156,7 @@ CoreString ColorIOConverter::State::get_color_space(const CoreString& name) cons
     return wanted;
 }
 
-/// A configuration that breaks off leaves no conversion.
+/// A configuration that fails with an exception leaves no conversion.
 template <class Configure>
 bool ColorIOConverter::settle(Configure&& configure) {
     return state && at_boundary(

@@ -10,11 +10,11 @@ namespace {
 constexpr unsigned int GPU_LUT_EDGE = 32;
 constexpr unsigned int GPU_LUT_FLOATS = GPU_LUT_EDGE * GPU_LUT_EDGE * GPU_LUT_EDGE * 3;
 constexpr char GPU_FUNCTION[] = "OCIODisplay";
-/// What hosts account for one converter, whatever its real size.
+/// Bytes that hosts account for one converter; not its real size.
 constexpr unsigned long long MEMORY_SIZE = 24;
 
-/// Runs `action` at the module's boundary, through which what OpenColorIO throws while it applies may pass:
-/// the caller learns from it why pixels stayed as they are.
+/// Runs `action` at the module's boundary. OpenColorIO's exceptions pass: they give the caller the reason why
+/// pixels are unchanged.
 template <class Action>
 bool apply_at_boundary(Action&& action) {
     try {

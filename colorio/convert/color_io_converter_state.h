@@ -8,8 +8,8 @@
 class ColorIOManager;
 
 struct ColorIOConverter::State {
-    bool configured = false; ///< The last configuration that got past the name checks has a processor.
-    bool bypass = true;      ///< The last configuration asked for no conversion.
+    bool configured = false; ///< The last configuration that was not a bypass succeeded.
+    bool bypass = true;      ///< The last configuration needed no conversion.
     ColorIOManager* manager = nullptr;
     ocio::ConstProcessorRcPtr processor;
     ocio::PixelFunction convert_pixel; ///< That of `processor`.
@@ -19,10 +19,10 @@ struct ColorIOConverter::State {
         convert_pixel = processor->get_pixel_function();
     }
 
-    /// The manager, unless it was destroyed meanwhile.
+    /// The manager; null once it is destroyed.
     const ColorIOManager* get_manager() const;
 
-    // The converter's operations of the same names.
+    // The converter's operations with the same names.
 
     bool configure(const CoreString& source, const CoreString& destination);
     bool configure_CDL(const CoreString& source, const CoreString& destination);
@@ -30,7 +30,6 @@ struct ColorIOConverter::State {
     CoreString get_color_space(const CoreString& name) const;
 
 private:
-    /// Settles `bypass`. False when the configuration ends here: nothing was asked for, or there is no
-    /// manager any more to ask.
+    /// Sets `bypass`. False when there is nothing more to do: a bypass, or the manager is gone.
     bool begin_configuration(bool nothing_asked);
 };

@@ -48,7 +48,7 @@ bool ColorIO::___class_destructor__(void* object, const bool& array) {
 ColorIO* ColorIO::get_instance() {
     return at_boundary(static_cast<ColorIO*>(nullptr), [] {
         if (!s_singleton) {
-            class_info(); // Registered while a failure can still be answered.
+            class_info(); // Registered here, where a failure can still be reported.
             s_singleton = new ColorIO;
         }
         return s_singleton;
@@ -102,8 +102,7 @@ void ColorIO::destroy() {
 
 namespace {
 
-/// Runs `action` on the manager and then on the detector, on those that exist. True when the detector exists,
-/// else whether the manager does.
+/// Runs `action` on the manager and then on the detector, where they exist. True when either exists.
 template <class Action>
 bool for_manager_and_detector(Action action) {
     ColorIOManager* manager = ColorIOManager::get_instance();
@@ -115,7 +114,7 @@ bool for_manager_and_detector(Action action) {
     return detector || manager;
 }
 
-/// Has the manager follow an event; not once it was destroyed, which leaves the connections standing.
+/// Runs `action` on the manager for an event, unless it was destroyed, which does not remove the connections.
 template <class Action>
 void have_manager_follow(Action action) {
     if (ColorIOManager* manager = ColorIOManager::get_instance())

@@ -25,6 +25,6 @@ void ColorIODiagnostics::report(const diagnostics::Diagnostic& diagnostic) noexc
     try {
         innermost->collected.push_back(diagnostic);
     } catch (const std::bad_alloc&) {
-        // The failure itself was answered and logged; only its description is lost.
+        // The failure itself was reported and logged; only its description is lost.
     }
 }

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Asks the manager; `failure` answers while there is none, and when asking fails.
+/// Calls `question` with the manager; `failure` without a manager and after an exception.
 template <class Failure, class Question>
 std::decay_t<Failure> ask_manager(Failure&& failure, Question&& question) {
     const ColorIOManager* const manager = ColorIOManager::get_instance();
@@ -17,7 +17,7 @@ std::decay_t<Failure> ask_manager(Failure&& failure, Question&& question) {
 
 using Names = CoreBasicArray<CoreString>;
 
-/// What stands for the manager's lists and names while there is none.
+/// Used without a manager.
 const Names& no_names() {
     static const CoreVector<CoreString> names;
     return names;

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A diagnostic that cannot be made is lost: it changes no outcome.
+/// A diagnostic that cannot be built is lost without affecting the result.
 template <class Make>
 void report_made(CoreLogLevel level, Make&& make) noexcept {
     try {

@@ -6,8 +6,8 @@
 #include "colorio/ocio/error.h"
 #include "host/core/core_log.h"
 
-/// Logs the parts as one message on the host's main handler; composes nothing when the handler does not
-/// listen at that level. A message that cannot be composed or taken is lost: it changes no outcome.
+/// Logs the parts as one message on the host's main handler; builds nothing when the handler's level is
+/// lower. A message that cannot be built or logged is lost without affecting the result.
 template <class... Parts>
 void log_message(CoreLogLevel level, const Parts&... parts) noexcept {
     try {
@@ -21,23 +21,23 @@ void log_message(CoreLogLevel level, const Parts&... parts) noexcept {
     }
 }
 
-/// How severe a message of a level is as a diagnostic.
+/// The severity of a diagnostic for a message of that level.
 inline diagnostics::Severity get_severity(CoreLogLevel level) {
     using diagnostics::Severity;
     return level == LOG_ERROR ? Severity::ERROR : level == LOG_WARNING ? Severity::WARNING : Severity::NOTE;
 }
 
-/// Reports a cause that the module itself knows, beside the line of the log.
+/// Reports a diagnostic for a cause found by the module itself; the log line is written separately.
 void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& subject,
             const std::string& message) noexcept;
-/// The same for a cause that lies in the file at `path`.
+/// The same for a cause in the file at `path`.
 void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
                  const std::string& message) noexcept;
 /// Reports the cause of an exception.
 void report_exception(CoreLogLevel level, const ocio::Exception& exception) noexcept;
 
-/// Runs `action`; when OpenColorIO throws, runs `before_exception_line` (for messages of the caller's own),
-/// logs OpenColorIO's words at `level`, reports the cause and returns false. Other exceptions pass.
+/// Runs `action`; when OpenColorIO throws, runs `before_exception_line` (for the caller's messages), logs
+/// OpenColorIO's message at `level`, reports the cause and returns false. Other exceptions pass.
 template <class Action, class Preface>
 bool log_ocio_errors(CoreLogLevel level, Action&& action, Preface&& before_exception_line) {
     try {
@@ -56,7 +56,7 @@ bool log_ocio_errors(CoreLogLevel level, Action&& action) {
     return log_ocio_errors(level, std::forward<Action>(action), [] {});
 }
 
-/// The same for making or checking a configuration.
+/// The same for loading or checking a config.
 template <class Action>
 bool log_config_errors(Action&& action) {
     return log_ocio_errors(LOG_ERROR, std::forward<Action>(action),

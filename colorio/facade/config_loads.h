@@ -8,13 +8,13 @@
 #include "colorio/ocio/types.h"
 #include "host/core/core_string.h"
 
-/// The configs that one reload has parsed: its steps (the check, the roles, the editable copy) share one
-/// parse and so see one state of the file. Failures are kept too, and thrown again for each step that asks.
+/// The configs parsed during one reload: its steps (the check, the roles, the editable copy) share one parse
+/// and so use the same content of the file. Failures are kept too, and thrown again for each step.
 class ConfigLoads {
 public:
     /// Throws what the library throws.
     ocio::ConstConfigRcPtr from_file(const CoreString& path);
-    /// The config that the environment variable OCIO names; the library's raw one where it is not set.
+    /// The config named by the environment variable OCIO; OpenColorIO's raw config when it is not set.
     ocio::ConstConfigRcPtr from_environment();
     void forget() { outcomes.clear(); }
 
@@ -29,7 +29,7 @@ private:
     std::map<std::string, Outcome> outcomes;
 };
 
-/// While the outermost of these lives, `loads` holds what was parsed.
+/// `loads` is set during the lifetime of the outermost of these.
 class ReloadScope {
 public:
     explicit ReloadScope(std::shared_ptr<ConfigLoads>& loads) : loads(loads), outermost(!loads) {

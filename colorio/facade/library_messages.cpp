@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The texts of one load. OpenColorIO reports from whichever thread works.
+/// The messages of one load. OpenColorIO reports them from any thread.
 class ReportedTexts {
 public:
     bool add(const std::string& text) {

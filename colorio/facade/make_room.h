@@ -2,8 +2,8 @@
 
 #include "host/core/core_vector.h"
 
-/// Lets the vector grow by its own rule if it is full, so that appending or inserting one element, moved,
-/// cannot fail afterwards.
+/// Grows a full vector as `append` would, so that appending or inserting one moved element cannot fail
+/// afterwards.
 template <class Element>
 void make_room(CoreVector<Element>& elements) {
     const unsigned int capacity = elements.get_capacity();

@@ -8,9 +8,9 @@ class CoreString;
 /// Logs the exception being handled at level 1. To be called inside a catch block.
 void log_current_exception() noexcept;
 
-/// The module's boundary: runs `action` for an operation of a public class. Whatever is thrown inside,
-/// because memory is short, by OpenColorIO or by the host, is logged and answered with `failure`, after
-/// `undo`, which must not throw. `failure` is read only then, so it may be an object that `action` uses too.
+/// The module's boundary: runs `action` for an operation of a public class. Any exception (shortage of
+/// memory, OpenColorIO's, the host's) is logged; then `undo`, which must not throw, runs and `failure` is
+/// returned. `failure` is read only then, so it may be an object that `action` uses too.
 template <class Failure, class Action, class Undo>
 std::decay_t<Failure> at_boundary(Failure&& failure, Action&& action, Undo&& undo) {
     try {
@@ -27,7 +27,7 @@ std::decay_t<Failure> at_boundary(Failure&& failure, Action&& action) {
     return at_boundary(std::forward<Failure>(failure), std::forward<Action>(action), [] {});
 }
 
-/// For operations that answer nothing.
+/// For operations without a result.
 template <class Action>
 void at_boundary(Action&& action) {
     at_boundary(false, [&] {
@@ -36,5 +36,6 @@ void at_boundary(Action&& action) {
     });
 }
 
-/// Raises an event on the ColorIO instance, which is made if there is none. What a listener throws ends here.
+/// Raises an event on the ColorIO instance, which is made if there is none. Exceptions of listeners are
+/// caught.
 void raise_module_event(const CoreString& event);

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-/// Gives `list` its new content at the end of the scope, however that is left: an operation that breaks off
-/// in between loses no record that the host handed over.
+/// Gives `list` its new content at the end of the scope, also when an exception leaves it: an operation that
+/// fails halfway loses no record that the host passed.
 template <class List>
 class PendingList {
 public:

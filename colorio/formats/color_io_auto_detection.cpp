@@ -165,7 +165,7 @@ CoreString ColorIOAutoDetection::get_default_color_space_from_extension(const Co
         const CoreString fallback = find_color_space(FALLBACK_CATEGORY);
         const CoreString wanted = extension.get_lower_case();
         CoreString result = fallback;
-        // A match that equals the fall-back does not end the search: a later row may still override it.
+        // A match that equals the fallback does not end the search: a later row may still override it.
         for (unsigned int row = 0; row < current_table->get_count() && result == fallback; ++row) {
             CoreString& extensions = current_table->extensions[row];
             extensions.replace(" ", "", true);

@@ -61,7 +61,7 @@ bool ColorIOAutoDetection::read_mapping(const CoreString& path, const ParserGrou
         const ParserEntry* extensions = group.find_entry("extensions");
         const ParserEntry* color_space = group.find_entry("color_space");
         if (extensions && color_space) {
-            // Rows read after the fall-back stay in front of it.
+            // The fallback stays the last row.
             const unsigned int index = file_table.get_count() - (fallback_seen ? 1 : 0);
             file_table.insert(index, name, extensions->get_string(0), color_space->get_string(0));
         }

@@ -18,7 +18,7 @@ ColorIOCandidate::Fault make_missing(const CoreString& path) {
         Code::FILE_MISSING, "cannot read '" + std::string(path.view()) + "': no such file", path.get_data());
 }
 
-/// What `load` throws while it makes and checks a config.
+/// Why the config that `load` makes cannot be used.
 template <class Load>
 ColorIOCandidate::Fault judge_config(Load&& load) {
     ColorIOCandidate::Fault fault;
@@ -32,7 +32,7 @@ ColorIOCandidate::Fault judge_config(Load&& load) {
     return fault;
 }
 
-/// Color corrections in front of the first one that cannot be read.
+/// Count of color corrections before the first one that cannot be read.
 int count_readable_corrections(const XmlNode& document, const CoreString& path) {
     const int count = document.count_children("ColorCorrection");
     for (int i = 0; i < count; ++i) {

@@ -69,7 +69,7 @@ std::set<ViewName> get_shown_views(const ocio::ConstConfigRcPtr& config) {
     return shown;
 }
 
-/// What `read` finds in the active configuration; empty when there is none or reading fails.
+/// Runs `read` on the active config; an empty result when there is none or reading fails.
 template <class Result, class Read>
 Result read_config(Read&& read) {
     return at_boundary(Result(), [&] {

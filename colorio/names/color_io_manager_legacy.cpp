@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Whether a legacy name means one of the two display spaces, whatever family it has in front.
+/// Whether a legacy name, without its family, is one of the two display color spaces.
 bool is_display_space(const CoreString& tail) {
     return tail == ColorIOManager::BUILTIN_SRGB || tail == ColorIOManager::BUILTIN_CINEON;
 }
@@ -65,7 +65,7 @@ CoreString ColorIOManager::find_view_of_legacy_name(const CoreBasicString& name)
 }
 
 CoreString ColorIOManager::find_view_of_color_space(const CoreString& color_space) const {
-    // A space that several displays show belongs to the default one.
+    // The default display wins for a color space that several displays show.
     CoreString found;
     const auto take_first = [&](const char* display, const char* view) {
         if (color_space != ocio::get_display_color_space_name(config, display, view).c_str())

@@ -22,8 +22,8 @@ CoreString find_family(const ocio::ConstConfigRcPtr& config, const CoreString& n
     return space ? ocio::get_family(space) : "";
 }
 
-/// `family_of_all` is that of every color space, where there is one such: the library searches all of them
-/// for each that it is asked for.
+/// `family_of_all` is the family of every color space where all have the same one (else null): OpenColorIO
+/// searches all color spaces for each family that is asked for.
 LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const char* family_of_all,
                             const OfEnum& published, CoreVector<CoreString>& names) {
     LabelList list;
@@ -147,7 +147,7 @@ CoreString ColorIOManager::get_color_space_name(unsigned int index) const {
 }
 
 CoreString ColorIOManager::get_full_color_space_name(CoreString name) const {
-    return at_boundary(std::move(name), [&] { // Moved from only where that fails.
+    return at_boundary(std::move(name), [&] { // Used after the move only when that fails.
         const auto index = get_name_index();
         if (!index || color_space_enum->get_separator().is_empty())
             return name;

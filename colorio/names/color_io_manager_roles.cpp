@@ -44,7 +44,7 @@ ocio::ColorSpaceRcPtr make_linear_color_space(const CoreString& name, const char
     return space;
 }
 
-/// First color space of `config`, in its order, that bears one of `candidates`; empty when none does.
+/// First color space of `config`, in its order, with one of the names `candidates`; empty when there is none.
 CoreString find_candidate(const ocio::ConstConfigRcPtr& config, const CoreVector<CoreString>& candidates) {
     const int count = ocio::get_num_color_spaces(config);
     for (int i = 0; i < count; ++i) {
@@ -58,8 +58,8 @@ CoreString find_candidate(const ocio::ConstConfigRcPtr& config, const CoreVector
 
 } // namespace
 
-/// The configuration that the roles are looked up in: null when no file configuration is wanted or none could
-/// be loaded; then `error` tells why, if the library said so.
+/// The config in which the roles are looked up: null when no file config is used or none could be loaded;
+/// then `error` is OpenColorIO's message, if there is one.
 struct ColorIOManager::ProbeConfig {
     ocio::ConstConfigRcPtr config;
     std::string error;
@@ -134,7 +134,7 @@ void ColorIOManager::set_default_color_space_name(bool reload) {
     at_boundary([&] { settle_default_color_space_name(reload, Reload::ADOPT); });
 }
 
-/// `how` decides whether a file configuration that fails its check on reload is adopted nevertheless.
+/// `how` decides whether a file config that fails its check on reload is used nevertheless.
 void ColorIOManager::settle_default_color_space_name(bool reload, Reload how) {
     const ReloadScope scope(config_loads);
     if (reload && file_config_loaded)
@@ -166,7 +166,7 @@ void ColorIOManager::settle_scene_linear_of_file_config(Reload how) {
         return;
     }
     if (!adopted && how == Reload::ADOPT_IF_VALID)
-        return; // The one that is held stays, with its scene-linear space.
+        return; // The current config stays, with its scene-linear color space.
     if (scene_linear.is_empty()) {
         log_message(LOG_INFO,
                     "Color Management: no default 'linear' color space has been found, creating one.\n");
@@ -184,7 +184,7 @@ void ColorIOManager::settle_scene_linear_of_builtin_config() {
     if (tavelion_config && !ocio::get_color_space(tavelion_config, name.get_data())) {
         ColorSpaceDef record{
             name, "", "", "", ocio::BIT_DEPTH_F32, ocio::ALLOCATION_LG2, {-15.0f, 6.0f, 0.0f}, true};
-        // The space comes last: what breaks off before is done again as long as it is missing.
+        // The color space comes last: while it is missing, everything before is done again.
         ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, name.get_data(), name.get_data(), "");
         make_room(tavelion_color_spaces);
         ocio::add_color_space(tavelion_config, make_linear_color_space(name, BUILTIN_FAMILY.data));

@@ -7,7 +7,7 @@
 
 class OfEnum;
 
-/// Finds positions of the enumeration "color_space" by the part of a label behind its family.
+/// Finds positions of the enumeration "color_space" by the part of a label after its family.
 class ColorSpaceNameIndex {
 public:
     explicit ColorSpaceNameIndex(const OfEnum& labels);

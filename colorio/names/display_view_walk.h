@@ -4,8 +4,8 @@
 
 #include "colorio/ocio/config.h"
 
-/// Calls `visit(display, view)` for the views of one display, in order, until it answers true; whether it
-/// did.
+/// Calls `visit(display, view)` for the views of one display, in order, until it returns true. Returns
+/// whether it did.
 template <class Visit>
 bool find_view_of_display(const ocio::ConstConfigRcPtr& config, const std::string& display, Visit&& visit) {
     for (const std::string& view : ocio::list_views(config, display.c_str()))

@@ -6,7 +6,7 @@
 #include "host/core/core_vector.h"
 #include "host/of/of_enum.h"
 
-/// Labels and values of an enumeration while it is put together; knows in constant time what it lists.
+/// Labels and values of an enumeration while it is built; finds a label in constant time.
 struct LabelList {
     CoreVector<CoreString> labels;
     CoreVector<unsigned int> values;

@@ -6,8 +6,8 @@
 #include "colorio/facade/module_boundary.h"
 #include "host/of/of_enum.h"
 
-/// Keeps enumerations asleep during its scope, so that the host sees one change of each, whatever happens in
-/// between. Exceptions of the host's notification are swallowed.
+/// Keeps enumerations asleep during its scope, so that the host sees one change of each, also after an
+/// exception. Exceptions of the host's notification are ignored.
 class MenuSleep {
 public:
     explicit MenuSleep(std::vector<OfEnum*> menus) : menus(std::move(menus)) {

@@ -14,8 +14,8 @@ struct CdlNumbers {
     double saturation;
 };
 
-/// The document that the library writes, every digit kept: a collection, or the one correction there is.
-/// Throws when a document of one correction is to hold none or several.
+/// The document as OpenColorIO writes it, in full precision: a collection, or a single correction. Throws
+/// when a document of a single correction is given none or several.
 std::string write_cdl_document(const std::vector<CdlNumbers>& corrections, bool is_collection);
 
 } // namespace ocio

@@ -14,7 +14,7 @@ namespace ocio {
 
 namespace {
 
-/// Never freed: threads may hold it until the process ends.
+/// Never freed: threads may use it until the process ends.
 locale_t classic_c_locale() {
     static const locale_t classic = newlocale(LC_ALL_MASK, "C", nullptr);
     return classic;
@@ -23,8 +23,8 @@ locale_t classic_c_locale() {
 /// What the calling thread had before it entered the classic locale.
 thread_local locale_t locale_before = LC_GLOBAL_LOCALE;
 
-/// Streams take the process's C++ locale when they are made. While anyone needs the classic one, this is
-/// replaced by one that writes as before in all other threads.
+/// Streams take the process's C++ locale when they are made. While a thread needs the classic one, the
+/// process's locale is replaced by one that behaves as before in all other threads.
 struct StreamLocale {
     std::mutex mutex;
     int holders = 0;
@@ -38,7 +38,7 @@ StreamLocale& stream_locale() {
     return locale;
 }
 
-/// A locale with a facet of no meaning has no name.
+/// A locale with an added facet, which does nothing, has no name.
 struct NoName : std::locale::facet {
     static std::locale::id id;
 };
@@ -77,7 +77,7 @@ void leave_classic_streams() {
     try {
         std::locale::global(without_effect_on_c(saved.before));
     } catch (const std::bad_alloc&) {
-        // The one that is in force works on every thread as the one before.
+        // The current one works on every thread as the one before.
     }
 }
 

@@ -2,10 +2,10 @@
 
 namespace ocio {
 
-/// Has the calling thread read and write numbers in the classic way while it lives: the library does so
-/// through the C and C++ locales in force, so that under a comma locale it would refuse or misread every
-/// file. Other threads keep their locales, and the process's C locale is never set. To be left by the thread
-/// that entered it; one thread may hold several.
+/// During its lifetime the calling thread reads and writes numbers as in the classic locale. OpenColorIO uses
+/// the current C and C++ locales, so that with a decimal comma it would refuse or misread every file. Other
+/// threads keep their locales, and the process's C locale is never set. Must be destroyed on the thread that
+/// made it; one thread may have several.
 class ClassicLocale {
 public:
     ClassicLocale();

@@ -10,25 +10,25 @@ namespace ocio {
 
 /// Empty configuration of version 1 with the search path ".", so that 1.x rules and CDL arithmetic apply.
 ConfigRcPtr create_config();
-/// Reads a configuration under the classic locale. A version that the library is too old for is reported as
-/// such, with both versions.
+/// Reads a config under the classic locale. A config that needs a newer OpenColorIO is reported as such, with
+/// both versions.
 ConstConfigRcPtr create_config_from_file(const char* path);
-/// Reads the configuration that the environment variable OCIO names.
+/// Reads the config named by the environment variable OCIO.
 ConstConfigRcPtr create_config_from_env();
 ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config);
 void set_working_dir(const ConfigRcPtr& config, const char* folder);
 const char* get_working_dir(const ConstConfigRcPtr& config);
 
-/// Throws with the reason when the configuration cannot be used. Version 1 is judged by the 1.x rules,
-/// version 2 by the library.
+/// Throws with the reason when the config cannot be used. Version 1 is checked by the 1.x rules, version 2 by
+/// OpenColorIO.
 void sanity_check(const ConstConfigRcPtr& config);
 unsigned int get_major_version(const ConstConfigRcPtr& config);
 
 /// Color spaces to publish: all of a version 1 configuration, the active ones of version 2.
 int get_num_color_spaces(const ConstConfigRcPtr& config);
 const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int index);
-/// By name or role, case ignored; null when unknown. A configuration without strict parsing answers the
-/// space of the default role for unknown names.
+/// By name or role, ignoring case; null when unknown. A config without strict parsing returns the color space
+/// of the default role for unknown names.
 ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char* name);
 /// Adds a copy of `space`, in place of the space of the same name (any case).
 void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space);
@@ -46,18 +46,18 @@ const char* get_default_view(const ConstConfigRcPtr& config, const char* display
 /// Color space that the view shows; empty when display or view is unknown or empty.
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view);
-/// The same, for many views: `own_names` are those of `list_own_names`, which spare the library a search for
-/// each view.
+/// The same, for many views: `own_names` is the result of `list_own_names`, which saves OpenColorIO a search
+/// per view.
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view, const std::unordered_set<std::string>& own_names);
-/// The names that color spaces bear themselves, hidden ones included; neither aliases nor roles.
+/// Names of the color spaces, inactive ones included, without aliases and roles.
 std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config);
 /// Adds or replaces a view.
 void add_display(const ConfigRcPtr& config, const char* display, const char* view, const char* color_space,
                  const char* looks);
 void clear_displays(const ConfigRcPtr& config);
 
-/// Name of the color space that plays `role`; empty when the configuration does not define the role.
+/// Name of the color space of `role`; empty when the config does not define the role.
 std::string get_role_color_space(const ConstConfigRcPtr& config, const char* role);
 
 } // namespace ocio

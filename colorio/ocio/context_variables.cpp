@@ -46,7 +46,7 @@ public:
                          [](const Variable& a, const Variable& b) { return a.name.size() > b.name.size(); });
     }
 
-    /// Throws when replacing the variables in `text` has no end or no bounds.
+    /// Throws when replacing the variables in `text` would not end or would grow without bound.
     void require_bounded(const std::string& text) {
         std::string expanded = text;
         std::size_t rounds = 0;

@@ -16,7 +16,7 @@ bool may_hold_variables(const std::string& text);
 std::string resolve_variables(const ConstConfigRcPtr& config, const std::string& text);
 
 /// Throws, as `resolve_variables` does, for the variables of the environment section and for every text of
-/// the config that the library may resolve. Variables of the process that no text refers to are not judged.
+/// the config that the library may resolve. Variables of the process that no text refers to are not checked.
 /// The config was read from the file at `path`; it is not searched when that refers to no variable.
 void require_bounded_variables(const ConstConfigRcPtr& config, const std::string& path);
 

@@ -8,18 +8,18 @@
 
 namespace ocio {
 
-/// What a conversion consists of.
+/// The parts of a conversion.
 struct ConversionParts {
     std::vector<GraphNode> nodes;             ///< color spaces, looks and the like
-    std::map<std::string, std::string> files; ///< sources of file transforms, and where the files lie
+    std::map<std::string, std::string> files; ///< sources of file transforms, and the paths of the files
     std::vector<std::string> missing;         ///< sources whose files are not found
 };
 
 /// Throws when the library could not build the conversion without overflowing its stack, its memory or a
 /// buffer: the transforms that it reaches form a cycle (the message names the members), are nested or
-/// repeated beyond measure, name context variables that expand too far, or read a file that the library's
-/// text readers cannot hold. Everything else is left to the library to judge. Files that are not found are
-/// listed apart.
+/// repeated too often, use context variables that expand too far, or read a file with which the library's
+/// text readers would overflow. Other errors are left to the library. Files that are not found are listed in
+/// `missing`.
 ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion);
 
 } // namespace ocio

@@ -10,7 +10,7 @@
 
 namespace ocio {
 
-/// Gathers what transforms refer to. What is peculiar to a version of the library is added by its side.
+/// Collects what transforms refer to. Subclasses add what only one version of the library has.
 class DependencyCollector {
 public:
     virtual ~DependencyCollector() = default;
@@ -21,7 +21,7 @@ public:
     void add_space(const library::ColorSpace& space);
     /// The process space of a look, and its transform for that direction.
     void add_look(const library::Look& look, bool inverse);
-    /// What only newer versions of the library know: named transforms and view transforms.
+    /// Objects of newer versions of the library: named transforms and view transforms.
     virtual void add_other_node(const GraphNode& node) = 0;
 
     Dependencies take() { return std::move(found_); }
@@ -36,7 +36,8 @@ protected:
     virtual void add_other_transform(const library::Transform& transform, bool inverse) = 0;
     virtual std::unique_ptr<DependencyCollector> create_another() const = 0;
 
-    /// Of a pair of transforms that undo each other the one for `inverse`, or else the other one backwards.
+    /// One of a pair of transforms that are inverse to each other: the one for `inverse`, or without it the
+    /// other one, inverted.
     void add_one_of(const ConstTransformRcPtr& forward, const ConstTransformRcPtr& backward, bool inverse);
     void add_node(NodeKind kind, const char* name, bool inverse);
     /// Notes what the library may replace context variables in.
@@ -65,8 +66,8 @@ private:
 /// Adds the node forwards and backwards.
 void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes);
 
-/// Color spaces, inactive ones too, and what only newer versions of the library know: named transforms and
-/// view transforms, both ways.
+/// Color spaces, inactive ones included, and, in newer versions of the library, named transforms and view
+/// transforms, in both directions.
 std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config);
 
 /// The collector of the library in use.

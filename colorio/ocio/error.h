@@ -8,8 +8,8 @@
 
 namespace ocio {
 
-/// An exception whose cause is known. Its text, which the log shows, is the cause's message or OpenColorIO's
-/// own words.
+/// An exception with a diagnostic. Its text, which is logged, is the diagnostic's message or OpenColorIO's
+/// message.
 class Error : public Exception {
 public:
     explicit Error(diagnostics::Diagnostic cause)
@@ -27,11 +27,11 @@ private:
 [[noreturn]] void throw_file_error(diagnostics::Code code, std::string message, std::string path,
                                    unsigned int line = 0);
 
-/// The cause of an exception: its own where it knows one, else OpenColorIO's words in one line.
+/// The diagnostic of an exception: its own if it has one, else OpenColorIO's message on one line.
 diagnostics::Diagnostic get_cause(const Exception& exception);
 
-/// Throws the exception being handled with a cause: `code` and the file at `path`, where it has none of its
-/// own. To be called inside a catch block for std::exception.
+/// Rethrows the exception being handled, with `code` and the file at `path` as its diagnostic if it has none.
+/// To be called inside a catch block for std::exception.
 [[noreturn]] void rethrow_about_file(diagnostics::Code code, const std::string& path);
 
 } // namespace ocio

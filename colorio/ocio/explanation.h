@@ -6,7 +6,7 @@
 
 namespace ocio {
 
-/// An operation in words, and the pixel after it: red, green, blue, alpha.
+/// The description of an operation, and the pixel after it: red, green, blue, alpha.
 struct ExplainedStep {
     std::string operation;
     std::array<float, 4> pixel;
@@ -14,15 +14,15 @@ struct ExplainedStep {
 
 /// What converts pixels.
 enum class EvaluationPath {
-    None,    ///< nothing: the conversion leaves colors as they are
-    Vector,  ///< the project's own SIMD code
+    None,    ///< no operations: colors are unchanged
+    Vector,  ///< this project's SIMD code
     Library, ///< OpenColorIO, for the `reason` given
 };
 
 /// How a processor converts.
 struct Explanation {
-    std::vector<std::string> operations; ///< as the configuration gives them
-    std::vector<ExplainedStep> steps;    ///< as they are carried out
+    std::vector<std::string> operations; ///< as the library lists them
+    std::vector<ExplainedStep> steps;    ///< as they are computed
     EvaluationPath path = EvaluationPath::None;
     std::string reason;        ///< empty unless the path is the library
     std::string vector_target; ///< instruction set of the SIMD code; empty unless that is the path

@@ -18,7 +18,7 @@ namespace {
 using diagnostics::Code;
 using diagnostics::Diagnostic;
 
-/// "'/show/luts/film.cube', '/show/film.cube'": where the file was looked for.
+/// Paths where the file was searched: "'/show/luts/film.cube', '/show/film.cube'".
 std::string list_places(const ConstConfigRcPtr& config, const std::string& source) {
     if (std::filesystem::path(source).is_absolute())
         return "'" + source + "'";
@@ -28,7 +28,7 @@ std::string list_places(const ConstConfigRcPtr& config, const std::string& sourc
     return places;
 }
 
-/// True for a matrix that has no inverse, and for a CDL that takes away all color.
+/// True for a matrix without an inverse, and for a CDL with saturation 0.
 bool cannot_be_inverted(const library::Transform& transform) {
     if (const auto* cdl = dynamic_cast<const library::CDLTransform*>(&transform))
         return cdl->getSat() == 0; // Saturation 0 maps every color to gray.
@@ -73,7 +73,7 @@ Diagnostic describe_missing(const ConstConfigRcPtr& config, const std::string& s
     return cause;
 }
 
-/// What OpenColorIO says of a file alone; nothing when it can read it.
+/// OpenColorIO's error for a file alone; empty when it can read it.
 std::optional<Diagnostic> find_damage(const std::string& path) {
     try {
         const library::FileTransformRcPtr file = library::FileTransform::Create();
@@ -89,10 +89,10 @@ std::optional<Diagnostic> find_damage(const std::string& path) {
     }
 }
 
-/// Looks at single transforms, and keeps the first fault.
-class TransformFaults {
+/// Checks single transforms, and keeps the first error.
+class TransformErrors {
 public:
-    explicit TransformFaults(ConstConfigRcPtr config) : config(std::move(config)) {}
+    explicit TransformErrors(ConstConfigRcPtr config) : config(std::move(config)) {}
 
     void look_at(const TransformRcPtr& transform) {
         if (found)
@@ -133,13 +133,13 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
         for (const auto& [source, path] : parts.files)
             if (const std::optional<Diagnostic> damage = find_damage(path))
                 return *damage;
-        TransformFaults faults(config);
-        const auto look = [&](const TransformRcPtr& transform) { faults.look_at(transform); };
+        TransformErrors errors(config);
+        const auto look = [&](const TransformRcPtr& transform) { errors.look_at(transform); };
         rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, look);
-        if (faults.get())
-            return *faults.get();
+        if (errors.get())
+            return *errors.get();
     } catch (const Exception&) {
-        // OpenColorIO's own words are all there is.
+        // Only OpenColorIO's message is left.
     }
     return diagnostics::make_error(Code::CONVERSION_IMPOSSIBLE, diagnostics::flatten(words));
 }

@@ -10,14 +10,14 @@
 
 namespace ocio {
 
-/// Why OpenColorIO refuses to make a conversion, found by looking at what the conversion consists of: a file
-/// that is missing or cannot be read, a name that the config does not know, a matrix without an inverse.
-/// `words` are OpenColorIO's own, which stand in where nothing is found.
+/// Why OpenColorIO refuses to make a conversion, found by checking the parts of the conversion: a file that
+/// is missing or cannot be read, a name that is not in the config, a matrix without an inverse. `words` is
+/// OpenColorIO's message, used when nothing is found.
 diagnostics::Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                                    const char* words);
 
-/// Runs `make`, which has OpenColorIO make `conversion`, and gives what it throws a cause. Errors that
-/// have a cause already, and std::bad_alloc, pass unchanged.
+/// Runs `make`, in which OpenColorIO makes `conversion`, and adds a diagnostic to its exceptions. Exceptions
+/// that already have one, and std::bad_alloc, pass unchanged.
 template <class Make>
 decltype(auto) with_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                           Make&& make) {
@@ -40,9 +40,10 @@ bool is_singular(const Number (&m)[16]) {
            0;
 }
 
-/// Of the library in use: is_singular of its coefficients.
+/// `is_singular` of the transform's coefficients; one implementation per version of the library.
 bool is_singular(const library::MatrixTransform& matrix);
-/// Of the library in use: true when the config has a color space or a named transform of that name.
+/// One implementation per version of the library: true when the config has a color space or a named transform
+/// of that name.
 bool knows_space(const ConstConfigRcPtr& config, const std::string& name);
 
 } // namespace ocio

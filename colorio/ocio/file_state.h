@@ -8,18 +8,18 @@
 
 namespace ocio {
 
-/// What tells one content of a file from another without reading it.
+/// Identifies the content of a file without reading it.
 struct FileState {
     dev_t device;
     ino_t inode;
     off_t size;
     time_t seconds; ///< of the last change
     long nanoseconds;
-    /// False when the last change is so recent that another one could bear the same time.
+    /// False when the last change is so recent that another one could have the same time.
     bool settled;
 };
 
-/// Empty when there is no such file. Throws when it is no regular file: reading a pipe or a device might
+/// Empty when there is no such file. Throws when it is not a regular file: reading a pipe or a device might
 /// never end.
 std::optional<FileState> file_state(const std::string& path);
 

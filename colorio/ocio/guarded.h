@@ -13,15 +13,13 @@ namespace ocio {
 /// inside a catch block.
 [[noreturn]] void rethrow_as_ocio_exception();
 
-/// Held while the library makes or judges something: several threads may use the module, and the library
-/// shares caches and other state that it does not lock. Not held while pixels are converted. One thread may
-/// lock it again.
+/// Locked while the library makes or checks something: several threads may use the module, and the library
+/// shares caches and other state that it does not lock. Not locked while pixels are converted. Recursive.
 std::recursive_mutex& library_mutex();
 
-/// Runs `call` alone with the library and under the classic locale. What it throws arrives as
-/// ocio::Exception, also when the library let a foreign exception through (its YAML reader, a regular
-/// expression, a standard container). That memory ran short says nothing about the configuration and passes
-/// as it is.
+/// Runs `call` under the library's lock and the classic locale. Exceptions become ocio::Exception, also those
+/// that the library does not catch (of its YAML reader, a regular expression, a standard container), except
+/// std::bad_alloc, which passes unchanged.
 template <typename Call>
 decltype(auto) guarded(Call&& call) {
     const std::lock_guard lock(library_mutex());

@@ -5,9 +5,9 @@
 
 namespace ocio {
 
-/// The library makes room for as many tags and curve entries as an ICC profile claims, 100 GB for four bytes,
-/// before it reads the first. Returns what the file claims beyond its own size; empty when it claims no
-/// more or is not an ICC profile. `file` is at its start.
+/// The library allocates memory for as many tags and curve entries as an ICC profile claims, up to 100 GB,
+/// before it reads the first. Returns a description of what the file claims beyond its size; empty when it
+/// does not, or is not an ICC profile. `file` is at its start.
 std::string find_icc_overclaim(std::istream& file);
 
 } // namespace ocio

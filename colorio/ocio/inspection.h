@@ -5,11 +5,11 @@
 
 #include "colorio/ocio/types.h"
 
-/// What a configuration holds, in more detail than conversions need: for programs that show or check it.
-/// On 1.x every space is scene-referred and active, and there is nothing else but looks.
+/// Contents of a config in more detail than conversions need: for programs that show or check it. On 1.x
+/// every color space is scene-referred and active, and only looks exist besides.
 namespace ocio {
 
-/// What spaces and named transforms say of themselves.
+/// Fields that color spaces and named transforms share.
 struct EntryFacts {
     std::string name;
     std::string family;
@@ -26,21 +26,21 @@ struct SpaceFacts : EntryFacts {
 };
 
 struct NamedTransformFacts : EntryFacts {
-    bool has_forward = false; ///< the direction is stated; the library makes the other by inversion
+    bool has_forward = false; ///< defined by the config; the library inverts it for the other direction
     bool has_inverse = false;
 };
 
 struct ViewFacts {
-    std::string color_space;     ///< its own name, where the view gives a role or another name of it
-    std::string family;          ///< of that space
-    std::string named_transform; ///< what stands in place of a color space
+    std::string color_space;     ///< its name, also where the view uses a role or an alias
+    std::string family;          ///< of that color space
+    std::string named_transform; ///< used instead of a color space
     std::string view_transform;
-    std::string looks; ///< as the configuration lists them
+    std::string looks; ///< the list as written in the config
     std::string description;
     bool is_shared = false;
 };
 
-/// All of them, inactive ones included, in the order of the configuration.
+/// All color spaces, inactive ones included, in the order of the config.
 std::vector<SpaceFacts> describe_spaces(const ConstConfigRcPtr& config);
 std::vector<NamedTransformFacts> describe_named_transforms(const ConstConfigRcPtr& config);
 /// All empty for an unknown view.
@@ -49,9 +49,9 @@ ViewFacts describe_view(const ConstConfigRcPtr& config, const std::string& displ
 std::vector<std::string> list_looks(const ConstConfigRcPtr& config);
 std::vector<std::string> list_view_transforms(const ConstConfigRcPtr& config);
 
-/// Throws when no processor can be made of the look, applied forwards in its process space.
+/// Throws when no processor can be made for the look, in the forward direction, in its process space.
 void try_look(const ConstConfigRcPtr& config, const std::string& name);
-/// Throws when no processor can be made of a direction that the view transform states, or when there is no
+/// Throws when no processor can be made for a direction that the view transform defines, or when there is no
 /// such view transform.
 void try_view_transform(const ConstConfigRcPtr& config, const std::string& name);
 

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The library's own answer; empty when it finds no file.
+/// The path that the library finds; empty when it finds no file.
 std::string locate_by_library(const ConstConfigRcPtr& config, const std::string& source) {
     try {
         return config->getCurrentContext()->resolveFileLocation(source.c_str());
@@ -28,7 +28,7 @@ void remove_variables(const ConfigRcPtr& config) {
     config->loadEnvironment();
 }
 
-/// Replaces what the transform refers to; files that were located by their paths.
+/// Replaces the transform's references: names by resolved ones, files by their paths.
 void resolve_names(const TransformRcPtr& transform, const std::map<std::string, std::string>& files,
                    const RewriteName& resolved) {
     if (const auto file = library::DynamicPtrCast<library::FileTransform>(transform)) {

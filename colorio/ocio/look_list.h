@@ -12,9 +12,8 @@ struct LookStep {
     bool inverse;
 };
 
-/// The looks that a list such as "+grade, -trim | grade |" names, in order: '|' separates alternatives, ','
-/// or
-/// ':' steps, a leading '-' means the inverse. The alternatives are returned one after the other.
+/// The looks of a list such as "+grade, -trim | grade |", in order: '|' separates alternatives, ',' or ':'
+/// steps, a leading '-' means the inverse. The alternatives are returned one after the other.
 std::vector<LookStep> all_look_steps(std::string_view list);
 
 /// The same, alternative by alternative; empty alternatives (no look at all) included.

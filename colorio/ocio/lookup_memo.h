@@ -9,9 +9,9 @@
 
 namespace ocio {
 
-/// Remembers, for the thread that made it, what conversions look up in one config: the library searches all
-/// color spaces for each name. For whoever makes thousands of conversions; the config must stay as it is
-/// meanwhile. The latest one counts, and the one before it again after that.
+/// A cache, for the thread that made it, of what conversions look up in one config: the library searches all
+/// color spaces for each name. For code that makes thousands of conversions; the config must not change
+/// meanwhile. The innermost one is used.
 class LookupMemo {
 public:
     explicit LookupMemo(ConstConfigRcPtr config);
@@ -19,7 +19,7 @@ public:
     LookupMemo(const LookupMemo&) = delete;
     LookupMemo& operator=(const LookupMemo&) = delete;
 
-    /// That of this thread, if it is for `config`; else null.
+    /// The one of this thread, if it is for `config`; else null.
     static LookupMemo* find(const ConstConfigRcPtr& config);
 
     ConstColorSpaceRcPtr find_space(const std::string& name);
@@ -32,7 +32,7 @@ private:
     std::unordered_map<std::string, std::shared_ptr<const Dependencies>> dependencies_;
 };
 
-/// As `getColorSpace` of the library answers, by way of the memo if there is one.
+/// The library's `getColorSpace`, through the memo if there is one.
 ConstColorSpaceRcPtr find_space(const ConstConfigRcPtr& config, const std::string& name);
 
 } // namespace ocio

@@ -18,7 +18,7 @@ namespace ocio {
 
 namespace {
 
-/// Longest words that fit: of .spi1d and .spi3d lines, and of the "LUT:" line of Discreet tables.
+/// Longest words that fit: of .spi1d and .spi3d lines, and of the "LUT:" line of Discreet LUTs.
 constexpr std::size_t MAX_NUMBER_LENGTH = 63;
 constexpr std::size_t MAX_DEPTH_LENGTH = 15;
 constexpr std::size_t UNLIMITED = std::string_view::npos;
@@ -60,7 +60,7 @@ private:
         if (words_ == 0 && word_length_ < first_word_.size())
             first_word_[word_length_] = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
         ++word_length_;
-        // The brace that opens an .spi1d table need not stand alone.
+        // The opening brace of an .spi1d LUT may have text on its line.
         if (words_ == 0 && word_length_ == 1 && c == '{')
             in_table_ = true;
     }
@@ -95,8 +95,8 @@ std::optional<unsigned long> find_unreadable_line(const std::string& path) {
     return std::nullopt;
 }
 
-/// What some reader of the library would trip over; empty when there is nothing.
-std::string find_fault(const std::string& path) {
+/// What would make one of the library's readers fail; empty when there is nothing.
+std::string find_error(const std::string& path) {
     if (const std::optional<unsigned long> line = find_unreadable_line(path))
         return "line " + std::to_string(*line) + " holds a word longer than any number";
     std::ifstream file(path, std::ios::binary);
@@ -131,9 +131,9 @@ void require_readable_lut(const std::string& path) {
         if (found != known.states.end() && is_unchanged(found->second, state))
             return;
     }
-    const std::string fault = find_fault(path);
-    if (!fault.empty())
-        throw_file_error(diagnostics::Code::LUT_DAMAGED, "'" + path + "' cannot be read as a LUT: " + fault,
+    const std::string error = find_error(path);
+    if (!error.empty())
+        throw_file_error(diagnostics::Code::LUT_DAMAGED, "'" + path + "' cannot be read as a LUT: " + error,
                          path);
     const std::lock_guard lock(known.mutex);
     known.states.insert_or_assign(path, *state);

@@ -15,8 +15,8 @@ struct PackedImageDesc {
     float* data;
     long width;
     long height;
-    long channels; ///< 3 or more; the first three are red, green, blue, the fourth alpha, the rest stay as
-                   ///< they are.
+    long channels; ///< 3 or more; the first three are red, green, blue, the fourth alpha; others are
+                   ///< unchanged.
 };
 
 /// One float plane per channel; `alpha` may be null.
@@ -35,11 +35,11 @@ enum GpuLanguage { GPU_LANGUAGE_GLSL_1_0, GPU_LANGUAGE_GLSL_1_3 };
 struct GpuShaderDesc {
     GpuLanguage language;
     const char* function_name;
-    int lut_3d_edge_len; ///< The table is a cube of edge_len^3 RGB floats; 2 or more.
+    int lut_3d_edge_len; ///< The 3D LUT has edge_len^3 RGB floats; 2 or more.
 };
 
-/// Converts a single color of four floats, in place, without a detour. Valid as long as the processor that
-/// gave it.
+/// Converts a single color of four floats in place, without further decisions. Valid as long as its
+/// processor.
 struct PixelFunction {
     void (*convert)(const void* context, float* rgba) = nullptr;
     const void* context = nullptr;
@@ -47,7 +47,7 @@ struct PixelFunction {
     void operator()(float* rgba) const { convert(context, rgba); }
 };
 
-/// One conversion, immutable: holders share it, several threads may apply it at once.
+/// One conversion; immutable and shared, so that several threads may apply it at once.
 class Processor {
 public:
     virtual ~Processor() = default;
@@ -59,24 +59,24 @@ public:
     virtual void apply(const PlanarImageDesc& image) const = 0;
     /// Converts one pixel of four floats: red, green, blue, alpha.
     virtual void apply_rgba(float* pixel) const = 0;
-    /// `apply_rgba`, for callers that convert many single colors: what it has to decide is decided here.
+    /// `apply_rgba` for callers that convert many single colors; decisions are made in advance.
     virtual PixelFunction get_pixel_function() const = 0;
 
     /// A function `vec4 NAME(in vec4 inPixel, const sampler3D lut3d)` that converts one pixel; it samples
-    /// `lut3d` once where it needs the table, as "= texture3D(lut3d, ...)".
+    /// `lut3d` once if it needs the 3D LUT, as "= texture3D(lut3d, ...)".
     virtual std::string get_gpu_shader_text(const GpuShaderDesc& desc) const = 0;
     /// Fills lut[edge^3 * 3] for that text, red fastest; all zeros when the text does not need it.
     virtual void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const = 0;
 
-    /// The operations, what carries them out, and what becomes of `rgba`.
+    /// The operations, what computes them, and `rgba` after each.
     virtual Explanation explain(const std::array<float, 4>& rgba) const = 0;
 };
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
 
-/// Whether processors made from now on may convert pixels with the project's own SIMD code, where that is
-/// known to give the library's results (the default), or leave everything to the library. Without effect on
-/// the 1.x library, which does all of them itself.
+/// Whether processors made from now on may convert pixels with this project's SIMD code where it gives the
+/// library's results (the default), or always with the library. Ignored with the 1.x library, which converts
+/// all of them.
 void set_fast_path(bool enabled);
 bool get_fast_path();
 

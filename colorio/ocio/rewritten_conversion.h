@@ -18,8 +18,8 @@ using RewriteTransform = std::function<void(const TransformRcPtr&)>;
 /// Changes a name that a look or a transform refers to.
 using RewriteName = std::function<std::string(const std::string&)>;
 
-/// Changes every transform that `nodes` hold in `config`, and renames the process spaces of looks; a null
-/// function leaves them. Returns `config` and a changed copy of `transform`.
+/// Changes every transform of `nodes` in `config`, and renames the process spaces of looks; a null function
+/// does not change them. Returns `config` and a changed copy of `transform`.
 Conversion rewrite_conversion(const ConfigRcPtr& config, const ConstTransformRcPtr& transform,
                               const std::vector<GraphNode>& nodes, const RewriteTransform& rewrite,
                               const RewriteName& rename = {});
@@ -27,14 +27,14 @@ Conversion rewrite_conversion(const ConfigRcPtr& config, const ConstTransformRcP
 /// A copy with every member changed; null for null. Groups are as deep as a checked conversion may nest.
 TransformRcPtr rewrite_transform(const ConstTransformRcPtr& transform, const RewriteTransform& rewrite);
 
-/// Does so in the config to what only newer versions of the library know: named transforms and view
+/// The same for the objects of newer versions of the library in the config: named transforms and view
 /// transforms.
 void rewrite_other_node(const ConfigRcPtr& config, const GraphNode& node, const RewriteTransform& rewrite);
 
-/// Renames the source space of a transform that leads to a view; leaves others.
+/// Renames the source color space of a transform through a view; ignores other transforms.
 void rename_view_source(const TransformRcPtr& transform, const RewriteName& rename);
 
-/// Puts as many others in place of the group's members.
+/// Replaces the group's members by as many others.
 void set_members(const GroupTransformRcPtr& group, const std::vector<TransformRcPtr>& members);
 
 } // namespace ocio

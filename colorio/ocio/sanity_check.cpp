@@ -95,8 +95,8 @@ private:
         }
     }
 
-    /// A role does not stand for a space here. `describe_owner` is called for the message of a refusal only:
-    /// every start checks, and hardly any refuses.
+    /// A role is not accepted as a color space here. `describe_owner` is called only for an error message,
+    /// since every start runs this check and errors are rare.
     template <class DescribeOwner>
     void require_space(std::string_view name, const DescribeOwner& describe_owner) const {
         if (name.empty())

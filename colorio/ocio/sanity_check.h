@@ -5,7 +5,7 @@
 
 #include "colorio/ocio/types.h"
 
-/// What the check of a configuration asks each version of the library.
+/// Functions for the check of a config that differ between versions of the library.
 namespace ocio {
 
 struct Role {
@@ -18,14 +18,14 @@ struct DisplayViews {
     std::vector<std::string> views; ///< shared ones included
 };
 
-/// The roles whose color space the library tells.
+/// The roles whose color space the library reports.
 std::vector<Role> known_roles(const ConstConfigRcPtr& config);
-/// Displays and views, those included that lists of active ones hide.
+/// Displays and views, including those that the active displays and active views exclude.
 std::vector<DisplayViews> every_display(const ConstConfigRcPtr& config);
 /// The looks of a view, as the configuration lists them.
 std::string get_view_looks(const ConstConfigRcPtr& config, const std::string& display,
                            const std::string& view);
-/// Throws when the library's own check finds what the rules for version 1 leave open.
+/// Throws when the library's check finds an error that the rules for version 1 do not cover.
 void check_by_library(const ConstConfigRcPtr& config);
 
 } // namespace ocio

@@ -7,9 +7,8 @@
 
 namespace ocio {
 
-/// Folders in which the configuration's files are looked for, in order. Variables are replaced, relative
-/// entries start at the configuration's own folder, which stands alone where there is no search path. Folders
-/// may not exist.
+/// Folders in which the config's files are searched, in order. Variables are replaced; relative entries start
+/// at the config's folder, which is the only one without a search path. Folders may not exist.
 std::vector<std::string> get_search_folders(const OCIO_NAMESPACE::ConstConfigRcPtr& config);
 
 } // namespace ocio

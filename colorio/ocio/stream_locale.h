@@ -4,7 +4,7 @@
 
 namespace ocio {
 
-/// Adds to how often the calling thread wants the classic locale; returns the sum.
+/// Adds to the calling thread's count of requests for the classic locale; returns the sum.
 int want_classic_numbers(int change);
 
 /// A nameless copy of `locale` whose streams read and write numbers in the classic way on threads that want

@@ -16,9 +16,9 @@ void set_src(const FileTransformRcPtr& transform, const char* path);
 void set_interpolation(const FileTransformRcPtr& transform, Interpolation interpolation);
 
 CDLTransformRcPtr create_CDL_transform();
-/// Reads one correction of a .cc, .ccc or .cdl file, told by content. `cccid` names the correction of a
-/// collection (an id, or a position counted from 0); it is ignored for a single correction, and empty means
-/// the first. The result is the caller's own copy. A failure is not remembered: a mended file is read again.
+/// Reads one correction of a .cc, .ccc or .cdl file, recognized by its content. `cccid` selects the
+/// correction of a collection (an id, or a position counted from 0); it is ignored for a single correction,
+/// and empty means the first. The result is a copy. A failure is not cached: a corrected file is read again.
 CDLTransformRcPtr create_CDL_transform_from_file(const char* path, const char* cccid);
 /// Every correction of a collection file in file order, read once; a file of one correction gives one.
 std::vector<CDLTransformRcPtr> create_CDL_transforms_from_file(const char* path);
@@ -38,7 +38,7 @@ GroupTransformRcPtr create_group_transform();
 int get_size(const library::GroupTransform& group);
 void push_back(const GroupTransformRcPtr& group, const TransformRcPtr& transform);
 
-/// What a display transform needs to know.
+/// Parameters of a display transform.
 struct DisplayTransform {
     const char* input_color_space_name;
     const char* display;

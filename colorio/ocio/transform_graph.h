@@ -20,7 +20,7 @@ struct GraphNode {
     }
 };
 
-/// Tells every node from the others.
+/// A unique key of the node.
 std::string key_of(const GraphNode& node);
 
 /// What one node, or one transform, refers to directly.
@@ -32,9 +32,9 @@ struct Dependencies {
     std::size_t group_depth = 0;    ///< how deep its groups are nested
 };
 
-/// The references among the transforms of a configuration, as the library follows them when it makes a
+/// The references between the transforms of a config, as the library follows them when it makes a
 /// processor: through both transforms of every color space, the looks and spaces of look transforms, and the
-/// color space, view transform and looks of views. Names that the configuration does not know are left out.
+/// color space, view transform and looks of views. Names that are not in the config are left out.
 class TransformGraph {
 public:
     explicit TransformGraph(const ConstConfigRcPtr& config) : config_(config) {}

@@ -2,9 +2,9 @@
 
 #include <OpenColorIO/OpenColorIO.h>
 
-/// The one door to OpenColorIO. The module calls what is declared in this folder and nothing of the
-/// library itself; the operations bear the names of the library's 1.x interface and behave like it, whichever
-/// version stands behind them. Errors are thrown as `ocio::Exception` unless an operation says otherwise.
+/// The interface to OpenColorIO: the rest of the module calls only the functions of this folder. They have
+/// the names of OpenColorIO's 1.x interface and behave like it with every version. Errors are thrown as
+/// `ocio::Exception` unless a function says otherwise. "The library" in this folder is OpenColorIO.
 namespace ocio {
 
 namespace library = OCIO_NAMESPACE;
@@ -44,8 +44,8 @@ using library::ROLE_TEXTURE_PAINT;
 /// Version of OpenColorIO in use, for example "2.1.2".
 const char* get_version();
 
-/// Forgets every LUT, CDL and processor that the library keeps by file path, so that edited files are read
-/// again. Existing processors are not affected. On the 1.x library the old content stays in memory.
+/// Clears the library's caches of LUTs, CDLs and processors, so that edited files are read again. Existing
+/// processors are not affected. On the 1.x library the old content stays in memory.
 void clear_all_caches();
 
 } // namespace ocio

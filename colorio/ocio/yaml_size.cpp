@@ -83,7 +83,7 @@ private:
     std::size_t repeated_ = 0;
 };
 
-/// True when the text holds what could be an alias: "*name" where a node may begin.
+/// True when the text contains what could be an alias: "*name" where a node may begin.
 bool may_hold_aliases(std::string_view text) {
     constexpr std::string_view BEFORE = " \t\r\n[{,:-?";
     constexpr std::string_view BLANKS = " \t\r\n*";

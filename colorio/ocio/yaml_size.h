@@ -4,9 +4,9 @@
 
 namespace ocio {
 
-/// A YAML text can name a part of itself and repeat it, and repeat the repetition: a few lines then stand for
-/// more than any memory holds. Throws when the file's repetitions amount to more than 200,000 nodes, or when
-/// it is no regular file. What cannot be opened or parsed passes: the library says why.
+/// Aliases in a YAML text can repeat other aliases, so that a few lines expand to more than any memory holds.
+/// Throws when the file's aliases expand to more than 200,000 nodes, or when it is not a regular file. A file
+/// that cannot be opened or parsed passes: the library reports why.
 void require_bounded_yaml(const std::string& path);
 
 } // namespace ocio

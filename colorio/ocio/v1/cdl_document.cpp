@@ -65,7 +65,7 @@ std::string correction_element(const CdlNumbers& numbers, std::string_view attri
 
 } // namespace
 
-/// This library's own writer knows single corrections only, and keeps seven digits.
+/// This version's writer supports single corrections only, and writes seven digits.
 std::string write_cdl_document(const std::vector<CdlNumbers>& corrections, bool is_collection) {
     std::string document(DECLARATION);
     if (!is_collection) {

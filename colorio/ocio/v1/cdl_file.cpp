@@ -41,8 +41,8 @@ std::vector<CDLTransformRcPtr> parse(const std::string& text) {
 
 } // namespace
 
-// The library's own reader of files knows no decision lists, remembers every file for ever, and does not tell
-// how many corrections there are; its reader of single corrections is used instead.
+// The library's reader of files does not support decision lists, caches every file permanently, and does not
+// report the count of corrections; its reader of single corrections is used instead.
 std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool) {
     try {
         return parse(read_text(path));

@@ -23,9 +23,9 @@ unsigned int get_major_version(const ConstConfigRcPtr&) {
     return 1;
 }
 
-/// The library would load a newer configuration, leave out what it does not know, and so give other colors.
+/// The library would load a newer config, ignore unknown parts, and so give other colors.
 void require_readable_config(const std::string& path) {
-    // First what the parser in the second check relies on as much as the library.
+    // First, since the parser in the second check needs it as much as the library does.
     require_shallow_yaml(path);
     require_bounded_yaml(path);
     const std::string newer = describe_newer_profile(path);

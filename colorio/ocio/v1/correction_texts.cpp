@@ -38,7 +38,7 @@ public:
         if (!open_.empty())
             refuse("the element '" + std::string(open_.back()) + "' does not end");
         if (!any_)
-            refuse("it holds no XML element");
+            refuse("it contains no XML element");
         return std::move(corrections_);
     }
 

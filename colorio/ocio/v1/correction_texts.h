@@ -5,8 +5,9 @@
 
 namespace ocio {
 
-/// The text of every color correction in an XML text of one, or of a collection or decision list, spelled as
-/// the library reads it. Throws when the text is none of these, or its elements do not close as they open.
+/// The text of every color correction in the XML text of a correction, a collection or a decision list, in
+/// the spelling that the library reads. Throws when the text is none of these or its elements are not closed
+/// properly.
 std::vector<std::string> split_corrections(const std::string& xml);
 
 } // namespace ocio

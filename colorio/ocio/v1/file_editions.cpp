@@ -37,7 +37,7 @@ public:
 
 private:
     struct Entry {
-        std::optional<FileState> state; ///< when it was last read anew
+        std::optional<FileState> state; ///< when it was last read again
         unsigned edition;
         unsigned long period; ///< in which that was
     };

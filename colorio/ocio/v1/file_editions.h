@@ -2,15 +2,15 @@
 
 #include "colorio/ocio/rewritten_conversion.h"
 
-/// The library remembers what it read of a LUT or CDL file by the path that it was asked for. Its own way to
-/// forget would break it: from then on it refuses every file of corrections that anyone in the process had
-/// it read. So an edited file is asked for by another spelling of its path, "luts/./film.spi1d".
+/// The library caches LUT and CDL files by the path that is asked for. Clearing its cache would break it:
+/// afterwards it refuses every file of corrections that was read before in the process. So an edited file is
+/// read through another spelling of its path, "luts/./film.spi1d".
 namespace ocio {
 
 /// From now on, files that changed since they were read are read again.
 void forget_file_editions();
 
-/// `conversion` itself, or copies that ask anew for those of its files that changed before the last
+/// `conversion` itself, or copies that read those of its files again that changed before the last
 /// `forget_file_editions`. `parts` are the conversion's.
 Conversion with_current_editions(const Conversion& conversion, const ConversionParts& parts);
 

@@ -2,7 +2,7 @@
 
 namespace ocio {
 
-/// This library takes no function: what it reports goes to standard error always.
+/// This version has no such feature: its messages always go to standard error.
 void set_library_log_function(LibraryLogFunction) {}
 
 } // namespace ocio

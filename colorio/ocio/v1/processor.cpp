@@ -25,7 +25,7 @@ void describe(library::GpuShaderDesc& wanted, const GpuShaderDesc& desc) {
     wanted.setLut3DEdgeLen(desc.lut_3d_edge_len);
 }
 
-/// Leaves everything to the library, whose contract this is.
+/// Calls the library, which defines this contract.
 class LibraryProcessor final : public Processor {
 public:
     explicit LibraryProcessor(library::ConstProcessorRcPtr processor)
@@ -65,8 +65,8 @@ public:
     }
 
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
-        // Between spaces of one table the library would write a text that confines the pixel to the table's
-        // range.
+        // Between color spaces with the same LUT the library would write a text that clamps the pixel to the
+        // LUT's range.
         if (no_op_)
             return shader_text(desc);
         library::GpuShaderDesc wanted;

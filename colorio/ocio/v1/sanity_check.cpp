@@ -6,7 +6,7 @@ namespace ocio {
 
 namespace {
 
-/// A copy whose lists of active displays and views hide nothing.
+/// A copy in which all displays and views are active.
 ConstConfigRcPtr with_nothing_hidden(const ConstConfigRcPtr& config) {
     const ConfigRcPtr copy = create_editable_copy(config);
     copy->setActiveDisplays("");
@@ -16,7 +16,7 @@ ConstConfigRcPtr with_nothing_hidden(const ConstConfigRcPtr& config) {
 
 } // namespace
 
-/// The library tells the space that a role leads to, but not the name of one that does not exist.
+/// The library reports the color space of a role, but not the name of one that does not exist.
 std::vector<Role> known_roles(const ConstConfigRcPtr& config) {
     std::vector<Role> roles;
     for (int i = 0; i < config->getNumRoles(); ++i) {

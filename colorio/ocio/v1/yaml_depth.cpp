@@ -29,8 +29,8 @@ bool may_begin_value(std::string_view line, std::size_t at) {
 /// Estimates the depth of a YAML text from its brackets and columns.
 class DepthGauge {
 public:
-    /// The depth that the line reaches. Each block lies in a column of its own, but for a list that may start
-    /// in the column of its key.
+    /// The depth of the line. Each block has a separate column, except that a list may start in the column of
+    /// its key.
     std::size_t add_line(std::string_view line) {
         const std::size_t columns = std::min(line.find_first_not_of(" \t-?:"), line.size());
         std::size_t deepest = brackets_;

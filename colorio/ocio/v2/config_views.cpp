@@ -9,7 +9,7 @@ namespace ocio {
 
 namespace {
 
-/// A shared view answers this in place of a color space when it shows the one named like its display.
+/// Used as the color space of a shared view that shows the color space with the name of its display.
 constexpr std::string_view USE_DISPLAY_NAME = "<USE_DISPLAY_NAME>";
 
 /// Displays with no more views than this are asked for each of them.
@@ -35,7 +35,7 @@ bool is_view_at(const ConstConfigRcPtr& config, const char* display, const std::
     return views[index] == config->getView(display, static_cast<int>(index));
 }
 
-/// The space's own name where `name` is another one of it. A role stays a role, as on 1.x.
+/// The color space's name where `name` is an alias. A role stays a role, as on 1.x.
 std::string without_alias(const ConstConfigRcPtr& config, const char* name) {
     const ConstColorSpaceRcPtr space = config->getColorSpace(name);
     return space && !config->hasRole(name) ? space->getName() : name;
@@ -50,7 +50,7 @@ std::string get_display_color_space_name(const ConstConfigRcPtr& config, const c
 
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view, const std::unordered_set<std::string>& own_names) {
-    // The library answers for shared views even where no display was named.
+    // The library finds shared views even without a display.
     if (!*display || !*view)
         return {};
     const char* name = config->getDisplayViewColorSpaceName(display, view);
@@ -59,7 +59,7 @@ std::string get_display_color_space_name(const ConstConfigRcPtr& config, const c
     return own_names.count(name) != 0 ? name : without_alias(config, name);
 }
 
-/// The library gathers all views of a display for each that it is asked for by its position.
+/// The library collects all views of a display again for each lookup by position.
 std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display) {
     const int count = config->getNumViews(display);
     if (count > FEW_VIEWS && !has_list_of_active_views(config)) {

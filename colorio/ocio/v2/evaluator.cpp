@@ -15,7 +15,7 @@ namespace {
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
-/// From 2.5 on the library takes single pixels through LUTs with other arithmetic than those of images.
+/// From 2.5 on the library's arithmetic for single pixels in LUTs differs from that for images.
 bool treats_single_pixels_apart(const library::ConstProcessorRcPtr& processor) {
     if (OCIO_VERSION_MINOR < 5)
         return false;
@@ -59,7 +59,7 @@ void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
                 translate_operations(*optimized->createGroupTransform(), why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
     } catch (const std::exception& error) {
-        // An operation that the program does not take is the library's, and so are tables for which memory is
+        // The library computes operations that the SIMD code does not support, and LUTs for which memory is
         // short.
         why_not_ = error.what();
     }

@@ -61,7 +61,7 @@ public:
     std::string text() const {
         std::string text;
         if (logarithmic_) {
-            // FLT_MIN in place of what has no logarithm, and 1 / ln 2 for the base.
+            // FLT_MIN instead of values without a logarithm, and 1 / ln 2 for the base.
             text += "out_pixel.rgb = max(" + gray(std::numeric_limits<float>::min()) + ", " + gray(1) +
                     " * out_pixel.rgb + " + gray(offset_) + ");\n";
             text +=
@@ -75,8 +75,7 @@ public:
         return text;
     }
 
-    /// The value at a position of the table's axis, in [0, 1]; in single precision, as the 1.x library has
-    /// it.
+    /// The value at a position of an axis of the LUT, in [0, 1]; in single precision, as in the 1.x library.
     float value_at(float position) const {
         const auto range = static_cast<float>(maximum_ - minimum_);
         const float fitted = position * range + static_cast<float>(minimum_);
@@ -90,7 +89,7 @@ private:
     double offset_ = 0.0;
 };
 
-/// A texture's values lie at the centres of its texels.
+/// A texture's values lie at the centers of its texels.
 std::string sampling_text(int edge_len) {
     const double scale = static_cast<double>(edge_len - 1) / edge_len;
     const double offset = 0.5 / edge_len;
@@ -98,7 +97,7 @@ std::string sampling_text(int edge_len) {
            ").rgb;\n";
 }
 
-std::vector<float> lattice(const Fit& fit, int edge_len) {
+std::vector<float> make_nodes(const Fit& fit, int edge_len) {
     std::vector<float> axis;
     for (int i = 0; i < edge_len; ++i)
         axis.push_back(fit.value_at(static_cast<float>(i) / static_cast<float>(edge_len - 1)));
@@ -118,7 +117,7 @@ GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocati
     const Fit fit(allocation);
     const long edge_len = desc.lut_3d_edge_len;
     GpuShader shader{shader_text(desc, fit.text() + sampling_text(desc.lut_3d_edge_len)),
-                     lattice(fit, desc.lut_3d_edge_len)};
+                     make_nodes(fit, desc.lut_3d_edge_len)};
     processor.apply(PackedImageDesc{shader.table.data(), edge_len * edge_len, edge_len, 3});
     return shader;
 }

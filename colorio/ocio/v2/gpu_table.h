@@ -22,7 +22,7 @@ struct GpuShader {
 };
 
 /// Fits the pixel to [0, 1] by `allocation` and takes its color from a table of what `processor` makes of
-/// the lattice points. Throws when the allocation spans no range.
+/// the nodes. Throws when the allocation spans no range.
 GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocation,
                        const GpuShaderDesc& desc);
 

@@ -21,8 +21,8 @@ using ocio::translate_op; // gradings and fixed functions
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 
-/// The versions that the results of pixel/ were compared with. Others may round otherwise; before they are
-/// let in here, the tests of this file have to pass on them.
+/// The versions with which the results of pixel/ were compared. Others may round differently; before one is
+/// added here, the tests of this file must pass with it.
 constexpr bool LIBRARY_IS_MEASURED =
     OCIO_VERSION_MAJOR == 2 && (OCIO_VERSION_MINOR == 1 || OCIO_VERSION_MINOR == 5);
 
@@ -135,7 +135,7 @@ pixel::Op translate_op(const library::LogCameraTransform& t) {
     return op;
 }
 
-/// Entries for the infinities and NaN of the half domain have no part in an inverse.
+/// Entries for the infinities and NaN of the half domain are not used in an inverse.
 bool takes_part_in_inverse(const pixel::Lut1D& table, std::size_t entry) {
     return table.domain == pixel::InputDomain::Unit || (entry & 0x7FFF) < 0x7C00;
 }
@@ -151,8 +151,8 @@ bool has_finite_inverse(const pixel::Lut1D& table) {
     return true;
 }
 
-/// The library looks for the values of all channels on the side of the 16-bit floats where red's lie, so
-/// curves that run in different directions are inverted there in its own way.
+/// The library searches the values of all channels on the side of the 16-bit floats where red's are, so it
+/// inverts curves of different directions in a way that pixel/ does not reproduce.
 bool runs_as_red(const pixel::Lut1D& table, std::size_t channel) {
     constexpr std::size_t LAST_FINITE = 0x7BFF;
     const auto rises = [&](std::size_t c) {
@@ -252,7 +252,7 @@ pixel::Op translate_transform(const library::Transform& transform) {
     }
 }
 
-/// A user's flags replace those that the results were compared under.
+/// A user's flags replace those with which the results were compared.
 bool flags_are_overridden() {
     const char* flags = std::getenv(library::OCIO_OPTIMIZATION_FLAGS_ENVVAR);
     return flags && *flags;
@@ -280,7 +280,7 @@ std::optional<pixel::OpChain> translate_operations(const library::GroupTransform
     } catch (const NotKnown& reason) {
         why_not = reason.words;
     } catch (const library::Exception& error) {
-        why_not = std::string("the library does not tell its operations: ") + error.what();
+        why_not = std::string("OpenColorIO does not list its operations: ") + error.what();
     }
     return std::nullopt;
 }

@@ -10,7 +10,7 @@ namespace ocio {
 
 namespace {
 
-/// The library chooses its code by the processor, too.
+/// The library also chooses its code by the processor.
 bool has_multiply_add() {
 #if defined(__x86_64__)
     return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
@@ -25,7 +25,7 @@ std::uint32_t bits_of(float v) {
     return bits;
 }
 
-/// Red's curve, or when the others differ red's, green's and blue's; most tables have one for all.
+/// Red's curve, or red's, green's and blue's if they differ; most LUTs have one for all.
 std::vector<float> read_curves(const library::Lut1DTransform& transform, bool& shared) {
     const std::size_t length = transform.getLength();
     std::vector<float> values(length);

@@ -6,8 +6,8 @@ namespace {
 
 constexpr int MOST_MEMBERS = 16;
 
-/// Of the kinds that carry all that they are made of. Others, and those of newer libraries, count as
-/// referring.
+/// True for transforms of the types that do not refer to anything. Others, also those of newer libraries,
+/// count as referring.
 bool stands_alone(const library::Transform& transform) {
     switch (transform.getTransformType()) {
     case library::TRANSFORM_TYPE_ALLOCATION:

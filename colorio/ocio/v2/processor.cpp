@@ -25,8 +25,8 @@ namespace ocio {
 
 namespace {
 
-/// Gives the numbers of the 1.x library: without optimization a CDL of power 1 would clamp negatives, with
-/// the default one inverse LUTs lose precision.
+/// Gives the results of the 1.x library: without optimization a CDL of power 1 would clamp negatives, with
+/// the default optimization inverse LUTs lose precision.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 
@@ -66,7 +66,7 @@ public:
 private:
     using ShaderKey = std::tuple<GpuLanguage, std::string, int>;
 
-    /// Text and table are asked for one after the other, and made together.
+    /// Text and LUT are asked for one after the other, and made together.
     std::shared_ptr<const GpuShader> gpu_shader(const GpuShaderDesc& desc) const {
         const ShaderKey key(desc.language, desc.function_name, desc.lut_3d_edge_len);
         const std::lock_guard lock(shader_mutex_);
@@ -85,7 +85,7 @@ private:
         return baked_shader(*this, source_.allocation, desc);
     }
 
-    /// Of the library's text; empty where that does not do.
+    /// Made of the library's text; empty when that cannot be adapted.
     std::optional<GpuShader> make_adapted_shader(const GpuShaderDesc& desc) const {
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
         if (is_table_work(optimized))
@@ -95,8 +95,8 @@ private:
         return is_sound ? std::move(adapted) : std::nullopt;
     }
 
-    /// The library fills its tables with what the operations give before they are optimized, where a
-    /// correction of power 1 clamps negatives, and over the allocation that the configuration states.
+    /// The library fills its LUTs with the results of the unoptimized operations, in which a CDL of power 1
+    /// clamps negatives, and over the allocation in the config.
     bool is_sound_table(const library::ConstProcessorRcPtr& optimized) const {
         return source_.stated && have_same_steps(processor_, optimized);
     }
@@ -114,7 +114,7 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::Cons
     return std::make_shared<const LibraryProcessor>(std::move(processor), source_allocation(config, source));
 }
 
-/// Checks the conversion before the library, and has its files found.
+/// Checks the conversion before the library does, and finds its files.
 Conversion checked(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
     ConversionParts parts = check_conversion(config, transform);
     return with_literal_paths({config, transform}, parts);
@@ -127,7 +127,7 @@ library::ColorSpaceTransformRcPtr make_conversion(const char* source, const char
     return conversion;
 }
 
-/// Checks a conversion and has the library make it.
+/// Checks a conversion, then the library makes it.
 library::ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config,
                                           const ConstTransformRcPtr& transform) {
     return with_cause(config, transform, [&] {
@@ -136,7 +136,7 @@ library::ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config,
     });
 }
 
-/// The name itself, or the default role where a configuration without strict parsing does not know it.
+/// The name itself, or the default role where it is unknown in a config without strict parsing.
 const char* known_name(const ConstConfigRcPtr& config, const char* name) {
     if (config->isStrictParsingEnabled() || find_space(config, name) || config->getNamedTransform(name))
         return name;

@@ -10,7 +10,7 @@ namespace ocio {
 
 namespace {
 
-/// The offset puts black at the lower end of the table, exactly.
+/// The offset puts black exactly at the lower end of the LUT.
 GpuAllocation linear_light_allocation() {
     return {ALLOCATION_LG2, {-10.0f, 8.0f, std::exp2(-10.0f)}};
 }

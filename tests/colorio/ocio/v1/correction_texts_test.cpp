@@ -55,8 +55,8 @@ TEST(CorrectionTexts, ADocumentTypeIsSkipped) {
 }
 
 TEST(CorrectionTexts, OtherTextsAreRefused) {
-    EXPECT_EQ(refusal(""), "it holds no XML element");
-    EXPECT_EQ(refusal("no XML"), "it holds no XML element");
+    EXPECT_EQ(refusal(""), "it contains no XML element");
+    EXPECT_EQ(refusal("no XML"), "it contains no XML element");
     EXPECT_EQ(refusal("<html></html>"), "its outermost element, 'html', is none of color corrections");
     EXPECT_EQ(refusal("<ColorCorrection/><ColorCorrection/>"), "it has more than one outermost element");
 }
