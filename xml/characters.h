@@ -8,7 +8,7 @@
 
 namespace xml {
 
-/// What a byte can be, as a set of flags. The *_STOP flags mark where a scan must look closer.
+/// Properties of a byte, as a set of flags. The *_STOP flags mark bytes where a scan must stop and check.
 enum CharacterFlag : std::uint8_t {
     BLANK = 1,       ///< space, tab, line feed, carriage return
     NAME_START = 2,  ///< ASCII that may begin a name
@@ -16,21 +16,22 @@ enum CharacterFlag : std::uint8_t {
     TEXT_STOP = 8,   ///< within a text run
     VALUE_STOP = 16, ///< within an attribute value
     CLEAR_STOP = 32, ///< within a clear section or a processing instruction
-    HIGH = 64,       ///< begins a character that only the encoding can tell the extent of
-    ENTITY = 128,    ///< one of the five characters that the entity table can write
+    HIGH = 64,       ///< begins a character whose length depends on the encoding
+    ENTITY = 128,    ///< one of the five characters with an entity
 };
 
 /// The characters of one encoding.
 class CharacterTable {
 public:
-    /// The table of `encoding`, made once for the process.
+    /// The table of `encoding`, made once per process. Thread-safe.
     static const CharacterTable& of(XmlEncoding encoding);
 
+    /// Whether `byte` has one of `flags`.
     bool is(char byte, unsigned flags) const {
         return (flag_table[static_cast<unsigned char>(byte)] & flags) != 0;
     }
 
-    /// Bytes of the character at `at` (before `end`), or 0 when none that XML allows begins there.
+    /// Bytes of the character at `at` (before `end`); 0 unless a character that XML allows begins there.
     std::size_t character_length(const char* at, const char* end) const;
 
     /// Bytes of a character by the length table, from its first byte alone; 0 for the zero byte.
@@ -38,7 +39,7 @@ public:
 
     /// The end of the name that begins at `at`; `at` itself when none does. The text must be zero-terminated
     /// at `end`. Names follow the fifth edition of XML 1.0; outside UTF-8 every non-ASCII character counts as
-    /// a letter, because one code stands for many code pages.
+    /// a letter, because one XmlEncoding covers many code pages.
     const char* name_end(const char* at, const char* end) const {
         const char* name = at;
         if (is(*at, NAME_START)) {
@@ -49,6 +50,7 @@ public:
         return is(*at, HIGH) ? name_end_beyond_ascii(name, at, end) : at;
     }
 
+    /// The first byte from `at` on that is not a blank; the text must be zero-terminated.
     const char* skip_blanks(const char* at) const {
         while (is(*at, BLANK))
             ++at;

@@ -84,14 +84,14 @@ DeclarationCheck check_declaration(std::string_view content) {
     for (const PseudoAttribute& attribute : PSEUDO_ATTRIBUTES) {
         const bool present = blanks && cursor.take(attribute.name);
         if (present ? !take_assignment(cursor, attribute, check.encoding) : attribute.is_required) {
-            check.fault = cursor.at();
+            check.error = cursor.at();
             return check;
         }
         if (present)
             blanks = cursor.take_blanks();
     }
     if (!cursor.at_end())
-        check.fault = cursor.at();
+        check.error = cursor.at();
     return check;
 }
 

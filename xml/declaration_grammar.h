@@ -4,17 +4,17 @@
 
 namespace xml {
 
-/// What the inside of an XML declaration holds, between "<?xml" and "?>".
+/// Result of checking an XML declaration, the text between "<?xml" and "?>".
 struct DeclarationCheck {
-    const char* fault = nullptr; ///< first character that does not fit; null when all does
+    const char* error = nullptr; ///< first invalid character; null for a valid declaration
     std::string_view encoding;   ///< declared encoding; empty without one
 };
 
-/// Checks against XML 1.0, production 23: the version, then perhaps the encoding, then perhaps standalone.
+/// Checks against XML 1.0, production 23: the version, an optional encoding, an optional standalone.
 /// The two characters after `content` must be readable.
 DeclarationCheck check_declaration(std::string_view content);
 
-/// True for an encoding whose units are wider than a byte, which no text of bytes can have.
+/// True for an encoding with units wider than a byte, which is wrong for a text of bytes.
 bool is_wide_encoding(std::string_view name);
 
 } // namespace xml

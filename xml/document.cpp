@@ -46,7 +46,7 @@ char* Document::copy_string(const char* text, std::size_t length) noexcept {
     return copy;
 }
 
-// A request past the block size gets a block of its own, and the open block stays open.
+// A request larger than the block size gets a separate block, and the current block stays in use.
 void* Document::allocate_in_new_block(std::size_t bytes) noexcept {
     static_assert(sizeof(Block) <= HEADER_SIZE);
     const std::size_t size = std::max(next_block_size, bytes + HEADER_SIZE);

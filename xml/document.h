@@ -4,19 +4,20 @@
 
 namespace xml {
 
-/// Storage of one tree: its records, arrays and strings lie in shared blocks that are released together with
-/// the last handle to any node of the tree. Nothing is released before.
+/// Storage of one tree: its records, arrays and strings are in shared blocks that are freed together with the
+/// last handle to any node of the tree, and not before. Not thread-safe.
 class Document {
 public:
-    /// A document counted once, with room for about `expected_bytes`; null when memory is short.
+    /// A document with a count of 1 and room for about `expected_bytes`; null when memory is short.
     static Document* create(std::size_t expected_bytes) noexcept;
     /// A document without storage, for the shared empty node; it must never be released to zero.
     constexpr Document() noexcept = default;
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
+    /// Adds a handle.
     void retain() noexcept { ++handle_count; }
-    /// Frees everything, this object included, when the last handle goes.
+    /// Removes a handle; the last one frees everything, this object included.
     void release() noexcept;
 
     /// `bytes` of uninitialized storage; `alignment` is a power of two up to 16. Null when memory is short.
@@ -29,6 +30,7 @@ public:
         next_free = result + bytes;
         return result;
     }
+    /// Uninitialized storage for `count` elements; null when memory is short.
     template <class T>
     T* allocate_array(std::size_t count) noexcept {
         return static_cast<T*>(allocate(count * sizeof(T), alignof(T)));
@@ -36,7 +38,7 @@ public:
     /// A zero-terminated copy of `length` bytes; null when memory is short.
     char* copy_string(const char* text, std::size_t length) noexcept;
 
-    /// Takes over a buffer from malloc, to be freed with the document.
+    /// Takes ownership of a buffer from malloc, which is freed with the document.
     void adopt_text(char* buffer) noexcept { adopted_text = buffer; }
 
 private:

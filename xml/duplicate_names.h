@@ -6,9 +6,10 @@
 
 namespace xml {
 
+/// Result of `find` for distinct names.
 constexpr std::size_t NO_DUPLICATE = static_cast<std::size_t>(-1);
 
-/// Finds repeated names in a list; keeps its working storage between calls.
+/// Finds repeated names in a list; reuses its storage between calls.
 class DuplicateFinder {
 public:
     /// Position of the first name that equals an earlier one, or NO_DUPLICATE. Takes n log n comparisons.

@@ -14,7 +14,7 @@ XmlContentKind only_kind(const NodeRecord& record) {
     return record.text_count > 0 ? XmlContentKind::TEXT : XmlContentKind::CLEAR;
 }
 
-// Writes down the order that a null `order` stands for, with room for one entry more.
+// Creates the order that a null `order` implies, with room for one more entry.
 bool spell_out_order(NodeRecord& record) {
     const std::int32_t count = record.content_count();
     auto* order =

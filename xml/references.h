@@ -10,12 +10,13 @@
 
 namespace xml {
 
+/// A predefined entity.
 struct Entity {
-    std::string_view reference;
-    char character;
+    std::string_view reference; ///< "&amp;"
+    char character;             ///< '&'
 };
 
-/// The five entities, in the order in which they are looked for.
+/// The five predefined entities, in the order in which they are tried.
 constexpr std::array<Entity, 5> ENTITIES = {{
     {"&amp;", '&'},
     {"&lt;", '<'},
@@ -24,26 +25,26 @@ constexpr std::array<Entity, 5> ENTITIES = {{
     {"&apos;", '\''},
 }};
 
-/// One reference and the byte it stands for.
+/// A reference in a text and the byte that replaces it.
 struct Reference {
-    XmlError error;
-    std::size_t length;
-    char byte;
+    XmlError error;     ///< NONE, UNKNOWN_ENTITY or CHARACTER_CODE_ABOVE_255.
+    std::size_t length; ///< Bytes of the reference.
+    char byte;          ///< Its replacement.
 };
 
 /// Reads the reference at the ampersand `at` of a zero-terminated text. Entity names match ignoring case; a
-/// character reference stands for one byte, the zero byte when it has no digits.
+/// character reference is replaced by one byte, the zero byte when it has no digits.
 Reference read_reference(const char* at);
 
-/// What becomes of a text besides its line ends, which turn into line feeds. The bytes that the length table
-/// counts to one character are copied whole, whatever they are.
+/// How a text is decoded, besides its line ends, which become line feeds. The bytes that belong to a
+/// character by the length table are copied unchanged.
 struct DecodingRules {
     const CharacterTable& characters;
-    bool blanks_to_spaces; ///< every blank turns into a space, as in an attribute value
+    bool blanks_to_spaces; ///< every blank becomes a space, as in an attribute value
 };
 
-/// A zero-terminated copy of [begin, end) in the document with its references replaced; one that is wrong
-/// stays as it is. Null when memory is short.
+/// A zero-terminated copy of [begin, end) in the document's storage with its references replaced; invalid
+/// ones are unchanged. Null when memory is short.
 char* decode(Document& document, const char* begin, const char* end, const DecodingRules& rules);
 
 } // namespace xml

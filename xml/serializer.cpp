@@ -19,7 +19,7 @@ bool is_named(const NodeRecord& node) {
     return node.name != nullptr && *node.name != '\0';
 }
 
-// A blank keeps an element from being read as the section whose open tag looks the same.
+// A blank, so that an element is not read as the clear section with the same open tag.
 std::string_view open_tag_end(const NodeRecord& node) {
     return node.attribute_count == 0 && std::strcmp(node.name, "PRE") == 0 ? " >" : ">";
 }
@@ -81,7 +81,8 @@ void Serializer::close(const OpenNode& closing) {
     end_line();
 }
 
-// A null value is a bare word in a declaration; an element has no such thing, so there it is an empty value.
+// A null value is a bare word in a declaration; elements have no bare words, so there it becomes an empty
+// value.
 void Serializer::write_attributes(const NodeRecord& node) {
     for (std::int32_t i = 0; i < node.attribute_count; ++i) {
         const XmlAttribute& attribute = node.attributes[i];
@@ -144,7 +145,7 @@ void Serializer::write_escaped(std::string_view text, bool is_value) {
     }
 }
 
-// How much from the front reads back as it stands.
+// Count of bytes from the start that can be written unchanged.
 std::size_t Serializer::verbatim_length(std::string_view text, bool is_value) const {
     const unsigned stops = ENTITY | (is_value ? VALUE_STOP : TEXT_STOP);
     const char* at = text.data();

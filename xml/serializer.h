@@ -9,28 +9,31 @@
 
 namespace xml {
 
-/// Where serialised text goes, piece by piece.
+/// Receives serialized text, piece by piece.
 class TextSink {
 public:
     virtual ~TextSink() = default;
+    /// Takes the next piece, which is valid during the call only.
     virtual void write(std::string_view piece) = 0;
 };
 
+/// A depth: no indentation and no line ends are added.
 constexpr int NO_LAYOUT = -1;
 
-/// Turns a subtree into text that parses into an equal one. With layout every element, text and clear section
-/// has its own line, indented by one tab per level, however deep; a declaration and an unnamed root stand at
-/// the level of their content.
+/// Writes a subtree as text that parses into an equal one. With layout every element, text and clear section
+/// is on a separate line, indented by one tab per level without a limit; a declaration and an unnamed root
+/// are at the level of their content.
 ///
-/// The five characters of the entity table become entities. A byte that a reader would refuse or change
-/// becomes a character reference: control characters, bytes that make no character of the current encoding,
-/// line ends in attribute values, and, while white space is dropped, the blank at either end of a text.
+/// The five characters with entities become entities. Bytes that a parser would refuse or change become
+/// character references: control characters, bytes that are not characters of the current encoding, line ends
+/// in attribute values, and, if XmlSettings::drop_white_space, the blank at either end of a text.
 class Serializer {
 public:
     /// `depth` is the starting level or NO_LAYOUT. A declaration's encoding attribute that names a wide
     /// encoding is written as `byte_encoding`, unless that is null.
     Serializer(TextSink& output, int depth, const char* byte_encoding = nullptr);
 
+    /// Writes `top` and everything below it. Throws std::bad_alloc and what the sink throws.
     void write(const NodeRecord& top);
 
 private:

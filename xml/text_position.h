@@ -8,9 +8,9 @@
 
 namespace xml {
 
-/// Enters the line and column of `offset` into `results`, walking from the start of `text` by characters.
-/// The text may have been cut into strings since: a zero byte counts as the one-byte character it replaced,
-/// and the line feeds replaced are those at `lost_line_feeds` (ascending offsets).
+/// Sets the line and column of `offset` in `results`, counting characters from the start of `text`. The text
+/// may have been cut into strings since: a zero byte counts as the one-byte character that it replaced, and
+/// `lost_line_feeds` has the offsets of replaced line feeds, ascending.
 void find_position(const char* text, std::size_t offset, const XmlLengthTable& lengths,
                    const std::vector<std::size_t>& lost_line_feeds, XmlResults& results);
 

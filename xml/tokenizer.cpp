@@ -89,8 +89,8 @@ std::size_t Tokenizer::whole_length(const char* at, char quote) const {
     return whole;
 }
 
-// Text has no place beside the document element, save the rest of a document type that was cut. It is an
-// error only once there is an element: a text without any is reported as that.
+// Text is not allowed outside the document element, except the rest of a document type that was cut. It is an
+// error only once there is an element: a text without any element has a different error.
 bool Tokenizer::accept_run_here(const char* run, const char* decoded) {
     if (open_elements > 0)
         return true;
@@ -135,7 +135,7 @@ bool Tokenizer::continues_text_before_comment() const {
            contents[count - 2].kind == XmlContentKind::TEXT;
 }
 
-// Drops the comment and appends to the run before it. The room doubles, so that a run in many pieces costs
+// Discards the comment and appends to the run before it. The room doubles, so that a run of many pieces takes
 // linear time.
 void Tokenizer::join_text(const char* addition) {
     contents.pop_back();

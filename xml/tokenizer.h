@@ -14,7 +14,7 @@
 
 namespace xml {
 
-/// Passes a pointer on; throws std::bad_alloc for a null one.
+/// Returns `allocated`; throws std::bad_alloc when it is null.
 template <class T>
 T* require(T* allocated) {
     if (allocated == nullptr)
@@ -23,21 +23,22 @@ T* require(T* allocated) {
 }
 
 /// Reads one text into a tree. The text is cut into the tree's strings in place: their terminators overwrite
-/// the markup behind each, and what must be decoded is copied into the document.
+/// the markup after each, and strings that must be decoded are copied into the document.
 ///
-/// An error stops the reading. Its offset is that of the first character that fits nothing; of the opening,
-/// for a clear section or instruction that never ends; of the ampersand, for a reference; and of the end tag,
-/// for one that matches nothing. Throws std::bad_alloc, and nothing else.
+/// An error stops the reading. Its offset is that of the first invalid character; of the opening, for a clear
+/// section or instruction without an end; of the ampersand, for a reference; and of the end tag, for an
+/// unmatched one. Throws only std::bad_alloc.
 class Tokenizer {
 public:
     /// `text` is writable, zero-terminated at `length`, and belongs to the document.
     Tokenizer(Document& document, char* text, std::size_t length, const XmlSettings& settings);
 
+    /// Adds the content of the text to `root`. To be called once.
     void read_into(NodeRecord& root);
 
     /// NONE, UNMATCHED_END_TAG_WARNING, NO_TAG_FOUND_WARNING (no element) or the error that stopped it.
     XmlError get_error() const { return error; }
-    /// Where the error or first warning was met; the end of the text without one.
+    /// Offset of the error or first warning; the end of the text without one.
     std::size_t get_error_offset() const { return static_cast<std::size_t>(error_place - text); }
     /// Offsets of the line feeds that were overwritten, ascending.
     const std::vector<std::size_t>& get_lost_line_feeds() const { return lost_line_feeds; }

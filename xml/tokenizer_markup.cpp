@@ -244,7 +244,7 @@ bool Tokenizer::accept_clear_here(ClearTagIndex tag) const {
     }
 }
 
-// Moves `at` to the first `close`, whatever is between. Only the bytes of whole characters are stepped over
+// Moves `at` to the first `close`. Only the bytes of whole characters are stepped over
 // together: the second byte of one can be a bracket, but a first byte that lacks its others hides no end.
 bool Tokenizer::scan_verbatim(char*& at, std::string_view close) {
     for (;;) {
@@ -258,8 +258,8 @@ bool Tokenizer::scan_verbatim(char*& at, std::string_view close) {
     }
 }
 
-// Moves `at` to the end of a processing instruction. What it holds becomes names and values, which have no
-// control characters.
+// Moves `at` to the end of a processing instruction. Its content becomes names and values, in which control
+// characters are errors.
 bool Tokenizer::scan_instruction(char*& at) {
     for (;; ++at) {
         while (!characters.is(*at, CLEAR_STOP))
@@ -298,19 +298,19 @@ bool Tokenizer::read_instruction() {
     return true;
 }
 
-// The name "xml" in any case is kept for the declaration, which stands at the very begin and in lower case.
+// The name "xml" in any case is reserved for the declaration, which must be at the very start, in lower case.
 bool Tokenizer::check_declaration_here(const char* content, const char* end) {
     if (cursor != text || std::strncmp(text, "<?xml", 5) != 0)
         return fail(XmlError::UNEXPECTED_TOKEN, cursor);
     const DeclarationCheck check = check_declaration(view(content, end));
-    if (check.fault != nullptr)
-        return fail(XmlError::UNEXPECTED_TOKEN, check.fault);
+    if (check.error != nullptr)
+        return fail(XmlError::UNEXPECTED_TOKEN, check.error);
     return true;
 }
 
-// What an instruction holds between `at` and its zero-terminated `end`: name="value" as long as it goes on
-// like that, then words between blanks, which have no value. A quote in the words thus cannot pair up with
-// one of a value, in whichever quotes the values are written again.
+// The content of an instruction between `at` and its zero-terminated `end`: name="value" pairs first, then
+// words between blanks, which have no value. So a quote in the words cannot pair with one of a value when
+// values are written again with other quotes.
 void Tokenizer::read_pseudo_attributes(char* at, char* end) {
     bool only_words = false;
     for (;;) {
@@ -347,7 +347,7 @@ char* Tokenizer::find_pseudo_value(char* name_end, char* end, char*& value) cons
     return static_cast<char*>(close);
 }
 
-// Instructions have no references of their own, so one that is wrong is no error here.
+// References are not defined in instructions, so an invalid one is not an error here.
 void Tokenizer::add_pseudo_attribute(char* name, char* name_end, char* value, char* value_end) {
     terminate(name_end);
     const char* stored = value;

@@ -62,8 +62,8 @@ constexpr DeclaredName DECLARED_NAMES[] = {
     {"big5", XmlEncoding::BIG5},          {"gbk", XmlEncoding::GBK},
 };
 
-// Only the form of the bytes that continue a character counts; a character cut by the end of the buffer is
-// not a fault, and a zero byte ends the check.
+// Checks only the form of continuation bytes; a character cut off by the end of the buffer is not an error,
+// and a zero byte ends the check.
 bool continues_as_utf8(const char* buffer, std::size_t length) {
     std::size_t at = 0;
     while (at < length && buffer[at] != '\0') {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// How the bytes of a text make characters. UNKNOWN stands for "leave it as it is".
+/// Encoding of a text. UNKNOWN means "unchanged" for settings.
 enum class XmlEncoding : std::int32_t {
     UNKNOWN = 0,
     UTF_8 = 1,
@@ -23,6 +23,6 @@ const XmlLengthTable& get_length_table(XmlEncoding encoding);
 
 /// Guesses from the first `length` bytes of a file. UNKNOWN below 25 bytes and for UTF-16 (while wide
 /// characters are guessed, see XmlSettings). With `use_declaration` an encoding="..." within the first 200
-/// bytes decides; without it, or when it is incomplete, the bytes do: UTF_8 when every byte that should
-/// continue a character does, else SINGLE_BYTE.
+/// bytes decides; without it, or when it is incomplete, the bytes do: UTF_8 when all continuation bytes are
+/// valid, else SINGLE_BYTE.
 XmlEncoding guess_encoding(const char* buffer, std::size_t length, bool use_declaration);

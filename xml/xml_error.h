@@ -4,7 +4,7 @@
 #include <string>
 
 /// Outcome of a parse or a write. The two warnings leave a tree behind; every other code but NONE does not.
-/// The Base64 codes are never raised here: only their texts are kept, so that the numbering has no holes.
+/// The Base64 codes are never raised; they keep the numbering complete.
 enum class XmlError : std::int32_t {
     NONE = 0,
     UNMATCHED_END_TAG_WARNING = 1,
@@ -29,15 +29,14 @@ enum class XmlError : std::int32_t {
     BASE64_BUFFER_TOO_SMALL = 20,
 };
 
-/// What a parse found. Line and column count from 1, a character being one column whatever its bytes; both
-/// are 0 when there was no error or when the error has no place in a text.
+/// Result of a parse. Line and column are 0 when there was no error or when the error has no position.
 struct XmlResults {
-    XmlError error = XmlError::NONE;
-    std::int32_t line = 0;
-    std::int32_t column = 0;
+    XmlError error = XmlError::NONE; ///< Error or first warning.
+    std::int32_t line = 0;           ///< From 1.
+    std::int32_t column = 0;         ///< From 1; counts characters, not bytes.
 };
 
 /// Fixed English text of a code; "Unknown" for a number outside 0 to 20.
 const char* get_error_text(XmlError code);
-/// The same without the word in front ("Error: ", "Warning: ") and without a final full stop or line end.
+/// The same without "Error: " or "Warning: " and without a final full stop or line end.
 std::string get_error_reason(XmlError code);
