@@ -4,7 +4,7 @@
 
 namespace diagnostics {
 
-/// The causes that are told apart. Their names (`get_name`) are stable: programs compare them.
+/// The causes of diagnostics. Their names (`get_name`) are stable: programs compare them.
 enum class Code {
     // files
     FILE_MISSING,
@@ -20,7 +20,7 @@ enum class Code {
     CONFIG_TOO_COMPLEX,
     CONFIG_VARIABLE,
     CONFIG_BUILTIN,
-    // what a config consists of
+    // parts of a config
     LUT_MISSING,
     LUT_DAMAGED,
     LUT_UNWRITABLE,
@@ -60,24 +60,27 @@ enum class Code {
     LIBRARY_FAILURE,
 };
 
-/// A row of the table of codes.
+/// A code, its name and its meaning.
 struct CodeInfo {
-    Code code;
+    Code code;                ///< The code.
     std::string_view name;    ///< "lut-missing".
     std::string_view meaning; ///< One sentence for the documentation.
 };
 
+/// A range of codes, for range-based loops.
 struct CodeTable {
-    const CodeInfo* first;
-    const CodeInfo* last;
+    const CodeInfo* first; ///< The first one.
+    const CodeInfo* last;  ///< One past the last one.
+    /// The same as `first`.
     const CodeInfo* begin() const { return first; }
+    /// The same as `last`.
     const CodeInfo* end() const { return last; }
 };
 
 /// Every code once, in the order of the enumeration.
 CodeTable get_codes();
 
-/// The stable name of a code.
+/// The stable name of a code, "lut-missing".
 std::string_view get_name(Code code);
 
 } // namespace diagnostics

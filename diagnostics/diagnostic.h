@@ -7,37 +7,40 @@
 
 namespace diagnostics {
 
+/// In ascending order.
 enum class Severity { NOTE, WARNING, ERROR };
 
 /// "note", "warning" or "error".
 const char* get_name(Severity severity);
 
-/// One thing that is wrong, said where its cause is known. Plain data: copied, compared and kept freely.
+/// One error, warning or note, created where its cause is known. Plain data.
 struct Diagnostic {
-    Code code = Code::LIBRARY_FAILURE;
-    Severity severity = Severity::ERROR;
-    std::string
-        subject;      ///< What it is about: the name of a color space, a view, a CDL, an option; else empty.
-    std::string file; ///< Path of the file at fault, as it was opened; empty when there is none.
-    unsigned int line = 0;   ///< In that file, from 1; 0 when the cause has no line.
-    unsigned int column = 0; ///< In that line, from 1; 0 when the cause has no column.
+    Code code = Code::LIBRARY_FAILURE;   ///< The cause.
+    Severity severity = Severity::ERROR; ///< How serious it is.
+    /// Name of the color space, view, CDL, option and so on that it is about; may be empty.
+    std::string subject;
+    std::string file;        ///< Path of the file with the error, as it was opened; empty when there is none.
+    unsigned int line = 0;   ///< In that file, from 1; 0 without a line.
+    unsigned int column = 0; ///< In that line, from 1; 0 without a column.
     std::string message;     ///< One line without a final full stop: what is wrong, and why.
-    std::string hint;        ///< What to do about it; empty when that is not known.
+    std::string hint;        ///< What to do about it; may be empty.
 };
 
+/// Compares every field.
 bool operator==(const Diagnostic& a, const Diagnostic& b);
 
+/// In the order in which they were reported.
 using Diagnostics = std::vector<Diagnostic>;
 
-/// The most severe of them, the first one among equals; null for an empty list.
+/// The most severe one, the first of several; null for an empty list. Points into `list`.
 const Diagnostic* find_worst(const Diagnostics& list);
+/// Whether one of them has the severity ERROR.
 bool has_error(const Diagnostics& list);
 
-/// "grades.ccc:3:17: the element is not closed": the message behind its place in a file, where it has a line.
+/// The message, after its position if it has a line: "grades.ccc:3:17: the element is not closed".
 std::string format_located(const Diagnostic& diagnostic);
 
-/// `text` in one line, as messages are: runs of blanks and line ends become one blank, a final full stop
-/// goes.
+/// `text` as a message: runs of blanks and line ends become one blank, a final full stop is removed.
 std::string flatten(const std::string& text);
 
 } // namespace diagnostics

@@ -9,16 +9,19 @@
 
 namespace diagnostics {
 
-/// Ends what cannot go on: carries at least one diagnostic. `what()` is the worst one's message, and its hint
-/// behind a semicolon.
+/// Exception with at least one diagnostic. `what()` is the message of the worst one, and after a semicolon
+/// its hint.
 class Failure : public std::runtime_error {
 public:
+    /// One diagnostic.
     explicit Failure(Diagnostic reason) : Failure(Diagnostics{std::move(reason)}) {}
-    /// `reasons` is not empty.
+    /// `reasons` must not be empty.
     explicit Failure(Diagnostics reasons)
         : std::runtime_error(get_text(*find_worst(reasons))), reasons(std::move(reasons)) {}
 
+    /// All of them; never empty.
     const Diagnostics& get_diagnostics() const { return reasons; }
+    /// The most severe one, the first of several.
     const Diagnostic& get_worst() const { return *find_worst(reasons); }
 
 private:
@@ -33,15 +36,17 @@ private:
 Diagnostic make_error(Code code, std::string message, std::string subject = {});
 /// An error about the file at `path`.
 Diagnostic make_file_error(Code code, std::string message, std::string path);
+/// A warning about `subject`, which may be empty.
 Diagnostic make_warning(Code code, std::string message, std::string subject = {});
+/// A note about `subject`, which may be empty.
 Diagnostic make_note(Code code, std::string message, std::string subject = {});
 
-/// The worst of `causes` as the reason why `what` failed: "cannot convert from 'a' to 'b': no LUT
-/// 'film.cube'". Without causes, `what` alone under the code `otherwise`.
+/// The worst of `causes`, with `what` before its message: "cannot convert from 'a' to 'b': no LUT
+/// 'film.cube'". Always an error. Without causes, an error with the code `otherwise` and an unknown reason.
 Diagnostic add_context(const std::string& what, const Diagnostics& causes, Code otherwise);
 
-/// Of a Failure the worst diagnostic; of any other exception an error with its text; of a shortage of memory
-/// one that says so.
+/// The worst diagnostic of a Failure; OUT_OF_MEMORY for std::bad_alloc; for any other exception an error with
+/// its text.
 Diagnostic describe(const std::exception& exception);
 
 /// The same diagnostic with a hint.

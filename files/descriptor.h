@@ -6,10 +6,11 @@
 
 namespace files {
 
-/// Owns a file descriptor of the system.
+/// Owns a file descriptor; movable.
 class Descriptor {
 public:
     Descriptor() = default;
+    /// Takes ownership of `number`; a negative one means none.
     explicit Descriptor(int number) : number(number) {}
     Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
@@ -21,9 +22,11 @@ public:
             ::close(number);
     }
 
+    /// Whether it has a descriptor.
     bool is_open() const { return number >= 0; }
+    /// The descriptor, still owned; -1 without one.
     int get() const { return number; }
-    /// Closes it now; false when the system reports an error, as a full disk does on some file systems.
+    /// Closes it; false with errno when the system reports an error, for example for a full disk.
     bool close() { return ::close(std::exchange(number, -1)) == 0; }
 
 private:

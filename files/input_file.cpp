@@ -25,8 +25,8 @@ std::optional<Failure> check_kind(const std::string& path, const struct stat& st
 
 } // namespace
 
-// Already opening a pipe or a device has effects on others, so what the path names is looked at first, and
-// once more on the open file, in case that it was exchanged in between.
+// Merely opening a pipe or a device has side effects, so the type is checked before opening, and again on the
+// open file in case it was replaced in between.
 Result<Descriptor> open_for_reading(const std::string& path) {
     struct stat status;
     if (retry([&] { return stat(path.c_str(), &status); }) != 0)

@@ -25,14 +25,14 @@ struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// Whoever writes a temporary file keeps it locked.
+/// A temporary file is locked while it is written.
 bool is_abandoned(const Descriptor& file) {
     struct stat status;
     return file.is_open() && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
            status.st_uid == geteuid() && retry([&] { return flock(file.get(), LOCK_EX | LOCK_NB); }) == 0;
 }
 
-// The time of its making tells a folder from an earlier one with the same number.
+// The creation time distinguishes a folder from an earlier one with the same number.
 bool is_first_visit(int folder) {
     static std::mutex mutex;
     static std::set<std::array<std::uint64_t, 5>> visited;
@@ -72,7 +72,7 @@ void remove_leftovers(const std::string& folder) {
     }
 }
 
-// Files are made under the lock, so that whoever holds it knows all of them.
+// Files are made under the mutex, so that its holder sees all of them.
 bool make_temporary_file(const std::string& path, const std::function<bool()>& make) {
     const std::lock_guard<std::mutex> lock(get_temporary_files().mutex);
     if (!make())

@@ -5,17 +5,17 @@
 
 namespace files {
 
-/// Removes the temporary files that killed programs of this user left in `folder`. Those that a program still
-/// writes are locked and stay. Looks once per process into each folder.
+/// Removes the temporary files that killed programs of this user left in `folder`; files still being written
+/// are locked and stay. Checks each folder once per process.
 void remove_leftovers(const std::string& folder);
 
-/// Has `make` make the temporary file `path`, and remembers it when `make` answers true, so that a program
-/// that a signal ends can remove it.
+/// Calls `make`, which makes the temporary file `path`, and registers the file when `make` returns true, so
+/// that a signal handler can remove it. Returns the result of `make`.
 bool make_temporary_file(const std::string& path, const std::function<bool()>& make);
-/// To be called once the file has another name or none.
+/// Removes the registration; to be called once the file was renamed or removed.
 void forget_temporary_file(const std::string& path);
-/// Removes all temporary files of this process. From then on none can be made, its threads wait for ever: the
-/// process is to end.
+/// Removes all registered temporary files of this process, which must end afterwards: threads that make
+/// another one block forever.
 void remove_temporary_files();
 
 } // namespace files

@@ -11,7 +11,8 @@ namespace files {
 
 namespace {
 
-// Where a folder cannot be locked, which network file systems know for files open for writing only. It stays.
+// Locked instead where a folder cannot be locked: network file systems lock only files open for writing. It
+// is never removed.
 constexpr char LOCK_FILE[] = "/.qb_colorio.lock";
 
 // 0 or errno.

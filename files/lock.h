@@ -7,12 +7,12 @@
 
 namespace files {
 
-/// Keeps out, while it lives, all others that take the lock of the same folder: other processes, and other
-/// places of this one.
+/// An exclusive lock of a folder, held until destruction: against other processes and against other locks in
+/// this process.
 class Lock {
 public:
-    /// Waits until the lock is free. The folder must exist. On a file system that has no locks, and in a
-    /// folder that may not be read, nothing is locked, and that is not a failure.
+    /// Waits until the lock is free. The folder must exist. On a file system without locks, and for a folder
+    /// without read permission, nothing is locked, which is not a failure.
     static Result<Lock> take(const std::string& folder);
 
 private:

@@ -34,7 +34,7 @@ std::string get_extension(const std::string& path) {
     return is_usable ? name.substr(dot) : "";
 }
 
-// A file system that has nothing to flush is no failure.
+// A file system without flushing is not a failure.
 bool flush(const Descriptor& file) {
     return retry([&] { return fsync(file.get()); }) == 0 || errno == EINVAL || errno == EROFS ||
            errno == ENOTSUP;
@@ -78,7 +78,7 @@ bool Replacement::open_target(const ReplacementRules& rules) {
     const bool is_regular = S_ISREG(old.st_mode);
     if (!is_regular && !rules.writes_special_files)
         return refuse(0, NOT_A_REGULAR_FILE);
-    // A rename would not mind that the file is write-protected, its owner would.
+    // A rename would replace a write-protected file, against its owner's intention.
     if (retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
         return false;
     if (!is_regular)
@@ -88,7 +88,7 @@ bool Replacement::open_target(const ReplacementRules& rules) {
     return open_folder() && open_new(rules.has_path, UNFINISHED_MODE);
 }
 
-// A pipe that nobody reads must not keep the caller waiting, so it is opened without waiting; writing waits.
+// A pipe without a reader must not block the caller, so it is opened without waiting; writing waits.
 bool Replacement::open_in_place() {
     in_place = true;
     descriptor =
@@ -96,8 +96,8 @@ bool Replacement::open_in_place() {
     return is_open() && fcntl(descriptor.get(), F_SETFL, 0) == 0;
 }
 
-// Opened in advance, since after the rename it is too late to fail. Who may not read the folder cannot flush
-// it either, and may still replace its files.
+// Opened in advance, since after the rename it is too late to fail. Without read permission the folder cannot
+// be flushed, but its files can be replaced.
 bool Replacement::open_folder() {
     const std::string name = get_folder(target);
     folder = Descriptor(retry([&] { return open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
@@ -114,8 +114,8 @@ bool Replacement::open_new(bool has_path, mode_t new_mode) {
     return (has_path || knows_no_unnamed_files(errno)) && open_named(new_mode);
 }
 
-// A file without a name vanishes with the process, even a killed one. Not every file system has them, and
-// only /proc can name them later.
+// A file without a name disappears with the process, even a killed one. Not every file system supports them,
+// and only /proc can name them later.
 bool Replacement::open_unnamed(mode_t new_mode) {
     if (access(OPEN_FILES, X_OK) != 0) {
         errno = EOPNOTSUPP;
@@ -167,8 +167,8 @@ bool Replacement::make_named(const Make& make) {
     return false;
 }
 
-// The lock says that the file is not a leftover. False when somebody took it for one before it was locked.
-// Where there are no locks nobody removes leftovers.
+// The lock marks the file as in use. False when another process removed it as a leftover before it was
+// locked. Without locks leftovers are not removed.
 bool Replacement::lock_temporary() {
     struct stat status;
     if (retry([&] { return flock(descriptor.get(), LOCK_EX); }) != 0 || temporary.empty())

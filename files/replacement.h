@@ -11,14 +11,13 @@
 
 namespace files {
 
+/// How a file is replaced.
 struct ReplacementRules {
-    /// Permissions of the new file; without it those of the old one, or those that the process gives to new
-    /// files.
+    /// Permissions of the new file; empty: those of the old one, or the process's default for new files.
     std::optional<mode_t> mode;
-    /// A device or a pipe is written in place instead of refused. A pipe that nobody reads is still refused.
+    /// Devices and pipes are written in place instead of refused. A pipe without a reader is always refused.
     bool writes_special_files = false;
-    /// The new file has a path from the start, `get_temporary_path`, for code that opens files by their
-    /// paths.
+    /// The new file has a path from the start (`get_temporary_path`), for code that opens files by path.
     bool has_path = false;
 };
 
@@ -26,34 +25,34 @@ struct ReplacementRules {
 /// when it is complete and on the disk.
 ///
 /// - The new file has the old one's permissions, owner and group, as far as the process may set them; a group
-///   that cannot be kept gives its permissions to no other group. The right to run as the file's owner or
-///   group (setuid, setgid) is never handed on to new content.
-/// - Symbolic links are followed and stay; one that leads to nothing gets its target made.
+///   that cannot be kept does not pass its permissions to another group. The right to run as the file's owner
+///   or group (setuid, setgid) is never kept for new content.
+/// - Symbolic links are followed and stay; the missing target of a link is created.
 /// - Other names (hard links) of the old file keep the old content.
-/// - A file that the process may not write is refused, though its folder would let it be replaced.
-/// - Nothing is left beside the target: the new file has no name until it is complete, where the file system
-///   knows such files. Otherwise, and for the moment in between, what a killed process left is removed when a
-///   file in the same folder is replaced next.
+/// - A file without write permission is refused, even where its folder would allow a replacement.
+/// - No temporary file remains: where the file system supports it, the new file has no name until it is
+///   complete. Otherwise, files left by a killed process are removed at the next replacement in the folder.
 class Replacement {
 public:
+    /// Opens the new file; check `is_open` or `get_failure`.
     explicit Replacement(const std::string& path, const ReplacementRules& rules = {});
     /// Without a successful `commit` the old file stays and nothing is left beside it.
     ~Replacement();
     Replacement(const Replacement&) = delete;
     Replacement& operator=(const Replacement&) = delete;
 
+    /// False after a failure, and after `commit`.
     bool is_open() const { return descriptor.is_open(); }
-    /// False when not all bytes could be written; the replacement is then abandoned. Bytes may wait in memory
-    /// for `commit`.
+    /// False when not all bytes could be written; the replacement is then abandoned. Bytes may be buffered
+    /// until `commit`.
     bool write(std::string_view bytes);
-    /// Brings the bytes to the disk and takes the old file's place. False when any step failed, or an earlier
-    /// one had; the old file is then untouched, unless its folder alone could not be brought to the disk:
-    /// then the new file is in place, as the reason says.
+    /// Flushes the new file to disk and replaces the old one. False when this or an earlier step failed; the
+    /// old file is then unchanged, unless only the folder could not be flushed: then the new file is in
+    /// place, as the reason says.
     bool commit();
-    /// Why the first step that failed did; nothing while none has.
+    /// Why the first failed step failed; empty when none did.
     const std::optional<Failure>& get_failure() const { return failure; }
-    /// Where the new file can be opened until `commit`; empty unless the rules ask for a path. It has the
-    /// target's extension.
+    /// Path of the new file until `commit`, with the target's extension; empty unless the rules ask for one.
     const std::string& get_temporary_path() const { return temporary; }
 
 private:
@@ -80,10 +79,10 @@ private:
     void abandon();
 
     const std::string path;
-    std::string target;    ///< Behind the links.
+    std::string target;    ///< After following links.
     std::string temporary; ///< Path of the new file; empty while it has none.
     bool in_place = false;
-    std::optional<mode_t> mode; ///< Of the complete file; without it as it was made.
+    std::optional<mode_t> mode; ///< Of the complete file; empty: unchanged.
     std::optional<Owner> owner; ///< Of the old file.
     std::string buffer;
     Descriptor folder;

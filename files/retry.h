@@ -4,8 +4,7 @@
 
 namespace files {
 
-/// Calls `call` again as long as a signal interrupts it; its last result. `call` returns -1 and sets errno as
-/// the system's own calls do.
+/// Repeats `call` while a signal interrupts it (-1 and EINTR); returns its last result.
 template <class Call>
 auto retry(const Call& call) {
     auto result = call();

@@ -5,11 +5,11 @@
 
 namespace files {
 
-/// A name that no other temporary file has, in all likelihood: ".qb_colorio-PID-COUNT-TIME.tmp" and
-/// `extension`, which begins with a '.' or is empty. Short, so that the longest names can be replaced too.
+/// A name that is very probably unique: ".qb_colorio-PID-COUNT-TIME.tmp" and `extension`, which begins with
+/// '.' or is empty. Short, so that files with the longest names can be replaced too.
 std::string make_temporary_name(std::string_view extension);
 
-/// Whether `name` is of that kind.
+/// Whether `name` has that form.
 bool is_temporary_name(std::string_view name);
 
 } // namespace files

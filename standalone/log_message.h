@@ -2,7 +2,7 @@
 
 #include "host/core/core_log.h"
 
-/// Streams `parts` into one message for `handler`, which is only built when the handler wants that level.
+/// Streams `parts` into one message for `handler`; it is built only if the handler takes that level.
 template <class... Parts>
 void log_message(CoreLogHandler& handler, unsigned int level, const Parts&... parts) {
     if (handler.get_level() < level)

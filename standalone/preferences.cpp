@@ -25,7 +25,7 @@
 
 namespace {
 
-// Whatever the old file's permissions are, a preferences file is for its user alone.
+// A preferences file is private to its user, also if the old one was not.
 constexpr files::ReplacementRules WRITING_RULES{0600, false, false};
 
 constexpr char NOT_PREFERENCES[] = "not a preferences file; it is neither used nor changed";
@@ -76,7 +76,7 @@ void PreferenceFile::State::take_module_values() {
         copy_values(*entry, color_management, nullptr);
 }
 
-// Copies what the module does not know in the file's entry to the entry that it has just saved.
+// Copies the entries unknown to the module from the file's entry to the one that it has just saved.
 void PreferenceFile::State::keep_unknown_module_entries() {
     const ParserEntry* const in_file = root->find_entry(MODULE_ENTRY);
     const ParserGroup* const group = in_file ? in_file->get_group(0) : nullptr;
@@ -109,7 +109,7 @@ PreferenceFile::State::Content PreferenceFile::State::read() {
     return Content::READ;
 }
 
-// `fault` says why `text` cannot be parsed.
+// `fault`: why `text` cannot be parsed.
 PreferenceFile::State::Content PreferenceFile::State::refuse(const std::string& text,
                                                              const YamlFault& fault) {
     if (is_damaged_preferences(text)) {
@@ -139,8 +139,7 @@ void PreferenceFile::State::report_damage(Severity severity, const std::string& 
     report(severity, damage->reason + "; " + consequence, Code::PREFERENCES_INVALID, &*damage);
 }
 
-// Locks the folder that the file itself lies in, whatever links lead there, after making it when it is
-// missing.
+// Locks the folder that contains the file after following links; makes it when it is missing.
 bool PreferenceFile::State::take_lock() {
     auto target = files::follow_links(path.get_data());
     if (!target)
@@ -165,7 +164,7 @@ bool PreferenceFile::State::set_damaged_aside() {
     return !kept.empty();
 }
 
-// What is to be written: the preferences of `app`, `color_management`, and what the file holds besides.
+// The content to write: the preferences of `app`, `color_management`, and other entries of the file.
 std::shared_ptr<ParserGroup> PreferenceFile::State::make_content(const StandaloneApp& app) const {
     auto preferences = std::make_shared<ParserGroup>(nullptr);
     add_preference_marker(*preferences);

@@ -35,7 +35,7 @@ struct StandaloneApp::State {
     std::string make_process_folder(const std::string& reason);
     std::string make_temp_folder(const std::string& name, std::string& base);
 
-    // Tells whether `field` changed.
+    // Returns whether `field` changed.
     template <class Value>
     static bool change(Value& field, const Value& value) {
         if (field == value)
@@ -119,8 +119,8 @@ OfObjectFactory& StandaloneApp::get_object_factory() {
     return state->object_factory;
 }
 
-// Where temporary files go when the user's cache folder cannot be used for `reason`. Empty on success, else
-// why not there either.
+// Makes the folder for temporary files when the user's cache folder cannot be used because of `reason`. Empty
+// on success, else the reason.
 std::string StandaloneApp::State::make_process_folder(const std::string& reason) {
     auto made = ProcessFolder::make();
     if (!made)
@@ -135,7 +135,7 @@ std::string StandaloneApp::State::make_process_folder(const std::string& reason)
     return {};
 }
 
-// Makes FOLDER_NAME/`name` in a folder that it answers in `base`. Empty on success, else the reason.
+// Makes FOLDER_NAME/`name` in a folder that it returns in `base`. Empty on success, else the reason.
 std::string StandaloneApp::State::make_temp_folder(const std::string& name, std::string& base) {
     const bool is_users = cache_folder.is_empty();
     base = is_users ? get_user_cache_folder() : std::string(cache_folder.view());

@@ -5,14 +5,14 @@
 #include "host/host_export.h"
 #include "host/of/of_app.h"
 
-/// The application of a program that has no other: it keeps the preferences, makes enumerations, and has a
-/// private folder for temporary files.
+/// The application for programs without a host application: it has the preferences, the factory of
+/// enumerations, and a private folder for temporary files. For one thread at a time.
 ///
-/// Every setter stores its value first and then raises the preference's event, and does neither when the
-/// value is already the one it is given.
+/// Every setter stores its value and then raises the preference's event; setting the current value again does
+/// neither.
 class HOST_API StandaloneApp : public OfApp {
 public:
-    /// Temporary folders are made below `cache_folder`; when it is empty, below the user's own
+    /// Temporary folders are made below `cache_folder`; if it is empty, below the user's cache folder
     /// ($XDG_CACHE_HOME or "~/.cache").
     explicit StandaloneApp(const CoreString& cache_folder = {});
     ~StandaloneApp() override;
@@ -30,8 +30,8 @@ public:
     void set_cdl_library_file_path(const CoreString& path);
     /// Raises EVT_ID_APPLICATION_COLOR_SPACE_NAME_CHANGED.
     void set_default_color_space_name(const CoreString& name);
-    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED: the switch has no event of its own,
-    /// and the listeners of the path's event ask for both.
+    /// Raises EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED: there is no separate event, and
+    /// handlers of the path's event read both.
     void set_use_color_space_by_extension_file(unsigned int use);
     /// Raises EVT_ID_APPLICATION_COLOR_SPACE_BY_EXT_FILE_PATH_CHANGED.
     void set_color_space_by_extension_file_path(const CoreString& path);
@@ -44,15 +44,15 @@ public:
     const CoreString& get_color_space_by_extension_file_path() const override;
 
     OfObjectFactory& get_object_factory() override;
-    /// The folder is "qb_colorio/`name`" below the cache folder, for this user alone: mode 0700. It is
+    /// The folder is "qb_colorio/`name`" below the cache folder, private to the user: mode 0700. It is
     /// refused, with a message at level 1, when it or its parent belongs to another user or is a link, when
     /// every user may write where it would be made, and when `name` is not a single path component.
-    /// Where the user's own cache folder is refused, or the user has none, the folder is made in a private
-    /// one in $TMPDIR or "/tmp" instead, which is removed with this object; `get_temp_folder_note` then says
-    /// so, as does a message at level 3.
+    /// If the user's cache folder is refused or missing, the folder is made in a private one in $TMPDIR or
+    /// "/tmp" instead, which is removed with this object; `get_temp_folder_note` and a message at level 3
+    /// then say so.
     bool create_temp_folder(const CoreString& name, CoreString& path) override;
 
-    /// What the user should know about where temporary files are: empty when that is the cache folder.
+    /// A note for the user on where temporary files are; empty when they are in the cache folder.
     const CoreString& get_temp_folder_note() const;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the class registry calls to destroy objects of `Class`.
+/// A CoreClassInfo::ClassDestructor for `Class`; always true.
 template <class Class>
 bool destroy_object(void* object, const bool& array) {
     if (array)

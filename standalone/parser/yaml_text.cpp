@@ -10,12 +10,12 @@ namespace {
 
 constexpr char32_t INVALID = 0xFFFFFFFF;
 
-// A name in front of a ':' on its line has 1024 characters at most (YAML 1.2, section 7.4); this leaves room
-// for a tag.
+// A name before ':' on its line has at most 1024 characters (YAML 1.2, section 7.4); this leaves room for a
+// tag.
 constexpr size_t MAX_IMPLICIT_NAME = 1000;
 
 struct Utf8Form {
-    unsigned char mask; // bits of the first byte that tell the length
+    unsigned char mask; // bits of the first byte that encode the length
     unsigned char mark; // their value
     size_t length;
     char32_t smallest; // code points below it have a shorter form

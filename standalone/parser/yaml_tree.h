@@ -36,5 +36,5 @@ struct YamlNode {
     unsigned int height = 1; ///< Levels of nodes down from this one.
 };
 
-/// Reads the one document of `text`; null when it holds none. Throws YamlError.
+/// Reads the single document of `text`; null when there is none. Throws YamlError.
 YamlNodePtr read_yaml_tree(std::string_view text);

@@ -57,7 +57,7 @@ void remove_abandoned(const std::string& place) {
     }
 }
 
-/// Opens and locks the new folder; false when somebody took it for an abandoned one before.
+/// Opens and locks the new folder; false when another process removed it as abandoned before.
 bool take(const std::string& path, Descriptor& folder) {
     struct stat status;
     folder = open_folder(path);

@@ -2,6 +2,6 @@
 
 #include <string>
 
-/// Renames the file at `path` to "`path`.damaged-N", N being the first number from 1 that is free, and
-/// answers the new path; empty when that failed.
+/// Renames the file at `path` to "`path`.damaged-N" with the first free number N from 1. Returns the new
+/// path; empty on failure.
 std::string set_aside(const std::string& path);
