@@ -16,8 +16,7 @@ namespace {
 constexpr char NO_EGL[] = "this machine has no EGL; install libegl1 and libgl1-mesa-dri (Mesa's software "
                           "driver does where there is no GPU)";
 
-/// The library behind the EGL functions ends the process when it finds no EGL, so its presence is asked
-/// first.
+/// libepoxy ends the process when there is no EGL, so its presence is checked first.
 bool is_egl_installed() {
     void* library = dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL);
     if (library)

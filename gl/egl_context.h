@@ -6,8 +6,8 @@
 
 namespace gl {
 
-/// An OpenGL context without a window, current on the thread that made it until it goes; then the context
-/// that was current before is current again. Contexts of one thread end in reverse order of their making.
+/// An OpenGL context without a window, current on the thread that made it until its destruction, which makes
+/// the context before it current again. Contexts of one thread must be destroyed in reverse order.
 class EglContext {
 public:
     /// Prefers a display without devices or windows, then the first device that has a driver. Throws GlError
@@ -17,6 +17,7 @@ public:
     EglContext(const EglContext&) = delete;
     EglContext& operator=(const EglContext&) = delete;
 
+    /// Makes it current on the calling thread. Throws GlError.
     void make_current();
 
 private:

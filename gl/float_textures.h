@@ -4,12 +4,12 @@
 
 namespace gl {
 
-/// Uploads a color table as the module hands it out: edge^3 RGB floats, red fastest, into an RGB32F 3D
-/// texture, linearly filtered, clamped to its edge. Throws GlError when the driver refuses.
+/// Uploads a 3D LUT from ColorIOConverter::get_gpu_shader_data: edge^3 RGB floats, red fastest, into an
+/// RGB32F 3D texture, linearly filtered, clamped to its edge. Throws GlError when the driver refuses.
 void upload_table(const GlTexture& texture, const float* table, int edge);
 
-/// Makes a 2D texture of RGBA32F, unfiltered, of `rgba` (rows bottom to top as OpenGL counts them; null
-/// leaves it uninitialized). Throws GlError when the driver refuses the size.
+/// Makes an unfiltered 2D texture of RGBA32F from `rgba` (rows from bottom to top; null leaves it
+/// uninitialized). Throws GlError when the driver refuses the size.
 void upload_pixels(const GlTexture& texture, const float* rgba, int width, int height);
 
 } // namespace gl

@@ -4,7 +4,7 @@
 
 namespace gl {
 
-/// Something that OpenGL or the window system refused, in words for the user.
+/// An error of OpenGL or the window system; its text is for the user.
 class GlError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

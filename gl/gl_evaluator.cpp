@@ -11,7 +11,7 @@ namespace gl {
 
 namespace {
 
-/// Pixels in one row of the images that carry inputs and results.
+/// Pixels in one row of the textures for inputs and results.
 constexpr int ROW = 1024;
 
 constexpr char LEGACY_MAIN[] = R"(
@@ -28,7 +28,7 @@ out vec4 result;
 void main() { result = OCIODisplay(texture(pixels, place), lut3d); }
 )";
 
-/// Has drawing go into a texture as long as it lives.
+/// During its lifetime drawing goes into a texture.
 class DrawTarget {
 public:
     DrawTarget(const GlTexture& texture, int width, int height) {

@@ -13,19 +13,19 @@
 namespace gl {
 
 /// Runs `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)` on float pixels in a fragment shader, in a
-/// context of its own.
+/// separate context. For one thread, the one that made it.
 class GlEvaluator {
 public:
-    /// Throws GlError when this machine has no OpenGL of that profile that works without a window.
+    /// Throws GlError when OpenGL with that profile is not available without a window.
     explicit GlEvaluator(GlProfile profile);
 
-    /// Takes the function's text and the edge^3 RGB floats of `lut3d`, red fastest. Throws GlError with the
-    /// compiler's words when the text does not compile; nothing is loaded then.
+    /// Loads the function's text and the edge^3 RGB floats of `lut3d`, red fastest. Throws GlError with the
+    /// compiler's messages when the text does not compile; then nothing is loaded.
     void load(const std::string& text, const float* table, int edge);
-    /// Red, green, blue, alpha floats of every pixel, converted. Throws GlError, also when nothing is loaded.
+    /// Converts pixels of red, green, blue, alpha floats. Throws GlError, also when nothing is loaded.
     std::vector<float> run(const std::vector<float>& rgba);
 
-    /// What the driver calls itself.
+    /// The driver's name (GL_RENDERER).
     std::string get_renderer();
 
 private:

@@ -6,7 +6,7 @@
 
 namespace gl {
 
-/// Owner of one OpenGL name: made and deleted with the context current that it belongs to. Movable.
+/// Owner of one OpenGL name; its context must be current at construction and destruction. Movable.
 template <void (*GENERATE)(GLuint&), void (*DELETE)(GLuint)>
 class GlObject {
 public:
@@ -20,6 +20,7 @@ public:
     GlObject(const GlObject&) = delete;
     GlObject& operator=(const GlObject&) = delete;
 
+    /// The name, still owned; 0 after a move.
     GLuint get() const { return name; }
 
 private:

@@ -2,7 +2,7 @@
 
 namespace gl {
 
-/// Which OpenGL, and with it which GLSL, a context speaks.
+/// The versions of OpenGL and GLSL of a context.
 enum class GlProfile {
     LEGACY, ///< OpenGL 2.1, GLSL 1.20.
     CORE    ///< OpenGL 3.3 core profile, GLSL 3.30.

@@ -6,17 +6,19 @@
 
 namespace gl {
 
-/// A linked pair of a vertex and a fragment shader. The attribute "corner", if there is one, has index 0.
+/// A linked pair of a vertex and a fragment shader, in the current context. The attribute "corner", if it
+/// exists, has index 0.
 class GlProgram {
 public:
-    /// Throws GlError with the driver's words and the lines of the text that they speak of.
+    /// Throws GlError with the driver's messages and the numbered lines of the text.
     GlProgram(const std::string& vertex_text, const std::string& fragment_text);
     ~GlProgram();
     GlProgram(GlProgram&& other) noexcept;
     GlProgram& operator=(GlProgram&& other) noexcept;
 
+    /// Makes it the program in use.
     void use() const;
-    /// Location of a uniform; -1 when the program has no use for it.
+    /// Location of a uniform; -1 when the program does not use it.
     GLint get_uniform(const char* name) const;
 
 private:
