@@ -7,15 +7,14 @@
 
 namespace pixel {
 
-/// Pixels worked on at a time: four planes of this length fit the first-level cache beside a table.
+/// Pixels of a block: four planes of this length fit into the first-level cache together with a LUT.
 constexpr std::size_t BLOCK_PIXELS = 512;
-/// Most lanes a vector of floats has on any supported target; block lengths are rounded up to a multiple of
-/// it.
+/// Most float lanes of a vector on any supported target; block lengths are rounded up to a multiple of it.
 constexpr std::size_t MAX_LANES = 16;
 
 /// Some pixels, one plane per channel. `padded` is `count` rounded up to MAX_LANES; kernels may compute the
-/// padding pixels too. Planes start at cache lines: they are the block's own, or part of a planar image,
-/// where there are no padding pixels to be computed.
+/// padding pixels too. Planes start at cache lines: they are `own`, or part of a planar image, which has no
+/// padding pixels.
 struct alignas(64) Block {
     float own[4][BLOCK_PIXELS];
     float* plane[4] = {own[0], own[1], own[2], own[3]};
@@ -28,6 +27,7 @@ struct alignas(64) Block {
     Block& operator=(const Block&) = delete;
 };
 
+/// `count` rounded up to a multiple of MAX_LANES.
 inline std::size_t round_up_to_lanes(std::size_t count) {
     return (count + MAX_LANES - 1) / MAX_LANES * MAX_LANES;
 }

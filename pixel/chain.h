@@ -11,41 +11,43 @@
 
 namespace pixel {
 
-/// Where the floats of a packed image lie. Strides count floats; 0 stands for "no gaps".
+/// Memory layout of a packed image.
 struct PackedLayout {
-    std::size_t width = 0;
-    std::size_t height = 0;
-    std::size_t channels = 4; ///< at least 3: red, green, blue, alpha; further ones are left alone
-    std::ptrdiff_t pixel_stride = 0;
-    std::ptrdiff_t row_stride = 0;
+    std::size_t width = 0;           ///< pixels
+    std::size_t height = 0;          ///< pixels
+    std::size_t channels = 4;        ///< at least 3: red, green, blue, alpha; others are unchanged
+    std::ptrdiff_t pixel_stride = 0; ///< floats; 0: no gaps
+    std::ptrdiff_t row_stride = 0;   ///< floats; 0: no gaps; may be negative
 };
 
-/// The operations in words, as given and as they are carried out.
+/// The operations in words.
 struct Description {
-    std::vector<std::string> given;
-    std::vector<std::string> simplified;
+    std::vector<std::string> given;      ///< as passed to the constructor
+    std::vector<std::string> simplified; ///< as they are computed
 };
 
+/// One of the simplified operations and its result.
 struct TraceStep {
-    std::string operation;
+    std::string operation;      ///< in words
     std::array<float, 4> value; ///< red, green, blue, alpha after the operation
 };
 
-/// A chain of operations made ready to run on pixels, on the widest vectors the processor has. Pixels are
-/// changed in place; nothing is allocated after construction; one program may be used by several threads at
-/// once. Red, green and blue depend on alpha only where an operation says so; an image without alpha reads
-/// as alpha 0.
+/// A chain of operations compiled for the widest vectors of the processor. Pixels are changed in place; applying
+/// allocates no memory and is thread-safe. Red, green and blue depend on alpha only in operations that say so;
+/// an image without alpha is converted with alpha 0.
 class Program {
 public:
-    /// Throws std::invalid_argument when an operation contradicts itself (a table of the wrong size, say).
+    /// Throws std::invalid_argument for invalid operations (for example a LUT with the wrong count of entries).
     explicit Program(OpChain chain);
     ~Program();
     Program(Program&&) noexcept;
     Program& operator=(Program&&) noexcept;
 
-    /// True when pixels come out as they went in.
+    /// True when pixels are unchanged.
     bool is_identity() const;
 
+    /// An image without gaps; the first channels are red, green, blue, alpha. Throws std::invalid_argument for
+    /// fewer than 3 channels.
     void apply_packed(float* data, std::size_t width, std::size_t height, std::size_t channels) const;
     /// Throws std::invalid_argument for fewer than 3 channels, or a pixel stride below the channel count.
     void apply_packed(float* data, const PackedLayout& layout) const;
@@ -53,14 +55,15 @@ public:
     /// gaps.
     void apply_planar(float* r, float* g, float* b, float* a, std::size_t width, std::size_t height,
                       std::ptrdiff_t row_stride = 0) const;
-    /// `rgba` points at four floats. Gives the bits that a pixel of an image gets, on the instruction set
-    /// that was in use when the program was made.
+    /// Converts four floats. The result has the same bits as a pixel of an image, on the instruction set in use
+    /// at construction.
     void apply_pixel(float* rgba) const;
-    /// That, to be called directly; valid as long as the program, which may be moved.
+    /// The same as a function to be called directly; valid as long as the program, which may be moved.
     PixelFunction pixel_function() const;
 
+    /// The operations in words.
     Description describe() const;
-    /// The pixel after each of the simplified operations, in order.
+    /// `rgba` after each of the simplified operations, in order.
     std::vector<TraceStep> trace(const std::array<float, 4>& rgba) const;
 
 private:

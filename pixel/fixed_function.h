@@ -8,19 +8,21 @@
 
 namespace pixel {
 
-/// What a fixed function is called, and what makes its stage of parameters whose number is right.
+/// A kind of fixed function.
 struct FixedFunctionKind {
     FixedStyle style;
-    const char* words;
-    std::size_t parameter_count;
-    FunctionStage (*compile)(const FixedFunction& op);
+    const char* words;                                 ///< its name for users
+    std::size_t parameter_count;                       ///< required
+    FunctionStage (*compile)(const FixedFunction& op); ///< needs that count of parameters
 };
 
-/// The row of the table of fixed functions for a style.
+/// The kind of a style.
 const FixedFunctionKind& kind_of(FixedStyle style);
 
-/// Throws std::invalid_argument for the wrong number of parameters.
+/// Compiles any of them. Throws std::invalid_argument for the wrong number of parameters.
 FunctionStage compile_fixed_function(const FixedFunction& op);
+
+// The `compile` functions of the kinds; each file states the meaning of the stage's constants.
 
 FunctionStage compile_red_modifier(const FixedFunction& op);
 FunctionStage compile_glow(const FixedFunction& op);

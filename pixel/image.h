@@ -8,8 +8,9 @@
 
 namespace pixel {
 
-/// Cuts images into blocks, runs all stages on one block after the other, and puts the results back.
+/// Divides an image into blocks and runs all stages on each block, in place.
 void run_packed(const std::vector<Stage>& stages, float* data, const PackedLayout& layout);
+/// The same for planes of red, green, blue and alpha, which may be null. `row_stride` counts floats.
 void run_planar(const std::vector<Stage>& stages, float* const planes[4], std::size_t width,
                 std::size_t height, std::ptrdiff_t row_stride);
 

@@ -8,14 +8,15 @@
 #include "pixel/block.h"
 #include "pixel/stage.h"
 
-/// What packed and planar images have in common on their way through blocks.
+/// Helpers for dividing packed and planar images into blocks.
 namespace pixel {
 
-/// Rows at least this wide are worth blocks of their own when there are gaps between rows.
+/// With gaps between rows, rows of at least this width (pixels) get separate blocks.
 constexpr std::size_t WIDE_ROW = BLOCK_PIXELS / 2;
+/// Bytes of a cache line.
 constexpr std::uintptr_t LINE_BYTES = 64;
 
-/// For pixels that are brought into the block.
+/// Sets the count of pixels that are copied into the block, and clears the padding.
 inline void set_count(Block& block, std::size_t count) {
     block.count = count;
     block.padded = round_up_to_lanes(count);
@@ -24,14 +25,15 @@ inline void set_count(Block& block, std::size_t count) {
     }
 }
 
+/// Runs all stages on a block.
 inline void run_all(const std::vector<Stage>& stages, Block& block) {
     for (const Stage& stage : stages) {
         run(stage, block);
     }
 }
 
-/// Pixels in front of the first one that starts a cache line; 0 when none does. Vectors as long as a line
-/// would otherwise take two of them each.
+/// Count of pixels before the first one that starts a cache line; 0 when none does. Otherwise vectors as long as
+/// a line would access two lines each.
 inline std::size_t pixels_before_line(const float* pixels, std::size_t channels) {
     auto at = reinterpret_cast<std::uintptr_t>(pixels);
     for (std::size_t i = 0; i < LINE_BYTES / sizeof(float); ++i, at += channels * sizeof(float)) {
@@ -42,15 +44,18 @@ inline std::size_t pixels_before_line(const float* pixels, std::size_t channels)
     return 0;
 }
 
-/// Walks over an image in pieces that do not cross a row.
+/// Iterates over an image in pieces that do not cross a row.
 class Walk {
 public:
     Walk(std::size_t width, std::size_t height) : width_(width), total_(width * height) {}
 
+    /// Whether all pixels were taken.
     bool at_end() const { return position_ == total_; }
+    /// Row of the next pixel.
     std::size_t row() const { return position_ / width_; }
+    /// Column of the next pixel.
     std::size_t column() const { return position_ % width_; }
-    /// The rest of the row, at most `limit` pixels; moves past it.
+    /// Takes the rest of the row, at most `limit` pixels; returns their count.
     std::size_t take(std::size_t limit) {
         const std::size_t count = std::min(limit, width_ - column());
         position_ += count;
@@ -62,8 +67,8 @@ private:
     std::size_t position_ = 0;
 };
 
-/// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or
-/// the image ends.
+/// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or the
+/// image ends. Returns the count of pixels.
 template <class F>
 std::size_t for_block(Walk& walk, std::size_t limit, F&& piece) {
     std::size_t filled = 0;

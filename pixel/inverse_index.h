@@ -6,15 +6,14 @@
 
 namespace pixel {
 
-/// Prepares the inverse of `length` entries of a table that rises or falls. Entries that break the direction
-/// are raised (lowered) to their predecessor; flat ends are cut off. Throws std::invalid_argument on NaN and
-/// infinity.
+/// Prepares the inverse of `length` entries of a rising or falling LUT. Entries against the direction are raised
+/// (lowered) to their predecessor; flat ends are removed. Throws std::invalid_argument for NaN and infinity.
 InverseCurve make_inverse_curve(const float* entries, std::size_t length, bool rising_table);
 
-/// Between entry `index` and the next one, `part` of the way.
+/// A position between two entries.
 struct Position {
-    std::size_t index;
-    float part;
+    std::size_t index; ///< the entry before
+    float part;        ///< fraction of the way to the next entry
 };
 
 /// Position of `value` among the entries by bisection, between the last entry below it and the next one.

@@ -5,7 +5,7 @@
 #include "pixel/block.h"
 #include "pixel/stage.h"
 
-/// One function per stage, run on the best vectors of the processor. All of them change the block's planes in
+/// One function per stage, for the best instruction set of the processor. They change the block's planes in
 /// place.
 namespace pixel {
 
@@ -29,8 +29,8 @@ void run_sequence(const SequenceStage& stage, Block& block);
 void run_exposure(const ExposureStage& stage, Block& block);
 void run_primary(const PrimaryStage& stage, Block& block);
 
-/// The functions for pixels that come alone, of the instruction set in use; `stage.h` tells what they do. A
-/// stage of a kind that is not listed here runs on a block of one pixel.
+/// The functions for single pixels (see PixelKernel in stage.h), for the instruction set in use. Stages of other
+/// types run on a block of one pixel.
 PixelKernel pixel_kernel(const MatrixStage&);
 PixelKernel pixel_kernel(const DiagonalStage&);
 PixelKernel pixel_kernel(const RangeStage&);
@@ -45,21 +45,21 @@ PixelKernel pixel_kernel(const InverseTableStage&);
 PixelKernel pixel_kernel(const InverseHalfStage&);
 PixelKernel pixel_kernel(const CubeStage&);
 
-/// Spreads `block.count` gapless pixels of 3 or 4 channels over the planes, and back. The order of the pixels
-/// within a plane is an implementation's own. Three channels read as alpha 0.
-/// They work on the block's own planes.
+/// Copies `block.count` gapless pixels of 3 or 4 channels into the block's own planes. The order of the pixels
+/// within a plane depends on the instruction set. With three channels alpha is 0.
 void unpack(const float* pixels, std::size_t channels, Block& block);
+/// The reverse of `unpack`.
 void pack(Block& block, std::size_t channels, float* pixels);
 
-/// Neighbouring pixels of planes: `length` of them, `offset` floats behind the start of each plane, and `at`
-/// floats behind the start of the block's.
+/// Neighboring pixels of planes.
 struct PlanePiece {
-    std::ptrdiff_t offset;
-    std::size_t at, length;
+    std::ptrdiff_t offset;  ///< floats from the start of each plane
+    std::size_t at, length; ///< floats from the start of the block's planes, and count
 };
 
-/// Copies pixels of the first `channels` planes into a block's own, and back.
+/// Copies pixels of the first `channels` planes into a block's own planes.
 void take(const float* const planes[4], std::size_t channels, const PlanePiece& piece, Block& block);
+/// The reverse of `take`.
 void give(Block& block, std::size_t channels, const PlanePiece& piece, float* const planes[4]);
 
 } // namespace pixel

@@ -5,18 +5,19 @@
 
 namespace pixel {
 
-/// The memory of the next block, asked for line by line while the kernels work on this one. All at once would
-/// fill the processor's queue of misses and make the kernels wait after all. Planes take turns, which
-/// was measured to be faster than one after the other.
+/// Prefetches the memory of the next block, line by line, while the kernels work on the current one. All at once
+/// would fill the processor's queue of misses, and the kernels would wait. Alternating between planes was
+/// measured to be faster than one plane after the other.
 class Lookahead {
 public:
+    /// Removes all ranges.
     void clear() { count_ = current_ = 0; }
-    /// At most four ranges, one for each plane.
+    /// Adds a range; at most four, one per plane.
     void add(const float* from, std::size_t floats) {
         const auto begin = reinterpret_cast<std::uintptr_t>(from);
         range_[count_++] = {begin, begin + floats * sizeof(float)};
     }
-    /// Asks the first-level cache for the next line, if any is left.
+    /// Prefetches the next line into the first-level cache, if any is left.
     void fetch_line() {
         if (count_ == 0) {
             return;

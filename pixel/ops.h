@@ -7,14 +7,14 @@
 #include <variant>
 #include <vector>
 
-/// Color operations as plain data. Every parameter is a double, or a 32-bit float where it is a table entry;
-/// channels are in the order red, green, blue, alpha.
+/// Color operations as plain data. Parameters are doubles, entries of LUTs 32-bit floats; channels are in the
+/// order red, green, blue, alpha.
 namespace pixel {
 
+/// Whether an operation is applied or undone.
 enum class Direction { Forward, Inverse };
 
-/// Table entries as they are given; copies of a chain share them. Programs lay them out anew for their
-/// kernels.
+/// Entries of a LUT; copies of a chain share them. Programs copy them into another layout.
 using Table = std::shared_ptr<const std::vector<float>>;
 
 /// out = m * in + offset; `m` is row-major, row 0 makes red.
@@ -24,14 +24,15 @@ struct Matrix {
 };
 
 /// Maps [min_in, max_in] to [min_out, max_out] on red, green and blue, then clamps to the output bounds. With
-/// one pair of bounds only it is a clamp on that side, and that side's in and out values must be equal.
+/// only one pair of bounds it is a clamp on that side, and that pair must be equal.
 struct Range {
     std::optional<double> min_in, max_in, min_out, max_out;
 };
 
+/// How a CDL clamps.
 enum class CdlStyle {
     Clamped,   ///< ASC v1.2: clamped to [0, 1] before the power and at the end
-    Unclamped, ///< no clamp; the power leaves negative values alone
+    Unclamped, ///< no clamp; the power does not change negative values
 };
 
 /// Slope, offset, power, then saturation with the Rec. 709 luma weights.
@@ -42,11 +43,12 @@ struct Cdl {
     Direction direction;
 };
 
+/// What power curves do with negative values.
 enum class Negatives {
     Clamp,       ///< negative values become 0
-    Mirror,      ///< the curve turned by 180 degrees about the origin
-    PassThrough, ///< negative values stay as they are
-    Linear,      ///< the linear toe goes on below 0 (LinearToeCurve only)
+    Mirror,      ///< the curve rotated by 180 degrees about the origin
+    PassThrough, ///< negative values are unchanged
+    Linear,      ///< the linear toe continues below 0 (LinearToeCurve only)
 };
 
 /// out = in ^ value for all four channels. Styles: Clamp, Mirror, PassThrough.
@@ -80,13 +82,14 @@ struct LogAffine {
     Direction direction;
 };
 
+/// Inputs of the entries of a 1D LUT.
 enum class InputDomain {
     Unit, ///< entries evenly spaced over [0, 1]; inputs outside take the end values
     Half, ///< 65536 entries, one for each bit pattern of a 16-bit float
 };
 
-/// How tables of the unit domain interpolate, down to the rounding: where entries of opposite signs cancel,
-/// the last digits of the steps come to the front. Other tables have one way only.
+/// How LUTs of the unit domain interpolate, including the rounding: where entries of opposite signs cancel, the
+/// rounding of the steps is visible. For other LUTs there is only one way.
 enum class TableArithmetic {
     /// Products and sums rounded one by one. 1D: from the entry above; trilinear: from the lower corner,
     /// adding parts of the differences; tetrahedral: the sum of the weighted entries.
@@ -96,24 +99,25 @@ enum class TableArithmetic {
     Fused,
 };
 
-/// One-dimensional table, linearly interpolated. `values` holds `length` entries for one shared curve
-/// (`channels` 1), or red's, then green's, then blue's (`channels` 3).
+/// 1D LUT, linearly interpolated. `values` has `length` entries for one shared curve (`channels` 1), or red's,
+/// then green's, then blue's (`channels` 3).
 struct Lut1D {
     InputDomain domain;
     std::size_t length;
     std::size_t channels;
     Table values;
     Direction direction;
-    TableArithmetic arithmetic = TableArithmetic::Stepwise; ///< of forward tables of the unit domain
-    /// The channel in the middle keeps its share of the way between the other two.
+    TableArithmetic arithmetic = TableArithmetic::Stepwise; ///< of forward LUTs of the unit domain
+    /// The middle channel keeps its relative position between the other two, which keeps the hue.
     bool restores_hue = false;
 };
 
+/// Order of the entries of a 3D LUT.
 enum class CubeOrder { RedFastest, BlueFastest };
+/// Interpolation of a 3D LUT.
 enum class CubeInterpolation { Trilinear, Tetrahedral };
 
-/// Three-dimensional table of edge^3 RGB triples over [0, 1]. The inverse is that of tetrahedral
-/// interpolation.
+/// 3D LUT of edge^3 RGB triples over [0, 1]. The inverse is that of tetrahedral interpolation.
 struct Lut3D {
     std::size_t edge;
     CubeOrder order;
@@ -123,6 +127,7 @@ struct Lut3D {
     Direction direction = Direction::Forward;
 };
 
+/// The fixed functions; comments list their parameters.
 enum class FixedStyle {
     AcesRedModifier03,
     AcesRedModifier10,
@@ -143,22 +148,24 @@ enum class FixedStyle {
                        ///< of the high logarithm, slope and offset of the line between
 };
 
-/// A function of red, green and blue together that has a name instead of a formula in the parameters.
+/// A named function of red, green and blue together.
 struct FixedFunction {
     FixedStyle style;
     std::vector<double> parameters;
     Direction direction;
 };
 
+/// The space in which a grading works.
 enum class GradingStyle { Log, Linear, Video };
 
+/// A point of a curve; all slopes 0: estimated.
 struct ControlPoint {
     float x, y, slope;
 };
 
-/// Quadratic B-splines: the curve of each channel, then the master curve, in the inverse direction the other
-/// way around. Where all slopes of a curve are 0 they are estimated. The linear style works on a logarithm,
-/// unless `bypass_lin_to_log`.
+/// Quadratic B-splines: the curve of each channel, then the master curve; the reverse in the inverse direction.
+/// If all slopes of a curve are 0 they are estimated. The linear style works on a logarithm, unless
+/// `bypass_lin_to_log`.
 struct RgbCurve {
     GradingStyle style;
     bool bypass_lin_to_log;
@@ -166,6 +173,7 @@ struct RgbCurve {
     Direction direction;
 };
 
+/// The space in which ExposureContrast works.
 enum class ExposureStyle { Linear, Video, Logarithmic };
 
 /// Exposure in stops, contrast and gamma about a pivot.
@@ -176,7 +184,7 @@ struct ExposureContrast {
     Direction direction;
 };
 
-/// Values of red, green and blue, and of a master that all of them share.
+/// Values for red, green and blue, and a master value for all of them.
 using Rgbm = std::array<double, 4>;
 
 /// Log: brightness, contrast, gamma. Linear: offset, exposure, contrast. Video: lift, gain, offset, gamma.
@@ -185,8 +193,8 @@ struct GradingPrimary {
     GradingStyle style;
     Rgbm brightness, contrast, gamma, offset, exposure, lift, gain;
     double saturation, pivot, pivot_black, pivot_white, clamp_black, clamp_white;
-    /// As OpenColorIO 2.1 does it: outside the log style a channel with exponent 1 leaves all channels
-    /// without one, and saturation alone does nothing.
+    /// The behavior of OpenColorIO 2.1: outside the log style, exponent 1 in one channel disables the exponents
+    /// of all channels, and saturation alone has no effect.
     bool one_stops_all;
     Direction direction;
 };
@@ -197,6 +205,7 @@ struct ToneZone {
     double start, width;
 };
 
+/// Adjusts five parts of the tonal range, and contrast.
 struct GradingTone {
     GradingStyle style;
     ToneZone blacks, shadows, midtones, highlights, whites;
@@ -206,6 +215,7 @@ struct GradingTone {
 
 using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D,
                         FixedFunction, RgbCurve, ExposureContrast, GradingPrimary, GradingTone>;
+/// Applied from first to last.
 using OpChain = std::vector<Op>;
 
 } // namespace pixel

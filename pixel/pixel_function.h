@@ -2,11 +2,10 @@
 
 namespace pixel {
 
-/// Converts a pixel that comes alone: four floats, in place. Refers to what it was made of, which must
-/// outlive it; may be called by several threads at once.
+/// Converts a single pixel of four floats in place. Thread-safe; its `context` must outlive it.
 struct PixelFunction {
-    void (*kernel)(const void* context, float* rgba);
-    const void* context;
+    void (*kernel)(const void* context, float* rgba); ///< the code
+    const void* context;                              ///< its constants, not owned
 
     void operator()(float* rgba) const { kernel(context, rgba); }
 };

@@ -7,13 +7,13 @@
 
 namespace pixel {
 
-/// Quadratic pieces through the control points, with their slopes or, where all of these are 0, estimated
-/// ones. Every step is rounded to `T`, in floats as the reference renderer rounds it. Points on the diagonal
-/// without slopes are the identity. Throws std::invalid_argument for fewer than 2 points or a falling x.
+/// Quadratic pieces through the control points, with their slopes or, if all of these are 0, estimated ones.
+/// Every step is rounded to `T`; with floats as in the reference renderer. Points on the diagonal without
+/// slopes are the identity. Throws std::invalid_argument for fewer than 2 points or a falling x.
 template <class T>
 Spline<T> fit_spline(const std::vector<ControlPoint>& points);
 
-/// The pieces by x, or for the inverse by y.
+/// The pieces with the x at which each starts, or for the inverse the y.
 template <class T>
 SplineTable<T> spline_table(const Spline<T>& spline, bool forward);
 

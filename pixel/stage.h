@@ -11,8 +11,8 @@
 #include "pixel/ops.h"
 #include "pixel/pixel_function.h"
 
-/// Operations compiled for the kernels: constants rounded to 32-bit floats, tables padded, searches indexed.
-/// Each rounding step is part of the contract: the results equal those of the reference renderer bit for bit
+/// Operations compiled for the kernels: constants rounded to 32-bit floats, LUTs padded, searches indexed. Each
+/// rounding step is part of the contract: the results equal those of the reference renderer bit for bit
 /// wherever its elementary functions do.
 namespace pixel {
 
@@ -43,8 +43,8 @@ struct DiagonalStage {
     ChannelSet active;
 };
 
-/// A diagonal matrix that runs within the stage before or after it. Minus zero is the term that leaves every
-/// value as it is, the zeros of both signs included.
+/// A diagonal matrix that is computed in the stage before or after it. Adding minus zero changes no value, not
+/// even the sign of a zero.
 struct Scaling {
     float scale[4] = {1, 1, 1, 1};
     float offset[4] = {-0.0f, -0.0f, -0.0f, -0.0f};
@@ -75,8 +75,8 @@ struct ToeStage {
     bool forward, mirror;
 };
 
-/// Inverse stages hold the reciprocals of slope, power and saturation. Alpha has no part in it; its entries
-/// let kernels whose lanes are channels treat it like the others.
+/// Inverse stages have the reciprocals of slope, power and saturation. Alpha is unchanged; its entries let
+/// kernels whose lanes are channels treat it like the others.
 struct CdlStage {
     float slope[4], offset[4], power[4];
     float saturation;
@@ -102,8 +102,8 @@ struct ExpStage {
     bool has_line;
 };
 
-/// Entries of one curve behind one copy of the first: entry i is `values[i + 1]`, so that the pair that ends
-/// at entry 0 can be loaded too.
+/// Entries of one curve after one copy of the first: entry i is `values[i + 1]`, so that the pair that ends at
+/// entry 0 can be loaded too.
 struct PaddedCurve {
     std::vector<float> values;
 };
@@ -122,7 +122,7 @@ struct HalfTableStage {
     std::array<int, 3> curve_of;
 };
 
-/// What the inverse of a table needs for values near one knot (a table entry).
+/// Data of the inverse of a LUT for values near one knot (an entry).
 struct Knot {
     float below, at, above; ///< the entry before, the entry, the entry after
     float index;            ///< position of the entry; NaN sends the value to the exact search
@@ -163,7 +163,7 @@ struct InverseHalfStage {
     std::array<int, 3> curve_of;
 };
 
-/// A table after which the middle channel is moved to keep the hue.
+/// A LUT after which the middle channel is moved to keep the hue.
 struct HueTableStage {
     std::variant<TableStage, HalfTableStage, InverseTableStage, InverseHalfStage> table;
 };
@@ -180,7 +180,7 @@ struct InverseCubeStage {
     std::shared_ptr<const InverseCube> cube;
 };
 
-/// An operation whose constants only its own file knows.
+/// An operation whose constants are documented in its file.
 struct FunctionStage {
     void (*run)(const FunctionStage& stage, Block& block);
     std::array<float, 8> k;
@@ -197,16 +197,15 @@ struct Spline {
     std::vector<Piece> pieces; ///< none: the identity
 };
 
-/// What a kernel needs of a spline in one direction: piece i is in charge from start[i] on; start[0] is never
-/// asked for.
+/// A spline prepared for a kernel in one direction: piece i is used from start[i] on; start[0] is not used.
 template <class T>
 struct SplineTable {
     static constexpr std::size_t FEW = sizeof(T) == sizeof(float) ? 32 : 8; ///< two registers, or one
 
     std::vector<T> start;
     std::vector<typename Spline<T>::Piece> pieces;
-    /// Knots, a, b, c and starts of up to FEW pieces, for processors that look numbers up in a register. No
-    /// value is above a start that is missing.
+    /// Knots, a, b, c and starts of up to FEW pieces, for processors that look up numbers in a register. Missing
+    /// starts are above every value.
     std::array<std::array<T, FEW>, 5> few;
     bool is_identity() const { return pieces.empty(); }
 };
@@ -253,15 +252,15 @@ using Stage =
                  TableStage, HalfTableStage, InverseTableStage, InverseHalfStage, HueTableStage, CubeStage,
                  InverseCubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
-/// Carries out one stage on a block.
+/// Runs one stage on a block.
 void run(const Stage& stage, Block& block);
 
-/// A stage's function for pixels that come alone: `stage` points at the stage. It gives the bits that the
-/// stage gives in an image.
+/// A stage's function for single pixels; `stage` points to the stage. The results have the same bits as in an
+/// image.
 using PixelKernel = void (*)(const void* stage, float* rgba);
 
-/// Chooses the kernel once, for the instruction set in use at the time of the call. A stage that has no
-/// kernel of its own for one pixel runs on a block of one.
+/// The kernel of a stage for the instruction set in use at the time of the call. A stage without a kernel for
+/// single pixels runs on a block of one pixel.
 PixelFunction pixel_step(const Stage& stage);
 
 } // namespace pixel

@@ -2,7 +2,7 @@
 
 namespace pixel {
 
-/// Name of the instruction set that the kernels run on here: "AVX2", "NEON".
+/// Name of the instruction set in use: "AVX2", "NEON".
 const char* vector_target();
 
 } // namespace pixel

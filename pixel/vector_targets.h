@@ -6,8 +6,8 @@
 #define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #endif
 
-/// Scalar code is compiled even where every processor of the family has vectors: it is what the other
-/// instruction sets are held to.
+/// Scalar code is compiled even where every processor of the family has vectors: tests compare the other
+/// instruction sets with it.
 #ifndef HWY_COMPILE_ALL_ATTAINABLE
 #define HWY_COMPILE_ALL_ATTAINABLE
 #endif
