@@ -20,6 +20,11 @@ enum CharacterFlag : std::uint8_t {
     ENTITY = 128,    ///< one of the five characters with an entity
 };
 
+/// Whether `c` can enclose an attribute value.
+constexpr bool is_quote(char c) {
+    return c == '"' || c == '\'';
+}
+
 /// The characters of one encoding.
 class CharacterTable {
 public:

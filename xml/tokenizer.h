@@ -22,6 +22,11 @@ T* require(T* allocated) {
     return allocated;
 }
 
+/// The text from `begin` up to `end`.
+inline std::string_view view(const char* begin, const char* end) {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 /// Reads one text into a tree. The text is cut into the tree's strings in place: their terminators overwrite
 /// the markup after each, and strings that must be decoded are copied into the document.
 ///
