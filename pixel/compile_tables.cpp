@@ -22,12 +22,11 @@ constexpr std::size_t LARGEST_EDGE = 256;
 void check_table(const Lut1D& op) {
     const bool half = op.domain == InputDomain::Half;
     if (half ? op.length != HALF_LENGTH : op.length < 2 || op.length > LONGEST_TABLE) {
-        throw std::invalid_argument("1D table: a length of " + std::to_string(op.length) +
-                                    " is not possible");
+        throw std::invalid_argument("1D LUT: a length of " + std::to_string(op.length) + " is not possible");
     }
     if ((op.channels != 1 && op.channels != 3) || !op.values ||
         op.values->size() != op.channels * op.length) {
-        throw std::invalid_argument("1D table: one or three curves of " + std::to_string(op.length) +
+        throw std::invalid_argument("1D LUT: one or three curves of " + std::to_string(op.length) +
                                     " entries are wanted");
     }
 }
@@ -116,7 +115,7 @@ Stage compile_table(const Lut1D& op) {
             if constexpr (std::is_constructible_v<decltype(HueTableStage::table), decltype(table)>) {
                 return HueTableStage{std::move(table)};
             } else {
-                throw std::logic_error("1D table: the stage is not one of a table");
+                throw std::logic_error("1D LUT: the stage is not one of a LUT");
             }
         },
         stage);
@@ -125,7 +124,7 @@ Stage compile_table(const Lut1D& op) {
 Stage compile_cube(const Lut3D& op) {
     const std::size_t edge = op.edge;
     if (edge < 2 || edge > LARGEST_EDGE || !op.rgb || op.rgb->size() != 3 * edge * edge * edge) {
-        throw std::invalid_argument("3D table: an edge of " + std::to_string(edge) +
+        throw std::invalid_argument("3D LUT: an edge of " + std::to_string(edge) +
                                     " does not fit the entries");
     }
     if (op.direction == Direction::Inverse) {

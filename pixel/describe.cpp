@@ -111,13 +111,13 @@ struct Describer {
         return out + suffix(op.direction);
     }
     std::string operator()(const Lut1D& op) const {
-        return "1D table of " + std::to_string(op.length) + " entries" +
+        return "1D LUT of " + std::to_string(op.length) + " entries" +
                (op.domain == InputDomain::Half ? " over the 16-bit floats" : "") +
                (op.channels == 1 ? ", one curve" : ", three curves") +
                (op.restores_hue ? ", hue restored" : "") + suffix(op.direction);
     }
     std::string operator()(const Lut3D& op) const {
-        return "3D table of edge " + std::to_string(op.edge) +
+        return "3D LUT of edge " + std::to_string(op.edge) +
                (op.direction == Direction::Inverse                   ? ", inverse"
                 : op.interpolation == CubeInterpolation::Tetrahedral ? ", tetrahedral"
                                                                      : ", trilinear");

@@ -7,7 +7,7 @@
 #include <hwy/highway.h>
 
 #include "pixel/clamp-inl.h"
-#include "pixel/fused-inl.h"
+#include "pixel/entry-inl.h"
 #include "pixel/lookup-inl.h"
 #include "pixel/pixel-inl.h"
 
@@ -82,56 +82,6 @@ HWY_INLINE void prepare_tetrahedral(D d, const Axis<D>& r, const Axis<D>& g, con
     hn::Store(hn::Sub(middle, smallest), d, out.weight[2] + at);
     hn::Store(smallest, d, out.weight[3] + at);
 }
-
-#if HWY_TARGET == HWY_SCALAR
-/// The four floats of one entry, where there are no vectors.
-struct Entry {
-    float v[4];
-};
-HWY_INLINE Entry load_entry(const float* p) {
-    return {{p[0], p[1], p[2], p[3]}};
-}
-HWY_INLINE Entry weighted(const Entry& e, float w) {
-    return {{e.v[0] * w, e.v[1] * w, e.v[2] * w, e.v[3] * w}};
-}
-HWY_INLINE Entry sum(const Entry& a, const Entry& b) {
-    return {{a.v[0] + b.v[0], a.v[1] + b.v[1], a.v[2] + b.v[2], a.v[3] + b.v[3]}};
-}
-HWY_INLINE Entry difference(const Entry& a, const Entry& b) {
-    return {{a.v[0] - b.v[0], a.v[1] - b.v[1], a.v[2] - b.v[2], a.v[3] - b.v[3]}};
-}
-HWY_INLINE Entry add_weighted(const Entry& total, const Entry& e, float w) {
-    return {{fused_in_double(e.v[0], w, total.v[0]), fused_in_double(e.v[1], w, total.v[1]),
-             fused_in_double(e.v[2], w, total.v[2]), fused_in_double(e.v[3], w, total.v[3])}};
-}
-HWY_INLINE void store_entry(const Entry& e, float* p) {
-    for (int i = 0; i < 4; ++i) {
-        p[i] = e.v[i];
-    }
-}
-#else
-using EntryTag = hn::CappedTag<float, 4>;
-using Entry = hn::Vec<EntryTag>;
-HWY_INLINE Entry load_entry(const float* p) {
-    return hn::LoadU(EntryTag(), p);
-}
-HWY_INLINE Entry weighted(Entry e, float w) {
-    return hn::Mul(e, hn::Set(EntryTag(), w));
-}
-HWY_INLINE Entry sum(Entry a, Entry b) {
-    return hn::Add(a, b);
-}
-HWY_INLINE Entry difference(Entry a, Entry b) {
-    return hn::Sub(a, b);
-}
-/// Rounded once.
-HWY_INLINE Entry add_weighted(Entry total, Entry e, float w) {
-    return multiply_add_once(EntryTag(), e, hn::Set(EntryTag(), w), total);
-}
-HWY_INLINE void store_entry(Entry e, float* p) {
-    hn::Store(e, EntryTag(), p);
-}
-#endif
 
 template <bool FUSED>
 HWY_INLINE Entry blend(Entry from, Entry to, float fraction) {

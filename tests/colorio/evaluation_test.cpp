@@ -43,7 +43,7 @@ TEST_F(Evaluation, OfABuiltinConversionIsThatOfItsTable) {
     const ColorIOEvaluation::Explanation how = explain(0.5f);
     EXPECT_EQ(how.path, ColorIOEvaluation::PATH_VECTOR);
     ASSERT_EQ(how.operations.get_count(), 2u);
-    EXPECT_STREQ(how.operations[1].get_data(), "1D table of 4101 entries, one curve");
+    EXPECT_STREQ(how.operations[1].get_data(), "1D LUT of 4101 entries, one curve");
     ASSERT_EQ(how.steps.get_count(), 2u);
     EXPECT_NEAR(how.steps[1].pixel[0], formula::srgb_to_linear(0.5), 2e-6);
     EXPECT_EQ(how.steps[1].pixel[3], 1.0f);

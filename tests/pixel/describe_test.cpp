@@ -52,7 +52,7 @@ TEST(Describe, NamesEveryKindOfOperation) {
                     "negatives linear",
                     "log to base 2, log slope 1 1 1, log offset 0 0 0, linear slope 1 1 1, linear offset 0 0 "
                     "0, a line below 0.1 0.1 0.1 of slope 2 2 2",
-                    "1D table of 2 entries, one curve, inverse", "3D table of edge 2, tetrahedral"));
+                    "1D LUT of 2 entries, one curve, inverse", "3D LUT of edge 2, tetrahedral"));
 }
 
 TEST(Describe, NamesGradingsAndFixedFunctions) {

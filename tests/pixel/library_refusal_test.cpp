@@ -26,11 +26,13 @@ TEST(LibraryRefusal, OneUnknownOperationIsEnough) {
     const auto group = library::GroupTransform::Create();
     group->appendTransform(library::LogTransform::Create());
     group->appendTransform(inverse_cube());
-    EXPECT_EQ(why_not(group), "the inverse of a 3D table with NaN or infinity is not known here");
+    EXPECT_EQ(why_not(group),
+              "the inverse of a 3D LUT with NaN or infinity is not supported by the SIMD code");
 }
 
 TEST(LibraryRefusal, InverseCubesWithInfinityAreNotTaken) {
-    EXPECT_EQ(why_not(inverse_cube()), "the inverse of a 3D table with NaN or infinity is not known here");
+    EXPECT_EQ(why_not(inverse_cube()),
+              "the inverse of a 3D LUT with NaN or infinity is not supported by the SIMD code");
 }
 
 TEST(LibraryRefusal, DynamicGradingsThatTheLibraryFixesAreTaken) {
@@ -44,7 +46,8 @@ TEST(LibraryRefusal, InversesOfTablesWithInfinityAreNotTaken) {
     const auto table = library::Lut1DTransform::Create(3, false);
     table->setValue(2, 1.0f, INFINITY, 1.0f);
     table->setDirection(library::TRANSFORM_DIR_INVERSE);
-    EXPECT_EQ(why_not(table), "the inverse of a 1D table with NaN or infinity is not known here");
+    EXPECT_EQ(why_not(table),
+              "the inverse of a 1D LUT with NaN or infinity is not supported by the SIMD code");
 }
 
 TEST(LibraryRefusal, InverseHalfCurvesInDifferentDirectionsAreNotTaken) {
@@ -55,8 +58,8 @@ TEST(LibraryRefusal, InverseHalfCurvesInDifferentDirectionsAreNotTaken) {
         table->setValue(i, r, g, -b);
     }
     table->setDirection(library::TRANSFORM_DIR_INVERSE);
-    EXPECT_EQ(why_not(table),
-              "the inverse of 1D curves over the 16-bit floats in different directions is not known here");
+    EXPECT_EQ(why_not(table), "the inverse of a 1D LUT over the 16-bit floats with curves of different "
+                              "directions is not supported by the SIMD code");
 }
 
 TEST(LibraryRefusal, ReasonsMayBeLeftOut) {

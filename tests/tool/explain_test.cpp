@@ -86,7 +86,7 @@ TEST_F(Explain, AnswersJson) {
         EXPECT_EQ(part.contains("vector_target"), *wish == '1');
         EXPECT_EQ(part["operations"].size(), 2u);
         const json& last = part["steps"].back();
-        EXPECT_EQ(last["operation"], "1D table of 4101 entries, one curve");
+        EXPECT_EQ(last["operation"], "1D LUT of 4101 entries, one curve");
         EXPECT_NEAR(last["pixel"][0], formula::srgb_to_linear(0.5), 5e-6);
         EXPECT_NEAR(last["pixel"][1], formula::srgb_to_linear(0.2), 5e-6);
         EXPECT_NEAR(last["pixel"][2], 0, 5e-6);

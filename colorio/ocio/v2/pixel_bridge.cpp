@@ -1,7 +1,6 @@
 #include "colorio/ocio/v2/pixel_bridge.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <sstream>
 #include <utility>
@@ -15,7 +14,7 @@ namespace ocio {
 
 namespace {
 
-using ocio::translate_op; // gradings and fixed functions
+using ocio::translate_op; // LUTs, gradings and fixed functions
 
 /// The flags that the library's own CPU path runs with.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
@@ -37,12 +36,12 @@ pixel::Negatives negatives_of(library::NegativeStyle style) {
     case library::NEGATIVE_LINEAR:
         return pixel::Negatives::Linear;
     }
-    throw NotKnown{"a style for negative values that is not known here"};
+    throw NotKnown{"a style for negative values that is not supported by the SIMD code"};
 }
 
 pixel::Op translate_op(const library::MatrixTransform& t) {
     if (t.getDirection() != library::TRANSFORM_DIR_FORWARD)
-        throw NotKnown{"a matrix that the library has not inverted is not known here"};
+        throw NotKnown{"a matrix that the library has not inverted is not supported by the SIMD code"};
     pixel::Matrix op{};
     t.getMatrix(op.m.data());
     t.getOffset(op.offset.data());
@@ -51,7 +50,7 @@ pixel::Op translate_op(const library::MatrixTransform& t) {
 
 pixel::Op translate_op(const library::RangeTransform& t) {
     if (t.getStyle() != library::RANGE_CLAMP)
-        throw NotKnown{"Range noClamp is not known here"};
+        throw NotKnown{"Range noClamp is not supported by the SIMD code"};
     const auto bound = [](bool has, double value) {
         return has ? std::optional<double>(value) : std::nullopt;
     };
@@ -135,69 +134,6 @@ pixel::Op translate_op(const library::LogCameraTransform& t) {
     return op;
 }
 
-/// Entries for the infinities and NaN of the half domain are not used in an inverse.
-bool takes_part_in_inverse(const pixel::Lut1D& table, std::size_t entry) {
-    return table.domain == pixel::InputDomain::Unit || (entry & 0x7FFF) < 0x7C00;
-}
-
-bool is_finite(const pixel::Table& entries) {
-    return std::all_of(entries->begin(), entries->end(), [](float v) { return std::isfinite(v); });
-}
-
-bool has_finite_inverse(const pixel::Lut1D& table) {
-    for (std::size_t i = 0; i < table.values->size(); ++i)
-        if (takes_part_in_inverse(table, i % table.length) && !std::isfinite((*table.values)[i]))
-            return false;
-    return true;
-}
-
-/// The library searches the values of all channels on the side of the 16-bit floats where red's are, so it
-/// inverts curves of different directions in a way that pixel/ does not reproduce.
-bool runs_as_red(const pixel::Lut1D& table, std::size_t channel) {
-    constexpr std::size_t LAST_FINITE = 0x7BFF;
-    const auto rises = [&](std::size_t c) {
-        const float* curve = table.values->data() + c * table.length;
-        return curve[0] < curve[LAST_FINITE];
-    };
-    return rises(channel) == rises(0);
-}
-
-void check_inverse(const pixel::Lut1D& table) {
-    if (!has_finite_inverse(table))
-        throw NotKnown{"the inverse of a 1D table with NaN or infinity is not known here"};
-    if (table.domain == pixel::InputDomain::Half && table.channels == 3 &&
-        !(runs_as_red(table, 1) && runs_as_red(table, 2)))
-        throw NotKnown{
-            "the inverse of 1D curves over the 16-bit floats in different directions is not known here"};
-}
-
-pixel::TableArithmetic known_arithmetic() {
-    const std::optional<pixel::TableArithmetic> arithmetic = table_arithmetic();
-    if (!arithmetic)
-        throw NotKnown{"how this OpenColorIO interpolates on this processor is not known here"};
-    return *arithmetic;
-}
-
-pixel::Op translate_op(const library::Lut1DTransform& t) {
-    pixel::Lut1D op = read_table(t, direction_of(t));
-    op.restores_hue = t.getHueAdjust() != library::HUE_NONE;
-    if (op.direction == pixel::Direction::Inverse)
-        check_inverse(op);
-    else if (op.domain == pixel::InputDomain::Unit)
-        op.arithmetic = known_arithmetic();
-    return op;
-}
-
-pixel::Op translate_op(const library::Lut3DTransform& t) {
-    pixel::Lut3D op = read_cube(t);
-    op.direction = direction_of(t);
-    if (op.direction == pixel::Direction::Forward)
-        op.arithmetic = known_arithmetic();
-    else if (!is_finite(op.rgb))
-        throw NotKnown{"the inverse of a 3D table with NaN or infinity is not known here"};
-    return op;
-}
-
 /// "FixedFunction ACES_RedMod10", "GradingRGBCurveTransform".
 std::string name_of(const library::Transform& transform) {
     if (transform.getTransformType() == library::TRANSFORM_TYPE_FIXED_FUNCTION) {
@@ -248,7 +184,7 @@ pixel::Op translate_transform(const library::Transform& transform) {
     case library::TRANSFORM_TYPE_GRADING_RGB_CURVE:
         return translate_as<library::GradingRGBCurveTransform>(transform);
     default:
-        throw NotKnown{name_of(transform) + " is not known here"};
+        throw NotKnown{name_of(transform) + " is not supported by the SIMD code"};
     }
 }
 

@@ -10,7 +10,7 @@ namespace ocio {
 
 /// The operations of a processor as plain data, after the library's lossless optimizations, when `pixel/` is
 /// known to give the library's results for every one of them. Otherwise nothing, and the reason in words in
-/// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not known here".
+/// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not supported by the SIMD code".
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
 /// The same for the operations of a processor that the library has optimized under its lossless flags.
 std::optional<pixel::OpChain> translate_operations(const library::GroupTransform& operations,

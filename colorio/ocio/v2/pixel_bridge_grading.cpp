@@ -39,7 +39,7 @@ constexpr FixedFunctionName FIXED_FUNCTIONS[] = {
 
 void refuse_dynamic(bool is_dynamic) {
     if (is_dynamic)
-        throw NotKnown{"a grading whose values change after it is made is not known here"};
+        throw NotKnown{"a grading whose values change after it is made is not supported by the SIMD code"};
 }
 
 pixel::GradingStyle style_of(library::GradingStyle style) {
@@ -64,7 +64,7 @@ pixel::Op translate_op(const library::FixedFunctionTransform& t) {
                      [&](const FixedFunctionName& name) { return name.theirs == t.getStyle(); });
     if (known == std::end(FIXED_FUNCTIONS))
         throw NotKnown{std::string("FixedFunction ") + library::FixedFunctionStyleToString(t.getStyle()) +
-                       " is not known here"};
+                       " is not supported by the SIMD code"};
     pixel::FixedFunction op{known->ours, std::vector<double>(t.getNumParams()), direction_of(t)};
     if (!op.parameters.empty())
         t.getParams(op.parameters.data());

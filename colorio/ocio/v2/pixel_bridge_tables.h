@@ -7,12 +7,16 @@
 
 namespace ocio {
 
-/// How this version of the library interpolates in forward tables when it converts images on this
-/// processor; nothing where that has not been measured. (From 2.5 on its single pixels go another way.)
+/// How this version of the library interpolates in forward LUTs when it converts images on this processor;
+/// empty if that has not been measured. (From 2.5 on its arithmetic for single pixels differs.)
 std::optional<pixel::TableArithmetic> table_arithmetic();
 
-/// The entries of the library's tables as plain data, with the arithmetic left at its default.
+/// A LUT of the library as plain data, with the default arithmetic.
 pixel::Lut1D read_table(const library::Lut1DTransform& transform, pixel::Direction direction);
 pixel::Lut3D read_cube(const library::Lut3DTransform& transform);
+
+/// LUTs of the library as operations of `pixel/`. Throw NotKnown for those that it cannot compute.
+pixel::Op translate_op(const library::Lut1DTransform& t);
+pixel::Op translate_op(const library::Lut3DTransform& t);
 
 } // namespace ocio

@@ -83,7 +83,7 @@ TEST_F(Explanations, SayWhyTheLibraryIsLeftTheWork) {
     Pixel pixel{0.3f, 0.01f, 0.02f, 1};
     const ocio::Explanation how = processor->explain(pixel);
     EXPECT_EQ(how.path, ocio::EvaluationPath::Library);
-    EXPECT_EQ(how.reason, "the inverse of a 1D table with NaN or infinity is not known here");
+    EXPECT_EQ(how.reason, "the inverse of a 1D LUT with NaN or infinity is not supported by the SIMD code");
     ASSERT_THAT(how.operations, SizeIs(2));
     EXPECT_EQ(how.operations[0], "Lut1DTransform");
     ASSERT_THAT(how.steps, SizeIs(2));
