@@ -38,7 +38,7 @@ panels on
 layout single
 config shows/studio.ocio
 click File
-click Open configuration...
+click Open config...
 press Down
 press Down
 press Down

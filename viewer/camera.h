@@ -24,7 +24,7 @@ struct Placement {
     double to_image_y(double y) const { return (y - origin_y) / zoom; }
 };
 
-/// Which part of the image is looked at.
+/// The visible part of the image.
 class Camera {
 public:
     static constexpr double MIN_ZOOM = 1.0 / 64;
@@ -33,7 +33,7 @@ public:
     /// Takes the sizes of the viewport and of the image. An image of another size is fitted.
     void look_at(int viewport_width, int viewport_height, int image_width, int image_height);
 
-    /// As large as fits, in the middle, whatever the viewport becomes.
+    /// As large as fits, centered, also when the viewport changes.
     void fit() { fitting = true; }
     /// Pixels of the window per pixel of the image, within the limits. What is in the middle stays there.
     void set_zoom(double zoom);

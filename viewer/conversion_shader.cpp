@@ -35,7 +35,7 @@ void main() {
 
 } // namespace
 
-/// What the module says of one conversion.
+/// The module's shader of one part of a conversion.
 struct ConversionShader::StageData {
     CoreString text;
     CoreArray<float> table;
@@ -51,7 +51,7 @@ ConversionShader::get_stages(const workflow::Conversion* conversion) {
         StageData& data = stages.emplace_back();
         data.edge = stage.converter->get_lut_3d_edge_size();
         if (!stage.converter->get_gpu_shader_data(data.text, data.table, ColorIOConverter::GLSL_VERSION_CORE))
-            throw gl::GlError("a conversion has no form for the GPU");
+            throw gl::GlError("a conversion is not available for the GPU");
     }
     return stages;
 }

@@ -22,11 +22,11 @@ struct DrawParameters {
     float gain; ///< Linear factor of the exposure.
 };
 
-/// A conversion of conversions as one program for the core profile, with its tables.
+/// The parts of a conversion as one program for the core profile, with their 3D LUTs.
 class ConversionShader {
 public:
-    /// The shader texts and tables of the conversion's conversions, as the module hands them out. Null gives
-    /// values times gain. Throws GlError when a text does not compile.
+    /// Uses the module's shader texts and 3D LUTs of the conversion's parts. Null: values times gain. Throws
+    /// GlError when a text does not compile.
     explicit ConversionShader(const workflow::Conversion* conversion);
 
     /// Makes it current: a full-screen pass then draws the image in texture unit 0.

@@ -13,7 +13,7 @@ class Conversion;
 
 namespace viewer {
 
-/// How far two conversions of one image are apart.
+/// The difference between two conversions of an image.
 struct Difference {
     std::shared_ptr<const Image> image; ///< Absolute difference of red, green and blue; alpha is 1.
     double largest = 0;                 ///< Of all components that are finite in both.

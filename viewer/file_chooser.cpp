@@ -99,7 +99,7 @@ void FileChooser::go_up() {
 void FileChooser::go_home() {
     const std::string home = get_home();
     if (home.empty())
-        fault = "the variable HOME names no folder";
+        fault = "the environment variable HOME is not set to a folder";
     else
         enter(home);
 }
@@ -159,8 +159,8 @@ std::optional<std::string> FileChooser::choose(const std::string& path) {
         return wanted.string();
     }
     const bool is_missing = status.type() == fs::file_type::not_found;
-    fault = is_missing ? fmt::format("there is no '{}'", wanted.string())
-                       : fmt::format("'{}' is neither a file nor a folder that can be read", wanted.string());
+    fault = is_missing ? fmt::format("'{}' does not exist", wanted.string())
+                       : fmt::format("'{}' is not a regular file or readable folder", wanted.string());
     return {};
 }
 

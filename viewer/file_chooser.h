@@ -7,8 +7,7 @@
 
 namespace viewer {
 
-/// What a dialogue shows in which one looks for a file: the folders and files of one folder, hidden ones left
-/// out, and what is selected.
+/// Model of the file dialog: the folders and files of one folder, without hidden ones, and the selection.
 class FileChooser {
 public:
     struct Entry {
@@ -17,7 +16,7 @@ public:
     };
 
     /// Starts in `folder`, or in the nearest folder above it that can be read. Lists files of these
-    /// extensions (".ocio"), in whatever case.
+    /// extensions (".ocio", any case).
     FileChooser(const std::string& folder, std::vector<std::string> extensions);
 
     /// Absolute path.
@@ -26,13 +25,13 @@ public:
     std::string get_shown_folder() const;
     /// Folders, then files, both by name without regard to case, numbers by their value.
     const std::vector<Entry>& get_entries() const { return entries; }
-    /// Why the last thing was not done; empty when it was.
+    /// The error of the last operation; empty when it succeeded.
     const std::string& get_fault() const { return fault; }
     void set_fault(const std::string& text) { fault = text; }
 
-    /// Goes to a folder. When it cannot be read, that is the fault, and the former one stays.
+    /// Goes to a folder. When it cannot be read, that is the error, and the current folder stays.
     void enter(const std::string& path);
-    /// To the folder above; the former one is selected there.
+    /// Goes to the parent folder and selects the current one there.
     void go_up();
     void go_home();
     /// Lists files of any extension.
@@ -42,13 +41,13 @@ public:
     /// Position of the selected entry; the count of entries when there is none.
     std::size_t get_selected() const { return selected; }
     void select(std::size_t position);
-    /// Selects an entry so many further down, or up, as far as there are any.
+    /// Moves the selection down (or up for negative numbers), within the list.
     void move_selection(int by);
 
-    /// Goes to the selected folder, or answers the path of the selected file.
+    /// Goes to the selected folder, or returns the path of the selected file.
     std::optional<std::string> choose_selected();
-    /// The same for a path as one types it: absolute, from the folder, or from "~". A file need not be
-    /// listed. What does not exist is a fault.
+    /// The same for a typed path: absolute, relative to the folder, or starting with "~". A file need not be
+    /// listed. A path that does not exist is an error.
     std::optional<std::string> choose_typed(const std::string& text);
 
 private:

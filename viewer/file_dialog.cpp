@@ -115,7 +115,7 @@ std::optional<std::string> FileDialog::follow_keys() {
     return {};
 }
 
-/// What is typed, or else what is selected.
+/// The typed path, or else the selected entry.
 std::optional<std::string> FileDialog::choose() {
     const std::string folder = chooser->get_folder();
     std::optional<std::string> chosen =
@@ -134,7 +134,7 @@ std::optional<std::string> FileDialog::show_entries(Items& items) {
     selection_moved = false;
     const std::vector<FileChooser::Entry>& entries = chooser->get_entries();
     if (entries.empty())
-        widgets::show_remark("nothing to choose here");
+        widgets::show_remark("no matching files");
     ImGuiListClipper clipper;
     clipper.Begin(static_cast<int>(entries.size()));
     while (clipper.Step())

@@ -9,8 +9,8 @@
 
 namespace viewer {
 
-/// A dialogue above everything else in which one looks for a file, by mouse or by keys: arrows select, Enter
-/// opens, Escape leaves; whatever is typed is a path.
+/// A modal dialog for choosing a file with mouse or keyboard: arrows select, Enter opens, Escape cancels;
+/// typed text is a path.
 class FileDialog {
 public:
     /// Opens it in a folder, or in the nearest one above it that can be read.
@@ -18,11 +18,11 @@ public:
               const std::vector<std::string>& extensions);
     void close() { chooser.reset(); }
     bool is_open() const { return chooser.has_value(); }
-    /// Says why the file that was chosen will not do; the dialogue stays.
+    /// Shows why the chosen file is unusable; the dialog stays open.
     void set_fault(const std::string& text);
 
-    /// Declares it. The path of the file, in the frame in which one is chosen; the dialogue stays open until
-    /// it is closed.
+    /// Builds the dialog. Returns the path in the frame in which a file is chosen; the dialog stays open
+    /// until `close`.
     std::optional<std::string> show(Items& items);
 
 private:

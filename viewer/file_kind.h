@@ -5,10 +5,10 @@
 
 namespace viewer {
 
-/// What files are to the viewer.
+/// Kinds of files in the viewer.
 enum class FileKind { IMAGE, CONFIG, CDL_LIBRARY };
 
-/// By the file's extension; everything unknown is taken for an image.
+/// By the file's extension; unknown ones are images.
 FileKind get_file_kind(const std::string& path);
 
 /// Extensions of such files, with the '.', in lower case.

@@ -8,9 +8,8 @@
 
 namespace viewer {
 
-/// Tells which of some files were written, replaced, moved, removed or made, with the folders that they are
-/// in and the links that lead to them. Where the operating system offers no such notices, it never tells of
-/// any, and says why.
+/// Reports which of some files were written, replaced, moved, removed or created, including through their
+/// folders and links. Without support of the operating system it reports nothing, and why.
 class FileWatcher {
 public:
     FileWatcher();
@@ -22,15 +21,15 @@ public:
     /// folders need to exist.
     void watch(const std::vector<std::string>& files);
 
-    /// Those of the files that changed since the last call, each once; waits so long for the first,
-    /// not at all when that is negative, and never longer than some weeks.
+    /// The files that changed since the last call, each once; waits for the first up to the given time (not
+    /// at all if negative, some weeks at most).
     std::vector<std::string> take_changes(std::chrono::milliseconds patience = {});
 
-    /// Why some or all changes go unnoticed; empty when none does.
+    /// Why some or all changes are not noticed; empty when all are.
     const std::string& get_fault() const { return fault; }
 
 private:
-    /// What tells one state of a file from another without reading it.
+    /// Identifies the state of a file without reading it.
     struct Stamp {
         bool exists = false;
         unsigned long device = 0;

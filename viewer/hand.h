@@ -5,8 +5,8 @@
 
 namespace viewer {
 
-/// Mouse and keys that a script works, in place of the user's: the panels see no difference. Positions are in
-/// units of the window system from the top left. What is told is done step by step, a frame each.
+/// Simulated mouse and keyboard for scripts. Positions are in units of the window system from the top left.
+/// Input is queued as steps, and one step is played per frame.
 class Hand {
 public:
     void move(float x, float y);
@@ -20,7 +20,7 @@ public:
     void type(const std::string& text);
 
     bool is_busy() const { return !steps.empty(); }
-    /// Does the next step, if there is one: between the screen's input and the panels' frame.
+    /// Plays the next step, if there is one: between the screen's input and the panels' frame.
     void act();
 
     /// "Enter, Escape, ..."

@@ -52,7 +52,7 @@ void decode_row(const std::byte* row, const image::PixelLayout& layout, int chan
                            fmt::format("cannot show '{}': {}", path, reason), path);
 }
 
-/// What is too large to show is not worth reading.
+/// An image that is too large to show is not read.
 void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_side) {
     if (spec.width > max_side || spec.height > max_side)
         fail(path, fmt::format("{} x {} pixels are more than this driver shows ({} a side)", spec.width,
@@ -86,7 +86,7 @@ Image load_image(const std::string& path, int max_side) {
     try {
         image.rgba.assign(width * static_cast<std::size_t>(spec.height) * image::WORKING_CHANNELS, 1.0f);
     } catch (const std::bad_alloc&) {
-        fail(path, "no memory for its pixels");
+        fail(path, "not enough memory for its pixels");
     }
     OIIO::parallel_for(int64_t(0), int64_t(spec.height), [&](int64_t y) {
         const auto row = static_cast<std::size_t>(y);

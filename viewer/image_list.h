@@ -9,8 +9,8 @@
 
 namespace viewer {
 
-/// Files to look at, one at a time. Each is read when it is first wanted; the last few stay in memory, as far
-/// as there is room.
+/// Image files, shown one at a time. Each is read when it is first needed; the last few stay in memory while
+/// there is enough.
 class ImageList {
 public:
     using Handle = std::shared_ptr<const Image>;
@@ -22,10 +22,10 @@ public:
     /// Goes to a file, and lists it if it is new. Throws diagnostics::Failure, and changes nothing, when it
     /// cannot be read.
     void open(const std::string& path);
-    /// Goes on by so many files, round and round. One that cannot be read is gone to as well: it becomes the
-    /// fault, and the image stays what it was.
+    /// Moves by so many files, wrapping around. A file that cannot be read becomes the current one too: the
+    /// error is shown, and the image stays the previous one.
     void step(int by);
-    /// Has a file that changed read again: at once when it is the current one, else when it is wanted.
+    /// Reads a changed file again: at once if it is the current one, else when it is needed.
     void refresh(const std::string& path);
 
     const std::vector<std::string>& get_paths() const { return paths; }
@@ -33,7 +33,7 @@ public:
     const std::string& get_current_path() const { return current; }
     /// The image read last; null before the first.
     const Handle& get_image() const { return image; }
-    /// What is wrong with the current file, in words; empty when nothing is.
+    /// The error of the current file; empty without one.
     const std::string& get_fault() const { return fault; }
 
 private:

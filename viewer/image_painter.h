@@ -15,7 +15,7 @@ namespace viewer {
 int get_max_side();
 
 /// Draws images through conversions with OpenGL's core profile. Textures and shaders are made only when the
-/// image or the conversion is another than before.
+/// image or the conversion has changed.
 class ImagePainter {
 public:
     /// Needs a current context, always the same.
@@ -24,7 +24,7 @@ public:
     using ImageHandle = std::shared_ptr<const Image>;
     using ConversionHandle = std::shared_ptr<const workflow::Conversion>;
 
-    /// What is drawn. A null conversion shows the values as they are.
+    /// What is drawn. A null conversion shows the unconverted values.
     struct Subject {
         ImageHandle image;
         ConversionHandle conversion;
@@ -40,7 +40,7 @@ public:
     void draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
               const Placement& placement, int framebuffer_height);
 
-    /// What the GPU makes of a rectangle of the image, RGBA floats from top to bottom. Throws GlError.
+    /// A rectangle of the image converted by the GPU, RGBA floats from top to bottom. Throws GlError.
     std::vector<float> convert(const Subject& subject, const Viewport& rectangle);
 
     /// How many shaders were made, and how many images uploaded, since the start.

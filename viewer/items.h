@@ -5,7 +5,7 @@
 
 namespace viewer {
 
-/// Where the things lie that one can click, by what is written on them, as the last frame declared them.
+/// Positions of the clickable items of the last frame, by their labels.
 class Items {
 public:
     struct Item {
@@ -15,13 +15,13 @@ public:
     };
 
     void end_frame();
-    /// Notes what was declared last.
+    /// Records the last widget.
     void note(const std::string& name);
-    /// Notes what will be declared at the current position, of that size.
+    /// Records the next widget, at the current position and of that size.
     void note_next(const std::string& name, float width, float height);
 
     const std::vector<Item>& get_all() const { return shown; }
-    /// The last one of that name, which lies above the others; null when there is none.
+    /// The last one of that name, which is above the others; null when there is none.
     const Item* find(const std::string& name) const;
 
 private:

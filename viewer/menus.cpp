@@ -23,7 +23,7 @@ constexpr LayoutChoice LAYOUTS[] = {{"One view", "o", Layout::SINGLE},
 const char* get_title(FileKind kind) {
     switch (kind) {
     case FileKind::CONFIG:
-        return "Open configuration";
+        return "Open OCIO config";
     case FileKind::CDL_LIBRARY:
         return "Open CDL library";
     default:
@@ -60,7 +60,7 @@ void Panels::show_menus(ViewModel& model) {
         ImGui::Separator();
         if (widgets::show_menu_item(items, "Fit", "f", model.get_camera().is_fitting()))
             model.get_camera().fit();
-        if (widgets::show_menu_item(items, "Pixel by pixel", "1"))
+        if (widgets::show_menu_item(items, "Actual pixels", "1"))
             model.get_camera().set_zoom(1);
         ImGui::EndMenu();
     }
@@ -70,11 +70,11 @@ void Panels::show_menus(ViewModel& model) {
 void Panels::show_file_menu(ViewModel& model) {
     if (widgets::show_menu_item(items, "Open image...", "p"))
         open_dialog(FileKind::IMAGE, model);
-    if (widgets::show_menu_item(items, "Open configuration...", "c"))
+    if (widgets::show_menu_item(items, "Open config...", "c"))
         open_dialog(FileKind::CONFIG, model);
     if (widgets::show_menu_item(items, "Open CDL library...", "l"))
         open_dialog(FileKind::CDL_LIBRARY, model);
-    if (widgets::show_menu_item(items, "Built-in configuration", nullptr,
+    if (widgets::show_menu_item(items, "Built-in config", nullptr,
                                 model.get_host().get_config_path().empty()))
         attempt([&] { model.use_config(""); });
     ImGui::Separator();
@@ -82,7 +82,7 @@ void Panels::show_file_menu(ViewModel& model) {
         quits = true;
 }
 
-/// Starts beside the configuration in force, or else beside the image.
+/// Starts in the folder of the current config, or else of the image.
 void Panels::open_dialog(FileKind kind, const ViewModel& model) {
     const std::string& config = model.get_host().get_config_path();
     const std::string& image = model.get_images().get_current_path();

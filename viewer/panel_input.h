@@ -1,10 +1,10 @@
 #pragma once
 
-/// What the panels' library is told of mouse and keys, and asked of them, in words that hold for its releases
-/// before and since 1.87, which renamed and moved most of this. Keys are those of ImGuiKey.
+/// Mouse and keyboard input to and from Dear ImGui, for its releases before and since 1.87, which renamed and
+/// moved most of this. Keys are those of ImGuiKey.
 namespace viewer::panel_input {
 
-/// The one of the number block.
+/// The one of the numeric keypad.
 extern const int KEYPAD_ENTER;
 
 /// Once before a frame, where no window system says which numbers its keys have.
@@ -13,7 +13,7 @@ void use_plain_keys();
 /// True in the frame in which a key goes down, and while it repeats.
 bool is_pressed(int key);
 
-/// What holds from the next frame on. Positions are in units of the window system from the top left.
+/// Input from the next frame on. Positions are in units of the window system from the top left.
 void set_pointer(float x, float y);
 void set_left_button(bool is_down);
 void set_shift(bool is_down);

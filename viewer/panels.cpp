@@ -30,8 +30,7 @@ using widgets::show_text;
 
 namespace {
 
-/// The panels' library gives OpenGL back when it ends, but since 1.91 keeps the addresses that it has found
-/// in it.
+/// Dear ImGui releases OpenGL when it ends, but since 1.91 keeps the function addresses that it has loaded.
 void keep_opengl_loaded() {
     dlopen("libOpenGL.so.0", RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
 }
@@ -122,7 +121,8 @@ void Panels::show_images(ViewModel& model) {
 void Panels::show_colors(ViewModel& model) {
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     std::string chosen;
-    if (choose(items, "Input space", model.get_host().get_spaces(), settings.input_space, filter, chosen))
+    if (choose(items, "Input color space", model.get_host().get_spaces(), settings.input_space, filter,
+               chosen))
         attempt([&] { model.set_input_space(chosen); });
     widgets::show_remark(model.get_space_reason());
 
@@ -172,14 +172,14 @@ void Panels::show_layout(ViewModel& model, const ViewRenderer& renderer) {
     if (layout == Layout::WIPE) {
         auto wipe = static_cast<float>(model.get_wipe());
         ImGui::SetNextItemWidth(-1);
-        if (ImGui::SliderFloat("##wipe", &wipe, 0, 1, "line at %.2f"))
+        if (ImGui::SliderFloat("##wipe", &wipe, 0, 1, "position %.2f"))
             model.set_wipe(wipe);
         items.note("Wipe position");
     }
     if (layout == Layout::DIFFERENCE) {
         float scale = model.get_difference_scale();
         ImGui::SetNextItemWidth(-1);
-        if (ImGui::SliderFloat("##scale", &scale, 1, 10000, "differences times %.0f",
+        if (ImGui::SliderFloat("##scale", &scale, 1, 10000, "difference x %.0f",
                                ImGuiSliderFlags_Logarithmic))
             model.set_difference_scale(scale);
         items.note("Difference scale");
@@ -191,7 +191,7 @@ void Panels::show_layout(ViewModel& model, const ViewRenderer& renderer) {
 
 void Panels::show_readout(const PixelReadout* readout) const {
     if (!readout) {
-        show_text("No pixel below the pointer");
+        show_text("No pixel at the pointer");
     } else {
         show_text(fmt::format("Pixel {}, {}", readout->x, readout->y));
         show_text("file" + format_pixel(readout->before));
@@ -202,7 +202,7 @@ void Panels::show_readout(const PixelReadout* readout) const {
 }
 
 void Panels::show_configuration(ViewModel& model) {
-    show_text(fmt::format("Configuration: {}", model.get_host().get_config_name()));
+    show_text(fmt::format("OCIO config: {}", model.get_host().get_config_name()));
     if (widgets::show_button(items, "Open..."))
         open_dialog(FileKind::CONFIG, model);
     ImGui::SameLine();

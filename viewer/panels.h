@@ -9,8 +9,8 @@
 
 namespace viewer {
 
-/// The panels beside the image, and what mouse and keyboard do to the model. The panels' library and its
-/// OpenGL part live as long as this.
+/// The panels beside the image, and the mouse and keyboard actions on the model. Owns Dear ImGui and its
+/// OpenGL part.
 class Panels {
 public:
     /// Width of the column of panels, in units of the window system.
@@ -22,24 +22,24 @@ public:
     Panels(const Panels&) = delete;
     Panels& operator=(const Panels&) = delete;
 
-    /// Begins a frame; the screen has given size and input.
+    /// Begins a frame; the screen must have set size and input before.
     void begin();
-    /// Declares the panels and lets them change the model.
+    /// Builds the panels, which may change the model.
     void show(ViewModel& model, const ViewRenderer& renderer, const PixelReadout* readout);
-    /// Mouse and keys outside of the panels; `area` is the image's.
+    /// Mouse and keyboard outside of the panels; `area` is that of the image.
     void steer(ViewModel& model, const Viewport& area);
-    /// Draws what was declared.
+    /// Draws the panels.
     void end();
 
-    /// Where what they show can be clicked.
+    /// The clickable items and their positions.
     const Items& get_items() const { return items; }
-    /// True once the user wants to leave.
+    /// True once the user has chosen to quit.
     bool wants_to_quit() const { return quits; }
 
-    /// A fault of something that the user asked for, shown until the next thing goes well.
+    /// An error of a user action, shown until the next action succeeds.
     void set_fault(const std::string& text) { fault = text; }
     const std::string& get_fault() const { return fault; }
-    /// Why the image is not drawn; empty when it is.
+    /// Why the image cannot be drawn; empty when it can.
     void set_drawing_fault(const std::string& text) { drawing_fault = text; }
 
     /// Pixels of the framebuffer per unit of the window system.

@@ -8,8 +8,8 @@
 
 namespace viewer {
 
-/// Makes a change, and answers why it was not made; empty when it was. No exception may leave a frame that
-/// has begun: the panels' library would find it unfinished.
+/// Makes a change; returns the error, or empty on success. Exceptions must not leave a frame that has begun:
+/// Dear ImGui requires that it is finished.
 template <class Change>
 std::string find_refusal(const Change& change) {
     try {
@@ -20,7 +20,7 @@ std::string find_refusal(const Change& change) {
     return "";
 }
 
-/// Makes a change that the user asked for; a refusal is shown.
+/// Makes a change for the user; an error is shown.
 template <class Change>
 void Panels::attempt(const Change& change) {
     fault = find_refusal(change);

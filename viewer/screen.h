@@ -19,12 +19,12 @@ public:
 
     /// In pixels of the framebuffer.
     virtual Size get_size() const = 0;
-    /// Takes in what the user did, waiting a little for it, and binds the framebuffer. False when there is
-    /// nothing new to draw for.
+    /// Processes the user's input, after waiting briefly for it, and binds the framebuffer. False when there
+    /// is nothing new to draw.
     virtual bool begin_frame() = 0;
-    /// Has the panels' library know the size and the user's input.
+    /// Passes the size and the user's input to Dear ImGui.
     virtual void begin_panels() = 0;
-    /// Before that library goes.
+    /// To be called before Dear ImGui is destroyed.
     virtual void close_panels() = 0;
     /// Shows what was drawn.
     virtual void end_frame() = 0;

@@ -11,18 +11,17 @@ class Viewer;
 enum class Layout;
 
 /// Commands for a viewer, one per line with its argument. Empty lines and lines that begin with '#' are
-/// skipped.
+/// ignored.
 class Script {
 public:
     /// Takes a line of output.
     using Print = std::function<void(const std::string& line)>;
 
-    /// Throws diagnostics::Failure with the place when a line does not start with a command. `name` is for
-    /// messages.
+    /// Throws diagnostics::Failure with `name` and line number for an unknown command.
     Script(std::istream& text, const std::string& name);
 
     /// Runs every line and draws a frame after each. True when "quit" ended the script. Throws
-    /// diagnostics::Failure with the place.
+    /// diagnostics::Failure with name and line number.
     bool run(Viewer& viewer, const Print& print) const;
 
     /// One line per command, for the help text.
@@ -37,7 +36,7 @@ private:
     std::vector<Line> lines;
 };
 
-/// The number that all of `text` spells. Throws diagnostics::Failure for anything else.
+/// The finite number in `text`. Throws diagnostics::Failure for anything else.
 double parse_number(const std::string& text);
 
 /// "single", "wipe", "two" or "difference". Throws diagnostics::Failure for other words.

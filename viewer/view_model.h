@@ -15,12 +15,12 @@
 
 namespace viewer {
 
-/// Everything that decides what the viewer shows, without a window and without OpenGL. What cannot be done
-/// throws diagnostics::Failure, or, where nobody asked for it, becomes a fault to show; what was shown last
-/// stays.
+/// The state of the viewer, without a window and without OpenGL. Failed operations throw
+/// diagnostics::Failure; errors that the user did not cause are listed for display. What is shown stays after
+/// an error.
 class ViewModel {
 public:
-    /// Which of two views.
+    /// One of the two views.
     enum Side { FIRST, SECOND, SIDE_COUNT };
 
     explicit ViewModel(workflow::LiveConfig& host);
@@ -33,21 +33,21 @@ public:
     void add_images(const std::vector<std::string>& paths);
     /// Shows the file, and lists it if it is new.
     void open(const std::string& path);
-    /// Shows the next (+1) or an earlier (-1) listed image, round and round. One that cannot be read is
-    /// passed on the way: it is a fault until the next one, and the image shown stays.
+    /// Shows the next (+1) or previous (-1) listed image, wrapping around. For one that cannot be read the
+    /// error is shown until the next step, and the image shown stays.
     void step_image(int by);
     const ImageList& get_images() const { return images; }
     /// Null until one was opened.
     const std::shared_ptr<const Image>& get_image() const { return images.get_image(); }
 
-    // Colors, by the names of the module; names without a family and roles will do for spaces.
+    // Colors, by the module's names; color spaces also by role and without a family.
 
     void set_input_space(const std::string& name);
     void set_cdl(const std::string& name);
     void set_view(Side side, const std::string& label);
     void set_exposure(float stops) { exposure = stops; }
     ColorSettings get_settings(Side side) const;
-    /// Why the input space is what it is.
+    /// The rule that chose the input color space.
     const std::string& get_space_reason() const { return space_reason; }
     /// The configured conversions of the settings; the last good ones when these cannot be made.
     std::shared_ptr<const workflow::Conversion> get_conversion(Side side);
@@ -59,7 +59,7 @@ public:
     /// Where the line of the wipe is: 0 at the left, 1 at the right.
     void set_wipe(double position);
     double get_wipe() const { return wipe; }
-    /// What errors are multiplied by in the image of differences.
+    /// Factor of the differences in the difference image.
     void set_difference_scale(float scale) { difference_scale = scale; }
     float get_difference_scale() const { return difference_scale; }
     Camera& get_camera() { return camera; }
@@ -70,15 +70,15 @@ public:
     /// Empty for the built-in one.
     void use_config(const std::string& path);
     void use_cdl_library(const std::string& path);
-    /// Reads what changed on disk again, takes over what the module told its host, and waits so long for a
-    /// change of a file. True when anything changed.
+    /// Reads changed files again and takes over changes of the module, after waiting up to that time for a
+    /// file to change. True when anything changed.
     bool follow_changes(std::chrono::milliseconds patience = {});
-    /// Why changes of files go unnoticed; empty when none does.
+    /// Why changes of files are not noticed; empty when all are.
     const std::string& get_watch_fault() const { return watcher.get_fault(); }
 
-    /// What is wrong at the moment, in words.
+    /// The current errors.
     std::vector<std::string> get_faults() const;
-    /// The last thing that went well, and which of the chosen names had to be replaced for it.
+    /// The last successful operation, and the chosen names that had to be replaced.
     const std::string& get_note() const { return note; }
 
     workflow::LiveConfig& get_host() { return host; }
@@ -87,7 +87,7 @@ public:
 private:
     void take_space_of_image(const std::shared_ptr<const Image>& former);
     void take_space_of_file();
-    /// Replaces names that the module no longer has. "; ..." about each for the note.
+    /// Replaces names that no longer exist. Returns "; ..." about each for the note.
     std::string use_existing_names();
     void watch_files();
     std::string get_conversion_fault(Side side) const;

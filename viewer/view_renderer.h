@@ -19,13 +19,13 @@ struct PixelReadout {
     float gpu[4];
 };
 
-/// Draws what a model says into the framebuffer that is bound.
+/// Draws a model into the bound framebuffer.
 class ViewRenderer {
 public:
     /// Needs a current core-profile context, always the same.
     ViewRenderer() = default;
 
-    /// Settles what goes where in `area`, and gives the model's camera its sizes. False when there is nothing
+    /// Computes the layout in `area`, and sets the sizes of the model's camera. False when there is nothing
     /// to draw.
     bool aim(ViewModel& model, const Viewport& area);
 

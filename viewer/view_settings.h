@@ -4,11 +4,11 @@
 
 namespace viewer {
 
-/// What the colors on the screen depend on, by the names that the module publishes.
+/// The color settings, by the names that the module publishes.
 struct ColorSettings {
     std::string input_space; ///< Label of "color_space" that the image is in.
     std::string cdl;         ///< Name of "color_decision_list".
-    std::string view;        ///< Label of "view_transform"; empty shows the values as they are.
+    std::string view;        ///< Label of "view_transform"; empty: unconverted values.
     float exposure = 0;      ///< Stops.
 
     bool operator==(const ColorSettings& other) const {
@@ -23,7 +23,7 @@ enum class Layout {
     SINGLE,       ///< One image.
     WIPE,         ///< One image, the second view to the right of a line.
     SIDE_BY_SIDE, ///< The second view beside the first.
-    DIFFERENCE    ///< What the GPU and the CPU disagree on.
+    DIFFERENCE    ///< Difference between GPU and CPU.
 };
 
 /// True when the layout shows the second view beside the first.

@@ -78,7 +78,7 @@ void Viewer::act() {
 
 const Items& Viewer::get_items() const {
     if (!panels || !shows_panels)
-        diagnostics::fail(diagnostics::Code::USAGE, "the panels are not shown", "'panels on' shows them");
+        diagnostics::fail(diagnostics::Code::USAGE, "the panels are hidden", "'panels on' shows them");
     return panels->get_items();
 }
 

@@ -15,7 +15,7 @@ namespace viewer {
 class Items;
 class Panels;
 
-/// A model on a screen: draws it, follows the user and the files on disk.
+/// A model on a screen: draws it, and reacts to the user and to changed files.
 class Viewer {
 public:
     /// Throws GlError.
@@ -24,7 +24,7 @@ public:
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
 
-    /// Follows files and input and draws once. What goes wrong is shown.
+    /// Handles changed files and input, and draws once. Errors are shown.
     void run_frame();
     bool is_closed() const;
 
@@ -33,26 +33,26 @@ public:
     void save_screenshot(const std::string& path);
 
     void show_panels(bool shown);
-    /// What the panels show that can be clicked. Throws diagnostics::Failure when they are not shown.
+    /// The clickable items of the panels. Throws diagnostics::Failure when the panels are hidden.
     const Items& get_items() const;
-    /// What went wrong of what the user asked for last; empty when nothing did, or without panels.
+    /// The error of the user's last action; empty when it succeeded, or without panels.
     std::string get_fault() const;
-    /// Works the panels in place of the user; `act` has it do what it was told.
+    /// Simulated mouse and keyboard for tests; `act` plays the queued input.
     Hand& get_hand() { return hand; }
-    /// Runs frames until the hand is done and what it did is shown.
+    /// Runs frames until the queued input was played and its result is shown.
     void act();
-    /// Opens what was dropped on the window: a configuration, a CDL library, or images, of which the first
-    /// is shown. What goes wrong is shown.
+    /// Opens files dropped on the window: an OCIO config, a CDL library, or images, of which the first is
+    /// shown. Errors are shown.
     void drop(const std::vector<std::string>& paths);
-    /// Has the pixel at this position of the screen read out, whatever the pointer does.
+    /// Reads the pixel at this screen position instead of the pointer's.
     void set_cursor(double x, double y) { cursor = Position{x, y}; }
 
-    /// Draws, waits for the comparison of GPU and CPU that the layout asks for, and answers it; null when it
-    /// asks for none. Throws GlError.
+    /// Draws, waits for the comparison of GPU and CPU, and returns it; null unless the layout compares.
+    /// Throws GlError.
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
-    /// The camera, aimed at the image as the next draw shows it.
+    /// The camera, adjusted to the image as in the next draw.
     Camera& get_camera();
     ViewRenderer& get_renderer() { return *renderer; }
 

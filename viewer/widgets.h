@@ -6,13 +6,13 @@
 
 #include "viewer/items.h"
 
-/// What the viewer's panels consist of. Whatever can be clicked is noted in `items`.
+/// The widgets of the viewer's panels. Clickable ones are recorded in `items`.
 namespace viewer::widgets {
 
 void show_text(const std::string& text);
 void show_fault(const std::string& text);
 void show_note(const std::string& text);
-/// In the color of what is less important.
+/// In the color of secondary text.
 void show_remark(const std::string& text);
 
 bool show_button(Items& items, const char* label);
@@ -25,12 +25,12 @@ bool begin_menu(Items& items, const char* label);
 /// True when it was clicked.
 bool show_menu_item(Items& items, const char* label, const char* key = nullptr, bool is_checked = false);
 
-/// An entry of a list, its name as it is, whatever it holds; `position` tells it from others of the same
-/// name. True when it was clicked, as `flags` (ImGuiSelectableFlags) have it.
+/// An entry of a list, with its name unchanged; `position` distinguishes entries of the same name. True when
+/// it was clicked, according to `flags` (ImGuiSelectableFlags).
 bool show_entry(Items& items, std::size_t position, const std::string& name, bool is_selected, int flags = 0);
 
-/// A menu of names below a title; true when another one was chosen, which `chosen` then is. Long lists have a
-/// field to search them; `filter` is what was typed there.
+/// A menu of names below a title; true when one was chosen, which is then in `chosen`. Long lists have a
+/// search field; `filter` is the text typed there.
 bool choose(Items& items, const char* title, const std::vector<std::string>& names,
             const std::string& current, std::string& filter, std::string& chosen);
 

@@ -17,7 +17,7 @@ namespace viewer {
 
 namespace {
 
-/// How long the window sleeps at most before files are looked at.
+/// Longest wait before files are checked.
 constexpr double SLEEP_SECONDS = 0.1;
 /// Frames drawn after the last event: what it opens is laid out in the first and shown in the next.
 constexpr int FRAMES_TO_SETTLE = 3;
@@ -35,7 +35,7 @@ class Library {
 public:
     Library() {
         if (!glfwInit())
-            throw gl::GlError("there is no display to open a window on (" + get_glfw_error() +
+            throw gl::GlError("no display to open a window on (" + get_glfw_error() +
                               "); --screenshot works without one");
     }
     ~Library() { glfwTerminate(); }

@@ -74,7 +74,7 @@ TEST_F(ChoiceOfAFile, LeavesOutWhatMayNeverEnd) {
     chooser.set_shows_all(true);
     EXPECT_THAT(names_of(chooser), testing::Not(testing::Contains("pipe.ocio")));
     EXPECT_FALSE(chooser.choose_typed("pipe.ocio"));
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("pipe.ocio' is neither a file nor a folder"));
+    EXPECT_THAT(chooser.get_fault(), HasSubstr("pipe.ocio' is not a regular file or readable folder"));
 }
 
 TEST_F(ChoiceOfAFile, GoesIntoFoldersAndUpAgain) {
@@ -130,7 +130,7 @@ TEST_F(ChoiceOfAFile, TakesATypedPath) {
 
 TEST_F(ChoiceOfAFile, SaysWhatIsWrongWithATypedPathAndStays) {
     EXPECT_FALSE(chooser.choose_typed("none.ocio"));
-    EXPECT_EQ(chooser.get_fault(), "there is no '" + folder.file("show/none.ocio") + "'");
+    EXPECT_EQ(chooser.get_fault(), "'" + folder.file("show/none.ocio") + "' does not exist");
     EXPECT_FALSE(chooser.choose_typed("b.ocio/inside"));
     EXPECT_THAT(chooser.get_fault(), HasSubstr("b.ocio/inside"));
     fs::create_symlink("loop", folder.file("show/loop"));

@@ -69,8 +69,8 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
     follow();
     EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
     EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
-    EXPECT_EQ(model->get_note(),
-              "read test.ocio again; view 'Screen.Shown' is gone, using '" + host->get_default_view() + "'");
+    EXPECT_EQ(model->get_note(), "read test.ocio again; view 'Screen.Shown' no longer exists, using '" +
+                                     host->get_default_view() + "'");
     EXPECT_THAT(model->get_faults(), IsEmpty());
 }
 
@@ -84,7 +84,7 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBrok
         follow();
         ASSERT_EQ(model->get_faults().size(), 1u) << broken;
         EXPECT_THAT(model->get_faults()[0], HasSubstr("test.ocio"));
-        EXPECT_THAT(model->get_faults()[0], HasSubstr("last good state"));
+        EXPECT_THAT(model->get_faults()[0], HasSubstr("last valid version"));
         EXPECT_EQ(host->get_config_name(), "test.ocio");
         EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
         EXPECT_EQ(model->get_conversion(FIRST), chain) << "nothing is made anew";
@@ -260,11 +260,13 @@ TEST_F(ModelThatFollowsChanges, SaysWhichNamesHadToBeReplaced) {
     renamed.replace(renamed.find("\"grade\""), 7, "\"other\"");
     folder.write("grade.ccc", renamed);
     follow();
-    EXPECT_EQ(model->get_note(), "read grade.ccc again; CDL 'grade' is gone, using 'No CDL'");
+    EXPECT_EQ(model->get_note(), "read grade.ccc again; CDL 'grade' no longer exists, using 'No CDL'");
     model->set_input_space("shown");
     model->use_config("");
-    EXPECT_THAT(model->get_note(), HasSubstr("color space 'shown' is gone, using 'Tavelion|linear'"));
-    EXPECT_THAT(model->get_note(), HasSubstr("second view 'Screen.Raw' is gone, using 'Tavelion.sRGB'"));
+    EXPECT_THAT(model->get_note(),
+                HasSubstr("color space 'shown' no longer exists, using 'Tavelion|linear'"));
+    EXPECT_THAT(model->get_note(),
+                HasSubstr("second view 'Screen.Raw' no longer exists, using 'Tavelion.sRGB'"));
     folder.write("grade.ccc", renamed);
     follow();
     EXPECT_EQ(model->get_note(), "read grade.ccc again") << "nothing had to be replaced any more";
@@ -283,7 +285,7 @@ TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_TRUE(model->follow_changes());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
-    EXPECT_THAT(model->get_note(), StartsWith("view 'Screen.Raw' is gone, using 'Tavelion.sRGB'"));
+    EXPECT_THAT(model->get_note(), StartsWith("view 'Screen.Raw' no longer exists, using 'Tavelion.sRGB'"));
     EXPECT_FALSE(model->follow_changes());
 }
 

@@ -29,7 +29,7 @@ protected:
         model->use_cdl_library(folder.write("names.ccc", library + "</ColorCorrectionCollection>"));
         viewer->act();
     }
-    /// The letters of what bears that name in the panels, as bright and dark pixels.
+    /// The letters of the item of that name in the panels, as bright and dark pixels.
     std::string read_line(const std::string& name) {
         constexpr int LEFT = 10, RIGHT = 140, ABOVE = 6;
         const int middle = static_cast<int>(find(name).y);
@@ -216,7 +216,7 @@ protected:
 
 TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheMouse) {
     click("File");
-    click("Open configuration...");
+    click("Open config...");
     EXPECT_TRUE(shows("test.ocio")) << "it starts beside the configuration in force";
     EXPECT_FALSE(shows("ramps.exr")) << "which is no configuration";
     double_click("shows/");

@@ -24,7 +24,7 @@ protected:
             viewer->run_frame();
         return condition();
     }
-    /// Clicks what bears that name in the panels.
+    /// Clicks the item of that name in the panels.
     void click(const std::string& name);
     void double_click(const std::string& name);
     void press(const std::string& key);

@@ -67,7 +67,7 @@ TEST_F(ScriptOfAViewer, PrintsWhatIsShown) {
     run("print\ncompare\n");
     EXPECT_THAT(
         out.str(),
-        AllOf(HasSubstr("space: Tavelion|linear (from the built-in associations, category Open EXR)\n"),
+        AllOf(HasSubstr("color space: Tavelion|linear (from the built-in associations, category Open EXR)\n"),
               HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
 }
 
@@ -84,17 +84,17 @@ TEST_F(ScriptOfAViewer, WorksThePanelsAsAUserWould) {
     write_lut(folder, 0.5);
     write_config(folder);
     run("type c\ntype test.ocio\npress Enter\nitems\nprint\n");
-    EXPECT_THAT(out.str(), AllOf(HasSubstr("configuration: test.ocio\n"), HasSubstr(" File\n"),
-                                 Not(HasSubstr(" Cancel\n"))));
+    EXPECT_THAT(out.str(),
+                AllOf(HasSubstr("config: test.ocio\n"), HasSubstr(" File\n"), Not(HasSubstr(" Cancel\n"))));
     run("drop " + folder.write("garbage.txt", "text") + "\nprint\n");
-    EXPECT_THAT(out.str(), HasSubstr("fault: cannot read"));
+    EXPECT_THAT(out.str(), HasSubstr("error: cannot read"));
 }
 
 TEST_F(ScriptOfAViewer, SaysWhatThereIsNotToClick) {
     EXPECT_THAT(failure_of("click View"), HasSubstr("'panels on'"));
     EXPECT_THAT(failure_of("drop a.exr"), HasSubstr("'panels on'"));
     EXPECT_THAT(failure_of("panels on\nclick Filee"),
-                AllOf(HasSubstr("tour:2: nothing named 'Filee'"), HasSubstr("did you mean 'File'")));
+                AllOf(HasSubstr("tour:2: no item 'Filee'"), HasSubstr("did you mean 'File'")));
     EXPECT_THAT(failure_of("panels on\npress Any"), HasSubstr("no key 'Any'; keys: Enter, "));
     EXPECT_THAT(failure_of("panels on\ndrag 1 2 3"), HasSubstr("tour:2: "));
     EXPECT_THAT(failure_of("panels on\nwheel 1 2 3 4"), HasSubstr("tour:2: "));

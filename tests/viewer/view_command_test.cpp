@@ -107,7 +107,7 @@ TEST_F(CommandView, ReadsTheImagesThatItShowsAndNoOthers) {
     EXPECT_THAT(err.str(), HasSubstr("broken.exr"));
     const std::string script = folder.write("tour.txt", "next\nprint\nnext\nprint\n");
     EXPECT_EQ(run({image, broken, "--script", script, "--no-window"}), 0) << err.str();
-    EXPECT_THAT(out.str(), HasSubstr("fault: cannot read '" + broken + "'"));
+    EXPECT_THAT(out.str(), HasSubstr("error: cannot read '" + broken + "'"));
 }
 
 TEST_F(CommandView, FailsWithTwoForAWrongCommandLine) {
