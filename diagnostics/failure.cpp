@@ -37,7 +37,7 @@ Diagnostic make_note(Code code, std::string message, std::string subject) {
 
 Diagnostic add_context(const std::string& what, const Diagnostics& causes, Code otherwise) {
     const Diagnostic* cause = find_worst(causes);
-    Diagnostic result = cause ? *cause : make_error(otherwise, "no reason is known");
+    Diagnostic result = cause ? *cause : make_error(otherwise, "unknown reason");
     result.severity = Severity::ERROR;
     if (!what.empty())
         result.message = what + ": " + result.message;

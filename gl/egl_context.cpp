@@ -13,8 +13,9 @@ namespace gl {
 
 namespace {
 
-constexpr char NO_EGL[] = "this machine has no EGL; install libegl1 and libgl1-mesa-dri (Mesa's software "
-                          "driver does where there is no GPU)";
+constexpr char NO_EGL[] =
+    "EGL is not available; install libegl1 and libgl1-mesa-dri (Mesa's software driver works "
+    "without a GPU)";
 
 /// libepoxy ends the process when there is no EGL, so its presence is checked first.
 bool is_egl_installed() {

@@ -35,7 +35,7 @@ void upload_table(const GlTexture& texture, const float* table, int edge) {
     set_sampling(GL_TEXTURE_3D, GL_LINEAR);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexImage3D(GL_TEXTURE_3D, 0, GL_RGB32F, edge, edge, edge, 0, GL_RGB, GL_FLOAT, table);
-    check_upload("a table of " + std::to_string(edge) + " entries a side");
+    check_upload("a 3D LUT of " + std::to_string(edge) + " entries a side");
 }
 
 void upload_pixels(const GlTexture& texture, const float* rgba, int width, int height) {
