@@ -5,7 +5,7 @@ include_guard(GLOBAL)
 set(QB_OCIO_ROOT "" CACHE PATH
   "Folder with another OpenColorIO than the system's, as an installation or an unpacked package leaves it")
 
-# The libraries below QB_OCIO_ROOT that others need in turn: programs find them there too, without being told.
+# The libraries below QB_OCIO_ROOT that others need in turn: programs find them there too, without further settings.
 function(qb_use_library_folders target)
   foreach(folder IN LISTS ARGN)
     target_link_options(${target} INTERFACE "LINKER:-rpath,${folder}")

@@ -8,7 +8,7 @@ include(CheckPIESupported)
 
 check_pie_supported(LANGUAGES CXX)
 
-# The highest level of checked library calls that compiler and C library know; 3 also checks sizes known at run time.
+# The highest level of checked library calls that compiler and C library support; 3 also checks sizes known at run time.
 function(qb_find_fortify_level)
   set(CMAKE_REQUIRED_FLAGS "-O1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
   check_cxx_source_compiles("

@@ -1,4 +1,4 @@
-# Shared target settings: every room's library, test and benchmark is declared through these.
+# Shared target settings: every folder's library, tests and benchmarks are declared with these functions.
 
 include_guard(GLOBAL)
 include(QbHardening)
@@ -31,7 +31,7 @@ function(qb_target_defaults target)
   endif()
 endfunction()
 
-# qb_add_library(name [STATIC|SHARED] source...): one room's library; includes are rooted at the repository.
+# qb_add_library(name [STATIC|SHARED] source...): a folder's library; includes are relative to the repository.
 function(qb_add_library name)
   add_library(${name} ${ARGN})
   qb_target_defaults(${name})

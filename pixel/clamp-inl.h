@@ -1,4 +1,4 @@
-/// Clamps that say what becomes of NaN.
+/// Clamps with defined results for NaN.
 /// Included once per target, after hwy/highway.h.
 #if defined(PIXEL_CLAMP_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef PIXEL_CLAMP_INL_H_

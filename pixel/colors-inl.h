@@ -54,7 +54,7 @@ HWY_INLINE hn::Vec<D> weighted_sum(D d, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b
     return hn::Add(sum, hn::Mul(hn::Set(d, wb), b));
 }
 
-/// Saturation as the ACES red modifier and glow weigh it.
+/// The saturation of the ACES red modifier and glow.
 template <class D>
 HWY_INLINE hn::Vec<D> aces_saturation(D d, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b) {
     const auto tiny = hn::Set(d, static_cast<hn::TFromD<D>>(1e-10f));

@@ -73,7 +73,7 @@ Stage compile_inverse(const Lut1D& op) {
     return stage;
 }
 
-/// Infinity and NaN, the last 1024 entries of each half, have no part in the inverse.
+/// Infinity and NaN, the last 1024 entries of each half, are not used in the inverse.
 Stage compile_inverse_half(const Lut1D& op) {
     constexpr std::size_t FINITE = 0x7C00, NEGATIVE = 0x8000;
     InverseHalfStage stage{};
@@ -85,7 +85,7 @@ Stage compile_inverse_half(const Lut1D& op) {
     return stage;
 }
 
-/// A table of any domain and direction.
+/// A 1D LUT of any domain and direction.
 Stage compile_plain_table(const Lut1D& op) {
     if (op.direction == Direction::Inverse) {
         return op.domain == InputDomain::Half ? compile_inverse_half(op) : compile_inverse(op);

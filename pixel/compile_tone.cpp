@@ -16,7 +16,7 @@ using Pieces = std::vector<Piece>;
 
 constexpr double LEAST_SLOPE = 0.01;
 
-/// Ends of the range that midtones and s-contrast leave alone, and the center of the contrast.
+/// Ends of the range that midtones and s-contrast do not change, and the center of the contrast.
 struct StyleRange {
     double top, contrast_top, bottom, pivot;
 };

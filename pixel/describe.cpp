@@ -10,7 +10,7 @@ namespace pixel {
 
 namespace {
 
-/// Shortest form that reads back to the same double, whatever the process locale; minus zero is zero.
+/// Shortest form that reads back to the same double, in every locale; minus zero is zero.
 std::string number(double v) {
     char text[32];
     const auto end = std::to_chars(text, text + sizeof text, v == 0 ? 0 : v).ptr;

@@ -34,8 +34,8 @@ HWY_INLINE hn::Vec<D> polynomial(D d, const T (&c)[N], hn::Vec<D> x) {
     return sum;
 }
 
-/// Angle of (x, y) for x >= 0 within 67.5 degrees of the x axis; halves keep the sum from overflowing. Where
-/// nothing is said here the result means nothing.
+/// Angle of (x, y) for x >= 0 within 67.5 degrees of the x axis; halves keep the sum from overflowing. The
+/// result is undefined for other arguments.
 template <class D>
 HWY_INLINE hn::Vec<D> hue_angle(D d, hn::Vec<D> x, hn::Vec<D> y) {
     using T = hn::TFromD<D>;

@@ -7,7 +7,7 @@ namespace pixel {
 
 namespace {
 
-/// Where a stage takes in a diagonal matrix that comes before it; null where it cannot.
+/// The member of a stage for a diagonal matrix before it; null if it has none.
 Scaling* scaling_before(Stage& stage) {
     if (auto* table = std::get_if<TableStage>(&stage)) {
         return &table->before;
@@ -37,7 +37,7 @@ void take_in(const DiagonalStage& diagonal, Scaling& scaling) {
     scaling.used = true;
 }
 
-/// True when the last of the stages has taken in `next`.
+/// Merges `next` into the last stage; true on success.
 bool give_to_last(std::vector<Stage>& stages, const Stage& next) {
     const auto* diagonal = std::get_if<DiagonalStage>(&next);
     Scaling* after = stages.empty() ? nullptr : scaling_after(stages.back());
@@ -48,7 +48,7 @@ bool give_to_last(std::vector<Stage>& stages, const Stage& next) {
     return true;
 }
 
-/// Lets `next` take in the last of the stages, if it can.
+/// Merges the last stage into `next`, if possible.
 void take_from_last(std::vector<Stage>& stages, Stage& next) {
     const auto* diagonal = stages.empty() ? nullptr : std::get_if<DiagonalStage>(&stages.back());
     Scaling* before = scaling_before(next);

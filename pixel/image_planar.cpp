@@ -44,7 +44,7 @@ bool planes_meet(const float* a, const float* b, const PlaneShape& shape) {
 
 /// Converts planes block by block. Where rows are wide, and all planes reach cache lines at the same pixels,
 /// whole blocks are converted where they lie; pixels of narrow rows, and those before the first line and
-/// behind the last one of a row, are brought into a block of its own. So is everything where planes share
+/// behind the last one of a row, are copied into a block. So is everything where planes share
 /// memory, as those of a gray image may: each channel is converted from what came in, and the last one
 /// stays.
 class PlanarRun {

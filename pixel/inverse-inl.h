@@ -21,8 +21,8 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Gives the bucket of each value, and replaces the value by its clamped and signed form; NaN stays NaN,
-/// which all that follows hands on.
+/// Returns the bucket of each value, and replaces the value by its clamped and signed form; NaN stays NaN in
+/// this and all following steps.
 template <class D>
 HWY_INLINE hn::Vec<hn::RebindToSigned<D>> find_bucket(D d, const InverseCurve& curve, hn::Vec<D>& value) {
     const hn::RebindToSigned<D> di;

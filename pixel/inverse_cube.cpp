@@ -14,7 +14,7 @@ namespace {
 using Triple = std::array<double, 3>;
 using Corner = std::array<std::size_t, 3>;
 
-/// How far the nodes around the table move its border outwards, from the center of the values.
+/// How far the nodes around the LUT extend its border outwards, from the center of the values.
 constexpr float STRETCH = 4.0f, CENTER = 0.5f;
 /// Cells reach this much beyond their corners.
 constexpr float MARGIN = 1e-6f;

@@ -15,7 +15,7 @@ HWY_BEFORE_NAMESPACE();
 namespace pixel {
 namespace HWY_NAMESPACE {
 
-/// One coordinate of some pixels: the cell's lower corner, its distance to the next lattice point (0 on one),
+/// One coordinate of some pixels: the cell's lower corner, its distance to the next node (0 on a node),
 /// and the fraction of the way.
 template <class D>
 struct Axis {
@@ -23,7 +23,7 @@ struct Axis {
     hn::Vec<D> fraction;
 };
 
-/// `stride` is the table distance, in floats, between neighbors on this axis.
+/// `stride` is the distance, in floats, between neighboring entries on this axis.
 template <class D>
 HWY_INLINE Axis<D> locate(D d, const float* plane, float last, std::int32_t stride) {
     const hn::RebindToSigned<D> di;

@@ -23,7 +23,7 @@ struct Order {
     Order(D, hn::Vec<D> r, hn::Vec<D> g, hn::Vec<D> b)
         : red_over_green(hn::Gt(r, g)), green_over_blue(hn::Gt(g, b)), red_over_blue(hn::Gt(r, b)) {}
 
-    /// By the answers to the first two questions, and where these differ to the third.
+    /// Indexed by the results of the first two comparisons, and if these differ by the third.
     template <class V>
     HWY_INLINE V choose(V both, V green_only_red, V green_only_blue, V red_only_red, V red_only_blue,
                         V neither) const {

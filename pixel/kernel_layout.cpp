@@ -67,7 +67,7 @@ HWY_INLINE void pack_vector(const Block& block, std::size_t at, std::size_t chan
 #endif
 }
 
-/// Calls `f(offset)` for each whole vector, and answers how many floats are left.
+/// Calls `f(offset)` for each whole vector, and returns how many floats are left.
 template <class F>
 HWY_INLINE std::size_t for_whole_vectors(std::size_t count, F&& f) {
     const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
@@ -90,7 +90,7 @@ void unpack_pixels(const float* pixels, std::size_t channels, Block& block) {
     }
 }
 
-/// Lines that the kernels were too few to ask for are asked for here.
+/// Prefetches the lines that the kernels have not prefetched.
 void pack_pixels(Block& block, std::size_t channels, float* pixels) {
     const std::size_t rest = for_whole_vectors(block.count, [&](std::size_t i) HWY_ATTR {
         for (std::size_t c = 0; c < channels; ++c) {

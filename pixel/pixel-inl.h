@@ -1,6 +1,6 @@
-/// What kernels for a pixel that comes alone are made of: one vector whose four lanes are red, green, blue
-/// and alpha. Lanes go through the same operations as in the kernels for blocks, so the results have the same
-/// bits. Included once per target, after hwy/highway.h.
+/// Helpers for kernels for single pixels: one vector whose four lanes are red, green, blue and alpha. Lanes
+/// go through the same operations as in the kernels for blocks, so the results have the same bits. Included
+/// once per target, after hwy/highway.h.
 #if defined(PIXEL_PIXEL_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef PIXEL_PIXEL_INL_H_
 #undef PIXEL_PIXEL_INL_H_

@@ -4,8 +4,8 @@
 #include "pixel/inverse_index.h"
 #include "pixel/kernels.h"
 
-/// Inverse tables for a pixel that comes alone. Its channels search in curves of their own, which is work for
-/// plain numbers; they go through the same operations as the lanes of the kernels for blocks.
+/// Inverse 1D LUTs for single pixels. Each channel searches a separate curve, which is done without vectors,
+/// with the same operations as the lanes of the kernels for blocks.
 namespace pixel {
 
 namespace {

@@ -1,4 +1,4 @@
-/// The loop that every kernel is made of.
+/// The loop of every kernel.
 /// Included once per target, after hwy/highway.h.
 #if defined(PIXEL_PLANES_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef PIXEL_PLANES_INL_H_

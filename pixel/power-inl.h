@@ -100,7 +100,7 @@ HWY_INLINE hn::Vec<D> power_of(D d, const P& power, hn::Vec<D> x) {
     return hn::IfThenElse(is_ordinary(d, x), power.raw(d, x), power.rest(d, x));
 }
 
-/// Raises each of four lanes to an exponent of its own, with the bits that the function which `with_power`
+/// Raises each of four lanes to a separate exponent, with the bits that the function which `with_power`
 /// chooses for that exponent gives: powers of the exponents 1 and 0 are exact, and limiting an exponent that
 /// is moderate changes nothing.
 struct LanePowers {

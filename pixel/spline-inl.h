@@ -68,7 +68,7 @@ HWY_INLINE hn::Vec<D> apply_pieces(D d, const SplineTable<hn::TFromD<D>>& table,
     return hn::IfThenElse(hn::Le(v, hn::Set(d, first.c)), solve_line(d, first, v), out);
 }
 
-/// Index of the piece in charge of each lane. Inverse: never the first or the last.
+/// Index of the piece for each lane. Inverse: never the first or the last.
 template <bool FORWARD, class D>
 HWY_INLINE hn::Vec<hn::RebindToSigned<D>> count_starts(D d, const SplineTable<hn::TFromD<D>>& table,
                                                        hn::Vec<D> v) {

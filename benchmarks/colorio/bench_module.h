@@ -9,7 +9,7 @@
 /// An application that keeps everything in one temporary folder.
 class BenchApp : public OfApp {
 public:
-    /// Also silences the log: composing messages is not what is measured.
+    /// Also silences the log, since building messages is not measured.
     explicit BenchApp(std::string folder);
 
     bool get_use_color_space_file() const override { return !config_path.is_empty(); }

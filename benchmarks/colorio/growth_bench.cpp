@@ -1,4 +1,4 @@
-// How the work on large configs grows, beside what the library needs for the same calls.
+// Time for large configs by their size, next to OpenColorIO's for the same calls.
 
 #include <string>
 
@@ -43,7 +43,7 @@ void module_set_custom_spaces(benchmark::State& state) {
     stop_module();
 }
 
-/// The floor: adding as many spaces and views, and checking nothing.
+/// Lower bound: adding as many color spaces and views, without checks.
 void library_add_same_spaces(benchmark::State& state) {
     for (auto _ : state) {
         const OCIO::ConfigRcPtr config = OCIO::Config::Create();

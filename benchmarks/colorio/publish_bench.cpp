@@ -1,4 +1,4 @@
-// Publishing the names of a very large configuration against what the library's own look-ups cost.
+// Publishing the names of a very large config, compared with OpenColorIO's lookups.
 
 #include <string>
 
@@ -46,7 +46,7 @@ void module_reload_and_publish(benchmark::State& state) {
     stop_module();
 }
 
-/// The floor: loading it, and one look-up per color space.
+/// Lower bound: loading it, and one lookup per color space.
 void library_load_and_look_up_each(benchmark::State& state) {
     const BenchFolder folder;
     const std::string path = folder.write("big.ocio", make_config(static_cast<int>(state.range(0))));

@@ -1,4 +1,4 @@
-// Starting the module against building the same configuration straight on the library and writing the same
+// Starting the module, compared with building the same config with OpenColorIO directly and writing the same
 // files.
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// The table of 32 x 32 x 32 colors that goes to the graphics card.
+// The 3D LUT of 32 x 32 x 32 colors for the GPU.
 
 #include <string>
 #include <vector>
@@ -22,8 +22,8 @@ void bake(const ocio::Processor& processor, const char* function_name, std::vect
     benchmark::DoNotOptimize(table.data());
 }
 
-/// Text and table of a conversion. The last shader is kept by the name of its function, so two names take
-/// turns.
+/// Text and LUT of a conversion. The last shader is cached by the name of its function, so two names
+/// alternate.
 void bake_table(benchmark::State& state, const Conversion& conversion) {
     const auto processor = ocio::get_processor(conversion.config, SOURCE, DESTINATION);
     std::vector<float> table(FLOATS);
@@ -35,7 +35,7 @@ void bake_table(benchmark::State& state, const Conversion& conversion) {
     }
 }
 
-/// Text and table of a conversion that is made for them.
+/// Text and LUT of a conversion that is made for them.
 void bake_first_table(benchmark::State& state, const Conversion& conversion) {
     std::vector<float> table(FLOATS);
     for (auto _ : state) {
@@ -44,15 +44,15 @@ void bake_first_table(benchmark::State& state, const Conversion& conversion) {
     }
 }
 
-/// The lattice alone through the library, without a text.
+/// Only the nodes through OpenColorIO, without a text.
 void bake_with_library(benchmark::State& state, const Conversion& conversion) {
     const auto evaluator = lossless(conversion.processor);
-    std::vector<float> lattice;
+    std::vector<float> nodes;
     for (std::size_t i = 0; i < FLOATS; i += 3)
         for (const std::size_t step : {1, EDGE, EDGE * EDGE})
-            lattice.push_back(static_cast<float>(i / 3 / step % EDGE) / (EDGE - 1));
+            nodes.push_back(static_cast<float>(i / 3 / step % EDGE) / (EDGE - 1));
     for (auto _ : state) {
-        std::vector<float> table = lattice;
+        std::vector<float> table = nodes;
         library::PackedImageDesc image(table.data(), EDGE * EDGE, EDGE, 3);
         evaluator->apply(image);
         benchmark::DoNotOptimize(table.data());
@@ -65,7 +65,7 @@ void add(const std::string& name, Bake work, const Conversion& conversion) {
     benchmark::RegisterBenchmark(name.c_str(), work, conversion)->Unit(benchmark::kMicrosecond)->MinTime(0.1);
 }
 
-/// Tables that the module fills by converting a lattice; other conversions have shaders of the library's own.
+/// LUTs that the module fills by converting their nodes; other conversions use OpenColorIO's shaders.
 const bool registered = [] {
     for (const Conversion& conversion : conversions()) {
         const std::string name = conversion.name;

@@ -20,7 +20,7 @@ static_assert(BANDS * BAND_ROWS == HEIGHT);
 
 using ConvertBand = std::function<void(float* band)>;
 
-/// Whichever thread is free takes the next band.
+/// The next free thread takes the next band.
 void convert_bands(std::vector<float>& pixels, unsigned int threads, const ConvertBand& convert) {
     std::atomic<std::size_t> next{0};
     const auto work = [&] {
@@ -35,7 +35,7 @@ void convert_bands(std::vector<float>& pixels, unsigned int threads, const Conve
         other.join();
 }
 
-/// By the clock on the wall, many times: of these, too, the median counts.
+/// In wall-clock time, repeated; the median is reported.
 void add_bands(const std::string& name, const ConvertBand& convert) {
     const unsigned int all = std::max(2u, std::thread::hardware_concurrency());
     for (const unsigned int threads : {1u, all}) {

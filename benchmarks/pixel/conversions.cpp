@@ -91,7 +91,7 @@ library::TransformRcPtr camera_log() {
     return transform;
 }
 
-/// A table with an entry for each 16-bit float: the sRGB curve.
+/// A LUT with an entry for each 16-bit float: the sRGB curve.
 library::TransformRcPtr half_table() {
     const auto table = library::Lut1DTransform::Create(65536, true);
     for (unsigned long i = 0; i < 65536; ++i) {

@@ -20,15 +20,15 @@ struct Conversion {
     library::ConstProcessorRcPtr processor; ///< from SOURCE to DESTINATION
 };
 
-/// The conversions that images spend their time in: the built-in tables and their inverses, a CDL of either
-/// configuration version, 3D tables, and the plain operations of camera encodings.
+/// The most frequent conversions of images: the built-in LUTs and their inverses, a CDL of either config
+/// version, 3D LUTs, and the plain operations of camera encodings.
 const std::vector<Conversion>& conversions();
 
-/// Flags of the exact path, and of the one that the library takes by default.
+/// Flags for exact results, and OpenColorIO's default flags.
 library::ConstCPUProcessorRcPtr lossless(const library::ConstProcessorRcPtr& processor);
 library::ConstCPUProcessorRcPtr by_default(const library::ConstProcessorRcPtr& processor);
 
-/// The same conversion on the vector path.
+/// The same conversion with the SIMD code.
 std::shared_ptr<const pixel::Program> program_of(const Conversion& conversion);
 
 } // namespace pixel_bench

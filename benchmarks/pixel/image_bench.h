@@ -17,7 +17,7 @@ using Convert = std::function<void(std::vector<float>&)>;
 benchmark::internal::Benchmark* add_image_benchmark(const std::string& name, Image image,
                                                     const Convert& convert);
 
-/// Reads and writes every float once: what no conversion can undercut.
+/// Reads and writes every float once: a lower bound for every conversion.
 void read_write_pass(float* floats, std::size_t count);
 
 } // namespace pixel_bench

@@ -11,7 +11,7 @@ constexpr std::size_t PIXELS = WIDTH * HEIGHT;
 
 using Image = const std::vector<float>& (*)();
 
-/// RGBA, independent values in [0, 1]: no two neighbors find the same table entry in the cache.
+/// RGBA, independent values in [0, 1]: neighbors do not share LUT entries in the cache.
 const std::vector<float>& noise();
 /// RGBA, slow waves with a little grain, as photographs have.
 const std::vector<float>& waves();

@@ -1,4 +1,4 @@
-// The machine and the peer, for the head of the figures.
+// Reports the machine and the peer at the start of the results.
 
 #include <fstream>
 #include <string>
@@ -21,7 +21,7 @@ std::string cpu_model() {
     return "unknown";
 }
 
-const bool told = [] {
+const bool reported = [] {
     benchmark::AddCustomContext("cpu_model", cpu_model());
     benchmark::AddCustomContext("vector_target", pixel::vector_target());
     benchmark::AddCustomContext("library_version", ocio::get_version());

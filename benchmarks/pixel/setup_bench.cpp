@@ -14,13 +14,13 @@ namespace {
 
 constexpr float PIXEL[4] = {0.2f, 0.5f, 0.7f, 1.0f};
 
-/// From the library's processor to the vector path.
+/// From OpenColorIO's processor to the SIMD code.
 void make_program(const Conversion& conversion) {
     const pixel::Program program(*ocio::translate(conversion.processor, nullptr));
     benchmark::DoNotOptimize(&program);
 }
 
-/// From the library's processor to its own CPU path.
+/// From OpenColorIO's processor to its CPU processor.
 void make_library_evaluator(const Conversion& conversion) {
     const auto evaluator = lossless(conversion.processor);
     benchmark::DoNotOptimize(evaluator.get());

@@ -1,5 +1,5 @@
-// Images of 3840 x 2160 floats through the vector path and through OpenColorIO, on one thread,
-// beside a plain pass that reads and writes every float once, and memcpy.
+// Images of 3840 x 2160 pixels through the SIMD code and through OpenColorIO, on one thread, next to a plain
+// pass that reads and writes every float once, and memcpy.
 
 #include <cstring>
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr double MIN_SECONDS = 0.1; // in each of the repetitions
 
-/// The time that the thread had a core: other work on the machine counts little.
+/// CPU time of the thread, which depends little on other work on the machine.
 void add(const std::string& name, Image image, const Convert& convert) {
     add_image_benchmark(name, image, convert)->MinTime(MIN_SECONDS);
 }

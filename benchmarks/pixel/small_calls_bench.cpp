@@ -1,5 +1,5 @@
-// Calls of a few pixels, as hosts make them that convert a scanline or a pixel at a time: what a call costs,
-// beside the library's.
+// Calls with few pixels, as made by hosts that convert a scanline or a pixel at a time: the cost of a call,
+// next to OpenColorIO's.
 
 #include <algorithm>
 #include <functional>

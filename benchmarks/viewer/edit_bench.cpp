@@ -26,7 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// As a program does first of all: no thread runs yet.
+/// At the start of the program, before any thread.
 const bool image_readers_are_ready = (image::start_reader_server(), true);
 
 constexpr int WIDTH = 3840;
@@ -66,7 +66,7 @@ public:
     Folder& operator=(const Folder&) = delete;
 
     std::string get(const char* name) const { return (path / name).string(); }
-    /// Another one than before.
+    /// Different from the previous one.
     void write_lut() {
         ++edits;
         std::ofstream lut(path / "shown.spi1d");

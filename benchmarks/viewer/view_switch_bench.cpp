@@ -6,7 +6,6 @@
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
-#include "image/reader_server.h"
 #include "tool/console.h"
 #include "viewer/conversion_shader.h"
 #include "viewer/image_painter.h"
@@ -15,18 +14,18 @@
 #include "workflow/file_space.h"
 #include "workflow/live_config.h"
 
-// How long the viewer's user waits after choosing another view: for the shader with its table, and for the
-// first frame of a 4K float image. $OCIO names the configuration, the built-in one by default.
+// The time from choosing another view in the viewer to its shader and LUT, and to the first frame of a 4K
+// float image. $OCIO names the config; default: the built-in one.
 
 namespace {
 
-/// As a program does first of all: no thread runs yet.
+/// At the start of the program, before any thread.
 const bool image_readers_are_ready = (image::start_reader_server(), true);
 
 constexpr int WIDTH = 3840;
 constexpr int HEIGHT = 2160;
 
-/// The module, and a screen of 4K without a window. The driver compiles every shader anew.
+/// The module, and a 4K screen without a window. The driver compiles every shader again.
 class Bench {
 public:
     static Bench& get() {
@@ -34,7 +33,7 @@ public:
         return bench;
     }
 
-    /// Conversions from scene-linear through a view, made again each time: through each in turn.
+    /// Makes a conversion from scene-linear through a view, each view in turn.
     std::shared_ptr<const workflow::Conversion> make_conversion() {
         const std::vector<std::string>& views = host.get_views();
         workflow::ConversionRequest request;

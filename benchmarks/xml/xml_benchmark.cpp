@@ -1,5 +1,5 @@
-// The library beside two widely used ones, on the same text in the same run. Every round times each of them
-// once, so that a change of the machine's pace meets all alike; the counters are ratios of the medians.
+// The library next to two widely used ones, on the same text in the same run. Every round times each of them
+// once, so that a change of the machine's speed affects all equally; the counters are ratios of the medians.
 
 #include <algorithm>
 #include <chrono>

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-/// A config, and what it wants of the process.
+/// A config, and the environment variables that it needs.
 struct ConfigText {
     std::string text;
     std::vector<std::pair<std::string, std::string>> process_variables;

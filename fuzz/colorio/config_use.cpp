@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Conversions cost most; what is wrong with one of many is wrong with one of few.
+/// Conversions take most of the time; few of them find the same errors as many.
 constexpr unsigned int MAX_CONVERTED = 4;
 
 CoreString bare_name(const CoreString& label) {

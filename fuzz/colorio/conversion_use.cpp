@@ -50,7 +50,7 @@ void check_pixels(const ColorIOConverter& converter) {
     }
 }
 
-/// Promised for applying: the host reports the conversion that failed.
+/// An expected exception of applying: the host reports the conversion that failed.
 template <class Use>
 void ignore_exceptions(const Use& use) {
     try {

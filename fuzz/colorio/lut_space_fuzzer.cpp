@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 2)
         return 0;
     const char* const extension = EXTENSIONS[data[0] % (sizeof EXTENSIONS / sizeof *EXTENSIONS)];
-    ocio::clear_all_caches(); // OpenColorIO keeps files by their names.
+    ocio::clear_all_caches(); // OpenColorIO caches files by their names.
     const CoreString path = FuzzModule::get().write(std::string("lut.") + extension, data + 2, size - 2);
     ColorIOManager& manager = *ColorIOManager::get_instance();
     manager.set_tavelion_config(make_records(path, data[1]));

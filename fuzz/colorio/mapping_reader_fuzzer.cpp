@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Rows of the table in force.
+/// Rows of the active table.
 unsigned int ask_for_every_row(ColorIOAutoDetection& detection) {
     const unsigned int count = detection.get_categories_count();
     for (unsigned int i = 0; i < count; ++i) {

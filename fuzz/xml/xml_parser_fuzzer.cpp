@@ -1,4 +1,4 @@
-// Any bytes as a file and as a text, under any settings: no crash, no leak, and results that hang together.
+// Any bytes as a file and as a text, under any settings: no crash, no leak, and consistent results.
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// A document that was read without a fault is written and read again: the tree must be equal.
+// A document that was read without an error is written and read again: the tree must be equal.
 
 #include <cstdint>
 #include <cstdlib>

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-/// A name that OpenColorIO refuses stands for whatever else it may refuse while a configuration is made.
+/// A name that OpenColorIO refuses, as an example of everything that it may refuse while a config is made.
 TEST_F(Boundary, ACdlConfigurationThatCannotBeMadeFailsItsCheck) {
     const CoreString usual = ColorIOManager::s_default_CDL_name;
     ColorIOManager::s_default_CDL_name = "";
@@ -162,7 +162,7 @@ TEST_F(ThrowingHost, WhoseLogThrowsLosesMessagesAndNothingElse) {
     EXPECT_GT(refusing.count, 0u);
 }
 
-/// Every operation of the flat interface while there is no manager.
+/// Every operation of the flat interface without a manager.
 TEST_F(Boundary, WithoutAManagerNothingIsFound) {
     ColorIO::destroy();
     ColorIOAutoDetection::destroy();

@@ -55,7 +55,7 @@ protected:
             result.append(record);
         return result;
     }
-    /// Writes a document and answers its bytes.
+    /// Writes a document and returns its bytes.
     std::string written(std::initializer_list<CdlDef> records, bool collection) {
         const std::string target = path_of("written.xml");
         EXPECT_TRUE(manager.create_XML_from_CDL(list(records), target.c_str(), collection));

@@ -30,7 +30,7 @@ protected:
                        "' is already defined in the current configuration.\n");
     }
 
-    /// Makes a file of that text the application's CDL library and tells the module; answers its path.
+    /// Makes a file of that text the application's CDL library and raises the event; returns its path.
     std::string use_library(const std::string& text, const char* name = "library.ccc") {
         const std::string path = write_file(name, text);
         follow_library(path);

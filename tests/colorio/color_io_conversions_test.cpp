@@ -235,7 +235,7 @@ TEST_F(ColorIOConversions, AnUnknownCDLStandsForNoCDL) {
     EXPECT_EQ(r, 0.5f);
 }
 
-// Each call has a converter of its own.
+// Each call uses a separate converter.
 
 TEST_F(ColorIOConversions, ACallDoesNotRememberTheOneBefore) {
     float rgb[] = {0.5f, 0.5f, 0.5f};

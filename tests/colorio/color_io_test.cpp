@@ -36,7 +36,7 @@ std::vector<std::string> tags(const ColorIO& facade) {
     return result;
 }
 
-/// A facade that tells of its destruction.
+/// A facade that records its destruction.
 struct MortalColorIO : ColorIO {
     MortalColorIO(const ColorIO& other, unsigned int& deaths) : ColorIO(other), deaths(deaths) {}
     ~MortalColorIO() override { ++deaths; }

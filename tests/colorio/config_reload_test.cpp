@@ -99,7 +99,7 @@ TEST_F(ConfigReload, SharesAFailureAndReportsItForEachStepThatNeedsTheFile) {
     EXPECT_EQ(lines[9].text, falling_back_from(broken));
 }
 
-/// What a listener does in the middle of a reload is a reload of its own.
+/// A listener's action during a reload is a separate reload.
 TEST_F(ConfigReload, FollowsAListenerThatWantsAnotherFileMeanwhile) {
     const std::string video = write_file("video.ocio", VIDEO);
     bool changed = false;

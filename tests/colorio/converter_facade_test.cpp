@@ -62,7 +62,7 @@ TEST_F(FacadeConversion, OfPlanesRunsFromTheSecondNameToTheFirst) {
     }
 }
 
-/// One of the facade's two conversions of planes, between two names that it knows.
+/// One of the facade's two conversions of planes, between two known names.
 class PlanesThroughTheFacade : public ConverterTest, public testing::WithParamInterface<bool> {
 protected:
     bool convert(float* r, float* g, float* b, unsigned int width, unsigned int height,

@@ -34,7 +34,7 @@ const Axis UNIFORM = {[](double position) { return -0.125 + 1.25 * position; },
 const Axis LG2 = {[](double position) { return std::exp2(-15 + 21 * position); },
                   [](double value) { return value > 0 ? (std::log2(value) + 15) / 21 : 0.0; }};
 
-/// The curve that a table of 32 entries gives: straight lines between the lattice points.
+/// The curve of a LUT with 32 entries: straight lines between the nodes.
 double by_lattice(const Axis& axis, double (*curve)(double), double value) {
     const double place = std::clamp(axis.position_of(value), 0.0, 1.0) * (EDGE - 1);
     const double low = std::min(std::floor(place), EDGE - 2.0);
@@ -86,7 +86,7 @@ std::string words_of(const std::string& text) {
     return words;
 }
 
-/// What a host gets: text and table of the converter's conversion.
+/// The host's data: shader text and LUT of the converter's conversion.
 class Shader : public ConverterTest {
 protected:
     void generate(GlslVersion version) {

@@ -17,7 +17,7 @@ using ConverterMemory = RunningModule;
 
 } // namespace
 
-// The form of `new` that answers null; the module makes a converter's state with it.
+// The form of `new` that returns null; the module makes a converter's state with it.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (memory_is_short)
         return nullptr;

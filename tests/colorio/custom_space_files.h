@@ -7,7 +7,7 @@
 
 // Small inputs for custom color spaces and CDLs.
 
-/// A .spi1d table of two entries: `from` to `to` become `from` * `factor` to `to` * `factor`.
+/// A .spi1d LUT of two entries: `from` to `to` become `from` * `factor` to `to` * `factor`.
 inline std::string lut_text(double factor, double from = -64, double to = 64) {
     return "Version 1\nFrom " + std::to_string(from) + " " + std::to_string(to) +
            "\nLength 2\nComponents 1\n{\n        " + std::to_string(from * factor) + "\n        " +

@@ -75,7 +75,7 @@ TEST_F(CustomSpaces, OfACdlAndALutAreShownByTheShaderAsTheyAreConverted) {
             const std::vector<float> converted = convert(
                 static_cast<float>(pixel[0]), static_cast<float>(pixel[1]), static_cast<float>(pixel[2]));
             const ShaderEvaluator::Pixel shown = shader.run(pixel);
-            // Every step is a straight line, so the lattice adds no error of its own.
+            // Every step is a straight line, so the LUT adds no error.
             for (unsigned int i = 0; i < 3; ++i)
                 EXPECT_NEAR(shown[i], converted[i], 2e-4) << "channel " << i << "\n" << str(code);
         }

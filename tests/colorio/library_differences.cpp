@@ -181,7 +181,7 @@ Place find_test(std::string_view name) {
     return {false, false};
 }
 
-/// Rows that nobody needs any more are faults.
+/// Unused rows are errors.
 class RowsAreNeeded : public testing::Environment {
 public:
     void TearDown() override {

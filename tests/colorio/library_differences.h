@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// Where a test depends on OpenColorIO behind the door, for a reason of the library. Everything else
-/// has to hold on every version.
+/// Where a test depends on the version of OpenColorIO, because of a difference in the library. Everything
+/// else has to hold on every version.
 namespace library_differences {
 
 /// The value that the table names `subject` for the library in use. Throws std::out_of_range for a name that

@@ -99,7 +99,7 @@ TEST_F(ManagerEnumerations, AnEnumerationTellsOfOneChangePerPublication) {
     }
 }
 
-/// The enumerations that told of a change, in order.
+/// The enumerations that raised their event, in order.
 class ChangeRecorder : public EventObject {
 public:
     ChangeRecorder(ScriptedApp& app, const std::vector<const char*>& names) {

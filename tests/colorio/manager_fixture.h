@@ -19,7 +19,7 @@
 
 class OfEnum;
 
-/// The host application with every preference and every answer in the test's hands. Setting a preference
+/// A host application whose preferences and results are set by the test. Setting a preference
 /// raises nothing; a test raises the event itself.
 class ScriptedApp : public OfApp {
 public:
@@ -34,7 +34,7 @@ public:
 
     /// Folder that requests for a temporary folder are answered with.
     CoreString lut_folder;
-    /// Takes over the answer to a request, counted from 1, when set; `path` comes in as `lut_folder`.
+    /// Replaces the result of a request, counted from 1, when set; `path` comes in as `lut_folder`.
     std::function<bool(unsigned int request, CoreString& path)> answer_folder_request;
     std::vector<std::string> requested_folders;
 
@@ -126,7 +126,7 @@ protected:
         return folder.write(name, text);
     }
     std::string path_of(const std::string& name) const { return folder.file(name); }
-    /// Makes the file the application's wanted configuration, without telling anybody.
+    /// Makes the file the application's config, without raising an event.
     void want_file(const std::string& path);
     /// The lines logged since the last call. The log listens to errors and warnings.
     std::vector<LogLine> take_log();

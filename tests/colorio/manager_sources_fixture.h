@@ -6,7 +6,7 @@
 #include "colorio/color_io_manager.h"
 #include "tests/colorio/manager_fixture.h"
 
-// The lines that tell where the configuration comes from.
+// The log lines on the source of the config.
 
 inline std::string not_found(const std::string& path) {
     return "Color Management: OCIO configuration file '" + path + "' not found.\n";
@@ -24,7 +24,7 @@ inline std::string defaulting_to(const std::string& path) {
 
 inline constexpr char INVALID[] = "Color Management: invalid OCIO configuration.\n";
 
-// Three configurations that load and pass the check, told apart by the name of their only space.
+// Three configurations that load and pass the check, distinguished by the name of their only color space.
 inline const std::string FILM =
     config_text({{"", "film"}}, {{"Monitor", "Film", "film"}}, {{"scene_linear", "film"}});
 inline const std::string VIDEO =
@@ -50,7 +50,7 @@ protected:
         want_file(path);
         manager.use_file_config(true);
     }
-    /// The user wants that file, and the application tells that the path changed.
+    /// Sets the application's path and raises its event.
     void change_path(const std::string& path) {
         want_file(path);
         manager.update_file_config_path();

@@ -82,7 +82,7 @@ TEST_F(ManagerUseFile, ComingBackToTheSamePathChecksNothing) {
     EXPECT_THAT(spaces(), ElementsAre("film"));
 }
 
-// The path is the one in force, so nobody asks whether the file is still there; reading it fails.
+// The path is the current one, so the existence of the file is not checked; reading it fails.
 TEST_F(ManagerUseFile, AFileThatVanishedKeepsItsLastConfigurationWithALinearSpaceAdded) {
     const std::string film = write_file("film.ocio", FILM);
     use_file_and_forget(film);
@@ -123,8 +123,8 @@ TEST_F(ManagerUseFile, TheNameListsAreTheSameObjectsAfterASwitch) {
     EXPECT_THAT(strings(views), ElementsAre("Monitor.Film"));
 }
 
-// The application says no while somebody switches the file on: the check settles the built-in scene-linear
-// space, the switch the file's.
+// The application's switch is off while the file config is selected: the check settles the built-in
+// scene-linear space, the switch the file's.
 TEST_F(ManagerUseFile, TheArgumentDecidesEvenWhenTheApplicationDoesNotWantTheFile) {
     std::vector<std::string> scene_linear;
     events.on_event = [&](const std::string& event) {

@@ -20,15 +20,15 @@ protected:
         detection = ColorIOAutoDetection::get_instance();
     }
 
-    /// Writes a mapping file and makes it the application's, without telling the module.
+    /// Writes a mapping file and makes it the application's, without raising the event.
     std::string point_application_at(const std::string& yaml) {
         std::string path = write_file("mapping.yaml", yaml);
         want_mapping(path);
         return path;
     }
-    /// The same for a path, whatever lies there.
+    /// The same for any path.
     void want_mapping(const std::string& path) { app.color_space_by_extension_file_path = path.c_str(); }
-    /// Changes the application's mapping preferences and tells the module.
+    /// Changes the application's mapping preferences and raises the event.
     void change_mapping(unsigned int use, const std::string& path) {
         app.use_color_space_by_extension_file = use;
         want_mapping(path);

@@ -6,10 +6,10 @@
 #include <vector>
 
 /// Runs a fragment-shader function of the form `vec4 NAME(in vec4 PIXEL, const sampler3D TABLE) { ... }` (the
-/// two qualifiers may be absent) on the processor, in double precision. It knows declarations, assignments,
-/// blocks, arithmetic, swizzles and the built-in functions that color conversions use; anything else throws
-/// std::runtime_error with the word it stopped at, so that a text outside the contract fails the test that
-/// runs it.
+/// two qualifiers may be absent) on the processor, in double precision. It supports declarations,
+/// assignments, blocks, arithmetic, swizzles and the built-in functions that color conversions use; anything
+/// else throws std::runtime_error with the word it stopped at, so that a text outside the contract fails the
+/// test that runs it.
 class ShaderEvaluator {
 public:
     using Pixel = std::array<double, 4>;

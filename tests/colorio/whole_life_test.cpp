@@ -138,7 +138,7 @@ TEST_F(WholeLife, AConfigurationOfAFileComesBackAfterARestart) {
     const std::string mapping =
         write_file("mapping.yaml", "Scans: {extensions: dpx, color_space: film}\n"
                                    "default: {extensions: Other, color_space: video}\n");
-    // A host restores its preferences, then hands over the stored entry, then tells of the rest.
+    // A host restores its preferences, then hands over the stored entry, then raises the other events.
     auto restore = [&](const std::function<void()>& load_definitions) {
         start();
         host->set_color_space_file_path(config.c_str());

@@ -6,7 +6,7 @@
 // clang-format off
 
 /// Values recorded from OpenColorIO 1.1.1. The built-in pairs convert between three color spaces: "sRGB" and
-/// "Cineon", each a 1D table of 4101 samples over [-0.125, 1.125] to the reference space, and "linear", which is
+/// "Cineon", each a 1D LUT of 4101 samples over [-0.125, 1.125] to the reference space, and "linear", which is
 /// the reference space. The correction pairs convert between spaces that hold one CDL each, from the reference
 /// space, and "No CDL", which holds the identity. Alpha always came out as it went in.
 namespace golden {

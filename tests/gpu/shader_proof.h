@@ -44,7 +44,7 @@ std::vector<float> make_probe_pixels();
 ShaderReport prove_shader(ShaderRunners& runners, const ColorIOConverter& converter,
                           ColorIOConverter::GlslVersion version);
 
-/// The text and table of a configured converter.
+/// The text and LUT of a configured converter.
 struct ShaderSource {
     std::string text;
     std::vector<float> table;

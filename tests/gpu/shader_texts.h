@@ -11,10 +11,10 @@ std::string make_core_shader(const std::string& text, const std::string& version
 /// The same of GLSL 1.20.
 std::string make_legacy_shader(const std::string& text);
 
-/// From this version on the compiler knows no texture3D any more; in 3.30 it lets it pass.
+/// From this version on the compiler does not accept texture3D; in 3.30 it does.
 constexpr char STRICT_GLSL[] = "420";
 
-/// Shaders for the reference compiler of the language, each a file of a folder of its own.
+/// Shaders for the reference compiler of the language, each a file in a separate folder.
 class ShaderTexts {
 public:
     static bool is_compiler_installed();

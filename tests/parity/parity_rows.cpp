@@ -119,7 +119,7 @@ private:
     }
 
     void write(const std::string& head, bool configured) {
-        // A bypass is no failure and leaves no message.
+        // A bypass is not a failure and logs nothing.
         const std::string reason = take_reason(log_);
         if (!configured && !reason.empty()) {
             out_ << head << "refused\t" << reason << "\n";

@@ -13,7 +13,7 @@ namespace {
 class Cubes : public EveryTarget {};
 RUN_ON_EVERY_TARGET(Cubes);
 
-/// A table of edge 2 with red in its corners' first, green in their second, blue in their third bit.
+/// A 3D LUT of edge 2 with red in its corners' first, green in their second, blue in their third bit.
 Lut3D corners(CubeInterpolation interpolation, CubeOrder order) {
     std::vector<float> rgb;
     for (int i = 0; i < 8; ++i) {

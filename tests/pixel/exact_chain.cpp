@@ -36,7 +36,7 @@ ExactPixel evaluate(const Matrix& op, const ExactPixel& in) {
     return out;
 }
 
-/// NaN takes the lower bound, or the upper one where there is no lower.
+/// NaN takes the lower bound, or the upper one without a lower one.
 ExactPixel evaluate(const Range& op, ExactPixel in) {
     const bool both = op.min_in && op.max_in;
     for (std::size_t c = 0; c < 3; ++c) {

@@ -137,7 +137,7 @@ double look_up(const pixel::Lut1D& table, std::size_t channel, double x) {
     return half ? inverse_half(values, curve, x) : inverse_unit(values, curve, table.length, x);
 }
 
-/// Lower lattice point and part of the way to the next, along one edge of a cube.
+/// Lower node and fraction of the way to the next, along one axis of a 3D LUT.
 Place on_edge(double x, std::size_t edge) {
     const double position = clamp_unit(x) * static_cast<double>(edge - 1);
     const auto below = std::min(static_cast<std::size_t>(position), edge - 2);

@@ -4,7 +4,7 @@
 
 namespace pixel_test {
 
-/// One table in double precision, either direction of 1D tables; alpha stays.
+/// A LUT in double precision, either direction of 1D LUTs; alpha is unchanged.
 ExactPixel evaluate_table_exactly(const pixel::Lut1D& table, const ExactPixel& in);
 ExactPixel evaluate_cube_exactly(const pixel::Lut3D& cube, const ExactPixel& in);
 

@@ -54,10 +54,10 @@ struct Agreement {
 Agreement compare(const library::ConstProcessorRcPtr& processor, const pixel::OpChain& chain,
                   const std::vector<Pixel>& in, double own_limit = 1);
 
-/// The simplified operations, each on a line of its own.
+/// The simplified operations, each on a separate line.
 std::string words_of(const pixel::OpChain& chain);
 
-/// Success when the chain is taken and awkward and random pixels have no failures.
+/// Success when the chain is supported and no awkward or random pixel fails.
 testing::AssertionResult agrees(const library::ConstProcessorRcPtr& processor, double own_limit = 1);
 testing::AssertionResult agrees(const library::ConstTransformRcPtr& transform, int version = 2,
                                 double own_limit = 1);

@@ -21,7 +21,7 @@ int count_events_without_registration() {
     return count;
 }
 
-// In a process of its own, for it leaves collisions behind.
+// In a separate process, since registered collisions stay.
 TEST(EventIdsDeathTest, EveryEventIsRegisteredUnderItsHashWhenTheProgramIsLoaded) {
     EXPECT_EXIT(_exit(count_events_without_registration()), testing::ExitedWithCode(0), "");
 }

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Runs `work` in a process of its own and answers its id.
+// Runs `work` in a separate process and returns its id.
 pid_t start(const std::function<bool()>& work) {
     const pid_t process = fork();
     if (process == 0)
@@ -40,7 +40,7 @@ bool save_letter(const std::string& path, char letter) {
 
 constexpr const char* DAMAGED = "file_type: \"qb_colorio preferences\"\n{";
 
-// The letter that the whole name in the file consists of; '\0' when the file is no such file.
+// The letter that the whole name in the file consists of; '\0' for any other content.
 char read_letter(const std::string& path) {
     RecordingLog log;
     PreferenceFile preferences(path.c_str());

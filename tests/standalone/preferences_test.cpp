@@ -29,7 +29,7 @@ int mode_of(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
 }
 
-// Saves as the module does: resets the entry, and writes what it knows.
+// Saves as the module does: resets the entry, and writes its entries.
 bool save_one_space(ParserEntry* entry) {
     entry->reset();
     ParserGroup& group = *entry->add_group(nullptr);

@@ -101,7 +101,7 @@ TEST(StandaloneLog, AFileThatCannotBeOpenedIsAnError) {
     EXPECT_THAT(testing::internal::GetCapturedStderr(), MatchesRegex("\\[error\\] Log: .*"));
 }
 
-// Logs one error to a terminal and answers what arrives there. For a process of its own: the terminal takes
+// Logs one error to a terminal and returns what arrives there. For a separate process: the terminal takes
 // the place of standard error, and what the terminal can do is asked only once per process.
 std::string log_to_terminal(const char* no_color) {
     setenv("TERM", "xterm-256color", 1);

@@ -16,7 +16,7 @@ public:
     CommaLocale(const CommaLocale&) = delete;
     CommaLocale& operator=(const CommaLocale&) = delete;
 
-    /// False when the system has no such locale at all.
+    /// False when the system has no such locale.
     bool is_set;
 
 private:

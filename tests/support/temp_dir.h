@@ -29,7 +29,7 @@ public:
     /// Path of `name` in the folder, which need not exist.
     std::string file(const std::string& name) const { return path + "/" + name; }
 
-    /// Writes `content` byte for byte to `name`, making the folders in between; answers its path.
+    /// Writes `content` byte for byte to `name`, making missing folders; returns its path.
     std::string write(const std::string& name, const std::string& content) const {
         std::filesystem::create_directories(std::filesystem::path(file(name)).parent_path());
         std::ofstream stream(file(name), std::ios::binary);

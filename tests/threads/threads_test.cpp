@@ -83,7 +83,7 @@ Pixels source_pixels() {
     return pixels;
 }
 
-/// Ways to convert the pixels; each makes a converter of its own.
+/// Ways to convert the pixels; each makes its converter.
 using Job = Pixels (*)();
 
 template <class Configure>

@@ -68,7 +68,7 @@ struct DesktopUser::Connection {
         XSendEvent(display, window, True, KeyPressMask | KeyReleaseMask, &event);
         XFlush(display);
     }
-    /// Hands the files that are dragged to whoever asks for them.
+    /// Sends the dragged files to the window that asks for them.
     void answer_requests(const std::string& list) const {
         XEvent event;
         while (XCheckTypedWindowEvent(display, own_window, SelectionRequest, &event)) {

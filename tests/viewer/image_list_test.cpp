@@ -27,7 +27,7 @@ protected:
 TEST_F(ImagesOfAList, AreReadWhenTheyAreWanted) {
     const std::string second = folder.file("1.exr");
     list.add(make(0));
-    list.add(second); // There is no such file yet.
+    list.add(second); // The file does not exist yet.
     EXPECT_FALSE(list.get_image());
     list.open(folder.file("0.exr"));
     EXPECT_EQ(list.get_fault(), "");

@@ -38,7 +38,7 @@ protected:
     ShownImage take_screenshot();
     /// Expects all of the image, whose ramps go up to 1.5, to be shown as `gain` times its values.
     void expect_shown(double gain);
-    /// How many pixels of the panels bear the color of faults.
+    /// Count of panel pixels in the color of errors.
     int count_fault_pixels();
 
     std::string image = folder.file("ramps.exr");

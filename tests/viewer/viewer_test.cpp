@@ -170,7 +170,7 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfTheImage) {
     model->set_layout(viewer::Layout::DIFFERENCE);
     const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
-    EXPECT_GT(difference->largest, 1e-5) << "a table of 32 entries is not exact";
+    EXPECT_GT(difference->largest, 1e-5) << "a LUT with 32 entries per axis is not exact";
     EXPECT_LT(difference->largest, 0.05);
     EXPECT_LT(difference->mean, difference->largest);
     EXPECT_EQ(difference->incomparable, 0u);

@@ -120,7 +120,7 @@ struct UseFrom {
     Use use;
 };
 
-/// NameStartChar and NameChar of XML 1.0, fifth edition, as the codes where the answer changes.
+/// NameStartChar and NameChar of XML 1.0, fifth edition, as the codes where the result changes.
 constexpr UseFrom USES[] = {
     {0x80, Use::NONE},    {0xB7, Use::NAME},         {0xB8, Use::NONE},   {0xC0, Use::NAME_START},
     {0xD7, Use::NONE},    {0xD8, Use::NAME_START},   {0xF7, Use::NONE},   {0xF8, Use::NAME_START},

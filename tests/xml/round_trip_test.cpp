@@ -108,7 +108,8 @@ TEST_F(RoundTrip, ThroughAFileInEveryEncoding) {
     }
 }
 
-// What the text of a document cannot hold, or what only a document can: the tree read back is told here.
+// What the text of a document cannot hold, or what only a document can: these are the trees that are read
+// back.
 TEST_F(RoundTrip, ExceptionsAreTheseFour) {
     XmlNode top = XmlNode::create_top_node("a");
     top.add_text("one");

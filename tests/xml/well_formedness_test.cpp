@@ -50,7 +50,7 @@ std::string unescape(const std::string& text) {
 }
 
 // The events of a tree: tags, instructions and comments with the text between them. A declaration node's
-// content follows it; what stands beside the document element is no text.
+// content follows it; nothing outside the document element is text.
 class Reading {
 public:
     static std::string of(const XmlNode& node) {

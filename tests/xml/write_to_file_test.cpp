@@ -1,4 +1,4 @@
-// What a written file holds. How it takes its target's place is told in file_replacement_test.cpp.
+// The content of written files. See file_replacement_test.cpp for how a file is replaced.
 
 #include "tests/xml/xml_test.h"
 

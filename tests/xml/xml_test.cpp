@@ -66,7 +66,7 @@ std::string read_bytes(const std::string& path) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-// A stack of its own instead of recursion, so that trees of any depth can be described.
+// An explicit stack instead of recursion, so that trees of any depth can be described.
 std::string describe(const XmlNode& top) {
     if (top.is_empty())
         return "empty";

@@ -41,7 +41,7 @@ std::string read_bytes(const std::string& path);
 /// node, "text", and clear sections between their tags. "empty" for the empty node.
 std::string describe(const XmlNode& node);
 
-/// describe() of a parsed text, whatever its code.
+/// describe() of a parsed text, with any code.
 std::string tree(const char* text, const char* first_tag = nullptr);
 
 /// "none", or "CODE at LINE:COLUMN".

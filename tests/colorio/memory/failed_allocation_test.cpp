@@ -1,5 +1,5 @@
 // Every operation of the module's public classes while memory is short: each allocation that it asks for
-// fails once. None may throw, each answers its documented failure, and the module works on afterwards.
+// fails once. None may throw, each returns its documented failure, and the module works afterwards.
 
 #include <filesystem>
 #include <memory>
@@ -107,7 +107,7 @@ protected:
     void expect_answered(Call call, const Failure& failure) {
         expect_answered_after([] {}, call, failure);
     }
-    /// For operations that answer nothing: they must not throw, and `state` must be as usual afterwards.
+    /// For operations without a result: they must not throw, and `state` must be as usual afterwards.
     template <class Call, class State>
     void expect_survived(Call call, State state) {
         call();

@@ -23,7 +23,7 @@ bool starts_with(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-/// Templates of std may lie in any library, whoever calls them.
+/// Templates of std may be in any library, independent of the caller.
 bool is_of_std(const char* symbol) {
     const std::string_view name = symbol ? symbol : "";
     return starts_with(name, "_ZNSt") || starts_with(name, "_ZNKSt") || starts_with(name, "_ZSt") ||

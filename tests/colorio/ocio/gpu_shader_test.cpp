@@ -46,7 +46,7 @@ std::string signature(const ocio::GpuShaderDesc& desc) {
                : "vec4 OCIODisplay(vec4 inPixel, \n    sampler3D lut3d)";
 }
 
-/// The triple at a position of the lattice.
+/// The triple at a node of the LUT.
 const float* at(const std::vector<float>& table, int red, int green, int blue) {
     return &table[static_cast<std::size_t>(((blue * EDGE + green) * EDGE + red) * 3)];
 }
@@ -129,7 +129,7 @@ TEST_F(BuiltInShader, AViewIsWrittenLikeItsSpace) {
 
 TEST_F(BuiltInShader, TheTableHasRedFastest) {
     const auto table = table_of(make("sRGB", "linear"));
-    // The encoded value of lattice point i is -0.125 + 1.25 i / 31; the table decodes it (IEC 61966-2-1).
+    // The encoded value of node i is -0.125 + 1.25 i / 31; the LUT decodes it (IEC 61966-2-1).
     const auto decoded = [](int i) {
         const double x = -0.125 + 1.25 * i / (EDGE - 1);
         return x >= 0.04045 ? std::pow((x + 0.055) / 1.055, 2.4) : x / 12.92;

@@ -6,10 +6,10 @@
 #include "colorio/ocio/transform.h"
 #include "tests/support/temp_dir.h"
 
-/// Configurations that the door's tests share.
+/// Configs shared by the tests of colorio/ocio.
 namespace test_configs {
 
-/// The display curves of the built-in configuration as 1D tables of 4101 samples over [-0.125, 1.125],
+/// The display curves of the built-in configuration as 1D LUTs of 4101 samples over [-0.125, 1.125],
 /// written to `folder` as "srgb.spi1d" and "cineon.spi1d".
 void write_built_in_tables(const TempDir& folder);
 

@@ -18,7 +18,7 @@ constexpr int EDGE = 32;
 constexpr std::size_t TABLE_SIZE = EDGE * EDGE * EDGE * 3;
 const ocio::GpuShaderDesc CORE{ocio::GPU_LANGUAGE_GLSL_1_3, "OCIODisplay", EDGE};
 
-// From 2.5 on the library keeps declarations apart by kind and wants to know a texture's dimensions. The int
+// From 2.5 on the library separates declarations by kind and requires a texture's dimensions. The int
 // prefers the older form where both exist.
 
 template <class Creator>

@@ -12,7 +12,7 @@ namespace {
 
 const char HALF[] = "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.5\n}\n";
 
-/// What version 1 does not know reads files too: a named transform, a view transform and a look.
+/// Objects that version 1 does not have also read files: a named transform, a view transform and a look.
 const char CONFIG[] = R"(ocio_profile_version: 2
 environment: {QB_TEST_X: elsewhere, QB_TEST_LUT: half}
 search_path: luts
