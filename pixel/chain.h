@@ -17,7 +17,7 @@ struct PackedLayout {
     std::size_t height = 0;          ///< pixels
     std::size_t channels = 4;        ///< at least 3: red, green, blue, alpha; others are unchanged
     std::ptrdiff_t pixel_stride = 0; ///< floats; 0: no gaps
-    std::ptrdiff_t row_stride = 0;   ///< floats; 0: no gaps; may be negative
+    std::ptrdiff_t row_stride = 0;   ///< floats; 0: no gaps
 };
 
 /// The operations in words.
@@ -32,12 +32,13 @@ struct TraceStep {
     std::array<float, 4> value; ///< red, green, blue, alpha after the operation
 };
 
-/// A chain of operations compiled for the widest vectors of the processor. Pixels are changed in place; applying
-/// allocates no memory and is thread-safe. Red, green and blue depend on alpha only in operations that say so;
-/// an image without alpha is converted with alpha 0.
+/// A chain of operations compiled for the widest vectors of the processor. Pixels are changed in place;
+/// applying allocates no memory and is thread-safe. Red, green and blue depend on alpha only in operations
+/// that say so; an image without alpha is converted with alpha 0.
 class Program {
 public:
-    /// Throws std::invalid_argument for invalid operations (for example a LUT with the wrong count of entries).
+    /// Throws std::invalid_argument for invalid operations (for example a LUT with the wrong count of
+    /// entries).
     explicit Program(OpChain chain);
     ~Program();
     Program(Program&&) noexcept;
@@ -46,8 +47,8 @@ public:
     /// True when pixels are unchanged.
     bool is_identity() const;
 
-    /// An image without gaps; the first channels are red, green, blue, alpha. Throws std::invalid_argument for
-    /// fewer than 3 channels.
+    /// An image without gaps; the first channels are red, green, blue, alpha. Throws std::invalid_argument
+    /// for fewer than 3 channels.
     void apply_packed(float* data, std::size_t width, std::size_t height, std::size_t channels) const;
     /// Throws std::invalid_argument for fewer than 3 channels, or a pixel stride below the channel count.
     void apply_packed(float* data, const PackedLayout& layout) const;
@@ -55,8 +56,8 @@ public:
     /// gaps.
     void apply_planar(float* r, float* g, float* b, float* a, std::size_t width, std::size_t height,
                       std::ptrdiff_t row_stride = 0) const;
-    /// Converts four floats. The result has the same bits as a pixel of an image, on the instruction set in use
-    /// at construction.
+    /// Converts four floats. The result has the same bits as a pixel of an image, on the instruction set in
+    /// use at construction.
     void apply_pixel(float* rgba) const;
     /// The same as a function to be called directly; valid as long as the program, which may be moved.
     PixelFunction pixel_function() const;

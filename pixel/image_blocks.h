@@ -32,8 +32,8 @@ inline void run_all(const std::vector<Stage>& stages, Block& block) {
     }
 }
 
-/// Count of pixels before the first one that starts a cache line; 0 when none does. Otherwise vectors as long as
-/// a line would access two lines each.
+/// Count of pixels before the first one that starts a cache line; 0 when none does. Otherwise vectors as long
+/// as a line would access two lines each.
 inline std::size_t pixels_before_line(const float* pixels, std::size_t channels) {
     auto at = reinterpret_cast<std::uintptr_t>(pixels);
     for (std::size_t i = 0; i < LINE_BYTES / sizeof(float); ++i, at += channels * sizeof(float)) {
@@ -67,8 +67,8 @@ private:
     std::size_t position_ = 0;
 };
 
-/// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or the
-/// image ends. Returns the count of pixels.
+/// Calls `piece(row, column, pixels before it in the block, length)` until the block has `limit` pixels or
+/// the image ends. Returns the count of pixels.
 template <class F>
 std::size_t for_block(Walk& walk, std::size_t limit, F&& piece) {
     std::size_t filled = 0;

@@ -9,16 +9,16 @@
 
 namespace pixel {
 
-/// The inverse of a 3D LUT under tetrahedral interpolation, also for LUTs that interpolate otherwise. A layer of
-/// nodes around the LUT extends its border outwards. Where several cells give a value, as in LUTs that fold,
-/// the first one in the order of their interleaved indices is used. Immutable, so thread-safe.
+/// The inverse of a 3D LUT under tetrahedral interpolation, also for LUTs that interpolate otherwise. A layer
+/// of nodes around the LUT extends its border outwards. Where several cells give a value, as in LUTs that
+/// fold, the first one in the order of their interleaved indices is used. Immutable, so thread-safe.
 class InverseCube {
 public:
     /// `cube` must have an edge of at least 2 and edge^3 triples.
     explicit InverseCube(const Lut3D& cube);
 
-    /// The position, in [0, 1], where the LUT has the value `rgb`; black if there is none. Values are clamped to
-    /// [0, 1]; NaN counts as 0.
+    /// The position, in [0, 1], where the LUT has the value `rgb`; black if there is none. Values are clamped
+    /// to [0, 1]; NaN counts as 0.
     std::array<float, 3> find(const std::array<float, 3>& rgb) const;
 
 private:

@@ -6,8 +6,9 @@
 
 namespace pixel {
 
-/// Prepares the inverse of `length` entries of a rising or falling LUT. Entries against the direction are raised
-/// (lowered) to their predecessor; flat ends are removed. Throws std::invalid_argument for NaN and infinity.
+/// Prepares the inverse of `length` entries of a rising or falling LUT. Entries against the direction are
+/// raised (lowered) to their predecessor; flat ends are removed. Throws std::invalid_argument for NaN and
+/// infinity.
 InverseCurve make_inverse_curve(const float* entries, std::size_t length, bool rising_table);
 
 /// A position between two entries.

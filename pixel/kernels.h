@@ -29,8 +29,8 @@ void run_sequence(const SequenceStage& stage, Block& block);
 void run_exposure(const ExposureStage& stage, Block& block);
 void run_primary(const PrimaryStage& stage, Block& block);
 
-/// The functions for single pixels (see PixelKernel in stage.h), for the instruction set in use. Stages of other
-/// types run on a block of one pixel.
+/// The functions for single pixels (see PixelKernel in stage.h), for the instruction set in use. Stages of
+/// other types run on a block of one pixel.
 PixelKernel pixel_kernel(const MatrixStage&);
 PixelKernel pixel_kernel(const DiagonalStage&);
 PixelKernel pixel_kernel(const RangeStage&);
@@ -45,8 +45,8 @@ PixelKernel pixel_kernel(const InverseTableStage&);
 PixelKernel pixel_kernel(const InverseHalfStage&);
 PixelKernel pixel_kernel(const CubeStage&);
 
-/// Copies `block.count` gapless pixels of 3 or 4 channels into the block's own planes. The order of the pixels
-/// within a plane depends on the instruction set. With three channels alpha is 0.
+/// Copies `block.count` gapless pixels of 3 or 4 channels into the block's own planes. The order of the
+/// pixels within a plane depends on the instruction set. With three channels alpha is 0.
 void unpack(const float* pixels, std::size_t channels, Block& block);
 /// The reverse of `unpack`.
 void pack(Block& block, std::size_t channels, float* pixels);

@@ -5,9 +5,9 @@
 
 namespace pixel {
 
-/// Prefetches the memory of the next block, line by line, while the kernels work on the current one. All at once
-/// would fill the processor's queue of misses, and the kernels would wait. Alternating between planes was
-/// measured to be faster than one plane after the other.
+/// Prefetches the memory of the next block, line by line, while the kernels work on the current one. All at
+/// once would fill the processor's queue of misses, and the kernels would wait. Alternating between planes
+/// was measured to be faster than one plane after the other.
 class Lookahead {
 public:
     /// Removes all ranges.

@@ -88,8 +88,8 @@ enum class InputDomain {
     Half, ///< 65536 entries, one for each bit pattern of a 16-bit float
 };
 
-/// How LUTs of the unit domain interpolate, including the rounding: where entries of opposite signs cancel, the
-/// rounding of the steps is visible. For other LUTs there is only one way.
+/// How LUTs of the unit domain interpolate, including the rounding: where entries of opposite signs cancel,
+/// the rounding of the steps is visible. For other LUTs there is only one way.
 enum class TableArithmetic {
     /// Products and sums rounded one by one. 1D: from the entry above; trilinear: from the lower corner,
     /// adding parts of the differences; tetrahedral: the sum of the weighted entries.
@@ -99,8 +99,8 @@ enum class TableArithmetic {
     Fused,
 };
 
-/// 1D LUT, linearly interpolated. `values` has `length` entries for one shared curve (`channels` 1), or red's,
-/// then green's, then blue's (`channels` 3).
+/// 1D LUT, linearly interpolated. `values` has `length` entries for one shared curve (`channels` 1), or
+/// red's, then green's, then blue's (`channels` 3).
 struct Lut1D {
     InputDomain domain;
     std::size_t length;
@@ -163,9 +163,9 @@ struct ControlPoint {
     float x, y, slope;
 };
 
-/// Quadratic B-splines: the curve of each channel, then the master curve; the reverse in the inverse direction.
-/// If all slopes of a curve are 0 they are estimated. The linear style works on a logarithm, unless
-/// `bypass_lin_to_log`.
+/// Quadratic B-splines: the curve of each channel, then the master curve; the reverse in the inverse
+/// direction. If all slopes of a curve are 0 they are estimated. The linear style works on a logarithm,
+/// unless `bypass_lin_to_log`.
 struct RgbCurve {
     GradingStyle style;
     bool bypass_lin_to_log;
@@ -193,8 +193,8 @@ struct GradingPrimary {
     GradingStyle style;
     Rgbm brightness, contrast, gamma, offset, exposure, lift, gain;
     double saturation, pivot, pivot_black, pivot_white, clamp_black, clamp_white;
-    /// The behavior of OpenColorIO 2.1: outside the log style, exponent 1 in one channel disables the exponents
-    /// of all channels, and saturation alone has no effect.
+    /// The behavior of OpenColorIO 2.1: outside the log style, exponent 1 in one channel disables the
+    /// exponents of all channels, and saturation alone has no effect.
     bool one_stops_all;
     Direction direction;
 };

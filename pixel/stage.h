@@ -11,8 +11,8 @@
 #include "pixel/ops.h"
 #include "pixel/pixel_function.h"
 
-/// Operations compiled for the kernels: constants rounded to 32-bit floats, LUTs padded, searches indexed. Each
-/// rounding step is part of the contract: the results equal those of the reference renderer bit for bit
+/// Operations compiled for the kernels: constants rounded to 32-bit floats, LUTs padded, searches indexed.
+/// Each rounding step is part of the contract: the results equal those of the reference renderer bit for bit
 /// wherever its elementary functions do.
 namespace pixel {
 
@@ -43,8 +43,8 @@ struct DiagonalStage {
     ChannelSet active;
 };
 
-/// A diagonal matrix that is computed in the stage before or after it. Adding minus zero changes no value, not
-/// even the sign of a zero.
+/// A diagonal matrix that is computed in the stage before or after it. Adding minus zero changes no value,
+/// not even the sign of a zero.
 struct Scaling {
     float scale[4] = {1, 1, 1, 1};
     float offset[4] = {-0.0f, -0.0f, -0.0f, -0.0f};
@@ -102,8 +102,8 @@ struct ExpStage {
     bool has_line;
 };
 
-/// Entries of one curve after one copy of the first: entry i is `values[i + 1]`, so that the pair that ends at
-/// entry 0 can be loaded too.
+/// Entries of one curve after one copy of the first: entry i is `values[i + 1]`, so that the pair that ends
+/// at entry 0 can be loaded too.
 struct PaddedCurve {
     std::vector<float> values;
 };
@@ -204,8 +204,8 @@ struct SplineTable {
 
     std::vector<T> start;
     std::vector<typename Spline<T>::Piece> pieces;
-    /// Knots, a, b, c and starts of up to FEW pieces, for processors that look up numbers in a register. Missing
-    /// starts are above every value.
+    /// Knots, a, b, c and starts of up to FEW pieces, for processors that look up numbers in a register.
+    /// Missing starts are above every value.
     std::array<std::array<T, FEW>, 5> few;
     bool is_identity() const { return pieces.empty(); }
 };
