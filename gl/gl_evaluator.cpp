@@ -58,7 +58,7 @@ void GlEvaluator::load(const std::string& text, const float* values, int edge) {
 
 std::vector<float> GlEvaluator::run(const std::vector<float>& rgba) {
     if (!program)
-        throw GlError("there is no shader to run");
+        throw GlError("no shader is loaded");
     if (rgba.empty())
         return {};
     context.make_current();

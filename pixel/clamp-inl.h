@@ -14,7 +14,7 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// The x86 instructions for minimum and maximum answer their second operand unless the first one is strictly
+// The x86 instructions for minimum and maximum return their second operand unless the first one is strictly
 // less or greater, which is what is wanted here; elsewhere NaN and the zeros are treated otherwise.
 #define PIXEL_MINMAX_IS_COMPARE (HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128 && HWY_TARGET != HWY_SCALAR)
 

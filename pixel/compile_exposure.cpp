@@ -10,7 +10,7 @@ namespace {
 /// Reciprocal of the gamma of the BT.1886 display, which the video style works in.
 constexpr double VIDEO_POWER = 0.54644808743169393;
 constexpr double LEAST_CONTRAST = 0.001, LEAST_PIVOT = 0.001;
-/// What the inverse of the logarithmic style moves by, whatever the step is.
+/// The offset of the inverse of the logarithmic style, for every step.
 constexpr float INVERSE_LOG_STEP = 0.088f;
 
 Stage diagonal(float scale, float offset) {

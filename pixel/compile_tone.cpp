@@ -214,7 +214,7 @@ Pieces s_contrast(double value, const StyleRange& range) {
 }
 
 /// The steps of one kind for a channel: its own value and the master's, in the inverse direction the other
-/// way around. A value of exactly 1 leaves everything alone.
+/// way around. A value of exactly 1 changes nothing.
 template <class F>
 void add_zone(const ToneZone& zone, std::size_t c, bool forward, std::vector<WideStep>& steps, F&& make) {
     for (const std::size_t i : {forward ? c : 3, forward ? 3 : c}) {

@@ -121,7 +121,7 @@ std::vector<Knot> index_knots(const std::vector<float>& sorted, std::size_t firs
 
 InverseCurve make_inverse_curve(const float* entries, std::size_t length, bool rising_table) {
     if (!std::all_of(entries, entries + length, [](float v) { return std::isfinite(v); })) {
-        throw std::invalid_argument("a table with NaN or infinity has no inverse");
+        throw std::invalid_argument("a 1D LUT with NaN or infinity has no inverse");
     }
     InverseCurve curve{};
     curve.sign = rising_table ? 1.0f : -1.0f;

@@ -20,7 +20,7 @@ HWY_INLINE hn::Vec<D> clamp_unit(D d, hn::Vec<D> x) {
     return at_most(at_least(x, hn::Zero(d)), hn::Set(d, 1.0f)); // NaN becomes 0
 }
 
-/// The clamped style raises values in [0, 1]; the other leaves negative values alone and makes NaN 0.
+/// The clamped style raises values in [0, 1]; the other does not change negative values and makes NaN 0.
 template <bool CLAMP, class D, class P>
 HWY_INLINE hn::Vec<D> cdl_power(D d, const P& power, hn::Vec<D> x) {
     if (CLAMP) {

@@ -48,7 +48,7 @@ struct HalfLookup {
     hn::Vec<D> distance;
 };
 
-/// Magnitudes from the largest half on take its entry; a NaN takes the entry of its own bits, shortened.
+/// Magnitudes from the largest half on take its entry; a NaN takes the entry of its truncated bits.
 template <class D>
 HWY_INLINE HalfLookup<D> find_half(D d, hn::Vec<D> x) {
     const hn::RebindToSigned<D> di;

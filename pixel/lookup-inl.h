@@ -65,7 +65,7 @@ HWY_INLINE void transpose_groups(D d, hn::Vec<D>& a, hn::Vec<D>& b, hn::Vec<D>& 
 #endif
 
 /// Writes, for each lane i, the four floats at table + STRIDE * at[i] to lane i of `a`, `b`, `c` and `w`.
-/// Indices come from memory, in a pass of their own: reading them back right after a vector store is what
+/// Indices come from memory, in a separate pass: reading them back right after a vector store is what
 /// would cost most here. Four plain loads per group beat gather instructions on every processor measured.
 template <std::size_t STRIDE, class D>
 HWY_INLINE void load_quads(D d, const float* table, const std::int32_t* at, hn::Vec<D>& a, hn::Vec<D>& b,

@@ -16,7 +16,7 @@ struct Viewport {
 
 /// From a position in a viewport to one in the image, both counted from the top left.
 struct Placement {
-    double origin_x; ///< Where the image's top left corner lies in the viewport.
+    double origin_x; ///< Position of the image's top left corner in the viewport.
     double origin_y;
     double zoom; ///< Pixels of the window per pixel of the image.
 
@@ -37,13 +37,13 @@ public:
     void fit() { fitting = true; }
     /// Pixels of the window per pixel of the image, within the limits. What is in the middle stays there.
     void set_zoom(double zoom);
-    /// Multiplies the zoom; what lies at the position of the viewport stays there.
+    /// Multiplies the zoom; the pixel at the position in the viewport stays there.
     void zoom_at(double factor, double x, double y);
     /// Moves the image by so many pixels of the window.
     void pan(double x, double y);
 
     bool is_fitting() const { return fitting; }
-    /// The image's corner lies on a corner of the window's pixels, so that none is split at zoom 1.
+    /// The image's corner is on a corner of the window's pixels, so that none is split at zoom 1.
     Placement get_placement() const;
 
 private:
@@ -53,7 +53,7 @@ private:
     };
 
     double get_zoom() const;
-    /// Goes from fitting to a zoom and a middle of its own.
+    /// Changes from fitting to a fixed zoom and center.
     void settle();
 
     Size viewport;

@@ -18,10 +18,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A writer's last act on a file, whatever way it writes, and what becomes of folders and links.
+/// The last event of every way to write a file, and the events of folders and links.
 constexpr unsigned int NOTICES = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE;
 
-/// A file that is made by name alone, as links are: no writer closes it.
+/// A file that is only created, as links are, and not closed by a writer.
 bool is_link(const std::string& path) {
     struct stat info {};
     return lstat(path.c_str(), &info) == 0 && (S_ISLNK(info.st_mode) || info.st_nlink > 1);
@@ -113,7 +113,7 @@ void FileWatcher::place_watches_on_way(const std::string& path, const std::strin
 std::vector<std::string> FileWatcher::take_changes(std::chrono::milliseconds patience) {
     using Clock = std::chrono::steady_clock;
     using std::chrono::milliseconds;
-    // A negative one would have `poll` wait for ever.
+    // A negative one would have `poll` wait forever.
     const auto clamp = [](milliseconds time) {
         return std::clamp(time, milliseconds(0), milliseconds(std::numeric_limits<int>::max()));
     };

@@ -29,7 +29,7 @@ bool contains(const std::string& text, const std::string& part) {
     return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 
-/// What a closed menu of names shows. Before it is declared; the text lies on its frame nevertheless.
+/// The text of a closed menu of names. Made before the menu; the text is drawn on its frame nevertheless.
 class Preview {
 public:
     Preview() : list(ImGui::GetWindowDrawList()), corner(ImGui::GetCursorScreenPos()) {

@@ -173,7 +173,7 @@ bool Tokenizer::read_end_tag() {
 }
 
 // Closes the innermost open element called `name` and all that is open within it. Declarations within are
-// closed silently, as they have no end tag; an element earns the warning.
+// closed silently, as they have no end tag; an element causes the warning.
 bool Tokenizer::close_to(std::string_view name, const char* place) {
     std::size_t depth = open_nodes.size();
     std::size_t unclosed_elements = 0;

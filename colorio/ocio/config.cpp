@@ -12,7 +12,7 @@ namespace ocio {
 
 namespace {
 
-/// The handles given here were made by the caller, who still holds them alone.
+/// The handles passed here were made by the caller, who is still their only owner.
 template <typename Handle>
 Handle without_processor_cache(const Handle& config) {
     turn_processor_cache_off(config);
@@ -45,7 +45,7 @@ ConstConfigRcPtr create_config_from_file(const char* path) {
 }
 
 ConstConfigRcPtr create_config_from_env() {
-    // Unset or empty stands for the library's raw configuration.
+    // Unset or empty means the library's raw config.
     const char* path = std::getenv("OCIO");
     return load(path ? path : "", [] { return library::Config::CreateFromEnv(); });
 }

@@ -80,7 +80,7 @@ public:
     }
 
 private:
-    /// An escape that stands for any character, or joins two lines.
+    /// An escape for any character, or one that joins two lines.
     static bool hides_characters(const std::string& yaml, std::size_t at) {
         return yaml[at] == '\\' && std::string_view("xuU\r\n").find(yaml[at + 1]) != std::string_view::npos;
     }

@@ -42,7 +42,7 @@ protected:
     void add_node(NodeKind kind, const char* name, bool inverse);
     /// Notes what the library may replace context variables in.
     void add_texts(std::initializer_list<const char*> texts);
-    /// The color space that a name, a role or an alias stands for, variables resolved; null for none.
+    /// The color space of a name, a role or an alias, after resolving variables; null for none.
     ConstColorSpaceRcPtr find_space(const std::string& name) const;
     std::string resolve(const std::string& name) const;
     const ConstConfigRcPtr& config() const { return config_; }

@@ -29,7 +29,7 @@ private:
 using Put = std::num_put<char>;
 using Get = std::num_get<char>;
 
-/// Writes through the facet that it stands for.
+/// Writes through the facet that it replaces.
 class ThreadPut final : public Put {
 public:
     explicit ThreadPut(const std::locale& locale) : locale_(locale) {}
@@ -71,7 +71,7 @@ private:
     std::locale locale_;
 };
 
-/// Reads through the facet that it stands for.
+/// Reads through the facet that it replaces.
 class ThreadGet final : public Get {
 public:
     explicit ThreadGet(const std::locale& locale) : locale_(locale) {}

@@ -26,7 +26,7 @@ constexpr std::size_t MAX_REPEATED_NODES = 200000;
 /// Thrown out of the parser.
 struct TooManyNodes {};
 
-/// Counts the nodes that a document's aliases stand for.
+/// Counts the nodes of a document after its aliases were expanded.
 class RepetitionCounter : public YAML::EventHandler {
 public:
     void OnDocumentStart(const YAML::Mark&) override { sizes_.clear(); }

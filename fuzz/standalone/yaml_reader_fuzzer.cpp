@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (read_yaml({reinterpret_cast<const char*>(data), size}, group))
         return 0;
     const YamlText yaml = write_yaml(group);
-    // Aliases may stand for more than fits into a file; everything else that was read can be written.
+    // Expanded aliases may not fit into a file; everything else that was read can be written.
     if (yaml.reason.rfind("more than", 0) == 0)
         return 0;
     const std::string text = yaml.text.value_or("*nothing");

@@ -15,7 +15,7 @@ using testing::IsEmpty;
 namespace {
 
 // sRGB 0.5 in linear light and back (IEC 61966-2-1).
-const float GREY = static_cast<float>(std::pow((0.5 + 0.055) / 1.055, 2.4));
+const float GRAY = static_cast<float>(std::pow((0.5 + 0.055) / 1.055, 2.4));
 const float TOLERANCE = 2e-6f;
 
 using ColorIOForwarding = RunningModule;
@@ -105,7 +105,7 @@ TEST_F(ColorIOForwarding, AnswersForFileExtensions) {
 TEST_F(ColorIOConversions, ABufferIsConvertedFromTheSecondNameToTheFirst) {
     float rgb[] = {0.5f, 0.5f, 0.5f};
     EXPECT_TRUE(ColorIO::convert_buffer(rgb, 1, 1, 3, "linear", "sRGB"));
-    EXPECT_NEAR(rgb[0], GREY, TOLERANCE);
+    EXPECT_NEAR(rgb[0], GRAY, TOLERANCE);
     EXPECT_TRUE(ColorIO::convert_buffer(rgb, 1, 1, 3, "sRGB", "linear"));
     EXPECT_NEAR(rgb[0], 0.5f, TOLERANCE);
 }
@@ -114,7 +114,7 @@ TEST_F(ColorIOConversions, TheSizesAreWidthHeightAndChannels) {
     std::vector<float> pixels((2 * 3 + 1) * 4, 0.5f);
     EXPECT_TRUE(ColorIO::convert_buffer(pixels.data(), 2, 3, 4, "linear", "sRGB"));
     for (size_t i = 0; i < 2 * 3 * 4; ++i)
-        EXPECT_NEAR(pixels[i], i % 4 == 3 ? 0.5f : GREY, TOLERANCE) << i;
+        EXPECT_NEAR(pixels[i], i % 4 == 3 ? 0.5f : GRAY, TOLERANCE) << i;
     for (size_t i = 2 * 3 * 4; i < pixels.size(); ++i)
         EXPECT_EQ(pixels[i], 0.5f) << i;
 }
@@ -122,7 +122,7 @@ TEST_F(ColorIOConversions, TheSizesAreWidthHeightAndChannels) {
 TEST_F(ColorIOConversions, FullNamesServeAsWell) {
     float rgb[] = {0.5f, 0.5f, 0.5f};
     EXPECT_TRUE(ColorIO::convert_buffer(rgb, 1, 1, 3, "Tavelion|linear", "sRGB"));
-    EXPECT_NEAR(rgb[2], GREY, TOLERANCE);
+    EXPECT_NEAR(rgb[2], GRAY, TOLERANCE);
 }
 
 TEST_F(ColorIOConversions, EqualNamesConvertNothingAndReportFailure) {
@@ -175,11 +175,11 @@ TEST_F(ColorIOConversions, ABufferWithoutPixelsOrWithoutMemoryConvertsNothing) {
 TEST_F(ColorIOConversions, PlanesAreConvertedFromTheSecondNameToTheFirst) {
     float r[] = {0.5f, 0.0f}, g[] = {0.5f, 1.0f}, b[] = {0.0f, 0.5f}, a[] = {0.5f, 0.25f};
     EXPECT_TRUE(ColorIO::convert_buffers(r, g, b, a, 2, 1, "linear", "sRGB"));
-    EXPECT_NEAR(r[0], GREY, TOLERANCE);
-    EXPECT_NEAR(g[0], GREY, TOLERANCE);
+    EXPECT_NEAR(r[0], GRAY, TOLERANCE);
+    EXPECT_NEAR(g[0], GRAY, TOLERANCE);
     EXPECT_NEAR(g[1], 1.0f, TOLERANCE);
     EXPECT_NEAR(b[0], 0.0f, TOLERANCE);
-    EXPECT_NEAR(b[1], GREY, TOLERANCE);
+    EXPECT_NEAR(b[1], GRAY, TOLERANCE);
     EXPECT_THAT(a, ElementsAre(0.5f, 0.25f));
 }
 
@@ -187,8 +187,8 @@ TEST_F(ColorIOConversions, PlanesNeedNoAlpha) {
     float r[] = {0.5f, 0.5f, 9.0f}, g[] = {0.5f, 0.5f, 9.0f}, b[] = {0.5f, 0.5f, 9.0f};
     EXPECT_TRUE(ColorIO::convert_buffers(r, g, b, nullptr, 1, 2, "linear", "sRGB"));
     for (const float* plane : {r, g, b}) {
-        EXPECT_NEAR(plane[0], GREY, TOLERANCE);
-        EXPECT_NEAR(plane[1], GREY, TOLERANCE);
+        EXPECT_NEAR(plane[0], GRAY, TOLERANCE);
+        EXPECT_NEAR(plane[1], GRAY, TOLERANCE);
         EXPECT_EQ(plane[2], 9.0f);
     }
 }

@@ -4,7 +4,7 @@
 #include <vector>
 
 /// A color table as GL_LINEAR and GL_CLAMP_TO_EDGE sample it, in double precision: edge^3 RGB triples, red
-/// fastest, values at the centres of the texels.
+/// fastest, values at the centers of the texels.
 class Lattice {
 public:
     using Rgb = std::array<double, 3>;

@@ -15,7 +15,7 @@ using Color = std::array<float, 4>;
 
 constexpr float ALPHA = 0.5f;
 
-constexpr float GREYS[] = {-2.0f, -0.5f,   -0.125f, -0.01f, 0.0f,   1e-6f,  1e-4f,  0.002f, 0.0031f,
+constexpr float GRAYS[] = {-2.0f, -0.5f,   -0.125f, -0.01f, 0.0f,   1e-6f,  1e-4f,  0.002f, 0.0031f,
                            0.02f, 0.0404f, 0.0405f, 0.09f,  0.18f,  0.214f, 0.39f,  0.46f,  0.5f,
                            0.67f, 0.75f,   0.9f,    0.999f, 1.0f,   1.001f, 1.125f, 1.5f,   2.0f,
                            4.0f,  8.5f,    16.0f,   65.0f,  150.0f, 1000.0f};
@@ -44,7 +44,7 @@ constexpr std::size_t IMAGE_PIXELS = 8192;
 
 std::vector<Color> make_grid() {
     std::vector<Color> grid;
-    for (const float gray : GREYS)
+    for (const float gray : GRAYS)
         grid.push_back({gray, gray, gray, ALPHA});
     for (const auto& [red, green, blue] : SATURATED)
         grid.push_back({red, green, blue, ALPHA});

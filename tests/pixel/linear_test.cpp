@@ -32,8 +32,8 @@ TEST_P(LinearOperations, MatrixMixesAllFourChannelsAndAddsTheOffset) {
 
 TEST_P(LinearOperations, MatrixRoundsEveryProductAndSum) {
     // In exact arithmetic red is 2^-24; the sum of the first two products loses it.
-    const Matrix cancelling{{1, 1, -1, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}};
-    EXPECT_EQ(apply_one(cancelling, {1.0f, 0x1p-24f, 1.0f, 1.0f})[0], 0.0f);
+    const Matrix canceling{{1, 1, -1, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}};
+    EXPECT_EQ(apply_one(canceling, {1.0f, 0x1p-24f, 1.0f, 1.0f})[0], 0.0f);
 }
 
 TEST_P(LinearOperations, DiagonalMatrixLeavesAlphaAlone) {

@@ -75,7 +75,7 @@ TEST(Simplify, OperationsThatClampAreNoIdentities) {
         1u);
 }
 
-TEST(Simplify, NeighbouringMatricesAreMultipliedInTheirOrder) {
+TEST(Simplify, NeighboringMatricesAreMultipliedInTheirOrder) {
     const OpChain merged = simplify({scaling(2, 1), scaling(4, 0.5), UNIT});
     ASSERT_EQ(merged.size(), 1u);
     const auto& m = std::get<Matrix>(merged[0]);

@@ -151,7 +151,7 @@ TEST_F(WatchedFiles, AreAllToldOfByOneCall) {
     EXPECT_THAT(wait_for_changes(), UnorderedElementsAre(file, deep_file));
 }
 
-TEST_F(WatchedFiles, AreNotToldOfForTheSakeOfTheirNeighbours) {
+TEST_F(WatchedFiles, AreNotReportedForChangesOfTheirNeighbors) {
     folder.write("b.cube", "text");
     folder.write("luts/a.cube", "text");
     folder.write("a.cube.tmp", "text");

@@ -204,17 +204,17 @@ TEST(ChangesInPanels, LeaveNoFrameUnfinished) {
     EXPECT_TRUE(is_done);
 }
 
-/// The dialogue that looks for files.
-class DialogueOfAViewer : public PanelsOfAViewer {
+/// The file dialog.
+class DialogOfAViewer : public PanelsOfAViewer {
 protected:
-    DialogueOfAViewer() {
+    DialogOfAViewer() {
         folder.write("shows/other.ocio", folder.read("test.ocio"));
         folder.write("shows/luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
         folder.write("shows/broken.ocio", "ocio_profile_version: 1\nroles: [");
     }
 };
 
-TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheMouse) {
+TEST_F(DialogOfAViewer, OpensAConfigurationWithTheMouse) {
     click("File");
     click("Open config...");
     EXPECT_TRUE(shows("test.ocio")) << "it starts beside the configuration in force";
@@ -229,7 +229,7 @@ TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheMouse) {
     expect_shown(0.25);
 }
 
-TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheKeysAlone) {
+TEST_F(DialogOfAViewer, OpensAConfigurationWithTheKeysAlone) {
     type("c");
     EXPECT_TRUE(shows("test.ocio"));
     press("Down");
@@ -246,7 +246,7 @@ TEST_F(DialogueOfAViewer, OpensAConfigurationWithTheKeysAlone) {
     EXPECT_EQ(host->get_config_path(), folder.file("shows/other.ocio"));
 }
 
-TEST_F(DialogueOfAViewer, StaysAndSaysWhyAFileWillNotDo) {
+TEST_F(DialogOfAViewer, StaysAndSaysWhyAFileIsUnusable) {
     type("c");
     type(folder.file("shows/broken.ocio"));
     press("Enter");
@@ -258,7 +258,7 @@ TEST_F(DialogueOfAViewer, StaysAndSaysWhyAFileWillNotDo) {
     expect_shown(1);
 }
 
-TEST_F(DialogueOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
+TEST_F(DialogOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
     for (const bool by_key : {true, false}) {
         type("c");
         EXPECT_TRUE(shows("Cancel"));
@@ -275,7 +275,7 @@ TEST_F(DialogueOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
     EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE) << "the panels can be used again";
 }
 
-TEST_F(DialogueOfAViewer, OpensImagesAndCdlLibraries) {
+TEST_F(DialogOfAViewer, OpensImagesAndCdlLibraries) {
     std::filesystem::create_directory(folder.file("shots"));
     write_ramps(folder.file("shots/next.exr"), 8, 8);
     type("p");
@@ -297,7 +297,7 @@ TEST_F(DialogueOfAViewer, OpensImagesAndCdlLibraries) {
     EXPECT_EQ(settings().cdl, "grade");
 }
 
-TEST_F(DialogueOfAViewer, ShowsAllFilesAndTheFolderAbove) {
+TEST_F(DialogOfAViewer, ShowsAllFilesAndTheFolderAbove) {
     type("c");
     click("All files");
     EXPECT_TRUE(shows("ramps.exr"));

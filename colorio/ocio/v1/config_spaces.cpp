@@ -31,7 +31,7 @@ void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& spac
     // The library would accept it, and refuse the configuration afterwards.
     if (config->hasRole(get_name(space)))
         throw_error(diagnostics::Code::NAME_DUPLICATE,
-                    "a color space cannot bear the name of the role '" + std::string(get_name(space)) + "'",
+                    "a color space cannot have the name of the role '" + std::string(get_name(space)) + "'",
                     get_name(space));
     guarded([&] { config->addColorSpace(space); });
 }

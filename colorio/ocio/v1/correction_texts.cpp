@@ -17,7 +17,7 @@ constexpr std::array<std::string_view, 3> ROOTS = {CORRECTION, "ColorCorrectionC
 /// The library skips a saturation that is spelled in the first way.
 constexpr std::string_view SATURATION_NODE = "SATNode";
 constexpr std::string_view KNOWN_SATURATION_NODE = "SatNode";
-/// Corrections of decision lists lie three deep and are two deep themselves.
+/// Corrections of decision lists are nested three levels deep and have two levels themselves.
 constexpr std::size_t MAX_DEPTH = 100;
 
 [[noreturn]] void refuse(const std::string& reason) {
@@ -123,14 +123,14 @@ private:
         open_.pop_back();
     }
 
-    /// Goes to `end`; inside a correction, what lies before belongs to its text.
+    /// Moves to `end`; inside a correction, the text before it belongs to the correction.
     void keep(std::size_t end) {
         if (inside_)
             corrections_.back() += xml_.substr(at_, end - at_);
         at_ = end;
     }
 
-    /// Goes `length` on, and puts `text` in place of what lies there.
+    /// Moves by `length`, and replaces the text there by `text`.
     void keep_as(std::string_view text, std::size_t length) {
         corrections_.back() += text;
         at_ += length;

@@ -86,7 +86,7 @@ private:
         return current;
     }
 
-    /// Between the scene's and the display's reference space lies the default view transform.
+    /// The default view transform leads from the scene's to the display's reference space.
     void add_crossing(SpaceType from, SpaceType to, bool inverse) {
         if (!from || !to || *from == *to)
             return;

@@ -15,14 +15,14 @@ struct GpuAllocation {
     std::vector<float> variables;
 };
 
-/// Shader text and its table. An empty table means that the text does not sample it.
+/// Shader text and its 3D LUT. Without a LUT the text does not sample it.
 struct GpuShader {
     std::string text;
     std::vector<float> table; ///< edge^3 RGB triples, red fastest
 };
 
-/// Fits the pixel to [0, 1] by `allocation` and takes its color from a table of what `processor` makes of
-/// the nodes. Throws when the allocation spans no range.
+/// A shader that maps the pixel to [0, 1] by `allocation` and looks up its color in a 3D LUT, whose nodes
+/// were converted by `processor`. Throws when the allocation has an empty range.
 GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocation,
                        const GpuShaderDesc& desc);
 

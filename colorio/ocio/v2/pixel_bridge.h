@@ -8,15 +8,16 @@
 
 namespace ocio {
 
-/// The operations of a processor as plain data, after the library's lossless optimizations, when `pixel/` is
-/// known to give the library's results for every one of them. Otherwise nothing, and the reason in words in
-/// `why_not` (may be null): "FixedFunction ACES_RedMod10 is not supported by the SIMD code".
+/// The operations of a processor as plain data, after the library's lossless optimizations, if `pixel/` gives
+/// the library's results for each of them. Otherwise empty, with the reason in `why_not` (may be null):
+/// "FixedFunction ACES_RedMod10 is not supported by the SIMD code".
 std::optional<pixel::OpChain> translate(const library::ConstProcessorRcPtr& processor, std::string* why_not);
 /// The same for the operations of a processor that the library has optimized under its lossless flags.
 std::optional<pixel::OpChain> translate_operations(const library::GroupTransform& operations,
                                                    std::string& why_not);
 
-/// One operation in words: those of `pixel/` where it is known there, else its name in the library.
+/// One operation in words: its description by `pixel/` if it is supported there, else its name in the
+/// library.
 std::string describe(const library::Transform& transform);
 
 } // namespace ocio

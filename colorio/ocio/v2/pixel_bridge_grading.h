@@ -3,8 +3,8 @@
 #include "colorio/ocio/types.h"
 #include "pixel/ops.h"
 
-/// Gradings and fixed functions of the library as operations of `pixel/`. Those that are not known throw
-/// NotKnown.
+/// Gradings and fixed functions of the library as operations of `pixel/`. Throw NotKnown for unsupported
+/// ones.
 namespace ocio {
 
 pixel::Op translate_op(const library::FixedFunctionTransform& t);

@@ -5,10 +5,10 @@
 #include "colorio/ocio/types.h"
 #include "pixel/ops.h"
 
-/// What the files of the bridge to `pixel/` share.
+/// Declarations shared by the files of the bridge to `pixel/`.
 namespace ocio {
 
-/// Thrown, with the words for the caller, where an operation cannot be taken.
+/// Thrown for an operation that `pixel/` does not support, with the reason.
 struct NotKnown {
     std::string words;
 };

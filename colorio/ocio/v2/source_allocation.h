@@ -11,7 +11,7 @@ struct SourceAllocation {
         true; ///< false when the configuration leaves it open, so that the library's own tables miss it
 };
 
-/// The allocation of a color space of `config`; null stands for the source of a named transform, which has
+/// The allocation of a color space of `config`; null means the source of a named transform, which has
 /// none. Version 2 configurations often state none, which would confine scene-linear colors to [0, 1]: they
 /// get a logarithmic one that reaches from 0 to 256.
 SourceAllocation source_allocation(const ConstConfigRcPtr& config, const ConstColorSpaceRcPtr& space);
