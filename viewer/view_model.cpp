@@ -137,13 +137,13 @@ void ViewModel::use_cdl_library(const std::string& path) {
     watch_files();
 }
 
-/// Names that the configuration lacks give way to its defaults.
+/// Replaces names that are not in the config by its defaults.
 std::string ViewModel::use_existing_names() {
     revision = host.get_revision();
     std::string replaced;
     const auto note_replaced = [&](const char* kind, const std::string& former, const std::string& now) {
         if (!former.empty() && former != now)
-            replaced += fmt::format("; {} '{}' is gone, using '{}'", kind, former, now);
+            replaced += fmt::format("; {} '{}' no longer exists, using '{}'", kind, former, now);
     };
     if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
         const std::string former = space_is_chosen ? input_space : "";
@@ -187,7 +187,7 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
     return is_told || !changes.empty();
 }
 
-/// Sole words of the note are those about names, unless it tells why.
+/// The note becomes the text about names alone, unless it already has the reason.
 void ViewModel::take_existing_names(bool note_tells_why) {
     const std::string replaced = use_existing_names();
     if (!replaced.empty())
@@ -201,7 +201,7 @@ bool ViewModel::reload_sources(const std::string& changed) {
     return is_whole;
 }
 
-/// A fault of other settings, and of a view that is not shown, is none.
+/// The error of the current settings, if the view is shown.
 std::string ViewModel::get_conversion_fault(Side side) const {
     const ConfiguredConversion& cached = conversions[side];
     const bool is_shown = side == FIRST || shows_both_views(layout);
@@ -212,7 +212,7 @@ std::string ViewModel::get_conversion_fault(Side side) const {
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults;
     for (const diagnostics::Diagnostic& fault : host.get_source_errors())
-        faults.push_back(format_located(fault) + " (still showing the last good state)");
+        faults.push_back(format_located(fault) + " (still using the last valid version)");
     for (const std::string& fault :
          {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})
         if (!fault.empty() && !holds(faults, fault))
