@@ -59,19 +59,23 @@ public:
     void OnDocumentEnd() override {}
 
     void OnNull(const YAML::Mark& mark, YAML::anchor_t anchor) override {
-        if (expects_name())
+        if (is_after_empty_name())
+            open_nodes.back().empty_name = EmptyName::NONE;
+        else if (expects_name())
             set_name(mark, {});
         else
             add_scalar(mark, anchor, {});
     }
     void OnScalar(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                   const std::string& text) override {
+        begin_pair_without_name(mark);
         if (expects_name())
             set_name(mark, get_standard_tag(tag) == "binary" ? decode_binary(mark, text) : text);
         else
             add_scalar(mark, anchor, resolve_scalar(mark, tag, text));
     }
     void OnAlias(const YAML::Mark& mark, YAML::anchor_t anchor) override {
+        begin_pair_without_name(mark);
         refuse_as_name(mark, "an alias in the place of a name");
         const auto found = anchored.find(anchor);
         if (found == anchored.end())
@@ -81,28 +85,59 @@ public:
 
     void OnSequenceStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                          YAML::EmitterStyle::value) override {
+        begin_pair_without_name(mark);
         const std::string_view standard = get_standard_tag(tag);
         open(mark, anchor, YamlList{{}, standard == "pairs" || standard == "omap"});
     }
     void OnSequenceEnd() override { close(); }
     void OnMapStart(const YAML::Mark& mark, const std::string&, YAML::anchor_t anchor,
-                    YAML::EmitterStyle::value) override {
-        open(mark, anchor, YamlMap{});
+                    YAML::EmitterStyle::value style) override {
+        begin_pair_without_name(mark);
+        if (style == YAML::EmitterStyle::Default && expects_name())
+            open_nodes.back().empty_name = EmptyName::OPEN;
+        else
+            open(mark, anchor, YamlMap{});
     }
-    void OnMapEnd() override { close(); }
+    void OnMapEnd() override {
+        EmptyName& empty_name = open_nodes.back().empty_name;
+        if (empty_name == EmptyName::OPEN)
+            empty_name = EmptyName::CLOSED;
+        else
+            close();
+    }
 
 private:
+    // yaml-cpp reports a pair that begins with an empty "?" line as a map of that pair in the place of the
+    // name, and a null value for it. Only such maps have no style. The pair goes to the map around them.
+    enum class EmptyName {
+        NONE,
+        OPEN,   // between the start and the end of the reported map
+        CLOSED, // the null value comes next, or the value of another pair without a name
+    };
+
     // A list or map whose end was not met yet.
     struct OpenNode {
         std::shared_ptr<YamlNode> node;
         YAML::Mark mark;
         YAML::anchor_t anchor;
         bool has_name; // a map's pair waits for its value
+        EmptyName empty_name = EmptyName::NONE;
     };
 
     bool expects_name() const {
         return !open_nodes.empty() && !open_nodes.back().has_name &&
                std::holds_alternative<YamlMap>(open_nodes.back().node->content);
+    }
+
+    bool is_after_empty_name() const {
+        return !open_nodes.empty() && open_nodes.back().empty_name == EmptyName::CLOSED;
+    }
+
+    void begin_pair_without_name(const YAML::Mark& mark) {
+        if (!is_after_empty_name())
+            return;
+        open_nodes.back().empty_name = EmptyName::NONE;
+        set_name(mark, {});
     }
 
     void refuse_as_name(const YAML::Mark& mark, const char* reason) const {

@@ -58,6 +58,16 @@ TEST_F(ReadParserFile, WhatOnlyBeginsLikeANumberIsAString) {
               "s\".infx\" d7ff0000000000000");
 }
 
+TEST_F(ReadParserFile, ANullNameIsAnEmptyOne) {
+    for (const char* text :
+         {"? \n: x\n", "? ~\n: x\n", "~: x\n", "null: x\n", ": x\n", "{~: x}\n", "{? : x}\n"})
+        EXPECT_EQ(read_and_describe(text), "=s\"x\"") << text;
+    EXPECT_EQ(read_and_describe("a: 1\n? # none\n: {? : [2, 3], b: 4}\n? \n: 5\nc: 6\n?\n"),
+              "a=i1; ={=i2 i3; b=i4}; =i5; c=i6; =");
+    EXPECT_EQ(read_and_describe("a: &k 1\n? \n: x\n: y\n: {z: 1}\n: [2, 3]\n: *k\nb: 4\n"),
+              "a=i1; =s\"x\"; =s\"y\"; ={z=i1}; =i2 i3; =i1; b=i4");
+}
+
 TEST_F(ReadParserFile, RealsAreExact) {
     ASSERT_TRUE(
         read("r: [1.0, -0.0, .5, 5., 1e3, 2147483648, 0xFFFFFFFF, .inf, -.INF, 1e400, 0x80000000, .nan]"));
@@ -183,6 +193,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{"a: \x04\nb: 1\n", ":1:4: a control character; this is not a YAML text in UTF-8"},
                     Refused{"a: 1\nb: x\x7Fy\x01\n", ":2:7: a control character"},
                     Refused{"{a: 1, [b]: 2}\n", ":1:8: a list or map in the place of a name"},
+                    Refused{"? : x\n", ":1:3: a list or map in the place of a name"},
                     Refused{"a: &x 1\n*x : 2\n", ":2:1: an alias in the place of a name"},
                     Refused{"a: *unknown\n", ":1:4: "},
                     Refused{"a: &x [1, {b: *x}]\n", ":1:15: an alias of a value that contains it"},
