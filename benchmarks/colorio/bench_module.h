@@ -20,11 +20,12 @@ public:
     const CoreString& get_color_space_by_extension_file_path() const override { return mapping_path; }
     OfObjectFactory& get_object_factory() override { return factory; }
     bool create_temp_folder(const CoreString& name, CoreString& path) override {
-        const std::string wanted = folder + "/" + name.get_data();
-        if (wanted != created) // The module asks four times; what the host does for it is not measured.
-            std::filesystem::create_directories(wanted);
-        created = wanted;
-        path = created.c_str();
+        if (name != created_name) { // The module asks four times; what the host does for it is not measured.
+            created = (folder + "/" + name.get_data()).c_str();
+            std::filesystem::create_directories(created.get_data());
+            created_name = name;
+        }
+        path = created;
         return true;
     }
 
@@ -33,7 +34,8 @@ public:
 
 private:
     std::string folder;
-    std::string created;
+    CoreString created_name;
+    CoreString created;
     CoreString default_space{"linear"};
     CoreString mapping_path;
     OfObjectFactory factory;

@@ -9,6 +9,7 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
+#include "host/parser/parser_entry.h"
 
 namespace OCIO = OCIO_NAMESPACE;
 
@@ -20,15 +21,13 @@ std::string name_of(int i) {
     return "space" + std::to_string(i);
 }
 
-/// As many custom color spaces, all of one LUT file.
-void module_set_custom_spaces(benchmark::State& state) {
-    const BenchFolder folder;
-    BenchApp app(folder.get_path());
-    ColorIO::init(&app);
-    ColorIOManager& manager = *ColorIOManager::get_instance();
+using Defs = CoreVector<ColorIOManager::ColorSpaceDef>;
+
+/// The built-in color spaces and `count` custom ones, all of one LUT file.
+Defs make_defs(int count, const BenchFolder& folder) {
     const CoreString lut = folder.write("two.spi1d", LUT).c_str();
-    CoreVector<ColorIOManager::ColorSpaceDef> defs = manager.get_tavelion_color_spaces();
-    for (int i = 0; i < state.range(0); ++i)
+    Defs defs = ColorIOManager::get_instance()->get_tavelion_color_spaces();
+    for (int i = 0; i < count; ++i)
         defs.append({name_of(i).c_str(),
                      lut,
                      "",
@@ -37,8 +36,37 @@ void module_set_custom_spaces(benchmark::State& state) {
                      OCIO::ALLOCATION_UNIFORM,
                      {0.0f, 1.0f, 0.0f},
                      false});
+    return defs;
+}
+
+void module_set_custom_spaces(benchmark::State& state) {
+    const BenchFolder folder;
+    BenchApp app(folder.get_path());
+    ColorIO::init(&app);
+    ColorIOManager& manager = *ColorIOManager::get_instance();
+    const Defs defs = make_defs(static_cast<int>(state.range(0)), folder);
     for (auto _ : state)
         manager.set_tavelion_config(defs);
+    state.counters["names"] = manager.get_color_space_names().get_count();
+    stop_module();
+}
+
+/// Reading the same color spaces from the preferences.
+void module_load_custom_spaces(benchmark::State& state) {
+    const BenchFolder folder;
+    BenchApp app(folder.get_path());
+    ColorIO::init(&app);
+    ColorIOManager& manager = *ColorIOManager::get_instance();
+    const Defs none = manager.get_tavelion_color_spaces();
+    manager.set_tavelion_config(make_defs(static_cast<int>(state.range(0)), folder));
+    ParserEntry entry("color_management");
+    manager.save_config(&entry);
+    for (auto _ : state) {
+        state.PauseTiming();
+        manager.set_tavelion_config(none);
+        state.ResumeTiming();
+        manager.load_config(&entry);
+    }
     state.counters["names"] = manager.get_color_space_names().get_count();
     stop_module();
 }
@@ -115,6 +143,12 @@ void library_parse(benchmark::State& state) {
 } // namespace
 
 BENCHMARK(module_set_custom_spaces)
+    ->Arg(1000)
+    ->Arg(2000)
+    ->Arg(4000)
+    ->Arg(8000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(module_load_custom_spaces)
     ->Arg(1000)
     ->Arg(2000)
     ->Arg(4000)

@@ -1,7 +1,10 @@
 // Starting the module, compared with building the same config with OpenColorIO directly and writing the same
 // files.
 
+#include <sys/stat.h>
+
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -42,39 +45,86 @@ void module_init_cold(benchmark::State& state) {
     }
 }
 
-OCIO::ColorSpaceRcPtr make_space(const char* name, const char* lut) {
+/// A color space as the module describes it, except for what it converts.
+OCIO::ColorSpaceRcPtr make_space(const char* name, const char* description, OCIO::Allocation allocation,
+                                 float from, float to) {
     OCIO::ColorSpaceRcPtr space = OCIO::ColorSpace::Create();
     space->setName(name);
     space->setFamily("Tavelion");
+    space->setDescription(description);
     space->setBitDepth(OCIO::BIT_DEPTH_F32);
-    if (lut) {
-        OCIO::FileTransformRcPtr transform = OCIO::FileTransform::Create();
-        transform->setSrc(lut);
-        transform->setInterpolation(OCIO::INTERP_LINEAR);
-        space->setTransform(transform, OCIO::COLORSPACE_DIR_TO_REFERENCE);
-    }
+    space->setAllocation(allocation);
+    const float variables[] = {from, to};
+    space->setAllocationVars(2, variables);
     return space;
 }
 
-/// The calls of the library that the module makes: color configuration and CDL configuration; `checked`
-/// validates them too, as the module does.
+OCIO::ConfigRcPtr make_empty_config(const std::string& folder) {
+    OCIO::ConfigRcPtr config = OCIO::Config::Create();
+    config->setMajorVersion(1);
+    config->addSearchPath(".");
+    config->setWorkingDir(folder.c_str());
+    return config;
+}
+
+/// The built-in color spaces with their views. Each LUT file is looked for, as the module does.
+OCIO::ConfigRcPtr make_colors(const std::string& folder) {
+    OCIO::ConfigRcPtr config = make_empty_config(folder);
+    const char* const names[] = {"sRGB", "Cineon"};
+    const char* const descriptions[] = {"Standard RGB Display Space.", "Cineon (Log Film Scan)."};
+    for (int i = 0; i < 2; ++i) {
+        struct stat status;
+        if (stat((folder + "/" + LUT_FILES[i]).c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+            std::abort();
+        const OCIO::ColorSpaceRcPtr space =
+            make_space(names[i], descriptions[i], OCIO::ALLOCATION_UNIFORM, -0.125f, 1.125f);
+        const OCIO::FileTransformRcPtr transform = OCIO::FileTransform::Create();
+        transform->setSrc(LUT_FILES[i]);
+        transform->setInterpolation(OCIO::INTERP_LINEAR);
+        space->setTransform(transform, OCIO::COLORSPACE_DIR_TO_REFERENCE);
+        config->addColorSpace(space);
+        config->addDisplayView("Tavelion", names[i], names[i], "");
+    }
+    config->addDisplayView("Tavelion", "linear", "linear", "");
+    config->addColorSpace(make_space("linear",
+                                     "Scene-linear, high dynamic range. Used for rendering and compositing.",
+                                     OCIO::ALLOCATION_LG2, -15.0f, 6.0f));
+    return config;
+}
+
+/// The configuration for CDLs, with the one that changes nothing.
+OCIO::ConfigRcPtr make_cdls(const std::string& folder) {
+    OCIO::ConfigRcPtr config = make_empty_config(folder);
+    const OCIO::CDLTransformRcPtr transform = OCIO::CDLTransform::Create();
+    transform->setID("No CDL");
+    const double ones[] = {1.0, 1.0, 1.0}, zeros[] = {0.0, 0.0, 0.0};
+    transform->setSlope(ones);
+    transform->setOffset(zeros);
+    transform->setPower(ones);
+    transform->setSat(1.0);
+    transform->setDirection(OCIO::TRANSFORM_DIR_FORWARD);
+    const OCIO::ColorSpaceRcPtr space = OCIO::ColorSpace::Create();
+    space->setName("No CDL");
+    space->setBitDepth(OCIO::BIT_DEPTH_F32);
+    space->setAllocation(OCIO::ALLOCATION_LG2);
+    space->setTransform(transform, OCIO::COLORSPACE_DIR_FROM_REFERENCE);
+    config->addColorSpace(space);
+    config->addDisplayView("Tavelion", transform->getID(), "No CDL", "");
+    return config;
+}
+
+/// What the module builds, by the library alone: the same color spaces, views and CDL, the same looks for LUT
+/// files. `checked` has the library check each configuration once.
 template <bool checked>
 void library_same_config(benchmark::State& state) {
+    const BenchFolder folder;
+    BenchApp app(folder.get_path());
+    ColorIO::init(&app);
+    stop_module();
+    const std::string luts = folder.get_path() + "/luts";
     for (auto _ : state) {
-        OCIO::ConfigRcPtr colors = OCIO::Config::Create();
-        colors->setMajorVersion(1);
-        colors->addSearchPath(".");
-        const char* const names[] = {"sRGB", "Cineon", "linear"};
-        for (int i = 0; i < 3; ++i) {
-            colors->addColorSpace(make_space(names[i], i < 2 ? LUT_FILES[i] : nullptr));
-            colors->addDisplayView("Tavelion", names[i], names[i], "");
-        }
-        OCIO::ConfigRcPtr cdls = OCIO::Config::Create();
-        cdls->setMajorVersion(1);
-        OCIO::ColorSpaceRcPtr identity = make_space("No CDL", nullptr);
-        identity->setTransform(OCIO::CDLTransform::Create(), OCIO::COLORSPACE_DIR_FROM_REFERENCE);
-        cdls->addColorSpace(identity);
-        cdls->addDisplayView("Tavelion", "No CDL", "No CDL", "");
+        const OCIO::ConfigRcPtr colors = make_colors(luts);
+        const OCIO::ConfigRcPtr cdls = make_cdls(luts);
         if (checked) {
             colors->validate();
             cdls->validate();
