@@ -16,6 +16,8 @@ class OfApp;
 class OfEnum;
 class ParserEntry;
 class ParserGroup;
+class PublishedSpaces;
+class PublishedViews;
 
 /// The process-wide owner of the configs: the built-in one, the one from a file or the environment, the one
 /// for the CDLs, and the names published from the active one.
@@ -114,6 +116,8 @@ public:
 
     /// Whether `name` is a label of "color_space": exact, with its family.
     bool color_space_exists(CoreBasicString name) const;
+    /// Whether `get_color_space_names` lists `name`.
+    bool is_color_space_name(const CoreBasicString& name) const;
     /// Whether `label` is a published view: "DISPLAY.VIEW", exact.
     bool display_view_exists(CoreBasicString label) const;
     /// Character between family and name in the labels of "color_space".
@@ -135,6 +139,8 @@ public:
     bool get_default_display_view(CoreString& display, CoreString& view) const;
     /// Published color spaces, without families; valid until the next change of the config.
     const CoreBasicArray<CoreString>& get_color_space_names() const { return color_space_names; }
+    /// For lookups inside the module; null before `init`.
+    std::shared_ptr<const PublishedSpaces> get_published_spaces() const { return published_spaces; }
     /// Published views, "DISPLAY.VIEW"; valid until the next change of the config.
     const CoreBasicArray<CoreString>& get_display_view_names() const { return display_view_names; }
 
@@ -237,6 +243,8 @@ private:
     bool build_from_file(const CoreString& path);
     void forget_cached_files();
     static bool validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config);
+    bool validate_builtin_config() const;
+    bool check_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config) const;
     void create_enums();
     void settle_role_color_spaces();
     void publish_config();
@@ -249,6 +257,8 @@ private:
     bool write_lut_to_disk(const CoreString& path, const CoreArray<float>& values, float from, float to);
 
     bool update_enums_and_lists();
+    void forget_names();
+    void forget_views();
     void publish_views();
     struct ProbeConfig;
     ProbeConfig load_probe_config() const;
@@ -303,6 +313,9 @@ private:
 
     /// Index for lookups in "color_space"; rebuilt when the enumeration has changed.
     mutable std::shared_ptr<const ColorSpaceNameIndex> name_index;
+    /// Contents of the lists of names, for lookups; null before the first publishing.
+    std::shared_ptr<PublishedSpaces> published_spaces;
+    std::shared_ptr<PublishedViews> published_views;
     /// Configs parsed during the current reload; null between reloads.
     std::shared_ptr<ConfigLoads> config_loads;
     /// Contents of `cdl_config`, so that unchanged CDLs are not added again.

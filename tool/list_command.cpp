@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "colorio/color_io_inspection.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/published_cdls.h"
@@ -82,6 +83,7 @@ public:
 
     ExitCode run(Console& console) override {
         const ToolSession session(session_options, console);
+        const ColorIOInspection::Batch batch;
         if (as_json)
             print_json(session, console);
         else

@@ -129,7 +129,11 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
     config_loads->forget();
     const auto take_from = [this](const CoreString& origin, auto create) {
         file_config_loaded = false; // Stays false when anything but an invalid config fails.
-        file_config_loaded = log_ocio_errors(LOG_ERROR, [&] { ocio::sanity_check(create()); });
+        file_config_loaded = log_ocio_errors(LOG_ERROR, [&] {
+            const ocio::ConstConfigRcPtr loaded = create();
+            ocio::sanity_check(loaded);
+            config_loads->note_sound(loaded);
+        });
         if (file_config_loaded) {
             file_config_path = origin;
             settle_default_color_space_name(app_uses_file_config());
@@ -162,6 +166,23 @@ bool ColorIOManager::validate_ocio_config(const OCIO_NAMESPACE::ConstConfigRcPtr
     return config && log_config_errors([&] { ocio::sanity_check(config); });
 }
 
+bool ColorIOManager::validate_builtin_config() const {
+    return tavelion_config && log_config_errors([this] {
+               ocio::sanity_check(tavelion_config, ocio::KnownViews::SHOW_SPACES_OF_THEIR_NAMES);
+           });
+}
+
+/// Checks a configuration once while it is not changed: the steps of a reload ask again and again.
+bool ColorIOManager::check_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config) const {
+    if (config_loads && config_loads->is_sound(config))
+        return true;
+    const bool is_valid =
+        config == tavelion_config ? validate_builtin_config() : validate_ocio_config(config);
+    if (is_valid && config_loads)
+        config_loads->note_sound(config);
+    return is_valid;
+}
+
 void ColorIOManager::use_file_config(const bool& use) {
     at_boundary([&] { select_config(use); });
 }
@@ -179,7 +200,7 @@ void ColorIOManager::select_config(bool use) {
                 log_message(LOG_WARNING, "Color Management: OCIO configuration file '", file_config_path,
                             "' not found. Defaulting to Tavelion built-in configuration.\n");
             config = tavelion_config;
-            validate_ocio_config(config);
+            check_config(config);
             return;
         }
         settle_default_color_space_name(use);
@@ -190,7 +211,7 @@ void ColorIOManager::select_config(bool use) {
         settle_default_color_space_name(false);
         config = tavelion_config;
     }
-    validate_ocio_config(config);
+    check_config(config);
     if (!cdl_config_ready)
         init_default_CDL_tavelion_config();
     settle_role_color_spaces();
@@ -216,7 +237,7 @@ void ColorIOManager::follow_file_config_path() {
         config = tavelion_config;
         file_config.reset();
     }
-    validate_ocio_config(config);
+    check_config(config);
     settle_role_color_spaces();
     tell_of_new_lists(update_enums_and_lists());
 }

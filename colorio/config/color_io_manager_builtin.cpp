@@ -87,7 +87,7 @@ bool ColorIOManager::init_default_tavelion_config() {
         if (has_folder)
             files_written = fill_builtin_config(folder);
     });
-    tavelion_config_ready = made && has_folder && validate_ocio_config(tavelion_config);
+    tavelion_config_ready = made && has_folder && validate_builtin_config();
     return tavelion_config_ready && files_written;
 }
 

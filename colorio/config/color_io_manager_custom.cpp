@@ -2,6 +2,7 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
+#include "colorio/facade/config_loads.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/facade/pending_list.h"
 #include "colorio/names/findable_views.h"
@@ -73,6 +74,8 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, 
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
     if (!tavelion_config)
         return false;
+    if (config_loads)
+        config_loads->forget_sound(tavelion_config);
     CDLFileReader files(RepeatedIds::REFUSED);
     FindableViews views(display_view_names, config);
     for (const ColorSpaceDef& def : defs) {
@@ -89,7 +92,7 @@ bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSp
         if (is_using_tavelion_config())
             views.note_shown(label);
     }
-    return validate_ocio_config(tavelion_config);
+    return check_config(tavelion_config);
 }
 
 bool ColorIOManager::add_custom_space(const ColorSpaceDef& def, CDLFileReader& files) {
@@ -126,7 +129,7 @@ void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs
             ocio::clear_color_spaces(tavelion_config);
             ocio::clear_displays(tavelion_config);
         }
-        display_view_names.remove_all();
+        forget_views();
 
         ocio::clear_all_caches(); // LUT files may have been edited since they were read.
         init_default_tavelion_config();

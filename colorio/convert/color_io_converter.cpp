@@ -80,8 +80,8 @@ bool ColorIOConverter::State::configure(const CoreString& source, const CoreStri
     const CoreString from = get_short_name(running, source);
     const CoreString to = get_short_name(running, destination);
 
-    const bool from_known = contains(running.get_color_space_names(), from);
-    const bool to_known = contains(running.get_color_space_names(), to);
+    const bool from_known = running.is_color_space_name(from);
+    const bool to_known = running.is_color_space_name(to);
     if (!from_known)
         log_missing("Source", "color space", from);
     if (!to_known)
@@ -127,7 +127,7 @@ bool ColorIOConverter::State::configure_for_display(const CoreString& input, con
     const ColorIOManager& running = *get_manager();
     const ocio::ConstConfigRcPtr config = running.get_config();
     const CoreString from = get_short_name(running, input);
-    const bool from_known = contains(running.get_color_space_names(), from);
+    const bool from_known = running.is_color_space_name(from);
     if (!from_known)
         log_missing("Source", "color space", from);
 

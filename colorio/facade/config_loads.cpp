@@ -1,5 +1,7 @@
 #include "colorio/facade/config_loads.h"
 
+#include <algorithm>
+
 #include "colorio/color_io_constants.h"
 #include "colorio/ocio/config.h"
 #include "host/sys/sys_env.h"
@@ -12,6 +14,14 @@ ocio::ConstConfigRcPtr ConfigLoads::from_file(const CoreString& path) {
 ocio::ConstConfigRcPtr ConfigLoads::from_environment() {
     return take("environment " + std::string(sys_get_env(OCIO_VARIABLE).view()),
                 [] { return ocio::create_config_from_env(); });
+}
+
+bool ConfigLoads::is_sound(const ocio::ConstConfigRcPtr& config) const {
+    return std::find(sound.begin(), sound.end(), config) != sound.end();
+}
+
+void ConfigLoads::forget_sound(const ocio::ConstConfigRcPtr& config) {
+    sound.erase(std::remove(sound.begin(), sound.end(), config), sound.end());
 }
 
 ocio::ConstConfigRcPtr ConfigLoads::take(const std::string& key,

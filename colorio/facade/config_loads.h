@@ -4,12 +4,15 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "colorio/ocio/types.h"
 #include "host/core/core_string.h"
 
-/// The configs parsed during one reload: its steps (the check, the roles, the editable copy) share one parse
-/// and so use the same content of the file. Failures are kept too, and thrown again for each step.
+/// The configs parsed and checked during one reload: its steps (the check, the roles, the editable copy)
+/// share one parse and so use the same content of the file, and share one check of what they do not change.
+/// Failures are kept too, and thrown again for each step.
 class ConfigLoads {
 public:
     /// Throws what the library throws.
@@ -17,6 +20,12 @@ public:
     /// The config named by the environment variable OCIO; OpenColorIO's raw config when it is not set.
     ocio::ConstConfigRcPtr from_environment();
     void forget() { outcomes.clear(); }
+
+    /// True for a config that passed its check and was not changed since.
+    bool is_sound(const ocio::ConstConfigRcPtr& config) const;
+    void note_sound(ocio::ConstConfigRcPtr config) { sound.push_back(std::move(config)); }
+    /// To be called before such a config is changed.
+    void forget_sound(const ocio::ConstConfigRcPtr& config);
 
 private:
     struct Outcome {
@@ -27,6 +36,7 @@ private:
     ocio::ConstConfigRcPtr take(const std::string& key, const std::function<ocio::ConstConfigRcPtr()>& load);
 
     std::map<std::string, Outcome> outcomes;
+    std::vector<ocio::ConstConfigRcPtr> sound;
 };
 
 /// `loads` is set during the lifetime of the outermost of these.

@@ -1,5 +1,6 @@
 #include "colorio/color_io_auto_detection.h"
 
+#include <iterator>
 #include <utility>
 
 #include "colorio/color_io.h"
@@ -106,6 +107,9 @@ void ColorIOAutoDetection::init_default_color_spaces() {
 }
 
 void ColorIOAutoDetection::add_builtin_rows() {
+    for (CoreVector<CoreString>* column :
+         {&builtin_table.file_formats, &builtin_table.extensions, &builtin_table.color_spaces})
+        column->reserve(builtin_table.get_count() + static_cast<unsigned int>(std::size(BUILTIN_CATEGORIES)));
     for (const BuiltinCategory& category : BUILTIN_CATEGORIES)
         builtin_table.insert(builtin_table.get_count(), category.file_format, category.extensions,
                              get_builtin_label(category.color_space));

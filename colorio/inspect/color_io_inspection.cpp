@@ -9,6 +9,7 @@
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/names/display_view_walk.h"
+#include "colorio/names/published_names.h"
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/inspection.h"
 #include "colorio/ocio/lookup_memo.h"
@@ -97,8 +98,16 @@ struct ColorIOInspection::Batch::Memo : ocio::LookupMemo {
 
 ColorIOInspection::Batch::Batch() {
     at_boundary([this] {
-        if (const ocio::ConstConfigRcPtr config = get_active_config())
-            memo = std::make_unique<Memo>(config);
+        const ocio::ConstConfigRcPtr config = get_active_config();
+        if (!config)
+            return;
+        memo = std::make_unique<Memo>(config);
+        const auto published = ColorIOManager::s_instance->get_published_spaces();
+        if (!published || !published->are_of(config))
+            return;
+        for (const auto& [name, space] : published->get_all())
+            if (space)
+                memo->add_space(name, space);
     });
 }
 

@@ -11,30 +11,32 @@
 #include "colorio/names/display_view_walk.h"
 #include "colorio/names/label_list.h"
 #include "colorio/names/menu_sleep.h"
+#include "colorio/names/published_names.h"
 #include "colorio/ocio/color_space.h"
 #include "colorio/ocio/config.h"
 #include "host/of/of_enum.h"
 
 namespace {
 
-CoreString find_family(const ocio::ConstConfigRcPtr& config, const CoreString& name) {
-    const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(config, name.get_data());
-    return space ? ocio::get_family(space) : "";
-}
-
 /// `family_of_all` is the family of every color space where all have the same one (else null): OpenColorIO
 /// searches all color spaces for each family that is asked for.
 LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const char* family_of_all,
-                            const OfEnum& published, CoreVector<CoreString>& names) {
+                            const OfEnum& published, CoreVector<CoreString>& names, PublishedSpaces& spaces) {
     LabelList list;
     const char separator = *published.get_separator().get_data();
     const int count = ocio::get_num_color_spaces(config);
+    list.reserve(static_cast<unsigned int>(count) + 1); // and one that is put in front of them
+    names.reserve(static_cast<unsigned int>(count));
     for (int i = 0; i < count; ++i) {
         const CoreString name = ocio::get_color_space_name_by_index(config, i);
-        const CoreString family = family_of_all ? family_of_all : find_family(config, name);
+        ocio::ConstColorSpaceRcPtr space;
+        if (!family_of_all)
+            space = ocio::get_color_space(config, name.get_data());
+        const CoreString family = space ? ocio::get_family(space) : family_of_all;
         const CoreString label = family.is_empty() ? name : family + separator + name;
         if (list.is_new(label, published)) {
             names.append(name);
+            spaces.add(name, std::move(space));
             list.append(label, names.get_count());
         } else {
             log_message(LOG_WARNING, "Color Management: duplicate color space '", label,
@@ -50,10 +52,11 @@ LabelList list_color_spaces(const ocio::ConstConfigRcPtr& config, const char* fa
 
 bool ColorIOManager::update_enums_and_lists() {
     if (!app) {
-        color_space_names.remove_all();
+        forget_names();
         color_space_names.append(BUILTIN_LINEAR);
-        display_view_names.remove_all();
+        published_spaces->add(BUILTIN_LINEAR, nullptr);
         display_view_names.append("default.linear");
+        published_views->add("default.linear", {"default", "linear"});
         return false;
     }
     if (!config || !color_space_enum)
@@ -61,11 +64,11 @@ bool ColorIOManager::update_enums_and_lists() {
 
     const MenuSleep sleep(
         {view_transform_enum, color_space_enum, internal_color_space_enum, color_picking_enum});
-    color_space_names.remove_all();
+    forget_names();
     color_space_enum->remove_all_values();
     color_space_enum->set_separator(FAMILY_SEPARATOR);
     LabelList spaces = list_color_spaces(config, is_using_tavelion_config() ? BUILTIN_FAMILY.data : nullptr,
-                                         *color_space_enum, color_space_names);
+                                         *color_space_enum, color_space_names, *published_spaces);
     color_space_enum->add_values(spaces.labels, spaces.values);
     name_index.reset();
 
@@ -82,17 +85,32 @@ bool ColorIOManager::update_enums_and_lists() {
     return true;
 }
 
-void ColorIOManager::publish_views() {
+void ColorIOManager::forget_names() {
+    auto spaces = std::make_shared<PublishedSpaces>(config);
+    forget_views();
+    published_spaces = std::move(spaces);
+    color_space_names.remove_all();
+}
+
+void ColorIOManager::forget_views() {
+    published_views = std::make_shared<PublishedViews>(config);
     display_view_names.remove_all();
+}
+
+void ColorIOManager::publish_views() {
     view_transform_enum->remove_all_values();
     LabelList views;
-    const std::unordered_set<std::string> own_names = ocio::list_own_names(config);
+    const bool is_builtin = is_using_tavelion_config(); // Its views show the color spaces of their names.
+    std::unordered_set<std::string> own_names;
+    if (!is_builtin)
+        own_names = ocio::list_own_names(config);
     find_view(config, [&](const char* display, const char* view) {
         const CoreString label = CoreString(display) + DISPLAY_SEPARATOR + view;
         const CoreString color_space =
-            ocio::get_display_color_space_name(config, display, view, own_names).c_str();
+            is_builtin ? view : ocio::get_display_color_space_name(config, display, view, own_names).c_str();
         if (views.is_new(label, *color_space_enum)) {
             display_view_names.append(label);
+            published_views->add(label, {display, view});
             views.append(label, find_color_space(color_space));
         } else {
             log_message(LOG_WARNING, "Color Management: duplicate view transform '", color_space,
@@ -120,11 +138,12 @@ bool ColorIOManager::color_space_exists(CoreBasicString name) const {
     });
 }
 
+bool ColorIOManager::is_color_space_name(const CoreBasicString& name) const {
+    return at_boundary(false, [&] { return published_spaces && published_spaces->contain(name); });
+}
+
 bool ColorIOManager::display_view_exists(CoreBasicString label) const {
-    for (const CoreString& name : display_view_names)
-        if (name == label)
-            return true;
-    return false;
+    return at_boundary(false, [&] { return published_views && published_views->find(label); });
 }
 
 const char& ColorIOManager::get_color_space_enum_separator() const {
@@ -172,6 +191,12 @@ bool ColorIOManager::get_display_view(CoreBasicString label, CoreString& display
     if (!config || !display_view_exists(label))
         return false;
     return at_boundary(false, [&] {
+        if (published_views->are_of(config)) {
+            PublishedViews::View found = *published_views->find(label);
+            display = std::move(found.display);
+            view = std::move(found.name);
+            return true;
+        }
         return find_view(config, [&](const char* candidate_display, const char* candidate_view) {
             if (CoreString(candidate_display) + DISPLAY_SEPARATOR + candidate_view != label)
                 return false;

@@ -153,9 +153,11 @@ void ColorIOManager::settle_scene_linear_of_file_config(Reload how) {
             loaded = get_usable_config_from_env(*config_loads);
         else if (app)
             loaded = config_loads->from_file(app->get_color_space_file_path());
-        if (!loaded || (how == Reload::ADOPT_IF_VALID && !validate_ocio_config(loaded)))
+        if (!loaded || (how == Reload::ADOPT_IF_VALID && !check_config(loaded)))
             return;
         file_config = ocio::create_editable_copy(loaded);
+        if (config_loads->is_sound(loaded))
+            config_loads->note_sound(file_config);
         adopted = true;
         const ocio::ConstColorSpaceRcPtr space = ocio::get_color_space(loaded, ocio::ROLE_SCENE_LINEAR);
         scene_linear =
@@ -171,12 +173,13 @@ void ColorIOManager::settle_scene_linear_of_file_config(Reload how) {
         log_message(LOG_INFO,
                     "Color Management: no default 'linear' color space has been found, creating one.\n");
         scene_linear = linear_color_space_names[0];
+        config_loads->forget_sound(file_config);
         log_ocio_errors(LOG_WARNING, [&] {
             ocio::add_color_space(file_config, make_linear_color_space(scene_linear, ""));
         });
     }
     ROLE_SCENE_LINEAR = scene_linear;
-    validate_ocio_config(file_config);
+    check_config(file_config);
 }
 
 void ColorIOManager::settle_scene_linear_of_builtin_config() {
@@ -184,12 +187,13 @@ void ColorIOManager::settle_scene_linear_of_builtin_config() {
     if (tavelion_config && !ocio::get_color_space(tavelion_config, name.get_data())) {
         ColorSpaceDef record{
             name, "", "", "", ocio::BIT_DEPTH_F32, ocio::ALLOCATION_LG2, {-15.0f, 6.0f, 0.0f}, true};
+        config_loads->forget_sound(tavelion_config);
         // The color space comes last: while it is missing, everything before is done again.
         ocio::add_display(tavelion_config, BUILTIN_FAMILY.data, name.get_data(), name.get_data(), "");
         make_room(tavelion_color_spaces);
         ocio::add_color_space(tavelion_config, make_linear_color_space(name, BUILTIN_FAMILY.data));
         tavelion_color_spaces.append(std::move(record));
-        validate_ocio_config(tavelion_config);
+        check_config(tavelion_config);
     }
     ROLE_SCENE_LINEAR = name;
 }

@@ -17,6 +17,12 @@ struct LabelList {
     }
     bool holds(const CoreString& label) const { return known.count(std::string(label.view())) != 0; }
 
+    /// `count` labels are going to be appended.
+    void reserve(unsigned int count) {
+        labels.reserve(count);
+        values.reserve(count);
+        known.reserve(count);
+    }
     void append(const CoreString& label, unsigned int value) {
         known.emplace(label.view());
         labels.append(label);

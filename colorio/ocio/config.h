@@ -19,9 +19,16 @@ ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config);
 void set_working_dir(const ConfigRcPtr& config, const char* folder);
 const char* get_working_dir(const ConstConfigRcPtr& config);
 
+/// What the caller knows about the views of a config: OpenColorIO searches all views of a display for each
+/// question about one of them.
+enum class KnownViews {
+    NOTHING,
+    SHOW_SPACES_OF_THEIR_NAMES, ///< And have no looks.
+};
+
 /// Throws with the reason when the config cannot be used. Version 1 is checked by the 1.x rules, version 2 by
 /// OpenColorIO.
-void sanity_check(const ConstConfigRcPtr& config);
+void sanity_check(const ConstConfigRcPtr& config, KnownViews known = KnownViews::NOTHING);
 unsigned int get_major_version(const ConstConfigRcPtr& config);
 
 /// Color spaces to publish: all of a version 1 configuration, the active ones of version 2.

@@ -49,6 +49,8 @@ std::vector<std::vector<LookStep>> look_alternatives(std::string_view list) {
 
 std::vector<LookStep> all_look_steps(std::string_view list) {
     std::vector<LookStep> all;
+    if (list.empty())
+        return all;
     for (std::vector<LookStep>& steps : look_alternatives(list))
         std::move(steps.begin(), steps.end(), std::back_inserter(all));
     return all;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "colorio/ocio/transform_graph.h"
 #include "colorio/ocio/types.h"
@@ -23,6 +24,10 @@ public:
     static LookupMemo* find(const ConstConfigRcPtr& config);
 
     ConstColorSpaceRcPtr find_space(const std::string& name);
+    /// Takes note of a color space that was looked up before.
+    void add_space(const std::string& name, ConstColorSpaceRcPtr space) {
+        spaces_.emplace(name, std::move(space));
+    }
     std::shared_ptr<const Dependencies> dependencies_of(const TransformGraph& graph, const GraphNode& node);
 
 private:

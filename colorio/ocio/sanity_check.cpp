@@ -47,8 +47,9 @@ std::string quoted(std::string_view name) {
 /// added.
 class VersionOneCheck {
 public:
-    explicit VersionOneCheck(const ConstConfigRcPtr& config)
-        : config_(config), own_names_(list_own_names(config)) {
+    VersionOneCheck(const ConstConfigRcPtr& config, KnownViews known) : config_(config), known_(known) {
+        if (known == KnownViews::NOTHING)
+            own_names_ = list_own_names(config);
         for (int i = 0; i < get_num_color_spaces(config); ++i)
             spaces_.insert(get_color_space_name_by_index(config, i));
         for (int i = 0; i < config->getNumLooks(); ++i)
@@ -81,6 +82,8 @@ private:
 
     void check_view(const std::string& display, const std::string& view) const {
         const auto owner = [&] { return "view " + quoted(view) + " of display " + quoted(display); };
+        if (known_ == KnownViews::SHOW_SPACES_OF_THEIR_NAMES)
+            return require_space(view, owner);
         require_space(get_display_color_space_name(config_, display.c_str(), view.c_str(), own_names_),
                       owner);
         for (const LookStep& look : all_look_steps(get_view_looks(config_, display, view)))
@@ -106,6 +109,7 @@ private:
     }
 
     const ConstConfigRcPtr& config_;
+    const KnownViews known_;
     std::unordered_set<std::string> own_names_;
     NameSet spaces_;
     NameSet looks_;
@@ -113,10 +117,10 @@ private:
 
 } // namespace
 
-void sanity_check(const ConstConfigRcPtr& config) {
+void sanity_check(const ConstConfigRcPtr& config, KnownViews known) {
     guarded([&] {
         if (get_major_version(config) == 1)
-            VersionOneCheck(config).run();
+            VersionOneCheck(config, known).run();
         check_by_library(config);
     });
 }

@@ -32,6 +32,15 @@ struct OfEnum::State {
     std::vector<unsigned int> values;
     std::unordered_map<std::string, unsigned int> first_positions;
 
+    /// Saves growing step by step where nothing is listed yet.
+    void make_room(unsigned int count) {
+        if (!labels.empty())
+            return;
+        labels.reserve(count);
+        values.reserve(count);
+        first_positions.reserve(count);
+    }
+
     void add(const CoreString& label, unsigned int value) {
         first_positions.emplace(label.view(), static_cast<unsigned int>(labels.size()));
         labels.push_back(label);
@@ -120,6 +129,7 @@ void OfEnum::add_value(const CoreString& label, const unsigned int& value) {
 void OfEnum::add_values(const CoreBasicArray<CoreString>& labels,
                         const CoreBasicArray<unsigned int>& values) {
     const unsigned int count = std::min(labels.get_count(), values.get_count());
+    state->make_room(count);
     for (unsigned int i = 0; i < count; ++i)
         state->add(labels[i], values[i]);
     if (count > 0)

@@ -3,6 +3,7 @@
 #include <strings.h>
 
 #include "colorio/ocio/guarded.h"
+#include "colorio/ocio/lookup_memo.h"
 
 namespace ocio {
 
@@ -25,9 +26,9 @@ const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int in
 }
 
 ConstColorSpaceRcPtr get_color_space(const ConstConfigRcPtr& config, const char* name) {
-    ConstColorSpaceRcPtr space = config->getColorSpace(name);
+    ConstColorSpaceRcPtr space = find_space(config, name);
     if (!space && !config->isStrictParsingEnabled())
-        space = config->getColorSpace(ROLE_DEFAULT);
+        space = find_space(config, ROLE_DEFAULT);
     return space;
 }
 

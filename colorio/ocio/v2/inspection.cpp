@@ -5,6 +5,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/error.h"
+#include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/sanity_check.h"
 
@@ -59,7 +60,7 @@ std::vector<SpaceFacts> describe_spaces(const ConstConfigRcPtr& config) {
     std::vector<SpaceFacts> spaces;
     for (int i = 0; i < config->getNumColorSpaces(REFERENCES, library::COLORSPACE_ALL); ++i) {
         const char* name = config->getColorSpaceNameByIndex(REFERENCES, library::COLORSPACE_ALL, i);
-        const ConstColorSpaceRcPtr space = config->getColorSpace(name);
+        const ConstColorSpaceRcPtr space = find_space(config, name);
         spaces.push_back(describe_entry<SpaceFacts>(*space));
         spaces.back().is_active = active.count(name) != 0;
         spaces.back().is_display_referred =

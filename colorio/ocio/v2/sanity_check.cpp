@@ -1,6 +1,7 @@
 #include "colorio/ocio/sanity_check.h"
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/v2/config_views.h"
 
 namespace ocio {
 
@@ -16,9 +17,7 @@ std::vector<DisplayViews> every_display(const ConstConfigRcPtr& config) {
     for (int i = 0; i < config->getNumDisplaysAll(); ++i) {
         const char* name = config->getDisplayAll(i);
         displays.push_back({name, {}});
-        for (const library::ViewType type : {library::VIEW_DISPLAY_DEFINED, library::VIEW_SHARED})
-            for (int view = 0; view < config->getNumViews(type, name); ++view)
-                displays.back().views.emplace_back(config->getView(type, name, view));
+        displays.back().views = list_all_views(config, name);
     }
     return displays;
 }
