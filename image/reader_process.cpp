@@ -149,7 +149,7 @@ ReaderProcess::OpenedImage ReaderProcess::open(const std::string& image_path) {
     std::error_code error;
     request.add_text(std::filesystem::current_path(error).string());
     request.add_text(path);
-    request.add(OIIO::get_int_attribute("threads"));
+    request.add(threads > 0 ? threads : OIIO::get_int_attribute("threads"));
     return exchange([&] {
         MessageReader answer =
             ask(request, ReaderAnswer::OPENED, limits.header_processor_time, limits.header_time);

@@ -48,6 +48,9 @@ public:
     /// `pixels` takes over.
     void read_part(std::size_t index, const OIIO::ImageSpec& spec, PixelBuffer& pixels);
 
+    /// Threads that the process decodes with, from its first image on. Default: those of OpenImageIO in this
+    /// process.
+    void set_threads(int wanted) { threads = wanted; }
     /// Starts the process, if it is not running. Returns false when it cannot be started, and true when
     /// images are read in this process (reads_in_process).
     bool is_ready();
@@ -70,6 +73,7 @@ private:
     auto exchange(const Exchange& messages);
 
     ReaderLimits limits;
+    int threads = 0; ///< 0 for those of OpenImageIO in this process.
     std::string path;
     pid_t process = 0;
     int socket = -1;

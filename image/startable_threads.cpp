@@ -36,12 +36,12 @@ int count_startable_threads(int wanted) {
 }
 
 int limit_threads(int wanted) {
-    // OpenImageIO starts one thread fewer than requested, because the caller works too; OpenEXR starts all.
+    // OpenImageIO starts one thread fewer than requested, because the caller works too; OpenEXR starts all. For
+    // one thread OpenEXR starts none: the caller would only wait for it.
     const int startable = count_startable_threads(2 * wanted - 1);
     const int threads = startable == 2 * wanted - 1 ? wanted : std::max(1, startable / 2);
-    const bool none = startable < 2 * threads - 1;
     OIIO::attribute("threads", threads);
-    OIIO::attribute("exr_threads", none ? -1 : threads);
+    OIIO::attribute("exr_threads", threads == 1 ? -1 : threads);
     return threads;
 }
 

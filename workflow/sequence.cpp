@@ -28,6 +28,7 @@ public:
     SequenceReport run() {
         const auto start = std::chrono::steady_clock::now();
         ImageBuffers buffers;
+        buffers.reader.set_threads(count_reading_threads());
         buffers.reader.is_ready(); // started before the other lanes: the system may allow one process only
         std::vector<std::thread> lanes;
         lanes.reserve(MAX_LANES);
@@ -43,9 +44,19 @@ public:
     }
 
 private:
+    unsigned int count_threads() const {
+        return settings.threads > 0 ? static_cast<unsigned int>(settings.threads)
+                                    : std::max(1u, std::thread::hardware_concurrency());
+    }
+
+    /// For each of the processes that read: the lanes keep the cores busy already, and handing rows from
+    /// thread to thread takes time.
+    int count_reading_threads() const {
+        return static_cast<int>(std::max(1u, count_threads() / count_lanes()));
+    }
+
     unsigned int count_lanes() const {
-        const unsigned int cores = settings.threads > 0 ? static_cast<unsigned int>(settings.threads)
-                                                        : std::thread::hardware_concurrency();
+        const unsigned int cores = count_threads();
         const auto images = static_cast<unsigned int>(std::min<std::size_t>(jobs.size(), MAX_LANES));
         return std::clamp(cores, 1u, std::max(images, 1u));
     }
@@ -75,6 +86,7 @@ private:
     /// Does nothing if the system cannot start another reader process; the other lanes convert all images.
     void convert_with_own_buffers() {
         ImageBuffers buffers;
+        buffers.reader.set_threads(count_reading_threads());
         if (buffers.reader.is_ready())
             convert_next_ones(buffers);
     }

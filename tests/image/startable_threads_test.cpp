@@ -12,6 +12,13 @@ TEST(StartableThreads, AreAsManyAsWantedWhereThereIsRoom) {
     EXPECT_EQ(image::count_startable_threads(0), 0);
     EXPECT_EQ(image::limit_threads(3), 3);
     EXPECT_EQ(OIIO::get_int_attribute("threads"), 3);
+    EXPECT_EQ(OIIO::get_int_attribute("exr_threads"), 3);
+}
+
+TEST(StartableThreads, ASingleThreadDecodesItself) {
+    EXPECT_EQ(image::limit_threads(1), 1);
+    EXPECT_EQ(OIIO::get_int_attribute("threads"), 1);
+    EXPECT_EQ(OIIO::get_int_attribute("exr_threads"), -1);
 }
 
 TEST(StartableThreads, AreNoneWhereThereIsNone) {
