@@ -67,6 +67,19 @@ TEST_F(ImageReaderProcess, ReadsTheHeadersAndPixelsThatThisProcessWould) {
     EXPECT_EQ(std::memcmp(pixels.data(), expected.data(), expected.size()), 0);
 }
 
+TEST_F(ImageReaderProcess, DecodesWithTheThreadsThatItIsGiven) {
+    const std::string path = write_image("floats.exr", 320, 200, 4);
+    image::ReaderProcess process;
+    process.set_threads(1);
+    image::PixelBuffer pixels;
+    process.read_part(0, process.open(path).parts[0].spec, pixels);
+    EXPECT_EQ(get_status(process.get_process_id(), "Threads"), "1");
+    image::ReaderProcess other;
+    other.set_threads(3);
+    other.read_part(0, other.open(path).parts[0].spec, pixels);
+    EXPECT_NE(get_status(other.get_process_id(), "Threads"), "1");
+}
+
 TEST_F(ImageReaderProcess, ServesSmallerAndLargerImagesOneAfterTheOther) {
     image::ReaderProcess process;
     image::PixelBuffer pixels;

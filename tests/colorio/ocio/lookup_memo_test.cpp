@@ -47,6 +47,16 @@ TEST_F(RememberedLookups, GiveTheSameVerdictsOnCyclesAndUnknownNames) {
     EXPECT_EQ(refusal("a", "raw").rfind(CYCLE, 0), 0u);
 }
 
+TEST_F(RememberedLookups, TakeASpaceThatWasLookedUpBefore) {
+    space("a", shift());
+    LookupMemo memo(config_);
+    const ocio::ConstColorSpaceRcPtr raw = memo.find_space("raw");
+    ASSERT_TRUE(raw);
+    memo.add_space("a", raw);
+    EXPECT_EQ(ocio::find_space(config_, "a"), raw) << "the config is not asked";
+    EXPECT_EQ(memo.find_space("nowhere"), nullptr);
+}
+
 TEST_F(RememberedLookups, AreThoseOfOneConfigAndOfTheLatestMemo) {
     const ocio::ConfigRcPtr other = ocio::create_config();
     EXPECT_EQ(LookupMemo::find(config_), nullptr);

@@ -103,6 +103,21 @@ TEST_F(SanityCheck, ViewsShowSpaces) {
                 EndsWith("view 'v' of display 'd' refers to an unknown color space, 'default'."));
 }
 
+TEST_F(SanityCheck, ViewsKnownToShowTheSpacesOfTheirNamesNeedThem) {
+    const auto refusal_of_known = [](const ocio::ConfigRcPtr& config) {
+        return refusal_of([&] { ocio::sanity_check(config, ocio::KnownViews::SHOW_SPACES_OF_THEIR_NAMES); });
+    };
+    const auto config = test_configs::create_built_in_like(folder_);
+    const std::string space = ocio::get_color_space_name_by_index(config, 0);
+    ocio::clear_displays(config);
+    EXPECT_THAT(refusal_of_known(config), EndsWith("it has no displays."));
+    ocio::add_display(config, "d", space.c_str(), space.c_str(), "");
+    EXPECT_EQ(refusal_of_known(config), accepted_);
+    ocio::add_display(config, "d", "lost", "lost", "");
+    EXPECT_THAT(refusal_of_known(config),
+                EndsWith("view 'lost' of display 'd' refers to an unknown color space, 'lost'."));
+}
+
 TEST_F(SanityCheck, HiddenViewsAreJudgedToo) {
     ConfigText text;
     text.settings = "active_displays: [d]\nactive_views: [v]\n";
