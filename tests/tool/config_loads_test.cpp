@@ -34,7 +34,7 @@ TEST_F(ConfigLoads, EveryCommandParsesTheConfigOnce) {
         {"explain", "lin", "warm"},
         {"shader", "--from", "lin", "--to", "warm", "-o", path("warm.glsl")},
         {"convert", path("in.exr"), path("out.exr"), "--from", "lin", "--to", "warm"},
-        {"formats", "check"},
+        {"formats", "list"},
     };
     for (std::vector<std::string> command : commands) {
         const std::string name = command.front();
