@@ -65,6 +65,12 @@ constexpr Difference DIFFERENCES[] = {
      "ocio_profile_version: 2\nfile_rules:\n  - !<Rule> {name: Default, colorspace: nowhere}\ncolorspaces: "
      "[]\n",
      "2.x loads no version 1 configuration without spaces, 1.x none of version 2"},
+    {"start under a malformed list in the environment", MODULE,
+     "Boundary.MalformedListsInTheEnvironmentFailTheStartWhereTheyAreRead", AS_2_1, "succeeds",
+     "newer libraries read the lists, and throw, as soon as a configuration is made", "fails"},
+    {"a color alone behind a forward table", DOOR,
+     "SingleColors.HaveTheBitsOfAnImageWhereOpenColorIOConverts", nullptr, "as in an image",
+     "newer libraries leave rows of one pixel out of their SIMD code for tables", "rounded otherwise"},
     {"level of an inactive space that is not there", DOOR,
      "LibraryLog.GoesToTheFunctionWithoutMarksAndLineEnds", nullptr, "Warning",
      "newer libraries only tell of it", "Info"},

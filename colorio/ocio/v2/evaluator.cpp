@@ -15,24 +15,6 @@ namespace {
 /// The library's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
-/// From 2.5 on the library's arithmetic for single pixels in LUTs differs from that for images.
-bool treats_single_pixels_apart(const library::ConstProcessorRcPtr& processor) {
-    if (OCIO_VERSION_MINOR < 5)
-        return false;
-    const library::GroupTransformRcPtr operations = processor->createGroupTransform();
-    for (int i = 0; i < operations->getNumTransforms(); ++i) {
-        const library::TransformType type = operations->getTransform(i)->getTransformType();
-        if (type == library::TRANSFORM_TYPE_LUT1D || type == library::TRANSFORM_TYPE_LUT3D)
-            return true;
-    }
-    return false;
-}
-
-void apply_to_image_of_one(const library::CPUProcessor& cpu, float* rgba) {
-    library::PackedImageDesc image(rgba, 1, 1, 4);
-    cpu.apply(image);
-}
-
 std::size_t to_size(long count) {
     return static_cast<std::size_t>(count);
 }
@@ -46,10 +28,8 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
     else
         why_not_ = "the SIMD code is switched off";
     // Not of an optimized processor: the library can refuse to copy operations that it has merged itself.
-    if (!program_) {
+    if (!program_)
         cpu_ = processor->getOptimizedCPUProcessor(optimization);
-        single_as_image_ = treats_single_pixels_apart(processor);
-    }
     no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
 }
 
@@ -103,11 +83,6 @@ PixelFunction Evaluator::get_pixel_function() const {
         const pixel::PixelFunction function = program_->pixel_function();
         return {function.kernel, function.context};
     }
-    if (single_as_image_)
-        return {[](const void* cpu, float* rgba) {
-                    apply_to_image_of_one(*static_cast<const library::CPUProcessor*>(cpu), rgba);
-                },
-                cpu_.get()};
     return {
         [](const void* cpu, float* rgba) { static_cast<const library::CPUProcessor*>(cpu)->applyRGBA(rgba); },
         cpu_.get()};

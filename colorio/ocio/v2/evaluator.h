@@ -23,6 +23,11 @@ public:
 
     void apply(const PackedImageDesc& image) const;
     void apply(const PlanarImageDesc& image) const;
+    /// Gives the bits that the pixel has in an image. Where OpenColorIO converts, that is its `applyRGBA`,
+    /// whose bits are those of an image one pixel wide. Those of wider images are the same, but from 2.5 on
+    /// not behind a forward 1D LUT or tetrahedral 3D LUT: there OpenColorIO rounds rows of one pixel
+    /// otherwise, by a unit in the last place. A row of two in place of `applyRGBA` would take 3 to 4 times
+    /// as long.
     void apply_rgba(float* pixel) const { get_pixel_function()(pixel); }
     PixelFunction get_pixel_function() const;
 
@@ -36,7 +41,6 @@ private:
     bool no_op_;
     std::unique_ptr<const pixel::Program> program_;
     library::ConstCPUProcessorRcPtr cpu_;
-    bool single_as_image_ = false; ///< OpenColorIO gives single pixels other bits
     std::string why_not_;
 };
 
