@@ -134,7 +134,7 @@ constexpr UseFrom USES[] = {
 
 TEST(XmlCharacters, EveryCodeBeyondAsciiIsUsedAsTheFifthEditionSays) {
     const UseFrom* use = USES;
-    for (char32_t code = 0x80; code <= 0x10FFFF; ++code) {
+    for (unsigned code = 0x80; code <= 0x10FFFF; ++code) {
         if (use + 1 != std::end(USES) && use[1].first == code)
             ++use;
         const std::string text = utf8(code);
