@@ -18,23 +18,39 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
+/// Floats from doubles, infinity from those that are too large.
+template <class DH, class VD>
+HWY_INLINE hn::Vec<DH> narrow(DH half, VD v) {
+    const auto out = hn::DemoteTo(half, v);
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 // demotion saturates there
+    const hn::DFromV<VD> dd;
+    const auto most = hn::Set(dd, 0x1.ffffffp127); // halfway from the largest float to 2^128
+    const auto over = hn::IfThenElseZero(hn::Ge(hn::Abs(v), most), hn::CopySign(hn::Set(dd, 1.0), v));
+    const auto flag = hn::DemoteTo(half, over);
+    const auto infinity = hn::Set(half, std::numeric_limits<float>::infinity());
+    return hn::IfThenElse(hn::Eq(flag, hn::Zero(half)), out, hn::CopySign(infinity, flag));
+#else
+    return out;
+#endif
+}
+
 /// Calls `f(tag of doubles, lanes of each v)` for all lanes, or where doubles take too much room for the
 /// lower and the upper half, and joins the doubles that it returns into floats.
 template <class D, class F, class... V>
 HWY_INLINE hn::Vec<D> in_double(D d, F&& f, V... v) {
 #if HWY_TARGET == HWY_SCALAR
     const hn::Rebind<double, D> wide;
-    return hn::DemoteTo(d, f(wide, hn::PromoteTo(wide, v)...));
+    return narrow(d, f(wide, hn::PromoteTo(wide, v)...));
 #else
     if constexpr (hn::MaxLanes(D()) * sizeof(double) <= HWY_MAX_BYTES) {
         const hn::Rebind<double, D> wide;
-        return hn::DemoteTo(d, f(wide, hn::PromoteTo(wide, v)...));
+        return narrow(d, f(wide, hn::PromoteTo(wide, v)...));
     } else {
         const hn::Half<D> half;
         const hn::Rebind<double, hn::Half<D>> wide;
         const auto low = f(wide, hn::PromoteTo(wide, hn::LowerHalf(half, v))...);
         const auto high = f(wide, hn::PromoteTo(wide, hn::UpperHalf(half, v))...);
-        return hn::Combine(d, hn::DemoteTo(half, high), hn::DemoteTo(half, low));
+        return hn::Combine(d, narrow(half, high), narrow(half, low));
     }
 #endif
 }
@@ -153,18 +169,6 @@ HWY_INLINE hn::Vec<DD> limit_exponent(DD dd, hn::Vec<DD> t) {
     return hn::Min(hn::Max(t, hn::Set(dd, -200.0)), hn::Set(dd, 200.0));
 }
 
-/// Infinity where a demotion that saturates (the emulated targets) has left the largest float.
-template <class D>
-HWY_INLINE hn::Vec<D> restore_infinity(D d, hn::Vec<D> v) {
-#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
-    const auto largest = hn::Set(d, std::numeric_limits<float>::max());
-    return hn::IfThenElse(hn::Ge(v, largest), hn::Set(d, std::numeric_limits<float>::infinity()), v);
-#else
-    (void)d;
-    return v;
-#endif
-}
-
 /// log2 of x, for x in [FLT_MIN, +inf].
 template <class D>
 HWY_INLINE hn::Vec<D> log2_of(D d, hn::Vec<D> x) {
@@ -179,7 +183,7 @@ template <class D>
 HWY_INLINE hn::Vec<D> exp2_of(D d, hn::Vec<D> x) {
     const auto result = in_double(
         d, [](auto dd, auto v) HWY_ATTR { return exp2_double(dd, limit_exponent(dd, v)); }, x);
-    return hn::IfThenElse(hn::IsNaN(x), x, restore_infinity(d, result));
+    return hn::IfThenElse(hn::IsNaN(x), x, result);
 }
 
 } // namespace HWY_NAMESPACE

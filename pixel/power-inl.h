@@ -28,12 +28,11 @@ struct ModeratePower {
     template <class D>
     HWY_INLINE hn::Vec<D> raw(D d, hn::Vec<D> x) const {
         const double e = exponent;
-        const auto power = in_double(
+        return in_double(
             d,
             [e](auto dd, auto v)
                 HWY_ATTR { return exp2_double(dd, hn::Mul(hn::Set(dd, e), log2_double(dd, v))); },
             x);
-        return restore_infinity(d, power);
     }
     template <class D>
     HWY_INLINE hn::Vec<D> rest(D, hn::Vec<D> x) const {
@@ -48,13 +47,12 @@ struct AnyPower {
     template <class D>
     HWY_INLINE hn::Vec<D> raw(D d, hn::Vec<D> x) const {
         const double e = exponent;
-        const auto power = in_double(
+        return in_double(
             d,
             [e](auto dd, auto v) HWY_ATTR {
                 return exp2_double(dd, limit_exponent(dd, hn::Mul(hn::Set(dd, e), log2_double(dd, v))));
             },
             x);
-        return restore_infinity(d, power);
     }
     template <class D>
     HWY_INLINE hn::Vec<D> rest(D d, hn::Vec<D> x) const {
@@ -108,12 +106,11 @@ struct LanePowers {
 
     template <class D>
     HWY_INLINE hn::Vec<D> raw(D d, hn::Vec<D> x) const {
-        const auto power = in_double(
+        return in_double(
             d,
             [](auto dd, auto v, auto e)
                 HWY_ATTR { return exp2_double(dd, limit_exponent(dd, hn::Mul(e, log2_double(dd, v)))); },
             x, hn::LoadU(d, exponent));
-        return restore_infinity(d, power);
     }
     template <class D>
     HWY_INLINE hn::Vec<D> rest(D d, hn::Vec<D> x) const {

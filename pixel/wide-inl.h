@@ -19,22 +19,6 @@ namespace pixel {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Floats from doubles, infinity from those that are too large.
-template <class DH, class VD>
-HWY_INLINE hn::Vec<DH> narrow(DH half, VD v) {
-    const auto out = hn::DemoteTo(half, v);
-#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 // demotion saturates there
-    const hn::DFromV<VD> dd;
-    const auto most = hn::Set(dd, 0x1.ffffffp127); // halfway from the largest float to 2^128
-    const auto over = hn::IfThenElseZero(hn::Ge(hn::Abs(v), most), hn::CopySign(hn::Set(dd, 1.0), v));
-    const auto flag = hn::DemoteTo(half, over);
-    const auto infinity = hn::Set(half, std::numeric_limits<float>::infinity());
-    return hn::IfThenElse(hn::Eq(flag, hn::Zero(half)), out, hn::CopySign(infinity, flag));
-#else
-    return out;
-#endif
-}
-
 /// Calls `f(tag of doubles, value)` for both halves of a vector of floats, and joins what it returns.
 template <class D, class F>
 HWY_INLINE hn::Vec<D> map_wide(D d, hn::Vec<D> v, F&& f) {

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -105,6 +106,17 @@ TEST_P(SinglePixels, HaveTheBitsOfAnImageUnderEveryOperation) {
 TEST_P(SinglePixels, HaveTheBitsOfAnImageUnderEveryPower) {
     for (const OpChain& chain : every_power()) {
         expect_the_bits_of_an_image(chain);
+    }
+}
+
+TEST_P(SinglePixels, KeepTheLargestFloatUnderTheFirstPower) {
+    constexpr float MOST = 3.4028235e38f;
+    const Pixel in{MOST, MOST, MOST, MOST};
+    for (const auto style : {Negatives::Clamp, Negatives::Mirror, Negatives::PassThrough}) {
+        const Program program({Exponent{{1, 2, 1, 1}, style, Direction::Forward}});
+        Pixel alone = in;
+        program.apply_pixel(alone.data());
+        EXPECT_EQ(alone, (Pixel{MOST, std::numeric_limits<float>::infinity(), MOST, MOST}));
     }
 }
 
