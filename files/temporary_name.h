@@ -9,7 +9,7 @@ namespace files {
 /// '.' or is empty. Short, so that files with the longest names can be replaced too.
 std::string make_temporary_name(std::string_view extension);
 
-/// Whether `name` has that form.
+/// Whether `name` has exactly that form: decimal numbers, then 16 hexadecimal digits.
 bool is_temporary_name(std::string_view name);
 
 } // namespace files

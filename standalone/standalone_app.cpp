@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr const char* FOLDER_NAME = "qb_colorio";
+constexpr const char* FOLDER_NAME = ProcessFolder::GROUP_NAME;
 
 bool is_path_component(const CoreString& name) {
     return !name.is_empty() && name != "." && name != ".." &&

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "files/temporary_name.h"
 #include "tests/support/file_size_limit.h"
@@ -235,8 +236,14 @@ TEST_P(Replacing, WhatAKilledProcessLeftGoesWithTheNextReplacement) {
 }
 
 TEST_P(Replacing, WhatAnotherProcessWritesAndFilesOfOtherNamesStay) {
-    folder.write(".colorio-1-0.exr", "");
-    folder.write("qb_colorio-1-0-1.tmp", "");
+    const std::vector<std::string> names = {".colorio-1-0.exr",
+                                            "qb_colorio-1-0-17979cfe362a0000.tmp",
+                                            ".qb_colorio-notes.tmp",
+                                            ".qb_colorio-1-0-17979cfe.tmp.exr",
+                                            ".qb_colorio-1-0-17979cfe362a0000.tmp.exr.bak",
+                                            ".qb_colorio-1-x-17979cfe362a0000.tmp"};
+    for (const std::string& name : names)
+        folder.write(name, "a user's");
     int to_child[2], to_parent[2];
     ASSERT_EQ(pipe(to_child) + pipe(to_parent), 0);
     char byte = 'x';
@@ -248,7 +255,9 @@ TEST_P(Replacing, WhatAnotherProcessWritesAndFilesOfOtherNamesStay) {
     }
     ASSERT_EQ(read(to_parent[0], &byte, 1), 1);
     EXPECT_TRUE(replace(folder.file("new"), "new"));
-    EXPECT_EQ(folder.count_entries(), 4u);
+    EXPECT_EQ(folder.count_entries(), names.size() + 2) << "one that is new, one that is being written";
+    for (const std::string& name : names)
+        EXPECT_TRUE(folder.exists(name)) << name;
     ASSERT_EQ(write(to_child[1], &byte, 1), 1);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);

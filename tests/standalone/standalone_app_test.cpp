@@ -9,6 +9,7 @@
 #include <csignal>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -299,19 +300,55 @@ TEST_F(NoHome, AFolderThatTheVariableNamesAndThatIsNotTheUsersIsLeftAlone) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.file("open")));
 }
 
-TEST_F(NoHome, FoldersOfKilledProcessesAreRemovedByTheNext) {
-    CoreString path;
+/// The folder of a process that was killed after it wrote a file.
+std::filesystem::path leave_folder(const std::string& places) {
     const pid_t child = fork();
     if (child == 0) {
         StandaloneApp app;
-        if (app.create_temp_folder("luts", path))
+        CoreString path;
+        if (app.create_temp_folder("luts", path)) {
+            std::ofstream(std::string(path.view()) + "/film.spi1d") << "a LUT";
             kill(getpid(), SIGKILL);
+        }
         _exit(1);
     }
     int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status));
-    EXPECT_FALSE(std::filesystem::is_empty(places));
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status));
+    return std::filesystem::directory_iterator(places)->path();
+}
+
+TEST_F(NoHome, FoldersOfUsersWithSuchANameStay) {
+    folder.write("places/qb_colorio-master/main.cpp", "sources");
+    std::filesystem::create_directory(folder.file("places/qb_colorio-empty1"));
+    folder.write("places/qb_colorio-marker/.qb_colorio-process-folder", "notes of a user");
+    CoreString path;
+    StandaloneApp app;
+    EXPECT_TRUE(app.create_temp_folder("luts", path));
+    EXPECT_EQ(folder.read("places/qb_colorio-master/main.cpp"), "sources");
+    EXPECT_TRUE(folder.exists("places/qb_colorio-empty1"));
+    EXPECT_EQ(folder.read("places/qb_colorio-marker/.qb_colorio-process-folder"), "notes of a user");
+}
+
+TEST_F(NoHome, FoldersOfKilledProcessesStayWhenAUserPutAFileThere) {
+    for (const char* name :
+         {"main.cpp", "src/main.cpp", "qb_colorio/main.cpp", "qb_colorio/luts/src/main.cpp"}) {
+        const std::filesystem::path left = leave_folder(places);
+        std::filesystem::create_directories((left / name).parent_path());
+        std::ofstream(left / name) << "sources";
+        {
+            CoreString path;
+            StandaloneApp app;
+            EXPECT_TRUE(app.create_temp_folder("luts", path));
+        }
+        EXPECT_TRUE(std::filesystem::exists(left / name)) << name;
+        std::filesystem::remove_all(left);
+    }
+}
+
+TEST_F(NoHome, FoldersOfKilledProcessesAreRemovedByTheNext) {
+    leave_folder(places);
+    CoreString path;
     StandaloneApp first;
     StandaloneApp second;
     EXPECT_TRUE(first.create_temp_folder("luts", path));
