@@ -156,7 +156,8 @@ bool PreferenceFile::State::take_lock() {
 }
 
 bool PreferenceFile::State::set_damaged_aside() {
-    const std::string kept = set_aside(path.get_data());
+    auto target = files::follow_links(path.get_data()); // Links stay, and lead to what is written next.
+    const std::string kept = target ? set_aside(*target) : std::string();
     if (kept.empty())
         report_damage(Severity::ERROR, "the file cannot be renamed either");
     else

@@ -193,6 +193,22 @@ TEST_F(Preferences, ADamagedFileIsSetAsideBeforeASave) {
     EXPECT_TRUE(log.contains("the file is now '" + path + ".damaged-2'"));
 }
 
+TEST_F(Preferences, ADamagedFileBehindLinksIsSetAsideAndTheLinksStay) {
+    const std::string damaged = std::string(MARKER) + "{";
+    folder.write("synced/preferences.yaml", damaged);
+    std::filesystem::create_directories(folder.file("config/qb_colorio"));
+    std::filesystem::create_symlink("../../link", path);
+    std::filesystem::create_symlink("synced/preferences.yaml", folder.file("link"));
+    EXPECT_TRUE(preferences.load_to_change(app));
+    EXPECT_TRUE(preferences.save(app, save_nothing));
+    EXPECT_EQ(folder.read("synced/preferences.yaml.damaged-1"), damaged);
+    EXPECT_EQ(std::filesystem::read_symlink(path), "../../link");
+    EXPECT_EQ(std::filesystem::read_symlink(folder.file("link")), "synced/preferences.yaml");
+    EXPECT_EQ(folder.read("synced/preferences.yaml"), folder.read("config/qb_colorio/preferences.yaml"));
+    EXPECT_THAT(folder.read("synced/preferences.yaml"), StartsWith(MARKER));
+    EXPECT_TRUE(log.contains("synced/preferences.yaml.damaged-1'"));
+}
+
 TEST_F(Preferences, EveryFileSaysInItsFirstLineWhatItIs) {
     ASSERT_TRUE(preferences.save(app, save_one_space));
     EXPECT_THAT(folder.read("config/qb_colorio/preferences.yaml"), StartsWith(MARKER));
