@@ -124,8 +124,7 @@ bool ColorIOManager::app_uses_file_config() const {
 bool ColorIOManager::build_from_file(const CoreString& path) {
     if (!app)
         return false;
-    ocio::clear_all_caches();
-    begin_library_load();
+    forget_cached_files();
     config_loads->forget();
     const auto take_from = [this](const CoreString& origin, auto create) {
         file_config_loaded = false; // Stays false when anything but an invalid config fails.
@@ -195,6 +194,8 @@ void ColorIOManager::select_config(bool use) {
         const CoreString path =
             app->get_color_space_file_path(); // A copy: listeners may change the preference.
         const bool held = file_config_loaded && path == file_config_path;
+        if (held) // and parsed again below
+            begin_library_load();
         if (!held && !build_from_file(path)) {
             if (!file_config_path.is_empty())
                 log_message(LOG_WARNING, "Color Management: OCIO configuration file '", file_config_path,

@@ -131,7 +131,7 @@ void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs
         }
         forget_views();
 
-        ocio::clear_all_caches(); // LUT files may have been edited since they were read.
+        forget_cached_files(); // LUT files may have been edited since they were read.
         init_default_tavelion_config();
         settle_default_color_space_name(app_uses_file_config(), Reload::ADOPT_IF_VALID);
         add_custom_luts_to_tavelion_config(records.get());

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/event/event_ids.h"
 #include "tests/colorio/converter_fixture.h"
 #include "tests/colorio/custom_space_files.h"
 
@@ -111,6 +112,32 @@ TEST_F(LocalCdl, HasAListedFileThatCameBackReadAgain) {
     add("input_local_CDL", 8);
     EXPECT_EQ(grade("filed"), 0.25f);
     EXPECT_EQ(grade("input_local_CDL"), 1.0f);
+}
+
+TEST_F(LocalCdl, HasListedFilesReadAgainAfterTheConfigIsLoadedAgain) {
+    CdlDef filed = cdl_record("filed", {});
+    filed.file = write_file("filed.cc", correction_text("filed", "2")).c_str();
+    use_cdls({filed});
+    use_config(CONFIG_WITHOUT_FAMILIES);
+    add("input_local_CDL", 16);
+    write_file("filed.cc", correction_text("filed", "4"));
+    add("input_local_CDL", 8);
+    EXPECT_EQ(grade("filed"), 0.25f) << "OpenColorIO keeps what it has read";
+    app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    add("input_local_CDL", 8);
+    EXPECT_EQ(grade("filed"), 0.5f);
+}
+
+TEST_F(LocalCdl, HasListedFilesReadAgainAfterTheCustomSpacesAreReplaced) {
+    CdlDef filed = cdl_record("filed", {});
+    filed.file = write_file("filed.cc", correction_text("filed", "2")).c_str();
+    use_cdls({filed});
+    write_file("filed.cc", correction_text("filed", "4"));
+    add("input_local_CDL", 8);
+    EXPECT_EQ(grade("filed"), 0.25f) << "OpenColorIO keeps what it has read";
+    ColorIOManager::get_instance()->set_tavelion_config(CoreVector<ColorIOManager::ColorSpaceDef>());
+    add("input_local_CDL", 8);
+    EXPECT_EQ(grade("filed"), 0.5f);
 }
 
 TEST_F(LocalCdl, GivesWayToACustomRecordBehindTheBuiltInOneThatItOverwrites) {

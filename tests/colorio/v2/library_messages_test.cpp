@@ -55,12 +55,19 @@ TEST_F(LibraryMessages, GoToTheHostsLogOncePerLoad) {
     use_config(REPORTED_CONFIG);
     EXPECT_EQ(take_reports(), 1u) << "the file is read and checked several times";
     tell(EVT_ID_APPLICATION_COLOR_SPACE_FILE_USE_CHANGED);
-    EXPECT_EQ(take_reports(), 0u) << "not loaded again";
+    EXPECT_EQ(take_reports(), 1u) << "the held file is parsed again";
     tell(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
     EXPECT_EQ(take_reports(), 1u);
     ColorIO::load_config(nullptr);
     EXPECT_EQ(take_reports(), 1u);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), IsEmpty());
+}
+
+TEST_F(LibraryMessages, GoToTheHostsLogWhenTheCustomSpacesAreReplaced) {
+    use_config(REPORTED_CONFIG);
+    take_reports();
+    ColorIOManager::get_instance()->set_tavelion_config(CoreVector<ColorIOManager::ColorSpaceDef>());
+    EXPECT_EQ(take_reports(), 1u) << "the file is parsed again";
 }
 
 TEST_F(LibraryMessages, AreNotRepeatedByAConfigurationWithoutThem) {
