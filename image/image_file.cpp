@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
+#include "image/startable_threads.h"
 
 namespace image {
 
@@ -80,6 +81,8 @@ ImageFile::ImageFile(const std::string& path) : path(path) {
     input = OIIO::ImageInput::open(path, &hints);
     if (!input)
         fail_to_read(path, OIIO::geterror());
+    if (get_thread_limit() == 1)
+        input->threads(1);
     read_headers(file_bytes);
 }
 

@@ -8,6 +8,7 @@
 #include "diagnostics/failure.h"
 #include "image/format_abilities.h"
 #include "image/full_disk.h"
+#include "image/startable_threads.h"
 #include "image/written_file.h"
 
 namespace image {
@@ -60,6 +61,8 @@ ImageWriter::ImageWriter(const std::string& path)
     output = OIIO::ImageOutput::create(path);
     if (!output)
         fail(OIIO::geterror());
+    if (get_thread_limit() == 1)
+        output->threads(1);
 }
 
 ImageWriter::~ImageWriter() = default;

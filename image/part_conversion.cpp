@@ -246,6 +246,8 @@ void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, 
         for (std::int64_t row = begin; row < end; row += rows_per_band)
             bands.convert_rows(row, std::min(end, row + rows_per_band));
     };
+    if (threads == 1) // also where no thread can be started
+        return convert_band(0, bands.count_rows());
     OIIO::parallel_for_chunked(
         0, bands.count_rows(), rows_per_band,
         [&](std::int64_t begin, std::int64_t end) {

@@ -78,10 +78,11 @@ public:
             int new_memory = -1;
             try {
                 answer_to(request, answer, new_memory);
+            } catch (const diagnostics::Failure& failure) {
+                answer = make_failure(failure.what());
+                new_memory = -1;
             } catch (const std::exception& error) {
-                answer = {};
-                answer.add(ReaderAnswer::FAILED);
-                answer.add_text(error.what());
+                answer = make_failure(fmt::format("cannot read '{}': {}", path, error.what()));
                 new_memory = -1;
             }
             if (!channel.send(answer.get_bytes(), new_memory))
@@ -90,6 +91,13 @@ public:
     }
 
 private:
+    static MessageWriter make_failure(const std::string& text) {
+        MessageWriter answer;
+        answer.add(ReaderAnswer::FAILED);
+        answer.add_text(text);
+        return answer;
+    }
+
     void answer_to(MessageChannel::Received& request, MessageWriter& answer, int& new_memory) {
         MessageReader reader(std::move(request.bytes));
         if (reader.get<ReaderRequest>() == ReaderRequest::OPEN) {
@@ -135,6 +143,11 @@ private:
         } catch (const std::bad_alloc&) {
             fail_to_read(path, fmt::format("no memory for {} x {} pixels", spec.width, spec.height));
         } catch (const std::system_error& error) {
+            if (error.code() == std::errc::file_too_large) // counts for memory that processes share, too
+                fail_to_read(path,
+                             fmt::format("the limit on file sizes leaves no room for {} x {} pixels; raise "
+                                         "it (ulimit -f), or set COLORIO_READ_IN_PROCESS=1",
+                                         spec.width, spec.height));
             fail_to_read(path, fmt::format("no memory for {} x {} pixels: {}", spec.width, spec.height,
                                            error.code().message()));
         }

@@ -1,5 +1,6 @@
 #include "image/reader_process.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -16,6 +17,7 @@
 #include "diagnostics/failure.h"
 #include "image/message_channel.h"
 #include "image/reader_server.h"
+#include "image/startable_threads.h"
 
 namespace image {
 
@@ -149,7 +151,8 @@ ReaderProcess::OpenedImage ReaderProcess::open(const std::string& image_path) {
     std::error_code error;
     request.add_text(std::filesystem::current_path(error).string());
     request.add_text(path);
-    request.add(threads > 0 ? threads : OIIO::get_int_attribute("threads"));
+    const int most = get_thread_limit() > 0 ? get_thread_limit() : OIIO::get_int_attribute("threads");
+    request.add(threads > 0 ? std::min(threads, most) : most);
     return exchange([&] {
         MessageReader answer =
             ask(request, ReaderAnswer::OPENED, limits.header_processor_time, limits.header_time);

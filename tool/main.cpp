@@ -47,6 +47,7 @@ int main(int count, char* arguments[]) {
     fill_standard_descriptors();
     image::start_reader_server();  // first, while there are no threads
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error like a full disk
+    std::signal(SIGXFSZ, SIG_IGN); // so is a file beyond the limit on file sizes
     try {
         return run_program(count, arguments);
     } catch (const std::exception& error) {

@@ -1,7 +1,7 @@
 #include "workflow/image_job.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 #include <fmt/format.h>
 
@@ -129,10 +129,12 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers) {
     try {
         return ImageConversion(job, settings, buffers).run();
-    } catch (const std::bad_alloc& shortage) {
+    } catch (const diagnostics::Failure&) {
+        throw;
+    } catch (const std::exception& error) { // memory or threads that ran out
         throw diagnostics::Failure(add_context(fmt::format("cannot convert '{}'", job.input),
-                                               {diagnostics::describe(shortage)},
-                                               diagnostics::Code::OUT_OF_MEMORY));
+                                               {diagnostics::describe(error)},
+                                               diagnostics::Code::LIBRARY_FAILURE));
     }
 }
 

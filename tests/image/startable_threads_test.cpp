@@ -25,7 +25,7 @@ TEST(StartableThreads, AreNoneWhereThereIsNone) {
     const NoNewThreads full;
     EXPECT_EQ(image::count_startable_threads(5), 0);
     EXPECT_EQ(image::limit_threads(3), 1);
-    EXPECT_EQ(OIIO::get_int_attribute("threads"), 1);
+    EXPECT_EQ(image::get_thread_limit(), 1);
     EXPECT_EQ(OIIO::get_int_attribute("exr_threads"), -1);
 }
 

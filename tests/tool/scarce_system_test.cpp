@@ -1,0 +1,132 @@
+// The installed program where the system gives it little: threads and file sizes.
+
+#include <grp.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/tool/images.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ScarceSystem : public ToolTest {
+protected:
+    /// Runs the program in a child process after `prepare`, which may end it.
+    ToolRun run_program(std::vector<std::string> arguments, const std::function<void()>& prepare) {
+        arguments.insert(arguments.begin(), COLORIO_PROGRAM);
+        std::vector<char*> line;
+        for (std::string& argument : arguments)
+            line.push_back(argument.data());
+        line.push_back(nullptr);
+        const std::string out = path("out.txt"), err = path("err.txt");
+        const pid_t child = fork();
+        if (child == 0) {
+            (void)!freopen(out.c_str(), "w", stdout);
+            (void)!freopen(err.c_str(), "w", stderr);
+            prepare();
+            execv(COLORIO_PROGRAM, line.data());
+            _exit(127);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), folder.read("out.txt"),
+                folder.read("err.txt")};
+    }
+    /// As a user without other processes, who may have `processes` of them, threads included.
+    ToolRun run_with_few_threads(const std::vector<std::string>& arguments, unsigned int processes) {
+        return run_program(arguments, [processes] {
+            constexpr uid_t FIRST_UNUSED = 70000;
+            const uid_t user = FIRST_UNUSED + static_cast<uid_t>(getpid()) % 10000;
+            const rlimit limit = {processes, processes};
+            if (setgroups(0, nullptr) != 0 || setresuid(user, user, user) != 0 ||
+                setrlimit(RLIMIT_NPROC, &limit) != 0)
+                _exit(126);
+        });
+    }
+
+    void write_gray(const std::string& name) {
+        write_image(path(name),
+                    make_image(64, 64, 3, OIIO::TypeFloat, std::vector<float>(64 * 64 * 3, 0.5f)));
+    }
+
+    EnvGuard sanitizer{"ASAN_OPTIONS", "detect_leaks=0"}; // which takes a thread at the end
+};
+
+/// The lines of `text` that name neither a file of the sequence nor its output.
+std::vector<std::string> find_errors_without_file(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        if (line.find("error: ") != std::string::npos && line.find("/in.000") == std::string::npos)
+            lines.push_back(line);
+    return lines;
+}
+
+TEST_F(ScarceSystem, WithFewThreadsConvertsWithThoseAndNamesTheFileInEveryError) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can start a program as a user without processes";
+    const EnvGuard home("HOME", "/proc/nowhere");
+    const EnvGuard cache("XDG_CACHE_HOME");
+    const EnvGuard config("XDG_CONFIG_HOME");
+    const EnvGuard temporary("TMPDIR", path("tmp"));
+    for (const char* name : {"tmp", "output"})
+        ASSERT_EQ(mkdir(path(name).c_str(), 0777) | chmod(path(name).c_str(), 01777), 0);
+    ASSERT_EQ(chmod(folder.get_path().c_str(), 0755), 0);
+    for (const char* name : {"in.0001.exr", "in.0002.exr", "in.0003.exr"})
+        write_gray(name);
+    if (run_with_few_threads({"--version"}, 1000).code != 0)
+        GTEST_SKIP() << "another user may not run " << COLORIO_PROGRAM;
+    // Libraries that the program is linked with start threads, too.
+    unsigned int least = 1;
+    while (least < 100 && run_with_few_threads({"--version"}, least).code != 0)
+        ++least;
+    for (const unsigned int more : {0u, 1u, 2u, 3u, 4u, 6u, 9u, 12u}) {
+        const ToolRun run = run_with_few_threads({"convert", path("in.%04d.exr"), path("output/out.%04d.exr"),
+                                                  "--frames", "1-3", "--from", "sRGB", "--to", "linear"},
+                                                 least + more);
+        EXPECT_THAT(find_errors_without_file(run.err), IsEmpty()) << more;
+        // One for the process that starts image readers, one for interrupts, one for the reader.
+        if (more < 3)
+            EXPECT_TRUE(run.code == 0 || run.code == 1) << more << run;
+        else
+            EXPECT_EQ(run.code, 0) << more << run;
+    }
+}
+
+void limit_file_sizes(rlim_t bytes) {
+    const rlimit limit = {bytes, bytes};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST_F(ScarceSystem, AShaderBeyondTheLimitOnFileSizesIsAnError) {
+    ASSERT_EQ(run_program({"explain", "sRGB", "linear"}, [] {}).code, 0) << "the built-in LUTs exist";
+    const ToolRun run =
+        run_program({"shader", "sRGB", "linear", "--output", path("shader")}, [] { limit_file_sizes(1024); });
+    EXPECT_EQ(run.code, 1) << run;
+    EXPECT_THAT(run.err, HasSubstr("error: "));
+    EXPECT_THAT(run.err, HasSubstr("File too large"));
+}
+
+TEST_F(ScarceSystem, AnImageBeyondTheLimitOnFileSizesNamesTheLimitAndTheRemedy) {
+    write_gray("in.0001.exr");
+    ASSERT_EQ(run_program({"explain", "sRGB", "linear"}, [] {}).code, 0) << "the built-in LUTs exist";
+    const ToolRun run =
+        run_program({"convert", path("in.0001.exr"), path("out.exr"), "--from", "sRGB", "--to", "linear"},
+                    [] { limit_file_sizes(1024); });
+    EXPECT_EQ(run.code, 1) << run;
+    EXPECT_THAT(run.err, HasSubstr("cannot read '" + path("in.0001.exr") + "': the limit on file sizes"));
+    EXPECT_THAT(run.err, HasSubstr("ulimit -f"));
+}
+
+} // namespace
