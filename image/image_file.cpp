@@ -1,5 +1,6 @@
 #include "image/image_file.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include <OpenImageIO/sysutil.h>
@@ -58,6 +59,7 @@ void check_spec(const std::string& path, const OIIO::ImageSpec& spec) {
 void fail_to_read(const std::string& path, std::string reason) {
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' '))
         reason.pop_back();
+    std::replace(reason.begin(), reason.end(), '\n', ' ');
     diagnostics::fail_file(
         diagnostics::Code::IMAGE_UNREADABLE,
         fmt::format("cannot read '{}': {}", path, reason.empty() ? "unknown reason" : reason), path);

@@ -72,6 +72,7 @@ void ImageWriter::fail(std::string reason) const {
         reason.replace(place, path.size(), name);
     while (!reason.empty() && reason.back() == '\n')
         reason.pop_back();
+    std::replace(reason.begin(), reason.end(), '\n', ' ');
     diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE,
                            fmt::format("cannot write '{}': {}", name, reason), name);
 }

@@ -54,7 +54,7 @@ private:
             item.update(numbers_to_json(correction));
             list.push(item);
         }
-        console.print(Json({{"file", path}, {"corrections", list}}).format());
+        console.print_text(Json({{"file", path}, {"corrections", list}}).format());
     }
 
     std::string path;

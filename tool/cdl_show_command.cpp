@@ -49,7 +49,7 @@ private:
     static void print_json(const workflow::Correction& correction, Console& console) {
         Json answer = {{"id", correction.id}, {"descriptions", correction.descriptions}};
         answer.update(numbers_to_json(correction));
-        console.print(Json(answer).format());
+        console.print_text(Json(answer).format());
     }
 
     std::string source;

@@ -217,7 +217,7 @@ public:
     ExitCode run(Console& console) override {
         const Findings findings = find_out(session_options);
         if (as_json)
-            console.print(findings_to_json(findings).format());
+            console.print_text(findings_to_json(findings).format());
         else
             print_text(findings, console);
         return findings.is_good() ? EXIT_CODE_DONE : EXIT_CODE_FAILED;

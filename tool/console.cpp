@@ -1,5 +1,6 @@
 #include "tool/console.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -31,7 +32,39 @@ bool is_dumb_terminal() {
     return term == nullptr || std::string_view(term) == "dumb";
 }
 
+/// The bytes of the control character at the start of `text`; 0 for any other.
+std::size_t count_control_bytes(std::string_view text) {
+    const auto byte = [text](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
+    };
+    if (byte(0) < 0x20 || byte(0) == 0x7F)
+        return 1;
+    const bool is_c1 = byte(0) == 0xC2 && byte(1) >= 0x80 && byte(1) < 0xA0; // U+0080 to U+009F
+    return is_c1 ? 2 : 0;
+}
+
+/// Every line escaped by itself.
+std::string escape_lines(std::string_view text) {
+    std::string result;
+    for (std::size_t end; (end = text.find('\n')) != text.npos; text.remove_prefix(end + 1))
+        result += escape_controls(text.substr(0, end)) + '\n';
+    return result + escape_controls(text);
+}
+
 } // namespace
+
+std::string escape_controls(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t controls = count_control_bytes(text);
+        for (std::size_t i = 0; i < controls; ++i)
+            result += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[i]));
+        if (controls == 0)
+            result += text.front();
+        text.remove_prefix(std::max<std::size_t>(controls, 1));
+    }
+    return result;
+}
 
 ConsoleTraits detect_console_traits() {
     ConsoleTraits traits;
@@ -45,9 +78,13 @@ Console::Console(std::ostream& out, std::ostream& err, const ConsoleTraits& trai
     : out(out), err(err), traits(traits) {}
 
 void Console::print(const std::string& line) {
+    print_text(escape_controls(line));
+}
+
+void Console::print_text(const std::string& text) {
     std::lock_guard<std::mutex> lock(mutex);
     errno = 0;
-    out << line << '\n';
+    out << text << '\n';
     check_output();
 }
 
@@ -75,7 +112,8 @@ void Console::check_output() {
 
 void Console::print_heading(const std::string& line) {
     const bool bold = traits.out_is_terminal && traits.wants_color;
-    print(bold ? BOLD + line + RESET : line);
+    const std::string text = escape_controls(line);
+    print_text(bold ? BOLD + text + RESET : text);
 }
 
 void Console::report(const diagnostics::Diagnostic& diagnostic) {
@@ -84,9 +122,9 @@ void Console::report(const diagnostics::Diagnostic& diagnostic) {
     const bool is_note = diagnostic.severity == diagnostics::Severity::NOTE;
     const bool is_error = diagnostic.severity == diagnostics::Severity::ERROR;
     const std::string prefix = is_note ? "" : fmt::format("colorio: {}:", get_name(diagnostic.severity));
-    std::string text = format_located(diagnostic);
+    std::string text = escape_controls(format_located(diagnostic));
     if (!diagnostic.hint.empty())
-        text += "\nhint: " + diagnostic.hint;
+        text += "\nhint: " + escape_controls(diagnostic.hint);
     write_message(is_error ? BOLD_RED : is_note ? "" : YELLOW, prefix, text);
 }
 
@@ -96,7 +134,7 @@ void Console::report(const diagnostics::Diagnostics& list) {
 }
 
 void Console::show_log(const std::string& message) {
-    write_message("", "", message);
+    write_message("", "", escape_lines(message));
 }
 
 void Console::write_message(const char* color, const std::string& prefix, const std::string& message) {

@@ -3,6 +3,7 @@
 #include <mutex>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "diagnostics/diagnostic.h"
 
@@ -18,20 +19,27 @@ struct ConsoleTraits {
 /// Asks the operating system about standard output and standard error; NO_COLOR and TERM=dumb are respected.
 ConsoleTraits detect_console_traits();
 
+/// `text`, which is UTF-8, with control characters as \x1b and so on: names from files and arguments must
+/// neither control the terminal nor look like other lines.
+std::string escape_controls(std::string_view text);
+
 /// Prints everything that the user sees: results to one stream, messages and progress to the other.
 /// Thread-safe.
 class Console {
 public:
     Console(std::ostream& out, std::ostream& err, const ConsoleTraits& traits = {});
 
-    /// Prints a result and a line end. Throws diagnostics::Failure when it cannot be written.
+    /// Prints a result, with control characters escaped, and a line end. Throws diagnostics::Failure when it
+    /// cannot be written.
     void print(const std::string& line);
+    /// Prints text of several lines unchanged: JSON, or help. Throws like `print`.
+    void print_text(const std::string& text);
     /// Prints a heading, bold on a terminal. Throws like `print`.
     void print_heading(const std::string& line);
     /// Prints a note, warning or error to the stream of messages, followed by its hint.
     void report(const diagnostics::Diagnostic& diagnostic);
     void report(const diagnostics::Diagnostics& list);
-    /// Prints a message of the log unchanged.
+    /// Prints a message of the log, which may have several lines.
     void show_log(const std::string& message);
     /// Makes `report` write JSON, one object per line, instead of text.
     void set_json_diagnostics(bool wanted) { json_diagnostics = wanted; }

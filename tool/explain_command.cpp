@@ -123,7 +123,7 @@ ExitCode ExplainCommand::run(Console& console) {
         if (shows_pixel)
             answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
         answer.set("parts", list);
-        console.print(Json(answer).format());
+        console.print_text(Json(answer).format());
         return EXIT_CODE_DONE;
     }
     console.print(fmt::format("config:        {}", session.get_source().describe()));

@@ -63,7 +63,7 @@ private:
                        {"color_space", association.color_space},
                        {"known", is_known(association)}});
         const bool from_file = ColorIOAutoDetection::get_instance()->is_file_config();
-        console.print(Json({{"source", from_file ? "file" : "builtin"}, {"formats", list}}).format());
+        console.print_text(Json({{"source", from_file ? "file" : "builtin"}, {"formats", list}}).format());
     }
 
     SessionChoice session_options;

@@ -67,12 +67,12 @@ private:
     }
 
     void print_json(const LegacyAnswers& answers, Console& console) const {
-        console.print(Json({{"name", name},
-                            {"legacy", answers.is_legacy},
-                            {"color_space", answers.color_space},
-                            {"preferences_view", answers.view_of_preferences},
-                            {"widget_view", answers.view_of_widget}})
-                          .format());
+        console.print_text(Json({{"name", name},
+                                 {"legacy", answers.is_legacy},
+                                 {"color_space", answers.color_space},
+                                 {"preferences_view", answers.view_of_preferences},
+                                 {"widget_view", answers.view_of_widget}})
+                               .format());
     }
 
     SessionChoice session_options;

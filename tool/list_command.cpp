@@ -106,7 +106,7 @@ private:
         for (const Topic& topic : TOPICS)
             if (wanted == ALL || wanted == topic.name)
                 topic.add_to_json(answer);
-        console.print(Json(answer).format());
+        console.print_text(Json(answer).format());
     }
 
     SessionChoice session_options;

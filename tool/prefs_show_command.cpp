@@ -115,13 +115,13 @@ void PrefsShowCommand::print_json(const workflow::UserPreferences& preferences, 
     Json spaces = Json::array();
     for (const auto& space : workflow::get_custom_spaces())
         spaces.push({{"name", space.name.view()}, {"made_of", workflow::describe_origin(space)}});
-    console.print(Json({{"path", preferences.get_path()},
-                        {"exists", exists(preferences.get_path())},
-                        {"preferences", values},
-                        {"formats", formats},
-                        {"spaces", spaces},
-                        {"cdls", cdls_to_json()}})
-                      .format());
+    console.print_text(Json({{"path", preferences.get_path()},
+                             {"exists", exists(preferences.get_path())},
+                             {"preferences", values},
+                             {"formats", formats},
+                             {"spaces", spaces},
+                             {"cdls", cdls_to_json()}})
+                           .format());
 }
 
 } // namespace

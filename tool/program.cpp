@@ -68,7 +68,7 @@ public:
             if (command->get_name() == arguments.front())
                 command->complete_arguments(arguments);
         if (const std::optional<std::string> answer = options.parse(arguments)) {
-            console.print(*answer);
+            console.print_text(*answer);
             return EXIT_CODE_DONE;
         }
         const auto wanted = std::find_if(commands.begin(), commands.end(),

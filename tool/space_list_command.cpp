@@ -65,7 +65,7 @@ private:
                        {"depth", workflow::describe_depth(space)},
                        {"allocation", workflow::describe_allocation(space)},
                        {"usable", is_usable(space)}});
-        console.print(Json({{"spaces", list}}).format());
+        console.print_text(Json({{"spaces", list}}).format());
     }
 
     SessionChoice session_options;

@@ -27,6 +27,8 @@ TextTable::TextTable(std::vector<std::string> titles) : heading(std::move(titles
 void TextTable::add_row(std::vector<std::string> cells) {
     assert(cells.size() <= heading.size());
     cells.resize(heading.size());
+    for (std::string& cell : cells)
+        cell = escape_controls(cell); // as the console does, so that columns stay aligned
     for (std::size_t i = 0; i < cells.size(); ++i)
         widths[i] = std::max(widths[i], count_characters(cells[i]));
     rows.push_back(std::move(cells));

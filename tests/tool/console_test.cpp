@@ -44,6 +44,27 @@ TEST_F(ConsoleOutput, ShowsPlaceAndHintOfADiagnostic) {
               "colorio: error: grades.ccc:3:17: Unexpected token found\nhint: close the element\n");
 }
 
+TEST_F(ConsoleOutput, EscapesControlCharactersInText) {
+    tool::Console console(out, err, TERMINALS);
+    console.print("a\x1b[2J\nb\x7f");
+    console.print_heading("c\r");
+    console.print("\xc2\x9b"
+                  "2J \xc2\xa9 \xe2\x82\xac");
+    console.report(with_hint(diagnostics::make_note(diagnostics::Code::USAGE, "no \x1b\nfile"), "\tname it"));
+    console.show_log("one\x07\ntwo");
+    EXPECT_EQ(out.str(), "a\\x1b[2J\\x0ab\\x7f\n\033[1mc\\x0d\033[0m\n\\xc2\\x9b2J \xc2\xa9 \xe2\x82\xac\n");
+    EXPECT_EQ(err.str(), "no \\x1b\\x0afile\nhint: \\x09name it\none\\x07\ntwo\n");
+}
+
+TEST_F(ConsoleOutput, EscapesControlCharactersInAlignedTables) {
+    tool::Console console(out, err, PIPES);
+    tool::TextTable table({"name", "role"});
+    table.add_row({"a\x1b", "x"});
+    table.add_row({"longer", "y"});
+    table.print(console);
+    EXPECT_EQ(out.str(), "name    role\na\\x1b   x\nlonger  y\n");
+}
+
 TEST_F(ConsoleOutput, WritesDiagnosticsAsJsonWhereThatIsWanted) {
     tool::Console console(out, err, PIPES);
     console.set_json_diagnostics(true);
