@@ -154,7 +154,9 @@ void print_text(const Findings& findings, Console& console) {
     console.print_heading(fmt::format("Config: {}", findings.source.describe()));
     print_messages(findings.messages, console);
     if (findings.refusal) {
-        console.print(fmt::format("{}", findings.refusal->message));
+        console.print(fmt::format("error: {}", findings.refusal->message));
+        if (!findings.refusal->hint.empty())
+            console.print(fmt::format("hint: {}", findings.refusal->hint));
         return;
     }
     print_report(findings.report, console);

@@ -11,10 +11,14 @@ workflow::SessionOptions make_options(const SessionChoice& choice, Console& cons
     return options;
 }
 
+void report_notices(const workflow::Session& session, const SessionChoice& choice, Console& console) {
+    if (!choice.verbose) // the log contains them
+        console.report(session.get_notices());
+}
+
 ToolSession::ToolSession(const SessionChoice& choice, Console& console, workflow::PreferenceUse use)
     : Session(make_options(choice, console), use) {
-    if (!choice.verbose) // the log contains them
-        console.report(get_notices());
+    report_notices(*this, choice, console);
 }
 
 } // namespace tool

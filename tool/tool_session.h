@@ -15,6 +15,9 @@ struct SessionChoice : workflow::SessionOptions {
 /// session.
 workflow::SessionOptions make_options(const SessionChoice& choice, Console& console);
 
+/// Shows the notices of a session that `choice` started, unless the log shows them already.
+void report_notices(const workflow::Session& session, const SessionChoice& choice, Console& console);
+
 /// A session that reports its notices to the console when it starts. `console` must outlive it.
 class ToolSession : public workflow::Session {
 public:

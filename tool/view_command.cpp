@@ -77,9 +77,13 @@ public:
             throw UsageError("--zoom takes a positive number");
         const std::vector<viewer::Script> scripts = read_script();
         workflow::LiveConfig host(make_options(session_options, console));
-        console.report(host.get_session().get_notices());
+        report_notices(host.get_session(), session_options, console);
         viewer::ViewModel model(host);
         apply_options(model);
+        if (const std::string& fault = model.get_watch_fault(); !fault.empty())
+            console.report(diagnostics::make_warning(
+                diagnostics::Code::FILE_UNREADABLE,
+                fmt::format("changed files are not shown again by themselves: {}", fault)));
         const bool headless = no_window || !screenshot.empty();
         try {
             viewer::Viewer viewer(model,

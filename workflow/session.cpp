@@ -1,6 +1,8 @@
 #include "workflow/session.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include <fmt/format.h>
 
@@ -43,15 +45,20 @@ std::string describe_origin(ConfigSource::Kind kind) {
     }
 }
 
-/// The error for the user, followed by its causes.
-Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes) {
+/// The error for the user, which contains the worst cause, followed by the other causes and `earlier`
+/// reports.
+Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes,
+                         const Diagnostics& earlier = {}) {
     Diagnostic refusal =
         add_context(fmt::format("cannot load the config '{}'{}", source.path, describe_origin(source.kind)),
                     causes, Code::CONFIG_INVALID);
     if (refusal.hint.empty())
         refusal.hint = get_remedy(source.kind);
     Diagnostics all = {std::move(refusal)};
-    all.insert(all.end(), causes.begin(), causes.end());
+    all.insert(all.end(), earlier.begin(), earlier.end());
+    if (const Diagnostic* worst = diagnostics::find_worst(causes))
+        std::copy_if(causes.begin(), causes.end(), std::back_inserter(all),
+                     [worst](const Diagnostic& cause) { return cause.message != worst->message; });
     return all;
 }
 
@@ -101,9 +108,6 @@ Session::Session(const SessionOptions& options, PreferenceUse use)
         close();
         throw;
     }
-    if (!app->get_temp_folder_note().is_empty())
-        notices.push_back(
-            diagnostics::make_note(Code::FILE_UNWRITABLE, app->get_temp_folder_note().get_data()));
 }
 
 Session::~Session() {
@@ -119,6 +123,7 @@ void Session::load(PreferenceUse use) {
         throw diagnostics::Failure(
             add_context("cannot start color management", reports, Code::CONFIG_BUILTIN));
     append(load_diagnostics, std::move(reports));
+    note_temp_folder();
     app->set_default_color_space_name(preferences->get_app().get_default_color_space_name());
     preferences->load_module();
     append(load_diagnostics, collector.take());
@@ -128,12 +133,21 @@ void Session::load(PreferenceUse use) {
         app->set_use_color_space_file(true);
         Diagnostics causes = collector.take();
         if (is_builtin_config_active())
-            throw ConfigFailure(make_refusal(source, causes), source);
+            throw ConfigFailure(make_refusal(source, causes, load_diagnostics), source);
         append(load_diagnostics, std::move(causes));
     }
     if (use == PreferenceUse::READ)
         follow_preferences();
     append(load_diagnostics, collector.take());
+}
+
+void Session::note_temp_folder() {
+    const CoreString& text = app->get_temp_folder_note();
+    if (text.is_empty())
+        return;
+    const Diagnostic note = diagnostics::make_note(Code::FILE_UNWRITABLE, text.get_data());
+    notices.push_back(note);
+    load_diagnostics.push_back(note);
 }
 
 /// Passes the CDL library and the mapping file of the preferences to the module.

@@ -71,6 +71,7 @@ public:
 
 private:
     void load(PreferenceUse use);
+    void note_temp_folder();
     void follow_preferences();
     void close();
 

@@ -1,13 +1,20 @@
-// The installed program where the system gives it little: threads and file sizes.
+// The program where the system gives it little: threads, file sizes, notifications, a home.
 
 #include <grp.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,6 +26,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class ScarceSystem : public ToolTest {
 protected:
@@ -127,6 +135,70 @@ TEST_F(ScarceSystem, AnImageBeyondTheLimitOnFileSizesNamesTheLimitAndTheRemedy) 
     EXPECT_EQ(run.code, 1) << run;
     EXPECT_THAT(run.err, HasSubstr("cannot read '" + path("in.0001.exr") + "': the limit on file sizes"));
     EXPECT_THAT(run.err, HasSubstr("ulimit -f"));
+}
+
+/// Lets the system refuse to report changes of files, as when its limit on watchers is reached.
+void refuse_file_notification() {
+    sock_filter code[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_inotify_init1, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EMFILE),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {std::size(code), code};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+        _exit(126);
+}
+
+TEST_F(ScarceSystem, TheViewerStartsWithAWarningWhereItIsNotNotifiedOfChanges) {
+    constexpr char WARNING[] = "warning: changed files are not shown again";
+    write_gray("in.0001.exr");
+    const std::vector<std::string> line = {"view",  path("in.0001.exr"), "--size",
+                                           "32x32", "--screenshot",      path("shown.png")};
+    const ToolRun run = run_program(line, refuse_file_notification);
+    EXPECT_THAT(run.err, HasSubstr(WARNING));
+    EXPECT_THAT(run.err, HasSubstr("fs.inotify.max_user_instances"));
+    EXPECT_THAT(run_program(line, [] {}).err, Not(HasSubstr(WARNING)));
+}
+
+TEST_F(ScarceSystem, WithoutAHomeEveryCommandNamesTheTemporaryFolderOnce) {
+    const EnvGuard home("HOME", "/proc/nowhere");
+    const EnvGuard cache("XDG_CACHE_HOME");
+    const EnvGuard temporary("TMPDIR", path("tmp"));
+    std::filesystem::create_directory(path("tmp"));
+    folder.write("half.spi1d", "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.5\n}\n");
+    folder.write("warm.cc", "<ColorCorrection id=\"warm\"><SOPNode><Slope>2 2 2</Slope><Offset>0 0 0</Offset>"
+                            "<Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    folder.write("newer.ocio", "ocio_profile_version: 2.999\n");
+    write_gray("in.exr");
+    const std::vector<std::vector<std::string>> lines = {
+        {"list", "spaces"},
+        {"list", "views", "--json"},
+        {"convert", path("in.exr"), path("out.exr"), "--from", "sRGB", "--to", "linear"},
+        {"explain", "sRGB", "linear"},
+        {"shader", "sRGB", "linear", "--output", path("shader")},
+        {"check"},
+        {"check", "--json"},
+        {"check", "--config", path("newer.ocio")},
+        {"view", path("in.exr"), "--size", "32x32", "--screenshot", path("shown.png")},
+        {"formats", "list"},
+        {"formats", "check"},
+        {"formats", "set", "Targa", "--space", "linear"},
+        {"space", "add", "half", "--lut", path("half.spi1d")},
+        {"space", "list"},
+        {"space", "remove", "half"},
+        {"cdl", "add", "warm", path("warm.cc")},
+        {"prefs", "show"},
+        {"legacy", "linear"},
+    };
+    constexpr char NOTE[] = "set XDG_CACHE_HOME to a folder";
+    for (const std::vector<std::string>& line : lines) {
+        const ToolRun result = run(line);
+        const std::string said = result.out + result.err;
+        EXPECT_NE(said.find(NOTE), said.npos) << line[0] << " " << line[1] << result;
+        EXPECT_EQ(said.find(NOTE), said.rfind(NOTE)) << line[0] << " " << line[1] << result;
+    }
 }
 
 } // namespace
