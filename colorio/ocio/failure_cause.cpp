@@ -1,15 +1,22 @@
 #include "colorio/ocio/failure_cause.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <optional>
+#include <sstream>
+#include <string_view>
+#include <vector>
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/rewritten_conversion.h"
 #include "colorio/ocio/search_folders.h"
+#include "colorio/ocio/transform.h"
+#include "colorio/ocio/transform_graph.h"
 
 namespace ocio {
 
@@ -28,19 +35,38 @@ std::string list_places(const ConstConfigRcPtr& config, const std::string& sourc
     return places;
 }
 
-/// True for a matrix without an inverse, and for a CDL with saturation 0.
-bool cannot_be_inverted(const library::Transform& transform) {
-    if (const auto* cdl = dynamic_cast<const library::CDLTransform*>(&transform))
-        return cdl->getSat() == 0; // Saturation 0 maps every color to gray.
-    const auto* matrix = dynamic_cast<const library::MatrixTransform*>(&transform);
-    return matrix && is_singular(*matrix);
+/// "its matrix", or its CDL with the numbers: the part of a transform without an inverse. Empty if there is
+/// none.
+std::string find_singular_part(const TransformRcPtr& transform) {
+    if (const auto cdl = library::DynamicPtrCast<library::CDLTransform>(transform)) {
+        float slope[3];
+        get_slope(cdl, slope);
+        std::ostringstream text;
+        text << "its CDL (slope " << slope[0] << ' ' << slope[1] << ' ' << slope[2] << ", saturation "
+             << cdl->getSat() << ')';
+        const bool loses_colors = cdl->getSat() == 0 || std::find(slope, slope + 3, 0.0f) != slope + 3;
+        return loses_colors ? text.str() : "";
+    }
+    const auto matrix = library::DynamicPtrCast<library::MatrixTransform>(transform);
+    return matrix && is_singular(*matrix) ? "its matrix" : "";
 }
 
-/// The first context variable that `path` names as $X, ${X} or %X%; empty for none.
-std::string find_variable(const std::string& path) {
+Diagnostic describe_singular(const std::string& part) {
+    return diagnostics::make_error(Code::MATRIX_SINGULAR,
+                                   part + " cannot be inverted, so this direction does not exist");
+}
+
+bool names_singular_matrix(std::string_view words) {
+    return words.find("Singular Matrix") != words.npos ||
+           words.find("Matrix inverse does not exist") != words.npos;
+}
+
+/// The context variables in `path`, written as $X, ${X} or %X%: each once, in order.
+std::vector<std::string> find_variables(const std::string& path) {
     const auto is_name_character = [](char c) {
         return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
     };
+    std::vector<std::string> names;
     for (std::size_t i = 0; i < path.size(); ++i) {
         if (path[i] != '$' && path[i] != '%')
             continue;
@@ -50,43 +76,108 @@ std::string find_variable(const std::string& path) {
         while (end < path.size() && is_name_character(path[end]))
             ++end;
         const char close = path[i] == '%' ? '%' : is_braced ? '}' : '\0';
-        if (end > start && (close == '\0' || (end < path.size() && path[end] == close)))
-            return path.substr(start, end - start);
+        if (end == start || (close != '\0' && (end == path.size() || path[end] != close)))
+            continue;
+        const std::string name = path.substr(start, end - start);
+        if (std::find(names.begin(), names.end(), name) == names.end())
+            names.push_back(name);
+        i = close == '\0' ? end - 1 : end;
     }
-    return {};
+    return names;
+}
+
+/// "context variable 'A'", "context variables 'A', 'B'".
+std::string list_variables(const std::vector<std::string>& names) {
+    std::string list = names.size() == 1 ? "context variable " : "context variables ";
+    for (const std::string& name : names)
+        list += (&name == &names.front() ? "'" : ", '") + name + "'";
+    return list;
+}
+
+/// "; is the context variable 'LUTS' of the search path set?", since names of folders may contain such signs;
+/// empty if there are none.
+std::string ask_for_search_path(const ConstConfigRcPtr& config) {
+    std::string entries;
+    for (const std::string& entry : search_path_entries(config))
+        entries += resolve_variables(config, entry) + ":";
+    const std::vector<std::string> unset = find_variables(entries);
+    if (unset.empty())
+        return {};
+    return (unset.size() == 1 ? "; is the " : "; are the ") + list_variables(unset) +
+           " of the search path set?";
 }
 
 Diagnostic describe_missing(const ConstConfigRcPtr& config, const std::string& source) {
     const std::string resolved = resolve_variables(config, source);
+    const std::vector<std::string> unset = find_variables(resolved);
+    const bool is_one = unset.size() == 1;
     Diagnostic cause;
-    if (!find_variable(resolved).empty()) {
-        const std::string variable = find_variable(resolved);
-        cause = diagnostics::make_error(
-            Code::CONFIG_VARIABLE,
-            "the context variable '" + variable + "' in the path '" + source + "' is not set", variable);
-        cause.hint = "set it in the environment or in the config";
+    if (!unset.empty()) {
+        cause = diagnostics::make_error(Code::CONFIG_VARIABLE,
+                                        "the " + list_variables(unset) + " in the path '" + source + "' " +
+                                            (is_one ? "is" : "are") + " not set",
+                                        unset.front());
+        cause.hint = std::string("set ") + (is_one ? "it" : "them") + " in the environment or in the config";
     } else {
         cause = diagnostics::make_error(Code::LUT_MISSING, "the file '" + resolved + "' is missing", source);
-        cause.hint = "looked for as " + list_places(config, resolved);
+        cause.hint = "looked for as " + list_places(config, resolved) + ask_for_search_path(config);
     }
     cause.file = resolved;
     return cause;
 }
 
-/// OpenColorIO's error for a file alone; empty when it can read it.
-std::optional<Diagnostic> find_damage(const std::string& path) {
+/// The part of `text` after `begin`, up to `end` or to the end of the text.
+std::optional<std::string> find_between(const std::string& text, std::string_view begin,
+                                        std::string_view end) {
+    const std::size_t found = text.find(begin);
+    if (found == text.npos)
+        return std::nullopt;
+    const std::size_t start = found + begin.size();
+    return text.substr(start, text.find(end, start) - start);
+}
+
+/// `words` are OpenColorIO's: that it tried all formats, followed by the error of each reader.
+Diagnostic describe_damage(const std::string& path, const std::string& words) {
+    if (const auto version = find_between(words, "Unsupported transform file version '", "'"))
+        return diagnostics::make_file_error(
+            Code::LUT_DAMAGED,
+            "the file '" + path + "' is of version " + *version + ", which needs a newer OpenColorIO", path);
+    const std::string reason = find_between(words, "failed with: ", "\n    '").value_or(words);
+    return diagnostics::make_file_error(
+        Code::LUT_DAMAGED,
+        "the file '" + path + "' is damaged or of an unknown kind: " + diagnostics::flatten(reason), path);
+}
+
+/// OpenColorIO's error for a file alone in one direction; empty if it accepts the file.
+std::optional<std::string> find_refusal(const std::string& path, TransformDirection direction) {
     try {
         const library::FileTransformRcPtr file = library::FileTransform::Create();
         file->setSrc(path.c_str());
         file->setInterpolation(INTERP_LINEAR);
+        file->setDirection(direction);
         create_config()->getProcessor(file);
         return std::nullopt;
     } catch (const std::exception& exception) {
-        return diagnostics::make_file_error(Code::LUT_DAMAGED,
-                                            "the file '" + path + "' is damaged or of an unknown kind: " +
-                                                diagnostics::flatten(exception.what()),
-                                            path);
+        return exception.what();
     }
+}
+
+/// OpenColorIO's error for a file alone; empty when it can read it.
+std::optional<Diagnostic> find_damage(const std::string& path) {
+    const std::optional<std::string> words = find_refusal(path, TRANSFORM_DIR_FORWARD);
+    return words ? std::optional(describe_damage(path, *words)) : std::nullopt;
+}
+
+/// To be called if OpenColorIO reports a singular matrix, but no transform of the config has one.
+Diagnostic find_singular_file(const ConversionParts& parts) {
+    for (const auto& [source, path] : parts.files)
+        if (const auto refusal = find_refusal(path, TRANSFORM_DIR_INVERSE);
+            refusal && names_singular_matrix(*refusal)) {
+            Diagnostic cause = describe_singular("a matrix of the file '" + path + "'");
+            cause.file = path;
+            return cause;
+        }
+    return describe_singular("a matrix");
 }
 
 /// Checks single transforms, and keeps the first error.
@@ -97,9 +188,8 @@ public:
     void look_at(const TransformRcPtr& transform) {
         if (found)
             return;
-        if (cannot_be_inverted(*transform))
-            found = diagnostics::make_error(
-                Code::MATRIX_SINGULAR, "its matrix cannot be inverted, so this direction does not exist");
+        if (const std::string part = find_singular_part(transform); !part.empty())
+            found = describe_singular(part);
         else if (const auto* spaces = dynamic_cast<const library::ColorSpaceTransform*>(transform.get()))
             for (const char* name : {spaces->getSrc(), spaces->getDst()})
                 require_space(name);
@@ -138,10 +228,22 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
         rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, look);
         if (errors.get())
             return *errors.get();
+        if (names_singular_matrix(words))
+            return find_singular_file(parts);
     } catch (const Exception&) {
         // Only OpenColorIO's message is left.
     }
     return diagnostics::make_error(Code::CONVERSION_IMPOSSIBLE, diagnostics::flatten(words));
+}
+
+std::optional<Diagnostic> find_unset_variable(const ConstConfigRcPtr& config) {
+    const TransformGraph graph(config);
+    for (const GraphNode& node : graph.get_nodes())
+        for (const std::string& source : graph.dependencies_of(node).files)
+            if (!find_variables(resolve_variables(config, source)).empty() &&
+                locate_file(config, source).empty())
+                return describe_missing(config, source);
+    return std::nullopt;
 }
 
 } // namespace ocio

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -15,6 +16,10 @@ namespace ocio {
 /// OpenColorIO's message, used when nothing is found.
 diagnostics::Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                                    const char* words);
+
+/// Error about the first file transform of the config whose path contains a context variable without a value;
+/// empty if there is none.
+std::optional<diagnostics::Diagnostic> find_unset_variable(const ConstConfigRcPtr& config);
 
 /// Runs `make`, in which OpenColorIO makes `conversion`, and adds a diagnostic to its exceptions. Exceptions
 /// that already have one, and std::bad_alloc, pass unchanged.

@@ -1,6 +1,10 @@
 #include "colorio/ocio/sanity_check.h"
 
+#include <string_view>
+
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/error.h"
+#include "colorio/ocio/failure_cause.h"
 #include "colorio/ocio/v2/config_views.h"
 
 namespace ocio {
@@ -35,7 +39,15 @@ void check_by_library(const ConstConfigRcPtr& config) {
     const ConfigRcPtr copy = create_editable_copy(config);
     if (copy->getNumSearchPaths() == 0)
         copy->addSearchPath(".");
-    copy->validate();
+    try {
+        copy->validate();
+    } catch (const Exception& exception) {
+        constexpr std::string_view ABOUT_A_PATH = "cannot be resolved";
+        const bool is_about_path = std::string_view(exception.what()).find(ABOUT_A_PATH) != ABOUT_A_PATH.npos;
+        if (const auto cause = is_about_path ? find_unset_variable(config) : std::nullopt)
+            throw Error(*cause, exception.what());
+        throw;
+    }
 }
 
 } // namespace ocio
