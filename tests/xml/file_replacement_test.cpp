@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "tests/support/file_size_limit.h"
+#include "tests/support/other_user.h"
 #include "tests/xml/xml_test.h"
 
 namespace {
@@ -90,12 +91,19 @@ TEST_F(FileReplacing, ADirectoryIsCode15) {
 }
 
 TEST_F(FileReplacing, AWriteProtectedFileIsCode15) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "the superuser writes every file";
     const std::string path = folder.file("old.xml", "old");
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    EXPECT_EQ(write(path), XmlError::CANNOT_OPEN_FOR_WRITING);
+    ASSERT_EQ(chmod(folder.path("").c_str(), 0777), 0);
+    if (geteuid() == 0)
+        ASSERT_EQ(chown(path.c_str(), OTHER_USER, OTHER_USER), 0);
+    const auto write_as_owner = [&](mode_t mode) {
+        EXPECT_EQ(chmod(path.c_str(), mode), 0);
+        const WithoutPrivileges unprivileged;
+        return write(path);
+    };
+    EXPECT_EQ(write_as_owner(0444), XmlError::CANNOT_OPEN_FOR_WRITING);
     EXPECT_EQ(read_bytes(path), "old");
+    EXPECT_EQ(write_as_owner(0644), XmlError::NONE);
+    EXPECT_EQ(read_bytes(path), small_text());
 }
 
 TEST_F(FileReplacing, TheLongestNamesAreReplacedToo) {
