@@ -93,8 +93,9 @@ TEST_F(FileReplacing, ADirectoryIsCode15) {
 TEST_F(FileReplacing, AWriteProtectedFileIsCode15) {
     const std::string path = folder.file("old.xml", "old");
     ASSERT_EQ(chmod(folder.path("").c_str(), 0777), 0);
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         ASSERT_EQ(chown(path.c_str(), OTHER_USER, OTHER_USER), 0);
+    }
     const auto write_as_owner = [&](mode_t mode) {
         EXPECT_EQ(chmod(path.c_str(), mode), 0);
         const WithoutPrivileges unprivileged;
