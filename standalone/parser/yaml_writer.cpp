@@ -1,6 +1,7 @@
 #include "standalone/parser/yaml_writer.h"
 
 #include <unordered_set>
+#include <utility>
 
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_group.h"
@@ -116,8 +117,9 @@ YamlText write_yaml(const ParserGroup& group) {
     } catch (const TooMuch& refusal) {
         return {std::nullopt, refusal.reason};
     }
+    // The root follows nothing, so the blank or line end that would part it from a name is not needed.
+    writer.text.erase(0, 1);
     if (writer.text.size() > MAX_FILE_SIZE)
         return {std::nullopt, "more than " + std::to_string(MAX_FILE_SIZE) + " bytes"};
-    // The root follows nothing, so the blank or line end that would part it from a name is not needed.
-    return {writer.text.substr(1), {}};
+    return {std::move(writer.text), {}};
 }

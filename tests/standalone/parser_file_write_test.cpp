@@ -155,16 +155,16 @@ TEST_F(WriteParserFile, StringsReadBackByteForByte) {
 }
 
 TEST_F(WriteParserFile, NamesThatOtherReadersTakeForSomethingElseAreQuoted) {
-    for (const char* name : {"n", "Yes", "null", "12", "a b", "-", "x-1"})
+    for (const char* name : {"n", "Yes", "FALSE", "null", "12", "a b", "-", "x-1"})
         add(name);
-    EXPECT_EQ(write(), "\"n\":\n\"Yes\":\n\"null\":\n\"12\":\n\"a b\":\n\"-\":\nx-1:\n");
+    EXPECT_EQ(write(), "\"n\":\n\"Yes\":\n\"FALSE\":\n\"null\":\n\"12\":\n\"a b\":\n\"-\":\nx-1:\n");
     expect_round_trip();
 }
 
 TEST_F(WriteParserFile, NamesOfLettersDigitsAndDashesStandPlain) {
-    for (const char* name : {"a0", "a9", "z_Z", "_a-b"})
+    for (const char* name : {"a0", "a9", "z_Z", "_a-b", "A-A"})
         add(name);
-    EXPECT_EQ(write(), "a0:\na9:\nz_Z:\n_a-b:\n");
+    EXPECT_EQ(write(), "a0:\na9:\nz_Z:\n_a-b:\nA-A:\n");
 }
 
 TEST_F(WriteParserFile, WhatIsUtf8IsWrittenAsTextAndOtherBytesAsBinaryData) {
@@ -173,6 +173,22 @@ TEST_F(WriteParserFile, WhatIsUtf8IsWrittenAsTextAndOtherBytesAsBinaryData) {
     add("b").add_string(CoreString(std::string_view("x\0y", 3)));
     EXPECT_EQ(write(), "!!pairs\n- a: \"\xED\x9F\xBF\"\n- a: \"\xEE\x80\x80\"\n- a: !!binary \"7aCA\"\n"
                        "- a: !!binary \"7b+/\"\n- b: \"x\\x00y\"\n");
+}
+
+// The first and the last character of each length, and the neighbors of those that are escaped.
+TEST_F(WriteParserFile, CharactersThatDoNotPrintAreEscaped) {
+    for (const char* text :
+         {"~\x7F", "\xC2\x80", "\xC2\x85\xC2\x9F\xC2\xA0", "\xC3\xA9\xDF\xBF", "\xE0\xA0\x80",
+          "\xE2\x80\xA7\xE2\x80\xA8\xE2\x80\xA9\xE2\x80\xAA", "\xEF\xBB\xBE\xEF\xBB\xBF\xEF\xBC\x80",
+          "\xEF\xBF\xBD\xEF\xBF\xBE\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF1\x80\x80\x81", "\xF0\x9F\xBF\xBE",
+          "\xF4\x8F\xBF\xBD\xF4\x8F\xBF\xBF", "\xF4\x90\x80\x80"})
+        add("a").add_string(text);
+    EXPECT_EQ(write(), "!!pairs\n- a: \"~\\x7F\"\n- a: \"\\x80\"\n- a: \"\\x85\\x9F\xC2\xA0\"\n"
+                       "- a: \"\xC3\xA9\xDF\xBF\"\n- a: \"\xE0\xA0\x80\"\n"
+                       "- a: \"\xE2\x80\xA7\\u2028\\u2029\xE2\x80\xAA\"\n"
+                       "- a: \"\xEF\xBB\xBE\\uFEFF\xEF\xBC\x80\"\n- a: \"\xEF\xBF\xBD\\uFFFE\\uFFFF\"\n"
+                       "- a: \"\xF0\x90\x80\x80\"\n- a: \"\xF1\x80\x80\x81\"\n- a: \"\\U0001FFFE\"\n"
+                       "- a: \"\xF4\x8F\xBF\xBD\\U0010FFFF\"\n- a: !!binary \"9JCAgA==\"\n");
 }
 
 TEST_F(WriteParserFile, LongNamesReadBack) {
@@ -267,6 +283,17 @@ TEST_F(WriteParserFile, MoreThanCanBeReadBackIsRefused) {
     entry.add_int(1);
     EXPECT_FALSE(file.write(folder.file("file.yaml").c_str()));
     EXPECT_THAT(file.get_error().get_data(), HasSubstr("file.yaml: more than 500000 entries and values"));
+}
+
+TEST_F(WriteParserFile, TheLongestFileReadsBack) {
+    const std::string around = "long: \"\"\n";
+    ParserEntry& entry = add("long");
+    entry.add_string(CoreString(std::string_view(std::string(8'388'608 - around.size(), 'x'))));
+    EXPECT_EQ(write().size(), 8'388'608u);
+    EXPECT_EQ(read_back().size(), describe(file.get_root()).size());
+    entry.reset();
+    entry.add_string(CoreString(std::string_view(std::string(8'388'609 - around.size(), 'x'))));
+    EXPECT_FALSE(file.write(folder.file("file.yaml").c_str()));
 }
 
 TEST_F(WriteParserFile, AFailedWriteIsNamedAndLeavesTheOldFile) {
