@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 #include "host/core/core_base_object.h"
 #include "host/event/event_object.h"
 #include "host/of/of_app.h"
@@ -75,6 +78,27 @@ TEST(CoreClassInfo, TheFirstRegistrationOfANameStays) {
     EXPECT_EQ(first.get_user_data(), &data);
     EXPECT_EQ(CoreClassInfo::find("TestPainting"), &first);
     EXPECT_EQ(CoreClassInfo::find("TestSculpture"), nullptr);
+}
+
+// Registers classes that other threads register too, and looks each up; counts what is not found.
+unsigned int count_lost_classes() {
+    unsigned int lost = 0;
+    for (unsigned int i = 0; i < 5000; ++i) {
+        const CoreString name = CoreString("TestThread") + CoreString::from_unsigned(i);
+        const CoreClassInfo& info = CoreClassInfo::new_class(name.get_data(), destroy_nothing);
+        lost += CoreClassInfo::find(name) != &info || info.get_name() != name;
+    }
+    return lost;
+}
+
+TEST(CoreClassInfo, SeveralThreadsMayRegisterAndFindClassesAtOnce) {
+    unsigned int lost[4] = {};
+    std::vector<std::thread> threads;
+    for (unsigned int& count : lost)
+        threads.emplace_back([&count] { count = count_lost_classes(); });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(lost[0] + lost[1] + lost[2] + lost[3], 0u);
 }
 
 class Counted : public EventObject {

@@ -69,6 +69,21 @@ TEST(OfEnum, AddValuesStopsAtTheShorterArray) {
     EXPECT_EQ(roles.get_change_count(), 1u);
 }
 
+TEST(OfEnum, AddingNoValuesIsNoChange) {
+    OfEnum roles("roles", 77u);
+    const unsigned long long revision = roles.get_revision();
+    CoreVector<CoreString> labels;
+    CoreVector<unsigned int> values;
+    roles.add_values(labels, values);
+    EXPECT_EQ(roles.get_change_count(), 0u);
+    EXPECT_EQ(roles.get_revision(), revision);
+    labels.append("a");
+    values.append(1);
+    roles.add_values(labels, values);
+    EXPECT_EQ(roles.get_change_count(), 1u);
+    EXPECT_GT(roles.get_revision(), revision);
+}
+
 TEST(OfEnum, TheSeparatorIsEmptyUntilSet) {
     OfEnum roles("roles", 77u);
     EXPECT_TRUE(roles.get_separator().is_empty());

@@ -68,6 +68,16 @@ TEST_F(ReadParserFile, ANullNameIsAnEmptyOne) {
               "a=i1; =s\"x\"; =s\"y\"; ={z=i1}; =i2 i3; =i1; b=i4");
 }
 
+TEST_F(ReadParserFile, OneDigitIsEnough) {
+    EXPECT_EQ(read_and_describe("n: [0x7, 0o7, 0xF, 8, +8, -8]\n"), "n=i7 i7 i15 i8 i8 i-8");
+    ASSERT_TRUE(read("r: [1e-5, 1E+5, 2E3, -2e-3, .5e1, 5.e1]\n"));
+    const double expected[] = {1e-5, 1e5, 2000, -0.002, 5, 50};
+    for (unsigned int i = 0; i < 6; ++i) {
+        EXPECT_TRUE(entry(0).is_value_double(i)) << i;
+        EXPECT_EQ(entry(0).get_double(i), expected[i]) << i;
+    }
+}
+
 TEST_F(ReadParserFile, RealsAreExact) {
     ASSERT_TRUE(
         read("r: [1.0, -0.0, .5, 5., 1e3, 2147483648, 0xFFFFFFFF, .inf, -.INF, 1e400, 0x80000000, .nan]"));

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -133,6 +135,18 @@ TEST_F(Preferences, UnknownEntriesSurviveALoadAndASave) {
             "future=i1 {a=d4004000000000000}; window=s\"1\"");
 }
 
+TEST_F(Preferences, UnknownEntriesSurviveInTheFirstPlaceAndWithoutAName) {
+    folder.write("config/qb_colorio/preferences.yaml",
+                 "future: 1\ncolor_management: {\"\": 2, look: 3}\nuse_color_space_file: 1\n");
+    ASSERT_TRUE(preferences.load_to_change(app));
+    app.set_use_color_space_file(false);
+    ASSERT_TRUE(preferences.save(app, save_one_space));
+    EXPECT_EQ(describe_file(),
+              std::string(DEFAULTS) +
+                  "color_management={space=s\"plate\"; extension=s\"OpenEXR\"; =i2; look=i3}; "
+                  "future=i1");
+}
+
 TEST_F(Preferences, UnknownEntriesSurviveAModuleWithNothingToSave) {
     folder.write("config/qb_colorio/preferences.yaml", "color_management: {look: 1, space: old}\n");
     ASSERT_TRUE(preferences.save(app, save_nothing));
@@ -179,6 +193,17 @@ TEST_F(Preferences, LoadingADamagedFileChangesNothing) {
                                                               ":1:27: illegal EOF in scalar; the file is "
                                                               "not used.\n"}));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.file("config/qb_colorio")), {}), 1);
+}
+
+TEST_F(Preferences, ADamagedFileIsKnownByItsMarkerOrByAFieldInAnyLine) {
+    for (const char* damaged :
+         {"file_type:'qb_colorio preferences'\n{", "\n\nfile_type: qb_colorio preferences\n{",
+          "window: 1\nno colon\ncolor_space_file_path: \"/a", "use_color_space_file: \"1\n:\n"}) {
+        folder.write("config/qb_colorio/preferences.yaml", damaged);
+        EXPECT_TRUE(preferences.save(app, save_nothing)) << damaged;
+        EXPECT_EQ(folder.read("config/qb_colorio/preferences.yaml.damaged-1"), damaged);
+        std::filesystem::remove(path + ".damaged-1");
+    }
 }
 
 TEST_F(Preferences, ADamagedFileIsSetAsideBeforeASave) {
@@ -240,6 +265,15 @@ TEST_F(Preferences, NoOtherFileIsUsedRenamedOrOverwritten) {
                   1);
     }
     EXPECT_TRUE(log.contains("is not a preferences file"));
+}
+
+TEST_F(Preferences, WhoWasRefusedAChangeKeepsNobodyWaiting) {
+    folder.write("config/qb_colorio/preferences.yaml", "{}");
+    EXPECT_FALSE(preferences.load_to_change(app));
+    PreferenceFile other(path.c_str());
+    EXPECT_FALSE(other.load_to_change(app));
+    std::filesystem::remove(path);
+    EXPECT_TRUE(other.save(app, save_nothing));
 }
 
 TEST_F(Preferences, PipesAndDevicesAreRefusedAndNothingWaits) {
@@ -304,6 +338,22 @@ TEST_F(Preferences, ValuesThatMakeNoSenseAreNamedAndIgnored) {
     EXPECT_THAT(log.get_lines(),
                 ElementsAre(ignored(":1", "color_space_file_path"), ignored(":2", "use_color_space_file"),
                             ignored(":4", "use_color_space_by_extension_file")));
+}
+
+TEST_F(Preferences, SwitchesAreNumbersOrWords) {
+    app.set_use_color_space_file(true);
+    app.set_use_color_space_by_extension_file(7);
+    folder.write("config/qb_colorio/preferences.yaml",
+                 "use_color_space_file: 0\nuse_color_space_by_extension_file: 0\n");
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_FALSE(app.get_use_color_space_file());
+    EXPECT_EQ(app.get_use_color_space_by_extension_file(), 0u);
+    folder.write("config/qb_colorio/preferences.yaml",
+                 "use_color_space_file: 2\nuse_color_space_by_extension_file: True\n");
+    EXPECT_TRUE(preferences.load(app));
+    EXPECT_TRUE(app.get_use_color_space_file());
+    EXPECT_EQ(app.get_use_color_space_by_extension_file(), 1u);
+    EXPECT_THAT(log.get_lines(), IsEmpty());
 }
 
 TEST_F(Preferences, ListsInThePlaceOfOneValueAreIgnored) {
@@ -382,9 +432,20 @@ TEST(PreferencePath, FollowsTheConfigVariableWhenItIsAbsolute) {
     EXPECT_EQ(PreferenceFile::get_default_path(), "/home/somebody/.config/qb_colorio/preferences.yaml");
     variable.unset();
     EXPECT_EQ(PreferenceFile::get_default_path(), "/home/somebody/.config/qb_colorio/preferences.yaml");
-    home.set("relative");
-    const std::string path(PreferenceFile::get_default_path().view());
-    EXPECT_TRUE(path.empty() || path[0] == '/') << "the password file's home, if any: " << path;
+}
+
+TEST(PreferencePath, LiesInTheHomeOfThePasswordFileWhenTheVariableNamesNone) {
+    const passwd* const user = getpwuid(geteuid());
+    if (!user || user->pw_dir[0] != '/')
+        GTEST_SKIP() << "this user has no home in the password file";
+    const std::string expected = std::string(user->pw_dir) + "/.config/qb_colorio/preferences.yaml";
+    const EnvGuard variable("XDG_CONFIG_HOME");
+    EnvGuard home("HOME");
+    EXPECT_EQ(PreferenceFile::get_default_path().view(), expected);
+    for (const char* value : {"relative", ""}) {
+        home.set(value);
+        EXPECT_EQ(PreferenceFile::get_default_path().view(), expected) << value;
+    }
 }
 
 TEST(PreferencePath, WithoutAPathNothingIsSaved) {

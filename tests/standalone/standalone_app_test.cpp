@@ -356,6 +356,52 @@ TEST_F(NoHome, FoldersOfKilledProcessesAreRemovedByTheNext) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(places), {}), 2);
 }
 
+TEST_F(NoHome, OnlyItsOwnAbandonedFoldersAreRemoved) {
+    const std::string abandoned = places + "/qb_colorio-aBc123";
+    const std::string kept[] = {places + "/qb_colorio-aBc1234", places + "/qb_colorio-aBc12",
+                                places + "/QB_colorio-aBc123", places + "/xqb_colorio-Bc123"};
+    std::filesystem::create_directories(abandoned + "/qb_colorio");
+    for (const std::string& other : kept)
+        std::filesystem::create_directory(other);
+    folder.write("places/qb_colorio-a_file", "somebody's");
+    folder.write("elsewhere/file", "somebody's");
+    std::filesystem::create_directory_symlink(folder.file("elsewhere"), places + "/qb_colorio-a_link");
+    CoreString path;
+    StandaloneApp app;
+    ASSERT_TRUE(app.create_temp_folder("luts", path));
+    EXPECT_FALSE(std::filesystem::exists(abandoned));
+    for (const std::string& other : kept)
+        EXPECT_TRUE(std::filesystem::exists(other)) << other;
+    EXPECT_TRUE(folder.exists("places/qb_colorio-a_file"));
+    EXPECT_TRUE(folder.exists("places/qb_colorio-a_link"));
+    EXPECT_TRUE(folder.exists("elsewhere/file"));
+}
+
+TEST_F(NoHome, FoldersOfOtherUsersStay) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can make a folder of another user";
+    const std::string other = places + "/qb_colorio-aBc123";
+    std::filesystem::create_directory(other);
+    ASSERT_EQ(chown(other.c_str(), OTHER_USER, OTHER_USER), 0);
+    CoreString path;
+    StandaloneApp app;
+    ASSERT_TRUE(app.create_temp_folder("luts", path));
+    EXPECT_TRUE(std::filesystem::exists(other));
+}
+
+TEST_F(NoHome, AVariableThatNamesNoFolderIsPassedOver) {
+    for (const std::string& value : {folder.file("absent"), std::string("relative")}) {
+        temporary.set(value);
+        CoreString path;
+        StandaloneApp app;
+        ASSERT_TRUE(app.create_temp_folder("luts", path)) << value;
+        EXPECT_TRUE(path.start_with("/tmp/qb_colorio-") || path.start_with("/var/tmp/qb_colorio-") ||
+                    path.start_with("/dev/shm/qb_colorio-"))
+            << path.get_data();
+    }
+    EXPECT_FALSE(std::filesystem::exists("relative"));
+}
+
 TEST_F(NoHome, AHostThatNamesTheFolderGetsNoOther) {
     CoreString path;
     StandaloneApp app("/proc/nowhere");

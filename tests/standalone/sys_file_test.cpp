@@ -197,9 +197,18 @@ TEST(SysFileReading, ReadsOnFromWhereItStopped) {
     EXPECT_EQ(file.read(4), "");
     EXPECT_EQ(file.write("x"), -1);
     EXPECT_TRUE(file.close());
+    EXPECT_FALSE(file.is_opened());
     EXPECT_FALSE(file.close());
     EXPECT_EQ(file.read(4), "");
     EXPECT_EQ(folder.read("file"), "abcdef");
+}
+
+TEST(SysFileReading, AFileOpenForWritingIsNotRead) {
+    const TempDir folder;
+    SysFile file(folder.write("file", "abcdef").c_str(), SysFile::MODE_WRITE, 0);
+    EXPECT_EQ(file.read(4), "");
+    EXPECT_TRUE(file.close());
+    EXPECT_FALSE(file.is_opened());
 }
 
 TEST(SysFileReading, AskingForMoreThanThereIsTakesWhatThereIs) {

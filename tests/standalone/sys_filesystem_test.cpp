@@ -26,6 +26,7 @@ TEST(SysFilesystem, FilesExistThroughLinksAndFoldersDoNotCount) {
 TEST(SysFilesystem, TheExtensionFollowsTheLastDotOfTheFileName) {
     EXPECT_EQ(SysFilesystem::get_file_extension("/shots/a.tar.CCC"), "CCC");
     EXPECT_EQ(SysFilesystem::get_file_extension("grade.cdl"), "cdl");
+    EXPECT_EQ(SysFilesystem::get_file_extension("/luts/a.cube"), "cube");
     EXPECT_EQ(SysFilesystem::get_file_extension("trailing."), "");
     EXPECT_EQ(SysFilesystem::get_file_extension(""), "");
 }
