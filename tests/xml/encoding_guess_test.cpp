@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include "tests/xml/xml_test.h"
 #include "xml/xml_encoding.h"
@@ -51,6 +52,16 @@ TEST_F(XmlTest, GuessForgivesACharacterThatTheBufferCuts) {
     EXPECT_EQ(guess(PADDING + "\xC3"), XmlEncoding::UTF_8);
 }
 
+TEST_F(XmlTest, GuessReadsNothingBehindTheBuffer) {
+    for (const std::string& end :
+         {std::string("\xF0"), std::string("\xC3\xA9"), std::string("encoding = \"gbk")}) {
+        const std::string text = PADDING + end;
+        const std::vector<char> exact(text.begin(), text.end());
+        EXPECT_EQ(guess_encoding(exact.data(), exact.size(), true),
+                  end.back() == 'k' ? XmlEncoding::GBK : XmlEncoding::UTF_8);
+    }
+}
+
 TEST_F(XmlTest, GuessStopsItsCheckAtAZeroByte) {
     EXPECT_EQ(guess(PADDING + std::string(1, '\0') + "\xE9("), XmlEncoding::UTF_8);
     EXPECT_EQ(guess("\xC3" + std::string(1, '\0') + PADDING), XmlEncoding::SINGLE_BYTE);
@@ -84,6 +95,7 @@ TEST_F(XmlTest, GuessAllowsBlanksAndEitherQuoteInTheDeclaration) {
 TEST_F(XmlTest, GuessFallsBackOnTheBytesWhenTheDeclarationIsIncomplete) {
     EXPECT_EQ(guess("<doc>encoding</doc>" + PADDING), XmlEncoding::UTF_8);
     EXPECT_EQ(guess("<doc encoding=gbk/>" + PADDING), XmlEncoding::UTF_8);
+    EXPECT_EQ(guess("<doc encoding:\"gbk\"/>" + PADDING), XmlEncoding::UTF_8);
     EXPECT_EQ(guess("<doc encoding=gbk/>\xE9(" + PADDING), XmlEncoding::SINGLE_BYTE);
     EXPECT_EQ(guess(PADDING + "encoding"), XmlEncoding::UTF_8);
     EXPECT_EQ(guess(PADDING + "encoding="), XmlEncoding::UTF_8);

@@ -81,6 +81,7 @@ TEST_F(XmlTest, ContentBesideTheDocumentElementIsCode8) {
     EXPECT_EQ(fault("<a/>&#32;"), "8 at 1:5");
     EXPECT_EQ(fault("<a/><b/>"), "8 at 1:5");
     EXPECT_EQ(fault("text <a/>"), "8 at 1:1");
+    EXPECT_EQ(fault("text <?p?>"), "8 at 1:1");
     EXPECT_EQ(fault("\n &#32;<a/>"), "8 at 2:2");
     EXPECT_EQ(fault("<?xml version='1.0'?> x <!--c--> y <a/>"), "8 at 1:23");
 }

@@ -31,6 +31,16 @@ TEST_F(ParseReport, NamesTheFileTheErrorAndThePlace) {
     EXPECT_TRUE(node.is_empty());
 }
 
+TEST_F(ParseReport, GuessesTheEncodingByTheFirst200Bytes) {
+    const auto guessed = [&](std::size_t position) {
+        const std::string text = "<a>" + std::string(position - 3, 'x') + "\xE9(</a>";
+        EXPECT_EQ(printed(folder.file("a.xml", text)), "") << position;
+        return get_xml_settings().encoding;
+    };
+    EXPECT_EQ(guessed(198), XmlEncoding::SINGLE_BYTE);
+    EXPECT_EQ(guessed(199), XmlEncoding::UTF_8) << "the second byte of that character is not looked at";
+}
+
 TEST_F(ParseReport, NamesAMissingFirstTag) {
     const std::string path = folder.file("a.xml", "<a><b><c/></b></a>");
     EXPECT_EQ(printed(path, "c"),

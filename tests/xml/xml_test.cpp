@@ -105,7 +105,7 @@ std::string tree(const char* text, const char* first_tag) {
 }
 
 std::string outcome(const XmlResults& results) {
-    if (results.error == XmlError::NONE)
+    if (results.error == XmlError::NONE && results.line == 0 && results.column == 0)
         return "none";
     return std::to_string(static_cast<int>(results.error)) + " at " + std::to_string(results.line) + ":" +
            std::to_string(results.column);

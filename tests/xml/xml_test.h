@@ -44,6 +44,6 @@ std::string describe(const XmlNode& node);
 /// describe() of a parsed text, with any code.
 std::string tree(const char* text, const char* first_tag = nullptr);
 
-/// "none", or "CODE at LINE:COLUMN".
+/// "none" for no error and no place, else "CODE at LINE:COLUMN".
 std::string outcome(const XmlResults& results);
 std::string fault(const char* text, const char* first_tag = nullptr);
