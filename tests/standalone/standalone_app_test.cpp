@@ -356,15 +356,21 @@ TEST_F(NoHome, FoldersOfKilledProcessesAreRemovedByTheNext) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(places), {}), 2);
 }
 
+// Makes a folder as a killed process leaves it.
+void mark(const std::string& path) {
+    std::filesystem::create_directory(path);
+    std::ofstream(path + "/.qb_colorio-process-folder") << "qb_colorio: temporary files of one process\n";
+}
+
 TEST_F(NoHome, OnlyItsOwnAbandonedFoldersAreRemoved) {
     const std::string abandoned = places + "/qb_colorio-aBc123";
     const std::string kept[] = {places + "/qb_colorio-aBc1234", places + "/qb_colorio-aBc12",
                                 places + "/QB_colorio-aBc123", places + "/xqb_colorio-Bc123"};
-    std::filesystem::create_directories(abandoned + "/qb_colorio");
+    mark(abandoned);
     for (const std::string& other : kept)
-        std::filesystem::create_directory(other);
+        mark(other);
     folder.write("places/qb_colorio-a_file", "somebody's");
-    folder.write("elsewhere/file", "somebody's");
+    mark(folder.file("elsewhere"));
     std::filesystem::create_directory_symlink(folder.file("elsewhere"), places + "/qb_colorio-a_link");
     CoreString path;
     StandaloneApp app;
@@ -374,14 +380,14 @@ TEST_F(NoHome, OnlyItsOwnAbandonedFoldersAreRemoved) {
         EXPECT_TRUE(std::filesystem::exists(other)) << other;
     EXPECT_TRUE(folder.exists("places/qb_colorio-a_file"));
     EXPECT_TRUE(folder.exists("places/qb_colorio-a_link"));
-    EXPECT_TRUE(folder.exists("elsewhere/file"));
+    EXPECT_TRUE(folder.exists("elsewhere/.qb_colorio-process-folder"));
 }
 
 TEST_F(NoHome, FoldersOfOtherUsersStay) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only the superuser can make a folder of another user";
     const std::string other = places + "/qb_colorio-aBc123";
-    std::filesystem::create_directory(other);
+    mark(other);
     ASSERT_EQ(chown(other.c_str(), OTHER_USER, OTHER_USER), 0);
     CoreString path;
     StandaloneApp app;
