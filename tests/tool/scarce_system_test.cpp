@@ -99,13 +99,14 @@ TEST_F(ScarceSystem, WithFewThreadsConvertsWithThoseAndNamesTheFileInEveryError)
     unsigned int least = 1;
     while (least < 100 && run_with_few_threads({"--version"}, least).code != 0)
         ++least;
-    for (const unsigned int more : {0u, 1u, 2u, 3u, 4u, 6u, 9u, 12u}) {
+    for (const unsigned int more : {0u, 1u, 3u, 5u, 7u, 10u, 14u, 20u}) {
         const ToolRun run = run_with_few_threads({"convert", path("in.%04d.exr"), path("output/out.%04d.exr"),
                                                   "--frames", "1-3", "--from", "sRGB", "--to", "linear"},
                                                  least + more);
         EXPECT_THAT(find_errors_without_file(run.err), IsEmpty()) << more;
-        // One for the process that starts image readers, one for interrupts, one for the reader.
-        if (more < 3)
+        // Libraries that do with fewer threads take the first ones; the reader is a process that has to
+        // start.
+        if (more < 10)
             EXPECT_TRUE(run.code == 0 || run.code == 1) << more << run;
         else
             EXPECT_EQ(run.code, 0) << more << run;
