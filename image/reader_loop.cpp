@@ -105,16 +105,17 @@ private:
             path = reader.get_text();
             if (!folder.empty() && chdir(folder.c_str()) != 0 && path[0] != '/')
                 fail_to_read(path, fmt::format("cannot change to the folder '{}'", folder));
-            open(reader.get<int>(), answer);
+            const int threads = reader.get<int>();
+            open(threads, reader.get<bool>(), answer);
         } else {
             read(reader.get<std::uint32_t>(), request.descriptor, new_memory);
             answer.add(ReaderAnswer::READ);
         }
     }
 
-    void open(int threads, MessageWriter& answer) {
+    void open(int threads, bool counted, MessageWriter& answer) {
         file.reset();
-        start_threads(threads);
+        start_threads(threads, counted);
         allow_memory(0);
         try {
             file.emplace(path);
@@ -169,11 +170,13 @@ private:
         return memory.get_descriptor();
     }
 
-    void start_threads(int wanted) {
+    /// `counted`: the program has made sure that they can be started.
+    void start_threads(int wanted, bool counted) {
         if (threads != 0)
             return;
         const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
-        threads = limit_threads(wanted > 0 ? wanted : cores);
+        const int count = wanted > 0 ? wanted : cores;
+        threads = counted ? use_threads(count) : limit_threads(count);
         data_bytes = get_data_bytes();
     }
 

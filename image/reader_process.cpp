@@ -153,6 +153,7 @@ ReaderProcess::OpenedImage ReaderProcess::open(const std::string& image_path) {
     request.add_text(path);
     const int most = get_thread_limit() > 0 ? get_thread_limit() : OIIO::get_int_attribute("threads");
     request.add(threads > 0 ? std::min(threads, most) : most);
+    request.add(get_thread_limit() > 0); // and so counted
     return exchange([&] {
         MessageReader answer =
             ask(request, ReaderAnswer::OPENED, limits.header_processor_time, limits.header_time);

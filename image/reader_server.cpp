@@ -18,7 +18,6 @@
 #include "image/message.h"
 #include "image/message_channel.h"
 #include "image/reader_loop.h"
-#include "image/startable_threads.h"
 
 namespace image {
 
@@ -149,7 +148,6 @@ void start_reader_server() {
         connection.error = errno;
         return;
     }
-    share_thread_counting();
     const pid_t server = fork();
     if (server == 0) {
         setpgid(0, 0); // an interrupt from the terminal is for the program, which then ends its readers

@@ -1,12 +1,9 @@
 #include "image/startable_threads.h"
 
-#include <pthread.h>
 #include <stdlib.h>
-#include <sys/mman.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
@@ -23,58 +20,13 @@ namespace image {
 
 namespace {
 
-/// Threads and processes that others may start between counting and starting: those that convert and read
-/// images.
+/// Threads and processes that are started besides: those that convert and read images.
 constexpr int RESERVE = 8;
 /// How long the system may take to forget threads that have ended.
 constexpr std::chrono::milliseconds PATIENCE{200};
 
 std::atomic<int> thread_limit{0};
 std::atomic<bool> has_pool{false};
-
-/// Lets one process of the program and its image readers count and start threads at a time.
-class StartLock {
-public:
-    StartLock() : is_held(lock(get_mutex())) {}
-    ~StartLock() {
-        if (is_held)
-            pthread_mutex_unlock(get_mutex());
-    }
-    StartLock(const StartLock&) = delete;
-    StartLock& operator=(const StartLock&) = delete;
-
-    /// Null where there is no memory. Processes forked after the first call share it.
-    static pthread_mutex_t* get_mutex() {
-        static pthread_mutex_t* const shared = make_mutex();
-        return shared;
-    }
-
-private:
-    static pthread_mutex_t* make_mutex() {
-        void* const memory =
-            mmap(nullptr, sizeof(pthread_mutex_t), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-        if (memory == MAP_FAILED)
-            return nullptr;
-        auto* const mutex = static_cast<pthread_mutex_t*>(memory);
-        pthread_mutexattr_t attributes;
-        pthread_mutexattr_init(&attributes);
-        pthread_mutexattr_setpshared(&attributes, PTHREAD_PROCESS_SHARED);
-        pthread_mutexattr_setrobust(&attributes, PTHREAD_MUTEX_ROBUST);
-        pthread_mutex_init(mutex, &attributes);
-        pthread_mutexattr_destroy(&attributes);
-        return mutex;
-    }
-
-    /// A process that was killed leaves the mutex to the next one.
-    static bool lock(pthread_mutex_t* mutex) {
-        const int outcome = mutex ? pthread_mutex_lock(mutex) : EINVAL;
-        if (outcome == EOWNERDEAD)
-            pthread_mutex_consistent(mutex);
-        return outcome == 0 || outcome == EOWNERDEAD;
-    }
-
-    const bool is_held;
-};
 
 /// Threads of this process, as the system counts them.
 std::ptrdiff_t count_threads() {
@@ -152,21 +104,22 @@ int count_startable_threads(int wanted) {
     return static_cast<int>(threads.size());
 }
 
-int limit_threads(int wanted) {
-    const StartLock lock;
-    const int needed = get_started_threads(wanted);
-    const int room = count_startable_threads(needed + RESERVE) - RESERVE;
-    const int threads = room >= needed ? wanted : std::max(1, room / 2);
-    thread_limit = room >= get_started_threads(threads) ? start_threads(threads) : start_none();
-    return thread_limit;
+int limit_threads(int wanted, int processes) {
+    if (wanted <= 1)
+        return thread_limit = start_none();
+    const int room = count_startable_threads(processes * get_started_threads(wanted) + RESERVE) - RESERVE;
+    int threads = wanted;
+    while (threads > 1 && processes * get_started_threads(threads) > room)
+        --threads;
+    return use_threads(threads);
+}
+
+int use_threads(int threads) {
+    return thread_limit = threads > 1 ? start_threads(threads) : start_none();
 }
 
 int get_thread_limit() {
     return thread_limit;
-}
-
-void share_thread_counting() {
-    StartLock::get_mutex();
 }
 
 } // namespace image

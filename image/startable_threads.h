@@ -7,15 +7,16 @@ namespace image {
 int count_startable_threads(int wanted);
 
 /// Sets the number of threads of OpenImageIO and OpenEXR to `wanted`, or to fewer if the system cannot start
-/// that many. Returns the number, which is at least 1.
-int limit_threads(int wanted);
+/// that many in each of `processes`, this one and others that will read images for it. Returns the number,
+/// which is at least 1. Counting takes all threads that there are for a moment, so no other process of the
+/// program should be starting any.
+int limit_threads(int wanted, int processes = 1);
 
-/// What limit_threads returned last in this process; 0 before. If it is 1, there may be no room for
-/// OpenImageIO to start even one.
+/// Sets it without counting, in a process that limit_threads counted for.
+int use_threads(int threads);
+
+/// The number set last in this process; 0 before. If it is 1, there may be no room for OpenImageIO to start
+/// even one.
 int get_thread_limit();
-
-/// To be called before processes are forked that limit their threads, too: one at a time counts and starts
-/// them, as the threads that another one counts would be missing.
-void share_thread_counting();
 
 } // namespace image

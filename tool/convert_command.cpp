@@ -104,8 +104,8 @@ ConvertCommand::ConvertCommand(Options& program)
 
 ExitCode ConvertCommand::run(Console& console) {
     check_usage();
-    threads =
-        image::limit_threads(threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency()));
+    const int wanted = threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency());
+    threads = image::limit_threads(wanted, 2); // those that read share as many
 
     const ToolSession session(session_options, console);
     settle_source(session, console);
