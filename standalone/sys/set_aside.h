@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/host_export.h"
+
 /// Renames the file at `path` to "`path`.damaged-N" with the first free number N from 1. Returns the new
 /// path; empty on failure.
-std::string set_aside(const std::string& path);
+HOST_API std::string set_aside(const std::string& path);
