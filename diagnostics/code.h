@@ -51,6 +51,16 @@ enum class Code {
     IMAGE_UNWRITABLE,
     IMAGE_UNSUPPORTED,
     FRAMES_MISSING,
+    // what went well, but not as one may expect: the codes of notes and of some warnings
+    NAME_SUBSTITUTED,
+    COLOR_SPACE_CHOSEN,
+    COLORS_UNCHANGED,
+    IMAGE_ADAPTED,
+    CDL_COPIED,
+    CDL_ROUNDED,
+    CDL_ELEMENT_IGNORED,
+    FORMAT_SHADOWED,
+    TEMPORARY_FOLDER,
     // everything else
     USAGE,
     USAGE_REFUSED,

@@ -1,7 +1,10 @@
 #include "diagnostics/diagnostic.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
+
+#include <strings.h>
 
 namespace diagnostics {
 
@@ -39,6 +42,27 @@ const Diagnostic* find_worst(const Diagnostics& list) {
 bool has_error(const Diagnostics& list) {
     return std::any_of(list.begin(), list.end(),
                        [](const Diagnostic& d) { return d.severity == Severity::ERROR; });
+}
+
+void add_new(Diagnostics& list, const Diagnostics& others) {
+    for (const Diagnostic& other : others) {
+        const auto known = std::find_if(list.begin(), list.end(), [&](Diagnostic candidate) {
+            candidate.severity = other.severity;
+            return candidate == other;
+        });
+        if (known == list.end())
+            list.push_back(other);
+        else
+            known->severity = std::max(known->severity, other.severity);
+    }
+}
+
+Diagnostics select(const Diagnostics& list, const std::string& subject) {
+    Diagnostics selected;
+    std::copy_if(list.begin(), list.end(), std::back_inserter(selected), [&](const Diagnostic& diagnostic) {
+        return strcasecmp(diagnostic.subject.c_str(), subject.c_str()) == 0;
+    });
+    return selected.empty() ? list : selected;
 }
 
 std::string format_located(const Diagnostic& diagnostic) {

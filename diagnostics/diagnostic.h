@@ -37,6 +37,13 @@ const Diagnostic* find_worst(const Diagnostics& list);
 /// Whether one of them has the severity ERROR.
 bool has_error(const Diagnostics& list);
 
+/// Adds those of `others` that are not in the list yet. One that differs in its severity alone is the same,
+/// and becomes as severe as the more severe of both.
+void add_new(Diagnostics& list, const Diagnostics& others);
+
+/// Those of the list about `subject`, ignoring case; all of them where there is none.
+Diagnostics select(const Diagnostics& list, const std::string& subject);
+
 /// The message, after its position if it has a line: "grades.ccc:3:17: the element is not closed".
 std::string format_located(const Diagnostic& diagnostic);
 

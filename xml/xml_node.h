@@ -57,6 +57,9 @@ public:
     /// The same for a regular file; FILE_NOT_FOUND when it cannot be opened or read, or exceeds 2 GiB.
     static XmlNode parse_file(const char* path, const char* first_tag = nullptr,
                               XmlResults* results = nullptr);
+    /// Parses the file in its guessed encoding. The current encoding stays, and nothing is printed.
+    static XmlNode parse_file_as_guessed(const char* path, const char* first_tag = nullptr,
+                                         XmlResults* results = nullptr);
     /// Guesses the encoding of the file and makes it the current one (see XmlSettings), then parses. Any code
     /// but NONE, warnings included, is reported on standard output and returns the empty node.
     static XmlNode parse_file_or_report(const char* path, const char* first_tag = nullptr,

@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
 #include "xml/file_input.h"
 #include "xml/node_record.h"
+#include "xml/printed_report.h"
 #include "xml/text_position.h"
 #include "xml/tokenizer.h"
 #include "xml/utf16.h"
@@ -16,7 +16,10 @@ namespace xml {
 
 namespace {
 
+/// Bytes that parse_file_or_report guesses from.
 constexpr std::size_t GUESS_WINDOW = 200;
+/// More of them make a better guess.
+constexpr std::size_t WIDE_GUESS_WINDOW = 4096;
 constexpr std::size_t UTF_8_MARK_LENGTH = 3;
 
 bool has_utf8_mark(const char* text) {
@@ -135,18 +138,10 @@ NodeRecord* parse_loaded_file(OwnedText file, const char* first_tag, XmlResults&
     return parse_owned(file, skipped, first_tag, results);
 }
 
-void select_guessed_encoding(const OwnedText& file) {
+void select_guessed_encoding(const OwnedText& file, std::size_t window) {
     XmlSettings settings = get_xml_settings();
-    settings.encoding = guess_encoding(file.buffer, std::min(file.length, GUESS_WINDOW), true);
+    settings.encoding = guess_encoding(file.buffer, std::min(file.length, window), true);
     set_xml_settings(settings);
-}
-
-void report(const char* path, const char* first_tag, const XmlResults& results) {
-    const bool tag_missing = results.error == XmlError::FIRST_TAG_NOT_FOUND;
-    std::printf("XML Parsing error inside file '%s'.\n%s\nAt line %i, column %i.\n%s%s%s",
-                path != nullptr ? path : "", get_error_text(results.error), results.line, results.column,
-                tag_missing ? "First Tag should be '" : "", tag_missing ? first_tag : "",
-                tag_missing ? "'.\n" : "");
 }
 
 } // namespace
@@ -180,12 +175,29 @@ XmlNode XmlNode::parse_file(const char* path, const char* first_tag, XmlResults*
     return node != nullptr ? XmlNode(node) : empty_node();
 }
 
+XmlNode XmlNode::parse_file_as_guessed(const char* path, const char* first_tag, XmlResults* results) {
+    const XmlSettings before = get_xml_settings();
+    XmlResults found;
+    xml::OwnedText file;
+    xml::NodeRecord* node = nullptr;
+    if (xml::read_file(path, file)) {
+        xml::select_guessed_encoding(file, xml::WIDE_GUESS_WINDOW);
+        node = xml::parse_loaded_file(file, first_tag, found);
+        set_xml_settings(before);
+    } else {
+        xml::fail(found, XmlError::FILE_NOT_FOUND);
+    }
+    if (results != nullptr)
+        *results = found;
+    return node != nullptr ? XmlNode(node) : empty_node();
+}
+
 XmlNode XmlNode::parse_file_or_report(const char* path, const char* first_tag, XmlResults* results) {
     XmlResults found;
     xml::OwnedText file;
     xml::NodeRecord* node = nullptr;
     if (xml::read_file(path, file)) {
-        xml::select_guessed_encoding(file);
+        xml::select_guessed_encoding(file, xml::GUESS_WINDOW);
         node = xml::parse_loaded_file(file, first_tag, found);
     } else {
         xml::fail(found, XmlError::FILE_NOT_FOUND);
@@ -195,6 +207,6 @@ XmlNode XmlNode::parse_file_or_report(const char* path, const char* first_tag, X
         *results = found;
     if (found.error == XmlError::NONE)
         return top;
-    xml::report(path, first_tag, found);
+    xml::print_report(path, first_tag, found);
     return empty_node();
 }

@@ -49,6 +49,20 @@ TEST(DiagnosticList, HasNoErrorAmongNotesAndWarnings) {
     EXPECT_EQ(find_worst({}), nullptr);
 }
 
+TEST(DiagnosticList, TakesEachCauseOnceAtItsWorst) {
+    Diagnostic warning = make_xml_fault();
+    warning.severity = Severity::WARNING;
+    Diagnostics list = {warning};
+    add_new(list, {make_xml_fault(), make_error(Code::USAGE, "b"), warning});
+    EXPECT_EQ(list, (Diagnostics{make_xml_fault(), make_error(Code::USAGE, "b")}));
+}
+
+TEST(DiagnosticList, CanBeNarrowedToASubject) {
+    const Diagnostics list = {make_error(Code::USAGE, "1", "a"), make_error(Code::USAGE, "2", "B")};
+    EXPECT_EQ(select(list, "b"), Diagnostics{list[1]});
+    EXPECT_EQ(select(list, "c"), list);
+}
+
 TEST(FailureException, SaysItsWorstMessageAndCarriesAll) {
     const Failure failure(Diagnostics{make_note(Code::USAGE, "by the way"), make_xml_fault()});
     EXPECT_STREQ(failure.what(), "grades.ccc:3:17: the element is not closed");

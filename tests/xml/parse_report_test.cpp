@@ -41,6 +41,31 @@ TEST_F(ParseReport, GuessesTheEncodingByTheFirst200Bytes) {
     EXPECT_EQ(guessed(199), XmlEncoding::UTF_8) << "the second byte of that character is not looked at";
 }
 
+TEST_F(ParseReport, IsNotMadeByTheSilentParser) {
+    const std::string path = folder.file("a.xml", "<a>\n  &x;</a>");
+    ::testing::internal::CaptureStdout();
+    XmlResults results;
+    EXPECT_TRUE(XmlNode::parse_file_as_guessed(path.c_str(), nullptr, &results).is_empty());
+    EXPECT_EQ(results.error, XmlError::UNKNOWN_ENTITY);
+    EXPECT_EQ(results.line, 2);
+    EXPECT_EQ(results.column, 3);
+    EXPECT_TRUE(
+        XmlNode::parse_file_as_guessed(folder.path("none.xml").c_str(), nullptr, &results).is_empty());
+    EXPECT_EQ(results.error, XmlError::FILE_NOT_FOUND);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(ParseReport, LeavesTheEncodingToTheOneThatPrints) {
+    // 0x83 0x3c is one character of Shift-JIS, and the second byte is not a '<'.
+    const std::string path =
+        folder.file("a.xml", "<?xml version=\"1.0\" encoding=\"shift-jis\"?><a>\x83\x3c</a>");
+    const XmlEncoding before = get_xml_settings().encoding;
+    EXPECT_STREQ(XmlNode::parse_file_as_guessed(path.c_str()).get_child("a").get_text(), "\x83\x3c");
+    EXPECT_EQ(get_xml_settings().encoding, before);
+    EXPECT_EQ(printed(path), "");
+    EXPECT_EQ(get_xml_settings().encoding, XmlEncoding::SHIFT_JIS);
+}
+
 TEST_F(ParseReport, NamesAMissingFirstTag) {
     const std::string path = folder.file("a.xml", "<a><b><c/></b></a>");
     EXPECT_EQ(printed(path, "c"),
