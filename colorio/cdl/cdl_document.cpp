@@ -5,6 +5,9 @@
 
 #include "colorio/cdl/cdl_ranges.h"
 #include "colorio/facade/color_io_log.h"
+#include "diagnostics/failure.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 
 namespace {
 
@@ -44,15 +47,6 @@ bool holds_numbers(const XmlNode& element, unsigned int count, CDLNumber kind) {
     return words.get_count() == count;
 }
 
-/// Reports where the XML of a file is malformed.
-void report_markup(const CoreString& path, const XmlResults& results) {
-    diagnostics::Diagnostic fault = diagnostics::make_file_error(
-        diagnostics::Code::XML_MALFORMED, get_error_reason(results.error), path.get_data());
-    fault.line = static_cast<unsigned int>(results.line);
-    fault.column = static_cast<unsigned int>(results.column);
-    ColorIODiagnostics::report(fault);
-}
-
 } // namespace
 
 bool is_valid_correction(const XmlNode& correction) {
@@ -75,12 +69,24 @@ XmlNode get_document_element(XmlNode top) {
     return top;
 }
 
-bool parse_CDL_document(const CoreString& path, XmlNode& element) {
+diagnostics::Diagnostic describe_malformed(const CoreString& path, const XmlResults& results) {
+    if (const auto opened = files::open_for_reading(path.get_data()); !opened)
+        return files::to_diagnostic(opened.get_failure());
+    diagnostics::Diagnostic fault = diagnostics::make_file_error(
+        diagnostics::Code::XML_MALFORMED, get_error_reason(results.error), path.get_data());
+    fault.line = static_cast<unsigned int>(results.line);
+    fault.column = static_cast<unsigned int>(results.column);
+    return fault;
+}
+
+bool parse_CDL_document(const CoreString& path, XmlNode& element, Printing printing) {
     XmlResults results;
-    const XmlNode top = XmlNode::parse_file_or_report(path.get_data(), nullptr, &results);
-    if (top.is_empty()) {
+    const auto parse =
+        printing == Printing::PRINTED ? XmlNode::parse_file_or_report : XmlNode::parse_file_as_guessed;
+    const XmlNode top = parse(path.get_data(), nullptr, &results);
+    if (top.is_empty() || results.error != XmlError::NONE) {
         log_message(LOG_ERROR, "XML Error with file '", path, "'.\n");
-        report_markup(path, results);
+        ColorIODiagnostics::report(describe_malformed(path, results));
         return false;
     }
     element = get_document_element(top);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "colorio/color_io_manager.h"
+#include "diagnostics/diagnostic.h"
 #include "host/core/core_string.h"
 #include "xml/xml_node.h"
 
@@ -8,8 +9,15 @@
 /// whose name starts with "xml".
 XmlNode get_document_element(XmlNode top);
 
-/// Parses an ASC CDL document into its document element. False, and reported, on failure.
-bool parse_CDL_document(const CoreString& path, XmlNode& element);
+/// Whether a document that cannot be parsed is also reported on standard output, as hosts expect of the
+/// documents that they have the module read.
+enum class Printing { PRINTED, SILENT };
+
+/// Parses an ASC CDL document into its document element. False, logged and reported, on failure.
+bool parse_CDL_document(const CoreString& path, XmlNode& element, Printing printing = Printing::PRINTED);
+
+/// Why the XML of the file at `path` is malformed, and where.
+diagnostics::Diagnostic describe_malformed(const CoreString& path, const XmlResults& results);
 
 /// Logs that `path` lacks an element.
 void log_missing_node(const char* element, const CoreString& path);

@@ -1,8 +1,11 @@
+#include <cerrno>
 #include <charconv>
 
 #include "colorio/cdl/cdl_document.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
+#include "files/diagnosis.h"
 #include "host/sys/sys_filesystem.h"
 #include "xml/xml_node.h"
 
@@ -38,12 +41,23 @@ void write_color_correction(XmlNode& correction, const ColorDecisionListDef& def
     add_text_element(sat, "Saturation", format_number(def.saturation));
 }
 
+/// `error_number` is the system's; 0 where it has no part in the failure.
+void report_unwritable(const CoreString& path, int error_number) {
+    const files::Failure failure =
+        error_number != 0
+            ? files::make_failure(path.get_data(), files::Operation::WRITE, error_number)
+            : files::make_refusal(path.get_data(), files::Operation::WRITE, files::NOT_A_REGULAR_FILE);
+    ColorIODiagnostics::report(files::to_diagnostic(failure));
+}
+
 } // namespace
 
 void ColorIOManager::read_CDL_from_XML(CoreString path, ColorDecisionListDef& def, bool collection) {
     at_boundary([&] {
+        if (!SysFilesystem::file_exists(path))
+            return report_unreadable(LOG_ERROR, diagnostics::Code::FILE_MISSING, CoreString(), path);
         XmlNode top;
-        if (!SysFilesystem::file_exists(path) || !parse_CDL_document(path, top))
+        if (!parse_CDL_document(path, top))
             return;
         const int passes = collection ? top.count_children("ColorCorrection") : 1;
         for (int i = 0; i < passes; ++i) {
@@ -73,6 +87,9 @@ bool ColorIOManager::create_XML_from_CDL(CoreVector<ColorDecisionListDef> cdls, 
                 write_color_correction(correction, def);
             }
         }
-        return top.write_to_file(path.get_data()) == XmlError::NONE;
+        if (top.write_to_file(path.get_data()) == XmlError::NONE)
+            return true;
+        report_unwritable(path, errno);
+        return false;
     });
 }

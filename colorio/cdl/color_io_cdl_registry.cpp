@@ -94,9 +94,13 @@ void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileRead
     const bool added = log_ocio_errors(
         LOG_ERROR,
         [&] {
-            const ocio::CDLTransformRcPtr transform =
-                from_file ? files.read(def.file, def.cccid) : make_CDL_transform(def);
-            ocio::add_color_space(cdl_config, make_CDL_space(def.name, transform));
+            try {
+                const ocio::CDLTransformRcPtr transform =
+                    from_file ? files.read(def.file, def.cccid) : make_CDL_transform(def);
+                ocio::add_color_space(cdl_config, make_CDL_space(def.name, transform));
+            } catch (const ocio::Exception&) {
+                rethrow_about(def.name, diagnostics::Code::CDL_INVALID);
+            }
         },
         [&] {
             log_message(LOG_ERROR, "Color Management: the custom CDL '", def.name,
@@ -109,8 +113,12 @@ void ColorIOManager::add_custom_CDL(const ColorDecisionListDef& def, CDLFileRead
 }
 
 bool ColorIOManager::build_CDL_from_file(const CoreString& path) {
-    if (!app || !SysFilesystem::file_exists(path))
+    if (!app)
         return false;
+    if (!SysFilesystem::file_exists(path)) {
+        report_unreadable(LOG_ERROR, diagnostics::Code::FILE_MISSING, CoreString(), path);
+        return false;
+    }
     XmlNode top;
     if (!parse_CDL_document(path, top))
         return false;

@@ -1,12 +1,46 @@
 #include "colorio/cdl/color_io_cdl_transform.h"
 
+#include <set>
+
 #include "colorio/cdl/cdl_document.h"
+#include "colorio/ocio/error.h"
 #include "host/sys/sys_filesystem.h"
 
 namespace {
 
 CoreString get_lookup_id(const CoreString& file, const CoreString& cccid) {
     return SysFilesystem::get_file_extension(file) == "ccc" ? cccid : CoreString();
+}
+
+/// The id that two corrections of the document have; empty for none.
+std::string find_repeated_id(const XmlNode& top) {
+    std::set<std::string> ids;
+    int index = 0;
+    for (XmlNode node = top.get_child("ColorCorrection", &index); !node.is_empty();
+         node = top.get_child("ColorCorrection", &index)) {
+        const std::string id(get_correction_id(node).view());
+        if (!id.empty() && !ids.insert(id).second)
+            return id;
+    }
+    return {};
+}
+
+/// Why OpenColorIO cannot read the file, looked for in the file itself where it gives only words.
+diagnostics::Diagnostic explain_failure(const CoreString& file, const ocio::Exception& exception) {
+    using diagnostics::Code;
+    diagnostics::Diagnostic cause = ocio::get_cause(exception);
+    if (cause.code != Code::CDL_INVALID)
+        return cause;
+    XmlResults results;
+    const XmlNode top = XmlNode::parse_file_as_guessed(file.get_data(), nullptr, &results);
+    if (results.error != XmlError::NONE)
+        return describe_malformed(file, results);
+    const std::string repeated = find_repeated_id(get_document_element(top));
+    if (!repeated.empty()) {
+        cause.code = Code::CDL_ID_REPEATED;
+        cause.subject = repeated;
+    }
+    return cause;
 }
 
 } // namespace
@@ -38,11 +72,11 @@ ocio::CDLTransformRcPtr CDLFileReader::read(const CoreString& file, const CoreSt
     }
     try {
         return ocio::create_CDL_transform_from_file(file.get_data(), id.get_data());
-    } catch (const ocio::Exception&) {
+    } catch (const ocio::Exception& exception) {
         const ocio::CDLTransformRcPtr first = get_collection(file).first_of_repeating;
         if (id.is_empty() && first)
             return first;
-        throw;
+        throw ocio::Error(explain_failure(file, exception), exception.what());
     }
 }
 

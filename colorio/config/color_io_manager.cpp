@@ -126,11 +126,14 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
         return false;
     forget_cached_files();
     config_loads->forget();
-    const auto take_from = [this](const CoreString& origin, auto create) {
+    const auto get_path = [](const CoreString& origin) {
+        return std::string((origin == FROM_ENV ? sys_get_env(OCIO_VARIABLE) : origin).view());
+    };
+    const auto take_from = [&](const CoreString& origin, auto create) {
         file_config_loaded = false; // Stays false when anything but an invalid config fails.
         file_config_loaded = log_ocio_errors(LOG_ERROR, [&] {
             const ocio::ConstConfigRcPtr loaded = create();
-            ocio::sanity_check(loaded);
+            ocio::sanity_check(loaded, ocio::KnownViews::NOTHING, get_path(origin));
             config_loads->note_sound(loaded);
         });
         if (file_config_loaded) {

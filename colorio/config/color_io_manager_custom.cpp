@@ -69,6 +69,18 @@ ocio::ColorSpaceRcPtr make_custom_space(const ColorSpaceDef& def, bool has_lut, 
     return has_lut ? make_space(def, make_lut_transform(def)) : ocio::ColorSpaceRcPtr();
 }
 
+/// Reports what a record lacks. One that lacks everything makes no color space.
+void report_missing_files(const ColorSpaceDef& def, bool has_lut, bool has_cdl) {
+    const CoreLogLevel level = has_lut || has_cdl ? LOG_WARNING : LOG_ERROR;
+    if (!has_lut && !def.lut_file.is_empty())
+        report_unreadable(level, diagnostics::Code::LUT_MISSING, def.name, def.lut_file);
+    if (!has_cdl && !def.cdl_file.is_empty())
+        report_unreadable(level, diagnostics::Code::LUT_MISSING, def.name, def.cdl_file);
+    if (def.lut_file.is_empty() && def.cdl_file.is_empty())
+        report(level, diagnostics::Code::CUSTOM_COLOR_SPACE_INVALID, def.name,
+               "it names neither a LUT nor a CDL file");
+}
+
 } // namespace
 
 bool ColorIOManager::add_custom_luts_to_tavelion_config(const CoreVector<ColorSpaceDef>& defs) {
@@ -100,11 +112,16 @@ bool ColorIOManager::add_custom_space(const ColorSpaceDef& def, CDLFileReader& f
         return false;
     const bool has_lut = !def.lut_file.is_empty() && files.exists(def.lut_file);
     const bool has_cdl = !def.cdl_file.is_empty() && files.exists(def.cdl_file);
+    report_missing_files(def, has_lut, has_cdl);
     ocio::ColorSpaceRcPtr space;
     const auto add = [&] {
-        space = make_custom_space(def, has_lut, has_cdl, files);
-        if (space)
-            ocio::add_color_space(tavelion_config, space);
+        try {
+            space = make_custom_space(def, has_lut, has_cdl, files);
+            if (space)
+                ocio::add_color_space(tavelion_config, space);
+        } catch (const ocio::Exception&) {
+            rethrow_about(def.name, diagnostics::Code::CUSTOM_COLOR_SPACE_INVALID);
+        }
     };
     const auto log_failure = [&] {
         log_message(LOG_ERROR, "Color Management: ",

@@ -17,11 +17,24 @@ namespace {
 
 constexpr char FAILURE[] = "Color Management: failed to configure the color converter";
 
-void log_missing(const char* end, const char* kind, const CoreString& name) {
-    log_message(LOG_WARNING, FAILURE, ". ", end, " ", kind, " '", name, "' doesn't exist.\n");
-    const bool is_cdl = std::string_view(kind) == "CDL";
-    report(LOG_WARNING, is_cdl ? diagnostics::Code::CDL_UNKNOWN : diagnostics::Code::COLOR_SPACE_UNKNOWN,
-           name, std::string("no ") + kind + " '" + std::string(name.view()) + "'");
+/// What converters are configured with.
+struct Kind {
+    const char* name;
+    diagnostics::Code unknown;
+};
+constexpr Kind COLOR_SPACE{"color space", diagnostics::Code::COLOR_SPACE_UNKNOWN};
+constexpr Kind CDL{"CDL", diagnostics::Code::CDL_UNKNOWN};
+
+void log_missing(const char* end, const Kind& kind, const CoreString& name) {
+    log_message(LOG_WARNING, FAILURE, ". ", end, " ", kind.name, " '", name, "' doesn't exist.\n");
+    report(LOG_WARNING, kind.unknown, name,
+           std::string("no ") + kind.name + " '" + std::string(name.view()) + "'");
+}
+
+/// Reports that a configuration was asked for which nothing is there to make.
+void report_missing_config(const ocio::ConstConfigRcPtr& config) {
+    if (!config)
+        report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");
 }
 
 bool contains(const CoreBasicArray<CoreString>& names, const CoreString& name) {
@@ -66,9 +79,11 @@ bool ColorIOConverter::State::begin_configuration(bool nothing_asked) {
     bypass = nothing_asked;
     if (nothing_asked)
         return false;
-    if (!get_manager())
-        configured = false;
-    return get_manager();
+    if (get_manager())
+        return true;
+    configured = false;
+    report(LOG_ERROR, diagnostics::Code::USAGE, CoreString(), "color management is not running");
+    return false;
 }
 
 bool ColorIOConverter::State::configure(const CoreString& source, const CoreString& destination) {
@@ -77,15 +92,16 @@ bool ColorIOConverter::State::configure(const CoreString& source, const CoreStri
         return false;
     const ColorIOManager& running = *get_manager();
     const ocio::ConstConfigRcPtr config = running.get_config();
+    report_missing_config(config);
     const CoreString from = get_short_name(running, source);
     const CoreString to = get_short_name(running, destination);
 
     const bool from_known = running.is_color_space_name(from);
     const bool to_known = running.is_color_space_name(to);
     if (!from_known)
-        log_missing("Source", "color space", from);
+        log_missing("Source", COLOR_SPACE, from);
     if (!to_known)
-        log_missing("Destination", "color space", to);
+        log_missing("Destination", COLOR_SPACE, to);
     configured = config && from_known && to_known &&
                  log_ocio_errors(
                      LOG_ERROR, [&] { take(ocio::get_processor(config, from.get_data(), to.get_data())); },
@@ -105,14 +121,15 @@ bool ColorIOConverter::State::configure_CDL(const CoreString& source, const Core
     if (!begin_configuration(to == from || from.is_empty() || to.is_empty()))
         return false;
 
+    report_missing_config(config);
     const ColorIOManager& running = *found;
     const CoreBasicArray<CoreString>& names = running.get_CDL_names();
     const bool from_listed = is_local_CDL(from) || contains(names, from);
     const bool to_listed = is_local_CDL(to) || contains(names, to);
     if (!from_listed)
-        log_missing("Source", "CDL", from);
+        log_missing("Source", CDL, from);
     if (!to_listed)
-        log_missing("Destination", "CDL", to);
+        log_missing("Destination", CDL, to);
     configured = from_listed && to_listed &&
                  log_ocio_errors(
                      LOG_WARNING, [&] { take(ocio::get_processor(config, from.get_data(), to.get_data())); },
@@ -126,10 +143,11 @@ bool ColorIOConverter::State::configure_for_display(const CoreString& input, con
         return false;
     const ColorIOManager& running = *get_manager();
     const ocio::ConstConfigRcPtr config = running.get_config();
+    report_missing_config(config);
     const CoreString from = get_short_name(running, input);
     const bool from_known = running.is_color_space_name(from);
     if (!from_known)
-        log_missing("Source", "color space", from);
+        log_missing("Source", COLOR_SPACE, from);
 
     const ocio::DisplayTransform transform{from.get_data(), display.get_data(), view.get_data()};
     configured =
@@ -159,8 +177,12 @@ CoreString ColorIOConverter::State::get_color_space(const CoreString& name) cons
 /// A configuration that fails with an exception leaves no conversion.
 template <class Configure>
 bool ColorIOConverter::settle(Configure&& configure) {
-    return state && at_boundary(
-                        false, [&] { return configure(*state); }, [&] { state->configured = false; });
+    if (!state) {
+        report(LOG_ERROR, diagnostics::Code::OUT_OF_MEMORY, CoreString(), "out of memory");
+        return false;
+    }
+    return at_boundary(
+        false, [&] { return configure(*state); }, [&] { state->configured = false; });
 }
 
 bool ColorIOConverter::configure(const CoreString& source, const CoreString& destination) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "colorio/convert/color_io_converter_state.h"
+#include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 
 namespace {
@@ -20,7 +21,8 @@ bool apply_at_boundary(Action&& action) {
     try {
         action();
         return true;
-    } catch (const ocio::Exception&) {
+    } catch (const ocio::Exception& exception) {
+        report_exception(LOG_ERROR, exception);
         throw;
     } catch (...) {
         log_current_exception();
@@ -28,17 +30,31 @@ bool apply_at_boundary(Action&& action) {
     }
 }
 
+bool refuse(const char* reason) noexcept {
+    report(LOG_ERROR, diagnostics::Code::USAGE, CoreString(), reason);
+    return false;
+}
+
+/// False, and reported, for a converter that was not configured; false for one with nothing to do.
+bool is_ready(const ColorIOConverter& converter) noexcept {
+    return converter.is_configured() ? converter.is_enabled() : refuse("the converter is not configured");
+}
+
+bool has_pixels(unsigned int width, unsigned int height) noexcept {
+    return (width != 0 && height != 0) || refuse("the image has no pixels");
+}
+
 } // namespace
 
 bool ColorIOConverter::convert_pixel(GMathVec4<float>& pixel) const {
-    if (!state || !state->configured)
-        return false;
+    if (!is_configured())
+        return refuse("the converter is not configured");
     return state->bypass || apply_at_boundary([&] { state->convert_pixel(pixel.get_data()); });
 }
 
 bool ColorIOConverter::convert_buffer(float* data, unsigned int width, unsigned int height,
                                       unsigned int channels) const {
-    if (!is_enabled() || width == 0 || height == 0)
+    if (!is_ready(*this) || !has_pixels(width, height))
         return false;
     return apply_at_boundary([&] {
         state->processor->apply(ocio::PackedImageDesc{data, width, height, channels});
@@ -47,7 +63,7 @@ bool ColorIOConverter::convert_buffer(float* data, unsigned int width, unsigned 
 
 bool ColorIOConverter::convert_buffers(float* r, float* g, float* b, float* a, unsigned int width,
                                        unsigned int height) const {
-    if (!is_enabled() || width == 0 || height == 0)
+    if (!is_ready(*this) || !has_pixels(width, height))
         return false;
     return apply_at_boundary([&] {
         state->processor->apply(ocio::PlanarImageDesc{r, g, b, a, width, height});
@@ -56,7 +72,7 @@ bool ColorIOConverter::convert_buffers(float* r, float* g, float* b, float* a, u
 
 bool ColorIOConverter::get_gpu_shader_data(CoreString& text, CoreArray<float>& lut,
                                            GlslVersion version) const {
-    if (!is_enabled())
+    if (!is_ready(*this))
         return false;
     return apply_at_boundary([&] {
         const bool core_profile = version == GLSL_VERSION_CORE;

@@ -1,6 +1,7 @@
 #include "colorio/color_io_evaluation.h"
 
 #include "colorio/convert/color_io_converter_state.h"
+#include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 
 namespace {
@@ -33,12 +34,17 @@ ColorIOEvaluation::Explanation to_host(const ocio::Explanation& explanation) {
 
 bool ColorIOEvaluation::explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
                                 Explanation& explanation) {
-    return converter.is_configured() && at_boundary(false, [&] {
-               explanation = converter.is_enabled() ? to_host(converter.state->processor->explain(
-                                                          {pixel[0], pixel[1], pixel[2], pixel[3]}))
-                                                    : Explanation();
-               return true;
-           });
+    if (!converter.is_configured()) {
+        report(LOG_ERROR, diagnostics::Code::USAGE, CoreString(), "the converter is not configured");
+        return false;
+    }
+    return at_boundary(false, [&] {
+        explanation =
+            converter.is_enabled()
+                ? to_host(converter.state->processor->explain({pixel[0], pixel[1], pixel[2], pixel[3]}))
+                : Explanation();
+        return true;
+    });
 }
 
 void ColorIOEvaluation::set_vector_code(bool enabled) {

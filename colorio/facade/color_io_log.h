@@ -33,6 +33,13 @@ void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& s
 /// The same for a cause in the file at `path`.
 void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
                  const std::string& message) noexcept;
+/// Reports why the file at `path` cannot be opened, which is about `subject`; `missing` is the code where
+/// there is no such file.
+void report_unreadable(CoreLogLevel level, diagnostics::Code missing, const CoreBasicString& subject,
+                       const CoreBasicString& path) noexcept;
+/// Throws the exception being handled, one of OpenColorIO, with a cause about `subject`. `code` stands in
+/// where OpenColorIO gave only words. What the log shows stays.
+[[noreturn]] void rethrow_about(const CoreBasicString& subject, diagnostics::Code code);
 /// Reports the cause of an exception.
 void report_exception(CoreLogLevel level, const ocio::Exception& exception) noexcept;
 

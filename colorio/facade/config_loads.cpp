@@ -27,14 +27,14 @@ void ConfigLoads::forget_sound(const ocio::ConstConfigRcPtr& config) {
 ocio::ConstConfigRcPtr ConfigLoads::take(const std::string& key,
                                          const std::function<ocio::ConstConfigRcPtr()>& load) {
     const auto known = outcomes.find(key);
-    if (known != outcomes.end() && !known->second.error.empty())
-        throw ocio::Exception(known->second.error.c_str());
+    if (known != outcomes.end() && known->second.failure)
+        std::rethrow_exception(known->second.failure);
     if (known != outcomes.end())
         return known->second.config;
     try {
         return outcomes.emplace(key, Outcome{load(), {}}).first->second.config;
-    } catch (const ocio::Exception& exception) {
-        outcomes.emplace(key, Outcome{{}, exception.what()});
+    } catch (const ocio::Exception&) {
+        outcomes.emplace(key, Outcome{{}, std::current_exception()});
         throw;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <map>
 #include <memory>
@@ -30,7 +31,7 @@ public:
 private:
     struct Outcome {
         ocio::ConstConfigRcPtr config;
-        std::string error; ///< OpenColorIO's message when `config` is null, otherwise empty
+        std::exception_ptr failure; ///< why `config` is null, otherwise null
     };
 
     ocio::ConstConfigRcPtr take(const std::string& key, const std::function<ocio::ConstConfigRcPtr()>& load);

@@ -21,6 +21,7 @@ void log_current_exception() noexcept {
         report(LOG_ERROR, diagnostics::Code::LIBRARY_FAILURE, CoreString(), error.what());
     } catch (...) {
         log_message(LOG_ERROR, "Color Management: unknown error.\n");
+        report(LOG_ERROR, diagnostics::Code::LIBRARY_FAILURE, CoreString(), "unknown error");
     }
 }
 

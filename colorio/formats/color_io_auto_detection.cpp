@@ -1,6 +1,7 @@
 #include "colorio/color_io_auto_detection.h"
 
 #include <iterator>
+#include <string>
 #include <utility>
 
 #include "colorio/color_io.h"
@@ -44,6 +45,17 @@ bool lists_extension(const CoreString& extensions, const CoreString& extension) 
         if (token == extension)
             return true;
     return false;
+}
+
+void report_unknown_format(const CoreString& file_format) {
+    report(LOG_ERROR, diagnostics::Code::FORMAT_UNKNOWN, file_format,
+           "no category '" + std::string(file_format.view()) + "'");
+}
+
+/// Reports a call with the number of a category that does not exist.
+void report_missing_row(CoreLogLevel level, unsigned int index) {
+    report(level, diagnostics::Code::FORMAT_UNKNOWN, CoreString(),
+           "no category with the number " + std::to_string(index));
 }
 
 } // namespace
@@ -144,6 +156,7 @@ CoreString ColorIOAutoDetection::get_extension_from_file_format(const CoreString
             return current_table->extensions[row];
         log_message(LOG_ERROR, "Can't get extensions from category '", file_format,
                     "' because this category doesn't exist.\n");
+        report_unknown_format(file_format);
         return CoreString();
     });
 }
@@ -159,8 +172,7 @@ CoreString ColorIOAutoDetection::find_color_space(const CoreString& file_format)
         return current_table->color_spaces[row];
     log_message(LOG_ERROR, "Can't get color space from category '", file_format,
                 "' because this category doesn't exist.\n");
-    report(LOG_ERROR, diagnostics::Code::FORMAT_UNKNOWN, file_format,
-           "no category '" + std::string(file_format.view()) + "'");
+    report_unknown_format(file_format);
     return get_builtin_label(ColorIOManager::BUILTIN_SRGB);
 }
 
@@ -192,19 +204,24 @@ void ColorIOAutoDetection::remove_file_format(unsigned int index) {
 
 void ColorIOAutoDetection::set_file_format(unsigned int index, const CoreString& name) {
     at_boundary([&] {
-        if (index < builtin_table.get_count())
+        if (index < builtin_table.get_count()) {
             builtin_table.file_formats[index] = name;
-        else
-            log_message(LOG_WARNING, "Can not find the category to rename. \n");
+            return;
+        }
+        log_message(LOG_WARNING, "Can not find the category to rename. \n");
+        report_missing_row(LOG_WARNING, index);
     });
 }
 
 void ColorIOAutoDetection::set_extension_from_file_format(unsigned int index, const CoreString& extensions) {
     at_boundary([&] {
+        if (index < builtin_table.get_count()) {
+            builtin_table.extensions[index] = extensions;
+            return;
+        }
         if (index == NOT_FOUND)
             log_message(LOG_ERROR, "Can't set extensions from category: can't find the category.\n");
-        else if (index < builtin_table.get_count())
-            builtin_table.extensions[index] = extensions;
+        report_missing_row(LOG_ERROR, index);
     });
 }
 
@@ -212,9 +229,12 @@ void ColorIOAutoDetection::set_default_color_space_from_file_format(unsigned int
                                                                     const CoreString& color_space) {
     at_boundary([&] {
         const CoreString full_name = get_full_name(color_space);
+        if (index < builtin_table.get_count()) {
+            builtin_table.color_spaces[index] = full_name;
+            return;
+        }
         if (index == NOT_FOUND)
             log_message(LOG_ERROR, "Can't set color space from category: can't find the category.\n");
-        else if (index < builtin_table.get_count())
-            builtin_table.color_spaces[index] = full_name;
+        report_missing_row(LOG_ERROR, index);
     });
 }

@@ -30,8 +30,12 @@ bool ColorIOAutoDetection::build_from_file(const CoreString& path) {
 }
 
 bool ColorIOAutoDetection::add_rows_of_file(const CoreString& path) {
-    if (!app || path.is_empty() || !SysFilesystem::file_exists(path))
+    if (!app || path.is_empty())
         return false;
+    if (!SysFilesystem::file_exists(path)) {
+        report_unreadable(LOG_WARNING, diagnostics::Code::FILE_MISSING, CoreString(), path);
+        return false;
+    }
     ParserFile file;
     if (!file.read(path, "", "")) {
         if (!file.get_error().is_empty())

@@ -3,28 +3,37 @@
 #include <utility>
 
 #include "colorio/cdl/cdl_document.h"
+#include "colorio/color_io_constants.h"
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/config.h"
-#include "host/sys/sys_filesystem.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
+#include "host/sys/sys_env.h"
 
 namespace {
 
 using diagnostics::Code;
 
-ColorIOCandidate::Fault make_missing(const CoreString& path) {
-    return diagnostics::make_file_error(
-        Code::FILE_MISSING, "cannot read '" + std::string(path.view()) + "': no such file", path.get_data());
+/// Why the file at `path` cannot be opened, with the code `missing` where there is none.
+ColorIOCandidate::Fault find_file_fault(const CoreString& path, Code missing) {
+    const auto opened = files::open_for_reading(path.get_data());
+    if (opened)
+        return {};
+    diagnostics::Diagnostic fault = files::to_diagnostic(opened.get_failure());
+    if (fault.code == Code::FILE_MISSING)
+        fault.code = missing;
+    return fault;
 }
 
 /// Why the config that `load` makes cannot be used.
 template <class Load>
-ColorIOCandidate::Fault judge_config(Load&& load) {
+ColorIOCandidate::Fault judge_config(const CoreString& path, Load&& load) {
     ColorIOCandidate::Fault fault;
     at_boundary([&] {
         try {
-            ocio::sanity_check(load());
+            ocio::sanity_check(load(), ocio::KnownViews::NOTHING, path.get_data());
         } catch (const ocio::Exception& exception) {
             fault = ocio::get_cause(exception);
         }
@@ -46,22 +55,22 @@ int count_readable_corrections(const XmlNode& document, const CoreString& path) 
 } // namespace
 
 ColorIOCandidate::Fault ColorIOCandidate::check_config_file(const CoreString& path) {
-    if (!SysFilesystem::file_exists(path))
-        return make_missing(path);
-    return judge_config([&] { return ocio::create_config_from_file(path.get_data()); });
+    if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
+        return fault;
+    return judge_config(path, [&] { return ocio::create_config_from_file(path.get_data()); });
 }
 
 ColorIOCandidate::Fault ColorIOCandidate::check_config_of_environment() {
-    return judge_config([] { return ocio::create_config_from_env(); });
+    return judge_config(sys_get_env(OCIO_VARIABLE), [] { return ocio::create_config_from_env(); });
 }
 
 ColorIOCandidate::Fault ColorIOCandidate::check_cdl_library(const CoreString& path) {
-    if (!SysFilesystem::file_exists(path))
-        return make_missing(path);
+    if (Fault fault = find_file_fault(path, Code::FILE_MISSING))
+        return fault;
     return at_boundary(Fault(), [&]() -> Fault {
         ColorIODiagnostics collector;
         XmlNode document;
-        const bool is_readable = parse_CDL_document(path, document);
+        const bool is_readable = parse_CDL_document(path, document, Printing::SILENT);
         if (is_readable && count_readable_corrections(document, path) > 0)
             return {};
         diagnostics::Diagnostics reports = collector.take();

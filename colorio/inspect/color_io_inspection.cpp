@@ -84,10 +84,14 @@ Result read_config(Read&& read) {
 template <class Action>
 bool try_with_config(Action&& action) {
     const ocio::ConstConfigRcPtr config = get_active_config();
-    return config && at_boundary(false, [&] {
-               action(config);
-               return true;
-           });
+    if (!config) {
+        report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");
+        return false;
+    }
+    return at_boundary(false, [&] {
+        action(config);
+        return true;
+    });
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include <string>
+#include <optional>
 #include <utility>
 
 #include "colorio/color_io.h"
@@ -59,10 +59,10 @@ CoreString find_candidate(const ocio::ConstConfigRcPtr& config, const CoreVector
 } // namespace
 
 /// The config in which the roles are looked up: null when no file config is used or none could be loaded;
-/// then `error` is OpenColorIO's message, if there is one.
+/// then `failure` is OpenColorIO's error, if there is one.
 struct ColorIOManager::ProbeConfig {
     ocio::ConstConfigRcPtr config;
-    std::string error;
+    std::optional<ocio::Error> failure;
 };
 
 const char* ColorIOManager::get_role_name(const Role& role) {
@@ -91,7 +91,7 @@ ColorIOManager::ProbeConfig ColorIOManager::load_probe_config() const {
         probe.config = SysFilesystem::file_exists(path) ? config_loads->from_file(path)
                                                         : get_usable_config_from_env(*config_loads);
     } catch (const ocio::Exception& exception) {
-        probe.error = exception.what();
+        probe.failure.emplace(ocio::get_cause(exception), exception.what());
     }
     return probe;
 }
@@ -107,7 +107,10 @@ void ColorIOManager::settle_role_color_spaces() {
 void ColorIOManager::set_role_color_space(int role) {
     at_boundary([&] {
         const ReloadScope reload(config_loads);
-        settle_role_color_space(role, load_probe_config());
+        const ProbeConfig probe = load_probe_config();
+        settle_role_color_space(role, probe);
+        if (probe.failure)
+            report_exception(LOG_WARNING, *probe.failure);
     });
 }
 
@@ -115,8 +118,8 @@ void ColorIOManager::settle_role_color_space(int role, const ProbeConfig& probe)
     if (role < 0 || static_cast<unsigned int>(role) >= role_color_spaces.get_count())
         return;
     CoreString& name = role_color_spaces[static_cast<unsigned int>(role)];
-    if (!probe.error.empty()) // Reported when the config was loaded.
-        log_message(LOG_WARNING, "OCIO exception: ", probe.error.c_str(), "\n");
+    if (probe.failure)
+        log_message(LOG_WARNING, "OCIO exception: ", probe.failure->what(), "\n");
     if (probe.config) {
         ocio::ConstColorSpaceRcPtr space =
             ocio::get_color_space(probe.config, get_role_name(static_cast<Role>(role)));

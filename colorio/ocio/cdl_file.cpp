@@ -72,8 +72,9 @@ private:
         } catch (const Exception& error) {
             file->failure = get_cause(error);
             file->words = error.what();
-            if (file->failure->file.empty())
-                file->failure->file = path;
+            file->failure->file = path;
+            if (file->failure->code == diagnostics::Code::LIBRARY_FAILURE)
+                file->failure->code = diagnostics::Code::CDL_INVALID;
         }
         return file;
     }

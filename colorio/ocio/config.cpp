@@ -1,22 +1,56 @@
 #include "colorio/ocio/config.h"
 
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
+#include "colorio/ocio/file_state.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
+#include "colorio/ocio/yaml_size.h"
 
 namespace ocio {
 
 namespace {
+
+using diagnostics::Diagnostic;
+
+/// "ocio://default": a configuration that the library contains.
+bool names_built_in_config(const std::string& path) {
+    return path.rfind("ocio://", 0) == 0;
+}
 
 /// The handles passed here were made by the caller, who is still their only owner.
 template <typename Handle>
 Handle without_processor_cache(const Handle& config) {
     turn_processor_cache_off(config);
     return config;
+}
+
+/// Throws the exception being handled, of loading the configuration at `path`, with its cause.
+[[noreturn]] void rethrow_load_failure(const std::string& path) {
+    try {
+        throw;
+    } catch (const Error&) {
+        throw;
+    } catch (const std::exception& exception) {
+        using diagnostics::Code;
+        const std::string words = exception.what();
+        Diagnostic cause =
+            diagnostics::make_file_error(Code::CONFIG_INVALID, diagnostics::flatten(words), path);
+        if (!path.empty() && !names_built_in_config(path) && !file_state(path)) {
+            cause.code = Code::CONFIG_MISSING;
+            cause.message = "no such file";
+        } else if (const std::optional<YamlError> error = find_yaml_error(path)) {
+            cause.message = error->reason;
+            cause.line = error->line;
+            cause.column = error->column;
+        }
+        throw Error(std::move(cause), words.c_str());
+    }
 }
 
 /// Reads the configuration at `path` with the library's operation `read`. A failure gets words that name the
@@ -32,7 +66,7 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
         } catch (const std::exception&) {
             const std::string newer = describe_newer_profile(path);
             if (newer.empty())
-                rethrow_about_file(diagnostics::Code::CONFIG_INVALID, path);
+                rethrow_load_failure(path);
             throw_file_error(diagnostics::Code::CONFIG_NEWER, newer, path);
         }
     });

@@ -27,8 +27,9 @@ enum class KnownViews {
 };
 
 /// Throws with the reason when the config cannot be used. Version 1 is checked by the 1.x rules, version 2 by
-/// OpenColorIO.
-void sanity_check(const ConstConfigRcPtr& config, KnownViews known = KnownViews::NOTHING);
+/// OpenColorIO. `path` is that of the file, for the diagnostics; empty when there is none.
+void sanity_check(const ConstConfigRcPtr& config, KnownViews known = KnownViews::NOTHING,
+                  const std::string& path = {});
 unsigned int get_major_version(const ConstConfigRcPtr& config);
 
 /// Color spaces to publish: all of a version 1 configuration, the active ones of version 2.

@@ -1,6 +1,7 @@
 #include "colorio/ocio/conversion_check.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -44,8 +45,8 @@ public:
         }
     }
 
-    /// Sources of every file transform reached.
-    const std::set<std::string>& files() const { return files_; }
+    /// Sources of every file transform reached, each with the ids of the color corrections read from it.
+    const std::map<std::string, std::set<std::string>>& files() const { return files_; }
     std::vector<GraphNode> take_nodes() { return std::move(nodes_); }
 
 private:
@@ -88,7 +89,8 @@ private:
             path_.empty() ? 0 : path_.back().depth_above + 1 + path_.back().dependencies->group_depth;
         for (const std::string& text : dependencies->texts)
             resolve_variables(config_, text);
-        files_.insert(dependencies->files.begin(), dependencies->files.end());
+        for (const FileUse& file : dependencies->files)
+            files_[file.source].insert(file.cccid);
         visited_.emplace(identity.first, std::nullopt);
         const Extent own{1 + dependencies->group_depth, dependencies->transforms};
         path_.push_back({identity.first, identity.second, std::move(dependencies), 0, own, above});
@@ -148,7 +150,7 @@ private:
     LookupMemo* memo_;
     std::vector<Step> path_;
     std::unordered_map<std::string, std::optional<Extent>> visited_; ///< empty while on the path
-    std::set<std::string> files_;
+    std::map<std::string, std::set<std::string>> files_;
     std::vector<GraphNode> nodes_;
 };
 
@@ -157,8 +159,8 @@ private:
 ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     ConversionWalk walk(config);
     walk.run(conversion);
-    ConversionParts parts{walk.take_nodes(), {}, {}};
-    for (const std::string& source : walk.files()) {
+    ConversionParts parts{walk.take_nodes(), {}, {}, {}};
+    for (const auto& [source, cccids] : walk.files()) {
         const std::string path = locate_file(config, source);
         if (path.empty()) {
             parts.missing.push_back(source);
@@ -166,6 +168,8 @@ ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTran
         }
         require_readable_lut(path);
         parts.files.emplace(source, path);
+        for (const std::string& cccid : cccids)
+            parts.uses.push_back({source, cccid});
     }
     return parts;
 }

@@ -12,6 +12,7 @@ namespace ocio {
 struct ConversionParts {
     std::vector<GraphNode> nodes;             ///< color spaces, looks and the like
     std::map<std::string, std::string> files; ///< sources of file transforms, and the paths of the files
+    std::vector<FileUse> uses;                ///< of the files
     std::vector<std::string> missing;         ///< sources whose files are not found
 };
 

@@ -32,7 +32,7 @@ void DependencyCollector::push_members(const library::GroupTransform& group, boo
 void DependencyCollector::add_single(const library::Transform& transform, bool inverse) {
     ++found_.transforms;
     if (const auto* file = dynamic_cast<const library::FileTransform*>(&transform)) {
-        found_.files.emplace_back(file->getSrc());
+        found_.files.push_back({file->getSrc(), file->getCCCId()});
         add_texts({file->getSrc(), file->getCCCId()});
     } else if (const auto* conversion = dynamic_cast<const library::ColorSpaceTransform*>(&transform)) {
         add_texts({conversion->getSrc(), conversion->getDst()});

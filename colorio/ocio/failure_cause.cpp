@@ -13,6 +13,7 @@
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/literal_paths.h"
+#include "colorio/ocio/look_list.h"
 #include "colorio/ocio/rewritten_conversion.h"
 #include "colorio/ocio/search_folders.h"
 #include "colorio/ocio/transform.h"
@@ -126,6 +127,13 @@ Diagnostic describe_missing(const ConstConfigRcPtr& config, const std::string& s
     return cause;
 }
 
+bool is_cdl_file(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".cc" || extension == ".ccc" || extension == ".cdl";
+}
+
 /// The part of `text` after `begin`, up to `end` or to the end of the text.
 std::optional<std::string> find_between(const std::string& text, std::string_view begin,
                                         std::string_view end) {
@@ -148,6 +156,18 @@ Diagnostic describe_damage(const std::string& path, const std::string& words) {
         "the file '" + path + "' is damaged or of an unknown kind: " + diagnostics::flatten(reason), path);
 }
 
+/// Why the color correction cannot be read from a CDL file; empty when it can.
+std::optional<Diagnostic> find_cdl_damage(const std::string& path, const std::string& cccid) {
+    try {
+        create_CDL_transform_from_file(path.c_str(), cccid.c_str());
+        return std::nullopt;
+    } catch (const Exception& exception) {
+        const Diagnostic cause = get_cause(exception);
+        const bool is_about_id = cause.code == Code::CDL_ID_MISSING || cause.code == Code::CDL_ID_REPEATED;
+        return is_about_id ? cause : describe_damage(path, cause.message);
+    }
+}
+
 /// OpenColorIO's error for a file alone in one direction; empty if it accepts the file.
 std::optional<std::string> find_refusal(const std::string& path, TransformDirection direction) {
     try {
@@ -163,9 +183,22 @@ std::optional<std::string> find_refusal(const std::string& path, TransformDirect
 }
 
 /// OpenColorIO's error for a file alone; empty when it can read it.
-std::optional<Diagnostic> find_damage(const std::string& path) {
+std::optional<Diagnostic> find_lut_damage(const std::string& path) {
     const std::optional<std::string> words = find_refusal(path, TRANSFORM_DIR_FORWARD);
     return words ? std::optional(describe_damage(path, *words)) : std::nullopt;
+}
+
+/// The first file that cannot be read; empty when all can.
+std::optional<Diagnostic> find_damaged_file(const ConstConfigRcPtr& config, const ConversionParts& parts) {
+    for (const FileUse& use : parts.uses) {
+        const std::string& path = parts.files.at(use.source);
+        const std::optional<Diagnostic> damage =
+            is_cdl_file(path) ? find_cdl_damage(path, resolve_variables(config, use.cccid))
+                              : find_lut_damage(path);
+        if (damage)
+            return damage;
+    }
+    return std::nullopt;
 }
 
 /// To be called if OpenColorIO reports a singular matrix, but no transform of the config has one.
@@ -194,13 +227,21 @@ public:
             for (const char* name : {spaces->getSrc(), spaces->getDst()})
                 require_space(name);
         else if (const auto* looks = dynamic_cast<const library::LookTransform*>(transform.get()))
-            for (const char* name : {looks->getSrc(), looks->getDst()})
-                require_space(name);
+            look_at_looks(*looks);
     }
 
     const std::optional<Diagnostic>& get() const { return found; }
 
 private:
+    void look_at_looks(const library::LookTransform& transform) {
+        for (const char* name : {transform.getSrc(), transform.getDst()})
+            require_space(name);
+        for (const LookStep& look : all_look_steps(resolve_variables(config, transform.getLooks())))
+            if (!found && !config->getLook(look.name.c_str()))
+                found = diagnostics::make_error(Code::LOOK_UNKNOWN, "unknown look '" + look.name + "'",
+                                                look.name);
+    }
+
     void require_space(const char* name) {
         const std::string resolved = resolve_variables(config, name);
         if (!found && !resolved.empty() && !knows_space(config, resolved))
@@ -220,9 +261,8 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
         const ConversionParts parts = check_conversion(config, conversion);
         if (!parts.missing.empty())
             return describe_missing(config, parts.missing.front());
-        for (const auto& [source, path] : parts.files)
-            if (const std::optional<Diagnostic> damage = find_damage(path))
-                return *damage;
+        if (const std::optional<Diagnostic> damage = find_damaged_file(config, parts))
+            return *damage;
         TransformErrors errors(config);
         const auto look = [&](const TransformRcPtr& transform) { errors.look_at(transform); };
         rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, look);
@@ -239,7 +279,7 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
 std::optional<Diagnostic> find_unset_variable(const ConstConfigRcPtr& config) {
     const TransformGraph graph(config);
     for (const GraphNode& node : graph.get_nodes())
-        for (const std::string& source : graph.dependencies_of(node).files)
+        for (const auto& [source, cccid] : graph.dependencies_of(node).files)
             if (!find_variables(resolve_variables(config, source)).empty() &&
                 locate_file(config, source).empty())
                 return describe_missing(config, source);

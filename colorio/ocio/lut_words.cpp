@@ -95,16 +95,22 @@ std::optional<unsigned long> find_unreadable_line(const std::string& path) {
     return std::nullopt;
 }
 
-/// What would make one of the library's readers fail; empty when there is nothing.
-std::string find_error(const std::string& path) {
+struct LutError {
+    std::string reason;    ///< empty for none
+    unsigned int line = 0; ///< from 1; 0 without a line
+};
+
+/// What would make one of the library's readers fail.
+LutError find_error(const std::string& path) {
     if (const std::optional<unsigned long> line = find_unreadable_line(path))
-        return "line " + std::to_string(*line) + " holds a word longer than any number";
+        return {"line " + std::to_string(*line) + " holds a word longer than any number",
+                static_cast<unsigned int>(*line)};
     std::ifstream file(path, std::ios::binary);
     if (has_endless_csp_metadata(file))
-        return "its metadata have no end";
+        return {"its metadata have no end"};
     file.clear();
     file.seekg(0);
-    return find_icc_overclaim(file);
+    return {find_icc_overclaim(file)};
 }
 
 /// Files that passed, with their state at that time.
@@ -131,10 +137,10 @@ void require_readable_lut(const std::string& path) {
         if (found != known.states.end() && is_unchanged(found->second, state))
             return;
     }
-    const std::string error = find_error(path);
-    if (!error.empty())
-        throw_file_error(diagnostics::Code::LUT_DAMAGED, "'" + path + "' cannot be read as a LUT: " + error,
-                         path);
+    const LutError error = find_error(path);
+    if (!error.reason.empty())
+        throw_file_error(diagnostics::Code::LUT_DAMAGED,
+                         "'" + path + "' cannot be read as a LUT: " + error.reason, path, error.line);
     const std::lock_guard lock(known.mutex);
     known.states.insert_or_assign(path, *state);
 }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <new>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "colorio/ocio/config.h"
@@ -36,8 +38,25 @@ std::string quoted(std::string_view name) {
     return "'" + std::string(name) + "'";
 }
 
-[[noreturn]] void refuse(const std::string& reason) {
-    throw_error(diagnostics::Code::CONFIG_INVALID, "The configuration fails its check: " + reason + ".");
+[[noreturn]] void refuse(const std::string& reason, std::string_view subject = {}) {
+    throw_error(diagnostics::Code::CONFIG_INVALID, "The configuration fails its check: " + reason + ".",
+                std::string(subject));
+}
+
+/// Throws the exception being handled, of checking the configuration of the file at `path`, with its cause.
+[[noreturn]] void rethrow_refusal(const std::string& path) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const Error& error) {
+        diagnostics::Diagnostic cause = error.get_cause();
+        if (cause.file.empty())
+            cause.file = path;
+        throw Error(std::move(cause), error.what());
+    } catch (const std::exception&) {
+        rethrow_about_file(diagnostics::Code::CONFIG_INVALID, path);
+    }
 }
 
 /// The rules by which the 1.x library accepts a configuration. The 2.x check refuses more, and so
@@ -65,7 +84,7 @@ public:
 private:
     void check_roles() const {
         for (const Role& role : known_roles(config_))
-            require_space(role.color_space, [&] { return "role " + quoted(role.name); });
+            require_space(role.color_space, role.name, [&] { return "role " + quoted(role.name); });
     }
 
     void check_displays() const {
@@ -74,7 +93,7 @@ private:
             refuse("it has no displays");
         for (const DisplayViews& display : displays) {
             if (display.views.empty())
-                refuse("display " + quoted(display.name) + " has no views");
+                refuse("display " + quoted(display.name) + " has no views", display.name);
             for (const std::string& view : display.views)
                 check_view(display.name, view);
         }
@@ -83,29 +102,31 @@ private:
     void check_view(const std::string& display, const std::string& view) const {
         const auto owner = [&] { return "view " + quoted(view) + " of display " + quoted(display); };
         if (known_ == KnownViews::SHOW_SPACES_OF_THEIR_NAMES)
-            return require_space(view, owner);
-        require_space(get_display_color_space_name(config_, display.c_str(), view.c_str(), own_names_),
+            return require_space(view, view, owner);
+        require_space(get_display_color_space_name(config_, display.c_str(), view.c_str(), own_names_), view,
                       owner);
         for (const LookStep& look : all_look_steps(get_view_looks(config_, display, view)))
             if (!looks_.contains(look.name))
-                refuse(owner() + " refers to an unknown look, " + quoted(look.name));
+                refuse(owner() + " refers to an unknown look, " + quoted(look.name), look.name);
     }
 
     void check_looks() const {
         for (int i = 0; i < config_->getNumLooks(); ++i) {
             const char* name = config_->getLookNameByIndex(i);
-            require_space(config_->getLook(name)->getProcessSpace(), [&] { return "look " + quoted(name); });
+            require_space(config_->getLook(name)->getProcessSpace(), name,
+                          [&] { return "look " + quoted(name); });
         }
     }
 
     /// A role is not accepted as a color space here. `describe_owner` is called only for an error message,
     /// since every start runs this check and errors are rare.
     template <class DescribeOwner>
-    void require_space(std::string_view name, const DescribeOwner& describe_owner) const {
+    void require_space(std::string_view name, std::string_view owner,
+                       const DescribeOwner& describe_owner) const {
         if (name.empty())
-            refuse(describe_owner() + " names no color space");
+            refuse(describe_owner() + " names no color space", owner);
         if (!spaces_.contains(name))
-            refuse(describe_owner() + " refers to an unknown color space, " + quoted(name));
+            refuse(describe_owner() + " refers to an unknown color space, " + quoted(name), name);
     }
 
     const ConstConfigRcPtr& config_;
@@ -117,11 +138,15 @@ private:
 
 } // namespace
 
-void sanity_check(const ConstConfigRcPtr& config, KnownViews known) {
+void sanity_check(const ConstConfigRcPtr& config, KnownViews known, const std::string& path) {
     guarded([&] {
-        if (get_major_version(config) == 1)
-            VersionOneCheck(config, known).run();
-        check_by_library(config);
+        try {
+            if (get_major_version(config) == 1)
+                VersionOneCheck(config, known).run();
+            check_by_library(config);
+        } catch (...) {
+            rethrow_refusal(path);
+        }
     });
 }
 

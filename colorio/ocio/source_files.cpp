@@ -16,8 +16,8 @@ std::set<std::string> get_file_names(const ConstConfigRcPtr& config) {
     const TransformGraph graph(config);
     std::set<std::string> names;
     for (const GraphNode& node : graph.get_nodes()) {
-        const std::vector<std::string> files = graph.dependencies_of(node).files;
-        names.insert(files.begin(), files.end());
+        for (const FileUse& file : graph.dependencies_of(node).files)
+            names.insert(file.source);
     }
     return names;
 }

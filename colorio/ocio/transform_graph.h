@@ -23,10 +23,16 @@ struct GraphNode {
 /// A unique key of the node.
 std::string key_of(const GraphNode& node);
 
+/// What a file transform reads, as the configuration spells it, variables unresolved.
+struct FileUse {
+    std::string source;
+    std::string cccid; ///< id or position of a color correction in the file; empty for none
+};
+
 /// What one node, or one transform, refers to directly.
 struct Dependencies {
     std::vector<GraphNode> nodes;   ///< in order, once per use
-    std::vector<std::string> files; ///< sources of file transforms, unresolved
+    std::vector<FileUse> files;     ///< of file transforms
     std::vector<std::string> texts; ///< names and paths that may hold context variables, unresolved
     std::size_t transforms = 0;     ///< how many transforms it consists of, groups not counted
     std::size_t group_depth = 0;    ///< how deep its groups are nested

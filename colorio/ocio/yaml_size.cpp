@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <sstream>
 #include <string_view>
 #include <unordered_map>
@@ -83,6 +84,22 @@ private:
     std::size_t repeated_ = 0;
 };
 
+/// For documents whose syntax alone matters.
+class Ignorer : public YAML::EventHandler {
+public:
+    void OnDocumentStart(const YAML::Mark&) override {}
+    void OnDocumentEnd() override {}
+    void OnNull(const YAML::Mark&, YAML::anchor_t) override {}
+    void OnAlias(const YAML::Mark&, YAML::anchor_t) override {}
+    void OnScalar(const YAML::Mark&, const std::string&, YAML::anchor_t, const std::string&) override {}
+    void OnSequenceStart(const YAML::Mark&, const std::string&, YAML::anchor_t,
+                         YAML::EmitterStyle::value) override {}
+    void OnSequenceEnd() override {}
+    void OnMapStart(const YAML::Mark&, const std::string&, YAML::anchor_t,
+                    YAML::EmitterStyle::value) override {}
+    void OnMapEnd() override {}
+};
+
 /// True when the text contains what could be an alias: "*name" where a node may begin.
 bool may_hold_aliases(std::string_view text) {
     constexpr std::string_view BEFORE = " \t\r\n[{,:-?";
@@ -116,6 +133,26 @@ void require_bounded_yaml(const std::string& path) {
     } catch (const YAML::Exception&) {
         return;
     }
+}
+
+std::optional<YamlError> find_yaml_error(const std::string& path) {
+    constexpr std::string_view ARCHIVE_MARK = "PK";
+    std::ifstream file(path, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (text.compare(0, ARCHIVE_MARK.size(), ARCHIVE_MARK) == 0)
+        return std::nullopt;
+    try {
+        std::istringstream stream(text);
+        YAML::Parser parser(stream);
+        Ignorer ignorer;
+        while (parser.HandleNextDocument(ignorer)) {
+        }
+    } catch (const YAML::Exception& error) {
+        if (!error.mark.is_null())
+            return YamlError{static_cast<unsigned int>(error.mark.line + 1),
+                             static_cast<unsigned int>(error.mark.column + 1), error.msg};
+    }
+    return std::nullopt;
 }
 
 } // namespace ocio

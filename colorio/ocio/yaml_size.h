@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace ocio {
@@ -8,5 +9,15 @@ namespace ocio {
 /// Throws when the file's aliases expand to more than 200,000 nodes, or when it is not a regular file. A file
 /// that cannot be opened or parsed passes: the library reports why.
 void require_bounded_yaml(const std::string& path);
+
+/// Where a YAML text is malformed.
+struct YamlError {
+    unsigned int line; ///< from 1
+    unsigned int column;
+    std::string reason;
+};
+
+/// The first error of syntax in the file; nothing when there is none.
+std::optional<YamlError> find_yaml_error(const std::string& path);
 
 } // namespace ocio

@@ -47,8 +47,12 @@ std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool) {
     try {
         return parse(read_text(path));
     } catch (const Exception& error) {
-        throw_file_error(diagnostics::Code::CDL_INVALID,
-                         "no color corrections can be read from '" + path + "': " + error.what(), path);
+        diagnostics::Diagnostic cause = get_cause(error);
+        if (cause.code == diagnostics::Code::LIBRARY_FAILURE)
+            cause.code = diagnostics::Code::CDL_INVALID;
+        cause.message = "no color corrections can be read from '" + path + "': " + error.what();
+        cause.file = path;
+        throw Error(std::move(cause));
     }
 }
 
