@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "diagnostics/failure.h"
+#include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "files/links.h"
 #include "files/lock.h"
@@ -94,7 +95,7 @@ PreferenceFile::State::Content PreferenceFile::State::read() {
     if (!text && text.get_failure().error_number == ENOENT)
         return Content::ABSENT;
     if (!text) {
-        report(Severity::ERROR, text.get_failure().describe(), Code::FILE_UNREADABLE);
+        report(Severity::ERROR, text.get_failure().describe(), files::to_diagnostic(text.get_failure()).code);
         return Content::UNUSABLE;
     }
     auto read_root = std::make_shared<ParserGroup>(nullptr);

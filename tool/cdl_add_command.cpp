@@ -84,7 +84,7 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
                          fmt::format("choose a color correction: {}:ID", found.path));
     if (!correction.has_usual_names) {
         console.report(diagnostics::make_note(
-            Code::CDL_INVALID,
+            Code::CDL_COPIED,
             fmt::format("OpenColorIO does not accept the element names in '{}': the numbers are "
                         "copied, and later edits of the file have no effect",
                         found.path)));
@@ -92,7 +92,7 @@ ColorDecisionListDef CdlAddCommand::make_record(Console& console) const {
     }
     if (!is_collection && !found.id.empty()) {
         console.report(diagnostics::make_note(
-            Code::CDL_ID_MISSING,
+            Code::CDL_COPIED,
             fmt::format("ids are looked up in .ccc files only: the numbers are copied, and later "
                         "edits of '{}' have no effect",
                         found.path)));
@@ -118,8 +118,8 @@ void CdlAddCommand::add(const ColorDecisionListDef& record) const {
     manager.set_tavelion_config(records);
     ColorIOConverter converter;
     if (!converter.configure_CDL(ColorIO::get_default_CDL_name(), record.name))
-        throw diagnostics::Failure(
-            add_context(fmt::format("cannot use the CDL '{}'", name), collector.take(), Code::CDL_INVALID));
+        throw diagnostics::Failure(add_context(fmt::format("cannot use the CDL '{}'", name),
+                                               select(collector.take(), name), Code::CDL_INVALID));
 }
 
 } // namespace

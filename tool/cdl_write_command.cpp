@@ -1,12 +1,11 @@
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <set>
 #include <string>
 
 #include <fmt/format.h>
 
+#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_manager.h"
 #include "tool/cdl_command.h"
 #include "tool/console.h"
@@ -135,17 +134,14 @@ void CdlWriteCommand::write_rounded(const std::vector<workflow::Correction>& cor
         records.append(workflow::make_cdl_record(correction, correction.id));
     }
     ColorIOManager manager(nullptr);
-    errno = 0; // the module leaves it set where the system has a reason
+    ColorIODiagnostics collector;
     if (!manager.create_XML_from_CDL(records, path.c_str(), is_collection))
-        diagnostics::fail_file(
-            diagnostics::Code::FILE_UNWRITABLE,
-            fmt::format("cannot write '{}': {}", path, errno != 0 ? std::strerror(errno) : "unknown reason"),
-            path);
+        throw diagnostics::Failure(add_context({}, collector.take(), diagnostics::Code::FILE_UNWRITABLE));
     const Loss loss = find_largest_loss(corrections, workflow::read_corrections(path));
     if (loss.amount > 0.0f)
         console.report(
             with_hint(diagnostics::make_warning(
-                          diagnostics::Code::CDL_INVALID,
+                          diagnostics::Code::CDL_ROUNDED,
                           fmt::format("numbers are written with one decimal: the largest loss is {:.3g}, {} "
                                       "({} became {})",
                                       loss.amount, loss.place, loss.wanted, loss.written)),

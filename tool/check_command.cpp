@@ -28,7 +28,7 @@ struct Findings {
     std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
     workflow::CheckReport report;
 
-    bool is_good() const { return !refusal && report.failures.empty(); }
+    bool is_good() const { return !refusal && report.failures.empty() && !diagnostics::has_error(messages); }
 };
 
 Findings find_out(const workflow::SessionOptions& options) {

@@ -115,7 +115,7 @@ ExitCode ConvertCommand::run(Console& console) {
         print_decision(session, conversion, console);
     if (conversion.is_identity())
         console.report(make_note(
-            Code::CONVERSION_IMPOSSIBLE,
+            Code::COLORS_UNCHANGED,
             fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
     const workflow::ImageSettings settings = make_settings(conversion);
     if (is_sequence())
@@ -167,7 +167,7 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     request.from = found.color_space;
     source_reason = found.reason;
     if (!explains)
-        console.report(make_note(Code::COLOR_SPACE_UNKNOWN,
+        console.report(make_note(Code::COLOR_SPACE_CHOSEN,
                                  fmt::format("{}: {}, {}", name, request.from, source_reason)));
 }
 
@@ -189,7 +189,7 @@ void ConvertCommand::convert_one(const workflow::Conversion& conversion,
     const workflow::ImageReport report = workflow::convert_image({input, output}, settings, buffers);
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     for (const std::string& note : report.notes)
-        console.report(make_note(Code::IMAGE_UNSUPPORTED, note));
+        console.report(make_note(Code::IMAGE_ADAPTED, note));
     console.print(fmt::format("{}: {} to {}, {} x {} {}, {}", output, conversion.get_source(),
                               conversion.get_destination(), report.width, report.height, report.depth,
                               describe_speed(report.pixels, elapsed.count())));

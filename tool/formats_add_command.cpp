@@ -39,7 +39,7 @@ public:
             diagnostics::fail(diagnostics::Code::NAME_DUPLICATE,
                               fmt::format("a format named '{}' already exists", category),
                               "change it with 'colorio formats set'");
-        const std::string label = workflow::resolve_color_space(color_space, session.get_config_name()).label;
+        const std::string label = workflow::resolve_color_space(session, color_space).label;
         ColorIOAutoDetection::get_instance()->add_file_format(category.c_str(), extension_list.c_str(),
                                                               label.c_str());
         finish_format_change(session, category, console);

@@ -15,7 +15,7 @@ void note_mapping_file(const workflow::Session& session, Console& console) {
     const CoreString& path = app.get_color_space_by_extension_file_path();
     if (app.get_use_color_space_by_extension_file() != 0 && !path.is_empty())
         console.report(diagnostics::make_warning(
-            diagnostics::Code::MAPPING_ENTRY_INVALID,
+            diagnostics::Code::FORMAT_SHADOWED,
             fmt::format("the preferences use the mapping file '{}' instead of these associations",
                         path.view())));
 }
@@ -27,7 +27,7 @@ void finish_format_change(workflow::Session& session, const std::string& categor
     console.print(fmt::format("{} ({}): {}", changed.category, fmt::join(changed.extensions, ", "),
                               changed.color_space));
     for (const std::string& note : workflow::find_shadowed_extensions(category))
-        console.report(diagnostics::make_warning(diagnostics::Code::MAPPING_ENTRY_INVALID, note));
+        console.report(diagnostics::make_warning(diagnostics::Code::FORMAT_SHADOWED, note));
     note_mapping_file(session, console);
 }
 

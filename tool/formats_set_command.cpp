@@ -50,7 +50,7 @@ private:
             detection.set_extension_from_file_format(row, workflow::normalize_extensions(extensions).c_str());
         if (!color_space.empty())
             detection.set_default_color_space_from_file_format(
-                row, workflow::resolve_color_space(color_space, session.get_config_name()).label.c_str());
+                row, workflow::resolve_color_space(session, color_space).label.c_str());
     }
 
     SessionChoice session_options;

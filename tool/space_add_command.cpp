@@ -6,6 +6,8 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_diagnostics.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 #include "host/sys/sys_filesystem.h"
 #include "tool/console.h"
 #include "tool/correction_cells.h"
@@ -38,6 +40,7 @@ public:
 
 private:
     ColorSpaceDef make_record() const;
+    void take_lut(ColorSpaceDef& record) const;
     void take_cdl(ColorSpaceDef& record) const;
     void take_range(ColorSpaceDef& record) const;
     void add(const ColorSpaceDef& record) const;
@@ -88,16 +91,20 @@ ColorSpaceDef SpaceAddCommand::make_record() const {
         throw UsageError("a color space needs --lut or --cdl");
     ColorSpaceDef record{};
     record.name = name.c_str();
-    if (!lut.empty() && !SysFilesystem::file_exists(lut.c_str()))
-        diagnostics::fail_file(Code::FILE_MISSING, fmt::format("cannot read '{}': no such file", lut), lut);
     if (!lut.empty())
-        record.lut_file = std::filesystem::absolute(lut).c_str();
+        take_lut(record);
     if (!cdl.empty())
         take_cdl(record);
     record.bit_depth = workflow::parse_depth(depth);
     record.allocation = workflow::parse_allocation(allocation);
     take_range(record);
     return record;
+}
+
+void SpaceAddCommand::take_lut(ColorSpaceDef& record) const {
+    if (const auto opened = files::open_for_reading(lut); !opened)
+        throw diagnostics::Failure(files::to_diagnostic(opened.get_failure()));
+    record.lut_file = std::filesystem::absolute(lut).c_str();
 }
 
 void SpaceAddCommand::take_cdl(ColorSpaceDef& record) const {
@@ -149,7 +156,8 @@ void SpaceAddCommand::add(const ColorSpaceDef& record) const {
     if (!ColorIO::color_space_exists(workflow::get_label(record).c_str()) ||
         !converter.configure(ColorIO::get_ROLE_SCENE_LINEAR(), record.name))
         throw diagnostics::Failure(add_context(fmt::format("cannot add the color space '{}'", name),
-                                               collector.take(), Code::CUSTOM_COLOR_SPACE_INVALID));
+                                               select(collector.take(), name),
+                                               Code::CUSTOM_COLOR_SPACE_INVALID));
 }
 
 } // namespace

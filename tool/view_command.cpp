@@ -1,12 +1,15 @@
+#include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 #include "gl/gl_error.h"
 #include "tool/command.h"
 #include "tool/console.h"
@@ -31,6 +34,7 @@ Commands of a script, one per line:
 )";
 
 constexpr int MAX_SIDE = 16384;
+constexpr std::size_t MAX_SCRIPT_SIZE = 8 << 20;
 
 viewer::Screen::Size parse_size(const std::string& text) {
     const std::size_t cross = std::min(text.find('x'), text.size());
@@ -60,7 +64,8 @@ public:
                     "view to use, as DISPLAY.VIEW (default: that of the config)");
         options.add("--second-view", views[viewer::ViewModel::SECOND],
                     "view to compare it with, as DISPLAY.VIEW");
-        options.add("--layout", layout, "{single,wipe,two,difference} (default: single)");
+        options.add("--layout", layout, "{single,wipe,two,difference} (default: single)")
+            .choices({"single", "wipe", "two", "difference"});
         options.add("--zoom", zoom, "screen pixels per image pixel, above 0 (default: fit the window)")
             .positive();
         options.add("--size", size, "window size in pixels (default: 1280x800)");
@@ -91,7 +96,7 @@ public:
                                            : viewer::make_window(screen_size, "colorio"),
                                   !headless);
             console.report(
-                diagnostics::make_note(diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN,
                                        fmt::format("{}: {} ({})", paths.front(),
                                                    model.get_settings(viewer::ViewModel::FIRST).input_space,
                                                    model.get_space_reason())));
@@ -111,12 +116,11 @@ private:
                 throw UsageError("--no-window needs --script or --screenshot");
             return {};
         }
-        std::error_code error;
-        std::ifstream file(script_path);
-        if (!file || std::filesystem::is_directory(script_path, error))
-            diagnostics::fail_file(diagnostics::Code::FILE_UNREADABLE,
-                                   fmt::format("cannot read the script '{}'", script_path), script_path);
-        return {viewer::Script(file, script_path)};
+        auto text = files::read_whole(script_path, MAX_SCRIPT_SIZE);
+        if (!text)
+            throw diagnostics::Failure(files::to_diagnostic(text.get_failure()));
+        std::istringstream lines(*text);
+        return {viewer::Script(lines, script_path)};
     }
 
     void apply_options(viewer::ViewModel& model) const {
@@ -135,14 +139,27 @@ private:
         model.set_layout(viewer::parse_layout(layout));
     }
 
+    /// Errors of files that became unusable after the start.
+    static diagnostics::Diagnostics find_later_errors(const workflow::LiveConfig& host) {
+        diagnostics::Diagnostics later;
+        const diagnostics::Diagnostics& known = host.get_session().get_custom_errors();
+        for (const diagnostics::Diagnostic& fault : host.get_source_errors())
+            if (std::find(known.begin(), known.end(), fault) == known.end())
+                later.push_back(fault);
+        return later;
+    }
+
     /// Throws diagnostics::Failure when a shown view cannot be converted: the image would be wrong.
     void save_screenshot(viewer::Viewer& viewer) const {
         viewer::ViewModel& model = viewer.get_model();
         model.get_conversion(viewer::ViewModel::FIRST);
         if (viewer::shows_both_views(model.get_layout()))
             model.get_conversion(viewer::ViewModel::SECOND);
-        for (const std::string& fault : model.get_faults())
-            diagnostics::fail(diagnostics::Code::CONVERSION_IMPOSSIBLE, fault);
+        diagnostics::Diagnostics faults = model.get_shown_errors();
+        if (faults.empty())
+            faults = find_later_errors(model.get_host());
+        if (!faults.empty())
+            throw diagnostics::Failure(std::move(faults));
         viewer.save_screenshot(screenshot);
     }
 

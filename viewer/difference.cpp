@@ -1,6 +1,8 @@
 #include "viewer/difference.h"
 
 #include <cmath>
+#include <exception>
+#include <mutex>
 
 #include <OpenImageIO/parallel.h>
 #include <fmt/format.h>
@@ -63,10 +65,20 @@ std::vector<float> convert_on_cpu(const Image& image, const workflow::Conversion
                                   float exposure) {
     std::vector<float> rgba = image.rgba;
     const auto row = static_cast<std::size_t>(image.width) * 4;
+    std::exception_ptr failure;
+    std::mutex mutex;
     OIIO::parallel_for_chunked(0, image.height, 0, [&](int64_t begin, int64_t end) {
-        conversion.apply(&rgba[static_cast<std::size_t>(begin) * row], static_cast<unsigned int>(image.width),
-                         static_cast<unsigned int>(end - begin), exposure);
+        try {
+            conversion.apply(&rgba[static_cast<std::size_t>(begin) * row],
+                             static_cast<unsigned int>(image.width), static_cast<unsigned int>(end - begin),
+                             exposure);
+        } catch (...) { // The pool's threads let nothing pass; it is thrown again below.
+            const std::lock_guard lock(mutex);
+            failure = std::current_exception();
+        }
     });
+    if (failure)
+        std::rethrow_exception(failure);
     return rgba;
 }
 

@@ -37,7 +37,7 @@ void ImageList::open(const std::string& path) {
     image = load(path);
     add(path);
     current = path;
-    fault.clear();
+    fault.reset();
 }
 
 void ImageList::step(int by) {
@@ -56,11 +56,11 @@ void ImageList::refresh(const std::string& path) {
 }
 
 void ImageList::show_current() {
-    fault.clear();
+    fault.reset();
     try {
         image = load(current);
     } catch (const diagnostics::Failure& error) {
-        fault = error.what();
+        fault = error.get_worst();
     }
 }
 

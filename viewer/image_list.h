@@ -2,9 +2,11 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "diagnostics/diagnostic.h"
 #include "viewer/image.h"
 
 namespace viewer {
@@ -34,7 +36,7 @@ public:
     /// The image read last; null before the first.
     const Handle& get_image() const { return image; }
     /// The error of the current file; empty without one.
-    const std::string& get_fault() const { return fault; }
+    const std::optional<diagnostics::Diagnostic>& get_fault() const { return fault; }
 
 private:
     Handle load(const std::string& path);
@@ -45,7 +47,7 @@ private:
     std::vector<std::string> paths;
     std::string current;
     Handle image;
-    std::string fault;
+    std::optional<diagnostics::Diagnostic> fault;
     std::vector<Handle> held; ///< The last ones wanted, the latest behind.
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "diagnostics/failure.h"
 #include "workflow/file_space.h"
@@ -68,22 +69,27 @@ void ViewModel::take_space_of_file() {
     space_reason = space.reason;
 }
 
+/// Of custom color spaces, which belong to the built-in config.
+diagnostics::Diagnostics ViewModel::get_space_errors() const {
+    return host.get_config_path().empty() ? host.get_custom_errors() : diagnostics::Diagnostics();
+}
+
 void ViewModel::set_input_space(const std::string& name) {
-    input_space = workflow::resolve_color_space(name, host.get_config_name()).label;
+    input_space = workflow::resolve_color_space(name, host.get_config_name(), get_space_errors()).label;
     space_reason = "chosen";
     space_is_chosen = true;
 }
 
 void ViewModel::set_cdl(const std::string& name) {
     if (!holds(host.get_cdls(), name))
-        throw diagnostics::Failure(with_hint(
-            diagnostics::make_error(diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name),
+        throw diagnostics::Failure(workflow::explain_missing(
+            diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name, host.get_custom_errors(),
             workflow::did_you_mean(name, host.get_cdls())));
     cdl = name;
 }
 
 void ViewModel::set_view(Side side, const std::string& label) {
-    views[side] = workflow::resolve_view("", label, host.get_config_name()).label;
+    views[side] = workflow::resolve_view("", label, host.get_config_name(), get_space_errors()).label;
 }
 
 ColorSettings ViewModel::get_settings(Side side) const {
@@ -105,7 +111,7 @@ std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side)
     if (cached.key && *cached.key == key)
         return cached.conversion;
     cached.key = key;
-    cached.fault.clear();
+    cached.fault.reset();
     workflow::ConversionRequest request;
     request.from = input_space;
     request.view = views[side];
@@ -114,7 +120,7 @@ std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side)
     try {
         cached.conversion = std::make_shared<const workflow::Conversion>(host.get_session(), request);
     } catch (const diagnostics::Failure& failure) {
-        cached.fault = failure.what();
+        cached.fault = failure.get_worst();
     }
     return cached.conversion;
 }
@@ -126,24 +132,24 @@ void ViewModel::set_wipe(double position) {
 void ViewModel::use_config(const std::string& path) {
     if (workflow::LiveConfig::Error fault = host.use_config(path))
         throw diagnostics::Failure(*std::move(fault));
-    note = fmt::format("using {}", host.get_config_name()) + use_existing_names();
+    set_note(fmt::format("using {}", host.get_config_name()), use_existing_names());
     watch_files();
 }
 
 void ViewModel::use_cdl_library(const std::string& path) {
     if (workflow::LiveConfig::Error fault = host.use_cdl_library(path))
         throw diagnostics::Failure(*std::move(fault));
-    note = fmt::format("using {}", get_file_name(path)) + use_existing_names();
+    set_note(fmt::format("using {}", get_file_name(path)), use_existing_names());
     watch_files();
 }
 
 /// Replaces names that are not in the config by its defaults.
-std::string ViewModel::use_existing_names() {
+std::vector<std::string> ViewModel::use_existing_names() {
     revision = host.get_revision();
-    std::string replaced;
+    std::vector<std::string> replaced;
     const auto note_replaced = [&](const char* kind, const std::string& former, const std::string& now) {
         if (!former.empty() && former != now)
-            replaced += fmt::format("; {} '{}' no longer exists, using '{}'", kind, former, now);
+            replaced.push_back(fmt::format("{} '{}' no longer exists, using '{}'", kind, former, now));
     };
     if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
         const std::string former = space_is_chosen ? input_space : "";
@@ -189,9 +195,15 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
 
 /// The note becomes the text about names alone, unless it already has the reason.
 void ViewModel::take_existing_names(bool note_tells_why) {
-    const std::string replaced = use_existing_names();
+    const std::vector<std::string> replaced = use_existing_names();
     if (!replaced.empty())
-        note = note_tells_why ? note + replaced : replaced.substr(replaced.find_first_not_of("; "));
+        set_note(note_tells_why ? note : "", replaced);
+}
+
+void ViewModel::set_note(const std::string& first, std::vector<std::string> others) {
+    if (!first.empty())
+        others.insert(others.begin(), first);
+    note = fmt::format("{}", fmt::join(others, "; "));
 }
 
 bool ViewModel::reload_sources(const std::string& changed) {
@@ -202,21 +214,30 @@ bool ViewModel::reload_sources(const std::string& changed) {
 }
 
 /// The error of the current settings, if the view is shown.
-std::string ViewModel::get_conversion_fault(Side side) const {
+ViewModel::Fault ViewModel::get_conversion_fault(Side side) const {
     const ConfiguredConversion& cached = conversions[side];
     const bool is_shown = side == FIRST || shows_both_views(layout);
     const bool is_current = cached.key && *cached.key == make_key(side);
-    return is_shown && is_current ? cached.fault : "";
+    return is_shown && is_current ? cached.fault : Fault();
+}
+
+diagnostics::Diagnostics ViewModel::get_shown_errors() const {
+    diagnostics::Diagnostics faults;
+    for (const Fault& fault : {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})
+        if (fault)
+            add_new(faults, {*fault});
+    return faults;
 }
 
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults;
-    for (const diagnostics::Diagnostic& fault : host.get_source_errors())
-        faults.push_back(format_located(fault) + " (still using the last valid version)");
-    for (const std::string& fault :
-         {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})
-        if (!fault.empty() && !holds(faults, fault))
-            faults.push_back(fault);
+    const diagnostics::Diagnostics& of_start = host.get_session().get_custom_errors();
+    for (const diagnostics::Diagnostic& fault : host.get_source_errors()) {
+        const bool was_good = std::find(of_start.begin(), of_start.end(), fault) == of_start.end();
+        faults.push_back(format_located(fault) + (was_good ? " (still using the last valid version)" : ""));
+    }
+    for (const diagnostics::Diagnostic& fault : get_shown_errors())
+        faults.push_back(diagnostics::Failure(fault).what());
     return faults;
 }
 

@@ -78,6 +78,8 @@ public:
 
     /// The current errors.
     std::vector<std::string> get_faults() const;
+    /// The errors of the conversions and of the image: something other than the settings is shown.
+    diagnostics::Diagnostics get_shown_errors() const;
     /// The last successful operation, and the chosen names that had to be replaced.
     const std::string& get_note() const { return note; }
 
@@ -87,10 +89,13 @@ public:
 private:
     void take_space_of_image(const std::shared_ptr<const Image>& former);
     void take_space_of_file();
-    /// Replaces names that no longer exist. Returns "; ..." about each for the note.
-    std::string use_existing_names();
+    /// Replaces names that no longer exist. Returns a text about each for the note.
+    std::vector<std::string> use_existing_names();
+    void set_note(const std::string& first, std::vector<std::string> others);
+    diagnostics::Diagnostics get_space_errors() const;
     void watch_files();
-    std::string get_conversion_fault(Side side) const;
+    using Fault = std::optional<diagnostics::Diagnostic>;
+    Fault get_conversion_fault(Side side) const;
     void take_existing_names(bool note_tells_why);
     /// False when something is not whole.
     bool reload_sources(const std::string& changed);
@@ -108,7 +113,7 @@ private:
     struct ConfiguredConversion {
         std::optional<Key> key;
         std::shared_ptr<const workflow::Conversion> conversion; ///< The last one that could be configured.
-        std::string fault;
+        Fault fault;
     };
     Key make_key(Side side) const;
 

@@ -71,6 +71,20 @@ void expose(float* rgba, std::size_t pixels, float gain) {
             rgba[channel] *= gain;
 }
 
+/// Throws when the pixels stayed as they were, or may have.
+void apply_stage(const Conversion::Stage& stage, float* rgba, unsigned int width, unsigned int height) {
+    ColorIODiagnostics collector;
+    bool is_done = false;
+    try {
+        is_done = stage.converter->convert_buffer(rgba, width, height, 4);
+    } catch (const std::exception&) {
+        // The module reported why.
+    }
+    if (!is_done)
+        throw diagnostics::Failure(diagnostics::add_context(fmt::format("cannot convert {}", stage.title),
+                                                            collector.take(), Code::CONVERSION_IMPOSSIBLE));
+}
+
 } // namespace
 
 float get_gain(float exposure) {
@@ -181,11 +195,13 @@ bool Conversion::keeps_neutrals() const {
 }
 
 void Conversion::apply(float* rgba, unsigned int width, unsigned int height, float exposure) const {
+    if (width == 0 || height == 0)
+        return;
     for (std::size_t stage = 0; stage <= stages.size(); ++stage) {
         if (stage == exposure_position && exposure != 0)
             expose(rgba, std::size_t{width} * height, get_gain(exposure));
         if (stage < stages.size())
-            stages[stage].converter->convert_buffer(rgba, width, height, 4);
+            apply_stage(stages[stage], rgba, width, height);
     }
 }
 

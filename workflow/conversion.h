@@ -68,8 +68,8 @@ public:
     bool keeps_neutrals() const;
 
     /// Converts interleaved red, green, blue, alpha floats in place; alpha is not changed by the exposure.
-    /// `exposure` is in stops; other values than 0 need a request with `takes_exposure`. Throws what
-    /// OpenColorIO throws.
+    /// `exposure` is in stops; other values than 0 need a request with `takes_exposure`. Throws
+    /// diagnostics::Failure when a stage cannot be applied; the pixels are then undefined.
     void apply(float* rgba, unsigned int width, unsigned int height, float exposure = 0) const;
 
 private:

@@ -1,10 +1,8 @@
 #include "workflow/correction_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
 #include <strings.h>
@@ -13,12 +11,12 @@
 #include <fmt/ranges.h>
 
 #include "diagnostics/failure.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 #include "workflow/correction_text.h"
 #include "workflow/nearest_names.h"
-#include "xml/xml_encoding.h"
 #include "xml/xml_error.h"
 #include "xml/xml_node.h"
-#include "xml/xml_settings.h"
 
 namespace workflow {
 
@@ -28,7 +26,6 @@ using diagnostics::Code;
 using diagnostics::Diagnostic;
 using diagnostics::fail_file;
 
-constexpr std::size_t GUESS_WINDOW = 4096;
 constexpr std::string_view BLANKS = " \t\r\n";
 
 /// Elements of a ColorCorrection that are not reported as ignored.
@@ -44,38 +41,15 @@ bool is_file(const std::string& path) {
     return std::filesystem::exists(path, error) && !std::filesystem::is_directory(path, error);
 }
 
-[[noreturn]] void fail_without_file(const std::string& path) {
-    std::error_code error;
-    const bool is_folder = std::filesystem::is_directory(path, error);
-    fail_file(is_folder ? Code::FILE_NOT_REGULAR : Code::FILE_MISSING,
-              fmt::format("cannot read '{}': {}", path, is_folder ? "it is a folder" : "no such file"), path);
+[[noreturn]] void fail_to_read(const files::Failure& failure) {
+    throw diagnostics::Failure(files::to_diagnostic(failure));
 }
 
-/// Makes the guessed encoding of a file the current one of the XML library for its scope.
-class FileEncoding {
-public:
-    explicit FileEncoding(const std::string& path) : before(get_xml_settings()) {
-        std::array<char, GUESS_WINDOW> head;
-        std::ifstream stream(path, std::ios::binary);
-        stream.read(head.data(), head.size());
-        XmlSettings settings = before;
-        settings.encoding = guess_encoding(head.data(), static_cast<std::size_t>(stream.gcount()), true);
-        set_xml_settings(settings);
-    }
-    ~FileEncoding() { set_xml_settings(before); }
-    FileEncoding(const FileEncoding&) = delete;
-    FileEncoding& operator=(const FileEncoding&) = delete;
-
-private:
-    const XmlSettings before;
-};
-
 XmlNode parse_document(const std::string& path) {
-    if (!is_file(path))
-        fail_without_file(path);
-    const FileEncoding encoding(path);
+    if (const auto opened = files::open_for_reading(path); !opened)
+        fail_to_read(opened.get_failure());
     XmlResults results;
-    XmlNode top = XmlNode::parse_file(path.c_str(), nullptr, &results);
+    XmlNode top = XmlNode::parse_file_as_guessed(path.c_str(), nullptr, &results);
     if (results.error == XmlError::NONE)
         return top;
     const std::string reason = get_error_reason(results.error);
@@ -209,7 +183,7 @@ std::vector<Correction> read_corrections(const std::string& path) {
 void add_unread_elements(const Correction& correction, diagnostics::Diagnostics& notes) {
     if (!correction.unread_elements.empty())
         notes.push_back(diagnostics::make_warning(
-            Code::CDL_INVALID,
+            Code::CDL_ELEMENT_IGNORED,
             fmt::format(
                 "the color correction '{}' contains elements that are ignored here and by OpenColorIO: "
                 "{}",
@@ -224,7 +198,7 @@ CorrectionSource parse_correction_source(const std::string& text) {
          colon = text.rfind(':', colon - 1))
         if (is_file(text.substr(0, colon)))
             return {text.substr(0, colon), text.substr(colon + 1)};
-    fail_without_file(text);
+    fail_to_read(files::open_for_reading(text).get_failure());
 }
 
 Correction read_correction(const CorrectionSource& source) {

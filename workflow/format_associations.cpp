@@ -74,15 +74,14 @@ std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& sessio
     const bool is_wanted = wanted.get_use_color_space_by_extension_file() != 0 && !path.empty();
     if (!is_wanted || ColorIOAutoDetection::get_instance()->is_file_config())
         return std::nullopt;
-    Diagnostic reason =
-        diagnostics::make_file_error(Code::FILE_MISSING, fmt::format("no file '{}'", path), path);
+    Diagnostic reason = diagnostics::make_file_error(Code::FILE_MISSING, "no reason is known", path);
     for (const Diagnostic& reported : session.get_load_diagnostics())
         if (reported.file == path) {
             reason = reported;
             break;
         }
     reason.severity = diagnostics::Severity::WARNING;
-    reason.message = "the mapping file of the preferences is not used: " + format_located(reason);
+    reason.message = "the mapping file of the preferences is not used: " + reason.message;
     return reason;
 }
 

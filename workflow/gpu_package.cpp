@@ -1,11 +1,13 @@
 #include "workflow/gpu_package.h"
 
+#include <exception>
 #include <filesystem>
 #include <iterator>
 
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
+#include "colorio/color_io_diagnostics.h"
 #include "diagnostics/failure.h"
 #include "workflow/text_file.h"
 
@@ -47,12 +49,23 @@ GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile pr
     CoreArray<float> lut;
     const auto version = profile == gl::GlProfile::CORE ? ColorIOConverter::GLSL_VERSION_CORE
                                                         : ColorIOConverter::GLSL_VERSION_LEGACY;
-    if (stages.size() != 1 || !stages.front().converter->get_gpu_shader_data(text, lut, version))
+    const std::string what = fmt::format("cannot make a shader from '{}' to '{}'", conversion.get_source(),
+                                         conversion.get_destination());
+    if (stages.empty())
+        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, what + ": source and destination are the same");
+    if (stages.size() > 1)
         diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
-                          fmt::format("cannot make a shader from '{}' to '{}': {}", conversion.get_source(),
-                                      conversion.get_destination(),
-                                      stages.empty() ? "source and destination are the same"
-                                                     : "this conversion has no GPU form"));
+                          fmt::format("{}: this conversion needs {} shaders", what, stages.size()));
+    ColorIODiagnostics collector;
+    bool is_made = false;
+    try {
+        is_made = stages.front().converter->get_gpu_shader_data(text, lut, version);
+    } catch (const std::exception&) {
+        // The module reported the reason.
+    }
+    if (!is_made)
+        throw diagnostics::Failure(
+            diagnostics::add_context(what, collector.take(), diagnostics::Code::GPU_UNAVAILABLE));
     return {text.get_data(), {lut.begin(), lut.end()}, stages.front().converter->get_lut_3d_edge_size()};
 }
 

@@ -54,8 +54,14 @@ struct LiveConfig::Lists {
 LiveConfig::LiveConfig(const SessionOptions& options)
     : session(options), config_path(session.get_source().path),
       from_environment(session.get_source().kind == ConfigSource::ENVIRONMENT),
-      library_path(session.get_app().get_cdl_library_file_path().view()),
-      observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {}
+      library_path(session.get_preferences().get_app().get_cdl_library_file_path().view()),
+      observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {
+    for (const diagnostics::Diagnostic& fault : session.get_custom_errors())
+        if (fault.file == library_path && !library_path.empty())
+            library_error = fault;
+        else
+            custom_errors.push_back(fault);
+}
 
 LiveConfig::~LiveConfig() = default;
 
@@ -83,15 +89,24 @@ bool LiveConfig::reload() {
     config_error = config_path.empty() ? Error() : check_candidate(config_path);
     // With an unusable config the module would switch to the built-in config.
     if (!config_error && has_custom_files(library_path))
-        custom_error = reload_custom_files();
+        custom_errors = reload_custom_files();
     if (!config_error && !config_path.empty())
         raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
     library_error =
         library_path.empty() ? Error() : ColorIOCandidate::check_cdl_library(library_path.c_str());
     // The module would drop custom CDLs whose files cannot be read.
-    if (!library_error && !custom_error && !library_path.empty())
-        raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    if (!library_error && custom_errors.empty() && !library_path.empty())
+        publish_library();
     return get_source_errors().empty();
+}
+
+/// The path is new to the module where the library could not be read before.
+void LiveConfig::publish_library() {
+    StandaloneApp& app = session.get_app();
+    if (app.get_cdl_library_file_path() == library_path.c_str())
+        return raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    app.set_cdl_library_file_path(library_path.c_str());
+    ++observer->revision;
 }
 
 template <class Event>
@@ -102,22 +117,32 @@ void LiveConfig::raise(const Event& event) {
 
 /// Files that cannot be read keep their last state in the module. The module also reads the CDL library
 /// again; its errors are reported with the library.
-LiveConfig::Error LiveConfig::reload_custom_files() {
+diagnostics::Diagnostics LiveConfig::reload_custom_files() {
     ColorIODiagnostics collector;
     ColorIOManager::get_instance()->load_config(nullptr);
     ++observer->revision;
+    diagnostics::Diagnostics faults;
     for (const diagnostics::Diagnostic& diagnostic : collector.take())
         if (diagnostic.severity == diagnostics::Severity::ERROR && diagnostic.file != library_path)
-            return diagnostic;
-    return {};
+            add_new(faults, {diagnostic});
+    return faults;
 }
 
 diagnostics::Diagnostics LiveConfig::get_source_errors() const {
-    diagnostics::Diagnostics errors;
-    for (const Error& error : {config_error, custom_error, library_error})
-        if (error)
-            errors.push_back(*error);
-    return errors;
+    diagnostics::Diagnostics faults;
+    const auto add = [&faults](const diagnostics::Diagnostic& fault) {
+        const bool is_known = std::any_of(faults.begin(), faults.end(), [&](const auto& known) {
+            return known.file == fault.file && known.message == fault.message;
+        });
+        if (!is_known)
+            faults.push_back(fault);
+    };
+    if (config_error)
+        add(*config_error);
+    std::for_each(custom_errors.begin(), custom_errors.end(), add);
+    if (library_error)
+        add(*library_error);
+    return faults;
 }
 
 LiveConfig::Error LiveConfig::use_cdl_library(const std::string& path) {

@@ -34,8 +34,11 @@ public:
     /// Publishes the color corrections of an ASC CDL file as CDLs.
     Error use_cdl_library(const std::string& path);
 
-    /// Errors of the last reload. Each is removed when its file can be read again or is replaced by another.
+    /// Errors of the start and of the last reload, one for each cause. Each is removed when its file can be
+    /// read again or is replaced by another.
     diagnostics::Diagnostics get_source_errors() const;
+    /// Errors of the files of custom color spaces and CDLs; the subject is the name that is not available.
+    const diagnostics::Diagnostics& get_custom_errors() const { return custom_errors; }
 
     const Session& get_session() const { return session; }
     /// "aces.ocio", or "the built-in config".
@@ -67,14 +70,15 @@ private:
     Error check_candidate(const std::string& path) const;
     template <class Event>
     void raise(const Event& event);
-    Error reload_custom_files();
+    diagnostics::Diagnostics reload_custom_files();
+    void publish_library();
 
     Session session;
     std::string config_path;
     bool from_environment; ///< The config is named by $OCIO, and may not be a file.
     std::string library_path;
     Error config_error;
-    Error custom_error;
+    diagnostics::Diagnostics custom_errors;
     Error library_error;
     std::unique_ptr<ListObserver> observer;
     std::unique_ptr<Lists> lists;

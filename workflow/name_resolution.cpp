@@ -122,6 +122,26 @@ std::string join_view(const std::string& display, const std::string& view) {
     return display.empty() ? view : display + ColorIOManager::DISPLAY_SEPARATOR + view;
 }
 
+/// The name behind the family of a label or the display of a view.
+std::string get_last_name(const std::string& label) {
+    const char separators[] = {ColorIOManager::FAMILY_SEPARATOR, ColorIOManager::DISPLAY_SEPARATOR, '\0'};
+    return label.substr(label.find_first_of(separators) + 1);
+}
+
+/// Custom color spaces belong to the built-in config.
+const Diagnostics& get_space_errors(const Session& session) {
+    static const Diagnostics none;
+    return session.get_source().kind == ConfigSource::BUILTIN ? session.get_custom_errors() : none;
+}
+
+/// The published role of that name whose color space is not published.
+std::optional<PublishedRole> find_idle_role(const std::string& name) {
+    for (const PublishedRole& role : get_published_roles())
+        if (is_same_but_for_case(role.role, name))
+            return role;
+    return std::nullopt;
+}
+
 } // namespace
 
 const char* describe_kind(NameKind kind) {
@@ -140,7 +160,20 @@ const char* describe_kind(NameKind kind) {
     return "an alias";
 }
 
-ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name) {
+Diagnostic explain_missing(Code code, const std::string& what, const std::string& name,
+                           const Diagnostics& faults, const std::string& hint) {
+    const std::string plain = get_last_name(name);
+    const auto fault = std::find_if(faults.begin(), faults.end(), [&](const Diagnostic& candidate) {
+        return !candidate.subject.empty() && (is_same_but_for_case(candidate.subject, name) ||
+                                              is_same_but_for_case(candidate.subject, plain));
+    });
+    if (fault == faults.end())
+        return with_hint(make_error(code, what, name), hint);
+    return add_context(what, {*fault}, code);
+}
+
+ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
+                                  const Diagnostics& faults) {
     const std::vector<PublishedSpace> spaces = get_published_spaces();
     if (const auto found = find_published(spaces, name, is_same))
         return *found;
@@ -149,6 +182,12 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
     if (const auto found = find_by_alias(name))
         return *found;
     refuse_unpublished(name, config_name);
+    if (const auto role = find_idle_role(name))
+        throw Failure(make_error(Code::ROLE_UNKNOWN,
+                                 fmt::format("the role '{}' of {} names the color space '{}', which is not "
+                                             "available",
+                                             role->role, config_name, role->color_space),
+                                 name));
 
     // A name given without its family is compared without families.
     const bool with_family = name.find(ColorIOManager::FAMILY_SEPARATOR) != std::string::npos;
@@ -156,13 +195,13 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
         collect(spaces, [&](const PublishedSpace& space) { return with_family ? space.label : space.name; });
     for (const PublishedRole& role : get_published_roles())
         candidates.push_back(role.role);
-    throw Failure(with_hint(make_error(Code::COLOR_SPACE_UNKNOWN,
-                                       fmt::format("no color space '{}' in {}", name, config_name), name),
-                            did_you_mean(name, candidates)));
+    throw Failure(explain_missing(Code::COLOR_SPACE_UNKNOWN,
+                                  fmt::format("no color space '{}' in {}", name, config_name), name, faults,
+                                  did_you_mean(name, candidates)));
 }
 
 PublishedView resolve_view(const std::string& display, const std::string& view,
-                           const std::string& config_name) {
+                           const std::string& config_name, const Diagnostics& faults) {
     const std::vector<PublishedView> views = get_published_views();
     const auto exact = find_views(views, display, view, is_same);
     if (!exact.empty())
@@ -181,28 +220,35 @@ PublishedView resolve_view(const std::string& display, const std::string& view,
             "add it to 'active_displays' and 'active_views' in the config, OCIO_ACTIVE_DISPLAYS or "
             "OCIO_ACTIVE_VIEWS"));
     const auto candidates = collect(views, [](const PublishedView& candidate) { return candidate.label; });
-    throw Failure(with_hint(
-        make_error(Code::VIEW_UNKNOWN, fmt::format("no view '{}' in {}", wanted, config_name), wanted),
-        did_you_mean(wanted, candidates)));
+    throw Failure(explain_missing(Code::VIEW_UNKNOWN, fmt::format("no view '{}' in {}", wanted, config_name),
+                                  wanted, faults, did_you_mean(wanted, candidates)));
+}
+
+ResolvedSpace resolve_color_space(const Session& session, const std::string& name) {
+    return resolve_color_space(name, session.get_config_name(), get_space_errors(session));
+}
+
+PublishedView resolve_view(const Session& session, const std::string& display, const std::string& view) {
+    return resolve_view(display, view, session.get_config_name(), get_space_errors(session));
 }
 
 std::string find_space(const Session& session, const std::string& name, Diagnostics& notes) {
-    const ResolvedSpace found = resolve_color_space(name, session.get_config_name());
+    const ResolvedSpace found = resolve_color_space(session, name);
     if (found.kind == NameKind::ALIAS)
-        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
+        notes.push_back(make_note(Code::NAME_SUBSTITUTED,
                                   fmt::format("'{}' is an alias of '{}'", name, found.label), name));
     else if (found.kind == NameKind::OTHER_CASE)
-        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
-                                  fmt::format("using '{}' for '{}'", found.label, name), name));
+        notes.push_back(
+            make_note(Code::NAME_SUBSTITUTED, fmt::format("using '{}' for '{}'", found.label, name), name));
     return found.label;
 }
 
 PublishedView find_view(const Session& session, const std::string& display, const std::string& view,
                         Diagnostics& notes) {
-    PublishedView found = resolve_view(display, view, session.get_config_name());
+    PublishedView found = resolve_view(session, display, view);
     const std::string given = join_view(display, view);
     if (given != found.label)
-        notes.push_back(make_note(Code::VIEW_UNKNOWN,
+        notes.push_back(make_note(Code::NAME_SUBSTITUTED,
                                   fmt::format("using the view '{}' for '{}'", found.label, given), given));
     return found;
 }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <exception>
+#include <filesystem>
 #include <mutex>
 #include <set>
 #include <string>
@@ -97,9 +98,17 @@ private:
             try {
                 add(convert_image(jobs[index], settings, buffers));
             } catch (const std::exception& error) {
-                add_failure(diagnostics::describe(error));
+                add_failure(describe_failure(jobs[index].input, error));
             }
         }
+    }
+
+    static diagnostics::Diagnostic describe_failure(const std::string& input, const std::exception& error) {
+        diagnostics::Diagnostic reason = diagnostics::describe(error);
+        std::error_code unreadable;
+        if (reason.file == input && !std::filesystem::exists(input, unreadable) && !unreadable)
+            reason.code = diagnostics::Code::FRAMES_MISSING;
+        return reason;
     }
 
     bool is_cancelled() const { return events.cancel && *events.cancel; }
@@ -117,7 +126,7 @@ private:
         report.pixels += image.pixels;
         for (const std::string& note : image.notes)
             if (known_notes.insert(note).second)
-                notify(diagnostics::make_note(diagnostics::Code::IMAGE_UNSUPPORTED, note));
+                notify(diagnostics::make_note(diagnostics::Code::IMAGE_ADAPTED, note));
     }
 
     void add_failure(const diagnostics::Diagnostic& reason) {

@@ -1,16 +1,20 @@
 #include "workflow/session.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
+#include "colorio/color_io_candidate.h"
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_manager.h"
-#include "host/sys/sys_filesystem.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
+#include "host/parser/parser_group.h"
+#include "standalone/parser/yaml_limits.h"
+#include "standalone/parser/yaml_reader.h"
 #include "standalone/standalone_app.h"
 #include "workflow/log_forwarding.h"
 
@@ -21,6 +25,7 @@ namespace {
 using diagnostics::Code;
 using diagnostics::Diagnostic;
 using diagnostics::Diagnostics;
+using diagnostics::Severity;
 
 /// Hint for a config that cannot be loaded.
 std::string get_remedy(ConfigSource::Kind kind) {
@@ -62,22 +67,25 @@ Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes,
     return all;
 }
 
-Diagnostic explain_missing_config(const std::string& path) {
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error))
-        return diagnostics::make_file_error(Code::FILE_NOT_REGULAR, "it is a folder", path);
-    Diagnostic missing = diagnostics::make_file_error(Code::CONFIG_MISSING, "no such file", path);
-    if (is_in_library(path)) {
-        missing.message = "built-in configs of OpenColorIO can only be selected with $OCIO";
-        missing.hint = "set OCIO=" + path;
+/// Why the config at `path` cannot be read, without the path: the refusal names it.
+Diagnostic explain_unreadable_config(const files::Failure& failure) {
+    Diagnostic cause = files::to_diagnostic(failure);
+    cause.message = files::get_reason(failure);
+    if (cause.code == Code::FILE_MISSING)
+        cause.code = Code::CONFIG_MISSING;
+    if (is_in_library(failure.path)) {
+        cause.message = "built-in configs of OpenColorIO can only be selected with $OCIO";
+        cause.hint = "set OCIO=" + failure.path;
     }
-    return missing;
+    return cause;
 }
 
-/// Throws ConfigFailure if the file is missing; the module would fall back to the built-in config.
+/// Throws ConfigFailure if the file cannot be read; the module would fall back to the built-in config.
 void require_config_file(const ConfigSource& source) {
-    if (source.is_file() && !SysFilesystem::file_exists(source.path.c_str()))
-        throw ConfigFailure(make_refusal(source, {explain_missing_config(source.path)}), source);
+    if (!source.is_file())
+        return;
+    if (const auto opened = files::open_for_reading(source.path); !opened)
+        throw ConfigFailure(make_refusal(source, {explain_unreadable_config(opened.get_failure())}), source);
 }
 
 ConfigSource find_source(const SessionOptions& options, const UserPreferences& preferences) {
@@ -89,8 +97,35 @@ bool is_builtin_config_active() {
     return ColorIOManager::get_instance() && ColorIOManager::get_instance()->is_using_tavelion_config();
 }
 
-void append(Diagnostics& list, Diagnostics others) {
-    list.insert(list.end(), std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
+/// What a user calls the thing that a fault is about.
+std::string describe_subject(const Diagnostic& fault) {
+    for (const auto& space : ColorIOManager::get_instance()->get_tavelion_color_spaces())
+        if (!space.is_builtin && space.name == fault.subject.c_str())
+            return fmt::format("the custom color space '{}'", fault.subject);
+    return fmt::format("the CDL '{}'", fault.subject);
+}
+
+/// A fault of the user's own files, as it is shown by commands that work without them.
+Diagnostic make_notice(Diagnostic fault) {
+    if (!fault.subject.empty())
+        fault.message =
+            fmt::format("{}{}: {}", describe_subject(fault),
+                        fault.severity == Severity::ERROR ? " is not available" : "", fault.message);
+    fault.severity = Severity::WARNING;
+    return fault;
+}
+
+/// The place of the first error of syntax in a mapping file, and what is wrong there. The parser of the host
+/// answers a text.
+void locate_mapping_fault(Diagnostic& fault) {
+    auto text = files::read_whole(fault.file, MAX_FILE_SIZE);
+    ParserGroup ignored(nullptr);
+    const auto error = text ? read_yaml(*text, ignored) : std::nullopt;
+    if (!error)
+        return;
+    fault.line = error->line;
+    fault.column = error->column;
+    fault.message = error->reason;
 }
 
 } // namespace
@@ -122,11 +157,11 @@ void Session::load(PreferenceUse use) {
     if (!is_started || diagnostics::has_error(reports))
         throw diagnostics::Failure(
             add_context("cannot start color management", reports, Code::CONFIG_BUILTIN));
-    append(load_diagnostics, std::move(reports));
+    add_new(load_diagnostics, reports);
     note_temp_folder();
     app->set_default_color_space_name(preferences->get_app().get_default_color_space_name());
     preferences->load_module();
-    append(load_diagnostics, collector.take());
+    take_custom_errors(collector.take());
     if (source.is_file())
         app->set_color_space_file_path(source.path.c_str());
     if (source.kind != ConfigSource::BUILTIN) {
@@ -134,28 +169,67 @@ void Session::load(PreferenceUse use) {
         Diagnostics causes = collector.take();
         if (is_builtin_config_active())
             throw ConfigFailure(make_refusal(source, causes, load_diagnostics), source);
-        append(load_diagnostics, std::move(causes));
+        add_new(load_diagnostics, causes);
     }
-    if (use == PreferenceUse::READ)
-        follow_preferences();
-    append(load_diagnostics, collector.take());
+    if (use != PreferenceUse::READ)
+        return;
+    use_library();
+    take_custom_errors(collector.take());
+    use_mapping();
+    take_mapping_errors(collector.take());
 }
 
 void Session::note_temp_folder() {
     const CoreString& text = app->get_temp_folder_note();
     if (text.is_empty())
         return;
-    const Diagnostic note = diagnostics::make_note(Code::FILE_UNWRITABLE, text.get_data());
+    const Diagnostic note = diagnostics::make_note(Code::TEMPORARY_FOLDER, text.get_data());
     notices.push_back(note);
     load_diagnostics.push_back(note);
 }
 
-/// Passes the CDL library and the mapping file of the preferences to the module.
-void Session::follow_preferences() {
+void Session::take_mapping_errors(Diagnostics reports) {
+    const bool uses_file = app->get_use_color_space_by_extension_file() != 0;
+    // The module adds a row with this color space to files that lack one for all other extensions.
+    const std::string added = app->get_default_color_space_name().get_data();
+    for (Diagnostic& report : reports) {
+        if (report.code == Code::MAPPING_MALFORMED)
+            locate_mapping_fault(report);
+        if (uses_file && report.code == Code::MAPPING_COLOR_SPACE_UNKNOWN && report.subject != added)
+            add_new(notices, {report});
+    }
+    add_new(load_diagnostics, reports);
+}
+
+/// Keeps what is wrong with the user's own files, apart from the mapping file: that is reported by the
+/// commands that would use it.
+void Session::take_custom_errors(const Diagnostics& reports) {
+    add_new(load_diagnostics, reports);
+    for (const Diagnostic& report : reports) {
+        if (report.severity == Severity::NOTE || (report.file.empty() && report.subject.empty()))
+            continue;
+        add_new(notices, {make_notice(report)});
+        if (report.severity == Severity::ERROR)
+            add_new(custom_errors, {report});
+    }
+}
+
+/// The module would print on standard output what is wrong with a library that cannot be parsed.
+void Session::use_library() {
+    const CoreString& path = preferences->get_app().get_cdl_library_file_path();
+    if (path.is_empty())
+        return;
+    if (const ColorIOCandidate::Fault fault = ColorIOCandidate::check_cdl_library(path))
+        take_custom_errors({*fault});
+    else
+        app->set_cdl_library_file_path(path);
+}
+
+void Session::use_mapping() {
     const StandaloneApp& wanted = preferences->get_app();
-    app->set_cdl_library_file_path(wanted.get_cdl_library_file_path());
-    app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
+    // In this order the module checks the file's associations alone.
     app->set_use_color_space_by_extension_file(wanted.get_use_color_space_by_extension_file());
+    app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
 }
 
 void Session::close() {

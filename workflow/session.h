@@ -65,14 +65,21 @@ public:
     /// Diagnostics of the start: of the preferences file, the config, custom color spaces, CDLs and format
     /// associations.
     const diagnostics::Diagnostics& get_load_diagnostics() const { return load_diagnostics; }
-    /// Diagnostics to show to the user at once: warnings of the preferences file, and a note if temporary
-    /// files are in an unusual folder.
+    /// Diagnostics to show to the user at once, none of them an error: warnings of the preferences file,
+    /// errors of the CDL library and of the files of custom color spaces and CDLs as warnings, and a note if
+    /// temporary files are in an unusual folder.
     const diagnostics::Diagnostics& get_notices() const { return notices; }
+    /// The errors among them that concern such files, as they were reported. The subject of each is the name
+    /// of a color space or a CDL that is not available; empty for the library as a whole.
+    const diagnostics::Diagnostics& get_custom_errors() const { return custom_errors; }
 
 private:
     void load(PreferenceUse use);
     void note_temp_folder();
-    void follow_preferences();
+    void use_library();
+    void use_mapping();
+    void take_custom_errors(const diagnostics::Diagnostics& reports);
+    void take_mapping_errors(diagnostics::Diagnostics reports);
     void close();
 
     std::unique_ptr<LogForwarding> log;
@@ -81,6 +88,7 @@ private:
     std::unique_ptr<StandaloneApp> app;
     diagnostics::Diagnostics load_diagnostics;
     diagnostics::Diagnostics notices;
+    diagnostics::Diagnostics custom_errors;
 };
 
 } // namespace workflow

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "diagnostics/failure.h"
+#include "gl/gl_error.h"
+
 namespace workflow {
 
 namespace {
@@ -79,8 +82,13 @@ ShaderDifference compare(const std::string& name, const std::vector<float>& leve
 } // namespace
 
 std::vector<ShaderDifference> compare_shader(gl::GlEvaluator& shader, const Conversion& conversion) {
-    return {compare("0 to 1", get_even_levels(), shader, conversion),
-            compare("1/1024 to 16", get_wide_levels(), shader, conversion)};
+    try {
+        return {compare("0 to 1", get_even_levels(), shader, conversion),
+                compare("1/1024 to 16", get_wide_levels(), shader, conversion)};
+    } catch (const gl::GlError& error) {
+        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
+                          std::string("the shader cannot be compared with the CPU: ") + error.what());
+    }
 }
 
 } // namespace workflow

@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "colorio/color_io_converter.h"
 #include "tests/workflow/workflow_fixture.h"
 
 namespace {
@@ -116,6 +117,16 @@ TEST_F(Conversions, AreAppliedBySeveralThreadsAtOnce) {
         expected[alpha] = 0.75f;
     for (const std::vector<float>& image : images)
         EXPECT_EQ(image, expected);
+}
+
+TEST_F(Conversions, FailRatherThanLeavePixelsAsTheyWere) {
+    const Conversion conversion(session, to_space("lin", "half_light"));
+    conversion.get_stages()[0].converter->configure("nowhere", "lin");
+    std::vector<float> pixels(4, 1.0f);
+    const diagnostics::Diagnostic failure = failure_of([&] { conversion.apply(pixels.data(), 1, 1); });
+    EXPECT_THAT(failure.message, HasSubstr("lin to half_light"));
+    EXPECT_THAT(failure.message, HasSubstr("not configured"));
+    conversion.apply(pixels.data(), 0, 1); // there is nothing to convert
 }
 
 TEST(Gain, IsAPowerOfTwo) {

@@ -1,5 +1,6 @@
 #include "workflow/explanation.h"
 
+#include "colorio/color_io_converter.h"
 #include "tests/workflow/workflow_fixture.h"
 
 namespace {
@@ -40,6 +41,19 @@ TEST_F(Explanations, OfWhatChangesNothingAreEmpty) {
     request.from = request.to = "lin";
     EXPECT_THAT(workflow::explain_conversion(workflow::Conversion(session, request), {1, 1, 1, 1}),
                 IsEmpty());
+}
+
+TEST_F(Explanations, FailWithTheStageThatHasNone) {
+    const workflow::Session session(show_options());
+    ConversionRequest request;
+    request.from = "lin";
+    request.to = "half_light";
+    const workflow::Conversion conversion(session, request);
+    conversion.get_stages()[0].converter->configure("nowhere", "lin");
+    const diagnostics::Diagnostic failure = failure_of([&] {
+        workflow::explain_conversion(conversion, {1, 1, 1, 1});
+    });
+    EXPECT_THAT(failure.message, HasSubstr("lin to half_light"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "colorio/color_io_converter.h"
 #include "tests/workflow/workflow_fixture.h"
 
 namespace {
@@ -42,6 +43,23 @@ TEST_F(GpuPackages, FailWhereTheFolderCannotBeMade) {
     const diagnostics::Diagnostic failure =
         failure_of([&] { workflow::write_gpu_conversion(package, blocked + "/package"); });
     EXPECT_THAT(failure.file, HasSubstr(blocked));
+}
+
+TEST_F(GpuPackages, FailWithTheReason) {
+    const workflow::Session session(show_options());
+    const auto get_reason = [](const workflow::Conversion& conversion) {
+        return failure_of([&] { workflow::make_gpu_conversion(conversion, gl::GlProfile::CORE); }).message;
+    };
+    ConversionRequest request;
+    request.from = request.to = "lin";
+    EXPECT_THAT(get_reason(workflow::Conversion(session, request)), HasSubstr("nothing to convert"));
+    request.to = "half_light";
+    const workflow::Conversion conversion(session, request);
+    conversion.get_stages()[0].converter->configure("nowhere", "lin");
+    EXPECT_THAT(get_reason(conversion), HasSubstr("not configured"));
+    request.from = "half_light";
+    request.takes_exposure = true;
+    EXPECT_THAT(get_reason(workflow::Conversion(session, request)), HasSubstr("2 shaders"));
 }
 
 } // namespace

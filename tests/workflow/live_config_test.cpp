@@ -67,6 +67,37 @@ TEST_F(LiveConfigs, PublishTheCorrectionsOfALibrary) {
     EXPECT_THAT(live.get_cdls(), Contains("a1"));
 }
 
+TEST_F(LiveConfigs, KnowWhatIsUnusableFromTheStartUntilItIsMended) {
+    const std::string lut = "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n0.5\n}\n";
+    workflow::SessionOptions options;
+    options.preferences_path =
+        folder.write("preferences.yaml",
+                     "file_type: qb_colorio preferences\ncdl_library_file_path: " + folder.file("l.ccc") +
+                         "\ncolor_management:\n  - space: [s1, " + folder.file("s1.spi1d") +
+                         ", 8, 0, 0.0, 1.0, 0.0, \"\", \"\"]\n  - CDL: [own, " + folder.file("l.ccc.ccc") +
+                         ", a1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 1.0]\n");
+    const std::string library = R"(<ColorCorrectionCollection><ColorCorrection id="a1">
+        <SOPNode><Slope>2 2 2</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>
+        <SatNode><Saturation>1</Saturation></SatNode></ColorCorrection></ColorCorrectionCollection>)";
+    folder.write("l.ccc", library.substr(0, library.size() / 2));
+    folder.write("l.ccc.ccc", "<ColorCorrectionCollection>\n");
+    workflow::LiveConfig live(options);
+    std::vector<std::string> files;
+    for (const diagnostics::Diagnostic& fault : live.get_source_errors())
+        files.push_back(fault.file);
+    EXPECT_THAT(files, testing::UnorderedElementsAre(folder.file("s1.spi1d"), folder.file("l.ccc.ccc"),
+                                                     folder.file("l.ccc")));
+    EXPECT_THAT(live.get_cdls(), Not(Contains("own")));
+
+    folder.write("s1.spi1d", lut);
+    folder.write("l.ccc", library);
+    folder.write("l.ccc.ccc", library);
+    EXPECT_TRUE(live.reload());
+    EXPECT_THAT(live.get_source_errors(), IsEmpty());
+    EXPECT_THAT(live.get_spaces(), Contains("Tavelion|s1"));
+    EXPECT_THAT(live.get_cdls(), testing::IsSupersetOf({"own", "a1"}));
+}
+
 TEST_F(LiveConfigs, NameTheFilesThatColorsDependOn) {
     std::string text = SHOW_CONFIG;
     text += "  - !<ColorSpace>\n    name: film\n"
