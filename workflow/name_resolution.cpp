@@ -161,19 +161,19 @@ const char* describe_kind(NameKind kind) {
 }
 
 Diagnostic explain_missing(Code code, const std::string& what, const std::string& name,
-                           const Diagnostics& faults, const std::string& hint) {
+                           const Diagnostics& errors, const std::string& hint) {
     const std::string plain = get_last_name(name);
-    const auto fault = std::find_if(faults.begin(), faults.end(), [&](const Diagnostic& candidate) {
+    const auto error = std::find_if(errors.begin(), errors.end(), [&](const Diagnostic& candidate) {
         return !candidate.subject.empty() && (is_same_but_for_case(candidate.subject, name) ||
                                               is_same_but_for_case(candidate.subject, plain));
     });
-    if (fault == faults.end())
+    if (error == errors.end())
         return with_hint(make_error(code, what, name), hint);
-    return add_context(what, {*fault}, code);
+    return add_context(what, {*error}, code);
 }
 
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
-                                  const Diagnostics& faults) {
+                                  const Diagnostics& errors) {
     const std::vector<PublishedSpace> spaces = get_published_spaces();
     if (const auto found = find_published(spaces, name, is_same))
         return *found;
@@ -196,12 +196,12 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
     for (const PublishedRole& role : get_published_roles())
         candidates.push_back(role.role);
     throw Failure(explain_missing(Code::COLOR_SPACE_UNKNOWN,
-                                  fmt::format("no color space '{}' in {}", name, config_name), name, faults,
+                                  fmt::format("no color space '{}' in {}", name, config_name), name, errors,
                                   did_you_mean(name, candidates)));
 }
 
 PublishedView resolve_view(const std::string& display, const std::string& view,
-                           const std::string& config_name, const Diagnostics& faults) {
+                           const std::string& config_name, const Diagnostics& errors) {
     const std::vector<PublishedView> views = get_published_views();
     const auto exact = find_views(views, display, view, is_same);
     if (!exact.empty())
@@ -221,7 +221,7 @@ PublishedView resolve_view(const std::string& display, const std::string& view,
             "OCIO_ACTIVE_VIEWS"));
     const auto candidates = collect(views, [](const PublishedView& candidate) { return candidate.label; });
     throw Failure(explain_missing(Code::VIEW_UNKNOWN, fmt::format("no view '{}' in {}", wanted, config_name),
-                                  wanted, faults, did_you_mean(wanted, candidates)));
+                                  wanted, errors, did_you_mean(wanted, candidates)));
 }
 
 ResolvedSpace resolve_color_space(const Session& session, const std::string& name) {

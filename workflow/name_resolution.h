@@ -23,19 +23,19 @@ const char* describe_kind(NameKind kind);
 /// Finds the published color space for a label, a name without its family or a role, else for one of these in
 /// another case, else for an alias. Throws diagnostics::Failure with the nearest names as the hint, or, for
 /// an inactive color space or a named transform, with the reason. `config_name` is used in messages.
-/// If one of `faults` is about the name, it is the reason.
+/// If one of `errors` is about the name, it is the reason.
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
-                                  const diagnostics::Diagnostics& faults = {});
+                                  const diagnostics::Diagnostics& errors = {});
 
 /// Finds the view by its label ("Tavelion.sRGB", with an empty `display`) or by display and view, else the
 /// only one that matches in another case. Throws like `resolve_color_space`.
 PublishedView resolve_view(const std::string& display, const std::string& view,
-                           const std::string& config_name, const diagnostics::Diagnostics& faults = {});
+                           const std::string& config_name, const diagnostics::Diagnostics& errors = {});
 
-/// The error that there is no `name`, in the words of `what`. Where one of `faults` is about that name, it is
-/// the reason; otherwise the error has `code` and `hint`.
+/// The error `what`, that `name` does not exist. If one of `errors` is about that name, it is the reason;
+/// otherwise the error has `code` and `hint`.
 diagnostics::Diagnostic explain_missing(diagnostics::Code code, const std::string& what,
-                                        const std::string& name, const diagnostics::Diagnostics& faults,
+                                        const std::string& name, const diagnostics::Diagnostics& errors,
                                         const std::string& hint);
 
 /// `resolve_color_space` in the session's config. A custom color space that is not available because of its

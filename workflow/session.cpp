@@ -105,7 +105,7 @@ std::string describe_subject(const Diagnostic& fault) {
     return fmt::format("the CDL '{}'", fault.subject);
 }
 
-/// A fault of the user's own files, as it is shown by commands that work without them.
+/// An error of the files of custom color spaces and CDLs, for commands that work without them.
 Diagnostic make_notice(Diagnostic fault) {
     if (!fault.subject.empty())
         fault.message =
@@ -201,8 +201,8 @@ void Session::take_mapping_errors(Diagnostics reports) {
     add_new(load_diagnostics, reports);
 }
 
-/// Keeps what is wrong with the user's own files, apart from the mapping file: that is reported by the
-/// commands that would use it.
+/// Keeps errors of the CDL library and of the files of custom color spaces and CDLs. Errors of the mapping
+/// file are reported by the commands that use it.
 void Session::take_custom_errors(const Diagnostics& reports) {
     add_new(load_diagnostics, reports);
     for (const Diagnostic& report : reports) {
@@ -214,7 +214,7 @@ void Session::take_custom_errors(const Diagnostics& reports) {
     }
 }
 
-/// The module would print on standard output what is wrong with a library that cannot be parsed.
+/// The module prints the error of a library that cannot be parsed on standard output, so it gets no such one.
 void Session::use_library() {
     const CoreString& path = preferences->get_app().get_cdl_library_file_path();
     if (path.is_empty())

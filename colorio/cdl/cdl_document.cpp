@@ -72,11 +72,14 @@ XmlNode get_document_element(XmlNode top) {
 diagnostics::Diagnostic describe_malformed(const CoreString& path, const XmlResults& results) {
     if (const auto opened = files::open_for_reading(path.get_data()); !opened)
         return files::to_diagnostic(opened.get_failure());
-    diagnostics::Diagnostic fault = diagnostics::make_file_error(
-        diagnostics::Code::XML_MALFORMED, get_error_reason(results.error), path.get_data());
-    fault.line = static_cast<unsigned int>(results.line);
-    fault.column = static_cast<unsigned int>(results.column);
-    return fault;
+    const std::string reason = get_error_reason(results.error);
+    diagnostics::Diagnostic error = diagnostics::make_file_error(
+        diagnostics::Code::XML_MALFORMED,
+        results.line > 0 ? reason : "cannot read '" + std::string(path.view()) + "': " + reason,
+        path.get_data());
+    error.line = static_cast<unsigned int>(results.line);
+    error.column = static_cast<unsigned int>(results.column);
+    return error;
 }
 
 bool parse_CDL_document(const CoreString& path, XmlNode& element, Printing printing) {

@@ -10,6 +10,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/error.h"
+#include "colorio/ocio/failure_cause.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/look_list.h"
 
@@ -43,8 +44,26 @@ std::string quoted(std::string_view name) {
                 std::string(subject));
 }
 
+/// The first color space or look that a role, a look or a view names and the config lacks; empty for none.
+std::string find_missing_name(const ConstConfigRcPtr& config) {
+    for (const Role& role : known_roles(config))
+        if (!knows_space(config, role.color_space))
+            return role.color_space;
+    for (int i = 0; i < config->getNumLooks(); ++i) {
+        const std::string space = config->getLook(config->getLookNameByIndex(i))->getProcessSpace();
+        if (!space.empty() && !knows_space(config, space))
+            return space;
+    }
+    for (const DisplayViews& display : every_display(config))
+        for (const std::string& view : display.views)
+            for (const LookStep& look : all_look_steps(get_view_looks(config, display.name, view)))
+                if (!config->getLook(look.name.c_str()))
+                    return look.name;
+    return {};
+}
+
 /// Throws the exception being handled, of checking the configuration of the file at `path`, with its cause.
-[[noreturn]] void rethrow_refusal(const std::string& path) {
+[[noreturn]] void rethrow_refusal(const ConstConfigRcPtr& config, const std::string& path) {
     try {
         throw;
     } catch (const std::bad_alloc&) {
@@ -54,8 +73,11 @@ std::string quoted(std::string_view name) {
         if (cause.file.empty())
             cause.file = path;
         throw Error(std::move(cause), error.what());
-    } catch (const std::exception&) {
-        rethrow_about_file(diagnostics::Code::CONFIG_INVALID, path);
+    } catch (const std::exception& exception) {
+        diagnostics::Diagnostic cause = diagnostics::make_file_error(
+            diagnostics::Code::CONFIG_INVALID, diagnostics::flatten(exception.what()), path);
+        cause.subject = find_missing_name(config);
+        throw Error(std::move(cause), exception.what());
     }
 }
 
@@ -145,7 +167,7 @@ void sanity_check(const ConstConfigRcPtr& config, KnownViews known, const std::s
                 VersionOneCheck(config, known).run();
             check_by_library(config);
         } catch (...) {
-            rethrow_refusal(path);
+            rethrow_refusal(config, path);
         }
     });
 }

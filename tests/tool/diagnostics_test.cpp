@@ -447,6 +447,19 @@ TEST_F(Diagnostics, RoleUnknown) {
     EXPECT_EQ(error.at("subject"), "texture_paint");
 }
 
+TEST_F(Diagnostics, OfAConfigThatOpenColorIORefuses) {
+    if (ocio::get_version()[0] == '1')
+        GTEST_SKIP() << "1.x reads version 1 only";
+    std::string config = SHOW_CONFIG;
+    config.replace(config.find("version: 1"), 10, "version: 2");
+    config.replace(config.find("texture_paint: half_light"), 25, "default: lin\n  texture_paint: nowhere");
+    folder.write("show.ocio", config);
+    const json error = find_one(run({"--json-diagnostics", "list", "--config", path("show.ocio")}), "error");
+    EXPECT_EQ(error.at("code"), "config-invalid");
+    EXPECT_EQ(error.at("file"), path("show.ocio"));
+    EXPECT_EQ(error.at("subject"), "nowhere");
+}
+
 TEST_F(Diagnostics, OfTheConfigThatTheEnvironmentNames) {
     ocio.set(path("missing.ocio"));
     json error = find_one(run({"--json-diagnostics", "list"}), "error");
