@@ -52,7 +52,8 @@ TEST_F(GpuPackages, FailWithTheReason) {
     };
     ConversionRequest request;
     request.from = request.to = "lin";
-    EXPECT_THAT(get_reason(workflow::Conversion(session, request)), HasSubstr("nothing to convert"));
+    EXPECT_THAT(get_reason(workflow::Conversion(session, request)),
+                HasSubstr("source and destination are the same"));
     request.to = "half_light";
     const workflow::Conversion conversion(session, request);
     conversion.get_stages()[0].converter->configure("nowhere", "lin");
