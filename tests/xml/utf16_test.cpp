@@ -75,8 +75,6 @@ TEST_F(Utf16Files, AreKnownByTheirFirstCharactersAlone) {
         EXPECT_EQ(code_of(widen("<?", is_big_endian)), "4 at 1:3") << is_big_endian;
     EXPECT_EQ(code_of(widen("<?", false) + "\x90\x21"), "4 at 1:3");
     EXPECT_EQ(code_of(widen("<?", true) + "\x21\x90"), "4 at 1:3");
-    EXPECT_EQ(code_of(LITTLE_MARK + "\x90\x21" + widen("&x;", false)), "12 at 1:2");
-    EXPECT_EQ(code_of(BIG_MARK + "\x21\x90" + widen("&x;", true)), "12 at 1:2");
 }
 
 TEST_F(Utf16Files, AreConvertedToTheSystemCodePageUnlessUtf8IsCurrent) {
