@@ -1,5 +1,6 @@
 #include "colorio/color_io_candidate.h"
 
+#include <string_view>
 #include <utility>
 
 #include "colorio/cdl/cdl_document.h"
@@ -15,6 +16,9 @@
 namespace {
 
 using diagnostics::Code;
+
+/// Starts the name of a config that OpenColorIO contains.
+constexpr std::string_view IN_LIBRARY = "ocio://";
 
 /// Why the file at `path` cannot be opened, with the code `missing` where there is none.
 ColorIOCandidate::Fault find_file_fault(const CoreString& path, Code missing) {
@@ -61,7 +65,12 @@ ColorIOCandidate::Fault ColorIOCandidate::check_config_file(const CoreString& pa
 }
 
 ColorIOCandidate::Fault ColorIOCandidate::check_config_of_environment() {
-    return judge_config(sys_get_env(OCIO_VARIABLE), [] { return ocio::create_config_from_env(); });
+    const CoreString path = sys_get_env(OCIO_VARIABLE);
+    const bool is_file = !path.is_empty() && path.view().substr(0, IN_LIBRARY.size()) != IN_LIBRARY;
+    if (is_file)
+        if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
+            return fault;
+    return judge_config(path, [] { return ocio::create_config_from_env(); });
 }
 
 ColorIOCandidate::Fault ColorIOCandidate::check_cdl_library(const CoreString& path) {

@@ -56,11 +56,11 @@ TEST_F(ParseReport, IsNotMadeByTheSilentParser) {
 }
 
 TEST_F(ParseReport, LeavesTheEncodingToTheOneThatPrints) {
-    // 0x83 0x3c is one character of Shift-JIS, and the second byte is not a '<'.
+    // 0x83 0x5c is one character of Shift-JIS.
     const std::string path =
-        folder.file("a.xml", "<?xml version=\"1.0\" encoding=\"shift-jis\"?><a>\x83\x3c</a>");
+        folder.file("a.xml", "<?xml version=\"1.0\" encoding=\"shift-jis\"?><a>\x83\x5c</a>");
     const XmlEncoding before = get_xml_settings().encoding;
-    EXPECT_STREQ(XmlNode::parse_file_as_guessed(path.c_str()).get_child("a").get_text(), "\x83\x3c");
+    EXPECT_STREQ(XmlNode::parse_file_as_guessed(path.c_str()).get_child("a").get_text(), "\x83\x5c");
     EXPECT_EQ(get_xml_settings().encoding, before);
     EXPECT_EQ(printed(path), "");
     EXPECT_EQ(get_xml_settings().encoding, XmlEncoding::SHIFT_JIS);

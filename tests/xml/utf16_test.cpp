@@ -70,13 +70,6 @@ TEST_F(Utf16Files, OfNothingButTheMarkHaveNoTag) {
     EXPECT_EQ(code_of(BIG_MARK), "2 at 1:1");
 }
 
-TEST_F(Utf16Files, AreKnownByTheirFirstCharactersAlone) {
-    for (const bool is_big_endian : {false, true})
-        EXPECT_EQ(code_of(widen("<?", is_big_endian)), "4 at 1:3") << is_big_endian;
-    EXPECT_EQ(code_of(widen("<?", false) + "\x90\x21"), "4 at 1:3");
-    EXPECT_EQ(code_of(widen("<?", true) + "\x21\x90"), "4 at 1:3");
-}
-
 TEST_F(Utf16Files, AreConvertedToTheSystemCodePageUnlessUtf8IsCurrent) {
     use_encoding(XmlEncoding::SINGLE_BYTE);
     xml::set_system_charset("ISO-8859-1");
