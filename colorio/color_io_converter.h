@@ -66,11 +66,14 @@ public:
 
 private:
     friend class ColorIOEvaluation;
+    friend class ColorIOTransforms;
 
     struct State;
 
     template <class Configure>
     bool settle(Configure&& configure);
+    template <class Make>
+    bool configure_with(Make&& make);
 
     State* state;
 };

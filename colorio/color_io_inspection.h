@@ -26,6 +26,7 @@ public:
     struct ColorSpace : Entry {
         bool is_display_referred = false; ///< Else scene-referred.
         bool is_data = false;             ///< Never converted.
+        CoreString interop_id;            ///< Of configs of version 2.5 and newer; else empty.
     };
 
     /// A named transform. A direction that the config does not define is the inverse of the other.
@@ -45,6 +46,13 @@ public:
         CoreString looks;           ///< The list as written in the config.
         CoreString description;     ///< May have several lines.
         bool is_shared = false;     ///< One of the config's shared views.
+    };
+
+    /// What the file rules of the config say about a path.
+    struct FileRule {
+        CoreString name;        ///< Empty when the config has no file rules, as those of version 1.
+        CoreString color_space; ///< As the rule spells it: a name, a role or an alias.
+        bool is_default = false;
     };
 
     /// During its lifetime, conversions made on its thread with the active config look up each color space
@@ -78,6 +86,9 @@ public:
     static View get_view(const CoreString& display, const CoreString& view);
     /// Views that the config's active displays and active views exclude.
     static CoreVector<View> get_hidden_views();
+
+    /// The first file rule that matches `path`.
+    static FileRule find_file_rule(const CoreString& path);
 
     // Whether the config can make a conversion. When it cannot, OpenColorIO's message is logged at level 1
     // after "OCIO exception: ".

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
+#include "image/png_color_chunks.h"
 #include "image/startable_threads.h"
 
 namespace image {
@@ -100,6 +101,8 @@ void ImageFile::read_headers(std::uint64_t file_bytes) {
             check_spec(path, input->spec());
             check_expansion(path, get_format(), input->spec().image_bytes(true), file_bytes);
             parts.push_back({subimage, level, input->spec()});
+            if (get_format() == "png")
+                add_png_color_chunks(path, parts.back().spec);
         }
     if (parts.empty())
         fail_to_read(path, input->geterror());

@@ -8,14 +8,15 @@ namespace {
 
 /// Attributes that describe the old color space; readers that use them would show the new colors wrongly.
 constexpr const char* COLOR_DESCRIPTIONS[] = {
-    "ICCProfile", "chromaticities", "adoptedNeutral", "acesImageContainerFlag", "whiteLuminance",
+    "ICCProfile",     "chromaticities", "adoptedNeutral", "acesImageContainerFlag",
+    "whiteLuminance", "colorInteropID", "CICP",
 };
 
 /// Attributes that were computed from the old pixels, or duplicate "oiio:ColorSpace".
 constexpr const char* DERIVED[] = {
-    "oiio:Gamma",      "Exif:ColorSpace",    "Exif:Gamma",          "png:iCCP",
-    "oiio:SHA-1",      "oiio:ConstantColor", "oiio:ConstantAlpha",  "oiio:AverageColor",
-    "thumbnail_width", "thumbnail_height",   "thumbnail_nchannels", "thumbnail_image",
+    "png:sRGB",         "oiio:Gamma",          "Exif:ColorSpace",    "Exif:Gamma",        "png:iCCP",
+    "oiio:SHA-1",       "oiio:ConstantColor",  "oiio:ConstantAlpha", "oiio:AverageColor", "thumbnail_width",
+    "thumbnail_height", "thumbnail_nchannels", "thumbnail_image",
 };
 
 void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& notes) {
@@ -28,6 +29,7 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
     if (!removed.empty())
         notes.push_back(fmt::format("removed metadata of the old color space: {}", removed));
     spec.erase_attribute("^ICC:.*");
+    spec.erase_attribute("^ICCProfile:.*");
 }
 
 } // namespace

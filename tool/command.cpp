@@ -28,8 +28,13 @@ void add_preference_options(Options& options, SessionChoice& session) {
 
 void add_config_option(Options& options, SessionChoice& session) {
     options.add("--config", session.config_path,
-                "OCIO config to use (default: $OCIO, then that of the preferences, then the built-in "
-                "config)");
+                "OCIO config: a file, an .ocioz archive or ocio://NAME (default: $OCIO, then that of the "
+                "preferences, then the built-in config)");
+    options
+        .add("--context", session.context,
+             "value of a context variable of the config, before that of the environment: KEY=VALUE; "
+             "can be repeated")
+        .one_value_each();
 }
 
 } // namespace tool

@@ -42,6 +42,7 @@ protected:
 std::unique_ptr<Command> make_list_command(Options& program);
 std::unique_ptr<Command> make_convert_command(Options& program);
 std::unique_ptr<Command> make_explain_command(Options& program);
+std::unique_ptr<Command> make_bake_command(Options& program);
 std::unique_ptr<Command> make_shader_command(Options& program);
 std::unique_ptr<Command> make_check_command(Options& program);
 std::unique_ptr<Command> make_view_command(Options& program);
@@ -51,13 +52,13 @@ std::unique_ptr<Command> make_formats_command(Options& program);
 std::unique_ptr<Command> make_prefs_command(Options& program);
 std::unique_ptr<Command> make_legacy_command(Options& program);
 
-/// Adds --config, --prefs, --no-prefs and --verbose.
+/// Adds --config, --context, --prefs, --no-prefs and --verbose.
 void add_session_options(Options& options, SessionChoice& session);
 /// Adds --prefs, --no-prefs and --verbose: for commands that only read preferences.
 void add_preference_reading_options(Options& options, SessionChoice& session);
 /// Adds --prefs and --verbose: for commands that change preferences.
 void add_preference_options(Options& options, SessionChoice& session);
-/// Adds --config.
+/// Adds --config and --context.
 void add_config_option(Options& options, SessionChoice& session);
 
 } // namespace tool

@@ -1,5 +1,6 @@
 #include "tool/command.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -11,10 +12,9 @@
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/progress_bar.h"
+#include "tool/source_space.h"
 #include "tool/tool_session.h"
 #include "workflow/conversion.h"
-#include "workflow/file_space.h"
-#include "workflow/format_associations.h"
 #include "workflow/frame_pattern.h"
 #include "workflow/frame_range.h"
 #include "workflow/image_conversion.h"
@@ -28,13 +28,14 @@ namespace {
 
 using diagnostics::Code;
 using diagnostics::Diagnostic;
-using diagnostics::Failure;
 
 constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Tavelion.sRGB
   colorio convert texture.png texture.exr --from sRGB --to linear -d half
   colorio convert shot.####.exr graded.####.exr --frames 1-100 --from ACEScg --to ACEScct --config aces.ocio
   colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
+  colorio convert plate.exr graded.exr --cdl grades.ccc:shot_010 --look "film, -warm" --to ACEScct --lut show.cube
+  colorio convert graded.png plate.exr --inverse-view "sRGB.Film" --to ACEScg --config aces.ocio
 
 The output may be the input: a file is replaced only after its conversion succeeded.)";
 
@@ -53,11 +54,12 @@ public:
     ExitCode run(Console& console) override;
 
 private:
-    void check_usage() const;
+    void check_usage();
     std::vector<workflow::ImageJob> make_jobs() const;
     bool is_sequence() const { return !frames.empty(); }
     workflow::ImageSettings make_settings(const workflow::Conversion& conversion) const;
     void settle_source(const workflow::Session& session, Console& console);
+    std::string get_first_input() const;
     void print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
                         Console& console) const;
     void convert_one(const workflow::Conversion& conversion, const workflow::ImageSettings& settings,
@@ -66,8 +68,9 @@ private:
                          Console& console) const;
 
     SessionChoice session_options;
-    workflow::ConversionRequest request;
-    std::string source_reason; ///< Empty when the user named the source.
+    ConversionChoice request;
+    workflow::FileSpace file_space; ///< Empty when the user named the source.
+    SourceSpaceChoice source_choice;
     std::string input;
     std::string output;
     std::string frames;
@@ -75,7 +78,6 @@ private:
     int threads = 0;
     bool divides_by_alpha = false;
     bool leaves_alpha = false;
-    bool explains = false;
 };
 
 ConvertCommand::ConvertCommand(Options& program)
@@ -85,9 +87,10 @@ ConvertCommand::ConvertCommand(Options& program)
         .required();
     options.add("output", output, "image to write; its extension selects the format").required();
     add_conversion_options(options, request,
-                           "color space of the input (default: the one associated with its extension)");
-    add_cdl_options(options, request);
-    options.add_flag("--why", explains, "print how source and destination were determined");
+                           "color space of the input (default: by its tags, file rules and extension)");
+    add_inverse_view_option(options, request);
+    add_step_options(options, request);
+    add_source_space_options(options, source_choice);
     options.add("--frames", frames, "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list");
     options
         .add("-d,--depth", depth,
@@ -111,7 +114,7 @@ ExitCode ConvertCommand::run(Console& console) {
     settle_source(session, console);
     const workflow::Conversion conversion(session, request);
     console.report(conversion.get_notes());
-    if (explains)
+    if (source_choice.explains)
         print_decision(session, conversion, console);
     if (conversion.is_identity())
         console.report(make_note(
@@ -124,8 +127,8 @@ ExitCode ConvertCommand::run(Console& console) {
     return EXIT_CODE_DONE;
 }
 
-void ConvertCommand::check_usage() const {
-    check_conversion_request(request);
+void ConvertCommand::check_usage() {
+    check_conversion(request);
     const bool input_is_pattern = workflow::FramePattern(input).is_pattern();
     const bool output_is_pattern = workflow::FramePattern(output).is_pattern();
     if (!is_sequence()) {
@@ -149,32 +152,31 @@ std::vector<workflow::ImageJob> ConvertCommand::make_jobs() const {
     return jobs;
 }
 
+/// Of a sequence, the first image that exists.
+std::string ConvertCommand::get_first_input() const {
+    if (!is_sequence())
+        return input;
+    const std::vector<workflow::ImageJob> jobs = make_jobs();
+    const auto found = std::find_if(jobs.begin(), jobs.end(), [](const workflow::ImageJob& job) {
+        std::error_code error;
+        return std::filesystem::exists(job.input, error);
+    });
+    return found == jobs.end() ? input : found->input;
+}
+
 /// Without --from determines the source color space by the rule for files, and reports it.
 void ConvertCommand::settle_source(const workflow::Session& session, Console& console) {
-    if (!request.from.empty())
+    if (!request.from.empty() || !request.inverse_view.empty())
         return;
-    if (const auto warning = workflow::find_unused_mapping(session))
-        console.report(*warning);
-    const workflow::FileSpace found = workflow::find_file_space(input);
-    const std::string name = std::filesystem::path(input).filename().string();
-    if (found.is_assumed)
-        throw Failure(
-            with_hint(make_file_error(Code::COLOR_SPACE_UNKNOWN,
-                                      fmt::format("'{}': its format association '{}' is not in {}", name,
-                                                  found.associated_space, session.get_config_name()),
-                                      input),
-                      "give the color space of the image with --from"));
-    request.from = found.color_space;
-    source_reason = found.reason;
-    if (!explains)
-        console.report(make_note(Code::COLOR_SPACE_CHOSEN,
-                                 fmt::format("{}: {}, {}", name, request.from, source_reason)));
+    file_space = find_source_space(session, get_first_input(), source_choice, console);
+    request.from = file_space.color_space;
 }
 
 workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion& conversion) const {
     workflow::ImageOptions wishes;
     wishes.depth = depth;
     wishes.threads = threads;
+    wishes.source_tags = file_space.tags;
     if (divides_by_alpha)
         wishes.alpha_rule = image::AlphaRule::DIVIDE;
     else if (leaves_alpha)
@@ -236,16 +238,22 @@ std::string explain_destination(const workflow::ConversionRequest& request, cons
 void ConvertCommand::print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
                                     Console& console) const {
     const std::string config_name = session.get_config_name();
-    const std::string reason =
-        source_reason.empty() ? explain_name("--from", request.from, config_name) : source_reason;
+    const std::string reason = !request.inverse_view.empty() ? "inverted to scene-linear, from --inverse-view"
+                               : file_space.reason.empty() ? explain_name("--from", request.from, config_name)
+                                                           : file_space.reason;
     console.print(fmt::format("config:        {}", session.get_source().describe()));
     console.print(fmt::format("source:        {}, {}", conversion.get_source(), reason));
-    if (!request.cdl.empty())
-        console.print(fmt::format("CDL:           {}{}, in {}, the scene-linear space",
-                                  request.undoes_cdl ? "undo " : "", request.cdl,
-                                  conversion.get_working_space()));
-    console.print(fmt::format("destination:   {}, {}", conversion.get_destination(),
-                              explain_destination(request, config_name)));
+    if (!file_space.steps.empty())
+        print_source_steps(file_space, console);
+    for (const workflow::ColorStep& step : request.steps)
+        console.print(fmt::format(
+            "{:<15}{}{}{}", fmt::format("{}:", workflow::get_kind_name(step.kind)),
+            step.is_inverse ? "inverse of " : "", step.name,
+            step.is_grade() ? fmt::format(", in {}, the scene-linear space", conversion.get_working_space())
+                            : ""));
+    if (!request.to.empty() || !request.view.empty())
+        console.print(fmt::format("destination:   {}, {}", conversion.get_destination(),
+                                  explain_destination(request, config_name)));
     console.print(fmt::format("written as:    {}", conversion.get_destination_tag()));
 }
 

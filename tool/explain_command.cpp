@@ -12,6 +12,7 @@
 #include "tool/conversion_options.h"
 #include "tool/correction_cells.h"
 #include "tool/json_output.h"
+#include "tool/source_space.h"
 #include "tool/text_table.h"
 #include "tool/tool_session.h"
 #include "workflow/conversion.h"
@@ -25,6 +26,7 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
   colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
   colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
+  colorio explain --image scan.dpx linear --why
 
 With COLORIO_FAST_PATH=0 in the environment everything is converted by OpenColorIO.)";
 
@@ -72,12 +74,16 @@ public:
     ExitCode run(Console& console) override;
 
 private:
+    void settle_usage();
     void print_part(const workflow::ExplainedStage& part, Console& console) const;
     void print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const;
     Json part_to_json(const workflow::ExplainedStage& part) const;
 
     SessionChoice session_options;
-    workflow::ConversionRequest request;
+    ConversionChoice request;
+    std::string image; ///< Whose color space is the source; empty when it is named.
+    workflow::FileSpace file_space;
+    SourceSpaceChoice source_choice;
     std::string pixel_text; ///< Empty when no pixel was given.
     bool as_json = false;
 };
@@ -96,20 +102,42 @@ std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
 ExplainCommand::ExplainCommand(Options& program)
     : Command(program, "explain",
               "Show the operations of a conversion, and the values of a pixel after each of them", EXAMPLES) {
-    options.add("source", request.from, "color space to convert from").required();
+    options.add("source", request.from, "source color space; omit it with --image or --inverse-view");
     options.add("destination", request.to, "color space of the result, unless --view is given");
+    options.add("--image", image, "image whose color space is the source, found by its tags and rules");
     add_view_options(options, request);
-    add_cdl_options(options, request);
+    add_inverse_view_option(options, request);
+    add_step_options(options, request);
+    add_source_space_options(options, source_choice);
     options.add("--pixel", pixel_text, "pixel to show after each operation: R,G,B or R,G,B,A");
     add_session_options(options, session_options);
     options.add_flag("--json", as_json, "print JSON");
 }
 
+/// The first color space is the destination where an image or a view is the source.
+void ExplainCommand::settle_usage() {
+    const bool has_other_source = !image.empty() || !request.inverse_view.empty();
+    if (!image.empty() && !request.inverse_view.empty())
+        throw UsageError("--image and --inverse-view exclude each other");
+    if (has_other_source && !request.to.empty())
+        throw UsageError(fmt::format("two color spaces and {}: the source is given twice",
+                                     image.empty() ? "--inverse-view" : "--image"));
+    if (has_other_source)
+        std::swap(request.from, request.to);
+    else if (request.from.empty())
+        throw UsageError("no source; name a color space, --image or --inverse-view");
+    check_conversion(request, "a second color space");
+}
+
 ExitCode ExplainCommand::run(Console& console) {
-    check_conversion_request(request, "a second color space");
+    settle_usage();
     const bool shows_pixel = !pixel_text.empty();
     const Pixel pixel = shows_pixel ? parse_pixel(pixel_text) : Pixel{};
     const ToolSession session(session_options, console);
+    if (!image.empty()) {
+        file_space = find_source_space(session, image, source_choice, console);
+        request.from = file_space.color_space;
+    }
     const workflow::Conversion conversion(session, request);
     console.report(conversion.get_notes());
     const std::vector<workflow::ExplainedStage> parts = workflow::explain_conversion(conversion, pixel);
@@ -120,6 +148,14 @@ ExitCode ExplainCommand::run(Console& console) {
         Json answer = {{"config", to_json(session.get_source())},
                        {"source", conversion.get_source()},
                        {"destination", conversion.get_destination()}};
+        if (!image.empty()) {
+            Json steps = Json::array();
+            for (const workflow::FileSpaceStep& step : file_space.steps)
+                steps.push({{"step", step.name}, {"answer", step.answer}});
+            answer.set("source_reason", file_space.reason);
+            answer.set("source_assumed", file_space.is_assumed);
+            answer.set("source_steps", std::move(steps));
+        }
         if (shows_pixel)
             answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
         answer.set("parts", list);
@@ -128,6 +164,8 @@ ExitCode ExplainCommand::run(Console& console) {
     }
     console.print(fmt::format("config:        {}", session.get_source().describe()));
     console.print(fmt::format("source:        {}", conversion.get_source()));
+    if (source_choice.explains && !file_space.steps.empty())
+        print_source_steps(file_space, console);
     console.print(fmt::format("destination:   {}", conversion.get_destination()));
     if (parts.empty())
         console.print("Source and destination are the same: colors are unchanged.");

@@ -1,5 +1,6 @@
 #include "tool/options.h"
 
+#include <map>
 #include <sstream>
 
 #include <CLI/CLI.hpp>
@@ -136,6 +137,31 @@ Option Options::add(const std::string& name, std::vector<std::string>& values, c
 
 Option Options::add_flag(const std::string& name, bool& value, const std::string& help) {
     return Option(app->add_flag(name, value, help));
+}
+
+void Options::add_ordered(const std::vector<OrderedOption>& declared, std::vector<OrderedValue>& values) {
+    struct Declared {
+        std::string name;
+        bool is_flag;
+        std::vector<std::string> texts; ///< The parser wants a place for the values.
+        std::size_t used = 0;
+    };
+    std::map<const CLI::Option*, std::shared_ptr<Declared>> known;
+    for (const OrderedOption& one : declared) {
+        const auto entry = std::make_shared<Declared>(Declared{one.name, one.is_flag, {}});
+        CLI::Option* const option =
+            one.is_flag ? app->add_flag(one.name)->description(one.help)
+                        : app->add_option(one.name, entry->texts, one.help)->allow_extra_args(false);
+        known.emplace(option, entry);
+    }
+    app->parse_complete_callback([command = app, known, &values] {
+        values.clear();
+        for (const CLI::Option* option : command->parse_order())
+            if (const auto found = known.find(option); found != known.end()) {
+                Declared& entry = *found->second;
+                values.push_back({entry.name, entry.is_flag ? "" : option->results().at(entry.used++)});
+            }
+    });
 }
 
 Option Options::get(const std::string& name) const {

@@ -33,6 +33,19 @@ private:
     CLI::Option* option;
 };
 
+/// An option whose place among others on the command line matters.
+struct OrderedOption {
+    std::string name;
+    std::string help;
+    bool is_flag = false;
+};
+
+/// One use of such an option.
+struct OrderedValue {
+    std::string option;
+    std::string value; ///< Empty for a flag.
+};
+
 /// The options and arguments of the program or of one of its commands. Names without dashes are positional
 /// arguments. The bound variables must outlive `parse`. Wraps the argument parser, whose headers take seconds
 /// to compile.
@@ -50,6 +63,8 @@ public:
     Option add(const std::string& name, double& value, const std::string& help);
     Option add(const std::string& name, std::vector<std::string>& values, const std::string& help);
     Option add_flag(const std::string& name, bool& value, const std::string& help);
+    /// Options that may be given repeatedly; `values` gets their uses in the order of the command line.
+    void add_ordered(const std::vector<OrderedOption>& declared, std::vector<OrderedValue>& values);
     /// An option that was added before.
     Option get(const std::string& name) const;
 

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "standalone/standalone_app.h"
 #include "tool/console.h"
 #include "tool/json_output.h"
 #include "tool/prefs_command.h"
@@ -14,6 +13,7 @@
 #include "tool/tool_session.h"
 #include "workflow/custom_spaces.h"
 #include "workflow/format_associations.h"
+#include "workflow/preference_values.h"
 
 namespace tool {
 
@@ -21,27 +21,6 @@ namespace {
 
 constexpr char EXAMPLES[] = R"(  colorio prefs show
   colorio prefs show --json --prefs show.yaml)";
-
-/// One preference of the application, by its name in the file.
-struct Preference {
-    const char* name;
-    std::variant<std::string, bool> value;
-};
-
-std::vector<Preference> get_preferences(const StandaloneApp& app) {
-    return {{"use_color_space_file", app.get_use_color_space_file()},
-            {"color_space_file_path", app.get_color_space_file_path().get_data()},
-            {"cdl_library_file_path", app.get_cdl_library_file_path().get_data()},
-            {"default_color_space_name", app.get_default_color_space_name().get_data()},
-            {"use_color_space_by_extension_file", app.get_use_color_space_by_extension_file() != 0},
-            {"color_space_by_extension_file_path", app.get_color_space_by_extension_file_path().get_data()}};
-}
-
-std::string to_text(const Preference& preference) {
-    if (const bool* is_on = std::get_if<bool>(&preference.value))
-        return *is_on ? "yes" : "no";
-    return std::get<std::string>(preference.value);
-}
 
 class PrefsShowCommand : public Command {
 public:
@@ -85,8 +64,8 @@ void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences
     console.print(describe_file(preferences.get_path()));
     console.print("");
     TextTable values({"preference", "value"});
-    for (const Preference& preference : get_preferences(preferences.get_app()))
-        values.add_row({preference.name, to_text(preference)});
+    for (const workflow::PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
+        values.add_row({preference.name, workflow::format_preference(preference)});
     values.print(console);
     console.print("");
     TextTable formats({"category", "extensions", "color space"});
@@ -105,7 +84,7 @@ void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences
 
 void PrefsShowCommand::print_json(const workflow::UserPreferences& preferences, Console& console) {
     Json values = Json::object();
-    for (const Preference& preference : get_preferences(preferences.get_app()))
+    for (const workflow::PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
         std::visit([&](const auto& value) { values.set(preference.name, value); }, preference.value);
     Json formats = Json::array();
     for (const workflow::FormatAssociation& association : workflow::get_format_associations())

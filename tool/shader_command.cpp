@@ -43,7 +43,7 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        check_conversion_request(request);
+        check_conversion(request);
         const ToolSession session(session_options, console);
         const workflow::Conversion conversion(session, request);
         console.report(conversion.get_notes());
@@ -59,11 +59,11 @@ private:
     /// Without OpenGL only warns: the written files do not depend on the comparison.
     static ExitCode measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
                             const workflow::Conversion& conversion, Console& console);
-    static void print_differences(const std::vector<workflow::ShaderDifference>& differences,
+    static void print_differences(const std::vector<workflow::ColorDifference>& differences,
                                   Console& console);
 
     SessionChoice session_options;
-    workflow::ConversionRequest request;
+    ConversionChoice request;
     std::string dialect = CORE;
     std::string folder;
 };
@@ -89,15 +89,15 @@ ExitCode ShaderCommand::measure(const workflow::GpuConversion& gpu, gl::GlProfil
     return EXIT_CODE_DONE;
 }
 
-void ShaderCommand::print_differences(const std::vector<workflow::ShaderDifference>& differences,
+void ShaderCommand::print_differences(const std::vector<workflow::ColorDifference>& differences,
                                       Console& console) {
     TextTable table(
         {"colors", "count", "largest difference", "mean difference", "largest at", "CPU", "shader"});
-    for (const workflow::ShaderDifference& difference : differences)
-        table.add_row({difference.grid, std::to_string(difference.points),
+    for (const workflow::ColorDifference& difference : differences)
+        table.add_row({difference.colors, std::to_string(difference.points),
                        fmt::format("{:.3g}", difference.largest), fmt::format("{:.3g}", difference.mean),
-                       format_color(difference.at), format_color(difference.cpu),
-                       format_color(difference.shader)});
+                       format_color(difference.at), format_color(difference.expected),
+                       format_color(difference.actual)});
     table.print(console);
 }
 

@@ -13,6 +13,8 @@
 #include "gl/gl_error.h"
 #include "tool/command.h"
 #include "tool/console.h"
+#include "tool/conversion_options.h"
+#include "tool/source_space.h"
 #include "tool/tool_session.h"
 #include "viewer/script.h"
 #include "viewer/viewer.h"
@@ -56,9 +58,11 @@ public:
                   (EXAMPLES + viewer::Script::get_help()).c_str()) {
         options.add("images", paths, "images to show").required();
         add_session_options(options, session_options);
-        options.add("--space", space, "color space of the first image (default: by its tags and rules)");
+        options.add("--from,--space", space,
+                    "color space of the first image (default: by its tags and rules)");
         options.add("--cdl-library", cdl_library, "ASC CDL file whose color corrections are listed");
-        options.add("--cdl", cdl, "name of the CDL to apply");
+        add_step_options(options, request);
+        add_source_space_options(options, source_choice);
         options.add("--exposure", exposure, "exposure in stops, applied in scene-linear (default: 0)");
         options.add("--view", views[viewer::ViewModel::FIRST],
                     "view to use, as DISPLAY.VIEW (default: that of the config)");
@@ -80,6 +84,7 @@ public:
             throw UsageError("--exposure takes a number of stops");
         if (!std::isfinite(zoom))
             throw UsageError("--zoom takes a positive number");
+        take_steps(request);
         const std::vector<viewer::Script> scripts = read_script();
         workflow::LiveConfig host(make_options(session_options, console));
         report_notices(host.get_session(), session_options, console);
@@ -95,11 +100,7 @@ public:
                                   headless ? viewer::make_offscreen(screen_size)
                                            : viewer::make_window(screen_size, "colorio"),
                                   !headless);
-            console.report(
-                diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN,
-                                       fmt::format("{}: {} ({})", paths.front(),
-                                                   model.get_settings(viewer::ViewModel::FIRST).input_space,
-                                                   model.get_space_reason())));
+            report_source(model, console);
             show(viewer, scripts, console, headless);
         } catch (const gl::GlError& error) {
             diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
@@ -123,6 +124,35 @@ private:
         return {viewer::Script(lines, script_path)};
     }
 
+    void report_source(const viewer::ViewModel& model, Console& console) const {
+        if (!space.empty()) {
+            console.report(
+                diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN,
+                                       fmt::format("{}: {} ({})", paths.front(),
+                                                   model.get_settings(viewer::ViewModel::FIRST).input_space,
+                                                   model.get_space_reason())));
+            return;
+        }
+        report_source_space(paths.front(), model.get_file_space(), source_choice, console);
+        if (source_choice.explains) {
+            console.print(fmt::format("source:        {}, {}", model.get_file_space().color_space,
+                                      model.get_space_reason()));
+            print_source_steps(model.get_file_space(), console);
+        }
+    }
+
+    /// The panel shows the CDL where it is one of those that it lists.
+    void apply_steps(viewer::ViewModel& model) const {
+        std::vector<workflow::ColorStep> steps = request.steps;
+        const std::vector<std::string>& listed = model.get_host().get_cdls();
+        if (!steps.empty() && steps.front().kind == workflow::ColorStep::CDL && !steps.front().is_inverse &&
+            std::find(listed.begin(), listed.end(), steps.front().name) != listed.end()) {
+            model.set_cdl(steps.front().name);
+            steps.erase(steps.begin());
+        }
+        model.set_steps(std::move(steps));
+    }
+
     void apply_options(viewer::ViewModel& model) const {
         model.add_images(paths);
         model.open(paths.front());
@@ -130,8 +160,7 @@ private:
             model.set_input_space(space);
         if (!cdl_library.empty())
             model.use_cdl_library(cdl_library);
-        if (!cdl.empty())
-            model.set_cdl(cdl);
+        apply_steps(model);
         for (const viewer::ViewModel::Side side : {viewer::ViewModel::FIRST, viewer::ViewModel::SECOND})
             if (!views[side].empty())
                 model.set_view(side, views[side]);
@@ -180,7 +209,8 @@ private:
     std::vector<std::string> paths;
     std::string space;
     std::string cdl_library;
-    std::string cdl;
+    ConversionChoice request; ///< Its steps alone.
+    SourceSpaceChoice source_choice;
     float exposure = 0;
     std::string views[viewer::ViewModel::SIDE_COUNT];
     std::string layout = "single";

@@ -82,6 +82,7 @@ Image load_image(const std::string& path, int max_side) {
     image.width = spec.width;
     image.height = spec.height;
     image.channels = name_channels(spec, color);
+    image.tags = image::find_color_tags(spec);
     const auto width = static_cast<std::size_t>(spec.width);
     try {
         image.rgba.assign(width * static_cast<std::size_t>(spec.height) * image::WORKING_CHANNELS, 1.0f);

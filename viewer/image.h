@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "image/color_tags.h"
+
 namespace viewer {
 
 /// An image in memory: RGBA floats, rows from top to bottom, as the file holds them.
@@ -12,6 +14,7 @@ struct Image {
     int width = 0;
     int height = 0;
     std::vector<float> rgba;
+    image::ColorTags tags;
     std::string channels; ///< For the user: "R, G, B", or "Y" shown as gray.
 
     /// The four floats at a position inside the image.

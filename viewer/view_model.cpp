@@ -8,7 +8,6 @@
 #include <fmt/ranges.h>
 
 #include "diagnostics/failure.h"
-#include "workflow/file_space.h"
 #include "workflow/name_resolution.h"
 #include "workflow/nearest_names.h"
 
@@ -64,9 +63,11 @@ void ViewModel::take_space_of_image(const std::shared_ptr<const Image>& former) 
 }
 
 void ViewModel::take_space_of_file() {
-    const workflow::FileSpace space = workflow::find_file_space(get_image() ? get_image()->path : "");
-    input_space = space.color_space;
-    space_reason = space.reason;
+    const std::shared_ptr<const Image>& shown = get_image();
+    file_space = workflow::find_file_space(
+        shown ? shown->path : "", shown ? std::optional(shown->tags) : std::nullopt, host.get_config_name());
+    input_space = file_space.color_space;
+    space_reason = file_space.reason;
 }
 
 /// Of custom color spaces, which belong to the built-in config.
@@ -86,6 +87,16 @@ void ViewModel::set_cdl(const std::string& name) {
             diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name, host.get_custom_errors(),
             workflow::did_you_mean(name, host.get_cdls())));
     cdl = name;
+}
+
+void ViewModel::set_steps(std::vector<workflow::ColorStep> wanted) {
+    workflow::ConversionRequest request;
+    request.from = input_space;
+    request.steps = wanted;
+    const workflow::Conversion trial(host.get_session(), request); // throws where a step cannot be made
+    steps = std::move(wanted);
+    for (ConfiguredConversion& configured : conversions)
+        configured.key.reset();
 }
 
 void ViewModel::set_view(Side side, const std::string& label) {
@@ -115,7 +126,9 @@ std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side)
     workflow::ConversionRequest request;
     request.from = input_space;
     request.view = views[side];
-    request.cdl_name = cdl == host.get_default_cdl() ? "" : cdl;
+    if (cdl != host.get_default_cdl())
+        request.steps.push_back({workflow::ColorStep::CDL, cdl});
+    request.steps.insert(request.steps.end(), steps.begin(), steps.end());
     request.takes_exposure = key.takes_exposure;
     try {
         cached.conversion = std::make_shared<const workflow::Conversion>(host.get_session(), request);
@@ -151,7 +164,7 @@ std::vector<std::string> ViewModel::use_existing_names() {
         if (!former.empty() && former != now)
             replaced.push_back(fmt::format("{} '{}' no longer exists, using '{}'", kind, former, now));
     };
-    if (!space_is_chosen || !holds(host.get_spaces(), input_space)) {
+    if (!space_is_chosen || !workflow::find_color_space(input_space)) {
         const std::string former = space_is_chosen ? input_space : "";
         space_is_chosen = false;
         take_space_of_file();

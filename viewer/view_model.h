@@ -11,6 +11,7 @@
 #include "viewer/image_list.h"
 #include "viewer/view_settings.h"
 #include "workflow/conversion.h"
+#include "workflow/file_space.h"
 #include "workflow/live_config.h"
 
 namespace viewer {
@@ -44,11 +45,15 @@ public:
 
     void set_input_space(const std::string& name);
     void set_cdl(const std::string& name);
+    /// What else is done to colors on their way to both views, after the CDL. Throws when it cannot be done.
+    void set_steps(std::vector<workflow::ColorStep> wanted);
     void set_view(Side side, const std::string& label);
     void set_exposure(float stops) { exposure = stops; }
     ColorSettings get_settings(Side side) const;
     /// The rule that chose the input color space.
     const std::string& get_space_reason() const { return space_reason; }
+    /// What the rule for files says of the image shown, chosen or not.
+    const workflow::FileSpace& get_file_space() const { return file_space; }
     /// The configured conversions of the settings; the last good ones when these cannot be made.
     std::shared_ptr<const workflow::Conversion> get_conversion(Side side);
 
@@ -125,7 +130,9 @@ private:
     std::string input_space;
     std::string space_reason;
     bool space_is_chosen = false;
+    workflow::FileSpace file_space;
     std::string cdl;
+    std::vector<workflow::ColorStep> steps;
     std::string views[SIDE_COUNT];
     float exposure = 0;
     ConfiguredConversion conversions[SIDE_COUNT];

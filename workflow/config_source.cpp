@@ -9,7 +9,9 @@
 namespace workflow {
 
 std::string ConfigSource::get_name() const {
-    return kind == BUILTIN ? "the built-in config" : std::filesystem::path(path).filename().string();
+    if (kind == BUILTIN)
+        return "the built-in config";
+    return is_in_library(path) ? path : std::filesystem::path(path).filename().string();
 }
 
 std::string ConfigSource::describe() const {

@@ -22,8 +22,7 @@ struct ConfigSource {
     std::string describe() const;
 };
 
-/// True for the name of a config that newer versions of OpenColorIO contain: "ocio://default". The module
-/// accepts such names only in $OCIO.
+/// True for the name of a config that OpenColorIO 2.2 and later contain: "ocio://default".
 bool is_in_library(const std::string& path);
 
 /// The config to load: `config_path`, unless it is empty; else $OCIO; else the config of `preferences`; else

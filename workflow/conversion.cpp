@@ -9,12 +9,10 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
-#include "colorio/color_io_constants.h"
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_diagnostics.h"
-#include "colorio/color_io_manager.h"
+#include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
-#include "workflow/correction_file.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
 
@@ -29,6 +27,8 @@ constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 // OpenImageIO's names of the two color spaces that file formats have tags for.
 constexpr char LINEAR_TAG[] = "Linear";
 constexpr char SRGB_TAG[] = "sRGB";
+/// Of no known color space, as the Color Interop Forum names it.
+constexpr char UNKNOWN_TAG[] = "unknown";
 
 /// Grays to check for a tint: black, shadows, middle gray, white, a highlight.
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
@@ -37,32 +37,6 @@ constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
 bool equals_ignoring_case(const std::string& a, const char* b) {
     return strcasecmp(a.c_str(), b) == 0;
-}
-
-std::string remove_family(const std::string& label) {
-    return label.substr(label.find(ColorIOManager::FAMILY_SEPARATOR) + 1);
-}
-
-/// A converter configured by `configure`. Throws diagnostics::Failure with the module's diagnostics when
-/// `configure` returns false; `what` is the beginning of the message.
-template <class Configure>
-std::unique_ptr<ColorIOConverter> configure_or_fail(const std::string& what, const Configure& configure) {
-    auto converter = std::make_unique<ColorIOConverter>();
-    ColorIODiagnostics collector;
-    if (!configure(*converter))
-        throw diagnostics::Failure(
-            diagnostics::add_context(what, collector.take(), Code::CONVERSION_IMPOSSIBLE));
-    return converter;
-}
-
-/// Configures a converter for an unpublished CDL. `configure_CDL` applies the inverse of its first CDL, then
-/// its second CDL.
-bool configure_local(const ColorIOManager::ColorDecisionListDef& record, bool is_undone,
-                     ColorIOConverter& converter) {
-    ColorIOManager::get_instance()->add_local_CDL(record);
-    const CoreString nothing = ColorIO::get_default_CDL_name();
-    return is_undone ? converter.configure_CDL(record.name, nothing)
-                     : converter.configure_CDL(nothing, record.name);
 }
 
 void expose(float* rgba, std::size_t pixels, float gain) {
@@ -91,87 +65,97 @@ float get_gain(float exposure) {
     return std::exp2(exposure);
 }
 
-Conversion::Conversion(const Session& session, const ConversionRequest& request)
-    : source(find_space(session, request.from, notes)) {
-    std::string start = destination = destination_space = source;
-    if (!request.cdl.empty() || !request.cdl_name.empty() || request.takes_exposure) {
+Conversion::Conversion(const Session& session, const ConversionRequest& request) {
+    if (request.inverse_view.empty())
+        start_in_space(session, request.from);
+    else
+        start_in_view(session, request.inverse_view);
+    if (has_grade(request.steps) || request.takes_exposure)
         go_to_working_space(session);
-        start = destination = destination_space = working_space;
-        if (!request.cdl.empty())
-            add_correction(session, request);
-        if (!request.cdl_name.empty())
-            add_published_cdl(request.cdl_name);
-    }
+    add_steps(session, request.steps, true);
     exposure_position = stages.size();
-    if (!request.view.empty())
-        add_view(session, start, request);
-    else if (!request.to.empty())
-        add_space(session, start, request.to);
+    destination = destination_space = space;
+    go_to_destination(session, request);
+    note_references();
+    add_steps(session, request.steps, false);
 }
 
 Conversion::~Conversion() = default;
 Conversion::Conversion(Conversion&&) noexcept = default;
 
-void Conversion::add_stage(std::string title, std::unique_ptr<ColorIOConverter> converter) {
-    stages.push_back({std::move(title), std::move(converter)});
+void Conversion::start_in_space(const Session& session, const std::string& name) {
+    source = space = find_space(session, name, notes);
+}
+
+void Conversion::start_in_view(const Session& session, const std::string& label) {
+    const PublishedView view = find_view(session, "", label, notes);
+    source = view.label;
+    working_space = space = resolve_color_space(SCENE_LINEAR_ROLE, session.get_config_name()).label;
+    stages.push_back(make_inverse_view_stage(session, view, working_space));
 }
 
 void Conversion::go_to_working_space(const Session& session) {
     working_space = resolve_color_space(SCENE_LINEAR_ROLE, session.get_config_name()).label;
-    add_conversion(session, source, working_space);
+    go_to_space(session, working_space);
 }
 
-void Conversion::add_conversion(const Session& session, const std::string& from, const std::string& to) {
-    if (remove_family(from) == remove_family(to))
+void Conversion::go_to_space(const Session& session, const std::string& label) {
+    if (remove_family(space) != remove_family(label))
+        stages.push_back(make_space_stage(session, space, label));
+    space = label;
+}
+
+void Conversion::go_to_destination(const Session& session, const ConversionRequest& request) {
+    if (!request.view.empty()) {
+        const PublishedView view = find_view(session, request.display, request.view, notes);
+        stages.push_back(make_view_stage(session, space, view));
+        destination = view.label;
+        destination_space = view.color_space;
+    } else if (!request.to.empty()) {
+        destination = destination_space = find_space(session, request.to, notes);
+        go_to_space(session, destination);
+    }
+}
+
+void Conversion::add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_grades) {
+    for (const ColorStep& step : steps) {
+        if (step.is_grade() != are_grades)
+            continue;
+        ConversionStage stage = make_step_stage(session, step, space, notes);
+        if (stage.converter)
+            stages.push_back(std::move(stage));
+        if (are_grades)
+            continue;
+        destination = step.name;
+        destination_space.clear();
+        is_transformed = true;
+    }
+}
+
+/// OpenColorIO takes the config's default view transform between the two references.
+void Conversion::note_references() {
+    bool is_display[] = {false, false};
+    const std::string ends[] = {remove_family(source), remove_family(destination)};
+    for (const ColorIOInspection::ColorSpace& known : ColorIOInspection::get_color_spaces())
+        for (int end = 0; end < 2; ++end)
+            is_display[end] =
+                is_display[end] || (known.is_display_referred && known.name == ends[end].c_str());
+    if (is_display[0] == is_display[1])
         return;
-    const std::string what =
-        fmt::format("cannot convert from '{}' to '{}' with {}", from, to, session.get_config_name());
-    add_stage(fmt::format("{} to {}", from, to), configure_or_fail(what, [&](ColorIOConverter& converter) {
-                  return converter.configure(from.c_str(), to.c_str());
-              }));
-}
-
-void Conversion::add_correction(const Session&, const ConversionRequest& request) {
-    const Correction correction = read_valid_correction(parse_correction_source(request.cdl));
-    add_unread_elements(correction, notes);
-    const auto record = make_cdl_record(correction, request.undoes_cdl ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL);
-    add_stage(fmt::format("{}{} in {}", request.undoes_cdl ? "inverse of " : "", request.cdl, working_space),
-              configure_or_fail(fmt::format("cannot apply the CDL '{}'", request.cdl),
-                                [&](ColorIOConverter& converter) {
-                                    return configure_local(record, request.undoes_cdl, converter);
-                                }));
-}
-
-void Conversion::add_published_cdl(const std::string& name) {
-    const CoreString nothing = ColorIO::get_default_CDL_name();
-    if (nothing == name.c_str())
-        return;
-    add_stage(
-        fmt::format("{} in {}", name, working_space),
-        configure_or_fail(fmt::format("cannot apply the CDL '{}'", name), [&](ColorIOConverter& converter) {
-            return converter.configure_CDL(nothing, name.c_str());
-        }));
-}
-
-void Conversion::add_view(const Session& session, const std::string& start,
-                          const ConversionRequest& request) {
-    const PublishedView view = find_view(session, request.display, request.view, notes);
-    destination = view.label;
-    destination_space = view.color_space;
-    const std::string what = fmt::format("cannot convert from '{}' to the view '{}' with {}", start,
-                                         view.label, session.get_config_name());
-    add_stage(
-        fmt::format("{} to {}", start, view.label), configure_or_fail(what, [&](ColorIOConverter& converter) {
-            return converter.configure_for_display(start.c_str(), view.display.c_str(), view.view.c_str());
-        }));
-}
-
-void Conversion::add_space(const Session& session, const std::string& start, const std::string& name) {
-    destination = destination_space = find_space(session, name, notes);
-    add_conversion(session, start, destination);
+    const std::string& label = is_display[0] ? source : destination;
+    notes.push_back(
+        with_hint(diagnostics::make_note(
+                      Code::COLOR_SPACE_UNKNOWN,
+                      fmt::format("'{}' is display-referred: the default view transform of the config is {}",
+                                  label, is_display[0] ? "inverted" : "applied"),
+                      label),
+                  is_display[0] ? "to invert a view instead, use --inverse-view"
+                                : "to convert for a view, use --view"));
 }
 
 std::string Conversion::get_destination_tag() const {
+    if (is_transformed)
+        return UNKNOWN_TAG;
     const std::string name = remove_family(destination_space);
     if (name.empty())
         return destination;

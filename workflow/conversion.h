@@ -1,57 +1,52 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "diagnostics/diagnostic.h"
-
-class ColorIOConverter;
+#include "workflow/color_step.h"
+#include "workflow/conversion_stage.h"
 
 namespace workflow {
 
 class Session;
 
-/// A requested conversion: from a color space, through a CDL and an exposure in scene-linear, to a color
-/// space or a view. Color spaces are given by label, name without family, role or alias.
+/// A requested conversion: from a color space or a view, through CDLs, looks and an exposure in scene-linear,
+/// to a color space or a view, and through named transforms and LUTs after that. Color spaces are given by
+/// label, name without family, role or alias.
 struct ConversionRequest {
-    std::string from;
-    std::string to;              ///< Destination color space; empty with `view`.
-    std::string display;         ///< Display of `view`; empty when `view` is a label such as "sRGB.Film".
-    std::string view;            ///< Destination view; empty with `to`.
-    std::string cdl;             ///< FILE or FILE:ID of a color correction to apply; empty for none.
-    std::string cdl_name;        ///< Name of a published CDL to apply after `cdl`; empty for none.
-    bool undoes_cdl = false;     ///< Apply the inverse of `cdl`.
-    bool takes_exposure = false; ///< Convert through scene-linear, so that `apply` can take an exposure.
+    std::string from;             ///< Source color space; empty with `inverse_view`.
+    std::string inverse_view;     ///< Label of the view that the source is the result of; empty with `from`.
+    std::string to;               ///< Destination color space; empty with `view`.
+    std::string display;          ///< Display of `view`; empty when `view` is a label such as "sRGB.Film".
+    std::string view;             ///< Destination view; empty with `to`.
+    std::vector<ColorStep> steps; ///< In the order of their application.
+    bool takes_exposure = false;  ///< Convert through scene-linear, so that `apply` can take an exposure.
 };
 
 /// The conversion pipeline. It is configured once, by the thread of the session; const functions may then be
 /// called by several threads at once. It stays valid when the session changes its config.
 class Conversion {
 public:
-    /// One conversion of the module.
-    struct Stage {
-        std::string title; ///< "Tavelion|sRGB to Tavelion|linear", "grades.ccc:shot_010 in Tavelion|linear".
-        std::unique_ptr<ColorIOConverter> converter;
-    };
+    using Stage = ConversionStage;
 
     /// Throws diagnostics::Failure when a name is unknown, a file cannot be read, or OpenColorIO cannot make
     /// one of the conversions. Without `to` and `view` the destination is scene-linear if the request has a
-    /// CDL or an exposure, else the source.
+    /// CDL, a look, an exposure or an inverse view, else the source.
     Conversion(const Session& session, const ConversionRequest& request);
     ~Conversion();
     Conversion(Conversion&&) noexcept;
 
-    /// Labels of source and destination.
+    /// Labels of source and destination; of the last named transform or LUT, where there is one, its name.
     const std::string& get_source() const { return source; }
     const std::string& get_destination() const { return destination; }
     /// Label of the color space of the result. For a view the color space that the config gives it; may be
-    /// empty.
+    /// empty, as it is after a named transform or a LUT.
     const std::string& get_destination_space() const { return destination_space; }
-    /// Value of "oiio:ColorSpace" for the result: the name of that color space without its family, or "sRGB"
-    /// or "Linear" where OpenImageIO has that tag.
+    /// Value of "oiio:ColorSpace" for the result: the name of that color space without its family, "sRGB" or
+    /// "Linear" where OpenImageIO has that tag, or "unknown" after a named transform or a LUT.
     std::string get_destination_tag() const;
-    /// Label of the scene-linear color space in which CDL and exposure are applied; empty without either.
+    /// Label of the scene-linear color space in which CDLs and exposure are applied; empty without either.
     const std::string& get_working_space() const { return working_space; }
 
     /// Notes on aliases and names in another case, warnings of ignored elements of a CDL file.
@@ -73,13 +68,13 @@ public:
     void apply(float* rgba, unsigned int width, unsigned int height, float exposure = 0) const;
 
 private:
-    void add_stage(std::string title, std::unique_ptr<ColorIOConverter> converter);
+    void start_in_view(const Session& session, const std::string& label);
+    void start_in_space(const Session& session, const std::string& name);
     void go_to_working_space(const Session& session);
-    void add_correction(const Session& session, const ConversionRequest& request);
-    void add_published_cdl(const std::string& name);
-    void add_view(const Session& session, const std::string& start, const ConversionRequest& request);
-    void add_space(const Session& session, const std::string& start, const std::string& name);
-    void add_conversion(const Session& session, const std::string& from, const std::string& to);
+    void go_to_space(const Session& session, const std::string& label);
+    void go_to_destination(const Session& session, const ConversionRequest& request);
+    void add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_grades);
+    void note_references();
 
     diagnostics::Diagnostics notes; // initialized before `source`, whose resolution adds to it
     std::vector<Stage> stages;
@@ -88,6 +83,8 @@ private:
     std::string destination;
     std::string destination_space;
     std::string working_space;
+    std::string space;           ///< Label of the color space that pixels are in after the stages so far.
+    bool is_transformed = false; ///< By a named transform or a LUT, after the destination.
 };
 
 /// Factor of an exposure in stops: 2 to the power of `exposure`.

@@ -1,15 +1,31 @@
 #include "workflow/file_space.h"
 
+#include <algorithm>
+#include <filesystem>
+
+#include <strings.h>
+
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
+#include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
+#include "diagnostics/failure.h"
 #include "host/sys/sys_filesystem.h"
+#include "image/image_reader.h"
+#include "image/reader_process.h"
+#include "workflow/color_identity.h"
 #include "workflow/format_associations.h"
+#include "workflow/name_resolution.h"
 
 namespace workflow {
 
 namespace {
+
+constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
+/// Where configs say what integer images are in, the best first.
+constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
+                                      "default"};
 
 /// The published label of a color space with or without its family; empty when it is not published.
 CoreString find_label(const CoreString& name) {
@@ -27,25 +43,181 @@ CoreString find_fallback() {
     return ColorIO::get_color_space_names().get_count() > 0 ? ColorIO::get_color_space_name(0) : CoreString();
 }
 
-} // namespace
+/// The color space of the config that has the interop ID, or one of the names that configs give to it.
+std::string find_identified(const std::string& id) {
+    for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
+        if (strcasecmp(space.interop_id.get_data(), id.c_str()) == 0)
+            return make_label(space.family.get_data(), space.name.get_data());
+    std::vector<std::string> names = get_common_names(id);
+    names.insert(names.begin(), id);
+    for (const std::string& name : names)
+        if (const auto found = find_color_space(name); found && found->kind != NameKind::ROLE)
+            return found->label;
+    return "";
+}
 
-FileSpace find_file_space(const std::string& path) {
+/// By the encoding that the config states.
+bool is_scene_linear(const std::string& label) {
+    for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
+        if (make_label(space.family.get_data(), space.name.get_data()) == label)
+            return space.encoding == "scene-linear";
+    return false;
+}
+
+/// Asks one place after the other until one knows.
+class FileSpaceSearch {
+public:
+    FileSpaceSearch(const std::string& path, const std::optional<image::ColorTags>& tags,
+                    const std::string& config_name)
+        : path(path), tags(tags), config_name(config_name) {}
+
+    FileSpace run() {
+        if (!ask_tags() && !ask_file_rules() && !ask_association() && !take_default_rule())
+            assume();
+        return std::move(result);
+    }
+
+private:
+    bool ask_tags();
+    std::string resolve_tag(const image::ColorTag& tag);
+    bool ask_file_rules();
+    bool ask_association();
+    bool take_default_rule();
+    void assume();
+
+    std::string get_file_name() const { return std::filesystem::path(path).filename().string(); }
+    void add_step(const char* name, std::string answer) { result.steps.push_back({name, std::move(answer)}); }
+    bool decide(std::string label, std::string reason) {
+        result.color_space = std::move(label);
+        result.reason = std::move(reason);
+        return true;
+    }
+
+    const std::string& path;
+    const std::optional<image::ColorTags>& tags;
+    const std::string& config_name;
+    ColorIOInspection::FileRule rule;
+    FileSpace result;
+};
+
+std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag) {
+    if (tag.kind == image::ColorTag::NAME)
+        if (const auto found = find_color_space(tag.text))
+            return found->label;
+    for (const std::string& id : identify(tag))
+        if (const std::string label = find_identified(id); !label.empty())
+            return label;
+    const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
+    if (names_space)
+        result.warnings.push_back(
+            diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                                      fmt::format("'{}': its tag {} does not name a color space of {}",
+                                                  get_file_name(), tag.describe(), config_name),
+                                      tag.text));
+    return "";
+}
+
+bool FileSpaceSearch::ask_tags() {
+    if (!tags)
+        return false;
+    result.tags = tags->describe();
+    bool any = false;
+    for (const image::ColorTag& tag : tags->tags) {
+        if (!is_informative(tag))
+            continue;
+        any = true;
+        const std::string label = resolve_tag(tag);
+        const bool is_known = !identify(tag).empty();
+        add_step("tags", label.empty() ? fmt::format("{} is {}", tag.describe(),
+                                                     is_known ? "not a color space of " + config_name
+                                                              : "not recognized")
+                                       : fmt::format("{} is {}", tag.describe(), label));
+        if (!label.empty())
+            return decide(label, fmt::format("from the tag {}", tag.describe()));
+    }
+    if (!any)
+        add_step("tags", "none");
+    return false;
+}
+
+bool FileSpaceSearch::ask_file_rules() {
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    rule = ColorIOInspection::find_file_rule(error ? path.c_str() : absolute.c_str());
+    if (rule.name.is_empty() || rule.is_default) {
+        add_step("file rules", rule.name.is_empty() ? config_name + " has none" : "only the default rule");
+        return false;
+    }
+    const auto found = find_color_space(rule.color_space.get_data());
+    add_step("file rules", fmt::format("the rule '{}' gives '{}'{}", rule.name.get_data(),
+                                       rule.color_space.get_data(), found ? "" : ", which does not exist"));
+    return found && decide(found->label,
+                           fmt::format("from the file rule '{}' of {}", rule.name.get_data(), config_name));
+}
+
+bool FileSpaceSearch::ask_association() {
     const CoreString extension = SysFilesystem::get_file_extension(path.c_str());
     const CoreString associated = ColorIO::get_instance()->get_default_color_space_from_ext(extension);
     const FormatAssociation association = find_format_association(extension.get_data());
-    const std::string reason =
-        fmt::format("from {}, category {}", describe_association_source(), association.category);
-    FileSpace space;
-    space.associated_space = associated.get_data();
-    if (const CoreString label = find_label(associated); !label.is_empty()) {
-        space.color_space = label.get_data();
-        space.reason = reason;
-        return space;
-    }
-    space.color_space = find_fallback().get_data();
-    space.reason = fmt::format("assumed, because the config lacks '{}', {}", space.associated_space, reason);
-    space.is_assumed = true;
-    return space;
+    const std::string where =
+        fmt::format("{}, category {}", describe_association_source(), association.category);
+    const CoreString label = find_label(associated);
+    add_step("associations",
+             fmt::format("{}, gives '{}'{}", where, associated.get_data(),
+                         label.is_empty() ? fmt::format(", which is not in {}", config_name) : ""));
+    return !label.is_empty() && decide(label.get_data(), "from " + where);
+}
+
+bool FileSpaceSearch::take_default_rule() {
+    const auto found = rule.name.is_empty() ? std::nullopt : find_color_space(rule.color_space.get_data());
+    if (!found)
+        return false;
+    add_step("default rule", fmt::format("gives '{}'", rule.color_space.get_data()));
+    if (tags && !tags->is_float && is_scene_linear(found->label))
+        result.warnings.push_back(with_hint(
+            diagnostics::make_warning(
+                diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                fmt::format(
+                    "'{}': the default file rule takes integer pixels for '{}', which is scene-linear",
+                    get_file_name(), found->label),
+                found->label),
+            "name the color space of the image with --from"));
+    return decide(found->label, fmt::format("from the default file rule of {}", config_name));
+}
+
+void FileSpaceSearch::assume() {
+    result.is_assumed = true;
+    const bool is_float = !tags || tags->is_float;
+    const std::string pixels = is_float ? "float" : "integer";
+    std::string role, label;
+    for (const char* candidate : BYTE_ROLES)
+        if (!is_float && role.empty() && ColorIOInspection::has_role(candidate))
+            if (const auto found = find_color_space(candidate)) {
+                role = candidate;
+                label = found->label;
+            }
+    if (role.empty())
+        if (const auto found = find_color_space(SCENE_LINEAR_ROLE)) {
+            role = SCENE_LINEAR_ROLE;
+            label = found->label;
+        }
+    if (role.empty())
+        label = find_fallback().get_data();
+    add_step("assumption", fmt::format("the role {} for {} pixels", role, pixels));
+    decide(label, fmt::format("assumed: the role {}, for {} pixels", role, pixels));
+}
+
+} // namespace
+
+FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
+                          const std::string& config_name) {
+    return FileSpaceSearch(path, tags, config_name).run();
+}
+
+image::ColorTags read_color_tags(const std::string& path) {
+    image::ReaderProcess process;
+    const image::ImageReader reader(path, process);
+    return image::find_color_tags(reader.get_parts().front().spec);
 }
 
 } // namespace workflow

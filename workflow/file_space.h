@@ -1,21 +1,42 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
+
+#include "diagnostics/diagnostic.h"
+#include "image/color_tags.h"
 
 namespace workflow {
 
-/// The color space of a file.
-struct FileSpace {
-    std::string color_space; ///< A published label; empty when the config publishes none.
-    std::string reason;      ///< "from the built-in associations, category Open EXR".
-    /// The associated color space is not in the config; `color_space` is a fallback.
-    bool is_assumed = false;
-    std::string associated_space; ///< Color space of the format association.
+/// One place that was asked for the color space of a file, and what it said.
+struct FileSpaceStep {
+    std::string name;   ///< "tags", "file rules".
+    std::string answer; ///< "none", "oiio:ColorSpace 'Cineon' is Tavelion|Cineon".
 };
 
-/// Determines the color space of a file: the module's format association for its extension; where the config
-/// lacks that color space, the default color space, then scene-linear, then the first color space of the
-/// config. Needs an open session. Does not open the file.
-FileSpace find_file_space(const std::string& path);
+/// The color space that the pixels of a file are taken to be in.
+struct FileSpace {
+    std::string color_space; ///< A label; empty when the config publishes no color space.
+    std::string reason;      ///< "from the built-in associations, category Open EXR".
+    bool is_assumed = false; ///< Nothing says it.
+    std::optional<std::vector<std::string>>
+        tags;                          ///< Of the file, for messages; nothing when it was not read.
+    std::vector<FileSpaceStep> steps;  ///< All that were asked, the decisive one last.
+    diagnostics::Diagnostics warnings; ///< About tags that name no color space of the config, and about
+                                       ///< integers that a default rule takes for linear.
+};
+
+/// The one rule for the color space of a file that the user did not name, in this order: a tag of the file
+/// that names or describes a color space of the config; a file rule of the config other than the default one;
+/// the module's format association, when the config has that color space; the default file rule; else an
+/// assumption: scene_linear for floats, the roles default_byte, matte_paint, texture_paint and color_picking
+/// for integers. Needs an open session, whose `config_name` is for messages. `tags` are those of the file, or
+/// nothing when it was not read.
+FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
+                          const std::string& config_name);
+
+/// Reads the tags of the image at `path`. Throws diagnostics::Failure when it cannot be read.
+image::ColorTags read_color_tags(const std::string& path);
 
 } // namespace workflow

@@ -2,13 +2,13 @@
 
 #include <exception>
 #include <filesystem>
-#include <iterator>
 
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_diagnostics.h"
 #include "diagnostics/failure.h"
+#include "workflow/lut_texts.h"
 #include "workflow/text_file.h"
 
 namespace workflow {
@@ -16,30 +16,6 @@ namespace workflow {
 namespace {
 
 constexpr char FILE_STEM[] = "OCIODisplay";
-
-/// A .cube file lists the colors in the order of the 3D LUT, red fastest.
-std::string to_cube(const GpuConversion& conversion) {
-    std::string text =
-        fmt::format("# The 3D LUT that {}.glsl samples\nLUT_3D_SIZE {}\n", FILE_STEM, conversion.edge);
-    for (std::size_t i = 0; i + 2 < conversion.lut.size(); i += 3)
-        fmt::format_to(std::back_inserter(text), "{} {} {}\n", conversion.lut[i], conversion.lut[i + 1],
-                       conversion.lut[i + 2]);
-    return text;
-}
-
-/// A row of an .spi3d file starts with the position of its color; by convention blue runs fastest.
-std::string to_spi3d(const GpuConversion& conversion) {
-    const unsigned int edge = conversion.edge;
-    std::string text = fmt::format("SPILUT 1.0\n3 3\n{0} {0} {0}\n", edge);
-    for (unsigned int red = 0; red < edge; ++red)
-        for (unsigned int green = 0; green < edge; ++green)
-            for (unsigned int blue = 0; blue < edge; ++blue) {
-                const float* value = conversion.lut.data() + 3 * ((blue * edge + green) * edge + red);
-                fmt::format_to(std::back_inserter(text), "{} {} {} {} {} {}\n", red, green, blue, value[0],
-                               value[1], value[2]);
-            }
-    return text;
-}
 
 } // namespace
 
@@ -78,8 +54,9 @@ std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, c
                                folder);
     const std::string stem = (std::filesystem::path(folder) / FILE_STEM).string();
     write_text_file(stem + ".glsl", conversion.text);
-    write_text_file(stem + ".spi3d", to_spi3d(conversion));
-    write_text_file(stem + ".cube", to_cube(conversion));
+    write_text_file(stem + ".spi3d", make_spi3d(conversion.lut, conversion.edge));
+    write_text_file(stem + ".cube", make_cube(conversion.lut, conversion.edge,
+                                              fmt::format("The 3D LUT that {}.glsl samples", FILE_STEM)));
     return {stem + ".glsl", stem + ".spi3d", stem + ".cube"};
 }
 

@@ -15,6 +15,7 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.wishes.keeps_space = conversion.get_source() == conversion.get_destination_space();
     settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.threads = options.threads;
+    settings.source_tags = options.source_tags;
     return settings;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "image/part_plan.h"
 #include "workflow/conversion.h"
@@ -13,7 +15,8 @@ struct ImageOptions {
     /// Type of the written colors and alpha: uint8, uint16, half or float; empty for the type of the input.
     std::string depth;
     image::AlphaRule alpha_rule = image::AlphaRule::AS_THE_FILE_SAYS;
-    int threads = 0; ///< Worker threads for one image; 0 for all cores.
+    int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
+    std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
 };
 
 /// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them.

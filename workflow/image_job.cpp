@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
+#include "image/color_tags.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
 
@@ -63,6 +64,9 @@ bool ImageConversion::is_kept(const image::PartHeader& part) const {
 
 void ImageConversion::plan_parts() {
     const std::vector<image::PartHeader>& headers = reader.get_parts();
+    if (settings.source_tags &&
+        image::find_color_tags(headers.front().spec).describe() != *settings.source_tags)
+        add_note("its color tags differ from those of the first image, whose color space is used");
     bool any_color = false;
     for (unsigned int i = 0; i < headers.size(); ++i) {
         if (!is_kept(headers[i]))

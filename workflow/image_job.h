@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,9 @@ struct ImageSettings {
     image::ConvertRows convert; ///< Empty to leave colors unchanged.
     image::OutputWishes wishes;
     int threads = 0; ///< Worker threads for one image; 0 for all cores.
+    /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
+    /// with other tags gets a note.
+    std::optional<std::vector<std::string>> source_tags;
 };
 
 /// Reads the image, converts the colors of all its parts and writes the output, which is replaced only when

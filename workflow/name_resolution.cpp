@@ -71,31 +71,25 @@ std::string quote_name(const ColorIOInspection::Entry& entry, const std::string&
                                   : fmt::format("'{}'", entry.name.get_data());
 }
 
-/// Throws if the name belongs to an inactive color space or a named transform.
-void refuse_unpublished(const std::string& name, const std::string& config_name) {
-    for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
-        if (!space.is_active && is_called(space, name))
-            throw Failure(with_hint(
-                make_error(
-                    Code::COLOR_SPACE_UNKNOWN,
-                    fmt::format("{} is an inactive color space of {} and cannot be converted from or to",
-                                quote_name(space, name), config_name),
-                    name),
-                "remove it from 'inactive_colorspaces' in the config or from OCIO_INACTIVE_COLORSPACES"));
+/// Throws if the name belongs to a named transform.
+void refuse_named_transform(const std::string& name, const std::string& config_name) {
     for (const ColorIOInspection::NamedTransform& transform : ColorIOInspection::get_named_transforms())
         if (is_called(transform, name))
-            throw Failure(make_error(
-                Code::COLOR_SPACE_UNKNOWN,
-                fmt::format("{} is a named transform of {}, not a color space; it can only be used "
-                            "through a view",
-                            quote_name(transform, name), config_name),
-                name));
+            throw Failure(with_hint(make_error(Code::COLOR_SPACE_UNKNOWN,
+                                               fmt::format("{} is a named transform of {}, not a color space",
+                                                           quote_name(transform, name), config_name),
+                                               name),
+                                    "apply it with --named-transform"));
 }
 
-std::optional<ResolvedSpace> find_by_alias(const std::string& name) {
-    for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
-        if (space.is_active && has_alias(space, name))
-            return ResolvedSpace{make_label(space.family.get_data(), space.name.get_data()), NameKind::ALIAS};
+/// By an alias, or by any name of an inactive color space.
+std::optional<ResolvedSpace> find_unpublished(const std::string& name) {
+    const auto spaces = ColorIOInspection::get_color_spaces();
+    for (const bool is_active : {true, false})
+        for (const ColorIOInspection::ColorSpace& space : spaces)
+            if (space.is_active == is_active && (is_active ? has_alias(space, name) : is_called(space, name)))
+                return ResolvedSpace{make_label(space.family.get_data(), space.name.get_data()),
+                                     is_active ? NameKind::ALIAS : NameKind::INACTIVE};
     return std::nullopt;
 }
 
@@ -155,9 +149,20 @@ const char* describe_kind(NameKind kind) {
     case NameKind::OTHER_CASE:
         return "in another case";
     case NameKind::ALIAS:
+        return "an alias";
+    case NameKind::INACTIVE:
         break;
     }
-    return "an alias";
+    return "an inactive color space";
+}
+
+std::optional<ResolvedSpace> find_color_space(const std::string& name) {
+    const std::vector<PublishedSpace> spaces = get_published_spaces();
+    if (const auto found = find_published(spaces, name, is_same))
+        return found;
+    if (const auto found = find_published(spaces, name, is_same_but_for_case))
+        return ResolvedSpace{found->label, NameKind::OTHER_CASE};
+    return find_unpublished(name);
 }
 
 Diagnostic explain_missing(Code code, const std::string& what, const std::string& name,
@@ -174,20 +179,16 @@ Diagnostic explain_missing(Code code, const std::string& what, const std::string
 
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
                                   const Diagnostics& errors) {
-    const std::vector<PublishedSpace> spaces = get_published_spaces();
-    if (const auto found = find_published(spaces, name, is_same))
+    if (const auto found = find_color_space(name))
         return *found;
-    if (const auto found = find_published(spaces, name, is_same_but_for_case))
-        return {found->label, NameKind::OTHER_CASE};
-    if (const auto found = find_by_alias(name))
-        return *found;
-    refuse_unpublished(name, config_name);
+    refuse_named_transform(name, config_name);
     if (const auto role = find_idle_role(name))
         throw Failure(make_error(Code::ROLE_UNKNOWN,
                                  fmt::format("the role '{}' of {} names the color space '{}', which is not "
                                              "available",
                                              role->role, config_name, role->color_space),
                                  name));
+    const std::vector<PublishedSpace> spaces = get_published_spaces();
 
     // A name given without its family is compared without families.
     const bool with_family = name.find(ColorIOManager::FAMILY_SEPARATOR) != std::string::npos;
@@ -198,6 +199,18 @@ ResolvedSpace resolve_color_space(const std::string& name, const std::string& co
     throw Failure(explain_missing(Code::COLOR_SPACE_UNKNOWN,
                                   fmt::format("no color space '{}' in {}", name, config_name), name, errors,
                                   did_you_mean(name, candidates)));
+}
+
+std::string resolve_named_transform(const std::string& name, const std::string& config_name) {
+    std::vector<std::string> names;
+    for (const ColorIOInspection::NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
+        if (is_called(transform, name))
+            return transform.name.get_data();
+        names.emplace_back(transform.name.get_data());
+    }
+    throw Failure(with_hint(make_error(Code::COLOR_SPACE_UNKNOWN,
+                                       fmt::format("no named transform '{}' in {}", name, config_name), name),
+                            did_you_mean(name, names)));
 }
 
 PublishedView resolve_view(const std::string& display, const std::string& view,
@@ -237,6 +250,11 @@ std::string find_space(const Session& session, const std::string& name, Diagnost
     if (found.kind == NameKind::ALIAS)
         notes.push_back(make_note(Code::NAME_SUBSTITUTED,
                                   fmt::format("'{}' is an alias of '{}'", name, found.label), name));
+    else if (found.kind == NameKind::INACTIVE)
+        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
+                                  fmt::format("'{}' is an inactive color space of {}",
+                                              remove_family(found.label), session.get_config_name()),
+                                  name));
     else if (found.kind == NameKind::OTHER_CASE)
         notes.push_back(
             make_note(Code::NAME_SUBSTITUTED, fmt::format("using '{}' for '{}'", found.label, name), name));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "diagnostics/diagnostic.h"
@@ -10,7 +11,7 @@ namespace workflow {
 class Session;
 
 /// How a name was resolved to a color space.
-enum class NameKind { LABEL, NAME_WITHOUT_FAMILY, ROLE, OTHER_CASE, ALIAS };
+enum class NameKind { LABEL, NAME_WITHOUT_FAMILY, ROLE, OTHER_CASE, ALIAS, INACTIVE };
 
 struct ResolvedSpace {
     std::string label;
@@ -20,10 +21,12 @@ struct ResolvedSpace {
 /// For `--why`: "a role", "an alias".
 const char* describe_kind(NameKind kind);
 
-/// Finds the published color space for a label, a name without its family or a role, else for one of these in
-/// another case, else for an alias. Throws diagnostics::Failure with the nearest names as the hint, or, for
-/// an inactive color space or a named transform, with the reason. `config_name` is used in messages.
-/// If one of `errors` is about the name, it is the reason.
+/// Finds the color space for a label, a name without its family or a role, else for one of these in another
+/// case, else for an alias, else for any name of an inactive color space.
+std::optional<ResolvedSpace> find_color_space(const std::string& name);
+
+/// The same, but throws diagnostics::Failure with the nearest names as the hint, or, for a named transform,
+/// with the reason. `config_name` is used in messages. If one of `errors` is about the name, it is the reason.
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
                                   const diagnostics::Diagnostics& errors = {});
 
@@ -44,8 +47,11 @@ ResolvedSpace resolve_color_space(const Session& session, const std::string& nam
 /// `resolve_view` likewise.
 PublishedView resolve_view(const Session& session, const std::string& display, const std::string& view);
 
-/// Label of `resolve_color_space` in the session's config. Adds a note for an alias or a name in another
-/// case.
+/// Name of the named transform of the config, for its name or an alias. Throws like `resolve_color_space`.
+std::string resolve_named_transform(const std::string& name, const std::string& config_name);
+
+/// Label of `resolve_color_space` in the session's config. Adds a note for an alias, a name in another case
+/// and an inactive color space.
 std::string find_space(const Session& session, const std::string& name, diagnostics::Diagnostics& notes);
 /// `resolve_view` in the session's config. Adds a note if the label differs from the given names.
 PublishedView find_view(const Session& session, const std::string& display, const std::string& view,

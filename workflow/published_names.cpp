@@ -89,4 +89,8 @@ std::string make_label(const std::string& family, const std::string& name) {
     return family.empty() ? name : family + ColorIOManager::FAMILY_SEPARATOR + name;
 }
 
+std::string remove_family(const std::string& label) {
+    return label.substr(label.find(ColorIOManager::FAMILY_SEPARATOR) + 1);
+}
+
 } // namespace workflow

@@ -44,5 +44,7 @@ std::vector<PublishedRole> get_published_roles();
 
 /// Label of a color space: family, separator and name.
 std::string make_label(const std::string& family, const std::string& name);
+/// The part of a label behind the family.
+std::string remove_family(const std::string& label);
 
 } // namespace workflow

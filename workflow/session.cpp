@@ -8,6 +8,7 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_candidate.h"
+#include "colorio/color_io_context.h"
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_manager.h"
 #include "files/diagnosis.h"
@@ -73,16 +74,12 @@ Diagnostic explain_unreadable_config(const files::Failure& failure) {
     cause.message = files::get_reason(failure);
     if (cause.code == Code::FILE_MISSING)
         cause.code = Code::CONFIG_MISSING;
-    if (is_in_library(failure.path)) {
-        cause.message = "built-in configs of OpenColorIO can only be selected with $OCIO";
-        cause.hint = "set OCIO=" + failure.path;
-    }
     return cause;
 }
 
 /// Throws ConfigFailure if the file cannot be read; the module would fall back to the built-in config.
 void require_config_file(const ConfigSource& source) {
-    if (!source.is_file())
+    if (!source.is_file() || is_in_library(source.path))
         return;
     if (const auto opened = files::open_for_reading(source.path); !opened)
         throw ConfigFailure(make_refusal(source, {explain_unreadable_config(opened.get_failure())}), source);
@@ -91,6 +88,24 @@ void require_config_file(const ConfigSource& source) {
 ConfigSource find_source(const SessionOptions& options, const UserPreferences& preferences) {
     return options.builtin_only ? ConfigSource()
                                 : find_config_source(options.config_path, preferences.get_app());
+}
+
+/// Name and value of "SHOT=sq010".
+std::pair<std::string, std::string> parse_variable(const std::string& text) {
+    const std::size_t sign = text.find('=');
+    if (sign == std::string::npos || sign == 0)
+        diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a context variable KEY=VALUE", text),
+                          "example: --context SHOT=sq010");
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+void set_context(const std::vector<std::string>& context) {
+    CoreVector<ColorIOContext::Variable> variables;
+    for (const std::string& text : context) {
+        const auto [name, value] = parse_variable(text);
+        variables.append({name.c_str(), value.c_str()});
+    }
+    ColorIOContext::set_variables(variables);
 }
 
 bool is_builtin_config_active() {
@@ -136,9 +151,11 @@ Session::Session(const SessionOptions& options, PreferenceUse use)
       source(find_source(options, *preferences)), load_diagnostics(preferences->get_warnings()),
       notices(load_diagnostics) {
     require_config_file(source);
+    set_context(options.context);
     app = std::make_unique<StandaloneApp>();
     try {
         load(use);
+        note_unused_variables(options.context);
     } catch (...) {
         close();
         throw;
@@ -232,7 +249,18 @@ void Session::use_mapping() {
     app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
 }
 
+void Session::note_unused_variables(const std::vector<std::string>& context) {
+    for (const std::string& text : context) {
+        const std::string name = parse_variable(text).first;
+        if (!ColorIOContext::is_used(name.c_str()))
+            notices.push_back(diagnostics::make_warning(
+                Code::CONFIG_VARIABLE,
+                fmt::format("{} does not use the context variable '{}'", get_config_name(), name), name));
+    }
+}
+
 void Session::close() {
+    ColorIOContext::set_variables({});
     if (ColorIO* facade = ColorIO::get_instance())
         facade->disconnect(*facade);
     ColorIO::destroy();

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "diagnostics/failure.h"
 #include "workflow/config_source.h"
@@ -17,10 +18,11 @@ class LogForwarding;
 
 /// Options of a session.
 struct SessionOptions {
-    std::string config_path;      ///< OCIO config; empty for $OCIO, then the config of the preferences.
-    bool builtin_only = false;    ///< Ignore the above and use the built-in config.
-    std::string preferences_path; ///< Preferences file; empty for the default one of the user.
-    bool no_preferences = false;  ///< Use no preferences file.
+    std::string config_path;          ///< OCIO config; empty for $OCIO, then the config of the preferences.
+    bool builtin_only = false;        ///< Ignore the above and use the built-in config.
+    std::string preferences_path;     ///< Preferences file; empty for the default one of the user.
+    bool no_preferences = false;      ///< Use no preferences file.
+    std::vector<std::string> context; ///< Values of context variables: "SHOT=sq010".
     /// Receives every log message of the module and of OpenColorIO, from any thread; may be empty.
     std::function<void(const std::string& message)> on_log;
 };
@@ -44,9 +46,9 @@ private:
 class Session {
 public:
     /// Throws ConfigFailure when the config of the path, $OCIO or the preferences cannot be used, and
-    /// diagnostics::Failure when the module does not start or the preferences cannot be used. With SHOW and
-    /// CHANGE the module gets the contents of the preferences file, without the mapping file and the CDL
-    /// library that it names.
+    /// diagnostics::Failure when a context variable is not KEY=VALUE, when the module does not start or the
+    /// preferences cannot be used. With SHOW and CHANGE the module gets the contents of the preferences file,
+    /// without the mapping file and the CDL library that it names.
     explicit Session(const SessionOptions& options, PreferenceUse use = PreferenceUse::READ);
     ~Session();
     Session(const Session&) = delete;
@@ -58,8 +60,10 @@ public:
     /// The application whose preferences the module follows; lives as long as the session.
     StandaloneApp& get_app() { return *app; }
     const UserPreferences& get_preferences() const { return *preferences; }
-    /// Saves the module's format associations, custom color spaces and CDLs; only for PreferenceUse::CHANGE.
-    /// Returns warnings. Throws diagnostics::Failure when nothing was saved.
+    /// The application's preferences, to be changed before they are saved. This session does not follow them.
+    StandaloneApp& edit_preferences() { return preferences->edit_app(); }
+    /// Saves these and the module's format associations, custom color spaces and CDLs; only for
+    /// PreferenceUse::CHANGE. Returns warnings. Throws diagnostics::Failure when nothing was saved.
     diagnostics::Diagnostics save_preferences() { return preferences->save_module(); }
 
     /// Diagnostics of the start: of the preferences file, the config, custom color spaces, CDLs and format
@@ -76,6 +80,7 @@ public:
 private:
     void load(PreferenceUse use);
     void note_temp_folder();
+    void note_unused_variables(const std::vector<std::string>& context);
     void use_library();
     void use_mapping();
     void take_custom_errors(const diagnostics::Diagnostics& reports);

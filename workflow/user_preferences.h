@@ -29,13 +29,14 @@ public:
     const std::string& get_path() const { return path; }
     /// The application's preferences in the file.
     const StandaloneApp& get_app() const { return *app; }
+    StandaloneApp& edit_app() { return *app; }
     /// Warnings of reading the file.
     const diagnostics::Diagnostics& get_warnings() const { return warnings; }
 
     /// Passes the module's preferences in the file to the running module.
     void load_module() const;
-    /// Saves the preferences of the running module; those of the application stay unchanged. Returns
-    /// warnings, such as that a damaged file was renamed. Throws diagnostics::Failure when nothing was saved.
+    /// Saves the preferences of the running module and of the application. Returns warnings, such as that a
+    /// damaged file was renamed. Throws diagnostics::Failure when nothing was saved.
     diagnostics::Diagnostics save_module() const;
 
 private:

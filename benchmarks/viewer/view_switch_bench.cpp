@@ -37,7 +37,7 @@ public:
     std::shared_ptr<const workflow::Conversion> make_conversion() {
         const std::vector<std::string>& views = host.get_views();
         workflow::ConversionRequest request;
-        request.from = workflow::find_file_space("render.exr").color_space;
+        request.from = workflow::find_file_space("render.exr", {}, "").color_space;
         request.view = views[turn++ % views.size()];
         return std::make_shared<const workflow::Conversion>(host.get_session(), request);
     }

@@ -143,7 +143,7 @@ bool ColorIOManager::build_from_file(const CoreString& path) {
         return file_config_loaded;
     };
     bool loaded = false;
-    if (SysFilesystem::file_exists(path)) {
+    if (SysFilesystem::file_exists(path) || ocio::is_library_config(path.get_data())) {
         file_config_path = path;
         loaded = take_from(path, [&] { return config_loads->from_file(path); });
     } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <utility>
 
 #include "colorio/color_io_converter.h"
@@ -28,6 +29,11 @@ struct ColorIOConverter::State {
     bool configure_CDL(const CoreString& source, const CoreString& destination);
     bool configure_for_display(const CoreString& input, const CoreString& display, const CoreString& view);
     CoreString get_color_space(const CoreString& name) const;
+
+    using MakeProcessor = std::function<ocio::ConstProcessorRcPtr(const ocio::ConstConfigRcPtr& config)>;
+    /// Takes the processor that `make` makes in the active config. What OpenColorIO throws is logged at
+    /// level 1.
+    bool configure_with(const MakeProcessor& make);
 
 private:
     /// Sets `bypass`. False when there is nothing more to do: a bypass, or the manager is gone.

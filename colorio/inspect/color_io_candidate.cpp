@@ -59,8 +59,9 @@ int count_readable_corrections(const XmlNode& document, const CoreString& path) 
 } // namespace
 
 ColorIOCandidate::Fault ColorIOCandidate::check_config_file(const CoreString& path) {
-    if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
-        return fault;
+    if (!ocio::is_library_config(path.get_data()))
+        if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
+            return fault;
     return judge_config(path, [&] { return ocio::create_config_from_file(path.get_data()); });
 }
 

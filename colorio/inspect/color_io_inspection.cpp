@@ -11,6 +11,7 @@
 #include "colorio/names/display_view_walk.h"
 #include "colorio/names/published_names.h"
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/file_rules.h"
 #include "colorio/ocio/inspection.h"
 #include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/processor.h"
@@ -125,6 +126,7 @@ CoreVector<ColorIOInspection::ColorSpace> ColorIOInspection::get_color_spaces() 
             take_entry(facts, space);
             space.is_display_referred = facts.is_display_referred;
             space.is_data = facts.is_data;
+            space.interop_id = facts.interop_id.c_str();
             spaces.append(std::move(space));
         }
     });
@@ -178,6 +180,15 @@ CoreVector<ColorIOInspection::View> ColorIOInspection::get_hidden_views() {
             for (const std::string& view : display.views)
                 if (shown.count({display.name, view}) == 0)
                     hidden.append(make_view(config, display.name, view));
+    });
+}
+
+ColorIOInspection::FileRule ColorIOInspection::find_file_rule(const CoreString& path) {
+    return read_config<FileRule>([&](const ocio::ConstConfigRcPtr& config, FileRule& found) {
+        const ocio::FileRule rule = ocio::find_file_rule(config, path.get_data());
+        found.name = rule.name.c_str();
+        found.color_space = rule.color_space.c_str();
+        found.is_default = rule.is_default;
     });
 }
 

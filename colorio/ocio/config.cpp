@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/context_overrides.h"
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
@@ -60,7 +61,7 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
     return guarded([&] {
         require_readable_config(path);
         try {
-            const ConstConfigRcPtr config = without_processor_cache(read());
+            const ConstConfigRcPtr config = without_processor_cache(with_context_overrides(read()));
             require_bounded_variables(config, path);
             return config;
         } catch (const std::exception&) {
@@ -76,6 +77,10 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
 
 ConstConfigRcPtr create_config_from_file(const char* path) {
     return load(path, [&] { return library::Config::CreateFromFile(path); });
+}
+
+bool is_library_config(const std::string& path) {
+    return path.rfind("ocio://", 0) == 0;
 }
 
 ConstConfigRcPtr create_config_from_env() {

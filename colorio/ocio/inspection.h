@@ -23,6 +23,7 @@ struct EntryFacts {
 struct SpaceFacts : EntryFacts {
     bool is_display_referred = false;
     bool is_data = false;
+    std::string interop_id; ///< since version 2.5 of the library
 };
 
 struct NamedTransformFacts : EntryFacts {

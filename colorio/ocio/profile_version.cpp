@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "colorio/ocio/config.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -51,7 +52,7 @@ std::optional<Version> read_profile_version(const std::string& path) {
     return std::nullopt;
 }
 
-/// Zip archives hold a config with its LUTs; the library reads them from this version on.
+/// The library has configs of its own, and reads archives of a config with its LUTs, from this version on.
 constexpr std::string_view ARCHIVE_MARK = "PK\x03\x04";
 constexpr Version FIRST_WITH_ARCHIVES = {2, 2};
 
@@ -65,6 +66,9 @@ bool is_archive(const std::string& path) {
 
 std::string describe_newer_profile(const std::string& path) {
     const std::optional<Version> supported = parse_version(get_version());
+    if (supported && *supported < FIRST_WITH_ARCHIVES && is_library_config(path))
+        return path + " is a config inside OpenColorIO and needs a newer OpenColorIO than " + get_version() +
+               ": 2.2 or later";
     if (supported && *supported < FIRST_WITH_ARCHIVES && is_archive(path))
         return path + " is an archived OCIO config (.ocioz) and needs a newer OpenColorIO than " +
                get_version() + ": 2.2 or later. Extract it, and use its config.ocio";

@@ -82,6 +82,10 @@ constexpr Difference DIFFERENCES[] = {
     {"OCIO=ocio://default", TOOL, "List.ShowsAConfigurationThatTheColorLibraryHoldsOrWhyItHoldsNone", AS_2_1,
      "cannot load the config 'ocio://default', named by the environment variable OCIO: ",
      "older libraries hold no configurations", "ACES 2.0 - SDR 100 nits (Rec.709)"},
+    {"--config ocio://default", TOOL, "List.TakesAConfigInsideOpenColorIOOrSaysThatThereIsNone", AS_2_1,
+     "cannot load the config 'ocio://default': ocio://default is a config inside OpenColorIO and needs a "
+     "newer ",
+     "older libraries hold no configurations", "ACES 2.0 - SDR 100 nits (Rec.709)"},
     {"sRGB in an image file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "sRGB",
      NEW_SPACE_NAMES, "srgb_rec709_scene"},
     {"linear in an image file", TOOL, "ConvertKeeps.TheNameOfTheNewColorSpaceInTheFile", AS_2_1, "Linear",

@@ -139,6 +139,10 @@ TEST_F(ConvertGrade, ExplainsBothEnds) {
         result.out,
         HasSubstr("config:        the built-in config\n"
                   "source:        Tavelion|linear, from the built-in associations, category Open EXR\n"
+                  "  --from:        not given\n"
+                  "  tags:          none\n"
+                  "  file rules:    the built-in config has none\n"
+                  "  associations:  the built-in associations, category Open EXR, gives 'Tavelion|linear'\n"
                   "CDL:           " +
                   warm() +
                   ", in Tavelion|linear, the scene-linear space\n"

@@ -17,7 +17,7 @@ class Preferences : public SettingsTest {};
 
 TEST_F(Preferences, LieInTheUsersConfigurationFolder) {
     EXPECT_EQ(print({"prefs", "path"}), path(PREFERENCES) + "\n");
-    EXPECT_THAT(run({"prefs"}), FailsWith(2, HasSubstr("'prefs' needs one of path, show")));
+    EXPECT_THAT(run({"prefs"}), FailsWith(2, HasSubstr("'prefs' needs one of path, set, show")));
 }
 
 TEST_F(Preferences, AreShownAsTheyHoldWithoutAFile) {

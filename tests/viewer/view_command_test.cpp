@@ -35,7 +35,7 @@ TEST_F(CommandView, WritesAScreenshotWithoutAWindow) {
             for (size_t i = 0; i < 3; ++i)
                 EXPECT_NEAR(shown.at(x, y)[i], expected[i], 1) << x << ", " << y;
         }
-    EXPECT_THAT(err.str(), HasSubstr("Tavelion|linear (from the built-in associations, category Open EXR)"));
+    EXPECT_THAT(err.str(), HasSubstr("Tavelion|linear, from the built-in associations, category Open EXR"));
 }
 
 TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {
@@ -46,6 +46,24 @@ TEST_F(CommandView, TakesItsSettingsFromTheCommandLine) {
               0)
         << err.str();
     EXPECT_NEAR(read_shown(screenshot).at(31, 0)[0], 255 * 1.5 * 0.5 * 0.5, 1);
+}
+
+TEST_F(CommandView, AppliesStepsAndSaysHowItFoundTheColorSpace) {
+    write_lut(folder, 0.5);
+    const std::string config = write_config(folder);
+    const std::string half = folder.write(
+        "half.cc", "<ColorCorrection id=\"a\"><SOPNode><Slope>0.5 0.5 0.5</Slope><Offset>0 0 0</Offset>"
+                   "<Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    ASSERT_EQ(run({image, "--config", config, "--view", "Screen.Shown", "--cdl", half, "--why", "--size",
+                   "32x16", "--screenshot", screenshot}),
+              0)
+        << err.str();
+    EXPECT_NEAR(read_shown(screenshot).at(31, 0)[0], 255 * 1.5 * 0.5 * 0.5, 1);
+    EXPECT_THAT(out.str(),
+                HasSubstr("source:        lin, assumed: the role scene_linear, for float pixels\n"));
+    EXPECT_EQ(run({image, "--config", config, "--strict", "--screenshot", screenshot}), 1);
+    EXPECT_EQ(run({image, "--config", config, "--look", "none", "--screenshot", screenshot}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("no look 'none'"));
 }
 
 TEST_F(CommandView, FailsWithOneForWhatIsNotThere) {

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include <OpenImageIO/imageio.h>
+
 #include "tests/viewer/model_fixture.h"
 
 namespace {
@@ -22,7 +24,7 @@ TEST_F(ModelOfAViewer, BeginsWithTheDefaultsOfTheConfiguration) {
     EXPECT_EQ(settings.view, "Screen.Raw");
     EXPECT_EQ(settings.cdl, "No CDL");
     EXPECT_EQ(settings.exposure, 0);
-    EXPECT_THAT(model->get_space_reason(), HasSubstr("EXR"));
+    EXPECT_EQ(model->get_space_reason(), "assumed: the role scene_linear, for float pixels");
     EXPECT_THAT(host->get_spaces(), ElementsAre("lin", "shown"));
     EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
     EXPECT_THAT(model->get_faults(), IsEmpty());
@@ -41,6 +43,33 @@ TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsExtension) {
     EXPECT_EQ(model->get_space_reason(), "chosen");
     model->step_image(1);
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear") << "the other image again";
+}
+
+TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsTag) {
+    model->use_config("");
+    const std::string png = folder.file("tagged.png");
+    const auto output = OIIO::ImageOutput::create(png);
+    OIIO::ImageSpec spec(1, 1, 3, OIIO::TypeUInt8);
+    spec.attribute("oiio:ColorSpace", "Cineon");
+    const float gray[] = {0.5f, 0.5f, 0.5f};
+    ASSERT_TRUE(output->open(png, spec) && output->write_image(OIIO::TypeFloat, gray) && output->close());
+    model->open(png);
+    EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|Cineon");
+    EXPECT_EQ(model->get_space_reason(), "from the tag oiio:ColorSpace 'Cineon'");
+}
+
+TEST_F(ModelOfAViewer, DoesFurtherStepsAfterTheCdl) {
+    folder.write("triple.cc", "<ColorCorrection id=\"a\"><SOPNode><Slope>3 3 3</Slope><Offset>0 0 0</Offset>"
+                              "<Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    model->set_steps({{workflow::ColorStep::CDL, folder.file("triple.cc")}});
+    EXPECT_FLOAT_EQ(shown_white(), 3);
+    EXPECT_THAT(message_of([&] {
+                    model->set_steps({{workflow::ColorStep::LOOKS, "none"}});
+                }),
+                HasSubstr("no look 'none'"));
+    EXPECT_FLOAT_EQ(shown_white(), 3) << "what cannot be done changes nothing";
+    model->set_steps({});
+    EXPECT_FLOAT_EQ(shown_white(), 1);
 }
 
 TEST_F(ModelOfAViewer, ConvertsThroughTheView) {

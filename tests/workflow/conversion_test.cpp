@@ -58,9 +58,10 @@ TEST_F(Conversions, ChangeNothingFromASpaceToItself) {
 // ASC CDL: out = (in * slope + offset) ^ power, then saturation; in scene-linear.
 TEST_F(Conversions, ApplyCdlThenExposureInSceneLinear) {
     ConversionRequest request = to_space("half_light", "half_light");
-    request.cdl =
+    const std::string cdl =
         folder.write("slope.cc", "<ColorCorrection id=\"a\"><SOPNode><Slope>2 1 1</Slope><Offset>0.5 0 0"
                                  "</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    request.steps = {{workflow::ColorStep::CDL, cdl}};
     request.takes_exposure = true;
     const Conversion conversion(session, request);
     EXPECT_EQ(conversion.get_working_space(), "lin");

@@ -17,9 +17,10 @@ TEST_F(Explanations, FollowAPixelThroughEveryStage) {
     const workflow::Session session(show_options());
     ConversionRequest request;
     request.from = "half_light";
-    request.cdl =
+    const std::string cdl =
         folder.write("half.cc", "<ColorCorrection id=\"a\"><SOPNode><Slope>0.5 1 1</Slope><Offset>0 0 0"
                                 "</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    request.steps = {{workflow::ColorStep::CDL, cdl}};
     request.view = "Monitor.Warm";
     const std::vector<workflow::ExplainedStage> stages =
         workflow::explain_conversion(workflow::Conversion(session, request), {0.25f, 0.25f, 0.25f, 1});

@@ -66,6 +66,9 @@ std::vector<SpaceFacts> describe_spaces(const ConstConfigRcPtr& config) {
         spaces.back().is_display_referred =
             space->getReferenceSpaceType() == library::REFERENCE_SPACE_DISPLAY;
         spaces.back().is_data = space->isData();
+#if OCIO_VERSION_HEX >= 0x02050000
+        spaces.back().interop_id = space->getInteropID();
+#endif
     }
     return spaces;
 }

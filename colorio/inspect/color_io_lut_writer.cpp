@@ -1,0 +1,32 @@
+#include "colorio/color_io_lut_writer.h"
+
+#include <string>
+
+#include "colorio/color_io_manager.h"
+#include "colorio/facade/module_boundary.h"
+#include "colorio/ocio/lut_bake.h"
+
+CoreString ColorIOLutWriter::write(const Bake& bake) {
+    return at_boundary(CoreString(), [&] {
+        const ColorIOManager* manager = ColorIOManager::get_instance();
+        if (!manager || !manager->get_config())
+            return CoreString();
+        const ocio::LutBake wanted{bake.format.get_data(),
+                                   bake.source.get_data(),
+                                   bake.shaper.get_data(),
+                                   bake.target.get_data(),
+                                   {bake.lattice.begin(), bake.lattice.end()},
+                                   bake.size,
+                                   bake.shaper_size};
+        return CoreString(std::string_view(ocio::bake_lut(manager->get_config(), wanted)));
+    });
+}
+
+CoreVector<CoreString> ColorIOLutWriter::get_formats(const CoreString& extension) {
+    return at_boundary(CoreVector<CoreString>(), [&] {
+        CoreVector<CoreString> formats;
+        for (const std::string& name : ocio::list_bake_formats(extension.get_data()))
+            formats.append(name.c_str());
+        return formats;
+    });
+}

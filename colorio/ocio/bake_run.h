@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "colorio/ocio/lut_bake.h"
+
+namespace ocio {
+
+/// Runs the library's Baker on color spaces of `config`, which may be other ones than the bake names.
+std::string run_baker(const ConstConfigRcPtr& config, const LutBake& bake, const std::string& source,
+                      const std::string& target);
+
+} // namespace ocio

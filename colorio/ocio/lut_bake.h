@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "colorio/ocio/types.h"
+
+namespace ocio {
+
+/// A conversion to be written as a LUT.
+struct LutBake {
+    std::string format; ///< The library's name: "cinespace".
+    std::string source; ///< Color space that the LUT takes.
+    std::string shaper; ///< Color space that the LUT's 3D part is evenly spaced in; empty for the source.
+    std::string target; ///< Color space of the result; empty when there is none, as that of a view.
+    /// The results: for an even lattice of `size` colors a side in the shaper space, red fastest.
+    std::vector<float> lattice;
+    int size = 0;        ///< Colors a side.
+    int shaper_size = 0; ///< Entries of the 1D part; 0 for the format's own.
+};
+
+/// The text of the LUT, by the library's Baker. Version 2 writes the lattice; 1.1, which cannot, converts to
+/// the target, and throws without one.
+std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake);
+
+/// Names of the formats that the library can bake for a file extension: "cube".
+std::vector<std::string> list_bake_formats(const std::string& extension);
+
+} // namespace ocio

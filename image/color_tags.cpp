@@ -1,0 +1,123 @@
+#include "image/color_tags.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include <strings.h>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "image/png_color_chunks.h"
+
+namespace image {
+
+namespace {
+
+constexpr char COLOR_SPACE[] = "oiio:ColorSpace";
+/// OpenImageIO's names of what it assumes where a file says nothing.
+constexpr const char* ASSUMED_NAMES[] = {"sRGB",     "Linear",     "scene_linear",    "srgb_rec709_scene",
+                                         "lin_srgb", "lin_rec709", "lin_rec709_scene"};
+constexpr char UNKNOWN_NAME[] = "unknown";
+/// Of "Exif:ColorSpace".
+constexpr int EXIF_SRGB = 1;
+
+bool equals_ignoring_case(const std::string& a, const char* b) {
+    return strcasecmp(a.c_str(), b) == 0;
+}
+
+bool states_srgb(const OIIO::ImageSpec& spec) {
+    return spec.find_attribute(PNG_SRGB_ATTRIBUTE) != nullptr ||
+           spec.get_int_attribute("Exif:ColorSpace") == EXIF_SRGB;
+}
+
+/// The numbers of an attribute of `count` values; empty when it is none.
+std::vector<double> get_numbers(const OIIO::ImageSpec& spec, const char* name, int count) {
+    std::vector<double> numbers;
+    const OIIO::ParamValue* found = spec.find_attribute(name);
+    const bool is_number = found && (found->type().basetype == OIIO::TypeDesc::FLOAT ||
+                                     found->type().basetype == OIIO::TypeDesc::INT32);
+    if (!is_number || static_cast<int>(found->type().basevalues()) != count)
+        return numbers;
+    for (int i = 0; i < count; ++i)
+        numbers.push_back(found->type().basetype == OIIO::TypeDesc::FLOAT
+                              ? static_cast<const float*>(found->data())[i]
+                              : static_cast<const int*>(found->data())[i]);
+    return numbers;
+}
+
+void add_text(const OIIO::ImageSpec& spec, ColorTag::Kind kind, const char* attribute, ColorTags& found) {
+    const std::string text = spec.get_string_attribute(attribute);
+    if (!text.empty() && !equals_ignoring_case(text, UNKNOWN_NAME))
+        found.tags.push_back({kind, attribute, text, {}, {}});
+}
+
+void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
+    const std::string name = spec.get_string_attribute(COLOR_SPACE);
+    const bool is_assumed = std::any_of(std::begin(ASSUMED_NAMES), std::end(ASSUMED_NAMES),
+                                        [&](const char* known) { return equals_ignoring_case(name, known); });
+    // A gamma of 1 in the file becomes "Linear".
+    if (!is_assumed || (spec.get_float_attribute("oiio:Gamma") == 1.0f && !states_srgb(spec)))
+        add_text(spec, ColorTag::NAME, COLOR_SPACE, found);
+}
+
+void add_profile(const OIIO::ImageSpec& spec, ColorTags& found) {
+    const OIIO::ParamValue* profile = spec.find_attribute("ICCProfile");
+    if (!profile || profile->type().basesize() != 1 || profile->type().arraylen <= 0)
+        return;
+    const auto* bytes = static_cast<const unsigned char*>(profile->data());
+    found.tags.push_back({ColorTag::ICC_PROFILE,
+                          "ICC profile",
+                          spec.get_string_attribute("ICCProfile:profile_description"),
+                          {},
+                          {bytes, bytes + profile->type().arraylen}});
+}
+
+void add_numbers(const OIIO::ImageSpec& spec, ColorTag::Kind kind, const char* attribute, int count,
+                 ColorTags& found) {
+    std::vector<double> numbers = get_numbers(spec, attribute, count);
+    if (!numbers.empty())
+        found.tags.push_back({kind, attribute, "", std::move(numbers), {}});
+}
+
+bool is_float_type(OIIO::TypeDesc type) {
+    return type.basetype == OIIO::TypeDesc::HALF || type.basetype == OIIO::TypeDesc::FLOAT ||
+           type.basetype == OIIO::TypeDesc::DOUBLE;
+}
+
+} // namespace
+
+std::string ColorTag::describe() const {
+    if (!text.empty())
+        return fmt::format("{} '{}'", attribute, text);
+    return numbers.empty() ? attribute : fmt::format("{} {:.4g}", attribute, fmt::join(numbers, " "));
+}
+
+std::vector<std::string> ColorTags::describe() const {
+    std::vector<std::string> described;
+    for (const ColorTag& tag : tags)
+        described.push_back(tag.describe());
+    return described;
+}
+
+ColorTags find_color_tags(const OIIO::ImageSpec& spec) {
+    ColorTags found;
+    found.is_float = is_float_type(spec.format);
+    add_name(spec, found);
+    add_text(spec, ColorTag::INTEROP_ID, "colorInteropID", found);
+    add_numbers(spec, ColorTag::CICP, "CICP", 4, found);
+    add_profile(spec, found);
+    if (states_srgb(spec))
+        found.tags.push_back({ColorTag::SRGB,
+                              spec.find_attribute(PNG_SRGB_ATTRIBUTE) ? "sRGB chunk" : "Exif:ColorSpace",
+                              "sRGB",
+                              {},
+                              {}});
+    if (spec.get_int_attribute("acesImageContainerFlag") == 1)
+        found.tags.push_back({ColorTag::ACES_CONTAINER, "acesImageContainerFlag", "", {}, {}});
+    add_numbers(spec, ColorTag::CHROMATICITIES, "chromaticities", 8, found);
+    add_text(spec, ColorTag::DPX_TRANSFER, "dpx:Transfer", found);
+    return found;
+}
+
+} // namespace image

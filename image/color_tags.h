@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <OpenImageIO/imageio.h>
+
+namespace image {
+
+/// Something in an image file that says what its colors are.
+struct ColorTag {
+    enum Kind {
+        NAME,           ///< `text` is the name of a color space.
+        INTEROP_ID,     ///< `text` is a color interop ID: "lin_ap1_scene".
+        CICP,           ///< `numbers` are primaries, transfer, matrix and range of ITU-T H.273.
+        ICC_PROFILE,    ///< `bytes` are a profile.
+        SRGB,           ///< The file states sRGB.
+        ACES_CONTAINER, ///< An OpenEXR file by SMPTE ST 2065-4: ACES2065-1.
+        CHROMATICITIES, ///< `numbers` are x and y of red, green, blue and white, of linear pixels.
+        DPX_TRANSFER    ///< `text` is the transfer characteristic of a DPX file: "Printing density".
+    };
+
+    Kind kind;
+    std::string attribute; ///< For messages: "oiio:ColorSpace", "cICP", "ICC profile".
+    std::string text;
+    std::vector<double> numbers;
+    std::vector<unsigned char> bytes;
+
+    /// For messages: "oiio:ColorSpace 'Cineon'", "chromaticities 0.64 0.33 ...".
+    std::string describe() const;
+};
+
+/// What an image file says of its colors.
+struct ColorTags {
+    std::vector<ColorTag> tags; ///< The most specific one first.
+    bool is_float = false;      ///< Its colors are floats, halfs included.
+
+    /// Each tag for messages.
+    std::vector<std::string> describe() const;
+};
+
+/// The tags of an image by its first part. What OpenImageIO assumes of a format, such as sRGB for every PNG
+/// file, is no tag.
+ColorTags find_color_tags(const OIIO::ImageSpec& spec);
+
+} // namespace image

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include <OpenImageIO/imageio.h>
+
+namespace image {
+
+/// Set for PNG files that state sRGB in a chunk of their own, which OpenImageIO assumes of all others, too.
+constexpr char PNG_SRGB_ATTRIBUTE[] = "png:sRGB";
+
+/// Adds what the chunks of the PNG file at `path` say about its colors and OpenImageIO does not pass on:
+/// PNG_SRGB_ATTRIBUTE, and "CICP" (four ints, as newer versions of OpenImageIO call it). Nothing for a
+/// damaged file.
+void add_png_color_chunks(const std::string& path, OIIO::ImageSpec& spec);
+
+} // namespace image

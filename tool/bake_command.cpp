@@ -1,0 +1,75 @@
+#include "tool/command.h"
+
+#include <string>
+
+#include <fmt/format.h>
+
+#include "tool/console.h"
+#include "tool/conversion_options.h"
+#include "tool/tool_session.h"
+#include "workflow/bake.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio bake film.cube --from ACEScct --view "sRGB.Film" --config aces.ocio
+  colorio bake show.clf --from ACEScg --shaper ACEScct --view "sRGB.Film" --size 65 --config aces.ocio
+  colorio bake look.csp --from ACEScct --to ACEScct --look "warm" --cdl grades.ccc:shot_010 --config show.ocio
+
+The LUT covers 0 to 1 in the source color space, or in the shaper. It is read back, and its largest and mean
+differences from the conversion are printed.)";
+
+std::string format_color(const float (&rgb)[3]) {
+    return fmt::format("{:.5g} {:.5g} {:.5g}", rgb[0], rgb[1], rgb[2]);
+}
+
+class BakeCommand : public Command {
+public:
+    explicit BakeCommand(Options& program)
+        : Command(program, "bake", "Write a conversion as a LUT and measure its error", EXAMPLES) {
+        options.add("output", request.path, "LUT to write: .cube, .csp, .clf, .3dl or .spi3d").required();
+        add_conversion_options(options, conversion, "source color space");
+        options.get("--from").required();
+        add_step_options(options, conversion);
+        options.add("--size", request.size, "colors along each side of the 3D LUT, 2 to 129 (default: 33)");
+        options.add(
+            "--shaper", request.shaper,
+            "color space in which the 3D LUT is evenly spaced, such as a log one for a linear source");
+        options
+            .add("--shaper-size", request.shaper_size,
+                 "entries of the 1D LUT (prelut) into the shaper (default: that of the format)")
+            .range(2, 65536);
+        add_session_options(options, session_options);
+    }
+
+    ExitCode run(Console& console) override {
+        check_conversion(conversion);
+        request.conversion = conversion;
+        const ToolSession session(session_options, console);
+        const workflow::BakeReport report = workflow::bake_lut(session, request);
+        console.report(report.notes);
+        const workflow::ColorDifference& difference = report.difference;
+        console.print(fmt::format("{}: {} to {}, written by {}", request.path, report.source,
+                                  report.destination, report.writer));
+        console.print(fmt::format("LUT against CPU, {} colors, {}:", difference.points, report.domain));
+        console.print(fmt::format("  largest difference {:.3g} at {}: CPU {}, LUT {}", difference.largest,
+                                  format_color(difference.at), format_color(difference.expected),
+                                  format_color(difference.actual)));
+        console.print(fmt::format("  mean difference    {:.3g}", difference.mean));
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    SessionChoice session_options;
+    ConversionChoice conversion;
+    workflow::BakeRequest request;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_bake_command(Options& program) {
+    return std::make_unique<BakeCommand>(program);
+}
+
+} // namespace tool

@@ -1,0 +1,56 @@
+#include <string>
+
+#include <fmt/format.h>
+
+#include "standalone/standalone_app.h"
+#include "tool/console.h"
+#include "tool/prefs_command.h"
+#include "tool/tool_session.h"
+#include "workflow/preference_values.h"
+
+namespace tool {
+
+namespace {
+
+constexpr char EXAMPLES[] = R"(  colorio prefs set color_space_file_path show.ocio
+  colorio prefs set cdl_library_file_path grades.ccc
+  colorio prefs set use_color_space_file no
+
+Paths are stored as absolute ones. A config and a mapping file are used from then on; an empty path ("") removes
+them. 'colorio prefs show' lists all keys.)";
+
+class PrefsSetCommand : public Command {
+public:
+    explicit PrefsSetCommand(Options& program) : Command(program, "set", "Change a preference", EXAMPLES) {
+        options.add("key", key, "preference to change").required();
+        options.add("value", value, "new value: yes or no, a path or a name").required();
+        add_preference_options(options, session_options);
+        session_options.builtin_only = true;
+    }
+
+    ExitCode run(Console& console) override {
+        ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
+        diagnostics::Diagnostics notes;
+        StandaloneApp& app = session.edit_preferences();
+        workflow::set_preference(app, key, value, notes);
+        console.report(session.save_preferences());
+        for (const workflow::PreferenceValue& preference : workflow::get_preference_values(app))
+            if (preference.name == key)
+                console.print(fmt::format("{}: {}", key, workflow::format_preference(preference)));
+        console.report(notes);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    SessionChoice session_options;
+    std::string key;
+    std::string value;
+};
+
+} // namespace
+
+std::unique_ptr<Command> make_prefs_set_command(Options& program) {
+    return std::make_unique<PrefsSetCommand>(program);
+}
+
+} // namespace tool

@@ -1,0 +1,223 @@
+#include "workflow/bake.h"
+
+#include <filesystem>
+#include <optional>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <unistd.h>
+
+#include "colorio/color_io_diagnostics.h"
+#include "colorio/color_io_lut_writer.h"
+#include "diagnostics/failure.h"
+#include "workflow/lut_texts.h"
+#include "workflow/name_resolution.h"
+#include "workflow/session.h"
+#include "workflow/text_file.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+
+constexpr int MIN_SIZE = 2;
+constexpr int MAX_SIZE = 129;
+/// Colors a side that are compared: shares few positions with any LUT.
+constexpr unsigned int COMPARED_EDGE = 38;
+
+/// A format that can be written.
+struct LutFormat {
+    const char* extension;
+    const char* baker;             ///< OpenColorIO's name; null where this program writes it.
+    const char* baker_with_shaper; ///< Null where the format has no shaper.
+};
+
+constexpr LutFormat FORMATS[] = {
+    {"cube", "iridas_cube", "resolve_cube"},
+    {"csp", "cinespace", "cinespace"},
+    {"clf", "Academy/ASC Common LUT Format", "Academy/ASC Common LUT Format"},
+    {"3dl", "flame", nullptr},
+    {"spi3d", nullptr, nullptr},
+};
+
+const LutFormat& find_format(const std::string& path) {
+    const std::string extension = std::filesystem::path(path).extension().string();
+    for (const LutFormat& format : FORMATS)
+        if (!extension.empty() && extension.substr(1) == format.extension)
+            return format;
+    diagnostics::fail(Code::USAGE, fmt::format("cannot bake '{}': the format '{}' is not one of {}", path,
+                                               extension, fmt::join(get_bake_extensions(), ", ")));
+}
+
+class LutBaking {
+public:
+    LutBaking(const Session& session, const BakeRequest& request)
+        : session(session), request(request), format(find_format(request.path)) {
+        check_request();
+    }
+
+    BakeReport run();
+
+private:
+    void check_request() const;
+    std::vector<float> convert(std::vector<float> rgba) const;
+    std::vector<float> make_lattice() const;
+    std::string make_text();
+    std::string write_with_baker(const char* name);
+    void replace_file(const std::string& text);
+    void measure(const std::string& path);
+    bool is_between_spaces() const;
+
+    const Session& session;
+    const BakeRequest& request;
+    const LutFormat& format;
+    std::string source;                    ///< Label of the color space that the LUT takes.
+    std::string shaper;                    ///< Likewise; empty without one.
+    const Conversion* to_source = nullptr; ///< From the shaper.
+    const Conversion* conversion = nullptr;
+    BakeReport report;
+};
+
+void LutBaking::check_request() const {
+    if (request.size < MIN_SIZE || request.size > MAX_SIZE)
+        diagnostics::fail(Code::USAGE, fmt::format("the size of a LUT is {} to {}, not {}", MIN_SIZE,
+                                                   MAX_SIZE, request.size));
+    if (!request.shaper.empty() && !format.baker_with_shaper)
+        diagnostics::fail(Code::USAGE, fmt::format("the format .{} has no shaper", format.extension));
+    if (request.shaper_size > 0 && request.shaper.empty())
+        diagnostics::fail(Code::USAGE, "the size of a shaper needs a shaper color space");
+    if (!request.conversion.inverse_view.empty())
+        diagnostics::fail(Code::USAGE, "a LUT cannot be baked from a view; name a source color space");
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::path(request.path).parent_path();
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error))
+        diagnostics::fail_file(
+            Code::FILE_UNWRITABLE,
+            fmt::format("cannot write '{}': no folder '{}'", request.path, folder.string()), request.path);
+}
+
+bool LutBaking::is_between_spaces() const {
+    return request.conversion.steps.empty() && request.conversion.view.empty() && !conversion->is_identity();
+}
+
+std::vector<float> LutBaking::convert(std::vector<float> rgba) const {
+    const auto count = static_cast<unsigned int>(rgba.size() / 4);
+    if (to_source)
+        to_source->apply(rgba.data(), count, 1);
+    conversion->apply(rgba.data(), count, 1);
+    return rgba;
+}
+
+std::vector<float> LutBaking::make_lattice() const {
+    const std::vector<float> rgba =
+        convert(make_color_grid(make_even_levels(static_cast<unsigned int>(request.size))));
+    std::vector<float> rgb;
+    for (std::size_t i = 0; i < rgba.size(); i += 4)
+        rgb.insert(rgb.end(), {rgba[i], rgba[i + 1], rgba[i + 2]});
+    return rgb;
+}
+
+std::string LutBaking::write_with_baker(const char* name) {
+    ColorIOLutWriter::Bake bake;
+    bake.format = name;
+    bake.source = remove_family(source).c_str();
+    bake.shaper = remove_family(shaper).c_str();
+    bake.size = request.size;
+    bake.shaper_size = request.shaper_size;
+    if (is_between_spaces())
+        bake.target = remove_family(conversion->get_destination_space()).c_str();
+    const std::vector<float> lattice = make_lattice();
+    bake.lattice.resize(static_cast<unsigned int>(lattice.size()));
+    for (std::size_t i = 0; i < lattice.size(); ++i)
+        bake.lattice[static_cast<unsigned int>(i)] = lattice[i];
+    ColorIODiagnostics collector;
+    const CoreString text = ColorIOLutWriter::write(bake);
+    if (text.is_empty())
+        throw diagnostics::Failure(diagnostics::add_context(fmt::format("cannot bake '{}'", request.path),
+                                                            collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    report.writer = fmt::format("OpenColorIO ({})", name);
+    return text.get_data();
+}
+
+std::string LutBaking::make_text() {
+    const char* const baker = shaper.empty() ? format.baker : format.baker_with_shaper;
+    if (baker)
+        return write_with_baker(baker);
+    report.writer = "colorio";
+    return make_spi3d(make_lattice(), static_cast<unsigned int>(request.size));
+}
+
+/// Of the LUT at `path`, read by OpenColorIO.
+void LutBaking::measure(const std::string& path) {
+    const std::vector<float> levels = make_color_grid(make_even_levels(COMPARED_EDGE));
+    std::vector<float> inputs = levels;
+    const auto count = static_cast<unsigned int>(levels.size() / 4);
+    if (to_source)
+        to_source->apply(inputs.data(), count, 1);
+    ConversionRequest reading;
+    reading.from = source;
+    reading.steps = {{ColorStep::LUT, path}};
+    std::vector<float> actual = inputs;
+    Conversion(session, reading).apply(actual.data(), count, 1);
+    report.domain = fmt::format("0 to 1 in {}", shaper.empty() ? source : shaper);
+    if (to_source)
+        report.domain += fmt::format(" ({:.4g} {:.4g} {:.4g} to {:.4g} {:.4g} {:.4g} in {})", inputs[0],
+                                     inputs[1], inputs[2], inputs[inputs.size() - 4],
+                                     inputs[inputs.size() - 3], inputs[inputs.size() - 2], source);
+    report.difference = compare_colors(report.domain, inputs, convert(levels), actual);
+}
+
+/// Measured beside its place first: OpenColorIO keeps what it once read from a path, and a LUT that cannot be
+/// read replaces nothing.
+void LutBaking::replace_file(const std::string& text) {
+    static unsigned int counter = 0;
+    const std::filesystem::path place(request.path);
+    const std::string trial =
+        (place.parent_path() /
+         fmt::format(".{}.{}.{}{}", place.stem().string(), getpid(), ++counter, place.extension().string()))
+            .string();
+    std::error_code error;
+    write_text_file(trial, text);
+    try {
+        measure(trial);
+    } catch (...) {
+        std::filesystem::remove(trial, error);
+        throw;
+    }
+    std::filesystem::remove(trial, error);
+    write_text_file(request.path, text);
+}
+
+BakeReport LutBaking::run() {
+    const Conversion wanted(session, request.conversion);
+    conversion = &wanted;
+    source = report.source = wanted.get_source();
+    report.destination = wanted.get_destination();
+    report.notes = wanted.get_notes();
+    std::optional<Conversion> shaping;
+    if (!request.shaper.empty()) {
+        shaper = find_space(session, request.shaper, report.notes);
+        ConversionRequest back;
+        back.from = shaper;
+        back.to = source;
+        to_source = &shaping.emplace(session, back);
+    }
+    replace_file(make_text());
+    return std::move(report);
+}
+
+} // namespace
+
+std::vector<std::string> get_bake_extensions() {
+    std::vector<std::string> extensions;
+    for (const LutFormat& format : FORMATS)
+        extensions.emplace_back(format.extension);
+    return extensions;
+}
+
+BakeReport bake_lut(const Session& session, const BakeRequest& request) {
+    return LutBaking(session, request).run();
+}
+
+} // namespace workflow

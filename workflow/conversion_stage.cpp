@@ -1,0 +1,228 @@
+#include "workflow/conversion_stage.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "colorio/color_io.h"
+#include "colorio/color_io_constants.h"
+#include "colorio/color_io_converter.h"
+#include "colorio/color_io_diagnostics.h"
+#include "colorio/color_io_inspection.h"
+#include "colorio/color_io_manager.h"
+#include "colorio/color_io_transforms.h"
+#include "diagnostics/failure.h"
+#include "workflow/correction_file.h"
+#include "workflow/name_resolution.h"
+#include "workflow/nearest_names.h"
+#include "workflow/session.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+
+/// The stage whose converter `configure` makes. Throws with the module's reasons when it answers false.
+template <class Configure>
+ConversionStage make_stage(std::string title, const std::string& what, const Configure& configure) {
+    ConversionStage stage{std::move(title), std::make_unique<ColorIOConverter>()};
+    ColorIODiagnostics collector;
+    if (!configure(*stage.converter))
+        throw diagnostics::Failure(
+            diagnostics::add_context(what, collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    return stage;
+}
+
+ColorIOTransforms::Direction get_direction(const ColorStep& step) {
+    return step.is_inverse ? ColorIOTransforms::DIRECTION_INVERSE : ColorIOTransforms::DIRECTION_FORWARD;
+}
+
+std::string make_title(const ColorStep& step, const std::string& space) {
+    return fmt::format("{}{} in {}", step.is_inverse ? "inverse of " : "", step.name, space);
+}
+
+/// The converter of a record that is listed nowhere. The module undoes the first CDL that it is given, and
+/// applies the second.
+bool configure_cdl(const std::string& name, bool is_undone, ColorIOConverter& converter) {
+    const CoreString nothing = ColorIO::get_default_CDL_name();
+    return is_undone ? converter.configure_CDL(name.c_str(), nothing)
+                     : converter.configure_CDL(nothing, name.c_str());
+}
+
+bool is_published_cdl(const std::string& name) {
+    const auto& names = ColorIOManager::get_instance()->get_CDL_names();
+    return std::any_of(names.begin(), names.end(),
+                       [&](const CoreString& known) { return known == name.c_str(); });
+}
+
+/// FILE or FILE:ID; the error also says which published CDL may have been meant.
+Correction read_step_correction(const std::string& text) {
+    try {
+        return read_valid_correction(parse_correction_source(text));
+    } catch (const diagnostics::Failure& failure) {
+        std::vector<std::string> names;
+        for (const CoreString& name : ColorIOManager::get_instance()->get_CDL_names())
+            names.emplace_back(name.view());
+        const std::string near = did_you_mean(text, names);
+        if (failure.get_worst().code != Code::FILE_MISSING || near.empty())
+            throw;
+        throw diagnostics::Failure(with_hint(failure.get_worst(), near));
+    }
+}
+
+ConversionStage make_cdl_stage(const ColorStep& step, const std::string& space,
+                               diagnostics::Diagnostics& notes) {
+    const std::string what = fmt::format("cannot apply the CDL '{}'", step.name);
+    if (ColorIO::get_default_CDL_name() == step.name.c_str())
+        return {make_title(step, space), nullptr};
+    if (is_published_cdl(step.name))
+        return make_stage(make_title(step, space), what, [&](ColorIOConverter& converter) {
+            return configure_cdl(step.name, step.is_inverse, converter);
+        });
+    const Correction correction = read_step_correction(step.name);
+    add_unread_elements(correction, notes);
+    const char* const local = step.is_inverse ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL;
+    const auto record = make_cdl_record(correction, local);
+    return make_stage(make_title(step, space), what, [&](ColorIOConverter& converter) {
+        ColorIOManager::get_instance()->add_local_CDL(record);
+        return configure_cdl(local, step.is_inverse, converter);
+    });
+}
+
+std::string trim(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+}
+
+/// A look of a list, and whether it is undone.
+struct ListedLook {
+    std::string name;
+    bool is_inverse;
+};
+
+/// The looks of "film, -warm", each of them known to the config.
+std::vector<ListedLook> parse_looks(const Session& session, const std::string& text) {
+    std::vector<std::string> known;
+    for (const CoreString& name : ColorIOInspection::get_looks())
+        known.emplace_back(name.view());
+    std::vector<ListedLook> looks;
+    std::istringstream list(text);
+    for (std::string item; std::getline(list, item, ',');) {
+        std::string name = trim(item);
+        const bool is_signed = !name.empty() && (name[0] == '-' || name[0] == '+');
+        const bool is_inverse = is_signed && name[0] == '-';
+        name = is_signed ? trim(name.substr(1)) : name;
+        if (name.empty())
+            diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a list of looks", text),
+                              "example: --look \"film, -warm\"");
+        const auto found = std::find_if(known.begin(), known.end(), [&](const std::string& candidate) {
+            return get_edit_distance(candidate, name) == 0;
+        });
+        if (found == known.end())
+            throw diagnostics::Failure(with_hint(
+                diagnostics::make_error(Code::LOOK_UNKNOWN,
+                                        fmt::format("no look '{}' in {}", name, session.get_config_name()),
+                                        name),
+                did_you_mean(name, known)));
+        looks.push_back({*found, is_inverse});
+    }
+    if (looks.empty())
+        diagnostics::fail(Code::USAGE, "no look is named", "example: --look \"film, -warm\"");
+    return looks;
+}
+
+ConversionStage make_look_stage(const Session& session, const ColorStep& step, const std::string& space) {
+    std::vector<ListedLook> looks = parse_looks(session, step.name);
+    if (step.is_inverse)
+        std::reverse(looks.begin(), looks.end());
+    std::string list;
+    for (const ListedLook& look : looks)
+        list += fmt::format("{}{}{}", list.empty() ? "" : ", ",
+                            look.is_inverse != step.is_inverse ? "-" : "+", look.name);
+    return make_stage(make_title(step, space), fmt::format("cannot apply the looks '{}'", step.name),
+                      [&](ColorIOConverter& converter) {
+                          return ColorIOTransforms::configure_looks(converter, remove_family(space).c_str(),
+                                                                    list.c_str());
+                      });
+}
+
+ConversionStage make_named_transform_stage(const Session& session, const ColorStep& step) {
+    const std::string name = resolve_named_transform(step.name, session.get_config_name());
+    return make_stage(
+        fmt::format("{}named transform {}", step.is_inverse ? "inverse of " : "", name),
+        fmt::format("cannot apply the named transform '{}'", name), [&](ColorIOConverter& converter) {
+            return ColorIOTransforms::configure_named_transform(converter, name.c_str(), get_direction(step));
+        });
+}
+
+ConversionStage make_lut_stage(const ColorStep& step) {
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::absolute(step.name, error);
+    if (error || !std::filesystem::is_regular_file(path, error))
+        diagnostics::fail_file(
+            Code::FILE_MISSING,
+            fmt::format("cannot read the LUT '{}': {}", step.name,
+                        std::filesystem::exists(path, error) ? "it is not a regular file" : "no such file"),
+            step.name);
+    return make_stage(fmt::format("{}LUT {}", step.is_inverse ? "inverse of " : "", step.name),
+                      fmt::format("cannot apply the LUT '{}'", step.name), [&](ColorIOConverter& converter) {
+                          return ColorIOTransforms::configure_file(converter, path.c_str(),
+                                                                   get_direction(step));
+                      });
+}
+
+} // namespace
+
+ConversionStage make_space_stage(const Session& session, const std::string& from, const std::string& to) {
+    const std::string what =
+        fmt::format("cannot convert from '{}' to '{}' with {}", from, to, session.get_config_name());
+    const bool are_published =
+        ColorIO::color_space_exists(from.c_str()) && ColorIO::color_space_exists(to.c_str());
+    return make_stage(fmt::format("{} to {}", from, to), what, [&](ColorIOConverter& converter) {
+        return are_published ? converter.configure(from.c_str(), to.c_str())
+                             : ColorIOTransforms::configure(converter, remove_family(from).c_str(),
+                                                            remove_family(to).c_str());
+    });
+}
+
+ConversionStage make_view_stage(const Session& session, const std::string& from, const PublishedView& view) {
+    const std::string what = fmt::format("cannot convert from '{}' to the view '{}' with {}", from,
+                                         view.label, session.get_config_name());
+    const char *const display = view.display.c_str(), *const name = view.view.c_str();
+    return make_stage(fmt::format("{} to {}", from, view.label), what, [&](ColorIOConverter& converter) {
+        return ColorIO::color_space_exists(from.c_str())
+                   ? converter.configure_for_display(from.c_str(), display, name)
+                   : ColorIOTransforms::configure_view(converter, remove_family(from).c_str(), display, name);
+    });
+}
+
+ConversionStage make_inverse_view_stage(const Session& session, const PublishedView& view,
+                                        const std::string& to) {
+    const std::string what = fmt::format("cannot convert from the view '{}' to '{}' with {}", view.label, to,
+                                         session.get_config_name());
+    return make_stage(fmt::format("{} to {}", view.label, to), what, [&](ColorIOConverter& converter) {
+        return ColorIOTransforms::configure_inverse_view(converter, view.display.c_str(), view.view.c_str(),
+                                                         remove_family(to).c_str());
+    });
+}
+
+ConversionStage make_step_stage(const Session& session, const ColorStep& step, const std::string& space,
+                                diagnostics::Diagnostics& notes) {
+    switch (step.kind) {
+    case ColorStep::CDL:
+        return make_cdl_stage(step, space, notes);
+    case ColorStep::LOOKS:
+        return make_look_stage(session, step, space);
+    case ColorStep::NAMED_TRANSFORM:
+        return make_named_transform_stage(session, step);
+    case ColorStep::LUT:
+        break;
+    }
+    return make_lut_stage(step);
+}
+
+} // namespace workflow

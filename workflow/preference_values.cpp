@@ -1,0 +1,143 @@
+#include "workflow/preference_values.h"
+
+#include <filesystem>
+#include <iterator>
+#include <optional>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "colorio/color_io_candidate.h"
+#include "diagnostics/failure.h"
+#include "standalone/standalone_app.h"
+#include "workflow/config_source.h"
+#include "workflow/nearest_names.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+
+constexpr char USE_CONFIG[] = "use_color_space_file";
+constexpr char USE_MAPPING[] = "use_color_space_by_extension_file";
+
+/// What a path is for.
+enum class Purpose { CONFIG, CDL_LIBRARY, MAPPING };
+
+struct Switch {
+    const char* name;
+    void (*set)(StandaloneApp& app, bool is_on);
+};
+
+struct Path {
+    const char* name;
+    Purpose purpose;
+    void (*set)(StandaloneApp& app, const CoreString& path);
+    const Switch* user; ///< The switch that makes use of it; null where there is none.
+};
+
+const Switch SWITCHES[] = {
+    {USE_CONFIG, [](StandaloneApp& app, bool is_on) { app.set_use_color_space_file(is_on); }},
+    {USE_MAPPING,
+     [](StandaloneApp& app, bool is_on) { app.set_use_color_space_by_extension_file(is_on ? 1 : 0); }},
+};
+
+const Path PATHS[] = {
+    {"color_space_file_path", Purpose::CONFIG,
+     [](StandaloneApp& app, const CoreString& path) { app.set_color_space_file_path(path); }, &SWITCHES[0]},
+    {"cdl_library_file_path", Purpose::CDL_LIBRARY,
+     [](StandaloneApp& app, const CoreString& path) { app.set_cdl_library_file_path(path); }, nullptr},
+    {"color_space_by_extension_file_path", Purpose::MAPPING,
+     [](StandaloneApp& app, const CoreString& path) { app.set_color_space_by_extension_file_path(path); },
+     &SWITCHES[1]},
+};
+
+constexpr char DEFAULT_COLOR_SPACE[] = "default_color_space_name";
+
+bool parse_switch(const std::string& name, const std::string& value) {
+    for (const char* word : {"yes", "on", "true", "1"})
+        if (value == word)
+            return true;
+    for (const char* word : {"no", "off", "false", "0"})
+        if (value == word)
+            return false;
+    diagnostics::fail(Code::USAGE, fmt::format("{} is yes or no, not '{}'", name, value));
+}
+
+std::optional<diagnostics::Diagnostic> find_fault(Purpose purpose, const std::string& path) {
+    std::error_code error;
+    switch (purpose) {
+    case Purpose::CONFIG:
+        return ColorIOCandidate::check_config_file(path.c_str());
+    case Purpose::CDL_LIBRARY:
+        return ColorIOCandidate::check_cdl_library(path.c_str());
+    case Purpose::MAPPING:
+        break;
+    }
+    if (std::filesystem::is_regular_file(path, error))
+        return std::nullopt;
+    return diagnostics::make_file_error(
+        Code::FILE_MISSING,
+        fmt::format("cannot read '{}': {}", path,
+                    std::filesystem::exists(path, error) ? "it is not a regular file" : "no such file"),
+        path);
+}
+
+std::string make_absolute(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error).lexically_normal();
+    return path.empty() || is_in_library(path) || error ? path : absolute.string();
+}
+
+void set_path(StandaloneApp& app, const Path& path, const std::string& value,
+              diagnostics::Diagnostics& notes) {
+    const std::string absolute = make_absolute(value);
+    if (!value.empty())
+        if (auto fault = find_fault(path.purpose, absolute))
+            throw diagnostics::Failure(*std::move(fault));
+    path.set(app, absolute.c_str());
+    if (!path.user)
+        return;
+    path.user->set(app, !value.empty());
+    notes.push_back(diagnostics::make_note(
+        Code::USAGE, fmt::format("{} is {}", path.user->name, value.empty() ? "no" : "yes"),
+        path.user->name));
+}
+
+} // namespace
+
+std::vector<PreferenceValue> get_preference_values(const StandaloneApp& app) {
+    return {{USE_CONFIG, app.get_use_color_space_file()},
+            {PATHS[0].name, app.get_color_space_file_path().get_data()},
+            {PATHS[1].name, app.get_cdl_library_file_path().get_data()},
+            {DEFAULT_COLOR_SPACE, app.get_default_color_space_name().get_data()},
+            {USE_MAPPING, app.get_use_color_space_by_extension_file() != 0},
+            {PATHS[2].name, app.get_color_space_by_extension_file_path().get_data()}};
+}
+
+std::string format_preference(const PreferenceValue& preference) {
+    if (const bool* is_on = std::get_if<bool>(&preference.value))
+        return *is_on ? "yes" : "no";
+    return std::get<std::string>(preference.value);
+}
+
+void set_preference(StandaloneApp& app, const std::string& name, const std::string& value,
+                    diagnostics::Diagnostics& notes) {
+    for (const Switch& known : SWITCHES)
+        if (name == known.name)
+            return known.set(app, parse_switch(name, value));
+    for (const Path& known : PATHS)
+        if (name == known.name)
+            return set_path(app, known, value, notes);
+    if (name == DEFAULT_COLOR_SPACE)
+        return app.set_default_color_space_name(value.c_str());
+    std::vector<std::string> names;
+    for (const PreferenceValue& known : get_preference_values(app))
+        names.emplace_back(known.name);
+    const std::string near = did_you_mean(name, names);
+    diagnostics::fail(Code::USAGE, fmt::format("no preference '{}'", name),
+                      near.empty() ? fmt::format("the preferences are {}", fmt::join(names, ", ")) : near);
+}
+
+} // namespace workflow
