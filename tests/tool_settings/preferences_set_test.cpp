@@ -27,7 +27,11 @@ TEST_F(PreferencesSet, TheConfigOfEveryLaterCommand) {
 }
 
 TEST_F(PreferencesSet, PathsAreStoredAsAbsoluteOnes) {
-    folder.write("grades.ccc", GRADES);
+    folder.write(
+        "grades.ccc",
+        "<ColorCorrectionCollection><ColorCorrection id=\"warm\"><SOPNode><Slope>2 1 1</Slope>"
+        "<Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode><SATNode><Saturation>1</Saturation></SATNode>"
+        "</ColorCorrection></ColorCorrectionCollection>");
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder.get_path());
     const ToolRun result = run({"prefs", "set", "cdl_library_file_path", "grades.ccc"});
