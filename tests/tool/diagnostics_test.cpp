@@ -238,7 +238,8 @@ const Fault FAULTS[] = {
     {convert({"--from", "sRGB", "--to", "lineer"}), "color-space-unknown", "", 0, "lineer"},
     {convert({"--view", "Tavelion.sRGV"}), "view-unknown", "", 0, "Tavelion.sRGV"},
     {convert({"--display", "Tavelin", "--view", "sRGB"}), "view-unknown", "", 0, "Tavelin.sRGB"},
-    {convert({"--view", "Monitor.Film", "--config", "@show.ocio"}), "color-space-unknown", "@in.exr"},
+    {convert({"--view", "Monitor.Film", "--strict", "--config", "@show.ocio"}), "color-space-unknown",
+     "@in.exr"},
     {{"explain", "sRGB", "lineer"}, "color-space-unknown", "", 0, "lineer"},
     {{"shader", "--from", "lineer", "--to", "sRGB", "-o", "@out"}, "color-space-unknown", "", 0, "lineer"},
     // images
