@@ -45,7 +45,8 @@ public:
 
     ExitCode run(Console& console) override {
         check_conversion(conversion);
-        request.conversion = conversion;
+        const workflow::ConversionRequest& wanted = conversion;
+        request.conversion = wanted;
         const ToolSession session(session_options, console);
         const workflow::BakeReport report = workflow::bake_lut(session, request);
         console.report(report.notes);

@@ -154,7 +154,7 @@ ExitCode ExplainCommand::run(Console& console) {
                 steps.push({{"step", step.name}, {"answer", step.answer}});
             answer.set("source_reason", file_space.reason);
             answer.set("source_assumed", file_space.is_assumed);
-            answer.set("source_steps", std::move(steps));
+            answer.set("source_steps", steps);
         }
         if (shows_pixel)
             answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
