@@ -69,9 +69,8 @@ std::vector<std::uint8_t> make_icc_profile(const std::array<double, 9>& colorant
     Bytes table, data;
     const std::size_t start = 128 + 4 + 6 * 12;
     add_integer(table, 6, 4);
-    for (int i = 0; i < 6; ++i) {
-        const Bytes tag =
-            i < 3 ? make_xyz(&colorants[static_cast<std::size_t>(3 * i)]) : make_curve(gamma_256ths);
+    for (std::size_t i = 0; i < 6; ++i) {
+        const Bytes tag = i < 3 ? make_xyz(&colorants[3 * i]) : make_curve(gamma_256ths);
         add_text(table, names[i]);
         add_integer(table, static_cast<std::uint32_t>(start + data.size()), 4);
         add_integer(table, static_cast<std::uint32_t>(tag.size()), 4);
