@@ -132,8 +132,10 @@ bool FileSpaceSearch::ask_tags() {
                                                      is_known ? "not a color space of " + config_name
                                                               : "not recognized")
                                        : fmt::format("{} is {}", tag.describe(), label));
-        if (!label.empty())
+        if (!label.empty()) {
+            result.warnings.clear(); // the names may be OpenImageIO's own, made of this tag
             return decide(label, fmt::format("from the tag {}", tag.describe()));
+        }
     }
     if (!any)
         add_step("tags", "none");
