@@ -3,14 +3,13 @@
 #include "colorio/color_io_export.h"
 #include "host/core/core_array.h"
 #include "host/core/core_string.h"
-#include "host/core/core_vector.h"
 
 /// Writes conversions as LUTs in the formats of OpenColorIO's Baker: for programs. Hosts need none of it.
 class COLORIO_API ColorIOLutWriter {
 public:
     /// What to write. Names are those of the active config, without families.
     struct Bake {
-        CoreString format; ///< OpenColorIO's name of the format: one of `get_formats`.
+        CoreString format; ///< OpenColorIO's name of the format: "cinespace".
         CoreString source; ///< Color space that the LUT takes.
         CoreString shaper; ///< Color space in which its 3D part is evenly spaced; empty for the source.
         CoreString
@@ -24,6 +23,4 @@ public:
 
     /// The text of the LUT; empty when OpenColorIO cannot write it, which is logged and reported.
     static CoreString write(const Bake& bake);
-    /// OpenColorIO's names of the formats that have the file extension.
-    static CoreVector<CoreString> get_formats(const CoreString& extension);
 };

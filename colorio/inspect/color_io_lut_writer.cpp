@@ -21,12 +21,3 @@ CoreString ColorIOLutWriter::write(const Bake& bake) {
         return CoreString(std::string_view(ocio::bake_lut(manager->get_config(), wanted)));
     });
 }
-
-CoreVector<CoreString> ColorIOLutWriter::get_formats(const CoreString& extension) {
-    return at_boundary(CoreVector<CoreString>(), [&] {
-        CoreVector<CoreString> formats;
-        for (const std::string& name : ocio::list_bake_formats(extension.get_data()))
-            formats.append(name.c_str());
-        return formats;
-    });
-}

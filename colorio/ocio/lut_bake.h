@@ -23,7 +23,4 @@ struct LutBake {
 /// the target, and throws without one.
 std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake);
 
-/// Names of the formats that the library can bake for a file extension: "cube".
-std::vector<std::string> list_bake_formats(const std::string& extension);
-
 } // namespace ocio
