@@ -23,4 +23,6 @@ public:
 
     /// The text of the LUT; empty when OpenColorIO cannot write it, which is logged and reported.
     static CoreString write(const Bake& bake);
+    /// Whether the OpenColorIO in use writes the format.
+    static bool has_format(const CoreString& format);
 };

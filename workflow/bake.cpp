@@ -29,16 +29,22 @@ constexpr unsigned int COMPARED_EDGE = 38;
 /// A format that can be written.
 struct LutFormat {
     const char* extension;
-    const char* baker;             ///< OpenColorIO's name; null where this program writes it.
+    const char* baker;             ///< OpenColorIO's name; null where it has no such writer.
     const char* baker_with_shaper; ///< Null where the format has no shaper.
+    std::string (*write)(const std::vector<float>& lut,
+                         unsigned int edge); ///< Without OpenColorIO; may be null.
 };
 
+std::string write_cube(const std::vector<float>& lut, unsigned int edge) {
+    return make_cube(lut, edge, "3D LUT");
+}
+
 constexpr LutFormat FORMATS[] = {
-    {"cube", "iridas_cube", "resolve_cube"},
-    {"csp", "cinespace", "cinespace"},
-    {"clf", "Academy/ASC Common LUT Format", "Academy/ASC Common LUT Format"},
-    {"3dl", "flame", nullptr},
-    {"spi3d", nullptr, nullptr},
+    {"cube", "iridas_cube", "resolve_cube", write_cube},
+    {"csp", "cinespace", "cinespace", nullptr},
+    {"clf", "Academy/ASC Common LUT Format", "Academy/ASC Common LUT Format", nullptr},
+    {"3dl", "flame", nullptr, nullptr},
+    {"spi3d", nullptr, nullptr, make_spi3d},
 };
 
 const LutFormat& find_format(const std::string& path) {
@@ -142,10 +148,15 @@ std::string LutBaking::write_with_baker(const char* name) {
 
 std::string LutBaking::make_text() {
     const char* const baker = shaper.empty() ? format.baker : format.baker_with_shaper;
-    if (baker)
+    if (baker && ColorIOLutWriter::has_format(baker))
         return write_with_baker(baker);
+    if (!format.write || !shaper.empty())
+        diagnostics::fail(
+            Code::CONVERSION_IMPOSSIBLE,
+            fmt::format("cannot bake '{}': this version of OpenColorIO does not write the format {}",
+                        request.path, baker));
     report.writer = "colorio";
-    return make_spi3d(make_lattice(), static_cast<unsigned int>(request.size));
+    return format.write(make_lattice(), static_cast<unsigned int>(request.size));
 }
 
 /// Of the LUT at `path`, read by OpenColorIO.

@@ -21,3 +21,7 @@ CoreString ColorIOLutWriter::write(const Bake& bake) {
         return CoreString(std::string_view(ocio::bake_lut(manager->get_config(), wanted)));
     });
 }
+
+bool ColorIOLutWriter::has_format(const CoreString& format) {
+    return at_boundary(false, [&] { return ocio::can_bake(format.get_data()); });
+}

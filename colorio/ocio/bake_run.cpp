@@ -21,4 +21,11 @@ std::string run_baker(const ConstConfigRcPtr& config, const LutBake& bake, const
     return text.str();
 }
 
+bool can_bake(const std::string& format) {
+    for (int i = 0; i < library::Baker::getNumFormats(); ++i)
+        if (format == library::Baker::getFormatNameByIndex(i))
+            return true;
+    return false;
+}
+
 } // namespace ocio

@@ -23,4 +23,7 @@ struct LutBake {
 /// the target, and throws without one.
 std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake);
 
+/// Whether the library's Baker has the format.
+bool can_bake(const std::string& format);
+
 } // namespace ocio

@@ -134,6 +134,8 @@ TEST_F(Transforms, AreWrittenAsLuts) {
     EXPECT_NEAR(color[0], 1.0, 1e-5);
     EXPECT_NEAR(color[1], 0.75, 1e-5);
     EXPECT_NEAR(color[2], 0.25, 1e-5);
+    EXPECT_TRUE(ColorIOLutWriter::has_format("cinespace"));
+    EXPECT_FALSE(ColorIOLutWriter::has_format("no format"));
     bake.format = "no format";
     EXPECT_TRUE(ColorIOLutWriter::write(bake).is_empty());
 }
