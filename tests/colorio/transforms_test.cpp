@@ -1,5 +1,8 @@
 #include "colorio/color_io_transforms.h"
 
+#include <optional>
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -44,58 +47,61 @@ protected:
         want_file(write_file("show.ocio", CONFIG));
         start_manager().load_config(nullptr);
         take_log();
+        made.emplace();
     }
 
     /// Red, green and blue of a color through the converter.
     std::vector<float> convert(float red, float green, float blue) const {
         GMathVec4<float> pixel(red, green, blue, 1);
-        EXPECT_TRUE(converter.convert_pixel(pixel));
+        EXPECT_TRUE(made->convert_pixel(pixel));
         return {pixel[0], pixel[1], pixel[2]};
     }
 
-    ColorIOConverter converter;
+    /// A converter belongs to the manager that runs when it is made.
+    std::optional<ColorIOConverter> made;
     std::string lut;
 };
 
 TEST_F(Transforms, ConvertBetweenColorSpacesOfTheConfig) {
     use_config();
-    ASSERT_TRUE(ColorIOTransforms::configure(converter, "scene_linear", "double"));
-    EXPECT_TRUE(converter.is_enabled());
+    ASSERT_TRUE(ColorIOTransforms::configure(*made, "scene_linear", "double"));
+    EXPECT_TRUE(made->is_enabled());
     EXPECT_THAT(convert(0.5f, 0.25f, 0.125f), ElementsAre(1.0f, 0.75f, 0.25f));
-    ASSERT_TRUE(ColorIOTransforms::configure_view(converter, "lin", "Monitor", "Film"));
+    ASSERT_TRUE(ColorIOTransforms::configure_view(*made, "lin", "Monitor", "Film"));
     EXPECT_THAT(convert(0.5f, 0.25f, 0.125f), ElementsAre(1.0f, 0.75f, 0.25f));
 }
 
 TEST_F(Transforms, ApplyLooksBothWays) {
     use_config();
-    ASSERT_TRUE(ColorIOTransforms::configure_looks(converter, "lin", "warm"));
+    ASSERT_TRUE(ColorIOTransforms::configure_looks(*made, "lin", "warm"));
     EXPECT_THAT(convert(0.5f, 0.25f, 0.125f), ElementsAre(1.0f, 0.25f, 0.125f));
-    ASSERT_TRUE(ColorIOTransforms::configure_looks(converter, "lin", "-warm"));
+    ASSERT_TRUE(ColorIOTransforms::configure_looks(*made, "lin", "-warm"));
     EXPECT_THAT(convert(0.5f, 0.25f, 0.125f), ElementsAre(0.25f, 0.25f, 0.125f));
 }
 
 TEST_F(Transforms, ApplyFilesBothWays) {
     use_config();
     using Direction = ColorIOTransforms::Direction;
-    ASSERT_TRUE(ColorIOTransforms::configure_file(converter, lut.c_str(), Direction::DIRECTION_FORWARD));
+    ASSERT_TRUE(ColorIOTransforms::configure_file(*made, lut.c_str(), Direction::DIRECTION_FORWARD));
     EXPECT_THAT(convert(0.5f, 0.25f, 1.0f), ElementsAre(0.25f, 0.125f, 0.5f));
-    ASSERT_TRUE(ColorIOTransforms::configure_file(converter, lut.c_str(), Direction::DIRECTION_INVERSE));
+    ASSERT_TRUE(ColorIOTransforms::configure_file(*made, lut.c_str(), Direction::DIRECTION_INVERSE));
     EXPECT_THAT(convert(0.25f, 0.125f, 0.5f), ElementsAre(0.5f, 0.25f, 1.0f));
 }
 
 TEST_F(Transforms, FailWithTheReasonAndLeaveNoConversion) {
     use_config();
-    ASSERT_TRUE(ColorIOTransforms::configure(converter, "lin", "double"));
-    EXPECT_FALSE(ColorIOTransforms::configure(converter, "lin", "nowhere"));
-    EXPECT_FALSE(converter.is_configured());
+    ASSERT_TRUE(ColorIOTransforms::configure(*made, "lin", "double"));
+    EXPECT_FALSE(ColorIOTransforms::configure(*made, "lin", "nowhere"));
+    EXPECT_FALSE(made->is_configured());
     EXPECT_THAT(take_log(),
                 Contains(testing::Field("text", &RecordingLog::Line::text, HasSubstr("OCIO exception: "))));
-    EXPECT_FALSE(ColorIOTransforms::configure_file(converter, "/nowhere.cube", {}));
-    EXPECT_FALSE(ColorIOTransforms::configure_looks(converter, "lin", "nowhere"));
+    EXPECT_FALSE(ColorIOTransforms::configure_file(*made, "/nowhere.cube", {}));
+    EXPECT_FALSE(ColorIOTransforms::configure_looks(*made, "lin", "nowhere"));
 }
 
 TEST_F(Transforms, FailWithoutAManager) {
-    EXPECT_FALSE(ColorIOTransforms::configure(converter, "lin", "double"));
+    made.emplace();
+    EXPECT_FALSE(ColorIOTransforms::configure(*made, "lin", "double"));
     EXPECT_FALSE(ColorIOContext::is_used("SHOT"));
     EXPECT_TRUE(ColorIOLutWriter::write({}).is_empty());
 }
@@ -109,7 +115,7 @@ TEST_F(Transforms, FollowContextVariables) {
     use_config();
     EXPECT_TRUE(ColorIOContext::is_used("SHOT"));
     EXPECT_FALSE(ColorIOContext::is_used("SEQUENCE"));
-    ASSERT_TRUE(ColorIOTransforms::configure(converter, "lin", "of the shot"));
+    ASSERT_TRUE(ColorIOTransforms::configure(*made, "lin", "of the shot"));
     EXPECT_THAT(convert(0.5f, 0.25f, 1.0f), ElementsAre(0.25f, 0.125f, 0.5f));
 }
 
@@ -129,7 +135,7 @@ TEST_F(Transforms, AreWrittenAsLuts) {
     }
     const CoreString text = ColorIOLutWriter::write(bake);
     const std::string path = write_file("baked.csp", text.get_data());
-    ASSERT_TRUE(ColorIOTransforms::configure_file(converter, path.c_str(), {}));
+    ASSERT_TRUE(ColorIOTransforms::configure_file(*made, path.c_str(), {}));
     const std::vector<float> color = convert(0.5f, 0.25f, 0.125f);
     EXPECT_NEAR(color[0], 1.0, 1e-5);
     EXPECT_NEAR(color[1], 0.75, 1e-5);
