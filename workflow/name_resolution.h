@@ -26,7 +26,8 @@ const char* describe_kind(NameKind kind);
 std::optional<ResolvedSpace> find_color_space(const std::string& name);
 
 /// The same, but throws diagnostics::Failure with the nearest names as the hint, or, for a named transform,
-/// with the reason. `config_name` is used in messages. If one of `errors` is about the name, it is the reason.
+/// with the reason. `config_name` is used in messages. If one of `errors` is about the name, it is the
+/// reason.
 ResolvedSpace resolve_color_space(const std::string& name, const std::string& config_name,
                                   const diagnostics::Diagnostics& errors = {});
 

@@ -140,7 +140,8 @@ TEST_F(Steps, WrongOnesAreOneClearError) {
     EXPECT_THAT(with({"--lut", path("gone.cube")}), FailsWith(1, HasSubstr("gone.cube': no such file")));
     EXPECT_THAT(with({"--lut", path("show.ocio")}), FailsWith(1, HasSubstr("cannot apply the LUT")));
     EXPECT_THAT(with({"--cdl", cdl("tripel")}), FailsWith(1, HasSubstr("did you mean 'triple'?")));
-    EXPECT_THAT(with({"--inverse-view", "M.V"}), FailsWith(2, HasSubstr("--from and --inverse-view cannot be combined")));
+    EXPECT_THAT(with({"--inverse-view", "M.V"}),
+                FailsWith(2, HasSubstr("--from and --inverse-view cannot be combined")));
     EXPECT_FALSE(folder.exists("out.exr"));
 }
 
