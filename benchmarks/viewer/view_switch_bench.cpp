@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
+#include "image/reader_server.h"
 #include "tool/console.h"
 #include "viewer/conversion_shader.h"
 #include "viewer/image_painter.h"
