@@ -54,7 +54,7 @@ bool ColorIOManager::update_enums_and_lists() {
     if (!app) {
         forget_names();
         color_space_names.append(BUILTIN_LINEAR);
-        published_spaces->add(BUILTIN_LINEAR, nullptr);
+        published_spaces->add(BUILTIN_LINEAR, ocio::ConstColorSpaceRcPtr());
         display_view_names.append("default.linear");
         published_views->add("default.linear", {"default", "linear"});
         return false;
