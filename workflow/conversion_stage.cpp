@@ -59,22 +59,33 @@ bool is_published_cdl(const std::string& name) {
                        [&](const CoreString& known) { return known == name.c_str(); });
 }
 
-/// FILE or FILE:ID; the error also says which published CDL may have been meant.
-Correction read_step_correction(const std::string& text) {
+/// Whether a text that names no CDL and no file looks like the name of a CDL: it has no folder and no
+/// extension.
+bool could_be_cdl_name(const std::string& text) {
+    return text.find_first_of("/.:") == std::string::npos;
+}
+
+/// FILE or FILE:ID; the error also says which published CDL may have been meant, and why that cannot be used.
+Correction read_step_correction(const Session& session, const std::string& text) {
     try {
         return read_valid_correction(parse_correction_source(text));
     } catch (const diagnostics::Failure& failure) {
+        if (failure.get_worst().code != Code::FILE_MISSING)
+            throw;
         std::vector<std::string> names;
         for (const CoreString& name : ColorIOManager::get_instance()->get_CDL_names())
             names.emplace_back(name.view());
         const std::string near = did_you_mean(text, names);
-        if (failure.get_worst().code != Code::FILE_MISSING || near.empty())
+        if (could_be_cdl_name(text))
+            throw diagnostics::Failure(explain_missing(Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", text),
+                                                       text, session.get_custom_errors(), near));
+        if (near.empty())
             throw;
         throw diagnostics::Failure(with_hint(failure.get_worst(), near));
     }
 }
 
-ConversionStage make_cdl_stage(const ColorStep& step, const std::string& space,
+ConversionStage make_cdl_stage(const Session& session, const ColorStep& step, const std::string& space,
                                diagnostics::Diagnostics& notes) {
     const std::string what = fmt::format("cannot apply the CDL '{}'", step.name);
     if (ColorIO::get_default_CDL_name() == step.name.c_str())
@@ -83,7 +94,7 @@ ConversionStage make_cdl_stage(const ColorStep& step, const std::string& space,
         return make_stage(make_title(step, space), what, [&](ColorIOConverter& converter) {
             return configure_cdl(step.name, step.is_inverse, converter);
         });
-    const Correction correction = read_step_correction(step.name);
+    const Correction correction = read_step_correction(session, step.name);
     add_unread_elements(correction, notes);
     const char* const local = step.is_inverse ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL;
     const auto record = make_cdl_record(correction, local);
@@ -214,7 +225,7 @@ ConversionStage make_step_stage(const Session& session, const ColorStep& step, c
                                 diagnostics::Diagnostics& notes) {
     switch (step.kind) {
     case ColorStep::CDL:
-        return make_cdl_stage(step, space, notes);
+        return make_cdl_stage(session, step, space, notes);
     case ColorStep::LOOKS:
         return make_look_stage(session, step, space);
     case ColorStep::NAMED_TRANSFORM:

@@ -73,7 +73,7 @@ TEST_F(LiveConfigs, KnowWhatIsUnusableFromTheStartUntilItIsMended) {
     options.preferences_path =
         folder.write("preferences.yaml",
                      "file_type: qb_colorio preferences\ncdl_library_file_path: " + folder.file("l.ccc") +
-                         "\ncolor_management:\n  - space: [s1, " + folder.file("s1.spi1d") +
+                         "\ncolor_management: !!pairs\n  - space: [s1, " + folder.file("s1.spi1d") +
                          ", 8, 0, 0.0, 1.0, 0.0, \"\", \"\"]\n  - CDL: [own, " + folder.file("l.ccc.ccc") +
                          ", a1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 1.0]\n");
     const std::string library = R"(<ColorCorrectionCollection><ColorCorrection id="a1">
