@@ -7,9 +7,9 @@
 #include "files/failure.h"
 
 /// A private folder of this process: owned by its user, mode 0700, with an unpredictable name, in $TMPDIR or
-/// the system's folders for temporary files. It is removed with its content by the destructor. Those of killed
-/// processes are removed when the next one is made: unlocked folders of this user that carry the program's
-/// marker file and hold nothing but folders and files as it makes them.
+/// the system's folders for temporary files. It is removed with its content by the destructor. Those of
+/// killed processes are removed when the next one is made: unlocked folders of this user that carry the
+/// program's marker file and hold nothing but folders and files as it makes them.
 class ProcessFolder {
 public:
     /// The one folder to make in it. Files lie in folders in that one.
