@@ -24,7 +24,7 @@ TEST(FindableViews, ArePublishedAndShownByTheConfig) {
 TEST(FindableViews, AreNoneWithoutAConfig) {
     CoreVector<CoreString> published;
     published.append("d.v");
-    EXPECT_FALSE(FindableViews(published, nullptr).contain("d.v"));
+    EXPECT_FALSE(FindableViews(published, ocio::ConstConfigRcPtr()).contain("d.v"));
 }
 
 } // namespace
