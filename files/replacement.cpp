@@ -25,7 +25,7 @@ constexpr mode_t NEW_FILE_MODE = 0666; // before the umask
 constexpr mode_t UNFINISHED_MODE = 0600;
 constexpr const char* OPEN_FILES = "/proc/self/fd/";
 constexpr int NAME_ATTEMPTS = 16;
-constexpr std::size_t MAX_EXTENSION = 32; // a longer one is no format's, and names are limited to 255 bytes
+constexpr std::size_t MAX_EXTENSION = 32; // formats have shorter ones, and names are limited to 255 bytes
 
 std::string get_extension(const std::string& path) {
     const std::string name = path.substr(path.rfind('/') + 1);

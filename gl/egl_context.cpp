@@ -17,7 +17,7 @@ constexpr char NO_EGL[] =
     "EGL is not available; install libegl1 and libgl1-mesa-dri (Mesa's software driver works "
     "without a GPU)";
 
-/// libepoxy ends the process when there is no EGL, so its presence is checked first.
+/// libepoxy ends the process without EGL, so its presence is checked first.
 bool is_egl_installed() {
     void* library = dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL);
     if (library)

@@ -40,7 +40,7 @@ struct ColorTags {
 };
 
 /// The tags of an image by its first part. What OpenImageIO assumes of a format, such as sRGB for every PNG
-/// file, is no tag.
+/// file, is not a tag.
 ColorTags find_color_tags(const OIIO::ImageSpec& spec);
 
 } // namespace image

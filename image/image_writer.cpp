@@ -112,8 +112,8 @@ const OIIO::ImageSpec& ImageWriter::open_part(const std::vector<PartHeader>& par
 }
 
 void ImageWriter::write_part(const PixelBuffer& pixels) {
-    // The unknown type, which means the types of the spec, is only used where channels have different types:
-    // not every writer supports it.
+    // The unknown type stands for the types that each channel of the file has; it is only used where they
+    // differ: not every writer supports it.
     const OIIO::ImageSpec& spec = output->spec();
     const OIIO::TypeDesc type = spec.channelformats.empty() ? spec.format : OIIO::TypeDesc(OIIO::TypeUnknown);
     write_part_as(type, pixels);

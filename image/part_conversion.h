@@ -12,7 +12,7 @@ namespace image {
 using ConvertRows = std::function<void(float* rgba, unsigned int width, unsigned int height)>;
 
 /// Writes the pixels of a planned part to `target`: colors converted by `convert` (unchanged if it is empty),
-/// in bands of rows on up to `threads` threads; data channels copied. `output_spec` is the spec that
+/// in bands of rows on up to `threads` threads; data channels copied. `output_spec` is what
 /// ImageWriter::open_part returned, and `target` must have its size. `target` may be `source` if
 /// can_convert_in_place. Pixels outside the input's data window become 0. Throws what `convert` throws.
 void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,

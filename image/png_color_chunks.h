@@ -6,7 +6,7 @@
 
 namespace image {
 
-/// Set for PNG files that state sRGB in a chunk of their own, which OpenImageIO assumes of all others, too.
+/// Set for PNG files that state sRGB in a chunk, which OpenImageIO assumes of all others, too.
 constexpr char PNG_SRGB_ATTRIBUTE[] = "png:sRGB";
 
 /// Adds what the chunks of the PNG file at `path` say about its colors and OpenImageIO does not pass on:

@@ -68,7 +68,7 @@ int start_threads(int threads) {
     try {
         OIIO::attribute("threads", threads);
         has_pool = true;
-    } catch (const std::system_error&) { // another program was faster, and there is no pool
+    } catch (const std::system_error&) { // another program took the room; OpenImageIO has no pool
         return start_none();
     }
     // For one thread OpenEXR starts none: the caller would only wait for it.

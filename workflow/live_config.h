@@ -53,7 +53,7 @@ public:
     const std::vector<std::string>& get_spaces() const;
     const std::vector<std::string>& get_views() const;
     const std::vector<std::string>& get_cdls() const;
-    /// Label of the default view; empty when there is no view.
+    /// Label of the default view; empty when the config has none.
     std::string get_default_view() const;
     /// Name of the CDL that changes nothing.
     std::string get_default_cdl() const;

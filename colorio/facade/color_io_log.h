@@ -33,8 +33,8 @@ void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& s
 /// The same for a cause in the file at `path`.
 void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
                  const std::string& message) noexcept;
-/// Reports why the file at `path` cannot be opened, which is about `subject`; `missing` is the code where
-/// there is no such file.
+/// Reports why the file at `path` cannot be opened, which is about `subject`; `missing` is the code for a
+/// file that does not exist.
 void report_unreadable(CoreLogLevel level, diagnostics::Code missing, const CoreBasicString& subject,
                        const CoreBasicString& path) noexcept;
 /// Throws the exception being handled, one of OpenColorIO, with a cause about `subject`. `code` stands in

@@ -19,7 +19,7 @@ struct FileState {
     bool settled;
 };
 
-/// Empty when there is no such file. Throws when it is not a regular file: reading a pipe or a device might
+/// Empty when the file does not exist. Throws when it is not a regular file: reading a pipe or a device might
 /// never end.
 std::optional<FileState> file_state(const std::string& path);
 

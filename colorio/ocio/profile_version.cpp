@@ -52,7 +52,7 @@ std::optional<Version> read_profile_version(const std::string& path) {
     return std::nullopt;
 }
 
-/// The library has configs of its own, and reads archives of a config with its LUTs, from this version on.
+/// The first version of OpenColorIO that contains configs, and that reads archives of a config with its LUTs.
 constexpr std::string_view ARCHIVE_MARK = "PK\x03\x04";
 constexpr Version FIRST_WITH_ARCHIVES = {2, 2};
 

@@ -11,7 +11,7 @@ class CoreBasicArray {
 public:
     /// Count of elements.
     unsigned int get_count() const { return count; }
-    /// True when there are no elements.
+    /// True when the count is 0.
     bool is_empty() const { return count == 0; }
     /// First element; null when nothing was ever allocated.
     const T* get_data() const { return data; }

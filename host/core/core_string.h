@@ -21,7 +21,7 @@ public:
     const char* get_data() const { return text.c_str(); }
     /// Count of bytes without the NUL.
     unsigned int get_count() const { return static_cast<unsigned int>(text.size()); }
-    /// True when there are no bytes.
+    /// True when the length is 0.
     bool is_empty() const { return text.empty(); }
     /// Jenkins one-at-a-time hash of the bytes.
     unsigned int get_hash() const;
@@ -42,7 +42,7 @@ public:
     CoreVector<CoreString> split_word(const CoreBasicString& separators) const;
     /// Value of the decimal number at the start of the text, after blanks, with '.' as the decimal point in
     /// every locale; "inf" and "nan" (any case) are numbers, hexadecimal ones are not. Infinity beyond the
-    /// range of a double; 0 when there is no number.
+    /// range of a double; 0 when the text does not start with one.
     double to_double() const;
 
     friend bool operator==(const CoreBasicString& a, const CoreBasicString& b) { return a.text == b.text; }

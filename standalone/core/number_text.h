@@ -4,8 +4,8 @@
 
 /// A number at the start of a text.
 struct NumberText {
-    double value = 0;  ///< 0 when there is no number.
-    size_t length = 0; ///< Count of its characters; 0 when there is no number.
+    double value = 0;  ///< 0 when the text does not start with a number.
+    size_t length = 0; ///< Count of its characters; 0 when the text does not start with a number.
 };
 
 /// Reads a decimal number, "inf" or "nan" (any case, optional sign) at the first character of `text`, with
