@@ -9,7 +9,9 @@
 
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_lut_writer.h"
+#include "colorio/color_io_manager.h"
 #include "diagnostics/failure.h"
+#include "host/of/of_app.h"
 #include "workflow/lut_texts.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
@@ -179,15 +181,17 @@ void LutBaking::measure(const std::string& path) {
     report.difference = compare_colors(report.domain, inputs, convert(levels), actual);
 }
 
-/// Measured beside its place first: OpenColorIO keeps what it once read from a path, and a LUT that cannot be
-/// read replaces nothing.
+/// Measured from a temporary file first, as a LUT that cannot be read replaces nothing. Its name is a new one
+/// each time: OpenColorIO keeps what it once read from a path.
 void LutBaking::replace_file(const std::string& text) {
     static unsigned int counter = 0;
-    const std::filesystem::path place(request.path);
+    CoreString folder;
+    if (!ColorIOManager::get_instance()->get_app()->create_temp_folder("bake", folder))
+        diagnostics::fail(Code::FILE_UNWRITABLE,
+                          fmt::format("cannot bake '{}': no folder for temporary files", request.path),
+                          "set XDG_CACHE_HOME to a folder that can be written");
     const std::string trial =
-        (place.parent_path() /
-         fmt::format(".{}.{}.{}{}", place.stem().string(), getpid(), ++counter, place.extension().string()))
-            .string();
+        fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), ++counter, format.extension);
     std::error_code error;
     write_text_file(trial, text);
     try {

@@ -8,11 +8,8 @@
 namespace workflow {
 
 /// The color interop IDs (Color Interop Forum, 2024) of the colors that a tag describes, the likeliest first;
-/// for film scans "log_film_scan", which is none. Empty for a tag that is not recognized.
+/// for film scans FILM_SCAN_ID. Empty for a tag that is not recognized.
 std::vector<std::string> identify(const image::ColorTag& tag);
-
-/// Names that configs commonly give to the color space of such an ID, the most specific first.
-std::vector<std::string> get_common_names(const std::string& interop_id);
 
 /// Whether the tag says something about the colors; false for a DPX file whose transfer is "Undefined".
 bool is_informative(const image::ColorTag& tag);

@@ -1,7 +1,5 @@
 #include "workflow/conversion.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -13,6 +11,7 @@
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
+#include "workflow/ignoring_case.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
 
@@ -34,10 +33,6 @@ constexpr char UNKNOWN_TAG[] = "unknown";
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
 /// Tolerance for rounding, relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
-
-bool equals_ignoring_case(const std::string& a, const char* b) {
-    return strcasecmp(a.c_str(), b) == 0;
-}
 
 void expose(float* rgba, std::size_t pixels, float gain) {
     for (std::size_t i = 0; i < pixels; ++i, rgba += 4)
@@ -160,9 +155,9 @@ std::string Conversion::get_destination_tag() const {
     if (name.empty())
         return destination;
     const std::string scene_linear = remove_family(ColorIO::get_ROLE_SCENE_LINEAR().get_data());
-    if (name == scene_linear && equals_ignoring_case(name, LINEAR_TAG))
+    if (name == scene_linear && equal_ignoring_case(name, LINEAR_TAG))
         return LINEAR_TAG;
-    return equals_ignoring_case(name, SRGB_TAG) ? SRGB_TAG : name;
+    return equal_ignoring_case(name, SRGB_TAG) ? SRGB_TAG : name;
 }
 
 bool Conversion::keeps_neutrals() const {

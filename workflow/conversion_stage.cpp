@@ -15,7 +15,10 @@
 #include "colorio/color_io_manager.h"
 #include "colorio/color_io_transforms.h"
 #include "diagnostics/failure.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 #include "workflow/correction_file.h"
+#include "workflow/ignoring_case.h"
 #include "workflow/name_resolution.h"
 #include "workflow/nearest_names.h"
 #include "workflow/session.h"
@@ -131,7 +134,7 @@ std::vector<ListedLook> parse_looks(const Session& session, const std::string& t
             diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a list of looks", text),
                               "example: --look \"film, -warm\"");
         const auto found = std::find_if(known.begin(), known.end(), [&](const std::string& candidate) {
-            return get_edit_distance(candidate, name) == 0;
+            return equal_ignoring_case(candidate, name);
         });
         if (found == known.end())
             throw diagnostics::Failure(with_hint(
@@ -171,14 +174,9 @@ ConversionStage make_named_transform_stage(const Session& session, const ColorSt
 }
 
 ConversionStage make_lut_stage(const ColorStep& step) {
-    std::error_code error;
-    const std::filesystem::path path = std::filesystem::absolute(step.name, error);
-    if (error || !std::filesystem::is_regular_file(path, error))
-        diagnostics::fail_file(
-            Code::FILE_MISSING,
-            fmt::format("cannot read the LUT '{}': {}", step.name,
-                        std::filesystem::exists(path, error) ? "it is not a regular file" : "no such file"),
-            step.name);
+    if (const auto opened = files::open_for_reading(step.name); !opened)
+        throw diagnostics::Failure(files::to_diagnostic(opened.get_failure()));
+    const std::filesystem::path path = std::filesystem::absolute(step.name);
     return make_stage(fmt::format("{}LUT {}", step.is_inverse ? "inverse of " : "", step.name),
                       fmt::format("cannot apply the LUT '{}'", step.name), [&](ColorIOConverter& converter) {
                           return ColorIOTransforms::configure_file(converter, path.c_str(),

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 
-#include <strings.h>
-
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
@@ -15,7 +13,9 @@
 #include "image/image_reader.h"
 #include "image/reader_process.h"
 #include "workflow/color_identity.h"
+#include "workflow/common_names.h"
 #include "workflow/format_associations.h"
+#include "workflow/ignoring_case.h"
 #include "workflow/name_resolution.h"
 
 namespace workflow {
@@ -46,7 +46,7 @@ CoreString find_fallback() {
 /// The color space of the config that has the interop ID, or one of the names that configs give to it.
 std::string find_identified(const std::string& id) {
     for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
-        if (strcasecmp(space.interop_id.get_data(), id.c_str()) == 0)
+        if (equal_ignoring_case(space.interop_id.get_data(), id))
             return make_label(space.family.get_data(), space.name.get_data());
     std::vector<std::string> names = get_common_names(id);
     names.insert(names.begin(), id);
@@ -79,7 +79,7 @@ public:
 
 private:
     bool ask_tags();
-    std::string resolve_tag(const image::ColorTag& tag);
+    std::string resolve_tag(const image::ColorTag& tag, const std::vector<std::string>& ids);
     bool ask_file_rules();
     bool ask_association();
     bool take_default_rule();
@@ -100,11 +100,12 @@ private:
     FileSpace result;
 };
 
-std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag) {
+/// `ids` are the interop IDs that the tag stands for.
+std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::vector<std::string>& ids) {
     if (tag.kind == image::ColorTag::NAME)
         if (const auto found = find_color_space(tag.text))
             return found->label;
-    for (const std::string& id : identify(tag))
+    for (const std::string& id : ids)
         if (const std::string label = find_identified(id); !label.empty())
             return label;
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
@@ -126,11 +127,11 @@ bool FileSpaceSearch::ask_tags() {
         if (!is_informative(tag))
             continue;
         any = true;
-        const std::string label = resolve_tag(tag);
-        const bool is_known = !identify(tag).empty();
+        const std::vector<std::string> ids = identify(tag);
+        const std::string label = resolve_tag(tag, ids);
         add_step("tags", label.empty() ? fmt::format("{} is {}", tag.describe(),
-                                                     is_known ? "not a color space of " + config_name
-                                                              : "not recognized")
+                                                     !ids.empty() ? "not a color space of " + config_name
+                                                                  : "not recognized")
                                        : fmt::format("{} is {}", tag.describe(), label));
         if (!label.empty()) {
             result.warnings.clear(); // the names may be OpenImageIO's own, made of this tag
@@ -205,8 +206,9 @@ void FileSpaceSearch::assume() {
         }
     if (role.empty())
         label = find_fallback().get_data();
-    add_step("assumption", fmt::format("the role {} for {} pixels", role, pixels));
-    decide(label, fmt::format("assumed: the role {}, for {} pixels", role, pixels));
+    const std::string origin = role.empty() ? "the default color space" : "the role " + role;
+    add_step("assumption", fmt::format("{} for {} pixels", origin, pixels));
+    decide(label, fmt::format("assumed: {}, for {} pixels", origin, pixels));
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "workflow/name_resolution.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <optional>
 
@@ -11,6 +9,7 @@
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
 #include "diagnostics/failure.h"
+#include "workflow/ignoring_case.h"
 #include "workflow/nearest_names.h"
 #include "workflow/session.h"
 
@@ -22,11 +21,6 @@ using namespace diagnostics;
 
 bool is_same(const std::string& a, const std::string& b) {
     return a == b;
-}
-
-/// As OpenColorIO compares names.
-bool is_same_but_for_case(const std::string& a, const std::string& b) {
-    return strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
 using Comparison = bool (*)(const std::string& a, const std::string& b);
@@ -57,12 +51,12 @@ std::optional<ResolvedSpace> find_published(const std::vector<PublishedSpace>& s
 
 bool has_alias(const ColorIOInspection::Entry& entry, const std::string& name) {
     return std::any_of(entry.aliases.begin(), entry.aliases.end(),
-                       [&](const CoreString& alias) { return is_same_but_for_case(alias.get_data(), name); });
+                       [&](const CoreString& alias) { return equal_ignoring_case(alias.get_data(), name); });
 }
 
 bool is_called(const ColorIOInspection::Entry& entry, const std::string& name) {
-    return is_same_but_for_case(entry.name.get_data(), name) || has_alias(entry, name) ||
-           is_same_but_for_case(make_label(entry.family.get_data(), entry.name.get_data()), name);
+    return equal_ignoring_case(entry.name.get_data(), name) || has_alias(entry, name) ||
+           equal_ignoring_case(make_label(entry.family.get_data(), entry.name.get_data()), name);
 }
 
 /// "'old scan'", or "'old scan', an alias of 'unpublished',".
@@ -131,7 +125,7 @@ const Diagnostics& get_space_errors(const Session& session) {
 /// The published role of that name whose color space is not published.
 std::optional<PublishedRole> find_idle_role(const std::string& name) {
     for (const PublishedRole& role : get_published_roles())
-        if (is_same_but_for_case(role.role, name))
+        if (equal_ignoring_case(role.role, name))
             return role;
     return std::nullopt;
 }
@@ -160,7 +154,7 @@ std::optional<ResolvedSpace> find_color_space(const std::string& name) {
     const std::vector<PublishedSpace> spaces = get_published_spaces();
     if (const auto found = find_published(spaces, name, is_same))
         return found;
-    if (const auto found = find_published(spaces, name, is_same_but_for_case))
+    if (const auto found = find_published(spaces, name, equal_ignoring_case))
         return ResolvedSpace{found->label, NameKind::OTHER_CASE};
     return find_unpublished(name);
 }
@@ -169,8 +163,8 @@ Diagnostic explain_missing(Code code, const std::string& what, const std::string
                            const Diagnostics& errors, const std::string& hint) {
     const std::string plain = get_last_name(name);
     const auto error = std::find_if(errors.begin(), errors.end(), [&](const Diagnostic& candidate) {
-        return !candidate.subject.empty() && (is_same_but_for_case(candidate.subject, name) ||
-                                              is_same_but_for_case(candidate.subject, plain));
+        return !candidate.subject.empty() && (equal_ignoring_case(candidate.subject, name) ||
+                                              equal_ignoring_case(candidate.subject, plain));
     });
     if (error == errors.end())
         return with_hint(make_error(code, what, name), hint);
@@ -219,12 +213,12 @@ PublishedView resolve_view(const std::string& display, const std::string& view,
     const auto exact = find_views(views, display, view, is_same);
     if (!exact.empty())
         return *exact.front();
-    const auto similar = find_views(views, display, view, is_same_but_for_case);
+    const auto similar = find_views(views, display, view, equal_ignoring_case);
     if (similar.size() == 1)
         return *similar.front();
     const std::string wanted = join_view(display, view);
     const std::vector<PublishedView> hidden_views = get_hidden_views();
-    const auto hidden = find_views(hidden_views, display, view, is_same_but_for_case);
+    const auto hidden = find_views(hidden_views, display, view, equal_ignoring_case);
     if (similar.empty() && !hidden.empty())
         throw Failure(with_hint(
             make_error(Code::VIEW_UNKNOWN,
