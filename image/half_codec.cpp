@@ -19,28 +19,32 @@ namespace hn = hwy::HWY_NAMESPACE;
 // Below AVX2 Highway's conversion does not handle infinities, so the scalar code is used.
 #if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
 
-std::size_t decode_vectors(const std::uint16_t* halfs, float* floats, std::size_t count) {
-    const hn::ScalableTag<float> float_tag;
-    const hn::Rebind<hwy::float16_t, decltype(float_tag)> half_tag;
-    const hn::Rebind<std::uint16_t, decltype(float_tag)> bits_tag;
-    const std::size_t lanes = hn::Lanes(float_tag);
+/// Calls `convert` with the position of each whole vector, and returns the count of values in them.
+template <class Convert>
+std::size_t for_whole_vectors(std::size_t count, const Convert& convert) {
+    const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
     std::size_t i = 0;
     for (; i + lanes <= count; i += lanes)
-        hn::StoreU(hn::PromoteTo(float_tag, hn::BitCast(half_tag, hn::LoadU(bits_tag, halfs + i))), float_tag,
-                   floats + i);
+        convert(i);
     return i;
 }
 
+const hn::ScalableTag<float> FLOATS;
+const hn::Rebind<hwy::float16_t, hn::ScalableTag<float>> HALFS;
+const hn::Rebind<std::uint16_t, hn::ScalableTag<float>> HALF_BITS;
+
+std::size_t decode_vectors(const std::uint16_t* halfs, float* floats, std::size_t count) {
+    return for_whole_vectors(count, [=](std::size_t i) HWY_ATTR {
+        const auto bits = hn::LoadU(HALF_BITS, halfs + i);
+        hn::StoreU(hn::PromoteTo(FLOATS, hn::BitCast(HALFS, bits)), FLOATS, floats + i);
+    });
+}
+
 std::size_t encode_vectors(const float* floats, std::uint16_t* halfs, std::size_t count) {
-    const hn::ScalableTag<float> float_tag;
-    const hn::Rebind<hwy::float16_t, decltype(float_tag)> half_tag;
-    const hn::Rebind<std::uint16_t, decltype(float_tag)> bits_tag;
-    const std::size_t lanes = hn::Lanes(float_tag);
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        hn::StoreU(hn::BitCast(bits_tag, hn::DemoteTo(half_tag, hn::LoadU(float_tag, floats + i))), bits_tag,
-                   halfs + i);
-    return i;
+    return for_whole_vectors(count, [=](std::size_t i) HWY_ATTR {
+        const auto values = hn::DemoteTo(HALFS, hn::LoadU(FLOATS, floats + i));
+        hn::StoreU(hn::BitCast(HALF_BITS, values), HALF_BITS, halfs + i);
+    });
 }
 
 #else

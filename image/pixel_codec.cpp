@@ -34,23 +34,24 @@ void from_float(float value, float& result) {
     result = value;
 }
 
+/// Stands for the type of a channel in overloads.
+struct Half {};
+
 template <class Value>
-void decode_values(const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
+void decode_values(Value value, const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
                    float* target) {
     for (std::size_t pixel = 0; pixel < pixels; ++pixel, source += stride, target += WORKING_CHANNELS)
         for (int channel = 0; channel < channels; ++channel) {
-            Value value;
             std::memcpy(&value, source + static_cast<std::size_t>(channel) * sizeof(Value), sizeof(Value));
             target[channel] = to_float(value);
         }
 }
 
 template <class Value>
-void encode_values(const float* source, int channels, std::size_t pixels, std::byte* target,
+void encode_values(Value value, const float* source, int channels, std::size_t pixels, std::byte* target,
                    std::size_t stride) {
     for (std::size_t pixel = 0; pixel < pixels; ++pixel, source += WORKING_CHANNELS, target += stride)
         for (int channel = 0; channel < channels; ++channel) {
-            Value value;
             from_float(source[channel], value);
             std::memcpy(target + static_cast<std::size_t>(channel) * sizeof(Value), &value, sizeof(Value));
         }
@@ -60,40 +61,66 @@ bool is_dense(std::size_t stride, int channels) {
     return channels == WORKING_CHANNELS && stride == WORKING_CHANNELS * sizeof(std::uint16_t);
 }
 
-/// Copies the channels together, converts them at once, and distributes them over the working row.
-void decode_half_values(const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
-                        float* target) {
-    std::uint16_t halfs[HALF_RUN];
-    float floats[HALF_RUN];
-    const std::size_t bytes = static_cast<std::size_t>(channels) * sizeof(std::uint16_t);
+/// Calls `convert(first, count)` for runs of pixels with at most HALF_RUN channels together.
+template <class Convert>
+void for_half_runs(int channels, std::size_t pixels, const Convert& convert) {
     const std::size_t run = HALF_RUN / static_cast<std::size_t>(channels);
-    for (std::size_t done = 0; done < pixels; done += run) {
-        const std::size_t count = std::min(run, pixels - done);
-        for (std::size_t i = 0; i < count; ++i)
-            std::memcpy(halfs + i * static_cast<std::size_t>(channels), source + (done + i) * stride, bytes);
-        decode_halfs(halfs, floats, count * static_cast<std::size_t>(channels));
-        for (std::size_t i = 0; i < count; ++i)
-            for (int channel = 0; channel < channels; ++channel)
-                target[(done + i) * WORKING_CHANNELS + static_cast<std::size_t>(channel)] =
-                    floats[i * static_cast<std::size_t>(channels) + static_cast<std::size_t>(channel)];
-    }
+    for (std::size_t first = 0; first < pixels; first += run)
+        convert(first, std::min(run, pixels - first));
 }
 
-void encode_half_values(const float* source, int channels, std::size_t pixels, std::byte* target,
-                        std::size_t stride) {
+/// Copies the channels together, converts them at once, and distributes them over the working row.
+void decode_values(Half, const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
+                   float* target) {
+    if (is_dense(stride, channels))
+        return decode_halfs(reinterpret_cast<const std::uint16_t*>(source), target,
+                            pixels * WORKING_CHANNELS);
+    const auto width = static_cast<std::size_t>(channels);
     std::uint16_t halfs[HALF_RUN];
     float floats[HALF_RUN];
-    const std::size_t bytes = static_cast<std::size_t>(channels) * sizeof(std::uint16_t);
-    const std::size_t run = HALF_RUN / static_cast<std::size_t>(channels);
-    for (std::size_t done = 0; done < pixels; done += run) {
-        const std::size_t count = std::min(run, pixels - done);
+    for_half_runs(channels, pixels, [&](std::size_t first, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
-            for (int channel = 0; channel < channels; ++channel)
-                floats[i * static_cast<std::size_t>(channels) + static_cast<std::size_t>(channel)] =
-                    source[(done + i) * WORKING_CHANNELS + static_cast<std::size_t>(channel)];
-        encode_halfs(floats, halfs, count * static_cast<std::size_t>(channels));
+            std::memcpy(halfs + i * width, source + (first + i) * stride, width * sizeof(std::uint16_t));
+        decode_halfs(halfs, floats, count * width);
         for (std::size_t i = 0; i < count; ++i)
-            std::memcpy(target + (done + i) * stride, halfs + i * static_cast<std::size_t>(channels), bytes);
+            std::copy_n(floats + i * width, width, target + (first + i) * WORKING_CHANNELS);
+    });
+}
+
+void encode_values(Half, const float* source, int channels, std::size_t pixels, std::byte* target,
+                   std::size_t stride) {
+    if (is_dense(stride, channels))
+        return encode_halfs(source, reinterpret_cast<std::uint16_t*>(target), pixels * WORKING_CHANNELS);
+    const auto width = static_cast<std::size_t>(channels);
+    std::uint16_t halfs[HALF_RUN];
+    float floats[HALF_RUN];
+    for_half_runs(channels, pixels, [&](std::size_t first, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            std::copy_n(source + (first + i) * WORKING_CHANNELS, width, floats + i * width);
+        encode_halfs(floats, halfs, count * width);
+        for (std::size_t i = 0; i < count; ++i)
+            std::memcpy(target + (first + i) * stride, halfs + i * width, width * sizeof(std::uint16_t));
+    });
+}
+
+/// Calls `convert` with a value of the type of the channels; false for types that OpenImageIO converts.
+template <class Convert>
+bool with_value_of(OIIO::TypeDesc type, const Convert& convert) {
+    switch (type.basetype) {
+    case OIIO::TypeDesc::UINT8:
+        convert(std::uint8_t());
+        return true;
+    case OIIO::TypeDesc::UINT16:
+        convert(std::uint16_t());
+        return true;
+    case OIIO::TypeDesc::FLOAT:
+        convert(float());
+        return true;
+    case OIIO::TypeDesc::HALF:
+        convert(Half());
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -101,44 +128,21 @@ void encode_half_values(const float* source, int channels, std::size_t pixels, s
 
 void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::size_t stride, int channels,
                      std::size_t pixels, float* target) {
-    switch (type.basetype) {
-    case OIIO::TypeDesc::UINT8:
-        return decode_values<std::uint8_t>(source, stride, channels, pixels, target);
-    case OIIO::TypeDesc::UINT16:
-        return decode_values<std::uint16_t>(source, stride, channels, pixels, target);
-    case OIIO::TypeDesc::FLOAT:
-        return decode_values<float>(source, stride, channels, pixels, target);
-    case OIIO::TypeDesc::HALF:
-        if (is_dense(stride, channels))
-            return decode_halfs(reinterpret_cast<const std::uint16_t*>(source), target,
-                                pixels * WORKING_CHANNELS);
-        return decode_half_values(source, stride, channels, pixels, target);
-    default:
+    const auto decode = [&](auto value) { decode_values(value, source, stride, channels, pixels, target); };
+    if (!with_value_of(type, decode))
         OIIO::convert_image(channels, static_cast<int>(pixels), 1, 1, source, type,
                             static_cast<OIIO::stride_t>(stride), OIIO::AutoStride, OIIO::AutoStride, target,
                             OIIO::TypeFloat, WORKING_CHANNELS * sizeof(float), OIIO::AutoStride,
                             OIIO::AutoStride);
-    }
 }
 
 void encode_channels(OIIO::TypeDesc type, const float* source, int channels, std::size_t pixels,
                      std::byte* target, std::size_t stride) {
-    switch (type.basetype) {
-    case OIIO::TypeDesc::UINT8:
-        return encode_values<std::uint8_t>(source, channels, pixels, target, stride);
-    case OIIO::TypeDesc::UINT16:
-        return encode_values<std::uint16_t>(source, channels, pixels, target, stride);
-    case OIIO::TypeDesc::FLOAT:
-        return encode_values<float>(source, channels, pixels, target, stride);
-    case OIIO::TypeDesc::HALF:
-        if (is_dense(stride, channels))
-            return encode_halfs(source, reinterpret_cast<std::uint16_t*>(target), pixels * WORKING_CHANNELS);
-        return encode_half_values(source, channels, pixels, target, stride);
-    default:
+    const auto encode = [&](auto value) { encode_values(value, source, channels, pixels, target, stride); };
+    if (!with_value_of(type, encode))
         OIIO::convert_image(channels, static_cast<int>(pixels), 1, 1, source, OIIO::TypeFloat,
                             WORKING_CHANNELS * sizeof(float), OIIO::AutoStride, OIIO::AutoStride, target,
                             type, static_cast<OIIO::stride_t>(stride), OIIO::AutoStride, OIIO::AutoStride);
-    }
 }
 
 } // namespace image

@@ -2,17 +2,11 @@
 
 #include <algorithm>
 
+#include "colorio/ocio/trimmed_text.h"
+
 namespace ocio {
 
 namespace {
-
-std::string_view trim(std::string_view text) {
-    constexpr std::string_view BLANKS = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(BLANKS);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
-}
 
 /// The pieces of `text` between separators, trimmed.
 std::vector<std::string_view> split(std::string_view text, std::string_view separators) {
