@@ -75,7 +75,7 @@ SAVES = [
     for extension in ("exr", "tif", "png", "dpx")
 ]
 # Those of the short run, and every how many points.
-FEW = {"preferences, a space more": 3, "CDL document": 3, "image exr": 9}
+FEW = {"mapping file": 2, "preferences, a space more": 11, "CDL document": 11, "image exr": 31}
 
 
 class Run:
