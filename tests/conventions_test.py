@@ -31,6 +31,8 @@ ARROWS = {
 }
 
 
+# Code beyond those folders that uses the module as others do. (Tests may also include its private headers.)
+OTHER_USERS = ["examples", "samples"]
 
 # What stands for a habit, where it is forbidden, and why.
 FORBIDDEN = [
@@ -106,6 +108,19 @@ class Conventions(unittest.TestCase):
                     continue
                 broken.append(f"{path} includes {include}")
         self.assertEqual(broken, [])
+
+    def test_product_code_includes_only_its_own_folders(self):
+        folders = {layer.split("/")[0] for layer in ARROWS}
+        unknown = [f"{path} includes {include}" for path in list_sources(sorted(folders))
+                   for include in INCLUDE.findall(read(path)) if include.split("/")[0] not in folders]
+        self.assertEqual(unknown, [])
+
+    def test_the_module_is_used_through_its_public_headers(self):
+        users = [layer for layer in ARROWS if layer.split("/")[0] != "colorio"] + list(OTHER_USERS)
+        private = [f"{path} includes {include}" for path in list_sources(users)
+                   for include in INCLUDE.findall(read(path))
+                   if include.startswith("colorio/") and include.count("/") > 1]
+        self.assertEqual(private, [])
 
     def test_folders_form_no_cycle(self):
         edges = collections.defaultdict(set)

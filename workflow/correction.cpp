@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "colorio/cdl/cdl_ranges.h"
+#include "colorio/color_io_cdl_ranges.h"
 
 namespace workflow {
 

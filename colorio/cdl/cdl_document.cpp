@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "colorio/cdl/cdl_ranges.h"
+#include "colorio/color_io_cdl_ranges.h"
 #include "colorio/facade/color_io_log.h"
 #include "diagnostics/failure.h"
 #include "files/diagnosis.h"

@@ -2,6 +2,7 @@
 #include <charconv>
 
 #include "colorio/cdl/cdl_document.h"
+#include "colorio/color_io_cdl_writer.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
@@ -72,6 +73,11 @@ void ColorIOManager::read_CDL_from_XML(CoreString path, ColorDecisionListDef& de
 
 bool ColorIOManager::create_XML_from_CDL(CoreVector<ColorDecisionListDef> cdls, CoreString path,
                                          bool collection) {
+    return ColorIOCdlWriter::write_rounded(cdls, path, collection);
+}
+
+bool ColorIOCdlWriter::write_rounded(const CoreVector<ColorDecisionListDef>& cdls, const CoreString& path,
+                                     bool collection) {
     return at_boundary(false, [&] {
         XmlNode top;
         if (collection) {
@@ -82,7 +88,7 @@ bool ColorIOManager::create_XML_from_CDL(CoreVector<ColorDecisionListDef> cdls, 
             if (!collection) {
                 top = XmlNode::create_top_node("ColorCorrection");
                 write_color_correction(top, def);
-            } else if (def.name != get_default_CDL_name()) {
+            } else if (def.name != ColorIOManager::s_default_CDL_name) {
                 XmlNode correction = top.add_child("ColorCorrection");
                 write_color_correction(correction, def);
             }

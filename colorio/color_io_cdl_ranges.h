@@ -3,7 +3,12 @@
 #include <cmath>
 
 /// The kinds of numbers in a color correction.
-enum class CDLNumber { SLOPE, OFFSET, POWER, SATURATION };
+enum class CDLNumber {
+    SLOPE,      ///< Not negative.
+    OFFSET,     ///< Any finite number.
+    POWER,      ///< Above 0.
+    SATURATION, ///< Not negative.
+};
 
 /// Whether the ASC CDL allows the number: every one is finite, slope and saturation are not negative, and
 /// power is above 0.
