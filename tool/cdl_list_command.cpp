@@ -1,6 +1,6 @@
 #include <string>
 
-#include "tool/cdl_command.h"
+#include "tool/command.h"
 #include "tool/console.h"
 #include "tool/correction_cells.h"
 #include "tool/json_output.h"

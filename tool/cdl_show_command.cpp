@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "tool/cdl_command.h"
+#include "tool/command.h"
 #include "tool/console.h"
 #include "tool/correction_cells.h"
 #include "tool/json_output.h"

@@ -1,15 +1,15 @@
 #include "tool/command.h"
 
-#include <optional>
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "tool/console.h"
 #include "tool/json_output.h"
+#include "tool/option_hints.h"
 #include "tool/text_table.h"
 #include "tool/tool_session.h"
 #include "workflow/config_check.h"
@@ -20,35 +20,6 @@ namespace {
 
 constexpr char EXAMPLES[] = R"(  colorio check --config show.ocio
   OCIO=/shows/a/config.ocio colorio check --json)";
-
-/// The result of a check.
-struct Findings {
-    workflow::ConfigSource source;
-    diagnostics::Diagnostics messages;              ///< Reported while the config was loaded.
-    std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
-    workflow::CheckReport report;
-
-    bool is_good() const { return !refusal && report.failures.empty() && !diagnostics::has_error(messages); }
-};
-
-Findings find_out(const workflow::SessionOptions& options) {
-    Findings findings;
-    try {
-        const workflow::Session session(options);
-        findings.source = session.get_source();
-        findings.messages = session.get_load_diagnostics();
-        findings.report = workflow::check_config();
-    } catch (const workflow::ConfigFailure& failure) {
-        findings.source = failure.get_source();
-        findings.refusal = failure.get_diagnostics().front();
-        findings.messages.assign(failure.get_diagnostics().begin() + 1, failure.get_diagnostics().end());
-    }
-    return findings;
-}
-
-std::string join(const std::vector<std::string>& words, const char* separator) {
-    return fmt::format("{}", fmt::join(words, separator));
-}
 
 /// The name of a kind of subject, in text and in JSON.
 struct SubjectNames {
@@ -92,7 +63,7 @@ std::string format_count(std::size_t count) {
 void print_counts(const char* start, const std::vector<std::string>& counts, const std::string& end,
                   Console& console) {
     if (!counts.empty())
-        console.print(fmt::format("{}: {}.{}", start, join(counts, ", "), end));
+        console.print(fmt::format("{}: {}.{}", start, join(counts), end));
 }
 
 void print_views_in_detail(const workflow::CheckReport& report, Console& console) {
@@ -150,8 +121,8 @@ void print_messages(const diagnostics::Diagnostics& messages, Console& console) 
                                   times > 1 ? fmt::format(" ({} times)", times) : ""));
 }
 
-void print_text(const Findings& findings, Console& console) {
-    console.print_heading(fmt::format("Config: {}", findings.source.describe()));
+void print_text(const workflow::ConfigFindings& findings, Console& console) {
+    console.print_heading(fmt::format("Config: {}", tool::describe(findings.source)));
     print_messages(findings.messages, console);
     if (findings.refusal) {
         console.print(fmt::format("error: {}", findings.refusal->message));
@@ -192,7 +163,7 @@ void add_to_json(const workflow::CheckReport& report, Json& answer) {
     answer.set("notes", failures_to_json(report.notes));
 }
 
-Json findings_to_json(const Findings& findings) {
+Json findings_to_json(const workflow::ConfigFindings& findings) {
     Json answer = {{"config", to_json(findings.source)},
                    {"ok", findings.is_good()},
                    {"loaded", !findings.refusal.has_value()}};
@@ -217,7 +188,9 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const Findings findings = find_out(session_options);
+        workflow::ConfigFindings findings = workflow::examine_config(session_options);
+        if (findings.refusal)
+            findings.refusal = add_config_hint(*findings.refusal, findings.source);
         if (as_json)
             console.print_text(findings_to_json(findings).format());
         else

@@ -7,8 +7,6 @@
 #include "tool/exit_code.h"
 #include "tool/options.h"
 
-namespace workflow {}
-
 namespace tool {
 
 class Console;
@@ -39,6 +37,7 @@ protected:
     Options options;
 };
 
+// The commands.
 std::unique_ptr<Command> make_list_command(Options& program);
 std::unique_ptr<Command> make_convert_command(Options& program);
 std::unique_ptr<Command> make_explain_command(Options& program);
@@ -51,6 +50,24 @@ std::unique_ptr<Command> make_space_command(Options& program);
 std::unique_ptr<Command> make_formats_command(Options& program);
 std::unique_ptr<Command> make_prefs_command(Options& program);
 std::unique_ptr<Command> make_legacy_command(Options& program);
+
+// The subcommands of "colorio cdl", "colorio formats", "colorio space" and "colorio prefs".
+std::unique_ptr<Command> make_cdl_list_command(Options& program);
+std::unique_ptr<Command> make_cdl_show_command(Options& program);
+std::unique_ptr<Command> make_cdl_write_command(Options& program);
+std::unique_ptr<Command> make_cdl_add_command(Options& program);
+std::unique_ptr<Command> make_cdl_remove_command(Options& program);
+std::unique_ptr<Command> make_formats_list_command(Options& program);
+std::unique_ptr<Command> make_formats_set_command(Options& program);
+std::unique_ptr<Command> make_formats_add_command(Options& program);
+std::unique_ptr<Command> make_formats_remove_command(Options& program);
+std::unique_ptr<Command> make_formats_check_command(Options& program);
+std::unique_ptr<Command> make_space_list_command(Options& program);
+std::unique_ptr<Command> make_space_add_command(Options& program);
+std::unique_ptr<Command> make_space_remove_command(Options& program);
+std::unique_ptr<Command> make_prefs_path_command(Options& program);
+std::unique_ptr<Command> make_prefs_show_command(Options& program);
+std::unique_ptr<Command> make_prefs_set_command(Options& program);
 
 /// Adds --config, --context, --prefs, --no-prefs and --verbose.
 void add_session_options(Options& options, SessionChoice& session);

@@ -241,7 +241,7 @@ void ConvertCommand::print_decision(const workflow::Session& session, const work
     const std::string reason = !request.inverse_view.empty() ? "inverted to scene-linear, from --inverse-view"
                                : file_space.reason.empty() ? explain_name("--from", request.from, config_name)
                                                            : file_space.reason;
-    console.print(fmt::format("config:        {}", session.get_source().describe()));
+    console.print(fmt::format("config:        {}", describe(session.get_source())));
     console.print(fmt::format("source:        {}, {}", conversion.get_source(), reason));
     if (!file_space.steps.empty())
         print_source_steps(file_space, console);

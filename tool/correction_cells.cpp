@@ -1,8 +1,10 @@
 #include "tool/correction_cells.h"
 
 #include "tool/console.h"
+#include "tool/text_table.h"
 #include "workflow/correction_file.h"
 #include "workflow/correction_text.h"
+#include "workflow/published_cdls.h"
 
 namespace tool {
 
@@ -11,6 +13,12 @@ namespace {
 Json triple_to_json(const float (&values)[3]) {
     return Json(std::vector<Json>{workflow::shorten(values[0]), workflow::shorten(values[1]),
                                   workflow::shorten(values[2])});
+}
+
+std::string describe_origin(const workflow::PublishedCdl& cdl) {
+    if (cdl.is_builtin)
+        return "built in";
+    return cdl.file_id.empty() ? cdl.file : cdl.file + ":" + cdl.file_id;
 }
 
 } // namespace
@@ -34,6 +42,30 @@ Json numbers_to_json(const workflow::Correction& correction) {
             {"offset", triple_to_json(correction.offset)},
             {"power", triple_to_json(correction.power)},
             {"saturation", workflow::shorten(correction.saturation)}};
+}
+
+void print_cdls(Console& console) {
+    TextTable table({"#", "CDL", "slope", "offset", "power", "saturation", "from"});
+    for (const workflow::PublishedCdl& cdl : workflow::get_published_cdls()) {
+        std::vector<std::string> cells = make_cells(cdl.correction);
+        cells.insert(cells.begin(), std::to_string(table.count_rows()));
+        cells.push_back(describe_origin(cdl));
+        table.add_row(cells);
+    }
+    table.print(console);
+}
+
+Json cdls_to_json() {
+    Json list = Json::array();
+    for (const workflow::PublishedCdl& cdl : workflow::get_published_cdls()) {
+        Json item = {{"position", list.size()}, {"name", cdl.correction.id}};
+        item.update(numbers_to_json(cdl.correction));
+        item.set("file", cdl.file);
+        item.set("file_id", cdl.file_id);
+        item.set("builtin", cdl.is_builtin);
+        list.push(item);
+    }
+    return list;
 }
 
 } // namespace tool

@@ -19,4 +19,8 @@ std::vector<std::string> make_cells(const workflow::Correction& correction);
 /// {"slope": [...], "offset": [...], "power": [...], "saturation": ...}.
 Json numbers_to_json(const workflow::Correction& correction);
 
+/// The CDLs that the module publishes.
+void print_cdls(Console& console);
+Json cdls_to_json();
+
 } // namespace tool

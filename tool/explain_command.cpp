@@ -162,7 +162,7 @@ ExitCode ExplainCommand::run(Console& console) {
         console.print_text(Json(answer).format());
         return EXIT_CODE_DONE;
     }
-    console.print(fmt::format("config:        {}", session.get_source().describe()));
+    console.print(fmt::format("config:        {}", describe(session.get_source())));
     console.print(fmt::format("source:        {}", conversion.get_source()));
     if (source_choice.explains && !file_space.steps.empty())
         print_source_steps(file_space, console);

@@ -1,14 +1,10 @@
-#include <algorithm>
 #include <string>
 
-#include <fmt/format.h>
-
-#include "colorio/color_io_auto_detection.h"
+#include "tool/command.h"
 #include "tool/formats_change.h"
-#include "tool/formats_command.h"
+#include "tool/option_hints.h"
 #include "tool/tool_session.h"
 #include "workflow/format_associations.h"
-#include "workflow/name_resolution.h"
 
 namespace tool {
 
@@ -29,19 +25,11 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const std::string extension_list = workflow::normalize_extensions(extensions);
         if (category.empty())
             throw UsageError("a format needs a name");
         ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
-        const auto known = workflow::get_format_associations();
-        if (std::any_of(known.begin(), known.end(),
-                        [&](const workflow::FormatAssociation& one) { return one.category == category; }))
-            diagnostics::fail(diagnostics::Code::NAME_DUPLICATE,
-                              fmt::format("a format named '{}' already exists", category),
-                              "change it with 'colorio formats set'");
-        const std::string label = workflow::resolve_color_space(session, color_space).label;
-        ColorIOAutoDetection::get_instance()->add_file_format(category.c_str(), extension_list.c_str(),
-                                                              label.c_str());
+        hint_at(diagnostics::Code::NAME_DUPLICATE, "change it with 'colorio formats set'",
+                [&] { workflow::add_format(session, category, extensions, color_space); });
         finish_format_change(session, category, console);
         return EXIT_CODE_DONE;
     }

@@ -13,7 +13,4 @@ class Console;
 /// Saves the associations, prints the changed category, and warns of what keeps it from taking effect.
 void finish_format_change(workflow::Session& session, const std::string& category, Console& console);
 
-/// Warns when a mapping file is used instead of the associations of the preferences.
-void note_mapping_file(const workflow::Session& session, Console& console);
-
 } // namespace tool

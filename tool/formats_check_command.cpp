@@ -3,10 +3,9 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
+#include "tool/command.h"
 #include "tool/console.h"
-#include "tool/formats_command.h"
 #include "tool/tool_session.h"
 #include "workflow/format_associations.h"
 #include "workflow/nearest_names.h"
@@ -47,7 +46,7 @@ private:
         for (const workflow::PublishedSpace& space : workflow::get_published_spaces())
             labels.push_back(space.label);
         for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-            if (!ColorIO::color_space_exists(association.color_space.c_str())) {
+            if (!workflow::has_color_space(association)) {
                 const std::string hint = workflow::did_you_mean(association.color_space, labels);
                 console.print(fmt::format("  {} ({}): '{}'{}{}", association.category,
                                           fmt::join(association.extensions, ", "), association.color_space,

@@ -1,5 +1,3 @@
-#include "tool/formats_command.h"
-
 #include "tool/command_group.h"
 
 namespace tool {

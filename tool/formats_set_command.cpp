@@ -2,12 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_auto_detection.h"
+#include "tool/command.h"
 #include "tool/formats_change.h"
-#include "tool/formats_command.h"
 #include "tool/tool_session.h"
 #include "workflow/format_associations.h"
-#include "workflow/name_resolution.h"
 
 namespace tool {
 
@@ -37,22 +35,12 @@ public:
                             "formats",
                             category));
         ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
-        change(session);
+        workflow::change_format(session, category, extensions, color_space);
         finish_format_change(session, category, console);
         return EXIT_CODE_DONE;
     }
 
 private:
-    void change(const workflow::Session& session) const {
-        ColorIOAutoDetection& detection = *ColorIOAutoDetection::get_instance();
-        const unsigned int row = workflow::find_category(category);
-        if (!extensions.empty())
-            detection.set_extension_from_file_format(row, workflow::normalize_extensions(extensions).c_str());
-        if (!color_space.empty())
-            detection.set_default_color_space_from_file_format(
-                row, workflow::resolve_color_space(session, color_space).label.c_str());
-    }
-
     SessionChoice session_options;
     std::string category;
     std::string color_space;

@@ -1,6 +1,7 @@
 #include "tool/json_output.h"
 
 #include "workflow/config_source.h"
+#include "workflow/published_names.h"
 
 namespace tool {
 
@@ -23,6 +24,13 @@ const char* get_source_name(workflow::ConfigSource::Kind kind) {
 
 Json to_json(const workflow::ConfigSource& source) {
     return {{"source", get_source_name(source.kind)}, {"path", source.path}};
+}
+
+void add_facts(const workflow::EntryFacts& facts, Json& item) {
+    item.update({{"encoding", facts.encoding},
+                 {"categories", facts.categories},
+                 {"aliases", facts.aliases},
+                 {"description", facts.description}});
 }
 
 Json to_json(const diagnostics::Diagnostic& diagnostic) {

@@ -3,16 +3,18 @@
 #include "diagnostics/diagnostic.h"
 #include "tool/json.h"
 
-namespace workflow {}
-
 namespace workflow {
 struct ConfigSource;
+struct EntryFacts;
 } // namespace workflow
 
 namespace tool {
 
 /// {"source": "builtin", "file", "environment" or "preferences", "path": ...}.
 Json to_json(const workflow::ConfigSource& source);
+
+/// Adds "encoding", "categories", "aliases" and "description".
+void add_facts(const workflow::EntryFacts& facts, Json& item);
 
 /// {"code": ..., "severity": ..., "subject": ..., "file": ..., "line": ..., "column": ..., "message": ...,
 /// "hint": ...}.

@@ -1,11 +1,9 @@
 #include <string>
 
-#include "colorio/color_io.h"
-#include "tool/command.h"
 #include "tool/console.h"
-#include "tool/json_output.h"
+#include "tool/report_command.h"
 #include "tool/text_table.h"
-#include "tool/tool_session.h"
+#include "workflow/legacy_names.h"
 
 namespace tool {
 
@@ -14,70 +12,42 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio legacy linear
   colorio legacy "Default|sRGB" --json)";
 
-/// The current equivalents of a color space name saved by an earlier version; empty where there is none.
-struct LegacyAnswers {
-    explicit LegacyAnswers(const std::string& name)
-        : is_legacy(ColorIO::is_legacy_builtin_color_space(CoreString(name.c_str()))),
-          color_space(ColorIO::convert_legacy_builtin_color_space(CoreString(name.c_str())).get_data()),
-          view_of_preferences(ColorIO::convert_legacy_preferences_display_color_space_to_display_view(
-                                  CoreString(name.c_str()))
-                                  .get_data()),
-          view_of_widget(
-              ColorIO::convert_legacy_widget_display_color_space_to_display_view(CoreString(name.c_str()))
-                  .get_data()) {}
-
-    bool is_legacy;
-    std::string color_space;
-    std::string view_of_preferences;
-    std::string view_of_widget;
-};
-
 std::string or_none(const std::string& text) {
     return text.empty() ? "(none)" : text;
 }
 
-class LegacyCommand : public Command {
+class LegacyCommand : public ReportCommand {
 public:
     explicit LegacyCommand(Options& program)
-        : Command(program, "legacy",
-                  "Show the current equivalent of a color space name saved by an earlier version", EXAMPLES) {
+        : ReportCommand(program, "legacy",
+                        "Show the current equivalent of a color space name saved by an earlier version",
+                        EXAMPLES) {
         options.add("name", name, "saved name of a color space").required();
         add_session_options(options, session_options);
-        options.add_flag("--json", as_json, "print JSON");
-    }
-
-    ExitCode run(Console& console) override {
-        const ToolSession session(session_options, console);
-        const LegacyAnswers answers(name);
-        if (as_json)
-            print_json(answers, console);
-        else
-            print_table(answers, console);
-        return EXIT_CODE_DONE;
+        add_json_option();
     }
 
 private:
-    void print_table(const LegacyAnswers& answers, Console& console) const {
+    void print(const workflow::Session&, Console& console) const override {
+        const workflow::LegacyNames current = workflow::find_legacy_names(name);
         TextTable table({name, ""});
-        table.add_row({"former built-in color space", answers.is_legacy ? "yes" : "no"});
-        table.add_row({"as a color space", or_none(answers.color_space)});
-        table.add_row({"as a display of the preferences", or_none(answers.view_of_preferences)});
-        table.add_row({"as a display of a widget", or_none(answers.view_of_widget)});
+        table.add_row({"former built-in color space", current.is_legacy ? "yes" : "no"});
+        table.add_row({"as a color space", or_none(current.color_space)});
+        table.add_row({"as a display of the preferences", or_none(current.view_of_preferences)});
+        table.add_row({"as a display of a widget", or_none(current.view_of_widget)});
         table.print(console);
     }
 
-    void print_json(const LegacyAnswers& answers, Console& console) const {
-        console.print_text(Json({{"name", name},
-                                 {"legacy", answers.is_legacy},
-                                 {"color_space", answers.color_space},
-                                 {"preferences_view", answers.view_of_preferences},
-                                 {"widget_view", answers.view_of_widget}})
-                               .format());
+    Json to_json(const workflow::Session&) const override {
+        const workflow::LegacyNames current = workflow::find_legacy_names(name);
+        return {{"name", name},
+                {"legacy", current.is_legacy},
+                {"color_space", current.color_space},
+                {"preferences_view", current.view_of_preferences},
+                {"widget_view", current.view_of_widget}};
     }
 
-    SessionChoice session_options;
     std::string name;
-    bool as_json = false;
 };
 
 } // namespace

@@ -1,16 +1,13 @@
-#include "tool/command.h"
-
 #include <string>
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_inspection.h"
 #include "tool/console.h"
+#include "tool/correction_cells.h"
 #include "tool/json_output.h"
-#include "tool/published_cdls.h"
+#include "tool/report_command.h"
 #include "tool/space_list.h"
 #include "tool/text_table.h"
-#include "tool/tool_session.h"
 #include "tool/transform_list.h"
 #include "tool/view_list.h"
 #include "workflow/published_names.h"
@@ -65,12 +62,12 @@ constexpr Topic TOPICS[] = {
      [](Json& answer) { answer.set("cdls", cdls_to_json()); }},
 };
 
-class ListCommand : public Command {
+class ListCommand : public ReportCommand {
 public:
     explicit ListCommand(Options& program)
-        : Command(program, "list",
-                  "List the color spaces, named transforms, views, roles and CDLs of an OCIO config",
-                  EXAMPLES) {
+        : ReportCommand(program, "list",
+                        "List the color spaces, named transforms, views, roles and CDLs of an OCIO config",
+                        EXAMPLES) {
         std::vector<std::string> names = {ALL};
         for (const Topic& topic : TOPICS)
             names.push_back(topic.name);
@@ -78,22 +75,12 @@ public:
         add_session_options(options, session_options);
         options.add_flag("--inactive", with_inactive,
                          "list inactive color spaces, named transforms and views too (JSON always does)");
-        options.add_flag("--json", as_json, "print JSON");
-    }
-
-    ExitCode run(Console& console) override {
-        const ToolSession session(session_options, console);
-        const ColorIOInspection::Batch batch;
-        if (as_json)
-            print_json(session, console);
-        else
-            print_tables(session, console);
-        return EXIT_CODE_DONE;
+        add_json_option();
     }
 
 private:
-    void print_tables(const workflow::Session& session, Console& console) const {
-        console.print(fmt::format("From {}.", session.get_source().describe()));
+    void print(const workflow::Session& session, Console& console) const override {
+        console.print(fmt::format("From {}.", describe(session.get_source())));
         for (const Topic& topic : TOPICS)
             if (wanted == topic.name || (wanted == ALL && topic.is_listed())) {
                 console.print("");
@@ -101,18 +88,16 @@ private:
             }
     }
 
-    void print_json(const workflow::Session& session, Console& console) const {
-        Json answer = {{"config", to_json(session.get_source())}};
+    Json to_json(const workflow::Session& session) const override {
+        Json answer = {{"config", tool::to_json(session.get_source())}};
         for (const Topic& topic : TOPICS)
             if (wanted == ALL || wanted == topic.name)
                 topic.add_to_json(answer);
-        console.print_text(Json(answer).format());
+        return answer;
     }
 
-    SessionChoice session_options;
     std::string wanted = ALL;
     bool with_inactive = false;
-    bool as_json = false;
 };
 
 } // namespace

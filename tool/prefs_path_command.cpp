@@ -1,6 +1,6 @@
 #include "standalone/preferences.h"
+#include "tool/command.h"
 #include "tool/console.h"
-#include "tool/prefs_command.h"
 
 namespace tool {
 

@@ -4,7 +4,6 @@
 
 #include "standalone/standalone_app.h"
 #include "tool/console.h"
-#include "tool/prefs_command.h"
 #include "tool/tool_session.h"
 #include "workflow/preference_values.h"
 

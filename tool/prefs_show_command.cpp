@@ -3,14 +3,11 @@
 #include <variant>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "tool/console.h"
-#include "tool/json_output.h"
-#include "tool/prefs_command.h"
-#include "tool/published_cdls.h"
+#include "tool/correction_cells.h"
+#include "tool/report_command.h"
 #include "tool/text_table.h"
-#include "tool/tool_session.h"
 #include "workflow/custom_spaces.h"
 #include "workflow/format_associations.h"
 #include "workflow/preference_values.h"
@@ -22,30 +19,19 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio prefs show
   colorio prefs show --json --prefs show.yaml)";
 
-class PrefsShowCommand : public Command {
+class PrefsShowCommand : public ReportCommand {
 public:
     explicit PrefsShowCommand(Options& program)
-        : Command(program, "show", "Show the contents of the preferences file", EXAMPLES) {
+        : ReportCommand(program, "show", "Show the contents of the preferences file", EXAMPLES,
+                        workflow::PreferenceUse::SHOW) {
         add_preference_reading_options(options, session_options);
-        options.add_flag("--json", as_json, "print JSON");
+        add_json_option();
         session_options.builtin_only = true;
     }
 
-    ExitCode run(Console& console) override {
-        const ToolSession session(session_options, console, workflow::PreferenceUse::SHOW);
-        if (as_json)
-            print_json(session.get_preferences(), console);
-        else
-            print_tables(session.get_preferences(), console);
-        return EXIT_CODE_DONE;
-    }
-
 private:
-    static void print_tables(const workflow::UserPreferences& preferences, Console& console);
-    static void print_json(const workflow::UserPreferences& preferences, Console& console);
-
-    SessionChoice session_options;
-    bool as_json = false;
+    void print(const workflow::Session& session, Console& console) const override;
+    Json to_json(const workflow::Session& session) const override;
 };
 
 bool exists(const std::string& path) {
@@ -60,7 +46,8 @@ std::string describe_file(const std::string& path) {
                         : fmt::format("{} does not exist; showing the defaults.", path);
 }
 
-void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences, Console& console) {
+void PrefsShowCommand::print(const workflow::Session& session, Console& console) const {
+    const workflow::UserPreferences& preferences = session.get_preferences();
     console.print(describe_file(preferences.get_path()));
     console.print("");
     TextTable values({"preference", "value"});
@@ -70,8 +57,7 @@ void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences
     console.print("");
     TextTable formats({"category", "extensions", "color space"});
     for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-        formats.add_row({association.category, fmt::format("{}", fmt::join(association.extensions, ", ")),
-                         association.color_space});
+        formats.add_row({association.category, join(association.extensions), association.color_space});
     formats.print(console);
     console.print("");
     TextTable spaces({"color space", "made of"});
@@ -82,7 +68,8 @@ void PrefsShowCommand::print_tables(const workflow::UserPreferences& preferences
     print_cdls(console);
 }
 
-void PrefsShowCommand::print_json(const workflow::UserPreferences& preferences, Console& console) {
+Json PrefsShowCommand::to_json(const workflow::Session& session) const {
+    const workflow::UserPreferences& preferences = session.get_preferences();
     Json values = Json::object();
     for (const workflow::PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
         std::visit([&](const auto& value) { values.set(preference.name, value); }, preference.value);
@@ -94,13 +81,12 @@ void PrefsShowCommand::print_json(const workflow::UserPreferences& preferences, 
     Json spaces = Json::array();
     for (const auto& space : workflow::get_custom_spaces())
         spaces.push({{"name", space.name.view()}, {"made_of", workflow::describe_origin(space)}});
-    console.print_text(Json({{"path", preferences.get_path()},
-                             {"exists", exists(preferences.get_path())},
-                             {"preferences", values},
-                             {"formats", formats},
-                             {"spaces", spaces},
-                             {"cdls", cdls_to_json()}})
-                           .format());
+    return {{"path", preferences.get_path()},
+            {"exists", exists(preferences.get_path())},
+            {"preferences", values},
+            {"formats", formats},
+            {"spaces", spaces},
+            {"cdls", cdls_to_json()}};
 }
 
 } // namespace

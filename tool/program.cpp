@@ -11,6 +11,7 @@
 
 #include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
+#include "tool/option_hints.h"
 #include "workflow/nearest_names.h"
 
 namespace tool {
@@ -98,7 +99,7 @@ ExitCode report_errors(Console& console, const Action& action) {
     try {
         return action();
     } catch (const diagnostics::Failure& failure) {
-        console.report(failure.get_worst());
+        console.report(describe_with_options(failure));
         return get_exit_code(failure);
     } catch (const std::exception& error) {
         console.report(diagnostics::describe(error));

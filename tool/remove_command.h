@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "tool/command.h"
@@ -10,26 +11,26 @@ namespace tool {
 /// "remove NAME": removes an entry from the preferences.
 class RemoveCommand : public Command {
 public:
-    /// Texts of the help.
-    struct Words {
+    /// What is removed, and the texts of the help.
+    struct Entry {
         const char* description;
         const char* argument;
         const char* argument_description;
         const char* examples;
+        /// Removes the entry from the session. Throws diagnostics::Failure.
+        void (*remove)(workflow::Session& session, const std::string& name);
+        /// Hint for an entry that cannot be removed; may be empty.
+        const char* hint_for_refusal = "";
+        /// A warning to report after the removal; may be null.
+        std::optional<diagnostics::Diagnostic> (*find_warning)(const workflow::Session& session) = nullptr;
     };
 
-    RemoveCommand(Options& program, const Words& words);
+    RemoveCommand(Options& program, const Entry& entry);
 
-    ExitCode run(Console& console) final;
-
-protected:
-    /// Removes the entry from the running module, before the preferences are saved. Throws
-    /// diagnostics::Failure when it cannot be removed.
-    virtual void remove(const std::string& name) = 0;
-    /// Reports notes after the removal.
-    virtual void add_notes(workflow::Session& session, Console& console);
+    ExitCode run(Console& console) override;
 
 private:
+    const Entry entry;
     SessionChoice session_options;
     std::string name;
 };

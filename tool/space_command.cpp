@@ -1,5 +1,3 @@
-#include "tool/space_command.h"
-
 #include "tool/command_group.h"
 
 namespace tool {

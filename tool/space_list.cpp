@@ -1,15 +1,13 @@
 #include "tool/space_list.h"
-#include "tool/json.h"
 
-#include <map>
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_inspection.h"
 #include "tool/console.h"
-#include "tool/entry_cells.h"
+#include "tool/json_output.h"
 #include "tool/text_table.h"
 #include "workflow/published_names.h"
 
@@ -17,102 +15,70 @@ namespace tool {
 
 namespace {
 
-using Space = ColorIOInspection::ColorSpace;
+using Spaces = std::vector<workflow::DescribedSpace>;
 
-/// The color spaces of the active config: published and inactive ones.
-class SpaceList {
-public:
-    SpaceList() {
-        for (Space& space : spaces) {
-            by_name.emplace(space.name.get_data(), &space);
-            has_display_reference = has_display_reference || space.is_display_referred;
-            if (!space.is_active)
-                inactive.push_back(&space);
-        }
-    }
+bool has_display_reference(const Spaces& spaces) {
+    return std::any_of(spaces.begin(), spaces.end(), [](const auto& one) { return one.is_display_referred; });
+}
 
-    const Space& get_facts(const workflow::PublishedSpace& published) const {
-        static const Space NOTHING;
-        const auto found = by_name.find(published.name);
-        return found == by_name.end() ? NOTHING : *found->second;
-    }
+/// "scene-referred" or "display-referred" only in configs that have both reference spaces.
+std::string describe_kind(const workflow::DescribedSpace& space, bool has_both_references) {
+    std::string kind;
+    if (has_both_references)
+        kind = space.is_display_referred ? "display-referred" : "scene-referred";
+    if (space.is_data)
+        kind += kind.empty() ? "data" : ", data";
+    return kind;
+}
 
-    const std::vector<const Space*>& get_inactive() const { return inactive; }
-
-    /// "scene-referred" or "display-referred" only in configs that have both reference spaces.
-    std::string describe_kind(const Space& space) const {
-        std::string kind;
-        if (has_display_reference)
-            kind = space.is_display_referred ? "display-referred" : "scene-referred";
-        if (space.is_data)
-            kind += kind.empty() ? "data" : ", data";
-        return kind;
-    }
-
-private:
-    CoreVector<Space> spaces = ColorIOInspection::get_color_spaces();
-    std::map<std::string, const Space*> by_name;
-    std::vector<const Space*> inactive;
-    bool has_display_reference = false;
-};
-
-void print_published(const SpaceList& list, Console& console) {
-    TextTable table({"#", "color space", "family", "label", "kind", "encoding", "categories", "aliases"});
-    for (const workflow::PublishedSpace& space : workflow::get_published_spaces()) {
-        const Space& facts = list.get_facts(space);
-        table.add_row({std::to_string(table.count_rows()), space.name, space.family, space.label,
-                       list.describe_kind(facts), facts.encoding.get_data(), join_texts(facts.categories),
-                       join_texts(facts.aliases)});
-    }
+/// With the position and the label of published color spaces.
+void print_table(const Spaces& spaces, bool are_published, bool has_both_references, Console& console) {
+    TextTable table({"#", are_published ? "color space" : "inactive color space", "family", "label", "kind",
+                     "encoding", "categories", "aliases"});
+    for (const workflow::DescribedSpace& space : spaces)
+        table.add_row({are_published ? std::to_string(table.count_rows()) : "", space.name, space.family,
+                       are_published ? space.label : "", describe_kind(space, has_both_references),
+                       space.facts.encoding, join(space.facts.categories), join(space.facts.aliases)});
     table.drop_empty_columns();
     table.print(console);
 }
 
-void print_inactive(const SpaceList& list, Console& console) {
-    TextTable table({"inactive color space", "family", "kind", "encoding", "categories", "aliases"});
-    for (const Space* space : list.get_inactive())
-        table.add_row({space->name.get_data(), space->family.get_data(), list.describe_kind(*space),
-                       space->encoding.get_data(), join_texts(space->categories),
-                       join_texts(space->aliases)});
-    table.drop_empty_columns();
-    console.print("");
-    table.print(console);
-}
-
-Json facts_to_json(const Space& facts, Json item) {
-    item.set("reference", facts.is_display_referred ? "display" : "scene");
-    item.set("data", facts.is_data);
-    add_entry_to_json(facts, item);
+Json to_json(const workflow::DescribedSpace& space, Json item) {
+    item.set("reference", space.is_display_referred ? "display" : "scene");
+    item.set("data", space.is_data);
+    add_facts(space.facts, item);
     return item;
 }
 
 } // namespace
 
 void print_spaces(Console& console, bool with_inactive) {
-    const SpaceList list;
-    print_published(list, console);
-    if (list.get_inactive().empty())
+    const Spaces published = workflow::get_described_spaces();
+    const Spaces inactive = workflow::get_inactive_spaces();
+    const bool has_both_references = has_display_reference(published) || has_display_reference(inactive);
+    print_table(published, true, has_both_references, console);
+    if (inactive.empty())
         return;
-    if (with_inactive)
-        print_inactive(list, console);
-    else
+    if (with_inactive) {
+        console.print("");
+        print_table(inactive, false, has_both_references, console);
+    } else {
         console.print(fmt::format("Inactive: {}; --inactive lists them.",
-                                  count_things(list.get_inactive().size(), "color space")));
+                                  count_things(inactive.size(), "color space")));
+    }
 }
 
 void add_spaces_to_json(Json& answer) {
-    const SpaceList list;
     Json published = Json::array();
-    for (const workflow::PublishedSpace& space : workflow::get_published_spaces())
-        published.push(facts_to_json(list.get_facts(space), {{"position", published.size()},
-                                                             {"name", space.name},
-                                                             {"family", space.family},
-                                                             {"label", space.label}}));
+    for (const workflow::DescribedSpace& space : workflow::get_described_spaces())
+        published.push(to_json(space, {{"position", published.size()},
+                                       {"name", space.name},
+                                       {"family", space.family},
+                                       {"label", space.label}}));
     answer.set("spaces", published);
     Json inactive = Json::array();
-    for (const Space* space : list.get_inactive())
-        inactive.push(
-            facts_to_json(*space, {{"name", space->name.get_data()}, {"family", space->family.get_data()}}));
+    for (const workflow::DescribedSpace& space : workflow::get_inactive_spaces())
+        inactive.push(to_json(space, {{"name", space.name}, {"family", space.family}}));
     answer.set("inactive_spaces", inactive);
 }
 

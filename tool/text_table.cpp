@@ -4,6 +4,8 @@
 #include <cassert>
 #include <utility>
 
+#include <fmt/ranges.h>
+
 #include "tool/console.h"
 
 namespace tool {
@@ -62,6 +64,10 @@ std::string TextTable::format_row(const std::vector<std::string>& cells) const {
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
+}
+
+std::string join(const std::vector<std::string>& texts, const char* separator) {
+    return fmt::format("{}", fmt::join(texts, separator));
 }
 
 std::string count_things(std::size_t count, const char* singular) {

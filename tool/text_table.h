@@ -27,6 +27,9 @@ private:
     std::vector<std::size_t> widths;
 };
 
+/// "lin, render space".
+std::string join(const std::vector<std::string>& texts, const char* separator = ", ");
+
 /// "2 color spaces", "1 view".
 std::string count_things(std::size_t count, const char* singular);
 

@@ -4,6 +4,19 @@
 
 namespace tool {
 
+std::string describe(const workflow::ConfigSource& source) {
+    switch (source.kind) {
+    case workflow::ConfigSource::FILE:
+        return source.path + " (--config)";
+    case workflow::ConfigSource::ENVIRONMENT:
+        return source.path + " ($OCIO)";
+    case workflow::ConfigSource::PREFERENCES:
+        return source.path + " (preferences)";
+    default:
+        return source.get_name();
+    }
+}
+
 workflow::SessionOptions make_options(const SessionChoice& choice, Console& console) {
     workflow::SessionOptions options = choice;
     if (choice.verbose)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "workflow/session.h"
 
 namespace tool {
@@ -10,6 +12,10 @@ class Console;
 struct SessionChoice : workflow::SessionOptions {
     bool verbose = false; ///< Show every message of the log.
 };
+
+/// Where a config comes from: "/show/aces.ocio (--config)", "/show/aces.ocio ($OCIO)",
+/// "/show/aces.ocio (preferences)" or "the built-in config".
+std::string describe(const workflow::ConfigSource& source);
 
 /// Session options whose log goes to the console if `choice.verbose` is set. `console` must outlive the
 /// session.

@@ -1,20 +1,19 @@
 #include "tool/transform_list.h"
-#include "tool/json.h"
 
 #include <string>
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_inspection.h"
 #include "tool/console.h"
-#include "tool/entry_cells.h"
+#include "tool/json_output.h"
 #include "tool/text_table.h"
+#include "workflow/published_names.h"
 
 namespace tool {
 
 namespace {
 
-using NamedTransform = ColorIOInspection::NamedTransform;
+using NamedTransform = workflow::DescribedTransform;
 
 const char* describe_directions(const NamedTransform& transform) {
     if (transform.has_forward && transform.has_inverse)
@@ -27,14 +26,14 @@ const char* describe_directions(const NamedTransform& transform) {
 void print_named_transforms(Console& console, bool with_inactive) {
     TextTable table({"named transform", "family", "directions", "encoding", "categories", "aliases", ""});
     std::size_t left_out = 0;
-    for (const NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
+    for (const NamedTransform& transform : workflow::get_named_transforms()) {
         if (!transform.is_active && !with_inactive) {
             ++left_out;
             continue;
         }
-        table.add_row({transform.name.get_data(), transform.family.get_data(), describe_directions(transform),
-                       transform.encoding.get_data(), join_texts(transform.categories),
-                       join_texts(transform.aliases), transform.is_active ? "" : "inactive"});
+        table.add_row({transform.name, transform.family, describe_directions(transform),
+                       transform.facts.encoding, join(transform.facts.categories),
+                       join(transform.facts.aliases), transform.is_active ? "" : "inactive"});
     }
     table.drop_empty_columns();
     if (table.count_rows() > 0)
@@ -47,18 +46,18 @@ void print_named_transforms(Console& console, bool with_inactive) {
 }
 
 bool has_named_transforms() {
-    return ColorIOInspection::get_named_transforms().get_count() > 0;
+    return !workflow::get_named_transforms().empty();
 }
 
 void add_named_transforms_to_json(Json& answer) {
     Json list = Json::array();
-    for (const NamedTransform& transform : ColorIOInspection::get_named_transforms()) {
-        Json item = {{"name", transform.name.get_data()},
-                     {"family", transform.family.get_data()},
+    for (const NamedTransform& transform : workflow::get_named_transforms()) {
+        Json item = {{"name", transform.name},
+                     {"family", transform.family},
                      {"active", transform.is_active},
                      {"forward", transform.has_forward},
                      {"inverse", transform.has_inverse}};
-        add_entry_to_json(transform, item);
+        add_facts(transform.facts, item);
         list.push(item);
     }
     answer.set("named_transforms", list);

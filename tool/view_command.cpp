@@ -102,6 +102,10 @@ public:
                                   !headless);
             report_source(model, console);
             show(viewer, scripts, console, headless);
+        } catch (const viewer::NoDisplayError& error) {
+            diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
+                              fmt::format("cannot show images: {}", error.what()),
+                              "--screenshot works without one");
         } catch (const gl::GlError& error) {
             diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
                               fmt::format("cannot show images: {}", error.what()));

@@ -1,5 +1,4 @@
 #include "tool/view_list.h"
-#include "tool/json.h"
 
 #include <string>
 #include <vector>
@@ -7,7 +6,6 @@
 #include <fmt/format.h>
 
 #include "tool/console.h"
-#include "tool/entry_cells.h"
 #include "tool/text_table.h"
 #include "workflow/published_names.h"
 

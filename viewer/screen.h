@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "gl/gl_error.h"
+
 namespace viewer {
 
 /// Where the viewer draws: a window, or an image in memory. Its OpenGL 3.3 core context is current as long
@@ -35,6 +37,12 @@ public:
 
 /// A screen without a window. Throws GlError.
 std::unique_ptr<Screen> make_offscreen(Screen::Size size);
+
+/// There is no display to open a window on.
+class NoDisplayError : public gl::GlError {
+public:
+    using GlError::GlError;
+};
 
 /// A window. Throws GlError when none can be opened.
 std::unique_ptr<Screen> make_window(Screen::Size size, const std::string& title);

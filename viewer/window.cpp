@@ -35,8 +35,7 @@ class Library {
 public:
     Library() {
         if (!glfwInit())
-            throw gl::GlError("no display to open a window on (" + get_glfw_error() +
-                              "); --screenshot works without one");
+            throw NoDisplayError("no display to open a window on (" + get_glfw_error() + ")");
     }
     ~Library() { glfwTerminate(); }
     Library(const Library&) = delete;

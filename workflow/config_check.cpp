@@ -10,6 +10,7 @@
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
 #include "workflow/published_names.h"
+#include "workflow/session.h"
 
 namespace workflow {
 
@@ -140,6 +141,22 @@ private:
 
 CheckReport check_config() {
     return ConfigCheck().run();
+}
+
+ConfigFindings examine_config(const SessionOptions& options) {
+    ConfigFindings findings;
+    try {
+        const Session session(options);
+        findings.source = session.get_source();
+        findings.messages = session.get_load_diagnostics();
+        findings.report = check_config();
+    } catch (const ConfigFailure& failure) {
+        const diagnostics::Diagnostics& reasons = failure.get_diagnostics();
+        findings.source = failure.get_source();
+        findings.refusal = reasons.front();
+        findings.messages.assign(reasons.begin() + 1, reasons.end());
+    }
+    return findings;
 }
 
 } // namespace workflow

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "diagnostics/diagnostic.h"
+#include "workflow/config_source.h"
+#include "workflow/session_options.h"
 
 namespace workflow {
 
@@ -42,5 +45,19 @@ struct CheckReport {
 /// to every view, and named transforms, inactive color spaces, looks and view transforms. Needs an open
 /// session. What fails is in the report, not thrown.
 CheckReport check_config();
+
+/// A config, with what was found while it was loaded and checked.
+struct ConfigFindings {
+    ConfigSource source;
+    diagnostics::Diagnostics messages;              ///< Reported while the config was loaded.
+    std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
+    CheckReport report;
+
+    bool is_good() const { return !refusal && report.failures.empty() && !diagnostics::has_error(messages); }
+};
+
+/// Opens a session and checks its config. Throws diagnostics::Failure when a session cannot be opened for
+/// another reason than its config.
+ConfigFindings examine_config(const SessionOptions& options);
 
 } // namespace workflow

@@ -14,19 +14,6 @@ std::string ConfigSource::get_name() const {
     return is_in_library(path) ? path : std::filesystem::path(path).filename().string();
 }
 
-std::string ConfigSource::describe() const {
-    switch (kind) {
-    case FILE:
-        return path + " (--config)";
-    case ENVIRONMENT:
-        return path + " ($OCIO)";
-    case PREFERENCES:
-        return path + " (preferences)";
-    default:
-        return get_name();
-    }
-}
-
 bool is_in_library(const std::string& path) {
     return path.rfind("ocio://", 0) == 0;
 }

@@ -17,9 +17,6 @@ struct ConfigSource {
     bool is_file() const { return kind == FILE || kind == PREFERENCES; }
     /// For messages: "aces.ocio", or "the built-in config".
     std::string get_name() const;
-    /// For results: "/show/aces.ocio (--config)", "/show/aces.ocio ($OCIO)",
-    /// "/show/aces.ocio (preferences)" or "the built-in config".
-    std::string describe() const;
 };
 
 /// True for the name of a config that OpenColorIO 2.2 and later contain: "ocio://default".

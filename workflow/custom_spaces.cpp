@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "colorio/color_io.h"
 #include "diagnostics/failure.h"
 
 namespace workflow {
@@ -51,6 +52,10 @@ std::vector<ColorSpaceDef> get_custom_spaces() {
         if (!space.is_builtin)
             spaces.push_back(space);
     return spaces;
+}
+
+bool is_usable(const ColorSpaceDef& space) {
+    return ColorIO::color_space_exists(get_label(space).c_str());
 }
 
 std::string get_label(const ColorSpaceDef& space) {

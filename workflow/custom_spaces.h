@@ -12,6 +12,9 @@ namespace workflow {
 /// The custom color spaces of the running module. Needs an open session.
 std::vector<ColorIOManager::ColorSpaceDef> get_custom_spaces();
 
+/// False when a file of the color space is missing or has errors.
+bool is_usable(const ColorIOManager::ColorSpaceDef& space);
+
 /// Label under which the module publishes the color space: "Tavelion|film".
 std::string get_label(const ColorIOManager::ColorSpaceDef& space);
 

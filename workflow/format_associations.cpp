@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "colorio/color_io.h"
 #include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_manager.h"
@@ -12,6 +13,7 @@
 #include "host/of/of_app.h"
 #include "host/sys/sys_filesystem.h"
 #include "standalone/standalone_app.h"
+#include "workflow/name_resolution.h"
 #include "workflow/nearest_names.h"
 #include "workflow/session.h"
 
@@ -62,7 +64,7 @@ std::vector<FormatAssociation> get_format_associations() {
 }
 
 std::string describe_association_source() {
-    if (!ColorIOAutoDetection::get_instance()->is_file_config())
+    if (!uses_mapping_file())
         return "the built-in associations";
     const OfApp& app = *ColorIOManager::get_instance()->get_app();
     return fmt::format("the mapping file '{}'", app.get_color_space_by_extension_file_path().view());
@@ -72,7 +74,7 @@ std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& sessio
     const StandaloneApp& wanted = session.get_preferences().get_app();
     const std::string path = wanted.get_color_space_by_extension_file_path().get_data();
     const bool is_wanted = wanted.get_use_color_space_by_extension_file() != 0 && !path.empty();
-    if (!is_wanted || ColorIOAutoDetection::get_instance()->is_file_config())
+    if (!is_wanted || uses_mapping_file())
         return std::nullopt;
     Diagnostic reason = diagnostics::make_file_error(Code::FILE_MISSING, "no reason is known", path);
     for (const Diagnostic& reported : session.get_load_diagnostics())
@@ -83,6 +85,24 @@ std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& sessio
     reason.severity = diagnostics::Severity::WARNING;
     reason.message = "the mapping file of the preferences is not used: " + reason.message;
     return reason;
+}
+
+bool uses_mapping_file() {
+    return ColorIOAutoDetection::get_instance()->is_file_config();
+}
+
+bool has_color_space(const FormatAssociation& association) {
+    return ColorIO::color_space_exists(association.color_space.c_str());
+}
+
+std::optional<diagnostics::Diagnostic> find_overriding_mapping(const Session& session) {
+    const StandaloneApp& app = session.get_preferences().get_app();
+    const CoreString& path = app.get_color_space_by_extension_file_path();
+    if (app.get_use_color_space_by_extension_file() == 0 || path.is_empty())
+        return std::nullopt;
+    return diagnostics::make_warning(
+        Code::FORMAT_SHADOWED,
+        fmt::format("the preferences use the mapping file '{}' instead of these associations", path.view()));
 }
 
 FormatAssociation find_format_association(const std::string& extension) {
@@ -135,18 +155,49 @@ std::string normalize_extensions(const std::string& text) {
     return fmt::format("{}", fmt::join(extensions, ", "));
 }
 
-std::vector<std::string> find_shadowed_extensions(const std::string& category) {
-    std::vector<std::string> notes;
+diagnostics::Diagnostics find_shadowed_extensions(const std::string& category) {
+    diagnostics::Diagnostics warnings;
     const FormatAssociation association = get_format_associations()[find_category(category)];
     for (const std::string& extension : association.extensions) {
         const FormatAssociation decisive = find_format_association(extension);
         if (decisive.category != category && !is_fallback_category(category))
-            notes.push_back(
+            warnings.push_back(diagnostics::make_warning(
+                Code::FORMAT_SHADOWED,
                 fmt::format("the color space of .{} files is still '{}', because the category '{}' "
                             "takes precedence",
-                            extension, decisive.color_space, decisive.category));
+                            extension, decisive.color_space, decisive.category)));
     }
-    return notes;
+    return warnings;
+}
+
+void add_format(Session& session, const std::string& category, const std::string& extensions,
+                const std::string& color_space) {
+    const std::vector<FormatAssociation> known = get_format_associations();
+    if (std::any_of(known.begin(), known.end(),
+                    [&](const FormatAssociation& one) { return one.category == category; }))
+        diagnostics::fail(Code::NAME_DUPLICATE, fmt::format("a format named '{}' already exists", category));
+    const std::string label = resolve_color_space(session, color_space).label;
+    ColorIOAutoDetection::get_instance()->add_file_format(
+        category.c_str(), normalize_extensions(extensions).c_str(), label.c_str());
+}
+
+void change_format(Session& session, const std::string& category, const std::string& extensions,
+                   const std::string& color_space) {
+    ColorIOAutoDetection& detection = *ColorIOAutoDetection::get_instance();
+    const unsigned int row = find_category(category);
+    if (!extensions.empty())
+        detection.set_extension_from_file_format(row, normalize_extensions(extensions).c_str());
+    if (!color_space.empty())
+        detection.set_default_color_space_from_file_format(
+            row, resolve_color_space(session, color_space).label.c_str());
+}
+
+void remove_format(Session&, const std::string& category) {
+    const unsigned int row = find_category(category);
+    if (is_builtin_category(category))
+        diagnostics::fail(Code::USAGE_REFUSED,
+                          fmt::format("cannot remove '{}': it is a built-in format", category));
+    ColorIOAutoDetection::get_instance()->remove_file_format(row);
 }
 
 } // namespace workflow

@@ -24,8 +24,15 @@ struct FormatAssociation {
 std::vector<FormatAssociation> get_format_associations();
 /// For messages: "the mapping file 'x.yaml'" or "the built-in associations".
 std::string describe_association_source();
+/// Whether the active associations are those of a mapping file.
+bool uses_mapping_file();
+/// Whether the active config has the color space of the association.
+bool has_color_space(const FormatAssociation& association);
 /// A warning with the reason if the module could not use the mapping file of the preferences.
 std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& session);
+
+/// A warning if a mapping file is used instead of the associations of the preferences.
+std::optional<diagnostics::Diagnostic> find_overriding_mapping(const Session& session);
 
 /// The association of an extension, by the module's rule: the first that lists it and has another color space
 /// than "default", else the last that lists it, else "default".
@@ -44,7 +51,20 @@ unsigned int find_category(const std::string& category);
 /// ", ". Throws diagnostics::Failure when there is none.
 std::string normalize_extensions(const std::string& text);
 
-/// A sentence for each extension of `category` whose color space is decided by another category.
-std::vector<std::string> find_shadowed_extensions(const std::string& category);
+/// A warning for each extension of `category` whose color space is decided by another category.
+diagnostics::Diagnostics find_shadowed_extensions(const std::string& category);
+
+// Edits of the associations in a session with PreferenceUse::CHANGE; Session::save_preferences saves them.
+// `extensions` is a comma-separated list, `color_space` any name that `resolve_color_space` accepts. All
+// throw diagnostics::Failure.
+
+/// Adds a category. Throws NAME_DUPLICATE if it exists.
+void add_format(Session& session, const std::string& category, const std::string& extensions,
+                const std::string& color_space);
+/// Changes a category. Empty arguments change nothing.
+void change_format(Session& session, const std::string& category, const std::string& extensions,
+                   const std::string& color_space);
+/// Removes a category. Throws USAGE_REFUSED if it is built in.
+void remove_format(Session& session, const std::string& category);
 
 } // namespace workflow

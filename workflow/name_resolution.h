@@ -18,7 +18,7 @@ struct ResolvedSpace {
     NameKind kind;
 };
 
-/// For `--why`: "a role", "an alias".
+/// For explanations: "a role", "an alias".
 const char* describe_kind(NameKind kind);
 
 /// Finds the color space for a label, a name without its family or a role, else for one of these in another

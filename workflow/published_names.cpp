@@ -1,5 +1,9 @@
 #include "workflow/published_names.h"
 
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
 #include "colorio/color_io.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
@@ -12,6 +16,24 @@ constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 
 std::string to_string(const CoreBasicString& text) {
     return std::string(text.view());
+}
+
+std::vector<std::string> to_strings(const CoreBasicArray<CoreString>& texts) {
+    std::vector<std::string> strings;
+    for (const CoreString& text : texts)
+        strings.push_back(to_string(text));
+    return strings;
+}
+
+EntryFacts get_facts(const ColorIOInspection::Entry& entry) {
+    return {to_string(entry.encoding), to_strings(entry.categories), to_strings(entry.aliases),
+            to_string(entry.description)};
+}
+
+void describe_space(const ColorIOInspection::ColorSpace& entry, DescribedSpace& space) {
+    space.facts = get_facts(entry);
+    space.is_display_referred = entry.is_display_referred;
+    space.is_data = entry.is_data;
 }
 
 PublishedView describe_view(const ColorIOInspection::View& facts) {
@@ -45,6 +67,43 @@ std::vector<PublishedSpace> get_published_spaces() {
         spaces.push_back(std::move(space));
     }
     return spaces;
+}
+
+std::vector<DescribedSpace> get_described_spaces() {
+    const CoreVector<ColorIOInspection::ColorSpace> entries = ColorIOInspection::get_color_spaces();
+    std::unordered_map<std::string_view, const ColorIOInspection::ColorSpace*> by_name;
+    for (const ColorIOInspection::ColorSpace& entry : entries)
+        by_name.emplace(entry.name.view(), &entry);
+    std::vector<DescribedSpace> spaces;
+    for (PublishedSpace& published : get_published_spaces()) {
+        DescribedSpace& space = spaces.emplace_back();
+        static_cast<PublishedSpace&>(space) = std::move(published);
+        if (const auto found = by_name.find(space.name); found != by_name.end())
+            describe_space(*found->second, space);
+    }
+    return spaces;
+}
+
+std::vector<DescribedSpace> get_inactive_spaces() {
+    std::vector<DescribedSpace> spaces;
+    for (const ColorIOInspection::ColorSpace& entry : ColorIOInspection::get_color_spaces()) {
+        if (entry.is_active)
+            continue;
+        DescribedSpace& space = spaces.emplace_back();
+        space.name = to_string(entry.name);
+        space.family = to_string(entry.family);
+        space.label = make_label(space.family, space.name);
+        describe_space(entry, space);
+    }
+    return spaces;
+}
+
+std::vector<DescribedTransform> get_named_transforms() {
+    std::vector<DescribedTransform> transforms;
+    for (const ColorIOInspection::NamedTransform& entry : ColorIOInspection::get_named_transforms())
+        transforms.push_back({to_string(entry.name), to_string(entry.family), get_facts(entry),
+                              entry.has_forward, entry.has_inverse, entry.is_active});
+    return transforms;
 }
 
 std::vector<PublishedView> get_published_views() {

@@ -13,6 +13,30 @@ struct PublishedSpace {
     std::string name;
 };
 
+/// What a config says of a color space or a named transform beyond its name.
+struct EntryFacts {
+    std::string encoding; ///< "scene-linear", "log" and so on; may be empty.
+    std::vector<std::string> categories;
+    std::vector<std::string> aliases; ///< Other names that the config accepts.
+    std::string description;          ///< May be empty, and have several lines.
+};
+
+struct DescribedSpace : PublishedSpace {
+    EntryFacts facts;
+    bool is_display_referred = false; ///< Else scene-referred.
+    bool is_data = false;             ///< Never converted.
+};
+
+/// A named transform. A direction that the config does not define is the inverse of the other.
+struct DescribedTransform {
+    std::string name;
+    std::string family; ///< May be empty.
+    EntryFacts facts;
+    bool has_forward = false;
+    bool has_inverse = false;
+    bool is_active = true;
+};
+
 struct PublishedView {
     std::string label; ///< Unique: "Tavelion.sRGB".
     std::string display;
@@ -36,6 +60,12 @@ struct PublishedRole {
 };
 
 std::vector<PublishedSpace> get_published_spaces();
+/// The same with what the config says of them, which takes longer.
+std::vector<DescribedSpace> get_described_spaces();
+/// Color spaces that the config declares inactive; they are not published.
+std::vector<DescribedSpace> get_inactive_spaces();
+/// All named transforms, inactive ones included.
+std::vector<DescribedTransform> get_named_transforms();
 std::vector<PublishedView> get_published_views();
 /// Views hidden by the config's lists active_displays and active_views.
 std::vector<PublishedView> get_hidden_views();

@@ -30,14 +30,9 @@ using diagnostics::Severity;
 
 /// Hint for a config that cannot be loaded.
 std::string get_remedy(ConfigSource::Kind kind) {
-    switch (kind) {
-    case ConfigSource::ENVIRONMENT:
-        return "set OCIO to a usable config, or unset it for the built-in config";
-    case ConfigSource::PREFERENCES:
-        return "use another config with --config, or ignore the preferences with --no-prefs";
-    default:
-        return "";
-    }
+    return kind == ConfigSource::ENVIRONMENT
+               ? "set OCIO to a usable config, or unset it for the built-in config"
+               : "";
 }
 
 std::string describe_origin(ConfigSource::Kind kind) {

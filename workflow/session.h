@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -8,6 +7,7 @@
 
 #include "diagnostics/failure.h"
 #include "workflow/config_source.h"
+#include "workflow/session_options.h"
 #include "workflow/user_preferences.h"
 
 class StandaloneApp;
@@ -15,17 +15,6 @@ class StandaloneApp;
 namespace workflow {
 
 class LogForwarding;
-
-/// Options of a session.
-struct SessionOptions {
-    std::string config_path;          ///< OCIO config; empty for $OCIO, then the config of the preferences.
-    bool builtin_only = false;        ///< Ignore the above and use the built-in config.
-    std::string preferences_path;     ///< Preferences file; empty for the default one of the user.
-    bool no_preferences = false;      ///< Use no preferences file.
-    std::vector<std::string> context; ///< Values of context variables: "SHOT=sq010".
-    /// Receives every log message of the module and of OpenColorIO, from any thread; may be empty.
-    std::function<void(const std::string& message)> on_log;
-};
 
 /// The selected config cannot be used.
 class ConfigFailure : public diagnostics::Failure {

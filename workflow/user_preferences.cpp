@@ -5,11 +5,9 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
-#include "diagnostics/failure.h"
 #include "host/parser/parser_entry.h"
 #include "standalone/preferences.h"
 #include "standalone/standalone_app.h"
-#include "workflow/session.h"
 
 namespace workflow {
 
@@ -24,8 +22,9 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.preferences_path.empty()) {
         const std::string path = PreferenceFile::get_default_path().get_data();
         if (path.empty() && use == PreferenceUse::CHANGE)
-            diagnostics::fail(Code::USAGE, "cannot locate the preferences file: no home folder",
-                              "set HOME or XDG_CONFIG_HOME, or use --prefs");
+            throw NoHomeFailure(
+                with_hint(make_error(Code::USAGE, "cannot locate the preferences file: no home folder"),
+                          "set HOME or XDG_CONFIG_HOME"));
         return path;
     }
     std::error_code error;

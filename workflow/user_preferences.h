@@ -3,25 +3,28 @@
 #include <memory>
 #include <string>
 
-#include "diagnostics/diagnostic.h"
+#include "diagnostics/failure.h"
+#include "workflow/session_options.h"
 
 class PreferenceFile;
 class StandaloneApp;
 
 namespace workflow {
 
-struct SessionOptions;
-
-/// What a session does with the preferences: apply them, show the contents of the file, or change them.
-enum class PreferenceUse { READ, SHOW, CHANGE };
+/// There is no default path of a preferences file to change: the user has no home folder.
+class NoHomeFailure : public diagnostics::Failure {
+public:
+    using Failure::Failure;
+};
 
 /// The preferences file of a session, as read at its start. Uses no file with `no_preferences` and when the
 /// user has no home folder.
 class UserPreferences {
 public:
     /// Throws diagnostics::Failure when the file given in the options, or any file that is to be changed,
-    /// cannot be used. Other errors of the default file become warnings. With CHANGE the file is locked until
-    /// this object has saved or ends; other processes that change it wait.
+    /// cannot be used, as NoHomeFailure when there is none to be changed. Other errors of the default file
+    /// become warnings. With CHANGE the file is locked until this object has saved or ends; other processes
+    /// that change it wait.
     UserPreferences(const SessionOptions& options, PreferenceUse use);
     ~UserPreferences();
 

@@ -31,7 +31,7 @@ TEST_F(Sessions, UseTheConfigThatTheOptionsName) {
     const Session session(show_options());
     EXPECT_EQ(session.get_source().kind, ConfigSource::FILE);
     EXPECT_EQ(session.get_config_name(), "show.ocio");
-    EXPECT_EQ(session.get_source().describe(), folder.file("show.ocio") + " (--config)");
+    EXPECT_EQ(session.get_source().path, folder.file("show.ocio"));
     EXPECT_THAT(workflow::get_published_spaces(),
                 Contains(Field(&workflow::PublishedSpace::name, "half_light")));
 }
