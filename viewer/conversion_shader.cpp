@@ -2,13 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_converter.h"
+#include "diagnostics/failure.h"
 #include "gl/float_textures.h"
 #include "gl/full_screen_pass.h"
 #include "gl/gl_error.h"
-#include "host/core/core_array.h"
-#include "host/core/core_string.h"
-#include "workflow/conversion.h"
+#include "workflow/gpu_package.h"
 
 namespace viewer {
 
@@ -33,31 +31,20 @@ void main() {
 }
 )";
 
-} // namespace
-
-/// The module's shader of one part of a conversion.
-struct ConversionShader::StageData {
-    CoreString text;
-    CoreArray<float> table;
-    unsigned int edge;
-};
-
-std::vector<ConversionShader::StageData>
-ConversionShader::get_stages(const workflow::Conversion* conversion) {
-    std::vector<StageData> stages;
+std::vector<workflow::GpuConversion> get_stages(const workflow::Conversion* conversion) {
     if (!conversion)
-        return stages;
-    for (const workflow::Conversion::Stage& stage : conversion->get_stages()) {
-        StageData& data = stages.emplace_back();
-        data.edge = stage.converter->get_lut_3d_edge_size();
-        if (!stage.converter->get_gpu_shader_data(data.text, data.table, ColorIOConverter::GLSL_VERSION_CORE))
-            throw gl::GlError("a conversion is not available for the GPU");
+        return {};
+    try {
+        return workflow::get_gpu_stages(*conversion, gl::GlProfile::CORE);
+    } catch (const diagnostics::Failure& failure) {
+        throw gl::GlError(failure.what());
     }
-    return stages;
 }
 
+} // namespace
+
 /// The functions of all conversions have one name, so each gets another.
-std::string ConversionShader::make_text(const std::vector<StageData>& stages, std::size_t exposure_position) {
+std::string ConversionShader::make_text(const Stages& stages, std::size_t exposure_position) {
     std::string text = gl::FullScreenPass::get_version_line(gl::GlProfile::CORE) + HEAD;
     std::string body;
     for (std::size_t i = 0; i <= stages.size(); ++i) {
@@ -67,7 +54,7 @@ std::string ConversionShader::make_text(const std::vector<StageData>& stages, st
             break;
         text += fmt::format("uniform sampler3D table_{0};\n#define OCIODisplay convert_{0}\n{1}\n"
                             "#undef OCIODisplay\n",
-                            i, stages[i].text.get_data());
+                            i, stages[i].text);
         body += fmt::format("    color = convert_{0}(color, table_{0});\n", i);
     }
     return text + "vec4 convert(vec4 color) {\n" + body + "    return color;\n}\n" + MAIN;
@@ -76,14 +63,14 @@ std::string ConversionShader::make_text(const std::vector<StageData>& stages, st
 ConversionShader::ConversionShader(const workflow::Conversion* conversion)
     : ConversionShader(get_stages(conversion), conversion ? conversion->get_exposure_position() : 0) {}
 
-ConversionShader::ConversionShader(const std::vector<StageData>& stages, std::size_t exposure_position)
+ConversionShader::ConversionShader(const Stages& stages, std::size_t exposure_position)
     : program(gl::FullScreenPass::get_vertex_text(gl::GlProfile::CORE), make_text(stages, exposure_position)),
       tables(stages.size()) {
     program.use();
     glUniform1i(program.get_uniform("image"), 0);
     for (std::size_t i = 0; i < stages.size(); ++i) {
         const auto unit = static_cast<GLint>(i + 1);
-        gl::upload_table(tables[i], stages[i].table.begin(), static_cast<int>(stages[i].edge));
+        gl::upload_table(tables[i], stages[i].lut.data(), static_cast<int>(stages[i].edge));
         glUniform1i(program.get_uniform(fmt::format("table_{}", i).c_str()), unit);
     }
 }

@@ -8,7 +8,8 @@
 
 namespace workflow {
 class Conversion;
-}
+struct GpuConversion;
+} // namespace workflow
 
 namespace viewer {
 
@@ -33,10 +34,10 @@ public:
     void use(const DrawParameters& parameters) const;
 
 private:
-    struct StageData;
-    static std::vector<StageData> get_stages(const workflow::Conversion* conversion);
-    static std::string make_text(const std::vector<StageData>& stages, std::size_t exposure_position);
-    ConversionShader(const std::vector<StageData>& stages, std::size_t exposure_position);
+    using Stages = std::vector<workflow::GpuConversion>;
+
+    static std::string make_text(const Stages& stages, std::size_t exposure_position);
+    ConversionShader(const Stages& stages, std::size_t exposure_position);
 
     gl::GlProgram program;
     std::vector<gl::GlTexture> tables; ///< In texture units 1 and up.

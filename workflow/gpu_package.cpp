@@ -17,32 +17,48 @@ namespace {
 
 constexpr char FILE_STEM[] = "OCIODisplay";
 
-} // namespace
+std::string describe_failure(const Conversion& conversion) {
+    return fmt::format("cannot make a shader from '{}' to '{}'", conversion.get_source(),
+                       conversion.get_destination());
+}
 
-GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile) {
-    const std::vector<Conversion::Stage>& stages = conversion.get_stages();
-    CoreString text;
-    CoreArray<float> lut;
+GpuConversion make_gpu_stage(const Conversion& conversion, const Conversion::Stage& stage,
+                             gl::GlProfile profile) {
     const auto version = profile == gl::GlProfile::CORE ? ColorIOConverter::GLSL_VERSION_CORE
                                                         : ColorIOConverter::GLSL_VERSION_LEGACY;
-    const std::string what = fmt::format("cannot make a shader from '{}' to '{}'", conversion.get_source(),
-                                         conversion.get_destination());
+    CoreString text;
+    CoreArray<float> lut;
+    ColorIODiagnostics collector;
+    bool is_made = false;
+    try {
+        is_made = stage.converter->get_gpu_shader_data(text, lut, version);
+    } catch (const std::exception&) {
+        // The module reported the reason.
+    }
+    if (!is_made)
+        throw diagnostics::Failure(diagnostics::add_context(describe_failure(conversion), collector.take(),
+                                                            diagnostics::Code::GPU_UNAVAILABLE));
+    return {text.get_data(), {lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()};
+}
+
+} // namespace
+
+std::vector<GpuConversion> get_gpu_stages(const Conversion& conversion, gl::GlProfile profile) {
+    std::vector<GpuConversion> stages;
+    for (const Conversion::Stage& stage : conversion.get_stages())
+        stages.push_back(make_gpu_stage(conversion, stage, profile));
+    return stages;
+}
+
+GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile) {
+    const std::string what = describe_failure(conversion);
+    const std::vector<Conversion::Stage>& stages = conversion.get_stages();
     if (stages.empty())
         diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, what + ": source and destination are the same");
     if (stages.size() > 1)
         diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
                           fmt::format("{}: this conversion needs {} shaders", what, stages.size()));
-    ColorIODiagnostics collector;
-    bool is_made = false;
-    try {
-        is_made = stages.front().converter->get_gpu_shader_data(text, lut, version);
-    } catch (const std::exception&) {
-        // The module reported the reason.
-    }
-    if (!is_made)
-        throw diagnostics::Failure(
-            diagnostics::add_context(what, collector.take(), diagnostics::Code::GPU_UNAVAILABLE));
-    return {text.get_data(), {lut.begin(), lut.end()}, stages.front().converter->get_lut_3d_edge_size()};
+    return get_gpu_stages(conversion, profile).front();
 }
 
 std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, const std::string& folder) {

@@ -8,12 +8,16 @@
 
 namespace workflow {
 
-/// A conversion as GLSL text and a 3D LUT.
+/// A conversion, or one stage of it, as GLSL text and a 3D LUT.
 struct GpuConversion {
     std::string text;       ///< Defines `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)`.
     std::vector<float> lut; ///< The 3D LUT: edge^3 RGB colors, red fastest.
     unsigned int edge;      ///< Colors along an edge of the 3D LUT: 32.
 };
+
+/// The GPU forms of the stages, in the order of their application. Throws diagnostics::Failure when one has
+/// none.
+std::vector<GpuConversion> get_gpu_stages(const Conversion& conversion, gl::GlProfile profile);
 
 /// The GPU form of a conversion. Throws diagnostics::Failure for an identity, and for one with a CDL or an
 /// exposure, which has several stages.

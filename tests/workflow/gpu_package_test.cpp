@@ -32,6 +32,25 @@ TEST_F(GpuPackages, HoldTheTextAndItsLut) {
         EXPECT_TRUE(std::filesystem::file_size(file) > 0) << file;
 }
 
+TEST_F(GpuPackages, HoldOneStageOfSeveralAlone) {
+    const workflow::Session session(show_options());
+    ConversionRequest request;
+    request.from = "half_light";
+    request.view = "Monitor.Warm";
+    request.takes_exposure = true;
+    const workflow::Conversion conversion(session, request);
+    const std::vector<workflow::GpuConversion> stages =
+        workflow::get_gpu_stages(conversion, gl::GlProfile::CORE);
+    ASSERT_EQ(stages.size(), conversion.get_stages().size());
+    ASSERT_THAT(stages, SizeIs(2));
+    for (const workflow::GpuConversion& stage : stages) {
+        EXPECT_THAT(stage.text, HasSubstr("OCIODisplay"));
+        EXPECT_THAT(stage.lut, SizeIs(3u * 32 * 32 * 32));
+    }
+    EXPECT_EQ(failure_of([&] { workflow::make_gpu_conversion(conversion, gl::GlProfile::CORE); }).code,
+              diagnostics::Code::GPU_UNAVAILABLE);
+}
+
 TEST_F(GpuPackages, FailWhereTheFolderCannotBeMade) {
     const workflow::Session session(show_options());
     ConversionRequest request;
