@@ -21,32 +21,27 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio check --config show.ocio
   OCIO=/shows/a/config.ocio colorio check --json)";
 
-/// The name of a kind of subject, in text and in JSON.
-struct SubjectNames {
-    const char* text;
-    const char* json;
-};
-
-SubjectNames get_names(workflow::CheckFailure::Subject subject) {
+/// In text and in JSON.
+const char* get_name(workflow::CheckFailure::Subject subject) {
     switch (subject) {
     case workflow::CheckFailure::VIEW:
-        return {"view", "view"};
+        return "view";
     case workflow::CheckFailure::NAMED_TRANSFORM:
-        return {"named transform", "named transform"};
+        return "named transform";
     case workflow::CheckFailure::INACTIVE_COLOR_SPACE:
-        return {"inactive color space", "inactive color space"};
+        return "inactive color space";
     case workflow::CheckFailure::LOOK:
-        return {"look", "look"};
+        return "look";
     case workflow::CheckFailure::VIEW_TRANSFORM:
-        return {"view transform", "view transform"};
+        return "view transform";
     case workflow::CheckFailure::COLOR_SPACE:
         break;
     }
-    return {"color space", "color space"};
+    return "color space";
 }
 
 std::string describe(const workflow::CheckFailure& failure) {
-    std::string subject = fmt::format("{} '{}'", get_names(failure.subject).text, failure.name);
+    std::string subject = fmt::format("{} '{}'", get_name(failure.subject), failure.name);
     if (!failure.directions.empty())
         subject += ", " + join(failure.directions, " and ");
     if (!failure.path.empty())
@@ -133,18 +128,14 @@ void print_text(const workflow::ConfigFindings& findings, Console& console) {
     print_report(findings.report, console);
 }
 
-Json failure_to_json(const workflow::CheckFailure& failure) {
-    return {{"what", get_names(failure.subject).json},
-            {"name", failure.name},
-            {"directions", failure.directions},
-            {"path", failure.path},
-            {"reason", to_json(failure.reason)}};
-}
-
 Json failures_to_json(const std::vector<workflow::CheckFailure>& failures) {
     Json list = Json::array();
     for (const workflow::CheckFailure& failure : failures)
-        list.push(failure_to_json(failure));
+        list.push({{"what", get_name(failure.subject)},
+                   {"name", failure.name},
+                   {"directions", failure.directions},
+                   {"path", failure.path},
+                   {"reason", to_json(failure.reason)}});
     return list;
 }
 
