@@ -15,8 +15,8 @@
 #include "tool/source_space.h"
 #include "tool/tool_session.h"
 #include "workflow/conversion.h"
+#include "workflow/frame_jobs.h"
 #include "workflow/frame_pattern.h"
-#include "workflow/frame_range.h"
 #include "workflow/image_conversion.h"
 #include "workflow/name_resolution.h"
 #include "workflow/published_names.h"
@@ -55,7 +55,6 @@ public:
 
 private:
     void check_usage();
-    std::vector<workflow::ImageJob> make_jobs() const;
     bool is_sequence() const { return !frames.empty(); }
     workflow::ImageSettings make_settings(const workflow::Conversion& conversion) const;
     void settle_source(const workflow::Session& session, Console& console);
@@ -143,20 +142,11 @@ void ConvertCommand::check_usage() {
                 fmt::format("no frame number in '{}': --frames needs a pattern such as %04d or ####", path));
 }
 
-std::vector<workflow::ImageJob> ConvertCommand::make_jobs() const {
-    const workflow::FramePattern input_pattern(input);
-    const workflow::FramePattern output_pattern(output);
-    std::vector<workflow::ImageJob> jobs;
-    for (const int frame : workflow::parse_frames(frames))
-        jobs.push_back({input_pattern.get_path(frame), output_pattern.get_path(frame)});
-    return jobs;
-}
-
 /// Of a sequence, the first image that exists.
 std::string ConvertCommand::get_first_input() const {
     if (!is_sequence())
         return input;
-    const std::vector<workflow::ImageJob> jobs = make_jobs();
+    const std::vector<workflow::ImageJob> jobs = workflow::make_frame_jobs(input, output, frames);
     const auto found = std::find_if(jobs.begin(), jobs.end(), [](const workflow::ImageJob& job) {
         std::error_code error;
         return std::filesystem::exists(job.input, error);
@@ -199,7 +189,7 @@ void ConvertCommand::convert_one(const workflow::Conversion& conversion,
 
 ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,
                                      const workflow::ImageSettings& settings, Console& console) const {
-    const std::vector<workflow::ImageJob> jobs = make_jobs();
+    const std::vector<workflow::ImageJob> jobs = workflow::make_frame_jobs(input, output, frames);
     ProgressBar progress(console, static_cast<unsigned int>(jobs.size()));
     workflow::SequenceEvents events;
     events.report = [&](const Diagnostic& diagnostic) { console.report(diagnostic); };

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "diagnostics/failure.h"
+#include "workflow/frame_jobs.h"
 #include "workflow/frame_pattern.h"
 #include "workflow/frame_range.h"
 
@@ -34,6 +35,15 @@ TEST(Frames, MayBeNegative) {
 
 TEST(Frames, AreListedOnceEach) {
     EXPECT_THAT(workflow::parse_frames("1-3,2-4"), ElementsAre(1, 2, 3, 4));
+}
+
+TEST(Frames, GiveAJobEachWithThePathsOfBothPatterns) {
+    const std::vector<workflow::ImageJob> jobs = workflow::make_frame_jobs("in.##.exr", "out.%d.png", "9-10");
+    ASSERT_EQ(jobs.size(), 2u);
+    EXPECT_EQ(jobs[0].input, "in.09.exr");
+    EXPECT_EQ(jobs[0].output, "out.9.png");
+    EXPECT_EQ(jobs[1].input, "in.10.exr");
+    EXPECT_EQ(jobs[1].output, "out.10.png");
 }
 
 TEST(Frames, RefuseWhatIsNoRange) {
