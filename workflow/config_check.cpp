@@ -9,6 +9,7 @@
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
+#include "workflow/conversion_stage.h"
 #include "workflow/published_names.h"
 #include "workflow/session.h"
 
@@ -33,6 +34,27 @@ CheckFailure make_subject(CheckFailure::Subject kind, std::string name, std::str
     subject.name = std::move(name);
     subject.path = std::move(path);
     return subject;
+}
+
+/// Why something does not work; empty if it does.
+using Reason = std::optional<diagnostics::Diagnostic>;
+
+template <class Make>
+Reason try_stage(const Make& make) {
+    try {
+        make();
+    } catch (const diagnostics::Failure& failure) {
+        return failure.get_worst();
+    }
+    return std::nullopt;
+}
+
+template <class Works>
+Reason try_inspection(const Works& works) {
+    ColorIODiagnostics collector;
+    if (works())
+        return std::nullopt;
+    return diagnostics::add_context({}, collector.take(), Code::CONVERSION_IMPOSSIBLE);
 }
 
 class ConfigCheck {
@@ -66,14 +88,11 @@ private:
 
     void try_space(const std::string& label) {
         ++report.spaces_tried;
-        const auto convert = [](const std::string& from, const std::string& to) {
-            return ColorIOConverter().configure(from.c_str(), to.c_str());
-        };
         const CheckFailure subject = make_subject(CheckFailure::COLOR_SPACE, label);
-        try_to_make(report.failures, subject, "to " + report.scene_linear,
-                    [&] { return convert(label, report.scene_linear); });
-        try_to_make(report.failures, subject, "from " + report.scene_linear,
-                    [&] { return convert(report.scene_linear, label); });
+        add(report.failures, subject, "to " + report.scene_linear,
+            try_stage([&] { return make_space_stage(label, report.scene_linear); }));
+        add(report.failures, subject, "from " + report.scene_linear,
+            try_stage([&] { return make_space_stage(report.scene_linear, label); }));
     }
 
     void try_view(const PublishedView& view) {
@@ -81,11 +100,8 @@ private:
         report.views_with_view_transform += view.view_transform.empty() ? 0 : 1;
         report.views_with_looks += view.looks.empty() ? 0 : 1;
         report.views_with_named_transform += view.named_transform.empty() ? 0 : 1;
-        try_to_make(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_path_to(view)), "",
-                    [&] {
-                        return ColorIOConverter().configure_for_display(
-                            report.scene_linear.c_str(), view.display.c_str(), view.view.c_str());
-                    });
+        add(report.failures, make_subject(CheckFailure::VIEW, view.label, describe_path_to(view)), "",
+            try_stage([&] { return make_view_stage(report.scene_linear, view); }));
     }
 
     /// Only the directions that the config defines: the inverse of the other may not exist.
@@ -93,38 +109,37 @@ private:
         ++report.named_transforms_tried;
         const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, transform.name.get_data());
         if (transform.has_forward)
-            try_to_make(report.failures, subject, "forward",
-                        [&] { return ColorIOInspection::try_conversion(transform.name, scene_linear); });
+            add(report.failures, subject, "forward", try_conversion(transform.name, scene_linear));
         if (transform.has_inverse)
-            try_to_make(report.failures, subject, "inverse",
-                        [&] { return ColorIOInspection::try_conversion(scene_linear, transform.name); });
+            add(report.failures, subject, "inverse", try_conversion(scene_linear, transform.name));
     }
 
     void try_inactive_space(const ColorIOInspection::ColorSpace& space) {
         ++report.inactive_spaces_tried;
         const std::string label = make_label(space.family.get_data(), space.name.get_data());
         const CheckFailure subject = make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label);
-        try_to_make(report.notes, subject, "to " + report.scene_linear,
-                    [&] { return ColorIOInspection::try_conversion(space.name, scene_linear); });
-        try_to_make(report.notes, subject, "from " + report.scene_linear,
-                    [&] { return ColorIOInspection::try_conversion(scene_linear, space.name); });
+        add(report.notes, subject, "to " + report.scene_linear, try_conversion(space.name, scene_linear));
+        add(report.notes, subject, "from " + report.scene_linear, try_conversion(scene_linear, space.name));
     }
 
     void try_part(CheckFailure::Subject subject, unsigned int& count, const CoreString& name,
                   bool (*works)(const CoreString& name)) {
         ++count;
-        try_to_make(report.notes, make_subject(subject, name.get_data()), "", [&] { return works(name); });
+        add(report.notes, make_subject(subject, name.get_data()), "",
+            try_inspection([&] { return works(name); }));
     }
 
-    /// Adds the subject to `failures` when `make` returns false. If it just failed for the same reason in
-    /// another direction, adds the direction to that failure.
-    template <class Make>
-    void try_to_make(Failures& failures, CheckFailure subject, const std::string& direction,
-                     const Make& make) {
-        ColorIODiagnostics collector;
-        if (make())
+    static Reason try_conversion(const CoreString& from, const CoreString& to) {
+        return try_inspection([&] { return ColorIOInspection::try_conversion(from, to); });
+    }
+
+    /// Adds the subject to `failures` if there is a reason. If it just failed for the same reason in another
+    /// direction, adds the direction to that failure.
+    static void add(Failures& failures, CheckFailure subject, const std::string& direction,
+                    const Reason& reason) {
+        if (!reason)
             return;
-        subject.reason = diagnostics::add_context({}, collector.take(), Code::CONVERSION_IMPOSSIBLE);
+        subject.reason = *reason;
         const bool again = !failures.empty() && failures.back().subject == subject.subject &&
                            failures.back().name == subject.name && failures.back().reason == subject.reason;
         if (!again)

@@ -40,6 +40,17 @@ ConversionStage make_stage(std::string title, const std::string& what, const Con
     return stage;
 }
 
+/// The stage that `make` makes. Its error begins with `what`.
+template <class Make>
+ConversionStage explain_failure(const std::string& what, const Make& make) {
+    try {
+        return make();
+    } catch (const diagnostics::Failure& failure) {
+        throw diagnostics::Failure(
+            diagnostics::add_context(what, failure.get_diagnostics(), Code::CONVERSION_IMPOSSIBLE));
+    }
+}
+
 ColorIOTransforms::Direction get_direction(const ColorStep& step) {
     return step.is_inverse ? ColorIOTransforms::DIRECTION_INVERSE : ColorIOTransforms::DIRECTION_FORWARD;
 }
@@ -186,27 +197,35 @@ ConversionStage make_lut_stage(const ColorStep& step) {
 
 } // namespace
 
-ConversionStage make_space_stage(const Session& session, const std::string& from, const std::string& to) {
-    const std::string what =
-        fmt::format("cannot convert from '{}' to '{}' with {}", from, to, session.get_config_name());
+ConversionStage make_space_stage(const std::string& from, const std::string& to) {
     const bool are_published =
         ColorIO::color_space_exists(from.c_str()) && ColorIO::color_space_exists(to.c_str());
-    return make_stage(fmt::format("{} to {}", from, to), what, [&](ColorIOConverter& converter) {
+    return make_stage(fmt::format("{} to {}", from, to), "", [&](ColorIOConverter& converter) {
         return are_published ? converter.configure(from.c_str(), to.c_str())
                              : ColorIOTransforms::configure(converter, remove_family(from).c_str(),
                                                             remove_family(to).c_str());
     });
 }
 
-ConversionStage make_view_stage(const Session& session, const std::string& from, const PublishedView& view) {
-    const std::string what = fmt::format("cannot convert from '{}' to the view '{}' with {}", from,
-                                         view.label, session.get_config_name());
+ConversionStage make_space_stage(const Session& session, const std::string& from, const std::string& to) {
+    return explain_failure(
+        fmt::format("cannot convert from '{}' to '{}' with {}", from, to, session.get_config_name()),
+        [&] { return make_space_stage(from, to); });
+}
+
+ConversionStage make_view_stage(const std::string& from, const PublishedView& view) {
     const char *const display = view.display.c_str(), *const name = view.view.c_str();
-    return make_stage(fmt::format("{} to {}", from, view.label), what, [&](ColorIOConverter& converter) {
+    return make_stage(fmt::format("{} to {}", from, view.label), "", [&](ColorIOConverter& converter) {
         return ColorIO::color_space_exists(from.c_str())
                    ? converter.configure_for_display(from.c_str(), display, name)
                    : ColorIOTransforms::configure_view(converter, remove_family(from).c_str(), display, name);
     });
+}
+
+ConversionStage make_view_stage(const Session& session, const std::string& from, const PublishedView& view) {
+    return explain_failure(fmt::format("cannot convert from '{}' to the view '{}' with {}", from, view.label,
+                                       session.get_config_name()),
+                           [&] { return make_view_stage(from, view); });
 }
 
 ConversionStage make_inverse_view_stage(const Session& session, const PublishedView& view,

@@ -24,6 +24,9 @@ struct ConversionStage {
 
 ConversionStage make_space_stage(const Session& session, const std::string& from, const std::string& to);
 ConversionStage make_view_stage(const Session& session, const std::string& from, const PublishedView& view);
+/// The same; the error is OpenColorIO's reason alone. Nothing is looked up by a linear search.
+ConversionStage make_space_stage(const std::string& from, const std::string& to);
+ConversionStage make_view_stage(const std::string& from, const PublishedView& view);
 /// From what the view shows back to `to`.
 ConversionStage make_inverse_view_stage(const Session& session, const PublishedView& view,
                                         const std::string& to);
