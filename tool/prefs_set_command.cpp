@@ -1,3 +1,5 @@
+#include "tool/command.h"
+
 #include <string>
 
 #include <fmt/format.h>
