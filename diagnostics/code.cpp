@@ -26,7 +26,7 @@ constexpr CodeInfo CODES[] = {
     {Code::LUT_DAMAGED, "lut-damaged", "The LUT or CDL file of a transform cannot be parsed."},
     {Code::LUT_UNWRITABLE, "lut-unwritable", "A LUT file of the built-in config cannot be written."},
     {Code::MATRIX_SINGULAR, "matrix-singular",
-     "A matrix has no inverse, so that only one direction can be converted."},
+     "A matrix, a CDL or a LUT file has no inverse, so that only one direction can be converted."},
     {Code::COLOR_SPACE_UNKNOWN, "color-space-unknown", "No color space has that name."},
     {Code::VIEW_UNKNOWN, "view-unknown", "No view, or no display, has that name."},
     {Code::LOOK_UNKNOWN, "look-unknown", "No look has that name."},

@@ -14,6 +14,7 @@
 #include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/literal_paths.h"
 #include "colorio/ocio/look_list.h"
+#include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/rewritten_conversion.h"
 #include "colorio/ocio/search_folders.h"
 #include "colorio/ocio/transform.h"
@@ -55,11 +56,6 @@ std::string find_singular_part(const TransformRcPtr& transform) {
 Diagnostic describe_singular(const std::string& part) {
     return diagnostics::make_error(Code::MATRIX_SINGULAR,
                                    part + " cannot be inverted, so this direction does not exist");
-}
-
-bool names_singular_matrix(std::string_view words) {
-    return words.find("Singular Matrix") != words.npos ||
-           words.find("Matrix inverse does not exist") != words.npos;
 }
 
 /// The context variables in `path`, written as $X, ${X} or %X%: each once, in order.
@@ -134,26 +130,24 @@ bool is_cdl_file(const std::string& path) {
     return extension == ".cc" || extension == ".ccc" || extension == ".cdl";
 }
 
-/// The part of `text` after `begin`, up to `end` or to the end of the text.
-std::optional<std::string> find_between(const std::string& text, std::string_view begin,
-                                        std::string_view end) {
-    const std::size_t found = text.find(begin);
-    if (found == text.npos)
-        return std::nullopt;
-    const std::size_t start = found + begin.size();
-    return text.substr(start, text.find(end, start) - start);
+/// What the reader of the file's format says, without the preamble that formats were tried. Nothing is
+/// concluded from it.
+std::string quote_reader(const std::string& words) {
+    constexpr std::string_view MARK = "failed with: ";
+    const std::size_t mark = words.find(MARK);
+    const std::string quoted = mark == words.npos ? words : words.substr(mark + MARK.size());
+    return diagnostics::flatten(quoted.substr(0, quoted.find("\n    '")));
 }
 
 /// `words` are OpenColorIO's: that it tried all formats, followed by the error of each reader.
 Diagnostic describe_damage(const std::string& path, const std::string& words) {
-    if (const auto version = find_between(words, "Unsupported transform file version '", "'"))
-        return diagnostics::make_file_error(
-            Code::LUT_DAMAGED,
-            "the file '" + path + "' is of version " + *version + ", which needs a newer OpenColorIO", path);
-    const std::string reason = find_between(words, "failed with: ", "\n    '").value_or(words);
+    const std::string version = find_newer_transform_version(path);
     return diagnostics::make_file_error(
         Code::LUT_DAMAGED,
-        "the file '" + path + "' is damaged or of an unknown kind: " + diagnostics::flatten(reason), path);
+        "the file '" + path + "' is " +
+            (version.empty() ? "damaged or of an unknown kind: " + quote_reader(words)
+                             : "of version " + version + ", which needs a newer OpenColorIO"),
+        path);
 }
 
 /// Why the color correction cannot be read from a CDL file; empty when it can.
@@ -201,16 +195,40 @@ std::optional<Diagnostic> find_damaged_file(const ConstConfigRcPtr& config, cons
     return std::nullopt;
 }
 
-/// To be called if OpenColorIO reports a singular matrix, but no transform of the config has one.
-Diagnostic find_singular_file(const ConversionParts& parts) {
+bool can_be_made(const Conversion& conversion) {
+    try {
+        conversion.config->getProcessor(conversion.transform);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// True when the conversion exists with the file applied in the other direction.
+bool needs_other_direction(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
+                           const ConversionParts& parts, const std::string& source) {
+    const auto turn = [&](const TransformRcPtr& transform) {
+        const auto file = library::DynamicPtrCast<library::FileTransform>(transform);
+        if (file && file->getSrc() == source)
+            file->setDirection(file->getDirection() == TRANSFORM_DIR_FORWARD ? TRANSFORM_DIR_INVERSE
+                                                                             : TRANSFORM_DIR_FORWARD);
+    };
+    return can_be_made(rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, turn));
+}
+
+/// A file that is applied in the direction in which it does not exist: that of a singular matrix, or of a LUT
+/// that the library cannot invert.
+std::optional<Diagnostic> find_singular_file(const ConstConfigRcPtr& config,
+                                             const ConstTransformRcPtr& conversion,
+                                             const ConversionParts& parts) {
     for (const auto& [source, path] : parts.files)
-        if (const auto refusal = find_refusal(path, TRANSFORM_DIR_INVERSE);
-            refusal && names_singular_matrix(*refusal)) {
-            Diagnostic cause = describe_singular("a matrix of the file '" + path + "'");
+        if (find_refusal(path, TRANSFORM_DIR_INVERSE) &&
+            needs_other_direction(config, conversion, parts, source)) {
+            Diagnostic cause = describe_singular("the file '" + path + "'");
             cause.file = path;
             return cause;
         }
-    return describe_singular("a matrix");
+    return std::nullopt;
 }
 
 /// Checks single transforms, and keeps the first error.
@@ -268,8 +286,8 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
         rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, look);
         if (errors.get())
             return *errors.get();
-        if (names_singular_matrix(words))
-            return find_singular_file(parts);
+        if (const std::optional<Diagnostic> singular = find_singular_file(config, conversion, parts))
+            return *singular;
     } catch (const Exception&) {
         // Only OpenColorIO's message is left.
     }

@@ -7,6 +7,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/types.h"
+#include "colorio/ocio/xml_root.h"
 
 namespace ocio {
 
@@ -77,6 +78,13 @@ std::string describe_newer_profile(const std::string& path) {
         return {};
     return path + " is an OCIO " + std::to_string(profile->first) + "." + std::to_string(profile->second) +
            " configuration and needs a newer OpenColorIO than " + get_version();
+}
+
+std::string find_newer_transform_version(const std::string& path) {
+    const std::string version = xml_root_attribute(path, "version");
+    const std::optional<Version> declared = parse_version(version);
+    const std::optional<Version> supported = parse_version(get_version());
+    return declared && supported && *declared > *supported ? version : "";
 }
 
 } // namespace ocio

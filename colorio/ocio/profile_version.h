@@ -9,4 +9,8 @@ namespace ocio {
 /// does not, or cannot be read.
 std::string describe_newer_profile(const std::string& path);
 
+/// The version that a CTF file declares, when it is beyond the library's own, which is the newest that it
+/// reads; empty when it is not, or cannot be read.
+std::string find_newer_transform_version(const std::string& path);
+
 } // namespace ocio

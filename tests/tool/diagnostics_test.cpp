@@ -88,6 +88,11 @@ protected:
         folder.write("bomb.ocio", bomb + SHOW_CONFIG);
         write_space("looked.ocio", "!<LookTransform> {src: lin, dst: lin, looks: nolook}");
         write_space("powerless.ocio", "!<ExponentTransform> {value: [0, 1, 1, 1]}");
+        // The file has no inverse, but back to lin it is applied forward.
+        folder.write("luts/flat.spimtx", "0 0 0 0\n0 1 0 0\n0 0 1 0\n");
+        write_space("innocent.ocio",
+                    "!<GroupTransform> {children: [!<ExponentTransform> {value: [0, 1, 1, 1]}, "
+                    "!<FileTransform> {src: flat.spimtx, direction: inverse}]}");
         write_space("idless.ocio", "!<FileTransform> {src: shots.ccc, cccid: c}");
         write_space("graded.ocio",
                     "!<GroupTransform>\n      children:\n"
@@ -225,6 +230,8 @@ const Fault FAULTS[] = {
     {{"list", "--config", "@role.ocio"}, "config-invalid", "@role.ocio", 0, "nowhere"},
     {{"explain", "lin", "log", "--config", "@looked.ocio"}, "look-unknown", "", 0, "nolook"},
     {{"explain", "log", "lin", "--config", "@powerless.ocio"}, "conversion-impossible"},
+    {{"explain", "log", "lin", "--config", "@innocent.ocio"}, "conversion-impossible"},
+    {{"explain", "lin", "log", "--config", "@innocent.ocio"}, "matrix-singular", "@luts/flat.spimtx"},
     {{"explain", "log", "lin", "--config", "@graded.ocio"}, "matrix-singular"},
     {{"explain", "lin", "log", "--config", "@idless.ocio"}, "cdl-id-missing", "@luts/shots.ccc", 0, "c"},
     {{"explain", "lin", "log", "--config", "@long.ocio"}, "lut-damaged", "@luts/long.spi1d", 7},

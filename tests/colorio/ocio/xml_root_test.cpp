@@ -30,4 +30,20 @@ TEST(XmlRoot, IsEmptyWhereThereIsNone) {
     EXPECT_EQ(ocio::xml_root_name("/nowhere/at.all"), "");
 }
 
+std::string version_of(const std::string& text) {
+    const TempDir folder;
+    return ocio::xml_root_attribute(folder.write("file.xml", text), "version");
+}
+
+TEST(XmlRoot, GivesItsAttributes) {
+    EXPECT_EQ(version_of("<?xml version='1.0'?><a id=\"b version='1'\" version = '2.1' >"), "2.1");
+    EXPECT_EQ(version_of("<a\n\tversion=\"99\"/>"), "99");
+    EXPECT_EQ(version_of("<a><b version='1'/></a>"), "");
+    EXPECT_EQ(version_of("<a reversion='1'>"), "");
+    EXPECT_EQ(version_of("<a version>"), "");
+    EXPECT_EQ(version_of("<a version='1"), "");
+    EXPECT_EQ(version_of("<a"), "");
+    EXPECT_EQ(version_of(""), "");
+}
+
 } // namespace
