@@ -46,6 +46,8 @@ FORBIDDEN = [
     # parse_file_or_report prints by its contract.
     (r"\bstd::c(out|err)\b|\bf?printf\(", "diagnostics files pixel colorio image gl workflow viewer xml but "
      "xml/printed_report.cpp", "a library does not print"),
+    (r"\"(?:[^\"\\]|\\.)*(?<![-!<])--[a-z][^\"]*\"", "diagnostics files xml pixel colorio standalone gl image workflow",
+     "a library does not know the options of a program"),
     (r"#include \"[^\"]*\.cpp\"", "tests", "no test includes a source file"),
     (r"#include [<\"]CLI/", "everywhere but tool/options.cpp", "the argument parser is slow to compile"),
     (r"#include [<\"]nlohmann/json.hpp", "everywhere but tool/json.cpp tests", "the JSON library is slow to compile"),

@@ -144,8 +144,8 @@ void Conversion::note_references() {
                       fmt::format("'{}' is display-referred: the default view transform of the config is {}",
                                   label, is_display[0] ? "inverted" : "applied"),
                       label),
-                  is_display[0] ? "to invert a view instead, use --inverse-view"
-                                : "to convert for a view, use --view"));
+                  is_display[0] ? "to invert a view instead, give the view as the source"
+                                : "to convert for a view, give the view as the destination"));
 }
 
 std::string Conversion::get_destination_tag() const {

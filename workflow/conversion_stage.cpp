@@ -143,7 +143,7 @@ std::vector<ListedLook> parse_looks(const Session& session, const std::string& t
         name = is_signed ? trim(name.substr(1)) : name;
         if (name.empty())
             diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a list of looks", text),
-                              "example: --look \"film, -warm\"");
+                              "example: film, -warm");
         const auto found = std::find_if(known.begin(), known.end(), [&](const std::string& candidate) {
             return equal_ignoring_case(candidate, name);
         });
@@ -156,7 +156,7 @@ std::vector<ListedLook> parse_looks(const Session& session, const std::string& t
         looks.push_back({*found, is_inverse});
     }
     if (looks.empty())
-        diagnostics::fail(Code::USAGE, "no look is named", "example: --look \"film, -warm\"");
+        diagnostics::fail(Code::USAGE, "no look is named", "example: film, -warm");
     return looks;
 }
 

@@ -184,7 +184,7 @@ bool FileSpaceSearch::take_default_rule() {
                     "'{}': the default file rule takes integer pixels for '{}', which is scene-linear",
                     get_file_name(), found->label),
                 found->label),
-            "name the color space of the image with --from"));
+            "name the color space of the image"));
     return decide(found->label, fmt::format("from the default file rule of {}", config_name));
 }
 

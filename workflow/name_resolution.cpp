@@ -73,7 +73,7 @@ void refuse_named_transform(const std::string& name, const std::string& config_n
                                                fmt::format("{} is a named transform of {}, not a color space",
                                                            quote_name(transform, name), config_name),
                                                name),
-                                    "apply it with --named-transform"));
+                                    "apply it as a named transform"));
 }
 
 /// By an alias, or by any name of an inactive color space.

@@ -90,7 +90,7 @@ std::pair<std::string, std::string> parse_variable(const std::string& text) {
     const std::size_t sign = text.find('=');
     if (sign == std::string::npos || sign == 0)
         diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a context variable KEY=VALUE", text),
-                          "example: --context SHOT=sq010");
+                          "example: SHOT=sq010");
     return {text.substr(0, sign), text.substr(sign + 1)};
 }
 

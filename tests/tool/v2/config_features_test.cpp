@@ -114,8 +114,9 @@ TEST_F(ConfigFeatures, DisplayReferredColorSpacesAreConvertedWithANote) {
     expect({"--from", "Monitor", "--to", "linear"}, apply_spaces("Monitor", "linear"));
     EXPECT_THAT(convert(COLOR, {"--from", "linear", "--to", "Monitor"}).err,
                 AllOf(HasSubstr("'Display|Monitor' is display-referred: the default view transform"),
-                      HasSubstr("--view")));
-    EXPECT_THAT(convert(COLOR, {"--from", "Monitor", "--to", "linear"}).err, HasSubstr("--inverse-view"));
+                      HasSubstr("give the view as the destination")));
+    EXPECT_THAT(convert(COLOR, {"--from", "Monitor", "--to", "linear"}).err,
+                HasSubstr("give the view as the source"));
 }
 
 TEST_F(ConfigFeatures, ContextVariablesChooseFiles) {
@@ -144,7 +145,7 @@ TEST_F(ConfigFeatures, WrongNamesAreOneClearError) {
                 FailsWith(1, HasSubstr("'Monitor.Film'")));
     EXPECT_THAT(convert(COLOR, {"--from", "linear", "--to", "exposure up"}),
                 FailsWith(1, AllOf(HasSubstr("is a named transform of config.ocio"),
-                                   HasSubstr("--named-transform"))));
+                                   HasSubstr("apply it as a named transform"))));
 }
 
 class FileRules : public ConfigFeatures {
@@ -181,7 +182,7 @@ TEST_F(FileRules, ThatTakeIntegersForLinearAreDoubted) {
         return run({"explain", "--image", path(name), "lin", "--config", path("show.ocio"), "--strict"});
     };
     EXPECT_THAT(explain_with("in.tga").err,
-                AllOf(HasSubstr("takes integer pixels for 'lin'"), HasSubstr("--from")));
+                AllOf(HasSubstr("takes integer pixels for 'lin'"), HasSubstr("name the color space")));
     EXPECT_THAT(explain_with("in.exr").err, testing::Not(HasSubstr("warning")));
 }
 
