@@ -51,6 +51,13 @@ function(qb_compile_quickly target)
   endif()
 endfunction()
 
+# For code that never works on pixels: optimizing it more takes time and gains none.
+function(qb_optimize_little target)
+  if(CMAKE_BUILD_TYPE STREQUAL Release)
+    target_compile_options(${target} PRIVATE -O1)
+  endif()
+endfunction()
+
 # qb_add_test(name SOURCES ... LIBS ...): a GoogleTest program that ctest runs once.
 function(qb_add_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
