@@ -50,6 +50,9 @@ class Save:
         self.cold = cold
         self.is_mapping = is_mapping
 
+    def uses_cache(self):
+        return not self.cold and not self.is_mapping
+
 
 SET_FORMAT = ["formats", "set", "Targa", "--space", "Cineon"]
 SAVES = [
@@ -105,7 +108,7 @@ class Place:
         self.write("in.ppm", IMAGE)
         for name, content in save.old.items():
             self.write(name, content)
-        if not save.cold and not save.is_mapping:
+        if save.uses_cache():
             shutil.copytree(options.warm_cache, self.folder / "cache")
 
     def __enter__(self):
@@ -226,19 +229,21 @@ def make_warm_cache(options):
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ("injector", "mapping", "tool"):
-        parser.add_argument("--" + name, required=True, type=lambda path: pathlib.Path(path).resolve())
+    for name in ("injector", "mapping", "tool"): # the tool for all but the mapping file
+        parser.add_argument("--" + name, required=name != "tool", type=lambda path: pathlib.Path(path).resolve())
     parser.add_argument("--few", action="store_true", help="only a part of the saves and points")
     parser.add_argument("--save", help="only the save of this name")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as cache, \
             concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         options.warm_cache = pathlib.Path(cache) / "cache"
-        make_warm_cache(options)
+        saves = [save for save in SAVES
+                 if options.save in (None, save.name) and (not options.few or save.name in FEW)]
+        if any(save.uses_cache() for save in saves):
+            make_warm_cache(options)
         wrong = []
-        for save in SAVES:
-            if options.save in (None, save.name) and (not options.few or save.name in FEW):
-                wrong += try_save(options, pool, save, FEW[save.name] if options.few else 1)
+        for save in saves:
+            wrong += try_save(options, pool, save, FEW[save.name] if options.few else 1)
     print("\n".join(wrong))
     print(f"{len(wrong)} checks failed" if wrong else "nothing is broken")
     return 1 if wrong else 0
