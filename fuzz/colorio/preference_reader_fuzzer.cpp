@@ -20,13 +20,16 @@ std::string read_file(const CoreString& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Sets the built-in ones of the module's records again, unless these are all: the module makes a config for
+/// every change.
 template <class Record>
-CoreVector<Record> keep_builtin(const CoreVector<Record>& records) {
+void keep_builtin(const CoreVector<Record>& records) {
     CoreVector<Record> builtin;
     for (const Record& record : records)
         if (record.is_builtin)
             builtin.append(record);
-    return builtin;
+    if (builtin.get_count() != records.get_count())
+        ColorIOManager::get_instance()->set_tavelion_config(builtin);
 }
 
 /// Loading adds to what is there: without this an input would meet what earlier ones left.
@@ -39,9 +42,9 @@ void forget_preferences(StandaloneApp& app) {
     app.set_color_space_by_extension_file_path("");
     ColorIOAutoDetection::destroy();
     ColorIOAutoDetection::static_init(&app);
-    ColorIOManager& manager = *ColorIOManager::get_instance();
-    manager.set_tavelion_config(keep_builtin(manager.get_tavelion_color_spaces()));
-    manager.set_tavelion_config(keep_builtin(manager.get_tavelion_color_decision_lists()));
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    keep_builtin(manager.get_tavelion_color_spaces());
+    keep_builtin(manager.get_tavelion_color_decision_lists());
 }
 
 bool load_and_save(const CoreString& path) {
