@@ -28,6 +28,7 @@ enum class Code {
     COLOR_SPACE_UNKNOWN,
     VIEW_UNKNOWN,
     LOOK_UNKNOWN,
+    NAMED_TRANSFORM_UNKNOWN,
     VIEW_TRANSFORM_UNKNOWN,
     ROLE_UNKNOWN,
     NAME_DUPLICATE,
@@ -46,6 +47,7 @@ enum class Code {
     FORMAT_UNKNOWN,
     // preferences
     PREFERENCES_INVALID,
+    HOME_MISSING,
     // images
     IMAGE_UNREADABLE,
     IMAGE_UNWRITABLE,
@@ -54,6 +56,9 @@ enum class Code {
     // what went well, but not as one may expect: the codes of notes and of some warnings
     NAME_SUBSTITUTED,
     COLOR_SPACE_CHOSEN,
+    COLOR_SPACE_ASSUMED,
+    COLOR_SPACE_INACTIVE,
+    REFERENCE_CHANGED,
     COLORS_UNCHANGED,
     IMAGE_ADAPTED,
     CDL_COPIED,
@@ -61,12 +66,15 @@ enum class Code {
     CDL_ELEMENT_IGNORED,
     FORMAT_SHADOWED,
     TEMPORARY_FOLDER,
+    PREFERENCE_CHANGED,
     // everything else
     USAGE,
     USAGE_REFUSED,
     SCRIPT_FAILED,
     GPU_UNAVAILABLE,
+    SHADER_IMPOSSIBLE,
     OUT_OF_MEMORY,
+    SYSTEM_FAILURE,
     LIBRARY_FAILURE,
 };
 

@@ -32,15 +32,21 @@ class Workflow(unittest.TestCase):
     def run_example(self, *arguments):
         return subprocess.run([EXAMPLE_WORKFLOW, *arguments], capture_output=True, text=True, check=False)
 
-    def test_converts_explains_and_shows_a_diagnostic(self):
+    def test_converts_and_explains(self):
         output = self.folder / "out.png"
-        result = self.run_example(self.folder / "show.ocio", self.folder / "chart_half.exr", output)
+        result = self.run_example(self.folder / "show.ocio", "scene_linear", self.folder / "chart_half.exr", output)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertGreater(output.stat().st_size, 0)
-        lines = result.stdout.splitlines()
-        self.assertEqual(lines[-1], "color-space-unknown: no color space 'scene_linaer' in show.ocio; hint: did you mean 'scene_linear'?")
         # 0.18 to the power of 0.5
-        self.assertAlmostEqual(float(lines[0].rsplit(" ", 1)[1]), 0.42426406871, places=5)
+        self.assertAlmostEqual(float(result.stdout.splitlines()[0].rsplit(" ", 1)[1]), 0.42426406871, places=5)
+
+    def test_shows_the_diagnostic_of_a_failure(self):
+        output = self.folder / "out.png"
+        result = self.run_example(self.folder / "show.ocio", "scene_linaer", self.folder / "chart_half.exr", output)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "color-space-unknown: no color space 'scene_linaer' in show.ocio; "
+                         "hint: did you mean 'scene_linear'?\n")
+        self.assertFalse(output.exists())
 
     def test_says_how_it_is_used(self):
         self.assertEqual(self.run_example().returncode, 2)

@@ -57,7 +57,7 @@ void wait_for_interrupt() {
 
 InterruptCleanup::InterruptCleanup() {
     if (pipe2(interrupt_pipe, O_CLOEXEC) != 0)
-        diagnostics::fail(diagnostics::Code::LIBRARY_FAILURE,
+        diagnostics::fail(diagnostics::Code::SYSTEM_FAILURE,
                           fmt::format("cannot watch for interrupts: {}", std::strerror(errno)));
     InterruptState& state = get_interrupt_state();
     state.thread = std::thread(wait_for_interrupt);

@@ -18,7 +18,7 @@ public:
     ExitCode run(Console& console) override {
         const CoreString path = PreferenceFile::get_default_path();
         if (path.is_empty())
-            diagnostics::fail(diagnostics::Code::FILE_MISSING,
+            diagnostics::fail(diagnostics::Code::HOME_MISSING,
                               "cannot locate the preferences file: no home folder",
                               "set HOME or XDG_CONFIG_HOME, or use --prefs");
         console.print(path.get_data());

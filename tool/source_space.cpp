@@ -52,12 +52,12 @@ void report_source_space(const std::string& path, const workflow::FileSpace& fou
     console.report(found.warnings);
     if (found.color_space.empty() || (found.is_assumed && choice.is_strict))
         throw diagnostics::Failure(with_hint(
-            make_file_error(Code::COLOR_SPACE_UNKNOWN,
+            make_file_error(Code::COLOR_SPACE_ASSUMED,
                             fmt::format("'{}': nothing says which color space it is in", name), path),
             "name the color space of the image with --from"));
     const std::string text = fmt::format("{}: {}, {}", name, found.color_space, found.reason);
     if (found.is_assumed)
-        console.report(with_hint(make_warning(Code::COLOR_SPACE_UNKNOWN, text),
+        console.report(with_hint(make_warning(Code::COLOR_SPACE_ASSUMED, text),
                                  "name the color space of the image with --from"));
     else if (!choice.explains)
         console.report(make_note(Code::COLOR_SPACE_CHOSEN, text));

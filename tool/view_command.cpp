@@ -175,7 +175,7 @@ private:
     /// Errors of files that became unusable after the start.
     static diagnostics::Diagnostics find_later_errors(const workflow::LiveConfig& host) {
         diagnostics::Diagnostics later;
-        const diagnostics::Diagnostics& known = host.get_session().get_custom_errors();
+        const diagnostics::Diagnostics& known = host.get_start_errors();
         for (const diagnostics::Diagnostic& fault : host.get_source_errors())
             if (std::find(known.begin(), known.end(), fault) == known.end())
                 later.push_back(fault);

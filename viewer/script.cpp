@@ -26,7 +26,18 @@ std::string trim(const std::string& text) {
                                       : text.substr(first, text.find_last_not_of(SCRIPT_BLANKS) - first + 1);
 }
 
-std::size_t find_command(const std::string& name, const std::string& place) {
+/// The error of a line. One about another file names the place in its message.
+diagnostics::Diagnostic locate(diagnostics::Diagnostic error, const std::string& script, unsigned int line) {
+    if (error.file.empty()) {
+        error.file = script;
+        error.line = line;
+    } else {
+        error.message = fmt::format("{}:{}: {}", script, line, error.message);
+    }
+    return error;
+}
+
+std::size_t find_command(const std::string& name) {
     const std::vector<ScriptCommand>& commands = get_script_commands();
     std::vector<std::string> names;
     for (std::size_t i = 0; i < commands.size(); ++i) {
@@ -34,8 +45,7 @@ std::size_t find_command(const std::string& name, const std::string& place) {
             return i;
         names.push_back(commands[i].name);
     }
-    diagnostics::fail(Code::USAGE, fmt::format("{}: no command '{}'", place, name),
-                      workflow::did_you_mean(name, names));
+    diagnostics::fail(Code::USAGE, fmt::format("no command '{}'", name), workflow::did_you_mean(name, names));
 }
 
 } // namespace
@@ -60,15 +70,18 @@ Layout parse_layout(const std::string& word) {
     fail(Code::SCRIPT_FAILED, fmt::format("no layout '{}'", word), "layouts: single, wipe, two, difference");
 }
 
-Script::Script(std::istream& text, const std::string& name) {
+Script::Script(std::istream& text, std::string script_name) : name(std::move(script_name)) {
     std::string line;
-    for (int number = 1; std::getline(text, line); ++number) {
+    for (unsigned int number = 1; std::getline(text, line); ++number) {
         line = trim(line);
         if (line.empty() || line.front() == '#')
             continue;
         const std::size_t gap = std::min(line.find_first_of(SCRIPT_BLANKS), line.size());
-        const std::string place = fmt::format("{}:{}", name, number);
-        lines.push_back({place, find_command(line.substr(0, gap), place), trim(line.substr(gap))});
+        try {
+            lines.push_back({number, find_command(line.substr(0, gap)), trim(line.substr(gap))});
+        } catch (const diagnostics::Failure& error) {
+            throw diagnostics::Failure(locate(error.get_worst(), name, number));
+        }
     }
 }
 
@@ -81,10 +94,10 @@ bool Script::run(Viewer& viewer, const Script::Print& print) const {
             command.run(viewer, print, line.argument);
             viewer.run_frame();
         } catch (const diagnostics::Failure& error) {
-            throw diagnostics::Failure(
-                diagnostics::add_context(line.place, error.get_diagnostics(), Code::SCRIPT_FAILED));
+            throw diagnostics::Failure(locate(error.get_worst(), name, line.number));
         } catch (const gl::GlError& error) {
-            fail(Code::SCRIPT_FAILED, fmt::format("{}: {}", line.place, error.what()));
+            throw diagnostics::Failure(
+                locate(diagnostics::make_error(Code::SCRIPT_FAILED, error.what()), name, line.number));
         }
     }
     return false;

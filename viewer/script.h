@@ -17,8 +17,8 @@ public:
     /// Takes a line of output.
     using Print = std::function<void(const std::string& line)>;
 
-    /// Throws diagnostics::Failure with `name` and line number for an unknown command.
-    Script(std::istream& text, const std::string& name);
+    /// Throws diagnostics::Failure with `name`, as the file, and line number for an unknown command.
+    Script(std::istream& text, std::string name);
 
     /// Runs every line and draws a frame after each. True when "quit" ended the script. Throws
     /// diagnostics::Failure with name and line number.
@@ -29,10 +29,12 @@ public:
 
 private:
     struct Line {
-        std::string place; ///< "tour.txt:3"
+        unsigned int number; ///< From 1.
         std::size_t command;
         std::string argument;
     };
+
+    std::string name;
     std::vector<Line> lines;
 };
 

@@ -70,13 +70,8 @@ void ViewModel::take_space_of_file() {
     space_reason = file_space.reason;
 }
 
-/// Of custom color spaces, which belong to the built-in config.
-diagnostics::Diagnostics ViewModel::get_space_errors() const {
-    return host.get_config_path().empty() ? host.get_custom_errors() : diagnostics::Diagnostics();
-}
-
 void ViewModel::set_input_space(const std::string& name) {
-    input_space = workflow::resolve_color_space(name, host.get_config_name(), get_space_errors()).label;
+    input_space = workflow::resolve_color_space(host.get_session(), name).label;
     space_reason = "chosen";
     space_is_chosen = true;
 }
@@ -100,7 +95,7 @@ void ViewModel::set_steps(std::vector<workflow::ColorStep> wanted) {
 }
 
 void ViewModel::set_view(Side side, const std::string& label) {
-    views[side] = workflow::resolve_view("", label, host.get_config_name(), get_space_errors()).label;
+    views[side] = workflow::resolve_view(host.get_session(), "", label).label;
 }
 
 ColorSettings ViewModel::get_settings(Side side) const {
@@ -244,7 +239,7 @@ diagnostics::Diagnostics ViewModel::get_shown_errors() const {
 
 std::vector<std::string> ViewModel::get_faults() const {
     std::vector<std::string> faults;
-    const diagnostics::Diagnostics& of_start = host.get_session().get_custom_errors();
+    const diagnostics::Diagnostics& of_start = host.get_start_errors();
     for (const diagnostics::Diagnostic& fault : host.get_source_errors()) {
         const bool was_good = std::find(of_start.begin(), of_start.end(), fault) == of_start.end();
         faults.push_back(format_located(fault) + (was_good ? " (still using the last valid version)" : ""));

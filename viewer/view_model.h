@@ -97,7 +97,6 @@ private:
     /// Replaces names that no longer exist. Returns a text about each for the note.
     std::vector<std::string> use_existing_names();
     void set_note(const std::string& first, std::vector<std::string> others);
-    diagnostics::Diagnostics get_space_errors() const;
     void watch_files();
     using Fault = std::optional<diagnostics::Diagnostic>;
     Fault get_conversion_fault(Side side) const;

@@ -140,7 +140,7 @@ void Conversion::note_references() {
     const std::string& label = is_display[0] ? source : destination;
     notes.push_back(
         with_hint(diagnostics::make_note(
-                      Code::COLOR_SPACE_UNKNOWN,
+                      Code::REFERENCE_CHANGED,
                       fmt::format("'{}' is display-referred: the default view transform of the config is {}",
                                   label, is_display[0] ? "inverted" : "applied"),
                       label),

@@ -111,7 +111,7 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
     if (names_space)
         result.warnings.push_back(
-            diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_UNKNOWN,
+            diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_ASSUMED,
                                       fmt::format("'{}': its tag {} does not name a color space of {}",
                                                   get_file_name(), tag.describe(), config_name),
                                       tag.text));
@@ -179,7 +179,7 @@ bool FileSpaceSearch::take_default_rule() {
     if (tags && !tags->is_float && is_scene_linear(found->label))
         result.warnings.push_back(with_hint(
             diagnostics::make_warning(
-                diagnostics::Code::COLOR_SPACE_UNKNOWN,
+                diagnostics::Code::COLOR_SPACE_ASSUMED,
                 fmt::format(
                     "'{}': the default file rule takes integer pixels for '{}', which is scene-linear",
                     get_file_name(), found->label),

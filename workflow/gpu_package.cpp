@@ -54,9 +54,10 @@ GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile pr
     const std::string what = describe_failure(conversion);
     const std::vector<Conversion::Stage>& stages = conversion.get_stages();
     if (stages.empty())
-        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, what + ": source and destination are the same");
+        diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
+                          what + ": source and destination are the same");
     if (stages.size() > 1)
-        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
+        diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
                           fmt::format("{}: this conversion needs {} shaders", what, stages.size()));
     return get_gpu_stages(conversion, profile).front();
 }

@@ -138,7 +138,7 @@ ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, Im
     } catch (const std::exception& error) { // memory or threads that ran out
         throw diagnostics::Failure(add_context(fmt::format("cannot convert '{}'", job.input),
                                                {diagnostics::describe(error)},
-                                               diagnostics::Code::LIBRARY_FAILURE));
+                                               diagnostics::Code::SYSTEM_FAILURE));
     }
 }
 

@@ -52,50 +52,41 @@ struct LiveConfig::Lists {
 };
 
 LiveConfig::LiveConfig(const SessionOptions& options)
-    : session(options), config_path(session.get_source().path),
-      from_environment(session.get_source().kind == ConfigSource::ENVIRONMENT),
+    : session(options), start_errors(session.get_custom_errors()),
       library_path(session.get_preferences().get_app().get_cdl_library_file_path().view()),
       observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {
-    for (const diagnostics::Diagnostic& fault : session.get_custom_errors())
+    diagnostics::Diagnostics custom_errors;
+    for (const diagnostics::Diagnostic& fault : start_errors)
         if (fault.file == library_path && !library_path.empty())
             library_error = fault;
         else
             custom_errors.push_back(fault);
+    session.set_custom_errors(std::move(custom_errors));
 }
 
 LiveConfig::~LiveConfig() = default;
 
 LiveConfig::Error LiveConfig::use_config(const std::string& path) {
-    StandaloneApp& app = session.get_app();
-    if (path.empty()) {
-        app.set_use_color_space_file(false);
-    } else {
-        if (Error error = check_candidate(path))
-            return error;
-        if (path == app.get_color_space_file_path().view())
-            app.raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-        else
-            app.set_color_space_file_path(path.c_str());
-        app.set_use_color_space_file(true);
+    Error error = session.use_config(path);
+    if (!error) {
+        config_error.reset();
+        ++observer->revision;
     }
-    config_path = path;
-    config_error.reset();
-    from_environment = false;
-    ++observer->revision;
-    return {};
+    return error;
 }
 
 bool LiveConfig::reload() {
-    config_error = config_path.empty() ? Error() : check_candidate(config_path);
+    const std::string& config_path = get_config_path();
+    config_error = config_path.empty() ? Error() : session.check_config(config_path);
     // With an unusable config the module would switch to the built-in config.
     if (!config_error && has_custom_files(library_path))
-        custom_errors = reload_custom_files();
+        session.set_custom_errors(reload_custom_files());
     if (!config_error && !config_path.empty())
         raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
     library_error =
         library_path.empty() ? Error() : ColorIOCandidate::check_cdl_library(library_path.c_str());
     // The module would drop custom CDLs whose files cannot be read.
-    if (!library_error && custom_errors.empty() && !library_path.empty())
+    if (!library_error && get_custom_errors().empty() && !library_path.empty())
         publish_library();
     return get_source_errors().empty();
 }
@@ -130,18 +121,11 @@ diagnostics::Diagnostics LiveConfig::reload_custom_files() {
 
 diagnostics::Diagnostics LiveConfig::get_source_errors() const {
     diagnostics::Diagnostics faults;
-    const auto add = [&faults](const diagnostics::Diagnostic& fault) {
-        const bool is_known = std::any_of(faults.begin(), faults.end(), [&](const auto& known) {
-            return known.file == fault.file && known.message == fault.message;
-        });
-        if (!is_known)
-            faults.push_back(fault);
-    };
     if (config_error)
-        add(*config_error);
-    std::for_each(custom_errors.begin(), custom_errors.end(), add);
+        add_new(faults, {*config_error});
+    add_new(faults, get_custom_errors());
     if (library_error)
-        add(*library_error);
+        add_new(faults, {*library_error});
     return faults;
 }
 
@@ -153,18 +137,6 @@ LiveConfig::Error LiveConfig::use_cdl_library(const std::string& path) {
     library_error.reset();
     ++observer->revision;
     return {};
-}
-
-/// Checks the candidate first, because the manager would fall back to the built-in config.
-LiveConfig::Error LiveConfig::check_candidate(const std::string& path) const {
-    // OCIO may name a config that is not a file, such as "ocio://default".
-    const bool is_file = !from_environment || path != config_path;
-    return is_file ? ColorIOCandidate::check_config_file(path.c_str())
-                   : ColorIOCandidate::check_config_of_environment();
-}
-
-std::string LiveConfig::get_config_name() const {
-    return config_path.empty() ? "the built-in config" : fs::path(config_path).filename().string();
 }
 
 unsigned int LiveConfig::get_revision() const {
@@ -211,7 +183,7 @@ std::string LiveConfig::get_default_cdl() const {
 std::vector<std::string> LiveConfig::get_source_files() const {
     std::vector<std::string> files = get_custom_files();
     files.push_back(library_path);
-    if (!config_path.empty()) {
+    if (const std::string& config_path = get_config_path(); !config_path.empty()) {
         files.push_back(config_path);
         for (const CoreString& file : ColorIOInspection::get_source_files())
             files.emplace_back(file.view());

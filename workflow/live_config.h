@@ -37,14 +37,17 @@ public:
     /// Errors of the start and of the last reload, one for each cause. Each is removed when its file can be
     /// read again or is replaced by another.
     diagnostics::Diagnostics get_source_errors() const;
+    /// Those of the start among them: of files that could never be read.
+    const diagnostics::Diagnostics& get_start_errors() const { return start_errors; }
     /// Errors of the files of custom color spaces and CDLs; the subject is the name that is not available.
-    const diagnostics::Diagnostics& get_custom_errors() const { return custom_errors; }
+    const diagnostics::Diagnostics& get_custom_errors() const { return session.get_custom_errors(); }
 
+    /// With the active config as its source; lives as long as this object.
     const Session& get_session() const { return session; }
     /// "aces.ocio", or "the built-in config".
-    std::string get_config_name() const;
+    std::string get_config_name() const { return session.get_config_name(); }
     /// Path of the config; empty for the built-in config.
-    const std::string& get_config_path() const { return config_path; }
+    const std::string& get_config_path() const { return session.get_source().path; }
 
     /// A number that increases when names or colors may have changed.
     unsigned int get_revision() const;
@@ -67,18 +70,15 @@ private:
     struct Lists;
 
     Lists& get_lists() const;
-    Error check_candidate(const std::string& path) const;
     template <class Event>
     void raise(const Event& event);
     diagnostics::Diagnostics reload_custom_files();
     void publish_library();
 
     Session session;
-    std::string config_path;
-    bool from_environment; ///< The config is named by $OCIO, and may not be a file.
+    diagnostics::Diagnostics start_errors;
     std::string library_path;
     Error config_error;
-    diagnostics::Diagnostics custom_errors;
     Error library_error;
     std::unique_ptr<ListObserver> observer;
     std::unique_ptr<Lists> lists;

@@ -202,7 +202,7 @@ std::string resolve_named_transform(const std::string& name, const std::string& 
             return transform.name.get_data();
         names.emplace_back(transform.name.get_data());
     }
-    throw Failure(with_hint(make_error(Code::COLOR_SPACE_UNKNOWN,
+    throw Failure(with_hint(make_error(Code::NAMED_TRANSFORM_UNKNOWN,
                                        fmt::format("no named transform '{}' in {}", name, config_name), name),
                             did_you_mean(name, names)));
 }
@@ -245,7 +245,7 @@ std::string find_space(const Session& session, const std::string& name, Diagnost
         notes.push_back(make_note(Code::NAME_SUBSTITUTED,
                                   fmt::format("'{}' is an alias of '{}'", name, found.label), name));
     else if (found.kind == NameKind::INACTIVE)
-        notes.push_back(make_note(Code::COLOR_SPACE_UNKNOWN,
+        notes.push_back(make_note(Code::COLOR_SPACE_INACTIVE,
                                   fmt::format("'{}' is an inactive color space of {}",
                                               remove_family(found.label), session.get_config_name()),
                                   name));

@@ -101,7 +101,7 @@ void set_path(StandaloneApp& app, const Path& path, const std::string& value,
         return;
     path.user->set(app, !value.empty());
     notes.push_back(diagnostics::make_note(
-        Code::USAGE, fmt::format("{} is {}", path.user->name, value.empty() ? "no" : "yes"),
+        Code::PREFERENCE_CHANGED, fmt::format("{} is {}", path.user->name, value.empty() ? "no" : "yes"),
         path.user->name));
 }
 

@@ -13,6 +13,7 @@
 #include "colorio/color_io_manager.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
+#include "host/event/event_ids.h"
 #include "host/parser/parser_group.h"
 #include "standalone/parser/yaml_limits.h"
 #include "standalone/parser/yaml_reader.h"
@@ -59,7 +60,7 @@ Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes,
     all.insert(all.end(), earlier.begin(), earlier.end());
     if (const Diagnostic* worst = diagnostics::find_worst(causes))
         std::copy_if(causes.begin(), causes.end(), std::back_inserter(all),
-                     [worst](const Diagnostic& cause) { return cause.message != worst->message; });
+                     [worst](const Diagnostic& cause) { return !(cause == *worst); });
     return all;
 }
 
@@ -125,8 +126,8 @@ Diagnostic make_notice(Diagnostic fault) {
     return fault;
 }
 
-/// The place of the first error of syntax in a mapping file, and what is wrong there. The parser of the host
-/// answers a text.
+/// The place of the first error of syntax in a mapping file, and what is wrong there; the host's parser
+/// returns no place.
 void locate_mapping_fault(Diagnostic& fault) {
     auto text = files::read_whole(fault.file, MAX_FILE_SIZE);
     ParserGroup ignored(nullptr);
@@ -189,6 +190,35 @@ void Session::load(PreferenceUse use) {
     take_custom_errors(collector.take());
     use_mapping();
     take_mapping_errors(collector.take());
+}
+
+std::optional<Diagnostic> Session::check_config(const std::string& path) const {
+    // OCIO may name a config that is not a file, such as "ocio://default".
+    const bool is_of_environment = source.kind == ConfigSource::ENVIRONMENT && path == source.path;
+    return is_of_environment ? ColorIOCandidate::check_config_of_environment()
+                             : ColorIOCandidate::check_config_file(path.c_str());
+}
+
+std::optional<Diagnostic> Session::use_config(const std::string& path) {
+    if (path.empty()) {
+        app->set_use_color_space_file(false);
+        source = ConfigSource();
+        return {};
+    }
+    // The module would fall back to the built-in config.
+    if (std::optional<Diagnostic> error = check_config(path))
+        return error;
+    ColorIODiagnostics collector;
+    if (path == app->get_color_space_file_path().view())
+        app->raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    else
+        app->set_color_space_file_path(path.c_str());
+    app->set_use_color_space_file(true);
+    const ConfigSource wanted{ConfigSource::FILE, path};
+    const bool has_changed_meanwhile = is_builtin_config_active();
+    source = has_changed_meanwhile ? ConfigSource() : wanted;
+    return has_changed_meanwhile ? std::optional(make_refusal(wanted, collector.take()).front())
+                                 : std::nullopt;
 }
 
 void Session::note_temp_folder() {

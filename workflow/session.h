@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +25,7 @@ public:
         : Failure(std::move(reasons)), source(std::move(source)) {}
 
     /// The config that cannot be used.
+    /// Where the active config comes from.
     const ConfigSource& get_source() const { return source; }
 
 private:
@@ -43,9 +45,15 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
+    /// Where the active config comes from.
     const ConfigSource& get_source() const { return source; }
     /// For messages: "aces.ocio", or "the built-in config".
     std::string get_config_name() const { return source.get_name(); }
+    /// Why the config at `path` cannot be used; empty when it can. A path other than $OCIO's names a file.
+    std::optional<diagnostics::Diagnostic> check_config(const std::string& path) const;
+    /// Switches to the config file at `path`, or to the built-in config when that is empty. A file that
+    /// cannot be used changes nothing; the result says why.
+    std::optional<diagnostics::Diagnostic> use_config(const std::string& path);
     /// The application whose preferences the module follows; lives as long as the session.
     StandaloneApp& get_app() { return *app; }
     const UserPreferences& get_preferences() const { return *preferences; }
@@ -65,6 +73,8 @@ public:
     /// The errors among them that concern such files, as they were reported. The subject of each is the name
     /// of a color space or a CDL that is not available; empty for the library as a whole.
     const diagnostics::Diagnostics& get_custom_errors() const { return custom_errors; }
+    /// Replaces them when these files were read again.
+    void set_custom_errors(diagnostics::Diagnostics errors) { custom_errors = std::move(errors); }
 
 private:
     void load(PreferenceUse use);

@@ -22,9 +22,9 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.preferences_path.empty()) {
         const std::string path = PreferenceFile::get_default_path().get_data();
         if (path.empty() && use == PreferenceUse::CHANGE)
-            throw NoHomeFailure(
-                with_hint(make_error(Code::USAGE, "cannot locate the preferences file: no home folder"),
-                          "set HOME or XDG_CONFIG_HOME"));
+            throw NoHomeFailure(with_hint(
+                make_error(Code::HOME_MISSING, "cannot locate the preferences file: no home folder"),
+                "set HOME or XDG_CONFIG_HOME"));
         return path;
     }
     std::error_code error;

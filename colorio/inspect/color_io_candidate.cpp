@@ -31,18 +31,22 @@ ColorIOCandidate::Fault find_file_fault(const CoreString& path, Code missing) {
     return fault;
 }
 
+/// For an exception that OpenColorIO does not define.
+ColorIOCandidate::Fault get_memory_fault() {
+    return diagnostics::make_error(Code::OUT_OF_MEMORY, "out of memory");
+}
+
 /// Why the config that `load` makes cannot be used.
 template <class Load>
 ColorIOCandidate::Fault judge_config(const CoreString& path, Load&& load) {
-    ColorIOCandidate::Fault fault;
-    at_boundary([&] {
+    return at_boundary(get_memory_fault(), [&]() -> ColorIOCandidate::Fault {
         try {
             ocio::sanity_check(load(), ocio::KnownViews::NOTHING, path.get_data());
+            return {};
         } catch (const ocio::Exception& exception) {
-            fault = ocio::get_cause(exception);
+            return ocio::get_cause(exception);
         }
     });
-    return fault;
 }
 
 /// Count of color corrections before the first one that cannot be read.
@@ -77,7 +81,7 @@ ColorIOCandidate::Fault ColorIOCandidate::check_config_of_environment() {
 ColorIOCandidate::Fault ColorIOCandidate::check_cdl_library(const CoreString& path) {
     if (Fault fault = find_file_fault(path, Code::FILE_MISSING))
         return fault;
-    return at_boundary(Fault(), [&]() -> Fault {
+    return at_boundary(get_memory_fault(), [&]() -> Fault {
         ColorIODiagnostics collector;
         XmlNode document;
         const bool is_readable = parse_CDL_document(path, document, Printing::SILENT);

@@ -1,4 +1,4 @@
-// Converts an image to a view, explains the conversion, and prints the diagnostic for an unknown color space.
+// Converts an image to a view, explains the conversion, and prints the diagnostic of a failure.
 #include <iostream>
 
 #include "image/reader_server.h"
@@ -8,8 +8,8 @@
 
 int main(int argc, char** argv) {
     image::start_reader_server(); // before any thread is started
-    if (argc != 4) {
-        std::cerr << "usage: example_workflow CONFIG INPUT OUTPUT\n";
+    if (argc != 5) {
+        std::cerr << "usage: example_workflow CONFIG SPACE INPUT OUTPUT\n";
         return 2;
     }
     try {
@@ -18,20 +18,19 @@ int main(int argc, char** argv) {
         const workflow::Session session(options);
 
         workflow::ConversionRequest request;
-        request.from = "scene_linear"; // a role
+        request.from = argv[2];
         request.view = "Monitor.Film";
         const workflow::Conversion conversion(session, request);
-        workflow::convert_image(conversion, argv[2], argv[3]);
+        workflow::convert_image(conversion, argv[3], argv[4]);
         for (const workflow::ExplainedStage& stage :
              workflow::explain_conversion(conversion, {0.18f, 0.18f, 0.18f, 1}))
             for (const ColorIOEvaluation::Step& step : stage.how.steps)
                 std::cout << stage.title << ": " << step.operation.get_data() << " -> " << step.pixel[0]
                           << '\n';
-
-        request.from = "scene_linaer";
-        const workflow::Conversion misspelled(session, request);
+        return 0;
     } catch (const diagnostics::Failure& failure) {
         const diagnostics::Diagnostic& worst = failure.get_worst();
-        std::cout << get_name(worst.code) << ": " << worst.message << "; hint: " << worst.hint << '\n';
+        std::cerr << get_name(worst.code) << ": " << worst.message << "; hint: " << worst.hint << '\n';
+        return 1;
     }
 }

@@ -31,6 +31,22 @@ std::string get_view_looks(const ConstConfigRcPtr& config, const std::string& di
     return config->getDisplayViewLooks(display.c_str(), view.c_str());
 }
 
+namespace {
+
+/// True when the library refuses the config for the same reason when the context variable has a value.
+bool is_refused_alike(const ConstConfigRcPtr& config, const std::string& variable, const char* words) {
+    const ConfigRcPtr copy = create_editable_copy(config);
+    copy->addEnvironmentVar(variable.c_str(), ".");
+    try {
+        copy->validate();
+        return false;
+    } catch (const Exception& exception) {
+        return std::string_view(exception.what()) == words;
+    }
+}
+
+} // namespace
+
 /// On a copy: the library remembers a failure but not always its reason, and demands a search path as soon as
 /// one file is named. The rules for version 1 are complete: the library would refuse more.
 void check_by_library(const ConstConfigRcPtr& config) {
@@ -42,10 +58,9 @@ void check_by_library(const ConstConfigRcPtr& config) {
     try {
         copy->validate();
     } catch (const Exception& exception) {
-        constexpr std::string_view ABOUT_A_PATH = "cannot be resolved";
-        const bool is_about_path = std::string_view(exception.what()).find(ABOUT_A_PATH) != ABOUT_A_PATH.npos;
-        if (const auto cause = is_about_path ? find_unset_variable(config) : std::nullopt)
-            throw Error(*cause, exception.what());
+        if (const auto unset = find_unset_variable(config))
+            if (!is_refused_alike(copy, unset->subject, exception.what()))
+                throw Error(*unset, exception.what());
         throw;
     }
 }

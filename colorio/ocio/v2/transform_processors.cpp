@@ -18,7 +18,8 @@ ConstProcessorRcPtr get_named_transform_processor(const ConstConfigRcPtr& config
                                                   TransformDirection direction) {
     const library::ConstNamedTransformRcPtr named = config->getNamedTransform(name.c_str());
     if (!named)
-        throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN, "unknown named transform '" + name + "'", name);
+        throw_error(diagnostics::Code::NAMED_TRANSFORM_UNKNOWN, "unknown named transform '" + name + "'",
+                    name);
     if (const ConstTransformRcPtr stated = named->getTransform(direction))
         return get_processor(config, stated);
     const TransformDirection other =
