@@ -57,6 +57,7 @@ constexpr CodeInfo CODES[] = {
      "An image cannot be written; an existing file is unchanged."},
     {Code::IMAGE_UNSUPPORTED, "image-unsupported",
      "An image format does not support the part, channels or pixel type to be written."},
+    {Code::LAYER_UNKNOWN, "layer-unknown", "An image has no layer or part of that name."},
     {Code::FRAMES_MISSING, "frames-missing", "Frames of a sequence do not exist."},
     {Code::NAME_SUBSTITUTED, "name-substituted",
      "A name was taken for another one: an alias, or one in another case."},

@@ -52,6 +52,7 @@ enum class Code {
     IMAGE_UNREADABLE,
     IMAGE_UNWRITABLE,
     IMAGE_UNSUPPORTED,
+    LAYER_UNKNOWN,
     FRAMES_MISSING,
     // what went well, but not as one may expect: the codes of notes and of some warnings
     NAME_SUBSTITUTED,

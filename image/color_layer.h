@@ -1,9 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
-
-#include <OpenImageIO/imageio.h>
 
 namespace image {
 
@@ -12,17 +9,15 @@ struct ColorLayer {
     static constexpr int NONE = -1; ///< No such channel.
 
     std::string name; ///< "left" for "left.R"; empty for channels without a layer.
-    int channels[4];  ///< Positions of red, green, blue, alpha. Alpha may be NONE; gray is three times the
-                      ///< same.
+    int channels[4];  ///< Positions of red, green, blue, alpha. Alpha may be NONE, and so may some of the
+                      ///< colors; gray is three times the same.
+    bool owns_alpha = true; ///< Else alpha is that of another layer, which is only read.
 
-    bool is_gray() const { return channels[0] == channels[1]; }
+    bool is_gray() const { return channels[0] != NONE && channels[0] == channels[1]; }
     bool has_alpha() const { return channels[3] != NONE; }
+    /// False when some of red, green and blue are missing.
+    bool has_all_colors() const { return channels[0] != NONE && channels[1] != NONE && channels[2] != NONE; }
     bool contains(int channel) const;
 };
-
-/// Finds the color channels of an image by their names: R, G, B and A without a layer, else those of the
-/// first layer that has them, else Y; then those of each view of the attribute "multiView". All other
-/// channels are data.
-std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec);
 
 } // namespace image

@@ -51,6 +51,7 @@ FormatAbilities get_format_abilities(const std::string& path) {
     abilities.has_levels = supports("mipmap");
     abilities.appends_subimages = supports("appendsubimage");
     abilities.has_tiles = supports("tiles");
+    abilities.has_deep = supports("deepdata");
     return abilities;
 }
 

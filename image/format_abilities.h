@@ -26,6 +26,7 @@ struct FormatAbilities {
     bool has_levels;        ///< Mipmap levels of a subimage.
     bool appends_subimages; ///< Subimages can be added one by one; else all specs are needed first.
     bool has_tiles;
+    bool has_deep; ///< Pixels with several samples.
 };
 
 /// The abilities of the format of `path`, which is selected by its extension. Throws diagnostics::Failure for

@@ -45,8 +45,6 @@ void check_expansion(const std::string& path, const std::string& format, std::ui
 }
 
 void check_spec(const std::string& path, const OIIO::ImageSpec& spec) {
-    if (spec.deep)
-        fail_to_read(path, "deep images are not supported; flatten it first");
     if (spec.width < 1 || spec.height < 1 || spec.depth < 1 || spec.nchannels < 1)
         fail_to_read(path, "no pixels");
     const double gigabytes = static_cast<double>(spec.image_bytes(true)) / 1e9;
@@ -111,8 +109,19 @@ void ImageFile::read_headers(std::uint64_t file_bytes) {
 
 void ImageFile::read_part(std::size_t index, std::byte* pixels) {
     const PartHeader& part = parts[index];
+    if (part.spec.deep)
+        fail_to_read(path, "it is a deep image; flatten it first");
     if (!input->read_image(part.subimage, part.level, 0, part.spec.nchannels, OIIO::TypeUnknown, pixels))
         fail_to_read(path, input->geterror());
+}
+
+void ImageFile::read_deep_part(std::size_t index, OIIO::DeepData& pixels) {
+    const PartHeader& part = parts[index];
+    if (!input->read_native_deep_image(part.subimage, part.level, pixels))
+        fail_to_read(path, input->geterror());
+    if (pixels.pixels() != static_cast<std::int64_t>(part.spec.image_pixels()) ||
+        pixels.samplesize() != part.spec.pixel_bytes(true))
+        fail_to_read(path, "its deep samples are not those that its header describes");
 }
 
 } // namespace image

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include <OpenImageIO/deepdata.h>
 #include <OpenImageIO/imageio.h>
 
 namespace image {
@@ -21,8 +22,8 @@ struct PartHeader {
 /// reason. A damaged file can crash OpenImageIO and this process; see ImageReader. For one thread at a time.
 class ImageFile {
 public:
-    /// Reads all headers. Throws for deep images and for more pixels than the file can contain or the memory
-    /// of the machine can hold.
+    /// Reads all headers. Throws for more pixels than the file can contain or the memory of the machine can
+    /// hold.
     explicit ImageFile(const std::string& path);
     ~ImageFile();
 
@@ -30,8 +31,10 @@ public:
     std::string get_format() const;
     const std::vector<PartHeader>& get_parts() const { return parts; }
     /// Reads the pixels of part `index` in the layout of its spec, including channels of different types, to
-    /// `pixels`, which must have room for `spec.image_bytes(true)` bytes.
+    /// `pixels`, which must have room for `spec.image_bytes(true)` bytes. Not for deep parts.
     void read_part(std::size_t index, std::byte* pixels);
+    /// Reads the samples of a deep part. Throws std::bad_alloc.
+    void read_deep_part(std::size_t index, OIIO::DeepData& pixels);
 
 private:
     void read_headers(std::uint64_t file_bytes);

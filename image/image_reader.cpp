@@ -2,6 +2,7 @@
 
 #include <new>
 #include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -38,6 +39,21 @@ void ImageReader::read_part(std::size_t index, PixelBuffer& pixels) {
         fail_to_read(path, fmt::format("no memory for {} x {} pixels", spec.width, spec.height));
     }
     file->read_part(index, pixels.data());
+}
+
+void ImageReader::read_deep_part(std::size_t index, DeepPixels& pixels) {
+    const OIIO::ImageSpec& spec = parts[index].spec;
+    if (file == nullptr)
+        return process.read_deep_part(index, spec, pixels);
+    try {
+        OIIO::DeepData data;
+        file->read_deep_part(index, data);
+        std::vector<std::byte> packed(get_packed_bytes(data));
+        pack(data, packed.data());
+        unpack(packed.data(), packed.size(), spec, pixels);
+    } catch (const std::bad_alloc&) {
+        fail_to_read(path, "no memory for its deep samples");
+    }
 }
 
 } // namespace image

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "image/deep_pixels.h"
 #include "image/image_file.h"
 #include "image/pixel_layout.h"
 
@@ -28,7 +29,10 @@ public:
     const std::vector<PartHeader>& get_parts() const { return parts; }
     unsigned int count_subimages() const;
     /// Reads the pixels of part `index` in the layout of its spec, including channels of different types.
+    /// Throws for deep parts.
     void read_part(std::size_t index, PixelBuffer& pixels);
+    /// Reads the samples of a deep part.
+    void read_deep_part(std::size_t index, DeepPixels& pixels);
 
 private:
     std::string path;

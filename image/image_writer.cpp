@@ -126,6 +126,11 @@ void ImageWriter::write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels) 
         fail_with_format("cannot write its pixels");
 }
 
+void ImageWriter::write_deep_part(const DeepPixels& pixels) {
+    if (!output->write_deep_image(make_deep_data(pixels, output->spec())))
+        fail_with_format("cannot write its pixels");
+}
+
 void ImageWriter::close() {
     if (!output->close())
         fail_with_format("cannot close the file");

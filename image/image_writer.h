@@ -8,6 +8,7 @@
 #include <OpenImageIO/imageio.h>
 
 #include "files/replacement.h"
+#include "image/deep_pixels.h"
 #include "image/image_reader.h"
 #include "image/output_file.h"
 #include "image/pixel_layout.h"
@@ -31,6 +32,8 @@ public:
     void write_part(const PixelBuffer& pixels);
     /// Writes the pixels of the open part, whose channels all have `type`, and converts them to that spec.
     void write_part_as(OIIO::TypeDesc type, const PixelBuffer& pixels);
+    /// Writes the samples of the open part, which is deep, in the layout of that spec.
+    void write_deep_part(const DeepPixels& pixels);
     /// Finishes the file and replaces the target. Without it the target stays unchanged.
     void close();
 

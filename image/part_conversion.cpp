@@ -1,6 +1,7 @@
 #include "image/part_conversion.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <exception>
 #include <mutex>
@@ -60,12 +61,16 @@ public:
     unsigned int get_width() const { return width; }
     /// Converts rows [begin, end) of the intersection of both data windows.
     void convert_rows(std::int64_t begin, std::int64_t end) const;
+    /// Positions of layers whose own alpha was 0 in all rows so far.
+    std::vector<std::size_t> find_transparent_layers() const;
 
 private:
     void plan_layers();
     const std::byte* get_source_row(std::int64_t row) const;
     std::byte* get_target_row(std::int64_t row) const;
     void convert_layer(std::size_t layer, std::int64_t begin, std::int64_t end, float* working) const;
+    void fill_missing(const ColorLayer& layer, float* working, std::size_t pixels) const;
+    void look_for_alpha(std::size_t layer, const float* working, std::size_t pixels) const;
     void undo_alpha(float* working, std::size_t pixels) const;
     void redo_alpha(float* working, std::size_t pixels) const;
     void copy_data(std::int64_t begin, std::int64_t end) const;
@@ -84,6 +89,8 @@ private:
     std::vector<std::vector<ChannelRun>> input_runs;
     std::vector<std::vector<ChannelRun>> output_runs;
     std::vector<ChannelCopy> copies;
+    std::vector<std::size_t> order;                   ///< Of the layers.
+    mutable std::vector<std::atomic<bool>> is_opaque; ///< By layer: alpha is not 0 somewhere.
 };
 
 BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source_pixels,
@@ -92,7 +99,8 @@ BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffe
     : plan(plan), convert(convert), input_layout(input_spec), output_layout(output_spec),
       source(source_pixels.data()), target(target_pixels.data()), in_place(source == target),
       input_row_bytes(static_cast<std::size_t>(input_spec.width) * input_layout.pixel_bytes),
-      output_row_bytes(static_cast<std::size_t>(output_spec.width) * output_layout.pixel_bytes) {
+      output_row_bytes(static_cast<std::size_t>(output_spec.width) * output_layout.pixel_bytes),
+      is_opaque(plan.layers.size()) {
     const int left = std::max(input_spec.x, output_spec.x);
     const int right = std::min(input_spec.x + input_spec.width, output_spec.x + output_spec.width);
     const int top = std::max(input_spec.y, output_spec.y);
@@ -108,7 +116,12 @@ BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffe
     plan_layers();
 }
 
+/// Layers that read the alpha of another one come first: in place, converting that one may change it.
 void BandConverter::plan_layers() {
+    for (const bool owns_alpha : {false, true})
+        for (std::size_t layer = 0; layer < plan.layers.size(); ++layer)
+            if (plan.layers[layer].owns_alpha == owns_alpha)
+                order.push_back(layer);
     for (std::size_t layer = 0; layer < plan.layers.size(); ++layer) {
         input_runs.push_back(find_runs(input_layout, plan.layers[layer].channels));
         int targets[4] = {ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE};
@@ -133,7 +146,7 @@ std::byte* BandConverter::get_target_row(std::int64_t row) const {
 void BandConverter::convert_rows(std::int64_t begin, std::int64_t end) const {
     thread_local std::vector<float> working;
     working.resize(static_cast<std::size_t>(end - begin) * width * WORKING_CHANNELS);
-    for (std::size_t layer = 0; layer < plan.layers.size(); ++layer)
+    for (const std::size_t layer : order)
         convert_layer(layer, begin, end, working.data());
     if (!in_place)
         copy_data(begin, end);
@@ -144,9 +157,7 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
     const std::size_t row_floats = std::size_t(width) * WORKING_CHANNELS;
     const std::size_t pixels = static_cast<std::size_t>(end - begin) * width;
     const bool has_alpha = plan.layers[layer].has_alpha();
-    if (!has_alpha)
-        for (std::size_t i = 0; i < pixels; ++i)
-            working[i * WORKING_CHANNELS + 3] = 1.0f;
+    fill_missing(plan.layers[layer], working, pixels);
 
     float* row_start = working;
     for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
@@ -154,8 +165,10 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
             decode_channels(run.type, get_source_row(row) + run.offset, input_layout.pixel_bytes, run.count,
                             width, row_start + run.component);
 
-    if (has_alpha)
+    if (has_alpha) {
+        look_for_alpha(layer, working, pixels);
         undo_alpha(working, pixels);
+    }
     if (convert)
         convert(working, width, static_cast<unsigned int>(end - begin));
     if (has_alpha)
@@ -166,6 +179,31 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
         for (const ChannelRun& run : output_runs[layer])
             encode_channels(run.type, row_start + run.component, run.count, width,
                             get_target_row(row) + run.offset, output_layout.pixel_bytes);
+}
+
+/// Components without a channel: colors are 0, alpha is 1.
+void BandConverter::fill_missing(const ColorLayer& layer, float* working, std::size_t pixels) const {
+    for (int component = 0; component < WORKING_CHANNELS; ++component)
+        if (layer.channels[component] == ColorLayer::NONE)
+            for (std::size_t i = 0; i < pixels; ++i)
+                working[i * WORKING_CHANNELS + static_cast<std::size_t>(component)] =
+                    component == 3 ? 1.0f : 0.0f;
+}
+
+void BandConverter::look_for_alpha(std::size_t layer, const float* working, std::size_t pixels) const {
+    if (is_opaque[layer])
+        return;
+    for (std::size_t i = 0; i < pixels && !is_opaque[layer]; ++i)
+        if (working[i * WORKING_CHANNELS + 3] != 0.0f)
+            is_opaque[layer] = true;
+}
+
+std::vector<std::size_t> BandConverter::find_transparent_layers() const {
+    std::vector<std::size_t> found;
+    for (std::size_t layer = 0; layer < plan.layers.size(); ++layer)
+        if (plan.layers[layer].has_alpha() && plan.layers[layer].owns_alpha && !is_opaque[layer])
+            found.push_back(layer);
+    return found;
 }
 
 /// Multiplies the color of each pixel by `get_factor(alpha)`.
@@ -228,16 +266,16 @@ bool can_convert_in_place(const OIIO::ImageSpec& input_spec, const PartPlan& pla
     return true;
 }
 
-void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
-                  const OIIO::ImageSpec& output_spec, const ConvertRows& convert, int threads,
-                  PixelBuffer& target) {
+std::vector<std::size_t> convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source,
+                                      const PartPlan& plan, const OIIO::ImageSpec& output_spec,
+                                      const ConvertRows& convert, int threads, PixelBuffer& target) {
     const BandConverter bands(input_spec, source, plan, output_spec, convert, target);
     const bool covers_all = bands.get_width() == static_cast<unsigned int>(output_spec.width) &&
                             bands.count_rows() == std::int64_t(output_spec.height) * output_spec.depth;
     if (!covers_all)
         std::memset(target.data(), 0, target.size());
     if (bands.count_rows() == 0)
-        return;
+        return {};
 
     std::mutex mutex;
     std::exception_ptr failure;
@@ -246,8 +284,10 @@ void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, 
         for (std::int64_t row = begin; row < end; row += rows_per_band)
             bands.convert_rows(row, std::min(end, row + rows_per_band));
     };
-    if (threads == 1) // also where no thread can be started
-        return convert_band(0, bands.count_rows());
+    if (threads == 1) { // also where no thread can be started
+        convert_band(0, bands.count_rows());
+        return bands.find_transparent_layers();
+    }
     OIIO::parallel_for_chunked(
         0, bands.count_rows(), rows_per_band,
         [&](std::int64_t begin, std::int64_t end) {
@@ -261,6 +301,7 @@ void convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, 
         OIIO::paropt(threads, OIIO::paropt::SplitDir::Y, 1));
     if (failure)
         std::rethrow_exception(failure);
+    return bands.find_transparent_layers();
 }
 
 } // namespace image

@@ -15,22 +15,31 @@ constexpr char STRAIGHT_ALPHA[] = "oiio:UnassociatedAlpha";
 /// Finds the layer and component of `channel`. A channel of several layers belongs to the first one.
 PlannedChannel plan_channel(const std::vector<ColorLayer>& layers, int channel) {
     for (std::size_t layer = 0; layer < layers.size(); ++layer)
-        for (int component = 0; component < 4; ++component)
+        for (int component = 0; component < (layers[layer].owns_alpha ? 4 : 3); ++component)
             if (layers[layer].channels[component] == channel)
                 return {channel, static_cast<int>(layer), component};
     return {channel, ColorLayer::NONE, 0};
 }
 
+bool is_color(const PlannedChannel& channel) {
+    return channel.layer != ColorLayer::NONE;
+}
+
+bool is_gray(const PartPlan& plan, const PlannedChannel& channel) {
+    return is_color(channel) && channel.component < 3 &&
+           plan.layers[static_cast<std::size_t>(channel.layer)].is_gray();
+}
+
 /// With `widen_gray` a gray channel is replaced by three channels.
-std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input,
-                                              const std::vector<ColorLayer>& layers, bool widen_gray) {
+std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input, const PartPlan& plan,
+                                              bool widen_gray) {
     std::vector<PlannedChannel> channels;
     for (int channel = 0; channel < input.nchannels; ++channel) {
-        const PlannedChannel planned = plan_channel(layers, channel);
+        const PlannedChannel planned = plan_channel(plan.layers, channel);
         channels.push_back(planned);
-        if (widen_gray && planned.layer == 0 && planned.component == 0)
+        if (widen_gray && is_gray(plan, planned))
             for (int component : {1, 2})
-                channels.push_back({channel, 0, component});
+                channels.push_back({channel, planned.layer, component});
     }
     return channels;
 }
@@ -60,34 +69,40 @@ void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abiliti
     plan.channels = std::move(kept);
 }
 
-std::string get_output_name(const OIIO::ImageSpec& input, const PlannedChannel& channel, bool widen_gray,
-                            bool plain) {
+/// `plain`: the format has no layers.
+std::string get_output_name(const OIIO::ImageSpec& input, const PartPlan& plan, const PlannedChannel& channel,
+                            bool widen_gray, bool plain) {
     static constexpr const char* PLAIN_NAMES[] = {"R", "G", "B", "A"};
-    const bool is_color = channel.layer == 0 && channel.component < 4;
-    if (is_color && (widen_gray || plain))
-        return PLAIN_NAMES[channel.component];
-    return input.channel_name(channel.source);
+    const bool is_widened = widen_gray && is_gray(plan, channel);
+    if (!is_widened && !(plain && channel.layer == 0))
+        return input.channel_name(channel.source);
+    const std::string& layer = plan.layers[static_cast<std::size_t>(channel.layer)].name;
+    return (plain || layer.empty() ? "" : layer + ".") + PLAIN_NAMES[channel.component];
 }
 
-bool is_color(const PlannedChannel& channel) {
-    return channel.layer != ColorLayer::NONE;
+/// The alpha of the main color, whether it is converted or not; in a format without layers that of the color
+/// that is written.
+bool is_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities, const PlannedChannel& channel) {
+    if (abilities.has_any_channels && input.alpha_channel >= 0)
+        return channel.source == input.alpha_channel;
+    return channel.layer == 0 && channel.component == 3;
 }
 
 void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilities, bool widen_gray,
                      OIIO::TypeDesc depth, PartPlan& plan) {
     OIIO::ImageSpec& spec = plan.spec;
-    const bool is_gray = !plan.layers.empty() && plan.layers.front().is_gray() && !widen_gray;
-    const bool plain = !abilities.has_any_channels && !is_gray;
+    const bool stays_gray = !plan.layers.empty() && plan.layers.front().is_gray() && !widen_gray;
+    const bool plain = !abilities.has_any_channels && !stays_gray;
     spec.nchannels = static_cast<int>(plan.channels.size());
     spec.channelnames.clear();
     spec.channelformats.clear();
     spec.alpha_channel = spec.z_channel = -1;
     for (int i = 0; i < spec.nchannels; ++i) {
         const PlannedChannel& channel = plan.channels[static_cast<std::size_t>(i)];
-        spec.channelnames.push_back(get_output_name(input, channel, widen_gray, plain));
+        spec.channelnames.push_back(get_output_name(input, plan, channel, widen_gray, plain));
         const bool wanted = depth != OIIO::TypeUnknown && is_color(channel);
         spec.channelformats.push_back(wanted ? depth : input.channelformat(channel.source));
-        if (channel.layer == 0 && channel.component == 3)
+        if (is_alpha(input, abilities, channel))
             spec.alpha_channel = i;
         if (channel.source == input.z_channel && !is_color(channel))
             spec.z_channel = i;
@@ -130,7 +145,8 @@ void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities
     const bool has_alpha = std::any_of(plan.layers.begin(), plan.layers.end(),
                                        [](const ColorLayer& layer) { return layer.has_alpha(); });
     if (!has_alpha) {
-        plan.spec.erase_attribute(STRAIGHT_ALPHA);
+        if (input.alpha_channel < 0)
+            plan.spec.erase_attribute(STRAIGHT_ALPHA);
         return;
     }
     const bool was_straight = input.get_int_attribute(STRAIGHT_ALPHA) != 0;
@@ -150,14 +166,14 @@ void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities
 
 } // namespace
 
-PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format,
-                   const FormatAbilities& abilities, const OutputWishes& wishes) {
+PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
+                   const std::string& input_format, const FormatAbilities& abilities,
+                   const OutputWishes& wishes) {
     PartPlan plan;
     plan.spec = input;
-    plan.layers = find_color_layers(input);
-    const bool widen_gray =
-        !plan.layers.empty() && plan.layers.front().is_gray() && !wishes.neutrals_stay_neutral;
-    plan.channels = plan_all_channels(input, plan.layers, widen_gray);
+    plan.layers = std::move(layers);
+    const bool widen_gray = !wishes.neutrals_stay_neutral;
+    plan.channels = plan_all_channels(input, plan, widen_gray);
     if (!plan.layers.empty())
         keep_what_fits(input, abilities, plan);
     settle_channels(input, abilities, widen_gray, wishes.depth, plan);

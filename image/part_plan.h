@@ -35,8 +35,8 @@ struct PlannedChannel {
 
 /// How to write one part of an image.
 struct PartPlan {
-    OIIO::ImageSpec spec; ///< Requested spec; the format may change the types.
-    std::vector<ColorLayer> layers;
+    OIIO::ImageSpec spec;           ///< Requested spec; the format may change the types.
+    std::vector<ColorLayer> layers; ///< To convert.
     std::vector<PlannedChannel> channels;
     bool divides_by_alpha = false;    ///< Before the conversion.
     bool multiplies_by_alpha = false; ///< After the conversion, except where alpha is 0.
@@ -46,8 +46,10 @@ struct PartPlan {
 };
 
 /// Plans how to write a part with spec `input`, read from a file of format `input_format`, to a file with
-/// `abilities`.
-PartPlan plan_part(const OIIO::ImageSpec& input, const std::string& input_format,
-                   const FormatAbilities& abilities, const OutputWishes& wishes);
+/// `abilities`. `layers` are those to convert, of find_layers; all other channels are data. A format without
+/// layers gets the color of the first one.
+PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
+                   const std::string& input_format, const FormatAbilities& abilities,
+                   const OutputWishes& wishes);
 
 } // namespace image

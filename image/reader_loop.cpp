@@ -10,12 +10,14 @@
 #include <system_error>
 #include <thread>
 
+#include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include "diagnostics/failure.h"
+#include "image/deep_pixels.h"
 #include "image/image_file.h"
 #include "image/message.h"
 #include "image/message_channel.h"
@@ -100,13 +102,16 @@ private:
 
     void answer_to(MessageChannel::Received& request, MessageWriter& answer, int& new_memory) {
         MessageReader reader(std::move(request.bytes));
-        if (reader.get<ReaderRequest>() == ReaderRequest::OPEN) {
+        const auto kind = reader.get<ReaderRequest>();
+        if (kind == ReaderRequest::OPEN) {
             const std::string folder = reader.get_text();
             path = reader.get_text();
             if (!folder.empty() && chdir(folder.c_str()) != 0 && path[0] != '/')
                 fail_to_read(path, fmt::format("cannot change to the folder '{}'", folder));
             const int threads = reader.get<int>();
             open(threads, reader.get<bool>(), answer);
+        } else if (kind == ReaderRequest::READ_DEEP) {
+            read_deep(reader.get<std::uint32_t>(), answer, new_memory);
         } else {
             read(reader.get<std::uint32_t>(), request.descriptor, new_memory);
             answer.add(ReaderAnswer::READ);
@@ -132,17 +137,44 @@ private:
         }
     }
 
-    void read(std::size_t index, int descriptor, int& new_memory) {
+    const OIIO::ImageSpec& get_spec(std::size_t index) const {
         if (!file || index >= file->get_parts().size())
             throw MessageError("invalid part");
-        const OIIO::ImageSpec& spec = file->get_parts()[index].spec;
+        return file->get_parts()[index].spec;
+    }
+
+    void read(std::size_t index, int descriptor, int& new_memory) {
+        const OIIO::ImageSpec& spec = get_spec(index);
         const std::size_t bytes = spec.image_bytes(true);
-        try {
+        with_memory_for(spec, [&] {
             new_memory = take_memory(bytes, descriptor);
             allow_memory(bytes);
             file->read_part(index, memory.data());
+        });
+    }
+
+    /// The header does not say how many samples there are: they may take what the machine has.
+    void read_deep(std::size_t index, MessageWriter& answer, int& new_memory) {
+        with_memory_for(get_spec(index), [&] {
+            allow_memory(OIIO::Sysutil::physical_memory() / COPIES_OF_PIXELS);
+            OIIO::DeepData pixels;
+            file->read_deep_part(index, pixels);
+            const std::size_t bytes = get_packed_bytes(pixels);
+            new_memory = take_memory(bytes, -1);
+            pack(pixels, memory.data());
+            answer.add(ReaderAnswer::READ_DEEP);
+            answer.add(std::uint64_t{bytes});
+        });
+    }
+
+    /// Reports that there is not enough memory for the pixels.
+    template <class Work>
+    void with_memory_for(const OIIO::ImageSpec& spec, const Work& work) const {
+        try {
+            work();
         } catch (const std::bad_alloc&) {
-            fail_to_read(path, fmt::format("no memory for {} x {} pixels", spec.width, spec.height));
+            fail_to_read(path, fmt::format("no memory for {} x {} {}pixels", spec.width, spec.height,
+                                           spec.deep ? "deep " : ""));
         } catch (const std::system_error& error) {
             if (error.code() == std::errc::file_too_large) // counts for memory that processes share, too
                 fail_to_read(path,

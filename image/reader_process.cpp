@@ -25,6 +25,9 @@ namespace {
 
 using Duration = std::chrono::duration<double>;
 
+/// Of a pixel of a deep image, for the time limits: more than most pixels have.
+constexpr double EXPECTED_SAMPLES = 64;
+
 /// Processor time that a process has used; 0 when it does not exist.
 Duration get_processor_time(pid_t process) {
     clockid_t clock;
@@ -187,6 +190,25 @@ void ReaderProcess::read_part(std::size_t index, const OIIO::ImageSpec& spec, Pi
             throw MessageError("no pixels");
     });
     pixels.share(std::move(memory), bytes);
+}
+
+void ReaderProcess::read_deep_part(std::size_t index, const OIIO::ImageSpec& spec, DeepPixels& pixels) {
+    if (process == 0)
+        fail_to_read(path, "the process that reads it has ended");
+    MessageWriter request;
+    request.add(ReaderRequest::READ_DEEP);
+    request.add(static_cast<std::uint32_t>(index));
+    const double megabytes = static_cast<double>(spec.image_bytes(true)) * EXPECTED_SAMPLES / 1e6;
+    exchange([&] {
+        SharedMemory memory;
+        MessageReader answer =
+            ask(request, ReaderAnswer::READ_DEEP,
+                limits.part_processor_time + megabytes * limits.processor_time_per_megabyte,
+                limits.part_time + megabytes * limits.time_per_megabyte, &memory);
+        const auto bytes = answer.get<std::uint64_t>();
+        if (memory.size() < bytes || !unpack(memory.data(), bytes, spec, pixels))
+            throw MessageError("invalid samples");
+    });
 }
 
 } // namespace image

@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include "image/deep_pixels.h"
 #include "image/image_file.h"
 #include "image/message.h"
 #include "image/pixel_layout.h"
@@ -47,6 +48,8 @@ public:
     /// Reads the pixels of part `index` of the open image, whose spec is `spec`, into shared memory that
     /// `pixels` takes over.
     void read_part(std::size_t index, const OIIO::ImageSpec& spec, PixelBuffer& pixels);
+    /// Reads the samples of the deep part `index`.
+    void read_deep_part(std::size_t index, const OIIO::ImageSpec& spec, DeepPixels& pixels);
 
     /// Threads that the process decodes with, from its first image on. Default: those of OpenImageIO in this
     /// process.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include <OpenImageIO/deepdata.h>
 #include <OpenImageIO/imageio.h>
 #include <fmt/format.h>
 
@@ -36,7 +37,25 @@ bool read_edge_tiles(OIIO::ImageInput& input, int subimage, int level, PixelBuff
                                   pixels.data());
 }
 
+bool read_edge_samples(OIIO::ImageInput& input, int subimage, int level) {
+    const OIIO::ImageSpec spec = input.spec();
+    OIIO::DeepData pixels;
+    if (spec.tile_width > 0) {
+        const int left = get_last_start(spec.x, spec.width, spec.tile_width);
+        const int top = get_last_start(spec.y, spec.height, spec.tile_height);
+        return input.read_native_deep_tiles(subimage, level, left, spec.x + spec.width, top,
+                                            spec.y + spec.height, spec.z, spec.z + 1, 0, spec.nchannels,
+                                            pixels);
+    }
+    const auto read = [&](int y) {
+        return input.read_native_deep_scanlines(subimage, level, y, y + 1, spec.z, 0, spec.nchannels, pixels);
+    };
+    return read(spec.y) && read(spec.y + spec.height - 1);
+}
+
 bool read_edges(OIIO::ImageInput& input, int subimage, int level) {
+    if (input.spec().deep)
+        return read_edge_samples(input, subimage, level);
     PixelBuffer pixels;
     return input.spec().tile_width == 0 ? read_edge_rows(input, subimage, level, pixels)
                                         : read_edge_tiles(input, subimage, level, pixels);

@@ -11,6 +11,7 @@
 #include "image/startable_threads.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/layer_options.h"
 #include "tool/progress_bar.h"
 #include "tool/source_space.h"
 #include "tool/tool_session.h"
@@ -74,6 +75,7 @@ private:
     std::string output;
     std::string frames;
     std::string depth;
+    workflow::LayerWishes layers;
     int threads = 0;
     bool divides_by_alpha = false;
     bool leaves_alpha = false;
@@ -95,6 +97,7 @@ ConvertCommand::ConvertCommand(Options& program)
         .add("-d,--depth", depth,
              "pixel type of the output (default: the input's type, if the output format supports it)")
         .choices({"uint8", "uint16", "half", "float"});
+    add_layer_options(options, layers);
     const Option unpremult =
         options.add_flag("--unpremult", divides_by_alpha,
                          "divide color by alpha before the conversion and multiply it after (default: if "
@@ -165,6 +168,8 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
 workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion& conversion) const {
     workflow::ImageOptions wishes;
     wishes.depth = depth;
+    wishes.layers = layers;
+    wishes.data_space = file_space.is_data ? file_space.color_space : "";
     wishes.threads = threads;
     wishes.source_tags = file_space.tags;
     if (divides_by_alpha)
@@ -182,9 +187,10 @@ void ConvertCommand::convert_one(const workflow::Conversion& conversion,
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
     for (const std::string& note : report.notes)
         console.report(make_note(Code::IMAGE_ADAPTED, note));
-    console.print(fmt::format("{}: {} to {}, {} x {} {}, {}", output, conversion.get_source(),
+    console.print(fmt::format("{}: {} to {}, {} x {} {}, {}{}", output, conversion.get_source(),
                               conversion.get_destination(), report.width, report.height, report.depth,
-                              describe_speed(report.pixels, elapsed.count())));
+                              describe_speed(report.pixels, elapsed.count()),
+                              describe_layers(report.layers)));
 }
 
 ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,

@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
-#include "image/color_layer.h"
+#include "image/image_layers.h"
 #include "image/image_reader.h"
 #include "image/pixel_codec.h"
 #include "image/pixel_layout.h"
@@ -18,10 +18,12 @@ namespace viewer {
 namespace {
 
 /// The color to show: as the channels' names tell, else the first channels there are.
-image::ColorLayer choose_color(const OIIO::ImageSpec& spec) {
-    const std::vector<image::ColorLayer> layers = image::find_color_layers(spec);
-    if (!layers.empty())
-        return layers.front();
+image::ColorLayer choose_color(const OIIO::ImageSpec& spec, const std::string& format) {
+    const std::vector<image::ImageLayer> layers = image::find_layers(spec, {format, {}});
+    for (const bool is_color : {true, false}) // data in color channels is shown where there is no color
+        for (const image::ImageLayer& layer : layers)
+            if (layer.is_color() == is_color && layer.color && layer.color->has_all_colors())
+                return *layer.color;
     if (spec.nchannels >= 3)
         return {"", {0, 1, 2, image::ColorLayer::NONE}};
     return {"", {0, 0, 0, image::ColorLayer::NONE}};
@@ -54,6 +56,8 @@ void decode_row(const std::byte* row, const image::PixelLayout& layout, int chan
 
 /// An image that is too large to show is not read.
 void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_side) {
+    if (spec.deep)
+        fail(path, "it is a deep image; flatten it first");
     if (spec.width > max_side || spec.height > max_side)
         fail(path, fmt::format("{} x {} pixels are more than this driver shows ({} a side)", spec.width,
                                spec.height, max_side));
@@ -72,7 +76,7 @@ Image load_image(const std::string& path, int max_side) {
     image::ImageReader reader(path, process);
     const OIIO::ImageSpec& spec = reader.get_parts().front().spec;
     check_size(path, spec, max_side);
-    const image::ColorLayer color = choose_color(spec);
+    const image::ColorLayer color = choose_color(spec, reader.get_format());
     const image::PixelLayout layout(spec);
     image::PixelBuffer pixels;
     reader.read_part(0, pixels);

@@ -31,6 +31,9 @@ constexpr char UNKNOWN_TAG[] = "unknown";
 
 /// Grays to check for a tint: black, shadows, middle gray, white, a highlight.
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
+/// The two other channels of a color with one of those values, to check whether channels are mixed.
+constexpr std::pair<float, float> PROBED_COMPANIONS[] = {
+    {0.0f, 0.0f}, {1.0f, 0.18f}, {0.01f, 0.5f}, {0.5f, 4.0f}};
 /// Tolerance for rounding, relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
@@ -171,6 +174,29 @@ bool Conversion::keeps_neutrals() const {
             return false;
     }
     return true;
+}
+
+bool Conversion::mixes_channels() const {
+    std::vector<float> pixels;
+    for (int channel = 0; channel < 3; ++channel)
+        for (const float value : PROBED_GRAYS)
+            for (const auto& [next, last] : PROBED_COMPANIONS) {
+                float pixel[] = {0, 0, 0, 1};
+                pixel[channel] = value;
+                pixel[(channel + 1) % 3] = next;
+                pixel[(channel + 2) % 3] = last;
+                pixels.insert(pixels.end(), std::begin(pixel), std::end(pixel));
+            }
+    apply(pixels.data(), static_cast<unsigned int>(pixels.size() / 4), 1);
+    for (std::size_t i = 0; i < pixels.size() / 4; ++i) {
+        const std::size_t channel = i / (std::size(PROBED_GRAYS) * std::size(PROBED_COMPANIONS));
+        const std::size_t first = i - i % std::size(PROBED_COMPANIONS);
+        const float expected = pixels[first * 4 + channel];
+        if (!(std::fabs(pixels[i * 4 + channel] - expected) <=
+              NEUTRAL_TOLERANCE * std::max(1.0f, std::fabs(expected))))
+            return true;
+    }
+    return false;
 }
 
 void Conversion::apply(float* rgba, unsigned int width, unsigned int height, float exposure) const {

@@ -61,6 +61,9 @@ public:
     bool is_identity() const { return stages.empty(); }
     /// True when gray stays gray, within 1e-5. Checked by converting six grays from 0 to 4.
     bool keeps_neutrals() const;
+    /// True when red, green or blue of a result depends on another one of the source, beyond 1e-5. Checked by
+    /// converting 72 colors.
+    bool mixes_channels() const;
 
     /// Converts interleaved red, green, blue, alpha floats in place; alpha is not changed by the exposure.
     /// `exposure` is in stops; other values than 0 need a request with `takes_exposure`. Throws

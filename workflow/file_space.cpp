@@ -56,12 +56,16 @@ std::string find_identified(const std::string& id) {
     return "";
 }
 
-/// By the encoding that the config states.
-bool is_scene_linear(const std::string& label) {
+/// What the config states of a color space; nothing of one that it lacks.
+ColorIOInspection::ColorSpace find_facts(const std::string& label) {
     for (const ColorIOInspection::ColorSpace& space : ColorIOInspection::get_color_spaces())
         if (make_label(space.family.get_data(), space.name.get_data()) == label)
-            return space.encoding == "scene-linear";
-    return false;
+            return space;
+    return {};
+}
+
+bool is_scene_linear(const std::string& label) {
+    return find_facts(label).encoding == "scene-linear";
 }
 
 /// Asks one place after the other until one knows.
@@ -74,6 +78,7 @@ public:
     FileSpace run() {
         if (!ask_tags() && !ask_file_rules() && !ask_association() && !take_default_rule())
             assume();
+        result.is_data = find_facts(result.color_space).is_data;
         return std::move(result);
     }
 

@@ -20,6 +20,7 @@ struct FileSpace {
     std::string color_space; ///< A label; empty when the config publishes no color space.
     std::string reason;      ///< "from the built-in associations, category Open EXR".
     bool is_assumed = false; ///< Nothing says it.
+    bool is_data = false;    ///< The config says that the color space holds data, which is never converted.
     std::optional<std::vector<std::string>>
         tags;                          ///< Of the file, for messages; nothing when it was not read.
     std::vector<FileSpaceStep> steps;  ///< All that were asked, the decisive one last.

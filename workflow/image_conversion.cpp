@@ -14,6 +14,9 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.wishes.color_space_tag = conversion.get_destination_tag();
     settings.wishes.keeps_space = conversion.get_source() == conversion.get_destination_space();
     settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
+    settings.mixes_channels = conversion.mixes_channels();
+    settings.layers = options.layers;
+    settings.data_space = options.data_space;
     settings.threads = options.threads;
     settings.source_tags = options.source_tags;
     return settings;

@@ -15,6 +15,8 @@ struct ImageOptions {
     /// Type of the written colors and alpha: uint8, uint16, half or float; empty for the type of the input.
     std::string depth;
     image::AlphaRule alpha_rule = image::AlphaRule::AS_THE_FILE_SAYS;
+    LayerWishes layers;                                  ///< Which layers and parts to convert.
+    std::string data_space;                              ///< As in ImageSettings.
     int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
 };

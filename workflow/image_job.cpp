@@ -7,6 +7,7 @@
 
 #include "diagnostics/failure.h"
 #include "image/color_tags.h"
+#include "image/deep_pixels.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
 
@@ -18,6 +19,7 @@ namespace {
 struct PlannedPart {
     unsigned int input_index;
     image::PartPlan plan;
+    std::vector<std::string> layer_names; ///< Of the layers of the plan, for messages.
 };
 
 class ImageConversion {
@@ -38,8 +40,18 @@ public:
 
 private:
     void plan_parts();
+    void plan_one(unsigned int index);
+    void choose_kept_subimage();
+    void report_layers(const PartChoice& choice);
+    void note_losses();
+    void untile_mixed_parts();
+    void check_deep_parts() const;
     void check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const;
     void convert_one(unsigned int index, image::ImageWriter& writer);
+    std::vector<std::size_t> convert_flat(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
+                                          image::ImageWriter& writer);
+    std::vector<std::size_t> convert_deep(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
+                                          image::ImageWriter& writer);
     void add_note(const std::string& note);
     bool is_kept(const image::PartHeader& part) const;
 
@@ -48,8 +60,11 @@ private:
     image::ImageReader reader;
     const std::string output;
     const image::FormatAbilities abilities;
+    std::vector<PartChoice> choices; ///< By subimage.
+    int kept_subimage = 0;           ///< The one that is written to a format of one part.
     std::vector<PlannedPart> parts;
     std::vector<image::PartHeader> output_headers;
+    image::DeepPixels deep_pixels; ///< Of the current part, if it is deep.
     ImageReport report;
 };
 
@@ -59,7 +74,8 @@ void ImageConversion::add_note(const std::string& note) {
 }
 
 bool ImageConversion::is_kept(const image::PartHeader& part) const {
-    return (part.level == 0 || abilities.has_levels) && (part.subimage == 0 || abilities.has_subimages);
+    return (part.level == 0 || abilities.has_levels) &&
+           (part.subimage == kept_subimage || abilities.has_subimages);
 }
 
 void ImageConversion::plan_parts() {
@@ -67,31 +83,98 @@ void ImageConversion::plan_parts() {
     if (settings.source_tags &&
         image::find_color_tags(headers.front().spec).describe() != *settings.source_tags)
         add_note("its color tags differ from those of the first image, whose color space is used");
-    bool any_color = false;
-    for (unsigned int i = 0; i < headers.size(); ++i) {
-        if (!is_kept(headers[i]))
-            continue;
-        image::PartPlan plan =
-            image::plan_part(headers[i].spec, reader.get_format(), abilities, settings.wishes);
-        any_color = any_color || !plan.layers.empty();
-        for (const std::string& note : plan.notes)
-            add_note(note);
-        output_headers.push_back({headers[i].subimage, headers[i].level, plan.spec});
-        parts.push_back({i, std::move(plan)});
-    }
-    if (!any_color)
-        diagnostics::fail_file(
-            diagnostics::Code::IMAGE_UNSUPPORTED,
-            fmt::format("cannot convert '{}': no color channels (R, G and B, or Y)", reader.get_path()),
-            reader.get_path());
+    LayerConversion conversion{settings.mixes_channels, ""};
+    if (!settings.data_space.empty())
+        conversion.reason_to_leave = fmt::format("in the data space '{}'", settings.data_space);
+    choices = choose_layers(reader.get_path(), reader.get_format(), headers, settings.layers, conversion);
+    choose_kept_subimage();
+    for (unsigned int i = 0; i < headers.size(); ++i)
+        if (is_kept(headers[i]))
+            plan_one(i);
+    check_deep_parts();
+    untile_mixed_parts();
+    note_losses();
+}
+
+/// The first one with layers to convert.
+void ImageConversion::choose_kept_subimage() {
+    const auto found = std::find_if(choices.begin(), choices.end(),
+                                    [](const PartChoice& choice) { return !choice.chosen.empty(); });
+    if (found != choices.end())
+        kept_subimage = static_cast<int>(found - choices.begin());
+}
+
+void ImageConversion::plan_one(unsigned int index) {
+    const image::PartHeader& header = reader.get_parts()[index];
+    const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
+    image::OutputWishes wishes = settings.wishes;
+    if (!settings.data_space.empty())
+        wishes.color_space_tag.clear(); // they stay in their color space
+    image::PartPlan plan =
+        image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, wishes);
+    for (const std::string& note : plan.notes)
+        add_note(note);
+    if (header.level == 0)
+        report_layers(choice);
+    std::vector<std::string> names;
+    for (const ChosenLayer& layer : choice.chosen)
+        names.push_back(layer.name);
+    output_headers.push_back({header.subimage, header.level, plan.spec});
+    parts.push_back({index, std::move(plan), std::move(names)});
+}
+
+/// A format without layers gets the first one, and a note says what it does not get.
+void ImageConversion::report_layers(const PartChoice& choice) {
+    for (const ChosenLayer& layer : choice.chosen)
+        if (abilities.has_any_channels || &layer == &choice.chosen.front())
+            report.layers.converted.push_back(layer.name);
+    if (abilities.has_any_channels || choice.chosen.empty())
+        report.layers.left.insert(report.layers.left.end(), choice.left.begin(), choice.left.end());
+}
+
+void ImageConversion::note_losses() {
     if (reader.count_subimages() > 1 && !abilities.has_subimages)
-        add_note(fmt::format("{} does not support several parts: only part 1 of {} is written",
-                             abilities.name, reader.count_subimages()));
+        add_note(fmt::format("{} does not support several parts: only part {} of {} is written",
+                             abilities.name, kept_subimage + 1, reader.count_subimages()));
+    const std::vector<image::PartHeader>& headers = reader.get_parts();
     const bool has_levels =
         std::any_of(headers.begin(), headers.end(), [](auto& part) { return part.level; });
     if (has_levels && !abilities.has_levels)
         add_note(
             fmt::format("{} does not support mipmaps: only the full resolution is written", abilities.name));
+}
+
+/// OpenImageIO writes all parts of an OpenEXR file like the first one: in tiles, or in scanlines.
+void ImageConversion::untile_mixed_parts() {
+    const auto is_tiled = [](const image::PartHeader& part) { return part.spec.tile_width > 0; };
+    const bool may_mix = abilities.appends_subimages ||
+                         std::any_of(output_headers.begin(), output_headers.end(),
+                                     [](const image::PartHeader& part) { return part.level > 0; });
+    const auto tiled = std::count_if(output_headers.begin(), output_headers.end(), is_tiled);
+    if (may_mix || tiled == 0 || tiled == static_cast<std::ptrdiff_t>(output_headers.size()))
+        return;
+    for (image::PartHeader& part : output_headers)
+        part.spec.tile_width = part.spec.tile_height = part.spec.tile_depth = 0;
+    add_note(
+        "OpenImageIO does not write tiles and scanlines to one file: all parts are written in scanlines");
+}
+
+void ImageConversion::check_deep_parts() const {
+    const auto count = std::count_if(output_headers.begin(), output_headers.end(),
+                                     [](const image::PartHeader& part) { return part.spec.deep; });
+    if (count > 0 && !abilities.has_deep)
+        diagnostics::fail_file(
+            diagnostics::Code::IMAGE_UNSUPPORTED,
+            fmt::format("cannot write '{}': {} does not support deep images; write an .exr file, or flatten "
+                        "'{}' first",
+                        output, abilities.name, reader.get_path()),
+            output);
+    if (count > 0 && count < static_cast<std::ptrdiff_t>(output_headers.size()))
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
+                               fmt::format("cannot convert '{}': it has deep and flat parts, which "
+                                           "OpenImageIO does not write to one file",
+                                           reader.get_path()),
+                               reader.get_path());
 }
 
 void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const {
@@ -108,24 +191,52 @@ void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::Image
 
 void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer) {
     const PlannedPart& part = parts[index];
-    const OIIO::ImageSpec& input_spec = reader.get_parts()[part.input_index].spec;
-    reader.read_part(part.input_index, buffers.input);
+    const image::PartHeader& header = reader.get_parts()[part.input_index];
+    if (header.spec.deep)
+        reader.read_deep_part(part.input_index, deep_pixels);
+    else
+        reader.read_part(part.input_index, buffers.input);
     const OIIO::ImageSpec output_spec = writer.open_part(output_headers, index, abilities);
     check_depth(part.plan, output_spec);
-    const bool in_place = image::can_convert_in_place(input_spec, part.plan, output_spec);
-    image::PixelBuffer& target = in_place ? buffers.input : buffers.output;
-    if (!in_place)
-        target.resize(output_spec.image_bytes(true));
-    image::convert_part(input_spec, buffers.input, part.plan, output_spec, settings.convert, settings.threads,
-                        target);
-    writer.write_part(target);
-
-    report.pixels += input_spec.image_pixels();
+    const std::vector<std::size_t> transparent =
+        header.spec.deep ? convert_deep(part, output_spec, writer) : convert_flat(part, output_spec, writer);
+    for (const std::size_t layer : transparent)
+        if (header.level == 0)
+            add_note(fmt::format("the alpha of {} is 0 everywhere: its color {}", part.layer_names[layer],
+                                 part.plan.associates_alpha ? "becomes 0" : "is converted as it is"));
+    report.pixels += header.spec.image_pixels();
     if (index == 0) {
         report.width = output_spec.width;
         report.height = output_spec.height;
         report.depth = output_spec.format.c_str();
     }
+}
+
+/// Returns the layers whose alpha is 0 everywhere.
+std::vector<std::size_t> ImageConversion::convert_flat(const PlannedPart& part,
+                                                       const OIIO::ImageSpec& output_spec,
+                                                       image::ImageWriter& writer) {
+    const OIIO::ImageSpec& input_spec = reader.get_parts()[part.input_index].spec;
+    const bool in_place = image::can_convert_in_place(input_spec, part.plan, output_spec);
+    image::PixelBuffer& target = in_place ? buffers.input : buffers.output;
+    if (!in_place)
+        target.resize(output_spec.image_bytes(true));
+    std::vector<std::size_t> transparent = image::convert_part(
+        input_spec, buffers.input, part.plan, output_spec, settings.convert, settings.threads, target);
+    writer.write_part(target);
+    return transparent;
+}
+
+/// Returns the layers whose alpha is 0 everywhere.
+std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
+                                                       const OIIO::ImageSpec& output_spec,
+                                                       image::ImageWriter& writer) {
+    const OIIO::ImageSpec& input_spec = reader.get_parts()[part.input_index].spec;
+    image::DeepPixels converted;
+    std::vector<std::size_t> transparent = image::convert_deep_part(
+        input_spec, deep_pixels, part.plan, output_spec, settings.convert, settings.threads, converted);
+    writer.write_deep_part(converted);
+    return transparent;
 }
 
 } // namespace

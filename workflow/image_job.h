@@ -8,6 +8,7 @@
 #include "image/part_conversion.h"
 #include "image/part_plan.h"
 #include "image/reader_process.h"
+#include "workflow/layer_choice.h"
 
 namespace workflow {
 
@@ -23,6 +24,7 @@ struct ImageReport {
     int width = 0;            ///< Of the first part.
     int height = 0;
     std::string depth;              ///< OpenImageIO's name of the type of the written colors: "half".
+    LayerReport layers;             ///< Those that were written.
     std::vector<std::string> notes; ///< What the output format does not support, each once.
 };
 
@@ -37,15 +39,19 @@ struct ImageBuffers {
 struct ImageSettings {
     image::ConvertRows convert; ///< Empty to leave colors unchanged.
     image::OutputWishes wishes;
+    LayerWishes layers;
+    bool mixes_channels = true; ///< Of `convert`: single channels of color are then not converted.
+    /// The color space that the images are found to be in, if it is one of data: nothing is converted then.
+    std::string data_space;
     int threads = 0; ///< Worker threads for one image; 0 for all cores.
     /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
     /// with other tags gets a note.
     std::optional<std::vector<std::string>> source_tags;
 };
 
-/// Reads the image, converts the colors of all its parts and writes the output, which is replaced only when
-/// everything succeeded. Throws diagnostics::Failure with the file and the reason. Thread-safe with different
-/// `buffers`.
+/// Reads the image, converts the color layers of all its parts and writes the output, which is replaced only
+/// when everything succeeded. Throws diagnostics::Failure with the file and the reason. Thread-safe with
+/// different `buffers`.
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers);
 
 } // namespace workflow

@@ -12,6 +12,7 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "image/format_abilities.h"
+#include "image/image_layers.h"
 #include "image/part_conversion.h"
 #include "image/part_plan.h"
 
@@ -173,7 +174,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const image::OutputWishes wishes = make_wishes(input);
     const ImageSpec spec = make_spec(input);
 
-    const image::PartPlan plan = image::plan_part(spec, input_format, abilities, wishes);
+    const image::PartPlan plan = image::plan_part(spec, image::find_color_layers(spec, {input_format, {}}),
+                                                  input_format, abilities, wishes);
     check_channels(spec, plan);
     check_tags(plan, wishes);
     if (plan.spec.image_bytes(true) < 1 << 20)

@@ -1,5 +1,3 @@
-#include <OpenImageIO/deepdata.h>
-
 #include "tests/colorio/color_formulas.h"
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
@@ -96,22 +94,6 @@ TEST_F(ConvertParts, RefusesImagesWithoutColor) {
     EXPECT_THAT(convert("in.exr", "out.exr"),
                 FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("no color channels"))));
     EXPECT_FALSE(folder.exists("out.exr"));
-}
-
-TEST_F(ConvertParts, RefusesDeepImages) {
-    OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeHalf);
-    spec.deep = true;
-    spec.channelnames = {"R", "G", "B", "A", "Z"};
-    spec.channelformats = {OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeHalf, OIIO::TypeFloat};
-    OIIO::DeepData samples(spec);
-    for (int pixel = 0; pixel < 4; ++pixel)
-        samples.set_samples(pixel, 1);
-    const auto output = OIIO::ImageOutput::create(path("deep.exr"));
-    ASSERT_TRUE(output && output->open(path("deep.exr"), spec) && output->write_deep_image(samples) &&
-                output->close());
-    EXPECT_THAT(convert("deep.exr", "out.exr"),
-                FailsWith(1, AllOf(HasSubstr("deep.exr"), HasSubstr("deep image"), HasSubstr("flatten"))));
-    EXPECT_EQ(count_files(), 1u);
 }
 
 /// Two parts in tiles that stand over the right and the lower edge.

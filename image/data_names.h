@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <OpenImageIO/imageio.h>
+
+namespace image {
+
+/// True when the name of a layer or a part is one that renderers and compositing programs give to data:
+/// normals, positions, depth, motion, texture coordinates, ids and mattes. Each part of the name between dots
+/// counts by its last word, without digits and words such as "world" or "pass": "bumpNormals", "N_world",
+/// "crypto_object00", "left.depth", but not "matte_painting".
+bool is_data_name(std::string_view name);
+
+/// The names of the cryptomattes that the metadata declare: values of "cryptomatte/<key>/name".
+std::vector<std::string> get_cryptomatte_names(const OIIO::ImageSpec& spec);
+
+/// True when a layer holds the cryptomatte `cryptomatte` or its preview: that name, with or without digits.
+bool belongs_to_cryptomatte(std::string_view layer, std::string_view cryptomatte);
+
+} // namespace image

@@ -1,0 +1,139 @@
+// The choice of layers and parts on the command line, and what the result line says of them.
+
+#include "tests/colorio/color_formulas.h"
+#include "tests/tool/images.h"
+#include "tests/tool/native_image.h"
+#include "tests/tool/tool_fixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr double TOLERANCE = 2e-5; // of the built-in table
+
+class ConvertLayers : public ToolTest {
+protected:
+    ToolRun convert(std::vector<std::string> more = {}, const std::string& input = "in.exr") {
+        more.insert(more.begin(),
+                    {"convert", path(input), path("out.exr"), "--from", "sRGB", "--to", "linear"});
+        return run(more);
+    }
+
+    void write_layers() const {
+        Image image = make_image(1, 1, 10, OIIO::TypeFloat, std::vector<float>(10, 0.5f));
+        image.spec.channelnames = {"R",         "G",        "B",        "diffuse.R", "diffuse.G",
+                                   "diffuse.B", "normal.R", "normal.G", "normal.B",  "Z"};
+        write_image(path("in.exr"), image);
+    }
+
+    void write_parts() const {
+        std::vector<Image> parts;
+        for (const char* name : {"beauty", "glow", "normals"}) {
+            parts.push_back(make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
+            parts.back().spec.attribute("oiio:subimagename", name);
+        }
+        write_image(path("in.exr"), parts);
+    }
+
+    void expect_converted(const std::string& channel, int part = 0) const {
+        EXPECT_NEAR(read_image(path("out.exr"), part).get(channel), formula::srgb_to_linear(0.5), TOLERANCE);
+    }
+    void expect_left(const std::string& channel, int part = 0) const {
+        EXPECT_EQ(read_image(path("out.exr"), part).get(channel), 0.5f);
+    }
+};
+
+TEST_F(ConvertLayers, OfColorAreConvertedAndTheResultLineSaysWhich) {
+    write_layers();
+    const ToolRun result = convert();
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("; converted rgba, diffuse; left Z (data); normal (data by name)\n"));
+    expect_converted("G");
+    expect_converted("diffuse.G");
+    expect_left("normal.G");
+}
+
+TEST_F(ConvertLayers, AreNotMentionedWhereThereIsButOne) {
+    write_image(path("in.exr"), make_image(1, 1, 4, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f, 1.0f}));
+    const ToolRun result = convert();
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, AllOf(HasSubstr("Mpixel/s\n"), Not(HasSubstr("converted"))));
+}
+
+TEST_F(ConvertLayers, AreTakenFromLists) {
+    write_layers();
+    ASSERT_THAT(convert({"--layers", "diffuse,normal"}), Succeeds());
+    expect_left("G");
+    expect_converted("diffuse.G");
+    expect_converted("normal.G");
+    ASSERT_THAT(convert({"--layers", "diffuse", "--layers", "rgba"}), Succeeds());
+    expect_converted("G");
+    expect_left("normal.G");
+    ASSERT_THAT(convert({"--layers", "all", "--skip", "diffuse"}), Succeeds());
+    expect_converted("G");
+    expect_left("diffuse.G");
+}
+
+TEST_F(ConvertLayers, OfPartsAreTakenFromLists) {
+    write_parts();
+    const ToolRun result = convert();
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("; converted beauty, glow; left normals (data by name)\n"));
+    expect_left("R", 2);
+    ASSERT_THAT(convert({"--parts", "glow"}), Succeeds());
+    expect_left("R", 0);
+    expect_converted("R", 1);
+    ASSERT_THAT(convert({"--parts", "1,2", "--skip", "glow"}), Succeeds());
+    expect_converted("R", 0);
+    expect_left("R", 1);
+    ASSERT_THAT(convert({"--layers", "normals"}), Succeeds());
+    expect_left("R", 0);
+    expect_converted("R", 2);
+}
+
+TEST_F(ConvertLayers, WithWrongNamesAreOneErrorEach) {
+    write_layers();
+    folder.write("out.exr", "what was there");
+    for (const char* option : {"--layers", "--skip"})
+        EXPECT_THAT(convert({option, "difuse"}),
+                    FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("'difuse'"),
+                                       HasSubstr("did you mean 'diffuse'?"),
+                                       HasSubstr("it has rgba, Z, diffuse, normal"))));
+    EXPECT_THAT(convert({"--parts", "2"}), FailsWith(1, HasSubstr("it has no part '2'")));
+    EXPECT_THAT(convert({"--layers", "Z"}), FailsWith(1, HasSubstr("it has no color channels")));
+    EXPECT_THAT(convert({"--skip", "rgba,diffuse"}),
+                FailsWith(1, HasSubstr("no color channels to convert: rgba (skipped)")));
+    EXPECT_THAT(convert({"--layers"}), FailsWith(2, HasSubstr("--layers")));
+    EXPECT_EQ(folder.read("out.exr"), "what was there");
+}
+
+TEST_F(ConvertLayers, WithTransparentColorAreNoted) {
+    write_image(path("in.exr"), make_image(1, 1, 4, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f, 0.0f}));
+    const ToolRun result = convert();
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("the alpha of rgba is 0 everywhere"));
+    expect_converted("R");
+}
+
+TEST_F(ConvertLayers, OfDeepImagesAreConverted) {
+    DeepImage deep = make_deep_image(2, 1,
+                                     {{"R", OIIO::TypeFloat},
+                                      {"G", OIIO::TypeFloat},
+                                      {"B", OIIO::TypeFloat},
+                                      {"A", OIIO::TypeFloat},
+                                      {"Z", OIIO::TypeFloat}},
+                                     {2, 1});
+    for (int channel = 0; channel < 5; ++channel)
+        deep.pixels.set_deep_value(0, channel, 1, 0.5f);
+    write_deep(path("deep.exr"), {deep});
+    const ToolRun result = convert({}, "deep.exr");
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("converted rgba; left Z (data)"));
+    const DeepImage after = read_deep(path("out.exr"));
+    EXPECT_NEAR(after.pixels.deep_value(0, 1, 1), formula::srgb_to_linear(0.5 / 0.5) * 0.5, TOLERANCE);
+    EXPECT_EQ(after.pixels.deep_value(0, 4, 1), 0.5f);
+}
+
+} // namespace

@@ -1,0 +1,255 @@
+#include "workflow/layer_choice.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "diagnostics/failure.h"
+#include "image/data_names.h"
+#include "image/image_layers.h"
+#include "workflow/nearest_names.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+using image::ImageLayer;
+using image::LayerContent;
+using Names = std::vector<std::string>;
+
+constexpr char NOT_CHOSEN[] = "not chosen";
+constexpr char SKIPPED[] = "skipped";
+constexpr char MIXED[] = "the conversion mixes it with missing channels";
+
+struct ReasonToLeave {
+    LayerContent content;
+    const char* reason;      ///< In the report.
+    const char* explanation; ///< Why it cannot be converted when it is named; null when it can.
+};
+constexpr ReasonToLeave REASONS[] = {
+    {LayerContent::SOME_COLOR, "without all of red, green and blue", nullptr},
+    {LayerContent::NAMED_DATA, "data by name", nullptr},
+    {LayerContent::CRYPTOMATTE, "cryptomatte", "the file declares it as a cryptomatte, whose values are ids"},
+    {LayerContent::INTEGERS, "integers", "its channels are integers, which OpenEXR files use for ids"},
+    {LayerContent::OTHER, "data", "it has no color channels (R, G and B, or Y)"},
+};
+
+const ReasonToLeave& get_reason(LayerContent content) {
+    return *std::find_if(std::begin(REASONS), std::end(REASONS),
+                         [&](const ReasonToLeave& entry) { return entry.content == content; });
+}
+
+bool contains(const Names& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string join(const Names& names) {
+    return fmt::format("{}", fmt::join(names, ", "));
+}
+
+/// "N, P (data by name); Z (data)".
+std::string describe_left(const std::vector<LeftLayer>& left) {
+    std::string text;
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        const bool is_last = i + 1 == left.size() || left[i + 1].reason != left[i].reason;
+        text += left[i].name;
+        if (is_last)
+            text += fmt::format(" ({})", left[i].reason);
+        if (i + 1 < left.size())
+            text += is_last ? "; " : ", ";
+    }
+    return text;
+}
+
+struct Part {
+    std::string name;   ///< Empty for none.
+    std::string number; ///< From 1.
+    std::vector<ImageLayer> layers;
+
+    std::string get_title() const { return name.empty() ? "part " + number : name; }
+    bool is_named_in(const Names& names) const {
+        return contains(names, number) || contains(names, get_title());
+    }
+};
+
+/// Chooses among the layers of one image.
+class LayerChoice {
+public:
+    LayerChoice(const std::string& path, const std::string& format,
+                const std::vector<image::PartHeader>& headers, const LayerWishes& wishes,
+                const LayerConversion& conversion)
+        : path(path), wishes(wishes), conversion(conversion) {
+        find_parts(format, headers);
+        takes_all = wishes.layers.empty() || wishes.layers == Names{ALL_LAYERS};
+    }
+
+    std::vector<PartChoice> run() {
+        check_names();
+        std::vector<PartChoice> choices;
+        bool any = false;
+        for (const Part& part : parts) {
+            choices.push_back({part.get_title(), {}, {}});
+            for (const ImageLayer& layer : part.layers)
+                decide(part, layer, choices.back());
+            any = any || !choices.back().chosen.empty();
+        }
+        if (!any && conversion.reason_to_leave.empty())
+            fail_without_color(choices);
+        return choices;
+    }
+
+private:
+    void find_parts(const std::string& format, const std::vector<image::PartHeader>& headers);
+    std::string get_label(const Part& part, const ImageLayer& layer) const;
+    bool is_named_in(const Names& names, const Part& part, const ImageLayer& layer) const {
+        return contains(names, layer.name) || contains(names, get_label(part, layer));
+    }
+    void check_names() const;
+    void check_known(const Names& wanted, const char* kind, const Names& accepted, const Names& listed) const;
+    void decide(const Part& part, const ImageLayer& layer, PartChoice& choice) const;
+    std::string find_reason_to_leave(const Part& part, const ImageLayer& layer) const;
+    [[noreturn]] void fail_to_convert(const std::string& label, const std::string& reason) const;
+    [[noreturn]] void fail_without_color(const std::vector<PartChoice>& choices) const;
+
+    const std::string& path;
+    const LayerWishes& wishes;
+    const LayerConversion& conversion;
+    bool takes_all = true;
+    std::vector<Part> parts;
+};
+
+void LayerChoice::find_parts(const std::string& format, const std::vector<image::PartHeader>& headers) {
+    image::PartContext context;
+    context.format = format;
+    for (const image::PartHeader& header : headers)
+        for (std::string& name : image::get_cryptomatte_names(header.spec))
+            context.cryptomattes.push_back(std::move(name));
+    for (const image::PartHeader& header : headers)
+        if (header.level == 0)
+            parts.push_back({image::get_part_name(header.spec), std::to_string(parts.size() + 1),
+                             image::find_layers(header.spec, context)});
+}
+
+std::string LayerChoice::get_label(const Part& part, const ImageLayer& layer) const {
+    if (parts.size() == 1)
+        return layer.name;
+    const bool stands_for_part =
+        part.layers.size() == 1 || layer.name == part.name || (layer.color && layer.color->name.empty());
+    return stands_for_part ? part.get_title() : part.get_title() + ":" + layer.name;
+}
+
+void LayerChoice::check_names() const {
+    Names layers, layer_labels, part_names, part_titles;
+    for (const Part& part : parts) {
+        part_names.insert(part_names.end(), {part.number, part.get_title()});
+        part_titles.push_back(part.get_title());
+        for (const ImageLayer& layer : part.layers) {
+            layers.insert(layers.end(), {layer.name, get_label(part, layer)});
+            layer_labels.push_back(get_label(part, layer));
+        }
+    }
+    if (!takes_all)
+        check_known(wishes.layers, "layer", layers, layer_labels);
+    check_known(wishes.parts, "part", part_names, part_titles);
+    layers.insert(layers.end(), part_names.begin(), part_names.end());
+    check_known(wishes.skipped, "layer or part", layers, layer_labels);
+}
+
+void LayerChoice::check_known(const Names& wanted, const char* kind, const Names& accepted,
+                              const Names& listed) const {
+    for (const std::string& name : wanted) {
+        if (contains(accepted, name))
+            continue;
+        const std::string near = did_you_mean(name, accepted);
+        diagnostics::Diagnostic failure = diagnostics::make_file_error(
+            Code::LAYER_UNKNOWN, fmt::format("cannot convert '{}': it has no {} '{}'", path, kind, name),
+            path);
+        throw diagnostics::Failure(with_hint(
+            std::move(failure), fmt::format("{}{}it has {}", near, near.empty() ? "" : " ", join(listed))));
+    }
+}
+
+/// Why a layer is left, or nothing.
+std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer& layer) const {
+    if (!conversion.reason_to_leave.empty())
+        return conversion.reason_to_leave;
+    if (part.is_named_in(wishes.skipped) || is_named_in(wishes.skipped, part, layer))
+        return SKIPPED;
+    const bool is_in_part = wishes.parts.empty() || part.is_named_in(wishes.parts);
+    const bool is_wanted = is_in_part && (takes_all || is_named_in(wishes.layers, part, layer));
+    if (!layer.is_color() && (takes_all || !is_wanted))
+        return get_reason(layer.content).reason;
+    if (!is_wanted)
+        return NOT_CHOSEN;
+    const std::string label = get_label(part, layer);
+    if (!layer.is_convertible())
+        fail_to_convert(label, get_reason(layer.content).explanation);
+    if (layer.color->has_all_colors() || !conversion.mixes_channels)
+        return "";
+    if (!takes_all)
+        fail_to_convert(label, "it has not all of red, green and blue, which the conversion mixes");
+    return MIXED;
+}
+
+void LayerChoice::decide(const Part& part, const ImageLayer& layer, PartChoice& choice) const {
+    const std::string reason = find_reason_to_leave(part, layer);
+    const std::string label = get_label(part, layer);
+    if (reason.empty())
+        choice.chosen.push_back({label, *layer.color});
+    else
+        choice.left.push_back({label, reason});
+}
+
+void LayerChoice::fail_to_convert(const std::string& label, const std::string& reason) const {
+    diagnostics::fail_file(Code::IMAGE_UNSUPPORTED,
+                           fmt::format("cannot convert the layer '{}' of '{}': {}", label, path, reason),
+                           path);
+}
+
+void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) const {
+    std::vector<LeftLayer> left;
+    Names convertible;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        left.insert(left.end(), choices[i].left.begin(), choices[i].left.end());
+        for (const ImageLayer& layer : parts[i].layers)
+            if (layer.content == LayerContent::NAMED_DATA)
+                convertible.push_back(get_label(parts[i], layer));
+    }
+    diagnostics::Diagnostic failure = diagnostics::make_file_error(
+        Code::IMAGE_UNSUPPORTED,
+        fmt::format("cannot convert '{}': no color channels to convert: {}", path, describe_left(left)),
+        path);
+    if (!convertible.empty())
+        failure = with_hint(std::move(failure), fmt::format("--layers {} converts what is data by name",
+                                                            fmt::join(convertible, ",")));
+    throw diagnostics::Failure(std::move(failure));
+}
+
+} // namespace
+
+std::string describe(const LayerReport& report) {
+    if (report.left.empty() && report.converted.size() < 2)
+        return "";
+    std::string text;
+    if (!report.converted.empty())
+        text = "converted " + join(report.converted);
+    if (!report.left.empty())
+        text += (text.empty() ? "left " : "; left ") + describe_left(report.left);
+    return text;
+}
+
+std::vector<image::ColorLayer> PartChoice::get_colors() const {
+    std::vector<image::ColorLayer> colors;
+    for (const ChosenLayer& layer : chosen)
+        colors.push_back(layer.color);
+    return colors;
+}
+
+std::vector<PartChoice> choose_layers(const std::string& path, const std::string& format,
+                                      const std::vector<image::PartHeader>& headers,
+                                      const LayerWishes& wishes, const LayerConversion& conversion) {
+    return LayerChoice(path, format, headers, wishes, conversion).run();
+}
+
+} // namespace workflow

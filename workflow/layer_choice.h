@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "image/color_layer.h"
+#include "image/image_file.h"
+
+namespace workflow {
+
+/// Which layers and parts of images to convert. Names that an image lacks are errors.
+struct LayerWishes {
+    /// Names of layers. Empty, or "all" alone, for every layer that is color by the rule of
+    /// image/image_layers.h; a name also chooses a layer whose name is one of data, or that has not all
+    /// colors.
+    std::vector<std::string> layers;
+    /// Names of parts, or their numbers from 1; empty for all.
+    std::vector<std::string> parts;
+    /// Names of layers or parts that are not converted.
+    std::vector<std::string> skipped;
+};
+
+/// "all" of LayerWishes.
+inline constexpr char ALL_LAYERS[] = "all";
+
+/// A layer that was left as it is.
+struct LeftLayer {
+    std::string name;
+    std::string reason; ///< "data", "skipped".
+};
+
+/// What became of the layers of an image, by their names. In an image of several parts the name of the part
+/// stands for its color without a layer, and before other layers: "beauty", "beauty:diffuse".
+struct LayerReport {
+    std::vector<std::string> converted;
+    std::vector<LeftLayer> left;
+};
+
+/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when there is but one layer, which
+/// was converted.
+std::string describe(const LayerReport& report);
+
+/// A layer to convert.
+struct ChosenLayer {
+    std::string name; ///< As in LayerReport.
+    image::ColorLayer color;
+};
+
+/// The layers of one part.
+struct PartChoice {
+    std::string name; ///< For messages: "beauty", "part 2".
+    std::vector<ChosenLayer> chosen;
+    std::vector<LeftLayer> left;
+
+    std::vector<image::ColorLayer> get_colors() const;
+};
+
+/// What is to be known about a conversion to choose layers.
+struct LayerConversion {
+    bool mixes_channels =
+        true; ///< A result depends on other channels; single channels are then not converted.
+    /// Why nothing is converted, for the report: "in the data space 'Raw'"; empty to convert.
+    std::string reason_to_leave;
+};
+
+/// Chooses the layers of each subimage of the image at `path`, which is only for messages. Throws
+/// diagnostics::Failure for an unknown name, for a named layer that cannot be converted, and when there is
+/// nothing to convert without a reason to leave all.
+std::vector<PartChoice> choose_layers(const std::string& path, const std::string& format,
+                                      const std::vector<image::PartHeader>& headers,
+                                      const LayerWishes& wishes, const LayerConversion& conversion);
+
+} // namespace workflow
