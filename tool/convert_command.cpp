@@ -202,9 +202,9 @@ ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,
     events.progress = [&](std::size_t, std::size_t) { progress.advance(); };
     const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
     const std::string failures = report.failed == 0 ? "" : fmt::format(", {} failed", report.failed);
-    console.print(fmt::format("{}: {} to {}, {} frames converted{}, {}", output, conversion.get_source(),
+    console.print(fmt::format("{}: {} to {}, {} frames converted{}, {}{}", output, conversion.get_source(),
                               conversion.get_destination(), report.converted, failures,
-                              describe_speed(report.pixels, report.seconds)));
+                              describe_speed(report.pixels, report.seconds), describe_layers(report.layers)));
     return report.failed == 0 ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
 }
 

@@ -221,8 +221,9 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
         fmt::format("cannot convert '{}': no color channels to convert: {}", path, describe_left(left)),
         path);
     if (!convertible.empty())
-        failure = with_hint(std::move(failure), fmt::format("--layers {} converts what is data by name",
-                                                            fmt::join(convertible, ",")));
+        failure =
+            with_hint(std::move(failure),
+                      fmt::format("data by name is converted where a layer is named: {}", join(convertible)));
     throw diagnostics::Failure(std::move(failure));
 }
 

@@ -122,7 +122,8 @@ private:
 
     void add(const ImageReport& image) {
         std::lock_guard<std::mutex> lock(mutex);
-        ++report.converted;
+        if (report.converted++ == 0)
+            report.layers = image.layers;
         report.pixels += image.pixels;
         for (const std::string& note : image.notes)
             if (known_notes.insert(note).second)

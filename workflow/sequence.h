@@ -16,6 +16,7 @@ struct SequenceReport {
     unsigned int failed = 0;
     std::uint64_t pixels = 0;  ///< Pixels of the converted images.
     double seconds = 0;        ///< Elapsed time.
+    LayerReport layers;        ///< Of the first converted image.
     bool is_cancelled = false; ///< Not all images were converted or failed.
 };
 

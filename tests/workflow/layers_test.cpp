@@ -235,7 +235,7 @@ TEST_F(Layers, OfDataAloneAreRefusedWithTheReasons) {
     write(make_color({"normal.R", "normal.G", "normal.B", "Z"}, 0.5f));
     const diagnostics::Diagnostic failure = failure_of([&] { convert(); });
     EXPECT_THAT(failure.message, HasSubstr("no color channels to convert: Z (data); normal (data by name)"));
-    EXPECT_THAT(failure.hint, HasSubstr("--layers normal"));
+    EXPECT_THAT(failure.hint, HasSubstr("where a layer is named: normal"));
 }
 
 TEST_F(Layers, OfOneColorAreConvertedWhereTheOthersDoNotMatter) {
@@ -355,7 +355,7 @@ TEST_F(Layers, GiveAFormatOfOnePartTheFirstPartThatIsChosen) {
 TEST_F(Layers, StayAsTheyAreInADataSpace) {
     NativeImage image = make_color({"R", "G", "B", "A"}, 0.3f);
     const float white[] = {0.3f, 0.3f};
-    image.spec.attribute("adoptedNeutral", OIIO::TypeDesc(TypeFloat, OIIO::TypeDesc::VEC2), white);
+    image.spec.attribute("adoptedNeutral", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, OIIO::TypeDesc::VEC2), white);
     image.fill_bits("R", 5);
     write(image);
     workflow::ImageOptions options;
