@@ -117,6 +117,8 @@ void ImageFile::read_part(std::size_t index, std::byte* pixels) {
 
 void ImageFile::read_deep_part(std::size_t index, OIIO::DeepData& pixels) {
     const PartHeader& part = parts[index];
+    if (!part.spec.deep)
+        fail_to_read(path, "it is not a deep image");
     if (!input->read_native_deep_image(part.subimage, part.level, pixels))
         fail_to_read(path, input->geterror());
     if (pixels.pixels() != static_cast<std::int64_t>(part.spec.image_pixels()) ||

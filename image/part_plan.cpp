@@ -88,6 +88,17 @@ bool is_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities, co
     return channel.layer == 0 && channel.component == 3;
 }
 
+/// Notes data whose type changes, because the format has one type for all channels.
+void note_types(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
+    std::string changed;
+    for (const PlannedChannel& channel : plan.channels)
+        if (!is_color(channel) && input.channelformat(channel.source) != plan.spec.format)
+            changed += (changed.empty() ? "" : ", ") + std::string(input.channel_name(channel.source));
+    if (!changed.empty())
+        plan.notes.push_back(fmt::format(
+            "{} has one type for all channels: that of {} changes from the input", abilities.name, changed));
+}
+
 void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilities, bool widen_gray,
                      OIIO::TypeDesc depth, PartPlan& plan) {
     OIIO::ImageSpec& spec = plan.spec;
@@ -114,6 +125,8 @@ void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilit
                       : spec.channelformats[static_cast<std::size_t>(color - plan.channels.begin())];
     const bool uniform = std::all_of(spec.channelformats.begin(), spec.channelformats.end(),
                                      [&](OIIO::TypeDesc type) { return type == spec.format; });
+    if (!uniform && !abilities.has_channel_formats)
+        note_types(input, abilities, plan);
     if (uniform || !abilities.has_channel_formats)
         spec.channelformats.clear();
 }

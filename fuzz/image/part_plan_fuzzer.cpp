@@ -28,7 +28,8 @@ constexpr int MAX_POSITION = 0x3FFFFFFF;
 
 constexpr const char* FILES[] = {"a.exr", "a.tif", "a.png", "a.jpg", "a.dpx",
                                  "a.tga", "a.hdr", "a.bmp", "a.sgi", "a.webp"};
-constexpr const char* LAYERS[] = {"", "", "left.", "right.", "beauty.", "a.b.", ".", "R."};
+constexpr const char* LAYERS[] = {"",     "",  "left.", "right.",    "beauty.",
+                                  "a.b.", ".", "R.",    "a.normal.", "left.id."};
 constexpr const char* CHANNELS[] = {"R",    "G",     "B", "A",    "r", "Red", "green",
                                     "BLUE", "alpha", "Y", "gray", "Z", "id",  ""};
 constexpr const char* ATTRIBUTES[] = {
@@ -109,6 +110,15 @@ image::OutputWishes make_wishes(FuzzedDataProvider& input) {
     return wishes;
 }
 
+/// Any of the layers that have color, whether they are data or not.
+std::vector<image::ColorLayer> choose_layers(FuzzedDataProvider& input, const ImageSpec& spec) {
+    std::vector<image::ColorLayer> chosen;
+    for (const image::ImageLayer& layer : image::find_layers(spec, {"openexr", {"beauty", "left"}}))
+        if (layer.color && input.ConsumeBool())
+            chosen.push_back(*layer.color);
+    return chosen;
+}
+
 void check_channels(const ImageSpec& input, const image::PartPlan& plan) {
     const auto count = static_cast<std::size_t>(plan.spec.nchannels);
     require(count >= 1 && plan.channels.size() == count && plan.spec.channelnames.size() == count);
@@ -174,8 +184,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const image::OutputWishes wishes = make_wishes(input);
     const ImageSpec spec = make_spec(input);
 
-    const image::PartPlan plan = image::plan_part(spec, image::find_color_layers(spec, {input_format, {}}),
-                                                  input_format, abilities, wishes);
+    const image::PartPlan plan =
+        image::plan_part(spec, choose_layers(input, spec), input_format, abilities, wishes);
     check_channels(spec, plan);
     check_tags(plan, wishes);
     if (plan.spec.image_bytes(true) < 1 << 20)

@@ -136,4 +136,74 @@ TEST_F(ConvertLayers, OfDeepImagesAreConverted) {
     EXPECT_EQ(after.pixels.deep_value(0, 4, 1), 0.5f);
 }
 
+TEST_F(ConvertLayers, OfASequenceAreThoseOfItsFirstImage) {
+    write_layers();
+    for (const char* name : {"shot.1.exr", "shot.2.exr"})
+        folder.write(name, folder.read("in.exr"));
+    const ToolRun result = run({"convert", path("shot.#.exr"), path("graded.#.exr"), "--frames", "1-2",
+                                "--from", "sRGB", "--to", "linear", "--skip", "diffuse"});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out,
+                HasSubstr("converted rgba; left Z (data); diffuse (skipped); normal (data by name)"));
+    EXPECT_EQ(read_image(path("graded.2.exr")).get("diffuse.G"), 0.5f);
+}
+
+/// An OpenEXR file of 2 x 2 halfs in Y, and RY and BY for each four of them.
+std::string make_subsampled_file() {
+    std::string file;
+    const auto add = [&](std::uint64_t value, int bytes) {
+        for (int i = 0; i < bytes; ++i)
+            file += static_cast<char>(value >> (8 * i));
+    };
+    const auto add_attribute = [&](const std::string& name, const std::string& type, std::uint64_t size) {
+        file += name + '\0' + type + '\0';
+        add(size, 4);
+    };
+    constexpr std::uint64_t HALF = 1, ONE = 0x3f800000, LAST = 1;
+    add(20000630, 4);
+    add(2, 4);
+    add_attribute("channels", "chlist", 3 + 3 + 2 + 3 * 16 + 1);
+    for (const char* channel : {"BY", "RY", "Y"}) {
+        file += std::string(channel) + '\0';
+        add(HALF, 4);
+        add(0, 4);
+        add(channel[1] == 'Y' ? 2 : 1, 4);
+        add(channel[1] == 'Y' ? 2 : 1, 4);
+    }
+    add(0, 1);
+    add_attribute("compression", "compression", 1);
+    add(0, 1);
+    for (const char* window : {"dataWindow", "displayWindow"}) {
+        add_attribute(window, "box2i", 16);
+        add(0, 8);
+        add(LAST, 4);
+        add(LAST, 4);
+    }
+    add_attribute("lineOrder", "lineOrder", 1);
+    add(0, 1);
+    add_attribute("pixelAspectRatio", "float", 4);
+    add(ONE, 4);
+    add_attribute("screenWindowCenter", "v2f", 8);
+    add(0, 8);
+    add_attribute("screenWindowWidth", "float", 4);
+    add(ONE, 4);
+    add(0, 1);
+    const std::uint64_t first = file.size() + 16;
+    add(first, 8);
+    add(first + 8 + 8, 8);
+    for (const std::uint64_t size : {8, 4}) { // the first row has BY and RY, too
+        add(size == 8 ? 0 : 1, 4);
+        add(size, 4);
+        add(0, static_cast<int>(size));
+    }
+    return file;
+}
+
+TEST_F(ConvertLayers, OfSubsampledChannelsAreRefused) {
+    folder.write("in.exr", make_subsampled_file());
+    folder.write("out.exr", "what was there");
+    EXPECT_THAT(convert(), FailsWith(1, AllOf(HasSubstr("in.exr"), HasSubstr("Subsampled channels"))));
+    EXPECT_EQ(folder.read("out.exr"), "what was there");
+}
+
 } // namespace

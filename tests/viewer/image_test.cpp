@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include <OpenImageIO/deepdata.h>
 #include <OpenImageIO/imageio.h>
 
 #include "diagnostics/failure.h"
@@ -70,6 +71,23 @@ TEST_F(ImageToShow, ShowsASingleChannelAsGrey) {
 TEST_F(ImageToShow, ShowsTheFirstChannelsWhenNoneIsAColor) {
     EXPECT_THAT(pixel(load_channels({"N.X", "N.Y", "N.Z"}), 0, 0), ElementsAre(0.25f, 0.5f, 0.75f, 1));
     EXPECT_THAT(pixel(load_channels({"depth"}), 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
+}
+
+TEST_F(ImageToShow, ShowsColorBeforeDataAndDataByItsNames) {
+    EXPECT_EQ(load_channels({"diffuse.B", "diffuse.G", "diffuse.R", "N.B", "N.G", "N.R"}).channels,
+              "diffuse.R, diffuse.G, diffuse.B");
+    EXPECT_EQ(load_channels({"N.B", "N.G", "N.R", "id"}).channels, "N.R, N.G, N.B");
+}
+
+TEST_F(ImageToShow, ThatIsDeepIsRefused) {
+    const std::string path = folder.file("deep.exr");
+    OIIO::ImageSpec spec(2, 2, 2, OIIO::TypeDesc::FLOAT);
+    spec.channelnames = {"A", "Z"};
+    spec.deep = true;
+    const auto output = OIIO::ImageOutput::create(path);
+    ASSERT_TRUE(output->open(path, spec) && output->write_deep_image(OIIO::DeepData(spec)) &&
+                output->close());
+    EXPECT_THAT(refusal_of(path), HasSubstr("it is a deep image; flatten it first"));
 }
 
 TEST_F(ImageToShow, ThatIsTooLargeIsRefusedByItsHeader) {

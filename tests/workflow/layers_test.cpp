@@ -326,6 +326,13 @@ TEST_F(Layers, WithAlphaOfZeroEverywhereAreNoted) {
     EXPECT_THAT(convert().notes, IsEmpty());
 }
 
+TEST_F(Layers, OfDataThatGetAnotherTypeAreNoted) {
+    write(make_rich_image());
+    EXPECT_THAT(
+        convert("squared", {}, "out.tif").notes,
+        testing::Contains(AllOf(HasSubstr("tiff has one type for all channels"), HasSubstr("Z, id"))));
+}
+
 TEST_F(Layers, GiveAFormatWithoutThemTheFirstThatIsChosen) {
     NativeImage image = make_color({"R", "G", "B", "diffuse.R", "diffuse.G", "diffuse.B"}, 0.25f);
     for (const char* channel : {"diffuse.R", "diffuse.G", "diffuse.B"})
@@ -355,7 +362,8 @@ TEST_F(Layers, GiveAFormatOfOnePartTheFirstPartThatIsChosen) {
 TEST_F(Layers, StayAsTheyAreInADataSpace) {
     NativeImage image = make_color({"R", "G", "B", "A"}, 0.3f);
     const float white[] = {0.3f, 0.3f};
-    image.spec.attribute("adoptedNeutral", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, OIIO::TypeDesc::VEC2), white);
+    image.spec.attribute("adoptedNeutral", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, OIIO::TypeDesc::VEC2),
+                         white);
     image.fill_bits("R", 5);
     write(image);
     workflow::ImageOptions options;
