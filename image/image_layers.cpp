@@ -115,8 +115,6 @@ private:
     bool is_cryptomatte(const ColorLayer& color) const;
     void borrow_alphas();
     int find_alpha_for(const std::string& layer) const;
-    int find_alpha_of(const std::string& layer) const;
-    std::string find_view(const std::string& layer) const;
 
     const OIIO::ImageSpec& spec;
     const PartContext& context;
@@ -146,11 +144,14 @@ std::string LayerSearch::name_color(const ColorLayer& color) const {
         return color.name;
     if (color.has_all_colors() && !color.is_gray())
         return MAIN_LAYER;
-    std::string names;
+    std::string letters;
+    int only = NONE;
     for (int i = 0; i < (color.is_gray() ? 1 : 3); ++i)
-        if (color.channels[i] != NONE)
-            names += (names.empty() ? "" : ",") + std::string(spec.channel_name(color.channels[i]));
-    return names;
+        if (color.channels[i] != NONE) {
+            letters += RGBA_NAMES[i].letter;
+            only = color.channels[i];
+        }
+    return letters.size() == 1 ? std::string(spec.channel_name(only)) : letters;
 }
 
 LayerContent LayerSearch::classify(const ColorLayer& color) const {
@@ -189,38 +190,9 @@ void LayerSearch::borrow_alphas() {
 /// The alpha of "a.b", of "a", or that without a layer, for the layer "a.b.c".
 int LayerSearch::find_alpha_for(const std::string& layer) const {
     for (std::string around = get_prefix(layer); !around.empty(); around = get_prefix(around))
-        if (const int alpha = find_alpha_of(around); alpha != NONE)
+        if (const int alpha = find_alpha(spec, around); alpha != NONE)
             return alpha;
-    return find_alpha_of(find_view(layer));
-}
-
-/// By name, because a layer may have alpha without color.
-int LayerSearch::find_alpha_of(const std::string& layer) const {
-    for (int channel = 0; channel < spec.nchannels; ++channel) {
-        const std::string name = spec.channel_name(channel);
-        const std::string last = get_last_name(spec, channel);
-        const bool is_alpha = OIIO::Strutil::iequals(last, RGBA_NAMES[3].letter) ||
-                              OIIO::Strutil::iequals(last, RGBA_NAMES[3].word) ||
-                              (layer.empty() && channel == spec.alpha_channel);
-        if (is_alpha && get_prefix(name) == layer)
-            return channel;
-    }
-    return NONE;
-}
-
-/// The view whose name is part of that of the layer; empty for the first view, whose color has no layer, and
-/// for images without views.
-std::string LayerSearch::find_view(const std::string& layer) const {
-    const OIIO::ParamValue* views = spec.find_attribute("multiView");
-    if (views == nullptr || views->type().elementtype() != OIIO::TypeDesc::STRING)
-        return "";
-    const std::vector<std::string> parts = OIIO::Strutil::splits(layer, ".");
-    const int count = views->nvalues() * static_cast<int>(views->type().numelements());
-    for (int i = 1; i < count; ++i)
-        if (const std::string view = views->get_string_indexed(i);
-            std::find(parts.begin(), parts.end(), view) != parts.end())
-            return view;
-    return "";
+    return find_alpha(spec, find_view(spec, layer));
 }
 
 } // namespace
@@ -235,6 +207,32 @@ std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec, const Par
         if (layer.is_color())
             colors.push_back(*layer.color);
     return colors;
+}
+
+int find_alpha(const OIIO::ImageSpec& spec, const std::string& layer) {
+    for (int channel = 0; channel < spec.nchannels; ++channel) {
+        const std::string name = spec.channel_name(channel);
+        const std::string last = get_last_name(spec, channel);
+        const bool is_alpha = OIIO::Strutil::iequals(last, RGBA_NAMES[3].letter) ||
+                              OIIO::Strutil::iequals(last, RGBA_NAMES[3].word) ||
+                              (layer.empty() && channel == spec.alpha_channel);
+        if (is_alpha && get_prefix(name) == layer)
+            return channel;
+    }
+    return NONE;
+}
+
+std::string find_view(const OIIO::ImageSpec& spec, const std::string& layer) {
+    const OIIO::ParamValue* views = spec.find_attribute("multiView");
+    if (views == nullptr || views->type().elementtype() != OIIO::TypeDesc::STRING)
+        return "";
+    const std::vector<std::string> parts = OIIO::Strutil::splits(layer, ".");
+    const int count = views->nvalues() * static_cast<int>(views->type().numelements());
+    for (int i = 1; i < count; ++i)
+        if (const std::string view = views->get_string_indexed(i);
+            std::find(parts.begin(), parts.end(), view) != parts.end())
+            return view;
+    return "";
 }
 
 std::string get_part_name(const OIIO::ImageSpec& spec) {

@@ -22,7 +22,8 @@ enum class LayerContent {
 
 /// Channels of a part with a common prefix, or those without one.
 struct ImageLayer {
-    /// "diffuse" for "diffuse.R"; "rgba" for red, green and blue without a layer. Other channels that are
+    /// "diffuse" for "diffuse.R"; "rgba" for red, green and blue without a layer, "RG" or the
+    /// name of the channel for some of them. Other channels that are
     /// beside color are layers with the whole name of the channel: "Z", "left.Z".
     std::string name;
     LayerContent content;
@@ -54,6 +55,14 @@ std::vector<ImageLayer> find_layers(const OIIO::ImageSpec& spec, const PartConte
 
 /// The color of those that are color.
 std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec, const PartContext& context = {});
+
+/// The channel that is the alpha of a layer, which may have no color; "" for that without a layer. NONE if
+/// there is none.
+int find_alpha(const OIIO::ImageSpec& spec, const std::string& layer);
+
+/// The view of the attribute "multiView" whose name is part of that of the layer; empty for the first view,
+/// whose color has no layer, and for images without views.
+std::string find_view(const OIIO::ImageSpec& spec, const std::string& layer);
 
 /// The name of a part: "oiio:subimagename"; may be empty.
 std::string get_part_name(const OIIO::ImageSpec& spec);

@@ -55,7 +55,8 @@ struct ChannelCopy {
 class BandConverter {
 public:
     BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source, const PartPlan& plan,
-                  const OIIO::ImageSpec& output_spec, const ConvertRows& convert, PixelBuffer& target);
+                  const OIIO::ImageSpec& output_spec, const ConvertRows& convert, PixelBuffer& target,
+                  const float* part_alpha);
 
     std::int64_t count_rows() const { return rows; }
     unsigned int get_width() const { return width; }
@@ -70,6 +71,7 @@ private:
     std::byte* get_target_row(std::int64_t row) const;
     void convert_layer(std::size_t layer, std::int64_t begin, std::int64_t end, float* working) const;
     void fill_missing(const ColorLayer& layer, float* working, std::size_t pixels) const;
+    void fill_alpha(std::int64_t begin, std::int64_t end, float* working) const;
     void look_for_alpha(std::size_t layer, const float* working, std::size_t pixels) const;
     void undo_alpha(float* working, std::size_t pixels) const;
     void redo_alpha(float* working, std::size_t pixels) const;
@@ -82,6 +84,8 @@ private:
     const std::byte* source;
     std::byte* target;
     const bool in_place;
+    const float* part_alpha; ///< Null for none.
+    std::size_t input_width;
     std::size_t input_row_bytes;
     std::size_t output_row_bytes;
     unsigned int width = 0;
@@ -95,9 +99,10 @@ private:
 
 BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffer& source_pixels,
                              const PartPlan& plan, const OIIO::ImageSpec& output_spec,
-                             const ConvertRows& convert, PixelBuffer& target_pixels)
+                             const ConvertRows& convert, PixelBuffer& target_pixels, const float* alpha)
     : plan(plan), convert(convert), input_layout(input_spec), output_layout(output_spec),
       source(source_pixels.data()), target(target_pixels.data()), in_place(source == target),
+      part_alpha(alpha), input_width(static_cast<std::size_t>(input_spec.width)),
       input_row_bytes(static_cast<std::size_t>(input_spec.width) * input_layout.pixel_bytes),
       output_row_bytes(static_cast<std::size_t>(output_spec.width) * output_layout.pixel_bytes),
       is_opaque(plan.layers.size()) {
@@ -111,6 +116,9 @@ BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffe
     }
     source += static_cast<std::size_t>(std::max(0, top - input_spec.y)) * input_row_bytes +
               static_cast<std::size_t>(std::max(0, left - input_spec.x)) * input_layout.pixel_bytes;
+    if (part_alpha != nullptr)
+        part_alpha += static_cast<std::size_t>(std::max(0, top - input_spec.y)) * input_width +
+                      static_cast<std::size_t>(std::max(0, left - input_spec.x));
     target += static_cast<std::size_t>(std::max(0, top - output_spec.y)) * output_row_bytes +
               static_cast<std::size_t>(std::max(0, left - output_spec.x)) * output_layout.pixel_bytes;
     plan_layers();
@@ -158,6 +166,8 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
     const std::size_t pixels = static_cast<std::size_t>(end - begin) * width;
     const bool has_alpha = plan.layers[layer].has_alpha();
     fill_missing(plan.layers[layer], working, pixels);
+    if (plan.layers[layer].alpha_part != ColorLayer::NONE && part_alpha != nullptr)
+        fill_alpha(begin, end, working);
 
     float* row_start = working;
     for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)
@@ -188,6 +198,13 @@ void BandConverter::fill_missing(const ColorLayer& layer, float* working, std::s
             for (std::size_t i = 0; i < pixels; ++i)
                 working[i * WORKING_CHANNELS + static_cast<std::size_t>(component)] =
                     component == 3 ? 1.0f : 0.0f;
+}
+
+/// With that of another part.
+void BandConverter::fill_alpha(std::int64_t begin, std::int64_t end, float* working) const {
+    for (std::int64_t row = begin; row < end; ++row)
+        for (std::size_t x = 0; x < width; ++x, working += WORKING_CHANNELS)
+            working[3] = part_alpha[static_cast<std::size_t>(row) * input_width + x];
 }
 
 void BandConverter::look_for_alpha(std::size_t layer, const float* working, std::size_t pixels) const {
@@ -268,8 +285,9 @@ bool can_convert_in_place(const OIIO::ImageSpec& input_spec, const PartPlan& pla
 
 std::vector<std::size_t> convert_part(const OIIO::ImageSpec& input_spec, const PixelBuffer& source,
                                       const PartPlan& plan, const OIIO::ImageSpec& output_spec,
-                                      const ConvertRows& convert, int threads, PixelBuffer& target) {
-    const BandConverter bands(input_spec, source, plan, output_spec, convert, target);
+                                      const ConvertRows& convert, int threads, PixelBuffer& target,
+                                      const float* part_alpha) {
+    const BandConverter bands(input_spec, source, plan, output_spec, convert, target, part_alpha);
     const bool covers_all = bands.get_width() == static_cast<unsigned int>(output_spec.width) &&
                             bands.count_rows() == std::int64_t(output_spec.height) * output_spec.depth;
     if (!covers_all)

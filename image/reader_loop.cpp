@@ -193,7 +193,7 @@ private:
             close(descriptor);
         } else if (descriptor >= 0) {
             memory = SharedMemory();
-            memory = SharedMemory(descriptor, bytes);
+            memory = SharedMemory(descriptor, 0); // its size is checked below
         }
         if (descriptor >= 0 && memory.size() >= bytes)
             return -1;

@@ -10,6 +10,7 @@
 #include "image/deep_pixels.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
+#include "image/part_alpha.h"
 
 namespace workflow {
 
@@ -52,6 +53,7 @@ private:
                                           image::ImageWriter& writer);
     std::vector<std::size_t> convert_deep(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
                                           image::ImageWriter& writer);
+    const float* find_part_alpha(const image::PartPlan& plan);
     void add_note(const std::string& note);
     bool is_kept(const image::PartHeader& part) const;
 
@@ -64,6 +66,8 @@ private:
     int kept_subimage = 0;           ///< The one that is written to a format of one part.
     std::vector<PlannedPart> parts;
     std::vector<image::PartHeader> output_headers;
+    int alpha_part = image::ColorLayer::NONE; ///< The one that `part_alpha` is of.
+    std::vector<float> part_alpha;
     image::DeepPixels deep_pixels; ///< Of the current part, if it is deep.
     ImageReport report;
 };
@@ -212,6 +216,24 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
     }
 }
 
+/// The alpha of another part for layers that have none; null if no layer needs it.
+const float* ImageConversion::find_part_alpha(const image::PartPlan& plan) {
+    const auto layer =
+        std::find_if(plan.layers.begin(), plan.layers.end(), [](const image::ColorLayer& color) {
+            return color.alpha_part != image::ColorLayer::NONE;
+        });
+    if (layer == plan.layers.end())
+        return nullptr;
+    if (layer->alpha_part != alpha_part) {
+        const auto index = static_cast<std::size_t>(layer->alpha_part);
+        image::PixelBuffer pixels;
+        reader.read_part(index, pixels);
+        part_alpha = image::decode_alpha(reader.get_parts()[index].spec, pixels);
+        alpha_part = layer->alpha_part;
+    }
+    return part_alpha.data();
+}
+
 /// Returns the layers whose alpha is 0 everywhere.
 std::vector<std::size_t> ImageConversion::convert_flat(const PlannedPart& part,
                                                        const OIIO::ImageSpec& output_spec,
@@ -221,8 +243,9 @@ std::vector<std::size_t> ImageConversion::convert_flat(const PlannedPart& part,
     image::PixelBuffer& target = in_place ? buffers.input : buffers.output;
     if (!in_place)
         target.resize(output_spec.image_bytes(true));
-    std::vector<std::size_t> transparent = image::convert_part(
-        input_spec, buffers.input, part.plan, output_spec, settings.convert, settings.threads, target);
+    std::vector<std::size_t> transparent =
+        image::convert_part(input_spec, buffers.input, part.plan, output_spec, settings.convert,
+                            settings.threads, target, find_part_alpha(part.plan));
     writer.write_part(target);
     return transparent;
 }

@@ -7,6 +7,7 @@
 #include "diagnostics/failure.h"
 #include "image/data_names.h"
 #include "image/image_layers.h"
+#include "image/part_alpha.h"
 #include "workflow/nearest_names.h"
 
 namespace workflow {
@@ -66,7 +67,14 @@ struct Part {
     std::string name;   ///< Empty for none.
     std::string number; ///< From 1.
     std::vector<ImageLayer> layers;
+    std::size_t header = 0; ///< Position.
 
+    /// Of color without a layer.
+    bool has_main_alpha() const {
+        return std::any_of(layers.begin(), layers.end(), [](const ImageLayer& layer) {
+            return layer.is_color() && layer.color->name.empty() && layer.color->channels[3] >= 0;
+        });
+    }
     std::string get_title() const { return name.empty() ? "part " + number : name; }
     bool is_named_in(const Names& names) const {
         return contains(names, number) || contains(names, get_title());
@@ -101,6 +109,7 @@ public:
 
 private:
     void find_parts(const std::string& format, const std::vector<image::PartHeader>& headers);
+    void lend_alpha(const std::vector<image::PartHeader>& headers, Part& part) const;
     std::string get_label(const Part& part, const ImageLayer& layer) const;
     bool is_named_in(const Names& names, const Part& part, const ImageLayer& layer) const {
         return contains(names, layer.name) || contains(names, get_label(part, layer));
@@ -125,10 +134,33 @@ void LayerChoice::find_parts(const std::string& format, const std::vector<image:
     for (const image::PartHeader& header : headers)
         for (std::string& name : image::get_cryptomatte_names(header.spec))
             context.cryptomattes.push_back(std::move(name));
-    for (const image::PartHeader& header : headers)
-        if (header.level == 0)
-            parts.push_back({image::get_part_name(header.spec), std::to_string(parts.size() + 1),
-                             image::find_layers(header.spec, context)});
+    for (std::size_t i = 0; i < headers.size(); ++i) {
+        if (headers[i].level > 0)
+            continue;
+        const OIIO::ImageSpec& spec = headers[i].spec;
+        parts.push_back({image::get_part_name(spec), std::to_string(parts.size() + 1),
+                         image::find_layers(spec, context)});
+        parts.back().header = i;
+    }
+    const bool has_levels = std::any_of(headers.begin(), headers.end(),
+                                        [](const image::PartHeader& part) { return part.level > 0; });
+    if (format == "openexr" && !has_levels) // the pages of other formats have nothing to do with each other
+        for (Part& part : parts)
+            lend_alpha(headers, part);
+}
+
+/// To the layers of a part that have none: that of the first other part whose color is at the same place.
+void LayerChoice::lend_alpha(const std::vector<image::PartHeader>& headers, Part& part) const {
+    const OIIO::ImageSpec& spec = headers[part.header].spec;
+    const auto lender = std::find_if(parts.begin(), parts.end(), [&](const Part& other) {
+        return other.header != part.header && other.has_main_alpha() &&
+               image::may_share_alpha(spec, headers[other.header].spec);
+    });
+    if (lender == parts.end())
+        return;
+    for (ImageLayer& layer : part.layers)
+        if (layer.color && !layer.color->has_alpha() && image::find_view(spec, layer.color->name).empty())
+            layer.color->alpha_part = static_cast<int>(lender->header);
 }
 
 std::string LayerChoice::get_label(const Part& part, const ImageLayer& layer) const {

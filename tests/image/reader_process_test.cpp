@@ -96,6 +96,18 @@ TEST_F(ImageReaderProcess, ServesSmallerAndLargerImagesOneAfterTheOther) {
     EXPECT_EQ(process.get_process_id(), first);
 }
 
+TEST_F(ImageReaderProcess, ReadsIntoSeveralBuffersInTurn) {
+    const std::string small = write_image("small.exr", 4, 4);
+    const std::string large = write_image("large.exr", 64, 64);
+    image::ReaderProcess process;
+    image::PixelBuffer first, second;
+    process.read_part(0, process.open(small).parts[0].spec, first);
+    process.read_part(0, process.open(large).parts[0].spec, second);
+    process.read_part(0, process.open(large).parts[0].spec, first);
+    ASSERT_EQ(first.size(), second.size());
+    EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size()), 0);
+}
+
 TEST_F(ImageReaderProcess, SaysWhyAFileCannotBeRead) {
     image::ReaderProcess process;
     EXPECT_EQ(failure_of([&] { process.open(folder.file("none.exr")); }),

@@ -314,6 +314,45 @@ TEST_F(Layers, OfAnotherViewAreNotDividedByTheAlphaOfTheFirst) {
     expect_kept(image, read(), {"A", "left.Z", "disparityL.x"});
 }
 
+TEST_F(Layers, OfPartsWithoutAlphaAreDividedByThatOfAPartLikeThem) {
+    NativeImage glow = make_part("glow", {"R", "G", "B"}, 0.2f);
+    NativeImage beauty = make_part("beauty", {"R", "G", "B", "A"}, 0.2f);
+    NativeImage moved = make_part("moved", {"R", "G", "B"}, 0.2f);
+    NativeImage other_view = make_part("other", {"R", "G", "B"}, 0.2f);
+    for (int pixel = 0; pixel < 6; ++pixel)
+        beauty.set("A", pixel, 0.25f + 0.125f * static_cast<float>(pixel));
+    moved.spec.x = 1;
+    moved.spec.full_width = beauty.spec.full_width = glow.spec.full_width = other_view.spec.full_width = 9;
+    other_view.spec.attribute("view", "left");
+    write_native(folder.file("in.exr"), {glow, beauty, moved, other_view});
+    convert();
+    for (int pixel = 0; pixel < 6; ++pixel) {
+        const double alpha = 0.25 + 0.125 * pixel;
+        EXPECT_NEAR(read(0).get("G", pixel), square(0.2 / alpha) * alpha, TOLERANCE);
+        EXPECT_NEAR(read(1).get("G", pixel), square(0.2 / alpha) * alpha, TOLERANCE);
+        EXPECT_NEAR(read(2).get("G", pixel), square(0.2), TOLERANCE);
+        EXPECT_NEAR(read(3).get("G", pixel), square(0.2), TOLERANCE);
+    }
+    EXPECT_THAT(read(0).spec.channelnames, ElementsAre("R", "G", "B"));
+
+    workflow::ImageOptions options;
+    options.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE;
+    convert("squared", options);
+    EXPECT_NEAR(read(0).get("G"), square(0.2), TOLERANCE);
+}
+
+TEST_F(Layers, OfPagesHaveNothingToDoWithEachOther) {
+    write_image(folder.file("in.tif"), {make_image(1, 1, 4, TypeFloat, {0.2f, 0.2f, 0.2f, 0.5f}),
+                                        make_image(1, 1, 3, TypeFloat, {0.2f, 0.2f, 0.2f})});
+    workflow::ConversionRequest request;
+    request.from = "lin";
+    request.to = "squared";
+    const workflow::Conversion conversion(session, request);
+    workflow::convert_image(conversion, folder.file("in.tif"), folder.file("out.tif"));
+    EXPECT_NEAR(read_image(folder.file("out.tif"), 0).get("R"), square(0.2 / 0.5) * 0.5, TOLERANCE);
+    EXPECT_NEAR(read_image(folder.file("out.tif"), 1).get("R"), square(0.2), TOLERANCE);
+}
+
 TEST_F(Layers, WithAlphaOfZeroEverywhereAreNoted) {
     NativeImage image = make_color({"R", "G", "B", "A", "own.R", "own.G", "own.B", "own.A"}, 0.5f);
     image.fill("own.A", 0.0f);
