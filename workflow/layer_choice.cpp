@@ -89,7 +89,7 @@ public:
                 const LayerConversion& conversion)
         : path(path), wishes(wishes), conversion(conversion) {
         find_parts(format, headers);
-        takes_all = wishes.layers.empty() || wishes.layers == Names{ALL_LAYERS};
+        takes_all = wishes.layers.empty() || contains(wishes.layers, ALL_LAYERS);
     }
 
     std::vector<PartChoice> run() {
@@ -181,8 +181,9 @@ void LayerChoice::check_names() const {
             layer_labels.push_back(get_label(part, layer));
         }
     }
-    if (!takes_all)
-        check_known(wishes.layers, "layer", layers, layer_labels);
+    layers.push_back(ALL_LAYERS);
+    check_known(wishes.layers, "layer", layers, layer_labels);
+    layers.pop_back();
     check_known(wishes.parts, "part", part_names, part_titles);
     layers.insert(layers.end(), part_names.begin(), part_names.end());
     check_known(wishes.skipped, "layer or part", layers, layer_labels);
@@ -197,6 +198,7 @@ void LayerChoice::check_known(const Names& wanted, const char* kind, const Names
         diagnostics::Diagnostic failure = diagnostics::make_file_error(
             Code::LAYER_UNKNOWN, fmt::format("cannot convert '{}': it has no {} '{}'", path, kind, name),
             path);
+        failure.subject = name;
         throw diagnostics::Failure(with_hint(
             std::move(failure), fmt::format("{}{}it has {}", near, near.empty() ? "" : " ", join(listed))));
     }
@@ -209,17 +211,17 @@ std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer
     if (part.is_named_in(wishes.skipped) || is_named_in(wishes.skipped, part, layer))
         return SKIPPED;
     const bool is_in_part = wishes.parts.empty() || part.is_named_in(wishes.parts);
-    const bool is_wanted = is_in_part && (takes_all || is_named_in(wishes.layers, part, layer));
-    if (!layer.is_color() && (takes_all || !is_wanted))
+    const bool is_named = is_in_part && is_named_in(wishes.layers, part, layer);
+    if (!layer.is_color() && !is_named)
         return get_reason(layer.content).reason;
-    if (!is_wanted)
+    if (!is_named && !(is_in_part && takes_all))
         return NOT_CHOSEN;
     const std::string label = get_label(part, layer);
     if (!layer.is_convertible())
         fail_to_convert(label, get_reason(layer.content).explanation);
     if (layer.color->has_all_colors() || !conversion.mixes_channels)
         return "";
-    if (!takes_all)
+    if (is_named)
         fail_to_convert(label, "it has not all of red, green and blue, which the conversion mixes");
     return MIXED;
 }

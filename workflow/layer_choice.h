@@ -10,7 +10,7 @@ namespace workflow {
 
 /// Which layers and parts of images to convert. Names that an image lacks are errors.
 struct LayerWishes {
-    /// Names of layers. Empty, or "all" alone, for every layer that is color by the rule of
+    /// Names of layers. Empty, or "all" among them, for every layer that is color by the rule of
     /// image/image_layers.h; a name also chooses a layer whose name is one of data, or that has not all
     /// colors.
     std::vector<std::string> layers;

@@ -270,6 +270,8 @@ const Fault FAULTS[] = {
      "image-unwritable",
      "@no/out.exr"},
     {convert({"--from", "sRGB", "--to", "linear", "-d", "uint8"}), "image-unsupported", "@out.exr"},
+    {convert({"--from", "sRGB", "--to", "linear", "--layers", "diffuse"}), "layer-unknown", "@in.exr", 0,
+     "diffuse"},
     {{"view", "@missing.exr", "--screenshot", "@s.png"}, "image-unreadable", "@missing.exr"},
     // command lines
     {{}, "usage"},

@@ -181,6 +181,9 @@ TEST_F(Layers, AreAllColorOnesForAll) {
     EXPECT_EQ(read().get("R"), 0.25f);
     EXPECT_EQ(read().get("diffuse.R"), 0.25f);
     EXPECT_EQ(read().get("normal.R"), 0.5f);
+    convert("squared", make_options({"all", "normal"}));
+    EXPECT_EQ(read().get("R"), 0.25f);
+    EXPECT_EQ(read().get("normal.R"), 0.25f);
 }
 
 TEST_F(Layers, AreSkippedByName) {
