@@ -1,6 +1,7 @@
 #include "image/image_layers.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include <OpenImageIO/strutil.h>
 
@@ -44,13 +45,13 @@ std::string get_last_name(const OIIO::ImageSpec& spec, int channel) {
 /// The group without a prefix first.
 std::vector<Group> group_channels(const OIIO::ImageSpec& spec) {
     std::vector<Group> groups = {{"", {}}};
+    std::unordered_map<std::string, std::size_t> positions = {{"", 0}};
     for (int channel = 0; channel < spec.nchannels; ++channel) {
         const std::string prefix = get_prefix(spec.channel_name(channel));
-        auto group = std::find_if(groups.begin(), groups.end(),
-                                  [&](const Group& known) { return known.prefix == prefix; });
-        if (group == groups.end())
-            group = groups.insert(groups.end(), {prefix, {}});
-        group->channels.push_back(channel);
+        const auto [position, is_new] = positions.emplace(prefix, groups.size());
+        if (is_new)
+            groups.push_back({prefix, {}});
+        groups[position->second].channels.push_back(channel);
     }
     return groups;
 }
@@ -90,6 +91,17 @@ std::optional<ColorLayer> find_color(const OIIO::ImageSpec& spec, const Group& g
     return color;
 }
 
+/// `is_main`: the channels have no layer.
+int find_alpha_in(const OIIO::ImageSpec& spec, const std::vector<int>& channels, bool is_main) {
+    for (const int channel : channels) {
+        const std::string name = get_last_name(spec, channel);
+        if (OIIO::Strutil::iequals(name, RGBA_NAMES[3].letter) ||
+            OIIO::Strutil::iequals(name, RGBA_NAMES[3].word) || (is_main && channel == spec.alpha_channel))
+            return channel;
+    }
+    return NONE;
+}
+
 bool is_large_integer(OIIO::TypeDesc type) {
     return type.basetype == OIIO::TypeDesc::UINT32 || type.basetype == OIIO::TypeDesc::INT32 ||
            type.basetype == OIIO::TypeDesc::UINT64 || type.basetype == OIIO::TypeDesc::INT64;
@@ -102,8 +114,11 @@ public:
         : spec(spec), context(context), part_name(get_part_name(spec)) {}
 
     std::vector<ImageLayer> run() {
-        for (const Group& group : group_channels(spec))
+        for (const Group& group : group_channels(spec)) {
+            if (const int alpha = find_alpha_in(spec, group.channels, group.prefix.empty()); alpha != NONE)
+                alphas[group.prefix] = alpha;
             add(group);
+        }
         borrow_alphas();
         return std::move(layers);
     }
@@ -115,11 +130,16 @@ private:
     bool is_cryptomatte(const ColorLayer& color) const;
     void borrow_alphas();
     int find_alpha_for(const std::string& layer) const;
+    int find_alpha_of(const std::string& layer) const {
+        const auto found = alphas.find(layer);
+        return found == alphas.end() ? NONE : found->second;
+    }
 
     const OIIO::ImageSpec& spec;
     const PartContext& context;
     const std::string part_name;
     std::vector<ImageLayer> layers;
+    std::unordered_map<std::string, int> alphas; ///< By prefix, also where there is no color.
 };
 
 void LayerSearch::add(const Group& group) {
@@ -170,10 +190,11 @@ LayerContent LayerSearch::classify(const ColorLayer& color) const {
 }
 
 bool LayerSearch::is_cryptomatte(const ColorLayer& color) const {
-    return std::any_of(
-        context.cryptomattes.begin(), context.cryptomattes.end(), [&](const std::string& cryptomatte) {
-            return belongs_to_cryptomatte(color.name.empty() ? part_name : color.name, cryptomatte);
-        });
+    return std::any_of(context.cryptomattes.begin(), context.cryptomattes.end(),
+                       [&](const std::string& cryptomatte) {
+                           return belongs_to_cryptomatte(color.name, cryptomatte) ||
+                                  belongs_to_cryptomatte(part_name, cryptomatte);
+                       });
 }
 
 void LayerSearch::borrow_alphas() {
@@ -190,9 +211,9 @@ void LayerSearch::borrow_alphas() {
 /// The alpha of "a.b", of "a", or that without a layer, for the layer "a.b.c".
 int LayerSearch::find_alpha_for(const std::string& layer) const {
     for (std::string around = get_prefix(layer); !around.empty(); around = get_prefix(around))
-        if (const int alpha = find_alpha(spec, around); alpha != NONE)
+        if (const int alpha = find_alpha_of(around); alpha != NONE)
             return alpha;
-    return find_alpha(spec, find_view(spec, layer));
+    return find_alpha_of(find_view(spec, layer));
 }
 
 } // namespace
@@ -209,17 +230,8 @@ std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec, const Par
     return colors;
 }
 
-int find_alpha(const OIIO::ImageSpec& spec, const std::string& layer) {
-    for (int channel = 0; channel < spec.nchannels; ++channel) {
-        const std::string name = spec.channel_name(channel);
-        const std::string last = get_last_name(spec, channel);
-        const bool is_alpha = OIIO::Strutil::iequals(last, RGBA_NAMES[3].letter) ||
-                              OIIO::Strutil::iequals(last, RGBA_NAMES[3].word) ||
-                              (layer.empty() && channel == spec.alpha_channel);
-        if (is_alpha && get_prefix(name) == layer)
-            return channel;
-    }
-    return NONE;
+int find_main_alpha(const OIIO::ImageSpec& spec) {
+    return find_alpha_in(spec, group_channels(spec).front().channels, true);
 }
 
 std::string find_view(const OIIO::ImageSpec& spec, const std::string& layer) {

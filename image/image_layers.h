@@ -56,9 +56,8 @@ std::vector<ImageLayer> find_layers(const OIIO::ImageSpec& spec, const PartConte
 /// The color of those that are color.
 std::vector<ColorLayer> find_color_layers(const OIIO::ImageSpec& spec, const PartContext& context = {});
 
-/// The channel that is the alpha of a layer, which may have no color; "" for that without a layer. NONE if
-/// there is none.
-int find_alpha(const OIIO::ImageSpec& spec, const std::string& layer);
+/// The alpha without a layer, which may be there without color; NONE if it is not.
+int find_main_alpha(const OIIO::ImageSpec& spec);
 
 /// The view of the attribute "multiView" whose name is part of that of the layer; empty for the first view,
 /// whose color has no layer, and for images without views.

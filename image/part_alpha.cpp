@@ -13,7 +13,7 @@ bool may_share_alpha(const OIIO::ImageSpec& a, const OIIO::ImageSpec& b) {
 
 std::vector<float> decode_alpha(const OIIO::ImageSpec& spec, const PixelBuffer& pixels) {
     const PixelLayout layout(spec);
-    const auto channel = static_cast<std::size_t>(find_alpha(spec, ""));
+    const auto channel = static_cast<std::size_t>(find_main_alpha(spec));
     const auto width = static_cast<std::size_t>(spec.width);
     std::vector<float> alpha(spec.image_pixels());
     std::vector<float> row(width * WORKING_CHANNELS);

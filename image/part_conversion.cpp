@@ -130,17 +130,22 @@ void BandConverter::plan_layers() {
         for (std::size_t layer = 0; layer < plan.layers.size(); ++layer)
             if (plan.layers[layer].owns_alpha == owns_alpha)
                 order.push_back(layer);
+    struct Targets {
+        int channels[4] = {ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE};
+    };
+    std::vector<Targets> targets(plan.layers.size());
+    for (std::size_t i = 0; i < plan.channels.size(); ++i) {
+        const PlannedChannel& channel = plan.channels[i];
+        if (channel.layer == ColorLayer::NONE)
+            copies.push_back({channel.source, static_cast<int>(i)});
+        else
+            targets[static_cast<std::size_t>(channel.layer)].channels[channel.component] =
+                static_cast<int>(i);
+    }
     for (std::size_t layer = 0; layer < plan.layers.size(); ++layer) {
         input_runs.push_back(find_runs(input_layout, plan.layers[layer].channels));
-        int targets[4] = {ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE, ColorLayer::NONE};
-        for (std::size_t i = 0; i < plan.channels.size(); ++i)
-            if (plan.channels[i].layer == static_cast<int>(layer))
-                targets[plan.channels[i].component] = static_cast<int>(i);
-        output_runs.push_back(find_runs(output_layout, targets));
+        output_runs.push_back(find_runs(output_layout, targets[layer].channels));
     }
-    for (std::size_t i = 0; i < plan.channels.size(); ++i)
-        if (plan.channels[i].layer == ColorLayer::NONE)
-            copies.push_back({plan.channels[i].source, static_cast<int>(i)});
 }
 
 const std::byte* BandConverter::get_source_row(std::int64_t row) const {

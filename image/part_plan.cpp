@@ -12,13 +12,17 @@ namespace {
 
 constexpr char STRAIGHT_ALPHA[] = "oiio:UnassociatedAlpha";
 
-/// Finds the layer and component of `channel`. A channel of several layers belongs to the first one.
-PlannedChannel plan_channel(const std::vector<ColorLayer>& layers, int channel) {
-    for (std::size_t layer = 0; layer < layers.size(); ++layer)
-        for (int component = 0; component < (layers[layer].owns_alpha ? 4 : 3); ++component)
-            if (layers[layer].channels[component] == channel)
-                return {channel, static_cast<int>(layer), component};
-    return {channel, ColorLayer::NONE, 0};
+/// The layer and component of each channel of the input. A channel of several layers belongs to the first
+/// one.
+std::vector<PlannedChannel> find_places(const OIIO::ImageSpec& input, const std::vector<ColorLayer>& layers) {
+    std::vector<PlannedChannel> places;
+    for (int channel = 0; channel < input.nchannels; ++channel)
+        places.push_back({channel, ColorLayer::NONE, 0});
+    for (std::size_t layer = layers.size(); layer-- > 0;)
+        for (int component = layers[layer].owns_alpha ? 3 : 2; component >= 0; --component)
+            if (const int channel = layers[layer].channels[component]; channel != ColorLayer::NONE)
+                places[static_cast<std::size_t>(channel)] = {channel, static_cast<int>(layer), component};
+    return places;
 }
 
 bool is_color(const PlannedChannel& channel) {
@@ -34,12 +38,11 @@ bool is_gray(const PartPlan& plan, const PlannedChannel& channel) {
 std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input, const PartPlan& plan,
                                               bool widen_gray) {
     std::vector<PlannedChannel> channels;
-    for (int channel = 0; channel < input.nchannels; ++channel) {
-        const PlannedChannel planned = plan_channel(plan.layers, channel);
+    for (const PlannedChannel& planned : find_places(input, plan.layers)) {
         channels.push_back(planned);
         if (widen_gray && is_gray(plan, planned))
             for (int component : {1, 2})
-                channels.push_back({channel, planned.layer, component});
+                channels.push_back({planned.source, planned.layer, component});
     }
     return channels;
 }
