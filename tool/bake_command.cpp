@@ -38,7 +38,7 @@ public:
             "color space in which the 3D LUT is evenly spaced, such as a log one for a linear source");
         options
             .add("--shaper-size", request.shaper_size,
-                 "entries of the 1D LUT (prelut) into the shaper (default: that of the format)")
+                 "entries of the 1D LUT (prelut) into the shaper (default: the default of the format)")
             .range(2, 65536);
         add_session_options(options, session_options);
     }

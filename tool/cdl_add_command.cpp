@@ -26,10 +26,8 @@ public:
         options.add("name", name, "name of the CDL").required();
         const Option file =
             options.add("file", source, "color correction in a .cc, .ccc or .cdl file: FILE or FILE:ID");
-        options
-            .add("--values", values,
-                 "numbers instead of a file: SLOPE/OFFSET/POWER/SATURATION, with red,green,blue for the "
-                 "first three")
+        options.add("--values", values, "numbers instead of a file; red,green,blue for the first three")
+            .value("SLOPE/OFFSET/POWER/SATURATION")
             .excludes(file);
         add_preference_options(options, session_options);
         session_options.builtin_only = true;

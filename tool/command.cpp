@@ -21,19 +21,23 @@ void add_preference_reading_options(Options& options, SessionChoice& session) {
 }
 
 void add_preference_options(Options& options, SessionChoice& session) {
-    options.add("--prefs", session.preferences_path,
-                "preferences file to use (default: the one that 'colorio prefs path' prints)");
+    options
+        .add("--prefs", session.preferences_path,
+             "preferences file to use (default: see 'colorio prefs path')")
+        .value("FILE");
     options.add_flag("-v,--verbose", session.verbose, "show every message of the log");
 }
 
 void add_config_option(Options& options, SessionChoice& session) {
-    options.add("--config", session.config_path,
-                "OCIO config: a file, an .ocioz archive or ocio://NAME (default: $OCIO, then that of the "
-                "preferences, then the built-in config)");
+    options
+        .add("--config", session.config_path,
+             "OCIO config: a file, an .ocioz archive or ocio://NAME (default: $OCIO, then the config of the "
+             "preferences, then the built-in config)")
+        .value("CONFIG");
     options
         .add("--context", session.context,
-             "value of a context variable of the config, before that of the environment: KEY=VALUE; "
-             "can be repeated")
+             "value of a context variable; overrides the environment; can be repeated")
+        .value("KEY=VALUE")
         .one_value_each();
 }
 

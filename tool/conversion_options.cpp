@@ -16,20 +16,21 @@ constexpr char INVERSE[] = "--inverse";
 /// An option that adds a step.
 struct StepOption {
     const char* name;
+    const char* value;
     workflow::ColorStep::Kind kind;
     const char* help;
 };
 
 constexpr StepOption STEP_OPTIONS[] = {
-    {"--cdl", workflow::ColorStep::CDL,
-     "CDL to apply in scene-linear: FILE or FILE:ID of a .cc, .ccc or .cdl file, or the NAME of a listed "
+    {"--cdl", "CDL", workflow::ColorStep::CDL,
+     "CDL to apply in scene-linear: FILE or FILE:ID of a .cc, .ccc or .cdl file, or the name of a listed "
      "one"},
-    {"--look", workflow::ColorStep::LOOKS,
+    {"--look", "LOOKS", workflow::ColorStep::LOOKS,
      "looks of the config to apply after conversion to scene-linear: \"NAME, -OTHER\"; - applies the "
      "inverse"},
-    {"--named-transform", workflow::ColorStep::NAMED_TRANSFORM,
+    {"--named-transform", "NAME", workflow::ColorStep::NAMED_TRANSFORM,
      "named transform to apply to the result, or to the source without a destination"},
-    {"--lut", workflow::ColorStep::LUT,
+    {"--lut", "FILE", workflow::ColorStep::LUT,
      "LUT or transform file to apply to the result, or to the source without a destination"},
 };
 
@@ -47,17 +48,18 @@ void add_view_options(Options& options, ConversionChoice& choice) {
 }
 
 void add_inverse_view_option(Options& options, ConversionChoice& choice) {
-    options.add("--inverse-view", choice.inverse_view,
-                "view that the source was made for, as DISPLAY.VIEW; it is inverted to scene-linear");
+    options
+        .add("--inverse-view", choice.inverse_view,
+             "view that the source was made for; it is inverted to scene-linear")
+        .value("DISPLAY.VIEW");
 }
 
 void add_step_options(Options& options, ConversionChoice& choice) {
     std::vector<OrderedOption> declared;
     for (const StepOption& step : STEP_OPTIONS)
-        declared.push_back(
-            {step.name, std::string(step.help) + "; can be repeated; applied in the order given"});
-    declared.push_back(
-        {INVERSE, "apply the inverse of the CDL, look, named transform or LUT before it", true});
+        declared.push_back({step.name, step.value,
+                            std::string(step.help) + "; can be repeated; applied in the order given"});
+    declared.push_back({INVERSE, "", "invert the preceding --cdl, --look, --named-transform or --lut"});
     options.add_ordered(declared, choice.step_values);
     options.add_flag("--inverse-cdl", choice.undoes_cdls, "apply the inverse of every --cdl")
         .needs(options.get("--cdl"));
@@ -68,7 +70,7 @@ void take_steps(ConversionChoice& choice) {
     for (const OrderedValue& given : choice.step_values) {
         if (given.option == INVERSE) {
             if (choice.steps.empty())
-                throw UsageError("--inverse needs a CDL, look, named transform or LUT before it");
+                throw UsageError("--inverse needs a preceding --cdl, --look, --named-transform or --lut");
             choice.steps.back().is_inverse = true;
             continue;
         }

@@ -87,12 +87,15 @@ ConvertCommand::ConvertCommand(Options& program)
         .add("input", input, "image to read; with --frames a pattern such as shot.%04d.exr or shot.####.exr")
         .required();
     options.add("output", output, "image to write; its extension selects the format").required();
-    add_conversion_options(options, request,
-                           "color space of the input (default: by its tags, file rules and extension)");
+    add_conversion_options(
+        options, request,
+        "color space of the input (default: from the file's tags, the config's file rules or "
+        "the extension)");
     add_inverse_view_option(options, request);
     add_step_options(options, request);
     add_source_space_options(options, source_choice);
-    options.add("--frames", frames, "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list");
+    options.add("--frames", frames, "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list")
+        .value("FRAMES");
     options
         .add("-d,--depth", depth,
              "pixel type of the output (default: the input's type, if the output format supports it)")

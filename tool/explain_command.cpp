@@ -104,12 +104,12 @@ ExplainCommand::ExplainCommand(Options& program)
               "Show the operations of a conversion, and the values of a pixel after each of them", EXAMPLES) {
     options.add("source", request.from, "source color space; omit it with --image or --inverse-view");
     options.add("destination", request.to, "color space of the result, unless --view is given");
-    options.add("--image", image, "image whose color space is the source, found by its tags and rules");
+    options.add("--image", image, "image that determines the source color space").value("FILE");
     add_view_options(options, request);
     add_inverse_view_option(options, request);
     add_step_options(options, request);
     add_source_space_options(options, source_choice);
-    options.add("--pixel", pixel_text, "pixel to show after each operation: R,G,B or R,G,B,A");
+    options.add("--pixel", pixel_text, "pixel to show after each operation").value("R,G,B[,A]");
     add_session_options(options, session_options);
     options.add_flag("--json", as_json, "print JSON");
 }

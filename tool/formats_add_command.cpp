@@ -18,7 +18,7 @@ public:
     explicit FormatsAddCommand(Options& program)
         : Command(program, "add", "Add a format with its extensions and color space", EXAMPLES) {
         options.add("category", category, "name of the format").required();
-        options.add("--extensions", extensions, "file extensions, comma-separated").required();
+        options.add("--extensions", extensions, "file extensions, comma-separated").value("LIST").required();
         options.add("--space", color_space, "color space of files of this format").required();
         add_config_option(options, session_options);
         add_preference_options(options, session_options);

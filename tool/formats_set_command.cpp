@@ -21,7 +21,7 @@ public:
         : Command(program, "set", "Change the color space or extensions of a format", EXAMPLES) {
         options.add("category", category, "format to change, as listed by 'colorio formats'").required();
         options.add("--space", color_space, "color space of files of this format");
-        options.add("--extensions", extensions, "new list of file extensions, comma-separated");
+        options.add("--extensions", extensions, "new list of file extensions, comma-separated").value("LIST");
         add_config_option(options, session_options);
         add_preference_options(options, session_options);
     }

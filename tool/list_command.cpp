@@ -73,8 +73,9 @@ public:
             names.push_back(topic.name);
         options.add("what", wanted, "what to list (default: all)").choices(names);
         add_session_options(options, session_options);
-        options.add_flag("--inactive", with_inactive,
-                         "list inactive color spaces, named transforms and views too (JSON always does)");
+        options.add_flag(
+            "--inactive", with_inactive,
+            "also list inactive color spaces, named transforms and views; JSON always contains them");
         add_json_option();
     }
 

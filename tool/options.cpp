@@ -1,10 +1,12 @@
 #include "tool/options.h"
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "tool/exit_code.h"
 #include "workflow/correction_text.h"
@@ -23,6 +25,55 @@ auto keep_footers_unformatted(Formatter& formatter, int)
 template <class Formatter>
 void keep_footers_unformatted(Formatter&, long) {}
 
+/// Lists options with the names of their values, or their choices; positional arguments only with choices.
+/// Conditions on several options are described by their help texts.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() {
+        label("SUBCOMMAND", "COMMAND");
+        label("TEXT", "NAME");
+        label("INT", "N");
+        label("FLOAT", "N");
+        keep_footers_unformatted(*this, 0);
+    }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_type_size() == 0)
+            return {};
+        const bool is_positional = option->get_positional();
+        std::string text = option->get_option_text();
+        if (text.empty() && !is_positional)
+            text = get_label(option->get_type_name());
+        if (!text.empty())
+            text.insert(0, " ");
+        return option->get_required() && !is_positional ? text + " (required)" : text;
+    }
+};
+
+/// Throws UsageError for an option's value. `expected` says what is valid.
+[[noreturn]] void refuse_value(const CLI::Option& option, const std::string& value,
+                               const std::string& expected) {
+    throw UsageError(fmt::format("invalid value '{}' for {}; {}", value,
+                                 option.get_name(option.get_positional()), expected));
+}
+
+template <class Number>
+std::optional<Number> parse_as(const std::string& text) {
+    Number number{};
+    return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
+}
+
+/// Checks the values of `option` with `accepts`.
+template <class Accepts>
+CLI::Option* add_check(CLI::Option* option, const std::string& expected, const Accepts& accepts) {
+    option->check([option, expected, accepts](const std::string& text) -> std::string {
+        if (!accepts(text))
+            refuse_value(*option, text, expected);
+        return {};
+    });
+    return option;
+}
+
 /// The parsed commands, from the program to the innermost subcommand.
 std::vector<const CLI::App*> get_named_commands(const CLI::App& program) {
     std::vector<const CLI::App*> named = {&program};
@@ -39,12 +90,23 @@ std::string get_full_name(const CLI::App& program) {
     return name;
 }
 
-std::vector<std::string> get_option_names(const CLI::App& command) {
-    std::vector<std::string> names;
+void add_option_names(const CLI::App& command, std::vector<std::string>& names) {
     for (const CLI::Option* option : command.get_options())
         for (const std::string& name : option->get_lnames())
             names.push_back("--" + name);
-    return names;
+}
+
+/// "did you mean '--config'?"; for an option of the program, which stands before the command, "did you mean
+/// 'colorio --version'?". Empty when no option is near.
+std::string suggest_option(const CLI::App& program, const std::string& name) {
+    std::vector<std::string> own;
+    add_option_names(*get_named_commands(program).back(), own);
+    std::vector<std::string> all = own;
+    add_option_names(program, all);
+    const std::vector<std::string> near = workflow::find_nearest_names(name, all);
+    if (!near.empty() && std::find(own.begin(), own.end(), near.front()) == own.end())
+        return fmt::format("did you mean '{} {}'?", program.get_name(), near.front());
+    return workflow::did_you_mean(name, own);
 }
 
 /// Throws UsageError for an unknown option: that is a better message than one about a missing argument.
@@ -53,14 +115,43 @@ void require_known_options(const CLI::App& program) {
         const std::string name = argument.substr(0, argument.find('='));
         if (name.size() <= 2 || name.substr(0, 2) != "--")
             continue;
-        const CLI::App& command = *get_named_commands(program).back();
-        const std::string near = workflow::did_you_mean(name, get_option_names(command));
+        const std::string near = suggest_option(program, name);
         throw UsageError(fmt::format("unknown option '{}'", name),
                          near.empty() ? fmt::format("see {} --help", get_full_name(program)) : near);
     }
 }
 
+/// The option of the command that a message of the parser, "--from: ...", is about; null for none.
+const CLI::Option* find_option_of(const CLI::ParseError& error, const CLI::App& command) {
+    const std::string message = error.what();
+    for (const CLI::Option* option : command.get_options())
+        if (message.rfind(option->get_name(option->get_positional()) + ":", 0) == 0)
+            return option;
+    return nullptr;
+}
+
+/// What is wrong with the number of values or of arguments, or with their combination.
+std::string describe(const CLI::ParseError& error, const CLI::App& program) {
+    const CLI::App& command = *get_named_commands(program).back();
+    const std::vector<std::string> extra = program.remaining(true);
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) && !extra.empty())
+        return fmt::format("unexpected argument '{}'", extra.front());
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        if (const CLI::Option* option = find_option_of(error, command)) {
+            const std::string name = option->get_name(option->get_positional());
+            return static_cast<int>(option->count()) > option->get_items_expected_max()
+                       ? fmt::format("{} can be given only once", name)
+                       : fmt::format("{} needs a value", name);
+        }
+    return error.what();
+}
+
 } // namespace
+
+const Option& Option::value(const std::string& name) const {
+    option->option_text(name);
+    return *this;
+}
 
 const Option& Option::required() const {
     option->required();
@@ -78,19 +169,25 @@ const Option& Option::excludes(const Option& other) const {
 }
 
 const Option& Option::choices(const std::vector<std::string>& values) const {
-    option->check(CLI::IsMember(values));
+    option->option_text(fmt::format("{{{}}}", fmt::join(values, ",")));
+    add_check(option, fmt::format("choices: {}", fmt::join(values, ", ")), [values](const std::string& text) {
+        return std::find(values.begin(), values.end(), text) != values.end();
+    });
     return *this;
 }
 
 const Option& Option::range(int least, int most) const {
-    option->check(CLI::Range(least, most));
+    add_check(option, fmt::format("range: {} to {}", least, most), [=](const std::string& text) {
+        const std::optional<int> number = parse_as<int>(text);
+        return number && *number >= least && *number <= most;
+    });
     return *this;
 }
 
 const Option& Option::positive() const {
-    option->check([](const std::string& text) -> std::string {
-        const std::optional<float> value = workflow::parse_number(text);
-        return value && *value > 0 ? "" : fmt::format("'{}' is not a positive number", text);
+    add_check(option, "expected a positive number", [](const std::string& text) {
+        const std::optional<float> number = workflow::parse_number(text);
+        return number && *number > 0;
     });
     return *this;
 }
@@ -107,7 +204,7 @@ const Option& Option::separator(char character) const {
 
 Options::Options(const std::string& description, const std::string& name)
     : program(std::make_unique<CLI::App>(description, name)), app(program.get()) {
-    keep_footers_unformatted(*app->get_formatter(), 0);
+    app->formatter(std::make_shared<HelpFormatter>());
     app->set_help_flag("-h,--help", "print this help");
 }
 
@@ -120,15 +217,15 @@ Option Options::add(const std::string& name, std::string& value, const std::stri
 }
 
 Option Options::add(const std::string& name, int& value, const std::string& help) {
-    return Option(app->add_option(name, value, help));
+    return Option(add_check(app->add_option(name, value, help), "expected a whole number", parse_as<int>));
 }
 
 Option Options::add(const std::string& name, float& value, const std::string& help) {
-    return Option(app->add_option(name, value, help));
+    return Option(add_check(app->add_option(name, value, help), "expected a number", parse_as<float>));
 }
 
 Option Options::add(const std::string& name, double& value, const std::string& help) {
-    return Option(app->add_option(name, value, help));
+    return Option(add_check(app->add_option(name, value, help), "expected a number", parse_as<double>));
 }
 
 Option Options::add(const std::string& name, std::vector<std::string>& values, const std::string& help) {
@@ -148,10 +245,11 @@ void Options::add_ordered(const std::vector<OrderedOption>& declared, std::vecto
     };
     std::map<const CLI::Option*, std::shared_ptr<Declared>> known;
     for (const OrderedOption& one : declared) {
-        const auto entry = std::make_shared<Declared>(Declared{one.name, one.is_flag, {}});
-        CLI::Option* const option =
-            one.is_flag ? app->add_flag(one.name)->description(one.help)
-                        : app->add_option(one.name, entry->texts, one.help)->allow_extra_args(false);
+        const auto entry = std::make_shared<Declared>(Declared{one.name, one.value.empty(), {}});
+        CLI::Option* const option = entry->is_flag ? app->add_flag(one.name)->description(one.help)
+                                                   : app->add_option(one.name, entry->texts, one.help)
+                                                         ->allow_extra_args(false)
+                                                         ->option_text(one.value);
         known.emplace(option, entry);
     }
     app->parse_complete_callback([command = app, known, &values] {
@@ -172,6 +270,7 @@ Options Options::add_command(const std::string& name, const std::string& descrip
                              const std::string& footer) {
     CLI::App* const command = app->add_subcommand(name, description);
     command->footer(footer);
+    command->group("Commands");
     return Options(command);
 }
 
@@ -210,9 +309,12 @@ std::optional<std::string> Options::parse(const std::vector<std::string>& argume
         app->exit(wish, text, text);
         const std::string lines = text.str();
         return lines.substr(0, lines.find_last_not_of('\n') + 1);
+    } catch (const UsageError& error) { // of a value
+        require_known_options(*app);
+        throw UsageError(error.get_worst().message, fmt::format("see {} --help", get_full_name(*app)));
     } catch (const CLI::ParseError& error) {
         require_known_options(*app);
-        throw UsageError(error.what(), fmt::format("see {} --help", get_full_name(*app)));
+        throw UsageError(describe(error, *app), fmt::format("see {} --help", get_full_name(*app)));
     }
     return std::nullopt;
 }

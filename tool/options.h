@@ -18,6 +18,8 @@ class Option {
 public:
     explicit Option(CLI::Option* option) : option(option) {}
 
+    /// What the help shows for the value: "FILE". Default: "N" for numbers, else "NAME".
+    const Option& value(const std::string& name) const;
     const Option& required() const;
     const Option& needs(const Option& other) const;
     const Option& excludes(const Option& other) const;
@@ -36,8 +38,8 @@ private:
 /// An option whose place among others on the command line matters.
 struct OrderedOption {
     std::string name;
+    std::string value; ///< As in Option::value; empty for a flag.
     std::string help;
-    bool is_flag = false;
 };
 
 /// One use of such an option.

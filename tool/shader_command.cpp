@@ -38,7 +38,9 @@ public:
         options.get("--from").required();
         options.add("--glsl", dialect, "core: GLSL 3.30 (default), legacy: GLSL 1.20")
             .choices({CORE, LEGACY});
-        options.add("-o,--output", folder, "folder for the files; created if missing").required();
+        options.add("-o,--output", folder, "folder for the files; created if missing")
+            .value("FOLDER")
+            .required();
         add_session_options(options, session_options);
     }
 

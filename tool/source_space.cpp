@@ -20,7 +20,7 @@ std::string get_file_name(const std::string& path) {
     return std::filesystem::path(path).filename().string();
 }
 
-/// The image itself is read later, and whoever reads it reports what is wrong with it.
+/// Empty if the image cannot be read: it is read again for its pixels, and the error is reported then.
 std::optional<image::ColorTags> try_to_read_tags(const std::string& path) {
     try {
         return workflow::read_color_tags(path);
@@ -33,7 +33,7 @@ std::optional<image::ColorTags> try_to_read_tags(const std::string& path) {
 
 void add_source_space_options(Options& options, SourceSpaceChoice& choice) {
     options.add_flag("--why", choice.explains, "show how the source and the destination were found");
-    options.add_flag("--strict", choice.is_strict, "fail rather than assume the color space of an image");
+    options.add_flag("--strict", choice.is_strict, "fail if the color space would be assumed");
 }
 
 workflow::FileSpace find_source_space(const workflow::Session& session, const std::string& path,

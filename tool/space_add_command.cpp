@@ -36,15 +36,16 @@ SpaceAddCommand::SpaceAddCommand(Options& program)
     : Command(program, "add", "Add a custom color space made from a LUT, a color correction, or both",
               EXAMPLES) {
     options.add("name", request.name, "name of the color space and of its view").required();
-    options.add("--lut", request.lut, "LUT file that converts from scene-linear to the color space");
-    options.add("--cdl", request.cdl, "color correction before the LUT: FILE, or FILE:ID for a .ccc file");
-    options.add("--depth", request.depth, "bit depth that the color space is meant for (default: 32f)")
+    options.add("--lut", request.lut, "LUT file that converts from scene-linear to the color space")
+        .value("FILE");
+    options.add("--cdl", request.cdl, "color correction before the LUT; an ID selects one of a .ccc file")
+        .value("FILE[:ID]");
+    options.add("--depth", request.depth, "bit depth attribute of the color space (default: 32f)")
         .choices(workflow::get_depth_names());
     options.add("--allocation", request.allocation, "allocation of values in a GPU LUT (default: uniform)")
         .choices({"uniform", "lg2"});
-    options
-        .add("--range", range,
-             "range of the allocation: MINIMUM,MAXIMUM, for lg2 also MINIMUM,MAXIMUM,OFFSET (default: 0,1)")
+    options.add("--range", range, "range of the allocation; an OFFSET only with lg2 (default: 0,1)")
+        .value("MINIMUM,MAXIMUM[,OFFSET]")
         .separator(',')
         .one_value_each();
     add_preference_options(options, session_options);

@@ -59,22 +59,28 @@ public:
         options.add("images", paths, "images to show").required();
         add_session_options(options, session_options);
         options.add("--from,--space", space,
-                    "color space of the first image (default: by its tags and rules)");
-        options.add("--cdl-library", cdl_library, "ASC CDL file whose color corrections are listed");
+                    "color space of the first image (default: from its tags and file rules)");
+        options.add("--cdl-library", cdl_library, "ASC CDL file whose color corrections are listed")
+            .value("FILE");
         add_step_options(options, request);
         add_source_space_options(options, source_choice);
-        options.add("--exposure", exposure, "exposure in stops, applied in scene-linear (default: 0)");
-        options.add("--view", views[viewer::ViewModel::FIRST],
-                    "view to use, as DISPLAY.VIEW (default: that of the config)");
-        options.add("--second-view", views[viewer::ViewModel::SECOND],
-                    "view to compare it with, as DISPLAY.VIEW");
-        options.add("--layout", layout, "{single,wipe,two,difference} (default: single)")
+        options.add("--exposure", exposure, "exposure in stops, applied in scene-linear (default: 0)")
+            .value("STOPS");
+        options
+            .add("--view", views[viewer::ViewModel::FIRST],
+                 "view to use (default: the config's default view)")
+            .value("DISPLAY.VIEW");
+        options.add("--second-view", views[viewer::ViewModel::SECOND], "view to compare it with")
+            .value("DISPLAY.VIEW");
+        options.add("--layout", layout, "arrangement of the views (default: single)")
             .choices({"single", "wipe", "two", "difference"});
         options.add("--zoom", zoom, "screen pixels per image pixel, above 0 (default: fit the window)")
+            .value("FACTOR")
             .positive();
-        options.add("--size", size, "window size in pixels (default: 1280x800)");
-        options.add("--screenshot", screenshot, "image file to write, without opening a window");
-        options.add("--script", script_path, "file with commands, one per line");
+        options.add("--size", size, "window size in pixels (default: 1280x800)").value("WIDTHxHEIGHT");
+        options.add("--screenshot", screenshot, "image file to write, without opening a window")
+            .value("FILE");
+        options.add("--script", script_path, "file with commands, one per line").value("FILE");
         options.add_flag("--no-window", no_window, "run the script without opening a window");
     }
 
@@ -93,7 +99,7 @@ public:
         if (const std::string& fault = model.get_watch_fault(); !fault.empty())
             console.report(diagnostics::make_warning(
                 diagnostics::Code::FILE_UNREADABLE,
-                fmt::format("changed files are not shown again by themselves: {}", fault)));
+                fmt::format("changed files are not reloaded automatically: {}", fault)));
         const bool headless = no_window || !screenshot.empty();
         try {
             viewer::Viewer viewer(model,
@@ -105,7 +111,7 @@ public:
         } catch (const viewer::NoDisplayError& error) {
             diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
                               fmt::format("cannot show images: {}", error.what()),
-                              "--screenshot works without one");
+                              "use --screenshot, which needs no display");
         } catch (const gl::GlError& error) {
             diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
                               fmt::format("cannot show images: {}", error.what()));

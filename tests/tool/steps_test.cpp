@@ -136,7 +136,7 @@ TEST_F(Steps, WrongOnesAreOneClearError) {
         FailsWith(1, "colorio: error: no look 'dobule' in show.ocio\nhint: did you mean 'double'?\n"));
     EXPECT_THAT(with({"--look", "double,,more"}), FailsWith(2, HasSubstr("is not a list of looks")));
     EXPECT_THAT(with({"--look", ""}), FailsWith(2, HasSubstr("no look is named")));
-    EXPECT_THAT(with({"--inverse"}), FailsWith(2, HasSubstr("--inverse needs a")));
+    EXPECT_THAT(with({"--inverse"}), FailsWith(2, HasSubstr("--inverse needs a preceding --cdl")));
     EXPECT_THAT(with({"--lut", path("gone.cube")}), FailsWith(1, HasSubstr("gone.cube': no such file")));
     EXPECT_THAT(with({"--lut", path("show.ocio")}), FailsWith(1, HasSubstr("cannot apply the LUT")));
     EXPECT_THAT(with({"--cdl", cdl("tripel")}), FailsWith(1, HasSubstr("did you mean 'triple'?")));
