@@ -139,7 +139,7 @@ bool Replacement::open_named(mode_t new_mode) {
             return true;
         abandon();
     }
-    return refuse(0, "its temporary file is removed by another program");
+    return refuse(0, "its temporary file was removed by another process");
 }
 
 bool Replacement::name_unnamed() {
@@ -230,7 +230,7 @@ bool Replacement::take_place() {
         return true;
     failure = make_failure(path, Operation::WRITE, errno);
     failure->reason =
-        "the new file is in place, but its folder cannot be brought to the disk: " + failure->reason;
+        "the new file is in place, but its folder could not be flushed to disk: " + failure->reason;
     return false;
 }
 

@@ -91,7 +91,7 @@ EGLConfig choose_config(EGLDisplay display) {
     EGLConfig config = nullptr;
     EGLint count = 0;
     if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)
-        throw GlError("EGL offers no OpenGL here");
+        throw GlError("EGL does not support OpenGL on this system");
     return config;
 }
 
@@ -105,7 +105,7 @@ EGLContext create_context(EGLDisplay display, GlProfile profile) {
                            EGL_NONE};
     const EGLint legacy[] = {EGL_CONTEXT_MAJOR_VERSION_KHR, 2, EGL_CONTEXT_MINOR_VERSION_KHR, 1, EGL_NONE};
     if (!eglBindAPI(EGL_OPENGL_API))
-        throw GlError("EGL offers no OpenGL here");
+        throw GlError("EGL does not support OpenGL on this system");
     return eglCreateContext(display, choose_config(display), EGL_NO_CONTEXT,
                             profile == GlProfile::CORE ? core : legacy);
 }
@@ -129,8 +129,8 @@ EglContext::EglContext(GlProfile profile) : state(std::make_unique<State>()) {
     state->former_read = eglGetCurrentSurface(EGL_READ);
     state->context = create_context(state->display, profile);
     if (state->context == EGL_NO_CONTEXT)
-        throw GlError(profile == GlProfile::CORE ? "the driver offers no OpenGL 3.3 core profile"
-                                                 : "the driver offers no OpenGL 2.1");
+        throw GlError(profile == GlProfile::CORE ? "the driver does not support the OpenGL 3.3 core profile"
+                                                 : "the driver does not support OpenGL 2.1");
     try {
         make_current();
     } catch (...) {
@@ -149,7 +149,7 @@ EglContext::~EglContext() {
 
 void EglContext::make_current() {
     if (!eglMakeCurrent(state->display, EGL_NO_SURFACE, EGL_NO_SURFACE, state->context))
-        throw GlError("the driver refuses an OpenGL context without a window");
+        throw GlError("the driver does not support an OpenGL context without a window");
 }
 
 } // namespace gl

@@ -24,7 +24,7 @@ void forget_errors() {
 
 void check_upload(const std::string& what) {
     if (glGetError() != GL_NO_ERROR)
-        throw GlError("the driver refuses " + what);
+        throw GlError("the driver does not support " + what);
 }
 
 } // namespace

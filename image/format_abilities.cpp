@@ -1,5 +1,8 @@
 #include "image/format_abilities.h"
 
+#include <filesystem>
+
+#include <OpenImageIO/strutil.h>
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
@@ -27,16 +30,26 @@ AlphaConvention get_alpha_convention(const std::string& format) {
     return AlphaConvention::ASSOCIATED;
 }
 
+/// Why OpenImageIO cannot write `path`: because of its extension, else `error`.
+std::string find_reason(const std::string& path, const std::string& error) {
+    const std::string extension = std::filesystem::path(path).extension().string();
+    if (extension.size() < 2)
+        return "the file name has no extension, which selects the image format";
+    for (const auto& [format, extensions] : OIIO::get_extension_map())
+        for (const std::string& known : extensions)
+            if (OIIO::Strutil::iequals(known, extension.substr(1)))
+                return error.empty() ? fmt::format("{} is not supported for writing", format) : error;
+    return fmt::format("unknown image format '{}'", extension);
+}
+
 } // namespace
 
 FormatAbilities get_format_abilities(const std::string& path) {
     const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
     if (!output) {
-        const std::string reason = OIIO::geterror();
         diagnostics::fail_file(
             diagnostics::Code::IMAGE_UNSUPPORTED,
-            fmt::format("cannot write '{}': {}", path, reason.empty() ? "unknown file extension" : reason),
-            path);
+            fmt::format("cannot write '{}': {}", path, find_reason(path, OIIO::geterror())), path);
     }
     const auto supports = [&](const char* feature) { return output->supports(feature) != 0; };
     FormatAbilities abilities;

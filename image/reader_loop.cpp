@@ -177,10 +177,9 @@ private:
                                            spec.deep ? "deep " : ""));
         } catch (const std::system_error& error) {
             if (error.code() == std::errc::file_too_large) // counts for memory that processes share, too
-                fail_to_read(path,
-                             fmt::format("the limit on file sizes leaves no room for {} x {} pixels; raise "
-                                         "it (ulimit -f), or set COLORIO_READ_IN_PROCESS=1",
-                                         spec.width, spec.height));
+                fail_to_read(path, fmt::format("the file size limit is too small for {} x {} pixels; raise "
+                                               "it (ulimit -f), or set COLORIO_READ_IN_PROCESS=1",
+                                               spec.width, spec.height));
             fail_to_read(path, fmt::format("no memory for {} x {} pixels: {}", spec.width, spec.height,
                                            error.code().message()));
         }

@@ -153,8 +153,8 @@ std::string StandaloneApp::State::make_temp_folder(const std::string& name, std:
 
 bool StandaloneApp::create_temp_folder(const CoreString& name, CoreString& path) {
     std::string base = state->cache_folder.get_data();
-    const std::string reason = is_path_component(name) ? state->make_temp_folder(name.get_data(), base)
-                                                       : "this is not a name of a folder";
+    const std::string reason =
+        is_path_component(name) ? state->make_temp_folder(name.get_data(), base) : "invalid folder name";
     if (!reason.empty()) {
         log_message(LOG_ERROR, "Cannot create the folder '", name, "' for temporary files in '", base.c_str(),
                     "/", FOLDER_NAME, "': ", reason.c_str(), ".\n");

@@ -31,8 +31,9 @@ public:
             .required();
         options
             .add("--cdl", texts,
-                 "NAME=SLOPE/OFFSET/POWER/SATURATION; slope, offset and power: three comma-separated "
-                 "numbers; saturation: one. Repeat to write a collection")
+                 "slope, offset and power: three comma-separated numbers; saturation: one. Repeat to write a "
+                 "collection")
+            .value("NAME=SLOPE/OFFSET/POWER/SATURATION")
             .required()
             .one_value_each();
         options.add_flag("--collection", is_collection, "write a collection, even of one color correction");
@@ -45,8 +46,8 @@ public:
             workflow::write_exact_document(path, corrections, is_collection);
         else
             write_rounded(corrections, console);
-        console.print(
-            fmt::format("{}: {} correction{}", path, corrections.size(), corrections.size() == 1 ? "" : "s"));
+        console.print(fmt::format("{}: {} color correction{}", path, corrections.size(),
+                                  corrections.size() == 1 ? "" : "s"));
         return EXIT_CODE_DONE;
     }
 

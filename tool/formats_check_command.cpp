@@ -29,13 +29,14 @@ public:
         const ToolSession session(session_options, console);
         if (const auto warning = workflow::find_unused_mapping(session))
             console.report(*warning);
-        const std::string where =
-            fmt::format("{} with {}", workflow::describe_association_source(), session.get_config_name());
+        const std::string associations = workflow::describe_association_source();
         if (ColorIOAutoDetection::get_instance()->check_mappings()) {
-            console.print(fmt::format("Nothing is missing: {}.", where));
+            console.print(
+                fmt::format("All color spaces of {} exist in {}.", associations, session.get_config_name()));
             return EXIT_CODE_DONE;
         }
-        console.print(fmt::format("Color spaces are missing: {}.", where));
+        console.print(fmt::format("Color spaces of {} that are missing in {}:", associations,
+                                  session.get_config_name()));
         print_missing(console);
         return EXIT_CODE_FAILED;
     }

@@ -33,8 +33,8 @@ private:
         TextTable table({name, ""});
         table.add_row({"former built-in color space", current.is_legacy ? "yes" : "no"});
         table.add_row({"as a color space", or_none(current.color_space)});
-        table.add_row({"as a display of the preferences", or_none(current.view_of_preferences)});
-        table.add_row({"as a display of a widget", or_none(current.view_of_widget)});
+        table.add_row({"as a view saved in the preferences", or_none(current.view_of_preferences)});
+        table.add_row({"as a view saved by a widget", or_none(current.view_of_widget)});
         table.print(console);
     }
 

@@ -89,12 +89,12 @@ private:
 
 void LutBaking::check_request() const {
     if (request.size < MIN_SIZE || request.size > MAX_SIZE)
-        diagnostics::fail(Code::USAGE, fmt::format("the size of a LUT is {} to {}, not {}", MIN_SIZE,
-                                                   MAX_SIZE, request.size));
+        diagnostics::fail(Code::USAGE, fmt::format("invalid LUT size {}; range: {} to {}", request.size,
+                                                   MIN_SIZE, MAX_SIZE));
     if (!request.shaper.empty() && !format.baker_with_shaper)
         diagnostics::fail(Code::USAGE, fmt::format("the format .{} has no shaper", format.extension));
     if (request.shaper_size > 0 && request.shaper.empty())
-        diagnostics::fail(Code::USAGE, "the size of a shaper needs a shaper color space");
+        diagnostics::fail(Code::USAGE, "a shaper size requires a shaper");
     if (!request.conversion.inverse_view.empty())
         diagnostics::fail(Code::USAGE, "a LUT cannot be baked from a view; name a source color space");
     std::error_code error;

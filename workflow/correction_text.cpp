@@ -68,7 +68,8 @@ std::string format_triple(const float (&values)[3]) {
 Correction parse_numbers(const std::string& text) {
     const std::vector<std::string_view> parts = split(text, '/');
     if (parts.size() != 4)
-        fail(Code::USAGE, fmt::format("'{}' is not SLOPE/OFFSET/POWER/SATURATION", text));
+        fail(Code::USAGE,
+             fmt::format("invalid CDL values '{}'; expected SLOPE/OFFSET/POWER/SATURATION", text));
     Correction correction;
     parse_triple(parts[0], "slope", correction.slope);
     parse_triple(parts[1], "offset", correction.offset);

@@ -62,7 +62,7 @@ bool parse_switch(const std::string& name, const std::string& value) {
     for (const char* word : {"no", "off", "false", "0"})
         if (value == word)
             return false;
-    diagnostics::fail(Code::USAGE, fmt::format("{} is yes or no, not '{}'", name, value));
+    diagnostics::fail(Code::USAGE, fmt::format("invalid value '{}' for {}; use yes or no", value, name));
 }
 
 std::optional<diagnostics::Diagnostic> find_fault(Purpose purpose, const std::string& path) {

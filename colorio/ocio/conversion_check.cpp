@@ -132,7 +132,7 @@ private:
         while (path_[first].key != key)
             ++first;
         throw_error(diagnostics::Code::CONFIG_CYCLE,
-                    "the configuration forms a cycle: " + names_from(first, path_.size()) + " -> " +
+                    "the config contains a cycle: " + names_from(first, path_.size()) + " -> " +
                         path_[first].name,
                     path_[first].name);
     }

@@ -103,11 +103,11 @@ struct LutError {
 /// What would make one of the library's readers fail.
 LutError find_error(const std::string& path) {
     if (const std::optional<unsigned long> line = find_unreadable_line(path))
-        return {"line " + std::to_string(*line) + " holds a word longer than any number",
+        return {"line " + std::to_string(*line) + " contains a word longer than any number",
                 static_cast<unsigned int>(*line)};
     std::ifstream file(path, std::ios::binary);
     if (has_endless_csp_metadata(file))
-        return {"its metadata have no end"};
+        return {"its metadata block is not closed"};
     file.clear();
     file.seekg(0);
     return {find_icc_overclaim(file)};

@@ -77,7 +77,7 @@ std::string describe_newer_profile(const std::string& path) {
     if (!profile || !supported || *profile <= *supported)
         return {};
     return path + " is an OCIO " + std::to_string(profile->first) + "." + std::to_string(profile->second) +
-           " configuration and needs a newer OpenColorIO than " + get_version();
+           " config and needs a newer OpenColorIO than " + get_version();
 }
 
 std::string find_newer_transform_version(const std::string& path) {

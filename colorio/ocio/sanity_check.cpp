@@ -40,8 +40,7 @@ std::string quoted(std::string_view name) {
 }
 
 [[noreturn]] void refuse(const std::string& reason, std::string_view subject = {}) {
-    throw_error(diagnostics::Code::CONFIG_INVALID, "The configuration fails its check: " + reason + ".",
-                std::string(subject));
+    throw_error(diagnostics::Code::CONFIG_INVALID, "the config is invalid: " + reason, std::string(subject));
 }
 
 /// The first color space or look that a role, a look or a view names and the config lacks; empty for none.

@@ -129,7 +129,7 @@ void require_bounded_yaml(const std::string& path) {
         parser.HandleNextDocument(counter);
     } catch (const TooManyNodes&) {
         throw_file_error(diagnostics::Code::CONFIG_TOO_COMPLEX,
-                         "'" + path + "' repeats itself beyond measure", path);
+                         "'" + path + "' contains aliases that expand beyond the limit", path);
     } catch (const YAML::Exception&) {
         return;
     }

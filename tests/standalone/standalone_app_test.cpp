@@ -238,7 +238,7 @@ TEST_F(TempFoldersBelow, AnEndlessPathAreRefused) {
 
 TEST_F(TempFolders, NamesAreSinglePathComponents) {
     for (const char* name : {"", ".", "..", "a/b", "/", "../luts"})
-        expect_refused(name, "this is not a name of a folder");
+        expect_refused(name, "invalid folder name");
     EXPECT_FALSE(std::filesystem::exists(cache));
 }
 

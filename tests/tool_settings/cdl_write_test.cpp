@@ -95,7 +95,7 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     EXPECT_THAT(write({}), FailsWith(2, HasSubstr("--cdl is required")));
     EXPECT_THAT(write({"1,1,1/0,0,0/1,1,1/1"}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
     EXPECT_THAT(write({good}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
-    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1"}), FailsWith(2, HasSubstr("is not SLOPE/OFFSET")));
+    EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1"}), FailsWith(2, HasSubstr("; expected SLOPE/OFFSET")));
     EXPECT_THAT(write({"a=1,1/0,0,0/1,1,1/1"}),
                 FailsWith(2, HasSubstr("slope takes three comma-separated numbers")));
     EXPECT_THAT(write({"a=1,1,1/0,0,x/1,1,1/1"}), FailsWith(2, HasSubstr("'x' is not a number")));

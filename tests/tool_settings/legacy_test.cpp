@@ -28,10 +28,10 @@ TEST_F(Legacy, AnswersNothingForOtherNames) {
     EXPECT_EQ(ask("Film"), json::parse(R"({"name": "Film", "legacy": false, "color_space": "",
                                            "preferences_view": "", "widget_view": ""})"));
     EXPECT_EQ(print({"legacy", "Film"}), "Film\n"
-                                         "former built-in color space      no\n"
-                                         "as a color space                 (none)\n"
-                                         "as a display of the preferences  (none)\n"
-                                         "as a display of a widget         (none)\n");
+                                         "former built-in color space         no\n"
+                                         "as a color space                    (none)\n"
+                                         "as a view saved in the preferences  (none)\n"
+                                         "as a view saved by a widget         (none)\n");
 }
 
 TEST_F(Legacy, FollowsTheConfiguration) {

@@ -79,7 +79,7 @@ TEST_F(PreferencesSet, RefusesWhatCannotBeUsed) {
     EXPECT_THAT(run({"prefs", "set", "color_space_by_extension_file_path", folder.get_path()}),
                 FailsWith(1, HasSubstr("not a regular file")));
     EXPECT_THAT(run({"prefs", "set", "use_color_space_file", "maybe"}),
-                FailsWith(2, HasSubstr("is yes or no")));
+                FailsWith(2, HasSubstr("; use yes or no")));
     EXPECT_THAT(run({"prefs", "set", "use_color_space_fiel", "no"}),
                 FailsWith(2, HasSubstr("did you mean 'use_color_space_file'?")));
     EXPECT_THAT(run({"prefs", "set", "use_color_space_file"}), FailsWith(2, HasSubstr("value")));

@@ -71,7 +71,7 @@ std::string write_cdl_document(const std::vector<CdlNumbers>& corrections, bool 
     if (!is_collection) {
         if (corrections.size() != 1)
             throw_error(diagnostics::Code::CDL_INVALID,
-                        "a document of a single CDL holds exactly one correction");
+                        "a document of a single CDL contains exactly one color correction");
         return document + correction_element(corrections.front(), NAMESPACE);
     }
     document += "<ColorCorrectionCollection";

@@ -24,8 +24,8 @@ void require_unique_ids(const std::vector<CDLTransformRcPtr>& corrections) {
     for (const CDLTransformRcPtr& correction : corrections) {
         const std::string id = correction->getID();
         if (!id.empty() && !ids.insert(id).second)
-            throw_error(diagnostics::Code::CDL_ID_REPEATED, "it holds two corrections of the id '" + id + "'",
-                        id);
+            throw_error(diagnostics::Code::CDL_ID_REPEATED,
+                        "it contains two color corrections with the id '" + id + "'", id);
     }
 }
 

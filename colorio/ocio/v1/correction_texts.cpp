@@ -103,9 +103,9 @@ private:
         if (open_.empty() && any_)
             refuse("it has more than one outermost element");
         if (open_.empty() && std::find(ROOTS.begin(), ROOTS.end(), name) == ROOTS.end())
-            refuse("its outermost element, '" + std::string(name) + "', is none of color corrections");
+            refuse("its outermost element, '" + std::string(name) + "', is not a color correction element");
         if (open_.size() == MAX_DEPTH)
-            refuse("its elements nest too deep");
+            refuse("its elements are nested too deeply");
         any_ = true;
         open_.push_back(name);
         if (name == CORRECTION && !inside_) {

@@ -57,7 +57,8 @@ void require_shallow_yaml(const std::string& path) {
     std::string line;
     while (std::getline(file, line))
         if (gauge.add_line(line) > MAX_DEPTH)
-            throw_file_error(diagnostics::Code::CONFIG_TOO_COMPLEX, "'" + path + "' nests too deep", path);
+            throw_file_error(diagnostics::Code::CONFIG_TOO_COMPLEX, "'" + path + "' is nested too deeply",
+                             path);
 }
 
 } // namespace ocio

@@ -40,7 +40,7 @@ public:
     explicit Fit(const GpuAllocation& allocation) : logarithmic_(allocation.kind == ALLOCATION_LG2) {
         if (!logarithmic_ && allocation.kind != ALLOCATION_UNIFORM)
             throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
-                        "a color space of unknown allocation cannot be sampled by a GPU table");
+                        "a color space of unknown allocation cannot be converted with a 3D LUT on the GPU");
         if (logarithmic_) {
             minimum_ = -10.0;
             maximum_ = 6.0;
@@ -53,8 +53,9 @@ public:
         if (logarithmic_ && variables.size() >= 3)
             offset_ = variables[2];
         if (!std::isfinite(minimum_) || !std::isfinite(maximum_) || minimum_ == maximum_)
-            throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
-                        "a color space whose allocation spans no range cannot be sampled by a GPU table");
+            throw_error(
+                diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                "a color space whose allocation spans no range cannot be converted with a 3D LUT on the GPU");
     }
 
     /// From the color in `out_pixel` to [0, 1].

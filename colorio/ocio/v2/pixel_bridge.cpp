@@ -41,7 +41,7 @@ pixel::Negatives negatives_of(library::NegativeStyle style) {
 
 pixel::Op translate_op(const library::MatrixTransform& t) {
     if (t.getDirection() != library::TRANSFORM_DIR_FORWARD)
-        throw NotKnown{"a matrix that the library has not inverted is not supported by the SIMD code"};
+        throw NotKnown{"a matrix that OpenColorIO has not inverted is not supported by the SIMD code"};
     pixel::Matrix op{};
     t.getMatrix(op.m.data());
     t.getOffset(op.offset.data());

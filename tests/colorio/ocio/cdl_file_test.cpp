@@ -145,7 +145,7 @@ TEST_F(CdlFile, DamagedFilesAreRefusedByName) {
 
 TEST_F(CdlFile, OverlongWordsNeverReachTheLibrary) {
     const std::string path = folder_.write("hostile.cc", "Version 1\nFrom " + std::string(200, '0') + " 1\n");
-    EXPECT_THAT(refusal(path), HasSubstr("holds a word longer than any number"));
+    EXPECT_THAT(refusal(path), HasSubstr("contains a word longer than any number"));
 }
 
 TEST_F(CdlFile, AFolderIsNoFile) {

@@ -70,8 +70,7 @@ TEST(Config, AVersionBeyondTheLibraryIsReportedAsSuch) {
     text.version = "2.99";
     const std::string path = folder.file("config.ocio");
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
-              path + " is an OCIO 2.99 configuration and needs a newer OpenColorIO than " +
-                  ocio::get_version());
+              path + " is an OCIO 2.99 config and needs a newer OpenColorIO than " + ocio::get_version());
     text.version = "\"3\"  # quoted";
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
               path + " is an OCIO 3.0 configuration and needs a newer OpenColorIO than " +
@@ -131,7 +130,7 @@ TEST(Config, ANewerConfigurationInTheEnvironmentIsReportedAsSuch) {
     text.version = "2.99";
     const EnvGuard ocio_variable("OCIO", folder.write("newer.ocio", text.str()));
     EXPECT_THAT(refusal_of([] { ocio::create_config_from_env(); }),
-                HasSubstr("newer.ocio is an OCIO 2.99 configuration"));
+                HasSubstr("newer.ocio is an OCIO 2.99 config"));
 }
 
 TEST(Config, AnEditableCopyLeavesTheOriginalAlone) {

@@ -12,7 +12,7 @@
 namespace conversion_check {
 
 inline const std::string ACCEPTED = "nothing thrown";
-inline const std::string CYCLE = "the configuration forms a cycle: ";
+inline const std::string CYCLE = "the config contains a cycle: ";
 
 inline ocio::TransformRcPtr shift() {
     const auto transform = ocio::create_CDL_transform();

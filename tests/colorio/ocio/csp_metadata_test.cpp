@@ -40,7 +40,7 @@ TEST(CspMetadata, WithoutAnEndRefuseTheFileAsALut) {
     const TempDir folder;
     const std::string path = folder.write("film.csp", csp("BEGIN METADATA"));
     EXPECT_EQ(test_configs::refusal_of([&] { ocio::require_readable_lut(path); }),
-              "'" + path + "' cannot be read as a LUT: its metadata have no end");
+              "'" + path + "' cannot be read as a LUT: its metadata block is not closed");
 }
 
 } // namespace

@@ -231,8 +231,9 @@ TEST_F(ProcessorFiles, AreReadAgainAfterTheCachesAreCleared) {
 
 TEST_F(ProcessorFiles, WithOverlongWordsNeverReachTheLibrary) {
     folder_.write("table.spi1d", table(std::string(64, '1')));
-    EXPECT_EQ(refusal(text()), "'" + folder_.file("table.spi1d") +
-                                   "' cannot be read as a LUT: line 7 holds a word longer than any number");
+    EXPECT_EQ(refusal(text()),
+              "'" + folder_.file("table.spi1d") +
+                  "' cannot be read as a LUT: line 7 contains a word longer than any number");
 }
 
 TEST_F(ProcessorFiles, AreJudgedWhereverTheConversionReachesThem) {
@@ -241,7 +242,7 @@ TEST_F(ProcessorFiles, AreJudgedWhereverTheConversionReachesThem) {
                                "{src: y, dst: lin}\n";
     const std::string file_space = "  - !<ColorSpace>\n    name: y\n    to_reference: "
                                    "!<FileTransform> {src: table.spi1d, interpolation: linear}\n";
-    EXPECT_THAT(refusal(text_with(nested, file_space)), HasSubstr("holds a word longer than any number"));
+    EXPECT_THAT(refusal(text_with(nested, file_space)), HasSubstr("contains a word longer than any number"));
     EXPECT_EQ(refusal(text_with(SHIFT, file_space)), "nothing thrown") << "other conversions are unharmed";
 }
 

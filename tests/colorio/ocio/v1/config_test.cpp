@@ -37,7 +37,7 @@ TEST(ConfigOfV1, DeepTextNeverReachesTheParser) {
         indented += std::string(static_cast<std::size_t>(i), ' ') + "a:\n";
     for (const std::string& deep :
          {std::string(600, '['), std::string(600, '{'), "\n" + blocks, "\n" + indented})
-        EXPECT_THAT(refusal_of([&] { load(folder, start + deep); }), HasSubstr("nests too deep"));
+        EXPECT_THAT(refusal_of([&] { load(folder, start + deep); }), HasSubstr("is nested too deeply"));
 }
 
 TEST(ConfigOfV1, WideTextIsNotDeep) {

@@ -57,7 +57,7 @@ TEST(CorrectionTexts, ADocumentTypeIsSkipped) {
 TEST(CorrectionTexts, OtherTextsAreRefused) {
     EXPECT_EQ(refusal(""), "it contains no XML element");
     EXPECT_EQ(refusal("no XML"), "it contains no XML element");
-    EXPECT_EQ(refusal("<html></html>"), "its outermost element, 'html', is none of color corrections");
+    EXPECT_EQ(refusal("<html></html>"), "its outermost element, 'html', is not a color correction element");
     EXPECT_EQ(refusal("<ColorCorrection/><ColorCorrection/>"), "it has more than one outermost element");
 }
 
@@ -78,7 +78,7 @@ TEST(CorrectionTexts, DeepNestingIsRefused) {
     std::string deep = "<ColorCorrection>";
     for (int i = 0; i < 100; ++i)
         deep += "<a>";
-    EXPECT_EQ(refusal(deep), "its elements nest too deep");
+    EXPECT_EQ(refusal(deep), "its elements are nested too deeply");
 }
 
 } // namespace
