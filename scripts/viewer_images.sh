@@ -43,7 +43,7 @@ press Down
 press Down
 press Down
 press Down
-screenshot $images/dialogue.png
+screenshot $images/dialog.png
 quit
 TOUR
 cd "$work"
