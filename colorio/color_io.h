@@ -14,9 +14,13 @@ class ParserEntry;
 /// the same before `init` has started the manager. Only copying throws when memory is short.
 class COLORIO_API ColorIO : public EventObject {
 public:
-    static CoreString s_default_scene_linear;  ///< "Use scene_linear" once `init` started the manager.
-    static CoreString s_default_color_picking; ///< "Use Default" once `init` started the manager.
-    static ColorIO* s_singleton;               ///< Null until `get_instance` or `init`; never deleted.
+    /// First entry of "internal_color_space", which stands for the role scene_linear: "Use scene_linear" once
+    /// `init` started the manager, empty before.
+    static CoreString s_default_scene_linear;
+    /// First entry of "color_picking", which stands for the role color_picking: "Use Default" once `init`
+    /// started the manager, empty before.
+    static CoreString s_default_color_picking;
+    static ColorIO* s_singleton; ///< Null until `get_instance` or `init`; never deleted.
 
     ColorIO(const ColorIO&);
     ColorIO(ColorIO&&) noexcept;

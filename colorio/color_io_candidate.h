@@ -7,7 +7,8 @@
 #include "host/core/core_string.h"
 
 /// Checks files before they are used; the running module does not change. For programs that keep their
-/// current state when a new file is unusable; hosts raise their events and let the module decide.
+/// current state when a new file is unusable; hosts raise their events and let the module decide. Main thread
+/// only. Failures for other reasons than the file, such as a shortage of memory, are logged and not returned.
 class COLORIO_API ColorIOCandidate {
 public:
     /// Why a file cannot be used; empty when it can.

@@ -7,8 +7,8 @@
 
 class ColorIOConverter;
 
-/// How conversions are evaluated: for programs that explain conversions or compare results. Hosts do not need
-/// it.
+/// How conversions are evaluated: for programs that explain conversions or compare results; not needed by
+/// hosts. Every operation may be called by several threads at once.
 class COLORIO_API ColorIOEvaluation {
 public:
     /// One operation.

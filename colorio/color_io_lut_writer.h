@@ -4,7 +4,8 @@
 #include "host/core/core_array.h"
 #include "host/core/core_string.h"
 
-/// Writes conversions as LUTs in the formats of OpenColorIO's Baker: for programs. Hosts need none of it.
+/// Writes conversions as LUTs in the formats of OpenColorIO's Baker: for programs; not needed by hosts. Main
+/// thread only.
 class COLORIO_API ColorIOLutWriter {
 public:
     /// What to write. Names are those of the active config, without families.
@@ -14,8 +15,8 @@ public:
         CoreString shaper; ///< Color space in which its 3D part is evenly spaced; empty for the source.
         CoreString
             target; ///< Color space of the result; empty when there is none. Only OpenColorIO 1.1 needs it.
-        /// Red, green and blue of the results for an even lattice of `size` colors a side in the shaper, red
-        /// fastest. OpenColorIO 1.1 does without.
+        /// Red, green and blue of the results for an evenly spaced grid of `size` colors a side in the
+        /// shaper, red fastest. Not used with OpenColorIO 1.1.
         CoreArray<float> lattice;
         int size = 0;        ///< Colors a side.
         int shaper_size = 0; ///< Entries of the 1D part; 0 for the format's own.

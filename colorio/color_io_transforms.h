@@ -6,11 +6,16 @@
 class ColorIOConverter;
 
 /// Configures converters for what a config offers besides conversions between published color spaces and to
-/// views: for programs that convert images. Hosts need none of it. Names are those of the config, without
-/// families. Each operation answers false when the conversion cannot be made, and logs and reports why.
+/// views: for programs that convert images; not needed by hosts. Names are those of the config, without
+/// families. Each operation returns false when the conversion cannot be made, and logs and reports why; the
+/// converter is then not configured. Several threads may each configure a converter while the manager's
+/// config stays the same.
 class COLORIO_API ColorIOTransforms {
 public:
-    enum Direction { DIRECTION_FORWARD, DIRECTION_INVERSE };
+    enum Direction {
+        DIRECTION_FORWARD, ///< As the named transform or the file is defined.
+        DIRECTION_INVERSE  ///< The inverse of that.
+    };
 
     /// Between any two color spaces of the config, inactive ones, roles and aliases included.
     static bool configure(ColorIOConverter& converter, const CoreString& source,

@@ -25,7 +25,7 @@ bool take(std::string_view& text, std::string_view prefix) {
     return true;
 }
 
-/// Takes the digits from the front of `text`, and answers their count.
+/// Removes the digits at the front of `text`. Returns their count.
 std::size_t take_digits(std::string_view& text, std::string_view digits) {
     const std::size_t count = std::min(text.find_first_not_of(digits), text.size());
     text.remove_prefix(count);

@@ -19,7 +19,8 @@ class ReaderProcess;
 /// thread at a time.
 class ImageReader {
 public:
-    /// `process` must outlive the reader, and must not open another image before the reader ends.
+    /// Reads all headers. `process` must outlive the reader, and must not open another image before the
+    /// reader ends.
     ImageReader(const std::string& path, ReaderProcess& process);
     ~ImageReader();
 

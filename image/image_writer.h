@@ -21,6 +21,7 @@ struct FormatAbilities;
 /// diagnostics::Failure with the file and the reason. For one thread at a time.
 class ImageWriter {
 public:
+    /// Creates the temporary file beside `path`, whose extension selects the format.
     explicit ImageWriter(const std::string& path);
     ~ImageWriter();
 

@@ -40,11 +40,13 @@ private:
     std::vector<char> bytes;
 };
 
-/// Reads a message of MessageWriter in the same order. Safe with any bytes. Throws MessageError.
+/// Reads a message of MessageWriter in the same order. Safe with any bytes: everything that is not a valid
+/// message throws MessageError.
 class MessageReader {
 public:
     explicit MessageReader(std::vector<char> message) : bytes(std::move(message)) {}
 
+    /// The next value. Throws MessageError at the end of the message.
     template <class Value>
     Value get() {
         static_assert(std::is_trivially_copyable_v<Value> && !std::is_pointer_v<Value>);
@@ -52,10 +54,12 @@ public:
         std::memcpy(&value, take(sizeof(value)), sizeof(value));
         return value;
     }
+    /// Throws MessageError when the rest of the message is shorter than the text.
     std::string get_text();
+    /// Throws MessageError when the rest of the message is shorter or has invalid types or sizes.
     OIIO::ImageSpec get_spec();
-    /// Reads the count of a list. Throws if the rest of the message is shorter than that many entries of at
-    /// least `entry_bytes` bytes.
+    /// Reads the count of a list. Throws MessageError if the rest of the message is shorter than that many
+    /// entries of at least `entry_bytes` bytes.
     std::size_t get_count(std::size_t entry_bytes);
 
 private:

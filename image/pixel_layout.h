@@ -16,6 +16,7 @@ struct PixelLayout {
     std::vector<std::size_t> offsets; ///< In bytes, from the start of the pixel.
     std::size_t pixel_bytes = 0;
 
+    /// Channels in the order and with the types of `spec`, without gaps.
     explicit PixelLayout(const OIIO::ImageSpec& spec);
 
     bool operator==(const PixelLayout& other) const { return types == other.types; }

@@ -39,9 +39,10 @@ public:
     ReaderProcess(const ReaderProcess&) = delete;
     ReaderProcess& operator=(const ReaderProcess&) = delete;
 
+    /// Headers of an image.
     struct OpenedImage {
-        std::string format; ///< OpenImageIO's name of the format.
-        std::vector<PartHeader> parts;
+        std::string format;            ///< OpenImageIO's name of the format.
+        std::vector<PartHeader> parts; ///< At least one.
     };
     /// Opens an image for `read_part`; closes the previous one.
     OpenedImage open(const std::string& path);

@@ -17,7 +17,7 @@ namespace viewer {
 
 namespace {
 
-/// The color to show: as the channels' names tell, else the first channels there are.
+/// The channels to show: those found by their names, else the first ones.
 image::ColorLayer choose_color(const OIIO::ImageSpec& spec, const std::string& format) {
     const std::vector<image::ImageLayer> layers = image::find_layers(spec, {format, {}});
     for (const bool is_color : {true, false}) // data in color channels is shown where there is no color

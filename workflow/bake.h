@@ -11,7 +11,7 @@ namespace workflow {
 /// A conversion to be written as a LUT.
 struct BakeRequest {
     ConversionRequest conversion;
-    std::string path;    ///< The extension tells the format: .cube, .spi3d, .csp, .clf or .3dl.
+    std::string path;    ///< The extension selects the format: .cube, .spi3d, .csp, .clf or .3dl.
     int size = 33;       ///< Of the 3D LUT: colors a side, 2 to 129.
     std::string shaper;  ///< Color space in which its colors are evenly spaced; empty for the source.
     int shaper_size = 0; ///< Entries of the 1D LUT into the shaper; 0 for the format's own.

@@ -53,6 +53,8 @@ struct ConfigFindings {
     std::optional<diagnostics::Diagnostic> refusal; ///< Why the config was not loaded.
     CheckReport report;
 
+    /// True if the config was loaded without errors, and everything in it works that users can choose:
+    /// warnings and `report.notes` do not count.
     bool is_good() const { return !refusal && report.failures.empty() && !diagnostics::has_error(messages); }
 };
 

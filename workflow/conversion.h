@@ -59,7 +59,8 @@ public:
     /// True when `apply` without an exposure leaves pixels unchanged because source and destination are the
     /// same.
     bool is_identity() const { return stages.empty(); }
-    /// True when gray stays gray, within 1e-5. Checked by converting six grays from 0 to 4.
+    /// True when gray stays gray, within 1e-5. Checked by converting six grays from 0 to 4. Throws
+    /// diagnostics::Failure when a stage cannot be applied.
     bool keeps_neutrals() const;
     /// True when red, green or blue of a result depends on another one of the source, beyond 1e-5. Checked by
     /// converting 72 colors.

@@ -29,7 +29,8 @@ namespace {
 
 using diagnostics::Code;
 
-/// The stage whose converter `configure` makes. Throws with the module's reasons when it answers false.
+/// The stage with the converter that `configure` configures. Throws with the module's reasons when it returns
+/// false.
 template <class Configure>
 ConversionStage make_stage(std::string title, const std::string& what, const Configure& configure) {
     ConversionStage stage{std::move(title), std::make_unique<ColorIOConverter>()};

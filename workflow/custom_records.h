@@ -11,7 +11,7 @@ namespace workflow {
 class Session;
 
 // Edits of the custom color spaces and CDLs in a session with PreferenceUse::CHANGE;
-// Session::save_preferences saves them.
+// Session::save_preferences saves them. All functions are called in the thread of the session.
 
 /// A custom color space to add.
 struct CustomSpaceRequest {
@@ -38,7 +38,8 @@ ColorIOManager::ColorDecisionListDef make_custom_cdl(const std::string& name, co
 void add_custom_space(Session& session, const ColorIOManager::ColorSpaceDef& record);
 void add_custom_cdl(Session& session, const ColorIOManager::ColorDecisionListDef& record);
 
-// Throw diagnostics::Failure with the nearest names when there is no custom one of that name.
+// Throw diagnostics::Failure, with the nearest names as the hint, if no custom color space or CDL has that
+// name.
 
 void remove_custom_space(Session& session, const std::string& name);
 void remove_custom_cdl(Session& session, const std::string& name);

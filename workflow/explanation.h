@@ -17,13 +17,13 @@ struct ExplainedStage {
 };
 
 /// The operations of every stage, and the values of `pixel` (red, green, blue, alpha) after each of them.
-/// Empty for a conversion that leaves pixels unchanged.
+/// Empty for a conversion that leaves pixels unchanged. Throws diagnostics::Failure when OpenColorIO cannot
+/// explain a stage.
 std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
                                                const std::array<float, 4>& pixel);
 
-/// How the pixels of a stage are converted: "converted by SIMD code (AVX2)", "converted by OpenColorIO
-/// because
-/// ...".
+/// How the pixels of a stage are converted: "converted by SIMD code (AVX2)", or "converted by OpenColorIO
+/// because ...".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 
 } // namespace workflow

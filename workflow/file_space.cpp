@@ -68,7 +68,7 @@ bool is_scene_linear(const std::string& label) {
     return find_facts(label).encoding == "scene-linear";
 }
 
-/// Asks one place after the other until one knows.
+/// Tries one source of information after the other until one decides.
 class FileSpaceSearch {
 public:
     FileSpaceSearch(const std::string& path, const std::optional<image::ColorTags>& tags,

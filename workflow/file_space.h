@@ -9,7 +9,7 @@
 
 namespace workflow {
 
-/// One place that was asked for the color space of a file, and what it said.
+/// One source of information about the color space of a file, and its result.
 struct FileSpaceStep {
     std::string name;   ///< "tags", "file rules".
     std::string answer; ///< "none", "oiio:ColorSpace 'Cineon' is Tavelion|Cineon".
@@ -19,11 +19,11 @@ struct FileSpaceStep {
 struct FileSpace {
     std::string color_space; ///< A label; empty when the config publishes no color space.
     std::string reason;      ///< "from the built-in associations, category Open EXR".
-    bool is_assumed = false; ///< Nothing says it.
+    bool is_assumed = false; ///< No tag, rule or association decides it.
     bool is_data = false;    ///< The config says that the color space holds data, which is never converted.
     std::optional<std::vector<std::string>>
         tags;                          ///< Of the file, for messages; nothing when it was not read.
-    std::vector<FileSpaceStep> steps;  ///< All that were asked, the decisive one last.
+    std::vector<FileSpaceStep> steps;  ///< In the order of their use, the decisive one last.
     diagnostics::Diagnostics warnings; ///< About tags that name no color space of the config, and about
                                        ///< integers that a default rule takes for linear.
 };
@@ -32,12 +32,13 @@ struct FileSpace {
 /// that names or describes a color space of the config; a file rule of the config other than the default one;
 /// the module's format association, when the config has that color space; the default file rule; else an
 /// assumption: scene_linear for floats, the roles default_byte, matte_paint, texture_paint and color_picking
-/// for integers. Needs an open session, whose `config_name` is for messages. `tags` are those of the file, or
-/// nothing when it was not read.
+/// for integers. Needs an open session, in whose thread it is called; `config_name` is for messages. `tags`
+/// are those of the file, or nothing when it was not read.
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name);
 
-/// Reads the tags of the image at `path`. Throws diagnostics::Failure when it cannot be read.
+/// Reads the tags of the image at `path`. Throws diagnostics::Failure when it cannot be read. May be called
+/// by several threads at once.
 image::ColorTags read_color_tags(const std::string& path);
 
 } // namespace workflow

@@ -11,7 +11,7 @@ namespace workflow {
 class Session;
 
 // Format associations of the running module. All functions but `normalize_extensions` and
-// `is_fallback_category` need an open session.
+// `is_fallback_category` need an open session, and are called in its thread.
 
 /// A file format with its extensions and the color space of its images.
 struct FormatAssociation {

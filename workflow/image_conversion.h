@@ -10,7 +10,8 @@
 
 namespace workflow {
 
-/// Options of image conversions other than the color conversion.
+/// Options of image conversions other than the color conversion. They are not checked: an unknown `depth`
+/// counts as empty.
 struct ImageOptions {
     /// Type of the written colors and alpha: uint8, uint16, half or float; empty for the type of the input.
     std::string depth;
@@ -21,11 +22,13 @@ struct ImageOptions {
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
 };
 
-/// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them.
+/// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them. Throws
+/// diagnostics::Failure when the conversion cannot be applied.
 ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options = {});
 
 /// Converts the image at `input` and writes it to `output`, which may be the same file and is replaced only
-/// when everything succeeded. Needs the reader server (image/reader_server.h). Throws diagnostics::Failure.
+/// when everything succeeded. Needs the reader server (image/reader_server.h). Throws diagnostics::Failure
+/// when the input cannot be read, converted, or written in the output's format.
 ImageReport convert_image(const Conversion& conversion, const std::string& input, const std::string& output,
                           const ImageOptions& options = {});
 

@@ -13,6 +13,7 @@ class LogForwarding : public CoreLogHandler {
 public:
     using Receive = std::function<void(const std::string& message)>;
 
+    /// Replaces the main log handler, which must outlive this object and is restored at its end.
     explicit LogForwarding(Receive receive);
     ~LogForwarding() override;
     LogForwarding(const LogForwarding&) = delete;

@@ -11,10 +11,18 @@ namespace workflow {
 class Session;
 
 /// How a name was resolved to a color space.
-enum class NameKind { LABEL, NAME_WITHOUT_FAMILY, ROLE, OTHER_CASE, ALIAS, INACTIVE };
+enum class NameKind {
+    LABEL,               ///< "Tavelion|sRGB".
+    NAME_WITHOUT_FAMILY, ///< "sRGB".
+    ROLE,                ///< "scene_linear".
+    OTHER_CASE,          ///< One of the above in another case.
+    ALIAS,               ///< An alias of an active color space.
+    INACTIVE             ///< The name, label or alias of an inactive color space.
+};
 
+/// A color space found by a name.
 struct ResolvedSpace {
-    std::string label;
+    std::string label; ///< Of an inactive color space too, although it is not published.
     NameKind kind;
 };
 

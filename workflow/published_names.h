@@ -5,7 +5,8 @@
 
 namespace workflow {
 
-// What the running module publishes, in its order. All functions but `make_label` need an open session.
+// What the running module publishes, in its order. All functions but `make_label` and `remove_family` need an
+// open session, and are called in its thread. Lists are empty when the active config has no such entries.
 
 struct PublishedSpace {
     std::string label;  ///< Unique: "Tavelion|sRGB"; the name if there is no family.
@@ -59,6 +60,7 @@ struct PublishedRole {
     bool is_in_config = false;
 };
 
+/// Without inactive color spaces.
 std::vector<PublishedSpace> get_published_spaces();
 /// The same with what the config says of them, which takes longer.
 std::vector<DescribedSpace> get_described_spaces();
@@ -66,6 +68,7 @@ std::vector<DescribedSpace> get_described_spaces();
 std::vector<DescribedSpace> get_inactive_spaces();
 /// All named transforms, inactive ones included.
 std::vector<DescribedTransform> get_named_transforms();
+/// Without hidden views.
 std::vector<PublishedView> get_published_views();
 /// Views hidden by the config's lists active_displays and active_views.
 std::vector<PublishedView> get_hidden_views();

@@ -150,15 +150,14 @@ bool ColorIOConverter::State::configure_for_display(const CoreString& input, con
         log_missing("Source", COLOR_SPACE, from);
 
     const ocio::DisplayTransform transform{from.get_data(), display.get_data(), view.get_data()};
-    configured =
-        config && from_known &&
-        log_ocio_errors(
-            LOG_ERROR, [&] { take(ocio::get_processor(config, transform)); },
-            // The display's closing quote is left out on purpose: readers of old logs search for this text.
-            [&] {
-                log_message(LOG_ERROR, FAILURE, " from color space '", from, "' to display '", display,
-                            " with view '", view, "'.\n");
-            });
+    configured = config && from_known &&
+                 log_ocio_errors(
+                     LOG_ERROR, [&] { take(ocio::get_processor(config, transform)); },
+                     // The display's closing quote is missing on purpose: the text of this message is fixed.
+                     [&] {
+                         log_message(LOG_ERROR, FAILURE, " from color space '", from, "' to display '",
+                                     display, " with view '", view, "'.\n");
+                     });
     return configured;
 }
 

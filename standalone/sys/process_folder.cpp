@@ -25,7 +25,7 @@ constexpr std::string_view PREFIX = "qb_colorio-";
 constexpr std::string_view UNIQUE_PART = "XXXXXX"; // which mkdtemp replaces
 constexpr int ATTEMPTS = 16;
 
-/// What tells a folder of this program from any other of such a name, and its content.
+/// A file that marks a folder of this program, and its content: other folders may have such a name.
 constexpr char MARKER_NAME[] = ".qb_colorio-process-folder";
 constexpr std::string_view MARKER_TEXT = "qb_colorio: temporary files of one process\n";
 
@@ -49,7 +49,7 @@ bool is_abandoned(const Descriptor& folder) {
            flock(folder.get(), LOCK_EX | LOCK_NB) == 0;
 }
 
-/// Calls `is_own(entry)` for all that is in the folder, and answers whether that was true of each.
+/// True if `is_own(entry)` is true for every entry of the folder.
 template <class Predicate>
 bool all_entries(const std::filesystem::path& folder, const Predicate& is_own) {
     std::error_code error;
