@@ -26,7 +26,7 @@ class PublishedViews;
 /// when memory is short.
 class COLORIO_API ColorIOManager {
 public:
-    /// One custom color space of the built-in configuration.
+    /// One custom color space of the built-in config.
     struct ColorSpaceDef {
         CoreString name;          ///< Color-space name, and the view's name on the built-in display.
         CoreString lut_file;      ///< LUT path; may be empty.
@@ -40,7 +40,7 @@ public:
 
     /// One color decision list (ASC CDL).
     struct ColorDecisionListDef {
-        CoreString name;  ///< Also the color space's name in the CDL configuration and the menu label.
+        CoreString name;  ///< Also the color space's name in the CDL config and the menu label.
         CoreString file;  ///< CDL file it came from; empty when the values below are given directly.
         CoreString cccid; ///< `id` of the color correction in a collection file.
         float slope[3];   ///< Red, green, blue; neutral: 1.
@@ -84,7 +84,7 @@ public:
     ColorIOManager& operator=(ColorIOManager&&) noexcept;
     ~ColorIOManager();
 
-    // Lifecycle and configuration sources
+    // Lifecycle and sources of configs
 
     /// Creates the instance if there is none, and runs `init` on it in any case. Until `destroy`,
     /// OpenColorIO's own messages go to the host's log, each once per load. False when `init` fails or memory

@@ -174,7 +174,7 @@ bool ColorIOManager::validate_builtin_config() const {
            });
 }
 
-/// Checks a configuration once while it is not changed: the steps of a reload ask again and again.
+/// Checks a config once while it is not changed: the steps of a reload check it repeatedly.
 bool ColorIOManager::check_config(const OCIO_NAMESPACE::ConstConfigRcPtr& config) const {
     if (config_loads && config_loads->is_sound(config))
         return true;

@@ -31,7 +31,7 @@ void log_missing(const char* end, const Kind& kind, const CoreString& name) {
            std::string("no ") + kind.name + " '" + std::string(name.view()) + "'");
 }
 
-/// Reports that a configuration was asked for which nothing is there to make.
+/// Reports that there is no config to configure the conversion with.
 void report_missing_config(const ocio::ConstConfigRcPtr& config) {
     if (!config)
         report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");

@@ -16,7 +16,7 @@
 /// Failures are kept too, and thrown again for each step.
 class ConfigLoads {
 public:
-    /// Throws what the library throws.
+    /// Throws what OpenColorIO throws.
     ocio::ConstConfigRcPtr from_file(const CoreString& path);
     /// The config named by the environment variable OCIO; OpenColorIO's raw config when it is not set.
     ocio::ConstConfigRcPtr from_environment();

@@ -6,7 +6,7 @@
 
 namespace ocio {
 
-/// Runs the library's Baker on color spaces of `config`, which may be other ones than the bake names.
+/// Runs OpenColorIO's Baker on color spaces of `config`, which may be other ones than the bake names.
 std::string run_baker(const ConstConfigRcPtr& config, const LutBake& bake, const std::string& source,
                       const std::string& target);
 

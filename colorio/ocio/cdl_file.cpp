@@ -34,7 +34,7 @@ CDLTransformRcPtr own_copy(const CDLTransformRcPtr& transform) {
     return library::DynamicPtrCast<library::CDLTransform>(transform->createEditableCopy());
 }
 
-/// The files read so far. The library remembers them too, failures included, until its caches are cleared,
+/// The files read so far. OpenColorIO remembers them too, failures included, until its caches are cleared,
 /// and searches them from the start for every correction; here an edited file is read again and an id found
 /// at once.
 class CdlFiles {

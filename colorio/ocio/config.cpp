@@ -19,7 +19,7 @@ namespace {
 
 using diagnostics::Diagnostic;
 
-/// "ocio://default": a configuration that the library contains.
+/// "ocio://default": a config that OpenColorIO contains.
 bool names_built_in_config(const std::string& path) {
     return path.rfind("ocio://", 0) == 0;
 }
@@ -31,7 +31,7 @@ Handle without_processor_cache(const Handle& config) {
     return config;
 }
 
-/// Throws the exception being handled, of loading the configuration at `path`, with its cause.
+/// Throws the exception being handled, of loading the config at `path`, with its cause.
 [[noreturn]] void rethrow_load_failure(const std::string& path) {
     try {
         throw;
@@ -54,8 +54,8 @@ Handle without_processor_cache(const Handle& config) {
     }
 }
 
-/// Reads the configuration at `path` with the library's operation `read`. A failure gets words that name the
-/// remedy, where one is known.
+/// Reads the config at `path` with OpenColorIO's operation `read`. The message of a failure says what to
+/// do, where that is known.
 template <typename Read>
 ConstConfigRcPtr load(const std::string& path, Read&& read) {
     return guarded([&] {
@@ -84,7 +84,7 @@ bool is_library_config(const std::string& path) {
 }
 
 ConstConfigRcPtr create_config_from_env() {
-    // Unset or empty means the library's raw config.
+    // Unset or empty means OpenColorIO's raw config.
     const char* path = std::getenv("OCIO");
     return load(path ? path : "", [] { return library::Config::CreateFromEnv(); });
 }

@@ -8,7 +8,7 @@
 
 namespace ocio {
 
-/// Empty configuration of version 1 with the search path ".", so that 1.x rules and CDL arithmetic apply.
+/// Empty config of version 1 with the search path ".", so that 1.x rules and CDL arithmetic apply.
 ConfigRcPtr create_config();
 /// Reads a config under the classic locale. A config that needs a newer OpenColorIO is reported as such, with
 /// both versions.
@@ -34,7 +34,7 @@ void sanity_check(const ConstConfigRcPtr& config, KnownViews known = KnownViews:
                   const std::string& path = {});
 unsigned int get_major_version(const ConstConfigRcPtr& config);
 
-/// Color spaces to publish: all of a version 1 configuration, the active ones of version 2.
+/// Color spaces to publish: all of a version 1 config, the active ones of version 2.
 int get_num_color_spaces(const ConstConfigRcPtr& config);
 const char* get_color_space_name_by_index(const ConstConfigRcPtr& config, int index);
 /// By name or role, ignoring case; null when unknown. A config without strict parsing returns the color space
@@ -50,7 +50,7 @@ const char* get_default_display(const ConstConfigRcPtr& config);
 /// Views of a display, shared ones included.
 int get_num_views(const ConstConfigRcPtr& config, const char* display);
 const char* get_view(const ConstConfigRcPtr& config, const char* display, int index);
-/// All of those views, in time proportional to their number where the library allows it.
+/// All of those views, in time proportional to their number where OpenColorIO allows it.
 std::vector<std::string> list_views(const ConstConfigRcPtr& config, const char* display);
 const char* get_default_view(const ConstConfigRcPtr& config, const char* display);
 /// Color space that the view shows; empty when display or view is unknown or empty.

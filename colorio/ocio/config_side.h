@@ -5,17 +5,17 @@
 
 #include "colorio/ocio/types.h"
 
-/// Operations on configs, besides those of config.h, that differ between versions of the library.
+/// Operations on configs, besides those of config.h, that differ between versions of OpenColorIO.
 namespace ocio {
 
-/// Throws when the library's reader would exhaust the stack or the memory on the file at `path`, or misread
+/// Throws when OpenColorIO's reader would exhaust the stack or the memory on the file at `path`, or misread
 /// it.
 void require_readable_config(const std::string& path);
 
-/// Turns off the library's cache of processors, which would return old ones after their files changed.
+/// Turns off OpenColorIO's cache of processors, which would return old ones after their files changed.
 void turn_processor_cache_off(const ConstConfigRcPtr& config);
 
-/// A context for replacing variables in texts. Not the config's context: in it the 1.x library would remember
+/// A context for replacing variables in texts. Not the config's context: in it OpenColorIO 1.x would remember
 /// the resolved text as the path of the file with that name.
 library::ConstContextRcPtr get_variables(const ConstConfigRcPtr& config);
 

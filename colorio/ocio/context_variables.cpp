@@ -31,7 +31,7 @@ struct Variable {
     std::string spellings[3];
 };
 
-/// Follows the library's replacement step by step: in each round every variable in turn, longer names first,
+/// Follows OpenColorIO's replacement step by step: in each round every variable in turn, longer names first,
 /// in its three spellings.
 class VariableExpansion {
 public:

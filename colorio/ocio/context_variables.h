@@ -4,11 +4,11 @@
 
 #include "colorio/ocio/types.h"
 
-/// Context variables: those of a config's environment section, or of the process where it has none. The
-/// library replaces them in names and paths again and again until nothing changes, without a limit.
+/// Context variables: those of a config's environment section, or of the process where it has none.
+/// OpenColorIO replaces them in names and paths again and again until nothing changes, without a limit.
 namespace ocio {
 
-/// True when the library would look for variables in `text`.
+/// True when OpenColorIO would look for variables in `text`.
 bool may_hold_variables(const std::string& text);
 
 /// `text` with the context variables in it replaced. Throws when that would not end, or would grow
@@ -16,7 +16,7 @@ bool may_hold_variables(const std::string& text);
 std::string resolve_variables(const ConstConfigRcPtr& config, const std::string& text);
 
 /// Throws, as `resolve_variables` does, for the variables of the environment section and for every text of
-/// the config that the library may resolve. Variables of the process that no text refers to are not checked.
+/// the config that OpenColorIO may resolve. Variables of the process that no text refers to are not checked.
 /// The config was read from the file at `path`; it is not searched when that refers to no variable.
 void require_bounded_variables(const ConstConfigRcPtr& config, const std::string& path);
 

@@ -20,9 +20,9 @@ namespace ocio {
 
 namespace {
 
-/// Real configs nest a dozen transforms. The library uses up to 4 KB of stack for each.
+/// Real configs nest a dozen transforms. OpenColorIO uses up to 4 KB of stack for each.
 constexpr std::size_t MAX_DEPTH = 256;
-/// Transforms of a conversion, each counted as often as the library visits it. Real ones have some dozens.
+/// Transforms of a conversion, each counted as often as OpenColorIO visits it. Real ones have some dozens.
 constexpr std::size_t MAX_TRANSFORMS = 20000;
 
 /// Names shown of a chain that is too long to be listed.

@@ -16,10 +16,10 @@ struct ConversionParts {
     std::vector<std::string> missing;         ///< sources whose files are not found
 };
 
-/// Throws when the library could not build the conversion without overflowing its stack, its memory or a
+/// Throws when OpenColorIO could not build the conversion without overflowing its stack, its memory or a
 /// buffer: the transforms that it reaches form a cycle (the message names the members), are nested or
-/// repeated too often, use context variables that expand too far, or read a file with which the library's
-/// text readers would overflow. Other errors are left to the library. Files that are not found are listed in
+/// repeated too often, use context variables that expand too far, or read a file with which OpenColorIO's
+/// text readers would overflow. Other errors are left to OpenColorIO. Files that are not found are listed in
 /// `missing`.
 ConversionParts check_conversion(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion);
 

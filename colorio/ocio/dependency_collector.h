@@ -10,7 +10,7 @@
 
 namespace ocio {
 
-/// Collects what transforms refer to. Subclasses add what only one version of the library has.
+/// Collects what transforms refer to. Subclasses add what only one version of OpenColorIO has.
 class DependencyCollector {
 public:
     virtual ~DependencyCollector() = default;
@@ -21,7 +21,7 @@ public:
     void add_space(const library::ColorSpace& space);
     /// The process space of a look, and its transform for that direction.
     void add_look(const library::Look& look, bool inverse);
-    /// Objects of newer versions of the library: named transforms and view transforms.
+    /// Objects of newer versions of OpenColorIO: named transforms and view transforms.
     virtual void add_other_node(const GraphNode& node) = 0;
 
     Dependencies take() { return std::move(found_); }
@@ -40,7 +40,7 @@ protected:
     /// other one, inverted.
     void add_one_of(const ConstTransformRcPtr& forward, const ConstTransformRcPtr& backward, bool inverse);
     void add_node(NodeKind kind, const char* name, bool inverse);
-    /// Notes what the library may replace context variables in.
+    /// Notes what OpenColorIO may replace context variables in.
     void add_texts(std::initializer_list<const char*> texts);
     /// The color space of a name, a role or an alias, after resolving variables; null for none.
     ConstColorSpaceRcPtr find_space(const std::string& name) const;
@@ -66,11 +66,11 @@ private:
 /// Adds the node forwards and backwards.
 void add_both_ways(NodeKind kind, const char* name, std::vector<GraphNode>& nodes);
 
-/// Color spaces, inactive ones included, and, in newer versions of the library, named transforms and view
+/// Color spaces, inactive ones included, and, in newer versions of OpenColorIO, named transforms and view
 /// transforms, in both directions.
 std::vector<GraphNode> list_own_nodes(const ConstConfigRcPtr& config);
 
-/// The collector of the library in use.
+/// The collector for the version of OpenColorIO in use.
 std::unique_ptr<DependencyCollector> create_dependency_collector(const ConstConfigRcPtr& config);
 
 } // namespace ocio

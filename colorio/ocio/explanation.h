@@ -21,10 +21,10 @@ enum class EvaluationPath {
 
 /// How a processor converts.
 struct Explanation {
-    std::vector<std::string> operations; ///< as the library lists them
+    std::vector<std::string> operations; ///< as OpenColorIO lists them
     std::vector<ExplainedStep> steps;    ///< as they are computed
     EvaluationPath path = EvaluationPath::None;
-    std::string reason;        ///< empty unless the path is the library
+    std::string reason;        ///< empty unless the path is OpenColorIO
     std::string vector_target; ///< instruction set of the SIMD code; empty unless that is the path
 };
 

@@ -217,7 +217,7 @@ bool needs_other_direction(const ConstConfigRcPtr& config, const ConstTransformR
 }
 
 /// A file that is applied in the direction in which it does not exist: that of a singular matrix, or of a LUT
-/// that the library cannot invert.
+/// that OpenColorIO cannot invert.
 std::optional<Diagnostic> find_singular_file(const ConstConfigRcPtr& config,
                                              const ConstTransformRcPtr& conversion,
                                              const ConversionParts& parts) {

@@ -45,9 +45,9 @@ bool is_singular(const Number (&m)[16]) {
            0;
 }
 
-/// `is_singular` of the transform's coefficients; one implementation per version of the library.
+/// `is_singular` of the transform's coefficients; one implementation per version of OpenColorIO.
 bool is_singular(const library::MatrixTransform& matrix);
-/// One implementation per version of the library: true when the config has a color space or a named transform
+/// One implementation per version of OpenColorIO: true when the config has a color space or a named transform
 /// of that name.
 bool knows_space(const ConstConfigRcPtr& config, const std::string& name);
 

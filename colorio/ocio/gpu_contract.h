@@ -4,7 +4,7 @@
 
 #include "colorio/ocio/processor.h"
 
-/// The form of the module's shader text, which does not depend on the library's.
+/// The form of the module's shader text, which does not depend on OpenColorIO's.
 namespace ocio {
 
 /// "vec4 NAME(..., sampler3D lut3d)" as the shading language spells it, without a body.

@@ -13,12 +13,12 @@ namespace ocio {
 /// inside a catch block.
 [[noreturn]] void rethrow_as_ocio_exception();
 
-/// Locked while the library makes or checks something: several threads may use the module, and the library
+/// Locked while OpenColorIO makes or checks something: several threads may use the module, and OpenColorIO
 /// shares caches and other state that it does not lock. Not locked while pixels are converted. Recursive.
 std::recursive_mutex& library_mutex();
 
-/// Runs `call` under the library's lock and the classic locale. Exceptions become ocio::Exception, also those
-/// that the library does not catch (of its YAML reader, a regular expression, a standard container), except
+/// Runs `call` under OpenColorIO's lock and the classic locale. Exceptions become ocio::Exception, also those
+/// that OpenColorIO does not catch (of its YAML reader, a regular expression, a standard container), except
 /// std::bad_alloc, which passes unchanged.
 template <typename Call>
 decltype(auto) guarded(Call&& call) {

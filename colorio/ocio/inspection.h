@@ -23,11 +23,11 @@ struct EntryFacts {
 struct SpaceFacts : EntryFacts {
     bool is_display_referred = false;
     bool is_data = false;
-    std::string interop_id; ///< since version 2.5 of the library
+    std::string interop_id; ///< since version 2.5 of OpenColorIO
 };
 
 struct NamedTransformFacts : EntryFacts {
-    bool has_forward = false; ///< defined by the config; the library inverts it for the other direction
+    bool has_forward = false; ///< defined by the config; OpenColorIO inverts it for the other direction
     bool has_inverse = false;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The path that the library finds; empty when it finds no file.
+/// The path that OpenColorIO finds; empty when it finds no file.
 std::string locate_by_library(const ConstConfigRcPtr& config, const std::string& source) {
     try {
         return config->getCurrentContext()->resolveFileLocation(source.c_str());

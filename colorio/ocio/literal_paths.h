@@ -4,7 +4,7 @@
 
 #include "colorio/ocio/rewritten_conversion.h"
 
-/// The library replaces context variables in the whole path of a file, including the folders of the config
+/// OpenColorIO replaces context variables in the whole path of a file, including the folders of the config
 /// and of its search path. A file in a folder called "c$x" or "100%" is then not found.
 namespace ocio {
 

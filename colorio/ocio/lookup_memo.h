@@ -10,7 +10,7 @@
 
 namespace ocio {
 
-/// A cache, for the thread that made it, of what conversions look up in one config: the library searches all
+/// A cache, for the thread that made it, of what conversions look up in one config: OpenColorIO searches all
 /// color spaces for each name. For code that makes thousands of conversions; the config must not change
 /// meanwhile. The innermost one is used.
 class LookupMemo {
@@ -37,7 +37,7 @@ private:
     std::unordered_map<std::string, std::shared_ptr<const Dependencies>> dependencies_;
 };
 
-/// The library's `getColorSpace`, through the memo if there is one.
+/// OpenColorIO's `getColorSpace`, through the memo if there is one.
 ConstColorSpaceRcPtr find_space(const ConstConfigRcPtr& config, const std::string& name);
 
 } // namespace ocio

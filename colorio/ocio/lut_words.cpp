@@ -24,7 +24,7 @@ constexpr std::size_t MAX_DEPTH_LENGTH = 15;
 constexpr std::size_t UNLIMITED = std::string_view::npos;
 
 /// Reads a text byte by byte and finds the first word that some reader would copy beyond its buffer. Every
-/// reader may see every file, since the library tries them all when the one of the extension fails.
+/// reader may see every file, since OpenColorIO tries them all when the one of the extension fails.
 class WordScanner {
 public:
     /// False when `c` makes a word too long.
@@ -100,7 +100,7 @@ struct LutError {
     unsigned int line = 0; ///< from 1; 0 without a line
 };
 
-/// What would make one of the library's readers fail.
+/// What would make one of OpenColorIO's readers fail.
 LutError find_error(const std::string& path) {
     if (const std::optional<unsigned long> line = find_unreadable_line(path))
         return {"line " + std::to_string(*line) + " contains a word longer than any number",

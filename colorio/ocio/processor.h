@@ -74,14 +74,14 @@ public:
 
 using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
 
-/// Whether processors made from now on may convert pixels with this project's SIMD code where it gives the
-/// library's results (the default), or always with the library. Ignored with the 1.x library, which converts
-/// all of them.
+/// Whether processors made from now on may convert pixels with this project's SIMD code where it gives
+/// OpenColorIO's results (the default), or always with OpenColorIO itself. Ignored with OpenColorIO 1.x,
+/// which converts all of them.
 void set_fast_path(bool enabled);
 bool get_fast_path();
 
-/// Conversion between two color spaces or roles. Throws when a name is unknown, a file is missing or
-/// damaged, or the transforms of the configuration form a cycle (the message names its members).
+/// Conversion between two color spaces or roles. Throws when a name is unknown, a file is missing or damaged,
+/// or the transforms of the config form a cycle (the message names its members).
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* source,
                                   const char* destination);
 /// Conversion from a color space to a view of a display.

@@ -4,11 +4,11 @@
 
 namespace ocio {
 
-/// Throws when an image has no pixels or an invalid description. The library refuses such images too, but
+/// Throws when an image has no pixels or an invalid description. OpenColorIO refuses such images too, but
 /// leaks memory.
 void require_pixels(long width, long height, bool described);
 
-/// Throws when the display has no such view, with both names, which the library's message lacks.
+/// Throws when the display has no such view, with both names, which OpenColorIO's message lacks.
 void require_view(const ConstConfigRcPtr& config, const char* display, const char* view);
 
 } // namespace ocio

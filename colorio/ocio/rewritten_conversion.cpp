@@ -29,7 +29,7 @@ void rewrite_look(const ConfigRcPtr& config, const std::string& name, const Rewr
     const library::LookRcPtr look = config->getLook(name.c_str())->createEditableCopy();
     if (rename)
         look->setProcessSpace(rename(look->getProcessSpace()).c_str());
-    // The library takes no null here.
+    // OpenColorIO takes no null here.
     if (const TransformRcPtr transform = rewrite_transform(look->getTransform(), rewrite))
         look->setTransform(transform);
     if (const TransformRcPtr inverse = rewrite_transform(look->getInverseTransform(), rewrite))

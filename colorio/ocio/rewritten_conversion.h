@@ -27,7 +27,7 @@ Conversion rewrite_conversion(const ConfigRcPtr& config, const ConstTransformRcP
 /// A copy with every member changed; null for null. Groups are as deep as a checked conversion may nest.
 TransformRcPtr rewrite_transform(const ConstTransformRcPtr& transform, const RewriteTransform& rewrite);
 
-/// The same for the objects of newer versions of the library in the config: named transforms and view
+/// The same for the objects of newer versions of OpenColorIO in the config: named transforms and view
 /// transforms.
 void rewrite_other_node(const ConfigRcPtr& config, const GraphNode& node, const RewriteTransform& rewrite);
 

@@ -18,7 +18,7 @@ namespace ocio {
 
 namespace {
 
-/// Names compare without case throughout a configuration.
+/// Names compare without case throughout a config.
 class NameSet {
 public:
     void insert(std::string_view name) { names_.insert(lower_case(name)); }
@@ -61,7 +61,7 @@ std::string find_missing_name(const ConstConfigRcPtr& config) {
     return {};
 }
 
-/// Throws the exception being handled, of checking the configuration of the file at `path`, with its cause.
+/// Throws the exception being handled, of checking the config of the file at `path`, with its cause.
 [[noreturn]] void rethrow_refusal(const ConstConfigRcPtr& config, const std::string& path) {
     try {
         throw;
@@ -80,11 +80,11 @@ std::string find_missing_name(const ConstConfigRcPtr& config) {
     }
 }
 
-/// The rules by which the 1.x library accepts a configuration. The 2.x check refuses more, and so
-/// configurations in daily use: an active display that does not exist, a file transform without a search
-/// path, a negative CDL value, an unknown variable, a transform that refers to an unknown space. That names
-/// are not empty, and that no space bears the name of another or of a role, the library sees to when they are
-/// added.
+/// The rules by which OpenColorIO 1.x accepts a config. The check of 2.x refuses more, and so configs in
+/// daily use: an active display that does not exist, a file transform without a search path, a negative CDL
+/// value, an unknown variable, a transform that refers to an unknown color space. OpenColorIO itself checks,
+/// when they are added, that names are not empty, and that no color space has the name of another one or of a
+/// role.
 class VersionOneCheck {
 public:
     VersionOneCheck(const ConstConfigRcPtr& config, KnownViews known) : config_(config), known_(known) {

@@ -11,7 +11,7 @@ namespace ocio {
 
 namespace {
 
-/// As the configuration spells them, each once.
+/// As the config spells them, each once.
 std::set<std::string> get_file_names(const ConstConfigRcPtr& config) {
     const TransformGraph graph(config);
     std::set<std::string> names;

@@ -7,12 +7,12 @@
 
 namespace ocio {
 
-/// What transforms of a configuration can refer to by name.
+/// What transforms of a config can refer to by name.
 enum class NodeKind { COLOR_SPACE, LOOK, NAMED_TRANSFORM, VIEW_TRANSFORM };
 
 struct GraphNode {
     NodeKind kind;
-    std::string name; ///< as the configuration spells it, never a role or an alias
+    std::string name; ///< as the config spells it, never a role or an alias
     bool inverse;     ///< applied backwards; always false for color spaces, which are followed both ways
 
     bool operator==(const GraphNode& other) const {
@@ -23,7 +23,7 @@ struct GraphNode {
 /// A unique key of the node.
 std::string key_of(const GraphNode& node);
 
-/// What a file transform reads, as the configuration spells it, variables unresolved.
+/// What a file transform reads, as the config spells it, variables unresolved.
 struct FileUse {
     std::string source;
     std::string cccid; ///< id or position of a color correction in the file; empty for none
@@ -38,14 +38,14 @@ struct Dependencies {
     std::size_t group_depth = 0;    ///< how deep its groups are nested
 };
 
-/// The references between the transforms of a config, as the library follows them when it makes a
-/// processor: through both transforms of every color space, the looks and spaces of look transforms, and the
-/// color space, view transform and looks of views. Names that are not in the config are left out.
+/// The references between the transforms of a config, as OpenColorIO follows them when it makes a processor:
+/// through both transforms of every color space, the looks and spaces of look transforms, and the color
+/// space, view transform and looks of views. Names that are not in the config are left out.
 class TransformGraph {
 public:
     explicit TransformGraph(const ConstConfigRcPtr& config) : config_(config) {}
 
-    /// Every node of the configuration, inactive color spaces too; looks and the like both ways.
+    /// Every node of the config, inactive color spaces too; looks and the like both ways.
     std::vector<GraphNode> get_nodes() const;
 
     Dependencies dependencies_of(const GraphNode& node) const;

@@ -4,7 +4,7 @@
 
 /// The interface to OpenColorIO: the rest of the module calls only the functions of this folder. They have
 /// the names of OpenColorIO's 1.x interface and behave like it with every version. Errors are thrown as
-/// `ocio::Exception` unless a function says otherwise. "The library" in this folder is OpenColorIO.
+/// `ocio::Exception` unless a function says otherwise.
 namespace ocio {
 
 namespace library = OCIO_NAMESPACE;
@@ -44,8 +44,8 @@ using library::ROLE_TEXTURE_PAINT;
 /// Version of OpenColorIO in use, for example "2.1.2".
 const char* get_version();
 
-/// Clears the library's caches of LUTs, CDLs and processors, so that edited files are read again. Existing
-/// processors are not affected. On the 1.x library the old content stays in memory.
+/// Clears OpenColorIO's caches of LUTs, CDLs and processors, so that edited files are read again. Existing
+/// processors are not affected. On OpenColorIO 1.x the old content stays in memory.
 void clear_all_caches();
 
 } // namespace ocio

@@ -21,7 +21,7 @@ namespace ocio {
 
 namespace {
 
-/// The biggest configurations in use have some 20,000 nodes.
+/// The biggest configs in use have some 20,000 nodes.
 constexpr std::size_t MAX_REPEATED_NODES = 200000;
 
 /// Thrown out of the parser.

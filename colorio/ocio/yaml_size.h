@@ -7,7 +7,7 @@ namespace ocio {
 
 /// Aliases in a YAML text can repeat other aliases, so that a few lines expand to more than any memory holds.
 /// Throws when the file's aliases expand to more than 200,000 nodes, or when it is not a regular file. A file
-/// that cannot be opened or parsed passes: the library reports why.
+/// that cannot be opened or parsed passes: OpenColorIO reports why.
 void require_bounded_yaml(const std::string& path);
 
 /// Where a YAML text is malformed.

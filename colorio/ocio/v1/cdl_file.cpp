@@ -41,7 +41,7 @@ std::vector<CDLTransformRcPtr> parse(const std::string& text) {
 
 } // namespace
 
-// The library's reader of files does not support decision lists, caches every file permanently, and does not
+// OpenColorIO's reader of files does not support decision lists, caches every file permanently, and does not
 // report the count of corrections; its reader of single corrections is used instead.
 std::vector<CDLTransformRcPtr> read_corrections(const std::string& path, bool) {
     try {

@@ -23,9 +23,9 @@ unsigned int get_major_version(const ConstConfigRcPtr&) {
     return 1;
 }
 
-/// The library would load a newer config, ignore unknown parts, and so give other colors.
+/// OpenColorIO would load a newer config, ignore unknown parts, and so give other colors.
 void require_readable_config(const std::string& path) {
-    // First, since the parser in the second check needs it as much as the library does.
+    // First, since the parser in the second check needs it as much as OpenColorIO does.
     require_shallow_yaml(path);
     require_bounded_yaml(path);
     const std::string newer = describe_newer_profile(path);
@@ -42,7 +42,7 @@ library::ConstContextRcPtr get_variables(const ConstConfigRcPtr& config) {
     return copy;
 }
 
-/// The library splits it at each colon before it replaces variables.
+/// OpenColorIO splits it at each colon before it replaces variables.
 std::vector<std::string> search_path_entries(const ConstConfigRcPtr& config) {
     std::vector<std::string> entries;
     std::istringstream search_path(config->getSearchPath());

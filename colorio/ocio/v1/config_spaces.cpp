@@ -28,7 +28,7 @@ std::unordered_set<std::string> list_own_names(const ConstConfigRcPtr& config) {
 }
 
 void add_color_space(const ConfigRcPtr& config, const ConstColorSpaceRcPtr& space) {
-    // The library would accept it, and refuse the configuration afterwards.
+    // OpenColorIO would accept it, and refuse the config afterwards.
     if (config->hasRole(get_name(space)))
         throw_error(diagnostics::Code::NAME_DUPLICATE,
                     "a color space cannot have the name of the role '" + std::string(get_name(space)) + "'",

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view CORRECTION = "ColorCorrection";
 constexpr std::array<std::string_view, 3> ROOTS = {CORRECTION, "ColorCorrectionCollection",
                                                    "ColorDecisionList"};
-/// The library skips a saturation that is spelled in the first way.
+/// OpenColorIO skips a saturation that is spelled in the first way.
 constexpr std::string_view SATURATION_NODE = "SATNode";
 constexpr std::string_view KNOWN_SATURATION_NODE = "SatNode";
 /// Corrections of decision lists are nested three levels deep and have two levels themselves.

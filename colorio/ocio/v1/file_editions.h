@@ -2,7 +2,7 @@
 
 #include "colorio/ocio/rewritten_conversion.h"
 
-/// The library caches LUT and CDL files by the path that is asked for. Clearing its cache would break it:
+/// OpenColorIO caches LUT and CDL files by the path that is asked for. Clearing its cache would break it:
 /// afterwards it refuses every file of corrections that was read before in the process. So an edited file is
 /// read through another spelling of its path, "luts/./film.spi1d".
 namespace ocio {

@@ -25,7 +25,7 @@ void describe(library::GpuShaderDesc& wanted, const GpuShaderDesc& desc) {
     wanted.setLut3DEdgeLen(desc.lut_3d_edge_len);
 }
 
-/// Calls the library, which defines this contract.
+/// Calls OpenColorIO, which defines this contract.
 class LibraryProcessor final : public Processor {
 public:
     explicit LibraryProcessor(library::ConstProcessorRcPtr processor)
@@ -65,7 +65,7 @@ public:
     }
 
     std::string get_gpu_shader_text(const GpuShaderDesc& desc) const override {
-        // Between color spaces with the same LUT the library would write a text that clamps the pixel to the
+        // Between color spaces with the same LUT OpenColorIO would write a text that clamps the pixel to the
         // LUT's range.
         if (no_op_)
             return shader_text(desc);
@@ -105,7 +105,7 @@ private:
     mutable std::mutex shader_mutex_;
 };
 
-/// Checks the conversion before the library, and has edited files read again.
+/// Checks the conversion before OpenColorIO, and has edited files read again.
 ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion) {
     return with_cause(config, conversion, [&] {
         ConversionParts parts = check_conversion(config, conversion);
@@ -115,7 +115,7 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, const ConstTr
     });
 }
 
-/// The library's own message leaves the name out.
+/// OpenColorIO's own message leaves the name out.
 void require_space(const ConstConfigRcPtr& config, const char* name) {
     if (!get_color_space(config, name))
         throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN, "unknown color space '" + std::string(name) + "'",

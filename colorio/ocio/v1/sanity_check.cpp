@@ -16,7 +16,7 @@ ConstConfigRcPtr with_nothing_hidden(const ConstConfigRcPtr& config) {
 
 } // namespace
 
-/// The library reports the color space of a role, but not the name of one that does not exist.
+/// OpenColorIO reports the color space of a role, but not the name of one that does not exist.
 std::vector<Role> known_roles(const ConstConfigRcPtr& config) {
     std::vector<Role> roles;
     for (int i = 0; i < config->getNumRoles(); ++i) {

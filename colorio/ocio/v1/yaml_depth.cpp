@@ -12,7 +12,7 @@ namespace ocio {
 
 namespace {
 
-/// Real configurations nest some ten levels, indented by two columns each.
+/// Real configs nest some ten levels, indented by two columns each.
 constexpr std::size_t MAX_DEPTH = 500;
 
 /// True when a value may begin at `at`: first on the line, or behind a mark, a tag or an anchor.

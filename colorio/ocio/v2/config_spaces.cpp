@@ -9,7 +9,7 @@ namespace ocio {
 
 namespace {
 
-/// Version 1 has no inactive color spaces, although an environment variable can make the library hide some.
+/// Version 1 has no inactive color spaces, although an environment variable can make OpenColorIO hide some.
 library::ColorSpaceVisibility published_spaces(const ConstConfigRcPtr& config) {
     return get_major_version(config) == 1 ? library::COLORSPACE_ALL : library::COLORSPACE_ACTIVE;
 }

@@ -39,7 +39,7 @@ std::string get_display_color_space_name(const ConstConfigRcPtr& config, const c
 
 std::string get_display_color_space_name(const ConstConfigRcPtr& config, const char* display,
                                          const char* view, const std::unordered_set<std::string>& own_names) {
-    // The library finds shared views even without a display.
+    // OpenColorIO finds shared views even without a display.
     if (!*display || !*view)
         return {};
     const char* name = config->getDisplayViewColorSpaceName(display, view);

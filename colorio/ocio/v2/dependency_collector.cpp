@@ -74,7 +74,7 @@ private:
             if (!look)
                 continue;
             add_node(NodeKind::LOOK, look->getName(), step.inverse != inverse);
-            // When it looks for context variables, the library disregards that the transform is inverse.
+            // When it looks for context variables, OpenColorIO disregards that the transform is inverse.
             if (inverse)
                 add_node(NodeKind::LOOK, look->getName(), step.inverse);
             const ConstColorSpaceRcPtr process_space = config()->getColorSpace(look->getProcessSpace());

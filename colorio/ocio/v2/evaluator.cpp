@@ -12,7 +12,7 @@ namespace ocio {
 
 namespace {
 
-/// The library's image descriptions take at most this many channels.
+/// OpenColorIO's image descriptions take at most this many channels.
 constexpr long MAX_LIBRARY_CHANNELS = 4;
 
 std::size_t to_size(long count) {
@@ -27,7 +27,7 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
             processor->getOptimizedProcessor(library::BIT_DEPTH_F32, library::BIT_DEPTH_F32, optimization));
     else
         why_not_ = "the SIMD code is switched off";
-    // Not of an optimized processor: the library can refuse to copy operations that it has merged itself.
+    // Not of an optimized processor: OpenColorIO can refuse to copy operations that it has merged itself.
     if (!program_)
         cpu_ = processor->getOptimizedCPUProcessor(optimization);
     no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
@@ -39,7 +39,7 @@ void Evaluator::make_program(const library::ConstProcessorRcPtr& optimized) {
                 translate_operations(*optimized->createGroupTransform(), why_not_))
             program_ = std::make_unique<const pixel::Program>(*std::move(chain));
     } catch (const std::exception& error) {
-        // The library computes operations that the SIMD code does not support, and LUTs for which memory is
+        // OpenColorIO computes operations that the SIMD code does not support, and LUTs for which memory is
         // short.
         why_not_ = error.what();
     }

@@ -9,13 +9,12 @@
 
 namespace ocio {
 
-/// What converts the pixels of a processor, in images and one by one: a program of the project's own vector
-/// code where all operations are known there, else the library's own CPU path. Either is made at once, and
-/// only that.
+/// What converts the pixels of a processor, in images and one by one: SIMD code if it supports all
+/// operations, else OpenColorIO's CPU processor. Only the one that is used is made, by the constructor.
 class Evaluator {
 public:
-    /// Whether a program is wanted at all is decided here, by `get_fast_path()`. The library's path runs
-    /// under `optimization`.
+    /// Uses SIMD code only if `get_fast_path()` allows it. OpenColorIO's CPU processor is made with
+    /// `optimization`.
     Evaluator(const library::ConstProcessorRcPtr& processor, library::OptimizationFlags optimization);
 
     /// True when pixels stay as they are.
@@ -31,7 +30,7 @@ public:
     void apply_rgba(float* pixel) const { get_pixel_function()(pixel); }
     PixelFunction get_pixel_function() const;
 
-    /// Null where the library converts, for the reason `get_why_not()`.
+    /// Null where OpenColorIO converts, for the reason `get_why_not()`.
     const pixel::Program* get_program() const { return program_.get(); }
     const std::string& get_why_not() const { return why_not_; }
 

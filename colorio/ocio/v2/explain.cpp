@@ -33,7 +33,7 @@ std::vector<ExplainedStep> trace_each(const library::ConstProcessorRcPtr& proces
     return steps;
 }
 
-/// As the library merges the operations, or unmerged where it refuses what it has merged.
+/// As OpenColorIO merges the operations, or unmerged where it refuses what it has merged.
 std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
                                  library::OptimizationFlags optimization, const std::array<float, 4>& rgba) {
     try {

@@ -65,7 +65,7 @@ std::vector<float> with_red_fastest(const float* table, std::size_t edge_len) {
 bool use_table_parameter(std::string& text, const std::string& texture, const std::string& sampler) {
     const bool known = replace_all(text, "uniform sampler3D " + sampler + ";", "") == 1 &&
                        replace_after(text, "vec3 " + texture + "_coords = ", ".zyx", ".rgb");
-    // Newer versions of the library spell it so for newer versions of the language.
+    // Newer versions of OpenColorIO spell it so for newer versions of the language.
     replace_all(text, "= texture(" + sampler, "= texture3D(" + sampler);
     return known && replace_all(text, sampler, TABLE) == 1 &&
            text.find(std::string("= texture3D(") + TABLE + ",") != std::string::npos;

@@ -6,14 +6,14 @@
 
 namespace ocio {
 
-/// True when the processor consists of LUTs, at least one, and of scales and offsets per channel: the 1.x
-/// library puts all of it into the 3D LUT.
+/// True when the processor consists of LUTs, at least one, and of scales and offsets per channel: OpenColorIO
+/// 1.x puts all of it into the 3D LUT.
 bool is_table_work(const library::ConstProcessorRcPtr& processor);
 
 /// True when two processors consist of the same kinds of transforms in the same order.
 bool have_same_steps(const library::ConstProcessorRcPtr& first, const library::ConstProcessorRcPtr& second);
 
-/// The library's shader, rewritten for the module's contract: the 3D LUT is a parameter, sampled with red as
+/// OpenColorIO's shader, rewritten for the module's contract: the 3D LUT is a parameter, sampled with red as
 /// its fastest axis. Empty when the shader needs more than one LUT, a LUT of another size, or uniforms.
 std::optional<GpuShader> adapted_shader(const library::ConstProcessorRcPtr& processor,
                                         library::OptimizationFlags optimization, const GpuShaderDesc& desc);

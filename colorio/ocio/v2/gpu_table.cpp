@@ -12,7 +12,7 @@ namespace ocio {
 
 namespace {
 
-/// Digits of the numbers in the text, as the 1.x library writes them.
+/// Digits of the numbers in the text, as OpenColorIO 1.x writes them.
 constexpr int TEXT_DIGITS = 6;
 
 std::string number(double value) {
@@ -76,7 +76,7 @@ public:
         return text;
     }
 
-    /// The value at a position of an axis of the LUT, in [0, 1]; in single precision, as in the 1.x library.
+    /// The value at a position of an axis of the LUT, in [0, 1]; in single precision, as in OpenColorIO 1.x.
     float value_at(float position) const {
         const auto range = static_cast<float>(maximum_ - minimum_);
         const float fitted = position * range + static_cast<float>(minimum_);

@@ -7,7 +7,7 @@
 
 namespace ocio {
 
-/// How the values of a color space are fitted to [0, 1], so that a table can be sampled with them.
+/// How the values of a color space are fitted to [0, 1], so that a 3D LUT can be looked up with them.
 /// Uniform: minimum and maximum, by default 0 and 1. Lg2: minimum and maximum of the base-2 logarithm, by
 /// default -10 and 6, and an offset added to the value before the logarithm is taken, by default 0.
 struct GpuAllocation {

@@ -16,7 +16,7 @@ namespace {
 
 using ocio::translate_op; // LUTs, gradings and fixed functions
 
-/// The flags that the library's own CPU path runs with.
+/// The flags that OpenColorIO's own CPU path runs with.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
 

@@ -3,7 +3,7 @@
 #include "colorio/ocio/types.h"
 #include "pixel/ops.h"
 
-/// Gradings and fixed functions of the library as operations of `pixel/`. Throw NotKnown for unsupported
+/// Gradings and fixed functions of OpenColorIO as operations of `pixel/`. Throw NotKnown for unsupported
 /// ones.
 namespace ocio {
 

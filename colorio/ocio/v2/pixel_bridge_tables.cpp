@@ -14,7 +14,7 @@ namespace ocio {
 
 namespace {
 
-/// The library also chooses its code by the processor.
+/// OpenColorIO also chooses its code by the processor.
 bool has_multiply_add() {
 #if defined(__x86_64__)
     return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
@@ -63,7 +63,7 @@ bool has_finite_inverse(const pixel::Lut1D& table) {
     return true;
 }
 
-/// The library searches the values of all channels on the side of the 16-bit floats where red's are, so it
+/// OpenColorIO searches the values of all channels on the side of the 16-bit floats where red's are, so it
 /// inverts curves of different directions in a way that pixel/ does not reproduce.
 bool runs_as_red(const pixel::Lut1D& table, std::size_t channel) {
     constexpr std::size_t LAST_FINITE = 0x7BFF;

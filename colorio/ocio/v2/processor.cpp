@@ -25,7 +25,7 @@ namespace ocio {
 
 namespace {
 
-/// Gives the results of the 1.x library: without optimization a CDL of power 1 would clamp negatives, with
+/// Gives the results of OpenColorIO 1.x: without optimization a CDL of power 1 would clamp negatives, with
 /// the default optimization inverse LUTs lose precision.
 constexpr auto OPTIMIZATION = static_cast<library::OptimizationFlags>(
     library::OPTIMIZATION_LOSSLESS | library::OPTIMIZATION_NO_DYNAMIC_PROPERTIES);
@@ -85,7 +85,7 @@ private:
         return baked_shader(*this, source_.allocation, desc);
     }
 
-    /// Made of the library's text; empty when that cannot be adapted.
+    /// Made of OpenColorIO's text; empty when that cannot be adapted.
     std::optional<GpuShader> make_adapted_shader(const GpuShaderDesc& desc) const {
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
         if (is_table_work(optimized))
@@ -95,7 +95,7 @@ private:
         return is_sound ? std::move(adapted) : std::nullopt;
     }
 
-    /// The library fills its LUTs with the results of the unoptimized operations, in which a CDL of power 1
+    /// OpenColorIO fills its LUTs with the results of the unoptimized operations, in which a CDL of power 1
     /// clamps negatives, and over the allocation in the config.
     bool is_sound_table(const library::ConstProcessorRcPtr& optimized) const {
         return source_.stated && have_same_steps(processor_, optimized);
@@ -114,7 +114,7 @@ ConstProcessorRcPtr make_processor(const ConstConfigRcPtr& config, library::Cons
     return std::make_shared<const LibraryProcessor>(std::move(processor), source_allocation(config, source));
 }
 
-/// Checks the conversion before the library does, and finds its files.
+/// Checks the conversion before OpenColorIO does, and finds its files.
 Conversion checked(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
     ConversionParts parts = check_conversion(config, transform);
     return with_literal_paths({config, transform}, parts);
@@ -127,7 +127,7 @@ library::ColorSpaceTransformRcPtr make_conversion(const char* source, const char
     return conversion;
 }
 
-/// Checks a conversion, then the library makes it.
+/// Checks a conversion, then OpenColorIO makes it.
 library::ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config,
                                           const ConstTransformRcPtr& transform) {
     return with_cause(config, transform, [&] {
