@@ -17,7 +17,7 @@ public:
             target; ///< Color space of the result; empty when there is none. Only OpenColorIO 1.1 needs it.
         /// Red, green and blue of the results for an evenly spaced grid of `size` colors a side in the
         /// shaper, red fastest. Not used with OpenColorIO 1.1.
-        CoreArray<float> lattice;
+        CoreArray<float> grid;
         int size = 0;        ///< Colors a side.
         int shaper_size = 0; ///< Entries of the 1D part; 0 for the format's own.
     };

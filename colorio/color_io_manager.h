@@ -248,7 +248,7 @@ private:
     void create_enums();
     void settle_role_color_spaces();
     void publish_config();
-    void tell_of_new_lists(bool changed);
+    void announce_new_lists(bool changed);
     OCIO_NAMESPACE::ConfigRcPtr get_file_config_or_builtin() const;
     bool app_uses_file_config() const;
 

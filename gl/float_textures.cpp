@@ -29,12 +29,12 @@ void check_upload(const std::string& what) {
 
 } // namespace
 
-void upload_table(const GlTexture& texture, const float* table, int edge) {
+void upload_lut(const GlTexture& texture, const float* lut, int edge) {
     forget_errors();
     glBindTexture(GL_TEXTURE_3D, texture.get());
     set_sampling(GL_TEXTURE_3D, GL_LINEAR);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexImage3D(GL_TEXTURE_3D, 0, GL_RGB32F, edge, edge, edge, 0, GL_RGB, GL_FLOAT, table);
+    glTexImage3D(GL_TEXTURE_3D, 0, GL_RGB32F, edge, edge, edge, 0, GL_RGB, GL_FLOAT, lut);
     check_upload("a 3D LUT of " + std::to_string(edge) + " entries a side");
 }
 

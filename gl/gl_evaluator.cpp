@@ -50,7 +50,7 @@ GlEvaluator::GlEvaluator(GlProfile profile) : profile(profile), context(profile)
 void GlEvaluator::load(const std::string& text, const float* values, int edge) {
     context.make_current();
     program.reset();
-    upload_table(table, values, edge);
+    upload_lut(table, values, edge);
     const char* main = profile == GlProfile::CORE ? CORE_MAIN : LEGACY_MAIN;
     program.emplace(FullScreenPass::get_vertex_text(profile),
                     FullScreenPass::get_version_line(profile) + text + main);

@@ -70,7 +70,7 @@ ConversionShader::ConversionShader(const Stages& stages, std::size_t exposure_po
     glUniform1i(program.get_uniform("image"), 0);
     for (std::size_t i = 0; i < stages.size(); ++i) {
         const auto unit = static_cast<GLint>(i + 1);
-        gl::upload_table(tables[i], stages[i].lut.data(), static_cast<int>(stages[i].edge));
+        gl::upload_lut(tables[i], stages[i].lut.data(), static_cast<int>(stages[i].edge));
         glUniform1i(program.get_uniform(fmt::format("table_{}", i).c_str()), unit);
     }
 }

@@ -134,7 +134,7 @@ std::optional<std::string> FileDialog::show_entries(Items& items) {
     selection_moved = false;
     const std::vector<FileChooser::Entry>& entries = chooser->get_entries();
     if (entries.empty())
-        widgets::show_remark("no matching files");
+        widgets::show_secondary_text("no matching files");
     ImGuiListClipper clipper;
     clipper.Begin(static_cast<int>(entries.size()));
     while (clipper.Step())

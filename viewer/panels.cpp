@@ -124,7 +124,7 @@ void Panels::show_colors(ViewModel& model) {
     if (choose(items, "Input color space", model.get_host().get_spaces(), settings.input_space, filter,
                chosen))
         attempt([&] { model.set_input_space(chosen); });
-    widgets::show_remark(model.get_space_reason());
+    widgets::show_secondary_text(model.get_space_reason());
 
     if (choose(items, "CDL", model.get_host().get_cdls(), settings.cdl, filter, chosen))
         attempt([&] { model.set_cdl(chosen); });

@@ -72,7 +72,7 @@ void show_note(const std::string& text) {
     show_text(text, NOTE_COLOR);
 }
 
-void show_remark(const std::string& text) {
+void show_secondary_text(const std::string& text) {
     show_text(text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
 }
 

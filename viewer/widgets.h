@@ -13,7 +13,7 @@ void show_text(const std::string& text);
 void show_fault(const std::string& text);
 void show_note(const std::string& text);
 /// In the color of secondary text.
-void show_remark(const std::string& text);
+void show_secondary_text(const std::string& text);
 
 bool show_button(Items& items, const char* label);
 bool show_radio_button(Items& items, const char* label, bool is_chosen);

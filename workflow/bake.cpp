@@ -70,7 +70,7 @@ public:
 private:
     void check_request() const;
     std::vector<float> convert(std::vector<float> rgba) const;
-    std::vector<float> make_lattice() const;
+    std::vector<float> make_grid() const;
     std::string make_text();
     std::string write_with_baker(const char* name);
     void replace_file(const std::string& text);
@@ -117,7 +117,7 @@ std::vector<float> LutBaking::convert(std::vector<float> rgba) const {
     return rgba;
 }
 
-std::vector<float> LutBaking::make_lattice() const {
+std::vector<float> LutBaking::make_grid() const {
     const std::vector<float> rgba =
         convert(make_color_grid(make_even_levels(static_cast<unsigned int>(request.size))));
     std::vector<float> rgb;
@@ -135,10 +135,10 @@ std::string LutBaking::write_with_baker(const char* name) {
     bake.shaper_size = request.shaper_size;
     if (is_between_spaces())
         bake.target = remove_family(conversion->get_destination_space()).c_str();
-    const std::vector<float> lattice = make_lattice();
-    bake.lattice.resize(static_cast<unsigned int>(lattice.size()));
-    for (std::size_t i = 0; i < lattice.size(); ++i)
-        bake.lattice[static_cast<unsigned int>(i)] = lattice[i];
+    const std::vector<float> grid = make_grid();
+    bake.grid.resize(static_cast<unsigned int>(grid.size()));
+    for (std::size_t i = 0; i < grid.size(); ++i)
+        bake.grid[static_cast<unsigned int>(i)] = grid[i];
     ColorIODiagnostics collector;
     const CoreString text = ColorIOLutWriter::write(bake);
     if (text.is_empty())
@@ -158,7 +158,7 @@ std::string LutBaking::make_text() {
             fmt::format("cannot bake '{}': this version of OpenColorIO does not write the format {}",
                         request.path, baker));
     report.writer = "colorio";
-    return format.write(make_lattice(), static_cast<unsigned int>(request.size));
+    return format.write(make_grid(), static_cast<unsigned int>(request.size));
 }
 
 /// Of the LUT at `path`, read by OpenColorIO.

@@ -261,7 +261,7 @@ void Session::use_library() {
     const CoreString& path = preferences->get_app().get_cdl_library_file_path();
     if (path.is_empty())
         return;
-    if (const ColorIOCandidate::Fault fault = ColorIOCandidate::check_cdl_library(path))
+    if (const ColorIOCandidate::Error fault = ColorIOCandidate::check_cdl_library(path))
         take_custom_errors({*fault});
     else
         app->set_cdl_library_file_path(path);

@@ -243,16 +243,16 @@ void ColorIOManager::follow_file_config_path() {
     }
     check_config(config);
     settle_role_color_spaces();
-    tell_of_new_lists(update_enums_and_lists());
+    announce_new_lists(update_enums_and_lists());
 }
 
 void ColorIOManager::publish_config() {
     const bool changed = update_enums_and_lists();
     update_CDL_enums_and_lists();
-    tell_of_new_lists(changed);
+    announce_new_lists(changed);
 }
 
-void ColorIOManager::tell_of_new_lists(bool changed) {
+void ColorIOManager::announce_new_lists(bool changed) {
     if (changed)
         raise_module_event(EVT_ID_COLORIO_MANAGER_LUT_LIST_CHANGED);
 }

@@ -159,5 +159,5 @@ void ColorIOManager::replace_custom_spaces(const CoreVector<ColorSpaceDef>& defs
         config = tavelion_config;
     else if (file_was_active)
         config = get_file_config_or_builtin();
-    tell_of_new_lists(update_enums_and_lists());
+    announce_new_lists(update_enums_and_lists());
 }

@@ -126,7 +126,7 @@ bool ColorIOManager::read_preferences(const ParserEntry* entry) {
     const bool loaded =
         app_uses_file_config() && build_from_file(CoreString(app->get_color_space_file_path()));
     config = loaded ? get_file_config_or_builtin() : tavelion_config;
-    tell_of_new_lists(update_enums_and_lists());
+    announce_new_lists(update_enums_and_lists());
     update_CDL_enums_and_lists();
     return loaded;
 }

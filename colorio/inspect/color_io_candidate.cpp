@@ -21,25 +21,25 @@ using diagnostics::Code;
 constexpr std::string_view IN_LIBRARY = "ocio://";
 
 /// Why the file at `path` cannot be opened, with the code `missing` where there is none.
-ColorIOCandidate::Fault find_file_fault(const CoreString& path, Code missing) {
+ColorIOCandidate::Error find_file_error(const CoreString& path, Code missing) {
     const auto opened = files::open_for_reading(path.get_data());
     if (opened)
         return {};
-    diagnostics::Diagnostic fault = files::to_diagnostic(opened.get_failure());
-    if (fault.code == Code::FILE_MISSING)
-        fault.code = missing;
-    return fault;
+    diagnostics::Diagnostic error = files::to_diagnostic(opened.get_failure());
+    if (error.code == Code::FILE_MISSING)
+        error.code = missing;
+    return error;
 }
 
 /// For an exception that OpenColorIO does not define.
-ColorIOCandidate::Fault get_memory_fault() {
+ColorIOCandidate::Error get_memory_error() {
     return diagnostics::make_error(Code::OUT_OF_MEMORY, "out of memory");
 }
 
 /// Why the config that `load` makes cannot be used.
 template <class Load>
-ColorIOCandidate::Fault judge_config(const CoreString& path, Load&& load) {
-    return at_boundary(get_memory_fault(), [&]() -> ColorIOCandidate::Fault {
+ColorIOCandidate::Error judge_config(const CoreString& path, Load&& load) {
+    return at_boundary(get_memory_error(), [&]() -> ColorIOCandidate::Error {
         try {
             ocio::sanity_check(load(), ocio::KnownViews::NOTHING, path.get_data());
             return {};
@@ -62,26 +62,26 @@ int count_readable_corrections(const XmlNode& document, const CoreString& path) 
 
 } // namespace
 
-ColorIOCandidate::Fault ColorIOCandidate::check_config_file(const CoreString& path) {
+ColorIOCandidate::Error ColorIOCandidate::check_config_file(const CoreString& path) {
     if (!ocio::is_library_config(path.get_data()))
-        if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
-            return fault;
+        if (Error error = find_file_error(path, Code::CONFIG_MISSING))
+            return error;
     return judge_config(path, [&] { return ocio::create_config_from_file(path.get_data()); });
 }
 
-ColorIOCandidate::Fault ColorIOCandidate::check_config_of_environment() {
+ColorIOCandidate::Error ColorIOCandidate::check_config_of_environment() {
     const CoreString path = sys_get_env(OCIO_VARIABLE);
     const bool is_file = !path.is_empty() && path.view().substr(0, IN_LIBRARY.size()) != IN_LIBRARY;
     if (is_file)
-        if (Fault fault = find_file_fault(path, Code::CONFIG_MISSING))
-            return fault;
+        if (Error error = find_file_error(path, Code::CONFIG_MISSING))
+            return error;
     return judge_config(path, [] { return ocio::create_config_from_env(); });
 }
 
-ColorIOCandidate::Fault ColorIOCandidate::check_cdl_library(const CoreString& path) {
-    if (Fault fault = find_file_fault(path, Code::FILE_MISSING))
-        return fault;
-    return at_boundary(get_memory_fault(), [&]() -> Fault {
+ColorIOCandidate::Error ColorIOCandidate::check_cdl_library(const CoreString& path) {
+    if (Error error = find_file_error(path, Code::FILE_MISSING))
+        return error;
+    return at_boundary(get_memory_error(), [&]() -> Error {
         ColorIODiagnostics collector;
         XmlNode document;
         const bool is_readable = parse_CDL_document(path, document, Printing::SILENT);

@@ -15,7 +15,7 @@ CoreString ColorIOLutWriter::write(const Bake& bake) {
                                    bake.source.get_data(),
                                    bake.shaper.get_data(),
                                    bake.target.get_data(),
-                                   {bake.lattice.begin(), bake.lattice.end()},
+                                   {bake.grid.begin(), bake.grid.end()},
                                    bake.size,
                                    bake.shaper_size};
         return CoreString(std::string_view(ocio::bake_lut(manager->get_config(), wanted)));

@@ -32,36 +32,36 @@ std::string make_collection(const std::string& content) {
 class Candidate : public testing::Test {
 protected:
     /// The file that the diagnostic is about, and its code, must be these.
-    void expect_fault(const ColorIOCandidate::Fault& fault, Code code, const std::string& path) {
-        ASSERT_TRUE(fault);
-        EXPECT_EQ(diagnostics::get_name(fault->code), diagnostics::get_name(code)) << fault->message;
-        EXPECT_EQ(fault->file, path);
+    void expect_error(const ColorIOCandidate::Error& error, Code code, const std::string& path) {
+        ASSERT_TRUE(error);
+        EXPECT_EQ(diagnostics::get_name(error->code), diagnostics::get_name(code)) << error->message;
+        EXPECT_EQ(error->file, path);
     }
 
     TempDir folder;
     EnvGuard ocio{"OCIO"};
 };
 
-TEST_F(Candidate, AConfigThatTheModuleCanUseHasNoFault) {
+TEST_F(Candidate, AConfigThatTheModuleCanUseHasNoError) {
     EXPECT_FALSE(ColorIOCandidate::check_config_file(folder.write("show.ocio", CONFIG).c_str()));
 }
 
 TEST_F(Candidate, AConfigIsMissingAFolderOrDamaged) {
     const std::string missing = folder.file("none.ocio");
-    expect_fault(ColorIOCandidate::check_config_file(missing.c_str()), Code::CONFIG_MISSING, missing);
-    expect_fault(ColorIOCandidate::check_config_file(folder.get_path().c_str()), Code::FILE_NOT_REGULAR,
+    expect_error(ColorIOCandidate::check_config_file(missing.c_str()), Code::CONFIG_MISSING, missing);
+    expect_error(ColorIOCandidate::check_config_file(folder.get_path().c_str()), Code::FILE_NOT_REGULAR,
                  folder.get_path());
     const std::string damaged = folder.write("damaged.ocio", "ocio_profile_version: 1\nroles: {\n");
-    expect_fault(ColorIOCandidate::check_config_file(damaged.c_str()), Code::CONFIG_INVALID, damaged);
+    expect_error(ColorIOCandidate::check_config_file(damaged.c_str()), Code::CONFIG_INVALID, damaged);
 }
 
 TEST_F(Candidate, ARoleOfAnUnknownColorSpaceIsNamed) {
     std::string text = CONFIG;
     text.replace(text.find("default: lin"), 12, "default: log");
-    const auto fault = ColorIOCandidate::check_config_file(folder.write("role.ocio", text).c_str());
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(diagnostics::get_name(fault->code), "config-invalid");
-    EXPECT_EQ(fault->subject, "log");
+    const auto error = ColorIOCandidate::check_config_file(folder.write("role.ocio", text).c_str());
+    ASSERT_TRUE(error);
+    EXPECT_EQ(diagnostics::get_name(error->code), "config-invalid");
+    EXPECT_EQ(error->subject, "log");
 }
 
 TEST_F(Candidate, TheConfigOfTheEnvironmentIsCheckedInTheSameWay) {
@@ -69,32 +69,32 @@ TEST_F(Candidate, TheConfigOfTheEnvironmentIsCheckedInTheSameWay) {
     EXPECT_FALSE(ColorIOCandidate::check_config_of_environment());
     const std::string missing = folder.file("none.ocio");
     ocio.set(missing);
-    expect_fault(ColorIOCandidate::check_config_of_environment(), Code::CONFIG_MISSING, missing);
+    expect_error(ColorIOCandidate::check_config_of_environment(), Code::CONFIG_MISSING, missing);
 }
 
 TEST_F(Candidate, ACdlLibraryNeedsOneValidCorrection) {
     EXPECT_FALSE(
         ColorIOCandidate::check_cdl_library(folder.write("grades.ccc", make_collection(CORRECTION)).c_str()));
     const std::string empty = folder.write("empty.ccc", make_collection(""));
-    expect_fault(ColorIOCandidate::check_cdl_library(empty.c_str()), Code::CDL_INVALID, empty);
+    expect_error(ColorIOCandidate::check_cdl_library(empty.c_str()), Code::CDL_INVALID, empty);
 }
 
 TEST_F(Candidate, ACdlLibraryIsMissingOrMalformed) {
     const std::string missing = folder.file("none.ccc");
-    expect_fault(ColorIOCandidate::check_cdl_library(missing.c_str()), Code::FILE_MISSING, missing);
+    expect_error(ColorIOCandidate::check_cdl_library(missing.c_str()), Code::FILE_MISSING, missing);
     const std::string open =
         folder.write("open.ccc", "<ColorCorrectionCollection>\n<ColorCorrection id='a'>\n");
-    expect_fault(ColorIOCandidate::check_cdl_library(open.c_str()), Code::XML_MALFORMED, open);
+    expect_error(ColorIOCandidate::check_cdl_library(open.c_str()), Code::XML_MALFORMED, open);
 }
 
 TEST_F(Candidate, AnInvalidFirstCorrectionIsTheReason) {
     std::string broken = CORRECTION;
     broken.erase(broken.find("<Saturation>1</Saturation>"), 26);
     const std::string path = folder.write("broken.ccc", make_collection(broken));
-    const auto fault = ColorIOCandidate::check_cdl_library(path.c_str());
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(diagnostics::get_name(fault->code), "cdl-invalid");
-    EXPECT_THAT(fault->message, HasSubstr("broken.ccc"));
+    const auto error = ColorIOCandidate::check_cdl_library(path.c_str());
+    ASSERT_TRUE(error);
+    EXPECT_EQ(diagnostics::get_name(error->code), "cdl-invalid");
+    EXPECT_THAT(error->message, HasSubstr("broken.ccc"));
 }
 
 } // namespace

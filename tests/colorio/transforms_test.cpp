@@ -126,12 +126,12 @@ TEST_F(Transforms, AreWrittenAsLuts) {
     bake.source = "lin";
     bake.target = "double";
     bake.size = 2;
-    bake.lattice.resize(24);
+    bake.grid.resize(24);
     for (unsigned int i = 0; i < 8; ++i) {
         const float rgb[] = {i & 1 ? 1.0f : 0.0f, i & 2 ? 1.0f : 0.0f, i & 4 ? 1.0f : 0.0f};
-        bake.lattice[3 * i] = 2 * rgb[0];
-        bake.lattice[3 * i + 1] = 0.5f * rgb[0] + 2 * rgb[1];
-        bake.lattice[3 * i + 2] = 2 * rgb[2];
+        bake.grid[3 * i] = 2 * rgb[0];
+        bake.grid[3 * i + 1] = 0.5f * rgb[0] + 2 * rgb[1];
+        bake.grid[3 * i + 2] = 2 * rgb[2];
     }
     const CoreString text = ColorIOLutWriter::write(bake);
     const std::string path = write_file("baked.csp", text.get_data());

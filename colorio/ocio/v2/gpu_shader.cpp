@@ -62,7 +62,7 @@ std::vector<float> with_red_fastest(const float* table, std::size_t edge_len) {
 }
 
 /// Makes the text sample its only texture through the parameter. False when it is not written as expected.
-bool use_table_parameter(std::string& text, const std::string& texture, const std::string& sampler) {
+bool use_lut_parameter(std::string& text, const std::string& texture, const std::string& sampler) {
     const bool known = replace_all(text, "uniform sampler3D " + sampler + ";", "") == 1 &&
                        replace_after(text, "vec3 " + texture + "_coords = ", ".zyx", ".rgb");
     // Newer versions of OpenColorIO spell it so for newer versions of the language.
@@ -78,7 +78,7 @@ library::GpuLanguage library_language(GpuLanguage language) {
 
 } // namespace
 
-bool is_table_work(const library::ConstProcessorRcPtr& processor) {
+bool consists_of_luts(const library::ConstProcessorRcPtr& processor) {
     const GroupTransformRcPtr steps = processor->createGroupTransform();
     bool any_table = false;
     for (int i = 0; i < steps->getNumTransforms(); ++i) {
@@ -142,9 +142,9 @@ std::optional<GpuShader> adapt_shader(const library::ConstGpuShaderDescRcPtr& ge
     const float* values = nullptr;
     generated->get3DTextureValues(0, values);
     if (edge_len != static_cast<unsigned>(desc.lut_3d_edge_len) ||
-        !use_table_parameter(shader.text, texture, sampler))
+        !use_lut_parameter(shader.text, texture, sampler))
         return std::nullopt;
-    shader.table = with_red_fastest(values, edge_len);
+    shader.lut = with_red_fastest(values, edge_len);
     return shader;
 }
 

@@ -2,13 +2,13 @@
 
 #include <optional>
 
-#include "colorio/ocio/v2/gpu_table.h"
+#include "colorio/ocio/v2/gpu_lut.h"
 
 namespace ocio {
 
 /// True when the processor consists of LUTs, at least one, and of scales and offsets per channel: OpenColorIO
 /// 1.x puts all of it into the 3D LUT.
-bool is_table_work(const library::ConstProcessorRcPtr& processor);
+bool consists_of_luts(const library::ConstProcessorRcPtr& processor);
 
 /// True when two processors consist of the same kinds of transforms in the same order.
 bool have_same_steps(const library::ConstProcessorRcPtr& first, const library::ConstProcessorRcPtr& second);

@@ -32,7 +32,7 @@ library::Lut3DTransformRcPtr make_lut(const LutBake& bake) {
     const auto size = static_cast<unsigned long>(bake.size);
     const library::Lut3DTransformRcPtr lut = library::Lut3DTransform::Create(size);
     lut->setInterpolation(INTERP_LINEAR);
-    const float* value = bake.lattice.data();
+    const float* value = bake.grid.data();
     for (unsigned long blue = 0; blue < size; ++blue)
         for (unsigned long green = 0; green < size; ++green)
             for (unsigned long red = 0; red < size; ++red, value += 3)
@@ -58,7 +58,7 @@ ColorSpaceRcPtr make_source(const library::ColorSpace& space) {
     return source;
 }
 
-/// A color space whose colors are those of the lattice.
+/// A color space whose colors are those of the grid.
 ColorSpaceRcPtr make_result(const library::ColorSpace& space, const LutBake& bake) {
     const ColorSpaceRcPtr result = library::ColorSpace::Create(space.getReferenceSpaceType());
     const library::GroupTransformRcPtr group = library::GroupTransform::Create();

@@ -50,10 +50,10 @@ public:
     void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const override {
         const auto edge_len = static_cast<std::size_t>(desc.lut_3d_edge_len);
         const std::shared_ptr<const GpuShader> shader = gpu_shader(desc);
-        if (shader->table.empty())
+        if (shader->lut.empty())
             std::fill_n(lut, edge_len * edge_len * edge_len * 3, 0.0f);
         else
-            std::copy(shader->table.begin(), shader->table.end(), lut);
+            std::copy(shader->lut.begin(), shader->lut.end(), lut);
     }
 
     Explanation explain(const std::array<float, 4>& rgba) const override {
@@ -88,16 +88,16 @@ private:
     /// Made of OpenColorIO's text; empty when that cannot be adapted.
     std::optional<GpuShader> make_adapted_shader(const GpuShaderDesc& desc) const {
         const library::ConstProcessorRcPtr optimized = processor_->getOptimizedProcessor(OPTIMIZATION);
-        if (is_table_work(optimized))
+        if (consists_of_luts(optimized))
             return std::nullopt;
         std::optional<GpuShader> adapted = adapted_shader(processor_, OPTIMIZATION, desc);
-        const bool is_sound = adapted && (adapted->table.empty() || is_sound_table(optimized));
+        const bool is_sound = adapted && (adapted->lut.empty() || has_sound_lut(optimized));
         return is_sound ? std::move(adapted) : std::nullopt;
     }
 
     /// OpenColorIO fills its LUTs with the results of the unoptimized operations, in which a CDL of power 1
     /// clamps negatives, and over the allocation in the config.
-    bool is_sound_table(const library::ConstProcessorRcPtr& optimized) const {
+    bool has_sound_lut(const library::ConstProcessorRcPtr& optimized) const {
         return source_.stated && have_same_steps(processor_, optimized);
     }
 

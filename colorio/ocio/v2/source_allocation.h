@@ -1,6 +1,6 @@
 #pragma once
 
-#include "colorio/ocio/v2/gpu_table.h"
+#include "colorio/ocio/v2/gpu_lut.h"
 
 namespace ocio {
 

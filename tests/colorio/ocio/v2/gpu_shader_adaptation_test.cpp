@@ -77,7 +77,7 @@ TEST_F(GeneratedShader, WithoutTablesGetsTheParameterOnly) {
     const auto shader = adapt("", "out_pixel = out_pixel.bgra;\n");
     ASSERT_TRUE(shader);
     EXPECT_THAT(shader->text, HasSubstr("vec4 OCIODisplay(in vec4 inPixel, \n    const sampler3D lut3d)\n{"));
-    EXPECT_TRUE(shader->table.empty());
+    EXPECT_TRUE(shader->lut.empty());
 }
 
 TEST_F(GeneratedShader, OfNewerVersionsSamplesUnderTheOldName) {
@@ -88,7 +88,7 @@ TEST_F(GeneratedShader, OfNewerVersionsSamplesUnderTheOldName) {
     EXPECT_THAT(shader->text, AllOf(HasSubstr("vec3 cube_coords = (out_pixel.rgb * "),
                                     HasSubstr("out_pixel.rgb = texture3D(lut3d, cube_coords).rgb;"),
                                     Not(HasSubstr("cubeSampler"))));
-    EXPECT_EQ(shader->table.size(), TABLE_SIZE);
+    EXPECT_EQ(shader->lut.size(), TABLE_SIZE);
 }
 
 TEST_F(GeneratedShader, WithTwoTablesIsNotTaken) {

@@ -1,4 +1,4 @@
-#include "colorio/ocio/v2/gpu_table.h"
+#include "colorio/ocio/v2/gpu_lut.h"
 
 #include <array>
 #include <charconv>
@@ -119,7 +119,7 @@ GpuShader baked_shader(const Processor& processor, const GpuAllocation& allocati
     const long edge_len = desc.lut_3d_edge_len;
     GpuShader shader{shader_text(desc, fit.text() + sampling_text(desc.lut_3d_edge_len)),
                      make_nodes(fit, desc.lut_3d_edge_len)};
-    processor.apply(PackedImageDesc{shader.table.data(), edge_len * edge_len, edge_len, 3});
+    processor.apply(PackedImageDesc{shader.lut.data(), edge_len * edge_len, edge_len, 3});
     return shader;
 }
 

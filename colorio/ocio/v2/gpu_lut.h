@@ -18,7 +18,7 @@ struct GpuAllocation {
 /// Shader text and its 3D LUT. Without a LUT the text does not sample it.
 struct GpuShader {
     std::string text;
-    std::vector<float> table; ///< edge^3 RGB triples, red fastest
+    std::vector<float> lut; ///< edge^3 RGB triples, red fastest
 };
 
 /// A shader that maps the pixel to [0, 1] by `allocation` and looks up its color in a 3D LUT, whose nodes
