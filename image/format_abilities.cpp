@@ -1,6 +1,9 @@
 #include "image/format_abilities.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include <OpenImageIO/strutil.h>
 #include <fmt/format.h>
@@ -30,6 +33,12 @@ AlphaConvention get_alpha_convention(const std::string& format) {
     return AlphaConvention::ASSOCIATED;
 }
 
+bool has_writer(const std::string& format) {
+    const std::vector<std::string> formats =
+        OIIO::Strutil::splits(OIIO::get_string_attribute("output_format_list"), ",");
+    return std::find(formats.begin(), formats.end(), format) != formats.end();
+}
+
 /// Why OpenImageIO cannot write `path`: because of its extension, else `error`.
 std::string find_reason(const std::string& path, const std::string& error) {
     const std::string extension = std::filesystem::path(path).extension().string();
@@ -38,7 +47,7 @@ std::string find_reason(const std::string& path, const std::string& error) {
     for (const auto& [format, extensions] : OIIO::get_extension_map())
         for (const std::string& known : extensions)
             if (OIIO::Strutil::iequals(known, extension.substr(1)))
-                return error.empty() ? fmt::format("{} is not supported for writing", format) : error;
+                return has_writer(format) ? error : fmt::format("OpenImageIO cannot write {} images", format);
     return fmt::format("unknown image format '{}'", extension);
 }
 

@@ -129,6 +129,9 @@ TEST_F(ConvertFiles, SayThatAFormatIsUnknown) {
     EXPECT_THAT(convert(path("in.exr"), path("out")),
                 FailsWith(1, "colorio: error: cannot write '" + path("out") +
                                  "': the file name has no extension, which selects the image format\n"));
+    EXPECT_THAT(convert(path("in.exr"), path("out.psd")),
+                FailsWith(1, "colorio: error: cannot write '" + path("out.psd") +
+                                 "': OpenImageIO cannot write psd images\n"));
     folder.write("text.exr", "this is no image\n");
     EXPECT_THAT(convert(path("text.exr"), path("out.exr")),
                 FailsWith(1, AllOf(HasSubstr("cannot read"), HasSubstr("text.exr"))));
