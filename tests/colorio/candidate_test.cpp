@@ -55,15 +55,6 @@ TEST_F(Candidate, AConfigIsMissingAFolderOrDamaged) {
     expect_error(ColorIOCandidate::check_config_file(damaged.c_str()), Code::CONFIG_INVALID, damaged);
 }
 
-TEST_F(Candidate, ARoleOfAnUnknownColorSpaceIsNamed) {
-    std::string text = CONFIG;
-    text.replace(text.find("default: lin"), 12, "default: log");
-    const auto error = ColorIOCandidate::check_config_file(folder.write("role.ocio", text).c_str());
-    ASSERT_TRUE(error);
-    EXPECT_EQ(diagnostics::get_name(error->code), "config-invalid");
-    EXPECT_EQ(error->subject, "log");
-}
-
 TEST_F(Candidate, TheConfigOfTheEnvironmentIsCheckedInTheSameWay) {
     ocio.set(folder.write("show.ocio", CONFIG));
     EXPECT_FALSE(ColorIOCandidate::check_config_of_environment());

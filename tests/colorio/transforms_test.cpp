@@ -33,7 +33,7 @@ colorspaces:
     from_reference: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0.5, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}
   - !<ColorSpace>
     name: of the shot
-    from_reference: !<FileTransform> {src: shot.spi1d}
+    from_reference: !<FileTransform> {src: shot.spi1d, interpolation: linear}
 )";
 
 constexpr char HALVING_LUT[] = "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.5\n}\n";

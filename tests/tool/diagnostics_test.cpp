@@ -235,7 +235,7 @@ const Fault FAULTS[] = {
     {{"explain", "log", "lin", "--config", "@flat.ocio"}, "matrix-singular"},
     {{"list", "--config", "@bomb.ocio"}, "config-too-complex", "@bomb.ocio"},
     {{"list", "--config", "@pipe"}, "file-not-regular", "@pipe"},
-    {{"list", "--config", "@role.ocio"}, "config-invalid", "@role.ocio", 0, "nowhere"},
+    {{"list", "--config", "@role.ocio"}, "config-invalid", "@role.ocio"},
     {{"explain", "lin", "log", "--config", "@looked.ocio"}, "look-unknown", "", 0, "nolook"},
     {{"explain", "log", "lin", "--config", "@powerless.ocio"}, "conversion-impossible"},
     {{"explain", "log", "lin", "--config", "@innocent.ocio"}, "conversion-impossible"},

@@ -28,7 +28,7 @@ colorspaces:
     from_reference: !<MatrixTransform> {matrix: [0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1]}
   - !<ColorSpace>
     name: of the shot
-    from_reference: !<FileTransform> {src: shot.spi1d}
+    from_reference: !<FileTransform> {src: shot.spi1d, interpolation: linear}
 )";
 
 /// 0 becomes 0, 1 becomes `factor`.
