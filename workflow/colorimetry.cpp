@@ -41,8 +41,13 @@ double srgb_to_linear(double x) {
     return x <= 0.04045 ? x / 12.92 : std::pow((x + 0.055) / 1.055, 2.4);
 }
 
+/// ITU-R BT.709, the inverse of 1.2.
+double itu709_to_linear(double x) {
+    return x < 0.081 ? x / 4.5 : std::pow((x + 0.099) / 1.099, 1 / 0.45);
+}
+
 constexpr Transfer TRANSFERS[] = {
-    {"lin", to_power<100>}, {"srgb", srgb_to_linear}, {"g18", to_power<180>},
+    {"lin", to_power<100>}, {"srgb", srgb_to_linear}, {"itu709", itu709_to_linear}, {"g18", to_power<180>},
     {"g22", to_power<220>}, {"g24", to_power<240>},   {"g26", to_power<260>},
 };
 constexpr double SAME_TRANSFER = 0.004;
@@ -112,6 +117,13 @@ double get_distance(const Numbers& a, const Numbers& b) {
 }
 
 } // namespace
+
+const std::array<double, 8>* get_chromaticities(const std::string& primaries) {
+    for (const Primaries& known : PRIMARIES)
+        if (primaries == known.name)
+            return &known.xy;
+    return nullptr;
+}
 
 const char* find_primaries(const std::vector<double>& xy) {
     for (const Primaries& known : PRIMARIES)
