@@ -8,6 +8,7 @@
 #include "diagnostics/failure.h"
 #include "image/format_abilities.h"
 #include "image/full_disk.h"
+#include "image/png_color_chunks.h"
 #include "image/startable_threads.h"
 #include "image/written_file.h"
 
@@ -90,7 +91,11 @@ bool ImageWriter::open_first_part(const std::vector<PartHeader>& parts, const Fo
         return output->open(path, static_cast<int>(specs.size()), specs.data());
     if (output->supports("ioproxy") && !reads_while_it_writes(*output))
         output->set_ioproxy(&file.emplace(path));
-    return output->open(path, parts.front().spec, OIIO::ImageOutput::Create);
+    OIIO::ImageSpec spec = parts.front().spec;
+    if (abilities.name == "png" && file) // OpenImageIO 2 does not write this chunk
+        file->insert(PNG_COLOR_CHUNK_OFFSET, make_png_cicp_chunk(spec));
+    spec.erase_attribute("CICP");
+    return output->open(path, spec, OIIO::ImageOutput::Create);
 }
 
 const OIIO::ImageSpec& ImageWriter::open_part(const std::vector<PartHeader>& parts, unsigned int index,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -90,8 +91,26 @@ bool OutputFile::seek(int64_t offset) {
     return offset >= 0;
 }
 
+void OutputFile::insert(int64_t offset, std::string bytes) {
+    insertion = std::move(bytes);
+    insertion_offset = offset;
+}
+
 size_t OutputFile::write(const void* bytes, size_t size) {
     const char* const begin = static_cast<const char*>(bytes);
+    const int64_t head = insertion_offset - m_pos;
+    if (insertion.empty() || head < 0 || head > static_cast<int64_t>(size)) {
+        append(begin, size);
+        return size;
+    }
+    append(begin, static_cast<size_t>(head));
+    append(insertion.data(), insertion.size());
+    insertion.clear();
+    append(begin + head, size - static_cast<size_t>(head));
+    return size;
+}
+
+void OutputFile::append(const char* begin, size_t size) {
     if (pending.size() + size > BUFFER_SIZE)
         write_pending();
     if (size > BUFFER_SIZE)
@@ -99,7 +118,6 @@ size_t OutputFile::write(const void* bytes, size_t size) {
     else
         pending.insert(pending.end(), begin, begin + size);
     m_pos += static_cast<int64_t>(size);
-    return size;
 }
 
 size_t OutputFile::pwrite(const void* bytes, size_t size, int64_t offset) {

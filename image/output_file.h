@@ -18,6 +18,8 @@ public:
     explicit OutputFile(const std::string& path);
     ~OutputFile() override;
 
+    /// Has `write` insert `bytes` into the file at `offset`, which is not written yet.
+    void insert(int64_t offset, std::string bytes);
     /// Writes the rest of the buffer and closes the file. Returns the reason of the first failure; empty if
     /// the file is complete.
     std::string finish();
@@ -34,12 +36,16 @@ public:
     size_t size() const override;
 
 private:
+    /// Writes through the buffer.
+    void append(const char* bytes, size_t size);
     /// Writes without the buffer. Does nothing after a failure.
     void write_out(const char* bytes, size_t size, int64_t offset) const;
     void write_pending() const;
     void remember_failure() const;
 
     int descriptor;
+    std::string insertion; ///< Empty for none, or when it is written.
+    int64_t insertion_offset = 0;
     mutable std::vector<char> pending; ///< Unwritten bytes that end at the current position.
     mutable std::string failure;
     mutable std::mutex failure_mutex;

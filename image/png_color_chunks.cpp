@@ -17,6 +17,7 @@ constexpr std::uint32_t MAX_CHUNK_BYTES = 0x7fffffff;
 /// Files have some dozens of chunks in front of their pixels.
 constexpr int MAX_CHUNKS = 4096;
 constexpr int CICP_BYTES = 4;
+constexpr char CICP_ATTRIBUTE[] = "CICP";
 
 using Bytes = std::array<char, HEADER_BYTES>;
 
@@ -34,10 +35,39 @@ void add_cicp(std::ifstream& file, OIIO::ImageSpec& spec) {
     int numbers[CICP_BYTES];
     for (std::size_t i = 0; i < bytes.size(); ++i)
         numbers[i] = static_cast<unsigned char>(bytes[i]);
-    spec.attribute("CICP", OIIO::TypeDesc(OIIO::TypeDesc::INT32, CICP_BYTES), numbers);
+    spec.attribute(CICP_ATTRIBUTE, OIIO::TypeDesc(OIIO::TypeDesc::INT32, CICP_BYTES), numbers);
+}
+
+std::string to_bytes(std::uint32_t value) {
+    std::string bytes;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(value >> shift & 0xff);
+    return bytes;
+}
+
+/// CRC-32 of annex D.
+std::uint32_t get_checksum(std::string_view bytes) {
+    std::uint32_t crc = 0xffffffff;
+    for (const char byte : bytes) {
+        crc ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc >> 1 ^ ((crc & 1) != 0 ? 0xedb88320 : 0);
+    }
+    return ~crc;
 }
 
 } // namespace
+
+std::string make_png_cicp_chunk(const OIIO::ImageSpec& spec) {
+    const OIIO::ParamValue* const found =
+        spec.find_attribute(CICP_ATTRIBUTE, OIIO::TypeDesc(OIIO::TypeDesc::INT32, CICP_BYTES));
+    if (!found)
+        return "";
+    std::string chunk = "cICP";
+    for (int i = 0; i < CICP_BYTES; ++i)
+        chunk += static_cast<char>(static_cast<const int*>(found->data())[i]);
+    return to_bytes(CICP_BYTES) + chunk + to_bytes(get_checksum(chunk));
+}
 
 void add_png_color_chunks(const std::string& path, OIIO::ImageSpec& spec) {
     std::ifstream file(path, std::ios::binary);
