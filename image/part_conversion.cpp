@@ -10,6 +10,7 @@
 #include <OpenImageIO/parallel.h>
 
 #include "image/pixel_codec.h"
+#include "image/quantization.h"
 
 namespace image {
 
@@ -86,6 +87,8 @@ private:
     const bool in_place;
     const float* part_alpha; ///< Null for none.
     std::size_t input_width;
+    int left = 0; ///< Of the intersection.
+    int top = 0;
     std::size_t input_row_bytes;
     std::size_t output_row_bytes;
     unsigned int width = 0;
@@ -106,9 +109,9 @@ BandConverter::BandConverter(const OIIO::ImageSpec& input_spec, const PixelBuffe
       input_row_bytes(static_cast<std::size_t>(input_spec.width) * input_layout.pixel_bytes),
       output_row_bytes(static_cast<std::size_t>(output_spec.width) * output_layout.pixel_bytes),
       is_opaque(plan.layers.size()) {
-    const int left = std::max(input_spec.x, output_spec.x);
+    left = std::max(input_spec.x, output_spec.x);
     const int right = std::min(input_spec.x + input_spec.width, output_spec.x + output_spec.width);
-    const int top = std::max(input_spec.y, output_spec.y);
+    top = std::max(input_spec.y, output_spec.y);
     const int bottom = std::min(input_spec.y + input_spec.height, output_spec.y + output_spec.height);
     if (right > left && bottom > top) {
         width = static_cast<unsigned int>(right - left);
@@ -188,6 +191,9 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
         convert(working, width, static_cast<unsigned int>(end - begin));
     if (has_alpha)
         redo_alpha(working, pixels);
+    if (plan.quantization.is_needed())
+        quantize(plan.quantization, working, width, static_cast<unsigned int>(end - begin), left,
+                 top + static_cast<int>(begin));
 
     row_start = working;
     for (std::int64_t row = begin; row < end; ++row, row_start += row_floats)

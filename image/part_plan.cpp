@@ -189,19 +189,25 @@ PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
     plan.spec = input;
     plan.layers = std::move(layers);
     const bool widen_gray = !wishes.neutrals_stay_neutral;
+    const PixelDepth depth =
+        wishes.depth.is_known() ? wishes.depth : get_usual_depth(input.format, abilities.name);
     plan.channels = plan_all_channels(input, plan, widen_gray);
     if (!plan.layers.empty())
         keep_what_fits(input, abilities, plan);
-    settle_channels(input, abilities, widen_gray, wishes.depth, plan);
+    settle_channels(input, abilities, widen_gray, depth.type, plan);
     settle_windows(input, input_format, abilities, plan);
     settle_alpha(input, abilities, wishes.alpha_rule, plan);
     if (!abilities.has_tiles)
         plan.spec.tile_width = plan.spec.tile_height = plan.spec.tile_depth = 0;
     if (!plan.layers.empty())
-        remove_stale_color_metadata(plan.spec, wishes.color_space_tag, wishes.keeps_space, plan.notes);
-    const bool same_depth =
-        plan.spec.format == input.format && plan.spec.channelformats == input.channelformats;
+        remove_stale_color_metadata(plan.spec, wishes.colors.name, wishes.keeps_space, plan.notes);
+    const bool same_depth = plan.spec.format == input.format &&
+                            plan.spec.channelformats == input.channelformats &&
+                            (!depth.is_known() || depth == get_depth(input, input_format));
     remove_foreign_metadata(plan.spec, input_format == abilities.name, same_depth);
+    set_bits(depth, plan.spec);
+    if (!plan.layers.empty() && !wishes.colors.name.empty())
+        describe_colors(wishes.colors, abilities.name, plan.spec);
     return plan;
 }
 

@@ -5,8 +5,12 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "image/color_description.h"
 #include "image/color_layer.h"
+#include "image/compression.h"
 #include "image/format_abilities.h"
+#include "image/pixel_depth.h"
+#include "image/quantization.h"
 
 namespace image {
 
@@ -19,10 +23,12 @@ enum class AlphaRule {
 
 /// Options for the output of a conversion.
 struct OutputWishes {
-    OIIO::TypeDesc depth = OIIO::TypeUnknown; ///< Type of color and alpha; unknown for the input's types.
+    PixelDepth depth;        ///< Of color and alpha; unknown for the input's or, in DPX, the usual one.
+    bool dithers = false;    ///< Add noise before rounding to 8 or 10 bits; an error for other depths.
+    Compression compression; ///< Of the whole file.
     AlphaRule alpha_rule = AlphaRule::AS_THE_FILE_SAYS;
-    std::string color_space_tag; ///< Value of the attribute "oiio:ColorSpace"; empty keeps color metadata.
-    bool keeps_space = false;    ///< The output has the color space of the input.
+    ColorDescription colors;           ///< Of the output.
+    bool keeps_space = false;          ///< The output has the color space of the input.
     bool neutrals_stay_neutral = true; ///< Gray images stay gray; else they become red, green and blue.
 };
 
@@ -42,6 +48,7 @@ struct PartPlan {
     bool multiplies_by_alpha = false; ///< After the conversion, except where alpha is 0.
     bool associates_alpha = false;    ///< After the conversion, to store straight color premultiplied.
     bool straightens_alpha = false;   ///< After the conversion, to store premultiplied color straight.
+    Quantization quantization;        ///< After that; set when the depth of the file is known.
     std::vector<std::string> notes;   ///< What the output format does not support.
 };
 

@@ -12,6 +12,15 @@ constexpr const char* COLOR_DESCRIPTIONS[] = {
     "whiteLuminance", "colorInteropID", "CICP",
 };
 
+/// Likewise, but every DPX file has them; their removal is not worth a note.
+constexpr const char* DPX_DESCRIPTIONS[] = {
+    "dpx:Transfer",   "dpx:Colorimetric", "dpx:LowQuantity", "dpx:HighQuantity",
+    "dpx:BlackLevel", "dpx:BlackGain",    "dpx:BreakPoint",  "dpx:WhiteLevel",
+};
+
+/// How DPX stores code values.
+constexpr const char* DPX_CODES[] = {"dpx:Packing", "dpx:LowData", "dpx:HighData"};
+
 /// Attributes that were computed from the old pixels, or duplicate "oiio:ColorSpace".
 constexpr const char* DERIVED[] = {
     "png:sRGB",         "oiio:Gamma",          "Exif:ColorSpace",    "Exif:Gamma",        "png:iCCP",
@@ -28,6 +37,8 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
         }
     if (!removed.empty())
         notes.push_back(fmt::format("removed metadata of the old color space: {}", removed));
+    for (const char* name : DPX_DESCRIPTIONS)
+        spec.erase_attribute(name);
     spec.erase_attribute("^ICC:.*");
     spec.erase_attribute("^ICCProfile:.*");
 }
@@ -50,6 +61,9 @@ void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_
         spec.erase_attribute("compression");
         spec.erase_attribute("planarconfig");
     }
+    if (!same_format || !same_depth)
+        for (const char* name : DPX_CODES)
+            spec.erase_attribute(name);
     if (!same_format || !same_depth || spec.get_int_attribute("oiio:BitsPerSample") < 8)
         spec.erase_attribute("oiio:BitsPerSample");
 }

@@ -36,12 +36,14 @@ constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Ta
   colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
   colorio convert plate.exr graded.exr --cdl grades.ccc:shot_010 --look "film, -warm" --to ACEScct --lut show.cube
+  colorio convert plate.exr shot.dpx --view "sRGB.Film" -d uint10 --dither --config aces.ocio
   colorio convert graded.png plate.exr --inverse-view "sRGB.Film" --to ACEScg --config aces.ocio
 
 The output may be the input: a file is replaced only after its conversion succeeded.)";
 
 constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
 constexpr int MAX_THREADS = 1024;
+constexpr int MAX_QUALITY = 1000;
 
 std::string describe_speed(std::uint64_t pixels, double seconds) {
     const double megapixels = static_cast<double>(pixels) / PIXELS_PER_MEGAPIXEL;
@@ -75,6 +77,9 @@ private:
     std::string output;
     std::string frames;
     std::string depth;
+    std::string compression;
+    int quality = -1; ///< Below 0 when it is not given.
+    bool dithers = false;
     workflow::LayerWishes layers;
     int threads = 0;
     bool divides_by_alpha = false;
@@ -98,8 +103,17 @@ ConvertCommand::ConvertCommand(Options& program)
         .value("FRAMES");
     options
         .add("-d,--depth", depth,
-             "pixel type of the output (default: the input's type, if the output format supports it)")
-        .choices({"uint8", "uint16", "half", "float"});
+             "pixel type of the output (default: the input's type, if the output format supports it; uint10 "
+             "for floats in DPX)")
+        .choices({"uint8", "uint10", "uint12", "uint16", "half", "float"});
+    options.add_flag("--dither", dithers, "add noise before rounding to 8 or 10 bits, the same every time");
+    options.add(
+        "--compression", compression,
+        "compression method of the output (default: the input's in the same format, else the format's)");
+    options
+        .add("--quality", quality,
+             "quality of jpeg and webp (1-100); level of dwaa and dwab (1-1000), zip (1-9) and png (0-9)")
+        .range(0, MAX_QUALITY);
     add_layer_options(options, layers);
     const Option unpremult =
         options.add_flag("--unpremult", divides_by_alpha,
@@ -126,6 +140,7 @@ ExitCode ConvertCommand::run(Console& console) {
             Code::COLORS_UNCHANGED,
             fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
     const workflow::ImageSettings settings = make_settings(conversion);
+    workflow::check_output(settings, output);
     if (is_sequence())
         return convert_all(conversion, settings, console);
     convert_one(conversion, settings, console);
@@ -171,6 +186,10 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
 workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion& conversion) const {
     workflow::ImageOptions wishes;
     wishes.depth = depth;
+    wishes.dithers = dithers;
+    wishes.compression.method = compression;
+    if (quality >= 0)
+        wishes.compression.quality = quality;
     wishes.layers = layers;
     wishes.data_space = file_space.is_data ? file_space.color_space : "";
     wishes.threads = threads;

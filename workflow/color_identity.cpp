@@ -1,6 +1,7 @@
 #include "workflow/color_identity.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -15,16 +16,18 @@ namespace workflow {
 
 namespace {
 
-/// Primaries and transfer of ITU-T H.273.
+/// Primaries and transfer of ITU-T H.273. The first entry of an ID is written, the first one of a pair is
+/// read: video by BT.709 and BT.2020 is shown by BT.1886, which has no number.
 struct CodePoints {
     int primaries;
     int transfer;
     const char* id;
 };
 constexpr CodePoints CODE_POINTS[] = {
-    {1, 13, "srgb_rec709"}, {12, 13, "srgb_p3d65"}, {1, 1, "g24_rec709"},  {1, 6, "g24_rec709"},
-    {1, 4, "g22_rec709"},   {1, 8, "lin_rec709"},   {9, 8, "lin_rec2020"}, {12, 8, "lin_p3d65"},
-    {9, 16, "pq_rec2020"},  {9, 18, "hlg_rec2020"}, {12, 16, "pq_p3d65"},
+    {1, 13, "srgb_rec709"},  {12, 13, "srgb_p3d65"}, {1, 1, "g24_rec709"},  {1, 6, "g24_rec709"},
+    {1, 4, "g22_rec709"},    {1, 8, "lin_rec709"},   {9, 8, "lin_rec2020"}, {12, 8, "lin_p3d65"},
+    {9, 16, "pq_rec2020"},   {9, 18, "hlg_rec2020"}, {12, 16, "pq_p3d65"},  {9, 14, "g24_rec2020"},
+    {1, 1, "itu709_rec709"},
 };
 
 /// What SMPTE ST 268 calls its transfer characteristics, in OpenImageIO's words.
@@ -36,6 +39,24 @@ constexpr DpxTransfer DPX_TRANSFERS[] = {
     {"Printing density", FILM_SCAN_ID}, {"Logarithmic", FILM_SCAN_ID}, {"Linear", "lin_rec709"},
     {"SMPTE 274M", "g24_rec709"},       {"ITU-R 709-4", "g24_rec709"},
 };
+
+/// What is written to DPX files. Video that is not by BT.709 has no number of its own.
+struct DpxColorsOfId {
+    const char* id;
+    DpxColors colors;
+};
+constexpr char DPX_REC709[] = "ITU-R 709-4";
+constexpr char DPX_VIDEO[] = "Unspecified video";
+constexpr DpxColorsOfId DPX_COLORS[] = {
+    {FILM_SCAN_ID, {"Printing density", "Printing density"}},
+    {"lin_rec709", {"Linear", DPX_REC709}},
+    {"itu709_rec709", {DPX_REC709, DPX_REC709}},
+    {"g24_rec709", {DPX_REC709, DPX_REC709}},
+    {"srgb_rec709", {DPX_VIDEO, DPX_REC709}},
+    {"g22_rec709", {DPX_VIDEO, DPX_REC709}},
+    {"g18_rec709", {DPX_VIDEO, DPX_REC709}},
+};
+constexpr std::string_view LINEAR_PREFIX = "lin_";
 
 /// Both image states: files rarely say which.
 std::vector<std::string> in_both_states(const std::string& id) {
@@ -105,6 +126,35 @@ std::vector<std::string> identify(const image::ColorTag& tag) {
         break;
     }
     return identify_dpx(tag.text);
+}
+
+std::string remove_image_state(const std::string& id) {
+    for (const std::string_view state : {"_scene", "_display"})
+        if (id.size() > state.size() && id.compare(id.size() - state.size(), state.size(), state) == 0)
+            return id.substr(0, id.size() - state.size());
+    return id;
+}
+
+const std::array<double, 8>* get_chromaticities_of_linear(const std::string& id) {
+    return id.compare(0, LINEAR_PREFIX.size(), LINEAR_PREFIX) == 0
+               ? get_chromaticities(id.substr(LINEAR_PREFIX.size()))
+               : nullptr;
+}
+
+std::vector<int> get_code_points(const std::string& id) {
+    constexpr int RGB_MATRIX = 0;
+    constexpr int FULL_RANGE = 1;
+    for (const CodePoints& known : CODE_POINTS)
+        if (id == known.id)
+            return {known.primaries, known.transfer, RGB_MATRIX, FULL_RANGE};
+    return {};
+}
+
+DpxColors get_dpx_colors(const std::string& id) {
+    for (const DpxColorsOfId& known : DPX_COLORS)
+        if (id == known.id)
+            return known.colors;
+    return get_chromaticities_of_linear(id) ? DpxColors{"Linear", ""} : DpxColors();
 }
 
 bool is_informative(const image::ColorTag& tag) {

@@ -1,5 +1,9 @@
 #include "workflow/common_names.h"
 
+#include <algorithm>
+
+#include "workflow/ignoring_case.h"
+
 namespace workflow {
 
 namespace {
@@ -42,6 +46,8 @@ const std::vector<CommonNames>& get_name_table() {
          {"srgb_p3d65", "srgb_encoded_p3d65_tx", "sRGB Encoded P3-D65 - Texture", "sRGB Encoded P3-D65"}},
         {"srgb_p3d65_display", {"displayp3_display", "Display P3 - Display", "display_p3"}},
         {"g22_adobergb_scene", {"g22_adobergb", "Gamma 2.2 Encoded AdobeRGB", "Adobe RGB (1998)"}},
+        {CAMERA_REC709_ID,
+         {"itu709_rec709", "camera_rec709", "Camera Rec.709", "Utility - Rec.709 - Camera"}},
         {"g26_p3d65_display", {"p3d65_display", "P3-D65 - Display"}},
         {"pq_rec2020_display", {"rec2100_pq_display", "Rec.2100-PQ - Display"}},
         {"hlg_rec2020_display", {"rec2100_hlg_display", "Rec.2100-HLG - Display"}},
@@ -52,6 +58,17 @@ const std::vector<CommonNames>& get_name_table() {
     return table;
 }
 
+/// They contain a rendering, so that a file that merely states the encoding is not one of them.
+struct OutputName {
+    const char* name;
+    const char* id;
+};
+constexpr OutputName OUTPUT_NAMES[] = {
+    {"Output - sRGB", "srgb_rec709_display"},
+    {"Output - Rec.709", "g24_rec709_display"},
+    {"Output - Rec.2020", "g24_rec2020_display"},
+};
+
 } // namespace
 
 std::vector<std::string> get_common_names(const std::string& interop_id) {
@@ -59,6 +76,19 @@ std::vector<std::string> get_common_names(const std::string& interop_id) {
         if (interop_id == entry.id)
             return {entry.names.begin(), entry.names.end()};
     return {};
+}
+
+const char* find_common_id(const std::string& name) {
+    for (const CommonNames& entry : get_name_table()) {
+        const bool is_own = equal_ignoring_case(name, entry.id);
+        if (is_own || std::any_of(entry.names.begin(), entry.names.end(),
+                                  [&](const char* known) { return equal_ignoring_case(name, known); }))
+            return entry.id;
+    }
+    for (const OutputName& known : OUTPUT_NAMES)
+        if (equal_ignoring_case(name, known.name))
+            return known.id;
+    return nullptr;
 }
 
 } // namespace workflow

@@ -1,5 +1,7 @@
 #include "workflow/image_conversion.h"
 
+#include "workflow/output_colors.h"
+
 namespace workflow {
 
 ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options) {
@@ -9,9 +11,11 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
             conversion.apply(rgba, width, height);
         };
     if (!options.depth.empty())
-        settings.wishes.depth = OIIO::TypeDesc(options.depth);
+        settings.wishes.depth = image::parse_depth(options.depth);
+    settings.wishes.dithers = options.dithers;
+    settings.wishes.compression = options.compression;
     settings.wishes.alpha_rule = options.alpha_rule;
-    settings.wishes.color_space_tag = conversion.get_destination_tag();
+    settings.wishes.colors = describe_output_colors(conversion);
     settings.wishes.keeps_space = conversion.get_source() == conversion.get_destination_space();
     settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.mixes_channels = conversion.mixes_channels();

@@ -10,11 +10,13 @@
 
 namespace workflow {
 
-/// Options of image conversions other than the color conversion. They are not checked: an unknown `depth`
-/// counts as empty.
+/// Options of image conversions other than the color conversion.
 struct ImageOptions {
-    /// Type of the written colors and alpha: uint8, uint16, half or float; empty for the type of the input.
+    /// Type of the written colors and alpha: uint8, uint10, uint12, uint16, half or float; empty for the type
+    /// of the input, or the nearest that the format supports; 10 bits for floats in DPX.
     std::string depth;
+    bool dithers = false;           ///< As in OutputWishes.
+    image::Compression compression; ///< As in OutputWishes.
     image::AlphaRule alpha_rule = image::AlphaRule::AS_THE_FILE_SAYS;
     LayerWishes layers;                                  ///< Which layers and parts to convert.
     std::string data_space;                              ///< As in ImageSettings.
@@ -23,7 +25,7 @@ struct ImageOptions {
 };
 
 /// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them. Throws
-/// diagnostics::Failure when the conversion cannot be applied.
+/// diagnostics::Failure for an unknown depth, and when the conversion cannot be applied.
 ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options = {});
 
 /// Converts the image at `input` and writes it to `output`, which may be the same file and is replaced only

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "diagnostics/failure.h"
 #include "image/color_tags.h"
@@ -23,11 +25,23 @@ struct PlannedPart {
     std::vector<std::string> layer_names; ///< Of the layers of the plan, for messages.
 };
 
+constexpr const char* DITHERED_DEPTHS[] = {"uint8", "uint10"};
+
+void check_dithering(const image::PixelDepth& depth, const std::string& output) {
+    const std::string name = depth.get_name();
+    if (std::find(std::begin(DITHERED_DEPTHS), std::end(DITHERED_DEPTHS), name) == std::end(DITHERED_DEPTHS))
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
+                               fmt::format("cannot write '{}': {} cannot be dithered, only {}", output, name,
+                                           fmt::join(DITHERED_DEPTHS, ", ")),
+                               output);
+}
+
 class ImageConversion {
 public:
     ImageConversion(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers)
         : settings(settings), buffers(buffers), reader(job.input, buffers.reader), output(job.output),
           abilities(image::get_format_abilities(job.output)) {
+        check_output(settings, job.output);
         plan_parts();
     }
 
@@ -47,7 +61,7 @@ private:
     void note_losses();
     void untile_mixed_parts();
     void check_deep_parts() const;
-    void check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const;
+    void settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const;
     void convert_one(unsigned int index, image::ImageWriter& writer);
     std::vector<std::size_t> convert_flat(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
                                           image::ImageWriter& writer);
@@ -113,9 +127,10 @@ void ImageConversion::plan_one(unsigned int index) {
     const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
     image::OutputWishes wishes = settings.wishes;
     if (!settings.data_space.empty())
-        wishes.color_space_tag.clear(); // they stay in their color space
+        wishes.colors.name.clear(); // they stay in their color space
     image::PartPlan plan =
         image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, wishes);
+    image::set_compression(wishes.compression, abilities.name, output, plan.spec);
     for (const std::string& note : plan.notes)
         add_note(note);
     if (header.level == 0)
@@ -181,8 +196,13 @@ void ImageConversion::check_deep_parts() const {
                                reader.get_path());
 }
 
-void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::ImageSpec& output_spec) const {
-    const OIIO::TypeDesc wanted = settings.wishes.depth;
+/// The writer may have chosen another depth than was asked for.
+void ImageConversion::settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const {
+    const image::PixelDepth depth = image::get_depth(output_spec, abilities.name);
+    if (settings.wishes.dithers)
+        check_dithering(depth, output);
+    plan.quantization = {depth.get_few_codes(), settings.wishes.dithers};
+    const OIIO::TypeDesc wanted = settings.wishes.depth.type;
     for (std::size_t i = 0; i < plan.channels.size() && wanted != OIIO::TypeUnknown; ++i) {
         const OIIO::TypeDesc type = output_spec.channelformat(static_cast<int>(i));
         if (plan.channels[i].layer != image::ColorLayer::NONE && type != wanted)
@@ -194,14 +214,14 @@ void ImageConversion::check_depth(const image::PartPlan& plan, const OIIO::Image
 }
 
 void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer) {
-    const PlannedPart& part = parts[index];
+    PlannedPart& part = parts[index];
     const image::PartHeader& header = reader.get_parts()[part.input_index];
     if (header.spec.deep)
         reader.read_deep_part(part.input_index, deep_pixels);
     else
         reader.read_part(part.input_index, buffers.input);
     const OIIO::ImageSpec output_spec = writer.open_part(output_headers, index, abilities);
-    check_depth(part.plan, output_spec);
+    settle_depth(output_spec, part.plan);
     const std::vector<std::size_t> transparent =
         header.spec.deep ? convert_deep(part, output_spec, writer) : convert_flat(part, output_spec, writer);
     for (const std::size_t layer : transparent)
@@ -212,7 +232,7 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
     if (index == 0) {
         report.width = output_spec.width;
         report.height = output_spec.height;
-        report.depth = output_spec.format.c_str();
+        report.depth = image::get_depth(output_spec, abilities.name).get_name();
     }
 }
 
@@ -263,6 +283,15 @@ std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
 }
 
 } // namespace
+
+void check_output(const ImageSettings& settings, const std::string& output) {
+    const std::string format = image::get_format_abilities(output).name;
+    const image::OutputWishes& wishes = settings.wishes;
+    image::check_depth(wishes.depth, format, output);
+    image::check_compression(wishes.compression, format, output);
+    if (wishes.dithers && wishes.depth.is_known())
+        check_dithering(wishes.depth, output);
+}
 
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers) {
     try {

@@ -23,7 +23,7 @@ struct ImageReport {
     std::uint64_t pixels = 0; ///< Of all parts.
     int width = 0;            ///< Of the first part.
     int height = 0;
-    std::string depth;              ///< OpenImageIO's name of the type of the written colors: "half".
+    std::string depth;              ///< Of the written colors: "half", "uint10".
     LayerReport layers;             ///< Those that were written.
     std::vector<std::string> notes; ///< What the output format does not support, each once.
 };
@@ -48,6 +48,10 @@ struct ImageSettings {
     /// with other tags gets a note.
     std::optional<std::vector<std::string>> source_tags;
 };
+
+/// Throws diagnostics::Failure when files at `output` cannot have the pixel type, the dithering or the
+/// compression of the settings. `convert_image` does the same; this is for the start of a sequence.
+void check_output(const ImageSettings& settings, const std::string& output);
 
 /// Reads the image, converts the color layers of all its parts and writes the output, which is replaced only
 /// when everything succeeded. Throws diagnostics::Failure with the file and the reason. Thread-safe with

@@ -102,9 +102,9 @@ ImageSpec make_spec(FuzzedDataProvider& input) {
 image::OutputWishes make_wishes(FuzzedDataProvider& input) {
     image::OutputWishes wishes;
     if (input.ConsumeBool())
-        wishes.depth = pick(input, TYPES);
+        wishes.depth = {pick(input, TYPES), input.ConsumeBool() ? 10 : 0};
     wishes.alpha_rule = static_cast<image::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
-    wishes.color_space_tag = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
+    wishes.colors.name = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
     wishes.keeps_space = input.ConsumeBool();
     wishes.neutrals_stay_neutral = input.ConsumeBool();
     return wishes;
@@ -136,9 +136,9 @@ void check_channels(const ImageSpec& input, const image::PartPlan& plan) {
 }
 
 void check_tags(const image::PartPlan& plan, const image::OutputWishes& wishes) {
-    if (plan.layers.empty() || wishes.color_space_tag.empty())
+    if (plan.layers.empty() || wishes.colors.name.empty())
         return;
-    require(plan.spec.get_string_attribute("oiio:ColorSpace") == wishes.color_space_tag);
+    require(plan.spec.get_string_attribute("oiio:ColorSpace") == wishes.colors.name);
     require(wishes.keeps_space || plan.spec.find_attribute("ICCProfile") == nullptr);
     require(plan.spec.find_attribute("thumbnail_image") == nullptr);
 }
@@ -153,8 +153,8 @@ ImageSpec make_taken_spec(FuzzedDataProvider& input, const image::PartPlan& plan
     return taken;
 }
 
-void convert(FuzzedDataProvider& input, const ImageSpec& spec, const image::PartPlan& plan) {
-    const ImageSpec taken = make_taken_spec(input, plan);
+void convert(FuzzedDataProvider& input, const ImageSpec& spec, const image::PartPlan& planned) {
+    const ImageSpec taken = make_taken_spec(input, planned);
     image::PixelBuffer source, target;
     source.resize(spec.image_bytes(true));
     for (std::size_t i = 0; i < source.size(); ++i)
@@ -163,6 +163,8 @@ void convert(FuzzedDataProvider& input, const ImageSpec& spec, const image::Part
         for (std::size_t i = 0; i < std::size_t(width) * height * 4; ++i)
             rgba[i] *= 0.5f;
     };
+    image::PartPlan plan = planned;
+    plan.quantization = {input.ConsumeBool() ? 1023 : 255, input.ConsumeBool()};
     const bool in_place = image::can_convert_in_place(spec, plan, taken);
     if (!in_place)
         target.resize(taken.image_bytes(true));

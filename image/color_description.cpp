@@ -1,0 +1,48 @@
+#include "image/color_description.h"
+
+namespace image {
+
+namespace {
+
+bool has(const OIIO::ImageSpec& spec, const char* name) {
+    return spec.find_attribute(name) != nullptr;
+}
+
+template <class Value>
+void add_array(const char* name, OIIO::TypeDesc::BASETYPE type, const std::vector<Value>& values,
+               OIIO::ImageSpec& spec) {
+    if (!values.empty() && !has(spec, name))
+        spec.attribute(name, OIIO::TypeDesc(type, static_cast<int>(values.size())), values.data());
+}
+
+void add_profile(const ColorDescription& colors, OIIO::ImageSpec& spec) {
+    if (spec.nchannels >= 3)
+        add_array("ICCProfile", OIIO::TypeDesc::UINT8, colors.icc_profile, spec);
+}
+
+void add_dpx_field(const char* name, const std::string& value, OIIO::ImageSpec& spec) {
+    if (!has(spec, name))
+        spec.attribute(name, value.empty() ? "Undefined" : value);
+}
+
+} // namespace
+
+void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec) {
+    if (format == "openexr") { // whose writer does not store "oiio:ColorSpace"
+        if (!colors.interop_id.empty() && !has(spec, "colorInteropID"))
+            spec.attribute("colorInteropID", colors.interop_id);
+        add_array("chromaticities", OIIO::TypeDesc::FLOAT, colors.chromaticities, spec);
+    }
+    if (format == "dpx") {
+        add_dpx_field("dpx:Transfer", colors.dpx_transfer, spec);
+        add_dpx_field("dpx:Colorimetric", colors.dpx_colorimetric, spec);
+    }
+    if (has(spec, "CICP") || has(spec, "ICCProfile"))
+        return;
+    if (format == "png")
+        add_array("CICP", OIIO::TypeDesc::INT32, colors.cicp, spec);
+    if (format == "png" || format == "jpeg" || format == "tiff")
+        add_profile(colors, spec);
+}
+
+} // namespace image

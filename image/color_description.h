@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <OpenImageIO/imageio.h>
+
+namespace image {
+
+/// What is known of the colors of an output, in the terms of the file formats.
+struct ColorDescription {
+    std::string name;       ///< Value of the attribute "oiio:ColorSpace"; empty keeps all color metadata.
+    std::string interop_id; ///< "lin_ap1_scene"; may be empty.
+    std::vector<float> chromaticities; ///< x and y of red, green, blue and white, of linear colors; or empty.
+    std::vector<int> cicp;             ///< Primaries, transfer, matrix and range of ITU-T H.273; or empty.
+    std::vector<unsigned char> icc_profile; ///< For red, green and blue; may be empty.
+    std::string dpx_transfer;               ///< By SMPTE ST 268, in OpenImageIO's words; may be empty.
+    std::string dpx_colorimetric;           ///< Likewise.
+};
+
+/// Adds to a spec without stale metadata what files of `format` can say about these colors: interop ID and
+/// chromaticities of OpenEXR, transfer and colorimetric of DPX ("Undefined" when they are empty), cICP and
+/// the profile of PNG, the profile of JPEG and TIFF. What the spec says already stays; gray images get no
+/// profile.
+void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec);
+
+} // namespace image
