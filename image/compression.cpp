@@ -1,5 +1,6 @@
 #include "image/compression.h"
 
+#include <algorithm>
 #include <vector>
 
 #include <fmt/format.h>
@@ -20,6 +21,8 @@ struct Method {
     int least = 0;
     int most = 0;
     const char* oiio_name = nullptr; ///< OpenImageIO's name, where it differs.
+
+    bool has_quality(int quality) const { return most > 0 && quality >= least && quality <= most; }
 };
 
 /// The first one of a format is its default. Of deflate and of DWA the "quality" is the level.
@@ -100,7 +103,7 @@ void check_quality(int quality, const Method& method, const std::string& path) {
     if (method.most == 0)
         refuse(path, fmt::format("the compression '{}' of {} has no quality", method.name, method.format),
                hint);
-    if (quality < method.least || quality > method.most)
+    if (!method.has_quality(quality))
         refuse(path, fmt::format("invalid quality {} of the compression '{}'", quality, method.name), hint);
 }
 
@@ -118,7 +121,13 @@ void check_compression(const Compression& wanted, const std::string& format, con
     if (wanted.method.empty() && !wanted.quality)
         return;
     const Method& method = find_method(wanted.method, format, path);
-    if (wanted.quality && !wanted.method.empty())
+    if (!wanted.quality)
+        return;
+    const Methods methods = find_methods(format);
+    const bool may_fit = wanted.method.empty() &&
+                         std::any_of(methods.begin(), methods.end(),
+                                     [&](const Method* any) { return any->has_quality(*wanted.quality); });
+    if (!may_fit)
         check_quality(*wanted.quality, method, path);
 }
 

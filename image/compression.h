@@ -13,8 +13,8 @@ struct Compression {
     std::optional<int> quality; ///< Quality or level of the method.
 };
 
-/// Throws diagnostics::Failure about the file at `path` when `format` has no such method, or the method no
-/// such quality, with those that are valid.
+/// Throws diagnostics::Failure about the file at `path` when `format` has no such method, or the method (any,
+/// when none is named) no such quality, with those that are valid.
 void check_compression(const Compression& wanted, const std::string& format, const std::string& path);
 
 /// Has the writer of `format` use that compression. `spec` is complete but for it. Throws like

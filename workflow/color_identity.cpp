@@ -49,6 +49,8 @@ constexpr char DPX_REC709[] = "ITU-R 709-4";
 constexpr char DPX_VIDEO[] = "Unspecified video";
 constexpr DpxColorsOfId DPX_COLORS[] = {
     {FILM_SCAN_ID, {"Printing density", "Printing density"}},
+    {"adx10_apd", {"Printing density", "Printing density"}}, // SMPTE ST 2065-3
+    {"adx16_apd", {"Printing density", "Printing density"}},
     {"lin_rec709", {"Linear", DPX_REC709}},
     {"itu709_rec709", {DPX_REC709, DPX_REC709}},
     {"g24_rec709", {DPX_REC709, DPX_REC709}},

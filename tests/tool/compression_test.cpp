@@ -125,10 +125,18 @@ TEST_F(CompressionOptions, RefuseWhatAMethodCannotCompress) {
 }
 
 TEST_F(CompressionOptions, OfASequenceAreRefusedOnce) {
-    EXPECT_THAT(run({"convert", path("in.#.exr"), path("out.#.exr"), "--frames", "1-9", "--from", "linear",
-                     "--to", "sRGB", "--compression", "lzw"}),
+    const auto convert_all = [&](const char* output, const char* option, const char* value) {
+        return run({"convert", path("in.#.exr"), path(output), "--frames", "1-9", "--from", "linear", "--to",
+                    "sRGB", option, value});
+    };
+    EXPECT_THAT(convert_all("out.#.exr", "--compression", "lzw"),
                 FailsWith(1, "colorio: error: cannot write '" + path("out.#.exr") +
                                  "': openexr has no compression 'lzw'\nhint: " + EXR_METHODS + "\n"));
+    EXPECT_THAT(
+        convert_all("out.#.jpg", "--quality", "101"),
+        FailsWith(1, "colorio: error: cannot write '" + path("out.#.jpg") +
+                         "': invalid quality 101 of the compression 'jpeg'\nhint: valid qualities: jpeg 1 "
+                         "to 100\n"));
 }
 
 } // namespace

@@ -36,6 +36,24 @@ TEST_F(ImageConversions, ReplaceTheOutputInTheTypeAskedFor) {
     EXPECT_EQ(output.get("B", 2, 1), 0.25f);
 }
 
+TEST_F(ImageConversions, ReportTheBitsOfTheFile) {
+    const std::string input = folder.file("in.exr");
+    write_image(input, make_image(1, 1, 3, OIIO::TypeHalf, std::vector<float>(3, 0.5f)));
+    workflow::ImageOptions options;
+    options.depth = "uint12";
+    EXPECT_EQ(workflow::convert_image(conversion, input, folder.file("out.dpx"), options).depth, "uint12");
+    EXPECT_EQ(read_image(folder.file("out.dpx")).spec.get_int_attribute("oiio:BitsPerSample"), 12);
+}
+
+TEST_F(ImageConversions, RefuseUnknownPixelTypesWithTheValidOnes) {
+    workflow::ImageOptions options;
+    options.depth = "uint14";
+    const diagnostics::Diagnostic failure =
+        failure_of([&] { workflow::make_image_settings(conversion, options); });
+    EXPECT_EQ(failure.message, "unknown pixel type 'uint14'");
+    EXPECT_EQ(failure.hint, "valid types: uint8, uint10, uint12, uint16, half, float");
+}
+
 TEST_F(ImageConversions, ConvertAnImageInItsPlace) {
     const std::string path = folder.file("in.exr");
     write_image(path, make_image(2, 2, 3, OIIO::TypeFloat, std::vector<float>(12, 1)));
