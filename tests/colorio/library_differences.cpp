@@ -12,7 +12,7 @@ namespace library_differences {
 
 namespace {
 
-constexpr std::string_view DOOR = "test_ocio";
+constexpr std::string_view OCIO = "test_ocio";
 constexpr std::string_view MODULE = "test_colorio";
 constexpr std::string_view TOOL = "test_tool";
 constexpr std::string_view TOOL_SETTINGS = "test_tool_settings";
@@ -37,24 +37,24 @@ constexpr const char* NEW_SPACE_NAMES =
     "OpenImageIO that comes with 2.5 reads the same marks of a file under other names";
 
 constexpr Difference DIFFERENCES[] = {
-    {"first display", DOOR, "ConfigDisplays.AreListedWithTheirViews", "another", "one",
+    {"first display", OCIO, "ConfigDisplays.AreListedWithTheirViews", "another", "one",
      "1.x sorts displays by name, 2.x keeps the order of the file"},
-    {"second display", DOOR, "ConfigDisplays.AreListedWithTheirViews", "one", "another",
+    {"second display", OCIO, "ConfigDisplays.AreListedWithTheirViews", "one", "another",
      "1.x sorts displays by name, 2.x keeps the order of the file"},
-    {"views under a list of active ones", DOOR, "ConfigDisplays.FollowTheListsOfActiveOnes", "a b c", "b a",
+    {"views under a list of active ones", OCIO, "ConfigDisplays.FollowTheListsOfActiveOnes", "a b c", "b a",
      "1.x only takes its default view from the list of active views"},
-    {"a role of an unknown space", DOOR, "SanityCheck.RolesPointAtSpaces",
+    {"a role of an unknown space", OCIO, "SanityCheck.RolesPointAtSpaces",
      "The role 'default' refers to a colorspace, 'nowhere', which is not defined.",
      "role 'default' refers to an unknown color space, 'nowhere'",
      "1.x names a missing color space in its own check only"},
-    {"a role of no space", DOOR, "SanityCheck.RolesPointAtSpaces",
+    {"a role of no space", OCIO, "SanityCheck.RolesPointAtSpaces",
      "The role 'default' refers to a colorspace, '', which is not defined.",
      "role 'default' names no color space", "1.x names a missing color space in its own check only"},
-    {"a role of a role", DOOR, "SanityCheck.ARoleDoesNotPointAtARole",
+    {"a role of a role", OCIO, "SanityCheck.ARoleDoesNotPointAtARole",
      "The role 'reference' refers to a colorspace, 'default', which is not defined.",
      "role 'reference' refers to an unknown color space, 'default'",
      "1.x names a missing color space in its own check only"},
-    {"an allocation without a range", DOOR, "MixedShader.AnAllocationWithoutARangeIsRefused",
+    {"an allocation without a range", OCIO, "MixedShader.AnAllocationWithoutARangeIsRefused",
      "Max value equals min value", "spans no range", "1.x fits colors to the GPU with its own operation"},
     {"error of a correction's shader", MODULE, "Shader.OfACdlNeedsNoTable", "2e-5", "5e-6",
      "1.x writes numbers with six digits"},
@@ -68,10 +68,10 @@ constexpr Difference DIFFERENCES[] = {
     {"start under a malformed list in the environment", MODULE,
      "Boundary.MalformedListsInTheEnvironmentFailTheStartWhereTheyAreRead", AS_2_1, "succeeds",
      "newer libraries read the lists, and throw, as soon as a configuration is made", "fails"},
-    {"a color alone behind a forward table", DOOR,
+    {"a color alone behind a forward table", OCIO,
      "SingleColors.HaveTheBitsOfAnImageWhereOpenColorIOConverts", nullptr, "as in an image",
      "newer libraries leave rows of one pixel out of their SIMD code for tables", "rounded otherwise"},
-    {"level of an inactive space that is not there", DOOR,
+    {"level of an inactive space that is not there", OCIO,
      "LibraryLog.GoesToTheFunctionWithoutMarksAndLineEnds", nullptr, "Warning",
      "newer libraries only tell of it", "Info"},
     {"line of an inactive space that is not there", TOOL, "Check.ListsWhatTheColorLibraryReportsByItself",
@@ -107,19 +107,19 @@ constexpr struct {
     const char* reason;
     unsigned libraries = OF_1_X;
 } LEFT_OUT[] = {
-    {DOOR, "Config.AnImpossibleFileRuleIsRefused", NO_VERSION_2},
-    {DOOR, "ConfigSpaces.VersionTwoPublishesTheActiveOnes", NO_VERSION_2},
-    {DOOR, "SharedViews.AreListedWithTheOthers", NO_VERSION_2},
-    {DOOR, "SharedViews.AreListedAtOnceAsOneByOne", NO_VERSION_2},
-    {DOOR, "SharedViews.ShowTheSameSpacesWhenTheNamesAreKnown", NO_VERSION_2},
-    {DOOR, "SharedViews.ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay", NO_VERSION_2},
-    {DOOR, "SharedViews.ShowNothingWithoutADisplay", NO_VERSION_2},
-    {DOOR, "MixedShader.LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp", NO_VERSION_2},
-    {DOOR, "MixedShader.AStatedAllocationHolds", NO_VERSION_2},
-    {DOOR, "Processors.NamedTransformsCountAsKnownUnderLaxParsing", NO_VERSION_2},
-    {DOOR, "SanityCheck.VersionTwoIsJudgedByTheLibrary", NO_VERSION_2},
-    {DOOR, "SanityCheck.VersionTwoNeedsNoSearchPathEither", NO_VERSION_2},
-    {DOOR, "SanityCheck.AFailedConfigurationGivesItsReasonEveryTime", NO_VERSION_2},
+    {OCIO, "Config.AnImpossibleFileRuleIsRefused", NO_VERSION_2},
+    {OCIO, "ConfigSpaces.VersionTwoPublishesTheActiveOnes", NO_VERSION_2},
+    {OCIO, "SharedViews.AreListedWithTheOthers", NO_VERSION_2},
+    {OCIO, "SharedViews.AreListedAtOnceAsOneByOne", NO_VERSION_2},
+    {OCIO, "SharedViews.ShowTheSameSpacesWhenTheNamesAreKnown", NO_VERSION_2},
+    {OCIO, "SharedViews.ShowTheirOwnSpaceOrTheOneNamedLikeTheDisplay", NO_VERSION_2},
+    {OCIO, "SharedViews.ShowNothingWithoutADisplay", NO_VERSION_2},
+    {OCIO, "MixedShader.LinearLightWithoutAnAllocationIsSpacedByStopsFromBlackUp", NO_VERSION_2},
+    {OCIO, "MixedShader.AStatedAllocationHolds", NO_VERSION_2},
+    {OCIO, "Processors.NamedTransformsCountAsKnownUnderLaxParsing", NO_VERSION_2},
+    {OCIO, "SanityCheck.VersionTwoIsJudgedByTheLibrary", NO_VERSION_2},
+    {OCIO, "SanityCheck.VersionTwoNeedsNoSearchPathEither", NO_VERSION_2},
+    {OCIO, "SanityCheck.AFailedConfigurationGivesItsReasonEveryTime", NO_VERSION_2},
     {MODULE, "ManagerSceneLinear.ThatCannotBeMadeBecauseAnAliasHasItsNameIsNoReasonToFail", NO_VERSION_2},
     {MODULE, "ManagerEnumerations.InactiveSpacesOfAVersion2ConfigurationAreNotPublished", NO_VERSION_2},
     {MODULE, "Evaluation.OfABuiltinConversionIsThatOfItsTable", NO_PROGRAMS},
@@ -136,8 +136,8 @@ constexpr struct {
      "OpenColorIO remembers for the life of the process that a file is missing"},
     {VIEWER, "ModelThatFollowsChanges.ReadsAConfigurationOfTheLibraryItselfAgain", NO_BUILTIN_CONFIGS,
      OF_1_X | OF_2_1},
-    {DOOR, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},
-    {DOOR, "BuiltinConfigs.ShowAcesTwoThroughOneTable", NO_BUILTIN_CONFIGS, OF_2_1},
+    {OCIO, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},
+    {OCIO, "BuiltinConfigs.ShowAcesTwoThroughOneTable", NO_BUILTIN_CONFIGS, OF_2_1},
     {GPU, "ShaderTextTest.OfAVersion1ConfigurationIsValidInBothDialects", NO_CUBES_BACKWARDS},
     {GPU, "ShaderTextTest.OfAVersion2ConfigurationIsValidInBothDialects", NO_VERSION_2},
     {GPU, "ShaderOnGpu.ShowsTheSpacesOfAVersion1ConfigurationAsTheCpuConvertsThem", NO_CUBES_BACKWARDS},
