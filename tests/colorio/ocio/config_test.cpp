@@ -73,7 +73,7 @@ TEST(Config, AVersionBeyondTheLibraryIsReportedAsSuch) {
               path + " is an OCIO 2.99 config and needs a newer OpenColorIO than " + ocio::get_version());
     text.version = "\"3\"  # quoted";
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
-              path + " is an OCIO 3.0 configuration and needs a newer OpenColorIO than " +
+              path + " is an OCIO 3.0 config and needs a newer OpenColorIO than " +
                   ocio::get_version());
 }
 
