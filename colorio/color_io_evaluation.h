@@ -38,6 +38,16 @@ public:
     static bool explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
                         Explanation& explanation);
 
+    /// What a conversion was made of.
+    struct Origin {
+        CoreVector<CoreString> files; ///< Paths of its LUT and CDL files; those of an archive are within it.
+        CoreString digest; ///< Of its operations and their numbers, by OpenColorIO; the same in every run.
+    };
+
+    /// Where the operations of `converter` come from; nothing for a bypass. False, and `origin` unchanged, in
+    /// the cases of `explain`.
+    static bool find_origin(const ColorIOConverter& converter, Origin& origin);
+
     /// Whether converters configured from now on may use the SIMD code (default: true). Process-wide.
     static void set_vector_code(bool enabled);
     /// The current setting.

@@ -58,6 +58,8 @@ public:
     /// Starts the process, if it is not running. Returns false when it cannot be started, and true when
     /// images are read in this process (reads_in_process).
     bool is_ready();
+    /// Ends the process and frees its memory; the next image starts it again.
+    void stop() { end(); }
     /// 0 while the process is not running.
     pid_t get_process_id() const { return process; }
 

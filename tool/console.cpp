@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "diagnostics/failure.h"
@@ -117,6 +118,8 @@ void Console::print_heading(const std::string& line) {
 }
 
 void Console::report(const diagnostics::Diagnostic& diagnostic) {
+    if (quiet && diagnostic.severity == diagnostics::Severity::NOTE)
+        return;
     if (json_diagnostics)
         return write_message("", "", to_json(diagnostic).format_line());
     const bool is_note = diagnostic.severity == diagnostics::Severity::NOTE;
@@ -155,6 +158,15 @@ void Console::set_status(const std::string& text) {
     status = text;
     err << CLEAR_LINE << status;
     err.flush();
+}
+
+unsigned int Console::get_status_width() const {
+    constexpr unsigned int USUAL_WIDTH = 80;
+    unsigned int width = traits.err_width;
+    winsize size = {};
+    if (width == 0)
+        width = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : USUAL_WIDTH;
+    return width - 1; // some terminals wrap after the last column
 }
 
 } // namespace tool

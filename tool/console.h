@@ -14,6 +14,7 @@ struct ConsoleTraits {
     bool out_is_terminal = false;
     bool err_is_terminal = false;
     bool wants_color = false;
+    unsigned int err_width = 0; ///< Columns of standard error; 0 to ask the terminal each time.
 };
 
 /// Asks the operating system about standard output and standard error; NO_COLOR and TERM=dumb are respected.
@@ -44,6 +45,9 @@ public:
     /// Makes `report` write JSON, one object per line, instead of text.
     void set_json_diagnostics(bool wanted) { json_diagnostics = wanted; }
 
+    /// Makes `report` leave notes out, and shows no status.
+    void set_quiet(bool wanted) { quiet = wanted; }
+
     /// Flushes the results. Throws diagnostics::Failure when some could not be written and `print` has not
     /// reported it yet.
     void finish();
@@ -51,7 +55,9 @@ public:
     /// Keeps a text on the last line of the terminal while messages scroll above it; an empty text removes
     /// it. Does nothing unless messages go to a terminal.
     void set_status(const std::string& text);
-    bool shows_status() const { return traits.err_is_terminal; }
+    bool shows_status() const { return traits.err_is_terminal && !quiet; }
+    /// Columns that a status can have without wrapping.
+    unsigned int get_status_width() const;
 
 private:
     void check_output();
@@ -63,6 +69,7 @@ private:
     std::string status;
     bool output_failed = false; ///< A failed write was reported.
     bool json_diagnostics = false;
+    bool quiet = false;
     std::mutex mutex;
 };
 

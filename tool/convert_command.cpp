@@ -1,8 +1,5 @@
 #include "tool/command.h"
 
-#include <algorithm>
-#include <chrono>
-#include <filesystem>
 #include <string>
 
 #include <OpenImageIO/sysutil.h>
@@ -12,12 +9,13 @@
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/layer_options.h"
-#include "tool/progress_bar.h"
+#include "tool/sequence_options.h"
+#include "tool/sequence_output.h"
 #include "tool/source_space.h"
 #include "tool/tool_session.h"
 #include "workflow/conversion.h"
+#include "workflow/fingerprint.h"
 #include "workflow/frame_jobs.h"
-#include "workflow/frame_pattern.h"
 #include "workflow/image_conversion.h"
 #include "workflow/name_resolution.h"
 #include "workflow/published_names.h"
@@ -28,28 +26,21 @@ namespace tool {
 namespace {
 
 using diagnostics::Code;
-using diagnostics::Diagnostic;
 
 constexpr char EXAMPLES[] = R"(  colorio convert render.exr render.png --view Tavelion.sRGB
   colorio convert texture.png texture.exr --from sRGB --to linear -d half
   colorio convert shot.####.exr graded.####.exr --frames 1-100 --from ACEScg --to ACEScct --config aces.ocio
   colorio convert plate.exr graded.exr --from ACEScg --to ACEScg --config aces.ocio --cdl grades.ccc:shot_010
   colorio convert shot.%04d.exr shot.%04d.png --frames 1-99x2,100 --display Monitor --view Film
+  colorio convert 'shot.$F4.exr' 'shot.$F4.dpx' --view Monitor.Film --resume --memory 8G
   colorio convert plate.exr graded.exr --cdl grades.ccc:shot_010 --look "film, -warm" --to ACEScct --lut show.cube
   colorio convert plate.exr shot.dpx --view "sRGB.Film" -d uint10 --dither --config aces.ocio
   colorio convert graded.png plate.exr --inverse-view "sRGB.Film" --to ACEScg --config aces.ocio
 
 The output may be the input: a file is replaced only after its conversion succeeded.)";
 
-constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
 constexpr int MAX_THREADS = 1024;
 constexpr int MAX_QUALITY = 1000;
-
-std::string describe_speed(std::uint64_t pixels, double seconds) {
-    const double megapixels = static_cast<double>(pixels) / PIXELS_PER_MEGAPIXEL;
-    return fmt::format("{:.2f} Mpixel in {:.3f} s, {:.1f} Mpixel/s", megapixels, seconds,
-                       seconds > 0.0 ? megapixels / seconds : 0.0);
-}
 
 class ConvertCommand : public Command {
 public:
@@ -58,16 +49,11 @@ public:
 
 private:
     void check_usage();
-    bool is_sequence() const { return !frames.empty(); }
-    workflow::ImageSettings make_settings(const workflow::Conversion& conversion) const;
+    workflow::ImageSettings make_settings(const workflow::Session& session,
+                                          const workflow::Conversion& conversion) const;
     void settle_source(const workflow::Session& session, Console& console);
-    std::string get_first_input() const;
     void print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
                         Console& console) const;
-    void convert_one(const workflow::Conversion& conversion, const workflow::ImageSettings& settings,
-                     Console& console) const;
-    ExitCode convert_all(const workflow::Conversion& conversion, const workflow::ImageSettings& settings,
-                         Console& console) const;
 
     SessionChoice session_options;
     ConversionChoice request;
@@ -75,7 +61,8 @@ private:
     SourceSpaceChoice source_choice;
     std::string input;
     std::string output;
-    std::string frames;
+    SequenceChoice sequence;
+    workflow::FrameJobs found;
     std::string depth;
     std::string compression;
     int quality = -1; ///< Below 0 when it is not given.
@@ -89,9 +76,14 @@ private:
 ConvertCommand::ConvertCommand(Options& program)
     : Command(program, "convert", "Convert images between color spaces, or to a view", EXAMPLES) {
     options
-        .add("input", input, "image to read; with --frames a pattern such as shot.%04d.exr or shot.####.exr")
+        .add("input", input,
+             "image to read, or the pattern of a sequence: shot.%04d.exr, shot.####.exr, shot.@@@@.exr or "
+             "'shot.$F4.exr'")
         .required();
-    options.add("output", output, "image to write; its extension selects the format").required();
+    options
+        .add("output", output,
+             "image to write, or a pattern for those of a sequence; its extension selects the format")
+        .required();
     add_conversion_options(
         options, request,
         "color space of the input (default: from the file's tags, the config's file rules or "
@@ -99,8 +91,8 @@ ConvertCommand::ConvertCommand(Options& program)
     add_inverse_view_option(options, request);
     add_step_options(options, request);
     add_source_space_options(options, source_choice);
-    options.add("--frames", frames, "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list")
-        .value("FRAMES");
+    add_sequence_options(options, sequence);
+    options.get("--json").excludes(options.get("--why"));
     options
         .add("-d,--depth", depth,
              "pixel type of the output (default: the input's type, if the output format supports it; uint10 "
@@ -125,6 +117,7 @@ ConvertCommand::ConvertCommand(Options& program)
 }
 
 ExitCode ConvertCommand::run(Console& console) {
+    console.set_quiet(sequence.is_quiet);
     check_usage();
     const int wanted = threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency());
     threads = image::limit_threads(wanted, 2); // those that read share as many
@@ -139,51 +132,37 @@ ExitCode ConvertCommand::run(Console& console) {
         console.report(make_note(
             Code::COLORS_UNCHANGED,
             fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
-    const workflow::ImageSettings settings = make_settings(conversion);
+    const workflow::ImageSettings settings = make_settings(session, conversion);
     workflow::check_output(settings, output);
-    if (is_sequence())
-        return convert_all(conversion, settings, console);
-    convert_one(conversion, settings, console);
-    return EXIT_CODE_DONE;
+    SequenceOutput result(sequence, found, input, output,
+                          fmt::format("{} to {}", conversion.get_source(), conversion.get_destination()),
+                          console);
+    return result.finish(workflow::convert_sequence(found.jobs, settings, result.get_events(),
+                                                    make_sequence_options(sequence)));
 }
 
+/// Also finds the images, so that a mistake in their names is reported before the config is loaded.
 void ConvertCommand::check_usage() {
     check_conversion(request);
-    const bool input_is_pattern = workflow::FramePattern(input).is_pattern();
-    const bool output_is_pattern = workflow::FramePattern(output).is_pattern();
-    if (!is_sequence()) {
-        std::error_code error;
-        if (input_is_pattern && !std::filesystem::exists(input, error))
-            throw UsageError(fmt::format("'{}' is the pattern of a sequence; --frames is required", input));
-        return;
-    }
-    for (const auto& [path, is_pattern] : {std::pair(input, input_is_pattern), {output, output_is_pattern}})
-        if (!is_pattern)
-            throw UsageError(
-                fmt::format("no frame number in '{}': --frames needs a pattern such as %04d or ####", path));
-}
-
-/// Of a sequence, the first image that exists.
-std::string ConvertCommand::get_first_input() const {
-    if (!is_sequence())
-        return input;
-    const std::vector<workflow::ImageJob> jobs = workflow::make_frame_jobs(input, output, frames);
-    const auto found = std::find_if(jobs.begin(), jobs.end(), [](const workflow::ImageJob& job) {
-        std::error_code error;
-        return std::filesystem::exists(job.input, error);
-    });
-    return found == jobs.end() ? input : found->input;
+    make_sequence_options(sequence);
+    found = workflow::find_frame_jobs(input, output, sequence.frames);
+    if (found.jobs.empty())
+        throw diagnostics::Failure(*workflow::describe_missing(found, input));
 }
 
 /// Without --from determines the source color space by the rule for files, and reports it.
 void ConvertCommand::settle_source(const workflow::Session& session, Console& console) {
     if (!request.from.empty() || !request.inverse_view.empty())
         return;
-    file_space = find_source_space(session, get_first_input(), source_choice, console);
+    if (sequence.resumes && workflow::is_in_place(found.jobs.front()))
+        throw UsageError("--resume needs --from when images are converted in their place",
+                         "those that were converted have the tags of the destination");
+    file_space = find_source_space(session, found.jobs.front().input, source_choice, console);
     request.from = file_space.color_space;
 }
 
-workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion& conversion) const {
+workflow::ImageSettings ConvertCommand::make_settings(const workflow::Session& session,
+                                                      const workflow::Conversion& conversion) const {
     workflow::ImageOptions wishes;
     wishes.depth = depth;
     wishes.dithers = dithers;
@@ -198,36 +177,9 @@ workflow::ImageSettings ConvertCommand::make_settings(const workflow::Conversion
         wishes.alpha_rule = image::AlphaRule::DIVIDE;
     else if (leaves_alpha)
         wishes.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE;
-    return workflow::make_image_settings(conversion, wishes);
-}
-
-void ConvertCommand::convert_one(const workflow::Conversion& conversion,
-                                 const workflow::ImageSettings& settings, Console& console) const {
-    const auto start = std::chrono::steady_clock::now();
-    workflow::ImageBuffers buffers;
-    const workflow::ImageReport report = workflow::convert_image({input, output}, settings, buffers);
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    for (const std::string& note : report.notes)
-        console.report(make_note(Code::IMAGE_ADAPTED, note));
-    console.print(fmt::format("{}: {} to {}, {} x {} {}, {}{}", output, conversion.get_source(),
-                              conversion.get_destination(), report.width, report.height, report.depth,
-                              describe_speed(report.pixels, elapsed.count()),
-                              describe_layers(report.layers)));
-}
-
-ExitCode ConvertCommand::convert_all(const workflow::Conversion& conversion,
-                                     const workflow::ImageSettings& settings, Console& console) const {
-    const std::vector<workflow::ImageJob> jobs = workflow::make_frame_jobs(input, output, frames);
-    ProgressBar progress(console, static_cast<unsigned int>(jobs.size()));
-    workflow::SequenceEvents events;
-    events.report = [&](const Diagnostic& diagnostic) { console.report(diagnostic); };
-    events.progress = [&](std::size_t, std::size_t) { progress.advance(); };
-    const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
-    const std::string failures = report.failed == 0 ? "" : fmt::format(", {} failed", report.failed);
-    console.print(fmt::format("{}: {} to {}, {} frames converted{}, {}{}", output, conversion.get_source(),
-                              conversion.get_destination(), report.converted, failures,
-                              describe_speed(report.pixels, report.seconds), describe_layers(report.layers)));
-    return report.failed == 0 ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
+    workflow::ImageSettings settings = workflow::make_image_settings(conversion, wishes);
+    settings.fingerprint = workflow::make_conversion_fingerprint(session, request, conversion, settings);
+    return settings;
 }
 
 /// How a name given by the user was resolved.

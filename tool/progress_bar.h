@@ -1,17 +1,26 @@
 #pragma once
 
 #include <chrono>
-#include <mutex>
 #include <string>
 
 namespace tool {
 
 class Console;
 
-/// The text of the bar: "[#####.....] 12/24 frames  3.4 frames/s  0:04 left". `seconds` is the time elapsed.
-std::string format_progress(unsigned int done, unsigned int total, double seconds);
+/// How far a sequence is.
+struct Progress {
+    unsigned int done = 0;
+    unsigned int total = 0;
+    unsigned int converted = 0; ///< Of those done: the rate is theirs.
+    unsigned int failed = 0;
+    double seconds = 0; ///< Elapsed.
+};
 
-/// Progress of a sequence, shown on a terminal only. The destructor removes it. Thread-safe.
+/// The text of the bar: "[#####.....] 12/24 frames  3.4 frames/s  0:04 left", in at most `width` columns:
+/// where it does not fit, the bar gets shorter, then the text.
+std::string format_progress(const Progress& progress, unsigned int width);
+
+/// Progress of a sequence, shown on a terminal only. The destructor removes it. For one thread at a time.
 class ProgressBar {
 public:
     ProgressBar(Console& console, unsigned int total);
@@ -19,14 +28,15 @@ public:
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    void advance();
+    enum class Step { CONVERTED, SKIPPED, FAILED };
+    void advance(Step step);
 
 private:
+    void show();
+
     Console& console;
-    const unsigned int total;
-    unsigned int done = 0;
+    Progress progress;
     const std::chrono::steady_clock::time_point start;
-    std::mutex mutex;
 };
 
 } // namespace tool

@@ -2,12 +2,14 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 
 #include "gl/gl_error.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/json.h"
 #include "tool/text_table.h"
 #include "tool/tool_session.h"
 #include "workflow/conversion.h"
@@ -28,6 +30,10 @@ std::string format_color(const float (&rgb)[3]) {
     return fmt::format("{:.5g} {:.5g} {:.5g}", rgb[0], rgb[1], rgb[2]);
 }
 
+Json color_to_json(const float (&rgb)[3]) {
+    return Json(std::vector<Json>{rgb[0], rgb[1], rgb[2]});
+}
+
 class ShaderCommand : public Command {
 public:
     explicit ShaderCommand(Options& program)
@@ -41,6 +47,7 @@ public:
         options.add("-o,--output", folder, "folder for the files; created if missing")
             .value("FOLDER")
             .required();
+        options.add_flag("--json", as_json, "print JSON");
         add_session_options(options, session_options);
     }
 
@@ -51,27 +58,42 @@ public:
         console.report(conversion.get_notes());
         const gl::GlProfile profile = dialect == CORE ? gl::GlProfile::CORE : gl::GlProfile::LEGACY;
         const workflow::GpuConversion gpu = workflow::make_gpu_conversion(conversion, profile);
-        console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_destination()));
-        for (const std::string& path : workflow::write_gpu_conversion(gpu, folder))
-            console.print("  " + path);
-        return measure(gpu, profile, conversion, console);
+        const std::vector<std::string> files = workflow::write_gpu_conversion(gpu, folder);
+        if (!as_json)
+            print_files(conversion, files, console);
+        const Comparison comparison = compare(gpu, profile, conversion, console);
+        if (as_json)
+            console.print_text(to_json(conversion, files, comparison).format());
+        else if (!comparison.renderer.empty())
+            print(comparison, console);
+        return EXIT_CODE_DONE;
     }
 
 private:
+    /// The shader against the CPU; without OpenGL nothing.
+    struct Comparison {
+        std::string renderer;
+        std::vector<workflow::ColorDifference> differences;
+    };
+
     /// Without OpenGL only warns: the written files do not depend on the comparison.
-    static ExitCode measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
-                            const workflow::Conversion& conversion, Console& console);
-    static void print_differences(const std::vector<workflow::ColorDifference>& differences,
-                                  Console& console);
+    static Comparison compare(const workflow::GpuConversion& gpu, gl::GlProfile profile,
+                              const workflow::Conversion& conversion, Console& console);
+    static void print_files(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                            Console& console);
+    static void print(const Comparison& comparison, Console& console);
+    Json to_json(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                 const Comparison& comparison) const;
 
     SessionChoice session_options;
     ConversionChoice request;
     std::string dialect = CORE;
     std::string folder;
+    bool as_json = false;
 };
 
-ExitCode ShaderCommand::measure(const workflow::GpuConversion& gpu, gl::GlProfile profile,
-                                const workflow::Conversion& conversion, Console& console) {
+ShaderCommand::Comparison ShaderCommand::compare(const workflow::GpuConversion& gpu, gl::GlProfile profile,
+                                                 const workflow::Conversion& conversion, Console& console) {
     std::optional<gl::GlEvaluator> shader;
     try {
         shader.emplace(profile);
@@ -79,28 +101,52 @@ ExitCode ShaderCommand::measure(const workflow::GpuConversion& gpu, gl::GlProfil
         console.report(diagnostics::make_warning(
             diagnostics::Code::GPU_UNAVAILABLE,
             fmt::format("cannot compare the shader with the CPU: {}", error.what())));
-        return EXIT_CODE_DONE;
+        return {};
     }
     try {
         shader->load(gpu.text, gpu.lut.data(), static_cast<int>(gpu.edge));
-        console.print(fmt::format("Shader ({}) against CPU:", shader->get_renderer()));
-        print_differences(workflow::compare_shader(*shader, conversion), console);
+        return {shader->get_renderer(), workflow::compare_shader(*shader, conversion)};
     } catch (const gl::GlError& error) {
         diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, error.what());
     }
-    return EXIT_CODE_DONE;
 }
 
-void ShaderCommand::print_differences(const std::vector<workflow::ColorDifference>& differences,
-                                      Console& console) {
+void ShaderCommand::print_files(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                                Console& console) {
+    console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_destination()));
+    for (const std::string& path : files)
+        console.print("  " + path);
+}
+
+void ShaderCommand::print(const Comparison& comparison, Console& console) {
+    console.print(fmt::format("Shader ({}) against CPU:", comparison.renderer));
     TextTable table(
         {"colors", "count", "largest difference", "mean difference", "largest at", "CPU", "shader"});
-    for (const workflow::ColorDifference& difference : differences)
+    for (const workflow::ColorDifference& difference : comparison.differences)
         table.add_row({difference.colors, std::to_string(difference.points),
                        fmt::format("{:.3g}", difference.largest), fmt::format("{:.3g}", difference.mean),
                        format_color(difference.at), format_color(difference.expected),
                        format_color(difference.actual)});
     table.print(console);
+}
+
+Json ShaderCommand::to_json(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                            const Comparison& comparison) const {
+    Json differences = Json::array();
+    for (const workflow::ColorDifference& difference : comparison.differences)
+        differences.push({{"colors", difference.colors},
+                          {"count", difference.points},
+                          {"largest", difference.largest},
+                          {"mean", difference.mean},
+                          {"at", color_to_json(difference.at)},
+                          {"cpu", color_to_json(difference.expected)},
+                          {"shader", color_to_json(difference.actual)}});
+    return {{"source", conversion.get_source()},
+            {"destination", conversion.get_destination()},
+            {"glsl", dialect},
+            {"files", files},
+            {"renderer", comparison.renderer.empty() ? Json() : Json(comparison.renderer)},
+            {"differences", differences}};
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "workflow/frame_range.h"
 
+#include <algorithm>
 #include <charconv>
+#include <numeric>
 #include <unordered_set>
 
 #include <fmt/format.h>
@@ -84,6 +86,49 @@ std::vector<int> parse_frames(std::string_view text) {
         }
     }
     return frames;
+}
+
+namespace {
+
+long long get_distance(const std::vector<int>& frames, std::size_t index) {
+    return static_cast<long long>(frames[index + 1]) - frames[index];
+}
+
+} // namespace
+
+std::string format_frames(const std::vector<int>& frames) {
+    std::string text;
+    for (std::size_t first = 0; first < frames.size();) {
+        const long long step = first + 1 < frames.size() ? get_distance(frames, first) : 1;
+        std::size_t last = first;
+        while (last + 1 < frames.size() && get_distance(frames, last) == step)
+            ++last;
+        if (step > 1 && last - first < 2) // two frames are not a range with a step
+            last = first;
+        text += fmt::format("{}{}", text.empty() ? "" : ",", frames[first]);
+        if (last > first)
+            text += fmt::format("-{}", frames[last]);
+        if (last > first && step > 1)
+            text += fmt::format("x{}", step);
+        first = last + 1;
+    }
+    return text;
+}
+
+std::vector<int> find_gaps(const std::vector<int>& frames) {
+    long long step = 0;
+    for (std::size_t i = 0; i + 1 < frames.size(); ++i)
+        step = std::gcd(step, get_distance(frames, i));
+    std::vector<int> gaps;
+    for (std::size_t i = 0; i + 1 < frames.size(); ++i) {
+        if (get_distance(frames, i) / step > MAX_FRAMES)
+            return {};
+        for (long long frame = frames[i] + step; frame < frames[i + 1]; frame += step)
+            gaps.push_back(static_cast<int>(frame));
+        if (gaps.size() > MAX_FRAMES)
+            return {};
+    }
+    return gaps;
 }
 
 } // namespace workflow

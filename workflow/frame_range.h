@@ -14,4 +14,12 @@ inline constexpr unsigned int MAX_FRAMES = 1000000;
 /// diagnostics::Failure that shows the invalid part.
 std::vector<int> parse_frames(std::string_view text);
 
+/// Frames in ascending order as the shortest such list: "1-4,7,9-21x2".
+std::string format_frames(const std::vector<int>& frames);
+
+/// The frames that are missing between the first and the last of `frames`, which ascend: those at the
+/// distance that the frames have from each other, so that 1, 3, 7 lack 5 alone. Empty when there are more
+/// than MAX_FRAMES of them.
+std::vector<int> find_gaps(const std::vector<int>& frames);
+
 } // namespace workflow

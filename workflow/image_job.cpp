@@ -9,14 +9,20 @@
 
 #include "diagnostics/failure.h"
 #include "image/color_tags.h"
+#include "image/conversion_record.h"
 #include "image/deep_pixels.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
+#include "image/memory_estimate.h"
 #include "image/part_alpha.h"
+#include "workflow/fingerprint.h"
 
 namespace workflow {
 
 namespace {
+
+/// Memory of a process that reads and of a thread that converts, besides pixels; measured.
+constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
 
 /// A part of the input and how to write it.
 struct PlannedPart {
@@ -39,11 +45,14 @@ void check_dithering(const image::PixelDepth& depth, const std::string& output) 
 class ImageConversion {
 public:
     ImageConversion(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers)
-        : settings(settings), buffers(buffers), reader(job.input, buffers.reader), output(job.output),
-          abilities(image::get_format_abilities(job.output)) {
+        : job(job), settings(settings), buffers(buffers), reader(job.input, buffers.reader),
+          output(job.output), abilities(image::get_format_abilities(job.output)) {
         check_output(settings, job.output);
         plan_parts();
     }
+
+    /// Bytes that `run` takes at most.
+    std::uint64_t estimate_memory() const;
 
     ImageReport run() {
         image::ImageWriter writer(output);
@@ -71,6 +80,7 @@ private:
     void add_note(const std::string& note);
     bool is_kept(const image::PartHeader& part) const;
 
+    const ImageJob& job;
     const ImageSettings& settings;
     ImageBuffers& buffers;
     image::ImageReader reader;
@@ -83,6 +93,7 @@ private:
     int alpha_part = image::ColorLayer::NONE; ///< The one that `part_alpha` is of.
     std::vector<float> part_alpha;
     image::DeepPixels deep_pixels; ///< Of the current part, if it is deep.
+    std::string fingerprint;       ///< To be recorded; empty for none.
     ImageReport report;
 };
 
@@ -98,6 +109,7 @@ bool ImageConversion::is_kept(const image::PartHeader& part) const {
 
 void ImageConversion::plan_parts() {
     const std::vector<image::PartHeader>& headers = reader.get_parts();
+    fingerprint = make_image_fingerprint(job, settings.fingerprint);
     if (settings.source_tags &&
         image::find_color_tags(headers.front().spec).describe() != *settings.source_tags)
         add_note("its color tags differ from those of the first image, whose color space is used");
@@ -138,6 +150,7 @@ void ImageConversion::plan_one(unsigned int index) {
     std::vector<std::string> names;
     for (const ChosenLayer& layer : choice.chosen)
         names.push_back(layer.name);
+    image::record_conversion(plan.spec, abilities.name, parts.empty() ? fingerprint : "");
     output_headers.push_back({header.subimage, header.level, plan.spec});
     parts.push_back({index, std::move(plan), std::move(names)});
 }
@@ -194,6 +207,14 @@ void ImageConversion::check_deep_parts() const {
                                            "OpenImageIO does not write to one file",
                                            reader.get_path()),
                                reader.get_path());
+}
+
+std::uint64_t ImageConversion::estimate_memory() const {
+    std::uint64_t most = 0;
+    for (const PlannedPart& part : parts)
+        most = std::max(most, image::estimate_part_memory(reader.get_parts()[part.input_index].spec,
+                                                          reader.get_format(), part.plan, abilities));
+    return most + LANE_BYTES;
 }
 
 /// The writer may have chosen another depth than was asked for.
@@ -293,9 +314,27 @@ void check_output(const ImageSettings& settings, const std::string& output) {
         check_dithering(wishes.depth, output);
 }
 
-ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers) {
+void ImageBuffers::release() {
+    input = image::PixelBuffer();
+    output = image::PixelBuffer();
+    reader.stop();
+    memory.release();
+}
+
+std::optional<ImageReport> try_to_convert_image(const ImageJob& job, const ImageSettings& settings,
+                                                ImageBuffers& buffers, WhenFull rule) {
     try {
-        return ImageConversion(job, settings, buffers).run();
+        std::optional<ImageConversion> conversion(std::in_place, job, settings, buffers);
+        const std::uint64_t bytes = conversion->estimate_memory();
+        if (!buffers.memory.try_to_hold(bytes)) {
+            conversion.reset();
+            buffers.release();
+            if (rule == WhenFull::GIVE_UP)
+                return std::nullopt;
+            buffers.memory.hold(bytes);
+            conversion.emplace(job, settings, buffers);
+        }
+        return conversion->run();
     } catch (const diagnostics::Failure&) {
         throw;
     } catch (const std::exception& error) { // memory or threads that ran out
@@ -303,6 +342,10 @@ ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, Im
                                                {diagnostics::describe(error)},
                                                diagnostics::Code::SYSTEM_FAILURE));
     }
+}
+
+ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers) {
+    return *try_to_convert_image(job, settings, buffers, WhenFull::WAIT);
 }
 
 } // namespace workflow

@@ -9,6 +9,7 @@
 #include "image/part_plan.h"
 #include "image/reader_process.h"
 #include "workflow/layer_choice.h"
+#include "workflow/memory_budget.h"
 
 namespace workflow {
 
@@ -16,6 +17,7 @@ namespace workflow {
 struct ImageJob {
     std::string input;
     std::string output;
+    std::optional<int> frame = std::nullopt; ///< Its number in a sequence.
 };
 
 /// Result of converting an image.
@@ -30,9 +32,16 @@ struct ImageReport {
 
 /// Reader process and memory, reused by the images of a sequence. For one thread at a time.
 struct ImageBuffers {
+    /// What they take is counted in `budget`, unless that is null.
+    explicit ImageBuffers(MemoryBudget* budget = nullptr) : memory(budget) {}
+
+    /// Frees the memory of both processes, of which that which reads ends until the next image.
+    void release();
+
     image::ReaderProcess reader;
     image::PixelBuffer input;
     image::PixelBuffer output;
+    MemoryShare memory; ///< Of which `convert_image` takes what an image needs.
 };
 
 /// How to convert images; the same for all images of a sequence.
@@ -47,15 +56,24 @@ struct ImageSettings {
     /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
     /// with other tags gets a note.
     std::optional<std::vector<std::string>> source_tags;
+    /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.
+    std::string fingerprint;
 };
 
 /// Throws diagnostics::Failure when files at `output` cannot have the pixel type, the dithering or the
 /// compression of the settings. `convert_image` does the same; this is for the start of a sequence.
 void check_output(const ImageSettings& settings, const std::string& output);
 
+/// What `convert_image` does when the budget of the buffers has no room for the image.
+enum class WhenFull { WAIT, GIVE_UP };
+
 /// Reads the image, converts the color layers of all its parts and writes the output, which is replaced only
-/// when everything succeeded. Throws diagnostics::Failure with the file and the reason. Thread-safe with
-/// different `buffers`.
+/// when everything succeeded. Nothing is done, and nothing returned, when it gives up for lack of memory.
+/// Throws diagnostics::Failure with the file and the reason. Thread-safe with different `buffers`.
+std::optional<ImageReport> try_to_convert_image(const ImageJob& job, const ImageSettings& settings,
+                                                ImageBuffers& buffers, WhenFull rule);
+
+/// The same; waits for memory.
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers);
 
 } // namespace workflow

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <limits>
+#include <map>
 #include <mutex>
 #include <set>
 #include <string>
@@ -12,39 +14,151 @@
 #include <thread>
 
 #include "diagnostics/failure.h"
+#include "image/format_abilities.h"
+#include "workflow/finished_images.h"
 
 namespace workflow {
 
 namespace {
 
-/// Images in memory at a time: enough to read one and write another while two are converted.
-constexpr unsigned int MAX_LANES = 4;
+using Clock = std::chrono::steady_clock;
+
+double get_seconds_since(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// Hands the jobs to lanes, each of which works on one image at a time. Thread-safe.
+class JobQueue {
+public:
+    JobQueue(std::size_t count, const std::atomic<bool>* cancel) : count(count), cancel(cancel) {}
+
+    void add_lane() {
+        std::lock_guard<std::mutex> lock(mutex);
+        ++lanes;
+    }
+
+    /// The next job; nothing for a lane that has to end.
+    std::optional<std::size_t> take() {
+        std::lock_guard<std::mutex> lock(mutex);
+        const bool is_cancelled = cancel != nullptr && *cancel;
+        if (is_cancelled || (returned.empty() && next == count)) {
+            --lanes;
+            return std::nullopt;
+        }
+        return returned.empty() ? next++ : returned.extract(returned.begin()).value();
+    }
+
+    /// Gives a job to the other lanes, and ends this one. False when there is no other.
+    bool hand_back(std::size_t job) {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (lanes == 1)
+            return false;
+        --lanes;
+        returned.insert(job);
+        return true;
+    }
+
+    /// Ends all lanes after their current job.
+    void stop() {
+        std::lock_guard<std::mutex> lock(mutex);
+        next = count;
+        returned.clear();
+    }
+
+private:
+    const std::size_t count;
+    const std::atomic<bool>* const cancel;
+    std::mutex mutex;
+    std::size_t next = 0;
+    std::set<std::size_t> returned;
+    unsigned int lanes = 0; ///< That still take jobs.
+};
+
+/// Counts outcomes, and calls the callbacks. Thread-safe.
+class OutcomeLog {
+public:
+    explicit OutcomeLog(const SequenceEvents& events) : events(events) {}
+
+    void add(std::size_t index, const ImageOutcome& outcome) {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (outcome.status == ImageOutcome::CONVERTED && report.converted == 0)
+            report.layers = outcome.image.layers;
+        ++get_count(outcome.status);
+        report.pixels += outcome.image.pixels;
+        if (outcome.error)
+            failures.emplace(index, *outcome.error);
+        for (const std::string& note : outcome.image.notes)
+            if (known_notes.insert(note).second && events.report)
+                events.report(diagnostics::make_note(diagnostics::Code::IMAGE_ADAPTED, note));
+        if (events.finished)
+            events.finished(outcome);
+    }
+
+    SequenceReport take(std::size_t jobs) {
+        for (const auto& [index, error] : failures)
+            report.failures.push_back(error);
+        report.is_cancelled = report.converted + report.up_to_date + report.planned + report.failed < jobs;
+        return std::move(report);
+    }
+
+private:
+    unsigned int& get_count(ImageOutcome::Status status) {
+        switch (status) {
+        case ImageOutcome::CONVERTED:
+            return report.converted;
+        case ImageOutcome::UP_TO_DATE:
+            return report.up_to_date;
+        case ImageOutcome::PLANNED:
+            return report.planned;
+        case ImageOutcome::FAILED:
+            break;
+        }
+        return report.failed;
+    }
+
+    const SequenceEvents& events;
+    std::mutex mutex;
+    SequenceReport report;
+    std::map<std::size_t, diagnostics::Diagnostic> failures;
+    std::set<std::string> known_notes;
+};
 
 class SequenceConversion {
 public:
     SequenceConversion(const std::vector<ImageJob>& jobs, const ImageSettings& settings,
-                       const SequenceEvents& events)
-        : jobs(jobs), settings(settings), events(events) {}
+                       const SequenceEvents& events, const SequenceOptions& options)
+        : jobs(jobs), settings(settings), options(options), budget(get_room()),
+          queue(jobs.size(), events.cancel), log(events) {}
 
     SequenceReport run() {
-        const auto start = std::chrono::steady_clock::now();
-        ImageBuffers buffers;
+        const Clock::time_point start = Clock::now();
+        ImageBuffers buffers(&budget);
         buffers.reader.set_threads(count_reading_threads());
         buffers.reader.is_ready(); // started before the other lanes: the system may allow one process only
+        queue.add_lane();
         std::vector<std::thread> lanes;
-        lanes.reserve(MAX_LANES);
+        lanes.reserve(count_lanes());
         start_lanes(lanes);
         run_lane([&] { convert_next_ones(buffers); });
+        buffers.release(); // another lane may wait for its memory
         for (std::thread& lane : lanes)
             lane.join();
         if (failure)
             std::rethrow_exception(failure);
-        report.is_cancelled = report.converted + report.failed < jobs.size();
-        report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        SequenceReport report = log.take(jobs.size());
+        report.seconds = get_seconds_since(start);
         return report;
     }
 
 private:
+    /// What is left for images.
+    std::uint64_t get_room() const {
+        const std::uint64_t used = get_used_memory();
+        return options.memory == 0     ? std::numeric_limits<std::uint64_t>::max()
+               : options.memory > used ? options.memory - used
+                                       : 0;
+    }
+
     unsigned int count_threads() const {
         return settings.threads > 0 ? static_cast<unsigned int>(settings.threads)
                                     : std::max(1u, std::thread::hardware_concurrency());
@@ -56,10 +170,11 @@ private:
         return static_cast<int>(std::max(1u, count_threads() / count_lanes()));
     }
 
+    /// One for each core, because some formats are encoded by a single thread. Those for which there is no
+    /// memory end by themselves.
     unsigned int count_lanes() const {
-        const unsigned int cores = count_threads();
-        const auto images = static_cast<unsigned int>(std::min<std::size_t>(jobs.size(), MAX_LANES));
-        return std::clamp(cores, 1u, std::max(images, 1u));
+        return static_cast<unsigned int>(
+            std::clamp<std::size_t>(jobs.size(), 1, std::max(1u, count_threads())));
     }
 
     /// Starts the lanes after the first; fewer if the system cannot start more threads.
@@ -78,29 +193,69 @@ private:
         try {
             work();
         } catch (...) {
-            std::lock_guard<std::mutex> lock(mutex);
+            queue.stop();
+            std::lock_guard<std::mutex> lock(failure_mutex);
             failure = std::current_exception();
-            next = jobs.size();
         }
     }
 
     /// Does nothing if the system cannot start another reader process; the other lanes convert all images.
     void convert_with_own_buffers() {
-        ImageBuffers buffers;
+        ImageBuffers buffers(&budget);
         buffers.reader.set_threads(count_reading_threads());
-        if (buffers.reader.is_ready())
-            convert_next_ones(buffers);
+        if (!buffers.reader.is_ready())
+            return;
+        queue.add_lane();
+        convert_next_ones(buffers);
     }
 
-    /// Reads, converts and writes the next image until none is left.
+    /// Deals with the next image until none is left, or until another lane has to go on for lack of memory.
     void convert_next_ones(ImageBuffers& buffers) {
-        for (std::size_t index; !is_cancelled() && (index = next++) < jobs.size(); advance()) {
-            try {
-                add(convert_image(jobs[index], settings, buffers));
-            } catch (const std::exception& error) {
-                add_failure(describe_failure(jobs[index].input, error));
+        while (const std::optional<std::size_t> index = queue.take()) {
+            ImageOutcome outcome(jobs[*index]);
+            if (!deal_with(outcome, buffers, WhenFull::GIVE_UP)) {
+                if (queue.hand_back(*index))
+                    return;
+                deal_with(outcome, buffers, WhenFull::WAIT);
             }
+            log.add(*index, outcome);
         }
+    }
+
+    /// False when it gave up.
+    bool deal_with(ImageOutcome& outcome, ImageBuffers& buffers, WhenFull rule) {
+        try {
+            outcome.status = choose_status(outcome, buffers);
+            return outcome.status != ImageOutcome::CONVERTED || convert(outcome, buffers, rule);
+        } catch (const std::exception& error) {
+            outcome.status = ImageOutcome::FAILED;
+            outcome.error = describe_failure(outcome.job.input, error);
+        }
+        return true;
+    }
+
+    /// CONVERTED for an image that is to be converted.
+    ImageOutcome::Status choose_status(ImageOutcome& outcome, ImageBuffers& buffers) const {
+        const std::string format = image::get_format_abilities(outcome.job.output).name;
+        if (options.resumes) {
+            outcome.reason = find_reason_to_convert(outcome.job, settings, buffers.reader);
+            if (outcome.reason.empty())
+                return ImageOutcome::UP_TO_DATE;
+            if (const std::string obstacle = explain_missing_record(format); !obstacle.empty())
+                outcome.image.notes = {obstacle};
+        }
+        return options.only_plans ? ImageOutcome::PLANNED : ImageOutcome::CONVERTED;
+    }
+
+    bool convert(ImageOutcome& outcome, ImageBuffers& buffers, WhenFull rule) const {
+        const Clock::time_point start = Clock::now();
+        std::optional<ImageReport> report = try_to_convert_image(outcome.job, settings, buffers, rule);
+        if (!report)
+            return false;
+        report->notes.insert(report->notes.end(), outcome.image.notes.begin(), outcome.image.notes.end());
+        outcome.image = std::move(*report);
+        outcome.seconds = get_seconds_since(start);
+        return true;
     }
 
     static diagnostics::Diagnostic describe_failure(const std::string& input, const std::exception& error) {
@@ -111,52 +266,21 @@ private:
         return reason;
     }
 
-    bool is_cancelled() const { return events.cancel && *events.cancel; }
-
-    void advance() {
-        std::lock_guard<std::mutex> lock(mutex);
-        ++done;
-        if (events.progress)
-            events.progress(done, jobs.size());
-    }
-
-    void add(const ImageReport& image) {
-        std::lock_guard<std::mutex> lock(mutex);
-        if (report.converted++ == 0)
-            report.layers = image.layers;
-        report.pixels += image.pixels;
-        for (const std::string& note : image.notes)
-            if (known_notes.insert(note).second)
-                notify(diagnostics::make_note(diagnostics::Code::IMAGE_ADAPTED, note));
-    }
-
-    void add_failure(const diagnostics::Diagnostic& reason) {
-        std::lock_guard<std::mutex> lock(mutex);
-        ++report.failed;
-        notify(reason);
-    }
-
-    void notify(const diagnostics::Diagnostic& diagnostic) const {
-        if (events.report)
-            events.report(diagnostic);
-    }
-
     const std::vector<ImageJob>& jobs;
     const ImageSettings& settings;
-    const SequenceEvents& events;
-    std::atomic<std::size_t> next{0};
-    std::size_t done = 0;
-    std::mutex mutex;
+    const SequenceOptions& options;
+    MemoryBudget budget;
+    JobQueue queue;
+    OutcomeLog log;
+    std::mutex failure_mutex;
     std::exception_ptr failure;
-    SequenceReport report;
-    std::set<std::string> known_notes;
 };
 
 } // namespace
 
 SequenceReport convert_sequence(const std::vector<ImageJob>& jobs, const ImageSettings& settings,
-                                const SequenceEvents& events) {
-    return SequenceConversion(jobs, settings, events).run();
+                                const SequenceEvents& events, const SequenceOptions& options) {
+    return SequenceConversion(jobs, settings, events, options).run();
 }
 
 } // namespace workflow

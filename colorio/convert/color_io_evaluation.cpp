@@ -30,20 +30,42 @@ ColorIOEvaluation::Explanation to_host(const ocio::Explanation& explanation) {
     return out;
 }
 
-} // namespace
+ColorIOEvaluation::Origin find_origin(const ocio::Processor& processor) {
+    ColorIOEvaluation::Origin origin;
+    for (const std::string& file : processor.get_files())
+        origin.files.append(file.c_str());
+    origin.digest = processor.get_digest().c_str();
+    return origin;
+}
 
-bool ColorIOEvaluation::explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
-                                Explanation& explanation) {
+/// Calls `action`, which needs a configured converter.
+template <class Action>
+bool evaluate(const ColorIOConverter& converter, const Action& action) {
     if (!converter.is_configured()) {
         report(LOG_ERROR, diagnostics::Code::USAGE, CoreString(), "the converter is not configured");
         return false;
     }
     return at_boundary(false, [&] {
+        action();
+        return true;
+    });
+}
+
+} // namespace
+
+bool ColorIOEvaluation::explain(const ColorIOConverter& converter, const GMathVec4<float>& pixel,
+                                Explanation& explanation) {
+    return evaluate(converter, [&] {
         explanation =
             converter.is_enabled()
                 ? to_host(converter.state->processor->explain({pixel[0], pixel[1], pixel[2], pixel[3]}))
                 : Explanation();
-        return true;
+    });
+}
+
+bool ColorIOEvaluation::find_origin(const ColorIOConverter& converter, Origin& origin) {
+    return evaluate(converter, [&] {
+        origin = converter.is_enabled() ? ::find_origin(*converter.state->processor) : Origin();
     });
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "colorio/ocio/explanation.h"
 #include "colorio/ocio/transform.h"
@@ -67,6 +68,13 @@ public:
     virtual std::string get_gpu_shader_text(const GpuShaderDesc& desc) const = 0;
     /// Fills lut[edge^3 * 3] for that text, red fastest; all zeros when the text does not need it.
     virtual void get_gpu_lut_3d(float* lut, const GpuShaderDesc& desc) const = 0;
+
+    /// Paths of the LUT and CDL files that the conversion was made of; relative ones as the library opened
+    /// them, from the working folder of the process or within an archive.
+    virtual std::vector<std::string> get_files() const = 0;
+    /// The library's digest of the operations with all their numbers; the same in every run, but not with
+    /// every version of the library.
+    virtual std::string get_digest() const = 0;
 
     /// The operations, what computes them, and `rgba` after each.
     virtual Explanation explain(const std::array<float, 4>& rgba) const = 0;

@@ -20,4 +20,11 @@ void require_view(const ConstConfigRcPtr& config, const char* display, const cha
                     std::string(display) + "." + view);
 }
 
+std::vector<std::string> list_files(const library::ProcessorMetadata& metadata) {
+    std::vector<std::string> files;
+    for (int i = 0; i < metadata.getNumFiles(); ++i)
+        files.emplace_back(metadata.getFile(i));
+    return files;
+}
+
 } // namespace ocio

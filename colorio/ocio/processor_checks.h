@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -10,5 +13,8 @@ void require_pixels(long width, long height, bool described);
 
 /// Throws when the display has no such view, with both names, which OpenColorIO's message lacks.
 void require_view(const ConstConfigRcPtr& config, const char* display, const char* view);
+
+/// The files of a processor, as the library names them.
+std::vector<std::string> list_files(const library::ProcessorMetadata& metadata);
 
 } // namespace ocio

@@ -37,6 +37,27 @@ TEST_F(Evaluation, OfABypassIsNothing) {
     EXPECT_EQ(how.steps.get_count(), 0u);
 }
 
+TEST_F(Evaluation, HasItsOriginInTheLutFileOfABuiltinConversion) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    ColorIOEvaluation::Origin origin;
+    ASSERT_TRUE(ColorIOEvaluation::find_origin(*converter, origin));
+    ASSERT_EQ(origin.files.get_count(), 1u);
+    EXPECT_THAT(origin.files[0].get_data(), testing::EndsWith(".spi1d"));
+    ASSERT_TRUE(converter->configure("linear", "sRGB"));
+    ColorIOEvaluation::Origin inverse;
+    ASSERT_TRUE(ColorIOEvaluation::find_origin(*converter, inverse));
+    EXPECT_STREQ(inverse.files[0].get_data(), origin.files[0].get_data());
+    EXPECT_STRNE(inverse.digest.get_data(), origin.digest.get_data());
+    converter->configure("sRGB", "sRGB");
+    EXPECT_TRUE(ColorIOEvaluation::find_origin(*converter, origin));
+    EXPECT_EQ(origin.files.get_count(), 0u) << "a bypass";
+}
+
+TEST_F(Evaluation, OfAnUnconfiguredConverterHasNoOrigin) {
+    ColorIOEvaluation::Origin origin;
+    EXPECT_FALSE(ColorIOEvaluation::find_origin(*converter, origin));
+}
+
 TEST_F(Evaluation, OfABuiltinConversionIsThatOfItsTable) {
     SKIP_WHERE_LISTED();
     ASSERT_TRUE(converter->configure("sRGB", "linear"));

@@ -111,7 +111,7 @@ TEST_F(ConsoleOutput, ShowsNoProgressWithoutATerminal) {
     tool::Console console(out, err, PIPES);
     {
         tool::ProgressBar bar(console, 2);
-        bar.advance();
+        bar.advance(tool::ProgressBar::Step::CONVERTED);
     }
     EXPECT_EQ(err.str(), "");
 }
@@ -120,21 +120,64 @@ TEST_F(ConsoleOutput, ShowsProgressOnATerminalAndTakesItAwayAtTheEnd) {
     tool::Console console(out, err, TERMINALS_WITHOUT_COLOR);
     {
         tool::ProgressBar bar(console, 2);
-        bar.advance();
+        bar.advance(tool::ProgressBar::Step::CONVERTED);
     }
     EXPECT_NE(err.str().find("0/2 frames"), std::string::npos);
     EXPECT_NE(err.str().find("1/2 frames"), std::string::npos);
     EXPECT_EQ(err.str().substr(err.str().size() - 4), "\r\033[K");
 }
 
+/// After `converted` frames in `seconds`.
+tool::Progress make_progress(unsigned int converted, unsigned int total, double seconds) {
+    return {converted, total, converted, 0, seconds};
+}
+
 TEST(Progress, TellsTheRateAndWhatIsLeft) {
-    EXPECT_EQ(tool::format_progress(0, 4, 0.0), "[..............................] 0/4 frames");
-    EXPECT_EQ(tool::format_progress(1, 4, 2.0),
+    EXPECT_EQ(tool::format_progress({0, 4}, 79), "[..............................] 0/4 frames");
+    EXPECT_EQ(tool::format_progress(make_progress(1, 4, 2), 79),
               "[#######.......................] 1/4 frames  0.5 frames/s  0:06 left");
-    EXPECT_EQ(tool::format_progress(4, 4, 65.0),
-              "[##############################] 4/4 frames  0.1 frames/s  0:00 left");
-    EXPECT_EQ(tool::format_progress(1, 101, 1.0),
+    EXPECT_EQ(tool::format_progress(make_progress(4, 4, 65), 79),
+              "[##############################] 4/4 frames  16.2 s/frame  0:00 left");
+    EXPECT_EQ(tool::format_progress(make_progress(1, 101, 1), 79),
               "[..............................] 1/101 frames  1.0 frames/s  1:40 left");
+    EXPECT_EQ(tool::format_progress(make_progress(1, 101, 45), 79),
+              "[..............................] 1/101 frames  45.0 s/frame  1:15:00 left");
+}
+
+TEST(Progress, CountsFailuresAndOnlyTheRateOfWhatWasConverted) {
+    EXPECT_EQ(tool::format_progress({92, 100, 2, 1, 1}, 79),
+              "[#########################...] 92/100 frames, 1 failed  2.0 frames/s  0:04 left");
+}
+
+TEST(Progress, FitsEveryWidth) {
+    const tool::Progress progress = make_progress(12, 24, 4);
+    EXPECT_EQ(tool::format_progress(progress, 60),
+              "[##########..........] 12/24 frames  3.0 frames/s  0:04 left");
+    EXPECT_EQ(tool::format_progress(progress, 40), "12/24 frames  3.0 frames/s  0:04 left");
+    EXPECT_EQ(tool::format_progress(progress, 30), "12/24 frames  0:04 left");
+    EXPECT_EQ(tool::format_progress(progress, 20), "12/24  0:04 left");
+    EXPECT_EQ(tool::format_progress(progress, 10), "12/24");
+    EXPECT_EQ(tool::format_progress(progress, 4), "");
+    for (unsigned int width = 0; width < 100; ++width)
+        EXPECT_LE(tool::format_progress(progress, width).size(), width);
+}
+
+TEST_F(ConsoleOutput, LeavesTheLastColumnOfTheTerminalFree) {
+    const tool::Console console(out, err, {true, true, false, 40});
+    EXPECT_EQ(console.get_status_width(), 39u);
+}
+
+TEST_F(ConsoleOutput, LeavesOutNotesAndProgressWhereItIsQuiet) {
+    tool::Console console(out, err, TERMINALS_WITHOUT_COLOR);
+    console.set_quiet(true);
+    {
+        tool::ProgressBar bar(console, 2);
+        bar.advance(tool::ProgressBar::Step::CONVERTED);
+    }
+    console.report(diagnostics::make_note(diagnostics::Code::USAGE, "a note"));
+    EXPECT_EQ(err.str(), "");
+    console.report(diagnostics::make_warning(diagnostics::Code::USAGE, "a warning"));
+    EXPECT_EQ(err.str(), "colorio: warning: a warning\n");
 }
 
 TEST_F(ConsoleOutput, AlignsTablesByCharactersNotBytes) {

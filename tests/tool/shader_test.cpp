@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <sstream>
+
+#include <nlohmann/json.hpp>
 
 #include "tests/colorio/color_formulas.h"
 #include "tests/tool/tool_fixture.h"
@@ -97,6 +100,24 @@ TEST_F(Shader, HasTheSameTableInBothFormats) {
         ASSERT_EQ(row.blue, expected.blue);
     }
     EXPECT_EQ(count, EDGE * EDGE * EDGE);
+}
+
+TEST_F(Shader, AnswersJson) {
+    const ToolRun result = make_shader({"--from", "sRGB", "--to", "linear", "--json"});
+    ASSERT_THAT(result, Succeeds());
+    const nlohmann::json answer = nlohmann::json::parse(result.out);
+    EXPECT_EQ(answer["source"], "Tavelion|sRGB");
+    EXPECT_EQ(answer["destination"], "Tavelion|linear");
+    EXPECT_EQ(answer["glsl"], "core");
+    ASSERT_EQ(answer["files"].size(), 3u);
+    for (const std::string file : answer["files"])
+        EXPECT_TRUE(std::filesystem::is_regular_file(file)) << file;
+    ASSERT_FALSE(answer["renderer"].is_null()) << "this machine runs no shaders";
+    const nlohmann::json& difference = answer["differences"].at(0);
+    EXPECT_EQ(difference["colors"], "0 to 1");
+    EXPECT_GT(difference["largest"], 0.0003);
+    EXPECT_LT(difference["largest"], 0.0007);
+    EXPECT_EQ(difference["cpu"].size(), 3u);
 }
 
 TEST_F(Shader, SpeaksTheDialectThatIsAsked) {

@@ -1,7 +1,9 @@
 #include "workflow/sequence.h"
 
-#include <algorithm>
 #include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
 
 #include "tests/tool/images.h"
 #include "tests/workflow/workflow_fixture.h"
@@ -9,9 +11,11 @@
 
 namespace {
 
+using testing::ElementsAre;
 using testing::Field;
 using testing::UnorderedElementsAre;
 using workflow::ImageJob;
+using workflow::ImageOutcome;
 
 /// Frames of gray 1 that go from "lin" to "half_light", which halves them.
 class Sequences : public WorkflowTest {
@@ -40,20 +44,21 @@ protected:
 
 TEST_F(Sequences, ConvertEveryImageAndCountThem) {
     const std::vector<ImageJob> jobs = make_jobs(9);
-    std::vector<std::size_t> counts;
+    std::vector<std::string> outputs;
     workflow::SequenceEvents events;
-    events.progress = [&](std::size_t done, std::size_t count) {
-        EXPECT_EQ(count, 9u);
-        counts.push_back(done);
+    events.finished = [&](const ImageOutcome& outcome) {
+        EXPECT_EQ(outcome.status, ImageOutcome::CONVERTED);
+        EXPECT_EQ(outcome.image.width, 2);
+        EXPECT_EQ(outcome.reason, "");
+        outputs.push_back(outcome.job.output);
     };
     const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
     EXPECT_EQ(report.converted, 9u);
     EXPECT_EQ(report.failed, 0u);
     EXPECT_EQ(report.pixels, 36u);
     EXPECT_FALSE(report.is_cancelled);
-    EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
-    ASSERT_FALSE(counts.empty());
-    EXPECT_EQ(counts.back(), 9u);
+    EXPECT_EQ(std::set<std::string>(outputs.begin(), outputs.end()).size(), 9u);
+    EXPECT_EQ(outputs.size(), 9u);
     for (const ImageJob& job : jobs)
         EXPECT_EQ(read_image(job.output).get("G", 1, 1), 0.5f) << job.output;
 }
@@ -62,14 +67,20 @@ TEST_F(Sequences, GoOnPastImagesThatFail) {
     std::vector<ImageJob> jobs = make_jobs(5);
     folder.write("in.1.exr", "no image");
     jobs[3].input = folder.file("none.exr");
-    diagnostics::Diagnostics reports;
+    std::vector<std::string> failed;
     workflow::SequenceEvents events;
-    events.report = [&](const diagnostics::Diagnostic& diagnostic) { reports.push_back(diagnostic); };
+    events.finished = [&](const ImageOutcome& outcome) {
+        EXPECT_EQ(outcome.status == ImageOutcome::FAILED, outcome.error.has_value());
+        if (outcome.error)
+            failed.push_back(outcome.error->file);
+    };
     const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
     EXPECT_EQ(report.converted, 3u);
     EXPECT_EQ(report.failed, 2u);
-    EXPECT_THAT(reports, UnorderedElementsAre(Field(&diagnostics::Diagnostic::file, jobs[1].input),
-                                              Field(&diagnostics::Diagnostic::file, jobs[3].input)));
+    EXPECT_THAT(failed, UnorderedElementsAre(jobs[1].input, jobs[3].input));
+    EXPECT_THAT(report.failures, ElementsAre(Field(&diagnostics::Diagnostic::file, jobs[1].input),
+                                             Field(&diagnostics::Diagnostic::file, jobs[3].input)))
+        << "in the order of the frames";
     EXPECT_FALSE(folder.exists("out.1.exr"));
     EXPECT_TRUE(folder.exists("out.4.exr"));
 }
@@ -79,7 +90,7 @@ TEST_F(Sequences, BeginNoFurtherImageOnceCancelled) {
     std::atomic<bool> cancel{false};
     workflow::SequenceEvents events;
     events.cancel = &cancel;
-    events.progress = [&](std::size_t done, std::size_t) { cancel = cancel || done >= 1; };
+    events.finished = [&](const ImageOutcome&) { cancel = true; };
     const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events);
     EXPECT_TRUE(report.is_cancelled);
     EXPECT_GE(report.converted, 1u);
@@ -103,6 +114,47 @@ TEST_F(Sequences, CancelledBeforehandConvertNothing) {
     EXPECT_TRUE(report.is_cancelled);
     EXPECT_EQ(report.converted, 0u);
     EXPECT_FALSE(folder.exists("out.0.exr"));
+}
+
+TEST_F(Sequences, OnlyPlan) {
+    const std::vector<ImageJob> jobs = make_jobs(3);
+    std::vector<std::string> outputs;
+    workflow::SequenceEvents events;
+    events.finished = [&](const ImageOutcome& outcome) {
+        EXPECT_EQ(outcome.status, ImageOutcome::PLANNED);
+        outputs.push_back(outcome.job.output);
+    };
+    workflow::SequenceOptions options;
+    options.only_plans = true;
+    const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, events, options);
+    EXPECT_EQ(report.planned, 3u);
+    EXPECT_FALSE(report.is_cancelled);
+    EXPECT_THAT(outputs, UnorderedElementsAre(jobs[0].output, jobs[1].output, jobs[2].output));
+    for (const ImageJob& job : jobs)
+        EXPECT_FALSE(std::filesystem::exists(job.output));
+}
+
+TEST_F(Sequences, DoNotPlanWhatNoFormatCanHold) {
+    std::vector<ImageJob> jobs = make_jobs(2);
+    jobs[1].output = folder.file("out.unknown");
+    workflow::SequenceOptions options;
+    options.only_plans = true;
+    const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, {}, options);
+    EXPECT_EQ(report.planned, 1u);
+    ASSERT_EQ(report.failed, 1u);
+    EXPECT_EQ(report.failures[0].file, jobs[1].output);
+}
+
+TEST_F(Sequences, ConvertEveryImageWhereThereIsMemoryForNone) {
+    workflow::SequenceOptions options;
+    options.memory = 1;
+    settings.threads = 4;
+    for (int count = 1; count < 20; ++count) { // lanes end in another order each time
+        const std::vector<ImageJob> jobs = make_jobs(count);
+        const workflow::SequenceReport report = workflow::convert_sequence(jobs, settings, {}, options);
+        EXPECT_EQ(report.converted, jobs.size());
+        EXPECT_EQ(read_image(jobs.back().output).get("G", 1, 1), 0.5f);
+    }
 }
 
 } // namespace

@@ -88,6 +88,14 @@ public:
         guarded([&] { processor_->getGpuLut3D(lut, wanted); });
     }
 
+    std::vector<std::string> get_files() const override {
+        return guarded([&] { return list_files(*processor_->getMetadata()); });
+    }
+
+    std::string get_digest() const override {
+        return guarded([&] { return std::string(processor_->getCpuCacheID()); });
+    }
+
     Explanation explain(const std::array<float, 4>& rgba) const override {
         Explanation explanation;
         if (no_op_)

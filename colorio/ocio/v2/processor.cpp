@@ -56,6 +56,14 @@ public:
             std::copy(shader->lut.begin(), shader->lut.end(), lut);
     }
 
+    std::vector<std::string> get_files() const override {
+        return guarded([&] { return list_files(*processor_->getProcessorMetadata()); });
+    }
+
+    std::string get_digest() const override {
+        return guarded([&] { return std::string(processor_->getCacheID()); });
+    }
+
     Explanation explain(const std::array<float, 4>& rgba) const override {
         return guarded([&] {
             return is_no_op() ? explain_nothing(processor_)

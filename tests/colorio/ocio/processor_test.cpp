@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <filesystem>
 #include <vector>
 
 #include "tests/colorio/library_differences.h"
@@ -193,6 +194,24 @@ protected:
 TEST_F(ProcessorFiles, AreFoundAlongTheSearchPath) {
     folder_.write("luts/table.spi1d", table("0.5"));
     EXPECT_FLOAT_EQ(half_of(make(text())), 0.25f);
+}
+
+TEST_F(ProcessorFiles, AreListed) {
+    folder_.write("luts/table.spi1d", table("0.5"));
+    const auto processor = make(text());
+    ASSERT_EQ(processor->get_files().size(), 1u);
+    EXPECT_TRUE(std::filesystem::equivalent(processor->get_files()[0], folder_.file("luts/table.spi1d")));
+}
+
+TEST_F(ProcessorFiles, AreDigestedByTheirNumbers) {
+    const auto digest = [&](const std::string& content) {
+        ocio::clear_all_caches();
+        folder_.write("table.spi1d", content);
+        return make(text())->get_digest();
+    };
+    const std::string first = digest(table("0.5"));
+    EXPECT_NE(digest(table("0.25")), first);
+    EXPECT_EQ(digest(table("0.50")), first) << "the same numbers";
 }
 
 TEST_F(ProcessorFiles, AreNamedWithThePathSearchedWhenMissing) {

@@ -1,0 +1,259 @@
+#include "image/truncation.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "files/input_file.h"
+
+namespace image {
+
+namespace {
+
+/// More parts, attributes or directories than this are not followed.
+constexpr int MAX_ENTRIES = 4096;
+
+/// Thrown where a file ends too early, or is not of its format.
+struct EndReached {};
+
+/// Reads values anywhere in a file, through a window of it. Throws EndReached beyond the end.
+class ByteSource {
+public:
+    explicit ByteSource(const files::Descriptor& file) : file(file) {
+        struct stat status = {};
+        if (fstat(file.get(), &status) == 0)
+            length = static_cast<std::uint64_t>(status.st_size);
+    }
+
+    std::uint64_t size() const { return length; }
+    void require(std::uint64_t position, std::uint64_t count) const {
+        if (position > length || count > length - position)
+            throw EndReached();
+    }
+
+    /// An unsigned number of `count` bytes.
+    std::uint64_t get(std::uint64_t position, unsigned int count, bool big_endian = false) {
+        const unsigned char* bytes = fetch(position, count);
+        std::uint64_t value = 0;
+        for (unsigned int i = 0; i < count; ++i)
+            value = value << 8 | bytes[big_endian ? i : count - 1 - i];
+        return value;
+    }
+
+    bool matches(std::uint64_t position, std::string_view bytes) {
+        return std::memcmp(fetch(position, bytes.size()), bytes.data(), bytes.size()) == 0;
+    }
+
+    /// The text up to the next zero byte, which `position` moves behind.
+    std::string get_text(std::uint64_t& position) {
+        std::string text;
+        while (const auto character = static_cast<char>(get(position++, 1)))
+            text += character;
+        return text;
+    }
+
+private:
+    static constexpr std::size_t WINDOW = 4096;
+
+    const unsigned char* fetch(std::uint64_t position, std::uint64_t count) {
+        require(position, count);
+        if (position < start || position + count > start + window.size()) {
+            window.resize(std::min<std::uint64_t>(WINDOW, length - position));
+            start = position;
+            if (pread(file.get(), window.data(), window.size(), static_cast<off_t>(start)) !=
+                static_cast<ssize_t>(window.size()))
+                throw EndReached();
+        }
+        return window.data() + (position - start);
+    }
+
+    const files::Descriptor& file;
+    std::uint64_t length = 0;
+    std::uint64_t start = 0;
+    std::vector<unsigned char> window;
+};
+
+/// OpenEXR file layout: header attributes, a table of the positions of all chunks, chunks.
+class ExrEnd {
+public:
+    explicit ExrEnd(ByteSource& file) : file(file) {}
+
+    void check() {
+        const std::uint64_t flags = file.get(4, 4);
+        has_parts = (flags & 0x1000) != 0;
+        is_tiled.push_back((flags & 0x200) != 0);
+        std::uint64_t position = 8;
+        if (!has_parts)
+            skip_header(position, 0);
+        else
+            for (std::size_t part = 0; file.get(position, 1) != 0; ++part)
+                skip_header(position, part);
+        check_chunk(find_last_chunk(position + (has_parts ? 1 : 0)));
+    }
+
+private:
+    void skip_header(std::uint64_t& position, std::size_t part) {
+        is_tiled.resize(std::max(is_tiled.size(), part + 1));
+        if (is_tiled.size() > MAX_ENTRIES)
+            throw EndReached();
+        while (file.get(position, 1) != 0) {
+            const std::string name = file.get_text(position);
+            file.get_text(position); // its type
+            const std::uint64_t bytes = file.get(position, 4);
+            position += 4;
+            file.require(position, bytes);
+            if (name == "type")
+                is_tiled[part] = bytes >= 5 && file.matches(position, "tiled");
+            position += bytes;
+        }
+        ++position;
+    }
+
+    /// The table ends where the first of its chunks begins. A position of 0 is that of a chunk that was never
+    /// written.
+    std::uint64_t find_last_chunk(std::uint64_t position) {
+        std::uint64_t first = file.size();
+        std::uint64_t last = 0;
+        for (; position + 8 <= first; position += 8) {
+            const std::uint64_t chunk = file.get(position, 8);
+            if (chunk <= position)
+                throw EndReached();
+            first = std::min(first, chunk);
+            last = std::max(last, chunk);
+        }
+        return last;
+    }
+
+    void check_chunk(std::uint64_t position) {
+        std::size_t part = 0;
+        if (has_parts) {
+            part = file.get(position, 4);
+            position += 4;
+        }
+        if (part >= is_tiled.size())
+            throw EndReached();
+        position += is_tiled[part] ? 16 : 4; // the tile's coordinates, or the first line
+        file.require(position + 4, file.get(position, 4));
+    }
+
+    ByteSource& file;
+    bool has_parts = false;
+    std::vector<bool> is_tiled; ///< For each part.
+};
+
+/// TIFF file layout: directories that are chained by their positions; each names the positions and lengths of
+/// its strips or tiles. BigTIFF has wider numbers.
+class TiffEnd {
+public:
+    explicit TiffEnd(ByteSource& file) : file(file) {}
+
+    void check() {
+        big_endian = file.matches(0, "MM");
+        is_big = file.get(2, 2, big_endian) == 43;
+        std::uint64_t directory = is_big ? number(8, 8) : number(4, 4);
+        for (int count = 0; directory != 0 && count < MAX_ENTRIES; ++count)
+            directory = check_directory(directory);
+    }
+
+private:
+    static constexpr std::uint64_t STRIP_OFFSETS = 273, STRIP_BYTES = 279, TILE_OFFSETS = 324,
+                                   TILE_BYTES = 325;
+
+    /// An array of numbers of a directory entry.
+    struct Array {
+        std::uint64_t position = 0;
+        std::uint64_t count = 0;
+        unsigned int width = 0; ///< Bytes of each.
+    };
+
+    std::uint64_t number(std::uint64_t position, unsigned int width) {
+        return file.get(position, width, big_endian);
+    }
+
+    /// Returns the position of the next directory.
+    std::uint64_t check_directory(std::uint64_t position) {
+        const unsigned int entry_bytes = is_big ? 20 : 12;
+        const std::uint64_t count = number(position, is_big ? 8 : 2);
+        position += is_big ? 8 : 2;
+        Array offsets, lengths;
+        for (std::uint64_t i = 0; i < count; ++i, position += entry_bytes) {
+            const std::uint64_t tag = number(position, 2);
+            const Array array = get_array(position);
+            if (tag == STRIP_OFFSETS || tag == TILE_OFFSETS)
+                offsets = array;
+            if (tag == STRIP_BYTES || tag == TILE_BYTES)
+                lengths = array;
+        }
+        for (std::uint64_t i = 0; i < std::min(offsets.count, lengths.count); ++i)
+            file.require(number(offsets.position + i * offsets.width, offsets.width),
+                         number(lengths.position + i * lengths.width, lengths.width));
+        return number(position, is_big ? 8 : 4);
+    }
+
+    Array get_array(std::uint64_t entry) {
+        constexpr unsigned int WIDTHS[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 0, 0, 8, 8, 8};
+        const std::uint64_t type = number(entry + 2, 2);
+        Array array;
+        array.width = type < std::size(WIDTHS) ? WIDTHS[type] : 0;
+        array.count = number(entry + 4, is_big ? 8 : 4);
+        const std::uint64_t room = is_big ? 8 : 4;
+        array.position = entry + 4 + room;
+        if (array.width == 0)
+            return {}; // of a type that is not known here
+        if (array.count > file.size())
+            throw EndReached();
+        if (array.count * array.width > room)
+            array.position = number(array.position, static_cast<unsigned int>(room));
+        file.require(array.position, array.count * array.width);
+        return array;
+    }
+
+    ByteSource& file;
+    bool big_endian = false;
+    bool is_big = false;
+};
+
+void require_end(ByteSource& file, std::string_view bytes) {
+    if (file.size() < bytes.size() || !file.matches(file.size() - bytes.size(), bytes))
+        throw EndReached();
+}
+
+void check_end(ByteSource& file, const std::string& format) {
+    constexpr std::string_view PNG_END("\0\0\0\0IEND\xae\x42\x60\x82", 12);
+    constexpr std::string_view JPEG_END("\xff\xd9", 2);
+    constexpr std::uint64_t DPX_FILE_SIZE = 16; // of its header
+    if (format == "openexr")
+        ExrEnd(file).check();
+    else if (format == "tiff")
+        TiffEnd(file).check();
+    else if (format == "png")
+        require_end(file, PNG_END);
+    else if (format == "jpeg")
+        require_end(file, JPEG_END);
+    else if (format == "dpx")
+        file.require(0, file.get(DPX_FILE_SIZE, 4, file.matches(0, "SDPX")));
+}
+
+} // namespace
+
+bool is_truncated(const std::string& path, const std::string& format) {
+    auto opened = files::open_for_reading(path);
+    if (!opened)
+        return true;
+    ByteSource file(*opened);
+    try {
+        check_end(file, format);
+    } catch (const EndReached&) {
+        return true;
+    }
+    return false;
+}
+
+} // namespace image

@@ -1,0 +1,36 @@
+#include "tool/sequence_options.h"
+
+#include "workflow/memory_budget.h"
+
+namespace tool {
+
+void add_sequence_options(Options& options, SequenceChoice& choice) {
+    options
+        .add("--frames", choice.frames,
+             "frame range of a sequence: 1-100, 1-99x2, or a comma-separated list (default: the frames "
+             "that exist)")
+        .value("FRAMES");
+    options.add_flag("--resume", choice.resumes,
+                     "leave out images whose output is complete, newer than the image, and made by the same "
+                     "conversion");
+    options.add_flag("--dry-run", choice.only_plans, "show what would be converted, and write nothing");
+    options
+        .add("--memory", choice.memory,
+             "memory to use at most, which limits the images in flight: 500M, 1.5G (default: half of the "
+             "machine's)")
+        .value("SIZE");
+    const Option quiet = options.add_flag("-q,--quiet", choice.is_quiet, "show errors and warnings only");
+    options.add_flag("--json", choice.as_json, "print JSON: a line for each image, and a summary")
+        .excludes(quiet);
+}
+
+workflow::SequenceOptions make_sequence_options(const SequenceChoice& choice) {
+    workflow::SequenceOptions options;
+    options.resumes = choice.resumes;
+    options.only_plans = choice.only_plans;
+    options.memory =
+        choice.memory.empty() ? workflow::get_default_memory() : workflow::parse_memory_size(choice.memory);
+    return options;
+}
+
+} // namespace tool

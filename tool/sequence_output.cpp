@@ -1,0 +1,180 @@
+#include "tool/sequence_output.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "tool/console.h"
+#include "tool/json_output.h"
+#include "tool/layer_options.h"
+#include "workflow/frame_range.h"
+
+namespace tool {
+
+namespace {
+
+using workflow::ImageOutcome;
+
+constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
+
+std::string describe_speed(std::uint64_t pixels, double seconds) {
+    const double megapixels = static_cast<double>(pixels) / PIXELS_PER_MEGAPIXEL;
+    return fmt::format("{:.2f} Mpixel in {:.3f} s, {:.1f} Mpixel/s", megapixels, seconds,
+                       seconds > 0.0 ? megapixels / seconds : 0.0);
+}
+
+const char* get_status_name(ImageOutcome::Status status) {
+    switch (status) {
+    case ImageOutcome::CONVERTED:
+        return "converted";
+    case ImageOutcome::UP_TO_DATE:
+        return "up-to-date";
+    case ImageOutcome::PLANNED:
+        return "planned";
+    case ImageOutcome::FAILED:
+        break;
+    }
+    return "failed";
+}
+
+ProgressBar::Step get_step(ImageOutcome::Status status) {
+    return status == ImageOutcome::CONVERTED ? ProgressBar::Step::CONVERTED
+           : status == ImageOutcome::FAILED  ? ProgressBar::Step::FAILED
+                                             : ProgressBar::Step::SKIPPED;
+}
+
+Json make_line(const workflow::ImageJob& job, const char* status) {
+    return {{"frame", job.frame ? Json(*job.frame) : Json()},
+            {"input", job.input},
+            {"output", job.output},
+            {"status", status}};
+}
+
+Json make_line(const ImageOutcome& outcome) {
+    Json line = make_line(outcome.job, get_status_name(outcome.status));
+    line.set("reason", outcome.reason);
+    if (outcome.status == ImageOutcome::CONVERTED)
+        line.update({{"width", outcome.image.width},
+                     {"height", outcome.image.height},
+                     {"type", outcome.image.depth},
+                     {"pixels", outcome.image.pixels},
+                     {"seconds", outcome.seconds},
+                     {"notes", outcome.image.notes},
+                     {"layers", outcome.image.layers.converted}});
+    if (outcome.error)
+        line.set("error", to_json(*outcome.error));
+    return line;
+}
+
+/// What a plan does with an image.
+std::string describe_plan(const ImageOutcome& outcome) {
+    if (outcome.status == ImageOutcome::UP_TO_DATE)
+        return "up to date";
+    return outcome.reason.empty() ? "would convert" : fmt::format("would convert ({})", outcome.reason);
+}
+
+} // namespace
+
+SequenceOutput::SequenceOutput(const SequenceChoice& choice, const workflow::FrameJobs& found,
+                               const std::string& input, const std::string& output, const std::string& what,
+                               Console& console)
+    : choice(choice), found(found), input(input), output(output), what(what), console(console) {
+    if (const auto missing = describe_missing(found, input); missing && !found.is_range_given)
+        console.report(*missing);
+    if (choice.as_json)
+        for (const workflow::ImageJob& job : found.missing)
+            console.print_text(make_line(job, "missing").format_line());
+}
+
+workflow::SequenceEvents SequenceOutput::get_events() {
+    if (found.is_sequence && !choice.only_plans)
+        progress.emplace(console, static_cast<unsigned int>(found.jobs.size()));
+    workflow::SequenceEvents events;
+    events.report = [this](const diagnostics::Diagnostic& note) { console.report(note); };
+    events.finished = [this](const ImageOutcome& outcome) { add(outcome); };
+    return events;
+}
+
+void SequenceOutput::add(const ImageOutcome& outcome) {
+    last_image = outcome.image;
+    if (choice.as_json)
+        console.print_text(make_line(outcome).format_line());
+    else if (choice.only_plans)
+        planned[describe_plan(outcome)].push_back(outcome.job.frame.value_or(0));
+    if (progress)
+        progress->advance(get_step(outcome.status));
+}
+
+ExitCode SequenceOutput::finish(const workflow::SequenceReport& report) {
+    progress.reset();
+    if (choice.as_json)
+        print_json_summary(report);
+    else if (!choice.is_quiet)
+        print_summary(report);
+    report_failures(report);
+    const bool lacks_frames = found.is_range_given && !found.missing.empty();
+    return report.failed == 0 && !lacks_frames ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
+}
+
+void SequenceOutput::print_summary(const workflow::SequenceReport& report) const {
+    if (choice.only_plans)
+        print_plan();
+    else if (found.is_sequence)
+        print_sequence(report);
+    else
+        print_image(report);
+}
+
+void SequenceOutput::print_image(const workflow::SequenceReport& report) const {
+    if (report.up_to_date > 0)
+        console.print(fmt::format("{}: {}, up to date", output, what));
+    else if (report.converted > 0)
+        console.print(fmt::format(
+            "{}: {}, {} x {} {}, {}{}", output, what, last_image.width, last_image.height, last_image.depth,
+            describe_speed(report.pixels, report.seconds), describe_layers(report.layers)));
+}
+
+void SequenceOutput::print_sequence(const workflow::SequenceReport& report) const {
+    std::string text = fmt::format("{}: {}, {} frames converted", output, what, report.converted);
+    if (report.up_to_date > 0)
+        text += fmt::format(", {} up to date", report.up_to_date);
+    if (report.failed > 0)
+        text += fmt::format(", {} failed", report.failed);
+    if (!found.missing.empty())
+        text += fmt::format(", {} missing", found.missing.size());
+    console.print(fmt::format("{}, {}{}", text, describe_speed(report.pixels, report.seconds),
+                              describe_layers(report.layers)));
+}
+
+void SequenceOutput::print_plan() const {
+    for (const auto& [plan, numbers] : planned) {
+        std::vector<int> frames = numbers;
+        std::sort(frames.begin(), frames.end());
+        console.print(found.is_sequence
+                          ? fmt::format("{}: {}, {}: {}", output, what, plan, workflow::format_frames(frames))
+                          : fmt::format("{}: {}, {}", output, what, plan));
+    }
+}
+
+void SequenceOutput::print_json_summary(const workflow::SequenceReport& report) const {
+    console.print_text(Json({{"summary",
+                              {{"input", input},
+                               {"output", output},
+                               {"conversion", what},
+                               {"converted", report.converted},
+                               {"up-to-date", report.up_to_date},
+                               {"planned", report.planned},
+                               {"failed", report.failed},
+                               {"missing", found.missing.size()},
+                               {"pixels", report.pixels},
+                               {"seconds", report.seconds}}}})
+                           .format_line());
+}
+
+void SequenceOutput::report_failures(const workflow::SequenceReport& report) const {
+    if (const auto missing = describe_missing(found, input); missing && found.is_range_given)
+        console.report(*missing);
+    console.report(report.failures);
+}
+
+} // namespace tool
