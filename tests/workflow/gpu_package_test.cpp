@@ -48,7 +48,7 @@ TEST_F(GpuPackages, HoldOneStageOfSeveralAlone) {
         EXPECT_THAT(stage.lut, SizeIs(3u * 32 * 32 * 32));
     }
     EXPECT_EQ(failure_of([&] { workflow::make_gpu_conversion(conversion, gl::GlProfile::CORE); }).code,
-              diagnostics::Code::GPU_UNAVAILABLE);
+              diagnostics::Code::SHADER_IMPOSSIBLE);
 }
 
 TEST_F(GpuPackages, FailWhereTheFolderCannotBeMade) {

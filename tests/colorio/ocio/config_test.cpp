@@ -73,8 +73,7 @@ TEST(Config, AVersionBeyondTheLibraryIsReportedAsSuch) {
               path + " is an OCIO 2.99 config and needs a newer OpenColorIO than " + ocio::get_version());
     text.version = "\"3\"  # quoted";
     EXPECT_EQ(refusal_of([&] { load(folder, text.str()); }),
-              path + " is an OCIO 3.0 config and needs a newer OpenColorIO than " +
-                  ocio::get_version());
+              path + " is an OCIO 3.0 config and needs a newer OpenColorIO than " + ocio::get_version());
 }
 
 // The library reads archives from 2.2 on.
