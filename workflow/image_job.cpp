@@ -70,6 +70,7 @@ private:
     void note_losses();
     void untile_mixed_parts();
     void check_deep_parts() const;
+    void share_chromaticities();
     void settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const;
     void convert_one(unsigned int index, image::ImageWriter& writer);
     std::vector<std::size_t> convert_flat(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
@@ -123,6 +124,7 @@ void ImageConversion::plan_parts() {
             plan_one(i);
     check_deep_parts();
     untile_mixed_parts();
+    share_chromaticities();
     note_losses();
 }
 
@@ -189,6 +191,22 @@ void ImageConversion::untile_mixed_parts() {
         part.spec.tile_width = part.spec.tile_height = part.spec.tile_depth = 0;
     add_note(
         "OpenImageIO does not write tiles and scanlines to one file: all parts are written in scanlines");
+}
+
+/// OpenEXR demands the same chromaticities in all parts of a file; parts with different ones lose them.
+void ImageConversion::share_chromaticities() {
+    constexpr char NAME[] = "chromaticities";
+    const auto get_value = [&](const image::PartHeader& part) {
+        const OIIO::ParamValue* value = part.spec.find_attribute(NAME);
+        return value ? value->get_string() : "";
+    };
+    const bool are_same =
+        std::all_of(output_headers.begin(), output_headers.end(), [&](const image::PartHeader& part) {
+            return get_value(part) == get_value(output_headers.front());
+        });
+    if (!are_same)
+        for (image::PartHeader& part : output_headers)
+            part.spec.erase_attribute(NAME);
 }
 
 void ImageConversion::check_deep_parts() const {

@@ -229,7 +229,7 @@ private:
             return outcome.status != ImageOutcome::CONVERTED || convert(outcome, buffers, rule);
         } catch (const std::exception& error) {
             outcome.status = ImageOutcome::FAILED;
-            outcome.error = describe_failure(outcome.job.input, error);
+            outcome.error = describe_failure(outcome.job, error);
         }
         return true;
     }
@@ -258,10 +258,11 @@ private:
         return true;
     }
 
-    static diagnostics::Diagnostic describe_failure(const std::string& input, const std::exception& error) {
+    static diagnostics::Diagnostic describe_failure(const ImageJob& job, const std::exception& error) {
         diagnostics::Diagnostic reason = diagnostics::describe(error);
         std::error_code unreadable;
-        if (reason.file == input && !std::filesystem::exists(input, unreadable) && !unreadable)
+        if (job.frame && reason.file == job.input && !std::filesystem::exists(job.input, unreadable) &&
+            !unreadable)
             reason.code = diagnostics::Code::FRAMES_MISSING;
         return reason;
     }

@@ -101,7 +101,7 @@ TEST_F(Bake, RefusesWhatCannotBe) {
     EXPECT_THAT(bake("a.3dl", {"--from", "lin", "--to", "mixed", "--shaper", "log"}),
                 FailsWith(2, HasSubstr(".3dl has no shaper")));
     EXPECT_THAT(bake("a.cube", {"--from", "lin", "--to", "mixed", "--shaper-size", "16"}),
-                FailsWith(2, HasSubstr("needs a shaper")));
+                FailsWith(2, HasSubstr("requires a shaper")));
     EXPECT_THAT(bake("a.cube", {"--from", "lin", "--to", "mixed", "--shaper", "lgo"}),
                 FailsWith(1, HasSubstr("did you mean 'log'?")));
     EXPECT_THAT(bake("a.cube", {"--from", "lin"}), FailsWith(2, HasSubstr("--to or --view")));

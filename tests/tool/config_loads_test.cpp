@@ -40,7 +40,8 @@ TEST_F(ConfigLoads, EveryCommandParsesTheConfigOnce) {
     for (std::vector<std::string> command : commands) {
         const std::string name = command.front();
         command.insert(command.end(), {"--config", config});
-        EXPECT_EQ(count_opens(command), 1 + once) << name;
+        const int for_fingerprint = name == "convert" ? 1 : 0; // read, not parsed
+        EXPECT_EQ(count_opens(command), 1 + once + for_fingerprint) << name;
     }
 }
 

@@ -301,7 +301,7 @@ const Fault FAULTS[] = {
     // sequences
     {{"convert", "@a.%04d.exr", "@b.%04d.exr", "--to", "linear", "--from", "sRGB", "--frames", "7"},
      "frames-missing",
-     "@a.0007.exr"},
+     "@a.%04d.exr"},
     // shaders
     {{"shader", "--from", "linear", "--to", "linear", "-o", "@out"}, "shader-impossible"},
     {{"shader", "--from", "linear", "--to", "sRGB", "-o", "@in.exr"}, "file-unwritable", "@in.exr"},

@@ -99,7 +99,7 @@ TEST_F(Program, ShowsTheNamesAndChoicesOfValuesInItsHelp) {
     const std::string help = run({"convert", "--help"}).out;
     EXPECT_THAT(help, AllOf(HasSubstr("\n  --from NAME "), HasSubstr("\n  --lut FILE "),
                             HasSubstr("\n  --threads N "), HasSubstr("\n  --context KEY=VALUE "),
-                            HasSubstr("\n  -d,--depth {uint8,uint16,half,float}\n"),
+                            HasSubstr("\n  -d,--depth {uint8,uint10,uint12,uint16,half,float}\n"),
                             HasSubstr("\n  input        "), HasSubstr("\n  --inverse-cdl  ")));
     for (const char* parsers_own : {"TEXT", "INT", "REQUIRED", "Excludes", "Needs"})
         EXPECT_EQ(help.find(parsers_own), std::string::npos) << parsers_own;

@@ -136,7 +136,7 @@ TEST_F(ScarceSystem, AnImageBeyondTheLimitOnFileSizesNamesTheLimitAndTheRemedy) 
         run_program({"convert", path("in.0001.exr"), path("out.exr"), "--from", "sRGB", "--to", "linear"},
                     [] { limit_file_sizes(1024); });
     EXPECT_EQ(run.code, 1) << run;
-    EXPECT_THAT(run.err, HasSubstr("cannot read '" + path("in.0001.exr") + "': the limit on file sizes"));
+    EXPECT_THAT(run.err, HasSubstr("cannot read '" + path("in.0001.exr") + "': the file size limit"));
     EXPECT_THAT(run.err, HasSubstr("ulimit -f"));
 }
 
@@ -155,7 +155,7 @@ void refuse_file_notification() {
 }
 
 TEST_F(ScarceSystem, TheViewerStartsWithAWarningWhereItIsNotNotifiedOfChanges) {
-    constexpr char WARNING[] = "warning: changed files are not shown again";
+    constexpr char WARNING[] = "warning: changed files are not reloaded";
     write_gray("in.0001.exr");
     const std::vector<std::string> line = {"view",  path("in.0001.exr"), "--size",
                                            "32x32", "--screenshot",      path("shown.png")};
