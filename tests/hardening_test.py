@@ -39,7 +39,7 @@ def problems_of(file, fortified):
 
 
 def main(*arguments):
-    files = [argument for argument in arguments if argument != "--fortified"]
+    files = [argument for argument in arguments if argument not in ("", "--fortified")]
     if not files:
         sys.exit(__doc__)
     problems = [f"{file} has {problem}" for file in files for problem in problems_of(file, "--fortified" in arguments)]
