@@ -1,8 +1,13 @@
 #include "image/color_description.h"
 
+#include "image/color_tags.h"
+
 namespace image {
 
 namespace {
+
+/// The value of "oiio:ColorSpace" for colors that no color space describes.
+constexpr char UNKNOWN_NAME[] = "unknown";
 
 bool has(const OIIO::ImageSpec& spec, const char* name) {
     return spec.find_attribute(name) != nullptr;
@@ -28,7 +33,10 @@ void add_dpx_field(const char* name, const std::string& value, OIIO::ImageSpec& 
 } // namespace
 
 void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec) {
-    if (format == "openexr") { // whose writer does not store "oiio:ColorSpace"
+    const bool has_own_attributes = format == "openexr" || format == "png";
+    if (has_own_attributes && !colors.name.empty() && colors.name != UNKNOWN_NAME)
+        spec.attribute(OWN_COLOR_SPACE, colors.name);
+    if (format == "openexr") {
         if (!colors.interop_id.empty() && !has(spec, "colorInteropID"))
             spec.attribute("colorInteropID", colors.interop_id);
         add_array("chromaticities", OIIO::TypeDesc::FLOAT, colors.chromaticities, spec);

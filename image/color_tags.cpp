@@ -61,6 +61,12 @@ void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
         add_text(spec, ColorTag::NAME, COLOR_SPACE, found);
 }
 
+/// The name that conversions of this project record, unless OpenImageIO knows it as well.
+void add_own_name(const OIIO::ImageSpec& spec, ColorTags& found) {
+    if (found.tags.empty() || found.tags.front().text != spec.get_string_attribute(OWN_COLOR_SPACE))
+        add_text(spec, ColorTag::NAME, OWN_COLOR_SPACE, found);
+}
+
 void add_profile(const OIIO::ImageSpec& spec, ColorTags& found) {
     const OIIO::ParamValue* profile = spec.find_attribute("ICCProfile");
     if (!profile || profile->type().basesize() != 1 || profile->type().arraylen <= 0)
@@ -104,6 +110,7 @@ ColorTags find_color_tags(const OIIO::ImageSpec& spec) {
     ColorTags found;
     found.is_float = is_float_type(spec.format);
     add_name(spec, found);
+    add_own_name(spec, found);
     add_text(spec, ColorTag::INTEROP_ID, "colorInteropID", found);
     add_numbers(spec, ColorTag::CICP, "CICP", 4, found);
     add_profile(spec, found);

@@ -7,6 +7,10 @@
 
 namespace image {
 
+/// Attribute of this project's own for the name of the color space: what OpenImageIO stores of
+/// "oiio:ColorSpace" depends on the format and the version.
+constexpr char OWN_COLOR_SPACE[] = "colorio:ColorSpace";
+
 /// Something in an image file that says what its colors are.
 struct ColorTag {
     enum Kind {

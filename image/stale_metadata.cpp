@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "image/color_tags.h"
+
 namespace image {
 
 namespace {
@@ -25,7 +27,7 @@ constexpr const char* DPX_CODES[] = {"dpx:Packing", "dpx:LowData", "dpx:HighData
 constexpr const char* DERIVED[] = {
     "png:sRGB",         "oiio:Gamma",          "Exif:ColorSpace",    "Exif:Gamma",        "png:iCCP",
     "oiio:SHA-1",       "oiio:ConstantColor",  "oiio:ConstantAlpha", "oiio:AverageColor", "thumbnail_width",
-    "thumbnail_height", "thumbnail_nchannels", "thumbnail_image",
+    "thumbnail_height", "thumbnail_nchannels", "thumbnail_image",    OWN_COLOR_SPACE,
 };
 
 void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& notes) {

@@ -50,12 +50,12 @@ TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsTag) {
     const std::string png = folder.file("tagged.png");
     const auto output = OIIO::ImageOutput::create(png);
     OIIO::ImageSpec spec(1, 1, 3, OIIO::TypeUInt8);
-    spec.attribute("oiio:ColorSpace", "Cineon");
+    spec.attribute("colorio:ColorSpace", "Cineon");
     const float gray[] = {0.5f, 0.5f, 0.5f};
     ASSERT_TRUE(output->open(png, spec) && output->write_image(OIIO::TypeFloat, gray) && output->close());
     model->open(png);
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|Cineon");
-    EXPECT_EQ(model->get_space_reason(), "from the tag oiio:ColorSpace 'Cineon'");
+    EXPECT_EQ(model->get_space_reason(), "from the tag colorio:ColorSpace 'Cineon'");
 }
 
 TEST_F(ModelOfAViewer, DoesFurtherStepsAfterTheCdl) {

@@ -188,7 +188,7 @@ TEST_F(FileRules, ThatTakeIntegersForLinearAreDoubted) {
 
 TEST_F(FileRules, YieldToTags) {
     Image image = make_image(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f});
-    image.spec.attribute("oiio:ColorSpace", "texture");
+    image.spec.attribute("colorio:ColorSpace", "texture");
     write_image(path("a_scan.png"), image);
     EXPECT_THAT(run({"explain", "--image", path("a_scan.png"), "linear", "--config", CONFIG}).out,
                 HasSubstr("source:        Scene|picking\n"))
