@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     require(count(shader->text, "vec4 OCIODisplay(vec4 inPixel)") == 0);
     require(count(shader->text, "sampler3D lut3d)") >= 1);
-    require(shader->table.size() == (has_table ? EDGE * EDGE * EDGE * 3 : 0));
+    require(shader->lut.size() == (has_table ? EDGE * EDGE * EDGE * 3 : 0));
     if (has_table) {
         require(count(shader->text, "= texture3D(lut3d,") >= 1);
         require(count(shader->text, SAMPLER) == 0);
