@@ -51,7 +51,7 @@ constexpr CodeInfo CODES[] = {
     {Code::FORMAT_UNKNOWN, "format-unknown", "No image format has that name."},
     {Code::PREFERENCES_INVALID, "preferences-invalid",
      "A preferences file cannot be parsed, or is not a preferences file."},
-    {Code::HOME_MISSING, "home-missing", "There is no folder for the preferences file: no home folder."},
+    {Code::HOME_MISSING, "home-missing", "The preferences file has no path, because the user has no home folder."},
     {Code::IMAGE_UNREADABLE, "image-unreadable", "An image cannot be read."},
     {Code::IMAGE_UNWRITABLE, "image-unwritable",
      "An image cannot be written; an existing file is unchanged."},

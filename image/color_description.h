@@ -21,7 +21,7 @@ struct ColorDescription {
 /// Adds to a spec without stale metadata what files of `format` can say about these colors: the name, as an
 /// attribute of this project's own, of OpenEXR and PNG, interop ID and chromaticities of OpenEXR, transfer
 /// and colorimetric of DPX ("Undefined" when they are empty), cICP and the profile of PNG, the profile of
-/// JPEG and TIFF. What the spec says already stays; gray images get no profile.
+/// JPEG and TIFF. Attributes that are there already stay; gray images get no profile.
 void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec);
 
 } // namespace image

@@ -107,7 +107,7 @@ void check_quality(int quality, const Method& method, const std::string& path) {
         refuse(path, fmt::format("invalid quality {} of the compression '{}'", quality, method.name), hint);
 }
 
-/// libtiff would write another compression without a word.
+/// libtiff would silently write another compression.
 void check_pixels(const Method& method, const OIIO::ImageSpec& spec, const std::string& path) {
     const bool is_jpeg = std::string(method.format) == "tiff" && std::string(method.name) == "jpeg";
     if (is_jpeg && (spec.format != OIIO::TypeUInt8 || spec.nchannels != 3))

@@ -17,7 +17,7 @@ bool can_record_conversion(const std::string& format);
 /// cannot keep it, is not set.
 void record_conversion(OIIO::ImageSpec& spec, const std::string& format, const std::string& fingerprint);
 
-/// The fingerprint in the spec of a file; empty without one.
+/// The fingerprint in the header of a file; empty if it has none.
 std::string get_recorded_conversion(const OIIO::ImageSpec& spec, const std::string& format);
 
 } // namespace image

@@ -27,7 +27,7 @@ std::uint64_t count_samples(const std::vector<std::uint32_t>& counts);
 /// get_packed_bytes.
 void pack(const OIIO::DeepData& pixels, std::byte* target);
 std::size_t get_packed_bytes(const OIIO::DeepData& pixels);
-/// Reads what `pack` wrote. False if `bytes` bytes are not what the counts of the spec's pixels need. Throws
+/// Reads what `pack` wrote. False if `bytes` bytes do not fit the counts of the image's pixels. Throws
 /// std::bad_alloc.
 bool unpack(const std::byte* packed, std::size_t bytes, const OIIO::ImageSpec& spec, DeepPixels& pixels);
 

@@ -19,7 +19,7 @@ struct ComponentNames {
 };
 constexpr ComponentNames RGBA_NAMES[4] = {{"R", "red"}, {"G", "green"}, {"B", "blue"}, {"A", "alpha"}};
 constexpr ComponentNames GRAY_NAMES = {"Y", "gray"};
-/// Channels beside which Y is no gray: it is then part of a vector, or the luminance of subsampled color.
+/// Channels beside which Y is not gray: it is then part of a vector, or the luminance of subsampled color.
 constexpr const char* NOT_BESIDE_GRAY[] = {"X", "U", "V", "W", "RY", "BY"};
 
 /// The channels with one prefix.
@@ -139,7 +139,7 @@ private:
     const PartContext& context;
     const std::string part_name;
     std::vector<ImageLayer> layers;
-    std::unordered_map<std::string, int> alphas; ///< By prefix, also where there is no color.
+    std::unordered_map<std::string, int> alphas; ///< By prefix, also of groups without color.
 };
 
 void LayerSearch::add(const Group& group) {

@@ -15,8 +15,8 @@ namespace tool {
 
 class Console;
 
-/// Shows what becomes of the images of one run of `convert`: progress, then a summary and the failures; with
-/// --json a line for each image.
+/// Shows the results of one run of `convert`: progress, a summary and the failures; with --json a line for
+/// each image.
 class SequenceOutput {
 public:
     /// `what` names the conversion: "sRGB to linear". The references must outlive the object.

@@ -20,7 +20,7 @@ namespace {
 /// The channels to show: those found by their names, else the first ones.
 image::ColorLayer choose_color(const OIIO::ImageSpec& spec, const std::string& format) {
     const std::vector<image::ImageLayer> layers = image::find_layers(spec, {format, {}});
-    for (const bool is_color : {true, false}) // data in color channels is shown where there is no color
+    for (const bool is_color : {true, false}) // data in color channels is shown if the image has no color
         for (const image::ImageLayer& layer : layers)
             if (layer.is_color() == is_color && layer.color && layer.color->has_all_colors())
                 return *layer.color;

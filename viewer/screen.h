@@ -38,7 +38,7 @@ public:
 /// A screen without a window. Throws GlError.
 std::unique_ptr<Screen> make_offscreen(Screen::Size size);
 
-/// There is no display to open a window on.
+/// A window cannot be opened, because no display is available.
 class NoDisplayError : public gl::GlError {
 public:
     using GlError::GlError;

@@ -40,7 +40,7 @@ constexpr DpxTransfer DPX_TRANSFERS[] = {
     {"SMPTE 274M", "g24_rec709"},       {"ITU-R 709-4", "g24_rec709"},
 };
 
-/// What is written to DPX files. Video that is not by BT.709 has no number of its own.
+/// What is written to DPX files. DPX has no code for video by other standards than BT.709.
 struct DpxColorsOfId {
     const char* id;
     DpxColors colors;

@@ -11,11 +11,13 @@
 #include "image/color_tags.h"
 #include "image/conversion_record.h"
 #include "image/deep_pixels.h"
+#include "image/image_layers.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
 #include "image/memory_estimate.h"
 #include "image/part_alpha.h"
 #include "workflow/fingerprint.h"
+#include "workflow/output_parts.h"
 
 namespace workflow {
 
@@ -68,9 +70,7 @@ private:
     void choose_kept_subimage();
     void report_layers(const PartChoice& choice);
     void note_losses();
-    void untile_mixed_parts();
-    void check_deep_parts() const;
-    void share_chromaticities();
+    std::vector<bool> find_data_parts() const;
     void settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const;
     void convert_one(unsigned int index, image::ImageWriter& writer);
     std::vector<std::size_t> convert_flat(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
@@ -122,9 +122,9 @@ void ImageConversion::plan_parts() {
     for (unsigned int i = 0; i < headers.size(); ++i)
         if (is_kept(headers[i]))
             plan_one(i);
-    check_deep_parts();
-    untile_mixed_parts();
-    share_chromaticities();
+    check_deep_parts(output_headers, abilities, reader.get_path(), output);
+    for (const std::string& note : reconcile_parts(output_headers, find_data_parts(), abilities))
+        add_note(note);
     note_losses();
 }
 
@@ -178,53 +178,15 @@ void ImageConversion::note_losses() {
             fmt::format("{} does not support mipmaps: only the full resolution is written", abilities.name));
 }
 
-/// OpenImageIO writes all parts of an OpenEXR file like the first one: in tiles, or in scanlines.
-void ImageConversion::untile_mixed_parts() {
-    const auto is_tiled = [](const image::PartHeader& part) { return part.spec.tile_width > 0; };
-    const bool may_mix = abilities.appends_subimages ||
-                         std::any_of(output_headers.begin(), output_headers.end(),
-                                     [](const image::PartHeader& part) { return part.level > 0; });
-    const auto tiled = std::count_if(output_headers.begin(), output_headers.end(), is_tiled);
-    if (may_mix || tiled == 0 || tiled == static_cast<std::ptrdiff_t>(output_headers.size()))
-        return;
-    for (image::PartHeader& part : output_headers)
-        part.spec.tile_width = part.spec.tile_height = part.spec.tile_depth = 0;
-    add_note(
-        "OpenImageIO does not write tiles and scanlines to one file: all parts are written in scanlines");
-}
-
-/// OpenEXR demands the same chromaticities in all parts of a file; parts with different ones lose them.
-void ImageConversion::share_chromaticities() {
-    constexpr char NAME[] = "chromaticities";
-    const auto get_value = [&](const image::PartHeader& part) {
-        const OIIO::ParamValue* value = part.spec.find_attribute(NAME);
-        return value ? value->get_string() : "";
-    };
-    const bool are_same =
-        std::all_of(output_headers.begin(), output_headers.end(), [&](const image::PartHeader& part) {
-            return get_value(part) == get_value(output_headers.front());
-        });
-    if (!are_same)
-        for (image::PartHeader& part : output_headers)
-            part.spec.erase_attribute(NAME);
-}
-
-void ImageConversion::check_deep_parts() const {
-    const auto count = std::count_if(output_headers.begin(), output_headers.end(),
-                                     [](const image::PartHeader& part) { return part.spec.deep; });
-    if (count > 0 && !abilities.has_deep)
-        diagnostics::fail_file(
-            diagnostics::Code::IMAGE_UNSUPPORTED,
-            fmt::format("cannot write '{}': {} does not support deep images; write an .exr file, or flatten "
-                        "'{}' first",
-                        output, abilities.name, reader.get_path()),
-            output);
-    if (count > 0 && count < static_cast<std::ptrdiff_t>(output_headers.size()))
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                               fmt::format("cannot convert '{}': it has deep and flat parts, which "
-                                           "OpenImageIO does not write to one file",
-                                           reader.get_path()),
-                               reader.get_path());
+/// Whether each part of the output has no color, converted or left.
+std::vector<bool> ImageConversion::find_data_parts() const {
+    std::vector<bool> are_data;
+    for (const PlannedPart& part : parts) {
+        const OIIO::ImageSpec& spec = reader.get_parts()[part.input_index].spec;
+        are_data.push_back(part.plan.layers.empty() &&
+                           image::find_color_layers(spec, {reader.get_format(), {}}).empty());
+    }
+    return are_data;
 }
 
 std::uint64_t ImageConversion::estimate_memory() const {

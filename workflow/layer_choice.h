@@ -29,8 +29,9 @@ struct LeftLayer {
     std::string reason; ///< "data", "skipped".
 };
 
-/// What became of the layers of an image, by their names. In an image of several parts the name of the part
-/// stands for its color without a layer, and before other layers: "beauty", "beauty:diffuse".
+/// Which layers of an image were converted, and which were left, by their names. In an image of several parts
+/// the name of the part stands for its color without a layer, and before other layers: "beauty",
+/// "beauty:diffuse".
 struct LayerReport {
     std::vector<std::string> converted;
     std::vector<LeftLayer> left;

@@ -31,7 +31,7 @@ void log_missing(const char* end, const Kind& kind, const CoreString& name) {
            std::string("no ") + kind.name + " '" + std::string(name.view()) + "'");
 }
 
-/// Reports that there is no config to configure the conversion with.
+/// Reports an error if no config is active.
 void report_missing_config(const ocio::ConstConfigRcPtr& config) {
     if (!config)
         report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");

@@ -15,7 +15,7 @@ constexpr char OTHER[] = "fedcba9876543210fedcba9876543210";
 
 class ConversionRecords : public testing::Test {
 protected:
-    /// The spec of a file that is written with `spec`.
+    /// Writes a file with that header, and returns the header that it has.
     OIIO::ImageSpec write(const std::string& name, const OIIO::ImageSpec& spec) {
         const std::string path = folder.file(name);
         const auto output = OIIO::ImageOutput::create(path);

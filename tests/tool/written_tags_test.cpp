@@ -48,8 +48,8 @@ protected:
         return static_cast<unsigned char>(folder.read(name).at(offset));
     }
 
-    std::vector<float> get_chromaticities(const std::string& name) const {
-        const OIIO::ImageSpec spec = read_image(path(name)).spec;
+    std::vector<float> get_chromaticities(const std::string& name, int part = 0) const {
+        const OIIO::ImageSpec spec = read_image(path(name), part).spec;
         const OIIO::ParamValue* found =
             spec.find_attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8));
         const auto* xy = found ? static_cast<const float*>(found->data()) : nullptr;
@@ -293,6 +293,35 @@ TEST_F(WrittenTags, AreTheSameBytesEveryTime) {
         convert("Display P3 - Display", output);
         EXPECT_EQ(folder.read(output), first) << output;
     }
+}
+
+/// Parts of that name, of one pixel.
+std::vector<Image> make_parts(std::initializer_list<const char*> names) {
+    std::vector<Image> parts;
+    for (const char* name : names) {
+        parts.push_back(make_image(1, 1, 3, OIIO::TypeHalf, {0.5f, 0.5f, 0.5f}));
+        parts.back().spec.attribute("oiio:subimagename", name);
+    }
+    return parts;
+}
+
+TEST_F(WrittenTags, OfColorAreSharedWithPartsOfData) {
+    write_image(path("parts.exr"), make_parts({"normals", "beauty", "depth"}));
+    convert("ACEScg", "out.exr", "parts.exr");
+    const std::vector<float> ap1 = get_chromaticities("out.exr", 1);
+    EXPECT_EQ(ap1.size(), 8u);
+    EXPECT_EQ(get_chromaticities("out.exr", 0), ap1) << "OpenEXR writes no file whose parts differ";
+    EXPECT_EQ(get_chromaticities("out.exr", 2), ap1);
+}
+
+TEST_F(WrittenTags, ThatDifferBetweenPartsOfColorAreLeftOutWithANote) {
+    write_image(path("parts.exr"), make_parts({"beauty", "glow"}));
+    const ToolRun result = run({"convert", path("parts.exr"), path("out.exr"), "--from", "lin", "--to",
+                                "ACEScg", "--skip", "glow", "--config", path("show.ocio")});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("does not store different chromaticities in one file"));
+    EXPECT_THAT(get_chromaticities("out.exr", 0), IsEmpty());
+    EXPECT_THAT(get_chromaticities("out.exr", 1), IsEmpty());
 }
 
 } // namespace

@@ -34,7 +34,7 @@ protected:
 
     using Change = std::function<void(workflow::ConversionRequest&, workflow::ImageOptions&)>;
 
-    /// In a session of its own, after a change of the request.
+    /// In a new session, after a change of the request.
     std::string make(const Change& change = {}, const std::string& config = config_text()) {
         workflow::ConversionRequest request;
         request.from = "film";
