@@ -130,12 +130,17 @@ bool is_cdl_file(const std::string& path) {
     return extension == ".cc" || extension == ".ccc" || extension == ".cdl";
 }
 
-/// What the reader of the file's format says, without the preamble that formats were tried. Nothing is
+/// What the reader of the file's format says, without the preamble of OpenColorIO 2 or 1. Nothing is
 /// concluded from it.
 std::string quote_reader(const std::string& words) {
-    constexpr std::string_view MARK = "failed with: ";
-    const std::size_t mark = words.find(MARK);
-    const std::string quoted = mark == words.npos ? words : words.substr(mark + MARK.size());
+    std::string quoted = words;
+    for (const std::string_view preamble : {"failed with: ", "could not be loaded. "}) {
+        const std::size_t end = words.find(preamble);
+        if (end != words.npos) {
+            quoted = words.substr(end + preamble.size());
+            break;
+        }
+    }
     return diagnostics::flatten(quoted.substr(0, quoted.find("\n    '")));
 }
 
