@@ -6,7 +6,7 @@
 
 /// A TIFF file of 4 x 4 pixels of 8 bits whose XMP packet nests elements so deep that OpenImageIO 2.4, which
 /// calls itself for each, runs out of stack and is ended by a signal.
-inline std::string make_tiff_that_crashes_readers() {
+inline std::string make_tiff_of_nested_metadata() {
     std::string nested;
     for (int i = 0; i < 200000; ++i)
         nested += "<rdf:Seq>";

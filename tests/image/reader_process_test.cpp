@@ -14,6 +14,7 @@
 #include "image/image_file.h"
 #include "image/image_reader.h"
 #include "image/reader_server.h"
+#include "tests/image/crashing_format.h"
 #include "tests/image/hostile_images.h"
 #include "tests/image/reader_fixture.h"
 #include "tests/support/image_readers.h"
@@ -21,6 +22,7 @@
 namespace {
 
 using testing::AllOf;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -73,11 +75,14 @@ TEST_F(ImageReaderProcess, DecodesWithTheThreadsThatItIsGiven) {
     process.set_threads(1);
     image::PixelBuffer pixels;
     process.read_part(0, process.open(path).parts[0].spec, pixels);
-    EXPECT_EQ(get_status(process.get_process_id(), "Threads"), "1");
     image::ReaderProcess other;
-    other.set_threads(3);
+    other.set_threads(4);
     other.read_part(0, other.open(path).parts[0].spec, pixels);
-    EXPECT_NE(get_status(other.get_process_id(), "Threads"), "1");
+    const auto count_threads = [](const image::ReaderProcess& reader) {
+        return std::stoi(get_status(reader.get_process_id(), "Threads"));
+    };
+    EXPECT_LE(count_threads(process), 2) << "newer versions of OpenImageIO keep one that waits";
+    EXPECT_GE(count_threads(other), 3);
 }
 
 TEST_F(ImageReaderProcess, ServesSmallerAndLargerImagesOneAfterTheOther) {
@@ -118,7 +123,7 @@ TEST_F(ImageReaderProcess, SaysWhyAFileCannotBeRead) {
 }
 
 TEST_F(ImageReaderProcess, MakesACrashAnErrorAndGoesOn) {
-    const std::string bad = folder.write("bad.tif", make_tiff_that_crashes_readers());
+    const std::string bad = folder.write("bad.tif", make_image_that_crashes_readers());
     const std::string good = write_image("good.exr", 4, 4);
     image::ReaderProcess process;
     for (int i = 0; i < 3; ++i) {
@@ -130,6 +135,16 @@ TEST_F(ImageReaderProcess, MakesACrashAnErrorAndGoesOn) {
         process.read_part(0, image.parts[0].spec, pixels);
         EXPECT_EQ(pixels.size(), 4u * 4 * 3 * 4);
     }
+}
+
+TEST_F(ImageReaderProcess, SurvivesMetadataNestedTooDeep) {
+    const std::string bad = folder.write("bad.tif", make_tiff_of_nested_metadata());
+    image::ReaderProcess process;
+    EXPECT_THAT(
+        failure_of([&] { process.open(bad); }),
+        AnyOf("cannot read '" + bad + "': OpenImageIO crashed on it (Segmentation fault)", "no failure"))
+        << "newer versions read it";
+    EXPECT_EQ(process.open(write_image("good.exr", 4, 4)).parts.size(), 1u);
 }
 
 TEST_F(ImageReaderProcess, EndsAReaderThatWaitsForEver) {
@@ -161,9 +176,11 @@ TEST_F(ImageReaderProcess, EndsAReaderThatUsesTooMuchProcessorTime) {
 TEST_F(ImageReaderProcess, RefusesMorePixelsThanTheFileCanHold) {
     const std::string path = folder.write("large.dpx", make_dpx_that_announces_too_much());
     image::ReaderProcess process;
-    EXPECT_EQ(failure_of([&] { process.open(path); }),
-              "cannot read '" + path +
-                  "': its header requires 21.6 GB of pixels, too many for a file of 21048 bytes");
+    EXPECT_THAT(failure_of([&] { process.open(path); }),
+                AnyOf("cannot read '" + path +
+                          "': its header requires 21.6 GB of pixels, too many for a file of 21048 bytes",
+                      AllOf(StartsWith("cannot read '" + path + "': "), HasSubstr("21048 byte file"))))
+        << "newer versions of OpenImageIO refuse it themselves";
 }
 
 TEST_F(ImageReaderProcess, ReadsLargeBlackImagesOfTheBestCompression) {

@@ -32,6 +32,11 @@ void write_image(const std::string& path, const std::vector<Image>& parts) {
     std::vector<OIIO::ImageSpec> specs;
     for (const Image& part : parts)
         specs.push_back(part.spec);
+    // Newer versions of OpenImageIO state sRGB in PNG files of which nothing is said.
+    if (path.size() > 4 && path.compare(path.size() - 4, 4, ".png") == 0)
+        for (OIIO::ImageSpec& spec : specs)
+            if (!spec.find_attribute("oiio:ColorSpace"))
+                spec.attribute("oiio:ColorSpace", "unknown");
     const bool announced = parts.size() > 1 && !output->supports("appendsubimage");
     for (std::size_t i = 0; i < parts.size(); ++i) {
         bool opened;

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/colorio/color_formulas.h"
-#include "tests/image/hostile_images.h"
+#include "tests/image/crashing_format.h"
 #include "tests/support/no_new_threads.h"
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
@@ -83,7 +83,7 @@ TEST_F(Sequence, GoesOnAfterAMissingFrameAndFailsAtTheEnd) {
 
 TEST_F(Sequence, GoesOnAfterAFrameThatCrashesTheReader) {
     write_frames({1, 2, 4, 5});
-    folder.write(name("in", 3), make_tiff_that_crashes_readers()); // the content tells the format
+    folder.write(name("in", 3), make_image_that_crashes_readers()); // the content tells the format
     const ToolRun result = convert("1-5");
     EXPECT_THAT(result, FailsWith(1, "colorio: error: cannot read '" + path(name("in", 3)) +
                                          "': OpenImageIO crashed on it (Segmentation fault)\n"));
