@@ -25,6 +25,9 @@ struct Method {
     bool has_quality(int quality) const { return most > 0 && quality >= least && quality <= most; }
 };
 
+/// OpenImageIO 3 (3.1.18) compresses TIFF by deflate at a level of its own, and writes deflate for "jpeg".
+constexpr bool TIFF_HAS_QUALITY = OIIO_VERSION_MAJOR < 3;
+
 /// The first one of a format is its default. Of deflate and of DWA the "quality" is the level.
 constexpr Method METHODS[] = {
     {"openexr", "zip", 1, 9},
@@ -37,11 +40,11 @@ constexpr Method METHODS[] = {
     {"openexr", "b44a"},
     {"openexr", "dwaa", 1, 1000},
     {"openexr", "dwab", 1, 1000},
-    {"tiff", "zip", 1, 9},
+    {"tiff", "zip", 1, TIFF_HAS_QUALITY ? 9 : 0},
     {"tiff", "none"},
     {"tiff", "lzw"},
     {"tiff", "packbits"},
-    {"tiff", "jpeg", 1, 100},
+    {TIFF_HAS_QUALITY ? "tiff" : "", "jpeg", 1, 100},
     {"png", "default", 0, 9},
     {"png", "filtered", 0, 9},
     {"png", "huffman", 0, 9},

@@ -59,21 +59,27 @@ TEST_F(CompressionOptions, SelectAMethodOfTheFormat) {
         EXPECT_THAT(convert("out.tif", {"--compression", method}), Succeeds());
         EXPECT_EQ(get_method("out.tif"), method);
     }
-    EXPECT_THAT(convert("out.tif", {"--compression", "jpeg", "-d", "uint8"}), Succeeds());
-    EXPECT_EQ(get_method("out.tif"), "jpeg");
     EXPECT_THAT(convert("out.tga", {"--compression", "rle"}), Succeeds());
     EXPECT_EQ(get_method("out.tga"), "rle");
+}
+
+TEST_F(CompressionOptions, SelectJpegInTiffWhereOpenImageIoWritesIt) {
+    if (OIIO_VERSION_MAJOR < 3) {
+        EXPECT_THAT(convert("out.tif", {"--compression", "jpeg", "-d", "uint8"}), Succeeds());
+        EXPECT_EQ(get_method("out.tif"), "jpeg");
+        const auto get_size_with = [&](const char* quality) {
+            return get_size("out.tif", {"--compression", "jpeg", "-d", "uint8", "--quality", quality});
+        };
+        EXPECT_LT(get_size_with("20"), get_size_with("95"));
+    } else {
+        expect_refused("out.tif", {"--compression", "jpeg", "-d", "uint8"}, "tiff has no compression 'jpeg'",
+                       "valid compression methods: zip, none, lzw, packbits");
+    }
 }
 
 TEST_F(CompressionOptions, SetTheQualityOfLossyMethods) {
     for (const char* output : {"out.jpg", "out.webp"})
         EXPECT_LT(get_size(output, {"--quality", "20"}), get_size(output, {"--quality", "95"})) << output;
-    const std::vector<std::string> tiff_jpeg = {"--compression", "jpeg", "-d", "uint8", "--quality"};
-    const auto with = [](std::vector<std::string> options, const char* quality) {
-        options.push_back(quality);
-        return options;
-    };
-    EXPECT_LT(get_size("out.tif", with(tiff_jpeg, "20")), get_size("out.tif", with(tiff_jpeg, "95")));
     EXPECT_GT(get_size("out.exr", {"--compression", "dwaa", "--quality", "5"}),
               get_size("out.exr", {"--compression", "dwaa", "--quality", "300"}))
         << "the level of DWA: the more, the smaller";
@@ -82,8 +88,12 @@ TEST_F(CompressionOptions, SetTheQualityOfLossyMethods) {
 TEST_F(CompressionOptions, SetTheLevelOfLosslessMethodsWithoutChangingPixels) {
     EXPECT_GT(get_size("a.png", {"--quality", "0"}), get_size("b.png", {"--quality", "9"}));
     EXPECT_EQ(read_image(path("a.png")).values, read_image(path("b.png")).values);
-    EXPECT_GT(get_size("a.tif", {"--quality", "1"}), get_size("b.tif", {"--quality", "9"}));
-    EXPECT_EQ(read_image(path("a.tif")).values, read_image(path("b.tif")).values);
+    if (OIIO_VERSION_MAJOR < 3) {
+        EXPECT_GT(get_size("a.tif", {"--quality", "1"}), get_size("b.tif", {"--quality", "9"}));
+        EXPECT_EQ(read_image(path("a.tif")).values, read_image(path("b.tif")).values);
+    } else {
+        expect_refused("a.tif", {"--quality", "1"}, "the compression 'zip' of tiff has no quality", "");
+    }
 }
 
 TEST_F(CompressionOptions, KeepTheMethodOfTheInputForAQuality) {

@@ -3,6 +3,7 @@
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -97,15 +98,16 @@ TEST_F(Program, NamesMissingRepeatedAndUnexpectedArguments) {
 
 TEST_F(Program, ShowsTheNamesAndChoicesOfValuesInItsHelp) {
     const std::string help = run({"convert", "--help"}).out;
-    EXPECT_THAT(help, AllOf(HasSubstr("\n  --from NAME "), HasSubstr("\n  --lut FILE "),
-                            HasSubstr("\n  --threads N "), HasSubstr("\n  --context KEY=VALUE "),
-                            HasSubstr("\n  -d,--depth {uint8,uint10,uint12,uint16,half,float}\n"),
-                            HasSubstr("\n  input        "), HasSubstr("\n  --inverse-cdl  ")));
+    // Versions of the parser indent options by different numbers of spaces.
+    EXPECT_THAT(help, AllOf(ContainsRegex("\n +--from NAME "), ContainsRegex("\n +--lut FILE "),
+                            ContainsRegex("\n +--threads N "), ContainsRegex("\n +--context KEY=VALUE "),
+                            ContainsRegex("\n  -d, *--depth [{]uint8,uint10,uint12,uint16,half,float[}] *\n"),
+                            HasSubstr("\n  input        "), ContainsRegex("\n +--inverse-cdl  ")));
     for (const char* parsers_own : {"TEXT", "INT", "REQUIRED", "Excludes", "Needs"})
         EXPECT_EQ(help.find(parsers_own), std::string::npos) << parsers_own;
-    EXPECT_THAT(run({"--help"}).out,
-                AllOf(HasSubstr("\nUsage: colorio [OPTIONS] COMMAND\n"), HasSubstr("\nCommands:\n")));
-    EXPECT_THAT(run({"bake", "--help"}).out, HasSubstr("\n  --from NAME (required) "));
+    EXPECT_THAT(run({"--help"}).out, AllOf(ContainsRegex("\n(Usage: )?colorio [[]OPTIONS[]] COMMAND\n"),
+                                           HasSubstr("\nCommands:\n")));
+    EXPECT_THAT(run({"bake", "--help"}).out, ContainsRegex("\n +--from NAME [(]required[)] "));
 }
 
 TEST_F(Program, NamesThePlainReasonOfANumberThatDoesNotFit) {
