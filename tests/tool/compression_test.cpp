@@ -50,6 +50,10 @@ constexpr char EXR_METHODS[] =
     "valid compression methods: zip, none, rle, zips, piz, pxr24, b44, b44a, dwaa, dwab";
 constexpr char EXR_QUALITIES[] = "valid qualities: zip 1 to 9, zips 1 to 9, dwaa 1 to 1000, dwab 1 to 1000";
 
+constexpr const char* TIFF_METHODS = OIIO_VERSION_MAJOR < 3
+                                         ? "valid compression methods: zip, none, lzw, packbits, jpeg"
+                                         : "valid compression methods: zip, none, lzw, packbits";
+
 TEST_F(CompressionOptions, SelectAMethodOfTheFormat) {
     for (const char* method : {"zip", "none", "rle", "zips", "piz", "pxr24", "b44", "b44a", "dwaa", "dwab"}) {
         EXPECT_THAT(convert("out.exr", {"--compression", method}), Succeeds());
@@ -71,9 +75,14 @@ TEST_F(CompressionOptions, SelectJpegInTiffWhereOpenImageIoWritesIt) {
             return get_size("out.tif", {"--compression", "jpeg", "-d", "uint8", "--quality", quality});
         };
         EXPECT_LT(get_size_with("20"), get_size_with("95"));
+        std::filesystem::remove(path("out.tif"));
+        expect_refused("out.tif", {"--compression", "jpeg", "-d", "uint16"},
+                       "the compression 'jpeg' of tiff needs three channels of uint8",
+                       "add -d uint8, or choose zip");
     } else {
         expect_refused("out.tif", {"--compression", "jpeg", "-d", "uint8"}, "tiff has no compression 'jpeg'",
-                       "valid compression methods: zip, none, lzw, packbits");
+                       TIFF_METHODS);
+        expect_refused("out.tif", {"--quality", "1"}, "the compression 'zip' of tiff has no quality", "");
     }
 }
 
@@ -91,8 +100,6 @@ TEST_F(CompressionOptions, SetTheLevelOfLosslessMethodsWithoutChangingPixels) {
     if (OIIO_VERSION_MAJOR < 3) {
         EXPECT_GT(get_size("a.tif", {"--quality", "1"}), get_size("b.tif", {"--quality", "9"}));
         EXPECT_EQ(read_image(path("a.tif")).values, read_image(path("b.tif")).values);
-    } else {
-        expect_refused("a.tif", {"--quality", "1"}, "the compression 'zip' of tiff has no quality", "");
     }
 }
 
@@ -110,8 +117,7 @@ TEST_F(CompressionOptions, KeepTheMethodOfTheInputForAQuality) {
 
 TEST_F(CompressionOptions, RefuseUnknownMethodsWithTheValidOnes) {
     expect_refused("out.exr", {"--compression", "lzw"}, "openexr has no compression 'lzw'", EXR_METHODS);
-    expect_refused("out.tif", {"--compression", "piz"}, "tiff has no compression 'piz'",
-                   "valid compression methods: zip, none, lzw, packbits, jpeg");
+    expect_refused("out.tif", {"--compression", "piz"}, "tiff has no compression 'piz'", TIFF_METHODS);
     expect_refused("out.jpg", {"--compression", "none"}, "jpeg has no compression 'none'",
                    "valid compression methods: jpeg");
     expect_refused("out.dpx", {"--compression", "rle"}, "dpx has no choice of compression", "");
@@ -126,12 +132,6 @@ TEST_F(CompressionOptions, RefuseInvalidQualitiesWithTheValidOnes) {
     expect_refused("out.jpg", {"--quality", "101"}, "invalid quality 101 of the compression 'jpeg'",
                    "valid qualities: jpeg 1 to 100");
     EXPECT_THAT(convert("out.jpg", {"--quality", "high"}), FailsWith(2, HasSubstr("--quality")));
-}
-
-TEST_F(CompressionOptions, RefuseWhatAMethodCannotCompress) {
-    expect_refused("out.tif", {"--compression", "jpeg", "-d", "uint16"},
-                   "the compression 'jpeg' of tiff needs three channels of uint8",
-                   "add -d uint8, or choose zip");
 }
 
 TEST_F(CompressionOptions, OfASequenceAreRefusedOnce) {
