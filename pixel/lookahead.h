@@ -23,7 +23,9 @@ public:
             return;
         }
         Range& range = range_[current_];
-        __builtin_prefetch(reinterpret_cast<const void*>(range.begin), 0, 3);
+        // A number, because the last line may end behind the range.
+        const auto* line = reinterpret_cast<const void*>(range.begin); // NOLINT(performance-no-int-to-ptr)
+        __builtin_prefetch(line, 0, 3);
         range.begin += LINE;
         if (range.begin >= range.end) {
             range = range_[--count_];
