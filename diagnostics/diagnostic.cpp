@@ -74,6 +74,10 @@ std::string format_located(const Diagnostic& diagnostic) {
     return place + ": " + diagnostic.message;
 }
 
+std::string format_with_hint(const Diagnostic& diagnostic) {
+    return format_located(diagnostic) + (diagnostic.hint.empty() ? "" : "; " + diagnostic.hint);
+}
+
 std::string flatten(const std::string& text) {
     std::string line;
     for (const char character : text) {

@@ -46,6 +46,8 @@ Diagnostics select(const Diagnostics& list, const std::string& subject);
 
 /// The message, after its position if it has a line: "grades.ccc:3:17: the element is not closed".
 std::string format_located(const Diagnostic& diagnostic);
+/// The same, and the hint after a semicolon if it has one.
+std::string format_with_hint(const Diagnostic& diagnostic);
 
 /// `text` as a message: runs of blanks and line ends become one blank, a final full stop is removed.
 std::string flatten(const std::string& text);

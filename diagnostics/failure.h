@@ -17,7 +17,7 @@ public:
     explicit Failure(Diagnostic reason) : Failure(Diagnostics{std::move(reason)}) {}
     /// `reasons` must not be empty.
     explicit Failure(Diagnostics reasons)
-        : std::runtime_error(get_text(*find_worst(reasons))), reasons(std::move(reasons)) {}
+        : std::runtime_error(format_with_hint(*find_worst(reasons))), reasons(std::move(reasons)) {}
 
     /// All of them; never empty.
     const Diagnostics& get_diagnostics() const { return reasons; }
@@ -25,10 +25,6 @@ public:
     const Diagnostic& get_worst() const { return *find_worst(reasons); }
 
 private:
-    static std::string get_text(const Diagnostic& reason) {
-        return format_located(reason) + (reason.hint.empty() ? "" : "; " + reason.hint);
-    }
-
     Diagnostics reasons;
 };
 

@@ -7,15 +7,20 @@
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
 
 namespace gl {
 
 namespace {
 
-constexpr char NO_EGL[] =
-    "EGL is not available; install libegl1 and libgl1-mesa-dri (Mesa's software driver works "
-    "without a GPU)";
+[[noreturn]] void fail(const std::string& message, const std::string& hint = {}) {
+    diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, message, hint);
+}
+
+[[noreturn]] void fail_without_egl() {
+    fail("EGL is not available",
+         "install libegl1 and libgl1-mesa-dri (Mesa's software driver works without a GPU)");
+}
 
 /// libepoxy ends the process without EGL, so its presence is checked first.
 bool is_egl_installed() {
@@ -37,12 +42,12 @@ public:
 private:
     static EGLDisplay open() {
         if (!is_egl_installed())
-            throw GlError(NO_EGL);
+            fail_without_egl();
         EGLDisplay display = open_surfaceless();
         if (display == EGL_NO_DISPLAY)
             display = open_device();
         if (display == EGL_NO_DISPLAY)
-            throw GlError(NO_EGL);
+            fail_without_egl();
         return display;
     }
 
@@ -91,7 +96,7 @@ EGLConfig choose_config(EGLDisplay display) {
     EGLConfig config = nullptr;
     EGLint count = 0;
     if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)
-        throw GlError("EGL does not support OpenGL on this system");
+        fail("EGL does not support OpenGL on this system");
     return config;
 }
 
@@ -105,7 +110,7 @@ EGLContext create_context(EGLDisplay display, GlProfile profile) {
                            EGL_NONE};
     const EGLint legacy[] = {EGL_CONTEXT_MAJOR_VERSION_KHR, 2, EGL_CONTEXT_MINOR_VERSION_KHR, 1, EGL_NONE};
     if (!eglBindAPI(EGL_OPENGL_API))
-        throw GlError("EGL does not support OpenGL on this system");
+        fail("EGL does not support OpenGL on this system");
     return eglCreateContext(display, choose_config(display), EGL_NO_CONTEXT,
                             profile == GlProfile::CORE ? core : legacy);
 }
@@ -129,8 +134,8 @@ EglContext::EglContext(GlProfile profile) : state(std::make_unique<State>()) {
     state->former_read = eglGetCurrentSurface(EGL_READ);
     state->context = create_context(state->display, profile);
     if (state->context == EGL_NO_CONTEXT)
-        throw GlError(profile == GlProfile::CORE ? "the driver does not support the OpenGL 3.3 core profile"
-                                                 : "the driver does not support OpenGL 2.1");
+        fail(profile == GlProfile::CORE ? "the driver does not support the OpenGL 3.3 core profile"
+                                        : "the driver does not support OpenGL 2.1");
     try {
         make_current();
     } catch (...) {
@@ -149,7 +154,7 @@ EglContext::~EglContext() {
 
 void EglContext::make_current() {
     if (!eglMakeCurrent(state->display, EGL_NO_SURFACE, EGL_NO_SURFACE, state->context))
-        throw GlError("the driver does not support an OpenGL context without a window");
+        fail("the driver does not support an OpenGL context without a window");
 }
 
 } // namespace gl

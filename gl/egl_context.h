@@ -10,14 +10,14 @@ namespace gl {
 /// the context before it current again. Contexts of one thread must be destroyed in reverse order.
 class EglContext {
 public:
-    /// Prefers a display without devices or windows, then the first device that has a driver. Throws GlError
-    /// when there is no EGL, or none that offers the profile.
+    /// Prefers a display without devices or windows, then the first device that has a driver. Throws
+    /// diagnostics::Failure (GPU_UNAVAILABLE) when there is no EGL, or none that offers the profile.
     explicit EglContext(GlProfile profile);
     ~EglContext();
     EglContext(const EglContext&) = delete;
     EglContext& operator=(const EglContext&) = delete;
 
-    /// Makes it current on the calling thread. Throws GlError.
+    /// Makes it current on the calling thread. Throws diagnostics::Failure.
     void make_current();
 
 private:

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
 
 namespace gl {
 
@@ -24,7 +24,7 @@ void forget_errors() {
 
 void check_upload(const std::string& what) {
     if (glGetError() != GL_NO_ERROR)
-        throw GlError("the driver does not support " + what);
+        diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not support " + what);
 }
 
 } // namespace

@@ -12,17 +12,26 @@
 
 namespace gl {
 
+/// A 3D LUT: edge^3 RGB floats, red fastest.
+struct Lut3d {
+    const float* values;
+    int edge;
+};
+
 /// Runs `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)` on float pixels in a fragment shader, in a
-/// separate context. For one thread, the one that made it.
+/// separate context. The function may take any number of 3D LUTs. For one thread, the one that made it.
 class GlEvaluator {
 public:
-    /// Throws GlError when OpenGL with that profile is not available without a window.
+    /// Throws diagnostics::Failure (GPU_UNAVAILABLE) when OpenGL with that profile is not available without a
+    /// window.
     explicit GlEvaluator(GlProfile profile);
 
-    /// Loads the function's text and the edge^3 RGB floats of `lut3d`, red fastest. Throws GlError with the
+    /// Loads the function's text and the 3D LUTs that it takes after the pixel. `last_argument` is a GLSL
+    /// expression for a parameter after these; empty without one. Throws diagnostics::Failure with the
     /// compiler's messages when the text does not compile; then nothing is loaded.
-    void load(const std::string& text, const float* table, int edge);
-    /// Converts pixels of red, green, blue, alpha floats. Throws GlError, also when nothing is loaded.
+    void load(const std::string& text, const std::vector<Lut3d>& luts, const std::string& last_argument = {});
+    /// Converts pixels of red, green, blue, alpha floats. Throws diagnostics::Failure, also when nothing is
+    /// loaded.
     std::vector<float> run(const std::vector<float>& rgba);
 
     /// The driver's name (GL_RENDERER).
@@ -34,7 +43,7 @@ private:
     const GlProfile profile;
     EglContext context;
     FullScreenPass pass;
-    GlTexture table;
+    std::vector<GlTexture> luts;
     std::optional<GlProgram> program;
 };
 

@@ -1,9 +1,10 @@
 #include "gl/gl_program.h"
 
+#include <cstdio>
 #include <sstream>
 #include <utility>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
 
 namespace gl {
 
@@ -22,14 +23,25 @@ std::string get_log(GLuint object, GetInteger get_integer, GetLog get_text) {
     return log;
 }
 
-/// The text with its line numbers, which the driver's messages refer to.
-std::string number_lines(const std::string& text) {
+/// The line of the text that the driver's first message is about, as " (line 12: `...`)"; empty if it names
+/// none. Messages begin with the numbers of string and line: "0:12(5)", "0(12)" or "ERROR: 0:12".
+std::string quote_line(const std::string& log, const std::string& text) {
+    unsigned int number = 0;
+    if (std::sscanf(log.c_str(), "%*u:%9u", &number) != 1 &&
+        std::sscanf(log.c_str(), "%*u(%9u", &number) != 1 &&
+        std::sscanf(log.c_str(), "%*[A-Z]: %*u:%9u", &number) != 1)
+        return "";
     std::istringstream lines(text);
-    std::ostringstream numbered;
     std::string line;
-    for (int number = 1; std::getline(lines, line); ++number)
-        numbered << number << ": " << line << "\n";
-    return numbered.str();
+    for (unsigned int i = 0; i < number; ++i)
+        if (!std::getline(lines, line))
+            return "";
+    return " (line " + std::to_string(number) + ": `" + diagnostics::flatten(line) + "`)";
+}
+
+[[noreturn]] void fail(const std::string& what, const std::string& log, const std::string& text) {
+    diagnostics::fail(diagnostics::Code::SHADER_INVALID,
+                      what + ": " + diagnostics::flatten(log) + quote_line(log, text));
 }
 
 /// A compiled shader until the program is linked.
@@ -45,7 +57,7 @@ public:
             return;
         const std::string log = get_log(name, glGetShaderiv, glGetShaderInfoLog);
         glDeleteShader(name);
-        throw GlError("the shader does not compile: " + log + "\n" + number_lines(text));
+        fail("the shader does not compile", log, text);
     }
     ~Shader() { glDeleteShader(name); }
     Shader(const Shader&) = delete;
@@ -70,7 +82,7 @@ GlProgram::GlProgram(const std::string& vertex_text, const std::string& fragment
         return;
     const std::string log = get_log(name, glGetProgramiv, glGetProgramInfoLog);
     glDeleteProgram(name);
-    throw GlError("the shader does not link: " + log + "\n" + number_lines(fragment_text));
+    fail("the shader does not link", log, fragment_text);
 }
 
 GlProgram::~GlProgram() {

@@ -10,7 +10,8 @@ namespace gl {
 /// exists, has index 0.
 class GlProgram {
 public:
-    /// Throws GlError with the driver's messages and the numbered lines of the text.
+    /// Throws diagnostics::Failure (SHADER_INVALID) with the driver's messages, and the line of the text that
+    /// the first of them is about.
     GlProgram(const std::string& vertex_text, const std::string& fragment_text);
     ~GlProgram();
     GlProgram(GlProgram&& other) noexcept;

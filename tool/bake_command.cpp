@@ -58,6 +58,8 @@ public:
                                   format_color(difference.at), format_color(difference.expected),
                                   format_color(difference.actual)));
         console.print(fmt::format("  mean difference    {:.3g}", difference.mean));
+        if (difference.incomparable > 0)
+            console.print("  " + describe_incomparable(difference));
         return EXIT_CODE_DONE;
     }
 

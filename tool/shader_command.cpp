@@ -6,7 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
+#include "gl/gl_evaluator.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/json.h"
@@ -21,7 +22,8 @@ namespace tool {
 namespace {
 
 constexpr char EXAMPLES[] = R"(  colorio shader --from linear --view Tavelion.sRGB -o viewer
-  colorio shader --from ACEScg --to ACEScct --config aces.ocio --glsl legacy -o .)";
+  colorio shader --from ACEScg --to ACEScct --config aces.ocio --glsl legacy -o .
+  colorio shader --from ACEScg --cdl grades.ccc:shot_010 --view sRGB.Film --config show.ocio -o viewer)";
 
 constexpr char CORE[] = "core";
 constexpr char LEGACY[] = "legacy";
@@ -38,10 +40,11 @@ class ShaderCommand : public Command {
 public:
     explicit ShaderCommand(Options& program)
         : Command(program, "shader",
-                  "Write a conversion as a GLSL function with a 3D LUT, and compare it with the CPU",
+                  "Write a conversion as a GLSL function with 3D LUTs, and compare it with the CPU",
                   EXAMPLES) {
         add_conversion_options(options, request, "color space that the shader converts from");
-        options.get("--from").required();
+        add_inverse_view_option(options, request);
+        add_step_options(options, request);
         options.add("--glsl", dialect, "core: GLSL 3.30 (default), legacy: GLSL 1.20")
             .choices({CORE, LEGACY});
         options.add("-o,--output", folder, "folder for the files; created if missing")
@@ -53,9 +56,17 @@ public:
 
     ExitCode run(Console& console) override {
         check_conversion(request);
+        if (request.from.empty() && request.inverse_view.empty())
+            throw UsageError("--from or --inverse-view is required");
         const ToolSession session(session_options, console);
         const workflow::Conversion conversion(session, request);
         console.report(conversion.get_notes());
+        if (conversion.is_identity())
+            diagnostics::fail(
+                diagnostics::Code::SHADER_IMPOSSIBLE,
+                fmt::format("cannot make a shader from '{}' to '{}': source and destination are "
+                            "the same",
+                            conversion.get_source(), conversion.get_destination()));
         const gl::GlProfile profile = dialect == CORE ? gl::GlProfile::CORE : gl::GlProfile::LEGACY;
         const workflow::GpuConversion gpu = workflow::make_gpu_conversion(conversion, profile);
         const std::vector<std::string> files = workflow::write_gpu_conversion(gpu, folder);
@@ -94,21 +105,18 @@ private:
 
 ShaderCommand::Comparison ShaderCommand::compare(const workflow::GpuConversion& gpu, gl::GlProfile profile,
                                                  const workflow::Conversion& conversion, Console& console) {
-    std::optional<gl::GlEvaluator> shader;
+    std::optional<gl::GlEvaluator> evaluator;
     try {
-        shader.emplace(profile);
-    } catch (const gl::GlError& error) {
-        console.report(diagnostics::make_warning(
-            diagnostics::Code::GPU_UNAVAILABLE,
-            fmt::format("cannot compare the shader with the CPU: {}", error.what())));
+        evaluator.emplace(profile);
+    } catch (const diagnostics::Failure& failure) {
+        diagnostics::Diagnostic warning =
+            add_context("cannot compare the shader with the CPU", failure.get_diagnostics(),
+                        diagnostics::Code::GPU_UNAVAILABLE);
+        warning.severity = diagnostics::Severity::WARNING;
+        console.report(warning);
         return {};
     }
-    try {
-        shader->load(gpu.text, gpu.lut.data(), static_cast<int>(gpu.edge));
-        return {shader->get_renderer(), workflow::compare_shader(*shader, conversion)};
-    } catch (const gl::GlError& error) {
-        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE, error.what());
-    }
+    return {evaluator->get_renderer(), workflow::compare_shader(*evaluator, gpu, conversion)};
 }
 
 void ShaderCommand::print_files(const workflow::Conversion& conversion, const std::vector<std::string>& files,
@@ -128,6 +136,9 @@ void ShaderCommand::print(const Comparison& comparison, Console& console) {
                        format_color(difference.at), format_color(difference.expected),
                        format_color(difference.actual)});
     table.print(console);
+    for (const workflow::ColorDifference& difference : comparison.differences)
+        if (difference.incomparable > 0)
+            console.print(fmt::format("{}: {}", difference.colors, describe_incomparable(difference)));
 }
 
 Json ShaderCommand::to_json(const workflow::Conversion& conversion, const std::vector<std::string>& files,
@@ -138,6 +149,7 @@ Json ShaderCommand::to_json(const workflow::Conversion& conversion, const std::v
                           {"count", difference.points},
                           {"largest", difference.largest},
                           {"mean", difference.mean},
+                          {"incomparable", difference.incomparable},
                           {"at", color_to_json(difference.at)},
                           {"cpu", color_to_json(difference.expected)},
                           {"shader", color_to_json(difference.actual)}});

@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -10,13 +12,13 @@
 #include "diagnostics/failure.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
-#include "gl/gl_error.h"
 #include "tool/command.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/source_space.h"
 #include "tool/tool_session.h"
 #include "viewer/script.h"
+#include "viewer/script_values.h"
 #include "viewer/viewer.h"
 
 namespace tool {
@@ -92,34 +94,36 @@ public:
             throw UsageError("--zoom takes a positive number");
         take_steps(request);
         const std::vector<viewer::Script> scripts = read_script();
-        workflow::LiveConfig host(make_options(session_options, console));
-        report_notices(host.get_session(), session_options, console);
-        viewer::ViewModel model(host);
+        workflow::LiveConfig live_config(make_options(session_options, console));
+        report_notices(live_config.get_session(), session_options, console);
+        viewer::ViewModel model(live_config);
         apply_options(model);
-        if (const std::string& fault = model.get_watch_fault(); !fault.empty())
-            console.report(diagnostics::make_warning(
-                diagnostics::Code::FILE_UNREADABLE,
-                fmt::format("changed files are not reloaded automatically: {}", fault)));
-        const bool headless = no_window || !screenshot.empty();
-        try {
-            viewer::Viewer viewer(model,
-                                  headless ? viewer::make_offscreen(screen_size)
-                                           : viewer::make_window(screen_size, "colorio"),
-                                  !headless);
-            report_source(model, console);
-            show(viewer, scripts, console, headless);
-        } catch (const viewer::NoDisplayError& error) {
-            diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
-                              fmt::format("cannot show images: {}", error.what()),
-                              "use --screenshot, which needs no display");
-        } catch (const gl::GlError& error) {
-            diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
-                              fmt::format("cannot show images: {}", error.what()));
+        if (std::optional<diagnostics::Diagnostic> error = model.get_watch_error()) {
+            error->severity = diagnostics::Severity::WARNING;
+            console.report(*error);
         }
+        const bool headless = no_window || !screenshot.empty();
+        const std::unique_ptr<viewer::Viewer> viewer = make_viewer(model, screen_size, headless);
+        report_source(model, console);
+        show(*viewer, scripts, console, headless);
         return EXIT_CODE_DONE;
     }
 
 private:
+    static std::unique_ptr<viewer::Viewer> make_viewer(viewer::ViewModel& model, viewer::Screen::Size size,
+                                                       bool headless) {
+        try {
+            auto screen = headless ? viewer::make_offscreen(size) : viewer::make_window(size, "colorio");
+            return std::make_unique<viewer::Viewer>(model, std::move(screen), !headless);
+        } catch (const diagnostics::Failure& failure) {
+            diagnostics::Diagnostic error = add_context("cannot show images", failure.get_diagnostics(),
+                                                        diagnostics::Code::GPU_UNAVAILABLE);
+            if (error.code == diagnostics::Code::DISPLAY_MISSING)
+                error.hint = "use --screenshot, which needs no display";
+            throw diagnostics::Failure(std::move(error));
+        }
+    }
+
     /// The script, or nothing without --script.
     std::vector<viewer::Script> read_script() const {
         if (script_path.empty()) {
@@ -154,7 +158,7 @@ private:
     /// The panel shows the CDL where it is one of those that it lists.
     void apply_steps(viewer::ViewModel& model) const {
         std::vector<workflow::ColorStep> steps = request.steps;
-        const std::vector<std::string>& listed = model.get_host().get_cdls();
+        const std::vector<std::string>& listed = model.get_live_config().get_cdls();
         if (!steps.empty() && steps.front().kind == workflow::ColorStep::CDL && !steps.front().is_inverse &&
             std::find(listed.begin(), listed.end(), steps.front().name) != listed.end()) {
             model.set_cdl(steps.front().name);
@@ -179,12 +183,12 @@ private:
     }
 
     /// Errors of files that became unusable after the start.
-    static diagnostics::Diagnostics find_later_errors(const workflow::LiveConfig& host) {
+    static diagnostics::Diagnostics find_later_errors(const workflow::LiveConfig& live_config) {
         diagnostics::Diagnostics later;
-        const diagnostics::Diagnostics& known = host.get_start_errors();
-        for (const diagnostics::Diagnostic& fault : host.get_source_errors())
-            if (std::find(known.begin(), known.end(), fault) == known.end())
-                later.push_back(fault);
+        const diagnostics::Diagnostics& known = live_config.get_start_errors();
+        for (const diagnostics::Diagnostic& error : live_config.get_source_errors())
+            if (std::find(known.begin(), known.end(), error) == known.end())
+                later.push_back(error);
         return later;
     }
 
@@ -194,11 +198,11 @@ private:
         model.get_conversion(viewer::ViewModel::FIRST);
         if (viewer::shows_both_views(model.get_layout()))
             model.get_conversion(viewer::ViewModel::SECOND);
-        diagnostics::Diagnostics faults = model.get_shown_errors();
-        if (faults.empty())
-            faults = find_later_errors(model.get_host());
-        if (!faults.empty())
-            throw diagnostics::Failure(std::move(faults));
+        diagnostics::Diagnostics errors = model.get_shown_errors();
+        if (errors.empty())
+            errors = find_later_errors(model.get_live_config());
+        if (!errors.empty())
+            throw diagnostics::Failure(std::move(errors));
         viewer.save_screenshot(screenshot);
     }
 

@@ -4,7 +4,6 @@
 #include <imgui.h>
 
 #include "viewer/panels.h"
-#include "viewer/panels_attempt.h"
 
 namespace viewer {
 

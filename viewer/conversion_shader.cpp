@@ -1,11 +1,11 @@
 #include "viewer/conversion_shader.h"
 
+#include <string>
+
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
 #include "gl/float_textures.h"
 #include "gl/full_screen_pass.h"
-#include "gl/gl_error.h"
 #include "workflow/gpu_package.h"
 
 namespace viewer {
@@ -31,55 +31,57 @@ void main() {
 }
 )";
 
-std::vector<workflow::GpuConversion> get_stages(const workflow::Conversion* conversion) {
-    if (!conversion)
-        return {};
-    try {
-        return workflow::get_gpu_stages(*conversion, gl::GlProfile::CORE);
-    } catch (const diagnostics::Failure& failure) {
-        throw gl::GlError(failure.what());
+/// What shows an image without a conversion.
+constexpr char GAIN_ALONE[] = R"(
+vec4 OCIODisplay(in vec4 inPixel, in float gain) { return vec4(gain * inPixel.rgb, inPixel.a); }
+)";
+
+workflow::GpuConversion make_gpu_form(const workflow::Conversion* conversion) {
+    if (conversion)
+        return workflow::make_gpu_conversion(*conversion, gl::GlProfile::CORE);
+    workflow::GpuConversion unconverted;
+    unconverted.text = GAIN_ALONE;
+    unconverted.takes_gain = true;
+    return unconverted;
+}
+
+std::string get_lut_name(std::size_t position) {
+    return fmt::format("lut_{}", position);
+}
+
+std::string make_text(const workflow::GpuConversion& conversion) {
+    std::string text = gl::FullScreenPass::get_version_line(gl::GlProfile::CORE) + HEAD + conversion.text;
+    std::string arguments = "color";
+    for (std::size_t i = 0; i < conversion.luts.size(); ++i) {
+        text += fmt::format("uniform sampler3D {};\n", get_lut_name(i));
+        arguments += ", " + get_lut_name(i);
     }
+    if (conversion.takes_gain)
+        arguments += ", gain";
+    return text + "vec4 convert(vec4 color) { return OCIODisplay(" + arguments + "); }\n" + MAIN;
 }
 
 } // namespace
 
-/// The functions of all conversions have one name, so each gets another.
-std::string ConversionShader::make_text(const Stages& stages, std::size_t exposure_position) {
-    std::string text = gl::FullScreenPass::get_version_line(gl::GlProfile::CORE) + HEAD;
-    std::string body;
-    for (std::size_t i = 0; i <= stages.size(); ++i) {
-        if (i == exposure_position)
-            body += "    color.rgb *= gain;\n";
-        if (i == stages.size())
-            break;
-        text += fmt::format("uniform sampler3D table_{0};\n#define OCIODisplay convert_{0}\n{1}\n"
-                            "#undef OCIODisplay\n",
-                            i, stages[i].text);
-        body += fmt::format("    color = convert_{0}(color, table_{0});\n", i);
-    }
-    return text + "vec4 convert(vec4 color) {\n" + body + "    return color;\n}\n" + MAIN;
-}
-
 ConversionShader::ConversionShader(const workflow::Conversion* conversion)
-    : ConversionShader(get_stages(conversion), conversion ? conversion->get_exposure_position() : 0) {}
+    : ConversionShader(make_gpu_form(conversion)) {}
 
-ConversionShader::ConversionShader(const Stages& stages, std::size_t exposure_position)
-    : program(gl::FullScreenPass::get_vertex_text(gl::GlProfile::CORE), make_text(stages, exposure_position)),
-      tables(stages.size()) {
+ConversionShader::ConversionShader(const workflow::GpuConversion& conversion)
+    : program(gl::FullScreenPass::get_vertex_text(gl::GlProfile::CORE), make_text(conversion)),
+      luts(conversion.luts.size()) {
     program.use();
     glUniform1i(program.get_uniform("image"), 0);
-    for (std::size_t i = 0; i < stages.size(); ++i) {
-        const auto unit = static_cast<GLint>(i + 1);
-        gl::upload_lut(tables[i], stages[i].lut.data(), static_cast<int>(stages[i].edge));
-        glUniform1i(program.get_uniform(fmt::format("table_{}", i).c_str()), unit);
+    for (std::size_t i = 0; i < luts.size(); ++i) {
+        gl::upload_lut(luts[i], conversion.luts[i].values.data(), static_cast<int>(conversion.luts[i].edge));
+        glUniform1i(program.get_uniform(get_lut_name(i).c_str()), static_cast<GLint>(i + 1));
     }
 }
 
 void ConversionShader::use(const DrawParameters& parameters) const {
     program.use();
-    for (std::size_t i = 0; i < tables.size(); ++i) {
+    for (std::size_t i = 0; i < luts.size(); ++i) {
         glActiveTexture(GL_TEXTURE1 + static_cast<GLenum>(i));
-        glBindTexture(GL_TEXTURE_3D, tables[i].get());
+        glBindTexture(GL_TEXTURE_3D, luts[i].get());
     }
     glActiveTexture(GL_TEXTURE0);
     glUniform2f(program.get_uniform("image_size"), static_cast<float>(parameters.image_width),

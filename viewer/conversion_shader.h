@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "gl/gl_object.h"
@@ -20,27 +19,25 @@ struct DrawParameters {
     float zoom;
     int image_width;
     int image_height;
-    float gain; ///< Linear factor of the exposure.
+    float
+        gain; ///< Linear factor of the exposure; only for conversions that take an exposure, and without one.
 };
 
-/// The parts of a conversion as one program for the core profile, with their 3D LUTs.
+/// A conversion as a program for the core profile that draws an image, with its 3D LUTs.
 class ConversionShader {
 public:
-    /// Uses the module's shader texts and 3D LUTs of the conversion's parts. Null: values times gain. Throws
-    /// GlError when a text does not compile.
+    /// Null: values times gain. Throws diagnostics::Failure when a stage has no GPU form, or when the driver
+    /// does not support it.
     explicit ConversionShader(const workflow::Conversion* conversion);
 
     /// Makes it current: a full-screen pass then draws the image in texture unit 0.
     void use(const DrawParameters& parameters) const;
 
 private:
-    using Stages = std::vector<workflow::GpuConversion>;
-
-    static std::string make_text(const Stages& stages, std::size_t exposure_position);
-    ConversionShader(const Stages& stages, std::size_t exposure_position);
+    explicit ConversionShader(const workflow::GpuConversion& conversion);
 
     gl::GlProgram program;
-    std::vector<gl::GlTexture> tables; ///< In texture units 1 and up.
+    std::vector<gl::GlTexture> luts; ///< In texture units 1 and up.
 };
 
 } // namespace viewer

@@ -1,6 +1,5 @@
 #include "viewer/difference.h"
 
-#include <cmath>
 #include <exception>
 #include <mutex>
 
@@ -13,50 +12,15 @@ namespace viewer {
 
 namespace {
 
-/// Absolute difference; equal non-finite values do not differ.
-float get_difference(float a, float b, bool& comparable) {
-    if (std::isfinite(a) && std::isfinite(b))
-        return std::abs(a - b);
-    comparable = comparable && (a == b || (std::isnan(a) && std::isnan(b)));
-    return 0;
-}
-
-} // namespace
-
-std::string format_difference(const Difference& difference) {
-    std::string text = fmt::format("largest {:.6g} at {}, {}; mean {:.3g}", difference.largest, difference.x,
-                                   difference.y, difference.mean);
-    if (difference.incomparable > 0)
-        text += fmt::format("; {} pixels finite in only one of the two", difference.incomparable);
-    return text;
-}
-
 Difference compare_pixels(const Image& image, const std::vector<float>& gpu, const std::vector<float>& cpu) {
     auto shown = std::make_shared<Image>();
     shown->path = image.path;
     shown->width = image.width;
     shown->height = image.height;
-    shown->rgba.resize(gpu.size());
     Difference result;
-    double sum = 0;
-    std::size_t largest_at = 0;
-    for (std::size_t i = 0; i < gpu.size(); i += 4) {
-        bool comparable = true;
-        for (std::size_t channel = 0; channel < 3; ++channel) {
-            const float difference = get_difference(gpu[i + channel], cpu[i + channel], comparable);
-            shown->rgba[i + channel] = difference;
-            sum += difference;
-            if (difference > result.largest) {
-                result.largest = difference;
-                largest_at = i / 4;
-            }
-        }
-        shown->rgba[i + 3] = 1;
-        result.incomparable += !comparable;
-    }
-    result.mean = gpu.empty() ? 0 : sum / (static_cast<double>(gpu.size()) * 3 / 4);
-    result.x = static_cast<int>(largest_at % static_cast<std::size_t>(image.width));
-    result.y = static_cast<int>(largest_at / static_cast<std::size_t>(image.width));
+    result.values = workflow::compare_colors(image.path, image.rgba, cpu, gpu, &shown->rgba);
+    result.x = static_cast<int>(result.values.position % static_cast<std::size_t>(image.width));
+    result.y = static_cast<int>(result.values.position / static_cast<std::size_t>(image.width));
     result.image = std::move(shown);
     return result;
 }
@@ -80,6 +44,16 @@ std::vector<float> convert_on_cpu(const Image& image, const workflow::Conversion
     if (failure)
         std::rethrow_exception(failure);
     return rgba;
+}
+
+} // namespace
+
+std::string format_difference(const Difference& difference) {
+    std::string text = fmt::format("largest {:.6g} at {}, {}; mean {:.3g}", difference.values.largest,
+                                   difference.x, difference.y, difference.values.mean);
+    if (const std::string incomparable = describe_incomparable(difference.values); !incomparable.empty())
+        text += "; " + incomparable;
+    return text;
 }
 
 std::future<Difference> start_comparison(std::shared_ptr<const Image> image,

@@ -8,11 +8,14 @@
 
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
+
 namespace viewer {
 
 namespace {
 
 namespace fs = std::filesystem;
+using diagnostics::Code;
 
 std::string lower(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -47,10 +50,10 @@ FileChooser::FileChooser(const std::string& start, std::vector<std::string> want
     fs::path path = normalized(start);
     while (!list(path.string()) && path != path.root_path())
         path = path.parent_path();
-    fault.clear();
+    last_error.reset();
 }
 
-/// False, and nothing but the fault changed, when the folder cannot be read.
+/// False, and nothing but the error changed, when the folder cannot be read.
 bool FileChooser::list(const std::string& path) {
     std::error_code error;
     std::vector<Entry> found;
@@ -63,14 +66,17 @@ bool FileChooser::list(const std::string& path) {
             found.push_back(entry);
     }
     if (error) {
-        fault = fmt::format("cannot read the folder '{}': {}", path, error.message());
+        const bool is_missing = error == std::errc::no_such_file_or_directory;
+        last_error = diagnostics::make_file_error(
+            is_missing ? Code::FILE_MISSING : Code::FILE_UNREADABLE,
+            fmt::format("cannot read the folder '{}': {}", path, error.message()), path);
         return false;
     }
     std::sort(found.begin(), found.end(), comes_before);
     entries = std::move(found);
     folder = path;
     selected = 0;
-    fault.clear();
+    last_error.reset();
     return true;
 }
 
@@ -99,7 +105,8 @@ void FileChooser::go_up() {
 void FileChooser::go_home() {
     const std::string home = get_home();
     if (home.empty())
-        fault = "the environment variable HOME is not set to a folder";
+        last_error = diagnostics::make_error(Code::FILE_MISSING,
+                                             "the environment variable HOME is not set to a folder", "HOME");
     else
         enter(home);
 }
@@ -136,7 +143,7 @@ std::optional<std::string> FileChooser::choose_selected() {
 }
 
 std::optional<std::string> FileChooser::choose_typed(const std::string& text) {
-    fault.clear();
+    last_error.reset();
     if (text.empty())
         return {};
     const bool from_home = text == "~" || text.compare(0, 2, "~/") == 0;
@@ -155,12 +162,15 @@ std::optional<std::string> FileChooser::choose(const std::string& path) {
         return {};
     }
     if (fs::is_regular_file(status)) {
-        fault.clear();
+        last_error.reset();
         return wanted.string();
     }
     const bool is_missing = status.type() == fs::file_type::not_found;
-    fault = is_missing ? fmt::format("'{}' does not exist", wanted.string())
-                       : fmt::format("'{}' is not a regular file or readable folder", wanted.string());
+    last_error = diagnostics::make_file_error(
+        is_missing ? Code::FILE_MISSING : Code::FILE_NOT_REGULAR,
+        fmt::format(is_missing ? "'{}' does not exist" : "'{}' is not a regular file or readable folder",
+                    wanted.string()),
+        wanted.string());
     return {};
 }
 

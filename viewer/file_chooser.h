@@ -3,7 +3,10 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "diagnostics/diagnostic.h"
 
 namespace viewer {
 
@@ -26,8 +29,8 @@ public:
     /// Folders, then files, both by name without regard to case, numbers by their value.
     const std::vector<Entry>& get_entries() const { return entries; }
     /// The error of the last operation; empty when it succeeded.
-    const std::string& get_fault() const { return fault; }
-    void set_fault(const std::string& text) { fault = text; }
+    const std::optional<diagnostics::Diagnostic>& get_error() const { return last_error; }
+    void set_error(diagnostics::Diagnostic error) { last_error = std::move(error); }
 
     /// Goes to a folder. When it cannot be read, that is the error, and the current folder stays.
     void enter(const std::string& path);
@@ -60,7 +63,7 @@ private:
     std::string folder;
     std::vector<Entry> entries;
     std::size_t selected = 0;
-    std::string fault;
+    std::optional<diagnostics::Diagnostic> last_error;
 };
 
 } // namespace viewer

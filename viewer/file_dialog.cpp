@@ -19,7 +19,7 @@ constexpr float HEIGHT = 440;
 /// Of the window, when that is small.
 constexpr float LARGEST_SHARE = 0.95f;
 constexpr int PAGE = 10;
-/// Lines below the list: the switch and the buttons, and a fault of two lines.
+/// Lines below the list: the switch and the buttons, and an error of two lines.
 float get_height_below() {
     return 2 * ImGui::GetFrameHeightWithSpacing() + 2 * ImGui::GetTextLineHeightWithSpacing();
 }
@@ -35,9 +35,9 @@ void FileDialog::open(const std::string& wanted_title, const std::string& folder
     selection_moved = true;
 }
 
-void FileDialog::set_fault(const std::string& text) {
+void FileDialog::set_error(const diagnostics::Diagnostic& error) {
     if (chooser)
-        chooser->set_fault(text);
+        chooser->set_error(error);
 }
 
 std::optional<std::string> FileDialog::show(Items& items) {
@@ -69,8 +69,8 @@ std::optional<std::string> FileDialog::show_content(Items& items) {
     for (const auto part : {&FileDialog::show_entries, &FileDialog::show_buttons})
         if (chooser && !chosen)
             chosen = (this->*part)(items);
-    if (chooser && !chooser->get_fault().empty())
-        widgets::show_fault(chooser->get_fault());
+    if (chooser && chooser->get_error())
+        widgets::show_error(*chooser->get_error());
     return chosen;
 }
 

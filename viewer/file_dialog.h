@@ -19,7 +19,7 @@ public:
     void close() { chooser.reset(); }
     bool is_open() const { return chooser.has_value(); }
     /// Shows why the chosen file is unusable; the dialog stays open.
-    void set_fault(const std::string& text);
+    void set_error(const diagnostics::Diagnostic& error);
 
     /// Builds the dialog. Returns the path in the frame in which a file is chosen; the dialog stays open
     /// until `close`.

@@ -12,6 +12,8 @@
 #include <limits>
 #include <tuple>
 
+#include "diagnostics/failure.h"
+
 namespace viewer {
 
 namespace {
@@ -27,13 +29,18 @@ bool is_link(const std::string& path) {
     return lstat(path.c_str(), &info) == 0 && (S_ISLNK(info.st_mode) || info.st_nlink > 1);
 }
 
-std::string describe_limit(int error) {
-    if (error == ENOSPC)
+std::string explain(int number) {
+    if (number == ENOSPC)
         return "the system's limit on watched folders is reached (fs.inotify.max_user_watches)";
-    if (error == EMFILE)
+    if (number == EMFILE)
         return "the limit on open files or on the system's notices is reached "
                "(fs.inotify.max_user_instances)";
-    return std::strerror(error);
+    return std::strerror(number);
+}
+
+diagnostics::Diagnostic describe_limit(int number) {
+    return diagnostics::make_error(diagnostics::Code::SYSTEM_FAILURE,
+                                   "changed files are not reloaded automatically: " + explain(number));
 }
 
 } // namespace
@@ -54,7 +61,7 @@ FileWatcher::Stamp FileWatcher::read_stamp(const std::string& path) {
 
 FileWatcher::FileWatcher() : descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
     if (descriptor < 0)
-        fault = describe_limit(errno);
+        error = describe_limit(errno);
 }
 
 FileWatcher::~FileWatcher() {
@@ -77,14 +84,14 @@ void FileWatcher::watch(const std::vector<std::string>& files) {
 void FileWatcher::place_watches() {
     std::map<int, std::set<std::string>> former;
     former.swap(folders);
-    fault.clear();
+    error.reset();
     files_of_entry.clear();
     files_of_folder.clear();
     for (const auto& [file, stamp] : stamps) {
         place_watches_on_way(file, file);
-        std::error_code error;
-        const fs::path real = fs::weakly_canonical(file, error);
-        if (!error && real != file)
+        std::error_code unresolved;
+        const fs::path real = fs::weakly_canonical(file, unresolved);
+        if (!unresolved && real != file)
             place_watches_on_way(real.string(), file);
     }
     for (const auto& [watch, names] : former)
@@ -106,7 +113,7 @@ void FileWatcher::place_watches_on_way(const std::string& path, const std::strin
         if (watch >= 0)
             folders[watch].insert(folder.string());
         else if (is_new && (errno == ENOSPC || errno == ENOMEM)) // Others mean that there is no such folder.
-            fault = describe_limit(errno);
+            error = describe_limit(errno);
     }
 }
 

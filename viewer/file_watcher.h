@@ -2,9 +2,12 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
+
+#include "diagnostics/diagnostic.h"
 
 namespace viewer {
 
@@ -26,7 +29,7 @@ public:
     std::vector<std::string> take_changes(std::chrono::milliseconds patience = {});
 
     /// Why some or all changes are not noticed; empty when all are.
-    const std::string& get_fault() const { return fault; }
+    const std::optional<diagnostics::Diagnostic>& get_error() const { return error; }
 
 private:
     /// Identifies the state of a file without reading it.
@@ -51,7 +54,7 @@ private:
     void read_notice(const std::string& path, unsigned int kind, FilePaths& named, FilePaths& below) const;
 
     int descriptor;
-    std::string fault;
+    std::optional<diagnostics::Diagnostic> error;
     std::map<std::string, Stamp> stamps;          ///< Of every watched file.
     std::map<int, std::set<std::string>> folders; ///< By watch; links give one folder several names.
     std::map<std::string, FilePaths>

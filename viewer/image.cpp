@@ -58,9 +58,7 @@ void decode_row(const std::byte* row, const image::PixelLayout& layout, int chan
 void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_side) {
     if (spec.deep)
         fail(path, "it is a deep image; flatten it first");
-    if (spec.width > max_side || spec.height > max_side)
-        fail(path, fmt::format("{} x {} pixels are more than this driver shows ({} a side)", spec.width,
-                               spec.height, max_side));
+    check_side(path, spec.width, spec.height, max_side);
     const double shown_bytes =
         static_cast<double>(spec.width) * spec.height * image::WORKING_CHANNELS * sizeof(float);
     const double bytes = shown_bytes + static_cast<double>(spec.image_bytes(true));
@@ -70,6 +68,16 @@ void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_si
 }
 
 } // namespace
+
+void check_side(const std::string& path, int width, int height, int max_side) {
+    if (width <= max_side && height <= max_side)
+        return;
+    diagnostics::fail_file(
+        diagnostics::Code::GPU_LIMIT,
+        fmt::format("cannot show '{}': {} x {} pixels are more than this driver shows ({} a side)", path,
+                    width, height, max_side),
+        path);
+}
 
 Image load_image(const std::string& path, int max_side) {
     image::ReaderProcess process;

@@ -25,6 +25,9 @@ struct Image {
     }
 };
 
+/// Throws diagnostics::Failure (GPU_LIMIT) when an image has more pixels a side than the driver shows.
+void check_side(const std::string& path, int width, int height, int max_side);
+
 /// Reads the first color of the first part of a file; alpha is 1 where there is none. Throws
 /// diagnostics::Failure, and reads no pixels, when the header announces more than `max_side` pixels a side or
 /// than memory holds.

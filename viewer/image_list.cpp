@@ -37,7 +37,7 @@ void ImageList::open(const std::string& path) {
     image = load(path);
     add(path);
     current = path;
-    fault.reset();
+    error.reset();
 }
 
 void ImageList::step(int by) {
@@ -56,11 +56,11 @@ void ImageList::refresh(const std::string& path) {
 }
 
 void ImageList::show_current() {
-    fault.reset();
+    error.reset();
     try {
         image = load(current);
-    } catch (const diagnostics::Failure& error) {
-        fault = error.get_worst();
+    } catch (const diagnostics::Failure& failure) {
+        error = failure.get_worst();
     }
 }
 

@@ -36,7 +36,7 @@ public:
     /// The image read last; null before the first.
     const Handle& get_image() const { return image; }
     /// The error of the current file; empty without one.
-    const std::optional<diagnostics::Diagnostic>& get_fault() const { return fault; }
+    const std::optional<diagnostics::Diagnostic>& get_error() const { return error; }
 
 private:
     Handle load(const std::string& path);
@@ -47,7 +47,7 @@ private:
     std::vector<std::string> paths;
     std::string current;
     Handle image;
-    std::optional<diagnostics::Diagnostic> fault;
+    std::optional<diagnostics::Diagnostic> error;
     std::vector<Handle> held; ///< The last ones wanted, the latest behind.
 };
 

@@ -1,12 +1,9 @@
 #include "viewer/image_painter.h"
 
 #include <algorithm>
-#include <string>
 
-#include <fmt/format.h>
-
+#include "diagnostics/failure.h"
 #include "gl/float_textures.h"
-#include "gl/gl_error.h"
 #include "workflow/conversion.h"
 
 namespace viewer {
@@ -20,10 +17,7 @@ constexpr std::size_t HELD_SHADERS = 5;
 
 /// Pixels are shown as squares when enlarged and averaged when reduced.
 void upload_for_display(const gl::GlTexture& texture, const Image& image) {
-    const int max_size = get_max_side();
-    if (image.width > max_size || image.height > max_size)
-        throw gl::GlError(fmt::format("{} x {} pixels are more than this driver shows ({} a side)",
-                                      image.width, image.height, max_size));
+    check_side(image.path, image.width, image.height, get_max_side());
     gl::upload_pixels(texture, image.rgba.data(), image.width, image.height);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAX_LEVEL, 1000);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_NEAREST);
@@ -102,7 +96,7 @@ std::vector<float> ImagePainter::convert(const Subject& subject, const Viewport&
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target.get(), 0);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-        throw gl::GlError("the driver does not draw float pixels");
+        diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not draw float pixels");
     const Viewport whole = {0, 0, width, height};
     draw(subject, whole, whole, {-double(x), -double(y), 1}, height);
     const auto row = static_cast<std::ptrdiff_t>(width) * 4;

@@ -36,11 +36,12 @@ public:
     };
 
     /// Draws into the framebuffer that is bound, `placement` counted from the corner of `viewport`, and only
-    /// inside of `clip`. Throws GlError.
+    /// inside of `clip`. Throws diagnostics::Failure.
     void draw(const Subject& subject, const Viewport& viewport, const Viewport& clip,
               const Placement& placement, int framebuffer_height);
 
-    /// A rectangle of the image converted by the GPU, RGBA floats from top to bottom. Throws GlError.
+    /// A rectangle of the image converted by the GPU, RGBA floats from top to bottom. Throws
+    /// diagnostics::Failure.
     std::vector<float> convert(const Subject& subject, const Viewport& rectangle);
 
     /// How many shaders were made, and how many images uploaded, since the start.

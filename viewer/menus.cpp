@@ -3,7 +3,6 @@
 #include <imgui.h>
 
 #include "viewer/panels.h"
-#include "viewer/panels_attempt.h"
 #include "viewer/widgets.h"
 
 namespace viewer {
@@ -75,7 +74,7 @@ void Panels::show_file_menu(ViewModel& model) {
     if (widgets::show_menu_item(items, "Open CDL library...", "l"))
         open_dialog(FileKind::CDL_LIBRARY, model);
     if (widgets::show_menu_item(items, "Built-in config", nullptr,
-                                model.get_host().get_config_path().empty()))
+                                model.get_live_config().get_config_path().empty()))
         attempt([&] { model.use_config(""); });
     ImGui::Separator();
     if (widgets::show_menu_item(items, "Quit"))
@@ -84,7 +83,7 @@ void Panels::show_file_menu(ViewModel& model) {
 
 /// Starts in the folder of the current config, or else of the image.
 void Panels::open_dialog(FileKind kind, const ViewModel& model) {
-    const std::string& config = model.get_host().get_config_path();
+    const std::string& config = model.get_live_config().get_config_path();
     const std::string& image = model.get_images().get_current_path();
     const std::filesystem::path beside = kind == FileKind::IMAGE || config.empty() ? image : config;
     dialog_kind = kind;
@@ -96,10 +95,10 @@ void Panels::show_dialog(ViewModel& model) {
     if (!path)
         return;
     attempt([&] { open_file(model, dialog_kind, *path); });
-    if (fault.empty())
-        dialog.close();
+    if (error)
+        dialog.set_error(*error);
     else
-        dialog.set_fault(fault);
+        dialog.close();
 }
 
 } // namespace viewer

@@ -1,7 +1,7 @@
 #include <imgui.h>
 
+#include "diagnostics/failure.h"
 #include "gl/egl_context.h"
-#include "gl/gl_error.h"
 #include "gl/gl_object.h"
 #include "viewer/panel_input.h"
 #include "viewer/screen.h"
@@ -22,7 +22,7 @@ public:
         glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, colors.get(), 0);
         if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-            throw gl::GlError("the driver does not draw images of this size");
+            diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not draw images of this size");
     }
 
     Size get_size() const override { return size; }

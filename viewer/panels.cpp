@@ -8,9 +8,9 @@
 #include <imgui.h>
 #include <imgui_impl_opengl3.h>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
+#include "viewer/attempt.h"
 #include "viewer/fonts.h"
-#include "viewer/panels_attempt.h"
 #include "viewer/widgets.h"
 
 namespace viewer {
@@ -48,7 +48,7 @@ Panels::Panels() {
     if (ImGui_ImplOpenGL3_Init("#version 330"))
         return;
     ImGui::DestroyContext();
-    throw gl::GlError("the panels cannot be drawn with this OpenGL");
+    diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the panels cannot be drawn with this OpenGL");
 }
 
 Panels::~Panels() {
@@ -58,6 +58,10 @@ Panels::~Panels() {
 
 float Panels::get_pixel_scale() {
     return std::max(1.0f, ImGui::GetIO().DisplayFramebufferScale.x);
+}
+
+void Panels::attempt(const std::function<void()>& change) {
+    error = find_error(change);
 }
 
 void Panels::begin() {
@@ -79,7 +83,7 @@ void Panels::show(ViewModel& model, const ViewRenderer& renderer, const PixelRea
                  ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
                      ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_MenuBar);
     show_menus(model);
-    show_faults(model);
+    show_errors(model);
     show_images(model);
     show_colors(model);
     show_layout(model, renderer);
@@ -89,14 +93,14 @@ void Panels::show(ViewModel& model, const ViewRenderer& renderer, const PixelRea
     ImGui::End();
 }
 
-void Panels::show_faults(const ViewModel& model) const {
-    for (const std::string& text : model.get_faults())
-        widgets::show_fault(text);
-    if (!drawing_fault.empty())
-        widgets::show_fault(drawing_fault);
-    if (!fault.empty())
-        widgets::show_fault(fault);
-    else if (drawing_fault.empty() && !model.get_note().empty())
+void Panels::show_errors(const ViewModel& model) const {
+    for (const diagnostics::Diagnostic& of_model : model.get_errors())
+        widgets::show_error(of_model);
+    if (drawing_error)
+        widgets::show_error(*drawing_error);
+    if (error)
+        widgets::show_error(*error);
+    else if (!drawing_error && !model.get_note().empty())
         widgets::show_note(model.get_note());
 }
 
@@ -121,16 +125,16 @@ void Panels::show_images(ViewModel& model) {
 void Panels::show_colors(ViewModel& model) {
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     std::string chosen;
-    if (choose(items, "Input color space", model.get_host().get_spaces(), settings.input_space, filter,
+    if (choose(items, "Input color space", model.get_live_config().get_spaces(), settings.input_space, filter,
                chosen))
         attempt([&] { model.set_input_space(chosen); });
     widgets::show_secondary_text(model.get_space_reason());
 
-    if (choose(items, "CDL", model.get_host().get_cdls(), settings.cdl, filter, chosen))
+    if (choose(items, "CDL", model.get_live_config().get_cdls(), settings.cdl, filter, chosen))
         attempt([&] { model.set_cdl(chosen); });
 
     show_exposure(model);
-    if (choose(items, "View", model.get_host().get_views(), settings.view, filter, chosen))
+    if (choose(items, "View", model.get_live_config().get_views(), settings.view, filter, chosen))
         attempt([&] { model.set_view(ViewModel::FIRST, chosen); });
     ImGui::Separator();
 }
@@ -165,7 +169,7 @@ void Panels::show_layout(ViewModel& model, const ViewRenderer& renderer) {
     }
     if (shows_both_views(layout)) {
         std::string chosen;
-        if (choose(items, "Second view", model.get_host().get_views(),
+        if (choose(items, "Second view", model.get_live_config().get_views(),
                    model.get_settings(ViewModel::SECOND).view, filter, chosen))
             attempt([&] { model.set_view(ViewModel::SECOND, chosen); });
     }
@@ -202,7 +206,7 @@ void Panels::show_readout(const PixelReadout* readout) const {
 }
 
 void Panels::show_configuration(ViewModel& model) {
-    show_text(fmt::format("OCIO config: {}", model.get_host().get_config_name()));
+    show_text(fmt::format("OCIO config: {}", model.get_live_config().get_config_name()));
     if (widgets::show_button(items, "Open..."))
         open_dialog(FileKind::CONFIG, model);
     ImGui::SameLine();

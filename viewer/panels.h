@@ -1,7 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 
+#include "diagnostics/diagnostic.h"
 #include "viewer/file_dialog.h"
 #include "viewer/file_kind.h"
 #include "viewer/items.h"
@@ -16,7 +20,7 @@ public:
     /// Width of the column of panels, in units of the window system.
     static constexpr int WIDTH = 340;
 
-    /// Needs a current core-profile context. Throws GlError.
+    /// Needs a current core-profile context. Throws diagnostics::Failure.
     Panels();
     ~Panels();
     Panels(const Panels&) = delete;
@@ -36,11 +40,12 @@ public:
     /// True once the user has chosen to quit.
     bool wants_to_quit() const { return quits; }
 
+    using Error = std::optional<diagnostics::Diagnostic>;
     /// An error of a user action, shown until the next action succeeds.
-    void set_fault(const std::string& text) { fault = text; }
-    const std::string& get_fault() const { return fault; }
+    void set_error(Error wanted) { error = std::move(wanted); }
+    const Error& get_error() const { return error; }
     /// Why the image cannot be drawn; empty when it can.
-    void set_drawing_fault(const std::string& text) { drawing_fault = text; }
+    void set_drawing_error(Error wanted) { drawing_error = std::move(wanted); }
 
     /// Pixels of the framebuffer per unit of the window system.
     static float get_pixel_scale();
@@ -50,7 +55,7 @@ private:
     void show_file_menu(ViewModel& model);
     void open_dialog(FileKind kind, const ViewModel& model);
     void show_dialog(ViewModel& model);
-    void show_faults(const ViewModel& model) const;
+    void show_errors(const ViewModel& model) const;
     void show_images(ViewModel& model);
     void show_colors(ViewModel& model);
     void show_exposure(ViewModel& model);
@@ -58,14 +63,14 @@ private:
     void show_readout(const PixelReadout* readout) const;
     void show_configuration(ViewModel& model);
     void press_key(ViewModel& model, char letter);
-    template <class Change>
-    void attempt(const Change& change);
+    /// Makes a change for the user; an error is shown.
+    void attempt(const std::function<void()>& change);
 
     Items items;
     FileDialog dialog;
     FileKind dialog_kind = FileKind::CONFIG;
-    std::string fault;
-    std::string drawing_fault;
+    Error error;
+    Error drawing_error;
     std::string filter;
     bool quits = false;
 };

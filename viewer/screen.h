@@ -4,8 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "gl/gl_error.h"
-
 namespace viewer {
 
 /// Where the viewer draws: a window, or an image in memory. Its OpenGL 3.3 core context is current as long
@@ -35,16 +33,11 @@ public:
     virtual std::vector<std::string> take_drops() = 0;
 };
 
-/// A screen without a window. Throws GlError.
+/// A screen without a window. Throws diagnostics::Failure.
 std::unique_ptr<Screen> make_offscreen(Screen::Size size);
 
-/// A window cannot be opened, because no display is available.
-class NoDisplayError : public gl::GlError {
-public:
-    using GlError::GlError;
-};
-
-/// A window. Throws GlError when none can be opened.
+/// A window. Throws diagnostics::Failure when none can be opened (GPU_UNAVAILABLE), or because no display is
+/// available (DISPLAY_MISSING).
 std::unique_ptr<Screen> make_window(Screen::Size size, const std::string& title);
 
 } // namespace viewer

@@ -1,24 +1,18 @@
 #include "viewer/script.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
-#include "gl/gl_error.h"
-#include "viewer/script_commands.h"
+#include "viewer/script_values.h"
 #include "viewer/viewer.h"
 #include "workflow/nearest_names.h"
 
 namespace viewer {
 
 namespace {
-
-using diagnostics::Code;
-using diagnostics::fail;
 
 std::string trim(const std::string& text) {
     const std::size_t first = text.find_first_not_of(SCRIPT_BLANKS);
@@ -45,30 +39,11 @@ std::size_t find_command(const std::string& name) {
             return i;
         names.push_back(commands[i].name);
     }
-    diagnostics::fail(Code::USAGE, fmt::format("no command '{}'", name), workflow::did_you_mean(name, names));
+    diagnostics::fail(diagnostics::Code::USAGE, fmt::format("no command '{}'", name),
+                      workflow::did_you_mean(name, names));
 }
 
 } // namespace
-
-double parse_number(const std::string& text) {
-    double number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end || !std::isfinite(number))
-        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is not a number", text));
-    return number;
-}
-
-Layout parse_layout(const std::string& word) {
-    constexpr std::pair<const char*, Layout> LAYOUTS[] = {{"single", Layout::SINGLE},
-                                                          {"wipe", Layout::WIPE},
-                                                          {"two", Layout::SIDE_BY_SIDE},
-                                                          {"difference", Layout::DIFFERENCE}};
-    for (const auto& [name, layout] : LAYOUTS)
-        if (word == name)
-            return layout;
-    fail(Code::SCRIPT_FAILED, fmt::format("no layout '{}'", word), "layouts: single, wipe, two, difference");
-}
 
 Script::Script(std::istream& text, std::string script_name) : name(std::move(script_name)) {
     std::string line;
@@ -85,7 +60,7 @@ Script::Script(std::istream& text, std::string script_name) : name(std::move(scr
     }
 }
 
-bool Script::run(Viewer& viewer, const Script::Print& print) const {
+bool Script::run(Viewer& viewer, const ScriptPrint& print) const {
     for (const Line& line : lines) {
         const ScriptCommand& command = get_script_commands()[line.command];
         if (!command.run)
@@ -95,9 +70,6 @@ bool Script::run(Viewer& viewer, const Script::Print& print) const {
             viewer.run_frame();
         } catch (const diagnostics::Failure& error) {
             throw diagnostics::Failure(locate(error.get_worst(), name, line.number));
-        } catch (const gl::GlError& error) {
-            throw diagnostics::Failure(
-                locate(diagnostics::make_error(Code::SCRIPT_FAILED, error.what()), name, line.number));
         }
     }
     return false;

@@ -1,15 +1,13 @@
 #include "viewer/script_commands.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "diagnostics/failure.h"
 #include "viewer/items.h"
+#include "viewer/script_values.h"
 #include "viewer/viewer.h"
 #include "workflow/nearest_names.h"
 
@@ -21,35 +19,6 @@ using diagnostics::Code;
 using diagnostics::fail;
 
 constexpr int MAX_PATIENCE = 24 * 60 * 60; ///< Seconds.
-
-/// Exactly COUNT numbers, separated by blanks. Throws diagnostics::Failure for anything else.
-template <std::size_t COUNT>
-std::array<float, COUNT> parse_numbers(const std::string& text) {
-    std::array<float, COUNT> numbers;
-    std::string rest = text;
-    for (float& number : numbers) {
-        const std::size_t gap = std::min(rest.find_first_of(SCRIPT_BLANKS), rest.size());
-        number = static_cast<float>(parse_number(rest.substr(0, gap)));
-        rest.erase(0, rest.find_first_not_of(SCRIPT_BLANKS, gap));
-    }
-    if (!rest.empty())
-        fail(Code::SCRIPT_FAILED, fmt::format("'{}' has more than {} numbers", text, COUNT));
-    return numbers;
-}
-
-/// A number above 0. Throws diagnostics::Failure for anything else.
-double parse_factor(const std::string& text) {
-    const double factor = parse_number(text);
-    if (factor <= 0)
-        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is not a positive number", text));
-    return factor;
-}
-
-bool parse_switch(const std::string& text) {
-    if (text != "on" && text != "off")
-        fail(Code::SCRIPT_FAILED, fmt::format("'{}' is neither 'on' nor 'off'", text));
-    return text == "on";
-}
 
 void set_zoom(Camera& camera, const std::string& argument) {
     if (argument == "fit")
@@ -68,30 +37,30 @@ void await_change(Viewer& viewer, const std::string& argument) {
         fail(Code::SCRIPT_FAILED, fmt::format("no file changed within {} s", argument));
 }
 
-void print_state(Viewer& viewer, const Script::Print& print) {
+void print_state(Viewer& viewer, const ScriptPrint& print) {
     ViewModel& model = viewer.get_model();
     model.get_conversion(ViewModel::FIRST); // Errors of the conversion are printed too.
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     print(fmt::format("image: {}", model.get_image() ? model.get_image()->path : ""));
-    print(fmt::format("config: {}", model.get_host().get_config_name()));
+    print(fmt::format("config: {}", model.get_live_config().get_config_name()));
     print(fmt::format("color space: {} ({})", settings.input_space, model.get_space_reason()));
     print(fmt::format("cdl: {}", settings.cdl));
     print(fmt::format("exposure: {:g}", settings.exposure));
     print(fmt::format("view: {}", settings.view));
     print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
-    std::vector<std::string> faults = model.get_faults();
-    faults.push_back(viewer.get_fault());
-    for (const std::string& fault : faults)
-        if (!fault.empty())
-            print(fmt::format("error: {}", fault));
+    diagnostics::Diagnostics errors = model.get_errors();
+    if (const auto& error = viewer.get_error())
+        errors.push_back(*error);
+    for (const diagnostics::Diagnostic& error : errors)
+        print(fmt::format("error: {}", format_with_hint(error)));
 }
 
-void compare(Viewer& viewer, const Script::Print& print) {
+void compare(Viewer& viewer, const ScriptPrint& print) {
     viewer.get_model().set_layout(Layout::DIFFERENCE);
     const Difference* difference = viewer.compare();
     if (!difference)
-        fail(Code::SCRIPT_FAILED,
-             fmt::format("nothing to compare: {}", fmt::join(viewer.get_model().get_faults(), "; ")));
+        throw diagnostics::Failure(diagnostics::add_context(
+            "nothing to compare", viewer.get_model().get_errors(), Code::SCRIPT_FAILED));
     print(format_difference(*difference));
 }
 
@@ -121,7 +90,7 @@ void drag(Viewer& viewer, const std::string& way, bool shift) {
     viewer.act();
 }
 
-void print_items(Viewer& viewer, const Script::Print& print) {
+void print_items(Viewer& viewer, const ScriptPrint& print) {
     for (const Items::Item& item : viewer.get_items().get_all())
         print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
 }
@@ -131,117 +100,115 @@ void print_items(Viewer& viewer, const Script::Print& print) {
 const std::vector<ScriptCommand>& get_script_commands() {
     static const std::vector<ScriptCommand> commands = {
         {"open", "FILE", "show an image",
-         [](Viewer& viewer, const Script::Print&, const std::string& path) {
-             viewer.get_model().open(path);
-         }},
+         [](Viewer& viewer, const ScriptPrint&, const std::string& path) { viewer.get_model().open(path); }},
         {"next", "", "show the next image",
-         [](Viewer& viewer, const Script::Print&, const std::string&) { viewer.get_model().step_image(1); }},
+         [](Viewer& viewer, const ScriptPrint&, const std::string&) { viewer.get_model().step_image(1); }},
         {"space", "NAME", "set the input color space",
-         [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
              viewer.get_model().set_input_space(name);
          }},
         {"cdl", "NAME", "apply a CDL",
-         [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
              viewer.get_model().set_cdl(name);
          }},
         {"exposure", "STOPS", "set the exposure",
-         [](Viewer& viewer, const Script::Print&, const std::string& stops) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& stops) {
              viewer.get_model().set_exposure(static_cast<float>(parse_number(stops)));
          }},
         {"view", "LABEL", "set the view",
-         [](Viewer& viewer, const Script::Print&, const std::string& label) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& label) {
              viewer.get_model().set_view(ViewModel::FIRST, label);
          }},
         {"second-view", "LABEL", "set the view to compare with",
-         [](Viewer& viewer, const Script::Print&, const std::string& label) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& label) {
              viewer.get_model().set_view(ViewModel::SECOND, label);
          }},
         {"layout", "NAME", "set the layout: single, wipe, two or difference",
-         [](Viewer& viewer, const Script::Print&, const std::string& word) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& word) {
              viewer.get_model().set_layout(parse_layout(word));
          }},
         {"wipe", "POSITION", "wipe between the views at a position from 0 to 1",
-         [](Viewer& viewer, const Script::Print&, const std::string& position) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& position) {
              viewer.get_model().set_layout(Layout::WIPE);
              viewer.get_model().set_wipe(parse_number(position));
          }},
         {"difference-scale", "FACTOR", "multiply the differences shown",
-         [](Viewer& viewer, const Script::Print&, const std::string& factor) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& factor) {
              viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
          }},
         {"zoom", "FACTOR", "set the zoom: screen pixels per image pixel, or 'fit'",
-         [](Viewer& viewer, const Script::Print&, const std::string& factor) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& factor) {
              set_zoom(viewer.get_camera(), factor);
          }},
         {"pan", "X Y", "move the image by screen pixels",
-         [](Viewer& viewer, const Script::Print&, const std::string& by) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& by) {
              const auto [x, y] = parse_numbers<2>(by);
              viewer.get_camera().pan(x, y);
          }},
         {"cursor", "X Y", "read the pixel at a screen position",
-         [](Viewer& viewer, const Script::Print&, const std::string& at) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& at) {
              const auto [x, y] = parse_numbers<2>(at);
              viewer.set_cursor(x, y);
          }},
         {"panels", "on|off", "show or hide the panels",
-         [](Viewer& viewer, const Script::Print&, const std::string& shown) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& shown) {
              viewer.show_panels(parse_switch(shown));
          }},
         {"items", "", "print the clickable items and their positions in the window",
-         [](Viewer& viewer, const Script::Print& print, const std::string&) { print_items(viewer, print); }},
+         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { print_items(viewer, print); }},
         {"click", "NAME", "click an item of the panels",
-         [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
              click(viewer, name, &Hand::click);
          }},
         {"double-click", "NAME", "double-click an item of the panels",
-         [](Viewer& viewer, const Script::Print&, const std::string& name) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
              click(viewer, name, &Hand::double_click);
          }},
         {"press", "KEY", "press a key: Enter, Escape, Up, Down and so on",
-         [](Viewer& viewer, const Script::Print&, const std::string& key) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& key) {
              viewer.get_items();
              viewer.get_hand().press(key);
              viewer.act();
          }},
         {"type", "TEXT", "type text",
-         [](Viewer& viewer, const Script::Print&, const std::string& text) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& text) {
              viewer.get_items();
              viewer.get_hand().type(text);
              viewer.act();
          }},
         {"drag", "X Y X Y", "drag the pointer between two positions in the window",
-         [](Viewer& viewer, const Script::Print&, const std::string& way) { drag(viewer, way, false); }},
+         [](Viewer& viewer, const ScriptPrint&, const std::string& way) { drag(viewer, way, false); }},
         {"shift-drag", "X Y X Y", "the same with the Shift key held",
-         [](Viewer& viewer, const Script::Print&, const std::string& way) { drag(viewer, way, true); }},
+         [](Viewer& viewer, const ScriptPrint&, const std::string& way) { drag(viewer, way, true); }},
         {"wheel", "X Y NOTCHES", "turn the mouse wheel at a position in the window",
-         [](Viewer& viewer, const Script::Print&, const std::string& turn) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& turn) {
              const auto [x, y, notches] = parse_numbers<3>(turn);
              viewer.get_hand().turn_wheel(x, y, notches);
              viewer.act();
          }},
         {"drop", "FILE", "drop a file on the window",
-         [](Viewer& viewer, const Script::Print&, const std::string& path) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
              viewer.get_items();
              viewer.drop({path});
          }},
         {"config", "FILE", "use an OCIO config; without a file, the built-in one",
-         [](Viewer& viewer, const Script::Print&, const std::string& path) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
              viewer.get_model().use_config(path);
          }},
         {"cdl-library", "FILE", "use the color corrections of a CDL file",
-         [](Viewer& viewer, const Script::Print&, const std::string& path) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
              viewer.get_model().use_cdl_library(path);
          }},
         {"await-change", "SECONDS", "wait until a file has changed and was read again",
-         [](Viewer& viewer, const Script::Print&, const std::string& seconds) {
+         [](Viewer& viewer, const ScriptPrint&, const std::string& seconds) {
              await_change(viewer, seconds);
          }},
         {"print", "", "print the current state",
-         [](Viewer& viewer, const Script::Print& print, const std::string&) { print_state(viewer, print); }},
+         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { print_state(viewer, print); }},
         {"compare", "", "print the difference between GPU and CPU",
-         [](Viewer& viewer, const Script::Print& print, const std::string&) { compare(viewer, print); }},
+         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { compare(viewer, print); }},
         {"screenshot", "FILE", "save the screen as an image",
-         [](Viewer& viewer, const Script::Print&, const std::string& path) { viewer.save_screenshot(path); }},
+         [](Viewer& viewer, const ScriptPrint&, const std::string& path) { viewer.save_screenshot(path); }},
         {"quit", "", "end the viewer", nullptr},
     };
     return commands;

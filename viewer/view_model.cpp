@@ -30,7 +30,7 @@ std::string get_file_name(const std::string& path) {
 
 } // namespace
 
-ViewModel::ViewModel(workflow::LiveConfig& host) : host(host) {
+ViewModel::ViewModel(workflow::LiveConfig& live_config) : live_config(live_config) {
     use_existing_names();
     watch_files();
 }
@@ -64,23 +64,24 @@ void ViewModel::take_space_of_image(const std::shared_ptr<const Image>& former) 
 
 void ViewModel::take_space_of_file() {
     const std::shared_ptr<const Image>& shown = get_image();
-    file_space = workflow::find_file_space(
-        shown ? shown->path : "", shown ? std::optional(shown->tags) : std::nullopt, host.get_config_name());
+    file_space =
+        workflow::find_file_space(shown ? shown->path : "", shown ? std::optional(shown->tags) : std::nullopt,
+                                  live_config.get_config_name());
     input_space = file_space.color_space;
     space_reason = file_space.reason;
 }
 
 void ViewModel::set_input_space(const std::string& name) {
-    input_space = workflow::resolve_color_space(host.get_session(), name).label;
+    input_space = workflow::resolve_color_space(live_config.get_session(), name).label;
     space_reason = "chosen";
     space_is_chosen = true;
 }
 
 void ViewModel::set_cdl(const std::string& name) {
-    if (!holds(host.get_cdls(), name))
+    if (!holds(live_config.get_cdls(), name))
         throw diagnostics::Failure(workflow::explain_missing(
-            diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name, host.get_custom_errors(),
-            workflow::did_you_mean(name, host.get_cdls())));
+            diagnostics::Code::CDL_UNKNOWN, fmt::format("no CDL '{}'", name), name,
+            live_config.get_custom_errors(), workflow::did_you_mean(name, live_config.get_cdls())));
     cdl = name;
 }
 
@@ -88,14 +89,15 @@ void ViewModel::set_steps(std::vector<workflow::ColorStep> wanted) {
     workflow::ConversionRequest request;
     request.from = input_space;
     request.steps = wanted;
-    const workflow::Conversion trial(host.get_session(), request); // throws where a step cannot be made
+    const workflow::Conversion trial(live_config.get_session(),
+                                     request); // throws where a step cannot be made
     steps = std::move(wanted);
     for (ConfiguredConversion& configured : conversions)
         configured.key.reset();
 }
 
 void ViewModel::set_view(Side side, const std::string& label) {
-    views[side] = workflow::resolve_view(host.get_session(), "", label).label;
+    views[side] = workflow::resolve_view(live_config.get_session(), "", label).label;
 }
 
 ColorSettings ViewModel::get_settings(Side side) const {
@@ -108,7 +110,7 @@ bool ViewModel::Key::operator==(const Key& other) const {
 }
 
 ViewModel::Key ViewModel::make_key(Side side) const {
-    return {host.get_revision(), input_space, cdl, views[side], exposure != 0};
+    return {live_config.get_revision(), input_space, cdl, views[side], exposure != 0};
 }
 
 std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side) {
@@ -117,18 +119,18 @@ std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side)
     if (cached.key && *cached.key == key)
         return cached.conversion;
     cached.key = key;
-    cached.fault.reset();
+    cached.error.reset();
     workflow::ConversionRequest request;
     request.from = input_space;
     request.view = views[side];
-    if (cdl != host.get_default_cdl())
+    if (cdl != live_config.get_default_cdl())
         request.steps.push_back({workflow::ColorStep::CDL, cdl});
     request.steps.insert(request.steps.end(), steps.begin(), steps.end());
     request.takes_exposure = key.takes_exposure;
     try {
-        cached.conversion = std::make_shared<const workflow::Conversion>(host.get_session(), request);
+        cached.conversion = std::make_shared<const workflow::Conversion>(live_config.get_session(), request);
     } catch (const diagnostics::Failure& failure) {
-        cached.fault = failure.get_worst();
+        cached.error = failure.get_worst();
     }
     return cached.conversion;
 }
@@ -138,22 +140,22 @@ void ViewModel::set_wipe(double position) {
 }
 
 void ViewModel::use_config(const std::string& path) {
-    if (workflow::LiveConfig::Error fault = host.use_config(path))
-        throw diagnostics::Failure(*std::move(fault));
-    set_note(fmt::format("using {}", host.get_config_name()), use_existing_names());
+    if (workflow::LiveConfig::Error error = live_config.use_config(path))
+        throw diagnostics::Failure(*std::move(error));
+    set_note(fmt::format("using {}", live_config.get_config_name()), use_existing_names());
     watch_files();
 }
 
 void ViewModel::use_cdl_library(const std::string& path) {
-    if (workflow::LiveConfig::Error fault = host.use_cdl_library(path))
-        throw diagnostics::Failure(*std::move(fault));
+    if (workflow::LiveConfig::Error error = live_config.use_cdl_library(path))
+        throw diagnostics::Failure(*std::move(error));
     set_note(fmt::format("using {}", get_file_name(path)), use_existing_names());
     watch_files();
 }
 
 /// Replaces names that are not in the config by its defaults.
 std::vector<std::string> ViewModel::use_existing_names() {
-    revision = host.get_revision();
+    revision = live_config.get_revision();
     std::vector<std::string> replaced;
     const auto note_replaced = [&](const char* kind, const std::string& former, const std::string& now) {
         if (!former.empty() && former != now)
@@ -170,14 +172,14 @@ std::vector<std::string> ViewModel::use_existing_names() {
         if (!holds(names, name))
             note_replaced(kind, std::exchange(name, standard), standard);
     };
-    replace("CDL", host.get_cdls(), cdl, host.get_default_cdl());
-    replace("view", host.get_views(), views[FIRST], host.get_default_view());
-    replace("second view", host.get_views(), views[SECOND], host.get_default_view());
+    replace("CDL", live_config.get_cdls(), cdl, live_config.get_default_cdl());
+    replace("view", live_config.get_views(), views[FIRST], live_config.get_default_view());
+    replace("second view", live_config.get_views(), views[SECOND], live_config.get_default_view());
     return replaced;
 }
 
 void ViewModel::watch_files() {
-    source_files = host.get_source_files();
+    source_files = live_config.get_source_files();
     std::sort(source_files.begin(), source_files.end());
     std::vector<std::string> files = source_files;
     for (const std::string& path : images.get_paths())
@@ -193,7 +195,7 @@ bool ViewModel::follow_changes(std::chrono::milliseconds patience) {
     const bool is_read_again = source != changes.end() && reload_sources(*source);
     for (const std::string& path : changes)
         images.refresh(path);
-    const bool is_told = host.get_revision() != revision;
+    const bool is_told = live_config.get_revision() != revision;
     if (is_told) {
         take_existing_names(is_read_again);
         watch_files();
@@ -215,38 +217,36 @@ void ViewModel::set_note(const std::string& first, std::vector<std::string> othe
 }
 
 bool ViewModel::reload_sources(const std::string& changed) {
-    const bool is_whole = host.reload();
+    const bool is_whole = live_config.reload();
     if (is_whole)
         note = fmt::format("read {} again", get_file_name(changed));
     return is_whole;
 }
 
 /// The error of the current settings, if the view is shown.
-ViewModel::Fault ViewModel::get_conversion_fault(Side side) const {
+ViewModel::Error ViewModel::get_conversion_error(Side side) const {
     const ConfiguredConversion& cached = conversions[side];
     const bool is_shown = side == FIRST || shows_both_views(layout);
     const bool is_current = cached.key && *cached.key == make_key(side);
-    return is_shown && is_current ? cached.fault : Fault();
+    return is_shown && is_current ? cached.error : Error();
 }
 
 diagnostics::Diagnostics ViewModel::get_shown_errors() const {
-    diagnostics::Diagnostics faults;
-    for (const Fault& fault : {get_conversion_fault(FIRST), get_conversion_fault(SECOND), images.get_fault()})
-        if (fault)
-            add_new(faults, {*fault});
-    return faults;
+    diagnostics::Diagnostics errors;
+    for (const Error& error : {get_conversion_error(FIRST), get_conversion_error(SECOND), images.get_error()})
+        if (error)
+            add_new(errors, {*error});
+    return errors;
 }
 
-std::vector<std::string> ViewModel::get_faults() const {
-    std::vector<std::string> faults;
-    const diagnostics::Diagnostics& of_start = host.get_start_errors();
-    for (const diagnostics::Diagnostic& fault : host.get_source_errors()) {
-        const bool was_good = std::find(of_start.begin(), of_start.end(), fault) == of_start.end();
-        faults.push_back(format_located(fault) + (was_good ? " (still using the last valid version)" : ""));
-    }
-    for (const diagnostics::Diagnostic& fault : get_shown_errors())
-        faults.push_back(diagnostics::Failure(fault).what());
-    return faults;
+diagnostics::Diagnostics ViewModel::get_errors() const {
+    diagnostics::Diagnostics errors = live_config.get_source_errors();
+    const diagnostics::Diagnostics& of_start = live_config.get_start_errors();
+    for (diagnostics::Diagnostic& error : errors)
+        if (std::find(of_start.begin(), of_start.end(), error) == of_start.end())
+            error.message += " (still using the last valid version)";
+    add_new(errors, get_shown_errors());
+    return errors;
 }
 
 } // namespace viewer

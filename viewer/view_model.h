@@ -24,7 +24,7 @@ public:
     /// One of the two views.
     enum Side { FIRST, SECOND, SIDE_COUNT };
 
-    explicit ViewModel(workflow::LiveConfig& host);
+    explicit ViewModel(workflow::LiveConfig& live_config);
 
     // Images
 
@@ -79,17 +79,17 @@ public:
     /// file to change. True when anything changed.
     bool follow_changes(std::chrono::milliseconds patience = {});
     /// Why changes of files are not noticed; empty when all are.
-    const std::string& get_watch_fault() const { return watcher.get_fault(); }
+    const std::optional<diagnostics::Diagnostic>& get_watch_error() const { return watcher.get_error(); }
 
-    /// The current errors.
-    std::vector<std::string> get_faults() const;
+    /// The current errors: of the files that colors depend on, and `get_shown_errors`.
+    diagnostics::Diagnostics get_errors() const;
     /// The errors of the conversions and of the image: something other than the settings is shown.
     diagnostics::Diagnostics get_shown_errors() const;
     /// The last successful operation, and the chosen names that had to be replaced.
     const std::string& get_note() const { return note; }
 
-    workflow::LiveConfig& get_host() { return host; }
-    const workflow::LiveConfig& get_host() const { return host; }
+    workflow::LiveConfig& get_live_config() { return live_config; }
+    const workflow::LiveConfig& get_live_config() const { return live_config; }
 
 private:
     void take_space_of_image(const std::shared_ptr<const Image>& former);
@@ -98,8 +98,8 @@ private:
     std::vector<std::string> use_existing_names();
     void set_note(const std::string& first, std::vector<std::string> others);
     void watch_files();
-    using Fault = std::optional<diagnostics::Diagnostic>;
-    Fault get_conversion_fault(Side side) const;
+    using Error = std::optional<diagnostics::Diagnostic>;
+    Error get_conversion_error(Side side) const;
     void take_existing_names(bool note_tells_why);
     /// False when something is not whole.
     bool reload_sources(const std::string& changed);
@@ -117,14 +117,14 @@ private:
     struct ConfiguredConversion {
         std::optional<Key> key;
         std::shared_ptr<const workflow::Conversion> conversion; ///< The last one that could be configured.
-        Fault fault;
+        Error error;
     };
     Key make_key(Side side) const;
 
-    workflow::LiveConfig& host;
+    workflow::LiveConfig& live_config;
     FileWatcher watcher;
     std::vector<std::string> source_files; ///< Watched besides the images, sorted.
-    unsigned int revision = 0;             ///< Of the host, as last taken over.
+    unsigned int revision = 0;             ///< Of the live config, as last taken over.
     ImageList images;
     std::string input_space;
     std::string space_reason;

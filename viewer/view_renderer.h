@@ -29,7 +29,7 @@ public:
     /// to draw.
     bool aim(ViewModel& model, const Viewport& area);
 
-    /// Draws the layout into `area`, and gives the model's camera its size. Throws GlError.
+    /// Draws the layout into `area`, and gives the model's camera its size. Throws diagnostics::Failure.
     void draw(ViewModel& model, const Viewport& area, int framebuffer_height);
 
     /// The pixel below a position of the window, as the last `draw` showed it; nothing beside the image.

@@ -1,12 +1,13 @@
 #include "viewer/viewer.h"
 
 #include <algorithm>
-#include <exception>
+#include <utility>
 
 #include <epoxy/gl.h>
 #include <imgui.h>
 
 #include "diagnostics/failure.h"
+#include "viewer/attempt.h"
 #include "viewer/file_kind.h"
 #include "viewer/panels.h"
 #include "viewer/screenshot.h"
@@ -54,11 +55,8 @@ bool Viewer::is_closed() const {
 
 void Viewer::run_frame() {
     bool draws = screen->begin_frame();
-    try {
-        draws = model.follow_changes() || draws;
-    } catch (const std::exception& error) {
-        set_fault(diagnostics::format_located(diagnostics::describe(error)));
-    }
+    if (auto error = find_error([&] { draws = model.follow_changes() || draws; }))
+        set_error(std::move(error));
     if (const std::vector<std::string> dropped = screen->take_drops(); !dropped.empty())
         drop(dropped);
     draws = draws || renderer->has_news() || hand.is_busy() || frames_wanted > 0;
@@ -82,22 +80,17 @@ const Items& Viewer::get_items() const {
     return panels->get_items();
 }
 
-std::string Viewer::get_fault() const {
-    return panels ? panels->get_fault() : "";
+std::optional<diagnostics::Diagnostic> Viewer::get_error() const {
+    return panels ? panels->get_error() : std::nullopt;
 }
 
-void Viewer::set_fault(const std::string& text) {
+void Viewer::set_error(std::optional<diagnostics::Diagnostic> error) {
     if (panels)
-        panels->set_fault(text);
+        panels->set_error(std::move(error));
 }
 
 void Viewer::drop(const std::vector<std::string>& paths) {
-    set_fault("");
-    try {
-        open_files(paths);
-    } catch (const std::exception& error) {
-        set_fault(diagnostics::format_located(diagnostics::describe(error)));
-    }
+    set_error(find_error([&] { open_files(paths); }));
     frames_wanted = FRAMES_TO_SETTLE;
 }
 
@@ -129,19 +122,16 @@ void Viewer::draw() {
     glClearColor(0.05f, 0.05f, 0.05f, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     std::optional<PixelReadout> readout;
-    try {
+    const auto draw_image = [&] {
         renderer->draw(model, area, height);
         if (const std::optional<Position> at = get_cursor())
             readout = renderer->read_pixel(model, at->x, at->y);
-        if (panels)
-            panels->set_drawing_fault("");
-    } catch (const std::exception& error) {
-        if (!panels)
-            throw;
-        panels->set_drawing_fault(diagnostics::format_located(diagnostics::describe(error)));
-    }
-    if (!panels)
+    };
+    if (!panels) {
+        draw_image();
         return;
+    }
+    panels->set_drawing_error(find_error(draw_image));
     if (shows_panels)
         panels->show(model, *renderer, readout ? &*readout : nullptr);
     panels->steer(model, area);

@@ -18,7 +18,7 @@ class Panels;
 /// A model on a screen: draws it, and reacts to the user and to changed files.
 class Viewer {
 public:
-    /// Throws GlError.
+    /// Throws diagnostics::Failure.
     Viewer(ViewModel& model, std::unique_ptr<Screen> screen, bool shows_panels);
     ~Viewer();
     Viewer(const Viewer&) = delete;
@@ -29,14 +29,14 @@ public:
     bool is_closed() const;
 
     /// Draws and writes what is drawn; waits for what is computed in the background. Throws
-    /// diagnostics::Failure and GlError.
+    /// diagnostics::Failure.
     void save_screenshot(const std::string& path);
 
     void show_panels(bool shown);
     /// The clickable items of the panels. Throws diagnostics::Failure when the panels are hidden.
     const Items& get_items() const;
     /// The error of the user's last action; empty when it succeeded, or without panels.
-    std::string get_fault() const;
+    std::optional<diagnostics::Diagnostic> get_error() const;
     /// Simulated mouse and keyboard for tests; `act` plays the queued input.
     Hand& get_hand() { return hand; }
     /// Runs frames until the queued input was played and its result is shown.
@@ -48,7 +48,7 @@ public:
     void set_cursor(double x, double y) { cursor = Position{x, y}; }
 
     /// Draws, waits for the comparison of GPU and CPU, and returns it; null unless the layout compares.
-    /// Throws GlError.
+    /// Throws diagnostics::Failure.
     const Difference* compare();
 
     ViewModel& get_model() { return model; }
@@ -65,7 +65,7 @@ private:
     void draw();
     void draw_until_finished();
     void open_files(const std::vector<std::string>& paths);
-    void set_fault(const std::string& text);
+    void set_error(std::optional<diagnostics::Diagnostic> error);
     Viewport get_image_area() const;
     std::optional<Position> get_cursor() const;
 

@@ -13,7 +13,7 @@ namespace viewer::widgets {
 
 namespace {
 
-const ImVec4 FAULT_COLOR = {1.0f, 0.45f, 0.4f, 1};
+const ImVec4 ERROR_COLOR = {1.0f, 0.45f, 0.4f, 1};
 const ImVec4 NOTE_COLOR = {0.55f, 0.85f, 0.55f, 1};
 /// Lists longer than this get a field to search them.
 constexpr std::size_t LONG_LIST = 12;
@@ -64,8 +64,8 @@ void show_text(const std::string& text) {
     ImGui::PopTextWrapPos();
 }
 
-void show_fault(const std::string& text) {
-    show_text(text, FAULT_COLOR);
+void show_error(const diagnostics::Diagnostic& error) {
+    show_text(format_with_hint(error), ERROR_COLOR);
 }
 
 void show_note(const std::string& text) {

@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "diagnostics/diagnostic.h"
 #include "viewer/items.h"
 
 /// The widgets of the viewer's panels. Clickable ones are recorded in `items`.
 namespace viewer::widgets {
 
 void show_text(const std::string& text);
-void show_fault(const std::string& text);
+void show_error(const diagnostics::Diagnostic& error);
 void show_note(const std::string& text);
 /// In the color of secondary text.
 void show_secondary_text(const std::string& text);

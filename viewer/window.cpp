@@ -10,7 +10,7 @@
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
 #include "viewer/screen.h"
 
 namespace viewer {
@@ -35,7 +35,8 @@ class Library {
 public:
     Library() {
         if (!glfwInit())
-            throw NoDisplayError("no display to open a window on (" + get_glfw_error() + ")");
+            diagnostics::fail(diagnostics::Code::DISPLAY_MISSING,
+                              "no display to open a window on (" + get_glfw_error() + ")");
     }
     ~Library() { glfwTerminate(); }
     Library(const Library&) = delete;
@@ -50,7 +51,8 @@ public:
         glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
         window = glfwCreateWindow(size.width, size.height, title.c_str(), nullptr, nullptr);
         if (!window)
-            throw gl::GlError("cannot open a window (" + get_glfw_error() + ")");
+            diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
+                              "cannot open a window (" + get_glfw_error() + ")");
         glfwMakeContextCurrent(window);
         glfwSwapInterval(1);
         glfwSetWindowUserPointer(window, this);

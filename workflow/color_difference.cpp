@@ -2,42 +2,60 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+
+#include <fmt/format.h>
 
 namespace workflow {
 
 namespace {
 
-double get_difference(float a, float b) {
-    if (a == b || (std::isnan(a) && std::isnan(b)))
-        return 0.0;
-    const double difference = std::fabs(static_cast<double>(a) - b);
-    return std::isfinite(difference) ? difference : std::numeric_limits<double>::infinity();
+/// Absolute difference; equal values that are not finite do not differ.
+float get_difference(float expected, float actual, bool& is_comparable) {
+    if (std::isfinite(expected) && std::isfinite(actual))
+        return std::abs(expected - actual);
+    is_comparable = is_comparable && (expected == actual || (std::isnan(expected) && std::isnan(actual)));
+    return 0;
 }
 
 } // namespace
 
 ColorDifference compare_colors(const std::string& colors, const std::vector<float>& inputs,
-                               const std::vector<float>& expected, const std::vector<float>& actual) {
+                               const std::vector<float>& expected, const std::vector<float>& actual,
+                               std::vector<float>* differences) {
     ColorDifference result;
     result.colors = colors;
     result.points = inputs.size() / 4;
+    if (differences)
+        differences->assign(inputs.size(), 1.0f);
     double sum = 0;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-        if (i % 4 == 3)
-            continue;
-        const double difference = get_difference(expected[i], actual[i]);
-        sum += difference;
-        if (difference <= result.largest)
-            continue;
-        result.largest = difference;
-        const std::size_t pixel = i - i % 4;
-        std::copy_n(&inputs[pixel], 3, result.at);
-        std::copy_n(&expected[pixel], 3, result.expected);
-        std::copy_n(&actual[pixel], 3, result.actual);
+    for (std::size_t i = 0; i + 3 < inputs.size(); i += 4) {
+        bool is_comparable = true;
+        for (std::size_t component = i; component < i + 3; ++component) {
+            const float difference = get_difference(expected[component], actual[component], is_comparable);
+            if (differences)
+                (*differences)[component] = difference;
+            sum += difference;
+            if (difference > result.largest) {
+                result.largest = difference;
+                result.position = i / 4;
+            }
+        }
+        result.incomparable += is_comparable ? 0 : 1;
     }
+    if (result.points == 0)
+        return result;
     result.mean = sum / (3.0 * static_cast<double>(result.points));
+    std::copy_n(&inputs[result.position * 4], 3, result.at);
+    std::copy_n(&expected[result.position * 4], 3, result.expected);
+    std::copy_n(&actual[result.position * 4], 3, result.actual);
     return result;
+}
+
+std::string describe_incomparable(const ColorDifference& difference) {
+    if (difference.incomparable == 0)
+        return "";
+    return fmt::format("{} {} finite in one of the two alone", difference.incomparable,
+                       difference.incomparable == 1 ? "color is" : "colors are");
 }
 
 std::vector<float> make_color_grid(const std::vector<float>& levels) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -7,18 +8,25 @@ namespace workflow {
 
 /// How far two conversions are from each other over some colors.
 struct ColorDifference {
-    std::string colors;     ///< "0 to 1".
-    std::size_t points = 0; ///< Number of colors.
-    double largest = 0;     ///< Absolute, of any component; infinite where only one of the two is finite.
-    double mean = 0;        ///< Of all components.
-    float at[3] = {};       ///< The color where it is largest.
-    float expected[3] = {}; ///< That color converted by the reference.
-    float actual[3] = {};   ///< And by what is compared with it.
+    std::string colors;           ///< "0 to 1".
+    std::size_t points = 0;       ///< Number of colors.
+    double largest = 0;           ///< Absolute, of any component that is finite in both.
+    double mean = 0;              ///< Of these components; others count as 0.
+    std::size_t position = 0;     ///< Of the color where it is largest, among the colors.
+    float at[3] = {};             ///< That color.
+    float expected[3] = {};       ///< That color converted by the reference.
+    float actual[3] = {};         ///< And by what is compared with it.
+    std::size_t incomparable = 0; ///< Colors with a component that is finite in one of the two alone.
 };
 
-/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared.
+/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared. `differences`
+/// receives the absolute difference of every component, alpha 1, if it is not null.
 ColorDifference compare_colors(const std::string& colors, const std::vector<float>& inputs,
-                               const std::vector<float>& expected, const std::vector<float>& actual);
+                               const std::vector<float>& expected, const std::vector<float>& actual,
+                               std::vector<float>* differences = nullptr);
+
+/// "12 colors are finite in one of the two alone"; empty when there are none.
+std::string describe_incomparable(const ColorDifference& difference);
 
 /// Every combination of the levels, red fastest, opaque.
 std::vector<float> make_color_grid(const std::vector<float>& levels);

@@ -63,7 +63,8 @@ float get_gain(float exposure) {
     return std::exp2(exposure);
 }
 
-Conversion::Conversion(const Session& session, const ConversionRequest& request) {
+Conversion::Conversion(const Session& session, const ConversionRequest& request)
+    : is_exposable(request.takes_exposure) {
     if (request.inverse_view.empty())
         start_in_space(session, request.from);
     else

@@ -54,6 +54,8 @@ public:
 
     /// In the order of their application.
     const std::vector<Stage>& get_stages() const { return stages; }
+    /// True when it was requested to take one.
+    bool takes_exposure() const { return is_exposable; }
     /// Position of the stage before which the exposure is applied; the number of stages if after the last.
     std::size_t get_exposure_position() const { return exposure_position; }
     /// True when `apply` without an exposure leaves pixels unchanged because source and destination are the
@@ -83,6 +85,7 @@ private:
     diagnostics::Diagnostics notes; // initialized before `source`, whose resolution adds to it
     std::vector<Stage> stages;
     std::size_t exposure_position = 0;
+    bool is_exposable;
     std::string source;
     std::string destination;
     std::string destination_space;

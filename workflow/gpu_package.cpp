@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -15,15 +16,21 @@ namespace workflow {
 
 namespace {
 
-constexpr char FILE_STEM[] = "OCIODisplay";
+/// Name of the function, and of the files.
+constexpr char FUNCTION[] = "OCIODisplay";
 
 std::string describe_failure(const Conversion& conversion) {
     return fmt::format("cannot make a shader from '{}' to '{}'", conversion.get_source(),
                        conversion.get_destination());
 }
 
-GpuConversion make_gpu_stage(const Conversion& conversion, const Conversion::Stage& stage,
-                             gl::GlProfile profile) {
+/// One stage alone: a function with the name of the whole, and its LUT.
+struct GpuStage {
+    std::string text;
+    GpuLut lut;
+};
+
+GpuStage make_gpu_stage(const Conversion& conversion, const Conversion::Stage& stage, gl::GlProfile profile) {
     const auto version = profile == gl::GlProfile::CORE ? ColorIOConverter::GLSL_VERSION_CORE
                                                         : ColorIOConverter::GLSL_VERSION_LEGACY;
     CoreString text;
@@ -37,29 +44,44 @@ GpuConversion make_gpu_stage(const Conversion& conversion, const Conversion::Sta
     }
     if (!is_made)
         throw diagnostics::Failure(diagnostics::add_context(describe_failure(conversion), collector.take(),
-                                                            diagnostics::Code::GPU_UNAVAILABLE));
-    return {text.get_data(), {lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()};
+                                                            diagnostics::Code::CONVERSION_IMPOSSIBLE));
+    return {text.get_data(), {{lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()}};
+}
+
+/// The functions of all stages, each with a name of its own, and the one that calls them in their order.
+std::string chain_stages(const std::vector<GpuStage>& stages, std::size_t exposure_position,
+                         bool takes_gain) {
+    std::string functions, parameters, calls;
+    for (std::size_t i = 0; i <= stages.size(); ++i) {
+        if (i == exposure_position && takes_gain)
+            calls += "    color.rgb *= gain;\n";
+        if (i == stages.size())
+            break;
+        functions += fmt::format("#define {0} {0}_{1}\n{2}\n#undef {0}\n\n", FUNCTION, i, stages[i].text);
+        parameters += fmt::format(", const sampler3D lut3d_{}", i);
+        calls += fmt::format("    color = {0}_{1}(color, lut3d_{1});\n", FUNCTION, i);
+    }
+    if (takes_gain)
+        parameters += ", in float gain";
+    return fmt::format(
+        "{}vec4 {}(in vec4 inPixel{}) {{\n    vec4 color = inPixel;\n{}    return color;\n}}\n", functions,
+        FUNCTION, parameters, calls);
 }
 
 } // namespace
 
-std::vector<GpuConversion> get_gpu_stages(const Conversion& conversion, gl::GlProfile profile) {
-    std::vector<GpuConversion> stages;
+GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile) {
+    std::vector<GpuStage> stages;
     for (const Conversion::Stage& stage : conversion.get_stages())
         stages.push_back(make_gpu_stage(conversion, stage, profile));
-    return stages;
-}
-
-GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile) {
-    const std::string what = describe_failure(conversion);
-    const std::vector<Conversion::Stage>& stages = conversion.get_stages();
-    if (stages.empty())
-        diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
-                          what + ": source and destination are the same");
-    if (stages.size() > 1)
-        diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
-                          fmt::format("{}: this conversion needs {} shaders", what, stages.size()));
-    return get_gpu_stages(conversion, profile).front();
+    GpuConversion made;
+    made.takes_gain = conversion.takes_exposure();
+    made.text = stages.size() == 1 && !made.takes_gain
+                    ? stages.front().text
+                    : chain_stages(stages, conversion.get_exposure_position(), made.takes_gain);
+    for (GpuStage& stage : stages)
+        made.luts.push_back(std::move(stage.lut));
+    return made;
 }
 
 std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, const std::string& folder) {
@@ -69,12 +91,18 @@ std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, c
         diagnostics::fail_file(diagnostics::Code::FILE_UNWRITABLE,
                                fmt::format("cannot create the folder '{}': {}", folder, error.message()),
                                folder);
-    const std::string stem = (std::filesystem::path(folder) / FILE_STEM).string();
-    write_text_file(stem + ".glsl", conversion.text);
-    write_text_file(stem + ".spi3d", make_spi3d(conversion.lut, conversion.edge));
-    write_text_file(stem + ".cube", make_cube(conversion.lut, conversion.edge,
-                                              fmt::format("The 3D LUT that {}.glsl samples", FILE_STEM)));
-    return {stem + ".glsl", stem + ".spi3d", stem + ".cube"};
+    const std::string stem = (std::filesystem::path(folder) / FUNCTION).string();
+    std::vector<std::string> paths = {stem + ".glsl"};
+    write_text_file(paths.back(), conversion.text);
+    for (std::size_t i = 0; i < conversion.luts.size(); ++i) {
+        const GpuLut& lut = conversion.luts[i];
+        const std::string suffix = conversion.luts.size() == 1 ? "" : fmt::format("_{}", i);
+        write_text_file(paths.emplace_back(stem + suffix + ".spi3d"), make_spi3d(lut.values, lut.edge));
+        write_text_file(paths.emplace_back(stem + suffix + ".cube"),
+                        make_cube(lut.values, lut.edge,
+                                  fmt::format("The 3D LUT lut3d{} that {}.glsl samples", suffix, FUNCTION)));
+    }
+    return paths;
 }
 
 } // namespace workflow

@@ -8,23 +8,29 @@
 
 namespace workflow {
 
-/// A conversion, or one stage of it, as GLSL text and a 3D LUT.
-struct GpuConversion {
-    std::string text;       ///< Defines `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)`.
-    std::vector<float> lut; ///< The 3D LUT: edge^3 RGB colors, red fastest.
-    unsigned int edge;      ///< Colors along an edge of the 3D LUT: 32.
+/// A 3D LUT of a shader.
+struct GpuLut {
+    std::vector<float> values; ///< edge^3 RGB colors, red fastest.
+    unsigned int edge = 0;     ///< Colors along an edge: 32.
 };
 
-/// The GPU forms of the stages, in the order of their application. Throws diagnostics::Failure when one has
-/// none.
-std::vector<GpuConversion> get_gpu_stages(const Conversion& conversion, gl::GlProfile profile);
+/// A conversion as a GLSL function and the 3D LUTs that it samples.
+struct GpuConversion {
+    /// Defines `vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d)`. A conversion of several stages
+    /// takes a LUT for each: "lut3d_0", "lut3d_1" and so on; one that changes nothing takes none. One that
+    /// takes an exposure has a last parameter `in float gain`: the linear factor of the exposure, see
+    /// `get_gain`.
+    std::string text;
+    std::vector<GpuLut> luts; ///< In the order of the parameters.
+    bool takes_gain = false;
+};
 
-/// The GPU form of a conversion. Throws diagnostics::Failure for an identity, and for one with a CDL or an
-/// exposure, which has several stages.
+/// The GPU form of a conversion. Throws diagnostics::Failure when a stage has none.
 GpuConversion make_gpu_conversion(const Conversion& conversion, gl::GlProfile profile);
 
-/// Writes the GLSL text and the 3D LUT (as .spi3d and .cube) into `folder`, which is created if missing.
-/// Returns the paths. Throws diagnostics::Failure.
+/// Writes the GLSL text and the 3D LUTs (as .spi3d and .cube) into `folder`, which is created if missing:
+/// OCIODisplay.glsl, and OCIODisplay.spi3d for one LUT, OCIODisplay_0.spi3d and so on for several. Returns
+/// the paths. Throws diagnostics::Failure.
 std::vector<std::string> write_gpu_conversion(const GpuConversion& conversion, const std::string& folder);
 
 } // namespace workflow

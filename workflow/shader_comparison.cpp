@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "diagnostics/failure.h"
-#include "gl/gl_error.h"
 
 namespace workflow {
 
@@ -25,23 +24,29 @@ std::vector<float> get_wide_levels() {
     return levels;
 }
 
-ColorDifference compare(const std::string& name, const std::vector<float>& levels, gl::GlEvaluator& shader,
+ColorDifference compare(const std::string& name, const std::vector<float>& levels, gl::GlEvaluator& evaluator,
                         const Conversion& conversion) {
     const std::vector<float> inputs = make_color_grid(levels);
     std::vector<float> cpu = inputs;
     conversion.apply(cpu.data(), static_cast<unsigned int>(inputs.size() / 4), 1);
-    return compare_colors(name, inputs, cpu, shader.run(inputs));
+    return compare_colors(name, inputs, cpu, evaluator.run(inputs));
 }
 
 } // namespace
 
-std::vector<ColorDifference> compare_shader(gl::GlEvaluator& shader, const Conversion& conversion) {
+std::vector<ColorDifference> compare_shader(gl::GlEvaluator& evaluator, const GpuConversion& shader,
+                                            const Conversion& conversion) {
+    std::vector<gl::Lut3d> luts;
+    for (const GpuLut& lut : shader.luts)
+        luts.push_back({lut.values.data(), static_cast<int>(lut.edge)});
     try {
-        return {compare("0 to 1", make_even_levels(EVEN_EDGE), shader, conversion),
-                compare("1/1024 to 16", get_wide_levels(), shader, conversion)};
-    } catch (const gl::GlError& error) {
-        diagnostics::fail(diagnostics::Code::GPU_UNAVAILABLE,
-                          std::string("the shader cannot be compared with the CPU: ") + error.what());
+        evaluator.load(shader.text, luts, shader.takes_gain ? "1.0" : "");
+        return {compare("0 to 1", make_even_levels(EVEN_EDGE), evaluator, conversion),
+                compare("1/1024 to 16", get_wide_levels(), evaluator, conversion)};
+    } catch (const diagnostics::Failure& failure) {
+        throw diagnostics::Failure(diagnostics::add_context("cannot compare the shader with the CPU",
+                                                            failure.get_diagnostics(),
+                                                            diagnostics::Code::SHADER_INVALID));
     }
 }
 

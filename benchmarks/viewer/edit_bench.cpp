@@ -14,7 +14,6 @@
 #include <epoxy/gl.h>
 
 #include "diagnostics/failure.h"
-#include "gl/gl_error.h"
 #include "image/reader_server.h"
 #include "tool/console.h"
 #include "viewer/viewer.h"
@@ -83,8 +82,8 @@ void show_edits(benchmark::State& state, std::unique_ptr<viewer::Screen> screen)
     workflow::SessionOptions options;
     options.config_path = folder.get("config.ocio");
     options.no_preferences = true;
-    workflow::LiveConfig host(options);
-    viewer::ViewModel model(host);
+    workflow::LiveConfig live_config(options);
+    viewer::ViewModel model(live_config);
     model.open(folder.get("image.tif"));
     viewer::Viewer viewer(model, std::move(screen), true);
     for (int frame = 0; frame < 10; ++frame)
@@ -94,7 +93,7 @@ void show_edits(benchmark::State& state, std::unique_ptr<viewer::Screen> screen)
         const unsigned int shaders = painter.count_shaders();
         folder.write_lut();
         const auto start = std::chrono::steady_clock::now();
-        while (painter.count_shaders() == shaders && model.get_faults().empty())
+        while (painter.count_shaders() == shaders && model.get_errors().empty())
             viewer.run_frame();
         glFinish();
         state.SetIterationTime(
@@ -103,8 +102,8 @@ void show_edits(benchmark::State& state, std::unique_ptr<viewer::Screen> screen)
         for (int frame = 0; frame < 10; ++frame)
             viewer.run_frame();
     }
-    if (!model.get_faults().empty())
-        state.SkipWithError(model.get_faults().front().c_str());
+    if (!model.get_errors().empty())
+        state.SkipWithError(model.get_errors().front().message.c_str());
 }
 
 void show_edited_lut_in_memory(benchmark::State& state) {
@@ -114,7 +113,7 @@ void show_edited_lut_in_memory(benchmark::State& state) {
 void show_edited_lut_in_window(benchmark::State& state) {
     try {
         show_edits(state, viewer::make_window({WIDTH, HEIGHT}, "benchmark"));
-    } catch (const gl::GlError& error) {
+    } catch (const diagnostics::Failure& error) {
         state.SkipWithError(error.what());
     }
 }

@@ -35,12 +35,13 @@ public:
     }
 
     /// Makes a conversion from scene-linear through a view, each view in turn.
-    std::shared_ptr<const workflow::Conversion> make_conversion() {
-        const std::vector<std::string>& views = host.get_views();
+    std::shared_ptr<const workflow::Conversion> make_conversion(bool takes_exposure = false) {
+        const std::vector<std::string>& views = live_config.get_views();
         workflow::ConversionRequest request;
         request.from = workflow::find_file_space("render.exr", {}, "").color_space;
         request.view = views[turn++ % views.size()];
-        return std::make_shared<const workflow::Conversion>(host.get_session(), request);
+        request.takes_exposure = takes_exposure;
+        return std::make_shared<const workflow::Conversion>(live_config.get_session(), request);
     }
 
     std::shared_ptr<const viewer::Image> make_image() const {
@@ -56,7 +57,7 @@ public:
 private:
     Bench() { setenv("MESA_SHADER_CACHE_DISABLE", "true", 1); }
 
-    workflow::LiveConfig host{workflow::SessionOptions{}};
+    workflow::LiveConfig live_config{workflow::SessionOptions{}};
     std::size_t turn = 0;
 };
 
@@ -99,7 +100,7 @@ void change_exposure_and_draw_4k(benchmark::State& state) {
     const std::unique_ptr<viewer::Screen> screen = viewer::make_offscreen({WIDTH, HEIGHT});
     viewer::ImagePainter painter;
     const auto image = bench.make_image();
-    const auto chain = bench.make_conversion();
+    const auto chain = bench.make_conversion(true);
     screen->begin_frame();
     draw(painter, {image, chain, 0});
     float exposure = 0;

@@ -6,20 +6,32 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "gl/gl_error.h"
+#include "diagnostics/failure.h"
 
 namespace {
 
-using gl::GlError;
 using gl::GlEvaluator;
 using gl::GlProfile;
 using testing::ElementsAre;
 using testing::FloatEq;
 using testing::HasSubstr;
+using testing::Not;
 
 /// The body as a host's function.
 std::string function(const std::string& body) {
     return "vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d) {\n" + body + "\n}\n";
+}
+
+/// The code of the failure of `act`.
+template <class Act>
+diagnostics::Code code_of(const Act& act) {
+    try {
+        act();
+    } catch (const diagnostics::Failure& failure) {
+        return failure.get_worst().code;
+    }
+    ADD_FAILURE() << "it succeeds";
+    return {};
 }
 
 class ShaderRun : public testing::TestWithParam<gl::GlProfile> {
@@ -30,13 +42,14 @@ protected:
 };
 
 TEST_P(ShaderRun, KeepsEveryBitOfAFloat) {
-    evaluator.load(function("return inPixel;"), std::vector<float>(24).data(), 2);
+    evaluator.load(function("return inPixel;"), {{std::vector<float>(24).data(), 2}});
     const std::vector<float> pixels = {0.1f, -7.25f, 65504, 1e-6f, 3e38f, 0.333333343f, 1, 0};
     EXPECT_EQ(evaluator.run(pixels), pixels);
 }
 
 TEST_P(ShaderRun, RunsManyPixelsInTheirOrder) {
-    evaluator.load(function("return inPixel * vec4(2.0, 4.0, 8.0, 1.0);"), std::vector<float>(24).data(), 2);
+    evaluator.load(function("return inPixel * vec4(2.0, 4.0, 8.0, 1.0);"),
+                   {{std::vector<float>(24).data(), 2}});
     std::vector<float> pixels, expected;
     for (unsigned int i = 0; i < 3 * 1024 + 17; ++i) {
         const float value = static_cast<float>(i);
@@ -55,7 +68,7 @@ TEST_P(ShaderRun, HasRedFastestInTheTable) {
                 table.insert(table.end(), {1.0f * r, 10.0f * g, 100.0f * b});
     evaluator.load(
         function("return vec4(" + texture() + "(lut3d, 0.5 * inPixel.rgb + 0.25).rgb, inPixel.a);"),
-        table.data(), 2);
+        {{table.data(), 2}});
     EXPECT_THAT(evaluator.run({1, 0, 0, 0.5f}), ElementsAre(1, 0, 0, 0.5f));
     EXPECT_THAT(evaluator.run({0, 1, 0, 1}), ElementsAre(0, 10, 0, 1));
     EXPECT_THAT(evaluator.run({0, 0, 1, 1}), ElementsAre(0, 0, 100, 1));
@@ -66,13 +79,41 @@ TEST_P(ShaderRun, HasRedFastestInTheTable) {
 
 TEST_P(ShaderRun, SaysWhatDoesNotCompileAndWhere) {
     try {
-        evaluator.load(function("return no_such_name;"), std::vector<float>(24).data(), 2);
+        evaluator.load(function("return no_such_name;"), {{std::vector<float>(24).data(), 2}});
         FAIL() << "the text compiles";
-    } catch (const gl::GlError& error) {
-        EXPECT_THAT(error.what(), HasSubstr("no_such_name"));
-        EXPECT_THAT(error.what(), HasSubstr("return no_such_name;"));
+    } catch (const diagnostics::Failure& failure) {
+        const diagnostics::Diagnostic& error = failure.get_worst();
+        EXPECT_EQ(error.code, diagnostics::Code::SHADER_INVALID);
+        EXPECT_THAT(error.message, HasSubstr("no_such_name"));
+        EXPECT_THAT(error.message, HasSubstr("(line 3: `return no_such_name;`)"))
+            << "after a line of the version";
+        EXPECT_THAT(error.message, Not(HasSubstr("\n")));
     }
-    EXPECT_THROW(evaluator.run({0, 0, 0, 0}), gl::GlError) << "nothing is loaded now";
+    EXPECT_EQ(code_of([&] {
+                  evaluator.run({0, 0, 0, 0});
+              }),
+              diagnostics::Code::USAGE_REFUSED)
+        << "nothing is loaded now";
+}
+
+TEST_P(ShaderRun, TakesAnyNumberOfLuts) {
+    const std::vector<float> ones(24, 1), twos(24, 2);
+    evaluator.load("vec4 OCIODisplay(in vec4 inPixel) { return inPixel + vec4(1.0); }\n", {});
+    EXPECT_THAT(evaluator.run({1, 2, 3, 4}), ElementsAre(2, 3, 4, 5));
+    evaluator.load(
+        "vec4 OCIODisplay(in vec4 inPixel, const sampler3D a, const sampler3D b, in float factor) {\n"
+        "    return vec4(" +
+            texture() + "(a, inPixel.rgb).r, " + texture() + "(b, inPixel.rgb).r, factor, 0.5);\n}\n",
+        {{ones.data(), 2}, {twos.data(), 2}}, "3.0");
+    EXPECT_THAT(evaluator.run({0, 0, 0, 1}), ElementsAre(1, 2, 3, 0.5f));
+}
+
+TEST_P(ShaderRun, RefusesALutThatTheDriverDoesNotSupport) {
+    constexpr int TOO_MANY = 1 << 20;
+    EXPECT_EQ(code_of([&] {
+                  evaluator.load(function("return inPixel;"), {{nullptr, TOO_MANY}});
+              }),
+              diagnostics::Code::GPU_LIMIT);
 }
 
 INSTANTIATE_TEST_SUITE_P(Profiles, ShaderRun, testing::Values(gl::GlProfile::LEGACY, gl::GlProfile::CORE),
@@ -83,10 +124,10 @@ INSTANTIATE_TEST_SUITE_P(Profiles, ShaderRun, testing::Values(gl::GlProfile::LEG
 TEST(ShaderRuns, OfTwoProfilesDoNotDisturbEachOther) {
     const std::vector<float> table(24);
     gl::GlEvaluator core(gl::GlProfile::CORE);
-    core.load(function("return inPixel + vec4(1.0);"), table.data(), 2);
+    core.load(function("return inPixel + vec4(1.0);"), {{table.data(), 2}});
     {
         gl::GlEvaluator legacy(gl::GlProfile::LEGACY);
-        legacy.load(function("return inPixel + vec4(2.0);"), table.data(), 2);
+        legacy.load(function("return inPixel + vec4(2.0);"), {{table.data(), 2}});
         EXPECT_THAT(core.run({0, 0, 0, 0}), ElementsAre(1, 1, 1, 1));
         EXPECT_THAT(legacy.run({0, 0, 0, 0}), ElementsAre(2, 2, 2, 2));
     }

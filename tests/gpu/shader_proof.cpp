@@ -80,7 +80,7 @@ double measure_position_error(gl::GlEvaluator& evaluator) {
         table.insert(table.end(), 3, static_cast<float>(entry % EDGE));
     evaluator.load("vec4 OCIODisplay(in vec4 inPixel, const sampler3D lut3d) {\n"
                    "    return texture(lut3d, inPixel.rgb);\n}\n",
-                   table.data(), EDGE);
+                   {{table.data(), EDGE}});
     std::vector<float> places;
     for (int i = 0; i < 20000; ++i) {
         const auto place = static_cast<float>((0.5 + (EDGE - 1) * (i / 20000.0)) / EDGE);
@@ -111,7 +111,7 @@ public:
 
 private:
     std::vector<float> run(const std::string& text, const std::vector<float>& input) {
-        evaluator.load(text, source.table.data(), EDGE);
+        evaluator.load(text, {{source.table.data(), EDGE}});
         return evaluator.run(input);
     }
     std::vector<Lattice::Rgb> carry_bounds();

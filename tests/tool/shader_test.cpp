@@ -118,6 +118,7 @@ TEST_F(Shader, AnswersJson) {
     EXPECT_GT(difference["largest"], 0.0003);
     EXPECT_LT(difference["largest"], 0.0007);
     EXPECT_EQ(difference["cpu"].size(), 3u);
+    EXPECT_EQ(difference["incomparable"], 0);
 }
 
 TEST_F(Shader, SpeaksTheDialectThatIsAsked) {
@@ -151,10 +152,53 @@ TEST_F(Shader, OfASpaceAndItselfIsNone) {
 
 TEST_F(Shader, NeedsItsTwoEndsAndAFolder) {
     EXPECT_THAT(run({"shader", "--from", "sRGB", "--to", "linear"}), FailsWith(2, HasSubstr("--output")));
-    EXPECT_THAT(make_shader({"--to", "linear"}), FailsWith(2, HasSubstr("--from")));
+    EXPECT_THAT(make_shader({"--to", "linear"}),
+                FailsWith(2, HasSubstr("--from or --inverse-view is required")));
     EXPECT_THAT(make_shader({"--from", "sRGB"}), FailsWith(2, HasSubstr("--to or --view")));
     EXPECT_THAT(make_shader({"--from", "sRGB", "--to", "linear", "--glsl", "es"}),
                 FailsWith(2, HasSubstr("es")));
+}
+
+// 0.5 of "film" is 0.5 of lin; the look doubles, the CDL triples, and the LUT halves the result.
+TEST_F(Shader, TakesTheStepsThatConvertTakes) {
+    const std::string config = folder.write("show.ocio", R"(ocio_profile_version: 1
+search_path: .
+strictparsing: true
+roles: {default: lin, scene_linear: lin}
+displays:
+  M:
+    - !<View> {name: V, colorspace: half}
+looks:
+  - !<Look> {name: double, process_space: lin, transform: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}}
+colorspaces:
+  - !<ColorSpace> {name: lin}
+  - !<ColorSpace>
+    name: half
+    from_reference: !<MatrixTransform> {matrix: [0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1]}
+)");
+    const std::string cdl =
+        folder.write("triple.cc", "<ColorCorrection id=\"a\"><SOPNode><Slope>3 3 3</Slope><Offset>0 0 "
+                                  "0</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    for (const std::vector<std::string>& steps : std::vector<std::vector<std::string>>{
+             {"--from", "half", "--look", "double", "--cdl", cdl, "--to", "lin"},
+             {"--inverse-view", "M.V", "--cdl", cdl, "--inverse", "--look", "-double"}}) {
+        std::vector<std::string> arguments = {"--config", config, "--json"};
+        arguments.insert(arguments.end(), steps.begin(), steps.end());
+        const ToolRun result = make_shader(arguments);
+        ASSERT_THAT(result, Succeeds());
+        const nlohmann::json answer = nlohmann::json::parse(result.out);
+        EXPECT_EQ(answer["files"].size(), 7u) << "the text, and two files for each of three LUTs";
+        EXPECT_THAT(folder.read("shader/OCIODisplay.glsl"), HasSubstr("const sampler3D lut3d_2) {"));
+        ASSERT_EQ(answer["differences"].size(), 2u);
+        for (const nlohmann::json& difference : answer["differences"]) {
+            EXPECT_LT(difference["largest"], 1e-3) << difference;
+            EXPECT_EQ(difference["incomparable"], 0);
+        }
+        // The last color of the wide grid, where the difference is largest or not: 16 times what the steps
+        // do.
+        const double at = answer["differences"][1]["at"][0], cpu = answer["differences"][1]["cpu"][0];
+        EXPECT_NEAR(cpu / at, steps[0] == "--from" ? 2.0 * 2 * 3 : 2.0 / 3 / 2, 1e-3);
+    }
 }
 
 TEST_F(Shader, FailsWhereItsFolderCannotBe) {

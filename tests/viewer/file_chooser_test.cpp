@@ -13,6 +13,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using diagnostics::Code;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -52,7 +53,7 @@ protected:
 TEST_F(ChoiceOfAFile, IsAmongFoldersAndFilesOfTheExtensionInTheOrderOfTheirNames) {
     EXPECT_EQ(chooser.get_folder(), folder.file("show"));
     EXPECT_THAT(names_of(chooser), ElementsAre("luts/", "Versions/", "A.OCIO", "b.ocio"));
-    EXPECT_EQ(chooser.get_fault(), "");
+    EXPECT_EQ(chooser.get_error(), std::nullopt);
 }
 
 TEST_F(ChoiceOfAFile, HasNumberedFilesInTheOrderOfTheirNumbers) {
@@ -74,7 +75,8 @@ TEST_F(ChoiceOfAFile, LeavesOutWhatMayNeverEnd) {
     chooser.set_shows_all(true);
     EXPECT_THAT(names_of(chooser), testing::Not(testing::Contains("pipe.ocio")));
     EXPECT_FALSE(chooser.choose_typed("pipe.ocio"));
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("pipe.ocio' is not a regular file or readable folder"));
+    EXPECT_THAT(chooser.get_error().value().message,
+                HasSubstr("pipe.ocio' is not a regular file or readable folder"));
 }
 
 TEST_F(ChoiceOfAFile, GoesIntoFoldersAndUpAgain) {
@@ -92,7 +94,7 @@ TEST_F(ChoiceOfAFile, EndsAtTheTop) {
     for (int i = 0; i < 100; ++i)
         chooser.go_up();
     EXPECT_EQ(chooser.get_folder(), "/");
-    EXPECT_EQ(chooser.get_fault(), "");
+    EXPECT_EQ(chooser.get_error(), std::nullopt);
 }
 
 TEST_F(ChoiceOfAFile, MovesItsSelectionAsFarAsThereAreEntries) {
@@ -113,7 +115,7 @@ TEST_F(ChoiceOfAFile, IsNoneInAnEmptyFolder) {
     chooser.move_selection(1);
     chooser.select(7);
     EXPECT_FALSE(chooser.choose_selected());
-    EXPECT_EQ(chooser.get_fault(), "");
+    EXPECT_EQ(chooser.get_error(), std::nullopt);
 }
 
 TEST_F(ChoiceOfAFile, TakesATypedPath) {
@@ -125,36 +127,43 @@ TEST_F(ChoiceOfAFile, TakesATypedPath) {
     EXPECT_EQ(chooser.get_folder(), folder.file("other"));
     EXPECT_THAT(names_of(chooser), ElementsAre("c.ocio"));
     EXPECT_FALSE(chooser.choose_typed(""));
-    EXPECT_EQ(chooser.get_fault(), "");
+    EXPECT_EQ(chooser.get_error(), std::nullopt);
 }
 
 TEST_F(ChoiceOfAFile, SaysWhatIsWrongWithATypedPathAndStays) {
     EXPECT_FALSE(chooser.choose_typed("none.ocio"));
-    EXPECT_EQ(chooser.get_fault(), "'" + folder.file("show/none.ocio") + "' does not exist");
+    EXPECT_EQ(chooser.get_error().value().message, "'" + folder.file("show/none.ocio") + "' does not exist");
+    EXPECT_EQ(chooser.get_error()->code, Code::FILE_MISSING);
+    EXPECT_EQ(chooser.get_error()->file, folder.file("show/none.ocio"));
     EXPECT_FALSE(chooser.choose_typed("b.ocio/inside"));
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("b.ocio/inside"));
+    EXPECT_THAT(chooser.get_error().value().message, HasSubstr("b.ocio/inside"));
     fs::create_symlink("loop", folder.file("show/loop"));
     EXPECT_FALSE(chooser.choose_typed("loop"));
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("loop' is not a regular file or readable folder"));
+    EXPECT_THAT(chooser.get_error().value().message,
+                HasSubstr("loop' is not a regular file or readable folder"));
+    EXPECT_EQ(chooser.get_error()->code, Code::FILE_NOT_REGULAR);
     EXPECT_EQ(chooser.get_folder(), folder.file("show"));
     EXPECT_THAT(names_of(chooser), ElementsAre("luts/", "Versions/", "A.OCIO", "b.ocio"));
     EXPECT_TRUE(chooser.choose_typed("b.ocio"));
-    EXPECT_EQ(chooser.get_fault(), "") << "the next thing goes well";
+    EXPECT_EQ(chooser.get_error(), std::nullopt) << "the next thing goes well";
 }
 
 TEST_F(ChoiceOfAFile, SaysWhyAFolderCannotBeEntered) {
     chooser.enter("none");
-    EXPECT_THAT(chooser.get_fault(), AllOf(HasSubstr("cannot read the folder"), HasSubstr("show/none'"),
-                                           HasSubstr("No such file or directory")));
+    EXPECT_THAT(chooser.get_error().value().message,
+                AllOf(HasSubstr("cannot read the folder"), HasSubstr("show/none'"),
+                      HasSubstr("No such file or directory")));
+    EXPECT_EQ(chooser.get_error()->code, Code::FILE_MISSING);
     chooser.enter("b.ocio");
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("Not a directory"));
+    EXPECT_EQ(chooser.get_error().value().code, Code::FILE_UNREADABLE);
+    EXPECT_THAT(chooser.get_error().value().message, HasSubstr("Not a directory"));
     fs::create_directory(folder.file("show/gone"));
     chooser.enter(".");
     chooser.select(0);
     EXPECT_EQ(selected_of(chooser), "gone");
     fs::remove(folder.file("show/gone"));
     EXPECT_FALSE(chooser.choose_selected());
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("gone"));
+    EXPECT_THAT(chooser.get_error().value().message, HasSubstr("gone"));
     EXPECT_EQ(chooser.get_folder(), folder.file("show"));
 }
 
@@ -174,7 +183,7 @@ TEST_F(ChoiceOfAFile, GoesHome) {
     home.unset();
     EXPECT_EQ(chooser.get_shown_folder(), folder.file("other"));
     chooser.go_home();
-    EXPECT_THAT(chooser.get_fault(), HasSubstr("HOME"));
+    EXPECT_THAT(chooser.get_error().value().message, HasSubstr("HOME"));
 }
 
 TEST_F(ChoiceOfAFile, StartsInTheNearestFolderThatThereIs) {
@@ -183,7 +192,7 @@ TEST_F(ChoiceOfAFile, StartsInTheNearestFolderThatThereIs) {
     EXPECT_EQ(viewer::FileChooser(folder.file("show/b.ocio"), {".ocio"}).get_folder(), folder.file("show"));
     EXPECT_EQ(viewer::FileChooser(folder.file("show/"), {".ocio"}).get_folder(), folder.file("show"));
     EXPECT_EQ(viewer::FileChooser("", {".ocio"}).get_folder(), fs::current_path());
-    EXPECT_EQ(viewer::FileChooser(folder.file("show/none"), {".ocio"}).get_fault(), "");
+    EXPECT_EQ(viewer::FileChooser(folder.file("show/none"), {".ocio"}).get_error(), std::nullopt);
 }
 
 TEST_F(ChoiceOfAFile, FollowsLinks) {

@@ -51,8 +51,8 @@ private:
     rlimit before = {};
 };
 
-TEST_F(WatchedFiles, HaveNoFaultWhereTheSystemGivesNotice) {
-    EXPECT_EQ(watcher.get_fault(), "");
+TEST_F(WatchedFiles, HaveNoErrorWhereTheSystemGivesNotice) {
+    EXPECT_EQ(watcher.get_error(), std::nullopt);
 }
 
 TEST_F(WatchedFiles, ThatTheSystemGivesNoNoticeOfSayWhy) {
@@ -61,7 +61,8 @@ TEST_F(WatchedFiles, ThatTheSystemGivesNoNoticeOfSayWhy) {
         const NoFurtherFiles limit;
         blind = std::make_unique<viewer::FileWatcher>();
     }
-    EXPECT_THAT(blind->get_fault(), HasSubstr("fs.inotify.max_user_instances"));
+    EXPECT_THAT(blind->get_error().value().message, HasSubstr("fs.inotify.max_user_instances"));
+    EXPECT_EQ(blind->get_error()->code, diagnostics::Code::SYSTEM_FAILURE);
     blind->watch({file});
     folder.write("a.cube", "text");
     EXPECT_THAT(blind->take_changes(), IsEmpty());

@@ -27,9 +27,9 @@ class ModelThatFollowsChanges : public ViewModelTest {
 protected:
     void restart(const workflow::SessionOptions& options) {
         model = nullptr;
-        host = nullptr; // There can be one at a time.
-        host = std::make_unique<LiveConfig>(options);
-        model = std::make_unique<viewer::ViewModel>(*host);
+        live_config = nullptr; // There can be one at a time.
+        live_config = std::make_unique<LiveConfig>(options);
+        model = std::make_unique<viewer::ViewModel>(*live_config);
         model->open(image);
     }
 };
@@ -41,7 +41,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedLut) {
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.75);
     EXPECT_THAT(model->get_note(), HasSubstr("shown.spi1d"));
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodColorsWhileALutIsBroken) {
@@ -50,14 +50,14 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodColorsWhileALutIsBroken) {
     folder.write("luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nno values");
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
-    ASSERT_EQ(model->get_faults().size(), 1u);
-    EXPECT_THAT(model->get_faults()[0], HasSubstr("shown.spi1d"));
+    ASSERT_EQ(model->get_errors().size(), 1u);
+    EXPECT_THAT(format_with_hint(model->get_errors()[0]), HasSubstr("shown.spi1d"));
     EXPECT_EQ(model->get_settings(FIRST).view, "Screen.Shown");
 
     write_lut(folder, 0.25);
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
@@ -67,11 +67,11 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedConfiguration) {
     model->set_view(FIRST, "Screen.Shown");
     folder.write("test.ocio", text);
     follow();
-    EXPECT_THAT(host->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
-    EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view()) << "the view is gone";
+    EXPECT_THAT(live_config->get_views(), testing::UnorderedElementsAre("Screen.Other", "Screen.Raw"));
+    EXPECT_EQ(model->get_settings(FIRST).view, live_config->get_default_view()) << "the view is gone";
     EXPECT_EQ(model->get_note(), "read test.ocio again; view 'Screen.Shown' no longer exists, using '" +
-                                     host->get_default_view() + "'");
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+                                     live_config->get_default_view() + "'");
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBroken) {
@@ -82,18 +82,18 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBrok
         const auto chain = model->get_conversion(FIRST);
         folder.write("test.ocio", broken);
         follow();
-        ASSERT_EQ(model->get_faults().size(), 1u) << broken;
-        EXPECT_THAT(model->get_faults()[0], HasSubstr("test.ocio"));
-        EXPECT_THAT(model->get_faults()[0], HasSubstr("last valid version"));
-        EXPECT_EQ(host->get_config_name(), "test.ocio");
-        EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
+        ASSERT_EQ(model->get_errors().size(), 1u) << broken;
+        EXPECT_THAT(format_with_hint(model->get_errors()[0]), HasSubstr("test.ocio"));
+        EXPECT_THAT(format_with_hint(model->get_errors()[0]), HasSubstr("last valid version"));
+        EXPECT_EQ(live_config->get_config_name(), "test.ocio");
+        EXPECT_THAT(live_config->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
         EXPECT_EQ(model->get_conversion(FIRST), chain) << "nothing is made anew";
         model->set_view(FIRST, "Screen.Raw");
         EXPECT_FLOAT_EQ(shown_white(), 1) << "other views can still be chosen";
 
         folder.write("test.ocio", good);
         follow();
-        EXPECT_THAT(model->get_faults(), IsEmpty());
+        EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
     }
 }
 
@@ -101,7 +101,7 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhenTheConfigurationIsRemov
     model->set_view(FIRST, "Screen.Shown");
     std::filesystem::remove(config);
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("no such file")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("no such file")));
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
 }
 
@@ -116,13 +116,13 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlAndKeepsItWhileItIsBroken) {
     folder.write("grade.ccc", "<ColorCorrectionCollection><Color");
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("grade.ccc")));
     EXPECT_EQ(model->get_settings(FIRST).cdl, "grade");
     write_lut(folder, 0.75);
     follow();
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_FLOAT_EQ(shown_white(), 0.1875) << "the configuration is read again though the CDL cannot be";
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("grade.ccc")));
 }
 
 TEST_F(ModelThatFollowsChanges, TellsOfEachSourceUntilThatOneIsWholeAgain) {
@@ -133,19 +133,20 @@ TEST_F(ModelThatFollowsChanges, TellsOfEachSourceUntilThatOneIsWholeAgain) {
     follow();
     folder.write("test.ocio", "garbage");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"), HasSubstr("grade.ccc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("test.ocio"), HasSubstr("grade.ccc")));
     model->use_config("");
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("grade.ccc")))
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("grade.ccc")))
         << "another configuration mends no CDL";
     model->use_cdl_library(folder.write("other.ccc", make_library("0.25 0.25 0.25")));
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 
     folder.write("test.ocio", good_config);
     model->use_config(config);
     folder.write("test.ocio", "garbage");
     follow();
     model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio"))) << "nor the other way round";
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("test.ocio")))
+        << "nor the other way round";
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
@@ -160,7 +161,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedCdlLibraryOfThePreferences) {
     folder.write("looks.ccc", make_library("0.25 0.25 0.25"));
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
@@ -171,10 +172,10 @@ TEST_F(ModelThatFollowsChanges, ReadsTheConfigurationOfTheEnvironmentAgain) {
     write_lut(folder, 0.25);
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
     std::filesystem::remove(config);
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("test.ocio")));
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
 }
 
@@ -185,8 +186,8 @@ TEST_F(ModelThatFollowsChanges, ReadsAConfigurationOfTheLibraryItselfAgain) {
     model->use_cdl_library(folder.write("grade.ccc", make_library("0.5 0.5 0.5")));
     folder.write("grade.ccc", make_library("0.25 0.25 0.25"));
     follow();
-    EXPECT_THAT(model->get_faults(), IsEmpty());
-    EXPECT_EQ(host->get_config_path(), "ocio://default");
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
+    EXPECT_EQ(live_config->get_config_path(), "ocio://default");
 }
 
 TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutOfTheUsersOwnSpace) {
@@ -205,7 +206,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedLutOfTheUsersOwnSpace) {
     model->set_input_space("Tavelion|linear");
     model->set_view(FIRST, "Tavelion.own");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
     write_own_lut("0.25");
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
@@ -232,11 +233,11 @@ TEST_F(ModelThatFollowsChanges, ShowsALutWhoseFolderIsMadeLater) {
     model->use_config(config);
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_FALSE(model->get_conversion(FIRST));
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("shown.spi1d")));
     write_lut(folder, 0.5);
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelThatFollowsChanges, MakesNothingAnewForFilesThatTheConfigurationDoesNotName) {
@@ -281,7 +282,7 @@ TEST_F(ModelThatFollowsChanges, ReadsNoImageAgainForAnEditedLut) {
 
 TEST_F(ModelThatFollowsChanges, TakesOverWhatTheModuleTellsItsHost) {
     EXPECT_FALSE(model->follow_changes());
-    host->use_config(""); // Not by way of the model.
+    live_config->use_config(""); // Not by way of the model.
     EXPECT_TRUE(model->follow_changes());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.sRGB");
@@ -297,7 +298,7 @@ TEST_F(ModelThatFollowsChanges, ShowsAnEditedImage) {
     folder.write("image.exr", "broken");
     follow();
     EXPECT_EQ(model->get_image()->width, 2);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("image.exr")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("image.exr")));
 }
 
 } // namespace

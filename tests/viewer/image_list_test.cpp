@@ -30,11 +30,11 @@ TEST_F(ImagesOfAList, AreReadWhenTheyAreWanted) {
     list.add(second); // The file does not exist yet.
     EXPECT_FALSE(list.get_image());
     list.open(folder.file("0.exr"));
-    EXPECT_EQ(list.get_fault(), std::nullopt);
+    EXPECT_EQ(list.get_error(), std::nullopt);
     make(1);
     list.step(1);
     EXPECT_EQ(get_width(), 2);
-    EXPECT_EQ(list.get_fault(), std::nullopt);
+    EXPECT_EQ(list.get_error(), std::nullopt);
 }
 
 TEST_F(ImagesOfAList, StayInMemoryWhileTheyAreAmongTheLast) {
@@ -45,7 +45,7 @@ TEST_F(ImagesOfAList, StayInMemoryWhileTheyAreAmongTheLast) {
     list.step(-1);
     EXPECT_EQ(get_width(), 4) << "though the file is gone";
     list.step(-3);
-    EXPECT_EQ(list.get_fault().value().file, folder.file("0.exr")) << "it was read long ago";
+    EXPECT_EQ(list.get_error().value().file, folder.file("0.exr")) << "it was read long ago";
     EXPECT_EQ(get_width(), 4);
 }
 
@@ -69,7 +69,7 @@ TEST_F(ImagesOfAList, StayWhatTheyAreWhenAnotherCannotBeOpened) {
     EXPECT_EQ(get_width(), 1);
     EXPECT_EQ(list.get_current_path(), folder.file("0.exr"));
     EXPECT_THAT(list.get_paths(), ElementsAre(folder.file("0.exr")));
-    EXPECT_EQ(list.get_fault(), std::nullopt);
+    EXPECT_EQ(list.get_error(), std::nullopt);
 }
 
 TEST_F(ImagesOfAList, AreOfNoAvailWhenThereAreNone) {

@@ -98,6 +98,13 @@ TEST_F(ImageToShow, ThatIsTooLargeIsRefusedByItsHeader) {
     EXPECT_EQ(refusal_of(path, 63),
               "cannot show '" + path + "': 64 x 48 pixels are more than this driver shows (63 a side)");
     EXPECT_THAT(refusal_of(path, 64), HasSubstr("cannot read"));
+    try {
+        viewer::check_side(path, 48, 64, 63);
+        FAIL() << "it is too high";
+    } catch (const diagnostics::Failure& failure) {
+        EXPECT_EQ(failure.get_worst().code, diagnostics::Code::GPU_LIMIT);
+        EXPECT_EQ(failure.get_worst().file, path);
+    }
 }
 
 TEST_F(ImageToShow, ThatCannotBeReadSaysWhichAndWhy) {

@@ -75,18 +75,19 @@ TEST_F(LoopOfAViewer, ShowsAnEditedImageByItself) {
 TEST_F(LoopOfAViewer, KeepsTheLastGoodImageAndSaysWhatIsWrongWithABrokenEdit) {
     model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     const std::string good = folder.read("test.ocio");
-    EXPECT_EQ(count_fault_pixels(), 0);
+    EXPECT_EQ(count_error_pixels(), 0);
     for (const char* const file : {"test.ocio", "luts/shown.spi1d"}) {
         folder.write(file, "broken");
         ASSERT_TRUE(shows_a_frame_by_itself());
         expect_shown(0.5);
-        EXPECT_GT(count_fault_pixels(), 50);
-        ASSERT_FALSE(model->get_faults().empty());
-        EXPECT_THAT(model->get_faults()[0], HasSubstr(std::filesystem::path(file).filename().string()));
+        EXPECT_GT(count_error_pixels(), 50);
+        ASSERT_FALSE(model->get_errors().empty());
+        EXPECT_THAT(format_with_hint(model->get_errors()[0]),
+                    HasSubstr(std::filesystem::path(file).filename().string()));
         folder.write("test.ocio", good);
         write_lut(folder, 0.5);
-        ASSERT_TRUE(run_until([&] { return viewer->get_model().get_faults().empty(); }));
-        EXPECT_EQ(count_fault_pixels(), 0);
+        ASSERT_TRUE(run_until([&] { return viewer->get_model().get_errors().empty(); }));
+        EXPECT_EQ(count_error_pixels(), 0);
         expect_shown(0.5);
     }
 }
@@ -107,8 +108,8 @@ TEST_F(LoopOfAViewer, SwitchesToADroppedConfiguration) {
     const std::string other = folder.write("shows/OTHER.OCIO", folder.read("test.ocio"));
     model->set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     drop({other});
-    EXPECT_EQ(host->get_config_path(), other);
-    EXPECT_EQ(viewer->get_fault(), "");
+    EXPECT_EQ(live_config->get_config_path(), other);
+    EXPECT_EQ(viewer->get_error(), std::nullopt);
     expect_shown(0.25);
 }
 
@@ -118,7 +119,7 @@ TEST_F(LoopOfAViewer, ShowsTheFirstOfDroppedImagesAndListsTheOthers) {
     drop({first, broken});
     EXPECT_EQ(take_screenshot().at(PANELS + 100, 100), (Rgb{64, 128, 191}));
     EXPECT_THAT(model->get_images().get_paths(), testing::ElementsAre(image, first, broken));
-    EXPECT_EQ(viewer->get_fault(), "");
+    EXPECT_EQ(viewer->get_error(), std::nullopt);
 }
 
 TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
@@ -127,23 +128,24 @@ TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
           folder.write("garbage.ccc", "no correction"), folder.write("garbage.exr", ""),
           folder.file("none.png"), folder.file("luts")}) {
         drop({garbage});
-        EXPECT_THAT(viewer->get_fault(), HasSubstr(std::filesystem::path(garbage).filename().string()));
-        EXPECT_GT(count_fault_pixels(), 50) << garbage;
+        EXPECT_THAT(viewer->get_error().value().message,
+                    HasSubstr(std::filesystem::path(garbage).filename().string()));
+        EXPECT_GT(count_error_pixels(), 50) << garbage;
         expect_shown(1);
     }
     drop({image});
-    EXPECT_EQ(viewer->get_fault(), "") << "the next thing goes well";
-    EXPECT_EQ(count_fault_pixels(), 0);
+    EXPECT_EQ(viewer->get_error(), std::nullopt) << "the next thing goes well";
+    EXPECT_EQ(count_error_pixels(), 0);
 }
 
 TEST_F(LoopOfAViewer, SaysThatAnImageIsLargerThanTheDriverShows) {
     const std::string wide = folder.file("wide.exr");
     write_image(wide, 70000, 1, [](int, int) { return Rgb{1, 1, 1}; });
     drop({wide});
-    EXPECT_GT(count_fault_pixels(), 50);
+    EXPECT_GT(count_error_pixels(), 50);
     type("<");
     EXPECT_EQ(model->get_image()->path, image);
-    EXPECT_EQ(count_fault_pixels(), 0);
+    EXPECT_EQ(count_error_pixels(), 0);
     expect_shown(1);
 }
 

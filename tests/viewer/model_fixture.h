@@ -19,8 +19,8 @@ protected:
         workflow::SessionOptions options;
         options.config_path = config;
         options.no_preferences = true;
-        host = std::make_unique<workflow::LiveConfig>(options);
-        model = std::make_unique<viewer::ViewModel>(*host);
+        live_config = std::make_unique<workflow::LiveConfig>(options);
+        model = std::make_unique<viewer::ViewModel>(*live_config);
         model->open(image);
     }
 
@@ -45,6 +45,6 @@ protected:
 
     std::string config;
     std::string image;
-    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<workflow::LiveConfig> live_config;
     std::unique_ptr<viewer::ViewModel> model;
 };

@@ -48,7 +48,7 @@ TEST_F(ModelWithOwnFiles, KeepsAColorSpaceWhileItsCdlIsBroken) {
     const std::string note = model->get_note();
     own.write("space.cc", "garbage");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("space.cc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("space.cc")));
     EXPECT_EQ(model->get_note(), note) << "nothing went well since";
     EXPECT_EQ(model->get_settings(FIRST).view, "Tavelion.graded");
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
@@ -56,7 +56,7 @@ TEST_F(ModelWithOwnFiles, KeepsAColorSpaceWhileItsCdlIsBroken) {
     write_correction("space.cc", "0.125");
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.125);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
     EXPECT_EQ(model->get_note(), "read space.cc again");
 }
 
@@ -65,14 +65,14 @@ TEST_F(ModelWithOwnFiles, KeepsACdlWhileItsFileIsBroken) {
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     own.write("look.cc", "garbage");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("look.cc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("look.cc")));
     EXPECT_EQ(model->get_settings(FIRST).cdl, "look");
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
 
     write_correction("look.cc", "0.125");
     follow();
     EXPECT_FLOAT_EQ(shown_white(), 0.125);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelWithOwnFiles, KeepsACdlWhileItsFileIsBrokenAndTheLibraryIsEdited) {
@@ -84,7 +84,7 @@ TEST_F(ModelWithOwnFiles, KeepsACdlWhileItsFileIsBrokenAndTheLibraryIsEdited) {
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     write_library("0.0625");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("look.cc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("look.cc")));
     EXPECT_FLOAT_EQ(shown_white(), 0.25);
     model->set_cdl("grade");
     EXPECT_FLOAT_EQ(shown_white(), 0.0625);
@@ -95,12 +95,12 @@ TEST_F(ModelWithOwnFiles, TellsOfABrokenLibraryOnce) {
     model->use_cdl_library(folder.file("library.ccc"));
     folder.write("library.ccc", "garbage");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("library.ccc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("library.ccc")));
     write_correction("look.cc", "0.125");
     follow();
     model->set_cdl("look");
     EXPECT_FLOAT_EQ(shown_white(), 0.125);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("library.ccc")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("library.ccc")));
 }
 
 TEST_F(ModelWithOwnFiles, KeepsABrokenConfiguration) {
@@ -109,9 +109,9 @@ TEST_F(ModelWithOwnFiles, KeepsABrokenConfiguration) {
     EXPECT_FLOAT_EQ(shown_white(), 0.5);
     folder.write("test.ocio", "garbage");
     follow();
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("test.ocio")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("test.ocio")));
     EXPECT_EQ(model->get_settings(FIRST).view, "Screen.Shown");
-    EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
+    EXPECT_THAT(live_config->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
 }
 
 } // namespace

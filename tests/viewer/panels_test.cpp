@@ -145,13 +145,13 @@ TEST_F(PanelsOfAViewer, FollowKeys) {
 TEST_F(PanelsOfAViewer, StepThroughImagesAndSayWhichCannotBeRead) {
     model->add_images({folder.write("broken.exr", "no image")});
     viewer->act();
-    EXPECT_EQ(count_fault_pixels(), 0);
+    EXPECT_EQ(count_error_pixels(), 0);
     click(">");
-    EXPECT_EQ(model->get_images().get_fault().value().file, folder.file("broken.exr"));
-    EXPECT_GT(count_fault_pixels(), 50);
+    EXPECT_EQ(model->get_images().get_error().value().file, folder.file("broken.exr"));
+    EXPECT_GT(count_error_pixels(), 50);
     expect_shown(1);
     type(">");
-    EXPECT_EQ(count_fault_pixels(), 0);
+    EXPECT_EQ(count_error_pixels(), 0);
 }
 
 TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
@@ -223,7 +223,7 @@ TEST_F(DialogOfAViewer, OpensAConfigurationWithTheMouse) {
     click("other.ocio");
     click("Open");
     EXPECT_FALSE(shows("Cancel")) << "it closes";
-    EXPECT_EQ(host->get_config_path(), folder.file("shows/other.ocio"));
+    EXPECT_EQ(live_config->get_config_path(), folder.file("shows/other.ocio"));
     click("View");
     click("Screen.Shown");
     expect_shown(0.25);
@@ -243,7 +243,7 @@ TEST_F(DialogOfAViewer, OpensAConfigurationWithTheKeysAlone) {
     press("Down"); // luts/, broken.ocio, other.ocio
     press("Enter");
     EXPECT_FALSE(shows("Cancel"));
-    EXPECT_EQ(host->get_config_path(), folder.file("shows/other.ocio"));
+    EXPECT_EQ(live_config->get_config_path(), folder.file("shows/other.ocio"));
 }
 
 TEST_F(DialogOfAViewer, StaysAndSaysWhyAFileIsUnusable) {
@@ -251,8 +251,8 @@ TEST_F(DialogOfAViewer, StaysAndSaysWhyAFileIsUnusable) {
     type(folder.file("shows/broken.ocio"));
     press("Enter");
     EXPECT_TRUE(shows("Cancel"));
-    EXPECT_THAT(viewer->get_fault(), HasSubstr("broken.ocio"));
-    EXPECT_EQ(host->get_config_path(), config) << "what was in force stays";
+    EXPECT_THAT(viewer->get_error().value().message, HasSubstr("broken.ocio"));
+    EXPECT_EQ(live_config->get_config_path(), config) << "what was in force stays";
     press("Escape");
     EXPECT_FALSE(shows("Cancel"));
     expect_shown(1);
@@ -269,7 +269,7 @@ TEST_F(DialogOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
             click("Cancel");
         EXPECT_FALSE(shows("Cancel"));
         EXPECT_EQ(model->get_layout(), viewer::Layout::SINGLE);
-        EXPECT_EQ(host->get_config_path(), config);
+        EXPECT_EQ(live_config->get_config_path(), config);
     }
     click("Wipe");
     EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE) << "the panels can be used again";

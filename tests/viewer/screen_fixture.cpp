@@ -7,8 +7,8 @@ ScreenTest::ScreenTest() {
     workflow::SessionOptions options;
     options.config_path = config;
     options.no_preferences = true;
-    host = std::make_unique<workflow::LiveConfig>(options);
-    model = std::make_unique<viewer::ViewModel>(*host);
+    live_config = std::make_unique<workflow::LiveConfig>(options);
+    model = std::make_unique<viewer::ViewModel>(*live_config);
     model->open(image);
     auto owned = std::make_unique<IdleScreen>(viewer::Screen::Size{PANELS + WIDTH, HEIGHT});
     screen = owned.get();
@@ -67,7 +67,7 @@ void ScreenTest::expect_shown(double gain) {
         }
 }
 
-int ScreenTest::count_fault_pixels() {
+int ScreenTest::count_error_pixels() {
     const ShownImage shown = take_screenshot();
     int count = 0;
     for (int y = 0; y < shown.height; ++y)

@@ -39,11 +39,11 @@ protected:
     /// Expects all of the image, whose ramps go up to 1.5, to be shown as `gain` times its values.
     void expect_shown(double gain);
     /// Count of panel pixels in the color of errors.
-    int count_fault_pixels();
+    int count_error_pixels();
 
     std::string image = folder.file("ramps.exr");
     std::string config;
-    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<workflow::LiveConfig> live_config;
     std::unique_ptr<viewer::ViewModel> model;
     IdleScreen* screen = nullptr;
     std::unique_ptr<viewer::Viewer> viewer;

@@ -18,8 +18,8 @@ class ScriptOfAViewer : public ViewerTest {
 protected:
     ScriptOfAViewer() {
         write_ramps(image, 16, 16);
-        host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
-        model = std::make_unique<viewer::ViewModel>(*host);
+        live_config = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
+        model = std::make_unique<viewer::ViewModel>(*live_config);
         model->open(image);
         viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({64, 64}), false);
     }
@@ -40,7 +40,7 @@ protected:
     }
 
     std::string image = folder.file("image.exr");
-    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<workflow::LiveConfig> live_config;
     std::unique_ptr<viewer::ViewModel> model;
     std::unique_ptr<viewer::Viewer> viewer;
 };

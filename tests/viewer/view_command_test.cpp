@@ -146,6 +146,8 @@ TEST_F(CommandView, SaysWhatToDoWhereNoWindowCanBeOpened) {
     EnvGuard no_wayland("WAYLAND_DISPLAY");
     EXPECT_EQ(run({image}), 1);
     EXPECT_THAT(err.str(), HasSubstr("--screenshot"));
+    EXPECT_EQ(run({image, "--json-diagnostics"}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("\"display-missing\""));
 }
 
 TEST_F(CommandView, RunsAScriptWithoutAWindow) {

@@ -25,9 +25,9 @@ TEST_F(ModelOfAViewer, BeginsWithTheDefaultsOfTheConfiguration) {
     EXPECT_EQ(settings.cdl, "No CDL");
     EXPECT_EQ(settings.exposure, 0);
     EXPECT_EQ(model->get_space_reason(), "assumed: the role scene_linear, for float pixels");
-    EXPECT_THAT(host->get_spaces(), ElementsAre("lin", "shown"));
-    EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(live_config->get_spaces(), ElementsAre("lin", "shown"));
+    EXPECT_THAT(live_config->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 TEST_F(ModelOfAViewer, TakesTheSpaceOfAFileFromItsExtension) {
@@ -93,7 +93,7 @@ TEST_F(ModelOfAViewer, AppliesACdlBeforeTheExposure) {
     <SatNode><Saturation>1</Saturation></SatNode>
   </ColorCorrection>
 </ColorCorrectionCollection>)"));
-    EXPECT_THAT(host->get_cdls(), ElementsAre("No CDL", "warm"));
+    EXPECT_THAT(live_config->get_cdls(), ElementsAre("No CDL", "warm"));
     model->set_cdl("warm");
     model->set_exposure(-2);
     EXPECT_THAT(shown_white(), FloatNear(0.5625, 1e-6)) << "(2 * 1 + 0.25) / 4";
@@ -131,19 +131,19 @@ TEST_F(ModelOfAViewer, TellsWhatIsWrongWithTheSecondViewWhileItIsShown) {
     std::filesystem::remove(folder.file("luts/shown.spi1d"));
     model->use_config(config);
     model->set_view(viewer::ViewModel::SECOND, "Screen.Shown");
-    const auto get_faults_of = [&](viewer::Layout layout) {
+    const auto get_errors_of = [&](viewer::Layout layout) {
         model->set_layout(layout);
         model->get_conversion(FIRST);
         model->get_conversion(viewer::ViewModel::SECOND);
-        return model->get_faults();
+        return format_all(model->get_errors());
     };
     for (const viewer::Layout both : {viewer::Layout::WIPE, viewer::Layout::SIDE_BY_SIDE})
-        EXPECT_THAT(get_faults_of(both), ElementsAre(HasSubstr("shown.spi1d")));
-    EXPECT_THAT(get_faults_of(viewer::Layout::SINGLE), IsEmpty());
+        EXPECT_THAT(get_errors_of(both), ElementsAre(HasSubstr("shown.spi1d")));
+    EXPECT_THAT(get_errors_of(viewer::Layout::SINGLE), IsEmpty());
     model->set_layout(viewer::Layout::WIPE);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("shown.spi1d")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("shown.spi1d")));
     model->set_view(viewer::ViewModel::SECOND, "Screen.Raw");
-    EXPECT_THAT(model->get_faults(), IsEmpty()) << "nothing is known of this view yet";
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty()) << "nothing is known of this view yet";
 }
 
 TEST_F(ModelOfAViewer, RefusesNamesThatDoNotExistAndKeepsWhatItHas) {
@@ -155,17 +155,17 @@ TEST_F(ModelOfAViewer, RefusesNamesThatDoNotExistAndKeepsWhatItHas) {
     EXPECT_EQ(model->get_settings(FIRST).view, "Screen.Raw");
     EXPECT_EQ(model->get_settings(FIRST).input_space, "lin");
     EXPECT_EQ(model->get_image()->path, image);
-    EXPECT_EQ(host->get_config_name(), "test.ocio");
+    EXPECT_EQ(live_config->get_config_name(), "test.ocio");
 }
 
 TEST_F(ModelOfAViewer, SwitchesBetweenConfigurationsAndBack) {
     model->set_view(FIRST, "Screen.Shown");
     model->use_config("");
-    EXPECT_EQ(host->get_config_name(), "the built-in config");
-    EXPECT_EQ(model->get_settings(FIRST).view, host->get_default_view());
+    EXPECT_EQ(live_config->get_config_name(), "the built-in config");
+    EXPECT_EQ(model->get_settings(FIRST).view, live_config->get_default_view());
     EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
     model->use_config(config);
-    EXPECT_THAT(host->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
+    EXPECT_THAT(live_config->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
     EXPECT_EQ(model->get_settings(FIRST).input_space, "lin");
 }
 
@@ -186,20 +186,20 @@ TEST_F(ModelOfAViewer, PassesImagesThatCannotBeReadOnItsWay) {
     const std::string broken = folder.write("broken.exr", "no image"), last = folder.file("last.exr");
     write_ramps(last, 2, 2);
     model->add_images({broken, last});
-    EXPECT_THAT(model->get_faults(), IsEmpty()) << "it was not wanted yet";
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty()) << "it was not wanted yet";
     model->step_image(1);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("broken.exr")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("broken.exr")));
     EXPECT_EQ(model->get_images().get_current_path(), broken);
     EXPECT_EQ(model->get_image()->path, image) << "what was shown stays";
     model->step_image(1);
     EXPECT_EQ(model->get_image()->path, last);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
     model->step_image(-1);
-    EXPECT_THAT(model->get_faults(), ElementsAre(HasSubstr("broken.exr")));
+    EXPECT_THAT(format_all(model->get_errors()), ElementsAre(HasSubstr("broken.exr")));
     write_ramps(broken, 3, 3);
     follow();
     EXPECT_EQ(model->get_image()->path, broken);
-    EXPECT_THAT(model->get_faults(), IsEmpty());
+    EXPECT_THAT(format_all(model->get_errors()), IsEmpty());
 }
 
 } // namespace

@@ -50,6 +50,13 @@ ShownImage read_shown(const std::string& path) {
     return image;
 }
 
+std::vector<std::string> format_all(const diagnostics::Diagnostics& list) {
+    std::vector<std::string> texts;
+    for (const diagnostics::Diagnostic& diagnostic : list)
+        texts.push_back(format_with_hint(diagnostic));
+    return texts;
+}
+
 Rgb to_screen(const float* rgb) {
     Rgb shown;
     for (int channel = 0; channel < 3; ++channel)

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "diagnostics/diagnostic.h"
 #include "tests/support/env_guard.h"
 #include "tests/support/temp_dir.h"
 #include "tool/console.h"
@@ -33,6 +34,9 @@ struct ShownImage {
     Rgb at(int x, int y) const;
 };
 ShownImage read_shown(const std::string& path);
+
+/// Each as the panels show it.
+std::vector<std::string> format_all(const diagnostics::Diagnostics& list);
 
 /// What an 8-bit screen shows of display values.
 Rgb to_screen(const float* rgb);

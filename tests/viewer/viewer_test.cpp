@@ -22,8 +22,8 @@ class ViewerWithoutAWindow : public ViewerTest {
 protected:
     ViewerWithoutAWindow() {
         write_ramps(image, WIDTH, HEIGHT);
-        host = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
-        model = std::make_unique<viewer::ViewModel>(*host);
+        live_config = std::make_unique<workflow::LiveConfig>(workflow::SessionOptions{});
+        model = std::make_unique<viewer::ViewModel>(*live_config);
         model->open(image);
         viewer = std::make_unique<viewer::Viewer>(*model, viewer::make_offscreen({WIDTH, HEIGHT}), false);
     }
@@ -61,7 +61,7 @@ protected:
     }
 
     std::string image = folder.file("ramps.exr");
-    std::unique_ptr<workflow::LiveConfig> host;
+    std::unique_ptr<workflow::LiveConfig> live_config;
     std::unique_ptr<viewer::ViewModel> model;
     std::unique_ptr<viewer::Viewer> viewer;
 };
@@ -170,10 +170,10 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfTheImage) {
     model->set_layout(viewer::Layout::DIFFERENCE);
     const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
-    EXPECT_GT(difference->largest, 1e-5) << "a LUT with 32 entries per axis is not exact";
-    EXPECT_LT(difference->largest, 0.05);
-    EXPECT_LT(difference->mean, difference->largest);
-    EXPECT_EQ(difference->incomparable, 0u);
+    EXPECT_GT(difference->values.largest, 1e-5) << "a LUT with 32 entries per axis is not exact";
+    EXPECT_LT(difference->values.largest, 0.05);
+    EXPECT_LT(difference->values.mean, difference->values.largest);
+    EXPECT_EQ(difference->values.incomparable, 0u);
     // The pixel named is the one that is off so much.
     viewer::ViewRenderer& renderer = viewer->get_renderer();
     const auto readout = renderer.read_pixel(*model, difference->x + 0.5, difference->y + 0.5);
@@ -181,12 +181,12 @@ TEST_F(ViewerWithoutAWindow, ComparesWhatGpuAndCpuMakeOfTheImage) {
     float off = 0;
     for (int i = 0; i < 3; ++i)
         off = std::max(off, std::abs(readout->gpu[i] - readout->cpu[i]));
-    EXPECT_NEAR(off, difference->largest, 1e-7);
+    EXPECT_NEAR(off, difference->values.largest, 1e-7);
 
     model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     difference = viewer->compare();
     ASSERT_TRUE(difference);
-    EXPECT_EQ(difference->largest, 0) << "no conversion, no difference";
+    EXPECT_EQ(difference->values.largest, 0) << "no conversion, no difference";
 }
 
 TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
@@ -200,14 +200,14 @@ TEST_F(ViewerWithoutAWindow, ComparesEveryPixelWithItselfAlone) {
     model->set_view(viewer::ViewModel::FIRST, "Tavelion.linear");
     const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
-    EXPECT_EQ(difference->largest, 0) << "neighbors differ 200,000 times";
+    EXPECT_EQ(difference->values.largest, 0) << "neighbors differ 200,000 times";
 }
 
 TEST_F(ViewerWithoutAWindow, KeepsNoDifferenceOfAnotherImage) {
     model->use_config(write_config(folder)); // The LUT of "Screen.Shown" is missing.
     model->set_layout(viewer::Layout::DIFFERENCE);
     ASSERT_TRUE(viewer->compare());
-    viewer::ViewModel other(*host);
+    viewer::ViewModel other(*live_config);
     other.set_layout(viewer::Layout::DIFFERENCE);
     other.set_view(viewer::ViewModel::FIRST, "Screen.Shown");
     write_ramps(folder.file("other.exr"), 8, 8);
@@ -223,7 +223,7 @@ TEST_F(ViewerWithoutAWindow, ShowsTheDifferencesEnlarged) {
     const viewer::Difference* difference = viewer->compare();
     ASSERT_TRUE(difference);
     const int x = difference->x, y = difference->y;
-    model->set_difference_scale(static_cast<float>(0.5 / difference->largest));
+    model->set_difference_scale(static_cast<float>(0.5 / difference->values.largest));
     const Rgb shown = take_screenshot().at(x, y);
     EXPECT_NEAR(*std::max_element(shown.begin(), shown.end()), 128, 1);
 }

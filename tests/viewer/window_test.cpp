@@ -51,7 +51,7 @@ TEST_F(WindowOfTheViewer, ShowsWhatTheCpuConvertsWhenTheViewIsSwitched) {
     ASSERT_EQ(shown.width, PANELS + WIDTH);
     ASSERT_EQ(shown.height, 300);
 
-    const workflow::LiveConfig host(workflow::SessionOptions{});
+    const workflow::LiveConfig live_config(workflow::SessionOptions{});
     ColorIOConverter converter;
     ASSERT_TRUE(converter.configure_for_display("linear", "Tavelion.sRGB"));
     viewer::Image ramps = viewer::load_image(image);
