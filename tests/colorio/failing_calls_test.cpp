@@ -86,7 +86,7 @@ TEST_F(FailingCall, ConfiguresAConverterOfAModuleThatEnded) {
     ColorIOConverter converter;
     ColorIOManager::destroy();
     EXPECT_EQ(code_of([&] { EXPECT_FALSE(converter.configure("sRGB", "linear")); }), Code::USAGE);
-    EXPECT_EQ(code_of([&] { EXPECT_FALSE(ColorIOInspection::try_look("none")); }),
+    EXPECT_EQ(code_of([&] { EXPECT_FALSE(ColorIOInspection::try_view_transform("none")); }),
               Code::CONVERSION_IMPOSSIBLE);
 }
 

@@ -88,24 +88,12 @@ TEST_F(ActiveConfig, TellsTheViewsThatItHides) {
     EXPECT_EQ(str(hidden[0].color_space), "gamma");
 }
 
-TEST_F(ActiveConfig, CanBeTried) {
+TEST_F(ActiveConfig, SaysWhyAViewTransformCannotBeMade) {
     use_config();
-    EXPECT_TRUE(ColorIOInspection::try_conversion("gamma", "lin"));
-    EXPECT_TRUE(ColorIOInspection::try_look("warm"));
-    EXPECT_THAT(take_log(), IsEmpty());
-}
-
-TEST_F(ActiveConfig, SaysWhyATrialFailed) {
-    use_config();
-    EXPECT_FALSE(ColorIOInspection::try_conversion("lut", "lin"));
-    EXPECT_FALSE(ColorIOInspection::try_look("lost"));
     EXPECT_FALSE(ColorIOInspection::try_view_transform("none"));
     const std::vector<LogLine> lines = take_log();
-    ASSERT_THAT(lines, testing::Each(OcioExceptionAt(LOG_ERROR)));
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_THAT(lines[0].text, HasSubstr("nowhere.spi1d"));
-    EXPECT_THAT(lines[1].text, HasSubstr("nowhere.cc"));
-    EXPECT_THAT(lines[2].text, HasSubstr("unknown view transform 'none'"));
+    ASSERT_THAT(lines, testing::ElementsAre(OcioExceptionAt(LOG_ERROR)));
+    EXPECT_THAT(lines[0].text, HasSubstr("unknown view transform 'none'"));
 }
 
 TEST_F(ActiveConfig, IsTheBuiltinOneWithoutAnother) {
@@ -120,7 +108,7 @@ TEST_F(ActiveConfig, IsNoneWithoutAManager) {
     EXPECT_EQ(ColorIOInspection::get_color_spaces().get_count(), 0u);
     EXPECT_EQ(ColorIOInspection::get_hidden_views().get_count(), 0u);
     EXPECT_EQ(str(ColorIOInspection::get_view("Tavelion", "sRGB").color_space), "");
-    EXPECT_FALSE(ColorIOInspection::try_conversion("sRGB", "linear"));
+    EXPECT_FALSE(ColorIOInspection::try_view_transform("none"));
     EXPECT_THAT(take_log(), IsEmpty());
 }
 

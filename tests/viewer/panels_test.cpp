@@ -1,49 +1,18 @@
+#include "viewer/panels.h"
+
 #include <filesystem>
 #include <new>
 #include <set>
 #include <stdexcept>
 
 #include "diagnostics/failure.h"
-#include "tests/viewer/screen_fixture.h"
+#include "tests/viewer/panels_fixture.h"
+#include "viewer/attempt.h"
 #include "viewer/fonts.h"
-#include "viewer/panels_attempt.h"
 
 namespace {
 
-using testing::HasSubstr;
 using viewer::Layout;
-using viewer::ViewModel;
-
-/// The viewer's panels, worked with mouse and keys.
-class PanelsOfAViewer : public ScreenTest {
-protected:
-    viewer::ColorSettings settings() const { return model->get_settings(viewer::ViewModel::FIRST); }
-
-    /// Has the CDLs of these names, which change nothing, listed.
-    void list_cdls(const std::vector<std::string>& names) {
-        std::string library = "<ColorCorrectionCollection>";
-        for (const std::string& name : names)
-            library += "<ColorCorrection id=\"" + name +
-                       "\"><SOPNode><Slope>1 1 1</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode>"
-                       "<SatNode><Saturation>1</Saturation></SatNode></ColorCorrection>";
-        model->use_cdl_library(folder.write("names.ccc", library + "</ColorCorrectionCollection>"));
-        viewer->act();
-    }
-    /// The letters of the item of that name in the panels, as bright and dark pixels.
-    std::string read_line(const std::string& name) {
-        constexpr int LEFT = 10, RIGHT = 140, ABOVE = 6;
-        const int middle = static_cast<int>(find(name).y);
-        if (middle < ABOVE)
-            return "";
-        const ShownImage shown = take_screenshot();
-        std::string letters;
-        for (int y = middle - ABOVE; y < middle + ABOVE; ++y)
-            for (int x = LEFT; x < RIGHT; ++x)
-                letters += shown.at(x, y)[1] > 160 ? '#' : ' ';
-        EXPECT_NE(letters.find('#'), std::string::npos) << "no letters at " << name;
-        return letters;
-    }
-};
 
 TEST_F(PanelsOfAViewer, ShowAnotherViewWhenItIsChosen) {
     EXPECT_EQ(settings().view, "Screen.Raw");
@@ -195,119 +164,14 @@ TEST_F(PanelsOfAViewer, EndTheViewer) {
 }
 
 TEST(ChangesInPanels, LeaveNoFrameUnfinished) {
-    EXPECT_EQ(viewer::find_refusal([] { diagnostics::fail(diagnostics::Code::USAGE, "refused"); }),
-              "refused");
-    EXPECT_EQ(viewer::find_refusal([] { throw std::runtime_error("failed"); }), "failed");
-    EXPECT_NE(viewer::find_refusal([] { throw std::bad_alloc(); }), "");
+    const auto code_of = [](const auto& change) { return viewer::find_error(change).value().code; };
+    EXPECT_EQ(code_of([] { diagnostics::fail(diagnostics::Code::USAGE_REFUSED, "refused"); }),
+              diagnostics::Code::USAGE_REFUSED);
+    EXPECT_EQ(code_of([] { throw std::runtime_error("failed"); }), diagnostics::Code::LIBRARY_FAILURE);
+    EXPECT_EQ(code_of([] { throw std::bad_alloc(); }), diagnostics::Code::OUT_OF_MEMORY);
     bool is_done = false;
-    EXPECT_EQ(viewer::find_refusal([&] { is_done = true; }), "");
+    EXPECT_EQ(viewer::find_error([&] { is_done = true; }), std::nullopt);
     EXPECT_TRUE(is_done);
-}
-
-/// The file dialog.
-class DialogOfAViewer : public PanelsOfAViewer {
-protected:
-    DialogOfAViewer() {
-        folder.write("shows/other.ocio", folder.read("test.ocio"));
-        folder.write("shows/luts/shown.spi1d", "Version 1\nFrom 0 2\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
-        folder.write("shows/broken.ocio", "ocio_profile_version: 1\nroles: [");
-    }
-};
-
-TEST_F(DialogOfAViewer, OpensAConfigurationWithTheMouse) {
-    click("File");
-    click("Open config...");
-    EXPECT_TRUE(shows("test.ocio")) << "it starts beside the configuration in force";
-    EXPECT_FALSE(shows("ramps.exr")) << "which is no configuration";
-    double_click("shows/");
-    click("other.ocio");
-    click("Open");
-    EXPECT_FALSE(shows("Cancel")) << "it closes";
-    EXPECT_EQ(live_config->get_config_path(), folder.file("shows/other.ocio"));
-    click("View");
-    click("Screen.Shown");
-    expect_shown(0.25);
-}
-
-TEST_F(DialogOfAViewer, OpensAConfigurationWithTheKeysAlone) {
-    type("c");
-    EXPECT_TRUE(shows("test.ocio"));
-    press("Down");
-    press("Up");
-    press("PageDown"); // to the last, test.ocio
-    press("PageUp");   // to the first, cache/
-    type("shows");
-    press("Enter");
-    EXPECT_TRUE(shows("other.ocio"));
-    press("Down");
-    press("Down"); // luts/, broken.ocio, other.ocio
-    press("Enter");
-    EXPECT_FALSE(shows("Cancel"));
-    EXPECT_EQ(live_config->get_config_path(), folder.file("shows/other.ocio"));
-}
-
-TEST_F(DialogOfAViewer, StaysAndSaysWhyAFileIsUnusable) {
-    type("c");
-    type(folder.file("shows/broken.ocio"));
-    press("Enter");
-    EXPECT_TRUE(shows("Cancel"));
-    EXPECT_THAT(viewer->get_error().value().message, HasSubstr("broken.ocio"));
-    EXPECT_EQ(live_config->get_config_path(), config) << "what was in force stays";
-    press("Escape");
-    EXPECT_FALSE(shows("Cancel"));
-    expect_shown(1);
-}
-
-TEST_F(DialogOfAViewer, LeavesEverythingAsItWasWithEscapeAndCancel) {
-    for (const bool by_key : {true, false}) {
-        type("c");
-        EXPECT_TRUE(shows("Cancel"));
-        type("w"); // A path, and no command.
-        if (by_key)
-            press("Escape");
-        else
-            click("Cancel");
-        EXPECT_FALSE(shows("Cancel"));
-        EXPECT_EQ(model->get_layout(), viewer::Layout::SINGLE);
-        EXPECT_EQ(live_config->get_config_path(), config);
-    }
-    click("Wipe");
-    EXPECT_EQ(model->get_layout(), viewer::Layout::WIPE) << "the panels can be used again";
-}
-
-TEST_F(DialogOfAViewer, OpensImagesAndCdlLibraries) {
-    std::filesystem::create_directory(folder.file("shots"));
-    write_ramps(folder.file("shots/next.exr"), 8, 8);
-    type("p");
-    EXPECT_TRUE(shows("ramps.exr"));
-    EXPECT_FALSE(shows("test.ocio"));
-    type("shots/next.exr");
-    press("Enter");
-    EXPECT_EQ(model->get_image()->path, folder.file("shots/next.exr"));
-
-    folder.write(
-        "grade.ccc",
-        "<ColorCorrectionCollection><ColorCorrection id=\"grade\"><SOPNode><Slope>0.5 0.5 0.5</Slope>"
-        "<Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode><SatNode><Saturation>1</Saturation>"
-        "</SatNode></ColorCorrection></ColorCorrectionCollection>");
-    click("CDL library...");
-    double_click("grade.ccc");
-    click("CDL");
-    click("grade");
-    EXPECT_EQ(settings().cdl, "grade");
-}
-
-TEST_F(DialogOfAViewer, ShowsAllFilesAndTheFolderAbove) {
-    type("c");
-    click("All files");
-    EXPECT_TRUE(shows("ramps.exr"));
-    double_click("shows/");
-    EXPECT_TRUE(shows("broken.ocio"));
-    click("Up");
-    EXPECT_TRUE(shows("shows/"));
-    const EnvGuard home("HOME", folder.file("shows"));
-    click("Home");
-    EXPECT_TRUE(shows("broken.ocio"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "colorio/ocio/missing_files.h"
 #include "colorio/ocio/processor.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/support/env_guard.h"

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "colorio/ocio/transform_processors.h"
 #include "tests/colorio/ocio/test_configs.h"
 
 namespace {
@@ -62,7 +63,7 @@ TEST_F(Inspection, KnowsNothingOfAnUnknownView) {
     }
 }
 
-TEST_F(Inspection, TriesLooksByThemselves) {
+TEST_F(Inspection, ListsLooksThatCannotBeMadeToo) {
     ConfigText text;
     text.settings = "looks:\n"
                     "  - !<Look>\n    name: warm\n    process_space: lin\n"
@@ -71,9 +72,9 @@ TEST_F(Inspection, TriesLooksByThemselves) {
                     "    transform: !<FileTransform> {src: nowhere.cc}\n";
     const auto config = load(text);
     EXPECT_THAT(ocio::list_looks(config), ElementsAre("warm", "lost"));
-    EXPECT_EQ(refusal_of([&] { ocio::try_look(config, "warm"); }), "nothing thrown");
-    EXPECT_THAT(refusal_of([&] { ocio::try_look(config, "lost"); }), HasSubstr("nowhere.cc"));
-    EXPECT_EQ(refusal_of([&] { ocio::try_look(config, "none"); }), "unknown look 'none'");
+    EXPECT_EQ(refusal_of([&] { ocio::get_look_processor(config, "lin", "warm"); }), "nothing thrown");
+    EXPECT_THAT(refusal_of([&] { ocio::get_look_processor(config, "lin", "lost"); }),
+                HasSubstr("nowhere.cc"));
 }
 
 TEST_F(Inspection, FindsALookThatRefersToItself) {
@@ -81,7 +82,7 @@ TEST_F(Inspection, FindsALookThatRefersToItself) {
     text.settings = "looks:\n  - !<Look>\n    name: ring\n    process_space: lin\n"
                     "    transform: !<LookTransform> {src: lin, dst: lin, looks: ring}\n";
     const auto config = load(text);
-    EXPECT_THAT(refusal_of([&] { ocio::try_look(config, "ring"); }), HasSubstr("cycle"));
+    EXPECT_THAT(refusal_of([&] { ocio::get_look_processor(config, "lin", "ring"); }), HasSubstr("cycle"));
 }
 
 TEST_F(Inspection, FindsNoOtherKindsInAVersionOneConfiguration) {

@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "colorio/ocio/file_location.h"
 #include "colorio/ocio/processor.h"
 #include "colorio/ocio/source_files.h"
 #include "tests/colorio/ocio/test_configs.h"
