@@ -17,6 +17,8 @@ using workflow::ConversionRequest;
 
 class GpuPackages : public WorkflowTest {
 protected:
+    EnvGuard no_driver_cache{"MESA_SHADER_CACHE_DISABLE", "true"};
+
     /// From half_light through a CDL to a view.
     ConversionRequest make_graded_request() const {
         ConversionRequest request;
