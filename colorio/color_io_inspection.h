@@ -7,8 +7,7 @@
 #include "host/core/core_vector.h"
 
 /// Contents of the active config beyond the published names: for programs that show or check configs. Hosts
-/// do not need it. Results are empty, and the `try_` functions return false, without a manager and when
-/// memory is short. Main thread only.
+/// do not need it. Results are empty or false without a manager and when memory is short. Main thread only.
 class COLORIO_API ColorIOInspection {
 public:
     /// Fields that color spaces and named transforms share; empty where the config does not set them.
@@ -90,14 +89,7 @@ public:
     /// The first file rule that matches `path`.
     static FileRule find_file_rule(const CoreString& path);
 
-    // Whether the config can make a conversion. When it cannot, OpenColorIO's message is logged at level 1
-    // after "OCIO exception: ".
-
-    /// Between two color spaces or named transforms, inactive ones included; by name, alias or role, without
-    /// families.
-    static bool try_conversion(const CoreString& source, const CoreString& destination);
-    /// A look, in the forward direction, in its process space.
-    static bool try_look(const CoreString& name);
-    /// The directions that the config defines for a view transform.
+    /// Whether the config can make the directions that it defines for a view transform, which no conversion
+    /// applies alone. When it cannot, OpenColorIO's message is logged at level 1 after "OCIO exception: ".
     static bool try_view_transform(const CoreString& name);
 };

@@ -49,18 +49,17 @@ Reason try_stage(const Make& make) {
     return std::nullopt;
 }
 
-template <class Works>
-Reason try_inspection(const Works& works) {
+Reason try_view_transform(const CoreString& name) {
     ColorIODiagnostics collector;
-    if (works())
+    if (ColorIOInspection::try_view_transform(name))
         return std::nullopt;
     return diagnostics::add_context({}, collector.take(), Code::CONVERSION_IMPOSSIBLE);
 }
 
 class ConfigCheck {
 public:
-    ConfigCheck() : scene_linear(ColorIO::get_ROLE_SCENE_LINEAR()) {
-        report.scene_linear = ColorIO::get_full_color_space_name(scene_linear).get_data();
+    ConfigCheck() {
+        report.scene_linear = ColorIO::get_full_color_space_name(ColorIO::get_ROLE_SCENE_LINEAR()).get_data();
     }
 
     CheckReport run() {
@@ -76,10 +75,12 @@ public:
             if (!space.is_active)
                 try_inactive_space(space);
         for (const CoreString& name : ColorIOInspection::get_looks())
-            try_part(CheckFailure::LOOK, report.looks_tried, name, ColorIOInspection::try_look);
-        for (const CoreString& name : ColorIOInspection::get_view_transforms())
-            try_part(CheckFailure::VIEW_TRANSFORM, report.view_transforms_tried, name,
-                     ColorIOInspection::try_view_transform);
+            try_look(name.get_data());
+        for (const CoreString& name : ColorIOInspection::get_view_transforms()) {
+            ++report.view_transforms_tried;
+            add(report.notes, make_subject(CheckFailure::VIEW_TRANSFORM, name.get_data()), "",
+                try_view_transform(name));
+        }
         return std::move(report);
     }
 
@@ -88,11 +89,15 @@ private:
 
     void try_space(const std::string& label) {
         ++report.spaces_tried;
-        const CheckFailure subject = make_subject(CheckFailure::COLOR_SPACE, label);
-        add(report.failures, subject, "to " + report.scene_linear,
-            try_stage([&] { return make_space_stage(label, report.scene_linear); }));
-        add(report.failures, subject, "from " + report.scene_linear,
-            try_stage([&] { return make_space_stage(report.scene_linear, label); }));
+        try_both_ways(report.failures, make_subject(CheckFailure::COLOR_SPACE, label));
+    }
+
+    /// From the color space of that name to scene-linear and back.
+    void try_both_ways(Failures& failures, const CheckFailure& space) {
+        add(failures, space, "to " + report.scene_linear,
+            try_stage([&] { return make_space_stage(space.name, report.scene_linear); }));
+        add(failures, space, "from " + report.scene_linear,
+            try_stage([&] { return make_space_stage(report.scene_linear, space.name); }));
     }
 
     void try_view(const PublishedView& view) {
@@ -107,30 +112,27 @@ private:
     /// Only the directions that the config defines: the inverse of the other may not exist.
     void try_named_transform(const ColorIOInspection::NamedTransform& transform) {
         ++report.named_transforms_tried;
-        const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, transform.name.get_data());
+        const std::string name = transform.name.get_data();
+        const CheckFailure subject = make_subject(CheckFailure::NAMED_TRANSFORM, name);
         if (transform.has_forward)
-            add(report.failures, subject, "forward", try_conversion(transform.name, scene_linear));
+            add(report.failures, subject, "forward",
+                try_stage([&] { return make_named_transform_stage(name, false); }));
         if (transform.has_inverse)
-            add(report.failures, subject, "inverse", try_conversion(scene_linear, transform.name));
+            add(report.failures, subject, "inverse",
+                try_stage([&] { return make_named_transform_stage(name, true); }));
     }
 
     void try_inactive_space(const ColorIOInspection::ColorSpace& space) {
         ++report.inactive_spaces_tried;
         const std::string label = make_label(space.family.get_data(), space.name.get_data());
-        const CheckFailure subject = make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label);
-        add(report.notes, subject, "to " + report.scene_linear, try_conversion(space.name, scene_linear));
-        add(report.notes, subject, "from " + report.scene_linear, try_conversion(scene_linear, space.name));
+        try_both_ways(report.notes, make_subject(CheckFailure::INACTIVE_COLOR_SPACE, label));
     }
 
-    void try_part(CheckFailure::Subject subject, unsigned int& count, const CoreString& name,
-                  bool (*works)(const CoreString& name)) {
-        ++count;
-        add(report.notes, make_subject(subject, name.get_data()), "",
-            try_inspection([&] { return works(name); }));
-    }
-
-    static Reason try_conversion(const CoreString& from, const CoreString& to) {
-        return try_inspection([&] { return ColorIOInspection::try_conversion(from, to); });
+    /// On scene-linear colors, as conversions apply looks.
+    void try_look(const std::string& name) {
+        ++report.looks_tried;
+        add(report.notes, make_subject(CheckFailure::LOOK, name), "",
+            try_stage([&] { return make_look_stage(name, report.scene_linear); }));
     }
 
     /// Adds the subject to `failures` if there is a reason. If it just failed for the same reason in another
@@ -148,7 +150,6 @@ private:
             failures.back().directions.push_back(direction);
     }
 
-    const CoreString scene_linear; ///< Without its family.
     CheckReport report;
 };
 

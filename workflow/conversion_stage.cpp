@@ -52,8 +52,8 @@ ConversionStage explain_failure(const std::string& what, const Make& make) {
     }
 }
 
-ColorIOTransforms::Direction get_direction(const ColorStep& step) {
-    return step.is_inverse ? ColorIOTransforms::DIRECTION_INVERSE : ColorIOTransforms::DIRECTION_FORWARD;
+ColorIOTransforms::Direction get_direction(bool is_inverse) {
+    return is_inverse ? ColorIOTransforms::DIRECTION_INVERSE : ColorIOTransforms::DIRECTION_FORWARD;
 }
 
 std::string make_title(const ColorStep& step, const std::string& space) {
@@ -161,6 +161,13 @@ std::vector<ListedLook> parse_looks(const Session& session, const std::string& t
     return looks;
 }
 
+/// The stage of a list such as "+film, -warm".
+ConversionStage make_look_list_stage(std::string title, const std::string& list, const std::string& space) {
+    return make_stage(std::move(title), "", [&](ColorIOConverter& converter) {
+        return ColorIOTransforms::configure_looks(converter, remove_family(space).c_str(), list.c_str());
+    });
+}
+
 ConversionStage make_look_stage(const Session& session, const ColorStep& step, const std::string& space) {
     std::vector<ListedLook> looks = parse_looks(session, step.name);
     if (step.is_inverse)
@@ -169,20 +176,14 @@ ConversionStage make_look_stage(const Session& session, const ColorStep& step, c
     for (const ListedLook& look : looks)
         list += fmt::format("{}{}{}", list.empty() ? "" : ", ",
                             look.is_inverse != step.is_inverse ? "-" : "+", look.name);
-    return make_stage(make_title(step, space), fmt::format("cannot apply the looks '{}'", step.name),
-                      [&](ColorIOConverter& converter) {
-                          return ColorIOTransforms::configure_looks(converter, remove_family(space).c_str(),
-                                                                    list.c_str());
-                      });
+    return explain_failure(fmt::format("cannot apply the looks '{}'", step.name),
+                           [&] { return make_look_list_stage(make_title(step, space), list, space); });
 }
 
 ConversionStage make_named_transform_stage(const Session& session, const ColorStep& step) {
     const std::string name = resolve_named_transform(step.name, session.get_config_name());
-    return make_stage(
-        fmt::format("{}named transform {}", step.is_inverse ? "inverse of " : "", name),
-        fmt::format("cannot apply the named transform '{}'", name), [&](ColorIOConverter& converter) {
-            return ColorIOTransforms::configure_named_transform(converter, name.c_str(), get_direction(step));
-        });
+    return explain_failure(fmt::format("cannot apply the named transform '{}'", name),
+                           [&] { return workflow::make_named_transform_stage(name, step.is_inverse); });
 }
 
 ConversionStage make_lut_stage(const ColorStep& step) {
@@ -192,11 +193,23 @@ ConversionStage make_lut_stage(const ColorStep& step) {
     return make_stage(fmt::format("{}LUT {}", step.is_inverse ? "inverse of " : "", step.name),
                       fmt::format("cannot apply the LUT '{}'", step.name), [&](ColorIOConverter& converter) {
                           return ColorIOTransforms::configure_file(converter, path.c_str(),
-                                                                   get_direction(step));
+                                                                   get_direction(step.is_inverse));
                       });
 }
 
 } // namespace
+
+ConversionStage make_named_transform_stage(const std::string& name, bool is_inverse) {
+    return make_stage(fmt::format("{}named transform {}", is_inverse ? "inverse of " : "", name), "",
+                      [&](ColorIOConverter& converter) {
+                          return ColorIOTransforms::configure_named_transform(converter, name.c_str(),
+                                                                              get_direction(is_inverse));
+                      });
+}
+
+ConversionStage make_look_stage(const std::string& name, const std::string& space) {
+    return make_look_list_stage(fmt::format("{} in {}", name, space), "+" + name, space);
+}
 
 ConversionStage make_space_stage(const std::string& from, const std::string& to) {
     const bool are_published =

@@ -27,6 +27,10 @@ ConversionStage make_view_stage(const Session& session, const std::string& from,
 /// The same; the error is OpenColorIO's reason alone. Nothing is looked up by a linear search.
 ConversionStage make_space_stage(const std::string& from, const std::string& to);
 ConversionStage make_view_stage(const std::string& from, const PublishedView& view);
+/// A named transform of the config by itself, inactive ones included.
+ConversionStage make_named_transform_stage(const std::string& name, bool is_inverse);
+/// A look of the config on pixels in `space`, which they stay in.
+ConversionStage make_look_stage(const std::string& name, const std::string& space);
 /// From what the view shows back to `to`.
 ConversionStage make_inverse_view_stage(const Session& session, const PublishedView& view,
                                         const std::string& to);

@@ -9,6 +9,7 @@
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/profile_version.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "host/sys/sys_env.h"

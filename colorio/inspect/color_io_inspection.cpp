@@ -82,19 +82,6 @@ Result read_config(Read&& read) {
     });
 }
 
-template <class Action>
-bool try_with_config(Action&& action) {
-    const ocio::ConstConfigRcPtr config = get_active_config();
-    if (!config) {
-        report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");
-        return false;
-    }
-    return at_boundary(false, [&] {
-        action(config);
-        return true;
-    });
-}
-
 } // namespace
 
 struct ColorIOInspection::Batch::Memo : ocio::LookupMemo {
@@ -192,18 +179,14 @@ ColorIOInspection::FileRule ColorIOInspection::find_file_rule(const CoreString& 
     });
 }
 
-bool ColorIOInspection::try_conversion(const CoreString& source, const CoreString& destination) {
-    return try_with_config([&](const ocio::ConstConfigRcPtr& config) {
-        ocio::get_processor(config, source.get_data(), destination.get_data());
-    });
-}
-
-bool ColorIOInspection::try_look(const CoreString& name) {
-    return try_with_config(
-        [&](const ocio::ConstConfigRcPtr& config) { ocio::try_look(config, name.get_data()); });
-}
-
 bool ColorIOInspection::try_view_transform(const CoreString& name) {
-    return try_with_config(
-        [&](const ocio::ConstConfigRcPtr& config) { ocio::try_view_transform(config, name.get_data()); });
+    const ocio::ConstConfigRcPtr config = get_active_config();
+    if (!config) {
+        report(LOG_ERROR, diagnostics::Code::CONVERSION_IMPOSSIBLE, CoreString(), "no config is active");
+        return false;
+    }
+    return at_boundary(false, [&] {
+        ocio::try_view_transform(config, name.get_data());
+        return true;
+    });
 }

@@ -50,8 +50,6 @@ ViewFacts describe_view(const ConstConfigRcPtr& config, const std::string& displ
 std::vector<std::string> list_looks(const ConstConfigRcPtr& config);
 std::vector<std::string> list_view_transforms(const ConstConfigRcPtr& config);
 
-/// Throws when no processor can be made for the look, in the forward direction, in its process space.
-void try_look(const ConstConfigRcPtr& config, const std::string& name);
 /// Throws when no processor can be made for a direction that the view transform defines, or when there is no
 /// such view transform.
 void try_view_transform(const ConstConfigRcPtr& config, const std::string& name);
