@@ -1,5 +1,6 @@
 #include "workflow/bake.h"
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 
@@ -181,17 +182,17 @@ void LutBaking::measure(const std::string& path) {
     report.difference = compare_colors(report.domain, inputs, convert(levels), actual);
 }
 
-/// Measured from a temporary file first, as a LUT that cannot be read replaces nothing. Its name is a new one
-/// each time: OpenColorIO keeps what it once read from a path.
+/// Measured from a temporary file first, as a LUT that cannot be read replaces nothing. OpenColorIO keeps
+/// what it once read from a path, so the name is new in this process: it has the time of its creation.
 void LutBaking::replace_file(const std::string& text) {
-    static unsigned int counter = 0;
     CoreString folder;
     if (!ColorIOManager::get_instance()->get_app()->create_temp_folder("bake", folder))
         diagnostics::fail(Code::FILE_UNWRITABLE,
                           fmt::format("cannot bake '{}': no folder for temporary files", request.path),
                           "set XDG_CACHE_HOME to a folder that can be written");
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
     const std::string trial =
-        fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), ++counter, format.extension);
+        fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), now.count(), format.extension);
     std::error_code error;
     write_text_file(trial, text);
     try {
