@@ -184,30 +184,30 @@ void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities
 
 PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
                    const std::string& input_format, const FormatAbilities& abilities,
-                   const OutputWishes& wishes) {
+                   const OutputOptions& options) {
     PartPlan plan;
     plan.spec = input;
     plan.layers = std::move(layers);
-    const bool widen_gray = !wishes.neutrals_stay_neutral;
+    const bool widen_gray = !options.neutrals_stay_neutral;
     const PixelDepth depth =
-        wishes.depth.is_known() ? wishes.depth : get_usual_depth(input.format, abilities.name);
+        options.depth.is_known() ? options.depth : get_usual_depth(input.format, abilities.name);
     plan.channels = plan_all_channels(input, plan, widen_gray);
     if (!plan.layers.empty())
         keep_what_fits(input, abilities, plan);
     settle_channels(input, abilities, widen_gray, depth.type, plan);
     settle_windows(input, input_format, abilities, plan);
-    settle_alpha(input, abilities, wishes.alpha_rule, plan);
+    settle_alpha(input, abilities, options.alpha_rule, plan);
     if (!abilities.has_tiles)
         plan.spec.tile_width = plan.spec.tile_height = plan.spec.tile_depth = 0;
     if (!plan.layers.empty())
-        remove_stale_color_metadata(plan.spec, wishes.colors.name, wishes.keeps_space, plan.notes);
+        remove_stale_color_metadata(plan.spec, options.colors.name, options.keeps_space, plan.notes);
     const bool same_depth = plan.spec.format == input.format &&
                             plan.spec.channelformats == input.channelformats &&
                             (!depth.is_known() || depth == get_depth(input, input_format));
     remove_foreign_metadata(plan.spec, input_format == abilities.name, same_depth);
     set_bits(depth, plan.spec);
-    if (!plan.layers.empty() && !wishes.colors.name.empty())
-        describe_colors(wishes.colors, abilities.name, plan.spec);
+    if (!plan.layers.empty() && !options.colors.name.empty())
+        describe_colors(options.colors, abilities.name, plan.spec);
     return plan;
 }
 

@@ -22,7 +22,7 @@ enum class AlphaRule {
 };
 
 /// Options for the output of a conversion.
-struct OutputWishes {
+struct OutputOptions {
     PixelDepth depth;        ///< Of color and alpha; unknown for the input's or, in DPX, the usual one.
     bool dithers = false;    ///< Add noise before rounding to 8 or 10 bits; an error for other depths.
     Compression compression; ///< Of the whole file.
@@ -57,6 +57,6 @@ struct PartPlan {
 /// layers gets the color of the first one.
 PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
                    const std::string& input_format, const FormatAbilities& abilities,
-                   const OutputWishes& wishes);
+                   const OutputOptions& options);
 
 } // namespace image

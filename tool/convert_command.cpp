@@ -67,7 +67,7 @@ private:
     std::string compression;
     int quality = -1; ///< Below 0 when it is not given.
     bool dithers = false;
-    workflow::LayerWishes layers;
+    workflow::LayerOptions layers;
     int threads = 0;
     bool divides_by_alpha = false;
     bool leaves_alpha = false;

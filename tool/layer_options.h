@@ -8,7 +8,7 @@
 namespace tool {
 
 /// Adds --layers, --parts and --skip.
-void add_layer_options(Options& options, workflow::LayerWishes& wishes);
+void add_layer_options(Options& options, workflow::LayerOptions& layers);
 
 /// For the end of a result line: "; converted rgba, diffuse; left Z (data)". Empty when there is but one
 /// layer, which was converted.

@@ -11,13 +11,13 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
             conversion.apply(rgba, width, height);
         };
     if (!options.depth.empty())
-        settings.wishes.depth = image::parse_depth(options.depth);
-    settings.wishes.dithers = options.dithers;
-    settings.wishes.compression = options.compression;
-    settings.wishes.alpha_rule = options.alpha_rule;
-    settings.wishes.colors = describe_output_colors(conversion);
-    settings.wishes.keeps_space = conversion.get_source() == conversion.get_destination_space();
-    settings.wishes.neutrals_stay_neutral = conversion.keeps_neutrals();
+        settings.output_options.depth = image::parse_depth(options.depth);
+    settings.output_options.dithers = options.dithers;
+    settings.output_options.compression = options.compression;
+    settings.output_options.alpha_rule = options.alpha_rule;
+    settings.output_options.colors = describe_output_colors(conversion);
+    settings.output_options.keeps_space = conversion.get_source() == conversion.get_destination_space();
+    settings.output_options.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.mixes_channels = conversion.mixes_channels();
     settings.layers = options.layers;
     settings.data_space = options.data_space;

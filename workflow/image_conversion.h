@@ -15,10 +15,10 @@ struct ImageOptions {
     /// Type of the written colors and alpha: uint8, uint10, uint12, uint16, half or float; empty for the type
     /// of the input, or the nearest that the format supports; 10 bits for floats in DPX.
     std::string depth;
-    bool dithers = false;           ///< As in OutputWishes.
-    image::Compression compression; ///< As in OutputWishes.
+    bool dithers = false;           ///< As in OutputOptions.
+    image::Compression compression; ///< As in OutputOptions.
     image::AlphaRule alpha_rule = image::AlphaRule::AS_THE_FILE_SAYS;
-    LayerWishes layers;                                  ///< Which layers and parts to convert.
+    LayerOptions layers;                                 ///< Which layers and parts to convert.
     std::string data_space;                              ///< As in ImageSettings.
     int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.

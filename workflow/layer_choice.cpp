@@ -86,11 +86,11 @@ struct Part {
 class LayerChoice {
 public:
     LayerChoice(const std::string& path, const std::string& format,
-                const std::vector<image::PartHeader>& headers, const LayerWishes& wishes,
+                const std::vector<image::PartHeader>& headers, const LayerOptions& options,
                 const LayerConversion& conversion)
-        : path(path), wishes(wishes), conversion(conversion) {
+        : path(path), options(options), conversion(conversion) {
         find_parts(format, headers);
-        takes_all = wishes.layers.empty() || contains(wishes.layers, ALL_LAYERS);
+        takes_all = options.layers.empty() || contains(options.layers, ALL_LAYERS);
     }
 
     std::vector<PartChoice> run() {
@@ -123,7 +123,7 @@ private:
     [[noreturn]] void fail_without_color(const std::vector<PartChoice>& choices) const;
 
     const std::string& path;
-    const LayerWishes& wishes;
+    const LayerOptions& options;
     const LayerConversion& conversion;
     bool takes_all = true;
     std::vector<Part> parts;
@@ -183,11 +183,11 @@ void LayerChoice::check_names() const {
         }
     }
     layers.push_back(ALL_LAYERS);
-    check_known(wishes.layers, "layer", layers, layer_labels);
+    check_known(options.layers, "layer", layers, layer_labels);
     layers.pop_back();
-    check_known(wishes.parts, "part", part_names, part_titles);
+    check_known(options.parts, "part", part_names, part_titles);
     layers.insert(layers.end(), part_names.begin(), part_names.end());
-    check_known(wishes.skipped, "layer or part", layers, layer_labels);
+    check_known(options.skipped, "layer or part", layers, layer_labels);
 }
 
 void LayerChoice::check_known(const Names& wanted, const char* kind, const Names& accepted,
@@ -209,10 +209,10 @@ void LayerChoice::check_known(const Names& wanted, const char* kind, const Names
 std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer& layer) const {
     if (!conversion.reason_to_leave.empty())
         return conversion.reason_to_leave;
-    if (part.is_named_in(wishes.skipped) || is_named_in(wishes.skipped, part, layer))
+    if (part.is_named_in(options.skipped) || is_named_in(options.skipped, part, layer))
         return SKIPPED;
-    const bool is_in_part = wishes.parts.empty() || part.is_named_in(wishes.parts);
-    const bool is_named = is_in_part && is_named_in(wishes.layers, part, layer);
+    const bool is_in_part = options.parts.empty() || part.is_named_in(options.parts);
+    const bool is_named = is_in_part && is_named_in(options.layers, part, layer);
     if (!layer.is_color() && !is_named)
         return get_reason(layer.content).reason;
     if (!is_named && !(is_in_part && takes_all))
@@ -284,8 +284,8 @@ std::vector<image::ColorLayer> PartChoice::get_colors() const {
 
 std::vector<PartChoice> choose_layers(const std::string& path, const std::string& format,
                                       const std::vector<image::PartHeader>& headers,
-                                      const LayerWishes& wishes, const LayerConversion& conversion) {
-    return LayerChoice(path, format, headers, wishes, conversion).run();
+                                      const LayerOptions& options, const LayerConversion& conversion) {
+    return LayerChoice(path, format, headers, options, conversion).run();
 }
 
 } // namespace workflow

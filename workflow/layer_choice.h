@@ -9,7 +9,7 @@
 namespace workflow {
 
 /// Which layers and parts of images to convert. Names that an image lacks are errors.
-struct LayerWishes {
+struct LayerOptions {
     /// Names of layers. Empty, or "all" among them, for every layer that is color by the rule of
     /// image/image_layers.h; a name also chooses a layer whose name is one of data, or that has not all
     /// colors.
@@ -20,7 +20,7 @@ struct LayerWishes {
     std::vector<std::string> skipped;
 };
 
-/// "all" of LayerWishes.
+/// "all" of LayerOptions.
 inline constexpr char ALL_LAYERS[] = "all";
 
 /// A layer that was left as it is.
@@ -69,6 +69,6 @@ struct LayerConversion {
 /// nothing to convert without a reason to leave all.
 std::vector<PartChoice> choose_layers(const std::string& path, const std::string& format,
                                       const std::vector<image::PartHeader>& headers,
-                                      const LayerWishes& wishes, const LayerConversion& conversion);
+                                      const LayerOptions& options, const LayerConversion& conversion);
 
 } // namespace workflow

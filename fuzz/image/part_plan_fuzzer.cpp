@@ -99,15 +99,15 @@ ImageSpec make_spec(FuzzedDataProvider& input) {
     return spec;
 }
 
-image::OutputWishes make_wishes(FuzzedDataProvider& input) {
-    image::OutputWishes wishes;
+image::OutputOptions make_options(FuzzedDataProvider& input) {
+    image::OutputOptions options;
     if (input.ConsumeBool())
-        wishes.depth = {pick(input, TYPES), input.ConsumeBool() ? 10 : 0};
-    wishes.alpha_rule = static_cast<image::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
-    wishes.colors.name = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
-    wishes.keeps_space = input.ConsumeBool();
-    wishes.neutrals_stay_neutral = input.ConsumeBool();
-    return wishes;
+        options.depth = {pick(input, TYPES), input.ConsumeBool() ? 10 : 0};
+    options.alpha_rule = static_cast<image::AlphaRule>(input.ConsumeIntegralInRange(0, 2));
+    options.colors.name = input.ConsumeRandomLengthString(8).c_str(); // names hold no zero byte
+    options.keeps_space = input.ConsumeBool();
+    options.neutrals_stay_neutral = input.ConsumeBool();
+    return options;
 }
 
 /// Any of the layers that have color, whether they are data or not.
@@ -135,11 +135,11 @@ void check_channels(const ImageSpec& input, const image::PartPlan& plan) {
     require(!(plan.associates_alpha && plan.straightens_alpha));
 }
 
-void check_tags(const image::PartPlan& plan, const image::OutputWishes& wishes) {
-    if (plan.layers.empty() || wishes.colors.name.empty())
+void check_tags(const image::PartPlan& plan, const image::OutputOptions& options) {
+    if (plan.layers.empty() || options.colors.name.empty())
         return;
-    require(plan.spec.get_string_attribute("oiio:ColorSpace") == wishes.colors.name);
-    require(wishes.keeps_space || plan.spec.find_attribute("ICCProfile") == nullptr);
+    require(plan.spec.get_string_attribute("oiio:ColorSpace") == options.colors.name);
+    require(options.keeps_space || plan.spec.find_attribute("ICCProfile") == nullptr);
     require(plan.spec.find_attribute("thumbnail_image") == nullptr);
 }
 
@@ -183,13 +183,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }();
     const auto& abilities = formats[input.ConsumeIntegralInRange<std::size_t>(0, formats.size() - 1)];
     const std::string input_format = input.ConsumeBool() ? abilities.name : "openexr";
-    const image::OutputWishes wishes = make_wishes(input);
+    const image::OutputOptions options = make_options(input);
     const ImageSpec spec = make_spec(input);
 
     const image::PartPlan plan =
-        image::plan_part(spec, choose_layers(input, spec), input_format, abilities, wishes);
+        image::plan_part(spec, choose_layers(input, spec), input_format, abilities, options);
     check_channels(spec, plan);
-    check_tags(plan, wishes);
+    check_tags(plan, options);
     if (plan.spec.image_bytes(true) < 1 << 20)
         convert(input, spec, plan);
     return 0;
