@@ -84,7 +84,11 @@ class Installed(unittest.TestCase):
         flags = run("pkg-config", "--cflags", "qb_workflow",
                     env={**os.environ, "PKG_CONFIG_PATH": str(self.libraries / "pkgconfig")}).split()
         headers = sorted(include.rglob("*.h"))
-        self.assertGreater(len(headers), 60)
+        self.assertGreater(len(headers), 90)
+        names = {str(header.relative_to(include)) for header in headers}
+        documented = re.findall(r"^\| `([^`]+\.h)` \|", (PROJECT / "docs" / "workflow.md").read_text(), re.MULTILINE)
+        self.assertEqual([name for name in documented if name not in names], [])
+        self.assertNotIn("workflow/text_file.h", names, "it is not documented")
         source = self.folder / "headers.cpp"
         source.write_text("".join(f'#include "{header.relative_to(include)}"\n' for header in headers))
         run("g++", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", source, *flags)
