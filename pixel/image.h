@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "pixel/chain.h"
+#include "pixel/packed_layout.h"
 #include "pixel/stage.h"
 
 namespace pixel {

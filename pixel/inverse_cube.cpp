@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <utility>
 
-#include "pixel/kernels.h"
-
 namespace pixel {
 
 namespace {
@@ -266,21 +264,6 @@ std::array<float, 3> InverseCube::find(const std::array<float, 3>& rgb) const {
     std::array<float, 3> out{};
     search(boxes_.size() - 1, 0, {clamp_unit(rgb[0]), clamp_unit(rgb[1]), clamp_unit(rgb[2])}, out);
     return out;
-}
-
-/// Neighbors are often equal, and the padding of a block always is.
-void run_inverse_cube(const InverseCubeStage& stage, Block& block) {
-    std::array<float, 3> last{}, found{};
-    for (std::size_t i = 0; i < block.padded; ++i) {
-        const std::array<float, 3> rgb{block.plane[0][i], block.plane[1][i], block.plane[2][i]};
-        if (i == 0 || rgb != last) {
-            found = stage.cube->find(rgb);
-            last = rgb;
-        }
-        for (std::size_t c = 0; c < 3; ++c) {
-            block.plane[c][i] = found[c];
-        }
-    }
 }
 
 } // namespace pixel

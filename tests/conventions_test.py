@@ -31,6 +31,9 @@ ARROWS = {
 }
 
 
+# Units that include each other both ways, as find_unit_cycles lists them, and why that cannot be helped.
+UNAVOIDABLE_CYCLES = {}
+
 # Code beyond those folders that uses the module as others do. (Tests may also include its private headers.)
 OTHER_USERS = ["examples", "samples"]
 
@@ -65,6 +68,42 @@ def list_sources(folders):
 
 def read(path):
     return (ROOT / path).read_text(encoding="utf-8")
+
+
+def read_includes(path):
+    """The files of the repository that a source file includes, by their paths or beside it."""
+    for include in INCLUDE.findall(read(path)):
+        for place in (include, path.rsplit("/", 1)[0] + "/" + include):
+            if (ROOT / place).exists():
+                yield place
+                break
+
+
+def is_listed(path):
+    """Whether the nearest CMakeLists.txt above a source file names it."""
+    folder, name = (ROOT / path).parent, pathlib.Path(path).name
+    while not (folder / "CMakeLists.txt").exists():
+        folder, name = folder.parent, folder.name + "/" + name
+    listed = re.split(r"[\s()\"]+", (folder / "CMakeLists.txt").read_text(encoding="utf-8"))
+    return name in listed
+
+
+def get_unit(path):
+    """A header and the source file of its name are one unit: their path without the extension."""
+    return path.rsplit(".", 1)[0]
+
+
+def find_unit_cycles(paths):
+    edges = collections.defaultdict(set)
+    for path in paths:
+        edges[get_unit(path)].update(get_unit(target) for target in read_includes(path))
+    return find_cycles(edges)
+
+
+def list_installed_headers():
+    """The headers of workflow/ and of the folders below it that packaging/ installs one by one."""
+    lists = re.findall(r"qb_install_headers\((workflow|image|gl|files)\b([^)]*)\)", read("packaging/CMakeLists.txt"))
+    return {f"{folder}/{name}" for folder, names in lists for name in names.split() or ["*"]}
 
 
 def get_layer(path):
@@ -134,8 +173,37 @@ class Conventions(unittest.TestCase):
                     edges[folder].add(target)
         self.assertEqual(find_cycles(edges), [])
 
+    def test_units_form_no_cycle(self):
+        folders = [layer for layer in ARROWS if "/" not in layer] + ["tests", "benchmarks", "fuzz", "samples"]
+        cycles = [cycle for cycle in find_unit_cycles(list_sources(folders)) if tuple(cycle) not in UNAVOIDABLE_CYCLES]
+        self.assertEqual(cycles, [])
+
     def test_a_cycle_would_be_found(self):
         self.assertEqual(find_cycles({"a": {"b"}, "b": {"c"}, "c": {"a"}, "d": {"a"}}), [["a", "b", "c"]])
+
+    def test_sources_are_listed(self):
+        """A pattern in place of a list would miss removed files, and compile what was left lying about."""
+        broken = []
+        for top in [layer for layer in ARROWS if "/" not in layer] + ["tests", "benchmarks", "fuzz"]:
+            for path in sorted((ROOT / top).rglob("CMakeLists.txt")):
+                if re.search(r"\bfile\(GLOB", path.read_text(encoding="utf-8")):
+                    broken.append(f"{path.relative_to(ROOT)} has a GLOB")
+        for path in list_sources(["tests", "benchmarks"]):
+            if path.endswith(".cpp") and not is_listed(path):
+                broken.append(f"{path} is in no list")
+        self.assertEqual(broken, [])
+
+    def test_documented_headers_are_installed_with_what_they_include_and_no_others(self):
+        wanted = set()
+        waiting = re.findall(r"^\| `([^`]+\.h)` \|", read("docs/workflow.md"), re.MULTILINE)
+        self.assertGreater(len(waiting), 20)
+        while waiting:
+            header = waiting.pop()
+            if header not in wanted:
+                wanted.add(header)
+                waiting.extend(read_includes(header))
+        self.assertEqual(list_installed_headers(),
+                         {header for header in wanted if header.split("/")[0] in ("workflow", "image", "gl", "files")})
 
     def test_habits(self):
         everything = [folder for folder in ARROWS if "/" not in folder] + ["tests", "benchmarks", "fuzz", "samples"]

@@ -109,9 +109,9 @@ void add_colors(const image::ColorDescription& colors, Digest& digest) {
     digest.add("colorimetric", dpx_colorimetric);
 }
 
-void add_wishes(const image::OutputWishes& wishes, Digest& digest) {
+void add_output(const image::OutputOptions& options, Digest& digest) {
     const auto& [depth, dithers, compression, alpha_rule, colors, keeps_space, neutrals_stay_neutral] =
-        wishes;
+        options;
     digest.add("depth", depth.is_known() ? depth.get_name() : "");
     digest.add("dithers", dithers);
     const auto& [method, quality] = compression;
@@ -123,8 +123,8 @@ void add_wishes(const image::OutputWishes& wishes, Digest& digest) {
     digest.add("neutrals", neutrals_stay_neutral);
 }
 
-void add_layers(const LayerWishes& wishes, Digest& digest) {
-    const auto& [layers, parts, skipped] = wishes;
+void add_layers(const LayerOptions& options, Digest& digest) {
+    const auto& [layers, parts, skipped] = options;
     const std::pair<const char*, const std::vector<std::string>&> lists[] = {
         {"layer", layers}, {"part", parts}, {"skipped", skipped}};
     for (const auto& [name, list] : lists)
@@ -135,9 +135,9 @@ void add_layers(const LayerWishes& wishes, Digest& digest) {
 /// The function that converts is described by the request and the stages; tags of the source only lead to
 /// notes.
 void add_settings(const ImageSettings& settings, Digest& digest) {
-    const auto& [convert, wishes, layers, mixes_channels, data_space, threads, source_tags, fingerprint] =
-        settings;
-    add_wishes(wishes, digest);
+    const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags,
+                 fingerprint] = settings;
+    add_output(output_options, digest);
     add_layers(layers, digest);
     digest.add("mixes", mixes_channels);
     digest.add("data space", data_space);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "workflow/image_job.h"
+#include "workflow/image_settings.h"
 
 namespace workflow {
 

@@ -139,12 +139,12 @@ void ImageConversion::choose_kept_subimage() {
 void ImageConversion::plan_one(unsigned int index) {
     const image::PartHeader& header = reader.get_parts()[index];
     const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
-    image::OutputWishes wishes = settings.wishes;
+    image::OutputOptions output_options = settings.output_options;
     if (!settings.data_space.empty())
-        wishes.colors.name.clear(); // they stay in their color space
+        output_options.colors.name.clear(); // they stay in their color space
     image::PartPlan plan =
-        image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, wishes);
-    image::set_compression(wishes.compression, abilities.name, output, plan.spec);
+        image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, output_options);
+    image::set_compression(output_options.compression, abilities.name, output, plan.spec);
     for (const std::string& note : plan.notes)
         add_note(note);
     if (header.level == 0)
@@ -200,10 +200,10 @@ std::uint64_t ImageConversion::estimate_memory() const {
 /// The writer may have chosen another depth than was asked for.
 void ImageConversion::settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const {
     const image::PixelDepth depth = image::get_depth(output_spec, abilities.name);
-    if (settings.wishes.dithers)
+    if (settings.output_options.dithers)
         check_dithering(depth, output);
-    plan.quantization = {depth.get_few_codes(), settings.wishes.dithers};
-    const OIIO::TypeDesc wanted = settings.wishes.depth.type;
+    plan.quantization = {depth.get_few_codes(), settings.output_options.dithers};
+    const OIIO::TypeDesc wanted = settings.output_options.depth.type;
     for (std::size_t i = 0; i < plan.channels.size() && wanted != OIIO::TypeUnknown; ++i) {
         const OIIO::TypeDesc type = output_spec.channelformat(static_cast<int>(i));
         if (plan.channels[i].layer != image::ColorLayer::NONE && type != wanted)
@@ -287,11 +287,11 @@ std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
 
 void check_output(const ImageSettings& settings, const std::string& output) {
     const std::string format = image::get_format_abilities(output).name;
-    const image::OutputWishes& wishes = settings.wishes;
-    image::check_depth(wishes.depth, format, output);
-    image::check_compression(wishes.compression, format, output);
-    if (wishes.dithers && wishes.depth.is_known())
-        check_dithering(wishes.depth, output);
+    const image::OutputOptions& output_options = settings.output_options;
+    image::check_depth(output_options.depth, format, output);
+    image::check_compression(output_options.compression, format, output);
+    if (output_options.dithers && output_options.depth.is_known())
+        check_dithering(output_options.depth, output);
 }
 
 void ImageBuffers::release() {

@@ -5,20 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "image/part_conversion.h"
-#include "image/part_plan.h"
 #include "image/reader_process.h"
+#include "workflow/image_settings.h"
 #include "workflow/layer_choice.h"
 #include "workflow/memory_budget.h"
 
 namespace workflow {
-
-/// Paths of an image to read and of one to write; they may be the same file.
-struct ImageJob {
-    std::string input;
-    std::string output;
-    std::optional<int> frame = std::nullopt; ///< Its number in a sequence.
-};
 
 /// Result of converting an image.
 struct ImageReport {
@@ -42,22 +34,6 @@ struct ImageBuffers {
     image::PixelBuffer input;
     image::PixelBuffer output;
     MemoryShare memory; ///< Of which `convert_image` takes what an image needs.
-};
-
-/// How to convert images; the same for all images of a sequence.
-struct ImageSettings {
-    image::ConvertRows convert; ///< Empty to leave colors unchanged.
-    image::OutputWishes wishes;
-    LayerWishes layers;
-    bool mixes_channels = true; ///< Of `convert`: single channels of color are then not converted.
-    /// The color space that the images are found to be in, if it is one of data: nothing is converted then.
-    std::string data_space;
-    int threads = 0; ///< Worker threads for one image; 0 for all cores.
-    /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
-    /// with other tags gets a note.
-    std::optional<std::vector<std::string>> source_tags;
-    /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.
-    std::string fingerprint;
 };
 
 /// Throws diagnostics::Failure when files at `output` cannot have the pixel type, the dithering or the

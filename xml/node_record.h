@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "xml/document.h"
-#include "xml/xml_node.h"
+#include "xml/xml_content.h"
 
 namespace xml {
 

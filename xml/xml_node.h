@@ -3,34 +3,12 @@
 #include <cstddef>
 #include <string>
 
+#include "xml/xml_content.h"
 #include "xml/xml_error.h"
 
 namespace xml {
 struct NodeRecord;
 }
-
-/// Name and value of an attribute; both live as long as the tree.
-struct XmlAttribute {
-    const char* name = nullptr;  ///< Null for an attribute that does not exist.
-    const char* value = nullptr; ///< Null for a bare word of a processing instruction.
-};
-
-/// A section whose content is kept verbatim: comment, CDATA, document type or <PRE>. All fields are null for
-/// one that does not exist; they live as long as the tree.
-struct XmlClear {
-    const char* value = nullptr;     ///< Text between the tags.
-    const char* open_tag = nullptr;  ///< "<!--"
-    const char* close_tag = nullptr; ///< "-->"
-};
-
-/// Kinds of content of a node.
-enum class XmlContentKind { CHILD, TEXT, CLEAR, NONE };
-
-/// One entry of a node's content in document order: the `index`-th of its children, texts or clears.
-struct XmlContent {
-    XmlContentKind kind = XmlContentKind::NONE; ///< NONE past the end.
-    int index = 0;                              ///< Position among the contents of its kind.
-};
 
 /// Reference-counted handle of a node of a document tree, or null. Copies share the node. A tree lives as
 /// long as a handle to any of its nodes, and so do the strings that its operations return.

@@ -10,6 +10,7 @@
 #include "xml/tokenizer.h"
 #include "xml/utf16.h"
 #include "xml/xml_encoding.h"
+#include "xml/xml_node.h"
 #include "xml/xml_settings.h"
 
 namespace xml {

@@ -7,6 +7,7 @@
 #include "files/replacement.h"
 #include "xml/node_record.h"
 #include "xml/serializer.h"
+#include "xml/xml_node.h"
 #include "xml/xml_settings.h"
 
 namespace {

@@ -11,6 +11,7 @@
 #include "colorio/facade/module_boundary.h"
 #include "colorio/names/color_space_name_index.h"
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/profile_version.h"
 #include "host/event/event_ids.h"
 #include "host/of/of_app.h"
 #include "host/of/of_enum.h"

@@ -6,11 +6,11 @@
 
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_overrides.h"
-#include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/guarded.h"
 #include "colorio/ocio/profile_version.h"
+#include "colorio/ocio/variable_check.h"
 #include "colorio/ocio/yaml_size.h"
 
 namespace ocio {
@@ -77,10 +77,6 @@ ConstConfigRcPtr load(const std::string& path, Read&& read) {
 
 ConstConfigRcPtr create_config_from_file(const char* path) {
     return load(path, [&] { return library::Config::CreateFromFile(path); });
-}
-
-bool is_library_config(const std::string& path) {
-    return path.rfind("ocio://", 0) == 0;
 }
 
 ConstConfigRcPtr create_config_from_env() {

@@ -13,8 +13,6 @@ ConfigRcPtr create_config();
 /// Reads a config under the classic locale. A config that needs a newer OpenColorIO is reported as such, with
 /// both versions.
 ConstConfigRcPtr create_config_from_file(const char* path);
-/// Whether `path` names a config that OpenColorIO contains, such as "ocio://default"; since version 2.2.
-bool is_library_config(const std::string& path);
 /// Reads the config named by the environment variable OCIO.
 ConstConfigRcPtr create_config_from_env();
 ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config);

@@ -11,7 +11,7 @@
 
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
-#include "colorio/ocio/literal_paths.h"
+#include "colorio/ocio/file_location.h"
 #include "colorio/ocio/lookup_memo.h"
 #include "colorio/ocio/lut_words.h"
 #include "colorio/ocio/transform_graph.h"
@@ -67,7 +67,7 @@ private:
 
     std::shared_ptr<const Dependencies> dependencies_of(const GraphNode& node) const {
         if (memo_)
-            return memo_->dependencies_of(graph_, node);
+            return memo_->dependencies_of(node, [&] { return graph_.dependencies_of(node); });
         return std::make_shared<const Dependencies>(graph_.dependencies_of(node));
     }
 

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "colorio/ocio/transform_graph.h"
+#include "colorio/ocio/graph_node.h"
+#include "colorio/ocio/types.h"
 
 namespace ocio {
 

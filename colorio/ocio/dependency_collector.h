@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "colorio/ocio/graph_node.h"
 #include "colorio/ocio/look_list.h"
-#include "colorio/ocio/transform_graph.h"
+#include "colorio/ocio/types.h"
 
 namespace ocio {
 

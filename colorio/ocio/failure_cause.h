@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <new>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -16,10 +15,6 @@ namespace ocio {
 /// OpenColorIO's message, used when nothing is found.
 diagnostics::Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
                                    const char* words);
-
-/// Error about the first file transform of the config whose path contains a context variable without a value;
-/// empty if there is none.
-std::optional<diagnostics::Diagnostic> find_unset_variable(const ConstConfigRcPtr& config);
 
 /// Runs `make`, in which OpenColorIO makes `conversion`, and adds a diagnostic to its exceptions. Exceptions
 /// that already have one, and std::bad_alloc, pass unchanged.
@@ -37,16 +32,6 @@ decltype(auto) with_cause(const ConstConfigRcPtr& config, const ConstTransformRc
     }
 }
 
-/// True when the 3 x 3 part of a row-major 4 x 4 matrix, which converts red, green and blue, has no inverse.
-template <class Number>
-bool is_singular(const Number (&m)[16]) {
-    return m[0] * (m[5] * m[10] - m[6] * m[9]) - m[1] * (m[4] * m[10] - m[6] * m[8]) +
-               m[2] * (m[4] * m[9] - m[5] * m[8]) ==
-           0;
-}
-
-/// `is_singular` of the transform's coefficients; one implementation per version of OpenColorIO.
-bool is_singular(const library::MatrixTransform& matrix);
 /// One implementation per version of OpenColorIO: true when the config has a color space or a named transform
 /// of that name.
 bool knows_space(const ConstConfigRcPtr& config, const std::string& name);

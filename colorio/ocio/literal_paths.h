@@ -1,16 +1,11 @@
 #pragma once
 
-#include <string>
-
+#include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/rewritten_conversion.h"
 
 /// OpenColorIO replaces context variables in the whole path of a file, including the folders of the config
 /// and of its search path. A file in a folder called "c$x" or "100%" is then not found.
 namespace ocio {
-
-/// Path of the file of a file transform: variables are replaced in `source` and in the search path, and not
-/// in their values. Empty when the file does not exist.
-std::string locate_file(const ConstConfigRcPtr& config, const std::string& source);
 
 /// The conversion itself or, if the path of one of its files contains `$` or `%`, a copy that uses absolute
 /// paths for such files, with every variable replaced and without variables in its config. `parts` are those

@@ -29,11 +29,11 @@ ConstColorSpaceRcPtr LookupMemo::find_space(const std::string& name) {
     return spaces_.emplace(name, config_->getColorSpace(name.c_str())).first->second;
 }
 
-std::shared_ptr<const Dependencies> LookupMemo::dependencies_of(const TransformGraph& graph,
-                                                                const GraphNode& node) {
+std::shared_ptr<const Dependencies> LookupMemo::dependencies_of(const GraphNode& node,
+                                                                const std::function<Dependencies()>& find) {
     std::shared_ptr<const Dependencies>& known = dependencies_[key_of(node)];
     if (!known)
-        known = std::make_shared<const Dependencies>(graph.dependencies_of(node));
+        known = std::make_shared<const Dependencies>(find());
     return known;
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
 
-#include "colorio/ocio/transform_graph.h"
+#include "colorio/ocio/graph_node.h"
 #include "colorio/ocio/types.h"
 
 namespace ocio {
@@ -28,7 +29,9 @@ public:
     void add_space(const std::string& name, ConstColorSpaceRcPtr space) {
         spaces_.emplace(name, std::move(space));
     }
-    std::shared_ptr<const Dependencies> dependencies_of(const TransformGraph& graph, const GraphNode& node);
+    /// What `find` finds for the node when it is asked for first.
+    std::shared_ptr<const Dependencies> dependencies_of(const GraphNode& node,
+                                                        const std::function<Dependencies()>& find);
 
 private:
     const ConstConfigRcPtr config_;

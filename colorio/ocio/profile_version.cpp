@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "colorio/ocio/config.h"
 #include "colorio/ocio/types.h"
 #include "colorio/ocio/xml_root.h"
 
@@ -64,6 +63,10 @@ bool is_archive(const std::string& path) {
 }
 
 } // namespace
+
+bool is_library_config(const std::string& path) {
+    return path.rfind("ocio://", 0) == 0;
+}
 
 std::string describe_newer_profile(const std::string& path) {
     const std::optional<Version> supported = parse_version(get_version());

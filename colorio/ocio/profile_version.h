@@ -4,6 +4,9 @@
 
 namespace ocio {
 
+/// Whether `path` names a config that OpenColorIO contains, such as "ocio://default"; since version 2.2.
+bool is_library_config(const std::string& path);
+
 /// "PATH is an OCIO 2.4 config and needs a newer OpenColorIO than 2.1.2" when the file declares a version
 /// beyond OpenColorIO's own, and likewise for an archive that OpenColorIO cannot open; empty when it does
 /// not, or cannot be read.

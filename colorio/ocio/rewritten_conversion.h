@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <vector>
 
-#include "colorio/ocio/conversion_check.h"
+#include "colorio/ocio/graph_node.h"
 #include "colorio/ocio/transform.h"
 
 namespace ocio {

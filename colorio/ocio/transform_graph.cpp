@@ -5,11 +5,6 @@
 
 namespace ocio {
 
-std::string key_of(const GraphNode& node) {
-    const char kind = static_cast<char>('0' + static_cast<int>(node.kind) * 2 + (node.inverse ? 1 : 0));
-    return kind + node.name;
-}
-
 std::vector<GraphNode> TransformGraph::get_nodes() const {
     std::vector<GraphNode> nodes = list_own_nodes(config_);
     for (int i = 0; i < config_->getNumLooks(); ++i)

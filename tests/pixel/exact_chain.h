@@ -1,14 +1,10 @@
 #pragma once
 
-#include <array>
-
+#include "exact_pixel.h"
 #include "pixel/ops.h"
 #include "samples.h"
 
 namespace pixel_test {
-
-/// Red, green, blue, alpha in double precision.
-using ExactPixel = std::array<double, 4>;
 
 /// The value of a chain of operations in double precision: the parameters as they are given, nothing rounded
 /// to floats between the operations, the C library's functions. Written from the definitions of the

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "exact_chain.h"
+#include "exact_pixel.h"
+#include "pixel/ops.h"
 
 namespace pixel_test {
 

@@ -1,5 +1,7 @@
 #include "colorio/ocio/failure_cause.h"
 
+#include "colorio/ocio/singular_parts.h"
+
 namespace ocio {
 
 bool is_singular(const library::MatrixTransform& matrix) {

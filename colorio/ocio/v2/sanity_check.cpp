@@ -4,7 +4,7 @@
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/error.h"
-#include "colorio/ocio/failure_cause.h"
+#include "colorio/ocio/missing_files.h"
 #include "colorio/ocio/v2/config_views.h"
 
 namespace ocio {

@@ -1,0 +1,82 @@
+#include "colorio/ocio/singular_parts.h"
+
+#include <algorithm>
+#include <exception>
+#include <sstream>
+
+#include "colorio/ocio/config.h"
+#include "colorio/ocio/damaged_files.h"
+#include "colorio/ocio/rewritten_conversion.h"
+#include "colorio/ocio/transform.h"
+#include "diagnostics/failure.h"
+
+namespace ocio {
+
+namespace {
+
+using diagnostics::Code;
+using diagnostics::Diagnostic;
+
+/// "its matrix", or its CDL with the numbers: the part of a transform without an inverse. Empty if there is
+/// none.
+std::string name_singular_part(const TransformRcPtr& transform) {
+    if (const auto cdl = library::DynamicPtrCast<library::CDLTransform>(transform)) {
+        float slope[3];
+        get_slope(cdl, slope);
+        std::ostringstream text;
+        text << "its CDL (slope " << slope[0] << ' ' << slope[1] << ' ' << slope[2] << ", saturation "
+             << cdl->getSat() << ')';
+        const bool loses_colors = cdl->getSat() == 0 || std::find(slope, slope + 3, 0.0f) != slope + 3;
+        return loses_colors ? text.str() : "";
+    }
+    const auto matrix = library::DynamicPtrCast<library::MatrixTransform>(transform);
+    return matrix && is_singular(*matrix) ? "its matrix" : "";
+}
+
+Diagnostic describe_singular(const std::string& part) {
+    return diagnostics::make_error(Code::MATRIX_SINGULAR,
+                                   part + " cannot be inverted, so this direction does not exist");
+}
+
+bool can_be_made(const Conversion& conversion) {
+    try {
+        conversion.config->getProcessor(conversion.transform);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// True when the conversion exists with the file applied in the other direction.
+bool needs_other_direction(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
+                           const ConversionParts& parts, const std::string& source) {
+    const auto turn = [&](const TransformRcPtr& transform) {
+        const auto file = library::DynamicPtrCast<library::FileTransform>(transform);
+        if (file && file->getSrc() == source)
+            file->setDirection(file->getDirection() == TRANSFORM_DIR_FORWARD ? TRANSFORM_DIR_INVERSE
+                                                                             : TRANSFORM_DIR_FORWARD);
+    };
+    return can_be_made(rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, turn));
+}
+
+} // namespace
+
+std::optional<Diagnostic> find_singular_part(const TransformRcPtr& transform) {
+    const std::string part = name_singular_part(transform);
+    return part.empty() ? std::nullopt : std::optional(describe_singular(part));
+}
+
+std::optional<Diagnostic> find_singular_file(const ConstConfigRcPtr& config,
+                                             const ConstTransformRcPtr& conversion,
+                                             const ConversionParts& parts) {
+    for (const auto& [source, path] : parts.files)
+        if (find_refusal(path, TRANSFORM_DIR_INVERSE) &&
+            needs_other_direction(config, conversion, parts, source)) {
+            Diagnostic cause = describe_singular("the file '" + path + "'");
+            cause.file = path;
+            return cause;
+        }
+    return std::nullopt;
+}
+
+} // namespace ocio

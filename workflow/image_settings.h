@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "image/part_conversion.h"
+#include "image/part_plan.h"
+#include "workflow/layer_choice.h"
+
+namespace workflow {
+
+/// Paths of an image to read and of one to write; they may be the same file.
+struct ImageJob {
+    std::string input;
+    std::string output;
+    std::optional<int> frame = std::nullopt; ///< Its number in a sequence.
+};
+
+/// How to convert images; the same for all images of a sequence.
+struct ImageSettings {
+    image::ConvertRows convert; ///< Empty to leave colors unchanged.
+    image::OutputOptions output_options;
+    LayerOptions layers;
+    bool mixes_channels = true; ///< Of `convert`: single channels of color are then not converted.
+    /// The color space that the images are found to be in, if it is one of data: nothing is converted then.
+    std::string data_space;
+    int threads = 0; ///< Worker threads for one image; 0 for all cores.
+    /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
+    /// with other tags gets a note.
+    std::optional<std::vector<std::string>> source_tags;
+    /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.
+    std::string fingerprint;
+};
+
+} // namespace workflow
