@@ -10,6 +10,7 @@
 #include "host/core/core_class_info.h"
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
+#include "tests/colorio/manager_sources_fixture.h"
 #include "tests/colorio/running_module.h"
 
 using testing::Contains;
@@ -18,10 +19,6 @@ using testing::IsEmpty;
 using testing::Not;
 
 namespace {
-
-// Lacks the spaces of the built-in format mappings.
-const std::string FILM =
-    config_text({{"", "film"}}, {{"Monitor", "Film", "film"}}, {{"scene_linear", "film"}});
 
 // The last line of a report on format mappings whose spaces are unknown.
 const LogLine BAD_MAPPINGS = {

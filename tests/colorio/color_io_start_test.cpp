@@ -10,6 +10,7 @@
 #include "host/core/core_class_info.h"
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
+#include "tests/colorio/manager_sources_fixture.h"
 #include "tests/colorio/running_module.h"
 
 using testing::ElementsAre;

@@ -6,6 +6,7 @@
 
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/ocio/types.h"
 #include "host/gmath/gmath_vec4.h"
 #include "tests/colorio/builtin_lut_texts.h"
 #include "tests/colorio/manager_fixture.h"

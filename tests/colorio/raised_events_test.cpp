@@ -10,6 +10,7 @@
 #include "host/of/of_enum.h"
 #include "host/parser/parser_entry.h"
 #include "host/parser/parser_file.h"
+#include "tests/colorio/converter_fixture.h"
 #include "tests/colorio/custom_space_files.h"
 #include "tests/colorio/running_module.h"
 

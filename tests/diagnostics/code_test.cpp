@@ -36,6 +36,10 @@ TEST(Codes, KeepTheirNames) {
     EXPECT_EQ(get_name(Code::LUT_MISSING), "lut-missing");
     EXPECT_EQ(get_name(Code::CONFIG_CYCLE), "config-cycle");
     EXPECT_EQ(get_name(Code::CDL_ID_MISSING), "cdl-id-missing");
+    EXPECT_EQ(get_name(Code::DISPLAY_MISSING), "display-missing");
+    EXPECT_EQ(get_name(Code::GPU_UNAVAILABLE), "gpu-unavailable");
+    EXPECT_EQ(get_name(Code::GPU_LIMIT), "gpu-limit");
+    EXPECT_EQ(get_name(Code::SHADER_INVALID), "shader-invalid");
     EXPECT_EQ(get_name(Code::LIBRARY_FAILURE), "library-failure");
 }
 

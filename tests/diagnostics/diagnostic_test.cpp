@@ -30,6 +30,12 @@ TEST(DiagnosticText, IsTheMessageAloneWithoutALine) {
     EXPECT_EQ(format_located(make_error(Code::LUT_MISSING, "no LUT 'a.cube'")), "no LUT 'a.cube'");
 }
 
+TEST(DiagnosticText, HasTheHintAfterTheMessageWhenThatIsAsked) {
+    EXPECT_EQ(format_with_hint(with_hint(make_xml_fault(), "close it")),
+              "grades.ccc:3:17: the element is not closed; close it");
+    EXPECT_EQ(format_with_hint(make_xml_fault()), format_located(make_xml_fault()));
+}
+
 TEST(DiagnosticText, IsFlattenedToOneLineWithoutAFinalFullStop) {
     EXPECT_EQ(flatten("  Error\n\tat  line 3. \r\n"), "Error at line 3");
     EXPECT_EQ(flatten("..."), "");

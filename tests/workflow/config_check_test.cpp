@@ -36,4 +36,30 @@ TEST_F(ConfigChecks, NameWhatDoesNotWorkWithItsCause) {
     EXPECT_EQ(failure.reason.file, "artist's film.cube");
 }
 
+TEST_F(ConfigChecks, TryLooksOnSceneLinearColorsAsConversionsApplyThem) {
+    std::string text = SHOW_CONFIG;
+    text.insert(
+        text.find("displays:"),
+        "looks:\n"
+        "  - !<Look> {name: fine, process_space: half_light, transform: !<CDLTransform> {slope: [2, 1, 1]}}\n"
+        "  - !<Look> {name: no way there, process_space: film, transform: !<CDLTransform> {slope: [2, 1, "
+        "1]}}\n");
+    text += "  - !<ColorSpace>\n    name: film\n"
+            "    to_reference: !<FileTransform> {src: film.cube, interpolation: linear}\n";
+    const workflow::Session session(options_for(text));
+    const workflow::CheckReport report = workflow::check_config();
+    EXPECT_EQ(report.looks_tried, 2u);
+    ASSERT_THAT(report.notes, SizeIs(1));
+    EXPECT_EQ(report.notes[0].subject, workflow::CheckFailure::LOOK);
+    EXPECT_EQ(report.notes[0].name, "no way there");
+    EXPECT_EQ(report.notes[0].reason.code, Code::LUT_MISSING);
+    EXPECT_EQ(report.notes[0].reason.file, "film.cube");
+    // The same reason as that of a conversion that applies the look.
+    workflow::ConversionRequest request;
+    request.from = "lin";
+    request.steps = {{workflow::ColorStep::LOOKS, "no way there"}};
+    const diagnostics::Diagnostic refusal = failure_of([&] { workflow::Conversion(session, request); });
+    EXPECT_EQ(refusal.message, "cannot apply the looks 'no way there': " + report.notes[0].reason.message);
+}
+
 } // namespace
