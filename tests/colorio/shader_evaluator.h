@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/colorio/shader_values.h"
+
 /// Runs a fragment-shader function of the form `vec4 NAME(in vec4 PIXEL, const sampler3D TABLE) { ... }` (the
 /// two qualifiers may be absent) on the processor, in double precision. It supports declarations,
 /// assignments, blocks, arithmetic, swizzles and the built-in functions that color conversions use; anything
@@ -21,8 +23,7 @@ public:
     Pixel run(const Pixel& pixel);
 
 private:
-    /// 1 number, 3 or 4 of a vector, or 16 of a matrix by columns.
-    using Value = std::vector<double>;
+    using Value = shader_values::Value;
 
     void parse_signature(const std::string& function);
     void run_block();
