@@ -1,6 +1,7 @@
 #include "colorio/ocio/v1/file_editions.h"
 
 #include <algorithm>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <unordered_map>

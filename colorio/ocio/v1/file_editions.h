@@ -1,5 +1,6 @@
 #pragma once
 
+#include "colorio/ocio/conversion_check.h"
 #include "colorio/ocio/rewritten_conversion.h"
 
 /// OpenColorIO caches LUT and CDL files by the path that is asked for. Clearing its cache would break it:
