@@ -56,7 +56,7 @@ constexpr Difference DIFFERENCES[] = {
      "1.x names a missing color space in its own check only"},
     {"an allocation without a range", OCIO, "MixedShader.AnAllocationWithoutARangeIsRefused",
      "Max value equals min value", "spans no range", "1.x fits colors to the GPU with its own operation"},
-    {"error of a correction's shader", MODULE, "Shader.OfACdlNeedsNoTable", "2e-5", "5e-6",
+    {"error of a correction's shader", MODULE, "HostShader.OfACdlNeedsNoTable", "2e-5", "5e-6",
      "1.x writes numbers with six digits"},
     {"why the library converts", MODULE, "Evaluation.IsTheLibrarysWithoutTheVectorCode",
      "OpenColorIO 1.1 shows no operations", "switched off", "1.x shows no operations to translate"},
@@ -147,7 +147,7 @@ constexpr struct {
      "the shaders are the library's own, where the logarithm of nothing is infinite and a table is "
      "interpolated of "
      "which the CPU takes the nearest entry"},
-    {MODULE, "Shader.IsNotMadeWhenTheColorLibraryThrowsAndTheCallerHears",
+    {MODULE, "HostShader.IsNotMadeWhenTheColorLibraryThrowsAndTheCallerHears",
      "OpenColorIO refuses at once to convert what it can write no shader for"},
 };
 
