@@ -35,6 +35,12 @@ Diagnostic make_note(Code code, std::string message, std::string subject) {
     return make(Severity::NOTE, code, std::move(message), std::move(subject));
 }
 
+Diagnostic make_file_note(Code code, std::string message, std::string path) {
+    Diagnostic diagnostic = make_note(code, std::move(message));
+    diagnostic.file = std::move(path);
+    return diagnostic;
+}
+
 Diagnostic add_context(const std::string& what, const Diagnostics& causes, Code otherwise) {
     const Diagnostic* cause = find_worst(causes);
     Diagnostic result = cause ? *cause : make_error(otherwise, "unknown reason");

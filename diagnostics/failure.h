@@ -36,6 +36,8 @@ Diagnostic make_file_error(Code code, std::string message, std::string path);
 Diagnostic make_warning(Code code, std::string message, std::string subject = {});
 /// A note about `subject`, which may be empty.
 Diagnostic make_note(Code code, std::string message, std::string subject = {});
+/// A note about the file at `path`.
+Diagnostic make_file_note(Code code, std::string message, std::string path);
 
 /// The worst of `causes`, with `what` before its message: "cannot convert from 'a' to 'b': no LUT
 /// 'film.cube'". Always an error. Without causes, an error with the code `otherwise` and an unknown reason.

@@ -4,11 +4,14 @@
 
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
 #include "image/stale_metadata.h"
 
 namespace image {
 
 namespace {
+
+using diagnostics::Code;
 
 constexpr char STRAIGHT_ALPHA[] = "oiio:UnassociatedAlpha";
 
@@ -67,8 +70,10 @@ void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abiliti
             return a.component < b.component;
         });
     if (!lost.empty())
-        plan.notes.push_back(
-            fmt::format("{} does not support the channels {}: they are not written", abilities.name, lost));
+        plan.notes.push_back(diagnostics::make_note(
+            Code::CHANNELS_DROPPED,
+            fmt::format("{} does not support the channels {}: they are not written", abilities.name, lost),
+            lost));
     plan.channels = std::move(kept);
 }
 
@@ -98,8 +103,11 @@ void note_types(const OIIO::ImageSpec& input, const FormatAbilities& abilities, 
         if (!is_color(channel) && input.channelformat(channel.source) != plan.spec.format)
             changed += (changed.empty() ? "" : ", ") + std::string(input.channel_name(channel.source));
     if (!changed.empty())
-        plan.notes.push_back(fmt::format(
-            "{} has one type for all channels: that of {} changes from the input", abilities.name, changed));
+        plan.notes.push_back(diagnostics::make_note(
+            Code::IMAGE_ADAPTED,
+            fmt::format("{} has one type for all channels: that of {} changes from the input", abilities.name,
+                        changed),
+            changed));
 }
 
 void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilities, bool widen_gray,
@@ -147,9 +155,10 @@ void settle_windows(const OIIO::ImageSpec& input, const std::string& input_forma
         return;
     if (data.xbegin != display.xbegin || data.ybegin != display.ybegin || data.width() != display.width() ||
         data.height() != display.height())
-        plan.notes.push_back(fmt::format("{} does not support data windows: the display window of {} x {} is "
-                                         "written",
-                                         abilities.name, display.width(), display.height()));
+        plan.notes.push_back(diagnostics::make_note(
+            Code::IMAGE_ADAPTED,
+            fmt::format("{} does not support data windows: the display window of {} x {} is written",
+                        abilities.name, display.width(), display.height())));
     spec.x = spec.full_x = input.full_x;
     spec.y = spec.full_y = input.full_y;
     spec.width = spec.full_width = input.full_width;

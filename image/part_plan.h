@@ -5,6 +5,7 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "diagnostics/diagnostic.h"
 #include "image/color_description.h"
 #include "image/color_layer.h"
 #include "image/compression.h"
@@ -49,7 +50,7 @@ struct PartPlan {
     bool associates_alpha = false;    ///< After the conversion, to store straight color premultiplied.
     bool straightens_alpha = false;   ///< After the conversion, to store premultiplied color straight.
     Quantization quantization;        ///< After that; set when the depth of the file is known.
-    std::vector<std::string> notes;   ///< What the output format does not support.
+    diagnostics::Diagnostics notes;   ///< What the output format does not support; without a file.
 };
 
 /// Plans how to write a part with spec `input`, read from a file of format `input_format`, to a file with

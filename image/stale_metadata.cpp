@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
 #include "image/color_tags.h"
 
 namespace image {
@@ -30,7 +31,7 @@ constexpr const char* DERIVED[] = {
     "thumbnail_height", "thumbnail_nchannels", "thumbnail_image",    OWN_COLOR_SPACE,
 };
 
-void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& notes) {
+void remove_color_descriptions(OIIO::ImageSpec& spec, diagnostics::Diagnostics& notes) {
     std::string removed;
     for (const char* name : COLOR_DESCRIPTIONS)
         if (spec.find_attribute(name) != nullptr) {
@@ -38,7 +39,9 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
             removed += std::string(removed.empty() ? "" : ", ") + name;
         }
     if (!removed.empty())
-        notes.push_back(fmt::format("removed metadata of the old color space: {}", removed));
+        notes.push_back(diagnostics::make_note(
+            diagnostics::Code::METADATA_DROPPED,
+            fmt::format("removed metadata of the old color space: {}", removed), removed));
     for (const char* name : DPX_DESCRIPTIONS)
         spec.erase_attribute(name);
     spec.erase_attribute("^ICC:.*");
@@ -48,7 +51,7 @@ void remove_color_descriptions(OIIO::ImageSpec& spec, std::vector<std::string>& 
 } // namespace
 
 void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag, bool keeps_space,
-                                 std::vector<std::string>& notes) {
+                                 diagnostics::Diagnostics& notes) {
     if (color_space_tag.empty())
         return;
     if (!keeps_space)

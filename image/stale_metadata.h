@@ -1,9 +1,10 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include <OpenImageIO/imageio.h>
+
+#include "diagnostics/diagnostic.h"
 
 namespace image {
 
@@ -12,7 +13,7 @@ namespace image {
 /// color space, such as the ICC profile and the chromaticities, with a note. Does nothing if the tag is
 /// empty.
 void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag, bool keeps_space,
-                                 std::vector<std::string>& notes);
+                                 diagnostics::Diagnostics& notes);
 
 /// Removes attributes that only apply to a file of the same format or pixel type.
 void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_depth);

@@ -53,13 +53,16 @@ Json make_line(const workflow::ImageJob& job, const char* status) {
 Json make_line(const ImageOutcome& outcome) {
     Json line = make_line(outcome.job, get_status_name(outcome.status));
     line.set("reason", outcome.reason);
+    std::vector<std::string> notes;
+    for (const diagnostics::Diagnostic& note : outcome.image.notes)
+        notes.push_back(note.message);
     if (outcome.status == ImageOutcome::CONVERTED)
         line.update({{"width", outcome.image.width},
                      {"height", outcome.image.height},
                      {"type", outcome.image.depth},
                      {"pixels", outcome.image.pixels},
                      {"seconds", outcome.seconds},
-                     {"notes", outcome.image.notes},
+                     {"notes", notes},
                      {"layers", outcome.image.layers.converted}});
     if (outcome.error)
         line.set("error", to_json(*outcome.error));

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "diagnostics/diagnostic.h"
 #include "image/reader_process.h"
 #include "workflow/image_settings.h"
-#include "workflow/layer_choice.h"
 #include "workflow/memory_budget.h"
 
 namespace workflow {
@@ -17,9 +17,11 @@ struct ImageReport {
     std::uint64_t pixels = 0; ///< Of all parts.
     int width = 0;            ///< Of the first part.
     int height = 0;
-    std::string depth;              ///< Of the written colors: "half", "uint10".
-    LayerReport layers;             ///< Those that were written.
-    std::vector<std::string> notes; ///< What the output format does not support, each once.
+    std::string depth;  ///< Of the written colors: "half", "uint10".
+    LayerReport layers; ///< Those that were written.
+    /// About the input or the output, which they name: what the output format does not support, and so on.
+    /// Each once.
+    diagnostics::Diagnostics notes;
 };
 
 /// Reader process and memory, reused by the images of a sequence. For one thread at a time.

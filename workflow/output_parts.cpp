@@ -64,14 +64,18 @@ bool share_chromaticities(Headers& headers, const std::vector<bool>& are_data) {
 
 } // namespace
 
-std::vector<std::string> reconcile_parts(Headers& headers, const std::vector<bool>& are_data,
+diagnostics::Diagnostics reconcile_parts(Headers& headers, const std::vector<bool>& are_data,
                                          const image::FormatAbilities& abilities) {
-    std::vector<std::string> notes;
+    diagnostics::Diagnostics notes;
     if (untile_mixed_parts(headers, abilities))
-        notes.push_back("OpenImageIO does not write tiles and scanlines to one file: all parts are written "
-                        "in scanlines");
+        notes.push_back(diagnostics::make_note(diagnostics::Code::IMAGE_ADAPTED,
+                                               "OpenImageIO does not write tiles and scanlines to one file: "
+                                               "all parts are written in scanlines"));
     if (share_chromaticities(headers, are_data))
-        notes.push_back("OpenEXR does not store different chromaticities in one file: no part has them");
+        notes.push_back(diagnostics::make_note(
+            diagnostics::Code::METADATA_DROPPED,
+            "OpenEXR does not store different chromaticities in one file: no part has them",
+            "chromaticities"));
     return notes;
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "diagnostics/diagnostic.h"
 #include "image/format_abilities.h"
 #include "image/image_file.h"
 
@@ -10,8 +11,8 @@ namespace workflow {
 
 /// Changes the headers of the parts of an output where OpenImageIO and OpenEXR cannot write them to one file:
 /// parts in tiles and parts in scanlines, and parts with different chromaticities. `are_data` says which
-/// parts have no color. Returns notes on what changed.
-std::vector<std::string> reconcile_parts(std::vector<image::PartHeader>& headers,
+/// parts have no color. Returns notes on what changed, without a file.
+diagnostics::Diagnostics reconcile_parts(std::vector<image::PartHeader>& headers,
                                          const std::vector<bool>& are_data,
                                          const image::FormatAbilities& abilities);
 

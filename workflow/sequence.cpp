@@ -87,9 +87,9 @@ public:
         report.pixels += outcome.image.pixels;
         if (outcome.error)
             failures.emplace(index, *outcome.error);
-        for (const std::string& note : outcome.image.notes)
-            if (known_notes.insert(note).second && events.report)
-                events.report(diagnostics::make_note(diagnostics::Code::IMAGE_ADAPTED, note));
+        for (const diagnostics::Diagnostic& note : outcome.image.notes)
+            if (known_notes.insert(note.message).second && events.report)
+                events.report(note);
         if (events.finished)
             events.finished(outcome);
     }
@@ -120,7 +120,7 @@ private:
     std::mutex mutex;
     SequenceReport report;
     std::map<std::size_t, diagnostics::Diagnostic> failures;
-    std::set<std::string> known_notes;
+    std::set<std::string> known_notes; ///< By their messages: images differ in their paths.
 };
 
 class SequenceConversion {
@@ -242,7 +242,8 @@ private:
             if (outcome.reason.empty())
                 return ImageOutcome::UP_TO_DATE;
             if (const std::string obstacle = explain_missing_record(format); !obstacle.empty())
-                outcome.image.notes = {obstacle};
+                outcome.image.notes = {
+                    make_file_note(diagnostics::Code::IMAGE_UNSUPPORTED, obstacle, outcome.job.output)};
         }
         return options.only_plans ? ImageOutcome::PLANNED : ImageOutcome::CONVERTED;
     }

@@ -55,7 +55,7 @@ struct SequenceOptions {
 
 /// Callbacks of `convert_sequence`. Called from several threads, but never at the same time; may be empty.
 struct SequenceEvents {
-    /// Reports a note; equal notes of several images are reported once.
+    /// Reports a note; equal notes of several images are reported once, with the first of them as the file.
     std::function<void(const diagnostics::Diagnostic&)> report;
     /// Called once for each image, in the order in which they are finished.
     std::function<void(const ImageOutcome&)> finished;

@@ -42,6 +42,10 @@ class DiagnosticOf : public ToolTest, public testing::WithParamInterface<Fault> 
 protected:
     DiagnosticOf() {
         write_image(path("in.exr"), make_image(2, 2, 3, OIIO::TypeFloat, std::vector<float>(12, 0.5f)));
+        write_image(path("alpha.exr"), make_image(2, 2, 4, OIIO::TypeFloat, std::vector<float>(16, 0.5f)));
+        Image white = make_image(2, 2, 3, OIIO::TypeFloat, std::vector<float>(12, 0.5f));
+        white.spec.attribute("whiteLuminance", 100.0f);
+        write_image(path("white.exr"), white);
         folder.write("text.exr", "this is not an image\n");
         folder.write("broken.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
         folder.write("newer.ocio", "ocio_profile_version: 2.999\n");
@@ -273,6 +277,20 @@ const Fault FAULTS[] = {
     {convert({"--from", "sRGB", "--to", "linear", "--layers", "diffuse"}), "layer-unknown", "@in.exr", 0,
      "diffuse"},
     {{"view", "@missing.exr", "--screenshot", "@s.png"}, "image-unreadable", "@missing.exr"},
+    {{"convert", "@alpha.exr", "@out.jpg", "--from", "sRGB", "--to", "linear"},
+     "channels-dropped",
+     "@out.jpg",
+     0,
+     "A",
+     0,
+     "note"},
+    {{"convert", "@white.exr", "@out.exr", "--from", "sRGB", "--to", "linear"},
+     "metadata-dropped",
+     "@out.exr",
+     0,
+     "whiteLuminance",
+     0,
+     "note"},
     // command lines
     {{}, "usage"},
     {{"lst"}, "usage"},

@@ -1,0 +1,145 @@
+#include "workflow/image_plan.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "diagnostics/failure.h"
+#include "image/color_tags.h"
+#include "image/conversion_record.h"
+#include "image/image_layers.h"
+#include "image/memory_estimate.h"
+#include "workflow/fingerprint.h"
+#include "workflow/output_parts.h"
+
+namespace workflow {
+
+namespace {
+
+/// Memory of a process that reads and of a thread that converts, besides pixels; measured.
+constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
+
+} // namespace
+
+void add_note(diagnostics::Diagnostics& notes, diagnostics::Diagnostic note) {
+    if (std::none_of(notes.begin(), notes.end(),
+                     [&](const diagnostics::Diagnostic& known) { return known.message == note.message; }))
+        notes.push_back(std::move(note));
+}
+
+ImagePlan::ImagePlan(const ImageJob& job, const ImageSettings& settings, const image::ImageReader& reader,
+                     const image::FormatAbilities& abilities)
+    : job(job), settings(settings), reader(reader), output(job.output), abilities(abilities) {
+    plan_parts();
+}
+
+bool ImagePlan::is_kept(const image::PartHeader& part) const {
+    return (part.level == 0 || abilities.has_levels) &&
+           (part.subimage == kept_subimage || abilities.has_subimages);
+}
+
+void ImagePlan::plan_parts() {
+    const std::vector<image::PartHeader>& headers = reader.get_parts();
+    fingerprint = make_image_fingerprint(job, settings.fingerprint);
+    if (settings.source_tags &&
+        image::find_color_tags(headers.front().spec).describe() != *settings.source_tags)
+        add_note(notes, diagnostics::make_file_note(
+                            diagnostics::Code::COLOR_SPACE_ASSUMED,
+                            "its color tags differ from those of the first image, whose color space is used",
+                            reader.get_path()));
+    LayerConversion conversion{settings.mixes_channels, ""};
+    if (!settings.data_space.empty())
+        conversion.reason_to_leave = fmt::format("in the data space '{}'", settings.data_space);
+    choices = choose_layers(reader.get_path(), reader.get_format(), headers, settings.layers, conversion);
+    choose_kept_subimage();
+    for (unsigned int i = 0; i < headers.size(); ++i)
+        if (is_kept(headers[i]))
+            plan_one(i);
+    check_deep_parts(output_headers, abilities, reader.get_path(), output);
+    note_all(reconcile_parts(output_headers, find_data_parts(), abilities));
+    note_losses();
+}
+
+/// The first one with layers to convert.
+void ImagePlan::choose_kept_subimage() {
+    const auto found = std::find_if(choices.begin(), choices.end(),
+                                    [](const PartChoice& choice) { return !choice.chosen.empty(); });
+    if (found != choices.end())
+        kept_subimage = static_cast<int>(found - choices.begin());
+}
+
+void ImagePlan::plan_one(unsigned int index) {
+    const image::PartHeader& header = reader.get_parts()[index];
+    const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
+    image::OutputOptions options = settings.output_options;
+    if (!settings.data_space.empty())
+        options.colors.name.clear(); // they stay in their color space
+    image::PartPlan plan =
+        image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, options);
+    image::set_compression(options.compression, abilities.name, output, plan.spec);
+    note_all(plan.notes);
+    if (header.level == 0)
+        report_layers(choice);
+    std::vector<std::string> names;
+    for (const ChosenLayer& layer : choice.chosen)
+        names.push_back(layer.name);
+    image::record_conversion(plan.spec, abilities.name, parts.empty() ? fingerprint : "");
+    output_headers.push_back({header.subimage, header.level, plan.spec});
+    parts.push_back({index, std::move(plan), std::move(names)});
+}
+
+/// A format without layers gets the first one, and a note says what it does not get.
+void ImagePlan::report_layers(const PartChoice& choice) {
+    for (const ChosenLayer& layer : choice.chosen)
+        if (abilities.has_any_channels || &layer == &choice.chosen.front())
+            layers.converted.push_back(layer.name);
+    if (abilities.has_any_channels || choice.chosen.empty())
+        layers.left.insert(layers.left.end(), choice.left.begin(), choice.left.end());
+}
+
+/// The output, which a format demands to be other than the input.
+void ImagePlan::note_all(const diagnostics::Diagnostics& changes) {
+    for (diagnostics::Diagnostic note : changes) {
+        note.file = output;
+        add_note(notes, std::move(note));
+    }
+}
+
+void ImagePlan::note_losses() {
+    using diagnostics::Code;
+    if (reader.count_subimages() > 1 && !abilities.has_subimages)
+        note_all({diagnostics::make_note(
+            Code::CHANNELS_DROPPED,
+            fmt::format("{} does not support several parts: only part {} of {} is written", abilities.name,
+                        kept_subimage + 1, reader.count_subimages()))});
+    const std::vector<image::PartHeader>& headers = reader.get_parts();
+    const bool has_levels =
+        std::any_of(headers.begin(), headers.end(), [](auto& part) { return part.level; });
+    if (has_levels && !abilities.has_levels)
+        note_all({diagnostics::make_note(
+            Code::CHANNELS_DROPPED,
+            fmt::format("{} does not support mipmaps: only the full resolution is written",
+                        abilities.name))});
+}
+
+/// Whether each part of the output has no color, converted or left.
+std::vector<bool> ImagePlan::find_data_parts() const {
+    std::vector<bool> are_data;
+    for (const PlannedPart& part : parts) {
+        const OIIO::ImageSpec& spec = reader.get_parts()[part.input_index].spec;
+        are_data.push_back(part.plan.layers.empty() &&
+                           image::find_color_layers(spec, {reader.get_format(), {}}).empty());
+    }
+    return are_data;
+}
+
+std::uint64_t ImagePlan::estimate_memory() const {
+    std::uint64_t most = 0;
+    for (const PlannedPart& part : parts)
+        most = std::max(most, image::estimate_part_memory(reader.get_parts()[part.input_index].spec,
+                                                          reader.get_format(), part.plan, abilities));
+    return most + LANE_BYTES;
+}
+
+} // namespace workflow
