@@ -57,6 +57,19 @@ void add_new(Diagnostics& list, const Diagnostics& others) {
     }
 }
 
+std::vector<CountedDiagnostic> count_repeated(const Diagnostics& list) {
+    std::vector<CountedDiagnostic> counted;
+    for (const Diagnostic& one : list) {
+        const auto known = std::find_if(counted.begin(), counted.end(),
+                                        [&](const auto& candidate) { return candidate.diagnostic == one; });
+        if (known == counted.end())
+            counted.push_back({one, 1});
+        else
+            ++known->count;
+    }
+    return counted;
+}
+
 Diagnostics select(const Diagnostics& list, const std::string& subject) {
     Diagnostics selected;
     std::copy_if(list.begin(), list.end(), std::back_inserter(selected), [&](const Diagnostic& diagnostic) {

@@ -41,6 +41,15 @@ bool has_error(const Diagnostics& list);
 /// and becomes as severe as the more severe of both.
 void add_new(Diagnostics& list, const Diagnostics& others);
 
+/// A diagnostic, and how often it was reported.
+struct CountedDiagnostic {
+    Diagnostic diagnostic; ///< The diagnostic.
+    unsigned int count;    ///< At least 1.
+};
+
+/// Each different diagnostic once, in the order of first occurrence.
+std::vector<CountedDiagnostic> count_repeated(const Diagnostics& list);
+
 /// Those of the list about `subject`, ignoring case; all of them where there is none.
 Diagnostics select(const Diagnostics& list, const std::string& subject);
 

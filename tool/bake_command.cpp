@@ -6,7 +6,6 @@
 
 #include "tool/console.h"
 #include "tool/conversion_options.h"
-#include "tool/tool_session.h"
 #include "workflow/bake.h"
 
 namespace tool {
@@ -20,14 +19,10 @@ constexpr char EXAMPLES[] = R"(  colorio bake film.cube --from ACEScct --view "s
 The LUT covers 0 to 1 in the source color space, or in the shaper. It is read back, and its largest and mean
 differences from the conversion are printed.)";
 
-std::string format_color(const float (&rgb)[3]) {
-    return fmt::format("{:.5g} {:.5g} {:.5g}", rgb[0], rgb[1], rgb[2]);
-}
-
-class BakeCommand : public Command {
+class BakeCommand : public SessionCommand {
 public:
     explicit BakeCommand(Options& program)
-        : Command(program, "bake", "Write a conversion as a LUT and measure its error", EXAMPLES) {
+        : SessionCommand(program, "bake", "Write a conversion as a LUT and measure its error", EXAMPLES) {
         options.add("output", request.path, "LUT to write: .cube, .csp, .clf, .3dl or .spi3d").required();
         add_conversion_options(options, conversion, "source color space");
         options.get("--from").required();
@@ -40,7 +35,7 @@ public:
             .add("--shaper-size", request.shaper_size,
                  "entries of the 1D LUT (prelut) into the shaper (default: the default of the format)")
             .range(2, 65536);
-        add_session_options(options, session_options);
+        add_session_options();
     }
 
     ExitCode run(Console& console) override {
@@ -55,8 +50,9 @@ public:
                                   report.destination, report.writer));
         console.print(fmt::format("LUT against CPU, {} colors, {}:", difference.points, report.domain));
         console.print(fmt::format("  largest difference {:.3g} at {}: CPU {}, LUT {}", difference.largest,
-                                  format_color(difference.at), format_color(difference.expected),
-                                  format_color(difference.actual)));
+                                  workflow::format_color(difference.at),
+                                  workflow::format_color(difference.expected),
+                                  workflow::format_color(difference.actual)));
         console.print(fmt::format("  mean difference    {:.3g}", difference.mean));
         if (difference.incomparable > 0)
             console.print("  " + describe_incomparable(difference));
@@ -64,15 +60,12 @@ public:
     }
 
 private:
-    SessionChoice session_options;
     ConversionChoice conversion;
     workflow::BakeRequest request;
 };
 
 } // namespace
 
-std::unique_ptr<Command> make_bake_command(Options& program) {
-    return std::make_unique<BakeCommand>(program);
-}
+const MakeCommand make_bake_command = make_command<BakeCommand>;
 
 } // namespace tool

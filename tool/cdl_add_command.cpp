@@ -4,9 +4,7 @@
 
 #include "tool/command.h"
 #include "tool/console.h"
-#include "tool/correction_cells.h"
 #include "tool/option_hints.h"
-#include "tool/tool_session.h"
 #include "workflow/correction_text.h"
 #include "workflow/custom_records.h"
 
@@ -19,18 +17,18 @@ constexpr char EXAMPLES[] = R"(  colorio cdl add warm --values 1.1,1,0.9/0,0,0/1
 
 A CDL added from a file is a reference to it: later edits of the file take effect.)";
 
-class CdlAddCommand : public Command {
+class CdlAddCommand : public SessionCommand {
 public:
     explicit CdlAddCommand(Options& program)
-        : Command(program, "add", "Add a CDL to the preferences", EXAMPLES) {
+        : SessionCommand(program, "add", "Add a CDL to the preferences", EXAMPLES) {
         options.add("name", name, "name of the CDL").required();
         const Option file =
             options.add("file", source, "color correction in a .cc, .ccc or .cdl file: FILE or FILE:ID");
-        options.add("--values", values, "numbers instead of a file; red,green,blue for the first three")
-            .value("SLOPE/OFFSET/POWER/SATURATION")
+        options
+            .add("--values", values, "numbers instead of a file; red,green,blue for the first three",
+                 "SLOPE/OFFSET/POWER/SATURATION")
             .excludes(file);
-        add_preference_options(options, session_options);
-        session_options.builtin_only = true;
+        add_preference_options();
     }
 
     ExitCode run(Console& console) override {
@@ -46,14 +44,12 @@ public:
         hint_at(diagnostics::Code::NAME_DUPLICATE, "remove it with 'colorio cdl remove'",
                 [&] { workflow::add_custom_cdl(session, record); });
         console.report(session.save_preferences());
-        const std::vector<std::string> cells = make_cells(workflow::make_correction(record));
-        console.print(fmt::format("{}: slope {}, offset {}, power {}, saturation {}", cells[0], cells[1],
-                                  cells[2], cells[3], cells[4]));
+        const workflow::Correction added = workflow::make_correction(record);
+        console.print(fmt::format("{}: {}", added.id, workflow::format_numbers(added)));
         return EXIT_CODE_DONE;
     }
 
 private:
-    SessionChoice session_options;
     std::string name;
     std::string source;
     std::string values;
@@ -61,8 +57,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> make_cdl_add_command(Options& program) {
-    return std::make_unique<CdlAddCommand>(program);
-}
+const MakeCommand make_cdl_add_command = make_command<CdlAddCommand>;
 
 } // namespace tool

@@ -1,12 +1,11 @@
-#include <set>
 #include <string>
 
 #include <fmt/format.h>
 
-#include "colorio/color_io_manager.h"
 #include "tool/command.h"
 #include "tool/console.h"
 #include "tool/option_hints.h"
+#include "tool/text_table.h"
 #include "workflow/correction_text.h"
 #include "workflow/exact_document.h"
 #include "workflow/rounded_document.h"
@@ -32,8 +31,8 @@ public:
         options
             .add("--cdl", texts,
                  "slope, offset and power: three comma-separated numbers; saturation: one. Repeat to write a "
-                 "collection")
-            .value("NAME=SLOPE/OFFSET/POWER/SATURATION")
+                 "collection",
+                 "NAME=SLOPE/OFFSET/POWER/SATURATION")
             .required()
             .one_value_each();
         options.add_flag("--collection", is_collection, "write a collection, even of one color correction");
@@ -41,19 +40,25 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const std::vector<workflow::Correction> corrections = parse_corrections();
+        const std::vector<workflow::Correction> corrections = workflow::parse_named_numbers(texts);
+        if (corrections.size() > 1 && !is_collection)
+            throw UsageError("several color corrections need --collection");
         if (is_exact)
             workflow::write_exact_document(path, corrections, is_collection);
         else
             write_rounded(corrections, console);
-        console.print(fmt::format("{}: {} color correction{}", path, corrections.size(),
-                                  corrections.size() == 1 ? "" : "s"));
+        console.print(fmt::format("{}: {}", path, count_things(corrections.size(), "color correction")));
         return EXIT_CODE_DONE;
     }
 
 private:
-    std::vector<workflow::Correction> parse_corrections() const;
-    void write_rounded(const std::vector<workflow::Correction>& corrections, Console& console) const;
+    void write_rounded(const std::vector<workflow::Correction>& corrections, Console& console) const {
+        hint_at(diagnostics::Code::CDL_INVALID, EXACT_HINT, [&] {
+            for (const diagnostics::Diagnostic& loss :
+                 workflow::write_rounded_document(path, corrections, is_collection))
+                console.report(with_hint(loss, EXACT_HINT));
+        });
+    }
 
     std::string path;
     std::vector<std::string> texts;
@@ -61,36 +66,8 @@ private:
     bool is_exact = false;
 };
 
-std::vector<workflow::Correction> CdlWriteCommand::parse_corrections() const {
-    std::vector<workflow::Correction> corrections;
-    std::set<std::string> names;
-    for (const std::string& text : texts) {
-        corrections.push_back(workflow::parse_named_numbers(text));
-        if (!names.insert(corrections.back().id).second)
-            throw UsageError(fmt::format("--cdl names '{}' twice", corrections.back().id));
-    }
-    if (corrections.size() > 1 && !is_collection)
-        throw UsageError("several color corrections need --collection");
-    const std::string reserved = ColorIOManager::s_default_CDL_name.get_data();
-    if (names.count(reserved) > 0)
-        throw UsageError(
-            fmt::format("'{}' is reserved for no color correction and cannot be written", reserved));
-    return corrections;
-}
-
-void CdlWriteCommand::write_rounded(const std::vector<workflow::Correction>& corrections,
-                                    Console& console) const {
-    hint_at(diagnostics::Code::CDL_INVALID, EXACT_HINT, [&] {
-        for (const diagnostics::Diagnostic& loss :
-             workflow::write_rounded_document(path, corrections, is_collection))
-            console.report(with_hint(loss, EXACT_HINT));
-    });
-}
-
 } // namespace
 
-std::unique_ptr<Command> make_cdl_write_command(Options& program) {
-    return std::make_unique<CdlWriteCommand>(program);
-}
+const MakeCommand make_cdl_write_command = make_command<CdlWriteCommand>;
 
 } // namespace tool

@@ -48,10 +48,8 @@ void add_view_options(Options& options, ConversionChoice& choice) {
 }
 
 void add_inverse_view_option(Options& options, ConversionChoice& choice) {
-    options
-        .add("--inverse-view", choice.inverse_view,
-             "view that the source was made for; it is inverted to scene-linear")
-        .value("DISPLAY.VIEW");
+    options.add("--inverse-view", choice.inverse_view,
+                "view that the source was made for; it is inverted to scene-linear", "DISPLAY.VIEW");
 }
 
 void add_step_options(Options& options, ConversionChoice& choice) {

@@ -8,17 +8,14 @@
 #include "image/startable_threads.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
-#include "tool/layer_options.h"
 #include "tool/sequence_options.h"
 #include "tool/sequence_output.h"
 #include "tool/source_space.h"
-#include "tool/tool_session.h"
 #include "workflow/conversion.h"
+#include "workflow/decision.h"
 #include "workflow/fingerprint.h"
 #include "workflow/frame_jobs.h"
 #include "workflow/image_conversion.h"
-#include "workflow/name_resolution.h"
-#include "workflow/published_names.h"
 #include "workflow/sequence.h"
 
 namespace tool {
@@ -42,20 +39,18 @@ The output may be the input: a file is replaced only after its conversion succee
 constexpr int MAX_THREADS = 1024;
 constexpr int MAX_QUALITY = 1000;
 
-class ConvertCommand : public Command {
+class ConvertCommand : public SessionCommand {
 public:
     explicit ConvertCommand(Options& program);
     ExitCode run(Console& console) override;
 
 private:
+    void add_layer_options();
     void check_usage();
-    workflow::ImageSettings make_settings(const workflow::Session& session,
-                                          const workflow::Conversion& conversion) const;
     void settle_source(const workflow::Session& session, Console& console);
-    void print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
-                        Console& console) const;
+    void explain(const workflow::Session& session, const workflow::Conversion& conversion,
+                 Console& console) const;
 
-    SessionChoice session_options;
     ConversionChoice request;
     workflow::FileSpace file_space; ///< Empty when the user named the source.
     SourceSpaceChoice source_choice;
@@ -63,18 +58,13 @@ private:
     std::string output;
     SequenceChoice sequence;
     workflow::FrameJobs found;
-    std::string depth;
-    std::string compression;
-    int quality = -1; ///< Below 0 when it is not given.
-    bool dithers = false;
-    workflow::LayerOptions layers;
-    int threads = 0;
+    workflow::ImageOptions image_options;
     bool divides_by_alpha = false;
     bool leaves_alpha = false;
 };
 
 ConvertCommand::ConvertCommand(Options& program)
-    : Command(program, "convert", "Convert images between color spaces, or to a view", EXAMPLES) {
+    : SessionCommand(program, "convert", "Convert images between color spaces, or to a view", EXAMPLES) {
     options
         .add("input", input,
              "image to read, or the pattern of a sequence: shot.%04d.exr, shot.####.exr, shot.@@@@.exr or "
@@ -94,45 +84,62 @@ ConvertCommand::ConvertCommand(Options& program)
     add_sequence_options(options, sequence);
     options.get("--json").excludes(options.get("--why"));
     options
-        .add("-d,--depth", depth,
+        .add("-d,--depth", image_options.depth,
              "pixel type of the output (default: the input's type, if the output format supports it; uint10 "
              "for floats in DPX)")
         .choices({"uint8", "uint10", "uint12", "uint16", "half", "float"});
-    options.add_flag("--dither", dithers, "add noise before rounding to 8 or 10 bits, the same every time");
+    options.add_flag("--dither", image_options.dithers,
+                     "add noise before rounding to 8 or 10 bits, the same every time");
     options.add(
-        "--compression", compression,
-        "compression method of the output (default: the input's in the same format, else the format's)");
+        "--compression", image_options.compression.method,
+        "compression method of the output (default: the input's in the same format, else the format's)",
+        "METHOD");
     options
-        .add("--quality", quality,
+        .add("--quality", image_options.compression.quality,
              "quality of jpeg and webp (1-100); level of dwaa and dwab (1-1000), zip (1-9) and png (0-9)")
         .range(0, MAX_QUALITY);
-    add_layer_options(options, layers);
+    add_layer_options();
     const Option unpremult =
         options.add_flag("--unpremult", divides_by_alpha,
                          "divide color by alpha before the conversion and multiply it after (default: if "
                          "the file is marked as premultiplied)");
     options.add_flag("--no-unpremult", leaves_alpha, "never divide color by alpha").excludes(unpremult);
-    options.add("--threads", threads, "worker threads (default: all cores)").range(1, MAX_THREADS);
-    add_session_options(options, session_options);
+    options.add("--threads", image_options.threads, "worker threads (default: all cores)")
+        .range(1, MAX_THREADS);
+    add_session_options();
+}
+
+void ConvertCommand::add_layer_options() {
+    const auto add = [&](const char* name, std::vector<std::string>& list, const char* help) {
+        options.add(name, list, help, "LIST").one_value_each().separator(',');
+    };
+    add("--layers", image_options.layers.layers,
+        "layers to convert, comma-separated; rgba is color without a layer (default: every color layer, and "
+        "no data)");
+    add("--parts", image_options.layers.parts,
+        "parts to convert: names or numbers from 1, comma-separated (default: all)");
+    add("--skip", image_options.layers.skipped, "layers and parts not to convert, comma-separated");
 }
 
 ExitCode ConvertCommand::run(Console& console) {
     console.set_quiet(sequence.is_quiet);
     check_usage();
-    const int wanted = threads > 0 ? threads : static_cast<int>(OIIO::Sysutil::hardware_concurrency());
-    threads = image::limit_threads(wanted, 2); // those that read share as many
+    if (image_options.threads == 0)
+        image_options.threads = static_cast<int>(OIIO::Sysutil::hardware_concurrency());
+    image_options.threads = image::limit_threads(image_options.threads, 2); // those that read share as many
 
     const ToolSession session(session_options, console);
     settle_source(session, console);
     const workflow::Conversion conversion(session, request);
     console.report(conversion.get_notes());
     if (source_choice.explains)
-        print_decision(session, conversion, console);
+        explain(session, conversion, console);
     if (conversion.is_identity())
         console.report(make_note(
             Code::COLORS_UNCHANGED,
             fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
-    const workflow::ImageSettings settings = make_settings(session, conversion);
+    workflow::ImageSettings settings = workflow::make_image_settings(conversion, image_options);
+    settings.fingerprint = workflow::make_conversion_fingerprint(session, request, conversion, settings);
     workflow::check_output(settings, output);
     SequenceOutput result(sequence, found, input, output,
                           fmt::format("{} to {}", conversion.get_source(), conversion.get_destination()),
@@ -145,6 +152,8 @@ ExitCode ConvertCommand::run(Console& console) {
 void ConvertCommand::check_usage() {
     check_conversion(request);
     make_sequence_options(sequence);
+    if (divides_by_alpha || leaves_alpha)
+        image_options.alpha_rule = leaves_alpha ? image::AlphaRule::DO_NOT_DIVIDE : image::AlphaRule::DIVIDE;
     found = workflow::find_frame_jobs(input, output, sequence.frames);
     if (found.jobs.empty())
         throw diagnostics::Failure(*workflow::describe_missing(found, input));
@@ -157,80 +166,27 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     if (sequence.resumes && workflow::is_in_place(found.jobs.front()))
         throw UsageError("--resume needs --from when images are converted in their place",
                          "those that were converted have the tags of the destination");
-    file_space = find_source_space(session, found.jobs.front().input, source_choice, console);
+    const std::string& first = found.jobs.front().input;
+    file_space = workflow::find_file_space(session, first);
+    report_source_space(first, file_space, source_choice, console);
     request.from = file_space.color_space;
+    image_options.data_space = file_space.is_data ? file_space.color_space : "";
+    image_options.source_tags = file_space.tags;
 }
 
-workflow::ImageSettings ConvertCommand::make_settings(const workflow::Session& session,
-                                                      const workflow::Conversion& conversion) const {
-    workflow::ImageOptions wishes;
-    wishes.depth = depth;
-    wishes.dithers = dithers;
-    wishes.compression.method = compression;
-    if (quality >= 0)
-        wishes.compression.quality = quality;
-    wishes.layers = layers;
-    wishes.data_space = file_space.is_data ? file_space.color_space : "";
-    wishes.threads = threads;
-    wishes.source_tags = file_space.tags;
-    if (divides_by_alpha)
-        wishes.alpha_rule = image::AlphaRule::DIVIDE;
-    else if (leaves_alpha)
-        wishes.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE;
-    workflow::ImageSettings settings = workflow::make_image_settings(conversion, wishes);
-    settings.fingerprint = workflow::make_conversion_fingerprint(session, request, conversion, settings);
-    return settings;
-}
-
-/// How a name given by the user was resolved.
-std::string explain_name(const char* option, const std::string& given, const std::string& config_name) {
-    const workflow::NameKind kind = workflow::resolve_color_space(given, config_name).kind;
-    return kind == workflow::NameKind::LABEL
-               ? fmt::format("from {}", option)
-               : fmt::format("from {} '{}', {}", option, given, workflow::describe_kind(kind));
-}
-
-std::string explain_destination(const workflow::ConversionRequest& request, const std::string& config_name) {
-    if (request.view.empty())
-        return explain_name("--to", request.to, config_name);
-    const workflow::PublishedView view = workflow::resolve_view(request.display, request.view, config_name);
-    std::string text = fmt::format("view '{}' of display '{}'", view.view, view.display);
-    const std::string& shown = view.color_space.empty() ? view.named_transform : view.color_space;
-    if (!shown.empty())
-        text += fmt::format(", which shows {}", shown);
-    if (!view.view_transform.empty())
-        text += fmt::format(" through the view transform {}", view.view_transform);
-    if (!view.looks.empty())
-        text += fmt::format(" with the looks {}", view.looks);
-    return text;
-}
-
-void ConvertCommand::print_decision(const workflow::Session& session, const workflow::Conversion& conversion,
-                                    Console& console) const {
-    const std::string config_name = session.get_config_name();
-    const std::string reason = !request.inverse_view.empty() ? "inverted to scene-linear, from --inverse-view"
-                               : file_space.reason.empty() ? explain_name("--from", request.from, config_name)
-                                                           : file_space.reason;
-    console.print(fmt::format("config:        {}", describe(session.get_source())));
-    console.print(fmt::format("source:        {}, {}", conversion.get_source(), reason));
-    if (!file_space.steps.empty())
-        print_source_steps(file_space, console);
-    for (const workflow::ColorStep& step : request.steps)
-        console.print(fmt::format(
-            "{:<15}{}{}{}", fmt::format("{}:", workflow::get_kind_name(step.kind)),
-            step.is_inverse ? "inverse of " : "", step.name,
-            step.is_grade() ? fmt::format(", in {}, the scene-linear space", conversion.get_working_space())
-                            : ""));
-    if (!request.to.empty() || !request.view.empty())
-        console.print(fmt::format("destination:   {}, {}", conversion.get_destination(),
-                                  explain_destination(request, config_name)));
-    console.print(fmt::format("written as:    {}", conversion.get_destination_tag()));
+void ConvertCommand::explain(const workflow::Session& session, const workflow::Conversion& conversion,
+                             Console& console) const {
+    print_decision("config", describe(session.get_source()), console);
+    for (const auto& [what, answer] : workflow::explain_decision(session, request, conversion, file_space,
+                                                                 {"--from", "--to", "--inverse-view"})) {
+        print_decision(what, answer, console);
+        if (what == "source")
+            print_source_steps(file_space, console);
+    }
 }
 
 } // namespace
 
-std::unique_ptr<Command> make_convert_command(Options& program) {
-    return std::make_unique<ConvertCommand>(program);
-}
+const MakeCommand make_convert_command = make_command<ConvertCommand>;
 
 } // namespace tool

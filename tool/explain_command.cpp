@@ -1,20 +1,15 @@
 #include "tool/command.h"
 
-#include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include <fmt/format.h>
 
 #include "tool/console.h"
 #include "tool/conversion_options.h"
-#include "tool/correction_cells.h"
 #include "tool/json_output.h"
+#include "tool/row_model.h"
 #include "tool/source_space.h"
-#include "tool/text_table.h"
-#include "tool/tool_session.h"
 #include "workflow/conversion.h"
 #include "workflow/correction_text.h"
 #include "workflow/explanation.h"
@@ -23,6 +18,9 @@ namespace tool {
 
 namespace {
 
+using Step = ColorIOEvaluation::Step;
+using Pixel = std::array<float, 4>;
+
 constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
   colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
   colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
@@ -30,95 +28,66 @@ constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
 
 With COLORIO_FAST_PATH=0 in the environment everything is converted by OpenColorIO.)";
 
-using Pixel = std::array<float, 4>;
-
-/// Parses "R,G,B" or "R,G,B,A". Throws UsageError.
-Pixel parse_pixel(const std::string& text) {
-    Pixel pixel = {0, 0, 0, 1};
-    std::size_t count = 0;
-    for (std::string_view rest = text; count < pixel.size(); ++count) {
-        const std::size_t comma = std::min(rest.find(','), rest.size());
-        const std::optional<float> number = workflow::parse_number(rest.substr(0, comma));
-        if (!number)
-            break;
-        pixel[count] = *number;
-        if (comma == rest.size()) {
-            if (count + 1 >= 3)
-                return pixel;
-            break;
-        }
-        rest.remove_prefix(comma + 1);
-    }
-    throw UsageError(fmt::format("invalid --pixel '{}'", text), "examples: 0.18,0.18,0.18 or 1,0.5,0,1");
+/// Operations that are carried out; with the values of the pixel after each of them.
+RowModel<Step> make_step_rows(bool shows_pixel) {
+    constexpr const char* COMPONENTS[] = {"red", "green", "blue", "alpha"};
+    RowModel<Step> rows(RowModel<Step>::NUMBERED_IN_TABLES, 1);
+    for (unsigned int c = 0; shows_pixel && c < 4; ++c)
+        rows.add(COMPONENTS[c], nullptr,
+                 [c](const Step& step) { return workflow::format_number(step.pixel[c]); });
+    rows.add(shows_pixel ? "after the operation" : "operation", "operation",
+             [](const Step& step) { return step.operation.get_data(); });
+    if (shows_pixel)
+        rows.add(nullptr, "pixel", [](const Step& step) {
+            const GMathVec4<float>& pixel = step.pixel;
+            return Cell("", Json(std::vector<Json>{pixel[0], pixel[1], pixel[2], pixel[3]}));
+        });
+    return rows;
 }
 
-Json pixel_to_json(const GMathVec4<float>& pixel) {
-    return Json(std::vector<Json>{pixel[0], pixel[1], pixel[2], pixel[3]});
-}
-
-const char* get_path_name(ColorIOEvaluation::Path path) {
-    switch (path) {
-    case ColorIOEvaluation::PATH_NONE:
-        return "none";
-    case ColorIOEvaluation::PATH_VECTOR:
-        return "vector";
-    case ColorIOEvaluation::PATH_LIBRARY:
-        break;
-    }
-    return "library";
-}
-
-class ExplainCommand : public Command {
+class ExplainCommand : public SessionCommand {
 public:
     explicit ExplainCommand(Options& program);
     ExitCode run(Console& console) override;
 
 private:
     void settle_usage();
+    void print(const workflow::Session& session, const workflow::Conversion& conversion,
+               const std::vector<workflow::ExplainedStage>& parts, Console& console) const;
     void print_part(const workflow::ExplainedStage& part, Console& console) const;
-    void print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const;
+    Json to_json(const workflow::Session& session, const workflow::Conversion& conversion,
+                 const std::vector<workflow::ExplainedStage>& parts) const;
     Json part_to_json(const workflow::ExplainedStage& part) const;
 
-    SessionChoice session_options;
     ConversionChoice request;
     std::string image; ///< Whose color space is the source; empty when it is named.
     workflow::FileSpace file_space;
     SourceSpaceChoice source_choice;
     std::string pixel_text; ///< Empty when no pixel was given.
-    bool as_json = false;
+    Pixel pixel = {};
 };
 
-/// Heading of the operations that are carried out.
-std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
-    const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
-    if (after < before)
-        return fmt::format("simplified from {} to {}:", before, after);
-    for (unsigned int i = 0; i < before; ++i)
-        if (how.operations[i] != how.steps[i].operation)
-            return "simplified to:";
-    return "carried out one by one:";
-}
-
 ExplainCommand::ExplainCommand(Options& program)
-    : Command(program, "explain",
-              "Show the operations of a conversion, and the values of a pixel after each of them", EXAMPLES) {
+    : SessionCommand(program, "explain",
+                     "Show the operations of a conversion, and the values of a pixel after each of them",
+                     EXAMPLES) {
     options.add("source", request.from, "source color space; omit it with --image or --inverse-view");
     options.add("destination", request.to, "color space of the result, unless --view is given");
-    options.add("--image", image, "image that determines the source color space").value("FILE");
+    options.add("--image", image, "image that determines the source color space", "FILE");
     add_view_options(options, request);
     add_inverse_view_option(options, request);
     add_step_options(options, request);
     add_source_space_options(options, source_choice);
-    options.add("--pixel", pixel_text, "pixel to show after each operation").value("R,G,B[,A]");
-    add_session_options(options, session_options);
-    options.add_flag("--json", as_json, "print JSON");
+    options.add("--pixel", pixel_text, "pixel to show after each operation", "R,G,B[,A]");
+    add_session_options();
+    add_json_option();
 }
 
 /// The first color space is the destination where an image or a view is the source.
 void ExplainCommand::settle_usage() {
     const bool has_other_source = !image.empty() || !request.inverse_view.empty();
     if (!image.empty() && !request.inverse_view.empty())
-        throw UsageError("--image and --inverse-view exclude each other");
+        throw UsageError("--image and --inverse-view cannot be combined");
     if (has_other_source && !request.to.empty())
         throw UsageError(fmt::format("two color spaces and {}: the source is given twice",
                                      image.empty() ? "--inverse-view" : "--image"));
@@ -127,51 +96,44 @@ void ExplainCommand::settle_usage() {
     else if (request.from.empty())
         throw UsageError("no source; name a color space, --image or --inverse-view");
     check_conversion(request, "a second color space");
+    if (pixel_text.empty())
+        return;
+    const auto parsed = workflow::parse_color(pixel_text);
+    if (!parsed)
+        throw UsageError(fmt::format("invalid --pixel '{}'", pixel_text),
+                         "examples: 0.18,0.18,0.18 or 1,0.5,0,1");
+    pixel = *parsed;
 }
 
 ExitCode ExplainCommand::run(Console& console) {
     settle_usage();
-    const bool shows_pixel = !pixel_text.empty();
-    const Pixel pixel = shows_pixel ? parse_pixel(pixel_text) : Pixel{};
     const ToolSession session(session_options, console);
     if (!image.empty()) {
-        file_space = find_source_space(session, image, source_choice, console);
+        file_space = workflow::find_file_space(session, image);
+        report_source_space(image, file_space, source_choice, console);
         request.from = file_space.color_space;
     }
     const workflow::Conversion conversion(session, request);
     console.report(conversion.get_notes());
     const std::vector<workflow::ExplainedStage> parts = workflow::explain_conversion(conversion, pixel);
-    if (as_json) {
-        Json list = Json::array();
-        for (const workflow::ExplainedStage& part : parts)
-            list.push(part_to_json(part));
-        Json answer = {{"config", to_json(session.get_source())},
-                       {"source", conversion.get_source()},
-                       {"destination", conversion.get_destination()}};
-        if (!image.empty()) {
-            Json steps = Json::array();
-            for (const workflow::FileSpaceStep& step : file_space.steps)
-                steps.push({{"step", step.name}, {"answer", step.answer}});
-            answer.set("source_reason", file_space.reason);
-            answer.set("source_assumed", file_space.is_assumed);
-            answer.set("source_steps", steps);
-        }
-        if (shows_pixel)
-            answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
-        answer.set("parts", list);
-        console.print_text(Json(answer).format());
-        return EXIT_CODE_DONE;
-    }
-    console.print(fmt::format("config:        {}", describe(session.get_source())));
-    console.print(fmt::format("source:        {}", conversion.get_source()));
-    if (source_choice.explains && !file_space.steps.empty())
+    if (as_json)
+        console.print_text(to_json(session, conversion, parts).format());
+    else
+        print(session, conversion, parts, console);
+    return EXIT_CODE_DONE;
+}
+
+void ExplainCommand::print(const workflow::Session& session, const workflow::Conversion& conversion,
+                           const std::vector<workflow::ExplainedStage>& parts, Console& console) const {
+    print_decision("config", describe(session.get_source()), console);
+    print_decision("source", conversion.get_source(), console);
+    if (source_choice.explains)
         print_source_steps(file_space, console);
-    console.print(fmt::format("destination:   {}", conversion.get_destination()));
+    print_decision("destination", conversion.get_destination(), console);
     if (parts.empty())
         console.print("Source and destination are the same: colors are unchanged.");
     for (const workflow::ExplainedStage& part : parts)
         print_part(part, console);
-    return EXIT_CODE_DONE;
 }
 
 void ExplainCommand::print_part(const workflow::ExplainedStage& part, Console& console) const {
@@ -180,56 +142,54 @@ void ExplainCommand::print_part(const workflow::ExplainedStage& part, Console& c
     console.print(workflow::describe_path(part.how));
     if (part.how.operations.get_count() > 0) {
         console.print("");
-        TextTable given({"#", "operation of the config"});
-        for (const CoreString& operation : part.how.operations)
-            given.add_row({std::to_string(given.count_rows() + 1), operation.get_data()});
-        given.print(console);
+        RowModel<CoreString> given(RowModel<CoreString>::NUMBERED_IN_TABLES, 1);
+        given.add("operation of the config", nullptr, &CoreString::get_data);
+        given.make_table(part.how.operations).print(console);
     }
-    if (part.how.steps.get_count() > 0)
-        print_steps(part.how, console);
+    if (part.how.steps.get_count() > 0) {
+        console.print("");
+        console.print(workflow::describe_simplification(part.how));
+        make_step_rows(!pixel_text.empty()).make_table(part.how.steps).print(console);
+    }
 }
 
-void ExplainCommand::print_steps(const ColorIOEvaluation::Explanation& how, Console& console) const {
-    console.print("");
-    console.print(describe_simplification(how));
-    const bool shows_pixel = !pixel_text.empty();
-    TextTable table(
-        shows_pixel ? std::vector<std::string>{"#", "red", "green", "blue", "alpha", "after the operation"}
-                    : std::vector<std::string>{"#", "operation"});
-    for (const ColorIOEvaluation::Step& step : how.steps) {
-        std::vector<std::string> cells{std::to_string(table.count_rows() + 1)};
-        for (unsigned int c = 0; shows_pixel && c < 4; ++c)
-            cells.push_back(workflow::format_number(step.pixel[c]));
-        cells.push_back(step.operation.get_data());
-        table.add_row(std::move(cells));
+Json ExplainCommand::to_json(const workflow::Session& session, const workflow::Conversion& conversion,
+                             const std::vector<workflow::ExplainedStage>& parts) const {
+    Json answer = {{"config", tool::to_json(session.get_source())},
+                   {"source", conversion.get_source()},
+                   {"destination", conversion.get_destination()}};
+    if (!image.empty()) {
+        RowModel<workflow::FileSpaceStep> steps;
+        steps.add(nullptr, "step", &workflow::FileSpaceStep::name)
+            .add(nullptr, "answer", &workflow::FileSpaceStep::answer);
+        answer.set("source_reason", file_space.reason);
+        answer.set("source_assumed", file_space.is_assumed);
+        answer.set("source_steps", steps.make_array(file_space.steps));
     }
-    table.print(console);
+    if (!pixel_text.empty())
+        answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));
+    Json list = Json::array();
+    for (const workflow::ExplainedStage& part : parts)
+        list.push(part_to_json(part));
+    return answer.set("parts", list);
 }
 
 Json ExplainCommand::part_to_json(const workflow::ExplainedStage& part) const {
-    Json operations = Json::array(), steps = operations;
+    Json operations = Json::array();
     for (const CoreString& operation : part.how.operations)
         operations.push(operation.get_data());
-    for (const ColorIOEvaluation::Step& step : part.how.steps) {
-        Json item = {{"operation", step.operation.get_data()}};
-        if (!pixel_text.empty())
-            item.set("pixel", pixel_to_json(step.pixel));
-        steps.push(item);
-    }
-    Json answer = {
-        {"title", part.title}, {"operations", std::move(operations)}, {"path", get_path_name(part.how.path)}};
+    Json answer = {{"title", part.title},
+                   {"operations", std::move(operations)},
+                   {"path", workflow::get_path_name(part.how.path)}};
     if (part.how.path == ColorIOEvaluation::PATH_LIBRARY)
         answer.set("reason", part.how.reason.get_data());
     if (part.how.path == ColorIOEvaluation::PATH_VECTOR)
         answer.set("vector_target", part.how.vector_target.get_data());
-    answer.set("steps", steps);
-    return answer;
+    return answer.set("steps", make_step_rows(!pixel_text.empty()).make_array(part.how.steps));
 }
 
 } // namespace
 
-std::unique_ptr<Command> make_explain_command(Options& program) {
-    return std::make_unique<ExplainCommand>(program);
-}
+const MakeCommand make_explain_command = make_command<ExplainCommand>;
 
 } // namespace tool

@@ -3,7 +3,6 @@
 #include "tool/command.h"
 #include "tool/formats_change.h"
 #include "tool/option_hints.h"
-#include "tool/tool_session.h"
 #include "workflow/format_associations.h"
 
 namespace tool {
@@ -13,15 +12,15 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio formats add Camera --extensions dng,cr2 --space linear
   colorio formats add Scan --extensions dpx --space Cineon)";
 
-class FormatsAddCommand : public Command {
+class FormatsAddCommand : public SessionCommand {
 public:
     explicit FormatsAddCommand(Options& program)
-        : Command(program, "add", "Add a format with its extensions and color space", EXAMPLES) {
+        : SessionCommand(program, "add", "Add a format with its extensions and color space", EXAMPLES) {
         options.add("category", category, "name of the format").required();
-        options.add("--extensions", extensions, "file extensions, comma-separated").value("LIST").required();
+        options.add("--extensions", extensions, "file extensions, comma-separated", "LIST").required();
         options.add("--space", color_space, "color space of files of this format").required();
-        add_config_option(options, session_options);
-        add_preference_options(options, session_options);
+        add_config_option();
+        add_preference_options();
     }
 
     ExitCode run(Console& console) override {
@@ -35,7 +34,6 @@ public:
     }
 
 private:
-    SessionChoice session_options;
     std::string category;
     std::string extensions;
     std::string color_space;
@@ -43,8 +41,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> make_formats_add_command(Options& program) {
-    return std::make_unique<FormatsAddCommand>(program);
-}
+const MakeCommand make_formats_add_command = make_command<FormatsAddCommand>;
 
 } // namespace tool

@@ -4,21 +4,34 @@
 
 #include "tool/console.h"
 #include "tool/report_command.h"
-#include "tool/text_table.h"
+#include "tool/row_model.h"
 #include "workflow/format_associations.h"
 
 namespace tool {
 
 namespace {
 
+using workflow::FormatAssociation;
+
 constexpr char EXAMPLES[] = R"(  colorio formats list
   colorio formats list --json --config show.ocio)";
+
+RowModel<FormatAssociation> make_rows() {
+    RowModel<FormatAssociation> rows(RowModel<FormatAssociation>::NUMBERED);
+    return rows.add("category", "category", &FormatAssociation::category)
+        .add("extensions", "extensions", &FormatAssociation::extensions)
+        .add("color space", "color_space", &FormatAssociation::color_space)
+        .add("", "known", [](const FormatAssociation& association) {
+            const bool is_known = workflow::has_color_space(association);
+            return Cell(is_known ? "" : "unknown", is_known);
+        });
+}
 
 class FormatsListCommand : public ReportCommand {
 public:
     explicit FormatsListCommand(Options& program)
         : ReportCommand(program, "list", "List the formats and their color spaces", EXAMPLES) {
-        add_session_options(options, session_options);
+        add_session_options();
         add_json_option();
     }
 
@@ -31,30 +44,17 @@ private:
     void print(const workflow::Session&, Console& console) const override {
         console.print(fmt::format("From {}.", workflow::describe_association_source()));
         console.print("");
-        TextTable table({"#", "category", "extensions", "color space", ""});
-        for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-            table.add_row({std::to_string(table.count_rows()), association.category,
-                           join(association.extensions), association.color_space,
-                           workflow::has_color_space(association) ? "" : "unknown"});
-        table.print(console);
+        make_rows().make_table(workflow::get_format_associations()).print(console);
     }
 
     Json to_json(const workflow::Session&) const override {
-        Json list = Json::array();
-        for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-            list.push({{"position", list.size()},
-                       {"category", association.category},
-                       {"extensions", association.extensions},
-                       {"color_space", association.color_space},
-                       {"known", workflow::has_color_space(association)}});
-        return {{"source", workflow::uses_mapping_file() ? "file" : "builtin"}, {"formats", list}};
+        return {{"source", workflow::uses_mapping_file() ? "file" : "builtin"},
+                {"formats", make_rows().make_array(workflow::get_format_associations())}};
     }
 };
 
 } // namespace
 
-std::unique_ptr<Command> make_formats_list_command(Options& program) {
-    return std::make_unique<FormatsListCommand>(program);
-}
+const MakeCommand make_formats_list_command = make_command<FormatsListCommand>;
 
 } // namespace tool

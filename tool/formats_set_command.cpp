@@ -1,10 +1,7 @@
 #include <string>
 
-#include <fmt/format.h>
-
 #include "tool/command.h"
 #include "tool/formats_change.h"
-#include "tool/tool_session.h"
 #include "workflow/format_associations.h"
 
 namespace tool {
@@ -15,25 +12,20 @@ constexpr char EXAMPLES[] = R"(  colorio formats set Targa --space linear
   colorio formats set Jpeg --extensions jpg,jpeg,jfif
   colorio formats set default --space ACEScg --config aces.ocio)";
 
-class FormatsSetCommand : public Command {
+class FormatsSetCommand : public SessionCommand {
 public:
     explicit FormatsSetCommand(Options& program)
-        : Command(program, "set", "Change the color space or extensions of a format", EXAMPLES) {
+        : SessionCommand(program, "set", "Change the color space or extensions of a format", EXAMPLES) {
         options.add("category", category, "format to change, as listed by 'colorio formats'").required();
         options.add("--space", color_space, "color space of files of this format");
-        options.add("--extensions", extensions, "new list of file extensions, comma-separated").value("LIST");
-        add_config_option(options, session_options);
-        add_preference_options(options, session_options);
+        options.add("--extensions", extensions, "new list of file extensions, comma-separated", "LIST");
+        add_config_option();
+        add_preference_options();
     }
 
     ExitCode run(Console& console) override {
         if (color_space.empty() && extensions.empty())
             throw UsageError("nothing to change: --space or --extensions is required");
-        if (!extensions.empty() && workflow::is_fallback_category(category))
-            throw UsageError(
-                fmt::format("cannot change the extensions of '{}': it applies to files of all other "
-                            "formats",
-                            category));
         ToolSession session(session_options, console, workflow::PreferenceUse::CHANGE);
         workflow::change_format(session, category, extensions, color_space);
         finish_format_change(session, category, console);
@@ -41,7 +33,6 @@ public:
     }
 
 private:
-    SessionChoice session_options;
     std::string category;
     std::string color_space;
     std::string extensions;
@@ -49,8 +40,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> make_formats_set_command(Options& program) {
-    return std::make_unique<FormatsSetCommand>(program);
-}
+const MakeCommand make_formats_set_command = make_command<FormatsSetCommand>;
 
 } // namespace tool

@@ -23,7 +23,7 @@ public:
                         "Show the current equivalent of a color space name saved by an earlier version",
                         EXAMPLES) {
         options.add("name", name, "saved name of a color space").required();
-        add_session_options(options, session_options);
+        add_session_options();
         add_json_option();
     }
 
@@ -52,8 +52,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> make_legacy_command(Options& program) {
-    return std::make_unique<LegacyCommand>(program);
-}
+const MakeCommand make_legacy_command = make_command<LegacyCommand>;
 
 } // namespace tool

@@ -9,8 +9,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "files/interrupt_cleanup.h"
 #include "image/reader_server.h"
-#include "tool/interrupt_cleanup.h"
 #include "tool/program.h"
 
 namespace {
@@ -26,7 +26,7 @@ void fill_standard_descriptors() {
 }
 
 /// A failure is only a warning: the tool works without the cleanup.
-void watch_for_interrupts(std::optional<tool::InterruptCleanup>& cleanup) {
+void watch_for_interrupts(std::optional<files::InterruptCleanup>& cleanup) {
     try {
         cleanup.emplace();
     } catch (const std::exception& error) {
@@ -36,7 +36,7 @@ void watch_for_interrupts(std::optional<tool::InterruptCleanup>& cleanup) {
 }
 
 int run_program(int count, char* arguments[]) {
-    std::optional<tool::InterruptCleanup> cleanup;
+    std::optional<files::InterruptCleanup> cleanup;
     watch_for_interrupts(cleanup);
     return tool::run({arguments + 1, arguments + count}, std::cout, std::cerr, tool::detect_console_traits());
 }

@@ -16,7 +16,15 @@ diagnostics::Diagnostic describe_with_options(const diagnostics::Failure& failur
         return add_config_hint(std::move(worst), config->get_source());
     if (dynamic_cast<const workflow::NoHomeFailure*>(&failure))
         worst.hint += ", or use --prefs";
-    return worst;
+    if (worst.code == diagnostics::Code::DISPLAY_MISSING)
+        worst.hint = "use --screenshot, which needs no display";
+    return name_source_option(std::move(worst));
+}
+
+diagnostics::Diagnostic name_source_option(diagnostics::Diagnostic report) {
+    if (report.code == diagnostics::Code::COLOR_SPACE_ASSUMED && !report.hint.empty())
+        report.hint += " with --from";
+    return report;
 }
 
 } // namespace tool

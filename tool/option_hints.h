@@ -18,6 +18,9 @@ diagnostics::Diagnostic add_config_hint(diagnostics::Diagnostic error, const wor
 /// The worst diagnostic of a failure, with the options that help.
 diagnostics::Diagnostic describe_with_options(const diagnostics::Failure& failure);
 
+/// A report on the color space of an image, with the option that names it in its hint.
+diagnostics::Diagnostic name_source_option(diagnostics::Diagnostic report);
+
 /// Calls `action`, and adds the hint to a failure with that code which has none.
 template <class Action>
 void hint_at(diagnostics::Code code, const std::string& hint, const Action& action) {

@@ -148,11 +148,6 @@ std::string describe(const CLI::ParseError& error, const CLI::App& program) {
 
 } // namespace
 
-const Option& Option::value(const std::string& name) const {
-    option->option_text(name);
-    return *this;
-}
-
 const Option& Option::required() const {
     option->required();
     return *this;
@@ -212,24 +207,16 @@ Options::Options(CLI::App* command) : app(command) {}
 Options::~Options() = default;
 Options::Options(Options&&) noexcept = default;
 
-Option Options::add(const std::string& name, std::string& value, const std::string& help) {
-    return Option(app->add_option(name, value, help));
-}
-
-Option Options::add(const std::string& name, int& value, const std::string& help) {
-    return Option(add_check(app->add_option(name, value, help), "expected a whole number", parse_as<int>));
-}
-
-Option Options::add(const std::string& name, float& value, const std::string& help) {
-    return Option(add_check(app->add_option(name, value, help), "expected a number", parse_as<float>));
-}
-
-Option Options::add(const std::string& name, double& value, const std::string& help) {
-    return Option(add_check(app->add_option(name, value, help), "expected a number", parse_as<double>));
-}
-
-Option Options::add(const std::string& name, std::vector<std::string>& values, const std::string& help) {
-    return Option(app->add_option(name, values, help));
+Option Options::add(const std::string& name, Target target, const std::string& help,
+                    const std::string& value_name) {
+    CLI::Option* const option =
+        std::visit([&](auto* value) { return app->add_option(name, *value, help); }, target);
+    option->option_text(value_name);
+    if (std::holds_alternative<int*>(target) || std::holds_alternative<std::optional<int>*>(target))
+        add_check(option, "expected a whole number", parse_as<int>);
+    else if (std::holds_alternative<float*>(target) || std::holds_alternative<double*>(target))
+        add_check(option, "expected a number", workflow::parse_number);
+    return Option(option);
 }
 
 Option Options::add_flag(const std::string& name, bool& value, const std::string& help) {

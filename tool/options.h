@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace CLI {
@@ -18,8 +19,6 @@ class Option {
 public:
     explicit Option(CLI::Option* option) : option(option) {}
 
-    /// What the help shows for the value: "FILE". Default: "N" for numbers, else "NAME".
-    const Option& value(const std::string& name) const;
     const Option& required() const;
     const Option& needs(const Option& other) const;
     const Option& excludes(const Option& other) const;
@@ -38,7 +37,7 @@ private:
 /// An option whose place among others on the command line matters.
 struct OrderedOption {
     std::string name;
-    std::string value; ///< As in Option::value; empty for a flag.
+    std::string value; ///< Its name in the help; empty for a flag.
     std::string help;
 };
 
@@ -59,11 +58,12 @@ public:
     Options(Options&&) noexcept;
     Options& operator=(Options&&) = delete;
 
-    Option add(const std::string& name, std::string& value, const std::string& help);
-    Option add(const std::string& name, int& value, const std::string& help);
-    Option add(const std::string& name, float& value, const std::string& help);
-    Option add(const std::string& name, double& value, const std::string& help);
-    Option add(const std::string& name, std::vector<std::string>& values, const std::string& help);
+    /// `value_name` is what the help shows for the value: "FILE"; by default "N" for numbers, else "NAME".
+    template <class Value>
+    Option add(const std::string& name, Value& value, const std::string& help,
+               const std::string& value_name = "") {
+        return add(name, Target(&value), help, value_name);
+    }
     Option add_flag(const std::string& name, bool& value, const std::string& help);
     /// Options that may be given repeatedly; `values` gets their uses in the order of the command line.
     void add_ordered(const std::vector<OrderedOption>& declared, std::vector<OrderedValue>& values);
@@ -86,7 +86,12 @@ public:
     std::optional<std::string> parse(const std::vector<std::string>& arguments);
 
 private:
+    using Target =
+        std::variant<std::string*, int*, std::optional<int>*, float*, double*, std::vector<std::string>*>;
+
     explicit Options(CLI::App* command);
+    Option add(const std::string& name, Target target, const std::string& help,
+               const std::string& value_name);
 
     std::unique_ptr<CLI::App> program; ///< Null for a command, which belongs to its program.
     CLI::App* app;

@@ -28,8 +28,6 @@ public:
 
 } // namespace
 
-std::unique_ptr<Command> make_prefs_path_command(Options& program) {
-    return std::make_unique<PrefsPathCommand>(program);
-}
+const MakeCommand make_prefs_path_command = make_command<PrefsPathCommand>;
 
 } // namespace tool

@@ -6,7 +6,6 @@
 
 #include "standalone/standalone_app.h"
 #include "tool/console.h"
-#include "tool/tool_session.h"
 #include "workflow/preference_values.h"
 
 namespace tool {
@@ -20,13 +19,13 @@ constexpr char EXAMPLES[] = R"(  colorio prefs set color_space_file_path show.oc
 Paths are stored as absolute ones. A config and a mapping file are used from then on; an empty path ("") removes
 them. 'colorio prefs show' lists all keys.)";
 
-class PrefsSetCommand : public Command {
+class PrefsSetCommand : public SessionCommand {
 public:
-    explicit PrefsSetCommand(Options& program) : Command(program, "set", "Change a preference", EXAMPLES) {
+    explicit PrefsSetCommand(Options& program)
+        : SessionCommand(program, "set", "Change a preference", EXAMPLES) {
         options.add("key", key, "preference to change").required();
         options.add("value", value, "new value: yes or no, a path or a name").required();
-        add_preference_options(options, session_options);
-        session_options.builtin_only = true;
+        add_preference_options();
     }
 
     ExitCode run(Console& console) override {
@@ -43,15 +42,12 @@ public:
     }
 
 private:
-    SessionChoice session_options;
     std::string key;
     std::string value;
 };
 
 } // namespace
 
-std::unique_ptr<Command> make_prefs_set_command(Options& program) {
-    return std::make_unique<PrefsSetCommand>(program);
-}
+const MakeCommand make_prefs_set_command = make_command<PrefsSetCommand>;
 
 } // namespace tool

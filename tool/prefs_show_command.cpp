@@ -5,9 +5,8 @@
 #include <fmt/format.h>
 
 #include "tool/console.h"
-#include "tool/correction_cells.h"
+#include "tool/published_rows.h"
 #include "tool/report_command.h"
-#include "tool/text_table.h"
 #include "workflow/custom_spaces.h"
 #include "workflow/format_associations.h"
 #include "workflow/preference_values.h"
@@ -16,23 +15,31 @@ namespace tool {
 
 namespace {
 
+using workflow::FormatAssociation;
+using workflow::PreferenceValue;
+using Space = ColorIOManager::ColorSpaceDef;
+
 constexpr char EXAMPLES[] = R"(  colorio prefs show
   colorio prefs show --json --prefs show.yaml)";
 
-class PrefsShowCommand : public ReportCommand {
-public:
-    explicit PrefsShowCommand(Options& program)
-        : ReportCommand(program, "show", "Show the contents of the preferences file", EXAMPLES,
-                        workflow::PreferenceUse::SHOW) {
-        add_preference_reading_options(options, session_options);
-        add_json_option();
-        session_options.builtin_only = true;
-    }
+RowModel<PreferenceValue> make_value_rows() {
+    RowModel<PreferenceValue> rows;
+    return rows.add("preference", nullptr, &PreferenceValue::name)
+        .add("value", nullptr, workflow::format_preference);
+}
 
-private:
-    void print(const workflow::Session& session, Console& console) const override;
-    Json to_json(const workflow::Session& session) const override;
-};
+RowModel<FormatAssociation> make_format_rows() {
+    RowModel<FormatAssociation> rows;
+    return rows.add("category", "category", &FormatAssociation::category)
+        .add("extensions", "extensions", &FormatAssociation::extensions)
+        .add("color space", "color_space", &FormatAssociation::color_space);
+}
+
+RowModel<Space> make_custom_rows() {
+    RowModel<Space> rows;
+    return rows.add("color space", "name", [](const Space& space) { return space.name.get_data(); })
+        .add("made of", "made_of", workflow::describe_origin);
+}
 
 bool exists(const std::string& path) {
     std::error_code error;
@@ -46,53 +53,45 @@ std::string describe_file(const std::string& path) {
                         : fmt::format("{} does not exist; showing the defaults.", path);
 }
 
-void PrefsShowCommand::print(const workflow::Session& session, Console& console) const {
-    const workflow::UserPreferences& preferences = session.get_preferences();
-    console.print(describe_file(preferences.get_path()));
-    console.print("");
-    TextTable values({"preference", "value"});
-    for (const workflow::PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
-        values.add_row({preference.name, workflow::format_preference(preference)});
-    values.print(console);
-    console.print("");
-    TextTable formats({"category", "extensions", "color space"});
-    for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-        formats.add_row({association.category, join(association.extensions), association.color_space});
-    formats.print(console);
-    console.print("");
-    TextTable spaces({"color space", "made of"});
-    for (const auto& space : workflow::get_custom_spaces())
-        spaces.add_row({space.name.get_data(), workflow::describe_origin(space)});
-    spaces.print(console);
-    console.print("");
-    print_cdls(console);
-}
+class PrefsShowCommand : public ReportCommand {
+public:
+    explicit PrefsShowCommand(Options& program)
+        : ReportCommand(program, "show", "Show the contents of the preferences file", EXAMPLES,
+                        workflow::PreferenceUse::SHOW) {
+        add_preference_reading_options();
+        add_json_option();
+    }
 
-Json PrefsShowCommand::to_json(const workflow::Session& session) const {
-    const workflow::UserPreferences& preferences = session.get_preferences();
-    Json values = Json::object();
-    for (const workflow::PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
-        std::visit([&](const auto& value) { values.set(preference.name, value); }, preference.value);
-    Json formats = Json::array();
-    for (const workflow::FormatAssociation& association : workflow::get_format_associations())
-        formats.push({{"category", association.category},
-                      {"extensions", association.extensions},
-                      {"color_space", association.color_space}});
-    Json spaces = Json::array();
-    for (const auto& space : workflow::get_custom_spaces())
-        spaces.push({{"name", space.name.view()}, {"made_of", workflow::describe_origin(space)}});
-    return {{"path", preferences.get_path()},
-            {"exists", exists(preferences.get_path())},
-            {"preferences", values},
-            {"formats", formats},
-            {"spaces", spaces},
-            {"cdls", cdls_to_json()}};
-}
+private:
+    void print(const workflow::Session& session, Console& console) const override {
+        const workflow::UserPreferences& preferences = session.get_preferences();
+        console.print(describe_file(preferences.get_path()));
+        for (const TextTable& table :
+             {make_value_rows().make_table(workflow::get_preference_values(preferences.get_app())),
+              make_format_rows().make_table(workflow::get_format_associations()),
+              make_custom_rows().make_table(workflow::get_custom_spaces()),
+              make_cdl_rows().make_table(workflow::get_published_cdls())}) {
+            console.print("");
+            table.print(console);
+        }
+    }
+
+    Json to_json(const workflow::Session& session) const override {
+        const workflow::UserPreferences& preferences = session.get_preferences();
+        Json values = Json::object();
+        for (const PreferenceValue& preference : workflow::get_preference_values(preferences.get_app()))
+            std::visit([&](const auto& value) { values.set(preference.name, value); }, preference.value);
+        return {{"path", preferences.get_path()},
+                {"exists", exists(preferences.get_path())},
+                {"preferences", values},
+                {"formats", make_format_rows().make_array(workflow::get_format_associations())},
+                {"spaces", make_custom_rows().make_array(workflow::get_custom_spaces())},
+                {"cdls", make_cdl_rows().make_array(workflow::get_published_cdls())}};
+    }
+};
 
 } // namespace
 
-std::unique_ptr<Command> make_prefs_show_command(Options& program) {
-    return std::make_unique<PrefsShowCommand>(program);
-}
+const MakeCommand make_prefs_show_command = make_command<PrefsShowCommand>;
 
 } // namespace tool

@@ -6,36 +6,14 @@
 
 #include "tool/console.h"
 #include "tool/json_output.h"
-#include "tool/layer_options.h"
 #include "workflow/frame_range.h"
+#include "workflow/sequence_text.h"
 
 namespace tool {
 
 namespace {
 
 using workflow::ImageOutcome;
-
-constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
-
-std::string describe_speed(std::uint64_t pixels, double seconds) {
-    const double megapixels = static_cast<double>(pixels) / PIXELS_PER_MEGAPIXEL;
-    return fmt::format("{:.2f} Mpixel in {:.3f} s, {:.1f} Mpixel/s", megapixels, seconds,
-                       seconds > 0.0 ? megapixels / seconds : 0.0);
-}
-
-const char* get_status_name(ImageOutcome::Status status) {
-    switch (status) {
-    case ImageOutcome::CONVERTED:
-        return "converted";
-    case ImageOutcome::UP_TO_DATE:
-        return "up-to-date";
-    case ImageOutcome::PLANNED:
-        return "planned";
-    case ImageOutcome::FAILED:
-        break;
-    }
-    return "failed";
-}
 
 ProgressBar::Step get_step(ImageOutcome::Status status) {
     return status == ImageOutcome::CONVERTED ? ProgressBar::Step::CONVERTED
@@ -51,7 +29,7 @@ Json make_line(const workflow::ImageJob& job, const char* status) {
 }
 
 Json make_line(const ImageOutcome& outcome) {
-    Json line = make_line(outcome.job, get_status_name(outcome.status));
+    Json line = make_line(outcome.job, get_name(outcome.status));
     line.set("reason", outcome.reason);
     std::vector<std::string> notes;
     for (const diagnostics::Diagnostic& note : outcome.image.notes)
@@ -67,13 +45,6 @@ Json make_line(const ImageOutcome& outcome) {
     if (outcome.error)
         line.set("error", to_json(*outcome.error));
     return line;
-}
-
-/// What a plan does with an image.
-std::string describe_plan(const ImageOutcome& outcome) {
-    if (outcome.status == ImageOutcome::UP_TO_DATE)
-        return "up to date";
-    return outcome.reason.empty() ? "would convert" : fmt::format("would convert ({})", outcome.reason);
 }
 
 } // namespace
@@ -121,32 +92,11 @@ ExitCode SequenceOutput::finish(const workflow::SequenceReport& report) {
 
 void SequenceOutput::print_summary(const workflow::SequenceReport& report) const {
     if (choice.only_plans)
-        print_plan();
-    else if (found.is_sequence)
-        print_sequence(report);
-    else
-        print_image(report);
-}
-
-void SequenceOutput::print_image(const workflow::SequenceReport& report) const {
-    if (report.up_to_date > 0)
-        console.print(fmt::format("{}: {}, up to date", output, what));
-    else if (report.converted > 0)
-        console.print(fmt::format(
-            "{}: {}, {} x {} {}, {}{}", output, what, last_image.width, last_image.height, last_image.depth,
-            describe_speed(report.pixels, report.seconds), describe_layers(report.layers)));
-}
-
-void SequenceOutput::print_sequence(const workflow::SequenceReport& report) const {
-    std::string text = fmt::format("{}: {}, {} frames converted", output, what, report.converted);
-    if (report.up_to_date > 0)
-        text += fmt::format(", {} up to date", report.up_to_date);
-    if (report.failed > 0)
-        text += fmt::format(", {} failed", report.failed);
-    if (!found.missing.empty())
-        text += fmt::format(", {} missing", found.missing.size());
-    console.print(fmt::format("{}, {}{}", text, describe_speed(report.pixels, report.seconds),
-                              describe_layers(report.layers)));
+        return print_plan();
+    const std::string summary =
+        found.is_sequence ? summarize_sequence(report, found) : summarize_image(report, last_image);
+    if (!summary.empty())
+        console.print(fmt::format("{}: {}, {}", output, what, summary));
 }
 
 void SequenceOutput::print_plan() const {

@@ -30,8 +30,6 @@ public:
 private:
     void add(const workflow::ImageOutcome& outcome);
     void print_summary(const workflow::SequenceReport& report) const;
-    void print_image(const workflow::SequenceReport& report) const;
-    void print_sequence(const workflow::SequenceReport& report) const;
     void print_plan() const;
     void print_json_summary(const workflow::SequenceReport& report) const;
     void report_failures(const workflow::SequenceReport& report) const;

@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <fmt/format.h>
+
 namespace workflow {
 
 namespace {
@@ -18,6 +20,10 @@ float get_difference(float expected, float actual, bool& is_comparable) {
 }
 
 } // namespace
+
+std::string format_color(const float (&rgb)[3]) {
+    return fmt::format("{:.5g} {:.5g} {:.5g}", rgb[0], rgb[1], rgb[2]);
+}
 
 ColorDifference compare_colors(const std::string& colors, const std::vector<float>& inputs,
                                const std::vector<float>& expected, const std::vector<float>& actual,

@@ -21,6 +21,10 @@ struct ColorDifference {
 
 /// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared. `differences`
 /// receives the absolute difference of every component, alpha 1, if it is not null.
+/// "0.18 0.18 0.18", with five digits.
+std::string format_color(const float (&rgb)[3]);
+
+/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared.
 ColorDifference compare_colors(const std::string& colors, const std::vector<float>& inputs,
                                const std::vector<float>& expected, const std::vector<float>& actual,
                                std::vector<float>* differences = nullptr);

@@ -23,6 +23,11 @@ struct CheckFailure {
     std::string path;
 };
 
+/// "color space", "view" and so on.
+const char* get_name(CheckFailure::Subject subject);
+/// "view 'sRGB.Film', through the view transform 'film': no LUT 'film.cube'; ..." in one line.
+std::string describe(const CheckFailure& failure);
+
 /// Result of trying every conversion of a config.
 struct CheckReport {
     std::string scene_linear; ///< Label of the color space that all others were tried with.
@@ -40,6 +45,18 @@ struct CheckReport {
     /// view that needs one of them is in `failures`.
     std::vector<CheckFailure> notes;
 };
+
+/// One of the numbers of a report.
+struct CheckCount {
+    const char* name; ///< "spaces_tried".
+    unsigned int CheckReport::*count;
+};
+/// All numbers of a report.
+const std::vector<CheckCount>& get_check_counts();
+
+/// What was tried and how many failures there are, in lines for people: "Views: 5 with a view transform, 2
+/// with looks.".
+std::vector<std::string> summarize(const CheckReport& report);
 
 /// Configures the conversions of the active config: every color space to scene-linear and back, scene-linear
 /// to every view, and named transforms, inactive color spaces, looks and view transforms. Needs an open

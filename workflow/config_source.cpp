@@ -14,6 +14,20 @@ std::string ConfigSource::get_name() const {
     return is_in_library(path) ? path : std::filesystem::path(path).filename().string();
 }
 
+const char* ConfigSource::get_kind_name() const {
+    switch (kind) {
+    case FILE:
+        return "file";
+    case ENVIRONMENT:
+        return "environment";
+    case PREFERENCES:
+        return "preferences";
+    case BUILTIN:
+        break;
+    }
+    return "builtin";
+}
+
 bool is_in_library(const std::string& path) {
     return path.rfind("ocio://", 0) == 0;
 }

@@ -15,6 +15,8 @@ struct ConfigSource {
 
     /// True when the session has to pass the path to the module, which reads $OCIO itself.
     bool is_file() const { return kind == FILE || kind == PREFERENCES; }
+    /// "builtin", "file", "environment" or "preferences".
+    const char* get_kind_name() const;
     /// For messages: "aces.ocio", or "the built-in config".
     std::string get_name() const;
 };

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -65,6 +66,12 @@ std::string format_triple(const float (&values)[3]) {
     return fmt::format("{} {} {}", values[0], values[1], values[2]);
 }
 
+std::string format_numbers(const Correction& correction) {
+    return fmt::format("slope {}, offset {}, power {}, saturation {}", format_triple(correction.slope),
+                       format_triple(correction.offset), format_triple(correction.power),
+                       correction.saturation);
+}
+
 Correction parse_numbers(const std::string& text) {
     const std::vector<std::string_view> parts = split(text, '/');
     if (parts.size() != 4)
@@ -88,6 +95,35 @@ Correction parse_named_numbers(const std::string& text) {
     Correction correction = parse_numbers(text.substr(sign + 1));
     correction.id = text.substr(0, sign);
     return correction;
+}
+
+std::vector<Correction> parse_named_numbers(const std::vector<std::string>& texts) {
+    const std::string reserved = ColorIOManager::s_default_CDL_name.get_data();
+    std::vector<Correction> corrections;
+    std::set<std::string> names;
+    for (const std::string& text : texts) {
+        const Correction& correction = corrections.emplace_back(parse_named_numbers(text));
+        if (!names.insert(correction.id).second)
+            fail(Code::USAGE, fmt::format("the list of color corrections names '{}' twice", correction.id));
+        if (correction.id == reserved)
+            fail(Code::USAGE,
+                 fmt::format("'{}' is reserved for no color correction and cannot be written", reserved));
+    }
+    return corrections;
+}
+
+std::optional<std::array<float, 4>> parse_color(const std::string& text) {
+    std::array<float, 4> color = {0, 0, 0, 1};
+    const std::vector<std::string_view> parts = split(text, ',');
+    if (parts.size() < 3 || parts.size() > color.size())
+        return std::nullopt;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const std::optional<float> number = parse_number(parts[i]);
+        if (!number)
+            return std::nullopt;
+        color[i] = *number;
+    }
+    return color;
 }
 
 } // namespace workflow

@@ -14,6 +14,7 @@
 #include "files/input_file.h"
 #include "host/sys/sys_filesystem.h"
 #include "workflow/correction_file.h"
+#include "workflow/correction_text.h"
 #include "workflow/custom_spaces.h"
 #include "workflow/nearest_names.h"
 
@@ -127,6 +128,21 @@ void remove_record(const std::string& name) {
     ColorIOManager::get_instance()->set_tavelion_config(left);
 }
 
+/// Throws diagnostics::Failure for anything but the numbers of the allocation.
+void take_range(const CustomSpaceRequest& request, ColorSpaceDef& record) {
+    record.allocation_vars[1] = 1.0f;
+    const std::size_t most = request.allocation == "lg2" ? 3 : 2;
+    if (!request.range.empty() && (request.range.size() < 2 || request.range.size() > most))
+        fail(Code::USAGE, fmt::format("the range takes {} numbers for {}", most == 2 ? "2" : "2 or 3",
+                                      request.allocation));
+    for (std::size_t i = 0; i < request.range.size(); ++i) {
+        const std::optional<float> number = parse_number(request.range[i]);
+        if (!number)
+            fail(Code::USAGE, fmt::format("'{}' is not a number", request.range[i]));
+        record.allocation_vars[i] = *number;
+    }
+}
+
 } // namespace
 
 ColorSpaceDef make_custom_space(const CustomSpaceRequest& request) {
@@ -145,9 +161,7 @@ ColorSpaceDef make_custom_space(const CustomSpaceRequest& request) {
         take_cdl(request.cdl, record);
     record.bit_depth = parse_depth(request.depth);
     record.allocation = parse_allocation(request.allocation);
-    record.allocation_vars[1] = 1.0f;
-    std::copy_n(request.range.begin(), std::min(request.range.size(), std::size(record.allocation_vars)),
-                record.allocation_vars);
+    take_range(request, record);
     return record;
 }
 

@@ -20,11 +20,12 @@ struct CustomSpaceRequest {
     std::string cdl;                    ///< FILE or FILE:ID of a color correction before it; may be empty.
     std::string depth = "32f";          ///< One of get_depth_names().
     std::string allocation = "uniform"; ///< Or "lg2".
-    std::vector<float> range;           ///< Of the allocation; empty for 0 to 1.
+    /// Numbers of the allocation: minimum and maximum, for "lg2" also an offset; empty for 0 to 1.
+    std::vector<std::string> range;
 };
 
-/// The record of a custom color space. Throws diagnostics::Failure for an invalid name, and for files that
-/// are missing or that the module cannot use.
+/// The record of a custom color space. Throws diagnostics::Failure for an invalid name or range, and for
+/// files that are missing or that the module cannot use.
 ColorIOManager::ColorSpaceDef make_custom_space(const CustomSpaceRequest& request);
 
 /// The record of a custom CDL that refers to a color correction, given as FILE or FILE:ID. Where the module

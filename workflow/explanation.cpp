@@ -50,4 +50,26 @@ std::string describe_path(const ColorIOEvaluation::Explanation& how) {
     return fmt::format("converted by OpenColorIO because {}", how.reason.get_data());
 }
 
+const char* get_path_name(ColorIOEvaluation::Path path) {
+    switch (path) {
+    case ColorIOEvaluation::PATH_NONE:
+        return "none";
+    case ColorIOEvaluation::PATH_VECTOR:
+        return "vector";
+    case ColorIOEvaluation::PATH_LIBRARY:
+        break;
+    }
+    return "library";
+}
+
+std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {
+    const unsigned int before = how.operations.get_count(), after = how.steps.get_count();
+    if (after < before)
+        return fmt::format("simplified from {} to {}:", before, after);
+    for (unsigned int i = 0; i < before; ++i)
+        if (how.operations[i] != how.steps[i].operation)
+            return "simplified to:";
+    return "carried out one by one:";
+}
+
 } // namespace workflow

@@ -17,6 +17,7 @@
 #include "workflow/format_associations.h"
 #include "workflow/ignoring_case.h"
 #include "workflow/name_resolution.h"
+#include "workflow/session.h"
 
 namespace workflow {
 
@@ -221,6 +222,35 @@ void FileSpaceSearch::assume() {
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name) {
     return FileSpaceSearch(path, tags, config_name).run();
+}
+
+FileSpace find_file_space(const Session& session, const std::string& path) {
+    std::optional<image::ColorTags> tags;
+    try {
+        tags = read_color_tags(path);
+    } catch (const diagnostics::Failure&) {
+        // the image is read again for its pixels, and the error is reported then
+    }
+    FileSpace found = find_file_space(path, tags, session.get_config_name());
+    if (auto warning = find_unused_mapping(session))
+        found.warnings.insert(found.warnings.begin(), std::move(*warning));
+    return found;
+}
+
+diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::string& path,
+                                            bool may_assume) {
+    constexpr char HINT[] = "name the color space of the image";
+    const std::string name = std::filesystem::path(path).filename().string();
+    if (found.color_space.empty() || (found.is_assumed && !may_assume))
+        throw diagnostics::Failure(with_hint(
+            diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
+                                         fmt::format("'{}': nothing says which color space it is in", name),
+                                         path),
+            HINT));
+    const std::string text = fmt::format("{}: {}, {}", name, found.color_space, found.reason);
+    return found.is_assumed
+               ? with_hint(diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_ASSUMED, text), HINT)
+               : diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN, text);
 }
 
 image::ColorTags read_color_tags(const std::string& path) {

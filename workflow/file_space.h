@@ -9,6 +9,8 @@
 
 namespace workflow {
 
+class Session;
+
 /// One source of information about the color space of a file, and its result.
 struct FileSpaceStep {
     std::string name;   ///< "tags", "file rules".
@@ -36,6 +38,14 @@ struct FileSpace {
 /// are those of the file, or nothing when it was not read.
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name);
+
+/// The same for the image at `path` and the config of `session`. The tags of an image that cannot be read are
+/// left out. The warnings also tell why a mapping file of the preferences is not used.
+FileSpace find_file_space(const Session& session, const std::string& path);
+
+/// A note of the color space found for the image at `path`; a warning if it is assumed. Throws
+/// diagnostics::Failure when none was found, and when it is assumed unless `may_assume`.
+diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::string& path, bool may_assume);
 
 /// Reads the tags of the image at `path`. Throws diagnostics::Failure when it cannot be read. May be called
 /// by several threads at once.

@@ -95,6 +95,23 @@ bool has_color_space(const FormatAssociation& association) {
     return ColorIO::color_space_exists(association.color_space.c_str());
 }
 
+diagnostics::Diagnostics find_unknown_spaces() {
+    std::vector<std::string> labels;
+    for (const PublishedSpace& space : get_published_spaces())
+        labels.push_back(space.label);
+    diagnostics::Diagnostics errors;
+    for (const FormatAssociation& association : get_format_associations())
+        if (!has_color_space(association))
+            errors.push_back(
+                with_hint(diagnostics::make_error(Code::MAPPING_COLOR_SPACE_UNKNOWN,
+                                                  fmt::format("{} ({}): '{}'", association.category,
+                                                              fmt::join(association.extensions, ", "),
+                                                              association.color_space),
+                                                  association.color_space),
+                          did_you_mean(association.color_space, labels)));
+    return errors;
+}
+
 std::optional<diagnostics::Diagnostic> find_overriding_mapping(const Session& session) {
     const StandaloneApp& app = session.get_preferences().get_app();
     const CoreString& path = app.get_color_space_by_extension_file_path();
@@ -184,6 +201,11 @@ void add_format(Session& session, const std::string& category, const std::string
 void change_format(Session& session, const std::string& category, const std::string& extensions,
                    const std::string& color_space) {
     ColorIOAutoDetection& detection = *ColorIOAutoDetection::get_instance();
+    if (!extensions.empty() && is_fallback_category(category))
+        diagnostics::fail(
+            Code::USAGE,
+            fmt::format("cannot change the extensions of '{}': it applies to files of all other formats",
+                        category));
     const unsigned int row = find_category(category);
     if (!extensions.empty())
         detection.set_extension_from_file_format(row, normalize_extensions(extensions).c_str());

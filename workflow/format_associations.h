@@ -28,6 +28,9 @@ std::string describe_association_source();
 bool uses_mapping_file();
 /// Whether the active config has the color space of the association.
 bool has_color_space(const FormatAssociation& association);
+/// An error for each association whose color space the active config does not have, with the nearest names as
+/// the hint.
+diagnostics::Diagnostics find_unknown_spaces();
 /// A warning with the reason if the module could not use the mapping file of the preferences.
 std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& session);
 
@@ -61,7 +64,7 @@ diagnostics::Diagnostics find_shadowed_extensions(const std::string& category);
 /// Adds a category. Throws NAME_DUPLICATE if it exists.
 void add_format(Session& session, const std::string& category, const std::string& extensions,
                 const std::string& color_space);
-/// Changes a category. Empty arguments change nothing.
+/// Changes a category. Empty arguments change nothing. Throws USAGE for extensions of "default".
 void change_format(Session& session, const std::string& category, const std::string& extensions,
                    const std::string& color_space);
 /// Removes a category. Throws USAGE_REFUSED if it is built in.

@@ -8,6 +8,7 @@
 #include "diagnostics/diagnostic.h"
 #include "image/reader_process.h"
 #include "workflow/image_settings.h"
+#include "workflow/layer_choice.h"
 #include "workflow/memory_budget.h"
 
 namespace workflow {

@@ -20,4 +20,10 @@ std::vector<PublishedCdl> get_published_cdls() {
     return cdls;
 }
 
+std::string describe_source(const PublishedCdl& cdl) {
+    if (cdl.is_builtin)
+        return "built in";
+    return cdl.file_id.empty() ? cdl.file : cdl.file + ":" + cdl.file_id;
+}
+
 } // namespace workflow

@@ -19,4 +19,7 @@ struct PublishedCdl {
 /// an open session.
 std::vector<PublishedCdl> get_published_cdls();
 
+/// Where the numbers come from: "grades.ccc:shot_010", or "built in"; empty for numbers given directly.
+std::string describe_source(const PublishedCdl& cdl);
+
 } // namespace workflow

@@ -144,6 +144,29 @@ std::vector<PublishedRole> get_published_roles() {
     return roles;
 }
 
+const char* get_reference_name(const DescribedSpace& space) {
+    return space.is_display_referred ? "display" : "scene";
+}
+
+std::string describe_kind(const DescribedSpace& space, bool with_reference) {
+    const std::string reference = with_reference ? std::string(get_reference_name(space)) + "-referred" : "";
+    if (!space.is_data)
+        return reference;
+    return reference.empty() ? "data" : reference + ", data";
+}
+
+const char* describe_directions(const DescribedTransform& transform) {
+    if (transform.has_forward && transform.has_inverse)
+        return "both";
+    return transform.has_forward ? "forward" : "inverse";
+}
+
+std::string describe_flags(const PublishedView& view) {
+    if (view.is_default)
+        return view.is_shared ? "default, shared" : "default";
+    return view.is_shared ? "shared" : "";
+}
+
 std::string make_label(const std::string& family, const std::string& name) {
     return family.empty() ? name : family + ColorIOManager::FAMILY_SEPARATOR + name;
 }

@@ -5,8 +5,8 @@
 
 namespace workflow {
 
-// What the running module publishes, in its order. All functions but `make_label` and `remove_family` need an
-// open session, and are called in its thread. Lists are empty when the active config has no such entries.
+// What the running module publishes, in its order. All functions that take no argument need an open
+// session, and are called in its thread. Lists are empty when the active config has no such entries.
 
 struct PublishedSpace {
     std::string label;  ///< Unique: "Tavelion|sRGB"; the name if there is no family.
@@ -74,6 +74,15 @@ std::vector<PublishedView> get_published_views();
 std::vector<PublishedView> get_hidden_views();
 /// The roles that the module uses, scene_linear first.
 std::vector<PublishedRole> get_published_roles();
+
+/// The reference space of a color space: "scene" or "display".
+const char* get_reference_name(const DescribedSpace& space);
+/// "scene-referred", "data", "display-referred, data"; the reference space only if `with_reference`.
+std::string describe_kind(const DescribedSpace& space, bool with_reference);
+/// The directions that the config defines: "forward", "inverse" or "both".
+const char* describe_directions(const DescribedTransform& transform);
+/// "default", "shared", "default, shared" or nothing.
+std::string describe_flags(const PublishedView& view);
 
 /// Label of a color space: family, separator and name.
 std::string make_label(const std::string& family, const std::string& name);

@@ -1,6 +1,7 @@
 #include "workflow/shader_comparison.h"
 
 #include <cmath>
+#include <utility>
 
 #include "diagnostics/failure.h"
 
@@ -48,6 +49,21 @@ std::vector<ColorDifference> compare_shader(gl::GlEvaluator& evaluator, const Gp
                                                             failure.get_diagnostics(),
                                                             diagnostics::Code::SHADER_INVALID));
     }
+}
+
+ShaderComparison compare_shader(const GpuConversion& shader, gl::GlProfile profile,
+                                const Conversion& conversion) {
+    std::optional<gl::GlEvaluator> evaluator;
+    try {
+        evaluator.emplace(profile);
+    } catch (const diagnostics::Failure& failure) {
+        diagnostics::Diagnostic warning =
+            add_context("cannot compare the shader with the CPU", failure.get_diagnostics(),
+                        diagnostics::Code::GPU_UNAVAILABLE);
+        warning.severity = diagnostics::Severity::WARNING;
+        return {"", {}, std::move(warning)};
+    }
+    return {evaluator->get_renderer(), compare_shader(*evaluator, shader, conversion), std::nullopt};
 }
 
 } // namespace workflow

@@ -4,15 +4,15 @@
 #include <csignal>
 #include <fstream>
 
+#include "files/interrupt_cleanup.h"
 #include "files/replacement.h"
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
-#include "tool/interrupt_cleanup.h"
 
 namespace {
 
+using files::InterruptCleanup;
 using files::Replacement;
-using tool::InterruptCleanup;
 
 /// As images are written.
 constexpr files::ReplacementRules WITH_PATH{std::nullopt, false, true};
@@ -48,7 +48,7 @@ TEST_F(Interrupt, RemovesTheTemporaryFilesAndEndsTheProcessByItsSignal) {
     folder.write("old.txt", "old");
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         const int ended_by = interrupt(number, [&](const auto& be_ready) {
-            const tool::InterruptCleanup cleanup;
+            const files::InterruptCleanup cleanup;
             const Replacement first(path("old.txt"), WITH_PATH);
             const Replacement second(path("new.txt"), WITH_PATH);
             std::ofstream(first.get_temporary_path()) << "half of it";
@@ -64,7 +64,7 @@ TEST_F(Interrupt, RemovesTheTemporaryFilesAndEndsTheProcessByItsSignal) {
 
 TEST_F(Interrupt, LeavesFilesThatTookTheirPlace) {
     interrupt(SIGINT, [&](const auto& be_ready) {
-        const tool::InterruptCleanup cleanup;
+        const files::InterruptCleanup cleanup;
         Replacement file(path("new.txt"), WITH_PATH);
         std::ofstream(file.get_temporary_path()) << "whole";
         file.commit();
@@ -77,7 +77,7 @@ TEST_F(Interrupt, LeavesFilesThatTookTheirPlace) {
 }
 
 TEST_F(Interrupt, IsNotWatchedForAnyLongerThanAsked) {
-    { const tool::InterruptCleanup cleanup; }
+    { const files::InterruptCleanup cleanup; }
     struct sigaction action;
     ASSERT_EQ(sigaction(SIGTERM, nullptr, &action), 0);
     EXPECT_EQ(action.sa_handler, SIG_DFL);

@@ -88,7 +88,7 @@ TEST_F(Spaces, RefusesWhatCannotWorkAndSavesNothing) {
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("grades.ccc") + ":wram"}),
                 FailsWith(1, HasSubstr("did you mean 'warm'?")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--range", "0,1,2"}),
-                FailsWith(2, HasSubstr("--range takes 2 numbers")));
+                FailsWith(2, HasSubstr("range takes 2 numbers")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--range", "0,one"}),
                 FailsWith(2, HasSubstr("'one' is not a number")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--depth", "33"}), FailsWith(2, HasSubstr("33")));

@@ -1,9 +1,9 @@
 #pragma once
 
-namespace tool {
+namespace files {
 
-/// During its lifetime SIGINT, SIGTERM and SIGHUP first remove every temporary file of this process, then end
-/// it as the signal would have. At most one object may exist.
+/// For programs: during its lifetime SIGINT, SIGTERM and SIGHUP first remove every temporary file of this
+/// process, then end it as the signal would have. At most one object may exist.
 class InterruptCleanup {
 public:
     /// Throws diagnostics::Failure.
@@ -13,4 +13,4 @@ public:
     InterruptCleanup& operator=(const InterruptCleanup&) = delete;
 };
 
-} // namespace tool
+} // namespace files

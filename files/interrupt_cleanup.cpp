@@ -1,19 +1,19 @@
-#include "tool/interrupt_cleanup.h"
+#include "files/interrupt_cleanup.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <iterator>
+#include <string>
 #include <thread>
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <unistd.h>
 
+#include "diagnostics/failure.h"
 #include "files/leftovers.h"
-#include "tool/exit_code.h"
 
-namespace tool {
+namespace files {
 
 namespace {
 
@@ -46,7 +46,7 @@ void wait_for_interrupt() {
     }
     if (number == 0)
         return; // the destructor asks for the end
-    files::remove_temporary_files();
+    remove_temporary_files();
     std::signal(number, SIG_DFL);
     kill(getpid(), number);
     for (;;)
@@ -58,7 +58,7 @@ void wait_for_interrupt() {
 InterruptCleanup::InterruptCleanup() {
     if (pipe2(interrupt_pipe, O_CLOEXEC) != 0)
         diagnostics::fail(diagnostics::Code::SYSTEM_FAILURE,
-                          fmt::format("cannot watch for interrupts: {}", std::strerror(errno)));
+                          std::string("cannot watch for interrupts: ") + std::strerror(errno));
     InterruptState& state = get_interrupt_state();
     state.thread = std::thread(wait_for_interrupt);
     struct sigaction action = {};
@@ -83,4 +83,4 @@ InterruptCleanup::~InterruptCleanup() {
     }
 }
 
-} // namespace tool
+} // namespace files
