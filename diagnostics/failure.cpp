@@ -15,6 +15,12 @@ Diagnostic make(Severity severity, Code code, std::string message, std::string s
     return diagnostic;
 }
 
+Diagnostic make_about_file(Severity severity, Code code, std::string message, std::string path) {
+    Diagnostic diagnostic = make(severity, code, std::move(message), {});
+    diagnostic.file = std::move(path);
+    return diagnostic;
+}
+
 } // namespace
 
 Diagnostic make_error(Code code, std::string message, std::string subject) {
@@ -22,9 +28,7 @@ Diagnostic make_error(Code code, std::string message, std::string subject) {
 }
 
 Diagnostic make_file_error(Code code, std::string message, std::string path) {
-    Diagnostic diagnostic = make_error(code, std::move(message));
-    diagnostic.file = std::move(path);
-    return diagnostic;
+    return make_about_file(Severity::ERROR, code, std::move(message), std::move(path));
 }
 
 Diagnostic make_warning(Code code, std::string message, std::string subject) {
@@ -35,10 +39,12 @@ Diagnostic make_note(Code code, std::string message, std::string subject) {
     return make(Severity::NOTE, code, std::move(message), std::move(subject));
 }
 
+Diagnostic make_file_warning(Code code, std::string message, std::string path) {
+    return make_about_file(Severity::WARNING, code, std::move(message), std::move(path));
+}
+
 Diagnostic make_file_note(Code code, std::string message, std::string path) {
-    Diagnostic diagnostic = make_note(code, std::move(message));
-    diagnostic.file = std::move(path);
-    return diagnostic;
+    return make_about_file(Severity::NOTE, code, std::move(message), std::move(path));
 }
 
 Diagnostic add_context(const std::string& what, const Diagnostics& causes, Code otherwise) {

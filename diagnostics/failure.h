@@ -34,6 +34,8 @@ Diagnostic make_error(Code code, std::string message, std::string subject = {});
 Diagnostic make_file_error(Code code, std::string message, std::string path);
 /// A warning about `subject`, which may be empty.
 Diagnostic make_warning(Code code, std::string message, std::string subject = {});
+/// A warning about the file at `path`.
+Diagnostic make_file_warning(Code code, std::string message, std::string path);
 /// A note about `subject`, which may be empty.
 Diagnostic make_note(Code code, std::string message, std::string subject = {});
 /// A note about the file at `path`.

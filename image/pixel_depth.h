@@ -13,7 +13,7 @@ struct PixelDepth {
     int bits = 0; ///< 10 or 12, of uint16, where the file stores fewer bits than the type has; else 0.
 
     bool is_known() const { return type != OIIO::TypeUnknown; }
-    /// "uint8", "uint10", "half".
+    /// "uint8", "uint10", "half"; "unknown" for one that is not known.
     std::string get_name() const;
     /// Largest code value of 8, 10 and 12 bits; 0 for other depths.
     int get_few_codes() const;

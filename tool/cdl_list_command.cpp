@@ -21,8 +21,10 @@ public:
 
     ExitCode run(Console& console) override {
         const std::vector<workflow::Correction> corrections = workflow::read_corrections(path);
+        diagnostics::Diagnostics warnings;
         for (const workflow::Correction& correction : corrections)
-            console.report(find_unread_elements(correction));
+            add_unread_elements(correction, path, warnings);
+        console.report(warnings);
         const RowModel<workflow::Correction> rows = make_correction_rows();
         if (as_json)
             console.print_text(

@@ -22,9 +22,11 @@ public:
     }
 
     ExitCode run(Console& console) override {
-        const workflow::Correction correction =
-            workflow::read_correction(workflow::parse_correction_source(source));
-        console.report(find_unread_elements(correction));
+        const workflow::CorrectionSource named = workflow::parse_correction_source(source);
+        const workflow::Correction correction = workflow::read_correction(named);
+        diagnostics::Diagnostics warnings;
+        add_unread_elements(correction, named.path, warnings);
+        console.report(warnings);
         if (as_json) {
             Json answer = {{"id", correction.id}, {"descriptions", correction.descriptions}};
             console.print_text(answer.update(make_correction_rows().make_object(correction)).format());

@@ -34,11 +34,4 @@ inline RowModel<workflow::Correction> make_correction_rows() {
     return rows;
 }
 
-/// Warnings of elements in the color correction that are ignored.
-inline diagnostics::Diagnostics find_unread_elements(const workflow::Correction& correction) {
-    diagnostics::Diagnostics warnings;
-    add_unread_elements(correction, warnings);
-    return warnings;
-}
-
 } // namespace tool

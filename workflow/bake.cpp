@@ -8,12 +8,12 @@
 #include <fmt/ranges.h>
 #include <unistd.h>
 
-#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_lut_writer.h"
 #include "colorio/color_io_manager.h"
 #include "diagnostics/failure.h"
 #include "host/of/of_app.h"
 #include "workflow/lut_texts.h"
+#include "workflow/module_call.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
 #include "workflow/text_file.h"
@@ -140,11 +140,11 @@ std::string LutBaking::write_with_baker(const char* name) {
     bake.grid.resize(static_cast<unsigned int>(grid.size()));
     for (std::size_t i = 0; i < grid.size(); ++i)
         bake.grid[static_cast<unsigned int>(i)] = grid[i];
-    ColorIODiagnostics collector;
-    const CoreString text = ColorIOLutWriter::write(bake);
-    if (text.is_empty())
-        throw diagnostics::Failure(diagnostics::add_context(fmt::format("cannot bake '{}'", request.path),
-                                                            collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    CoreString text;
+    require_success(fmt::format("cannot bake '{}'", request.path), Code::CONVERSION_IMPOSSIBLE, [&] {
+        text = ColorIOLutWriter::write(bake);
+        return !text.is_empty();
+    });
     report.writer = fmt::format("OpenColorIO ({})", name);
     return text.get_data();
 }

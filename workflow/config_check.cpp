@@ -6,10 +6,10 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
 #include "workflow/conversion_stage.h"
+#include "workflow/module_call.h"
 #include "workflow/published_names.h"
 #include "workflow/session.h"
 
@@ -50,10 +50,10 @@ Reason try_stage(const Make& make) {
 }
 
 Reason try_view_transform(const CoreString& name) {
-    ColorIODiagnostics collector;
-    if (ColorIOInspection::try_view_transform(name))
-        return std::nullopt;
-    return diagnostics::add_context({}, collector.take(), Code::CONVERSION_IMPOSSIBLE);
+    return try_stage([&] {
+        require_success("", Code::CONVERSION_IMPOSSIBLE,
+                        [&] { return ColorIOInspection::try_view_transform(name); });
+    });
 }
 
 class ConfigCheck {

@@ -8,10 +8,10 @@
 
 #include "colorio/color_io.h"
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
 #include "workflow/ignoring_case.h"
+#include "workflow/module_call.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
 
@@ -45,16 +45,8 @@ void expose(float* rgba, std::size_t pixels, float gain) {
 
 /// Throws when the pixels stayed as they were, or may have.
 void apply_stage(const Conversion::Stage& stage, float* rgba, unsigned int width, unsigned int height) {
-    ColorIODiagnostics collector;
-    bool is_done = false;
-    try {
-        is_done = stage.converter->convert_buffer(rgba, width, height, 4);
-    } catch (const std::exception&) {
-        // The module reported why.
-    }
-    if (!is_done)
-        throw diagnostics::Failure(diagnostics::add_context(fmt::format("cannot convert {}", stage.title),
-                                                            collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    require_success(fmt::format("cannot convert {}", stage.title), Code::CONVERSION_IMPOSSIBLE,
+                    [&] { return stage.converter->convert_buffer(rgba, width, height, 4); });
 }
 
 } // namespace

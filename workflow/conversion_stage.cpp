@@ -10,15 +10,18 @@
 #include "colorio/color_io.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
 #include "colorio/color_io_transforms.h"
 #include "diagnostics/failure.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
+#include "host/of/of_app.h"
+#include "host/sys/sys_env.h"
+#include "workflow/config_source.h"
 #include "workflow/correction_file.h"
 #include "workflow/ignoring_case.h"
+#include "workflow/module_call.h"
 #include "workflow/name_resolution.h"
 #include "workflow/nearest_names.h"
 #include "workflow/session.h"
@@ -29,15 +32,37 @@ namespace {
 
 using diagnostics::Code;
 
+/// Path of the active config; empty for one that is not a file.
+std::string get_config_file() {
+    const ColorIOManager& manager = *ColorIOManager::get_instance();
+    if (manager.is_using_tavelion_config())
+        return "";
+    const OfApp& app = *manager.get_app();
+    const CoreString& path = app.get_color_space_file_path();
+    const CoreString file =
+        app.get_use_color_space_file() && !path.is_empty() ? path : sys_get_env(OCIO_VARIABLE);
+    return is_in_library(file.get_data()) ? "" : file.get_data();
+}
+
+/// The same error; one of the config itself, which OpenColorIO does not locate, with the config as its file.
+diagnostics::Diagnostic locate_in_config(diagnostics::Diagnostic error) {
+    const bool is_of_config = error.code == Code::CONFIG_CYCLE || error.code == Code::CONFIG_TOO_COMPLEX ||
+                              error.code == Code::LOOK_UNKNOWN;
+    if (is_of_config && error.file.empty())
+        error.file = get_config_file();
+    return error;
+}
+
 /// The stage with the converter that `configure` configures. Throws with the module's reasons when it returns
 /// false.
 template <class Configure>
 ConversionStage make_stage(std::string title, const std::string& what, const Configure& configure) {
     ConversionStage stage{std::move(title), std::make_unique<ColorIOConverter>()};
-    ColorIODiagnostics collector;
-    if (!configure(*stage.converter))
-        throw diagnostics::Failure(
-            diagnostics::add_context(what, collector.take(), Code::CONVERSION_IMPOSSIBLE));
+    try {
+        require_success(what, Code::CONVERSION_IMPOSSIBLE, [&] { return configure(*stage.converter); });
+    } catch (const diagnostics::Failure& failure) {
+        throw diagnostics::Failure(locate_in_config(failure.get_worst()));
+    }
     return stage;
 }
 
@@ -110,7 +135,7 @@ ConversionStage make_cdl_stage(const Session& session, const ColorStep& step, co
             return configure_cdl(step.name, step.is_inverse, converter);
         });
     const Correction correction = read_step_correction(session, step.name);
-    add_unread_elements(correction, notes);
+    add_unread_elements(correction, parse_correction_source(step.name).path, notes);
     const char* const local = step.is_inverse ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL;
     const auto record = make_cdl_record(correction, local);
     return make_stage(make_title(step, space), what, [&](ColorIOConverter& converter) {

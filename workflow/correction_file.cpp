@@ -180,15 +180,17 @@ std::vector<Correction> read_corrections(const std::string& path) {
     return corrections;
 }
 
-void add_unread_elements(const Correction& correction, diagnostics::Diagnostics& notes) {
-    if (!correction.unread_elements.empty())
-        notes.push_back(diagnostics::make_warning(
-            Code::CDL_ELEMENT_IGNORED,
-            fmt::format(
-                "the color correction '{}' contains elements that are ignored here and by OpenColorIO: "
-                "{}",
-                correction.id, fmt::join(correction.unread_elements, ", ")),
-            correction.id));
+void add_unread_elements(const Correction& correction, const std::string& path,
+                         diagnostics::Diagnostics& notes) {
+    if (correction.unread_elements.empty())
+        return;
+    Diagnostic& warning = notes.emplace_back(diagnostics::make_file_warning(
+        Code::CDL_ELEMENT_IGNORED,
+        fmt::format(
+            "the color correction '{}' contains elements that are ignored here and by OpenColorIO: {}",
+            correction.id, fmt::join(correction.unread_elements, ", ")),
+        path));
+    warning.subject = correction.id;
 }
 
 CorrectionSource parse_correction_source(const std::string& text) {

@@ -169,21 +169,23 @@ ColorDecisionListDef make_custom_cdl(const std::string& name, const std::string&
                                      diagnostics::Diagnostics& notes) {
     const CorrectionSource found = parse_correction_source(source);
     const Correction correction = read_valid_correction(found);
-    add_unread_elements(correction, notes);
+    add_unread_elements(correction, found.path, notes);
     ColorDecisionListDef record = make_cdl_record(correction, name);
     const bool has_id_lookup = is_collection(found);
     if (!correction.has_usual_names) {
-        notes.push_back(diagnostics::make_note(
+        notes.push_back(diagnostics::make_file_note(
             Code::CDL_COPIED,
             fmt::format("OpenColorIO does not accept the element names in '{}': the numbers are copied, and "
                         "later edits of the file have no effect",
-                        found.path)));
+                        found.path),
+            found.path));
     } else if (!has_id_lookup && !found.id.empty()) {
-        notes.push_back(diagnostics::make_note(
+        notes.push_back(diagnostics::make_file_note(
             Code::CDL_COPIED,
             fmt::format("ids are looked up in .ccc files only: the numbers are copied, and later edits of "
                         "'{}' have no effect",
-                        found.path)));
+                        found.path),
+            found.path));
     } else {
         record.file = make_absolute(found.path);
         record.cccid = found.id.c_str();

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "colorio/color_io.h"
 #include "diagnostics/failure.h"
@@ -36,11 +37,20 @@ std::string find_name(const Table& table, unsigned int number) {
 }
 
 template <class Table>
-unsigned int find_number(const Table& table, const std::string& name) {
+std::vector<std::string> get_names(const Table& table) {
+    std::vector<std::string> names;
+    for (const NamedNumber& one : table)
+        names.emplace_back(one.name);
+    return names;
+}
+
+template <class Table>
+unsigned int find_number(const Table& table, const char* kind, const std::string& name) {
     const auto found = std::find_if(std::begin(table), std::end(table),
                                     [&](const NamedNumber& one) { return one.name == name; });
     if (found == std::end(table))
-        diagnostics::fail(diagnostics::Code::USAGE, fmt::format("unknown value '{}'", name));
+        diagnostics::fail(diagnostics::Code::USAGE, fmt::format("unknown {} '{}'", kind, name),
+                          fmt::format("choices: {}", fmt::join(get_names(table), ", ")));
     return found->number;
 }
 
@@ -85,18 +95,15 @@ std::string describe_depth(const ColorSpaceDef& space) {
 }
 
 unsigned int parse_depth(const std::string& name) {
-    return find_number(DEPTHS, name);
+    return find_number(DEPTHS, "bit depth", name);
 }
 
 unsigned int parse_allocation(const std::string& name) {
-    return find_number(ALLOCATIONS, name);
+    return find_number(ALLOCATIONS, "allocation", name);
 }
 
 std::vector<std::string> get_depth_names() {
-    std::vector<std::string> names;
-    for (const NamedNumber& depth : DEPTHS)
-        names.emplace_back(depth.name);
-    return names;
+    return get_names(DEPTHS);
 }
 
 } // namespace workflow

@@ -5,24 +5,10 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
-#include "diagnostics/failure.h"
 #include "workflow/conversion.h"
+#include "workflow/module_call.h"
 
 namespace workflow {
-
-namespace {
-
-void explain_stage(const Conversion::Stage& stage, const GMathVec4<float>& value,
-                   ColorIOEvaluation::Explanation& how) {
-    ColorIODiagnostics collector;
-    if (!ColorIOEvaluation::explain(*stage.converter, value, how))
-        throw diagnostics::Failure(diagnostics::add_context(fmt::format("cannot explain {}", stage.title),
-                                                            collector.take(),
-                                                            diagnostics::Code::CONVERSION_IMPOSSIBLE));
-}
-
-} // namespace
 
 std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
                                                const std::array<float, 4>& pixel) {
@@ -30,7 +16,9 @@ std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
     GMathVec4<float> value(pixel[0], pixel[1], pixel[2], pixel[3]);
     for (const Conversion::Stage& stage : conversion.get_stages()) {
         ExplainedStage part{stage.title, {}};
-        explain_stage(stage, value, part.how);
+        require_success(fmt::format("cannot explain {}", stage.title),
+                        diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                        [&] { return ColorIOEvaluation::explain(*stage.converter, value, part.how); });
         if (const unsigned int count = part.how.steps.get_count())
             value = part.how.steps[count - 1].pixel;
         explained.push_back(std::move(part));

@@ -13,11 +13,11 @@
 #include <sys/stat.h>
 
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_evaluation.h"
 #include "diagnostics/failure.h"
 #include "files/input_file.h"
 #include "workflow/conversion.h"
+#include "workflow/module_call.h"
 #include "workflow/session.h"
 
 namespace workflow {
@@ -71,11 +71,9 @@ void add_config(const ConfigSource& source, Digest& digest) {
 }
 
 void add_stage(const ConversionStage& stage, Digest& digest) {
-    ColorIODiagnostics collector;
     ColorIOEvaluation::Origin origin;
-    if (!ColorIOEvaluation::find_origin(*stage.converter, origin))
-        throw diagnostics::Failure(diagnostics::add_context(
-            "cannot describe " + stage.title, collector.take(), diagnostics::Code::LIBRARY_FAILURE));
+    require_success("cannot describe " + stage.title, diagnostics::Code::LIBRARY_FAILURE,
+                    [&] { return ColorIOEvaluation::find_origin(*stage.converter, origin); });
     digest.add("stage", origin.digest.view());
     for (const CoreString& file : origin.files)
         digest.add_file(file.get_data());

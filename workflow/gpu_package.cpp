@@ -1,15 +1,14 @@
 #include "workflow/gpu_package.h"
 
-#include <exception>
 #include <filesystem>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "colorio/color_io_converter.h"
-#include "colorio/color_io_diagnostics.h"
 #include "diagnostics/failure.h"
 #include "workflow/lut_texts.h"
+#include "workflow/module_call.h"
 #include "workflow/text_file.h"
 
 namespace workflow {
@@ -35,16 +34,8 @@ GpuStage make_gpu_stage(const Conversion& conversion, const Conversion::Stage& s
                                                         : ColorIOConverter::GLSL_VERSION_LEGACY;
     CoreString text;
     CoreArray<float> lut;
-    ColorIODiagnostics collector;
-    bool is_made = false;
-    try {
-        is_made = stage.converter->get_gpu_shader_data(text, lut, version);
-    } catch (const std::exception&) {
-        // The module reported the reason.
-    }
-    if (!is_made)
-        throw diagnostics::Failure(diagnostics::add_context(describe_failure(conversion), collector.take(),
-                                                            diagnostics::Code::CONVERSION_IMPOSSIBLE));
+    require_success(describe_failure(conversion), diagnostics::Code::CONVERSION_IMPOSSIBLE,
+                    [&] { return stage.converter->get_gpu_shader_data(text, lut, version); });
     return {text.get_data(), {{lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()}};
 }
 

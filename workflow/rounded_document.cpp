@@ -6,10 +6,10 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_cdl_writer.h"
-#include "colorio/color_io_diagnostics.h"
 #include "diagnostics/failure.h"
 #include "workflow/correction_file.h"
 #include "workflow/correction_text.h"
+#include "workflow/module_call.h"
 
 namespace workflow {
 
@@ -68,21 +68,22 @@ diagnostics::Diagnostics write_rounded_document(const std::string& path,
     for (const Correction& correction : corrections) {
         const std::string problem = find_invalid_number(round_numbers(correction));
         if (!problem.empty())
-            diagnostics::fail(
+            diagnostics::fail_file(
                 Code::CDL_INVALID,
-                fmt::format("cannot write '{}': with one decimal, {} in '{}'", path, problem, correction.id));
+                fmt::format("cannot write '{}': with one decimal, {} in '{}'", path, problem, correction.id),
+                path);
         records.append(make_cdl_record(correction, correction.id));
     }
-    ColorIODiagnostics collector;
-    if (!ColorIOCdlWriter::write_rounded(records, path.c_str(), is_collection))
-        throw diagnostics::Failure(add_context({}, collector.take(), Code::FILE_UNWRITABLE));
+    require_success("", Code::FILE_UNWRITABLE,
+                    [&] { return ColorIOCdlWriter::write_rounded(records, path.c_str(), is_collection); });
     const Loss loss = find_largest_loss(corrections, read_corrections(path));
     if (loss.amount == 0.0f)
         return {};
-    return {diagnostics::make_warning(
+    return {diagnostics::make_file_warning(
         Code::CDL_ROUNDED,
         fmt::format("numbers are written with one decimal: the largest loss is {:.3g}, {} ({} became {})",
-                    loss.amount, loss.place, loss.wanted, loss.written))};
+                    loss.amount, loss.place, loss.wanted, loss.written),
+        path)};
 }
 
 } // namespace workflow

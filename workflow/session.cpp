@@ -14,11 +14,9 @@
 #include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "host/event/event_ids.h"
-#include "host/parser/parser_group.h"
-#include "standalone/parser/yaml_limits.h"
-#include "standalone/parser/yaml_reader.h"
 #include "standalone/standalone_app.h"
 #include "workflow/log_forwarding.h"
+#include "workflow/mapping_location.h"
 
 namespace workflow {
 
@@ -126,19 +124,6 @@ Diagnostic make_notice(Diagnostic fault) {
     return fault;
 }
 
-/// The place of the first error of syntax in a mapping file, and what is wrong there; the host's parser
-/// returns no place.
-void locate_mapping_fault(Diagnostic& fault) {
-    auto text = files::read_whole(fault.file, MAX_FILE_SIZE);
-    ParserGroup ignored(nullptr);
-    const auto error = text ? read_yaml(*text, ignored) : std::nullopt;
-    if (!error)
-        return;
-    fault.line = error->line;
-    fault.column = error->column;
-    fault.message = error->reason;
-}
-
 } // namespace
 
 Session::Session(const SessionOptions& options, PreferenceUse use)
@@ -235,8 +220,7 @@ void Session::take_mapping_errors(Diagnostics reports) {
     // The module adds a row with this color space to files that lack one for all other extensions.
     const std::string added = app->get_default_color_space_name().get_data();
     for (Diagnostic& report : reports) {
-        if (report.code == Code::MAPPING_MALFORMED)
-            locate_mapping_fault(report);
+        locate_in_mapping(report);
         if (uses_file && report.code == Code::MAPPING_COLOR_SPACE_UNKNOWN && report.subject != added)
             add_new(notices, {report});
     }

@@ -27,8 +27,12 @@ void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& s
 }
 
 void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
-                 const std::string& message) noexcept {
-    report_made(level, [&] { return diagnostics::make_file_error(code, message, std::string(path.view())); });
+                 const std::string& message, const CoreBasicString& subject) noexcept {
+    report_made(level, [&] {
+        diagnostics::Diagnostic cause = diagnostics::make_file_error(code, message, std::string(path.view()));
+        cause.subject = subject.view();
+        return cause;
+    });
 }
 
 void report_unreadable(CoreLogLevel level, diagnostics::Code missing, const CoreBasicString& subject,

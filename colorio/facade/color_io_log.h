@@ -32,7 +32,7 @@ void report(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& s
             const std::string& message) noexcept;
 /// The same for a cause in the file at `path`.
 void report_file(CoreLogLevel level, diagnostics::Code code, const CoreBasicString& path,
-                 const std::string& message) noexcept;
+                 const std::string& message, const CoreBasicString& subject = CoreString()) noexcept;
 /// Reports why the file at `path` cannot be opened, which is about `subject`; `missing` is the code for a
 /// file that does not exist.
 void report_unreadable(CoreLogLevel level, diagnostics::Code missing, const CoreBasicString& subject,

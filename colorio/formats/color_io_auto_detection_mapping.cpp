@@ -56,7 +56,7 @@ bool ColorIOAutoDetection::read_mapping(const CoreString& path, const ParserGrou
         if (entry.get_value_count() == 0) {
             log_message(LOG_WARNING, MAPPING_FILE, path, "' has an entry without value: '", name, ".\n");
             report_file(LOG_WARNING, diagnostics::Code::MAPPING_ENTRY_INVALID, path,
-                        "the entry '" + std::string(name.view()) + "' has no value");
+                        "the entry '" + std::string(name.view()) + "' has no value", name);
             return false;
         }
         if (!entry.is_group())
@@ -131,10 +131,13 @@ bool ColorIOAutoDetection::find_unknown_color_spaces() const {
                 " file format / color space mapping(s):\n");
     for (const CoreString& color_space : unknown)
         log_message(LOG_WARNING, "'", color_space, "'\n");
+    const CoreString file =
+        using_file_table && app ? app->get_color_space_by_extension_file_path() : CoreString();
     for (const CoreString& color_space : unknown)
-        report(LOG_WARNING, diagnostics::Code::MAPPING_COLOR_SPACE_UNKNOWN, color_space,
-               "the color space '" + std::string(color_space.view()) +
-                   "' of a format association does not exist");
+        report_file(LOG_WARNING, diagnostics::Code::MAPPING_COLOR_SPACE_UNKNOWN, file,
+                    "the color space '" + std::string(color_space.view()) +
+                        "' of a format association does not exist",
+                    color_space);
     log_message(LOG_WARNING,
                 "Please update the file format / color space mappings or set an OCIO configuration that "
                 "defines the missing color spaces and restart Tavelion.\n");

@@ -145,7 +145,8 @@ protected:
         folder.write("badmap.txt",
                      "Scan: {extensions: dpx, color_space: linear}\nGrade: {extensions: [unclosed\n");
         folder.write("halfmap.txt", "Scan: []\n");
-        folder.write("strangemap.txt", "Scan: {extensions: dpx, color_space: nowhere}\n");
+        folder.write("strangemap.txt", "Grade: {extensions: cin, color_space: linear}\n"
+                                       "Scan: {extensions: dpx, color_space: nowhere}\n");
     }
 
     void write_space(const std::string& name, const std::string& transform) {
@@ -235,12 +236,12 @@ const Fault FAULTS[] = {
      0,
      "artist's film.cube"},
     {{"explain", "lin", "log", "--config", "@damaged.ocio"}, "lut-damaged", "@luts/cut.spi1d"},
-    {{"explain", "lin", "log", "--config", "@cycle.ocio"}, "config-cycle"},
+    {{"explain", "lin", "log", "--config", "@cycle.ocio"}, "config-cycle", "@cycle.ocio", 0, "log"},
     {{"explain", "log", "lin", "--config", "@flat.ocio"}, "matrix-singular"},
     {{"list", "--config", "@bomb.ocio"}, "config-too-complex", "@bomb.ocio"},
     {{"list", "--config", "@pipe"}, "file-not-regular", "@pipe"},
     {{"list", "--config", "@role.ocio"}, "config-invalid", "@role.ocio"},
-    {{"explain", "lin", "log", "--config", "@looked.ocio"}, "look-unknown", "", 0, "nolook"},
+    {{"explain", "lin", "log", "--config", "@looked.ocio"}, "look-unknown", "@looked.ocio", 0, "nolook"},
     {{"explain", "log", "lin", "--config", "@powerless.ocio"}, "conversion-impossible"},
     {{"explain", "log", "lin", "--config", "@innocent.ocio"}, "conversion-impossible"},
     {{"explain", "lin", "log", "--config", "@innocent.ocio"}, "matrix-singular", "@luts/flat.spimtx"},
@@ -339,6 +340,7 @@ const Fault FAULTS[] = {
     {convert({"--from", "sRGB", "--to", "linear", "--cdl", "@many.ccc:c"}), "cdl-id-missing", "@many.ccc", 0,
      "c"},
     {{"cdl", "write", "@x.cc", "--cdl", "a=1"}, "usage"},
+    {{"cdl", "write", "@x.cc", "--cdl", "a=1,1,1/0,0,0/0.04,1,1/1"}, "cdl-invalid", "@x.cc"},
     {{"cdl", "write", "@no/x.cc", "--cdl", NUMBERS[0]}, "file-unwritable", "@no/x.cc"},
     {{"cdl", "write", "@no/x.cc", "--exact", "--cdl", NUMBERS[0]}, "file-unwritable", "@no/x.cc"},
     {{"cdl", "add", "a"}, "usage"},
@@ -382,18 +384,30 @@ const Fault FAULTS[] = {
     {{"formats", "list", "--prefs", "@halfmap.yaml"},
      "mapping-entry-invalid",
      "@halfmap.txt",
-     0,
-     "",
+     1,
+     "Scan",
      0,
      "warning"},
     {{"formats", "list", "--prefs", "@nomap.yaml"}, "file-missing", "@nomap.txt", 0, "", 0, "warning"},
-    {{"list", "--prefs", "@strangemap.yaml"}, "mapping-color-space-unknown", "", 0, "nowhere", 0, "warning"},
+    {{"list", "--prefs", "@strangemap.yaml"},
+     "mapping-color-space-unknown",
+     "@strangemap.txt",
+     2,
+     "nowhere",
+     0,
+     "warning"},
     // what goes well, but not as one may expect
     {{"explain", "SRGB", "linear"}, "name-substituted", "", 0, "SRGB", 0, "note"},
     {convert({"--to", "sRGB"}), "color-space-chosen", "", 0, "", 0, "note"},
     {convert({"--from", "sRGB", "--to", "sRGB"}), "colors-unchanged", "", 0, "", 0, "note"},
-    {{"cdl", "write", "@x.cc", "--cdl", "a=1.15,1,1/0,0,0/1,1,1/1"}, "cdl-rounded", "", 0, "", 0, "warning"},
-    {{"cdl", "list", "@more.cc"}, "cdl-element-ignored", "", 0, "a", 0, "warning"},
+    {{"cdl", "write", "@x.cc", "--cdl", "a=1.15,1,1/0,0,0/1,1,1/1"},
+     "cdl-rounded",
+     "@x.cc",
+     0,
+     "",
+     0,
+     "warning"},
+    {{"cdl", "list", "@more.cc"}, "cdl-element-ignored", "@more.cc", 0, "a", 0, "warning"},
 };
 
 /// Codes that no command line of this table provokes.
@@ -470,6 +484,7 @@ TEST_F(Diagnostics, CdlCopied) {
                          "<Power>1 1 1</Power></SOPNode></ColorCorrection>\n");
     const json note = find_one(run({"--json-diagnostics", "cdl", "add", "a", path("a.cc") + ":a"}), "note");
     EXPECT_EQ(note.at("code"), "cdl-copied");
+    EXPECT_EQ(note.at("file"), path("a.cc"));
 }
 
 TEST_F(Diagnostics, TemporaryFolder) {

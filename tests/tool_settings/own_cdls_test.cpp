@@ -73,7 +73,7 @@ TEST_F(OwnCdls, AreRefusedWhenTheyCannotWork) {
     folder.write("grades.ccc", GRADES);
     EXPECT_THAT(run({"cdl", "add", "x"}), FailsWith(2, HasSubstr("needs a file or --values")));
     EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc"), "--values", WARM}),
-                FailsWith(2, HasSubstr("excludes")));
+                FailsWith(2, HasSubstr("cannot be combined")));
     EXPECT_THAT(run({"cdl", "add", "x", path("grades.ccc")}), FailsWith(2, HasSubstr("is a collection")));
     EXPECT_THAT(run({"cdl", "add", "x", path("none.cc")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"cdl", "add", "no cdl", "--values", WARM}),

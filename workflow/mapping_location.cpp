@@ -1,0 +1,74 @@
+#include "workflow/mapping_location.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "files/input_file.h"
+#include "host/parser/parser_group.h"
+#include "standalone/parser/yaml_limits.h"
+#include "standalone/parser/yaml_reader.h"
+
+namespace workflow {
+
+namespace {
+
+using diagnostics::Code;
+
+/// The place of the first error of syntax, and what is wrong there; the host's parser returns no place.
+void locate_syntax(const std::string& text, diagnostics::Diagnostic& fault) {
+    ParserGroup ignored(nullptr);
+    if (const auto error = read_yaml(text, ignored)) {
+        fault.line = error->line;
+        fault.column = error->column;
+        fault.message = error->reason;
+    }
+}
+
+/// Whether the text, which may begin with a quote, begins with the word.
+bool begins_with(std::string_view text, std::string_view word) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\"'"), text.size()));
+    const std::string_view rest = text.substr(std::min(word.size(), text.size()));
+    return text.substr(0, word.size()) == word &&
+           (rest.empty() || std::string_view(" \t\r\"':,}#").find(rest.front()) != std::string_view::npos);
+}
+
+/// Whether a line holds the entry, or assigns the color space.
+bool is_about(std::string_view line, const diagnostics::Diagnostic& fault) {
+    constexpr std::string_view KEY = "color_space:";
+    if (fault.code == Code::MAPPING_ENTRY_INVALID)
+        return begins_with(line, fault.subject);
+    const std::size_t key = line.find(KEY);
+    return key != std::string_view::npos && begins_with(line.substr(key + KEY.size()), fault.subject);
+}
+
+void locate_subject(std::string_view text, diagnostics::Diagnostic& fault) {
+    unsigned int number = 1;
+    for (; !text.empty(); ++number) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        if (is_about(text.substr(0, end), fault)) {
+            fault.line = number;
+            return;
+        }
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+} // namespace
+
+void locate_in_mapping(diagnostics::Diagnostic& fault) {
+    const bool is_of_syntax = fault.code == Code::MAPPING_MALFORMED;
+    const bool is_of_subject =
+        fault.code == Code::MAPPING_ENTRY_INVALID || fault.code == Code::MAPPING_COLOR_SPACE_UNKNOWN;
+    if (fault.file.empty() || (!is_of_syntax && !is_of_subject))
+        return;
+    auto text = files::read_whole(fault.file, MAX_FILE_SIZE);
+    if (!text)
+        return;
+    if (is_of_syntax)
+        locate_syntax(*text, fault);
+    else
+        locate_subject(*text, fault);
+}
+
+} // namespace workflow
