@@ -9,6 +9,8 @@
 
 #include <OpenImageIO/parallel.h>
 
+#include "image/alpha_scaling.h"
+#include "image/channel_runs.h"
 #include "image/pixel_codec.h"
 #include "image/quantization.h"
 
@@ -18,33 +20,6 @@ namespace {
 
 /// Pixels of a band: 256 KiB of working pixels, which stay in the cache of a core.
 constexpr std::int64_t BAND_PIXELS = 16384;
-
-/// Consecutive components in consecutive channels of one type.
-struct ChannelRun {
-    int component;
-    int count;
-    OIIO::TypeDesc type;
-    std::size_t offset;
-};
-
-/// Joins consecutive channels. `channels` has a channel for each component, or NONE.
-std::vector<ChannelRun> find_runs(const PixelLayout& layout, const int (&channels)[4]) {
-    std::vector<ChannelRun> runs;
-    for (int component = 0; component < 4; ++component) {
-        const int channel = channels[component];
-        if (channel == ColorLayer::NONE)
-            continue;
-        const auto index = static_cast<std::size_t>(channel);
-        const bool continues = !runs.empty() && runs.back().component + runs.back().count == component &&
-                               channels[component - 1] + 1 == channel &&
-                               runs.back().type == layout.types[index];
-        if (continues)
-            ++runs.back().count;
-        else
-            runs.push_back({component, 1, layout.types[index], layout.offsets[index]});
-    }
-    return runs;
-}
 
 /// A data channel that is copied.
 struct ChannelCopy {
@@ -74,8 +49,6 @@ private:
     void fill_missing(const ColorLayer& layer, float* working, std::size_t pixels) const;
     void fill_alpha(std::int64_t begin, std::int64_t end, float* working) const;
     void look_for_alpha(std::size_t layer, const float* working, std::size_t pixels) const;
-    void undo_alpha(float* working, std::size_t pixels) const;
-    void redo_alpha(float* working, std::size_t pixels) const;
     void copy_data(std::int64_t begin, std::int64_t end) const;
 
     const PartPlan& plan;
@@ -185,12 +158,12 @@ void BandConverter::convert_layer(std::size_t layer, std::int64_t begin, std::in
 
     if (has_alpha) {
         look_for_alpha(layer, working, pixels);
-        undo_alpha(working, pixels);
+        undo_alpha(plan, working, pixels);
     }
     if (convert)
         convert(working, width, static_cast<unsigned int>(end - begin));
     if (has_alpha)
-        redo_alpha(working, pixels);
+        redo_alpha(plan, working, pixels);
     if (plan.quantization.is_needed())
         quantize(plan.quantization, working, width, static_cast<unsigned int>(end - begin), left,
                  top + static_cast<int>(begin));
@@ -232,37 +205,6 @@ std::vector<std::size_t> BandConverter::find_transparent_layers() const {
         if (plan.layers[layer].has_alpha() && plan.layers[layer].owns_alpha && !is_opaque[layer])
             found.push_back(layer);
     return found;
-}
-
-/// Multiplies the color of each pixel by `get_factor(alpha)`.
-template <class GetFactor>
-void scale_colors(float* working, std::size_t pixels, const GetFactor& get_factor) {
-    for (float* pixel = working; pixel != working + pixels * WORKING_CHANNELS; pixel += WORKING_CHANNELS) {
-        const float factor = get_factor(pixel[3]);
-        for (int i = 0; i < 3; ++i)
-            pixel[i] *= factor;
-    }
-}
-
-float divide_unless_zero(float alpha) {
-    return alpha == 0.0f ? 1.0f : 1.0f / alpha;
-}
-float multiply_unless_zero(float alpha) {
-    return alpha == 0.0f ? 1.0f : alpha;
-}
-
-void BandConverter::undo_alpha(float* working, std::size_t pixels) const {
-    if (plan.divides_by_alpha)
-        scale_colors(working, pixels, divide_unless_zero);
-}
-
-void BandConverter::redo_alpha(float* working, std::size_t pixels) const {
-    if (plan.multiplies_by_alpha)
-        scale_colors(working, pixels, multiply_unless_zero);
-    if (plan.associates_alpha)
-        scale_colors(working, pixels, [](float alpha) { return alpha; });
-    if (plan.straightens_alpha)
-        scale_colors(working, pixels, divide_unless_zero);
 }
 
 void BandConverter::copy_data(std::int64_t begin, std::int64_t end) const {

@@ -56,6 +56,14 @@ FORBIDDEN = [
     (r"#include [<\"]nlohmann/json.hpp", "everywhere but tool/json.cpp tests", "the JSON library is slow to compile"),
 ]
 
+MAX_LINES = 300
+
+# Source files that are longer, and why. A file that got shorter has no place here.
+LONG_FILES = {
+    "colorio/color_io_manager.h": "a public class whose members the hosts know",
+    "tests/data/golden_1x.h": "recorded numbers",
+}
+
 INCLUDE = re.compile(r'^\s*#include "([^"]+)"', re.MULTILINE)
 
 
@@ -204,6 +212,12 @@ class Conventions(unittest.TestCase):
                 waiting.extend(read_includes(header))
         self.assertEqual(list_installed_headers(),
                          {header for header in wanted if header.split("/")[0] in ("workflow", "image", "gl", "files")})
+
+    def test_source_files_are_short(self):
+        everything = [folder for folder in ARROWS if "/" not in folder] + ["tests", "benchmarks", "fuzz", "samples"]
+        long = {path for path in list_sources(everything) if len(read(path).splitlines()) > MAX_LINES}
+        self.assertEqual(sorted(long - LONG_FILES.keys()), [], "longer than the limit without a reason")
+        self.assertEqual(sorted(LONG_FILES.keys() - long), [], "listed, but not longer than the limit")
 
     def test_habits(self):
         everything = [folder for folder in ARROWS if "/" not in folder] + ["tests", "benchmarks", "fuzz", "samples"]

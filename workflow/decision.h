@@ -20,7 +20,7 @@ struct RequestWords {
 /// A line of an explanation.
 struct DecisionLine {
     std::string what;   ///< "source", "CDL", "destination", "written as".
-    std::string answer; ///< "Tavelion|sRGB, from --from 'srgb', in another case".
+    std::string answer; ///< "Tavelion|sRGB, from the file rule 'exr' of show.ocio".
 };
 
 /// How source and destination of a conversion were found, in the order of a conversion, the source first.

@@ -1,45 +1,15 @@
-// What the tool makes of the parts that only version 2 configurations have, shown on the sample
-// configuration.
+// What the tool makes of the parts that only version 2 configs have, shown on the sample config.
 
-#include <map>
-
-#include <nlohmann/json.hpp>
-
-#include "tests/tool/tool_fixture.h"
+#include "tests/tool/v2/version_two_fixture.h"
 
 namespace {
 
 using nlohmann::json;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-class VersionTwo : public ToolTest {
-protected:
-    ToolRun run_on_sample(std::vector<std::string> arguments) {
-        arguments.insert(arguments.end(), {"--config", QB_TEST_CONFIG_FOLDER "/version_2/config.ocio"});
-        return run(arguments);
-    }
-
-    json list_json() {
-        const ToolRun result = run_on_sample({"list", "--json"});
-        EXPECT_THAT(result, Succeeds());
-        return json::parse(result.out);
-    }
-
-    /// The items of a list by what they hold under `key`.
-    static std::map<std::string, json> by(const char* key, const json& list) {
-        std::map<std::string, json> items;
-        for (const json& item : list)
-            items[item.at(key)] = item;
-        return items;
-    }
-
-    ToolRun explain(const std::string& from, const std::string& to) {
-        return run_on_sample({"explain", from, to});
-    }
-};
+using VersionTwo = VersionTwoTest;
 
 TEST_F(VersionTwo, SpacesSayWhatTheyAre) {
     const json answer = list_json();
@@ -148,57 +118,6 @@ TEST_F(VersionTwo, HiddenViewsAreListedOnRequest) {
                 FailsWith(1, HasSubstr("the view 'Projector 2.6.Film' of config.ocio is inactive")));
 }
 
-TEST_F(VersionTwo, OtherNamesAreResolvedWithANote) {
-    const ToolRun result = explain("render space", "Printer Lights");
-    EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, AllOf(HasSubstr("source:        Scene|linear\n"),
-                                  HasSubstr("destination:   Scene/Log|log\n")));
-    EXPECT_THAT(result.err, AllOf(HasSubstr("'render space' is an alias of 'Scene|linear'"),
-                                  HasSubstr("'Printer Lights' is an alias of 'Scene/Log|log'")));
-}
-
-TEST_F(VersionTwo, NamesInAnotherCaseAreResolvedWithANote) {
-    const ToolRun result = explain("LINEAR", "scene|PICKING");
-    EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, HasSubstr("destination:   Scene|picking\n"));
-    EXPECT_THAT(result.err, AllOf(HasSubstr("using 'Scene|linear' for 'LINEAR'"),
-                                  HasSubstr("using 'Scene|picking' for 'scene|PICKING'")));
-}
-
-TEST_F(VersionTwo, NamesAsTheyArePublishedNeedNoNote) {
-    EXPECT_EQ(explain("linear", "Scene|picking").err, "");
-    EXPECT_EQ(explain("scene_linear", "compositing_log").err, "") << "roles";
-}
-
-TEST_F(VersionTwo, InactiveSpacesAreResolvedWithANote) {
-    const ToolRun result = explain("Old Scan", "linear");
-    EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, HasSubstr("source:        Old|unpublished\n"));
-    EXPECT_THAT(result.err, HasSubstr("'unpublished' is an inactive color space of config.ocio"));
-}
-
-TEST_F(VersionTwo, NamedTransformsAreRefusedAsSpaces) {
-    EXPECT_THAT(
-        explain("linear", "exposure up"),
-        FailsWith(1, HasSubstr("'exposure up' is a named transform of config.ocio, not a color space")));
-    EXPECT_THAT(explain("linear", "curve only"),
-                FailsWith(1, HasSubstr("'curve only', an alias of 'gamma',")));
-}
-
-TEST_F(VersionTwo, ViewsInAnotherCaseAreResolvedWithANote) {
-    const ToolRun result = run_on_sample({"explain", "linear", "--view", "monitor.FILM"});
-    EXPECT_THAT(result, Succeeds());
-    EXPECT_THAT(result.out, HasSubstr("destination:   Monitor.Film\n"));
-    EXPECT_THAT(result.err, HasSubstr("using the view 'Monitor.Film' for 'monitor.FILM'"));
-    EXPECT_EQ(run_on_sample({"explain", "linear", "--display", "Monitor", "--view", "Film"}).err, "");
-}
-
-TEST_F(VersionTwo, ADisplayMayHaveAFullStopInItsName) {
-    EXPECT_THAT(run_on_sample({"explain", "linear", "--view", "Projector 2.6.Film"}), Succeeds());
-    EXPECT_THAT(run_on_sample({"explain", "linear", "--display", "Projector 2.6", "--view", "Film"}),
-                Succeeds());
-}
-
 TEST_F(VersionTwo, CheckTriesEverything) {
     const ToolRun result = run_on_sample({"check", "--json"});
     EXPECT_THAT(result, Succeeds());
@@ -294,15 +213,6 @@ TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
     const ToolRun result = run({"check", "--config", path("show.ocio")});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.out, AllOf(HasSubstr("Failures: none."), HasSubstr("Notes: 3.")));
-}
-
-TEST_F(VersionTwo, WhySaysWhatLeadsToTheDestination) {
-    folder.write("frame.txt", "no image");
-    const ToolRun result = run_on_sample(
-        {"convert", path("frame.txt"), path("out.png"), "--why", "--from", "lin", "--view", "Monitor.Shot"});
-    EXPECT_THAT(result.out, AllOf(HasSubstr("source:        Scene|linear, from --from 'lin', an alias"),
-                                  HasSubstr("view 'Shot' of display 'Monitor', which shows Display|Monitor "
-                                            "through the view transform filmic with the looks shot grade")));
 }
 
 } // namespace
