@@ -11,6 +11,7 @@
 #include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "viewer/script.h"
+#include "viewer/script_values.h"
 #include "viewer/viewer.h"
 
 namespace viewer {
