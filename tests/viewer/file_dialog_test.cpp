@@ -56,7 +56,7 @@ TEST_F(DialogOfAViewer, StaysAndSaysWhyAFileIsUnusable) {
     type(folder.file("shows/broken.ocio"));
     press("Enter");
     EXPECT_TRUE(shows("Cancel"));
-    EXPECT_THAT(viewer->get_error().value().message, HasSubstr("broken.ocio"));
+    EXPECT_THAT(format_with_hint(viewer->get_error().value()), HasSubstr("broken.ocio"));
     EXPECT_EQ(live_config->get_config_path(), config) << "what was in force stays";
     press("Escape");
     EXPECT_FALSE(shows("Cancel"));

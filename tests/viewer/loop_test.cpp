@@ -128,7 +128,7 @@ TEST_F(LoopOfAViewer, SaysWhatCannotBeOpenedOfWhatIsDropped) {
           folder.write("garbage.ccc", "no correction"), folder.write("garbage.exr", ""),
           folder.file("none.png"), folder.file("luts")}) {
         drop({garbage});
-        EXPECT_THAT(viewer->get_error().value().message,
+        EXPECT_THAT(format_with_hint(viewer->get_error().value()),
                     HasSubstr(std::filesystem::path(garbage).filename().string()));
         EXPECT_GT(count_error_pixels(), 50) << garbage;
         expect_shown(1);
