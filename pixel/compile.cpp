@@ -152,6 +152,7 @@ struct Compiler {
     Stage operator()(const Lut3D& op) { return compile_cube(op); }
     Stage operator()(const FixedFunction& op) { return compile_fixed_function(op); }
     Stage operator()(const RgbCurve& op) { return compile_curve(op); }
+    Stage operator()(const HueCurve& op) { return compile_hue_curve(op); }
     Stage operator()(const ExposureContrast& op) { return compile_exposure(op); }
     Stage operator()(const GradingPrimary& op) { return compile_primary(op); }
     Stage operator()(const GradingTone& op) { return compile_tone(op); }

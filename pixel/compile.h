@@ -19,6 +19,7 @@ Stage compile_log_affine(const LogAffine& op);
 Stage compile_table(const Lut1D& op);
 Stage compile_cube(const Lut3D& op);
 Stage compile_curve(const RgbCurve& op);
+Stage compile_hue_curve(const HueCurve& op);
 Stage compile_exposure(const ExposureContrast& op);
 Stage compile_primary(const GradingPrimary& op);
 /// True for a primary grading that changes no value.

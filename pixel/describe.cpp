@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "pixel/fixed_function.h"
+#include "pixel/hue_spline.h"
 
 namespace pixel {
 
@@ -134,6 +135,19 @@ struct Describer {
         for (std::size_t c = 0; c < 4; ++c) {
             if (!is_diagonal(op.curve[c])) {
                 out += std::string(", ") + CHANNELS[c] + " of " + std::to_string(op.curve[c].size()) +
+                       " control points";
+            }
+        }
+        return out + suffix(op.direction);
+    }
+    std::string operator()(const HueCurve& op) const {
+        constexpr const char* NAMES[] = {"hue-hue", "hue-sat", "hue-lum", "lum-sat",
+                                         "sat-sat", "lum-lum", "sat-lum", "hue-fx"};
+        std::string out = std::string("hue curves, ") + words(op.style) +
+                          (op.converts_to_hsy ? "" : ", without the conversion to hue, saturation and luma");
+        for (std::size_t i = 0; i < op.curve.size(); ++i) {
+            if (!is_neutral(static_cast<HueCurveKind>(i), op.curve[i])) {
+                out += std::string(", ") + NAMES[i] + " of " + std::to_string(op.curve[i].size()) +
                        " control points";
             }
         }

@@ -25,6 +25,7 @@ void run_hue_table(const HueTableStage& stage, Block& block);
 void run_cube(const CubeStage& stage, Block& block);
 void run_inverse_cube(const InverseCubeStage& stage, Block& block);
 void run_curve(const CurveStage& stage, Block& block);
+void run_hue_curve(const HueCurveStage& stage, Block& block);
 void run_sequence(const SequenceStage& stage, Block& block);
 void run_exposure(const ExposureStage& stage, Block& block);
 void run_primary(const PrimaryStage& stage, Block& block);

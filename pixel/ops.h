@@ -141,7 +141,11 @@ enum class FixedStyle {
     XyzToXyy,
     XyzToUvy,
     XyzToLuv,
-    LinearToPq,        ///< SMPTE ST 2084; 1 is 100 nit
+    AcesOutput20,           ///< peak luminance in nit; x and y of the limiting red, green, blue and white
+    AcesRgbToJmh20,         ///< x and y of red, green, blue and white
+    AcesToneCompression20,  ///< peak luminance in nit
+    AcesGamutCompression20, ///< those of AcesOutput20
+    LinearToPq,             ///< SMPTE ST 2084; 1 is 100 nit
     LinearToGammaLog,  ///< mirror, break, power, slope, offset, base, log slope and offset, linear slope and
                        ///< offset
     LinearToDoubleLog, ///< base, two breaks, log slope and offset and linear slope and offset of the low and
@@ -170,6 +174,27 @@ struct RgbCurve {
     GradingStyle style;
     bool bypass_lin_to_log;
     std::array<std::vector<ControlPoint>, 4> curve; ///< red, green, blue, master
+    Direction direction;
+};
+
+/// The curves of a hue curve grading, in the order of HueCurve.
+enum class HueCurveKind {
+    HueHue,              ///< hue over hue
+    HueSaturation,       ///< gain of the saturation over the hue
+    HueLuminance,        ///< gain of the luma over the hue
+    LuminanceSaturation, ///< gain of the saturation over the luma
+    SaturationSaturation,
+    LuminanceLuminance,
+    SaturationLuminance, ///< gain of the luma over the saturation
+    HueShift,            ///< added to the hue, over the hue
+};
+
+/// Curves of hue, saturation and luma. All slopes 0: estimated. The hue goes from 0 to 1; in the linear style
+/// the luma is a logarithm.
+struct HueCurve {
+    GradingStyle style;
+    bool converts_to_hsy; ///< false: red, green and blue are hue, saturation and luma
+    std::array<std::vector<ControlPoint>, 8> curve;
     Direction direction;
 };
 
@@ -214,7 +239,7 @@ struct GradingTone {
 };
 
 using Op = std::variant<Matrix, Range, Cdl, Exponent, LinearToeCurve, Log, LogAffine, Lut1D, Lut3D,
-                        FixedFunction, RgbCurve, ExposureContrast, GradingPrimary, GradingTone>;
+                        FixedFunction, RgbCurve, HueCurve, ExposureContrast, GradingPrimary, GradingTone>;
 /// Applied from first to last.
 using OpChain = std::vector<Op>;
 

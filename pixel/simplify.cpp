@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "pixel/compile.h"
+#include "pixel/hue_spline.h"
 
 namespace pixel {
 
@@ -38,6 +39,14 @@ struct IdentityTest {
             return std::all_of(curve.begin(), curve.end(),
                                [](const ControlPoint& p) { return p.x == p.y && p.slope == 0; });
         });
+    }
+    bool operator()(const HueCurve& op) const {
+        for (std::size_t i = 0; i < op.curve.size(); ++i) {
+            if (!is_neutral(static_cast<HueCurveKind>(i), op.curve[i])) {
+                return false;
+            }
+        }
+        return true;
     }
     bool operator()(const ExposureContrast& op) const {
         return op.exposure == 0 && op.contrast == 1 && op.gamma == 1;

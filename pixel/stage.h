@@ -16,6 +16,8 @@
 /// wherever its elementary functions do.
 namespace pixel {
 
+struct Aces2;
+
 /// out = ((m0 r + m1 g) + m2 b) + m3 a, then + offset; every product and sum rounded.
 struct MatrixStage {
     float m[4][4];
@@ -185,6 +187,7 @@ struct FunctionStage {
     void (*run)(const FunctionStage& stage, Block& block);
     std::array<float, 8> k;
     std::array<double, 16> wide = {};
+    std::shared_ptr<const Aces2> aces2 = nullptr; ///< of the ACES 2.0 functions
 };
 
 /// The pieces of a spline, `(a * t + b) * t + c` with t = x - knot, in the order of their knots; the lines
@@ -213,6 +216,14 @@ struct SplineTable {
 /// Curves of red, green, blue and master.
 struct CurveStage {
     std::vector<SplineTable<float>> curve; ///< four; large, so kept apart from stages of other kinds
+    bool forward;
+};
+
+/// The curves of a HueCurve; those that its direction inverts are prepared for that.
+struct HueCurveStage {
+    std::vector<SplineTable<float>> curve;
+    GradingStyle style;
+    bool converts_to_hsy;
     bool forward;
 };
 
@@ -247,10 +258,10 @@ struct PrimaryStage {
     bool forward, has_power, has_saturation;
 };
 
-using Stage =
-    std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage, ExpStage,
-                 TableStage, HalfTableStage, InverseTableStage, InverseHalfStage, HueTableStage, CubeStage,
-                 InverseCubeStage, FunctionStage, CurveStage, SequenceStage, ExposureStage, PrimaryStage>;
+using Stage = std::variant<MatrixStage, DiagonalStage, RangeStage, PowerStage, ToeStage, CdlStage, LogStage,
+                           ExpStage, TableStage, HalfTableStage, InverseTableStage, InverseHalfStage,
+                           HueTableStage, CubeStage, InverseCubeStage, FunctionStage, CurveStage,
+                           HueCurveStage, SequenceStage, ExposureStage, PrimaryStage>;
 
 /// Runs one stage on a block.
 void run(const Stage& stage, Block& block);

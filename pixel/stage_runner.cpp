@@ -29,6 +29,7 @@ struct Runner {
     void operator()(const InverseCubeStage& s) { run_inverse_cube(s, block); }
     void operator()(const FunctionStage& s) { s.run(s, block); }
     void operator()(const CurveStage& s) { run_curve(s, block); }
+    void operator()(const HueCurveStage& s) { run_hue_curve(s, block); }
     void operator()(const SequenceStage& s) { run_sequence(s, block); }
     void operator()(const ExposureStage& s) { run_exposure(s, block); }
     void operator()(const PrimaryStage& s) { run_primary(s, block); }

@@ -38,10 +38,25 @@ void add_gradings(Direction direction, std::vector<Op>& ops) {
         ops.push_back(FixedFunction{style, {}, direction});
     }
     ops.push_back(FixedFunction{FixedStyle::Rec2100Surround, {0.78}, direction});
+    const std::vector<double> rec709{0.64, 0.33, 0.30, 0.60, 0.15, 0.06, 0.3127, 0.3290};
+    std::vector<double> limits{100};
+    limits.insert(limits.end(), rec709.begin(), rec709.end());
+    ops.push_back(FixedFunction{FixedStyle::AcesOutput20, limits, direction});
+    ops.push_back(FixedFunction{FixedStyle::AcesRgbToJmh20, rec709, direction});
+    ops.push_back(FixedFunction{FixedStyle::AcesToneCompression20, {1000}, direction});
+    ops.push_back(FixedFunction{FixedStyle::AcesGamutCompression20, limits, direction});
     const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}};
     const std::vector<ControlPoint> bent{{-1, -1.5f, 0}, {0.18f, 0.2f, 0}, {0.7f, 0.9f, 0}, {2, 2.5f, 0}};
     for (const auto style : {GradingStyle::Log, GradingStyle::Linear}) {
         ops.push_back(RgbCurve{style, false, {bent, straight, straight, bent}, direction});
+    }
+    const std::vector<ControlPoint> level{{0, 1, 0}, {1, 1, 0}}, gains{{0.1f, 1.2f, 0}, {0.6f, 0.9f, 0}};
+    for (const auto style : {GradingStyle::Log, GradingStyle::Video}) {
+        ops.push_back(HueCurve{
+            style,
+            false,
+            {straight, gains, gains, gains, straight, {{0, 0, 0}, {0.4f, 0.5f, 0}, {1, 1, 0}}, level, level},
+            direction});
     }
     for (const auto style : {ExposureStyle::Linear, ExposureStyle::Video, ExposureStyle::Logarithmic}) {
         ops.push_back(ExposureContrast{style, 0.5, 1.2, 0.9, 0.18, 0.088, 0.435, direction});

@@ -56,6 +56,11 @@ RgbCurve curve(GradingStyle style, Direction direction) {
     return {style, false, {points, points, points, points}, direction};
 }
 
+const std::vector<ControlPoint> RISING{{0, 0, 0}, {0.5f, 0.6f, 0}, {1, 1, 0}},
+    GAIN{{0.1f, 1.1f, 0}, {0.6f, 0.9f, 0}};
+const std::array<std::vector<ControlPoint>, 8> HUE_CURVES{RISING, GAIN,   GAIN, GAIN,
+                                                          RISING, RISING, GAIN, GAIN};
+
 OpChain all_kinds() {
     return {
         FixedFunction{FixedStyle::AcesGamutCompression13,
@@ -66,6 +71,10 @@ OpChain all_kinds() {
         ExposureContrast{ExposureStyle::Video, 1, 1.1, 1, 0.18, 0.088, 0.435, Direction::Forward},
         GradingPrimary{GradingStyle::Log, ONE, SOME, SOME, ONE, ONE, ONE, ONE, 1.2, 0, 0, 1, 0, 2, false,
                        Direction::Forward},
+        HueCurve{GradingStyle::Linear, true, HUE_CURVES, Direction::Inverse},
+        FixedFunction{FixedStyle::AcesOutput20,
+                      {100, 0.64, 0.33, 0.30, 0.60, 0.15, 0.06, 0.3127, 0.3290},
+                      Direction::Inverse},
         GradingTone{GradingStyle::Log,
                     {SOME, 0.4, 0.4},
                     {SOME, 0.5, 0},

@@ -82,19 +82,27 @@ TEST(Describe, NamesGradingsAndFixedFunctions) {
                      1.5,
                      Direction::Inverse};
     const std::vector<ControlPoint> straight{{0, 0, 0}, {1, 1, 0}},
-        bent{{0, 0, 0}, {0.5f, 0.75f, 0}, {1, 1, 0}};
+        bent{{0, 0, 0}, {0.5f, 0.75f, 0}, {1, 1, 0}}, level{{0, 1, 0}, {1, 1, 0}};
     const Program program({
         FixedFunction{FixedStyle::AcesGlow10, {}, Direction::Forward},
         FixedFunction{FixedStyle::Rec2100Surround, {0.78}, Direction::Inverse},
+        FixedFunction{FixedStyle::AcesToneCompression20, {1000}, Direction::Inverse},
         RgbCurve{GradingStyle::Linear, true, {bent, straight, straight, bent}, Direction::Forward},
+        HueCurve{GradingStyle::Linear,
+                 false,
+                 {straight, level, level, level, bent, straight, level, bent},
+                 Direction::Inverse},
         ExposureContrast{ExposureStyle::Linear, 1, 1.5, 1, 0.18, 0.088, 0.435, Direction::Forward},
         primary,
         tone,
     });
     EXPECT_THAT(program.describe().given,
                 ElementsAre("ACES 1.0 glow", "Rec. 2100 surround, parameters 0.78, inverse",
+                            "ACES 2.0 tone scale and chroma compression, parameters 1000, inverse",
                             "RGB curves, linear style, without the step to a logarithm, red of 3 control "
                             "points, master of 3 control points",
+                            "hue curves, linear style, without the conversion to hue, saturation and luma, "
+                            "sat-sat of 3 control points, hue-fx of 3 control points, inverse",
                             "exposure and contrast, linear style, exposure 1, contrast 1.5, gamma 1, pivot "
                             "0.18",
                             "primary grading, log style, contrast 1.5 1 1 1, saturation 1.25",

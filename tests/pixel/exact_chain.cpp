@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
 
 #include "exact_curves.h"
 #include "exact_functions.h"
@@ -206,6 +207,10 @@ ExactPixel evaluate(const RgbCurve& op, const ExactPixel& in) {
     return evaluate_curves_exactly(op, in);
 }
 
+ExactPixel evaluate(const HueCurve&, const ExactPixel&) {
+    throw std::logic_error("the roundings of hue curves are part of them");
+}
+
 ExactPixel evaluate(const ExposureContrast& op, const ExactPixel& in) {
     return evaluate_exposure_exactly(op, in);
 }
@@ -227,6 +232,15 @@ ExactPixel evaluate_exactly(const OpChain& chain, const Pixel& in) {
         value = std::visit([&](const auto& known) { return evaluate(known, value); }, op);
     }
     return value;
+}
+
+bool has_exact_value(const Op& op) {
+    const auto* function = std::get_if<FixedFunction>(&op);
+    const bool is_aces2 = function && (function->style == FixedStyle::AcesOutput20 ||
+                                       function->style == FixedStyle::AcesRgbToJmh20 ||
+                                       function->style == FixedStyle::AcesToneCompression20 ||
+                                       function->style == FixedStyle::AcesGamutCompression20);
+    return !is_aces2 && !std::holds_alternative<HueCurve>(op);
 }
 
 } // namespace pixel_test

@@ -48,6 +48,9 @@ bool is_close(float value, double exact) {
 
 TEST_P(ExactAgreement, EveryOperationIsCloseToItsValueInDoublePrecision) {
     for (const Op& op : all_operations()) {
+        if (!has_exact_value(op)) {
+            continue;
+        }
         const Program program({op});
         for (const Pixel& in : pixels()) {
             Pixel out = in;

@@ -56,6 +56,12 @@ TEST(Simplify, NeutralGradingsAreDropped) {
     EXPECT_TRUE(
         simplify({RgbCurve{GradingStyle::Linear, false, {straight, straight, straight, straight}, {}}})
             .empty());
+    const std::vector<ControlPoint> level{{0, 1, 0}, {1, 1, 0}}, none{{0, 0, 0}, {1, 0, 0}};
+    HueCurve hues{
+        GradingStyle::Log, true, {straight, level, level, level, straight, straight, level, none}, {}};
+    EXPECT_TRUE(simplify({hues}).empty());
+    hues.curve[7] = level;
+    EXPECT_EQ(simplify({hues}).size(), 1u);
     EXPECT_TRUE(simplify({ExposureContrast{ExposureStyle::Video, 0, 1, 1, 0.18, 0.088, 0.435, {}}}).empty());
     EXPECT_TRUE(simplify({GradingTone{GradingStyle::Linear,
                                       {one, 0, 4},

@@ -183,6 +183,10 @@ pixel::Op translate_transform(const library::Transform& transform) {
         return translate_as<library::GradingToneTransform>(transform);
     case library::TRANSFORM_TYPE_GRADING_RGB_CURVE:
         return translate_as<library::GradingRGBCurveTransform>(transform);
+#if OCIO_VERSION_MINOR >= 5
+    case library::TRANSFORM_TYPE_GRADING_HUE_CURVE:
+        return translate_as<library::GradingHueCurveTransform>(transform);
+#endif
     default:
         throw NotKnown{name_of(transform) + " is not supported by the SIMD code"};
     }

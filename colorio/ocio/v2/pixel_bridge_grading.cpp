@@ -27,6 +27,10 @@ constexpr FixedFunctionName FIXED_FUNCTIONS[] = {
     {library::FIXED_FUNCTION_REC2100_SURROUND, pixel::FixedStyle::Rec2100Surround},
 #else
     {library::FIXED_FUNCTION_REC2100_SURROUND, pixel::FixedStyle::Rec2100SurroundMirrored},
+    {library::FIXED_FUNCTION_ACES_OUTPUT_TRANSFORM_20, pixel::FixedStyle::AcesOutput20},
+    {library::FIXED_FUNCTION_ACES_RGB_TO_JMH_20, pixel::FixedStyle::AcesRgbToJmh20},
+    {library::FIXED_FUNCTION_ACES_TONESCALE_COMPRESS_20, pixel::FixedStyle::AcesToneCompression20},
+    {library::FIXED_FUNCTION_ACES_GAMUT_COMPRESS_20, pixel::FixedStyle::AcesGamutCompression20},
     {library::FIXED_FUNCTION_LIN_TO_PQ, pixel::FixedStyle::LinearToPq},
     {library::FIXED_FUNCTION_LIN_TO_GAMMA_LOG, pixel::FixedStyle::LinearToGammaLog},
     {library::FIXED_FUNCTION_LIN_TO_DOUBLE_LOG, pixel::FixedStyle::LinearToDoubleLog},
@@ -54,6 +58,15 @@ pixel::Rgbm values_of(const library::GradingRGBM& v) {
 
 pixel::ToneZone zone_of(const library::GradingRGBMSW& v) {
     return {{v.m_red, v.m_green, v.m_blue, v.m_master}, v.m_start, v.m_width};
+}
+
+std::vector<pixel::ControlPoint> points_of(const library::GradingBSplineCurve& curve) {
+    std::vector<pixel::ControlPoint> points;
+    for (std::size_t k = 0; k < curve.getNumControlPoints(); ++k) {
+        const library::GradingControlPoint& point = curve.getControlPoint(k);
+        points.push_back({point.m_x, point.m_y, curve.getSlope(k)});
+    }
+    return points;
 }
 
 } // namespace
@@ -109,11 +122,7 @@ pixel::Op translate_op(const library::GradingRGBCurveTransform& t) {
     pixel::RgbCurve op{style_of(t.getStyle()), t.getBypassLinToLog(), {}, direction_of(t)};
     const library::ConstGradingRGBCurveRcPtr curves = t.getValue();
     for (std::size_t i = 0; i < op.curve.size(); ++i) {
-        const auto curve = curves->getCurve(static_cast<library::RGBCurveType>(i));
-        for (std::size_t k = 0; k < curve->getNumControlPoints(); ++k) {
-            const library::GradingControlPoint& point = curve->getControlPoint(k);
-            op.curve[i].push_back({point.m_x, point.m_y, curve->getSlope(k)});
-        }
+        op.curve[i] = points_of(*curves->getCurve(static_cast<library::RGBCurveType>(i)));
     }
     return op;
 }
@@ -125,5 +134,19 @@ pixel::Op translate_op(const library::GradingToneTransform& t) {
                               zone_of(v.m_midtones),  zone_of(v.m_highlights), zone_of(v.m_whites),
                               v.m_scontrast,          direction_of(t)};
 }
+
+#if OCIO_VERSION_MINOR >= 5
+pixel::Op translate_op(const library::GradingHueCurveTransform& t) {
+    refuse_dynamic(t.isDynamic());
+    const library::ConstGradingHueCurveRcPtr curves = t.getValue();
+    if (curves->getDrawCurveOnly())
+        throw NotKnown{"a hue curve that is only drawn is not supported by the SIMD code"};
+    pixel::HueCurve op{
+        style_of(t.getStyle()), t.getRGBToHSY() != library::HSY_TRANSFORM_NONE, {}, direction_of(t)};
+    for (std::size_t i = 0; i < op.curve.size(); ++i)
+        op.curve[i] = points_of(*curves->getCurve(static_cast<library::HueCurveType>(i)));
+    return op;
+}
+#endif
 
 } // namespace ocio

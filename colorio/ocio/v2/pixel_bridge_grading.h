@@ -12,5 +12,8 @@ pixel::Op translate_op(const library::ExposureContrastTransform& t);
 pixel::Op translate_op(const library::GradingPrimaryTransform& t);
 pixel::Op translate_op(const library::GradingRGBCurveTransform& t);
 pixel::Op translate_op(const library::GradingToneTransform& t);
+#if OCIO_VERSION_MINOR >= 5
+pixel::Op translate_op(const library::GradingHueCurveTransform& t);
+#endif
 
 } // namespace ocio
