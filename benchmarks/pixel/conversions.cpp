@@ -1,6 +1,7 @@
 #include "benchmarks/pixel/conversions.h"
 
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -181,11 +182,35 @@ Conversion make(const char* name, const library::ConstTransformRcPtr& transform,
     return {name, config, config->getProcessor(SOURCE, DESTINATION)};
 }
 
-} // namespace
+bool is_built_in(const char* style) {
+    const auto registry = library::BuiltinTransformRegistry::Get();
+    for (std::size_t i = 0; i < registry->getNumBuiltins(); ++i)
+        if (std::strcmp(registry->getBuiltinStyle(i), style) == 0)
+            return true;
+    return false;
+}
 
-const std::vector<Conversion>& conversions() {
+/// ACES 2.0 output transforms, where the library has them.
+void add_aces2_views(std::vector<Conversion>& conversions) {
+    const char* const sdr = "ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - SDR-100nit-REC709_2.0";
+    const char* const hdr = "ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - HDR-1000nit-REC2020_2.0";
+    if (!is_built_in(sdr) || !is_built_in(hdr))
+        return;
+    const auto add = [&](const char* name, const library::TransformRcPtr& transform,
+                         library::TransformDirection to) {
+        transform->setDirection(to);
+        conversions.push_back(make(name, transform));
+    };
+    const char *const srgb_display = "DISPLAY - CIE-XYZ-D65_to_sRGB",
+                      *const pq_display = "DISPLAY - CIE-XYZ-D65_to_REC.2100-PQ";
+    add("aces2_sdr_view", aces_view(sdr, srgb_display), library::TRANSFORM_DIR_FORWARD);
+    add("aces2_hdr_view", aces_view(hdr, pq_display), library::TRANSFORM_DIR_FORWARD);
+    add("aces2_sdr_view_inverse", aces_view(sdr, srgb_display), library::TRANSFORM_DIR_INVERSE);
+}
+
+std::vector<Conversion> make_conversions() {
     constexpr auto FORWARD = library::TRANSFORM_DIR_FORWARD, INVERSE = library::TRANSFORM_DIR_INVERSE;
-    static const std::vector<Conversion> all{
+    std::vector<Conversion> all{
         make("srgb_to_linear", builtin_space(srgb, FORWARD)),
         make("linear_to_srgb", builtin_space(srgb, INVERSE)),
         make("linear_to_cineon", builtin_space(cineon, INVERSE)),
@@ -211,6 +236,14 @@ const std::vector<Conversion>& conversions() {
         make("rgb_curve_linear", rgb_curves(library::GRADING_LIN)),
         make("exposure_contrast", exposure_contrast()),
     };
+    add_aces2_views(all);
+    return all;
+}
+
+} // namespace
+
+const std::vector<Conversion>& conversions() {
+    static const std::vector<Conversion> all = make_conversions();
     return all;
 }
 
