@@ -63,15 +63,20 @@ std::optional<Number> parse_as(const std::string& text) {
     return CLI::detail::lexical_cast(text, number) ? std::optional(number) : std::nullopt;
 }
 
+/// The check that a value is a number.
+constexpr char NUMBER_CHECK[] = "number";
+
 /// Checks the values of `option` with `accepts`.
 template <class Accepts>
-CLI::Option* add_check(CLI::Option* option, const std::string& expected, const Accepts& accepts) {
-    option->check([option, expected, accepts](const std::string& text) -> std::string {
-        if (!accepts(text))
-            refuse_value(*option, text, expected);
-        return {};
-    });
-    return option;
+void add_check(CLI::Option* option, const std::string& expected, const Accepts& accepts,
+               const std::string& name = "") {
+    option->check(
+        [option, expected, accepts](const std::string& text) -> std::string {
+            if (!accepts(text))
+                refuse_value(*option, text, expected);
+            return {};
+        },
+        "", name);
 }
 
 } // namespace
@@ -112,6 +117,7 @@ const Option& Option::positive() const {
         const std::optional<float> number = workflow::parse_number(text);
         return number && *number > 0;
     });
+    option->get_validator(NUMBER_CHECK)->active(false); // its words say less
     return *this;
 }
 
@@ -143,7 +149,7 @@ Option Options::add(const std::string& name, Target target, const std::string& h
     if (std::holds_alternative<int*>(target) || std::holds_alternative<std::optional<int>*>(target))
         add_check(option, "expected a whole number", parse_as<int>);
     else if (std::holds_alternative<float*>(target) || std::holds_alternative<double*>(target))
-        add_check(option, "expected a number", workflow::parse_number);
+        add_check(option, "expected a number", workflow::parse_number, NUMBER_CHECK);
     return Option(option);
 }
 

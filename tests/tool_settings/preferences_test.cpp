@@ -168,7 +168,7 @@ TEST_F(Preferences, ThatCannotBeReadAreNotChanged) {
 TEST_F(Preferences, ThatAreNamedMustExistToBeRead) {
     EXPECT_THAT(run({"list", "--prefs", path("no.yaml")}), FailsWith(1, HasSubstr("no such file")));
     EXPECT_THAT(run({"list", "--prefs", path("no.yaml"), "--no-prefs"}),
-                FailsWith(2, HasSubstr("--no-prefs and --prefs cannot be combined")));
+                FailsWith(2, HasSubstr("--prefs and --no-prefs cannot be combined")));
 }
 
 TEST_F(Preferences, ThatCannotBeSavedFailTheCommand) {
