@@ -25,9 +25,10 @@ public:
             console.report(*warning);
         const std::string associations = workflow::describe_association_source();
         const diagnostics::Diagnostics unknown = workflow::find_unknown_spaces();
-        console.print(fmt::format(unknown.empty() ? "All color spaces of {} exist in {}."
-                                                  : "Color spaces of {} that are missing in {}:",
-                                  associations, session.get_config_name()));
+        const std::string config = session.get_config_name();
+        console.print(unknown.empty()
+                          ? fmt::format("All color spaces of {} exist in {}.", associations, config)
+                          : fmt::format("Color spaces of {} that are missing in {}:", associations, config));
         for (const diagnostics::Diagnostic& error : unknown)
             console.print(fmt::format("  {}{}{}", error.message, error.hint.empty() ? "" : "; ", error.hint));
         return unknown.empty() ? EXIT_CODE_DONE : EXIT_CODE_FAILED;

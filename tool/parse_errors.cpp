@@ -62,7 +62,7 @@ std::string describe_pair(const std::string& message, const std::string& words, 
     const std::size_t at = message.find(words);
     if (at == message.npos)
         return message;
-    return fmt::format(format, message.substr(0, at), message.substr(at + words.size()));
+    return fmt::format(fmt::runtime(format), message.substr(0, at), message.substr(at + words.size()));
 }
 
 } // namespace

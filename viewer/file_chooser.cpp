@@ -168,8 +168,8 @@ std::optional<std::string> FileChooser::choose(const std::string& path) {
     const bool is_missing = status.type() == fs::file_type::not_found;
     last_error = diagnostics::make_file_error(
         is_missing ? Code::FILE_MISSING : Code::FILE_NOT_REGULAR,
-        fmt::format(is_missing ? "'{}' does not exist" : "'{}' is not a regular file or readable folder",
-                    wanted.string()),
+        fmt::format("'{}' {}", wanted.string(),
+                    is_missing ? "does not exist" : "is not a regular file or readable folder"),
         wanted.string());
     return {};
 }
