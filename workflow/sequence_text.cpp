@@ -49,7 +49,8 @@ std::string summarize_image(const SequenceReport& report, const ImageReport& ima
 }
 
 std::string summarize_sequence(const SequenceReport& report, const FrameJobs& found) {
-    std::string text = fmt::format("{} frames converted", report.converted);
+    std::string text =
+        fmt::format("{} {} converted", report.converted, report.converted == 1 ? "frame" : "frames");
     if (report.up_to_date > 0)
         text += fmt::format(", {} up to date", report.up_to_date);
     if (report.failed > 0)

@@ -34,8 +34,8 @@ TEST_F(SequenceOptions, IsResumedInItsPlaceFromANamedColorSpace) {
         return run(line);
     };
     EXPECT_THAT(resume({}), FailsWith(2, HasSubstr("--resume needs --from")));
-    EXPECT_THAT(resume({"--from", "sRGB", "--frames", "1"}).out, HasSubstr("1 frames converted, "));
-    EXPECT_THAT(resume({"--from", "sRGB"}).out, HasSubstr("1 frames converted, 1 up to date, "));
+    EXPECT_THAT(resume({"--from", "sRGB", "--frames", "1"}).out, HasSubstr("1 frame converted, "));
+    EXPECT_THAT(resume({"--from", "sRGB"}).out, HasSubstr("1 frame converted, 1 up to date, "));
     for (const int frame : {1, 2})
         EXPECT_NEAR(read_image(path(name("in", frame))).get("G", 4, 2),
                     formula::srgb_to_linear(get_gray(frame)), 5e-6)
@@ -63,7 +63,7 @@ TEST_F(SequenceOptions, IsNotResumedWithAnotherLut) {
     EXPECT_THAT(convert("1", {"--lut", path("own.spi1d")}), Succeeds());
     EXPECT_THAT(convert("1", {"--lut", path("own.spi1d"), "--resume"}).out, HasSubstr("1 up to date"));
     write_lut("0.6");
-    EXPECT_THAT(convert("1", {"--lut", path("own.spi1d"), "--resume"}).out, HasSubstr("1 frames converted"));
+    EXPECT_THAT(convert("1", {"--lut", path("own.spi1d"), "--resume"}).out, HasSubstr("1 frame converted"));
 }
 
 TEST_F(SequenceOptions, IsOnlyPlanned) {
