@@ -7,6 +7,7 @@
 
 #include "benchmarks/colorio/bench_module.h"
 #include "colorio/color_io.h"
+#include "colorio/color_io_converter.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
 #include "host/parser/parser_entry.h"
@@ -112,10 +113,11 @@ void module_check_chain(benchmark::State& state) {
     ColorIOManager::get_instance()->use_file_config(true);
     for (auto _ : state) {
         const ColorIOInspection::Batch batch;
+        ColorIOConverter converter;
         int made = 0;
         for (int i = 1; i < count; ++i) {
-            made += ColorIOInspection::try_conversion(name_of(i).c_str(), "space0");
-            made += ColorIOInspection::try_conversion("space0", name_of(i).c_str());
+            made += converter.configure(name_of(i).c_str(), "space0");
+            made += converter.configure("space0", name_of(i).c_str());
         }
         state.counters["made"] = made;
     }

@@ -5,6 +5,7 @@
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
+#include "colorio/color_io_transforms.h"
 #include "colorio/ocio/source_files.h"
 #include "fuzz/colorio/conversion_use.h"
 #include "fuzz/colorio/fuzz_module.h"
@@ -50,13 +51,15 @@ void look_up_views(const ColorIOManager& manager) {
 
 void check_entries() {
     const CoreVector<ColorIOInspection::ColorSpace> spaces = ColorIOInspection::get_color_spaces();
+    const CoreString first = spaces.is_empty() ? CoreString() : spaces[0].name;
+    ColorIOConverter converter;
     for (unsigned int i = 0; i < std::min(spaces.get_count(), MAX_CONVERTED); ++i)
-        ColorIOInspection::try_conversion(spaces[i].name, spaces[0].name);
+        ColorIOTransforms::configure(converter, spaces[i].name, first);
     for (const auto& transform : ColorIOInspection::get_named_transforms())
         require(transform.has_forward || transform.has_inverse);
     const CoreVector<CoreString> looks = ColorIOInspection::get_looks();
     for (unsigned int i = 0; i < std::min(looks.get_count(), MAX_CONVERTED); ++i)
-        ColorIOInspection::try_look(looks[i]);
+        ColorIOTransforms::configure_looks(converter, first, looks[i]);
     const CoreVector<CoreString> view_transforms = ColorIOInspection::get_view_transforms();
     for (unsigned int i = 0; i < std::min(view_transforms.get_count(), MAX_CONVERTED); ++i)
         ColorIOInspection::try_view_transform(view_transforms[i]);

@@ -49,7 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& [source, destination] : {std::pair("linear", NAME), std::pair(NAME, "linear")})
         if (converter.configure(source, destination) && converter.is_enabled())
             use_converter(converter);
-    if (converter.is_enabled())
+    // The LUT of a shader takes five times as long as everything else.
+    if (converter.is_enabled() && size % 16 == 0)
         use_shaders(converter);
     return 0;
 }
