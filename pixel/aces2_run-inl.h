@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include <hwy/highway.h>
 
@@ -155,11 +156,15 @@ public:
         const auto max_j = hn::Set(d, aces_.factors.max_j);
         const float* const display_j = FORWARD ? x() : kept_j_;
         const float* const scene_j = FORWARD ? kept_j_ : x();
+        // 0 / 0, which emulated vectors may divide in another way.
+        const auto undefined = hn::Set(d, std::numeric_limits<float>::quiet_NaN());
         for_each([&](std::size_t i) HWY_ATTR {
             const auto share = load(display_j, i) / max_j;
             store(share, relative, i);
             store(share, relative_root, i);
-            store(load(display_j, i) / load(scene_j, i), ratio_root, i);
+            const auto scene = load(scene_j, i);
+            const auto ratio = load(display_j, i) / scene;
+            store(hn::IfThenElse(hn::Eq(scene, hn::Zero(d)), undefined, ratio), ratio_root, i);
         });
         raise(relative_root, aces_.model.root);
         raise(ratio_root, FORWARD ? aces_.model.root : -aces_.model.root);
