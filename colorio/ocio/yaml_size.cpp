@@ -145,8 +145,8 @@ std::optional<YamlError> find_yaml_error(const std::string& path) {
         std::istringstream stream(text);
         YAML::Parser parser(stream);
         Ignorer ignorer;
-        while (parser.HandleNextDocument(ignorer)) {
-        }
+        // OpenColorIO reads one. The parser would find documents without end in the text ",".
+        parser.HandleNextDocument(ignorer);
     } catch (const YAML::Exception& error) {
         if (!error.mark.is_null())
             return YamlError{static_cast<unsigned int>(error.mark.line + 1),

@@ -56,6 +56,13 @@ TEST_F(YamlSize, IsLeftToTheLibraryWhereTheTextIsNoYaml) {
     EXPECT_NO_THROW(ocio::require_bounded_yaml(folder_.file("missing.ocio")));
 }
 
+TEST_F(YamlSize, IsNotSoughtInDocumentsWithoutEnd) {
+    for (const char* text : {", ", ",", "]", "}", "a: 1\n---\n,"}) {
+        const std::string path = folder_.write("config.ocio", text);
+        EXPECT_NE(refusal_of([&] { ocio::create_config_from_file(path.c_str()); }), accepted_) << text;
+    }
+}
+
 TEST_F(YamlSize, IsNotAskedOfAPipe) {
     const std::string path = folder_.file("pipe.ocio");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
