@@ -181,7 +181,7 @@ colorspaces:
                                   "0</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection>");
     for (const std::vector<std::string>& steps : std::vector<std::vector<std::string>>{
              {"--from", "half", "--look", "double", "--cdl", cdl, "--to", "lin"},
-             {"--inverse-view", "M.V", "--cdl", cdl, "--inverse", "--look", "-double"}}) {
+             {"--from", "half", "--cdl", cdl, "--inverse", "--look", "-double", "--to", "lin"}}) {
         std::vector<std::string> arguments = {"--config", config, "--json"};
         arguments.insert(arguments.end(), steps.begin(), steps.end());
         const ToolRun result = make_shader(arguments);
@@ -197,7 +197,7 @@ colorspaces:
         // The last color of the wide grid, where the difference is largest or not: 16 times what the steps
         // do.
         const double at = answer["differences"][1]["at"][0], cpu = answer["differences"][1]["cpu"][0];
-        EXPECT_NEAR(cpu / at, steps[0] == "--from" ? 2.0 * 2 * 3 : 2.0 / 3 / 2, 1e-3);
+        EXPECT_NEAR(cpu / at, steps[2] == "--look" ? 2.0 * 2 * 3 : 2.0 / 3 / 2, 1e-3);
     }
 }
 
