@@ -21,7 +21,7 @@ TEMPORARY = re.compile(r"\.qb_colorio-[^/]*\.tmp[^/]*$")
 # What images hold of the moment when they were written and of the path of their input: a fingerprint, in PNG with the
 # checksum of its chunk. DPX holds its own path.
 OF_THE_RUN = re.compile(rb"\d{4}:\d\d:\d\d[ :]\d\d:\d\d:\d\d|/?\.qb_colorio-[\w-]+\.tmp\.dpx\0*"
-                        rb"|colorio(?::fingerprint\0(?:string\0.{4})?| )[0-9a-f]{32}.{4}", re.DOTALL)
+                        rb"|colorio(?::fingerprint\0(?:string\0.{4})?[0-9a-f]{32}.{4}| [0-9a-f]{32})", re.DOTALL)
 LUT = "Version 1\nFrom 0.0 1.0\nLength 2\nComponents 1\n{\n0.0\n0.5\n}\n"
 # What an earlier version wrote, and what the program does not know.
 PREFERENCES = """\
