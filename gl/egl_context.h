@@ -11,7 +11,7 @@ namespace gl {
 class EglContext {
 public:
     /// Prefers a display without devices or windows, then the first device that has a driver. Throws
-    /// diagnostics::Failure (GPU_UNAVAILABLE) when there is no EGL, or none that offers the profile.
+    /// diagnostics::Failure (GPU_UNAVAILABLE) when EGL is missing or does not support the profile.
     explicit EglContext(GlProfile profile);
     ~EglContext();
     EglContext(const EglContext&) = delete;

@@ -25,7 +25,8 @@ struct Method {
     bool has_quality(int quality) const { return most > 0 && quality >= least && quality <= most; }
 };
 
-/// OpenImageIO 3 (3.1.18) compresses TIFF by deflate at a level of its own, and writes deflate for "jpeg".
+/// OpenImageIO 3 (3.1.18) always compresses TIFF with the same level of deflate, and writes deflate for
+/// "jpeg".
 constexpr bool TIFF_HAS_QUALITY = OIIO_VERSION_MAJOR < 3;
 
 /// The first one of a format is its default. Of deflate and of DWA the "quality" is the level.

@@ -39,7 +39,7 @@ GpuStage make_gpu_stage(const Conversion& conversion, const Conversion::Stage& s
     return {text.get_data(), {{lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()}};
 }
 
-/// The functions of all stages, each with a name of its own, and the one that calls them in their order.
+/// The functions of all stages, renamed to be unique, and a function that calls them in order.
 std::string chain_stages(const std::vector<GpuStage>& stages, std::size_t exposure_position,
                          bool takes_gain) {
     std::string functions, parameters, calls;

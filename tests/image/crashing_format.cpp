@@ -10,8 +10,8 @@ namespace {
 
 constexpr char MAGIC[] = "an image that crashes its reader";
 
-/// The reader of a format of its own, as a plugin for OpenImageIO with a defect would have it. The defects of
-/// OpenImageIO's own readers differ from version to version.
+/// A reader that crashes, registered like a plugin of OpenImageIO. Files that crash OpenImageIO's own readers
+/// differ from version to version.
 class CrashingInput : public OIIO::ImageInput {
 public:
     const char* format_name() const override { return "crashing"; }

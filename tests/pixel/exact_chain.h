@@ -11,8 +11,8 @@ namespace pixel_test {
 /// operations in pixel/ops.h; shares no code with the kernels.
 ExactPixel evaluate_exactly(const pixel::OpChain& chain, const Pixel& in);
 
-/// False for ACES 2.0 functions and hue curves: the roundings of the reference renderer are part of these, so
-/// that double precision is no nearer to the right value. Evaluating them throws std::logic_error.
+/// False for ACES 2.0 functions and hue curves: their results include the roundings of OpenColorIO's floats,
+/// so that a double-precision result is not a better reference. Evaluating them throws std::logic_error.
 bool has_exact_value(const pixel::Op& op);
 
 } // namespace pixel_test

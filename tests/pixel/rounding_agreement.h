@@ -6,8 +6,8 @@
 
 #include "library_agreement.h"
 
-/// Agreement of operations whose roundings are part of them: OpenColorIO's tables and the order of its steps
-/// in floats decide, and double precision is no nearer to it.
+/// Agreement of operations whose results depend on roundings: OpenColorIO's tables and the order of its steps
+/// in floats are the reference, not a double-precision result.
 namespace pixel_test {
 
 /// How pixels compare with OpenColorIO's, by the largest difference of a channel.

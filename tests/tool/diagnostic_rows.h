@@ -229,7 +229,7 @@ inline const std::map<std::string, std::string> WITHOUT_ROW = {
     {"home-missing", "the system may know the home folder without a variable"},
     {"system-failure", "scarce_system_test.cpp: the system has to refuse threads"},
     {"gpu-unavailable", "depends on the machine"},
-    {"display-missing", "viewer/view_command_test.cpp: the viewer has tests of its own"},
+    {"display-missing", "viewer/view_command_test.cpp: tested with the viewer"},
     {"gpu-limit", "depends on the machine"},
     {"shader-invalid", "only a driver with errors refuses a shader of the module"},
     {"image-adapted", "convert_keeps_test.cpp: needs image files with special content"},

@@ -159,15 +159,13 @@ TEST_F(Shader, NeedsItsTwoEndsAndAFolder) {
                 FailsWith(2, HasSubstr("es")));
 }
 
-// 0.5 of "film" is 0.5 of lin; the look doubles, the CDL triples, and the LUT halves the result.
+// 0.5 in "half" is 1 in "lin"; the look doubles and the CDL triples that, or their inverses.
 TEST_F(Shader, TakesTheStepsThatConvertTakes) {
     const std::string config = folder.write("show.ocio", R"(ocio_profile_version: 1
 search_path: .
 strictparsing: true
 roles: {default: lin, scene_linear: lin}
-displays:
-  M:
-    - !<View> {name: V, colorspace: half}
+displays: {M: [!<View> {name: V, colorspace: half}]}
 looks:
   - !<Look> {name: double, process_space: lin, transform: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}}
 colorspaces:
@@ -194,8 +192,7 @@ colorspaces:
             EXPECT_LT(difference["largest"], 1e-3) << difference;
             EXPECT_EQ(difference["incomparable"], 0);
         }
-        // The last color of the wide grid, where the difference is largest or not: 16 times what the steps
-        // do.
+        // The steps multiply every color by the same factor.
         const double at = answer["differences"][1]["at"][0], cpu = answer["differences"][1]["cpu"][0];
         EXPECT_NEAR(cpu / at, steps[2] == "--look" ? 2.0 * 2 * 3 : 2.0 / 3 / 2, 1e-3);
     }

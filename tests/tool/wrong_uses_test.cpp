@@ -97,6 +97,11 @@ WrongUse convert(const std::string& options, int code, const char* message) {
     return {CONVERT + options, code, message};
 }
 
+/// With the built-in config.
+WrongUse convert_builtin(const std::string& options, int code, const char* message) {
+    return {"convert @in.exr @out.exr --from linear --to sRGB " + options, code, message};
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Spaces, WrongUseOf,
     testing::Values(
@@ -144,15 +149,14 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUse{"convert @in.exr @out --from linear --to sRGB", 1, "out"},
                     WrongUse{"convert @in.exr /dev/null --from linear --to sRGB", 1, "/dev/null"},
                     WrongUse{"convert @data.exr @out.exr --from linear --to sRGB", 1, "data.exr"},
-                    WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --layers none", 1, "none"},
-                    WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --parts 2", 1, "2"},
-                    WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --skip rgba", 1, "rgba"}));
+                    convert_builtin("--layers none", 1, "none"), convert_builtin("--parts 2", 1, "2"),
+                    convert_builtin("--skip rgba", 1, "rgba")));
 
 INSTANTIATE_TEST_SUITE_P(
     Output, WrongUseOf,
     testing::Values(convert("--from lin --to half_light -d uint9", 2, "uint9"),
                     WrongUse{"convert @in.exr @out.png --from linear --to sRGB -d half", 1, "out.png"},
-                    WrongUse{"convert @in.exr @out.exr --from linear --to sRGB -d uint10", 1, "out.exr"},
+                    convert_builtin("-d uint10", 1, "out.exr"),
                     convert("--from lin --to half_light --compression lzw", 1, "lzw"),
                     convert("--from lin --to half_light --compression zip --quality 10", 1, "10"),
                     convert("--from lin --to half_light --quality x", 2, "--quality"),
@@ -170,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{"convert @shot.#.exr @done.#.exr --from linear --to sRGB --frames 1-2-3", 2, "1-2-3"},
         WrongUse{"convert @shot.#.exr @done.#.exr --from linear --to sRGB --frames 1-2x0", 2, "1-2x0"},
         WrongUse{"convert @shot.#.exr @done.#.exr --from linear --to sRGB --frames a", 2, "'a'"},
-        WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --frames 1-2", 2, "no frame number in"},
+        convert_builtin("--frames 1-2", 2, "no frame number in"),
         WrongUse{"convert @none.#.exr @done.#.exr --from linear --to sRGB", 1, "none.#.exr"},
         WrongUse{"convert @shot.#.exr @done.#.exr --from linear --to sRGB --memory 1X", 2,
                  "invalid size '1X'"},
@@ -189,8 +193,8 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUse{"shader --from linear --to sRGB -o @film.cube", 1, "film.cube"},
                     WrongUse{"cdl write @grades.ccc --cdl a=1,1,1", 2, "SLOPE/OFFSET/POWER/SATURATION"},
                     WrongUse{"cdl write @grades.ccc --cdl a=-1,1,1/0,0,0/1,1,1/1", 2, "slope -1 is negative"},
-                    WrongUse{"prefs set colour_file @show.ocio --prefs @preferences.yaml", 2,
-                             "no preference 'colour_file'"},
+                    WrongUse{"prefs set no_such_file @show.ocio --prefs @preferences.yaml", 2,
+                             "no preference 'no_such_file'"},
                     WrongUse{"prefs set color_space_file_path @none.ocio --prefs @preferences.yaml", 1,
                              "none.ocio"},
                     WrongUse{"prefs set color_space_file_path @show.ocio --prefs @show.ocio", 1, "show.ocio"},

@@ -23,7 +23,7 @@ TEST_F(DialogOfAViewer, OpensAConfigurationWithTheMouse) {
     click("File");
     click("Open config...");
     EXPECT_TRUE(shows("test.ocio")) << "it starts beside the configuration in force";
-    EXPECT_FALSE(shows("ramps.exr")) << "which is no configuration";
+    EXPECT_FALSE(shows("ramps.exr")) << "not a config";
     double_click("shows/");
     click("other.ocio");
     click("Open");

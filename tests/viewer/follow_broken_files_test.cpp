@@ -41,7 +41,7 @@ TEST_F(ModelThatFollowsChanges, KeepsTheLastGoodStateWhileTheConfigurationIsBrok
         EXPECT_THAT(format_with_hint(model->get_errors()[0]), HasSubstr("last valid version"));
         EXPECT_EQ(live_config->get_config_name(), "test.ocio");
         EXPECT_THAT(live_config->get_views(), ElementsAre("Screen.Raw", "Screen.Shown"));
-        EXPECT_EQ(model->get_conversion(FIRST), chain) << "nothing is made anew";
+        EXPECT_EQ(model->get_conversion(FIRST), chain) << "the same object";
         model->set_view(FIRST, "Screen.Raw");
         EXPECT_FLOAT_EQ(shown_white(), 1) << "other views can still be chosen";
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include <OpenColorIO/OpenColorIO.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
@@ -74,6 +75,21 @@ TEST_F(ConfigFeatures, AViewIsInverted) {
     expect({"--inverse-view", "Monitor.Film"}, apply(view));
     view->setSrc("wide linear");
     expect({"--inverse-view", "Monitor.Film", "--to", "wide linear"}, apply(view));
+}
+
+TEST_F(ConfigFeatures, AShaderInvertsAView) {
+    const ToolRun result = run({"shader", "--inverse-view", "Monitor.Plain", "--to", "linear", "--json", "-o",
+                                path("gpu"), "--config", CONFIG});
+    ASSERT_THAT(result, Succeeds());
+    const auto difference = nlohmann::json::parse(result.out).at("differences").at(0);
+    const auto view = OCIO::DisplayViewTransform::Create();
+    view->setSrc("linear");
+    view->setDisplay("Monitor");
+    view->setView("Plain");
+    view->setDirection(OCIO::TRANSFORM_DIR_INVERSE);
+    const Color expected = apply(view, difference.at("at").get<Color>());
+    for (std::size_t channel = 0; channel < 3; ++channel)
+        EXPECT_NEAR(difference.at("cpu").at(channel).get<float>(), expected[channel], 1e-5);
 }
 
 TEST_F(ConfigFeatures, AnInvertedViewGoesBackThroughTheView) {
