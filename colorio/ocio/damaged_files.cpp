@@ -9,6 +9,7 @@
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/profile_version.h"
+#include "colorio/ocio/singular_parts.h"
 #include "colorio/ocio/transform.h"
 #include "diagnostics/failure.h"
 
@@ -77,7 +78,7 @@ std::optional<std::string> find_refusal(const std::string& path, TransformDirect
         file->setSrc(path.c_str());
         file->setInterpolation(INTERP_LINEAR);
         file->setDirection(direction);
-        create_config()->getProcessor(file);
+        require_invertible_tables(*create_config()->getProcessor(file));
         return std::nullopt;
     } catch (const std::exception& exception) {
         return exception.what();

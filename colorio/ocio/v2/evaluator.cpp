@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "colorio/ocio/processor_checks.h"
+#include "colorio/ocio/singular_parts.h"
 #include "colorio/ocio/v2/pixel_bridge.h"
 
 namespace ocio {
@@ -28,8 +29,10 @@ Evaluator::Evaluator(const library::ConstProcessorRcPtr& processor, library::Opt
     else
         why_not_ = "the SIMD code is switched off";
     // Not of an optimized processor: OpenColorIO can refuse to copy operations that it has merged itself.
-    if (!program_)
+    if (!program_) {
+        require_invertible_tables(*processor);
         cpu_ = processor->getOptimizedCPUProcessor(optimization);
+    }
     no_op_ = program_ ? program_->is_identity() : cpu_->isNoOp();
 }
 

@@ -136,11 +136,11 @@ library::ColorSpaceTransformRcPtr make_conversion(const char* source, const char
 }
 
 /// Checks a conversion, then OpenColorIO makes it.
-library::ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config,
-                                          const ConstTransformRcPtr& transform) {
+ConstProcessorRcPtr make_checked(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform,
+                                 const ConstColorSpaceRcPtr& source) {
     return with_cause(config, transform, [&] {
         const Conversion asked = checked(config, transform);
-        return asked.config->getProcessor(asked.transform);
+        return make_processor(config, asked.config->getProcessor(asked.transform), source);
     });
 }
 
@@ -162,12 +162,11 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const char* so
         const ConstColorSpaceRcPtr destination_space = find_space(config, to);
         const bool is_plain =
             source_space && destination_space && is_plain_conversion(*source_space, *destination_space);
-        const auto make = [&] {
+        return with_cause(config, make_conversion(from, to), [&] {
             const ConstConfigRcPtr asked =
                 is_plain ? config : checked(config, make_conversion(from, to)).config;
-            return asked->getProcessor(from, to);
-        };
-        return make_processor(config, with_cause(config, make_conversion(from, to), make), source_space);
+            return make_processor(config, asked->getProcessor(from, to), source_space);
+        });
     });
 }
 
@@ -178,13 +177,12 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const DisplayT
         conversion->setSrc(known_name(config, transform.input_color_space_name));
         conversion->setDisplay(transform.display);
         conversion->setView(transform.view);
-        return make_processor(config, make_checked(config, conversion),
-                              find_space(config, conversion->getSrc()));
+        return make_checked(config, conversion, find_space(config, conversion->getSrc()));
     });
 }
 
 ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTransformRcPtr& transform) {
-    return guarded([&] { return make_processor(config, make_checked(config, transform), nullptr); });
+    return guarded([&] { return make_checked(config, transform, nullptr); });
 }
 
 } // namespace ocio

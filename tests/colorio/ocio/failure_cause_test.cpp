@@ -114,6 +114,17 @@ TEST_F(FailureCause, ATransformHasNoInverse) {
               "its CDL (slope 1 1 1, saturation 0) cannot be inverted, so this direction does not exist");
 }
 
+TEST_F(FailureCause, ALutOfASingleEntryHasNoInverse) {
+    const std::string cube = folder.write("luts/one.cube", "LUT_3D_SIZE 1\n0.5 0.5 0.5\n");
+    const std::string grid = folder.write("luts/one.spi3d", "SPILUT 1.0\n3 3\n1 1 1\n0 0 0 0.5 0.5 0.5\n");
+    for (const std::string& path : {cube, grid}) {
+        const Diagnostic cause = find("!<FileTransform> {src: " + path + "}", "log", "lin");
+        EXPECT_EQ(cause.code, Code::MATRIX_SINGULAR);
+        EXPECT_EQ(cause.message,
+                  "the file '" + path + "' cannot be inverted, so this direction does not exist");
+    }
+}
+
 TEST_F(FailureCause, AFileIsBlamedOnlyInTheDirectionThatItLacks) {
     const std::string path = folder.write("luts/flat.spimtx", "0 0 0 0\n0 1 0 0\n0 0 1 0\n");
     const Diagnostic own = find("!<FileTransform> {src: flat.spimtx}", "log", "lin");
