@@ -191,10 +191,20 @@ private:
             if (tag == STRIP_BYTES || tag == TILE_BYTES)
                 lengths = array;
         }
-        for (std::uint64_t i = 0; i < std::min(offsets.count, lengths.count); ++i)
-            file.require(number(offsets.position + i * offsets.width, offsets.width),
-                         number(lengths.position + i * lengths.width, lengths.width));
+        if (offsets.count == 0 || offsets.count != lengths.count)
+            throw EndReached();
+        for (std::uint64_t i = 0; i < offsets.count; ++i)
+            check_strip(number(offsets.position + i * offsets.width, offsets.width),
+                        number(lengths.position + i * lengths.width, lengths.width));
         return number(position, is_big ? 8 : 4);
+    }
+
+    /// A position of 0 is that of a strip or tile that was never written, or whose directory was not written
+    /// again after its pixels; readers fill it with zeros.
+    void check_strip(std::uint64_t position, std::uint64_t length) const {
+        if (position == 0 || length == 0)
+            throw EndReached();
+        file.require(position, length);
     }
 
     Array get_array(std::uint64_t entry) {

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "image/pixel_layout.h"
+#include "image/truncation.h"
 
 namespace image {
 
@@ -72,6 +73,8 @@ std::string find_damage(const std::string& path, std::size_t part_count) {
     const std::unique_ptr<OIIO::ImageInput> input = OIIO::ImageInput::open(path);
     if (!input)
         return explain(OIIO::geterror());
+    if (is_truncated(path, input->format_name()))
+        return explain("it names no place for some of its pixels");
     std::size_t found = 0;
     for (int subimage = 0; found <= part_count && input->seek_subimage(subimage, 0); ++subimage)
         for (int level = 0; found <= part_count && input->seek_subimage(subimage, level); ++level, ++found)

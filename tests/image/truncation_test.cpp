@@ -2,11 +2,13 @@
 
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
 
+#include "image/written_file.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -34,6 +36,32 @@ constexpr Layout LAYOUTS[] = {
     {"a.jpg", "jpeg"},
     {"a.dpx", "dpx"},
 };
+
+/// An unsigned number of a little-endian file.
+std::size_t get_number(const std::string& bytes, std::size_t position, std::size_t width) {
+    std::size_t value = 0;
+    for (std::size_t i = width; i-- > 0;)
+        value = value << 8 | static_cast<unsigned char>(bytes[position + i]);
+    return value;
+}
+
+/// Sets the positions (273 or 324) or lengths (279 or 325) of the strips or tiles of the first directory of a
+/// little-endian TIFF to 0: what a directory says that was not written again after the pixels.
+void drop_places(std::string& tiff, std::size_t strip_tag, std::size_t tile_tag) {
+    constexpr std::size_t ENTRY_BYTES = 12, LONG = 4;
+    const std::size_t directory = get_number(tiff, 4, 4);
+    for (std::size_t i = 0; i < get_number(tiff, directory, 2); ++i) {
+        const std::size_t entry = directory + 2 + i * ENTRY_BYTES;
+        const std::size_t tag = get_number(tiff, entry, 2);
+        if (tag != strip_tag && tag != tile_tag)
+            continue;
+        const std::size_t width = get_number(tiff, entry + 2, 2) == LONG ? 4 : 2;
+        const std::size_t length = get_number(tiff, entry + 4, 4) * width;
+        tiff.replace(length > 4 ? get_number(tiff, entry + 8, 4) : entry + 8, length, length, '\0');
+        return;
+    }
+    FAIL() << "no places";
+}
 
 class Truncations : public testing::Test {
 protected:
@@ -84,6 +112,24 @@ TEST_F(Truncations, AreFoundWhereverTheFileIsCut) {
             folder.write("cut", whole.substr(0, size));
             ASSERT_TRUE(image::is_truncated(folder.file("cut"), layout.format))
                 << layout.name << ", " << size << " of " << whole.size() << " bytes";
+        }
+    }
+}
+
+TEST_F(Truncations, AreTiffDirectoriesThatWereNotWrittenAgainAfterThePixels) {
+    for (const Layout& layout : LAYOUTS) {
+        if (std::string(layout.format) != "tiff")
+            continue;
+        const std::string path = write(layout);
+        const auto parts = static_cast<std::size_t>(layout.parts);
+        EXPECT_EQ(image::find_damage(path, parts), "") << layout.name;
+        const std::string whole = folder.read(layout.name);
+        for (const auto& [strip_tag, tile_tag] : {std::pair(273, 324), std::pair(279, 325)}) {
+            std::string damaged = whole;
+            drop_places(damaged, static_cast<std::size_t>(strip_tag), static_cast<std::size_t>(tile_tag));
+            folder.write(layout.name, damaged);
+            EXPECT_TRUE(image::is_truncated(path, "tiff")) << layout.name;
+            EXPECT_NE(image::find_damage(path, parts), "") << layout.name;
         }
     }
 }
