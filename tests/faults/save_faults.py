@@ -37,6 +37,36 @@ GRADE = "warm=1.1,1,0.9/0,0,0/1,1,1/1"
 IMAGE = b"P6\n8 8\n255\n" + bytes(range(192))
 
 
+TIFF_WIDTHS = {1: 1, 2: 1, 3: 2, 4: 4, 5: 8, 7: 1}
+STRIP_OFFSETS, STRIP_LENGTHS = 273, 279
+
+
+def read_tiff(content):
+    """What a little-endian TIFF holds: the values of its tags and its strips, wherever they lie; a damaged file as it is.
+
+    When a call fails that writes the directory, the writer can write it once more at another place.
+    """
+    def number(at, width):
+        return int.from_bytes(content[at:at + width], "little")
+
+    directory = number(4, 4)
+    tags = {}
+    for entry in range(directory + 2, directory + 2 + 12 * number(directory, 2), 12):
+        width = TIFF_WIDTHS.get(number(entry + 2, 2), 0)
+        length = width * number(entry + 4, 4)
+        start = entry + 8 if length <= 4 else number(entry + 8, 4)
+        if start + length > len(content):
+            return content
+        tags[number(entry, 2)] = [content[at:at + width] for at in range(start, start + length, width or 1)]
+    if not {STRIP_OFFSETS, STRIP_LENGTHS} <= tags.keys() or [] in tags.values():
+        return content
+    offsets, lengths = ([int.from_bytes(value, "little") for value in tags.pop(tag)]
+                        for tag in (STRIP_OFFSETS, STRIP_LENGTHS))
+    strips = b"".join(content[at:at + length] for at, length in zip(offsets, lengths))
+    texts = b"".join(b"\n%d: " % tag + b"".join(values) for tag, values in sorted(tags.items()))
+    return strips + texts + b"\n%d" % number(directory + 2 + 12 * number(directory, 2), 4)
+
+
 class Save:
     """One command that saves. `targets` are its files; `follow` is a later save that succeeds in either state.
 
@@ -129,9 +159,14 @@ class Place:
 
     def read_files(self):
         """Contents by name, without what differs from run to run."""
-        return {str(path.relative_to(self.folder)):
-                OF_THE_RUN.sub(b"", path.read_bytes().replace(str(self.folder).encode(), b"FOLDER"))
+        return {str(path.relative_to(self.folder)): self.read_file(path)
                 for path in self.folder.rglob("*") if path.is_file() and not path.is_symlink()}
+
+    def read_file(self, path):
+        content = path.read_bytes()
+        if path.suffix == ".tif" and content.startswith(b"II*\0") and not TEMPORARY.search(path.name):
+            content = read_tiff(content)
+        return OF_THE_RUN.sub(b"", content.replace(str(self.folder).encode(), b"FOLDER"))
 
     def run(self, command, fault="EIO", at=0):
         program = self.options.mapping if self.save.is_mapping else self.options.tool
