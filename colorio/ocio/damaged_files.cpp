@@ -9,7 +9,7 @@
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/profile_version.h"
-#include "colorio/ocio/singular_parts.h"
+#include "colorio/ocio/table_inverse.h"
 #include "colorio/ocio/transform.h"
 #include "diagnostics/failure.h"
 

@@ -20,10 +20,6 @@ bool is_singular(const Number (&m)[16]) {
 /// `is_singular` of the transform's coefficients; one implementation per version of OpenColorIO.
 bool is_singular(const library::MatrixTransform& matrix);
 
-/// Throws OpenColorIO's exception for the inverse of a 3D LUT with a single entry along an edge, whose search
-/// OpenColorIO 2 does not end; one implementation per version of OpenColorIO.
-void require_invertible_tables(const library::Processor& processor);
-
 /// Error about a transform that has no inverse: a matrix, or a CDL that loses colors. Empty for others.
 std::optional<diagnostics::Diagnostic> find_singular_part(const TransformRcPtr& transform);
 

@@ -11,9 +11,6 @@ bool is_singular(const library::MatrixTransform& matrix) {
     return is_singular(m);
 }
 
-/// OpenColorIO 1 refuses the inverse of every 3D LUT itself.
-void require_invertible_tables(const library::Processor&) {}
-
 bool knows_space(const ConstConfigRcPtr& config, const std::string& name) {
     return config->getColorSpace(name.c_str()) != nullptr;
 }

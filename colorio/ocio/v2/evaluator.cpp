@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "colorio/ocio/processor_checks.h"
-#include "colorio/ocio/singular_parts.h"
+#include "colorio/ocio/table_inverse.h"
 #include "colorio/ocio/v2/pixel_bridge.h"
 
 namespace ocio {
