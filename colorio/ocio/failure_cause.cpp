@@ -1,6 +1,7 @@
 #include "colorio/ocio/failure_cause.h"
 
 #include <optional>
+#include <vector>
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/context_variables.h"
@@ -23,10 +24,11 @@ class TransformErrors {
 public:
     explicit TransformErrors(ConstConfigRcPtr config) : config(std::move(config)) {}
 
-    void look_at(const TransformRcPtr& transform) {
+    /// `owner` is what the transform belongs to; null for the conversion itself.
+    void look_at(const TransformRcPtr& transform, const GraphNode* owner) {
         if (found)
             return;
-        found = find_singular_part(transform);
+        found = find_singular_part(transform, owner);
         if (const auto* spaces = dynamic_cast<const library::ColorSpaceTransform*>(transform.get()))
             for (const char* name : {spaces->getSrc(), spaces->getDst()})
                 require_space(name);
@@ -57,6 +59,25 @@ private:
     std::optional<Diagnostic> found;
 };
 
+/// The first error of the conversion itself and of what it refers to.
+std::optional<Diagnostic> find_transform_error(const ConstConfigRcPtr& config,
+                                               const ConstTransformRcPtr& conversion,
+                                               const ConversionParts& parts) {
+    const ConfigRcPtr copy = create_editable_copy(config);
+    TransformErrors errors(config);
+    const auto look_at = [&](const std::vector<GraphNode>& nodes) {
+        const GraphNode* const owner = nodes.empty() ? nullptr : &nodes.front();
+        rewrite_conversion(copy, conversion, nodes,
+                           [&](const TransformRcPtr& transform) { errors.look_at(transform, owner); });
+        return errors.get().has_value();
+    };
+    if (!look_at({}))
+        for (const GraphNode& node : parts.nodes)
+            if (look_at({node}))
+                break;
+    return errors.get();
+}
+
 } // namespace
 
 Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr& conversion,
@@ -67,11 +88,8 @@ Diagnostic find_cause(const ConstConfigRcPtr& config, const ConstTransformRcPtr&
             return describe_missing_file(config, parts.missing.front());
         if (const std::optional<Diagnostic> damage = find_damaged_file(config, parts))
             return *damage;
-        TransformErrors errors(config);
-        const auto look = [&](const TransformRcPtr& transform) { errors.look_at(transform); };
-        rewrite_conversion(create_editable_copy(config), conversion, parts.nodes, look);
-        if (errors.get())
-            return *errors.get();
+        if (const std::optional<Diagnostic> error = find_transform_error(config, conversion, parts))
+            return *error;
         if (const std::optional<Diagnostic> singular = find_singular_file(config, conversion, parts))
             return *singular;
     } catch (const Exception&) {

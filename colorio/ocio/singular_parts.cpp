@@ -17,20 +17,38 @@ namespace {
 using diagnostics::Code;
 using diagnostics::Diagnostic;
 
-/// "its matrix", or its CDL with the numbers: the part of a transform without an inverse. Empty if there is
-/// none.
+/// "the matrix", or "the CDL", if it has no inverse; empty otherwise.
 std::string name_singular_part(const TransformRcPtr& transform) {
     if (const auto cdl = library::DynamicPtrCast<library::CDLTransform>(transform)) {
         float slope[3];
         get_slope(cdl, slope);
-        std::ostringstream text;
-        text << "its CDL (slope " << slope[0] << ' ' << slope[1] << ' ' << slope[2] << ", saturation "
-             << cdl->getSat() << ')';
         const bool loses_colors = cdl->getSat() == 0 || std::find(slope, slope + 3, 0.0f) != slope + 3;
-        return loses_colors ? text.str() : "";
+        return loses_colors ? "the CDL" : "";
     }
     const auto matrix = library::DynamicPtrCast<library::MatrixTransform>(transform);
-    return matrix && is_singular(*matrix) ? "its matrix" : "";
+    return matrix && is_singular(*matrix) ? "the matrix" : "";
+}
+
+/// " (slope 0 1 1, saturation 1)" for a CDL; empty for others.
+std::string list_numbers(const TransformRcPtr& transform) {
+    const auto cdl = library::DynamicPtrCast<library::CDLTransform>(transform);
+    if (!cdl)
+        return "";
+    float slope[3];
+    get_slope(cdl, slope);
+    std::ostringstream text;
+    text << " (slope " << slope[0] << ' ' << slope[1] << ' ' << slope[2] << ", saturation " << cdl->getSat()
+         << ')';
+    return text.str();
+}
+
+/// "the color space 'log'".
+std::string name_node(const GraphNode& node) {
+    const char* const kind = node.kind == NodeKind::COLOR_SPACE       ? "color space"
+                             : node.kind == NodeKind::LOOK            ? "look"
+                             : node.kind == NodeKind::NAMED_TRANSFORM ? "named transform"
+                                                                      : "view transform";
+    return std::string("the ") + kind + " '" + node.name + "'";
 }
 
 Diagnostic describe_singular(const std::string& part) {
@@ -61,9 +79,15 @@ bool needs_other_direction(const ConstConfigRcPtr& config, const ConstTransformR
 
 } // namespace
 
-std::optional<Diagnostic> find_singular_part(const TransformRcPtr& transform) {
+std::optional<Diagnostic> find_singular_part(const TransformRcPtr& transform, const GraphNode* owner) {
     const std::string part = name_singular_part(transform);
-    return part.empty() ? std::nullopt : std::optional(describe_singular(part));
+    if (part.empty())
+        return std::nullopt;
+    const std::string place = owner ? " of " + name_node(*owner) : "";
+    Diagnostic cause = describe_singular(part + place + list_numbers(transform));
+    if (owner)
+        cause.subject = owner->name;
+    return cause;
 }
 
 std::optional<Diagnostic> find_singular_file(const ConstConfigRcPtr& config,

@@ -20,8 +20,10 @@ bool is_singular(const Number (&m)[16]) {
 /// `is_singular` of the transform's coefficients; one implementation per version of OpenColorIO.
 bool is_singular(const library::MatrixTransform& matrix);
 
-/// Error about a transform that has no inverse: a matrix, or a CDL that loses colors. Empty for others.
-std::optional<diagnostics::Diagnostic> find_singular_part(const TransformRcPtr& transform);
+/// Error about a transform that has no inverse: a matrix, or a CDL that loses colors. Empty for others. It
+/// names `owner`, which the transform belongs to; null for none.
+std::optional<diagnostics::Diagnostic> find_singular_part(const TransformRcPtr& transform,
+                                                          const GraphNode* owner);
 
 /// Error about a file that is applied in the direction in which it does not exist: that of a singular matrix,
 /// or of a LUT that OpenColorIO cannot invert. Empty if there is none.

@@ -175,7 +175,8 @@ TEST_F(Check, NamesACdlThatCannotBeInverted) {
     EXPECT_EQ(answer["failures"][0].at("directions"), json({"to lin"}));
     EXPECT_EQ(answer["failures"][0].at("reason").at("code"), "matrix-singular");
     EXPECT_EQ(answer["failures"][0].at("reason").at("message"),
-              "its CDL (slope 0 1 1, saturation 1) cannot be inverted, so this direction does not exist");
+              "the CDL of the color space 'dead' (slope 0 1 1, saturation 1) cannot be inverted, so this "
+              "direction does not exist");
 }
 
 TEST_F(Check, NamesAFileWithAMatrixThatCannotBeInverted) {

@@ -107,11 +107,15 @@ TEST_F(FailureCause, ATransformHasNoInverse) {
     const Diagnostic matrix =
         find("!<MatrixTransform> {matrix: [0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]}", "log", "lin");
     EXPECT_EQ(matrix.code, Code::MATRIX_SINGULAR);
-    EXPECT_EQ(matrix.message, "its matrix cannot be inverted, so this direction does not exist");
+    EXPECT_EQ(matrix.subject, "log");
+    EXPECT_EQ(matrix.message,
+              "the matrix of the color space 'log' cannot be inverted, so this direction does not exist");
     EXPECT_EQ(find("!<CDLTransform> {slope: [0, 1, 1]}", "log", "lin").message,
-              "its CDL (slope 0 1 1, saturation 1) cannot be inverted, so this direction does not exist");
+              "the CDL of the color space 'log' (slope 0 1 1, saturation 1) cannot be inverted, so this "
+              "direction does not exist");
     EXPECT_EQ(find("!<CDLTransform> {saturation: 0}", "log", "lin").message,
-              "its CDL (slope 1 1 1, saturation 0) cannot be inverted, so this direction does not exist");
+              "the CDL of the color space 'log' (slope 1 1 1, saturation 0) cannot be inverted, so this "
+              "direction does not exist");
 }
 
 TEST_F(FailureCause, ALutOfASingleEntryHasNoInverse) {
