@@ -18,6 +18,7 @@ struct Correction {
     std::vector<std::string> unread_elements; ///< Names of ignored elements, such as "ASC_SOP".
     /// False when an element name is spelled in a way that OpenColorIO does not accept: "SopNode".
     bool has_usual_names = true;
+    unsigned int line = 0; ///< Of its ColorCorrection element in the file, from 1; 0 if it is of no file.
 };
 
 /// A record of the module with these numbers and no file, named `name`.

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include <strings.h>
 
@@ -45,6 +46,12 @@ bool is_file(const std::string& path) {
     throw diagnostics::Failure(files::to_diagnostic(failure));
 }
 
+[[noreturn]] void fail_at(const std::string& path, unsigned int line, std::string message) {
+    Diagnostic error = diagnostics::make_file_error(Code::CDL_INVALID, std::move(message), path);
+    error.line = line;
+    throw diagnostics::Failure(std::move(error));
+}
+
 XmlNode parse_document(const std::string& path) {
     if (const auto opened = files::open_for_reading(path); !opened)
         fail_to_read(opened.get_failure());
@@ -68,6 +75,7 @@ public:
         : element(element), path(path), position(position) {}
 
     Correction read() {
+        correction.line = static_cast<unsigned int>(element.get_line());
         for (int i = 0; i < element.count_attributes(); ++i)
             if (std::strcmp(element.get_attribute_name(i), "id") == 0)
                 correction.id = element.get_attribute_value(i);
@@ -116,7 +124,7 @@ private:
     void read_numbers(const XmlNode& parent, const char* name, float* values, std::size_t count) const {
         const XmlNode node = parent.get_child(name);
         if (node.is_empty())
-            fail(fmt::format("{} is missing", name));
+            fail(parent, fmt::format("{} is missing", name));
         std::string_view text = node.get_text(0) ? node.get_text(0) : "";
         std::size_t found = 0;
         for (std::size_t start; (start = text.find_first_not_of(BLANKS)) != std::string_view::npos; ++found) {
@@ -124,20 +132,19 @@ private:
             const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
             const auto value = parse_number(word);
             if (!value)
-                fail(fmt::format("{} contains '{}', which is not a number", name, word));
+                fail(node, fmt::format("{} contains '{}', which is not a number", name, word));
             if (found < count)
                 values[found] = *value;
             text.remove_prefix(word.size());
         }
         if (found != count)
-            fail(fmt::format("{} has {} numbers instead of {}", name, found, count));
+            fail(node, fmt::format("{} has {} numbers instead of {}", name, found, count));
     }
 
-    [[noreturn]] void fail(const std::string& reason) const {
+    [[noreturn]] void fail(const XmlNode& place, const std::string& reason) const {
         const std::string name = correction.id.empty() ? "" : fmt::format(" ('{}')", correction.id);
-        fail_file(Code::CDL_INVALID,
-                  fmt::format("cannot read '{}': color correction {}{}: {}", path, position, name, reason),
-                  path);
+        fail_at(path, static_cast<unsigned int>(place.get_line()),
+                fmt::format("color correction {}{}: {}", position, name, reason));
     }
 
     const XmlNode& element;
@@ -191,6 +198,7 @@ void add_unread_elements(const Correction& correction, const std::string& path,
             correction.id, fmt::join(correction.unread_elements, ", ")),
         path));
     warning.subject = correction.id;
+    warning.line = correction.line;
 }
 
 CorrectionSource parse_correction_source(const std::string& text) {
@@ -222,13 +230,10 @@ Correction read_correction(const CorrectionSource& source) {
 Correction read_valid_correction(const CorrectionSource& source) {
     Correction correction = read_correction(source);
     const std::string problem = find_invalid_number(correction);
-    if (!problem.empty())
-        fail_file(Code::CDL_INVALID,
-                  fmt::format("invalid CDL{} in '{}': {}",
-                              correction.id.empty() ? "" : fmt::format(" '{}'", correction.id), source.path,
-                              problem),
-                  source.path);
-    return correction;
+    if (problem.empty())
+        return correction;
+    const std::string name = correction.id.empty() ? "" : fmt::format(" '{}'", correction.id);
+    fail_at(source.path, correction.line, fmt::format("invalid CDL{}: {}", name, problem));
 }
 
 } // namespace workflow

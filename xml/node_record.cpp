@@ -40,8 +40,8 @@ XmlContent NodeRecord::content(std::int32_t position) const {
 NodeRecord* create_record(Document& document, const char* name, bool is_declaration) {
     auto* record = document.allocate_array<NodeRecord>(1);
     if (record != nullptr)
-        *record = NodeRecord{&document, name, nullptr, nullptr, nullptr, nullptr,
-                             nullptr,   0,    0,       0,       0,       is_declaration};
+        *record = NodeRecord{&document, name, nullptr, nullptr, nullptr,        nullptr, nullptr,
+                             0,         0,    0,       0,       is_declaration, 0};
     return record;
 }
 

@@ -26,6 +26,7 @@ struct NodeRecord {
     std::int32_t clear_count;
     std::int32_t attribute_count;
     bool is_declaration;
+    std::int32_t line; ///< Of its start tag, from 1; 0 when it was not parsed.
 
     /// Count of children, texts and clear sections together.
     std::int32_t content_count() const { return child_count + text_count + clear_count; }

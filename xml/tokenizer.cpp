@@ -7,7 +7,7 @@ namespace xml {
 
 Tokenizer::Tokenizer(Document& owner, char* owned_text, std::size_t length, const XmlSettings& current)
     : document(owner), characters(CharacterTable::of(current.encoding)), settings(current), text(owned_text),
-      text_end(owned_text + length), cursor(owned_text), error_place(text_end) {}
+      text_end(owned_text + length), cursor(owned_text), error_place(text_end), line_place(owned_text) {}
 
 void Tokenizer::read_into(NodeRecord& root) {
     open_nodes.push_back({&root, 0, 0});
@@ -158,8 +158,24 @@ void Tokenizer::join_text(const char* addition) {
     joined.length += added;
 }
 
+// The line of `place`, from 1. Places must be asked for in ascending order.
+std::int32_t Tokenizer::count_lines(const char* place) {
+    while (const void* feed = std::memchr(line_place, '\n', static_cast<std::size_t>(place - line_place))) {
+        line_place = static_cast<const char*>(feed) + 1;
+        ++line;
+    }
+    line_place = place;
+    const auto offset = static_cast<std::size_t>(place - text);
+    for (; counted_lost_line_feeds < lost_line_feeds.size() &&
+           lost_line_feeds[counted_lost_line_feeds] < offset;
+         ++counted_lost_line_feeds)
+        ++line;
+    return line;
+}
+
 void Tokenizer::open_node(char* name, std::size_t name_length, bool is_declaration) {
     NodeRecord* node = require(create_record(document, name, is_declaration));
+    node->line = count_lines(name);
     contents.push_back({node, XmlContentKind::CHILD, CDATA});
     open_nodes.push_back({node, contents.size(), name_length});
     if (!is_declaration) {

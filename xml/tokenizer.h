@@ -93,6 +93,7 @@ private:
     void read_pseudo_attributes(char* at, char* end);
     char* find_pseudo_value(char* name_end, char* end, char*& value) const;
 
+    std::int32_t count_lines(const char* place);
     void open_node(char* name, std::size_t name_length, bool is_declaration);
     void close_last();
     void attach_attributes(NodeRecord& node);
@@ -124,6 +125,9 @@ private:
     DuplicateFinder duplicates;
     JoinedText joined;
     std::vector<std::size_t> lost_line_feeds;
+    std::size_t counted_lost_line_feeds = 0; ///< those before `line_place`
+    const char* line_place;                  ///< where `line` was counted
+    std::int32_t line = 1;
 };
 
 } // namespace xml

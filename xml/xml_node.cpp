@@ -11,8 +11,8 @@ using xml::NodeRecord;
 
 // Counted once for itself, so that its handles never bring it to zero.
 xml::Document empty_document;
-NodeRecord empty_record = {&empty_document, nullptr, nullptr, nullptr, nullptr, nullptr,
-                           nullptr,         0,       0,       0,       0,       false};
+NodeRecord empty_record = {&empty_document, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0, 0, 0,
+                           false,           0};
 
 bool is_in_range(int index, std::int32_t count) {
     return index >= 0 && index < count;
@@ -71,6 +71,10 @@ bool XmlNode::is_empty() const {
 
 bool XmlNode::is_declaration() const {
     return record != nullptr && record->is_declaration;
+}
+
+int XmlNode::get_line() const {
+    return record != nullptr ? record->line : 0;
 }
 
 int XmlNode::count_children() const {

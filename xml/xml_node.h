@@ -52,6 +52,9 @@ public:
     bool is_empty() const;
     /// True for a declaration or a processing instruction, "<?...?>".
     bool is_declaration() const;
+    /// The line that its start tag began on in the parsed text, from 1; 0 for a node that was added, an
+    /// unnamed root and a null handle.
+    int get_line() const;
 
     /// Count of all children.
     int count_children() const;

@@ -130,7 +130,7 @@ inline const Fault FAULTS[] = {
     {{"cdl", "list", "@missing.cc"}, "file-missing", "@missing.cc"},
     {{"cdl", "list", "@luts"}, "file-not-regular", "@luts"},
     {{"cdl", "list", "@bad.cc"}, "xml-malformed", "@bad.cc", 3, "", 1},
-    {{"cdl", "list", "@two.cc"}, "cdl-invalid", "@two.cc"},
+    {{"cdl", "list", "@two.cc"}, "cdl-invalid", "@two.cc", 1},
     {{"cdl", "list", "@none.cc"}, "cdl-invalid", "@none.cc"},
     {{"cdl", "show", "@many.ccc:c"}, "cdl-id-missing", "@many.ccc", 0, "c"},
     {convert_with({"--from", "sRGB", "--to", "linear", "--cdl", "@missing.cc"}), "file-missing",
@@ -141,7 +141,7 @@ inline const Fault FAULTS[] = {
     {convert_with({"--from", "sRGB", "--to", "linear", "--cdl", "@bad.cc"}), "xml-malformed", "@bad.cc", 3,
      "", 1},
     {convert_with({"--from", "sRGB", "--to", "linear", "--cdl", "@negative.cc"}), "cdl-invalid",
-     "@negative.cc"},
+     "@negative.cc", 1},
     {convert_with({"--from", "sRGB", "--to", "linear", "--cdl", "@many.ccc:c"}), "cdl-id-missing",
      "@many.ccc", 0, "c"},
     {{"cdl", "write", "@x.cc", "--cdl", "a=1"}, "usage"},
@@ -212,7 +212,7 @@ inline const Fault FAULTS[] = {
      "",
      0,
      "warning"},
-    {{"cdl", "list", "@more.cc"}, "cdl-element-ignored", "@more.cc", 0, "a", 0, "warning"},
+    {{"cdl", "list", "@more.cc"}, "cdl-element-ignored", "@more.cc", 1, "a", 0, "warning"},
 };
 
 /// Codes that no command line of this table provokes.

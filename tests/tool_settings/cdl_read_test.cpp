@@ -77,15 +77,23 @@ TEST_F(CdlRead, SaysWhichNumbersAreWrong) {
                 FailsWith(1, EndsWith("Saturation has 2 numbers instead of 1\n")));
 }
 
+TEST_F(CdlRead, NamesTheLineOfWrongNumbers) {
+    EXPECT_THAT(list("<ColorCorrection id='a'>\n  <SOPNode>\n    <Slope>1 1</Slope>\n  </SOPNode>\n"
+                     "</ColorCorrection>\n"),
+                FailsWith(1, HasSubstr("grade.cc:3: color correction 1 ('a'): Slope has 2 numbers")));
+    EXPECT_THAT(list("<ColorCorrection>\n\n  <SOPNode/>\n</ColorCorrection>\n"),
+                FailsWith(1, HasSubstr("grade.cc:3: color correction 1: Slope is missing")));
+}
+
 TEST_F(CdlRead, WarnsOfElementsThatHaveNoPartInACorrection) {
     const ToolRun result =
         list("<ColorCorrection id=\"a\"><ASC_SOP><Slope>2 2 2</Slope></ASC_SOP><Description>x"
              "</Description>" +
              std::string(SOP) + "</ColorCorrection>");
     EXPECT_THAT(result, Succeeds());
-    EXPECT_EQ(result.err,
-              "colorio: warning: the color correction 'a' contains elements that are ignored here "
-              "and by OpenColorIO: ASC_SOP\n");
+    EXPECT_EQ(result.err, "colorio: warning: " + path("grade.cc") +
+                              ":1: the color correction 'a' contains elements that are ignored here and by "
+                              "OpenColorIO: ASC_SOP\n");
     EXPECT_THAT(run({"cdl", "show", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(run({"cdl", "add", "x", path("grade.cc")}).err, HasSubstr("ASC_SOP"));
     EXPECT_THAT(list("<ColorCorrection id=\"a\">" + std::string(SOP) + "</ColorCorrection>").err,

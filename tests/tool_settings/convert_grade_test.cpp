@@ -67,7 +67,7 @@ TEST_F(ConvertGrade, RefusesAnInvalidCorrectionAsExplainAndCdlAddDo) {
     write_image(path("in.exr"), make_image(1, 1, 3, OIIO::TypeFloat, {0.5f, 0.5f, 0.5f}));
     for (const auto& [file, fault] : {std::pair("slope.cc", "slope -1.5 is negative"),
                                       std::pair("power.cc", "power 0 is not greater than 0")}) {
-        const auto refused = FailsWith(1, HasSubstr("invalid CDL 'odd' in '" + path(file) + "': " + fault));
+        const auto refused = FailsWith(1, HasSubstr(path(file) + ":1: invalid CDL 'odd': " + fault));
         EXPECT_THAT(run({"convert", path("in.exr"), path("out.exr"), "--from", "linear", "--to", "linear",
                          "--cdl", path(file)}),
                     refused);
