@@ -235,7 +235,7 @@ std::optional<std::string> Options::parse(const std::vector<std::string>& argume
         throw UsageError(error.get_worst().message, get_help_hint(*app));
     } catch (const CLI::ParseError& error) {
         require_known_options(*app);
-        throw UsageError(describe(error, *app), get_help_hint(*app));
+        throw UsageError(describe(error, *app, arguments), get_help_hint(*app));
     }
     return std::nullopt;
 }

@@ -48,21 +48,42 @@ std::string suggest_option(const CLI::App& program, const std::string& name) {
     return workflow::did_you_mean(name, own);
 }
 
-/// The option of the command that a message of the parser, "--from: ...", is about; null for none.
-const CLI::Option* find_option_of(const CLI::ParseError& error, const CLI::App& command) {
-    const std::string message = error.what();
-    for (const CLI::Option* option : command.get_options())
-        if (message.rfind(option->get_name(option->get_positional()) + ":", 0) == 0)
-            return option;
-    return nullptr;
+std::string get_name(const CLI::Option& option) {
+    return option.get_name(option.get_positional());
 }
 
-/// Fills in the names of two options, which stand around `words` in a message of the parser.
-std::string describe_pair(const std::string& message, const std::string& words, const char* format) {
-    const std::size_t at = message.find(words);
-    if (at == message.npos)
-        return message;
-    return fmt::format(fmt::runtime(format), message.substr(0, at), message.substr(at + words.size()));
+/// The option that stands last and so without a value; null for none.
+const CLI::Option* find_option_without_value(const CLI::App& command,
+                                             const std::vector<std::string>& arguments) {
+    const bool ends_in_option = !arguments.empty() && arguments.back().substr(0, 1) == "-";
+    const CLI::Option* const last = ends_in_option ? command.get_option_no_throw(arguments.back()) : nullptr;
+    return last && last->get_items_expected_min() > 0 ? last : nullptr;
+}
+
+std::string describe_value_count(const CLI::App& command, const std::vector<std::string>& arguments) {
+    for (const CLI::Option* option : command.get_options())
+        if (static_cast<int>(option->count()) > option->get_items_expected_max())
+            return fmt::format("{} can be given only once", get_name(*option));
+    const CLI::Option* const lone = find_option_without_value(command, arguments);
+    return lone ? fmt::format("{} needs a value", get_name(*lone)) : "";
+}
+
+/// Two given options that exclude each other.
+std::string describe_exclusion(const CLI::App& command) {
+    for (const CLI::Option* option : command.get_options())
+        for (const CLI::Option* other : option->get_excludes())
+            if (option->count() > 0 && other->count() > 0)
+                return fmt::format("{} and {} cannot be combined", get_name(*option), get_name(*other));
+    return "";
+}
+
+/// A given option without another one that it needs.
+std::string describe_need(const CLI::App& command) {
+    for (const CLI::Option* option : command.get_options())
+        for (const CLI::Option* needed : option->get_needs())
+            if (option->count() > 0 && needed->count() == 0)
+                return fmt::format("{} needs {}", get_name(*option), get_name(*needed));
+    return "";
 }
 
 } // namespace
@@ -82,23 +103,20 @@ void require_known_options(const CLI::App& program) {
     }
 }
 
-std::string describe(const CLI::ParseError& error, const CLI::App& program) {
+std::string describe(const CLI::ParseError& error, const CLI::App& program,
+                     const std::vector<std::string>& arguments) {
     const CLI::App& command = *get_named_commands(program).back();
     const std::vector<std::string> extra = program.remaining(true);
+    std::string words;
     if (dynamic_cast<const CLI::ExtrasError*>(&error) && !extra.empty())
-        return fmt::format("unexpected argument '{}'", extra.front());
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
-        if (const CLI::Option* option = find_option_of(error, command)) {
-            const std::string name = option->get_name(option->get_positional());
-            return static_cast<int>(option->count()) > option->get_items_expected_max()
-                       ? fmt::format("{} can be given only once", name)
-                       : fmt::format("{} needs a value", name);
-        }
-    if (dynamic_cast<const CLI::ExcludesError*>(&error))
-        return describe_pair(error.what(), " excludes ", "{} and {} cannot be combined");
-    if (dynamic_cast<const CLI::RequiresError*>(&error))
-        return describe_pair(error.what(), " requires ", "{} needs {}");
-    return error.what();
+        words = fmt::format("unexpected argument '{}'", extra.front());
+    else if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        words = describe_value_count(command, arguments);
+    else if (dynamic_cast<const CLI::ExcludesError*>(&error))
+        words = describe_exclusion(command);
+    else if (dynamic_cast<const CLI::RequiresError*>(&error))
+        words = describe_need(command);
+    return words.empty() ? error.what() : words;
 }
 
 } // namespace tool
