@@ -54,7 +54,7 @@ enum class Code {
     IMAGE_UNSUPPORTED,
     LAYER_UNKNOWN,
     FRAMES_MISSING,
-    // what went well, but not as one may expect: the codes of notes and of some warnings
+    // operations that succeeded with a result that users may not expect: the codes of notes and some warnings
     NAME_SUBSTITUTED,
     COLOR_SPACE_CHOSEN,
     COLOR_SPACE_ASSUMED,
