@@ -7,7 +7,7 @@
 
 namespace image {
 
-/// What is known of the colors of an output, in the terms of the file formats.
+/// What is known about the colors of an output, in the terms of the file formats.
 struct ColorDescription {
     std::string name;       ///< Value of the attribute "oiio:ColorSpace"; empty keeps all color metadata.
     std::string interop_id; ///< "lin_ap1_scene"; may be empty.
@@ -18,8 +18,8 @@ struct ColorDescription {
     std::string dpx_colorimetric;           ///< Likewise.
 };
 
-/// Adds to a spec without stale metadata what files of `format` can say about these colors: the name, as an
-/// attribute of this project's own, of OpenEXR and PNG, interop ID and chromaticities of OpenEXR, transfer
+/// Adds to a spec without stale metadata what files of `format` can say about these colors: the name in
+/// "colorio:ColorSpace" of OpenEXR and PNG, interop ID and chromaticities of OpenEXR, transfer
 /// and colorimetric of DPX ("Undefined" when they are empty), cICP and the profile of PNG, the profile of
 /// JPEG and TIFF. Attributes that are there already stay; gray images get no profile.
 void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec);

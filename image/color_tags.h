@@ -7,11 +7,11 @@
 
 namespace image {
 
-/// Attribute of this project's own for the name of the color space: what OpenImageIO stores of
+/// This project's attribute for the name of the color space: what OpenImageIO stores of
 /// "oiio:ColorSpace" depends on the format and the version.
 constexpr char OWN_COLOR_SPACE[] = "colorio:ColorSpace";
 
-/// Something in an image file that says what its colors are.
+/// One of the descriptions of its colors that an image file contains.
 struct ColorTag {
     enum Kind {
         NAME,           ///< `text` is the name of a color space.
@@ -34,7 +34,7 @@ struct ColorTag {
     std::string describe() const;
 };
 
-/// What an image file says of its colors.
+/// All descriptions of its colors that an image file contains.
 struct ColorTags {
     std::vector<ColorTag> tags; ///< The most specific one first.
     bool is_float = false;      ///< Its colors are floats, halfs included.

@@ -41,7 +41,7 @@ struct ImageLayer {
 /// Name of red, green and blue without a layer.
 inline constexpr char MAIN_LAYER[] = "rgba";
 
-/// What is to be known of a part and its file beyond its channels.
+/// Facts about a part and its file beyond its channels.
 struct PartContext {
     std::string format;                    ///< OpenImageIO's name of the format: "openexr".
     std::vector<std::string> cryptomattes; ///< Names of those that the file declares in any part.

@@ -13,7 +13,7 @@ namespace image {
 
 class ReaderProcess;
 
-/// An image file opened for reading in a separate process, or in this one if the user wants so
+/// An image file opened for reading in a separate process, or in this one if the user chose that
 /// (reads_in_process). Colors are read as stored: straight alpha stays straight and is marked by the
 /// attribute "oiio:UnassociatedAlpha". Throws diagnostics::Failure with the file and the reason. For one
 /// thread at a time.

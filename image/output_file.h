@@ -18,7 +18,7 @@ public:
     explicit OutputFile(const std::string& path);
     ~OutputFile() override;
 
-    /// Has `write` insert `bytes` into the file at `offset`, which is not written yet.
+    /// Makes `write` insert `bytes` into the file at `offset`, which is not written yet.
     void insert(int64_t offset, std::string bytes);
     /// Writes the rest of the buffer and closes the file. Returns the reason of the first failure; empty if
     /// the file is complete.

@@ -32,7 +32,7 @@ PixelDepth get_depth(const OIIO::ImageSpec& spec, const std::string& format);
 /// nearest.
 PixelDepth get_usual_depth(OIIO::TypeDesc type, const std::string& format);
 
-/// Has the writer of `format` store colors of `spec`, whose type is that of the depth, in `depth.bits`.
+/// Makes the writer of `format` store colors of `spec`, whose type is that of the depth, in `depth.bits`.
 void set_bits(const PixelDepth& depth, OIIO::ImageSpec& spec);
 
 /// Throws diagnostics::Failure about the file at `path` when `format` does not support the depth, with those

@@ -13,10 +13,10 @@ struct Quantization {
 /// Rounds working pixels of the rows from `top` on, which start at column `left`, to the nearest code value,
 /// from 0 to 1. NaN becomes 0.
 ///
-/// With dithering, noise of less than half a code value is added before: uniform, without a mean, and
+/// With dithering, noise of less than half a code value is added before: uniform, with a mean of 0, and
 /// independent for red, green and blue. It depends on the position of the pixel alone, so that results are
-/// reproducible. A color that is a code value already stays; others become the code above with a probability
-/// that is their distance from the code below.
+/// reproducible. A color that already is a code value is unchanged; others become the code above with a
+/// probability that is their distance from the code below.
 void quantize(const Quantization& quantization, float* rgba, unsigned int width, unsigned int height,
               int left, int top);
 

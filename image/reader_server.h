@@ -17,7 +17,7 @@ void start_reader_server();
 /// True when images are read in this process, without a reader process: COLORIO_READ_IN_PROCESS is 1.
 bool reads_in_process();
 
-/// Lets the server fork a reader process that runs serve_images on `socket`, with no other descriptor open.
+/// Makes the server fork a reader process that runs serve_images on `socket`, with no other descriptor open.
 /// Returns its process id. Throws std::runtime_error with the reason when it cannot. Thread-safe.
 pid_t start_reader(int socket);
 

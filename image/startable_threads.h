@@ -8,8 +8,8 @@ int count_startable_threads(int wanted);
 
 /// Sets the number of threads of OpenImageIO and OpenEXR to `wanted`, or to fewer if the system cannot start
 /// that many in each of `processes`, this one and others that will read images for it. Returns the number,
-/// which is at least 1. Counting takes all threads that there are for a moment, so no other process of the
-/// program should be starting any.
+/// which is at least 1. Counting occupies all available threads for a moment, so no other process of
+/// the program should be starting threads.
 int limit_threads(int wanted, int processes = 1);
 
 /// Sets it without counting, in a process that limit_threads counted for.

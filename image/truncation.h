@@ -4,8 +4,8 @@
 
 namespace image {
 
-/// True when the image file at `path` ends before its pixels do, or names no place for some of them, as far
-/// as its headers tell: for OpenEXR, PNG, TIFF, JPEG and DPX files, by OpenImageIO's name of the `format`.
+/// True when the image file at `path` ends before its pixels do, or its headers have no position for some of
+/// them: for OpenEXR, PNG, TIFF, JPEG and DPX files, by OpenImageIO's name of the `format`.
 /// Reads headers and tables of positions, no pixels, so that thousands of files can be checked in a second;
 /// find_damage reads more. True also for files that cannot be read. Safe with any bytes.
 bool is_truncated(const std::string& path, const std::string& format);

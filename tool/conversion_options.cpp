@@ -82,9 +82,10 @@ void take_steps(ConversionChoice& choice) {
 
 void check_conversion(ConversionChoice& choice, const std::string& target) {
     take_steps(choice);
-    const bool goes_somewhere = !choice.inverse_view.empty() ||
-                                std::any_of(choice.steps.begin(), choice.steps.end(),
-                                            [](const workflow::ColorStep& step) { return !step.is_grade(); });
+    const bool goes_somewhere =
+        !choice.inverse_view.empty() ||
+        std::any_of(choice.steps.begin(), choice.steps.end(),
+                    [](const workflow::ColorStep& step) { return !step.is_scene_linear(); });
     if (!choice.display.empty() && choice.view.empty() && choice.to.empty())
         throw UsageError("--display needs --view");
     if (choice.to.empty() && choice.view.empty() && !goes_somewhere)

@@ -12,9 +12,9 @@ namespace workflow {
 struct BakeRequest {
     ConversionRequest conversion;
     std::string path;    ///< The extension selects the format: .cube, .spi3d, .csp, .clf or .3dl.
-    int size = 33;       ///< Of the 3D LUT: colors a side, 2 to 129.
+    int size = 33;       ///< Colors along each side of the 3D LUT, 2 to 129.
     std::string shaper;  ///< Color space in which its colors are evenly spaced; empty for the source.
-    int shaper_size = 0; ///< Entries of the 1D LUT into the shaper; 0 for the format's own.
+    int shaper_size = 0; ///< Entries of the 1D LUT into the shaper; 0 for the default of the format.
 };
 
 /// What was written, and how far it is from the conversion that it replaces.

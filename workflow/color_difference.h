@@ -16,20 +16,19 @@ struct ColorDifference {
     float at[3] = {};             ///< That color.
     float expected[3] = {};       ///< That color converted by the reference.
     float actual[3] = {};         ///< And by what is compared with it.
-    std::size_t incomparable = 0; ///< Colors with a component that is finite in one of the two alone.
+    std::size_t incomparable = 0; ///< Colors with a component that is finite in only one of the two.
 };
 
-/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared. `differences`
-/// receives the absolute difference of every component, alpha 1, if it is not null.
 /// "0.18 0.18 0.18", with five digits.
 std::string format_color(const float (&rgb)[3]);
 
-/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared.
+/// Compares the results for `inputs`. All are red, green, blue, alpha; alpha is not compared. `differences`
+/// receives the absolute difference of every component, alpha 1, if it is not null.
 ColorDifference compare_colors(const std::string& colors, const std::vector<float>& inputs,
                                const std::vector<float>& expected, const std::vector<float>& actual,
                                std::vector<float>* differences = nullptr);
 
-/// "12 colors are finite in one of the two alone"; empty when there are none.
+/// "12 colors are finite in only one of the two"; empty when there are none.
 std::string describe_incomparable(const ColorDifference& difference);
 
 /// Every combination of the levels, red fastest, opaque.

@@ -15,7 +15,7 @@ std::vector<std::string> identify(const image::ColorTag& tag);
 /// An interop ID without the image state at its end: "srgb_rec709" for "srgb_rec709_display".
 std::string remove_image_state(const std::string& id);
 
-// What file formats say for colors with these IDs, which have no image state; the counterpart of `identify`.
+// How file formats describe colors with these IDs, given without an image state; the reverse of `identify`.
 
 /// The chromaticities of "lin_" and known primaries; else null.
 const std::array<double, 8>* get_chromaticities_of_linear(const std::string& id);

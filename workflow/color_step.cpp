@@ -4,8 +4,9 @@
 
 namespace workflow {
 
-bool has_grade(const std::vector<ColorStep>& steps) {
-    return std::any_of(steps.begin(), steps.end(), [](const ColorStep& step) { return step.is_grade(); });
+bool has_scene_linear_step(const std::vector<ColorStep>& steps) {
+    return std::any_of(steps.begin(), steps.end(),
+                       [](const ColorStep& step) { return step.is_scene_linear(); });
 }
 
 const char* get_kind_name(ColorStep::Kind kind) {

@@ -16,14 +16,14 @@ struct ColorStep {
 
     Kind kind;
     std::string name;
-    bool is_inverse = false; ///< Undo it.
+    bool is_inverse = false; ///< Apply the inverse.
 
-    /// True for what happens in scene-linear, before the destination.
-    bool is_grade() const { return kind == CDL || kind == LOOKS; }
+    /// True for a step that is applied in scene-linear, before the conversion to the destination.
+    bool is_scene_linear() const { return kind == CDL || kind == LOOKS; }
 };
 
-/// True when a step happens in scene-linear.
-bool has_grade(const std::vector<ColorStep>& steps);
+/// True when one of the steps is applied in scene-linear.
+bool has_scene_linear_step(const std::vector<ColorStep>& steps);
 
 /// For messages: "CDL", "looks".
 const char* get_kind_name(ColorStep::Kind kind);

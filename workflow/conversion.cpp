@@ -61,7 +61,7 @@ Conversion::Conversion(const Session& session, const ConversionRequest& request)
         start_in_space(session, request.from);
     else
         start_in_view(session, request.inverse_view);
-    if (has_grade(request.steps) || request.takes_exposure)
+    if (has_scene_linear_step(request.steps) || request.takes_exposure)
         go_to_working_space(session);
     add_steps(session, request.steps, true);
     exposure_position = stages.size();
@@ -108,14 +108,15 @@ void Conversion::go_to_destination(const Session& session, const ConversionReque
     }
 }
 
-void Conversion::add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_grades) {
+void Conversion::add_steps(const Session& session, const std::vector<ColorStep>& steps,
+                           bool are_scene_linear) {
     for (const ColorStep& step : steps) {
-        if (step.is_grade() != are_grades)
+        if (step.is_scene_linear() != are_scene_linear)
             continue;
         ConversionStage stage = make_step_stage(session, step, space, notes);
         if (stage.converter)
             stages.push_back(std::move(stage));
-        if (are_grades)
+        if (are_scene_linear)
             continue;
         destination = step.name;
         destination_space.clear();

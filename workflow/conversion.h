@@ -79,7 +79,7 @@ private:
     void go_to_working_space(const Session& session);
     void go_to_space(const Session& session, const std::string& label);
     void go_to_destination(const Session& session, const ConversionRequest& request);
-    void add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_grades);
+    void add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_scene_linear);
     void note_references();
 
     diagnostics::Diagnostics notes; // initialized before `source`, whose resolution adds to it

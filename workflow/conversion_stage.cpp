@@ -182,7 +182,7 @@ std::vector<ListedLook> parse_looks(const Session& session, const std::string& t
         looks.push_back({*found, is_inverse});
     }
     if (looks.empty())
-        diagnostics::fail(Code::USAGE, "no look is named", "example: film, -warm");
+        diagnostics::fail(Code::USAGE, "the list of looks is empty", "example: film, -warm");
     return looks;
 }
 

@@ -35,8 +35,8 @@ ConversionStage make_look_stage(const std::string& name, const std::string& spac
 ConversionStage make_inverse_view_stage(const Session& session, const PublishedView& view,
                                         const std::string& to);
 /// A step on pixels in `space`. Adds a warning about elements of a CDL file that are ignored. Throws also for
-/// unknown names, with the nearest ones, and for files that cannot be read. Without a converter for the CDL
-/// that changes nothing.
+/// unknown names, with the nearest ones, and for files that cannot be read. The stage has no
+/// converter for the CDL that changes nothing.
 ConversionStage make_step_stage(const Session& session, const ColorStep& step, const std::string& space,
                                 diagnostics::Diagnostics& notes);
 

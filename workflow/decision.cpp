@@ -30,7 +30,8 @@ std::string explain_view(const PublishedView& view) {
 
 std::string explain_step(const ColorStep& step, const std::string& working_space) {
     return (step.is_inverse ? "inverse of " : "") + step.name +
-           (step.is_grade() ? fmt::format(", in {}, the scene-linear space", working_space) : "");
+           (step.is_scene_linear() ? fmt::format(", in {}, the scene-linear color space", working_space)
+                                   : "");
 }
 
 } // namespace

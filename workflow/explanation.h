@@ -26,7 +26,7 @@ std::vector<ExplainedStage> explain_conversion(const Conversion& conversion,
 /// because ...".
 std::string describe_path(const ColorIOEvaluation::Explanation& how);
 
-/// The same as one word: "none", "vector" or "library".
+/// The same as one word: "none", "simd" or "opencolorio".
 const char* get_path_name(ColorIOEvaluation::Path path);
 
 /// Heading of the operations that are carried out: "simplified from 4 to 2:".

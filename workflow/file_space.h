@@ -30,17 +30,18 @@ struct FileSpace {
                                        ///< integers that a default rule takes for linear.
 };
 
-/// The one rule for the color space of a file that the user did not name, in this order: a tag of the file
-/// that names or describes a color space of the config; a file rule of the config other than the default one;
-/// the module's format association, when the config has that color space; the default file rule; else an
-/// assumption: scene_linear for floats, the roles default_byte, matte_paint, texture_paint and color_picking
-/// for integers. Needs an open session, in whose thread it is called; `config_name` is for messages. `tags`
-/// are those of the file, or nothing when it was not read.
+/// Finds the color space of a file when the user did not name one, from the first of these that decides it: a
+/// tag of the file that names or describes a color space of the config; a file rule of the config other than
+/// the default one; the module's format association, when the config has that color space; the default file
+/// rule; else an assumption: for integers the first of the roles default_byte, matte_paint, texture_paint,
+/// color_picking and default that the config has, else scene_linear. Needs an open session, in whose thread
+/// it is called; `config_name` is for messages. `tags` are those of the file, or nothing when it was not
+/// read.
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name);
 
 /// The same for the image at `path` and the config of `session`. The tags of an image that cannot be read are
-/// left out. The warnings also tell why a mapping file of the preferences is not used.
+/// left out. The warnings also say why a mapping file of the preferences is not used.
 FileSpace find_file_space(const Session& session, const std::string& path);
 
 /// A note of the color space found for the image at `path`; a warning if it is assumed. Throws

@@ -8,8 +8,8 @@ namespace workflow {
 
 /// The path of an image sequence: "shot.%04d.exr", "shot.%d.exr", "shot.$F4.exr", "shot.$F.exr",
 /// "shot.####.exr" or "shot.@@@@.exr", where each '#' and '@' is one digit. The frame number replaces the
-/// last such pattern in the file name, in this order of preference; folders have none. "$F" and a single '@'
-/// before a letter, a digit or a '_' are none either ("$FOO.exr", "icon@2x.png").
+/// last such pattern in the file name, in this order of preference; folder names have no pattern. "$F" and a
+/// single '@' before a letter, a digit or a '_' are not patterns ("$FOO.exr", "icon@2x.png").
 class FramePattern {
 public:
     explicit FramePattern(const std::string& path);

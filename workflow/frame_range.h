@@ -18,7 +18,7 @@ std::vector<int> parse_frames(std::string_view text);
 std::string format_frames(const std::vector<int>& frames);
 
 /// The frames that are missing between the first and the last of `frames`, which ascend: those at the
-/// distance that the frames have from each other, so that 1, 3, 7 lack 5 alone. Empty when there are more
+/// regular step of the frames, so that only 5 is missing from 1, 3, 7. Empty when there are more
 /// than MAX_FRAMES of them.
 std::vector<int> find_gaps(const std::vector<int>& frames);
 

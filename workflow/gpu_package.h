@@ -11,7 +11,7 @@ namespace workflow {
 /// A 3D LUT of a shader.
 struct GpuLut {
     std::vector<float> values; ///< edge^3 RGB colors, red fastest.
-    unsigned int edge = 0;     ///< Colors along an edge: 32.
+    unsigned int edge = 0;     ///< Colors along each edge: 32.
 };
 
 /// A conversion as a GLSL function and the 3D LUTs that it samples.

@@ -37,7 +37,7 @@ public:
     const std::vector<image::PartHeader>& get_output_headers() const { return output_headers; }
     /// The layers that are written.
     const LayerReport& get_layers() const { return layers; }
-    /// What the format of the output does not support, and so on.
+    /// Notes on what the output format does not support, and so on.
     const diagnostics::Diagnostics& get_notes() const { return notes; }
     /// Bytes that the conversion takes at most.
     std::uint64_t estimate_memory() const;

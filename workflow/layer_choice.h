@@ -11,8 +11,8 @@ namespace workflow {
 /// Which layers and parts of images to convert. Names that an image lacks are errors.
 struct LayerOptions {
     /// Names of layers. Empty, or "all" among them, for every layer that is color by the rule of
-    /// image/image_layers.h; a name also chooses a layer whose name is one of data, or that has not all
-    /// colors.
+    /// image/image_layers.h; a name also chooses a layer whose name is one of data, or that lacks some of
+    /// the colors.
     std::vector<std::string> layers;
     /// Names of parts, or their numbers from 1; empty for all.
     std::vector<std::string> parts;
@@ -37,7 +37,7 @@ struct LayerReport {
     std::vector<LeftLayer> left;
 };
 
-/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when there is but one layer, which
+/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when there is only one layer, which
 /// was converted.
 std::string describe(const LayerReport& report);
 
@@ -56,7 +56,7 @@ struct PartChoice {
     std::vector<image::ColorLayer> get_colors() const;
 };
 
-/// What is to be known about a conversion to choose layers.
+/// Properties of a conversion that decide which layers are converted.
 struct LayerConversion {
     bool mixes_channels =
         true; ///< A result depends on other channels; single channels are then not converted.

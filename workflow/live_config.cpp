@@ -56,11 +56,11 @@ LiveConfig::LiveConfig(const SessionOptions& options)
       library_path(session.get_preferences().get_app().get_cdl_library_file_path().view()),
       observer(std::make_unique<ListObserver>()), lists(std::make_unique<Lists>()) {
     diagnostics::Diagnostics custom_errors;
-    for (const diagnostics::Diagnostic& fault : start_errors)
-        if (fault.file == library_path && !library_path.empty())
-            library_error = fault;
+    for (const diagnostics::Diagnostic& error : start_errors)
+        if (error.file == library_path && !library_path.empty())
+            library_error = error;
         else
-            custom_errors.push_back(fault);
+            custom_errors.push_back(error);
     session.set_custom_errors(std::move(custom_errors));
 }
 
@@ -112,21 +112,21 @@ diagnostics::Diagnostics LiveConfig::reload_custom_files() {
     ColorIODiagnostics collector;
     ColorIOManager::get_instance()->load_config(nullptr);
     ++observer->revision;
-    diagnostics::Diagnostics faults;
+    diagnostics::Diagnostics errors;
     for (const diagnostics::Diagnostic& diagnostic : collector.take())
         if (diagnostic.severity == diagnostics::Severity::ERROR && diagnostic.file != library_path)
-            add_new(faults, {diagnostic});
-    return faults;
+            add_new(errors, {diagnostic});
+    return errors;
 }
 
 diagnostics::Diagnostics LiveConfig::get_source_errors() const {
-    diagnostics::Diagnostics faults;
+    diagnostics::Diagnostics errors;
     if (config_error)
-        add_new(faults, {*config_error});
-    add_new(faults, get_custom_errors());
+        add_new(errors, {*config_error});
+    add_new(errors, get_custom_errors());
     if (library_error)
-        add_new(faults, {*library_error});
-    return faults;
+        add_new(errors, {*library_error});
+    return errors;
 }
 
 LiveConfig::Error LiveConfig::use_cdl_library(const std::string& path) {

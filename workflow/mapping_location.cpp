@@ -16,12 +16,12 @@ namespace {
 using diagnostics::Code;
 
 /// The place of the first error of syntax, and what is wrong there; the host's parser returns no place.
-void locate_syntax(const std::string& text, diagnostics::Diagnostic& fault) {
+void locate_syntax(const std::string& text, diagnostics::Diagnostic& diagnostic) {
     ParserGroup ignored(nullptr);
     if (const auto error = read_yaml(text, ignored)) {
-        fault.line = error->line;
-        fault.column = error->column;
-        fault.message = error->reason;
+        diagnostic.line = error->line;
+        diagnostic.column = error->column;
+        diagnostic.message = error->reason;
     }
 }
 
@@ -34,20 +34,20 @@ bool begins_with(std::string_view text, std::string_view word) {
 }
 
 /// Whether a line holds the entry, or assigns the color space.
-bool is_about(std::string_view line, const diagnostics::Diagnostic& fault) {
+bool is_about(std::string_view line, const diagnostics::Diagnostic& diagnostic) {
     constexpr std::string_view KEY = "color_space:";
-    if (fault.code == Code::MAPPING_ENTRY_INVALID)
-        return begins_with(line, fault.subject);
+    if (diagnostic.code == Code::MAPPING_ENTRY_INVALID)
+        return begins_with(line, diagnostic.subject);
     const std::size_t key = line.find(KEY);
-    return key != std::string_view::npos && begins_with(line.substr(key + KEY.size()), fault.subject);
+    return key != std::string_view::npos && begins_with(line.substr(key + KEY.size()), diagnostic.subject);
 }
 
-void locate_subject(std::string_view text, diagnostics::Diagnostic& fault) {
+void locate_subject(std::string_view text, diagnostics::Diagnostic& diagnostic) {
     unsigned int number = 1;
     for (; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        if (is_about(text.substr(0, end), fault)) {
-            fault.line = number;
+        if (is_about(text.substr(0, end), diagnostic)) {
+            diagnostic.line = number;
             return;
         }
         text.remove_prefix(std::min(end + 1, text.size()));
@@ -56,19 +56,19 @@ void locate_subject(std::string_view text, diagnostics::Diagnostic& fault) {
 
 } // namespace
 
-void locate_in_mapping(diagnostics::Diagnostic& fault) {
-    const bool is_of_syntax = fault.code == Code::MAPPING_MALFORMED;
-    const bool is_of_subject =
-        fault.code == Code::MAPPING_ENTRY_INVALID || fault.code == Code::MAPPING_COLOR_SPACE_UNKNOWN;
-    if (fault.file.empty() || (!is_of_syntax && !is_of_subject))
+void locate_in_mapping(diagnostics::Diagnostic& diagnostic) {
+    const bool is_of_syntax = diagnostic.code == Code::MAPPING_MALFORMED;
+    const bool is_of_subject = diagnostic.code == Code::MAPPING_ENTRY_INVALID ||
+                               diagnostic.code == Code::MAPPING_COLOR_SPACE_UNKNOWN;
+    if (diagnostic.file.empty() || (!is_of_syntax && !is_of_subject))
         return;
-    auto text = files::read_whole(fault.file, MAX_FILE_SIZE);
+    auto text = files::read_whole(diagnostic.file, MAX_FILE_SIZE);
     if (!text)
         return;
     if (is_of_syntax)
-        locate_syntax(*text, fault);
+        locate_syntax(*text, diagnostic);
     else
-        locate_subject(*text, fault);
+        locate_subject(*text, diagnostic);
 }
 
 } // namespace workflow

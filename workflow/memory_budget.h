@@ -12,7 +12,7 @@ class MemoryBudget {
 public:
     explicit MemoryBudget(std::uint64_t bytes) : total(bytes) {}
 
-    /// Takes `bytes`, if as many are free, or if nothing is taken: an image that needs more than the whole
+    /// Takes `bytes` if that many are free, or if nothing is taken: an image that needs more than the whole
     /// budget is converted while there is no other.
     bool try_to_take(std::uint64_t bytes);
     /// Waits for them.
@@ -30,10 +30,11 @@ private:
     std::condition_variable change;
 };
 
-/// What one user of a budget holds of it; gives it back at the end. For one thread at a time.
+/// The bytes that one user of a budget has taken; gives them back when it is destroyed. For one thread at a
+/// time.
 class MemoryShare {
 public:
-    /// Without a budget every amount is free.
+    /// Without a budget there is no limit.
     explicit MemoryShare(MemoryBudget* budget = nullptr) : budget(budget) {}
     ~MemoryShare() { release(); }
     MemoryShare(const MemoryShare&) = delete;

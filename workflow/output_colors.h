@@ -9,7 +9,7 @@ namespace workflow {
 class Conversion;
 
 /// What files with the result of the conversion can say about their colors: always the name of the color
-/// space, and what follows from its interop ID where it has one or its name is a common one. Needs an open
+/// space, and what its interop ID implies, if it has one or its name is a common one. Needs an open
 /// session.
 image::ColorDescription describe_output_colors(const Conversion& conversion);
 

@@ -9,7 +9,7 @@
 
 namespace workflow {
 
-/// Changes the headers of the parts of an output where OpenImageIO and OpenEXR cannot write them to one file:
+/// Changes the headers of the parts of an output that OpenImageIO and OpenEXR cannot write to one file:
 /// parts in tiles and parts in scanlines, and parts with different chromaticities. `are_data` says which
 /// parts have no color. Returns notes on what changed, without a file.
 diagnostics::Diagnostics reconcile_parts(std::vector<image::PartHeader>& headers,

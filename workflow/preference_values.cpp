@@ -65,7 +65,7 @@ bool parse_switch(const std::string& name, const std::string& value) {
     diagnostics::fail(Code::USAGE, fmt::format("invalid value '{}' for {}; use yes or no", value, name));
 }
 
-std::optional<diagnostics::Diagnostic> find_fault(Purpose purpose, const std::string& path) {
+std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const std::string& path) {
     std::error_code error;
     switch (purpose) {
     case Purpose::CONFIG:
@@ -94,8 +94,8 @@ void set_path(StandaloneApp& app, const Path& path, const std::string& value,
               diagnostics::Diagnostics& notes) {
     const std::string absolute = make_absolute(value);
     if (!value.empty())
-        if (auto fault = find_fault(path.purpose, absolute))
-            throw diagnostics::Failure(*std::move(fault));
+        if (auto error = find_path_error(path.purpose, absolute))
+            throw diagnostics::Failure(*std::move(error));
     path.set(app, absolute.c_str());
     if (!path.user)
         return;

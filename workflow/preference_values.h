@@ -23,9 +23,9 @@ std::vector<PreferenceValue> get_preference_values(const StandaloneApp& app);
 std::string format_preference(const PreferenceValue& preference);
 
 /// Sets a preference. Switches take yes, no, on, off, true and false. Paths become absolute, and the file
-/// must be usable for its purpose; the path of a config and of a mapping file turns its switch on, an empty
-/// one turns it off, which the notes say. Throws diagnostics::Failure, with the nearest names for an unknown
-/// one. Needs an open session.
+/// must be usable for its purpose; the path of a config or of a mapping file turns its switch on, and an
+/// empty one turns it off; a note reports this. Throws diagnostics::Failure, with the nearest names for an
+/// unknown name. Needs an open session.
 void set_preference(StandaloneApp& app, const std::string& name, const std::string& value,
                     diagnostics::Diagnostics& notes);
 

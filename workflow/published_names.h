@@ -14,7 +14,7 @@ struct PublishedSpace {
     std::string name;
 };
 
-/// What a config says of a color space or a named transform beyond its name.
+/// Properties of a color space or a named transform in a config, other than its name.
 struct EntryFacts {
     std::string encoding; ///< "scene-linear", "log" and so on; may be empty.
     std::vector<std::string> categories;
@@ -62,7 +62,7 @@ struct PublishedRole {
 
 /// Without inactive color spaces.
 std::vector<PublishedSpace> get_published_spaces();
-/// The same with what the config says of them, which takes longer.
+/// The same with their properties in the config; takes longer.
 std::vector<DescribedSpace> get_described_spaces();
 /// Color spaces that the config declares inactive; they are not published.
 std::vector<DescribedSpace> get_inactive_spaces();

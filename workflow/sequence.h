@@ -12,22 +12,22 @@
 
 namespace workflow {
 
-/// What became of one image.
+/// Result for one image.
 struct ImageOutcome {
     enum Status {
         CONVERTED,  ///< Converted now.
         UP_TO_DATE, ///< Converted earlier, and not again.
         PLANNED,    ///< Would be converted.
-        FAILED      ///< Neither; an existing output stays as it was.
+        FAILED      ///< Not converted; an existing output is unchanged.
     };
 
     explicit ImageOutcome(const ImageJob& job) : job(job) {}
 
     const ImageJob& job;
     Status status = CONVERTED;
-    std::string reason;                           ///< Why it is not up to date; empty if that was not asked.
-    ImageReport image;                            ///< Of a converted image.
-    double seconds = 0;                           ///< Elapsed time of a converted image.
+    std::string reason; ///< Why it is not up to date; empty if that was not checked.
+    ImageReport image;  ///< Of a converted image.
+    double seconds = 0; ///< Elapsed time of a converted image.
     std::optional<diagnostics::Diagnostic> error; ///< Of an image that failed.
 };
 
@@ -41,7 +41,7 @@ struct SequenceReport {
     std::uint64_t pixels = 0;          ///< Pixels of the converted images.
     double seconds = 0;                ///< Elapsed time.
     LayerReport layers;                ///< Of the first converted image.
-    bool is_cancelled = false;         ///< Not all images were dealt with.
+    bool is_cancelled = false;         ///< Some images were not processed.
 };
 
 /// Options of a sequence.

@@ -106,22 +106,22 @@ bool is_builtin_config_active() {
     return ColorIOManager::get_instance() && ColorIOManager::get_instance()->is_using_tavelion_config();
 }
 
-/// What a user calls the thing that a fault is about.
-std::string describe_subject(const Diagnostic& fault) {
+/// What a user calls the thing that a diagnostic is about.
+std::string describe_subject(const Diagnostic& diagnostic) {
     for (const auto& space : ColorIOManager::get_instance()->get_tavelion_color_spaces())
-        if (!space.is_builtin && space.name == fault.subject.c_str())
-            return fmt::format("the custom color space '{}'", fault.subject);
-    return fmt::format("the CDL '{}'", fault.subject);
+        if (!space.is_builtin && space.name == diagnostic.subject.c_str())
+            return fmt::format("the custom color space '{}'", diagnostic.subject);
+    return fmt::format("the CDL '{}'", diagnostic.subject);
 }
 
 /// An error of the files of custom color spaces and CDLs, for commands that work without them.
-Diagnostic make_notice(Diagnostic fault) {
-    if (!fault.subject.empty())
-        fault.message =
-            fmt::format("{}{}: {}", describe_subject(fault),
-                        fault.severity == Severity::ERROR ? " is not available" : "", fault.message);
-    fault.severity = Severity::WARNING;
-    return fault;
+Diagnostic make_notice(Diagnostic diagnostic) {
+    if (!diagnostic.subject.empty())
+        diagnostic.message = fmt::format("{}{}: {}", describe_subject(diagnostic),
+                                         diagnostic.severity == Severity::ERROR ? " is not available" : "",
+                                         diagnostic.message);
+    diagnostic.severity = Severity::WARNING;
+    return diagnostic;
 }
 
 } // namespace
@@ -245,8 +245,8 @@ void Session::use_library() {
     const CoreString& path = preferences->get_app().get_cdl_library_file_path();
     if (path.is_empty())
         return;
-    if (const ColorIOCandidate::Error fault = ColorIOCandidate::check_cdl_library(path))
-        take_custom_errors({*fault});
+    if (const ColorIOCandidate::Error error = ColorIOCandidate::check_cdl_library(path))
+        take_custom_errors({*error});
     else
         app->set_cdl_library_file_path(path);
 }

@@ -25,7 +25,6 @@ public:
         : Failure(std::move(reasons)), source(std::move(source)) {}
 
     /// The config that cannot be used.
-    /// Where the active config comes from.
     const ConfigSource& get_source() const { return source; }
 
 private:

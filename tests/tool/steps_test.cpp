@@ -124,7 +124,7 @@ TEST_F(Steps, AreExplained) {
     EXPECT_THAT(result.out, AllOf(HasSubstr("double in lin"), HasSubstr("a.ccc:triple in lin"),
                                   HasSubstr("lin to half_light"), HasSubstr("LUT ")));
     EXPECT_THAT(convert(0.5f, {"--from", "lin", "--to", "lin", "--look", "double", "--why"}).out,
-                HasSubstr("looks:         double, in lin, the scene-linear space\n"));
+                HasSubstr("looks:         double, in lin, the scene-linear color space\n"));
 }
 
 TEST_F(Steps, WrongOnesAreOneClearError) {
@@ -136,7 +136,7 @@ TEST_F(Steps, WrongOnesAreOneClearError) {
         with({"--look", "dobule"}),
         FailsWith(1, "colorio: error: no look 'dobule' in show.ocio\nhint: did you mean 'double'?\n"));
     EXPECT_THAT(with({"--look", "double,,more"}), FailsWith(2, HasSubstr("is not a list of looks")));
-    EXPECT_THAT(with({"--look", ""}), FailsWith(2, HasSubstr("no look is named")));
+    EXPECT_THAT(with({"--look", ""}), FailsWith(2, HasSubstr("the list of looks is empty")));
     EXPECT_THAT(with({"--inverse"}), FailsWith(2, HasSubstr("--inverse needs a preceding --cdl")));
     EXPECT_THAT(with({"--lut", path("gone.cube")}), FailsWith(1, HasSubstr("gone.cube': no such file")));
     EXPECT_THAT(with({"--lut", path("show.ocio")}), FailsWith(1, HasSubstr("cannot apply the LUT")));

@@ -145,7 +145,7 @@ TEST_F(ConvertGrade, ExplainsBothEnds) {
                   "  associations:  the built-in associations, category Open EXR, gives 'Tavelion|linear'\n"
                   "CDL:           " +
                   warm() +
-                  ", in Tavelion|linear, the scene-linear space\n"
+                  ", in Tavelion|linear, the scene-linear color space\n"
                   "destination:   Tavelion.sRGB, view 'sRGB' of display 'Tavelion', which shows "
                   "Tavelion|sRGB\n"
                   "written as:    sRGB\n"));
