@@ -35,7 +35,7 @@ void upload_lut(const GlTexture& texture, const float* lut, int edge) {
     set_sampling(GL_TEXTURE_3D, GL_LINEAR);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexImage3D(GL_TEXTURE_3D, 0, GL_RGB32F, edge, edge, edge, 0, GL_RGB, GL_FLOAT, lut);
-    check_upload("a 3D LUT of " + std::to_string(edge) + " entries a side");
+    check_upload("a 3D LUT of " + std::to_string(edge) + " entries per side");
 }
 
 void upload_pixels(const GlTexture& texture, const float* rgba, int width, int height) {

@@ -41,7 +41,7 @@ public:
         glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture.get(), 0);
         if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-            diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not draw float pixels");
+            diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not render to float textures");
         glViewport(0, 0, width, height);
     }
 

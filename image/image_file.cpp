@@ -123,7 +123,7 @@ void ImageFile::read_deep_part(std::size_t index, OIIO::DeepData& pixels) {
         fail_to_read(path, input->geterror());
     if (pixels.pixels() != static_cast<std::int64_t>(part.spec.image_pixels()) ||
         pixels.samplesize() != part.spec.pixel_bytes(true))
-        fail_to_read(path, "its deep samples are not those that its header describes");
+        fail_to_read(path, "its deep samples do not match its header");
 }
 
 } // namespace image

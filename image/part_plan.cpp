@@ -105,7 +105,7 @@ void note_types(const OIIO::ImageSpec& input, const FormatAbilities& abilities, 
     if (!changed.empty())
         plan.notes.push_back(diagnostics::make_note(
             Code::IMAGE_ADAPTED,
-            fmt::format("{} has one type for all channels: that of {} changes from the input", abilities.name,
+            fmt::format("{} has one pixel type for all channels: the type of {} changes", abilities.name,
                         changed),
             changed));
 }

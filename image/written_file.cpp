@@ -74,7 +74,7 @@ std::string find_damage(const std::string& path, std::size_t part_count) {
     if (!input)
         return explain(OIIO::geterror());
     if (is_truncated(path, input->format_name()))
-        return explain("it names no place for some of its pixels");
+        return explain("its table of positions is incomplete");
     std::size_t found = 0;
     for (int subimage = 0; found <= part_count && input->seek_subimage(subimage, 0); ++subimage)
         for (int level = 0; found <= part_count && input->seek_subimage(subimage, level); ++level, ++found)

@@ -164,8 +164,8 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     if (!request.from.empty() || !request.inverse_view.empty())
         return;
     if (sequence.resumes && workflow::is_in_place(found.jobs.front()))
-        throw UsageError("--resume needs --from when images are converted in their place",
-                         "those that were converted have the tags of the destination");
+        throw UsageError("--resume needs --from when images are converted in place",
+                         "the tags of images that are already converted name the destination");
     const std::string& first = found.jobs.front().input;
     file_space = workflow::find_file_space(session, first);
     report_source_space(first, file_space, source_choice, console);

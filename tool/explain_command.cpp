@@ -87,7 +87,7 @@ ExplainCommand::ExplainCommand(Options& program)
 void ExplainCommand::settle_usage() {
     const bool has_other_source = !image.empty() || !request.inverse_view.empty();
     if (!image.empty() && !request.inverse_view.empty())
-        throw UsageError("--image and --inverse-view exclude each other");
+        throw UsageError("--image and --inverse-view cannot be combined");
     if (has_other_source && !request.to.empty())
         throw UsageError(fmt::format("two color spaces and {}: the source is given twice",
                                      image.empty() ? "--inverse-view" : "--image"));

@@ -10,7 +10,7 @@ void add_sequence_options(Options& options, SequenceChoice& choice) {
                 "that exist)",
                 "FRAMES");
     options.add_flag("--resume", choice.resumes,
-                     "leave out images whose output is complete, newer than the image, and made by the same "
+                     "skip images whose output is complete, not older than the input, and made by the same "
                      "conversion");
     options.add_flag("--dry-run", choice.only_plans, "show what would be converted, and write nothing");
     options.add("--memory", choice.memory,

@@ -9,7 +9,7 @@ namespace tool {
 
 void add_source_space_options(Options& options, SourceSpaceChoice& choice) {
     options.add_flag("--why", choice.explains, "show how the source and the destination were found");
-    options.add_flag("--strict", choice.is_strict, "fail if the color space would be assumed");
+    options.add_flag("--strict", choice.is_strict, "fail instead of assuming a color space");
 }
 
 void report_source_space(const std::string& path, const workflow::FileSpace& found,

@@ -33,7 +33,7 @@ std::string explain(int number) {
     if (number == ENOSPC)
         return "the system's limit on watched folders is reached (fs.inotify.max_user_watches)";
     if (number == EMFILE)
-        return "the limit on open files or on the system's notices is reached "
+        return "the limit on open files or on inotify instances is reached "
                "(fs.inotify.max_user_instances)";
     return std::strerror(number);
 }

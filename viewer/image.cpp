@@ -63,7 +63,7 @@ void check_size(const std::string& path, const OIIO::ImageSpec& spec, int max_si
         static_cast<double>(spec.width) * spec.height * image::WORKING_CHANNELS * sizeof(float);
     const double bytes = shown_bytes + static_cast<double>(spec.image_bytes(true));
     if (bytes > static_cast<double>(OIIO::Sysutil::physical_memory()))
-        fail(path, fmt::format("{} x {} pixels take {:.0f} GB to show, more than the memory of this machine",
+        fail(path, fmt::format("{} x {} pixels need {:.0f} GB to show, more than the memory of this machine",
                                spec.width, spec.height, bytes / 1e9));
 }
 
@@ -74,8 +74,8 @@ void check_side(const std::string& path, int width, int height, int max_side) {
         return;
     diagnostics::fail_file(
         diagnostics::Code::GPU_LIMIT,
-        fmt::format("cannot show '{}': {} x {} pixels are more than this driver shows ({} a side)", path,
-                    width, height, max_side),
+        fmt::format("cannot show '{}': {} x {} pixels exceed the limit of the OpenGL driver ({} per side)",
+                    path, width, height, max_side),
         path);
 }
 

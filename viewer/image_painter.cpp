@@ -96,7 +96,7 @@ std::vector<float> ImagePainter::convert(const Subject& subject, const Viewport&
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target.get(), 0);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-        diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not draw float pixels");
+        diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not render to float textures");
     const Viewport whole = {0, 0, width, height};
     draw(subject, whole, whole, {-double(x), -double(y), 1}, height);
     const auto row = static_cast<std::ptrdiff_t>(width) * 4;

@@ -22,7 +22,8 @@ public:
         glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, colors.get(), 0);
         if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
-            diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the driver does not draw images of this size");
+            diagnostics::fail(diagnostics::Code::GPU_LIMIT,
+                              "the driver does not support images of this size");
     }
 
     Size get_size() const override { return size; }

@@ -48,7 +48,7 @@ Panels::Panels() {
     if (ImGui_ImplOpenGL3_Init("#version 330"))
         return;
     ImGui::DestroyContext();
-    diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the panels cannot be drawn with this OpenGL");
+    diagnostics::fail(diagnostics::Code::GPU_LIMIT, "the panels cannot be drawn with this OpenGL driver");
 }
 
 Panels::~Panels() {

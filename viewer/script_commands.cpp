@@ -199,7 +199,7 @@ const std::vector<ScriptCommand>& get_script_commands() {
          [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
              viewer.get_model().use_cdl_library(path);
          }},
-        {"await-change", "SECONDS", "wait until a file has changed and was read again",
+        {"await-change", "SECONDS", "wait until a changed file has been read again",
          [](Viewer& viewer, const ScriptPrint&, const std::string& seconds) {
              await_change(viewer, seconds);
          }},

@@ -60,7 +60,7 @@ ColorDifference compare_colors(const std::string& colors, const std::vector<floa
 std::string describe_incomparable(const ColorDifference& difference) {
     if (difference.incomparable == 0)
         return "";
-    return fmt::format("{} {} finite in one of the two alone", difference.incomparable,
+    return fmt::format("{} {} finite in only one of the two", difference.incomparable,
                        difference.incomparable == 1 ? "color is" : "colors are");
 }
 

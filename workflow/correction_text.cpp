@@ -91,7 +91,7 @@ Correction parse_named_numbers(const std::string& text) {
     // The last '=': names may contain one, numbers cannot.
     const std::size_t sign = text.rfind('=');
     if (sign == std::string::npos || sign == 0)
-        fail(Code::USAGE, fmt::format("'{}' is not NAME=SLOPE/OFFSET/POWER/SATURATION", text));
+        fail(Code::USAGE, fmt::format("invalid CDL '{}'; expected NAME=SLOPE/OFFSET/POWER/SATURATION", text));
     Correction correction = parse_numbers(text.substr(sign + 1));
     correction.id = text.substr(0, sign);
     return correction;
@@ -104,10 +104,10 @@ std::vector<Correction> parse_named_numbers(const std::vector<std::string>& text
     for (const std::string& text : texts) {
         const Correction& correction = corrections.emplace_back(parse_named_numbers(text));
         if (!names.insert(correction.id).second)
-            fail(Code::USAGE, fmt::format("the list of color corrections names '{}' twice", correction.id));
+            fail(Code::USAGE, fmt::format("the color correction '{}' is given twice", correction.id));
         if (correction.id == reserved)
             fail(Code::USAGE,
-                 fmt::format("'{}' is reserved for no color correction and cannot be written", reserved));
+                 fmt::format("the name '{}' is reserved for the CDL that changes nothing", reserved));
     }
     return corrections;
 }

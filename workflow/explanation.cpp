@@ -43,11 +43,11 @@ const char* get_path_name(ColorIOEvaluation::Path path) {
     case ColorIOEvaluation::PATH_NONE:
         return "none";
     case ColorIOEvaluation::PATH_VECTOR:
-        return "vector";
+        return "simd";
     case ColorIOEvaluation::PATH_LIBRARY:
         break;
     }
-    return "library";
+    return "opencolorio";
 }
 
 std::string describe_simplification(const ColorIOEvaluation::Explanation& how) {

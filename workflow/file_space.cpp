@@ -187,7 +187,7 @@ bool FileSpaceSearch::take_default_rule() {
             diagnostics::make_warning(
                 diagnostics::Code::COLOR_SPACE_ASSUMED,
                 fmt::format(
-                    "'{}': the default file rule takes integer pixels for '{}', which is scene-linear",
+                    "'{}': the default file rule assigns integer pixels to '{}', which is scene-linear",
                     get_file_name(), found->label),
                 found->label),
             "name the color space of the image"));
@@ -244,8 +244,7 @@ diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::s
     if (found.color_space.empty() || (found.is_assumed && !may_assume))
         throw diagnostics::Failure(with_hint(
             diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                                         fmt::format("'{}': nothing says which color space it is in", name),
-                                         path),
+                                         fmt::format("cannot determine the color space of '{}'", name), path),
             HINT));
     const std::string text = fmt::format("{}: {}, {}", name, found.color_space, found.reason);
     return found.is_assumed

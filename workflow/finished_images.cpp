@@ -27,9 +27,9 @@ std::string find_reason_to_convert(const ImageJob& job, const ImageSettings& set
     if (stat(job.output.c_str(), &output) != 0)
         return "no output";
     if (stat(job.input.c_str(), &input) != 0)
-        return "no image";
+        return "no input";
     if (is_older(output, input))
-        return "the image is newer";
+        return "the input is newer";
     try {
         const image::ImageReader file(job.output, reader);
         if (const std::string obstacle = explain_missing_record(file.get_format()); !obstacle.empty())
@@ -37,7 +37,7 @@ std::string find_reason_to_convert(const ImageJob& job, const ImageSettings& set
         const std::string recorded =
             image::get_recorded_conversion(file.get_parts().front().spec, file.get_format());
         if (recorded.empty() || recorded != make_image_fingerprint(job, settings.fingerprint))
-            return "made in another way";
+            return "made by another conversion or from another input";
         return image::is_truncated(job.output, file.get_format()) ? "incomplete" : "";
     } catch (const diagnostics::Failure&) {
         return "unreadable";

@@ -76,7 +76,7 @@ std::optional<diagnostics::Diagnostic> find_unused_mapping(const Session& sessio
     const bool is_wanted = wanted.get_use_color_space_by_extension_file() != 0 && !path.empty();
     if (!is_wanted || uses_mapping_file())
         return std::nullopt;
-    Diagnostic reason = diagnostics::make_file_error(Code::FILE_MISSING, "no reason is known", path);
+    Diagnostic reason = diagnostics::make_file_error(Code::FILE_MISSING, "unknown reason", path);
     for (const Diagnostic& reported : session.get_load_diagnostics())
         if (reported.file == path) {
             reason = reported;

@@ -104,7 +104,7 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
                      diagnostics::make_file_note(
                          diagnostics::Code::IMAGE_ADAPTED,
                          fmt::format("the alpha of {} is 0 everywhere: its color {}", part.layer_names[layer],
-                                     part.plan.associates_alpha ? "becomes 0" : "is converted as it is"),
+                                     part.plan.associates_alpha ? "becomes 0" : "is not divided by alpha"),
                          reader.get_path()));
     report.pixels += header.spec.image_pixels();
     if (index == 0) {

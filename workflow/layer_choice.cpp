@@ -223,7 +223,7 @@ std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer
     if (layer.color->has_all_colors() || !conversion.mixes_channels)
         return "";
     if (is_named)
-        fail_to_convert(label, "it has not all of red, green and blue, which the conversion mixes");
+        fail_to_convert(label, "it lacks some of red, green and blue, which the conversion mixes");
     return MIXED;
 }
 
@@ -258,7 +258,8 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
     if (!convertible.empty())
         failure =
             with_hint(std::move(failure),
-                      fmt::format("data by name is converted where a layer is named: {}", join(convertible)));
+                      fmt::format("layers that are data by name are converted only if they are named: {}",
+                                  join(convertible)));
     throw diagnostics::Failure(std::move(failure));
 }
 

@@ -81,7 +81,7 @@ diagnostics::Diagnostics write_rounded_document(const std::string& path,
         return {};
     return {diagnostics::make_file_warning(
         Code::CDL_ROUNDED,
-        fmt::format("numbers are written with one decimal: the largest loss is {:.3g}, {} ({} became {})",
+        fmt::format("numbers are written with one decimal: the largest change is {:.3g}, {} ({} became {})",
                     loss.amount, loss.place, loss.wanted, loss.written),
         path)};
 }

@@ -41,7 +41,7 @@ bool ColorIOManager::init_default_CDL_tavelion_config() {
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in CDL files.\n");
         report(LOG_ERROR, diagnostics::Code::CONFIG_BUILTIN, CoreString(),
-               "the temporary folder for the built-in CDLs cannot be made");
+               "the temporary folder for the built-in CDLs cannot be created");
     }
     const bool made = log_config_errors([&] {
         const auto nothing_added = std::make_shared<AddedCDLs>();

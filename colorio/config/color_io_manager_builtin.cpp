@@ -79,7 +79,7 @@ bool ColorIOManager::init_default_tavelion_config() {
         log_message(LOG_ERROR,
                     "Color Management: failed to create the temporary folder for the built-in LUT files.\n");
         report(LOG_ERROR, diagnostics::Code::CONFIG_BUILTIN, CoreString(),
-               "the temporary folder for the built-in LUTs cannot be made");
+               "the temporary folder for the built-in LUTs cannot be created");
     }
     bool files_written = true;
     const bool made = log_config_errors([&] {

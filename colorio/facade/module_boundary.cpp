@@ -15,7 +15,7 @@ void log_current_exception() noexcept {
         report_exception(LOG_ERROR, error);
     } catch (const std::bad_alloc&) {
         log_message(LOG_ERROR, "Color Management: out of memory.\n");
-        report(LOG_ERROR, diagnostics::Code::OUT_OF_MEMORY, CoreString(), "memory is exhausted");
+        report(LOG_ERROR, diagnostics::Code::OUT_OF_MEMORY, CoreString(), "out of memory");
     } catch (const std::exception& error) {
         log_message(LOG_ERROR, "Color Management: ", error.what(), "\n");
         report(LOG_ERROR, diagnostics::Code::LIBRARY_FAILURE, CoreString(), error.what());

@@ -90,7 +90,7 @@ Diagnostic describe_missing_file(const ConstConfigRcPtr& config, const std::stri
         cause.hint = std::string("set ") + (is_one ? "it" : "them") + " in the environment or in the config";
     } else {
         cause = diagnostics::make_error(Code::LUT_MISSING, "the file '" + resolved + "' is missing", source);
-        cause.hint = "looked for as " + list_places(config, resolved) + ask_for_search_path(config);
+        cause.hint = "searched paths: " + list_places(config, resolved) + ask_for_search_path(config);
     }
     cause.file = resolved;
     return cause;

@@ -134,7 +134,7 @@ TEST_F(Check, NamesAMissingLutAndWhereItWasSought) {
     EXPECT_EQ(failure.at("directions"), json({"to lin", "from lin"}));
     EXPECT_EQ(failure.at("reason").at("code"), "lut-missing");
     EXPECT_EQ(failure.at("reason").at("message"), "the file 'log.spi1d' is missing");
-    EXPECT_EQ(failure.at("reason").at("hint"), "looked for as '" + path("luts/log.spi1d") + "'");
+    EXPECT_EQ(failure.at("reason").at("hint"), "searched paths: '" + path("luts/log.spi1d") + "'");
     EXPECT_THAT(check().out,
                 HasSubstr("failed: color space 'log', to lin and from lin: the file 'log.spi1d'"));
 }

@@ -81,7 +81,7 @@ TEST_F(Explain, AnswersJson) {
         EXPECT_EQ(all["pixel"][3], 0.25);
         ASSERT_EQ(all["parts"].size(), 1u);
         const json& part = all["parts"][0];
-        EXPECT_EQ(part["path"], *wish == '0' ? "library" : "vector");
+        EXPECT_EQ(part["path"], *wish == '0' ? "opencolorio" : "simd");
         EXPECT_EQ(part.contains("reason"), *wish == '0');
         EXPECT_EQ(part.contains("vector_target"), *wish == '1');
         EXPECT_EQ(part["operations"].size(), 2u);

@@ -29,7 +29,7 @@ TEST_F(CdlWrite, WarnsOfTheLargestLossOfDigits) {
         run({"cdl", "write", path("a.cc"), "--cdl", "grade=1.22,1,1/0,0,0.375/1,1,1/0.81"});
     EXPECT_THAT(result, Succeeds());
     EXPECT_THAT(result.err,
-                AllOf(HasSubstr("the largest loss is 0.025, offset of 'grade' (0.375 became 0.4)"),
+                AllOf(HasSubstr("the largest change is 0.025, offset of 'grade' (0.375 became 0.4)"),
                       HasSubstr("--exact")));
 }
 
@@ -93,8 +93,8 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     };
     const std::string good = "=1,1,1/0,0,0/1,1,1/1";
     EXPECT_THAT(write({}), FailsWith(2, HasSubstr("--cdl is required")));
-    EXPECT_THAT(write({"1,1,1/0,0,0/1,1,1/1"}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
-    EXPECT_THAT(write({good}), FailsWith(2, HasSubstr("is not NAME=SLOPE/OFFSET")));
+    EXPECT_THAT(write({"1,1,1/0,0,0/1,1,1/1"}), FailsWith(2, HasSubstr("expected NAME=SLOPE/OFFSET")));
+    EXPECT_THAT(write({good}), FailsWith(2, HasSubstr("expected NAME=SLOPE/OFFSET")));
     EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1"}), FailsWith(2, HasSubstr("; expected SLOPE/OFFSET")));
     EXPECT_THAT(write({"a=1,1/0,0,0/1,1,1/1"}),
                 FailsWith(2, HasSubstr("slope takes three comma-separated numbers")));
@@ -102,8 +102,8 @@ TEST_F(CdlWrite, RefusesWhatCannotBeMeantAndWritesNothing) {
     EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,inf/1"}), FailsWith(2, HasSubstr("'inf' is not a number")));
     EXPECT_THAT(write({"a=1,1,1/0,0,0/1,1,1e39/1"}), FailsWith(2, HasSubstr("'1e39' is not a number")));
     EXPECT_THAT(write({"a" + good, "b" + good}), FailsWith(2, HasSubstr("need --collection")));
-    EXPECT_THAT(write({"a" + good, "a" + good}), FailsWith(2, HasSubstr("names 'a' twice")));
-    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("reserved for no color correction")));
+    EXPECT_THAT(write({"a" + good, "a" + good}), FailsWith(2, HasSubstr("'a' is given twice")));
+    EXPECT_THAT(write({"No CDL" + good}), FailsWith(2, HasSubstr("the name 'No CDL' is reserved")));
     EXPECT_FALSE(folder.exists("a.cc"));
 }
 

@@ -96,7 +96,8 @@ TEST_F(ImageToShow, ThatIsTooLargeIsRefusedByItsHeader) {
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 100); // its pixels cannot be read
     EXPECT_THAT(refusal_of(path), HasSubstr("cannot read '" + path + "': "));
     EXPECT_EQ(refusal_of(path, 63),
-              "cannot show '" + path + "': 64 x 48 pixels are more than this driver shows (63 a side)");
+              "cannot show '" + path +
+                  "': 64 x 48 pixels exceed the limit of the OpenGL driver (63 per side)");
     EXPECT_THAT(refusal_of(path, 64), HasSubstr("cannot read"));
     try {
         viewer::check_side(path, 48, 64, 63);

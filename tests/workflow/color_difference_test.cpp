@@ -34,7 +34,7 @@ TEST(DifferenceOfColors, CountsWhatIsFiniteInOneAlone) {
         "three", inputs, {INFINITE, NOT_A_NUMBER, 1, 1, NOT_A_NUMBER, INFINITE, 0, 1, 0, 0, 0, 1},
         {INFINITE, NOT_A_NUMBER, 0.5f, 1, 0, -INFINITE, 0, 1, 0, 0, 0, 1}, &shown);
     EXPECT_EQ(difference.incomparable, 1u) << "the second";
-    EXPECT_EQ(describe_incomparable(difference), "1 color is finite in one of the two alone");
+    EXPECT_EQ(describe_incomparable(difference), "1 color is finite in only one of the two");
     EXPECT_EQ(difference.largest, 0.5);
     EXPECT_THAT(shown, ElementsAre(0, 0, 0.5f, 1, 0, 0, 0, 1, 0, 0, 0, 1));
 }

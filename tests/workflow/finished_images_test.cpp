@@ -48,28 +48,29 @@ TEST_F(FinishedImages, AreConvertedAgainWhenTheImageChanged) {
     move_time(job.output, 10s);
     EXPECT_EQ(find_reason(), "") << "only newer than before";
     move_time(job.input, 5s);
-    EXPECT_EQ(find_reason(), "made in another way") << "an image of another time, older than the output";
+    EXPECT_EQ(find_reason(), "made by another conversion or from another input")
+        << "an image of another time, older than the output";
     move_time(job.input, 10s);
-    EXPECT_EQ(find_reason(), "the image is newer");
+    EXPECT_EQ(find_reason(), "the input is newer");
     std::filesystem::remove(job.input);
-    EXPECT_EQ(find_reason(), "no image");
+    EXPECT_EQ(find_reason(), "no input");
 }
 
 TEST_F(FinishedImages, AreConvertedAgainWhenTheOutputIsOlder) {
     convert();
     move_time(job.output, -100s);
-    EXPECT_EQ(find_reason(), "the image is newer");
+    EXPECT_EQ(find_reason(), "the input is newer");
 }
 
 TEST_F(FinishedImages, AreConvertedAgainByAnotherConversion) {
     convert();
     settings.fingerprint = "another conversion";
-    EXPECT_EQ(find_reason(), "made in another way");
+    EXPECT_EQ(find_reason(), "made by another conversion or from another input");
 }
 
 TEST_F(FinishedImages, AreConvertedAgainWhenAnotherProgramMadeThem) {
     write_image(job.output, make_image(20, 20, 3, OIIO::TypeHalf, std::vector<float>(1200, 0.5f)));
-    EXPECT_EQ(find_reason(), "made in another way");
+    EXPECT_EQ(find_reason(), "made by another conversion or from another input");
 }
 
 TEST_F(FinishedImages, AreConvertedAgainWhenTheyAreDamaged) {
@@ -98,7 +99,7 @@ TEST_F(FinishedImages, AreConvertedAgainInFormatsThatDoNotRecordIt) {
 
 TEST_F(FinishedImages, AreFoundInPlace) {
     job.output = job.input;
-    EXPECT_EQ(find_reason(), "made in another way");
+    EXPECT_EQ(find_reason(), "made by another conversion or from another input");
     convert();
     EXPECT_EQ(find_reason(), "");
 }

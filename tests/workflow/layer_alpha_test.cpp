@@ -122,7 +122,7 @@ TEST_F(LayerAlpha, WithAlphaOfZeroEverywhereAreNoted) {
     EXPECT_THAT(convert().notes,
                 ElementsAre(IsNote(
                     "image-adapted", "in.exr",
-                    testing::StrEq("the alpha of own is 0 everywhere: its color is converted as it is"))));
+                    testing::StrEq("the alpha of own is 0 everywhere: its color is not divided by alpha"))));
     EXPECT_EQ(read().get("own.R"), 0.25f);
     image.set("own.A", 5, 0.001f);
     write(image);

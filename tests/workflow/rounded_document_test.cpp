@@ -21,7 +21,7 @@ TEST_F(RoundedDocuments, AreWrittenWithoutASessionAndTellTheLargestLoss) {
     const diagnostics::Diagnostics lossy = write("a=1.25,1,1/0,0,0.375/1,1,1/1");
     ASSERT_EQ(lossy.size(), 1u);
     EXPECT_EQ(lossy[0].severity, diagnostics::Severity::WARNING);
-    EXPECT_THAT(lossy[0].message, HasSubstr("the largest loss is 0.05, slope of 'a' (1.25 became 1.2)"));
+    EXPECT_THAT(lossy[0].message, HasSubstr("the largest change is 0.05, slope of 'a' (1.25 became 1.2)"));
     EXPECT_FLOAT_EQ(workflow::read_corrections(path)[0].slope[0], 1.2f);
 }
 

@@ -198,7 +198,7 @@ TEST_F(FileRules, ThatTakeIntegersForLinearAreDoubted) {
         return run({"explain", "--image", path(name), "lin", "--config", path("show.ocio"), "--strict"});
     };
     EXPECT_THAT(explain_with("in.tga").err,
-                AllOf(HasSubstr("takes integer pixels for 'lin'"), HasSubstr("name the color space")));
+                AllOf(HasSubstr("assigns integer pixels to 'lin'"), HasSubstr("name the color space")));
     EXPECT_THAT(explain_with("in.exr").err, testing::Not(HasSubstr("warning")));
 }
 
