@@ -73,7 +73,7 @@ std::vector<std::string> read_commands() {
     bool is_in_section = false;
     for (std::string line; std::getline(guide, line);) {
         if (line.rfind("## ", 0) == 0)
-            is_in_section = line == "## Beside oiiotool and the OpenColorIO tools";
+            is_in_section = line == "## Comparison with oiiotool and the OpenColorIO tools";
         const std::size_t found = line.find(start);
         if (is_in_section && found != line.npos)
             commands.push_back(line.substr(found + start.size(),
