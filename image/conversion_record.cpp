@@ -10,7 +10,7 @@ constexpr char OWN_ATTRIBUTE[] = "colorio:fingerprint";
 constexpr char SOFTWARE[] = "Software";
 /// Before the fingerprint in "Software".
 constexpr std::string_view PROGRAM = "colorio ";
-/// Length of a fingerprint, to tell it from a version.
+/// Length of a fingerprint, to distinguish it from a version.
 constexpr std::size_t FINGERPRINT_LENGTH = 32;
 
 struct RecordPlace {

@@ -39,7 +39,7 @@ OTHER_USERS = ["examples", "samples"]
 
 # What stands for a habit, where it is forbidden, and why.
 FORBIDDEN = [
-    (r"\bOCIO_VERSION", "everywhere but colorio/ocio", "library versions are told apart in one folder"),
+    (r"\bOCIO_VERSION", "everywhere but colorio/ocio", "library versions are distinguished in one folder"),
     (r"#include [<\"]OpenColorIO/", "gl image workflow viewer tool files xml pixel standalone host diagnostics",
      "OpenColorIO is seen only as the module's public headers show it"),
     (r"\b(OCIO|OCIO_NAMESPACE|library)::(Config|ColorSpace|CDLTransform|FileTransform|GroupTransform|Processor|"

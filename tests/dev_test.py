@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Tests of what ./dev makes of its arguments, in a project where nothing is built: other programs stand in for those
-that would do the work, and tell how they were called.
+that would do the work, and report how they were called.
 """
 import os
 import pathlib

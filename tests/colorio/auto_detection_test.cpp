@@ -140,7 +140,7 @@ TEST_F(FormatCategories, FallBackToBuiltInSrgbAndReportItWithoutADefaultRow) {
     EXPECT_THAT(take_log(), ElementsAre(error("Can't get color space from category 'default' because this "
                                               "category doesn't exist.\n")));
     EXPECT_EQ(lookup("exr"), "Tavelion|linear");
-    EXPECT_EQ(take_log().size(), 1u) << "the fall-back is looked up first, whatever is found then";
+    EXPECT_EQ(take_log().size(), 1u) << "the fallback is looked up first in every case";
 }
 
 TEST_F(FormatCategories, NeverMatchExtensionsStoredInUpperCase) {

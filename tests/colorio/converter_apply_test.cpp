@@ -24,7 +24,7 @@ TEST_F(Conversion, OfAPixelIsRefusedBeforeConfiguration) {
     GMathVec4<float> pixel(0.5f, 0.6f, 0.7f, 0.8f);
     EXPECT_FALSE(converter->convert_pixel(pixel));
     EXPECT_FALSE(converter->configure("sRGB", "sRGB"));
-    EXPECT_FALSE(converter->convert_pixel(pixel)) << "a fresh pass-through is no configuration";
+    EXPECT_FALSE(converter->convert_pixel(pixel)) << "a new pass-through converter is not configured";
     EXPECT_FALSE(converter->configure("sRGB", "no such space"));
     EXPECT_FALSE(converter->convert_pixel(pixel));
     EXPECT_THAT(std::vector<float>(pixel.get_data(), pixel.get_data() + 4),

@@ -70,7 +70,7 @@ TEST_F(CustomSpaces, OfADamagedCdlAreReadAgainOnceItIsMended) {
     take_log();
     edit({space_record("grade", "", file)});
     EXPECT_THAT(take_log(), IsEmpty());
-    EXPECT_FLOAT_EQ(convert_grey("linear", "grade", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "grade", 0.25f), 0.5f);
 }
 
 TEST_F(CustomSpaces, OfADamagedLutAreMadeAndFailWhenTheyAreConverted) {
@@ -89,7 +89,7 @@ TEST_F(CustomSpaces, OfNamesThatTheColorLibraryMightRefuseLeaveTheOthersAlone) {
     const std::string lut = write_lut("two.spi1d", 2);
     edit({space_record("", lut), space_record("50% gray", lut), space_record("good", lut)});
     EXPECT_THAT(spaces(), Contains("good"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "good", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "good", 0.25f), 0.5f);
 }
 
 TEST_F(CustomSpaces, OfNumbersThatNoDepthOrAllocationHasLeaveTheOthersAlone) {
@@ -99,7 +99,7 @@ TEST_F(CustomSpaces, OfNumbersThatNoDepthOrAllocationHasLeaveTheOthersAlone) {
     odd.allocation = 77;
     edit({odd, space_record("good", lut)});
     EXPECT_THAT(spaces(), Contains("good"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "good", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "good", 0.25f), 0.5f);
 }
 
 } // namespace

@@ -38,7 +38,7 @@ protected:
     std::vector<std::string> views() { return strings(manager().get_display_view_names()); }
 
     /// Red of the converted gray.
-    float convert_grey(const char* source, const char* destination, float value) {
+    float convert_gray(const char* source, const char* destination, float value) {
         EXPECT_TRUE(converter->configure(source, destination));
         return convert(value, value, value)[0];
     }

@@ -50,8 +50,7 @@ TEST_F(AllocationOfCustomSpaces, OfACdlAloneIsFixed) {
     CoreString code;
     CoreArray<float> table;
     ASSERT_TRUE(converter->get_gpu_shader_data(code, table, ColorIOConverter::GLSL_VERSION_CORE));
-    ASSERT_NE(str(code).find("log"), std::string::npos) << "logarithmic, whatever the record says\n"
-                                                        << str(code);
+    ASSERT_NE(str(code).find("log"), std::string::npos) << "logarithmic, for every record\n" << str(code);
     const float largest = std::max(table[31 * 3], table[30 * 3]);
     EXPECT_NEAR(largest, 16, 1e-3) << "2^6, halved by the correction and by the table";
     EXPECT_NEAR(table[0], std::exp2(-15) / 4, 1e-6);

@@ -33,7 +33,7 @@ TEST_F(CustomSpaces, MakeTheBuiltInConfigurationActiveWhenAFileIsWantedButNoneNa
 TEST_F(CustomSpaces, MakeTheBuiltInConfigurationActiveWhenTheFileInUseIsNoLongerWanted) {
     use_config(CONFIG_WITHOUT_FAMILIES);
     app.use_color_space_file = false;
-    ASSERT_FALSE(manager().is_using_tavelion_config()) << "nobody was told yet";
+    ASSERT_FALSE(manager().is_using_tavelion_config()) << "no event was raised yet";
     edit({space_record("mine", write_lut("two.spi1d", 2))});
     EXPECT_TRUE(manager().is_using_tavelion_config());
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "mine"));
@@ -116,19 +116,19 @@ TEST_F(CustomSpaces, LeaveTheConfigurationOfAFileAsItWasWhenTheFileFailsItsCheck
 TEST_F(CustomSpaces, ShowTheirEditedFilesWhenTheListIsSetAgain) {
     const auto record = space_record("mine", write_lut("gain.spi1d", 2));
     edit({record});
-    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0));
+    EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.0));
     write_lut("gain.spi1d", 3);
     edit({record});
-    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5));
+    EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.5));
 }
 
 TEST_F(CustomSpaces, ShowTheirEditedCorrectionsWhenTheListIsSetAgain) {
     const auto record = space_record("mine", "", write_file("grade.cc", correction_text("x", "2")));
     edit({record});
-    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0));
+    EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.0));
     write_file("grade.cc", correction_text("x", "3"));
     edit({record});
-    EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5));
+    EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.5));
 }
 
 TEST_F(CustomSpaces, TellThatTheBuiltInConfigurationFailedThoughAFileIsActive) {

@@ -26,8 +26,8 @@ TEST_F(CustomSpaces, OfALutApplyItFromLinear) {
     EXPECT_THAT(labels(app.get_enum("color_space")),
                 ElementsAre("Tavelion|sRGB", "Tavelion|Cineon", "Tavelion|linear", "Tavelion|mine"));
     EXPECT_THAT(views(), ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear", "Tavelion.mine"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "mine", 0.25f), 0.5f);
-    EXPECT_FLOAT_EQ(convert_grey("mine", "linear", 0.5f), 0.25f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "mine", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("mine", "linear", 0.5f), 0.25f);
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
@@ -36,8 +36,8 @@ TEST_F(CustomSpaces, OfALutInterpolateItLinearly) {
         write_file("bent.spi1d",
                    "Version 1\nFrom 0 1\nLength 3\nComponents 1\n{\n        0\n        0.25\n        1\n}\n");
     edit({space_record("bent", lut)});
-    EXPECT_FLOAT_EQ(convert_grey("linear", "bent", 0.25f), 0.125f);
-    EXPECT_FLOAT_EQ(convert_grey("linear", "bent", 0.75f), 0.625f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "bent", 0.25f), 0.125f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "bent", 0.75f), 0.625f);
 }
 
 TEST_F(CustomSpaces, OfALutGetAViewThatShowsThem) {
@@ -50,8 +50,8 @@ TEST_F(CustomSpaces, OfALutGetAViewThatShowsThem) {
 TEST_F(CustomSpaces, OfACdlApplyItFromLinear) {
     edit({space_record("grade", "", write_file("grade.cc", correction_text("x", "2", "0.125")))});
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "grade"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "grade", 0.25f), 0.625f);
-    EXPECT_FLOAT_EQ(convert_grey("grade", "linear", 0.625f), 0.25f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "grade", 0.25f), 0.625f);
+    EXPECT_FLOAT_EQ(convert_gray("grade", "linear", 0.625f), 0.25f);
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
@@ -63,15 +63,15 @@ TEST_F(CustomSpaces, OfADecisionListApplyItsFirstDecision) {
                          correction_text("second", "4") + "</ColorDecision></ColorDecisionList>\n");
     edit({space_record("shot", "", file, "second")});
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "shot"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "shot", 0.25f), 0.5f) << "the id counts in collections only";
+    EXPECT_FLOAT_EQ(convert_gray("linear", "shot", 0.25f), 0.5f) << "the id counts in collections only";
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
 TEST_F(CustomSpaces, OfACdlAndALutApplyTheCdlFirst) {
     edit({space_record("both", write_lut("two.spi1d", 2),
                        write_file("lift.cc", correction_text("x", "1", "0.25")))});
-    EXPECT_FLOAT_EQ(convert_grey("linear", "both", 0.25f), 1.0f);
-    EXPECT_FLOAT_EQ(convert_grey("both", "linear", 1.0f), 0.25f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "both", 0.25f), 1.0f);
+    EXPECT_FLOAT_EQ(convert_gray("both", "linear", 1.0f), 0.25f);
 }
 
 TEST_F(CustomSpaces, WithOneMissingFileAreMadeOfTheOther) {
@@ -79,8 +79,8 @@ TEST_F(CustomSpaces, WithOneMissingFileAreMadeOfTheOther) {
     const std::string grade = write_file("grade.cc", correction_text("x", "4"));
     edit({space_record("lut", lut, path_of("absent.cc")),
           space_record("cdl", path_of("absent.spi1d"), grade)});
-    EXPECT_FLOAT_EQ(convert_grey("linear", "lut", 0.25f), 0.5f);
-    EXPECT_FLOAT_EQ(convert_grey("linear", "cdl", 0.25f), 1.0f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "lut", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "cdl", 0.25f), 1.0f);
     EXPECT_THAT(take_log(), IsEmpty());
 }
 
@@ -102,9 +102,9 @@ TEST_F(CustomSpaces, PickTheCorrectionOfACollectionByItsId) {
         "grades.ccc", collection_text(correction_text("first", "2") + correction_text("second", "4")));
     edit({space_record("one", "", file, "first"), space_record("two", "", file, "second"),
           space_record("with lut", write_lut("two.spi1d", 2), file, "second")});
-    EXPECT_FLOAT_EQ(convert_grey("linear", "one", 0.25f), 0.5f);
-    EXPECT_FLOAT_EQ(convert_grey("linear", "two", 0.25f), 1.0f);
-    EXPECT_FLOAT_EQ(convert_grey("linear", "with lut", 0.25f), 2.0f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "one", 0.25f), 0.5f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "two", 0.25f), 1.0f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "with lut", 0.25f), 2.0f);
 }
 
 TEST_F(CustomSpaces, UseAnIdWithTheExtensionCccOnly) {
@@ -112,8 +112,8 @@ TEST_F(CustomSpaces, UseAnIdWithTheExtensionCccOnly) {
         collection_text(correction_text("first", "2") + correction_text("second", "4"));
     edit({space_record("upper", "", write_file("grades.CCC", collection), "second"),
           space_record("single", "", write_file("grade.cc", correction_text("x", "8")), "second")});
-    EXPECT_FLOAT_EQ(convert_grey("linear", "upper", 0.25f), 0.5f) << "the first one, whatever the id says";
-    EXPECT_FLOAT_EQ(convert_grey("linear", "single", 0.25f), 2.0f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "upper", 0.25f), 0.5f) << "the first one, for every id";
+    EXPECT_FLOAT_EQ(convert_gray("linear", "single", 0.25f), 2.0f);
 }
 
 // Names
@@ -122,7 +122,7 @@ TEST_F(CustomSpaces, OfOneNameReplaceEachOther) {
     edit({space_record("mine", write_lut("two.spi1d", 2)), space_record("mine", write_lut("four.spi1d", 4))});
     EXPECT_THAT(spaces(), ElementsAre("sRGB", "Cineon", "linear", "mine"));
     EXPECT_THAT(views(), ElementsAre("Tavelion.sRGB", "Tavelion.Cineon", "Tavelion.linear", "Tavelion.mine"));
-    EXPECT_FLOAT_EQ(convert_grey("linear", "mine", 0.25f), 1.0f);
+    EXPECT_FLOAT_EQ(convert_gray("linear", "mine", 0.25f), 1.0f);
     EXPECT_THAT(record_names(), ElementsAre("sRGB", "Cineon", "linear", "mine", "mine"));
     EXPECT_THAT(take_log(), IsEmpty()) << "no view is published while the list is replaced";
 }
@@ -202,10 +202,10 @@ TEST_F(CustomSpaces, MayHaveFilesBelowFoldersNamedLikeVariables) {
     for (const char* name : {"c$QB_TEST_X", "c${QB_TEST_X}", "%QB_TEST_X%", "c$"}) {
         const std::string lut = std::string(name) + "/gain.spi1d";
         edit({space_record("mine", write_lut(lut.c_str(), 2))});
-        EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.0)) << name;
+        EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.0)) << name;
         const std::string grade = write_file(std::string(name) + "/grade.cc", correction_text("x", "3"));
         edit({space_record("mine", "", grade)});
-        EXPECT_TRUE(is_near(convert_grey("linear", "mine", 0.5f), 1.5)) << name;
+        EXPECT_TRUE(is_near(convert_gray("linear", "mine", 0.5f), 1.5)) << name;
     }
 }
 

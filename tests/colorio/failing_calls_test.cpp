@@ -13,7 +13,7 @@ namespace {
 
 using diagnostics::Code;
 
-/// Calls that fail: each tells programs why, beside what it logs.
+/// Calls that fail: each reports the reason to programs, in addition to the log.
 class FailingCall : public RunningModule {
 protected:
     /// The one diagnostic of `action`; fails the test when there is none or another one.

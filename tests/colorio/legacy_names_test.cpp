@@ -75,7 +75,7 @@ TEST_F(LegacyNames, ThatAreNotLegacyBecomeEmpty) {
         EXPECT_EQ(builtin(name), "") << name;
 }
 
-TEST_F(LegacyNames, AreRecognisedWhateverConfigurationIsActive) {
+TEST_F(LegacyNames, AreRecognizedWithEveryActiveConfig) {
     use_config_quietly(CONFIG_WITHOUT_FAMILIES);
     EXPECT_TRUE(is_legacy("linear"));
     EXPECT_TRUE(is_legacy("Any|sRGB"));

@@ -73,9 +73,9 @@ constexpr Difference DIFFERENCES[] = {
      "newer libraries leave rows of one pixel out of their SIMD code for tables", "rounded otherwise"},
     {"level of an inactive space that is not there", OCIO,
      "LibraryLog.GoesToTheFunctionWithoutMarksAndLineEnds", nullptr, "Warning",
-     "newer libraries only tell of it", "Info"},
+     "newer versions only report it", "Info"},
     {"line of an inactive space that is not there", TOOL, "Check.ListsWhatTheColorLibraryReportsByItself",
-     nullptr, "warning: Inactive 'nowhere'", "newer libraries only tell of it", "note: Inactive 'nowhere'"},
+     nullptr, "warning: Inactive 'nowhere'", "newer versions only report it", "note: Inactive 'nowhere'"},
     {"what converts pixels between built-in spaces", TOOL, "Explain.SaysWhichPathIsTaken",
      "converted by OpenColorIO because OpenColorIO 1.1 shows no operations", "converted by SIMD code (",
      NO_PROGRAMS},
@@ -96,7 +96,7 @@ constexpr const char* NO_VERSION_2 = "OpenColorIO knows no version 2 configurati
 
 constexpr const char* NO_OPERATIONS = "OpenColorIO shows no operations";
 constexpr const char* NO_CUBES_BACKWARDS = "OpenColorIO takes no cube backwards, as the sample has it";
-constexpr const char* NO_BUILTIN_CONFIGS = "OpenColorIO holds no configurations of its own";
+constexpr const char* NO_BUILTIN_CONFIGS = "this OpenColorIO has no built-in configs";
 
 enum Library : unsigned { OF_1_X = 1, OF_2_1 = 2, OF_2_5 = 4 };
 

@@ -66,7 +66,7 @@ TEST(LatticeOfATest, BoundsTheErrorOfSmoothAndOfBentFunctions) {
                   1 + 1e-3)
             << i;
     EXPECT_NEAR(get_share(lattice, function, 0.5, bend_in_the_middle, 0.5), 1, 1e-3)
-        << "the bound is no larger than it has to be";
+        << "the bound is not larger than necessary";
     EXPECT_LE(get_share(lattice, function, bend_at_the_end, 0.5, 0.5), 1 + 1e-3);
     EXPECT_GT(get_share(lattice, function, bend_at_the_end, 0.5, 0.5), 0.5);
 }

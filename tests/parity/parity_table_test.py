@@ -30,7 +30,7 @@ class TableTest(unittest.TestCase):
         self.set_reasons()
 
     def set_reasons(self, *lines):
-        text = "".join(line + "\n" for line in ("# a remark", *lines))
+        text = "".join(line + "\n" for line in ("# a comment", *lines))
         (self.folder / "reasons.tsv").write_text(text, encoding="utf-8")
 
     def run_table(self, older, newer):

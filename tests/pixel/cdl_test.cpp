@@ -81,7 +81,7 @@ TEST_P(CdlOperation, NanCountsAsZero) {
     EXPECT_EQ(apply_one(clamped, {std::nanf(""), 2.0f, 0.5f, 1.0f}), (Pixel{0.0f, 1.0f, 0.25f, 1.0f}));
 }
 
-TEST_P(CdlOperation, SaturationZeroGivesGrey) {
+TEST_P(CdlOperation, SaturationZeroGivesGray) {
     const Cdl gray{{1, 1, 1}, {0, 0, 0}, {1, 1, 1}, 0, CdlStyle::Unclamped, Direction::Forward};
     const Pixel out = apply_one(gray, {1.0f, 0.5f, 0.25f, 1.0f});
     EXPECT_FLOAT_EQ(out[0], 0.2126f + 0.5f * 0.7152f + 0.25f * 0.0722f);

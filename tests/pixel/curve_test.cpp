@@ -39,31 +39,31 @@ TEST_P(Curves, PowersOfAllMagnitudesAreRoundedCorrectlyToOneUnit) {
 
 TEST_P(Curves, PowersOfSpecialValues) {
     const Exponent square_root = exponent(0.5, Negatives::Clamp);
-    EXPECT_EQ(apply_grey(square_root, 0.0f), 0.0f);
-    EXPECT_EQ(apply_grey(square_root, 1.0f), 1.0f);
-    EXPECT_EQ(apply_grey(square_root, INF), INF);
-    EXPECT_EQ(apply_grey(square_root, NOT_A_NUMBER), 0.0f);
-    EXPECT_EQ(apply_grey(square_root, 1.40129846e-45f), 3.74339207e-23f); // sqrt(2^-149)
-    EXPECT_EQ(apply_grey(exponent(3, Negatives::Clamp), 1e30f), INF);
-    EXPECT_EQ(apply_grey(exponent(3, Negatives::Clamp), 1e-30f), 0.0f);
-    EXPECT_EQ(apply_grey(exponent(-1, Negatives::Clamp), 0.0f), INF);
-    EXPECT_EQ(apply_grey(exponent(-1, Negatives::Clamp), INF), 0.0f);
-    EXPECT_EQ(apply_grey(exponent(-1, Negatives::Clamp), 4.0f), 0.25f);
-    EXPECT_EQ(apply_grey(exponent(0, Negatives::Mirror), NOT_A_NUMBER), 1.0f);
+    EXPECT_EQ(apply_gray(square_root, 0.0f), 0.0f);
+    EXPECT_EQ(apply_gray(square_root, 1.0f), 1.0f);
+    EXPECT_EQ(apply_gray(square_root, INF), INF);
+    EXPECT_EQ(apply_gray(square_root, NOT_A_NUMBER), 0.0f);
+    EXPECT_EQ(apply_gray(square_root, 1.40129846e-45f), 3.74339207e-23f); // sqrt(2^-149)
+    EXPECT_EQ(apply_gray(exponent(3, Negatives::Clamp), 1e30f), INF);
+    EXPECT_EQ(apply_gray(exponent(3, Negatives::Clamp), 1e-30f), 0.0f);
+    EXPECT_EQ(apply_gray(exponent(-1, Negatives::Clamp), 0.0f), INF);
+    EXPECT_EQ(apply_gray(exponent(-1, Negatives::Clamp), INF), 0.0f);
+    EXPECT_EQ(apply_gray(exponent(-1, Negatives::Clamp), 4.0f), 0.25f);
+    EXPECT_EQ(apply_gray(exponent(0, Negatives::Mirror), NOT_A_NUMBER), 1.0f);
 }
 
 TEST_P(Curves, ResultsMayBeDenormal) {
-    EXPECT_EQ(apply_grey(exponent(2, Negatives::Clamp), 0x1p-70f), 0x1p-140f);
-    EXPECT_EQ(apply_grey(Log{2, Direction::Inverse}, -149.0f), 0x1p-149f);
-    EXPECT_EQ(apply_grey(Log{2, Direction::Inverse}, -151.0f), 0.0f);
+    EXPECT_EQ(apply_gray(exponent(2, Negatives::Clamp), 0x1p-70f), 0x1p-140f);
+    EXPECT_EQ(apply_gray(Log{2, Direction::Inverse}, -149.0f), 0x1p-149f);
+    EXPECT_EQ(apply_gray(Log{2, Direction::Inverse}, -151.0f), 0.0f);
 }
 
 TEST_P(Curves, NegativesFollowTheStyle) {
-    EXPECT_EQ(apply_grey(exponent(2, Negatives::Clamp), -3.0f), 0.0f);
-    EXPECT_EQ(apply_grey(exponent(2, Negatives::Mirror), -3.0f), -9.0f);
-    EXPECT_EQ(apply_grey(exponent(2, Negatives::PassThrough), -3.0f), -3.0f);
-    EXPECT_TRUE(std::isnan(apply_grey(exponent(2, Negatives::Mirror), NOT_A_NUMBER)));
-    EXPECT_TRUE(std::isnan(apply_grey(exponent(2, Negatives::PassThrough), NOT_A_NUMBER)));
+    EXPECT_EQ(apply_gray(exponent(2, Negatives::Clamp), -3.0f), 0.0f);
+    EXPECT_EQ(apply_gray(exponent(2, Negatives::Mirror), -3.0f), -9.0f);
+    EXPECT_EQ(apply_gray(exponent(2, Negatives::PassThrough), -3.0f), -3.0f);
+    EXPECT_TRUE(std::isnan(apply_gray(exponent(2, Negatives::Mirror), NOT_A_NUMBER)));
+    EXPECT_TRUE(std::isnan(apply_gray(exponent(2, Negatives::PassThrough), NOT_A_NUMBER)));
 }
 
 TEST_P(Curves, ClampedExponentClampsAlphaToo) {
@@ -73,7 +73,7 @@ TEST_P(Curves, ClampedExponentClampsAlphaToo) {
 }
 
 TEST_P(Curves, InverseExponentTakesTheReciprocal) {
-    EXPECT_EQ(apply_grey(exponent(2, Negatives::Clamp, Direction::Inverse), 9.0f), 3.0f);
+    EXPECT_EQ(apply_gray(exponent(2, Negatives::Clamp, Direction::Inverse), 9.0f), 3.0f);
 }
 
 /// IEC 61966-2-1 with the continuous toe that offset 0.055 and gamma 2.4 define.
@@ -97,7 +97,7 @@ TEST_P(Curves, MirroredToeCurveIsOdd) {
     const LinearToeCurve mirrored{
         {2.4, 2.4, 2.4, 1}, {0.055, 0.055, 0.055, 0}, Negatives::Mirror, Direction::Forward};
     for (const float x : {0.01f, 0.5f, 3.0f, 1e10f}) {
-        EXPECT_EQ(apply_grey(mirrored, -x), -apply_grey(mirrored, x));
+        EXPECT_EQ(apply_gray(mirrored, -x), -apply_gray(mirrored, x));
     }
 }
 

@@ -71,10 +71,10 @@ TEST_P(FixedFunctions, Luv) {
 /// ST 2084: 0.508 of the signal is 100 nit, 0.752 is 1000 nit, 1 is 10,000 nit.
 TEST_P(FixedFunctions, Pq) {
     const FixedFunction encode{FixedStyle::LinearToPq, {}, Direction::Forward};
-    EXPECT_NEAR(apply_grey(encode, 1), 0.508078421, 1e-6);
-    EXPECT_NEAR(apply_grey(encode, 10), 0.751827096, 1e-6);
-    EXPECT_NEAR(apply_grey(encode, -100), -1, 1e-6);
-    EXPECT_NEAR(apply_grey(FixedFunction{FixedStyle::LinearToPq, {}, Direction::Inverse}, 0.508078421f), 1,
+    EXPECT_NEAR(apply_gray(encode, 1), 0.508078421, 1e-6);
+    EXPECT_NEAR(apply_gray(encode, 10), 0.751827096, 1e-6);
+    EXPECT_NEAR(apply_gray(encode, -100), -1, 1e-6);
+    EXPECT_NEAR(apply_gray(FixedFunction{FixedStyle::LinearToPq, {}, Direction::Inverse}, 0.508078421f), 1,
                 1e-5);
 }
 

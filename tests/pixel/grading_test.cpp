@@ -25,8 +25,8 @@ RgbCurve master_curve(GradingStyle style, const Points& points, Direction direct
 TEST_P(Gradings, CurvesPassThroughTheirControlPointsInBothDirections) {
     const Points points{{-0.5f, -0.25f, 0}, {0.25f, 0.125f, 0}, {0.5f, 0.75f, 0}, {1, 1.25f, 0}};
     for (const auto& [x, y, slope] : points) {
-        EXPECT_NEAR(apply_grey(master_curve(GradingStyle::Log, points, Direction::Forward), x), y, 1e-6);
-        EXPECT_NEAR(apply_grey(master_curve(GradingStyle::Log, points, Direction::Inverse), y), x, 1e-6);
+        EXPECT_NEAR(apply_gray(master_curve(GradingStyle::Log, points, Direction::Forward), x), y, 1e-6);
+        EXPECT_NEAR(apply_gray(master_curve(GradingStyle::Log, points, Direction::Inverse), y), x, 1e-6);
     }
 }
 
@@ -72,10 +72,10 @@ TEST_P(Gradings, ExposureIsInStopsAndContrastAboutThePivot) {
         return ExposureContrast{ExposureStyle::Linear, exposure, contrast, 1, 0.18, 0.088, 0.435,
                                 Direction::Forward};
     };
-    EXPECT_EQ(apply_grey(make(2, 1), -0.25f), -1);
-    EXPECT_NEAR(apply_grey(make(0, 1.5), 0.18f), 0.18, 1e-7);
-    EXPECT_NEAR(apply_grey(make(0, 2), 0.36f), 0.72, 1e-6);
-    EXPECT_EQ(apply_grey(make(0, 2), -1), 0);
+    EXPECT_EQ(apply_gray(make(2, 1), -0.25f), -1);
+    EXPECT_NEAR(apply_gray(make(0, 1.5), 0.18f), 0.18, 1e-7);
+    EXPECT_NEAR(apply_gray(make(0, 2), 0.36f), 0.72, 1e-6);
+    EXPECT_EQ(apply_gray(make(0, 2), -1), 0);
 }
 
 GradingPrimary primary(GradingStyle style) {
@@ -93,8 +93,8 @@ TEST_P(Gradings, PrimaryValuesDoWhatTheirNamesSay) {
     EXPECT_NEAR(apply_one(gray, {1, 0, 0, 1})[2], 0.2126, 1e-7);
     GradingPrimary gamma = primary(GradingStyle::Video);
     gamma.gamma = {1, 1, 1, 2};
-    EXPECT_NEAR(apply_grey(gamma, 0.25f), 0.5, 1e-7);
-    EXPECT_NEAR(apply_grey(gamma, -0.25f), -0.5, 1e-7);
+    EXPECT_NEAR(apply_gray(gamma, 0.25f), 0.5, 1e-7);
+    EXPECT_NEAR(apply_gray(gamma, -0.25f), -0.5, 1e-7);
 }
 
 /// The defect of OpenColorIO 2.1 that its results are matched with.
@@ -115,13 +115,13 @@ GradingTone tone(GradingStyle style) {
 TEST_P(Gradings, ToneLeavesWhatLiesOutsideItsZoneAlone) {
     GradingTone midtones = tone(GradingStyle::Log);
     midtones.midtones.value[3] = 1.5;
-    EXPECT_NEAR(apply_grey(midtones, 0), 0, 1e-6);
-    EXPECT_NEAR(apply_grey(midtones, 1), 1, 1e-6);
-    EXPECT_GT(apply_grey(midtones, 0.4f), 0.45f);
+    EXPECT_NEAR(apply_gray(midtones, 0), 0, 1e-6);
+    EXPECT_NEAR(apply_gray(midtones, 1), 1, 1e-6);
+    EXPECT_GT(apply_gray(midtones, 0.4f), 0.45f);
     GradingTone blacks = tone(GradingStyle::Log);
     blacks.blacks.value[3] = 0.5;
-    EXPECT_NEAR(apply_grey(blacks, 0.75f), 0.75, 1e-6);
-    EXPECT_LT(apply_grey(blacks, 0.1f), 0.09f);
+    EXPECT_NEAR(apply_gray(blacks, 0.75f), 0.75, 1e-6);
+    EXPECT_LT(apply_gray(blacks, 0.1f), 0.09f);
 }
 
 TEST_P(Gradings, ToneIsUndoneByItsInverseAndCapped) {

@@ -134,7 +134,7 @@ TEST_P(InverseTables, EntriesAgainstTheDirectionAreLevelled) {
 }
 
 TEST_P(InverseTables, NanStaysNanUnlessTheTableIsConstant) {
-    EXPECT_TRUE(std::isnan(apply_grey(inverse_of({0.0f, 1.0f}), std::nanf(""))));
+    EXPECT_TRUE(std::isnan(apply_gray(inverse_of({0.0f, 1.0f}), std::nanf(""))));
     const Single constant(inverse_of({0.5f, 0.5f, 0.5f}));
     EXPECT_EQ(constant(std::nanf("")), 0.0f);
     EXPECT_EQ(constant(7.0f), 0.0f);

@@ -63,9 +63,9 @@ TEST_P(LinearOperations, ClampOnOneSideLeavesTheOther) {
 }
 
 TEST_P(LinearOperations, NanGoesToTheLowerBoundOrElseToTheUpper) {
-    EXPECT_EQ(apply_grey(Range{0.25, 0.75, 0.25, 0.75}, NOT_A_NUMBER), 0.25f);
-    EXPECT_EQ(apply_grey(Range{0.5, std::nullopt, 0.5, std::nullopt}, NOT_A_NUMBER), 0.5f);
-    EXPECT_EQ(apply_grey(Range{std::nullopt, 0.5, std::nullopt, 0.5}, NOT_A_NUMBER), 0.5f);
+    EXPECT_EQ(apply_gray(Range{0.25, 0.75, 0.25, 0.75}, NOT_A_NUMBER), 0.25f);
+    EXPECT_EQ(apply_gray(Range{0.5, std::nullopt, 0.5, std::nullopt}, NOT_A_NUMBER), 0.5f);
+    EXPECT_EQ(apply_gray(Range{std::nullopt, 0.5, std::nullopt, 0.5}, NOT_A_NUMBER), 0.5f);
 }
 
 TEST(LinearOperationErrors, RangeWithoutAFullPairOfBoundsIsRefused) {

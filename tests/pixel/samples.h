@@ -42,7 +42,7 @@ private:
 inline Pixel apply_one(const pixel::Op& op, const Pixel& in) {
     return Single(op)(in);
 }
-inline float apply_grey(const pixel::Op& op, float gray) {
+inline float apply_gray(const pixel::Op& op, float gray) {
     return Single(op)(gray);
 }
 

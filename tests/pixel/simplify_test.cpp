@@ -109,8 +109,8 @@ TEST(Simplify, ClampsAreJoinedOnlyWhereNanFollowsToo) {
     for (const OpChain& chain : {OpChain{clamp(0.0, 0.75), clamp(0.25, 0.5)},
                                  OpChain{clamp(0.0, std::nullopt), clamp(std::nullopt, 0.5)}}) {
         for (const float x : awkward_values()) {
-            EXPECT_EQ(apply_grey(std::get<Range>(simplify(chain)[0]), x),
-                      apply_grey(chain[1], apply_grey(chain[0], x)))
+            EXPECT_EQ(apply_gray(std::get<Range>(simplify(chain)[0]), x),
+                      apply_gray(chain[1], apply_gray(chain[0], x)))
                 << x;
         }
     }

@@ -50,11 +50,11 @@ TEST_P(Tables, ValuesBetweenEntriesAreInterpolatedLinearly) {
 TEST_P(Tables, FusedArithmeticRoundsOnce) {
     Lut1D table = shared_curve({-0.3f, 2.7f});
     table.arithmetic = TableArithmetic::Fused;
-    EXPECT_EQ(apply_grey(table, 0.1f), -0x1p-27f);
-    EXPECT_EQ(apply_grey(table, 1.0f), 2.7f);
-    EXPECT_EQ(apply_grey(table, NOT_A_NUMBER), -0.3f);
+    EXPECT_EQ(apply_gray(table, 0.1f), -0x1p-27f);
+    EXPECT_EQ(apply_gray(table, 1.0f), 2.7f);
+    EXPECT_EQ(apply_gray(table, NOT_A_NUMBER), -0.3f);
     table.arithmetic = TableArithmetic::Stepwise;
-    EXPECT_NE(apply_grey(table, 0.1f), -0x1p-27f);
+    EXPECT_NE(apply_gray(table, 0.1f), -0x1p-27f);
 }
 
 TEST_P(Tables, ValuesOutsideTakeTheEndsAndNanTheFirst) {
@@ -132,10 +132,10 @@ TEST_P(Tables, HalfDomainTellsTheZerosApartAndHasEntriesForNan) {
     values[0x7E00] = values[0x7E01] = 3.0f;
     values[0xFE00] = values[0xFE01] = 4.0f;
     marked.values = share(std::move(values));
-    EXPECT_EQ(apply_grey(marked, 0.0f), 1.0f);
-    EXPECT_EQ(apply_grey(marked, -0.0f), 2.0f);
-    EXPECT_EQ(apply_grey(marked, NOT_A_NUMBER), 3.0f);
-    EXPECT_EQ(apply_grey(marked, std::copysign(NOT_A_NUMBER, -1.0f)), 4.0f);
+    EXPECT_EQ(apply_gray(marked, 0.0f), 1.0f);
+    EXPECT_EQ(apply_gray(marked, -0.0f), 2.0f);
+    EXPECT_EQ(apply_gray(marked, NOT_A_NUMBER), 3.0f);
+    EXPECT_EQ(apply_gray(marked, std::copysign(NOT_A_NUMBER, -1.0f)), 4.0f);
 }
 
 TEST(TableErrors, SizesThatDoNotFitAreRefused) {

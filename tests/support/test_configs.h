@@ -34,7 +34,7 @@ inline std::vector<std::string> find_test_configs() {
             if (entry.path().extension() == ".ocio")
                 paths.push_back(entry.path().string());
         if (paths.size() == count_before)
-            throw std::runtime_error("there is no configuration below " + folder);
+            throw std::runtime_error("no configs below " + folder);
         std::sort(paths.begin() + static_cast<std::ptrdiff_t>(count_before), paths.end());
     }
     return paths;

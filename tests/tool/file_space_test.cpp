@@ -67,7 +67,7 @@ TEST_F(FileSpace, IsThatOfTheFormatWhereTheFileSaysNothing) {
                   "  tags:          none\n"
                   "  file rules:    the built-in config has none\n"
                   "  associations:  the built-in associations, category Png, gives 'Tavelion|sRGB'\n"))
-        << "the sRGB that OpenImageIO assumes of every PNG file is no tag";
+        << "the sRGB that OpenImageIO assumes of every PNG file is not a tag";
 }
 
 TEST_F(FileSpace, IsSrgbWhereTheFileStatesIt) {
@@ -208,7 +208,7 @@ TEST_F(FileSpace, IsNotAssumedUnderStrict) {
         FailsWith(1, AllOf(HasSubstr("cannot determine the color space of 'in.png'"), HasSubstr("--from"))));
     EXPECT_FALSE(folder.exists("out.png"));
     EXPECT_THAT(run({"convert", path("in.png"), path("out.png"), "--to", "linear", "--strict"}), Succeeds())
-        << "the association of the format is no assumption";
+        << "the association of the format is not an assumption";
 }
 
 TEST_F(FileSpace, OfASequenceIsThatOfItsFirstImage) {

@@ -10,7 +10,7 @@
 /// Converts frames of a sequence.
 class SequenceTest : public ToolTest {
 protected:
-    /// A frame whose gray tells its number.
+    /// A frame whose gray value is its number.
     static float get_gray(int frame) { return static_cast<float>(frame) / 64; }
 
     void write_frames(const std::vector<int>& frames) {

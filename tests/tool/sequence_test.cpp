@@ -47,7 +47,7 @@ TEST_F(Sequence, GoesOnAfterAMissingFrameAndFailsAtTheEnd) {
 
 TEST_F(Sequence, GoesOnAfterAFrameThatCrashesTheReader) {
     write_frames({1, 2, 4, 5});
-    folder.write(name("in", 3), make_image_that_crashes_readers()); // the content tells the format
+    folder.write(name("in", 3), make_image_that_crashes_readers()); // the content decides the format
     const ToolRun result = convert("1-5");
     EXPECT_THAT(result, FailsWith(1, "colorio: error: cannot read '" + path(name("in", 3)) +
                                          "': OpenImageIO crashed on it (Segmentation fault)\n"));

@@ -41,7 +41,7 @@ TEST_F(ConvertGrade, GradesInSceneLinearWhateverTheEnds) {
                                                          "--cdl", warm(), "--config", path("show.ocio")});
     EXPECT_FLOAT_EQ(graded.get("R"), 0.5f);
     EXPECT_FLOAT_EQ(graded.get("B"), 0.125f);
-    // An offset tells that the correction works on light, not on what the file holds.
+    // An offset shows that the correction is applied to linear values, not to those of the file.
     const Image offset =
         convert({0.25f, 0.25f, 0.25f}, {"--from", "half_light", "--to", "lin", "--cdl",
                                         path("grades.ccc") + ":cold", "--config", path("show.ocio")});

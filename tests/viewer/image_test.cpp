@@ -62,7 +62,7 @@ TEST_F(ImageToShow, FindsColorsByTheNamesOfTheirChannels) {
     EXPECT_EQ(image.channels, "R, G, B, A");
 }
 
-TEST_F(ImageToShow, ShowsASingleChannelAsGrey) {
+TEST_F(ImageToShow, ShowsASingleChannelAsGray) {
     const viewer::Image image = load_channels({"Y"});
     EXPECT_THAT(pixel(image, 0, 0), ElementsAre(0.25f, 0.25f, 0.25f, 1));
     EXPECT_EQ(image.channels, "Y");

@@ -134,7 +134,7 @@ TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
         EXPECT_EQ(settings().cdl, name);
         shown.insert(read_line("CDL"));
     }
-    EXPECT_EQ(shown.size(), names.size()) << "each can be told from the others in the closed list";
+    EXPECT_EQ(shown.size(), names.size()) << "each can be distinguished from the others in the closed list";
     click("CDL");
     shown.clear();
     for (const std::string& name : names)
@@ -144,7 +144,7 @@ TEST_F(PanelsOfAViewer, ShowNamesAsTheyAre) {
 
 TEST_F(PanelsOfAViewer, ShowNamesOfOtherAlphabets) {
     if (viewer::find_system_font().empty())
-        GTEST_SKIP() << "there is no font of the system at the usual places";
+        GTEST_SKIP() << "the system has no font in the standard folders";
     const std::vector<std::string> names = {"\u0416\u0451", "\u042f\u0451", "\u03a9\u03bb", "\u0141\u017a"};
     list_cdls(names);
     std::set<std::string> shown;

@@ -122,7 +122,7 @@ TEST_F(ModelOfAViewer, MakesConversionsAnewOnlyWhenTheyDependOnTheChange) {
     const auto exposed = model->get_conversion(FIRST);
     EXPECT_NE(exposed, chain);
     model->set_exposure(2.5f);
-    EXPECT_EQ(model->get_conversion(FIRST), exposed) << "the exposure is no part of the conversions";
+    EXPECT_EQ(model->get_conversion(FIRST), exposed) << "the exposure is not part of the conversions";
     model->set_view(FIRST, "Screen.Shown");
     EXPECT_NE(model->get_conversion(FIRST), exposed);
 }

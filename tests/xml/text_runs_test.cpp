@@ -1,4 +1,4 @@
-// Cutting, decoding and joining of text runs, and what becomes of line ends.
+// Cutting, decoding and joining of text runs, and the normalization of line ends.
 
 #include "tests/xml/xml_test.h"
 

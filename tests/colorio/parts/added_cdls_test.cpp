@@ -27,7 +27,7 @@ TEST(AddedCDLs, HoldARecordUntilItsNameIsUsedOtherwise) {
     EXPECT_FALSE(added.holds(record("a"), true)) << "made from its file instead";
     EXPECT_FALSE(added.holds(record("a", 0.5f), false));
     added.remember(record("A", 0.5f), false);
-    EXPECT_FALSE(added.holds(record("a"), false)) << "OpenColorIO tells no cases apart";
+    EXPECT_FALSE(added.holds(record("a"), false)) << "OpenColorIO ignores case";
     EXPECT_TRUE(added.holds(record("A", 0.5f), false));
 }
 
@@ -48,7 +48,7 @@ TEST(AddedCDLs, KnowACompleteListUntilAFileOfItComesOrGoes) {
     added.note_list(list);
     EXPECT_TRUE(added.is_complete(list));
     const AddedCDLs::List copy = list;
-    EXPECT_FALSE(added.is_complete(copy)) << "told apart by its address";
+    EXPECT_FALSE(added.is_complete(copy)) << "identified by its address";
     folder.write("a.cc", "");
     EXPECT_FALSE(added.is_complete(list));
 }

@@ -18,7 +18,7 @@ Def record(const std::string& name, const std::string& file, const std::string& 
     return def;
 }
 
-/// Letters are ids in one file; names tell positions apart.
+/// Letters are ids in one file; names identify positions.
 List list_of(const std::string& ids) {
     List list;
     for (std::size_t i = 0; i < ids.size(); ++i)
@@ -33,8 +33,8 @@ std::string names_of(const List& list) {
     return names;
 }
 
-/// What the removal is told as: for each record of the library a scan that shifts the later records down and
-/// goes on at the next position.
+/// The reference for the removal: for each record of the library a scan that shifts the later records down
+/// and goes on at the next position.
 void remove_by_scanning(const List& library, List& list) {
     for (const Def& removed : library) {
         for (unsigned int i = 0; i < list.get_count(); ++i) {
