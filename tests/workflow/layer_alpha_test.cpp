@@ -38,7 +38,7 @@ TEST_F(LayerAlpha, OfOneColorAreRefusedWhereTheOthersMatter) {
                       HasSubstr("R (the conversion mixes it with missing channels)")));
     write(make_color({"mask.R"}, 0.5f));
     EXPECT_THAT(failure_of([&] { convert("swapped", make_options({"mask"})); }).message,
-                HasSubstr("not all of red, green and blue"));
+                HasSubstr("it lacks some of red, green and blue"));
     convert("squared", make_options({"mask"}));
     EXPECT_EQ(read().get("mask.R"), 0.25f);
 }

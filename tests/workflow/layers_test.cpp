@@ -106,9 +106,9 @@ TEST_F(Layers, OfPagesHaveNothingToDoWithEachOther) {
 TEST_F(Layers, OfDataThatGetAnotherTypeAreNoted) {
     write(make_rich_image());
     EXPECT_THAT(convert("squared", {}, "out.tif").notes,
-                testing::Contains(
-                    IsNote("image-adapted", "out.tif",
-                           AllOf(HasSubstr("tiff has one type for all channels"), HasSubstr("Z, id")))));
+                testing::Contains(IsNote(
+                    "image-adapted", "out.tif",
+                    AllOf(HasSubstr("tiff has one pixel type for all channels"), HasSubstr("Z, id")))));
 }
 
 TEST_F(Layers, GiveAFormatWithoutThemTheFirstThatIsChosen) {
