@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Times the conversion of a sequence of uncompressed 4K frames of halfs from sRGB to linear: this tool against
-# oiiotool with all cores and ocioconvert in a loop. Whole processes, wall time, medians of interleaved rounds.
+# Times the conversion of a sequence of uncompressed 4K frames of halfs: this tool against oiiotool with all cores and
+# ocioconvert in a loop. Whole processes, wall time, medians of interleaved rounds.
 # usage: convert_sequence.sh TOOL [FOLDER]
+#   WORK (exr) is "exr": from sRGB to linear, as half OpenEXR; or "dpx" or "png": from linear through a view with a 3D LUT,
+#   as 10-bit DPX or 16-bit PNG. ocioconvert writes DPX as floats: it has no option for the depth.
 #   FRAMES (20), ROUNDS (5), WIDTH (3840), HEIGHT (2160) and CHANNELS (R,G,B,A) may be set in the environment;
 #   SEQUENCE_JSON names a file for the medians.
 set -euo pipefail
@@ -17,6 +19,13 @@ rounds=${ROUNDS:-5}
 width=${WIDTH:-3840}
 height=${HEIGHT:-2160}
 channels=${CHANNELS:-R,G,B,A}
+work=${WORK:-exr}
+case "$work" in
+exr) depth=half ;;
+dpx) depth=uint10 ;;
+png) depth=uint16 ;;
+*) echo "convert_sequence.sh: WORK is exr, dpx or png, not '$work'" >&2; exit 2 ;;
+esac
 for program in oiiotool ocioconvert; do
     command -v "$program" >/dev/null || { echo "convert_sequence.sh: $program is not installed" >&2; exit 1; }
 done
@@ -39,6 +48,7 @@ roles: {scene_linear: linear, default: linear}
 displays:
   screen:
     - !<View> {name: sRGB, colorspace: sRGB}
+    - !<View> {name: Film, colorspace: film}
 colorspaces:
   - !<ColorSpace>
     name: linear
@@ -47,7 +57,17 @@ colorspaces:
     name: sRGB
     bitdepth: 32f
     to_reference: !<FileTransform> {src: srgb.spi1d, interpolation: linear}
+  - !<ColorSpace>
+    name: film
+    bitdepth: 32f
+    from_reference: !<FileTransform> {src: film.cube, interpolation: tetrahedral}
 TEXT
+awk 'function curve(v) { return 1.2 * v / (v + 0.2) }
+BEGIN {
+    print "LUT_3D_SIZE 33"
+    for (b = 0; b < 33; b++) for (g = 0; g < 33; g++) for (r = 0; r < 33; r++)
+        print curve((r + 0.1 * g) / 35.2), curve((g + 0.1 * b) / 35.2), curve((b + 0.1 * r) / 35.2)
+}' >film.cube
 export OCIO=$folder/bench.ocio
 
 echo "making $frames frames of $width x $height, channels $channels" >&2
@@ -60,19 +80,32 @@ for ((frame = 2; frame <= frames; frame++)); do
     cp in.0001.exr "$(printf 'in.%04d.exr' "$frame")"
 done
 
+tool_color=(--from linear --view screen.Film)
+oiio_color=(--ociodisplay:from=linear:unpremult=0 screen Film)
+oiio_compression=()
+if [ "$work" = exr ]; then
+    tool_color=(--from sRGB --to linear)
+    oiio_color=(--colorconvert:unpremult=0 sRGB linear)
+    oiio_compression=(--compression none)
+fi
+
 run_tool() {
-    "$tool" convert in.####.exr tool.####.exr --frames "1-$frames" --from sRGB --to linear \
+    "$tool" convert in.####.exr "tool.####.$work" --frames "1-$frames" "${tool_color[@]}" -d "$depth" \
         --config bench.ocio --no-unpremult >/dev/null
 }
 run_oiiotool() {
-    oiiotool --colorconfig bench.ocio --frames "1-$frames" in.%04d.exr --colorconvert:unpremult=0 sRGB linear \
-        -d half --compression none -o oiio.%04d.exr >/dev/null
+    oiiotool --colorconfig bench.ocio --frames "1-$frames" in.%04d.exr "${oiio_color[@]}" \
+        -d "$depth" "${oiio_compression[@]}" -o "oiio.%04d.$work" >/dev/null
 }
 run_ocioconvert() {
     local frame number
     for ((frame = 1; frame <= frames; frame++)); do
         number=$(printf '%04d' "$frame")
-        ocioconvert "in.$number.exr" sRGB "ocio.$number.exr" linear >/dev/null
+        if [ "$work" = exr ]; then
+            ocioconvert "in.$number.exr" sRGB "ocio.$number.exr" linear >/dev/null
+        else
+            ocioconvert --view "in.$number.exr" linear "ocio.$number.$work" screen Film >/dev/null
+        fi
     done
 }
 
@@ -81,7 +114,7 @@ measure() {
     local start=$EPOCHREALTIME
     "run_$1"
     awk -v start="$start" -v end="$EPOCHREALTIME" 'BEGIN { printf "%.3f\n", end - start }' >>"$1.times"
-    rm -f "${2:?}".*.exr
+    rm -f "${2:?}".*."$work"
 }
 median() { sort -n "$1.times" | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
 
@@ -95,8 +128,8 @@ done
 
 if [ -n "$json" ]; then
     load=$(cut -d' ' -f1-3 /proc/loadavg | tr ' ' ',')
-    printf '{"frames": %d, "rounds": %d, "width": %d, "height": %d, "channels": "%s", "load_avg": [%s],\n "seconds": {"tool": %s, "oiiotool": %s, "ocioconvert": %s}}\n' \
-        "$frames" "$rounds" "$width" "$height" "$channels" "$load" \
+    printf '{"work": "%s", "frames": %d, "rounds": %d, "width": %d, "height": %d, "channels": "%s", "load_avg": [%s],\n "seconds": {"tool": %s, "oiiotool": %s, "ocioconvert": %s}}\n' \
+        "$work" "$frames" "$rounds" "$width" "$height" "$channels" "$load" \
         "$(median tool)" "$(median oiiotool)" "$(median ocioconvert)" >"$json"
 fi
 
