@@ -49,7 +49,7 @@ void print_both(const RowModel<Row>& model, const std::vector<Row>& published,
     print_rows(inactive_model, inactive, console);
 }
 
-void print_spaces(Console& console, bool with_inactive) {
+void print_spaces(const workflow::Session&, Console& console, bool with_inactive) {
     const Spaces published = workflow::get_described_spaces(), inactive = workflow::get_inactive_spaces();
     const auto is_of_display = [](const auto& space) { return space.is_display_referred; };
     const bool has_both = std::any_of(published.begin(), published.end(), is_of_display) ||
@@ -58,12 +58,12 @@ void print_spaces(Console& console, bool with_inactive) {
                with_inactive, "color space", console);
 }
 
-void add_spaces_to_json(Json& answer) {
+void add_spaces_to_json(const workflow::Session&, Json& answer) {
     answer.set("spaces", make_space_rows(true, false).make_array(workflow::get_described_spaces()));
     answer.set("inactive_spaces", make_space_rows(false, false).make_array(workflow::get_inactive_spaces()));
 }
 
-void print_named_transforms(Console& console, bool with_inactive) {
+void print_named_transforms(const workflow::Session&, Console& console, bool with_inactive) {
     Transforms listed = workflow::get_named_transforms();
     const std::size_t all = listed.size();
     if (!with_inactive)
@@ -79,7 +79,7 @@ void print_named_transforms(Console& console, bool with_inactive) {
         print_count_of_inactive(left_out, "named transform", console);
 }
 
-void add_named_transforms_to_json(Json& answer) {
+void add_named_transforms_to_json(const workflow::Session&, Json& answer) {
     answer.set("named_transforms", make_transform_rows().make_array(workflow::get_named_transforms()));
 }
 
@@ -87,17 +87,17 @@ bool has_named_transforms() {
     return !workflow::get_named_transforms().empty();
 }
 
-void print_views(Console& console, bool with_inactive) {
+void print_views(const workflow::Session&, Console& console, bool with_inactive) {
     print_both(make_view_rows(true), workflow::get_published_views(), make_view_rows(false),
                workflow::get_hidden_views(), with_inactive, "view", console);
 }
 
-void add_views_to_json(Json& answer) {
+void add_views_to_json(const workflow::Session&, Json& answer) {
     answer.set("views", make_view_rows(true).make_array(workflow::get_published_views()));
     answer.set("inactive_views", make_view_rows(false).make_array(workflow::get_hidden_views()));
 }
 
-void print_roles(Console& console, bool) {
+void print_roles(const workflow::Session&, Console& console, bool) {
     RowModel<PublishedRole> model;
     model.add("role", nullptr, &PublishedRole::role)
         .add("color space", nullptr, &PublishedRole::color_space)
@@ -105,7 +105,7 @@ void print_roles(Console& console, bool) {
     print_rows(model, workflow::get_published_roles(), console);
 }
 
-void add_roles_to_json(Json& answer) {
+void add_roles_to_json(const workflow::Session&, Json& answer) {
     Json roles = Json::object(), from_config = roles;
     for (const PublishedRole& role : workflow::get_published_roles()) {
         roles.set(role.role, role.color_space);
@@ -122,8 +122,8 @@ bool is_always_listed() {
 /// One of the things that can be listed.
 struct Topic {
     const char* name;
-    void (*print)(Console& console, bool with_inactive);
-    void (*add_to_json)(Json& answer);
+    void (*print)(const workflow::Session& session, Console& console, bool with_inactive);
+    void (*add_to_json)(const workflow::Session& session, Json& answer);
     bool (*is_listed)() = is_always_listed; ///< False: shown as a table only when the user names the topic.
 };
 constexpr Topic TOPICS[] = {
@@ -132,10 +132,12 @@ constexpr Topic TOPICS[] = {
     {"views", print_views, add_views_to_json},
     {"roles", print_roles, add_roles_to_json},
     {"cdls",
-     [](Console& console, bool) {
-         make_cdl_rows().make_table(workflow::get_published_cdls()).print(console);
+     [](const workflow::Session& session, Console& console, bool) {
+         make_cdl_rows().make_table(workflow::get_published_cdls(session)).print(console);
      },
-     [](Json& answer) { answer.set("cdls", make_cdl_rows().make_array(workflow::get_published_cdls())); }},
+     [](const workflow::Session& session, Json& answer) {
+         answer.set("cdls", make_cdl_rows().make_array(workflow::get_published_cdls(session)));
+     }},
 };
 
 class ListCommand : public ReportCommand {
@@ -161,7 +163,7 @@ private:
         for (const Topic& topic : TOPICS)
             if (wanted == topic.name || (wanted == ALL && topic.is_listed())) {
                 console.print("");
-                topic.print(console, with_inactive);
+                topic.print(session, console, with_inactive);
             }
     }
 
@@ -169,7 +171,7 @@ private:
         Json answer = {{"config", tool::to_json(session.get_source())}};
         for (const Topic& topic : TOPICS)
             if (wanted == ALL || wanted == topic.name)
-                topic.add_to_json(answer);
+                topic.add_to_json(session, answer);
         return answer;
     }
 

@@ -70,7 +70,7 @@ private:
              {make_value_rows().make_table(workflow::get_preference_values(preferences.get_app())),
               make_format_rows().make_table(workflow::get_format_associations()),
               make_custom_rows().make_table(workflow::get_custom_spaces()),
-              make_cdl_rows().make_table(workflow::get_published_cdls())}) {
+              make_cdl_rows().make_table(workflow::get_published_cdls(session))}) {
             console.print("");
             table.print(console);
         }
@@ -86,7 +86,7 @@ private:
                 {"preferences", values},
                 {"formats", make_format_rows().make_array(workflow::get_format_associations())},
                 {"spaces", make_custom_rows().make_array(workflow::get_custom_spaces())},
-                {"cdls", make_cdl_rows().make_array(workflow::get_published_cdls())}};
+                {"cdls", make_cdl_rows().make_array(workflow::get_published_cdls(session))}};
     }
 };
 

@@ -149,7 +149,10 @@ void ViewModel::use_config(const std::string& path) {
 void ViewModel::use_cdl_library(const std::string& path) {
     if (workflow::LiveConfig::Error error = live_config.use_cdl_library(path))
         throw diagnostics::Failure(*std::move(error));
-    set_note(fmt::format("using {}", get_file_name(path)), use_existing_names());
+    std::vector<std::string> others = use_existing_names();
+    for (const diagnostics::Diagnostic& warning : live_config.get_library_warnings())
+        others.push_back(diagnostics::format_located(warning));
+    set_note(fmt::format("using {}", get_file_name(path)), std::move(others));
     watch_files();
 }
 

@@ -6,12 +6,12 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
-#include "colorio/color_io_candidate.h"
 #include "colorio/color_io_diagnostics.h"
 #include "colorio/color_io_inspection.h"
 #include "colorio/color_io_manager.h"
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
+#include "workflow/cdl_library.h"
 #include "workflow/custom_files.h"
 #include "workflow/published_names.h"
 
@@ -79,24 +79,19 @@ bool LiveConfig::reload() {
     const std::string& config_path = get_config_path();
     config_error = config_path.empty() ? Error() : session.check_config(config_path);
     // With an unusable config the module would switch to the built-in config.
-    if (!config_error && has_custom_files(library_path))
+    if (!config_error && has_custom_files(session, library_path))
         session.set_custom_errors(reload_custom_files());
     if (!config_error && !config_path.empty())
         raise(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
-    library_error =
-        library_path.empty() ? Error() : ColorIOCandidate::check_cdl_library(library_path.c_str());
-    // The module would drop custom CDLs whose files cannot be read.
-    if (!library_error && get_custom_errors().empty() && !library_path.empty())
-        publish_library();
+    if (!library_path.empty())
+        reload_library();
     return get_source_errors().empty();
 }
 
-/// The path is new to the module where the library could not be read before.
-void LiveConfig::publish_library() {
-    StandaloneApp& app = session.get_app();
-    if (app.get_cdl_library_file_path() == library_path.c_str())
-        return raise(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
-    app.set_cdl_library_file_path(library_path.c_str());
+/// Publishes nothing new while a custom CDL cannot be read: the module would drop it.
+void LiveConfig::reload_library() {
+    library_error =
+        get_custom_errors().empty() ? session.use_cdl_library(library_path) : check_cdl_library(library_path);
     ++observer->revision;
 }
 
@@ -113,7 +108,8 @@ diagnostics::Diagnostics LiveConfig::reload_custom_files() {
     ColorIOManager::get_instance()->load_config(nullptr);
     ++observer->revision;
     diagnostics::Diagnostics errors;
-    for (const diagnostics::Diagnostic& diagnostic : collector.take())
+    for (const diagnostics::Diagnostic& diagnostic :
+         session.get_cdl_library().name_original(collector.take()))
         if (diagnostic.severity == diagnostics::Severity::ERROR && diagnostic.file != library_path)
             add_new(errors, {diagnostic});
     return errors;
@@ -130,13 +126,16 @@ diagnostics::Diagnostics LiveConfig::get_source_errors() const {
 }
 
 LiveConfig::Error LiveConfig::use_cdl_library(const std::string& path) {
-    if (Error error = ColorIOCandidate::check_cdl_library(path.c_str()))
+    if (Error error = session.use_cdl_library(path))
         return error;
-    session.get_app().set_cdl_library_file_path(path.c_str());
     library_path = path;
     library_error.reset();
     ++observer->revision;
     return {};
+}
+
+const diagnostics::Diagnostics& LiveConfig::get_library_warnings() const {
+    return session.get_cdl_library().get_warnings();
 }
 
 unsigned int LiveConfig::get_revision() const {
@@ -181,7 +180,7 @@ std::string LiveConfig::get_default_cdl() const {
 }
 
 std::vector<std::string> LiveConfig::get_source_files() const {
-    std::vector<std::string> files = get_custom_files();
+    std::vector<std::string> files = get_custom_files(session);
     files.push_back(library_path);
     if (const std::string& config_path = get_config_path(); !config_path.empty()) {
         files.push_back(config_path);

@@ -33,6 +33,8 @@ public:
     bool reload();
     /// Publishes the color corrections of an ASC CDL file as CDLs.
     Error use_cdl_library(const std::string& path);
+    /// Color corrections of that file that are not published, one warning for each.
+    const diagnostics::Diagnostics& get_library_warnings() const;
 
     /// Errors of the start and of the last reload, one for each cause. Each is removed when its file can be
     /// read again or is replaced by another.
@@ -73,7 +75,7 @@ private:
     template <class Event>
     void raise(const Event& event);
     diagnostics::Diagnostics reload_custom_files();
-    void publish_library();
+    void reload_library();
 
     Session session;
     diagnostics::Diagnostics start_errors;

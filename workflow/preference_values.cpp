@@ -10,6 +10,7 @@
 #include "colorio/color_io_candidate.h"
 #include "diagnostics/failure.h"
 #include "standalone/standalone_app.h"
+#include "workflow/cdl_library.h"
 #include "workflow/config_source.h"
 #include "workflow/nearest_names.h"
 
@@ -71,7 +72,7 @@ std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const st
     case Purpose::CONFIG:
         return ColorIOCandidate::check_config_file(path.c_str());
     case Purpose::CDL_LIBRARY:
-        return ColorIOCandidate::check_cdl_library(path.c_str());
+        return check_cdl_library(path);
     case Purpose::MAPPING:
         break;
     }

@@ -15,6 +15,7 @@
 #include "files/input_file.h"
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
+#include "workflow/cdl_library.h"
 #include "workflow/log_forwarding.h"
 #include "workflow/mapping_location.h"
 
@@ -129,8 +130,8 @@ Diagnostic make_notice(Diagnostic diagnostic) {
 Session::Session(const SessionOptions& options, PreferenceUse use)
     : log(std::make_unique<LogForwarding>(options.on_log)),
       preferences(std::make_unique<UserPreferences>(options, use)),
-      source(find_source(options, *preferences)), load_diagnostics(preferences->get_warnings()),
-      notices(load_diagnostics) {
+      source(find_source(options, *preferences)), library(std::make_unique<CdlLibrary>()),
+      load_diagnostics(preferences->get_warnings()), notices(load_diagnostics) {
     require_config_file(source);
     set_context(options.context);
     app = std::make_unique<StandaloneApp>();
@@ -172,7 +173,7 @@ void Session::load(PreferenceUse use) {
     if (use != PreferenceUse::READ)
         return;
     use_library();
-    take_custom_errors(collector.take());
+    take_custom_errors(library->name_original(collector.take()));
     use_mapping();
     take_mapping_errors(collector.take());
 }
@@ -204,6 +205,18 @@ std::optional<Diagnostic> Session::use_config(const std::string& path) {
     source = has_changed_meanwhile ? ConfigSource() : wanted;
     return has_changed_meanwhile ? std::optional(make_refusal(wanted, collector.take()).front())
                                  : std::nullopt;
+}
+
+/// The module prints the error of a library that cannot be parsed on standard output, so it gets no such one.
+std::optional<Diagnostic> Session::use_cdl_library(const std::string& path) {
+    if (std::optional<Diagnostic> error = library->load(path))
+        return error;
+    const CoreString module_path = library->get_module_path().c_str();
+    if (app->get_cdl_library_file_path() == module_path)
+        app->raise_event(EVT_ID_APPLICATION_CDL_FILE_PATH_CHANGED);
+    else
+        app->set_cdl_library_file_path(module_path);
+    return {};
 }
 
 void Session::note_temp_folder() {
@@ -240,15 +253,14 @@ void Session::take_custom_errors(const Diagnostics& reports) {
     }
 }
 
-/// The module prints the error of a library that cannot be parsed on standard output, so it gets no such one.
 void Session::use_library() {
     const CoreString& path = preferences->get_app().get_cdl_library_file_path();
     if (path.is_empty())
         return;
-    if (const ColorIOCandidate::Error error = ColorIOCandidate::check_cdl_library(path))
+    if (const std::optional<Diagnostic> error = use_cdl_library(path.get_data()))
         take_custom_errors({*error});
     else
-        app->set_cdl_library_file_path(path);
+        take_custom_errors(library->get_warnings());
 }
 
 void Session::use_mapping() {

@@ -15,6 +15,7 @@ class StandaloneApp;
 
 namespace workflow {
 
+class CdlLibrary;
 class LogForwarding;
 
 /// The selected config cannot be used.
@@ -53,6 +54,11 @@ public:
     /// Switches to the config file at `path`, or to the built-in config when that is empty. A file that
     /// cannot be used changes nothing; the result says why.
     std::optional<diagnostics::Diagnostic> use_config(const std::string& path);
+    /// Publishes the color corrections of the ASC CDL file at `path` as CDLs, or again after the file
+    /// changed. A file that cannot be used changes nothing; the result says why.
+    std::optional<diagnostics::Diagnostic> use_cdl_library(const std::string& path);
+    /// The file of the published color corrections.
+    const CdlLibrary& get_cdl_library() const { return *library; }
     /// The application whose preferences the module follows; lives as long as the session.
     StandaloneApp& get_app() { return *app; }
     const UserPreferences& get_preferences() const { return *preferences; }
@@ -88,6 +94,7 @@ private:
     std::unique_ptr<LogForwarding> log;
     std::unique_ptr<UserPreferences> preferences;
     ConfigSource source;
+    std::unique_ptr<CdlLibrary> library;
     std::unique_ptr<StandaloneApp> app;
     diagnostics::Diagnostics load_diagnostics;
     diagnostics::Diagnostics notices;

@@ -106,11 +106,11 @@ TEST_F(ModelOfAViewer, SaysWhereACdlLibraryIsBroken) {
     };
     EXPECT_THAT(refusal_of("<ColorCorrectionCollection>\n=</ColorCorrectionCollection"),
                 AllOf(HasSubstr("looks.ccc:2:"), HasSubstr("Unexpected token found")));
-    EXPECT_THAT(refusal_of("<ColorCorrectionCollection><ColorCorrection id=\"a\"/>"
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection><ColorCorrection id=\"a\"><SOPNode/></ColorCorrection>"
                            "</ColorCorrectionCollection>"),
-                HasSubstr("'SOPNode'"))
+                HasSubstr("Slope is missing"))
         << "whole markup that lacks something";
-    EXPECT_THAT(refusal_of("<ColorCorrectionCollection/>"), HasSubstr("no color correction"));
+    EXPECT_THAT(refusal_of("<ColorCorrectionCollection/>"), HasSubstr("no ColorCorrection element"));
 }
 
 TEST_F(ModelOfAViewer, MakesConversionsAnewOnlyWhenTheyDependOnTheChange) {

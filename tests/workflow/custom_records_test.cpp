@@ -23,7 +23,9 @@ protected:
     static void add_cdl(Session& session, const char* name) {
         workflow::add_custom_cdl(session, workflow::make_cdl_record(workflow::parse_numbers(NUMBERS), name));
     }
-    static std::size_t count_cdls() { return workflow::get_published_cdls().size(); }
+    static std::size_t count_cdls(const Session& session) {
+        return workflow::get_published_cdls(session).size();
+    }
 
     workflow::SessionOptions options;
 };
@@ -39,8 +41,8 @@ TEST_F(CustomRecords, AreKeptOnceTheSessionSavesThem) {
         session.save_preferences();
     }
     const Session session(options);
-    ASSERT_EQ(count_cdls(), 2u) << "the one that changes nothing is the first";
-    EXPECT_EQ(workflow::get_published_cdls()[1].correction.id, "warm");
+    ASSERT_EQ(count_cdls(session), 2u) << "the one that changes nothing is the first";
+    EXPECT_EQ(workflow::get_published_cdls(session)[1].correction.id, "warm");
 }
 
 TEST_F(CustomRecords, HaveNamesThatDifferByMoreThanCase) {
@@ -50,7 +52,7 @@ TEST_F(CustomRecords, HaveNamesThatDifferByMoreThanCase) {
     EXPECT_EQ(taken.code, Code::NAME_DUPLICATE);
     EXPECT_EQ(taken.message, "a CDL named 'Warm' already exists");
     EXPECT_EQ(failure_of([&] { add_cdl(session, "no cdl"); }).hint, "choose another name");
-    EXPECT_EQ(count_cdls(), 2u);
+    EXPECT_EQ(count_cdls(session), 2u);
 }
 
 TEST_F(CustomRecords, AreRemovedByTheirExactNames) {
@@ -60,7 +62,7 @@ TEST_F(CustomRecords, AreRemovedByTheirExactNames) {
     EXPECT_EQ(missing.code, Code::USAGE_REFUSED);
     EXPECT_EQ(missing.hint, "did you mean 'warm'?");
     workflow::remove_custom_cdl(session, "warm");
-    EXPECT_EQ(count_cdls(), 1u);
+    EXPECT_EQ(count_cdls(session), 1u);
     EXPECT_EQ(failure_of([&] { workflow::remove_custom_space(session, "sRGB"); }).message,
               "no custom color space 'sRGB'");
 }
