@@ -1,6 +1,7 @@
 #include "image/memory_estimate.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 #include "image/part_conversion.h"
@@ -29,6 +30,12 @@ FormatCopies find_copies(const std::string& format) {
     return found == std::end(COPIES) ? OTHER_COPIES : *found;
 }
 
+/// Of the samples of a deep part when it is written: the reader's memory and those to be converted, as large
+/// as in the input; the converted ones and those that OpenImageIO writes, as large as in the output.
+constexpr std::uint64_t INPUT_COPIES = 2, OUTPUT_COPIES = 2;
+/// Of each pixel: its count in three of them, and OpenImageIO's count, capacity and position.
+constexpr std::uint64_t COUNT_BYTES = 6 * sizeof(std::uint32_t);
+
 /// Formats without halfs may write floats.
 std::uint64_t estimate_written_bytes(const OIIO::ImageSpec& spec, const std::string& format) {
     const std::uint64_t floats =
@@ -45,6 +52,27 @@ std::uint64_t estimate_part_memory(const OIIO::ImageSpec& input, const std::stri
     const bool in_place = input_format == output.name && can_convert_in_place(input, plan, plan.spec);
     return read * (1 + find_copies(input_format).read) +
            written * ((in_place ? 0 : 1) + find_copies(output.name).written);
+}
+
+/// OpenImageIO also needs a pointer to each channel of each pixel.
+std::uint64_t estimate_deep_memory(const OIIO::ImageSpec& input, std::uint64_t sample_bytes,
+                                   const PartPlan& plan) {
+    const auto channels = static_cast<std::uint64_t>(std::max(input.nchannels, plan.spec.nchannels));
+    const double growth =
+        static_cast<double>(plan.spec.pixel_bytes(true)) / static_cast<double>(input.pixel_bytes(true));
+    const double copies = static_cast<double>(INPUT_COPIES) + static_cast<double>(OUTPUT_COPIES) * growth;
+    const double samples = static_cast<double>(sample_bytes) * copies;
+    const auto most = static_cast<double>(std::numeric_limits<std::int64_t>::max());
+    return input.image_pixels() * (COUNT_BYTES + channels * sizeof(void*)) +
+           static_cast<std::uint64_t>(std::min(samples, most));
+}
+
+std::uint64_t estimate_alpha_memory(const OIIO::ImageSpec& input, const std::string& input_format) {
+    return input.image_bytes(true) * (1 + find_copies(input_format).read);
+}
+
+std::uint64_t get_alpha_bytes(const OIIO::ImageSpec& input) {
+    return input.image_pixels() * sizeof(float);
 }
 
 } // namespace image

@@ -15,4 +15,13 @@ namespace image {
 std::uint64_t estimate_part_memory(const OIIO::ImageSpec& input, const std::string& input_format,
                                    const PartPlan& plan, const FormatAbilities& output);
 
+/// The same for a deep part, whose samples take `sample_bytes` in the file, uncompressed.
+std::uint64_t estimate_deep_memory(const OIIO::ImageSpec& input, std::uint64_t sample_bytes,
+                                   const PartPlan& plan);
+
+/// Bytes that reading a part takes whose alpha is used for the colors of others.
+std::uint64_t estimate_alpha_memory(const OIIO::ImageSpec& input, const std::string& input_format);
+/// Bytes that this alpha takes from then on.
+std::uint64_t get_alpha_bytes(const OIIO::ImageSpec& input);
+
 } // namespace image

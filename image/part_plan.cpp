@@ -191,6 +191,13 @@ void settle_alpha(const OIIO::ImageSpec& input, const FormatAbilities& abilities
 
 } // namespace
 
+int PartPlan::find_alpha_part() const {
+    const auto found = std::find_if(layers.begin(), layers.end(), [](const ColorLayer& layer) {
+        return layer.alpha_part != ColorLayer::NONE;
+    });
+    return found == layers.end() ? ColorLayer::NONE : found->alpha_part;
+}
+
 PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
                    const std::string& input_format, const FormatAbilities& abilities,
                    const OutputOptions& options) {

@@ -51,6 +51,10 @@ struct PartPlan {
     bool straightens_alpha = false;   ///< After the conversion, to store premultiplied color straight.
     Quantization quantization;        ///< After that; set when the depth of the file is known.
     diagnostics::Diagnostics notes;   ///< What the output format does not support; without a file.
+
+    /// Position of the part whose alpha layers have that have none in their own; ColorLayer::NONE if there
+    /// are no such layers.
+    int find_alpha_part() const;
 };
 
 /// Plans how to write a part with spec `input`, read from a file of format `input_format`, to a file with

@@ -2,120 +2,29 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "files/input_file.h"
+#include "image/byte_source.h"
+#include "image/exr_layout.h"
 
 namespace image {
 
 namespace {
 
-/// More parts, attributes or directories than this are not followed.
+/// More directories than this are not followed.
 constexpr int MAX_ENTRIES = 4096;
-
-/// Thrown where a file ends too early, or is not of its format.
-struct EndReached {};
-
-/// Reads values anywhere in a file, through a window of it. Throws EndReached beyond the end.
-class ByteSource {
-public:
-    explicit ByteSource(const files::Descriptor& file) : file(file) {
-        struct stat status = {};
-        if (fstat(file.get(), &status) == 0)
-            length = static_cast<std::uint64_t>(status.st_size);
-    }
-
-    std::uint64_t size() const { return length; }
-    void require(std::uint64_t position, std::uint64_t count) const {
-        if (position > length || count > length - position)
-            throw EndReached();
-    }
-
-    /// An unsigned number of `count` bytes.
-    std::uint64_t get(std::uint64_t position, unsigned int count, bool big_endian = false) {
-        const unsigned char* bytes = fetch(position, count);
-        std::uint64_t value = 0;
-        for (unsigned int i = 0; i < count; ++i)
-            value = value << 8 | bytes[big_endian ? i : count - 1 - i];
-        return value;
-    }
-
-    bool matches(std::uint64_t position, std::string_view bytes) {
-        return std::memcmp(fetch(position, bytes.size()), bytes.data(), bytes.size()) == 0;
-    }
-
-    /// The text up to the next zero byte, which `position` moves behind.
-    std::string get_text(std::uint64_t& position) {
-        std::string text;
-        while (const auto character = static_cast<char>(get(position++, 1)))
-            text += character;
-        return text;
-    }
-
-private:
-    static constexpr std::size_t WINDOW = 4096;
-
-    const unsigned char* fetch(std::uint64_t position, std::uint64_t count) {
-        require(position, count);
-        if (position < start || position + count > start + window.size()) {
-            window.resize(std::min<std::uint64_t>(WINDOW, length - position));
-            start = position;
-            if (pread(file.get(), window.data(), window.size(), static_cast<off_t>(start)) !=
-                static_cast<ssize_t>(window.size()))
-                throw EndReached();
-        }
-        return window.data() + (position - start);
-    }
-
-    const files::Descriptor& file;
-    std::uint64_t length = 0;
-    std::uint64_t start = 0;
-    std::vector<unsigned char> window;
-};
 
 /// OpenEXR file layout: header attributes, a table of the positions of all chunks, chunks.
 class ExrEnd {
 public:
-    explicit ExrEnd(ByteSource& file) : file(file) {}
+    explicit ExrEnd(ByteSource& file) : file(file), layout(read_exr_layout(file)) {}
 
-    void check() {
-        const std::uint64_t flags = file.get(4, 4);
-        has_parts = (flags & 0x1000) != 0;
-        is_tiled.push_back((flags & 0x200) != 0);
-        std::uint64_t position = 8;
-        if (!has_parts)
-            skip_header(position, 0);
-        else
-            for (std::size_t part = 0; file.get(position, 1) != 0; ++part)
-                skip_header(position, part);
-        check_chunk(find_last_chunk(position + (has_parts ? 1 : 0)));
-    }
+    void check() { check_chunk(find_last_chunk(layout.tables)); }
 
 private:
-    void skip_header(std::uint64_t& position, std::size_t part) {
-        is_tiled.resize(std::max(is_tiled.size(), part + 1));
-        if (is_tiled.size() > MAX_ENTRIES)
-            throw EndReached();
-        while (file.get(position, 1) != 0) {
-            const std::string name = file.get_text(position);
-            file.get_text(position); // its type
-            const std::uint64_t bytes = file.get(position, 4);
-            position += 4;
-            file.require(position, bytes);
-            if (name == "type")
-                is_tiled[part] = bytes >= 5 && file.matches(position, "tiled");
-            position += bytes;
-        }
-        ++position;
-    }
-
     /// The table ends where the first of its chunks begins. A position of 0 is that of a chunk that was never
     /// written.
     std::uint64_t find_last_chunk(std::uint64_t position) {
@@ -132,20 +41,21 @@ private:
     }
 
     void check_chunk(std::uint64_t position) {
-        std::size_t part = 0;
-        if (has_parts) {
-            part = file.get(position, 4);
-            position += 4;
-        }
-        if (part >= is_tiled.size())
+        const std::uint64_t number = layout.has_parts ? file.get(position, 4) : 0;
+        if (number >= layout.parts.size())
             throw EndReached();
-        position += is_tiled[part] ? 16 : 4; // the tile's coordinates, or the first line
-        file.require(position + 4, file.get(position, 4));
+        const ExrLayout::Part& part = layout.parts[number];
+        position = layout.skip_place(position, part);
+        if (!part.is_deep)
+            return file.require(position + 4, file.get(position, 4));
+        const std::uint64_t counts = file.get(position, 8), samples = file.get(position + 8, 8);
+        file.require(position, counts);
+        file.require(position, samples);
+        file.require(position + 24, counts + samples);
     }
 
     ByteSource& file;
-    bool has_parts = false;
-    std::vector<bool> is_tiled; ///< For each part.
+    const ExrLayout layout;
 };
 
 /// TIFF file layout: directories that are chained by their positions; each names the positions and lengths of

@@ -116,18 +116,15 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
 
 /// The alpha of another part for layers that have none; null if no layer needs it.
 const float* ImageConversion::find_part_alpha(const image::PartPlan& plan) {
-    const auto layer =
-        std::find_if(plan.layers.begin(), plan.layers.end(), [](const image::ColorLayer& color) {
-            return color.alpha_part != image::ColorLayer::NONE;
-        });
-    if (layer == plan.layers.end())
+    const int wanted = plan.find_alpha_part();
+    if (wanted == image::ColorLayer::NONE)
         return nullptr;
-    if (layer->alpha_part != alpha_part) {
-        const auto index = static_cast<std::size_t>(layer->alpha_part);
+    if (wanted != alpha_part) {
+        const auto index = static_cast<std::size_t>(wanted);
         image::PixelBuffer pixels;
         reader.read_part(index, pixels);
         part_alpha = image::decode_alpha(reader.get_parts()[index].spec, pixels);
-        alpha_part = layer->alpha_part;
+        alpha_part = wanted;
     }
     return part_alpha.data();
 }

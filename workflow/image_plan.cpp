@@ -8,6 +8,7 @@
 #include "diagnostics/failure.h"
 #include "image/color_tags.h"
 #include "image/conversion_record.h"
+#include "image/deep_size.h"
 #include "image/image_layers.h"
 #include "image/memory_estimate.h"
 #include "workflow/fingerprint.h"
@@ -134,12 +135,33 @@ std::vector<bool> ImagePlan::find_data_parts() const {
     return are_data;
 }
 
+std::uint64_t ImagePlan::estimate_part(const PlannedPart& part) const {
+    const std::vector<image::PartHeader>& headers = reader.get_parts();
+    const auto& [subimage, level, spec] = headers[part.input_index];
+    if (spec.deep) {
+        const std::uint64_t bytes =
+            image::get_deep_bytes(reader.get_path(), static_cast<std::size_t>(subimage));
+        return image::estimate_deep_memory(spec, bytes, part.plan);
+    }
+    const int alpha = part.plan.find_alpha_part();
+    const std::uint64_t alpha_bytes =
+        alpha == image::ColorLayer::NONE
+            ? 0
+            : image::estimate_alpha_memory(headers[static_cast<std::size_t>(alpha)].spec,
+                                           reader.get_format());
+    return image::estimate_part_memory(spec, reader.get_format(), part.plan, abilities) + alpha_bytes;
+}
+
+/// The alpha of a part is kept until the end, as others may need it.
 std::uint64_t ImagePlan::estimate_memory() const {
-    std::uint64_t most = 0;
-    for (const PlannedPart& part : parts)
-        most = std::max(most, image::estimate_part_memory(reader.get_parts()[part.input_index].spec,
-                                                          reader.get_format(), part.plan, abilities));
-    return most + LANE_BYTES;
+    std::uint64_t most = 0, kept_alpha = 0;
+    for (const PlannedPart& part : parts) {
+        most = std::max(most, estimate_part(part));
+        if (const int alpha = part.plan.find_alpha_part(); alpha != image::ColorLayer::NONE)
+            kept_alpha = std::max(
+                kept_alpha, image::get_alpha_bytes(reader.get_parts()[static_cast<std::size_t>(alpha)].spec));
+    }
+    return most + kept_alpha + LANE_BYTES;
 }
 
 } // namespace workflow

@@ -51,6 +51,7 @@ private:
     void note_losses();
     std::vector<bool> find_data_parts() const;
     bool is_kept(const image::PartHeader& part) const;
+    std::uint64_t estimate_part(const PlannedPart& part) const;
 
     const ImageJob& job;
     const ImageSettings& settings;
