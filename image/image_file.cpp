@@ -9,6 +9,7 @@
 #include "diagnostics/failure.h"
 #include "image/png_color_chunks.h"
 #include "image/startable_threads.h"
+#include "image/truncation.h"
 
 namespace image {
 
@@ -82,6 +83,8 @@ ImageFile::ImageFile(const std::string& path) : path(path) {
     input = OIIO::ImageInput::open(path, &hints);
     if (!input)
         fail_to_read(path, OIIO::geterror());
+    if (lacks_pixels(path, get_format()))
+        fail_to_read(path, "truncated file");
     if (get_thread_limit() == 1)
         input->threads(1);
     read_headers(file_bytes);

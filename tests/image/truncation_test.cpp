@@ -134,6 +134,38 @@ TEST_F(Truncations, AreTiffDirectoriesThatWereNotWrittenAgainAfterThePixels) {
     }
 }
 
+TEST_F(Truncations, LeaveTiffAndDpxFilesWithoutPixels) {
+    for (const Layout& layout : LAYOUTS) {
+        const std::string path = write(layout);
+        EXPECT_FALSE(image::lacks_pixels(path, layout.format)) << layout.name;
+        const std::string format = layout.format;
+        if (format != "tiff" && format != "dpx")
+            continue;
+        const std::string whole = folder.read(layout.name);
+        folder.write("cut", whole.substr(0, whole.size() / 2));
+        EXPECT_TRUE(image::lacks_pixels(folder.file("cut"), format)) << layout.name;
+    }
+}
+
+TEST_F(Truncations, AreUncompressedTiffStripsShorterThanTheirPixels) {
+    const Layout layout = {"short.tif", "tiff", 0, 1, "none"};
+    std::string image = (write(layout), folder.read(layout.name));
+    const std::size_t width = image.find(std::string("\0\1\3\0\1\0\0\0\x32\0", 10));
+    ASSERT_NE(width, std::string::npos) << "the directory entry of the width, 50";
+    EXPECT_FALSE(image::lacks_pixels(folder.file(layout.name), "tiff"));
+    image[width + 8] = 51;
+    folder.write(layout.name, image);
+    EXPECT_TRUE(image::lacks_pixels(folder.file(layout.name), "tiff"));
+}
+
+TEST_F(Truncations, AreNotSeenInSparseTiffFiles) {
+    const std::string path = write(LAYOUTS[6]);
+    std::string sparse = folder.read(LAYOUTS[6].name);
+    drop_places(sparse, 273, 324);
+    folder.write("sparse.tif", sparse);
+    EXPECT_FALSE(image::lacks_pixels(folder.file("sparse.tif"), "tiff"));
+}
+
 TEST_F(Truncations, AreWhatOtherBytesLookLike) {
     std::minstd_rand random(2);
     for (const Layout& layout : LAYOUTS) {
