@@ -83,11 +83,11 @@ ImageFile::ImageFile(const std::string& path) : path(path) {
     input = OIIO::ImageInput::open(path, &hints);
     if (!input)
         fail_to_read(path, OIIO::geterror());
-    if (lacks_pixels(path, get_format()))
-        fail_to_read(path, "truncated file");
     if (get_thread_limit() == 1)
         input->threads(1);
     read_headers(file_bytes);
+    if (lacks_pixels(path, get_format()))
+        fail_to_read(path, "truncated file");
 }
 
 ImageFile::~ImageFile() = default;

@@ -48,7 +48,7 @@ CoreString make_absolute(const std::string& path) {
 
 void take_cdl(const std::string& text, ColorSpaceDef& record) {
     const CorrectionSource source = parse_correction_source(text);
-    if (!read_correction(source).has_usual_names)
+    if (!read_valid_correction(source).has_usual_names)
         diagnostics::fail_file(
             Code::CDL_INVALID,
             fmt::format("OpenColorIO does not accept the element names in '{}'; it requires SOPNode",

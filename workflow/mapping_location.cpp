@@ -33,6 +33,14 @@ bool begins_with(std::string_view text, std::string_view word) {
            (rest.empty() || std::string_view(" \t\r\"':,}#").find(rest.front()) != std::string_view::npos);
 }
 
+/// The line without its comment.
+std::string_view cut_comment(std::string_view line) {
+    for (std::size_t i = 0; i < line.size(); ++i)
+        if (line[i] == '#' && (i == 0 || line[i - 1] == ' ' || line[i - 1] == '\t'))
+            return line.substr(0, i);
+    return line;
+}
+
 /// Whether a line holds the entry, or assigns the color space.
 bool is_about(std::string_view line, const diagnostics::Diagnostic& diagnostic) {
     constexpr std::string_view KEY = "color_space:";
@@ -46,7 +54,7 @@ void locate_subject(std::string_view text, diagnostics::Diagnostic& diagnostic) 
     unsigned int number = 1;
     for (; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        if (is_about(text.substr(0, end), diagnostic)) {
+        if (is_about(cut_comment(text.substr(0, end)), diagnostic)) {
             diagnostic.line = number;
             return;
         }

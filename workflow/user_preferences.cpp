@@ -42,6 +42,13 @@ Diagnostics make_warnings(Diagnostics reports) {
     return reports;
 }
 
+[[noreturn]] void fail(Diagnostics reports) {
+    for (diagnostics::Diagnostic& report : reports)
+        if (report.code == Code::FILE_UNWRITABLE && report.hint.empty())
+            report.hint = "set XDG_CONFIG_HOME to a folder that can be written";
+    throw diagnostics::Failure(std::move(reports));
+}
+
 } // namespace
 
 UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse use)
@@ -52,7 +59,7 @@ UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse us
     const bool is_loaded = use == PreferenceUse::CHANGE ? file->load_to_change(*app) : file->load(*app);
     Diagnostics reports = file->take_diagnostics();
     if (!is_loaded && (use == PreferenceUse::CHANGE || !options.preferences_path.empty()))
-        throw diagnostics::Failure(std::move(reports));
+        fail(std::move(reports));
     warnings = make_warnings(std::move(reports));
 }
 
@@ -67,7 +74,7 @@ Diagnostics UserPreferences::save_module() const {
     const bool is_saved = file->save(*app, [](ParserEntry* entry) { return ColorIO::save_config(entry); });
     Diagnostics reports = file->take_diagnostics();
     if (!is_saved)
-        throw diagnostics::Failure(std::move(reports));
+        fail(std::move(reports));
     return make_warnings(std::move(reports));
 }
 

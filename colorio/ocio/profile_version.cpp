@@ -84,6 +84,11 @@ std::string describe_newer_profile(const std::string& path) {
 }
 
 std::string find_newer_transform_version(const std::string& path) {
+    constexpr Version NEWEST_CLF(3, 0);
+    const std::string clf_version = xml_root_attribute(path, "compCLFversion");
+    const std::optional<Version> clf = parse_version(clf_version);
+    if (clf && *clf > NEWEST_CLF)
+        return clf_version;
     const std::string version = xml_root_attribute(path, "version");
     const std::optional<Version> declared = parse_version(version);
     const std::optional<Version> supported = parse_version(get_version());

@@ -119,6 +119,14 @@ TEST_F(ImageReaderProcess, SaysWhyAFileCannotBeRead) {
               "cannot read '" + folder.file("none.exr") + "': no such file");
     EXPECT_THAT(failure_of([&] { process.open(folder.write("text.exr", "text")); }),
                 StartsWith("cannot read '" + folder.file("text.exr") + "': "));
+    write_image("cut.tif", 64, 64);
+    folder.write("cut.tif", folder.read("cut.tif").substr(0, 500));
+    EXPECT_THAT(failure_of([&] { process.open(folder.file("cut.tif")); }),
+                StartsWith("cannot read '" + folder.file("cut.tif") + "': "));
+    write_image("cut.dpx", 64, 64);
+    folder.write("cut.dpx", folder.read("cut.dpx").substr(0, 3000));
+    EXPECT_EQ(failure_of([&] { process.open(folder.file("cut.dpx")); }),
+              "cannot read '" + folder.file("cut.dpx") + "': truncated file");
     EXPECT_EQ(process.open(write_image("good.exr", 4, 4)).parts.size(), 1u);
 }
 

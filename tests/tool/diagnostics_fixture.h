@@ -137,7 +137,7 @@ protected:
         folder.write("badmap.txt",
                      "Scan: {extensions: dpx, color_space: linear}\nGrade: {extensions: [unclosed\n");
         folder.write("halfmap.txt", "Scan: []\n");
-        folder.write("strangemap.txt", "# a comment\n"
+        folder.write("strangemap.txt", "# before: {color_space: nowhere}\n"
                                        "Scan: {extensions: dpx, color_space: nowhere}\n");
     }
 

@@ -174,7 +174,7 @@ TEST_F(Preferences, ThatAreNamedMustExistToBeRead) {
 TEST_F(Preferences, ThatCannotBeSavedFailTheCommand) {
     folder.write("config", "a file, not a folder");
     EXPECT_THAT(run({"formats", "set", "Targa", "--space", "linear"}),
-                FailsWith(1, HasSubstr("cannot save")));
+                FailsWith(1, AllOf(HasSubstr("cannot save"), HasSubstr("set XDG_CONFIG_HOME to a folder"))));
 }
 
 TEST_F(Preferences, NeedAHome) {

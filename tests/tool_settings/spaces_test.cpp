@@ -85,6 +85,10 @@ TEST_F(Spaces, RefusesWhatCannotWorkAndSavesNothing) {
                 FailsWith(1, HasSubstr("a color space named 'sRGB' already exists")));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("grades.ccc")}),
                 FailsWith(2, HasSubstr("is a collection\nhint: choose a color correction")));
+    folder.write("odd.cc", "<ColorCorrection id='a'><SOPNode><Slope>-1.5 1 1</Slope><Offset>0 0 0</Offset>"
+                           "<Power>1 1 1</Power></SOPNode></ColorCorrection>");
+    EXPECT_THAT(run({"space", "add", "x", "--cdl", path("odd.cc")}),
+                FailsWith(1, HasSubstr("odd.cc:1: invalid CDL 'a': slope -1.5 is negative")));
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("grades.ccc") + ":wram"}),
                 FailsWith(1, HasSubstr("did you mean 'warm'?")));
     EXPECT_THAT(run({"space", "add", "x", "--lut", lut, "--range", "0,1,2"}),

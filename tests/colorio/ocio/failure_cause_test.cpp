@@ -93,6 +93,11 @@ TEST_F(FailureCause, ATransformFileBeyondTheLibrarysVersionIsTooNew) {
                                  "1</Array></Matrix></ProcessList>\n");
     EXPECT_THAT(find("!<FileTransform> {src: new.ctf}").message,
                 EndsWith("is of version 99, which needs a newer OpenColorIO"));
+    folder.write("luts/new.clf", "<?xml version='1.0'?>\n<ProcessList id='a' compCLFversion='3.5'><Matrix "
+                                 "inBitDepth='32f' outBitDepth='32f'><Array dim='3 3'>1 0 0 0 1 0 0 0 "
+                                 "1</Array></Matrix></ProcessList>\n");
+    EXPECT_THAT(find("!<FileTransform> {src: new.clf}").message,
+                EndsWith("is of version 3.5, which needs a newer OpenColorIO"));
 }
 
 TEST_F(FailureCause, ACorrectionIsNotInItsFile) {
