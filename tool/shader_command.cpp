@@ -8,6 +8,7 @@
 #include "diagnostics/failure.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/gl_threads.h"
 #include "tool/row_model.h"
 #include "workflow/conversion.h"
 #include "workflow/gpu_package.h"
@@ -66,6 +67,7 @@ public:
         check_conversion(request);
         if (request.from.empty() && request.inverse_view.empty())
             throw UsageError("--from or --inverse-view is required");
+        limit_gl_threads();
         const ToolSession session(session_options, console);
         const workflow::Conversion conversion(session, request);
         console.report(conversion.get_notes());

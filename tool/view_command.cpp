@@ -6,6 +6,7 @@
 
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/gl_threads.h"
 #include "tool/source_space.h"
 #include "viewer/run.h"
 #include "viewer/script.h"
@@ -76,6 +77,7 @@ ExitCode ViewCommand::run(Console& console) {
         throw UsageError("--no-window needs --script or --screenshot");
     wanted.steps = request.steps;
     wanted.has_window = !no_window;
+    limit_gl_threads();
     workflow::LiveConfig live_config(make_options(session_options, console));
     report_notices(live_config.get_session(), session_options, console);
     viewer::run(live_config, wanted,

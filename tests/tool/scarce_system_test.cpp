@@ -28,6 +28,16 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+/// Files of the program go to the folder for temporary ones.
+struct WithoutHome {
+    explicit WithoutHome(const std::string& temporary_folder) : temporary("TMPDIR", temporary_folder) {}
+
+    EnvGuard home{"HOME", "/proc/nowhere"};
+    EnvGuard cache{"XDG_CACHE_HOME"};
+    EnvGuard config{"XDG_CONFIG_HOME"};
+    EnvGuard temporary;
+};
+
 class ScarceSystem : public ToolTest {
 protected:
     /// Runs the program in a child process after `prepare`, which may end it.
@@ -54,13 +64,31 @@ protected:
     /// As a user without other processes, who may have `processes` of them, threads included.
     ToolRun run_with_few_threads(const std::vector<std::string>& arguments, unsigned int processes) {
         constexpr uid_t FIRST_UNUSED = 70000;
+        constexpr unsigned int PATIENCE = 120; // seconds
         const uid_t user = FIRST_UNUSED + static_cast<uid_t>(getpid()) % 10000;
         return run_program(arguments, [user, processes] {
+            alarm(PATIENCE); // ends a program that waits
             const rlimit limit = {processes, processes};
             if (setgroups(0, nullptr) != 0 || setresuid(user, user, user) != 0 ||
                 setrlimit(RLIMIT_NPROC, &limit) != 0)
                 _exit(126);
         });
+    }
+
+    /// Lets another user read and write below the folder. False when that user may not run the program.
+    bool admit_another_user() {
+        for (const char* name : {"tmp", "output"})
+            EXPECT_EQ(mkdir(path(name).c_str(), 0777) | chmod(path(name).c_str(), 01777), 0);
+        EXPECT_EQ(chmod(folder.get_path().c_str(), 0755), 0);
+        return run_with_few_threads({"--version"}, 1000).code == 0;
+    }
+
+    /// The fewest threads with which the program starts: libraries that it is linked with start threads, too.
+    unsigned int find_fewest_threads() {
+        unsigned int least = 1;
+        while (least < 100 && run_with_few_threads({"--version"}, least).code != 0)
+            ++least;
+        return least;
     }
 
     void write_gray(const std::string& name) {
@@ -85,21 +113,12 @@ std::vector<std::string> find_errors_without_file(const std::string& text) {
 TEST_F(ScarceSystem, WithFewThreadsConvertsWithThoseAndNamesTheFileInEveryError) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only the superuser can start a program as a user without processes";
-    const EnvGuard home("HOME", "/proc/nowhere");
-    const EnvGuard cache("XDG_CACHE_HOME");
-    const EnvGuard config("XDG_CONFIG_HOME");
-    const EnvGuard temporary("TMPDIR", path("tmp"));
-    for (const char* name : {"tmp", "output"})
-        ASSERT_EQ(mkdir(path(name).c_str(), 0777) | chmod(path(name).c_str(), 01777), 0);
-    ASSERT_EQ(chmod(folder.get_path().c_str(), 0755), 0);
+    const WithoutHome environment(path("tmp"));
+    if (!admit_another_user())
+        GTEST_SKIP() << "another user may not run " << COLORIO_PROGRAM;
     for (const char* name : {"in.0001.exr", "in.0002.exr", "in.0003.exr"})
         write_gray(name);
-    if (run_with_few_threads({"--version"}, 1000).code != 0)
-        GTEST_SKIP() << "another user may not run " << COLORIO_PROGRAM;
-    // Libraries that the program is linked with start threads, too.
-    unsigned int least = 1;
-    while (least < 100 && run_with_few_threads({"--version"}, least).code != 0)
-        ++least;
+    const unsigned int least = find_fewest_threads();
     for (const unsigned int more : {0u, 1u, 3u, 5u, 7u, 10u, 14u, 20u}) {
         const ToolRun run = run_with_few_threads({"convert", path("in.%04d.exr"), path("output/out.%04d.exr"),
                                                   "--frames", "1-3", "--from", "sRGB", "--to", "linear"},
@@ -111,6 +130,20 @@ TEST_F(ScarceSystem, WithFewThreadsConvertsWithThoseAndNamesTheFileInEveryError)
             EXPECT_TRUE(run.code == 0 || run.code == 1) << more << run;
         else
             EXPECT_EQ(run.code, 0) << more << run;
+    }
+}
+
+TEST_F(ScarceSystem, WithFewThreadsTheShaderIsComparedOrAnError) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can start a program as a user without processes";
+    const WithoutHome environment(path("tmp"));
+    if (!admit_another_user())
+        GTEST_SKIP() << "another user may not run " << COLORIO_PROGRAM;
+    const unsigned int least = find_fewest_threads();
+    for (const unsigned int more : {0u, 2u, 5u, 8u}) {
+        const ToolRun run = run_with_few_threads(
+            {"shader", "--from", "sRGB", "--to", "linear", "-o", path("output")}, least + more);
+        EXPECT_TRUE(run.code == 0 || run.code == 1) << more << run;
     }
 }
 
