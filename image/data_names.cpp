@@ -16,21 +16,87 @@ constexpr char CRYPTOMATTE_NAME[] = "/name";
 constexpr char CRYPTO[] = "crypto";
 
 /// What data is called, in lower case.
-constexpr const char* DATA_WORDS[] = {
-    "normal",      "normals",    "position",  "positions",    "pos",           "point",     "points",
-    "depth",       "zdepth",     "motion",    "motionvector", "motionvectors", "motionvec", "velocity",
-    "vector",      "vectors",    "disparity", "uv",           "uvs",           "uvw",       "st",
-    "id",          "ids",        "objectid",  "materialid",   "matid",         "primid",    "meshid",
-    "nodeid",      "index",      "matte",     "mattes",       "mask",          "masks",     "multimatte",
-    "puzzlematte", "tangent",    "tangents",  "bitangent",    "pref",          "nref",      "pworld",
-    "nworld",      "worldpoint", "wpp",
-};
-/// What data is called when nothing else is in the name, no digits either.
+constexpr const char* DATA_WORDS[] = {"normal",
+                                      "normals",
+                                      "position",
+                                      "positions",
+                                      "pos",
+                                      "point",
+                                      "points",
+                                      "depth",
+                                      "zdepth",
+                                      "motion",
+                                      "motionvector",
+                                      "motionvectors",
+                                      "motionvec",
+                                      "velocity",
+                                      "vector",
+                                      "vectors",
+                                      "disparity",
+                                      "uv",
+                                      "uvs",
+                                      "uvw",
+                                      "st",
+                                      "id",
+                                      "ids",
+                                      "objectid",
+                                      "materialid",
+                                      "matid",
+                                      "primid",
+                                      "meshid",
+                                      "nodeid",
+                                      "index",
+                                      "matte",
+                                      "mattes",
+                                      "mask",
+                                      "masks",
+                                      "multimatte",
+                                      "puzzlematte",
+                                      "tangent",
+                                      "tangents",
+                                      "bitangent",
+                                      "pref",
+                                      "nref",
+                                      "pworld",
+                                      "nworld",
+                                      "worldpoint",
+                                      "wpp",
+                                      "mv",
+                                      "mvs",
+                                      "pw",
+                                      "dpdu",
+                                      "dpdv",
+                                      "stmap",
+                                      "uvmap",
+                                      "flow",
+                                      "opticalflow",
+                                      "opticalflows",
+                                      "normalmap",
+                                      "normalmaps",
+                                      "positionmap",
+                                      "depthmap",
+                                      "tangentnormal",
+                                      "tangentnormals",
+                                      "worldnormal",
+                                      "worldnormals",
+                                      "worldpos",
+                                      "worldposition",
+                                      "objectnormal",
+                                      "cameranormal",
+                                      "bumpnormal",
+                                      "bumpnormals"};
+/// What data is called in two words.
+constexpr const char* DATA_PAIRS[][2] = {
+    {"matte", "element"}, {"sampler", "info"}, {"d", "pdu"}, {"d", "pdv"}};
+/// What data is called when nothing else is in the name.
 constexpr const char* DATA_LETTERS[] = {"n", "p", "z", "nn", "ng", "pz"};
 /// What may follow without changing what it is.
 constexpr const char* QUALIFIERS[] = {
-    "pass",  "aov",    "raw",      "world",      "camera",     "cam",         "view", "screen", "object",
-    "space", "smooth", "filtered", "unfiltered", "worldspace", "cameraspace", "map",  "d"};
+    "pass",  "aov",    "raw",      "world",      "camera",     "cam",         "view",     "screen", "object",
+    "space", "smooth", "filtered", "unfiltered", "worldspace", "cameraspace", "map",      "d",      "eye",
+    "out",   "w",      "x",        "y",          "z",          "forward",     "backward", "fwd",    "bwd"};
+/// What may stand before a single letter.
+constexpr const char* AOV = "aov";
 
 template <std::size_t COUNT>
 bool contains(const char* const (&list)[COUNT], const std::string& word) {
@@ -68,8 +134,17 @@ Words split_words(std::string_view text) {
     return words;
 }
 
-bool has_digits(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+/// True for the name "N1", but not for "n1": lower case with a number counts shots and versions.
+bool has_digits_after_lower_case(std::string_view text) {
+    const bool has_digits =
+        std::any_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return has_digits && std::none_of(text.begin(), text.end(), is_upper);
+}
+
+bool ends_with_pair(const Words& words) {
+    return words.size() > 1 && std::any_of(std::begin(DATA_PAIRS), std::end(DATA_PAIRS), [&](auto& pair) {
+               return words[words.size() - 2] == pair[0] && words.back() == pair[1];
+           });
 }
 
 /// `text` is a part of a name between dots.
@@ -79,10 +154,15 @@ bool is_data(std::string_view text) {
         return false;
     if (words.front().rfind(CRYPTO, 0) == 0)
         return true;
+    if (ends_with_pair(words))
+        return true;
     while (words.size() > 1 && contains(QUALIFIERS, words.back()))
         words.pop_back();
-    return contains(DATA_WORDS, words.back()) ||
-           (words.size() == 1 && !has_digits(text) && contains(DATA_LETTERS, words.back()));
+    if (contains(DATA_WORDS, words.back()))
+        return true;
+    if (words.size() > 1 && words.front() == AOV)
+        words.erase(words.begin());
+    return words.size() == 1 && contains(DATA_LETTERS, words.back()) && !has_digits_after_lower_case(text);
 }
 
 } // namespace

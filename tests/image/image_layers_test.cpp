@@ -87,6 +87,53 @@ TEST(DataNames, AreThoseThatRenderersGiveToData) {
         EXPECT_TRUE(image::is_data_name(name)) << name;
 }
 
+TEST(DataNames, AreFoundByTheWordsOfTheirRenderers) {
+    for (const char* name : {"MultiMatteElement",
+                             "VRayMultiMatteElement1",
+                             "matte_element_02",
+                             "MV",
+                             "mv",
+                             "PositionW",
+                             "Pw",
+                             "AOV_N",
+                             "AOV_P",
+                             "AOV_depth",
+                             "aov.N",
+                             "N1",
+                             "N_out",
+                             "P_out",
+                             "normalmap",
+                             "normalMap",
+                             "tangentnormal",
+                             "TangentNormal",
+                             "normal_eye",
+                             "velocity_x",
+                             "motion_y",
+                             "dPdu",
+                             "dPdv",
+                             "dpdu",
+                             "stmap",
+                             "ST_map",
+                             "flow",
+                             "flow.forward",
+                             "opticalflow",
+                             "optical_flow_fwd",
+                             "samplerInfo",
+                             "sampler_info1"})
+        EXPECT_TRUE(image::is_data_name(name)) << name;
+}
+
+TEST(DataNames, AreNotFoundInsideOtherWords) {
+    for (const char* name : {"Motionless",   "normalized",  "beauty",      "key",
+                             "Nadia",        "AOV_diffuse", "aov",         "matte_paint",
+                             "element",      "flower",      "overflow",    "info",
+                             "sampler",      "light_N",     "keyP",        "map",
+                             "eye",          "out",         "diffuse_out", "diffuse_x",
+                             "specular_map", "wall_w",      "MVP_light",   "AOV",
+                             "n1",           "flow_light",  "Normandy",    "positional_light"})
+        EXPECT_FALSE(image::is_data_name(name)) << name;
+}
+
 TEST(DataNames, AreNotThoseOfColor) {
     for (const char* name : {"",
                              "rgba",
