@@ -26,6 +26,27 @@ constexpr ConventionOfFormat CONVENTIONS[] = {
     {"ico", AlphaConvention::STRAIGHT},  {"tiff", AlphaConvention::EITHER},
 };
 
+/// Channels that the OpenImageIO writer of a format supports.
+struct ChannelsOfFormat {
+    const char* format;
+    bool has_gray;
+    bool has_gray_alpha;
+};
+
+/// Formats of three or four channels, and fewer only as stated. OpenImageIO says of DPX and IFF that they
+/// support any number of channels, and says nothing about the others.
+constexpr ChannelsOfFormat FEW_CHANNELS[] = {
+    {"bmp", true, false},  {"dpx", true, false},   {"gif", false, false}, {"hdr", false, false},
+    {"heif", true, false}, {"iff", false, false},  {"jpeg", true, false}, {"jpeg2000", true, false},
+    {"pnm", true, false},  {"webp", false, false},
+};
+
+const ChannelsOfFormat* find_few_channels(const std::string& format) {
+    const auto found = std::find_if(std::begin(FEW_CHANNELS), std::end(FEW_CHANNELS),
+                                    [&](const ChannelsOfFormat& entry) { return format == entry.format; });
+    return found == std::end(FEW_CHANNELS) ? nullptr : found;
+}
+
 AlphaConvention get_alpha_convention(const std::string& format) {
     for (const ConventionOfFormat& entry : CONVENTIONS)
         if (format == entry.format)
@@ -53,6 +74,18 @@ std::string find_reason(const std::string& path, const std::string& error) {
 
 } // namespace
 
+void check_channel_count(int channels, const FormatAbilities& abilities, const std::string& path) {
+    constexpr int MOST_CHANNELS = 4;
+    const bool is_supported = channels == 1   ? abilities.has_gray
+                              : channels == 2 ? abilities.has_gray_alpha
+                                              : channels <= MOST_CHANNELS;
+    if (!abilities.has_any_channels && !is_supported)
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
+                               fmt::format("cannot write '{}': {} does not support images of {} {}", path,
+                                           abilities.name, channels, channels == 1 ? "channel" : "channels"),
+                               path);
+}
+
 FormatAbilities get_format_abilities(const std::string& path) {
     const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
     if (!output) {
@@ -65,7 +98,10 @@ FormatAbilities get_format_abilities(const std::string& path) {
     abilities.name = output->format_name();
     abilities.alpha_convention = get_alpha_convention(abilities.name);
     abilities.has_alpha = supports("alpha");
-    abilities.has_any_channels = supports("nchannels");
+    const ChannelsOfFormat* const few_channels = find_few_channels(abilities.name);
+    abilities.has_any_channels = few_channels == nullptr && supports("nchannels");
+    abilities.has_gray = few_channels == nullptr || few_channels->has_gray;
+    abilities.has_gray_alpha = few_channels == nullptr || few_channels->has_gray_alpha;
     abilities.has_channel_formats = supports("channelformats");
     abilities.has_windows = supports("displaywindow");
     abilities.has_negative_origin = supports("negativeorigin");

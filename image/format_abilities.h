@@ -19,6 +19,8 @@ struct FormatAbilities {
     AlphaConvention alpha_convention;
     bool has_alpha;
     bool has_any_channels;    ///< Other channels than color and alpha, with names.
+    bool has_gray;            ///< Images of one channel.
+    bool has_gray_alpha;      ///< Images of gray and alpha.
     bool has_channel_formats; ///< A type for each channel.
     bool has_windows;         ///< A data window that differs from the display window.
     bool has_negative_origin; ///< Windows that start left of or above the origin.
@@ -28,6 +30,10 @@ struct FormatAbilities {
     bool has_tiles;
     bool has_deep; ///< Pixels with several samples.
 };
+
+/// Throws diagnostics::Failure when an image of `channels` channels cannot be written to `path`, whose format
+/// has `abilities`. OpenImageIO ends the process for some of them.
+void check_channel_count(int channels, const FormatAbilities& abilities, const std::string& path);
 
 /// The abilities of the format of `path`, which is selected by its extension. Throws diagnostics::Failure for
 /// an unknown extension.

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
+#include "image/image_layers.h"
 #include "image/stale_metadata.h"
 
 namespace image {
@@ -50,31 +51,60 @@ std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input, cons
     return channels;
 }
 
-/// Removes the channels that the format does not support, and notes their names. Without support for named
-/// channels sorts the others as red, green, blue, alpha.
-void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
-    const auto fits = [&](const PlannedChannel& channel) {
-        if (channel.layer != 0)
-            return abilities.has_any_channels;
-        return channel.component < 3 || abilities.has_alpha;
+/// Places in the layer that a format of a single layer gets: the first of those that are converted or, when
+/// none is, the color of the input. Empty when there is no such layer.
+std::vector<PlannedChannel> find_single_layer(const OIIO::ImageSpec& input, const PartPlan& plan) {
+    if (!plan.layers.empty())
+        return find_places(input, {plan.layers.front()});
+    for (const ImageLayer& layer : find_layers(input))
+        if (layer.color && layer.color->has_all_colors())
+            return find_places(input, {*layer.color});
+    return {};
+}
+
+/// Sorts the channels as red, green, blue, alpha, and removes those that the format does not support. Returns
+/// the names of these.
+std::string keep_single_layer(const OIIO::ImageSpec& input, const FormatAbilities& abilities,
+                              PartPlan& plan) {
+    const std::vector<PlannedChannel> places = find_single_layer(input, plan);
+    if (places.empty())
+        return "";
+    const auto get_place = [&](const PlannedChannel& channel) {
+        return places[static_cast<std::size_t>(channel.source)];
     };
+    const auto get_component = [&](const PlannedChannel& channel) {
+        return is_color(channel) ? channel.component : get_place(channel).component;
+    };
+    const auto is_kept_color = [&](const PlannedChannel& channel) {
+        return is_color(get_place(channel)) && get_component(channel) < 3;
+    };
+    const bool has_alpha =
+        abilities.has_alpha && (abilities.has_gray_alpha ||
+                                std::count_if(plan.channels.begin(), plan.channels.end(), is_kept_color) > 1);
     std::vector<PlannedChannel> kept;
     std::string lost;
     for (const PlannedChannel& channel : plan.channels)
-        if (fits(channel))
+        if (is_kept_color(channel) || (is_color(get_place(channel)) && has_alpha))
             kept.push_back(channel);
         else
             lost += (lost.empty() ? "" : ", ") + std::string(input.channel_name(channel.source));
-    if (!abilities.has_any_channels)
-        std::stable_sort(kept.begin(), kept.end(), [](const PlannedChannel& a, const PlannedChannel& b) {
-            return a.component < b.component;
-        });
+    std::stable_sort(kept.begin(), kept.end(), [&](const PlannedChannel& a, const PlannedChannel& b) {
+        return get_component(a) < get_component(b);
+    });
+    plan.channels = std::move(kept);
+    return lost;
+}
+
+/// Removes the channels that the format does not support, and notes their names.
+void keep_what_fits(const OIIO::ImageSpec& input, const FormatAbilities& abilities, PartPlan& plan) {
+    if (abilities.has_any_channels)
+        return;
+    const std::string lost = keep_single_layer(input, abilities, plan);
     if (!lost.empty())
         plan.notes.push_back(diagnostics::make_note(
             Code::CHANNELS_DROPPED,
             fmt::format("{} does not support the channels {}: they are not written", abilities.name, lost),
             lost));
-    plan.channels = std::move(kept);
 }
 
 /// `plain`: the format has no layers.
@@ -204,12 +234,11 @@ PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
     PartPlan plan;
     plan.spec = input;
     plan.layers = std::move(layers);
-    const bool widen_gray = !options.neutrals_stay_neutral;
+    const bool widen_gray = !options.neutrals_stay_neutral || !abilities.has_gray;
     const PixelDepth depth =
         options.depth.is_known() ? options.depth : get_usual_depth(input.format, abilities.name);
     plan.channels = plan_all_channels(input, plan, widen_gray);
-    if (!plan.layers.empty())
-        keep_what_fits(input, abilities, plan);
+    keep_what_fits(input, abilities, plan);
     settle_channels(input, abilities, widen_gray, depth.type, plan);
     settle_windows(input, input_format, abilities, plan);
     settle_alpha(input, abilities, options.alpha_rule, plan);

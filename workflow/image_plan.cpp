@@ -78,6 +78,7 @@ void ImagePlan::plan_one(unsigned int index) {
         options.colors.name.clear(); // they stay in their color space
     image::PartPlan plan =
         image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, options);
+    image::check_channel_count(plan.spec.nchannels, abilities, output);
     image::set_compression(options.compression, abilities.name, output, plan.spec);
     note_all(plan.notes);
     if (header.level == 0)
@@ -90,7 +91,7 @@ void ImagePlan::plan_one(unsigned int index) {
     parts.push_back({index, std::move(plan), std::move(names)});
 }
 
-/// A format without layers gets the first one, and a note says what it does not get.
+/// A format without layers gets the first one, and a note says which channels it does not get.
 void ImagePlan::report_layers(const PartChoice& choice) {
     for (const ChosenLayer& layer : choice.chosen)
         if (abilities.has_any_channels || &layer == &choice.chosen.front())
