@@ -153,7 +153,8 @@ void settle_channels(const OIIO::ImageSpec& input, const FormatAbilities& abilit
         const PlannedChannel& channel = plan.channels[static_cast<std::size_t>(i)];
         spec.channelnames.push_back(get_output_name(input, plan, channel, widen_gray, plain));
         const bool wanted = depth != OIIO::TypeUnknown && is_color(channel);
-        spec.channelformats.push_back(wanted ? depth : input.channelformat(channel.source));
+        spec.channelformats.push_back(
+            get_storable_type(wanted ? depth : input.channelformat(channel.source), abilities.name));
         if (is_alpha(input, abilities, channel))
             spec.alpha_channel = i;
         if (channel.source == input.z_channel && !is_color(channel))

@@ -106,6 +106,11 @@ PixelDepth get_usual_depth(OIIO::TypeDesc type, const std::string& format) {
     return format == "dpx" && is_float ? parse_depth("uint10") : PixelDepth();
 }
 
+OIIO::TypeDesc get_storable_type(OIIO::TypeDesc type, const std::string& format) {
+    const bool is_unsuitable = type == OIIO::TypeHalf || type == OIIO::TypeUInt16;
+    return format == "fits" && is_unsuitable ? OIIO::TypeFloat : type;
+}
+
 void set_bits(const PixelDepth& depth, OIIO::ImageSpec& spec) {
     if (!depth.is_known())
         return;

@@ -32,6 +32,10 @@ PixelDepth get_depth(const OIIO::ImageSpec& spec, const std::string& format);
 /// nearest.
 PixelDepth get_usual_depth(OIIO::TypeDesc type, const std::string& format);
 
+/// The type that stands for `type` in the format. OpenImageIO says that it writes halfs to FITS, but then
+/// writes a file that is too short, and drops a bit of uint16: both become floats.
+OIIO::TypeDesc get_storable_type(OIIO::TypeDesc type, const std::string& format);
+
 /// Makes the writer of `format` store colors of `spec`, whose type is that of the depth, in `depth.bits`.
 void set_bits(const PixelDepth& depth, OIIO::ImageSpec& spec);
 

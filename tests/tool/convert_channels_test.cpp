@@ -97,4 +97,23 @@ TEST_F(ConvertChannels, OfDataAreDroppedBesideItsColor) {
     EXPECT_EQ(read_image(path("out.dpx")).spec.nchannels, 4);
 }
 
+class FitsFile : public ConvertChannels, public testing::WithParamInterface<OIIO::TypeDesc> {};
+
+TEST_P(FitsFile, IsWrittenInAllTypes) {
+    const bool is_float = GetParam().is_floating_point();
+    const std::string input = is_float ? "in.exr" : "in.tif";
+    write_channels(input, {"R", "G", "B"}, GetParam());
+    ASSERT_THAT(run({"convert", path(input), path("out.fits"), "--from", "linear", "--to", "linear"}),
+                Succeeds());
+    const Image after = read_image(path("out.fits"));
+    EXPECT_EQ(after.spec.nchannels, 3);
+    EXPECT_EQ(after.spec.format, GetParam() == OIIO::TypeUInt8 ? OIIO::TypeUInt8 : OIIO::TypeFloat);
+    for (const float value : after.values)
+        EXPECT_NEAR(value, 0.5f, GetParam() == OIIO::TypeUInt8 ? UINT8_STEP : 1e-5);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, FitsFile,
+                         testing::Values(OIIO::TypeUInt8, OIIO::TypeUInt16, OIIO::TypeHalf, OIIO::TypeFloat),
+                         [](const auto& tested) { return std::string(tested.param.c_str()); });
+
 } // namespace
