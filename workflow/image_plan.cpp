@@ -60,6 +60,10 @@ void ImagePlan::plan_parts() {
     check_deep_parts(output_headers, abilities, reader.get_path(), output);
     note_all(reconcile_parts(output_headers, find_data_parts(), abilities));
     note_losses();
+    std::size_t count = 0;
+    for (const PartChoice& choice : choices)
+        count += choice.chosen.size() + choice.left.size();
+    layers.is_part_of_input = count > layers.converted.size() + layers.left.size();
 }
 
 /// The first one with layers to convert.

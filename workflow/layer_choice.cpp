@@ -266,7 +266,7 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
 } // namespace
 
 std::string describe(const LayerReport& report) {
-    if (report.left.empty() && report.converted.size() < 2)
+    if (report.left.empty() && report.converted.size() < 2 && !report.is_part_of_input)
         return "";
     std::string text;
     if (!report.converted.empty())

@@ -35,10 +35,11 @@ struct LeftLayer {
 struct LayerReport {
     std::vector<std::string> converted;
     std::vector<LeftLayer> left;
+    bool is_part_of_input = false; ///< The input has other layers, which the output format cannot have.
 };
 
-/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when there is only one layer, which
-/// was converted.
+/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when the input has only one layer,
+/// which was converted.
 std::string describe(const LayerReport& report);
 
 /// A layer to convert.

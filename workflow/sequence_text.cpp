@@ -8,7 +8,7 @@ namespace {
 
 constexpr double PIXELS_PER_MEGAPIXEL = 1e6;
 
-/// The speed, and after that the layers that were converted, unless there is but one.
+/// The speed, and after that the layers that were converted, unless the input has only one.
 std::string describe_work(const SequenceReport& report) {
     const double megapixels = static_cast<double>(report.pixels) / PIXELS_PER_MEGAPIXEL;
     const std::string speed =

@@ -62,6 +62,21 @@ TEST_F(ConvertLayers, AreNotMentionedWhereThereIsButOne) {
     EXPECT_THAT(result.out, AllOf(HasSubstr("Mpixel/s\n"), Not(HasSubstr("converted"))));
 }
 
+TEST_F(ConvertLayers, AreMentionedWhereTheFormatDropsTheOthers) {
+    write_layers();
+    const auto to_png = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> line = {"convert", path("in.exr"), path("out.png"), "--from",
+                                         "sRGB",    "--to",         "linear"};
+        line.insert(line.end(), more.begin(), more.end());
+        return run(line);
+    };
+    EXPECT_THAT(to_png({}).out, HasSubstr("Mpixel/s; converted rgba\n"));
+    EXPECT_THAT(to_png({"--skip", "rgba"}).out, HasSubstr("Mpixel/s; converted diffuse\n"));
+    write_parts();
+    EXPECT_THAT(to_png({}).out, HasSubstr("Mpixel/s; converted beauty\n"));
+    EXPECT_THAT(to_png({"--parts", "glow"}).out, HasSubstr("Mpixel/s; converted glow\n"));
+}
+
 TEST_F(ConvertLayers, AreTakenFromLists) {
     write_layers();
     ASSERT_THAT(convert({"--layers", "diffuse,normal"}), Succeeds());
