@@ -53,12 +53,20 @@ bool reads_while_it_writes(const OIIO::ImageOutput& output) {
     return std::string_view(output.format_name()) == "tiff";
 }
 
+void check(const files::Replacement& place, const std::string& path) {
+    if (!place.is_open())
+        diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE, place.get_failure()->describe(), path);
+}
+
 } // namespace
+
+void check_output_path(const std::string& path) {
+    check(files::Replacement(path), path);
+}
 
 ImageWriter::ImageWriter(const std::string& path)
     : place(path, PLACE_RULES), name(path), path(place.get_temporary_path()) {
-    if (!place.is_open())
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE, place.get_failure()->describe(), name);
+    check(place, name);
     output = OIIO::ImageOutput::create(path);
     if (!output)
         fail(OIIO::geterror());

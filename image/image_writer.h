@@ -17,6 +17,10 @@ namespace image {
 
 struct FormatAbilities;
 
+/// Throws diagnostics::Failure when no file can be written at `path`, as ImageWriter does; leaves nothing
+/// there.
+void check_output_path(const std::string& path);
+
 /// Writes an image file part by part, in order, to a temporary file; `close` replaces the target. Throws
 /// diagnostics::Failure with the file and the reason. For one thread at a time.
 class ImageWriter {

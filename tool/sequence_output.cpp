@@ -73,7 +73,7 @@ void SequenceOutput::add(const ImageOutcome& outcome) {
     last_image = outcome.image;
     if (choice.as_json)
         console.print_text(make_line(outcome).format_line());
-    else if (choice.only_plans)
+    else if (choice.only_plans && outcome.status != ImageOutcome::FAILED)
         planned[describe_plan(outcome)].push_back(outcome.job.frame.value_or(0));
     if (progress)
         progress->advance(get_step(outcome.status));

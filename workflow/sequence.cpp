@@ -245,7 +245,10 @@ private:
                 outcome.image.notes = {
                     make_file_note(diagnostics::Code::IMAGE_UNSUPPORTED, obstacle, outcome.job.output)};
         }
-        return options.only_plans ? ImageOutcome::PLANNED : ImageOutcome::CONVERTED;
+        if (!options.only_plans)
+            return ImageOutcome::CONVERTED;
+        check_image(outcome.job, settings, buffers.reader);
+        return ImageOutcome::PLANNED;
     }
 
     bool convert(ImageOutcome& outcome, ImageBuffers& buffers, WhenFull rule) const {

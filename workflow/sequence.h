@@ -47,7 +47,7 @@ struct SequenceReport {
 /// Options of a sequence.
 struct SequenceOptions {
     bool resumes = false;    ///< Images whose output is up to date are not converted again.
-    bool only_plans = false; ///< Nothing is converted.
+    bool only_plans = false; ///< Nothing is converted; what the headers of an image forbid is its error.
     /// Bytes that the program may take: images in flight, the processes that read them, and what is in use at
     /// the start. 0 for no limit. An image that needs more is converted alone.
     std::uint64_t memory = 0;
