@@ -34,8 +34,9 @@ void add_dpx_field(const char* name, const std::string& value, OIIO::ImageSpec& 
 
 void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec) {
     const bool has_own_attributes = format == "openexr" || format == "png";
-    if (has_own_attributes && !colors.name.empty() && colors.name != UNKNOWN_NAME)
-        spec.attribute(OWN_COLOR_SPACE, colors.name);
+    const std::string name = colors.name == UNKNOWN_NAME ? "" : colors.name;
+    if (has_own_attributes && !name.empty())
+        spec.attribute(OWN_COLOR_SPACE, name);
     if (format == "openexr") {
         if (!colors.interop_id.empty() && !has(spec, "colorInteropID"))
             spec.attribute("colorInteropID", colors.interop_id);
@@ -44,6 +45,7 @@ void describe_colors(const ColorDescription& colors, const std::string& format, 
     if (format == "dpx") {
         add_dpx_field("dpx:Transfer", colors.dpx_transfer, spec);
         add_dpx_field("dpx:Colorimetric", colors.dpx_colorimetric, spec);
+        set_dpx_color_space(spec, name);
         spec.erase_attribute("oiio:ColorSpace"); // by which newer versions of OpenImageIO change the transfer
     }
     if (has(spec, "CICP") || has(spec, "ICCProfile"))

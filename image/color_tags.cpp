@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include <strings.h>
 
@@ -19,6 +20,12 @@ constexpr char COLOR_SPACE[] = "oiio:ColorSpace";
 constexpr const char* ASSUMED_NAMES[] = {"sRGB",     "Linear",     "scene_linear",    "srgb_rec709_scene",
                                          "lin_srgb", "lin_rec709", "lin_rec709_scene"};
 constexpr char UNKNOWN_NAME[] = "unknown";
+constexpr char DPX_TRANSFER[] = "dpx:Transfer";
+constexpr char DPX_COLORIMETRIC[] = "dpx:Colorimetric";
+/// Bytes at the end of the header of a DPX file, for anything.
+constexpr char DPX_USER_DATA[] = "dpx:UserData";
+/// Before the name of the color space in them.
+constexpr std::string_view DPX_NAME_PREFIX = "colorio:ColorSpace=";
 /// Of "Exif:ColorSpace".
 constexpr int EXIF_SRGB = 1;
 
@@ -52,7 +59,29 @@ void add_text(const OIIO::ImageSpec& spec, ColorTag::Kind kind, const char* attr
         found.tags.push_back({kind, attribute, text, {}, {}});
 }
 
+/// What OpenImageIO calls the color space of a DPX file is made of the transfer characteristic alone, except
+/// for a gamma.
+bool is_named_by_transfer(const OIIO::ImageSpec& spec) {
+    const std::string transfer = spec.get_string_attribute(DPX_TRANSFER);
+    return !transfer.empty() && transfer != "User defined";
+}
+
+/// The text of the user data of a DPX file; empty where there is none.
+std::string get_user_text(const OIIO::ImageSpec& spec) {
+    const OIIO::ParamValue* data = spec.find_attribute(DPX_USER_DATA);
+    if (!data || data->type().basesize() != 1)
+        return "";
+    const std::string text(static_cast<const char*>(data->data()), data->type().basevalues());
+    return text.substr(0, text.find('\0'));
+}
+
+bool is_own_user_text(const std::string& text) {
+    return text.compare(0, DPX_NAME_PREFIX.size(), DPX_NAME_PREFIX) == 0;
+}
+
 void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
+    if (is_named_by_transfer(spec))
+        return;
     const std::string name = spec.get_string_attribute(COLOR_SPACE);
     const bool is_assumed = std::any_of(std::begin(ASSUMED_NAMES), std::end(ASSUMED_NAMES),
                                         [&](const char* known) { return equals_ignoring_case(name, known); });
@@ -63,7 +92,9 @@ void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
 
 /// The name that conversions of this project record, unless OpenImageIO knows it as well.
 void add_own_name(const OIIO::ImageSpec& spec, ColorTags& found) {
-    if (found.tags.empty() || found.tags.front().text != spec.get_string_attribute(OWN_COLOR_SPACE))
+    if (const std::string text = get_user_text(spec); is_own_user_text(text))
+        found.tags.push_back({ColorTag::NAME, OWN_COLOR_SPACE, text.substr(DPX_NAME_PREFIX.size()), {}, {}});
+    else if (found.tags.empty() || found.tags.front().text != spec.get_string_attribute(OWN_COLOR_SPACE))
         add_text(spec, ColorTag::NAME, OWN_COLOR_SPACE, found);
 }
 
@@ -95,7 +126,9 @@ bool is_float_type(OIIO::TypeDesc type) {
 
 std::string ColorTag::describe() const {
     if (!text.empty())
-        return fmt::format("{} '{}'", attribute, text);
+        return fmt::format(
+            "{} '{}'{}", attribute, text,
+            colorimetric.empty() ? "" : fmt::format(" with {} '{}'", DPX_COLORIMETRIC, colorimetric));
     return numbers.empty() ? attribute : fmt::format("{} {:.4g}", attribute, fmt::join(numbers, " "));
 }
 
@@ -123,8 +156,21 @@ ColorTags find_color_tags(const OIIO::ImageSpec& spec) {
     if (spec.get_int_attribute("acesImageContainerFlag") == 1)
         found.tags.push_back({ColorTag::ACES_CONTAINER, "acesImageContainerFlag", "", {}, {}});
     add_numbers(spec, ColorTag::CHROMATICITIES, "chromaticities", 8, found);
-    add_text(spec, ColorTag::DPX_TRANSFER, "dpx:Transfer", found);
+    add_text(spec, ColorTag::DPX_TRANSFER, DPX_TRANSFER, found);
+    if (!found.tags.empty() && found.tags.back().kind == ColorTag::DPX_TRANSFER)
+        found.tags.back().colorimetric = spec.get_string_attribute(DPX_COLORIMETRIC);
     return found;
+}
+
+void set_dpx_color_space(OIIO::ImageSpec& spec, const std::string& name) {
+    const bool is_own = is_own_user_text(get_user_text(spec));
+    if (is_own)
+        spec.erase_attribute(DPX_USER_DATA);
+    if (name.empty() || (!is_own && spec.find_attribute(DPX_USER_DATA)))
+        return;
+    const std::string text = std::string(DPX_NAME_PREFIX) + name;
+    spec.attribute(DPX_USER_DATA, OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(text.size())),
+                   text.data());
 }
 
 } // namespace image

@@ -29,6 +29,7 @@ struct ColorTag {
     std::string text;
     std::vector<double> numbers;
     std::vector<unsigned char> bytes;
+    std::string colorimetric = {}; ///< Of DPX_TRANSFER, by the same file: "ITU-R 709-4".
 
     /// For messages: "oiio:ColorSpace 'Cineon'", "chromaticities 0.64 0.33 ...".
     std::string describe() const;
@@ -43,8 +44,12 @@ struct ColorTags {
     std::vector<std::string> describe() const;
 };
 
-/// The tags of an image by its first part. What OpenImageIO assumes of a format, such as sRGB for every PNG
-/// file, is not a tag.
+/// Records the name of the color space in the user data of a DPX file, unless those of another program are
+/// there; an empty name removes it.
+void set_dpx_color_space(OIIO::ImageSpec& spec, const std::string& name);
+
+/// The tags of an image by the spec of one of its parts. What OpenImageIO assumes of a format, such as sRGB
+/// for every PNG file, is not a tag.
 ColorTags find_color_tags(const OIIO::ImageSpec& spec);
 
 } // namespace image

@@ -58,6 +58,7 @@ void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color
         remove_color_descriptions(spec, notes);
     for (const char* name : DERIVED)
         spec.erase_attribute(name);
+    set_dpx_color_space(spec, "");
     spec.attribute("oiio:ColorSpace", color_space_tag);
 }
 

@@ -172,6 +172,8 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     request.from = file_space.color_space;
     image_options.data_space = file_space.is_data ? file_space.color_space : "";
     image_options.source_tags = file_space.tags;
+    image_options.is_strict = source_choice.is_strict;
+    image_options.other_tags = file_space.other_tags;
 }
 
 void ConvertCommand::explain(const workflow::Session& session, const workflow::Conversion& conversion,

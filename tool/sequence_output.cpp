@@ -6,6 +6,7 @@
 
 #include "tool/console.h"
 #include "tool/json_output.h"
+#include "tool/option_hints.h"
 #include "workflow/frame_range.h"
 #include "workflow/sequence_text.h"
 
@@ -64,7 +65,7 @@ workflow::SequenceEvents SequenceOutput::get_events() {
     if (found.is_sequence && !choice.only_plans)
         progress.emplace(console, static_cast<unsigned int>(found.jobs.size()));
     workflow::SequenceEvents events;
-    events.report = [this](const diagnostics::Diagnostic& note) { console.report(note); };
+    events.report = [this](const diagnostics::Diagnostic& note) { console.report(name_part_options(note)); };
     events.finished = [this](const ImageOutcome& outcome) { add(outcome); };
     return events;
 }

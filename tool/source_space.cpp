@@ -15,7 +15,8 @@ void add_source_space_options(Options& options, SourceSpaceChoice& choice) {
 void report_source_space(const std::string& path, const workflow::FileSpace& found,
                          const SourceSpaceChoice& choice, Console& console) {
     for (const diagnostics::Diagnostic& warning : found.warnings)
-        console.report(name_source_option(warning));
+        if (!choice.is_strict || warning.code != diagnostics::Code::COLOR_SPACE_ASSUMED) // else the error
+            console.report(name_source_option(warning));
     const diagnostics::Diagnostic report = describe_file_space(found, path, !choice.is_strict);
     if (!choice.explains || report.severity != diagnostics::Severity::NOTE)
         console.report(name_source_option(report));

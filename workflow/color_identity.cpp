@@ -30,14 +30,18 @@ constexpr CodePoints CODE_POINTS[] = {
     {1, 1, "itu709_rec709"},
 };
 
-/// What SMPTE ST 268 calls its transfer characteristics, in OpenImageIO's words.
+constexpr char DPX_REC709[] = "ITU-R 709-4";
+constexpr char DPX_SMPTE_274M[] = "SMPTE 274M"; // with the primaries and the curve of BT.709
+
+/// What SMPTE ST 268 calls its transfer characteristics, in OpenImageIO's words. Those but of film scans need
+/// the primaries of BT.709 to be what is named here.
 struct DpxTransfer {
     const char* name;
     const char* id;
 };
 constexpr DpxTransfer DPX_TRANSFERS[] = {
     {"Printing density", FILM_SCAN_ID}, {"Logarithmic", FILM_SCAN_ID}, {"Linear", "lin_rec709"},
-    {"SMPTE 274M", "g24_rec709"},       {"ITU-R 709-4", "g24_rec709"},
+    {DPX_SMPTE_274M, "itu709_rec709"},  {DPX_REC709, "itu709_rec709"},
 };
 
 /// What is written to DPX files. DPX has no code for video by other standards than BT.709.
@@ -45,7 +49,6 @@ struct DpxColorsOfId {
     const char* id;
     DpxColors colors;
 };
-constexpr char DPX_REC709[] = "ITU-R 709-4";
 constexpr char DPX_VIDEO[] = "Unspecified video";
 constexpr DpxColorsOfId DPX_COLORS[] = {
     {FILM_SCAN_ID, {"Printing density", "Printing density"}},
@@ -99,11 +102,17 @@ std::vector<std::string> identify_name(const std::string& name) {
     return {name};
 }
 
-std::vector<std::string> identify_dpx(const std::string& transfer) {
+/// Null for other transfer characteristics.
+const char* find_dpx_id(const std::string& transfer) {
     for (const DpxTransfer& known : DPX_TRANSFERS)
         if (transfer == known.name)
-            return in_both_states(known.id);
-    return {};
+            return known.id;
+    return nullptr;
+}
+
+std::vector<std::string> identify_dpx(const image::ColorTag& tag) {
+    const char* const id = find_dpx_id(tag.text);
+    return id && !lacks_primaries(tag) ? in_both_states(id) : std::vector<std::string>();
 }
 
 } // namespace
@@ -127,7 +136,13 @@ std::vector<std::string> identify(const image::ColorTag& tag) {
     case image::ColorTag::DPX_TRANSFER:
         break;
     }
-    return identify_dpx(tag.text);
+    return identify_dpx(tag);
+}
+
+bool lacks_primaries(const image::ColorTag& tag) {
+    const char* const id = tag.kind == image::ColorTag::DPX_TRANSFER ? find_dpx_id(tag.text) : nullptr;
+    return id && std::string_view(id) != FILM_SCAN_ID && tag.colorimetric != DPX_REC709 &&
+           tag.colorimetric != DPX_SMPTE_274M;
 }
 
 std::string remove_image_state(const std::string& id) {

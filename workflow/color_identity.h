@@ -12,6 +12,10 @@ namespace workflow {
 /// for film scans FILM_SCAN_ID. Empty for a tag that is not recognized.
 std::vector<std::string> identify(const image::ColorTag& tag);
 
+/// Whether the tag describes the curve of the colors, but not their primaries: a DPX file whose transfer is
+/// "Linear" and whose colorimetric is "Undefined". It is not recognized then.
+bool lacks_primaries(const image::ColorTag& tag);
+
 /// An interop ID without the image state at its end: "srgb_rec709" for "srgb_rec709_display".
 std::string remove_image_state(const std::string& id);
 

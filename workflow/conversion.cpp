@@ -68,6 +68,8 @@ Conversion::Conversion(const Session& session, const ConversionRequest& request)
     destination = destination_space = space;
     go_to_destination(session, request);
     note_references();
+    if (!request.from.empty() && request.steps.empty() && !request.takes_exposure)
+        note_data();
     add_steps(session, request.steps, false);
 }
 
@@ -143,6 +145,16 @@ void Conversion::note_references() {
                       label),
                   is_display[0] ? "to invert a view instead, give the view as the source"
                                 : "to convert for a view, give the view as the destination"));
+}
+
+/// OpenColorIO converts nothing from a color space of data.
+void Conversion::note_data() {
+    for (const ColorIOInspection::ColorSpace& known : ColorIOInspection::get_color_spaces())
+        if (known.is_data && known.name == remove_family(source).c_str() && !stages.empty())
+            is_data_left = true;
+    if (is_data_left)
+        notes.push_back(diagnostics::make_note(
+            Code::COLORS_UNCHANGED, fmt::format("'{}' holds data, which is not converted", source), source));
 }
 
 std::string Conversion::get_destination_tag() const {

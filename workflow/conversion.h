@@ -61,6 +61,8 @@ public:
     /// True when `apply` without an exposure leaves pixels unchanged because source and destination are the
     /// same.
     bool is_identity() const { return stages.empty(); }
+    /// True when nothing is converted because the source holds data.
+    bool leaves_data() const { return is_data_left; }
     /// True when gray stays gray, within 1e-5. Checked by converting six grays from 0 to 4. Throws
     /// diagnostics::Failure when a stage cannot be applied.
     bool keeps_neutrals() const;
@@ -81,6 +83,7 @@ private:
     void go_to_destination(const Session& session, const ConversionRequest& request);
     void add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_scene_linear);
     void note_references();
+    void note_data();
 
     diagnostics::Diagnostics notes; // initialized before `source`, whose resolution adds to it
     std::vector<Stage> stages;
@@ -90,7 +93,8 @@ private:
     std::string destination;
     std::string destination_space;
     std::string working_space;
-    std::string space;           ///< Label of the color space that pixels are in after the stages so far.
+    std::string space; ///< Label of the color space that pixels are in after the stages so far.
+    bool is_data_left = false;
     bool is_transformed = false; ///< By a named transform or a LUT, after the destination.
 };
 

@@ -24,6 +24,8 @@ namespace workflow {
 namespace {
 
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
+constexpr char WITHOUT_PRIMARIES[] = "does not tell the primaries";
+constexpr char HINT[] = "name the color space of the image";
 /// Where configs say what integer images are in, the best first.
 constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
                                       "default"};
@@ -72,9 +74,9 @@ bool is_scene_linear(const std::string& label) {
 /// Tries one source of information after the other until one decides.
 class FileSpaceSearch {
 public:
-    FileSpaceSearch(const std::string& path, const std::optional<image::ColorTags>& tags,
+    FileSpaceSearch(const std::string& path, std::optional<image::ColorTags> tags,
                     const std::string& config_name)
-        : path(path), tags(tags), config_name(config_name) {}
+        : path(path), tags(std::move(tags)), config_name(config_name) {}
 
     FileSpace run() {
         if (!ask_tags() && !ask_file_rules() && !ask_association() && !take_default_rule())
@@ -83,9 +85,13 @@ public:
         return std::move(result);
     }
 
+    /// The label that the tags alone lead to; empty when they decide nothing.
+    std::string find_tagged() { return ask_tags() ? result.color_space : ""; }
+
 private:
     bool ask_tags();
     std::string resolve_tag(const image::ColorTag& tag, const std::vector<std::string>& ids);
+    void warn_of_tag(const image::ColorTag& tag, const std::string& doubt);
     bool ask_file_rules();
     bool ask_association();
     bool take_default_rule();
@@ -100,7 +106,7 @@ private:
     }
 
     const std::string& path;
-    const std::optional<image::ColorTags>& tags;
+    const std::optional<image::ColorTags> tags;
     const std::string& config_name;
     ColorIOInspection::FileRule rule;
     FileSpace result;
@@ -116,12 +122,18 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
             return label;
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
     if (names_space)
-        result.warnings.push_back(
-            diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                                      fmt::format("'{}': its tag {} does not name a color space of {}",
-                                                  get_file_name(), tag.describe(), config_name),
-                                      tag.text));
+        warn_of_tag(tag, "does not name a color space of " + config_name);
+    else if (lacks_primaries(tag))
+        warn_of_tag(tag, WITHOUT_PRIMARIES);
+    else if (!ids.empty())
+        warn_of_tag(tag, fmt::format("describes colors that no color space of {} has", config_name));
     return "";
+}
+
+void FileSpaceSearch::warn_of_tag(const image::ColorTag& tag, const std::string& doubt) {
+    result.warnings.push_back(diagnostics::make_warning(
+        diagnostics::Code::COLOR_SPACE_ASSUMED,
+        fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
 }
 
 bool FileSpaceSearch::ask_tags() {
@@ -135,10 +147,11 @@ bool FileSpaceSearch::ask_tags() {
         any = true;
         const std::vector<std::string> ids = identify(tag);
         const std::string label = resolve_tag(tag, ids);
-        add_step("tags", label.empty() ? fmt::format("{} is {}", tag.describe(),
-                                                     !ids.empty() ? "not a color space of " + config_name
-                                                                  : "not recognized")
-                                       : fmt::format("{} is {}", tag.describe(), label));
+        const std::string answer = !label.empty()         ? "is " + label
+                                   : lacks_primaries(tag) ? WITHOUT_PRIMARIES
+                                   : !ids.empty()         ? "is not a color space of " + config_name
+                                                          : "is not recognized";
+        add_step("tags", fmt::format("{} {}", tag.describe(), answer));
         if (!label.empty()) {
             result.warnings.clear(); // the names may be OpenImageIO's own, made of this tag
             return decide(label, fmt::format("from the tag {}", tag.describe()));
@@ -217,6 +230,33 @@ void FileSpaceSearch::assume() {
     decide(label, fmt::format("assumed: {}, for {} pixels", origin, pixels));
 }
 
+/// Throws diagnostics::Failure when the image cannot be read.
+std::vector<image::ColorTags> read_part_tags(const std::string& path) {
+    image::ReaderProcess process;
+    const image::ImageReader reader(path, process);
+    return find_part_tags(reader.get_parts(), reader.get_format());
+}
+
+/// `tags` are those of the parts, of which the first that do not say data decide.
+FileSpace find_space_of_parts(const std::string& path, const std::vector<image::ColorTags>& tags,
+                              const std::string& config_name) {
+    std::vector<TaggedSpace> spaces;
+    for (const image::ColorTags& of_part : tags) {
+        const std::string label = FileSpaceSearch(path, of_part, config_name).find_tagged();
+        spaces.push_back({of_part.describe(), label, find_facts(label).is_data});
+    }
+    auto decisive =
+        std::find_if(spaces.begin(), spaces.end(), [](const TaggedSpace& space) { return !space.is_data; });
+    decisive = decisive == spaces.end() ? spaces.begin() : decisive;
+    FileSpace found =
+        find_file_space(path, tags[static_cast<std::size_t>(decisive - spaces.begin())], config_name);
+    for (TaggedSpace& space : spaces)
+        if (!space.color_space.empty() && space.color_space != found.color_space &&
+            !find_tagged_space(found.other_tags, space.tags))
+            found.other_tags.push_back(std::move(space));
+    return found;
+}
+
 } // namespace
 
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
@@ -225,13 +265,15 @@ FileSpace find_file_space(const std::string& path, const std::optional<image::Co
 }
 
 FileSpace find_file_space(const Session& session, const std::string& path) {
-    std::optional<image::ColorTags> tags;
+    const std::string config_name = session.get_config_name();
+    std::vector<image::ColorTags> tags;
     try {
-        tags = read_color_tags(path);
+        tags = read_part_tags(path);
     } catch (const diagnostics::Failure&) {
         // the image is read again for its pixels, and the error is reported then
     }
-    FileSpace found = find_file_space(path, tags, session.get_config_name());
+    FileSpace found = tags.empty() ? find_file_space(path, std::nullopt, config_name)
+                                   : find_space_of_parts(path, tags, config_name);
     if (auto warning = find_unused_mapping(session))
         found.warnings.insert(found.warnings.begin(), std::move(*warning));
     return found;
@@ -239,8 +281,15 @@ FileSpace find_file_space(const Session& session, const std::string& path) {
 
 diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::string& path,
                                             bool may_assume) {
-    constexpr char HINT[] = "name the color space of the image";
     const std::string name = std::filesystem::path(path).filename().string();
+    if (!may_assume)
+        for (const diagnostics::Diagnostic& warning : found.warnings)
+            if (warning.code == diagnostics::Code::COLOR_SPACE_ASSUMED) // its message begins with the name
+                throw diagnostics::Failure(with_hint(
+                    diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
+                                                 "cannot determine the color space of " + warning.message,
+                                                 path),
+                    HINT));
     if (found.color_space.empty() || (found.is_assumed && !may_assume))
         throw diagnostics::Failure(with_hint(
             diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
@@ -250,12 +299,6 @@ diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::s
     return found.is_assumed
                ? with_hint(diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_ASSUMED, text), HINT)
                : diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN, text);
-}
-
-image::ColorTags read_color_tags(const std::string& path) {
-    image::ReaderProcess process;
-    const image::ImageReader reader(path, process);
-    return image::find_color_tags(reader.get_parts().front().spec);
 }
 
 } // namespace workflow

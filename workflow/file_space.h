@@ -6,6 +6,7 @@
 
 #include "diagnostics/diagnostic.h"
 #include "image/color_tags.h"
+#include "workflow/part_tags.h"
 
 namespace workflow {
 
@@ -24,10 +25,11 @@ struct FileSpace {
     bool is_assumed = false; ///< No tag, rule or association decides it.
     bool is_data = false;    ///< The config says that the color space holds data, which is never converted.
     std::optional<std::vector<std::string>>
-        tags;                          ///< Of the file, for messages; nothing when it was not read.
-    std::vector<FileSpaceStep> steps;  ///< In the order of their use, the decisive one last.
-    diagnostics::Diagnostics warnings; ///< About tags that name no color space of the config, and about
-                                       ///< integers that a default rule takes for linear.
+        tags;                            ///< Of the file, for messages; nothing when it was not read.
+    std::vector<TaggedSpace> other_tags; ///< Of parts that are in another color space by their tags.
+    std::vector<FileSpaceStep> steps;    ///< In the order of their use, the decisive one last.
+    diagnostics::Diagnostics warnings;   ///< About tags that name no color space of the config, and about
+                                         ///< integers that a default rule takes for linear.
 };
 
 /// Finds the color space of a file when the user did not name one, from the first of these that decides it: a
@@ -40,16 +42,15 @@ struct FileSpace {
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name);
 
-/// The same for the image at `path` and the config of `session`. The tags of an image that cannot be read are
-/// left out. The warnings also say why a mapping file of the preferences is not used.
+/// The same for the image at `path` and the config of `session`. The tags are those of the first part that
+/// has color and tags, which do not say data unless all do; those of other parts lead to `other_tags`. The
+/// tags of an image that cannot be read are left out. The warnings also say why a mapping file of the
+/// preferences is not used.
 FileSpace find_file_space(const Session& session, const std::string& path);
 
 /// A note of the color space found for the image at `path`; a warning if it is assumed. Throws
-/// diagnostics::Failure when none was found, and when it is assumed unless `may_assume`.
+/// diagnostics::Failure when none was found and, unless `may_assume`, when it is assumed or a warning of
+/// `found` says that it is doubtful.
 diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::string& path, bool may_assume);
-
-/// Reads the tags of the image at `path`. Throws diagnostics::Failure when it cannot be read. May be called
-/// by several threads at once.
-image::ColorTags read_color_tags(const std::string& path);
 
 } // namespace workflow

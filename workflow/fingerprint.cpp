@@ -131,15 +131,18 @@ void add_layers(const LayerOptions& options, Digest& digest) {
 }
 
 /// The function that converts is described by the request and the stages; tags of the source only lead to
-/// notes.
+/// warnings and errors.
 void add_settings(const ImageSettings& settings, Digest& digest) {
-    const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags,
-                 fingerprint] = settings;
+    const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags, is_strict,
+                 other_tags, fingerprint] = settings;
     add_output(output_options, digest);
     add_layers(layers, digest);
     digest.add("mixes", mixes_channels);
     digest.add("data space", data_space);
-    static_cast<void>(std::tie(convert, threads, source_tags, fingerprint));
+    for (const TaggedSpace& other : other_tags)
+        for (const std::string& tag : other.tags)
+            digest.add("tag of a part that is left", tag);
+    static_cast<void>(std::tie(convert, threads, source_tags, is_strict, fingerprint));
 }
 
 } // namespace

@@ -16,6 +16,8 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.output_options.compression = options.compression;
     settings.output_options.alpha_rule = options.alpha_rule;
     settings.output_options.colors = describe_output_colors(conversion);
+    if (conversion.leaves_data())
+        settings.output_options.colors = {};
     settings.output_options.keeps_space = conversion.get_source() == conversion.get_destination_space();
     settings.output_options.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.mixes_channels = conversion.mixes_channels();
@@ -23,6 +25,8 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.data_space = options.data_space;
     settings.threads = options.threads;
     settings.source_tags = options.source_tags;
+    settings.is_strict = options.is_strict;
+    settings.other_tags = options.other_tags;
     return settings;
 }
 

@@ -22,6 +22,8 @@ struct ImageOptions {
     std::string data_space;                              ///< As in ImageSettings.
     int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
+    bool is_strict = false;                              ///< As in ImageSettings.
+    std::vector<TaggedSpace> other_tags;                 ///< As in ImageSettings.
 };
 
 /// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them. Throws

@@ -21,6 +21,14 @@ namespace {
 /// Memory of a process that reads and of a thread that converts, besides pixels; measured.
 constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
 
+/// The value of "oiio:ColorSpace" for layers in two color spaces.
+constexpr char UNKNOWN_COLORS[] = "unknown";
+
+/// Why a part is left.
+std::string describe_other_space(const TaggedSpace& space) {
+    return space.is_data ? "data by its tags" : fmt::format("in '{}' by its tags", space.color_space);
+}
+
 } // namespace
 
 void add_note(diagnostics::Diagnostics& notes, diagnostics::Diagnostic note) {
@@ -43,13 +51,8 @@ bool ImagePlan::is_kept(const image::PartHeader& part) const {
 void ImagePlan::plan_parts() {
     const std::vector<image::PartHeader>& headers = reader.get_parts();
     fingerprint = make_image_fingerprint(job, settings.fingerprint);
-    if (settings.source_tags &&
-        image::find_color_tags(headers.front().spec).describe() != *settings.source_tags)
-        add_note(notes, diagnostics::make_file_note(
-                            diagnostics::Code::COLOR_SPACE_ASSUMED,
-                            "its color tags differ from those of the first image, whose color space is used",
-                            reader.get_path()));
-    LayerConversion conversion{settings.mixes_channels, ""};
+    check_tags();
+    LayerConversion conversion{settings.mixes_channels, "", find_parts_to_leave()};
     if (!settings.data_space.empty())
         conversion.reason_to_leave = fmt::format("in the data space '{}'", settings.data_space);
     choices = choose_layers(reader.get_path(), reader.get_format(), headers, settings.layers, conversion);
@@ -66,6 +69,66 @@ void ImagePlan::plan_parts() {
     layers.is_part_of_input = count > layers.converted.size() + layers.left.size();
 }
 
+/// Throws diagnostics::Failure for other tags than those of the first image if the settings are strict.
+void ImagePlan::check_tags() {
+    if (!settings.source_tags)
+        return;
+    const std::vector<image::ColorTags> tags = find_part_tags(reader.get_parts(), reader.get_format());
+    const auto decisive = std::find_if(tags.begin(), tags.end(), [&](const image::ColorTags& of_part) {
+        return !find_tagged_space(settings.other_tags, of_part.describe());
+    });
+    if (decisive != tags.end() && decisive->describe() == *settings.source_tags)
+        return;
+    if (settings.is_strict)
+        diagnostics::fail_file(
+            diagnostics::Code::COLOR_SPACE_ASSUMED,
+            fmt::format("cannot convert '{}': its color tags differ from those of the first image",
+                        reader.get_path()),
+            reader.get_path());
+    add_note(notes, diagnostics::make_file_warning(
+                        diagnostics::Code::COLOR_SPACE_ASSUMED,
+                        "its color tags differ from those of the first image, whose color space is used",
+                        reader.get_path()));
+}
+
+/// The reasons to leave parts that are in another color space by their tags, by subimage.
+std::vector<std::string> ImagePlan::find_parts_to_leave() const {
+    std::vector<std::string> reasons;
+    for (const image::PartHeader& part : reader.get_parts())
+        if (part.level == 0) {
+            const TaggedSpace* const space = find_other_space(part.spec);
+            reasons.push_back(space ? describe_other_space(*space) : "");
+        }
+    return reasons;
+}
+
+/// Null for a part in the color space of the image.
+const TaggedSpace* ImagePlan::find_other_space(const OIIO::ImageSpec& part) const {
+    return settings.other_tags.empty()
+               ? nullptr
+               : find_tagged_space(settings.other_tags, image::find_color_tags(part).describe());
+}
+
+/// Colors that the user did not leave, but their tags.
+void ImagePlan::warn_of_left_part(const OIIO::ImageSpec& part, const PartChoice& choice) {
+    const TaggedSpace* const space = find_other_space(part);
+    const bool is_left = space && !space->is_data &&
+                         std::any_of(choice.left.begin(), choice.left.end(), [&](const LeftLayer& layer) {
+                             return layer.reason == describe_other_space(*space);
+                         });
+    if (!is_left)
+        return;
+    diagnostics::Diagnostic warning = diagnostics::make_file_warning(
+        diagnostics::Code::COLOR_SPACE_ASSUMED,
+        fmt::format(
+            "the part '{}' is not converted: it is in '{}' by its tags, and not in the color space of "
+            "the image",
+            choice.name, space->color_space),
+        reader.get_path());
+    add_note(notes, with_hint(std::move(warning),
+                              fmt::format("convert the part alone from '{}'", space->color_space)));
+}
+
 /// The first one with layers to convert.
 void ImagePlan::choose_kept_subimage() {
     const auto found = std::find_if(choices.begin(), choices.end(),
@@ -80,13 +143,22 @@ void ImagePlan::plan_one(unsigned int index) {
     image::OutputOptions options = settings.output_options;
     if (!settings.data_space.empty())
         options.colors.name.clear(); // they stay in their color space
+    if (!choice.chosen.empty() && choice.leaves_color && abilities.has_any_channels && !options.keeps_space) {
+        options.colors = image::ColorDescription();
+        options.colors.name = UNKNOWN_COLORS;
+        note_all({diagnostics::make_note(diagnostics::Code::METADATA_DROPPED,
+                                         "only some of its layers were converted: no color tags are written",
+                                         choice.name)});
+    }
     image::PartPlan plan =
         image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, options);
     image::check_channel_count(plan.spec.nchannels, abilities, output);
     image::set_compression(options.compression, abilities.name, output, plan.spec);
     note_all(plan.notes);
-    if (header.level == 0)
+    if (header.level == 0) {
         report_layers(choice);
+        warn_of_left_part(header.spec, choice);
+    }
     std::vector<std::string> names;
     for (const ChosenLayer& layer : choice.chosen)
         names.push_back(layer.name);

@@ -44,6 +44,10 @@ public:
 
 private:
     void plan_parts();
+    void check_tags();
+    std::vector<std::string> find_parts_to_leave() const;
+    const TaggedSpace* find_other_space(const OIIO::ImageSpec& part) const;
+    void warn_of_left_part(const OIIO::ImageSpec& part, const PartChoice& choice);
     void plan_one(unsigned int index);
     void choose_kept_subimage();
     void report_layers(const PartChoice& choice);

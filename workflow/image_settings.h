@@ -7,6 +7,7 @@
 #include "image/part_conversion.h"
 #include "image/part_plan.h"
 #include "workflow/layer_choice.h"
+#include "workflow/part_tags.h"
 
 namespace workflow {
 
@@ -27,8 +28,11 @@ struct ImageSettings {
     std::string data_space;
     int threads = 0; ///< Worker threads for one image; 0 for all cores.
     /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
-    /// with other tags gets a note.
+    /// with other tags gets a warning, or is not converted if `is_strict`.
     std::optional<std::vector<std::string>> source_tags;
+    bool is_strict = false;
+    /// Tags of parts that are not in the color space of the image, and are left.
+    std::vector<TaggedSpace> other_tags;
     /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.
     std::string fingerprint;
 };

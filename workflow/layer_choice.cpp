@@ -69,6 +69,7 @@ struct Part {
     std::string number; ///< From 1.
     std::vector<ImageLayer> layers;
     std::size_t header = 0; ///< Position.
+    std::size_t index = 0;  ///< Among the parts.
 
     /// Of color without a layer.
     bool has_main_alpha() const {
@@ -98,7 +99,7 @@ public:
         std::vector<PartChoice> choices;
         bool any = false;
         for (const Part& part : parts) {
-            choices.push_back({part.get_title(), {}, {}});
+            choices.push_back({part.get_title(), {}, {}, false});
             for (const ImageLayer& layer : part.layers)
                 decide(part, layer, choices.back());
             any = any || !choices.back().chosen.empty();
@@ -142,6 +143,7 @@ void LayerChoice::find_parts(const std::string& format, const std::vector<image:
         parts.push_back({image::get_part_name(spec), std::to_string(parts.size() + 1),
                          image::find_layers(spec, context)});
         parts.back().header = i;
+        parts.back().index = parts.size() - 1;
     }
     const bool has_levels = std::any_of(headers.begin(), headers.end(),
                                         [](const image::PartHeader& part) { return part.level > 0; });
@@ -217,6 +219,8 @@ std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer
         return get_reason(layer.content).reason;
     if (!is_named && !(is_in_part && takes_all))
         return NOT_CHOSEN;
+    if (part.index < conversion.part_reasons.size() && !conversion.part_reasons[part.index].empty())
+        return conversion.part_reasons[part.index];
     const std::string label = get_label(part, layer);
     if (!layer.is_convertible())
         fail_to_convert(label, get_reason(layer.content).explanation);
@@ -230,10 +234,12 @@ std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer
 void LayerChoice::decide(const Part& part, const ImageLayer& layer, PartChoice& choice) const {
     const std::string reason = find_reason_to_leave(part, layer);
     const std::string label = get_label(part, layer);
-    if (reason.empty())
+    if (reason.empty()) {
         choice.chosen.push_back({label, *layer.color});
-    else
+    } else {
         choice.left.push_back({label, reason});
+        choice.leaves_color = choice.leaves_color || layer.is_color();
+    }
 }
 
 void LayerChoice::fail_to_convert(const std::string& label, const std::string& reason) const {

@@ -53,6 +53,7 @@ struct PartChoice {
     std::string name; ///< For messages: "beauty", "part 2".
     std::vector<ChosenLayer> chosen;
     std::vector<LeftLayer> left;
+    bool leaves_color = false; ///< Some of those left are color.
 
     std::vector<image::ColorLayer> get_colors() const;
 };
@@ -63,6 +64,7 @@ struct LayerConversion {
         true; ///< A result depends on other channels; single channels are then not converted.
     /// Why nothing is converted, for the report: "in the data space 'Raw'"; empty to convert.
     std::string reason_to_leave;
+    std::vector<std::string> part_reasons; ///< Likewise for single parts, by subimage; may be shorter.
 };
 
 /// Chooses the layers of each subimage of the image at `path`, which is only for messages. Throws

@@ -173,6 +173,34 @@ TEST_F(FileSpace, IsCineonForFilmScans) {
     EXPECT_THAT(explain("scan.dpx", {"linear"}).out, HasSubstr("source:        Tavelion|Cineon\n"));
 }
 
+TEST_F(FileSpace, OfDpxTakesTransferAndPrimaries) {
+    const auto write_dpx = [&](const char* transfer, const char* colorimetric) {
+        OIIO::ImageSpec spec;
+        spec.attribute("dpx:Transfer", transfer);
+        spec.attribute("dpx:Colorimetric", colorimetric);
+        write("in.dpx", OIIO::TypeUInt16, 0.5f, spec);
+    };
+    write_config({"lin_rec709", "Rec.1886 Rec.709 - Display", "Camera Rec.709", "paint"},
+                 "  matte_paint: paint\n");
+    for (const auto& [transfer, space] : {std::pair("Linear", "lin_rec709"),
+                                          {"ITU-R 709-4", "Camera Rec.709"},
+                                          {"SMPTE 274M", "Camera Rec.709"}}) {
+        write_dpx(transfer, "ITU-R 709-4");
+        EXPECT_THAT(explain("in.dpx", with_config()).out,
+                    HasSubstr(std::string("source:        ") + space + "\n"))
+            << transfer;
+        write_dpx(transfer, "Undefined");
+        const ToolRun result = explain("in.dpx", with_config());
+        EXPECT_THAT(result.out, AllOf(HasSubstr("source:        paint\n"),
+                                      HasSubstr(std::string("  tags:          dpx:Transfer '") + transfer +
+                                                "' with dpx:Colorimetric 'Undefined' does not tell the "
+                                                "primaries\n")));
+        EXPECT_THAT(
+            run({"explain", "--image", path("in.dpx"), "lin", "--strict", "--config", path("show.ocio")}),
+            FailsWith(1, HasSubstr("cannot determine the color space of 'in.dpx'")));
+    }
+}
+
 TEST_F(FileSpace, OfATagThatIsNotInTheConfigIsSaidAndPassedOver) {
     OIIO::ImageSpec spec;
     spec.attribute("colorio:ColorSpace", "Cineon");

@@ -43,6 +43,32 @@ TEST_F(TagsOfFormats, OfDpxAreThoseOfTheInputInTheSameSpace) {
     EXPECT_EQ(get_byte("out.dpx", 802), 0u);
 }
 
+TEST_F(TagsOfFormats, OfDpxLeadBackToTheColorSpace) {
+    for (const char* name : {"ACEScg", "paint", "lin_srgb", "Rec.1886 Rec.709 - Display", "Camera Rec.709"}) {
+        convert(name, "out.dpx");
+        EXPECT_THAT(
+            run({"explain", "--image", path("out.dpx"), "lin", "--why", "--config", path("show.ocio")}).out,
+            testing::HasSubstr(std::string("source:        ") + name + "\n"));
+    }
+    convert("ACEScg", "again.dpx", "out.dpx");
+    EXPECT_EQ(read_image(path("again.dpx")).spec.get_string_attribute("dpx:Transfer"), "Linear");
+    convert("paint", "out.exr", "again.dpx");
+    const OIIO::ImageSpec spec = read_image(path("out.exr")).spec;
+    EXPECT_EQ(spec.get_string_attribute("colorio:ColorSpace"), "paint");
+    EXPECT_EQ(spec.find_attribute("dpx:UserData"), nullptr) << "it was that of the DPX file";
+}
+
+TEST_F(TagsOfFormats, OfDpxKeepTheDataOfOtherPrograms) {
+    const std::string data = "lens 35 mm";
+    OIIO::ImageSpec spec;
+    spec.attribute("dpx:UserData", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(data.size())),
+                   data.data());
+    write("in.dpx", OIIO::TypeUInt16, spec);
+    convert("ACEScg", "out.dpx", "in.dpx");
+    EXPECT_THAT(folder.read("out.dpx"), testing::HasSubstr(data));
+    EXPECT_THAT(folder.read("out.dpx"), testing::Not(testing::HasSubstr("ACEScg")));
+}
+
 TEST_F(TagsOfFormats, OfDpxDoNotGoToOtherFormats) {
     OIIO::ImageSpec spec;
     spec.attribute("dpx:Transfer", "Printing density");

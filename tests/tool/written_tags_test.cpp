@@ -119,4 +119,48 @@ TEST_F(WrittenTags, ThatDifferBetweenPartsOfColorAreLeftOutWithANote) {
     EXPECT_THAT(get_chromaticities("out.exr", 1), IsEmpty());
 }
 
+/// Color in "rgba" and in "diffuse", with the tags of ACEScg.
+void write_tagged_layers(const std::string& file) {
+    Image image = make_image(1, 1, 6, OIIO::TypeHalf, std::vector<float>(6, 0.5f));
+    image.spec.channelnames = {"R", "G", "B", "diffuse.R", "diffuse.G", "diffuse.B"};
+    image.spec.attribute("colorInteropID", "lin_ap1_scene");
+    image.spec.attribute("colorio:ColorSpace", "ACEScg");
+    write_image(file, image);
+}
+
+TEST_F(WrittenTags, AreLeftOutWhereTheUserLeftSomeLayers) {
+    write_tagged_layers(path("layers.exr"));
+    for (const std::vector<std::string>& choice :
+         {std::vector<std::string>{"--layers", "diffuse"}, {"--skip", "rgba"}, {"--skip", "diffuse"}}) {
+        std::vector<std::string> arguments = {"convert",  path("layers.exr"), path("out.exr"),
+                                              "--from",   "ACEScg",           "--to",
+                                              "lin_srgb", "--config",         path("show.ocio")};
+        arguments.insert(arguments.end(), choice.begin(), choice.end());
+        const ToolRun result = run(arguments);
+        ASSERT_THAT(result, Succeeds());
+        EXPECT_THAT(result.err,
+                    HasSubstr("only some of its layers were converted: no color tags are written"))
+            << choice.back();
+        const OIIO::ImageSpec spec = read_image(path("out.exr")).spec;
+        for (const char* tag : {"chromaticities", "colorInteropID", "colorio:ColorSpace"})
+            EXPECT_EQ(spec.find_attribute(tag), nullptr) << tag << " " << choice.back();
+    }
+}
+
+TEST_F(WrittenTags, OfTheOnlyWrittenLayerDoNotDependOnOthers) {
+    write_tagged_layers(path("layers.exr"));
+    ASSERT_THAT(run({"convert", path("layers.exr"), path("out.png"), "--from", "ACEScg", "--to",
+                     "sRGB - Texture", "--layers", "diffuse", "--config", path("show.ocio")}),
+                Succeeds());
+    EXPECT_EQ(read_profile("out.png").first, "sRGB");
+}
+
+TEST_F(WrittenTags, StayInTheSameSpaceWhereTheUserLeftSomeLayers) {
+    write_tagged_layers(path("layers.exr"));
+    ASSERT_THAT(run({"convert", path("layers.exr"), path("out.exr"), "--from", "ACEScg", "--to", "ACEScg",
+                     "--layers", "diffuse", "--config", path("show.ocio")}),
+                Succeeds());
+    EXPECT_EQ(read_image(path("out.exr")).spec.get_string_attribute("colorInteropID"), "lin_ap1_scene");
+}
+
 } // namespace

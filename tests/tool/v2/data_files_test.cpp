@@ -50,4 +50,17 @@ TEST_F(DataFiles, AreConvertedWhereTheUserNamesTheirColorSpace) {
     EXPECT_THAT(read_image(path("out.exr")).values, testing::ElementsAre(0.05f, 0.1f, 0.15f));
 }
 
+TEST_F(DataFiles, GetNoTagsOfColorsWhereTheUserNamesThem) {
+    const auto has_tag = [&] {
+        return read_image(path("out.exr")).spec.find_attribute("colorio:ColorSpace") != nullptr;
+    };
+    const ToolRun result = convert("rock_color.exr", {"--from", "Raw"});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, HasSubstr("'Raw' holds data, which is not converted"));
+    EXPECT_THAT(read_image(path("out.exr")).values, testing::ElementsAre(0.1f, 0.2f, 0.3f));
+    EXPECT_FALSE(has_tag());
+    ASSERT_THAT(convert("rock_color.exr", {"--from", "lin"}), Succeeds());
+    EXPECT_TRUE(has_tag());
+}
+
 } // namespace
