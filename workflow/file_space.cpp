@@ -25,7 +25,6 @@ namespace {
 
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 constexpr char WITHOUT_PRIMARIES[] = "does not tell the primaries";
-constexpr char HINT[] = "name the color space of the image";
 /// Where configs say what integer images are in, the best first.
 constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
                                       "default"};
@@ -79,8 +78,11 @@ public:
         : path(path), tags(std::move(tags)), config_name(config_name) {}
 
     FileSpace run() {
-        if (!ask_tags() && !ask_file_rules() && !ask_association() && !take_default_rule())
-            assume();
+        if (!ask_tags() && !ask_file_rules()) { // a rule says more than a tag that the config does not match
+            result.warnings.insert(result.warnings.end(), doubts.begin(), doubts.end());
+            if (!ask_association() && !take_default_rule())
+                assume();
+        }
         result.is_data = find_facts(result.color_space).is_data;
         return std::move(result);
     }
@@ -91,7 +93,6 @@ public:
 private:
     bool ask_tags();
     std::string resolve_tag(const image::ColorTag& tag, const std::vector<std::string>& ids);
-    void warn_of_tag(const image::ColorTag& tag, const std::string& doubt);
     bool ask_file_rules();
     bool ask_association();
     bool take_default_rule();
@@ -109,6 +110,7 @@ private:
     const std::optional<image::ColorTags> tags;
     const std::string& config_name;
     ColorIOInspection::FileRule rule;
+    diagnostics::Diagnostics doubts; ///< Warnings of tags, unless a file rule decides.
     FileSpace result;
 };
 
@@ -121,19 +123,17 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
         if (const std::string label = find_identified(id); !label.empty())
             return label;
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
-    if (names_space)
-        warn_of_tag(tag, "does not name a color space of " + config_name);
-    else if (lacks_primaries(tag))
-        warn_of_tag(tag, WITHOUT_PRIMARIES);
-    else if (!ids.empty())
-        warn_of_tag(tag, fmt::format("describes colors that no color space of {} has", config_name));
+    const std::string doubt = names_space            ? "does not name a color space of " + config_name
+                              : lacks_primaries(tag) ? WITHOUT_PRIMARIES
+                              : !ids.empty()
+                                  ? fmt::format("describes colors that no color space of {} has", config_name)
+                                  : "";
+    if (!doubt.empty())
+        (names_space ? result.warnings : doubts)
+            .push_back(diagnostics::make_warning(
+                diagnostics::Code::COLOR_SPACE_ASSUMED,
+                fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
     return "";
-}
-
-void FileSpaceSearch::warn_of_tag(const image::ColorTag& tag, const std::string& doubt) {
-    result.warnings.push_back(diagnostics::make_warning(
-        diagnostics::Code::COLOR_SPACE_ASSUMED,
-        fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
 }
 
 bool FileSpaceSearch::ask_tags() {
@@ -277,28 +277,6 @@ FileSpace find_file_space(const Session& session, const std::string& path) {
     if (auto warning = find_unused_mapping(session))
         found.warnings.insert(found.warnings.begin(), std::move(*warning));
     return found;
-}
-
-diagnostics::Diagnostic describe_file_space(const FileSpace& found, const std::string& path,
-                                            bool may_assume) {
-    const std::string name = std::filesystem::path(path).filename().string();
-    if (!may_assume)
-        for (const diagnostics::Diagnostic& warning : found.warnings)
-            if (warning.code == diagnostics::Code::COLOR_SPACE_ASSUMED) // its message begins with the name
-                throw diagnostics::Failure(with_hint(
-                    diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                                                 "cannot determine the color space of " + warning.message,
-                                                 path),
-                    HINT));
-    if (found.color_space.empty() || (found.is_assumed && !may_assume))
-        throw diagnostics::Failure(with_hint(
-            diagnostics::make_file_error(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                                         fmt::format("cannot determine the color space of '{}'", name), path),
-            HINT));
-    const std::string text = fmt::format("{}: {}, {}", name, found.color_space, found.reason);
-    return found.is_assumed
-               ? with_hint(diagnostics::make_warning(diagnostics::Code::COLOR_SPACE_ASSUMED, text), HINT)
-               : diagnostics::make_note(diagnostics::Code::COLOR_SPACE_CHOSEN, text);
 }
 
 } // namespace workflow

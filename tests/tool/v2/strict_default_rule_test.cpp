@@ -1,5 +1,6 @@
 // --strict and what the default file rule of a config gives.
 
+#include "tests/tool/color_tag_files.h"
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -13,6 +14,7 @@ strictparsing: true
 roles:
   scene_linear: lin
 file_rules:
+  - !<Rule> {name: Plates, pattern: "*plate*", extension: png, colorspace: half_light}
   - !<Rule> {name: Default, colorspace: lin}
 displays:
   Monitor:
@@ -59,6 +61,18 @@ TEST_F(StrictDefaultRule, RefusesTagsOfUnknownColorSpaces) {
     EXPECT_THAT(convert("in.exr"), Succeeds());
     EXPECT_THAT(convert("in.exr", {"--strict"}),
                 FailsWith(1, HasSubstr("colorInteropID 'lin_foo_scene' does not name a color space")));
+}
+
+TEST_F(StrictDefaultRule, AcceptsARuleForAFileWhoseTagsTheConfigLacks) {
+    for (const char* name : {"plate.png", "other.png"}) {
+        write(name, OIIO::TypeUInt8);
+        insert_png_chunk(path(name), "cICP", std::string("\x09\x10\x00\x01", 4));
+    }
+    const ToolRun plate = convert("plate.png", {"--strict"});
+    EXPECT_THAT(plate, Succeeds());
+    EXPECT_THAT(plate.err, testing::Not(HasSubstr("warning")));
+    EXPECT_THAT(convert("other.png", {"--strict"}),
+                FailsWith(1, HasSubstr("describes colors that no color space of show.ocio has")));
 }
 
 TEST_F(StrictDefaultRule, AcceptsFloatsWithoutTags) {
