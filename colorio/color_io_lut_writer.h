@@ -18,6 +18,9 @@ public:
         /// Red, green and blue of the results for an evenly spaced grid of `size` colors a side in the
         /// shaper, red fastest. Not used with OpenColorIO 1.1.
         CoreArray<float> grid;
+        /// Red, green and blue in the source for evenly spaced levels of the shaper from 0 to 1: the 1D part
+        /// is the inverse, each channel by itself. Empty without a shaper; not used with OpenColorIO 1.1.
+        CoreArray<float> curve;
         int size = 0;        ///< Colors a side.
         int shaper_size = 0; ///< Entries of the 1D part; 0 for the format's own.
     };

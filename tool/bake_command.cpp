@@ -6,6 +6,7 @@
 
 #include "tool/console.h"
 #include "tool/conversion_options.h"
+#include "tool/exit_code.h"
 #include "workflow/bake.h"
 
 namespace tool {
@@ -14,6 +15,7 @@ namespace {
 
 constexpr char EXAMPLES[] = R"(  colorio bake film.cube --from ACEScct --view "sRGB.Film" --config aces.ocio
   colorio bake show.clf --from ACEScg --shaper ACEScct --view "sRGB.Film" --size 65 --config aces.ocio
+  colorio bake inverse.cube --inverse-view "sRGB.Film" --to ACEScct --config aces.ocio
   colorio bake look.csp --from ACEScct --to ACEScct --look "warm" --cdl grades.ccc:shot_010 --config show.ocio
 
 The LUT covers 0 to 1 in the source color space, or in the shaper. It is read back, and its largest and mean
@@ -24,8 +26,8 @@ public:
     explicit BakeCommand(Options& program)
         : SessionCommand(program, "bake", "Write a conversion as a LUT and measure its error", EXAMPLES) {
         options.add("output", request.path, "LUT to write: .cube, .csp, .clf, .3dl or .spi3d").required();
-        add_conversion_options(options, conversion, "source color space");
-        options.get("--from").required();
+        add_conversion_options(options, conversion, "source color space, unless --inverse-view is given");
+        add_inverse_view_option(options, conversion);
         add_step_options(options, conversion);
         options.add("--size", request.size, "colors along each side of the 3D LUT, 2 to 129 (default: 33)");
         options.add(
@@ -39,6 +41,8 @@ public:
     }
 
     ExitCode run(Console& console) override {
+        if (conversion.from.empty() && conversion.inverse_view.empty())
+            throw UsageError("no source: --from or --inverse-view is required");
         check_conversion(conversion);
         const workflow::ConversionRequest& wanted = conversion;
         request.conversion = wanted;

@@ -28,6 +28,8 @@ constexpr int MIN_SIZE = 2;
 constexpr int MAX_SIZE = 129;
 /// Colors a side that are compared: shares few positions with any LUT.
 constexpr unsigned int COMPARED_EDGE = 38;
+/// Levels of the shaper whose curve the 1D LUT samples: more than any format has.
+constexpr unsigned int CURVE_LEVELS = 65536;
 
 /// A format that can be written.
 struct LutFormat {
@@ -59,6 +61,21 @@ const LutFormat& find_format(const std::string& path) {
                                                extension, fmt::join(get_bake_extensions(), ", ")));
 }
 
+std::vector<float> remove_alpha(const std::vector<float>& rgba) {
+    std::vector<float> rgb;
+    for (std::size_t i = 0; i < rgba.size(); i += 4)
+        rgb.insert(rgb.end(), {rgba[i], rgba[i + 1], rgba[i + 2]});
+    return rgb;
+}
+
+CoreArray<float> to_array(const std::vector<float>& values) {
+    CoreArray<float> array;
+    array.resize(static_cast<unsigned int>(values.size()));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        array[static_cast<unsigned int>(i)] = values[i];
+    return array;
+}
+
 class LutBaking {
 public:
     LutBaking(const Session& session, const BakeRequest& request)
@@ -70,7 +87,10 @@ public:
 
 private:
     void check_request() const;
+    void settle_source(const std::string& of_conversion);
+    std::vector<float> undo_shaper(std::vector<float> rgba) const;
     std::vector<float> convert(std::vector<float> rgba) const;
+    std::vector<float> make_curve() const;
     std::vector<float> make_grid() const;
     std::string make_text();
     std::string write_with_baker(const char* name);
@@ -96,8 +116,6 @@ void LutBaking::check_request() const {
         diagnostics::fail(Code::USAGE, fmt::format("the format .{} has no shaper", format.extension));
     if (request.shaper_size > 0 && request.shaper.empty())
         diagnostics::fail(Code::USAGE, "a shaper size requires a shaper");
-    if (!request.conversion.inverse_view.empty())
-        diagnostics::fail(Code::USAGE, "a LUT cannot be baked from a view; name a source color space");
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::path(request.path).parent_path();
     if (!folder.empty() && !std::filesystem::is_directory(folder, error))
@@ -107,24 +125,42 @@ void LutBaking::check_request() const {
 }
 
 bool LutBaking::is_between_spaces() const {
-    return request.conversion.steps.empty() && request.conversion.view.empty() && !conversion->is_identity();
+    return request.conversion.steps.empty() && request.conversion.view.empty() &&
+           request.conversion.inverse_view.empty() && !conversion->is_identity();
 }
 
-std::vector<float> LutBaking::convert(std::vector<float> rgba) const {
-    const auto count = static_cast<unsigned int>(rgba.size() / 4);
-    if (to_source)
-        to_source->apply(rgba.data(), count, 1);
-    conversion->apply(rgba.data(), count, 1);
+/// From the shaper to the source, each channel as that of a gray: the 1D LUT of a file cannot mix them. That
+/// is the conversion itself where both have the same primaries.
+std::vector<float> LutBaking::undo_shaper(std::vector<float> rgba) const {
+    if (!to_source)
+        return rgba;
+    std::vector<float> grays;
+    for (std::size_t i = 0; i < rgba.size(); i += 4)
+        for (std::size_t c = 0; c < 3; ++c)
+            grays.insert(grays.end(), {rgba[i + c], rgba[i + c], rgba[i + c], 1.0f});
+    to_source->apply(grays.data(), static_cast<unsigned int>(grays.size() / 4), 1);
+    for (std::size_t i = 0; i < rgba.size(); i += 4)
+        for (std::size_t c = 0; c < 3; ++c)
+            rgba[i + c] = grays[(i / 4 * 3 + c) * 4 + c];
     return rgba;
 }
 
+/// From the shaper, or from the source where there is none.
+std::vector<float> LutBaking::convert(std::vector<float> rgba) const {
+    rgba = undo_shaper(std::move(rgba));
+    conversion->apply(rgba.data(), static_cast<unsigned int>(rgba.size() / 4), 1);
+    return rgba;
+}
+
+std::vector<float> LutBaking::make_curve() const {
+    std::vector<float> rgba;
+    for (const float level : make_even_levels(to_source ? CURVE_LEVELS : 0))
+        rgba.insert(rgba.end(), {level, level, level, 1.0f});
+    return remove_alpha(undo_shaper(std::move(rgba)));
+}
+
 std::vector<float> LutBaking::make_grid() const {
-    const std::vector<float> rgba =
-        convert(make_color_grid(make_even_levels(static_cast<unsigned int>(request.size))));
-    std::vector<float> rgb;
-    for (std::size_t i = 0; i < rgba.size(); i += 4)
-        rgb.insert(rgb.end(), {rgba[i], rgba[i + 1], rgba[i + 2]});
-    return rgb;
+    return remove_alpha(convert(make_color_grid(make_even_levels(static_cast<unsigned int>(request.size)))));
 }
 
 std::string LutBaking::write_with_baker(const char* name) {
@@ -136,10 +172,8 @@ std::string LutBaking::write_with_baker(const char* name) {
     bake.shaper_size = request.shaper_size;
     if (is_between_spaces())
         bake.target = remove_family(conversion->get_destination_space()).c_str();
-    const std::vector<float> grid = make_grid();
-    bake.grid.resize(static_cast<unsigned int>(grid.size()));
-    for (std::size_t i = 0; i < grid.size(); ++i)
-        bake.grid[static_cast<unsigned int>(i)] = grid[i];
+    bake.grid = to_array(make_grid());
+    bake.curve = to_array(make_curve());
     CoreString text;
     require_success(fmt::format("cannot bake '{}'", request.path), Code::CONVERSION_IMPOSSIBLE, [&] {
         text = ColorIOLutWriter::write(bake);
@@ -165,16 +199,14 @@ std::string LutBaking::make_text() {
 /// Of the LUT at `path`, read by OpenColorIO.
 void LutBaking::measure(const std::string& path) {
     const std::vector<float> levels = make_color_grid(make_even_levels(COMPARED_EDGE));
-    std::vector<float> inputs = levels;
+    const std::vector<float> inputs = undo_shaper(levels);
     const auto count = static_cast<unsigned int>(levels.size() / 4);
-    if (to_source)
-        to_source->apply(inputs.data(), count, 1);
     ConversionRequest reading;
     reading.from = source;
     reading.steps = {{ColorStep::LUT, path}};
     std::vector<float> actual = inputs;
     Conversion(session, reading).apply(actual.data(), count, 1);
-    report.domain = fmt::format("0 to 1 in {}", shaper.empty() ? source : shaper);
+    report.domain = fmt::format("0 to 1 in {}", shaper.empty() ? report.source : shaper);
     if (to_source)
         report.domain += fmt::format(" ({:.4g} {:.4g} {:.4g} to {:.4g} {:.4g} {:.4g} in {})", inputs[0],
                                      inputs[1], inputs[2], inputs[inputs.size() - 4],
@@ -205,10 +237,25 @@ void LutBaking::replace_file(const std::string& text) {
     write_text_file(request.path, text);
 }
 
+/// A view takes the colors of its color space.
+void LutBaking::settle_source(const std::string& of_conversion) {
+    source = of_conversion;
+    if (request.conversion.inverse_view.empty())
+        return;
+    diagnostics::Diagnostics known_notes;
+    source = find_view(session, "", request.conversion.inverse_view, known_notes).color_space;
+    if (source.empty())
+        diagnostics::fail(Code::CONVERSION_IMPOSSIBLE,
+                          fmt::format("cannot bake '{}': the config does not say in which color space the "
+                                      "result of the view '{}' is",
+                                      request.path, of_conversion));
+}
+
 BakeReport LutBaking::run() {
     const Conversion wanted(session, request.conversion);
     conversion = &wanted;
-    source = report.source = wanted.get_source();
+    report.source = wanted.get_source();
+    settle_source(report.source);
     report.destination = wanted.get_destination();
     report.notes = wanted.get_notes();
     std::optional<Conversion> shaping;

@@ -17,7 +17,8 @@ CoreString ColorIOLutWriter::write(const Bake& bake) {
                                    bake.target.get_data(),
                                    {bake.grid.begin(), bake.grid.end()},
                                    bake.size,
-                                   bake.shaper_size};
+                                   bake.shaper_size,
+                                   {bake.curve.begin(), bake.curve.end()}};
         return CoreString(std::string_view(ocio::bake_lut(manager->get_config(), wanted)));
     });
 }

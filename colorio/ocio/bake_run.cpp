@@ -5,15 +5,15 @@
 namespace ocio {
 
 std::string run_baker(const ConstConfigRcPtr& config, const LutBake& bake, const std::string& source,
-                      const std::string& target) {
+                      const std::string& shaper, const std::string& target) {
     const library::BakerRcPtr baker = library::Baker::Create();
     baker->setConfig(config);
     baker->setFormat(bake.format.c_str());
     baker->setInputSpace(source.c_str());
     baker->setTargetSpace(target.c_str());
     baker->setCubeSize(bake.size);
-    if (!bake.shaper.empty())
-        baker->setShaperSpace(bake.shaper.c_str());
+    if (!shaper.empty())
+        baker->setShaperSpace(shaper.c_str());
     if (bake.shaper_size > 0)
         baker->setShaperSize(bake.shaper_size);
     std::ostringstream text;

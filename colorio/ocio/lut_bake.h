@@ -17,10 +17,13 @@ struct LutBake {
     std::vector<float> grid;
     int size = 0;        ///< Colors a side.
     int shaper_size = 0; ///< Entries of the 1D part; 0 for the format's own.
+    /// Red, green and blue in the source for evenly spaced levels of the shaper from 0 to 1, each channel by
+    /// itself; empty without a shaper. Only for version 2.
+    std::vector<float> curve;
 };
 
-/// The text of the LUT, by OpenColorIO's Baker. Version 2 writes the grid; 1.1, which cannot, converts to
-/// the target, and throws without one.
+/// The text of the LUT, by OpenColorIO's Baker. Version 2 writes the grid, and the inverse of the curve as
+/// its 1D part; 1.1, which cannot, converts to the shaper and the target, and throws without a target.
 std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake);
 
 /// Whether OpenColorIO's Baker has the format.

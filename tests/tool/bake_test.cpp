@@ -127,6 +127,21 @@ TEST_F(Bake, HoldsLooksCdlsAndViews) {
     EXPECT_NEAR(out.get("B"), 0.125, 1e-6);
 }
 
+TEST_F(Bake, LeadsBackFromAView) {
+    const ToolRun result = bake("a.spi3d", {"--inverse-view", "M.V", "--to", "lin", "--size", "5"});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out,
+                AllOf(HasSubstr("a.spi3d: M.V to lin, written by colorio"), HasSubstr("0 to 1 in M.V:\n")));
+    EXPECT_LT(get_largest(result), 1e-5);
+    const Image out = apply("a.spi3d", {0.5f, 0.5f, 0.25f}); // "mixed" of 1, 0.5, 0.25
+    EXPECT_NEAR(out.get("R"), 1.0, 1e-5);
+    EXPECT_NEAR(out.get("G"), 0.5, 1e-5);
+    EXPECT_NEAR(out.get("B"), 0.25, 1e-5);
+    EXPECT_THAT(bake("a.cube", {"--inverse-view", "M.V"}), Succeeds());
+    EXPECT_THAT(bake("a.cube", {"--inverse-view", "M.V", "--from", "lin"}),
+                FailsWith(2, HasSubstr("cannot be combined")));
+}
+
 TEST_F(Bake, IsTheSameConversionInEveryFormat) {
     for (const char* name : {"a.cube", "a.csp", "a.3dl"}) {
         const ToolRun result = bake(name, {"--from", "lin", "--to", "mixed", "--size", "17"});

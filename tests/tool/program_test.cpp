@@ -107,7 +107,7 @@ TEST_F(Program, ShowsTheNamesAndChoicesOfValuesInItsHelp) {
         EXPECT_EQ(help.find(parsers_own), std::string::npos) << parsers_own;
     EXPECT_THAT(run({"--help"}).out, AllOf(ContainsRegex("\n(Usage: )?colorio [[]OPTIONS[]] COMMAND\n"),
                                            HasSubstr("\nCommands:\n")));
-    EXPECT_THAT(run({"bake", "--help"}).out, ContainsRegex("\n +--from NAME [(]required[)] "));
+    EXPECT_THAT(run({"shader", "--help"}).out, ContainsRegex("\n  -o, *--output FOLDER [(]required[)]"));
 }
 
 TEST_F(Program, NamesThePlainReasonOfANumberThatDoesNotFit) {

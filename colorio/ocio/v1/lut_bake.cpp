@@ -11,7 +11,7 @@ std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake) {
         throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
                     "OpenColorIO 1.1 can only bake conversions between two color spaces in this format; "
                     "version 2 is required");
-    return guarded([&] { return run_baker(config, bake, bake.source, bake.target); });
+    return guarded([&] { return run_baker(config, bake, bake.source, bake.shaper, bake.target); });
 }
 
 } // namespace ocio

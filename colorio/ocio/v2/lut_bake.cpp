@@ -10,22 +10,19 @@ namespace {
 
 // Names that no config has.
 constexpr char SOURCE[] = "colorio/source of the baked LUT";
+constexpr char SHAPER[] = "colorio/shaper of the baked LUT";
 constexpr char RESULT[] = "colorio/result of the baked LUT";
 
-/// From the reference space of the config to the color space.
-TransformRcPtr make_from_reference(const library::ColorSpace& space) {
-    const library::GroupTransformRcPtr group = library::GroupTransform::Create();
-    const auto from = space.getTransform(library::COLORSPACE_DIR_FROM_REFERENCE);
-    const auto to = space.getTransform(library::COLORSPACE_DIR_TO_REFERENCE);
-    if (from) {
-        group->appendTransform(from->createEditableCopy());
-    } else if (to) {
-        const library::GroupTransformRcPtr inverted = library::GroupTransform::Create();
-        inverted->appendTransform(to->createEditableCopy());
-        inverted->setDirection(TRANSFORM_DIR_INVERSE);
-        group->appendTransform(inverted);
-    }
-    return group;
+/// From the shaper to the source. OpenColorIO inverts it, and takes it for a curve of each channel: the
+/// conversion of the config would mix channels by rounding, or because its primaries differ.
+library::Lut1DTransformRcPtr make_curve(const LutBake& bake) {
+    const auto size = static_cast<unsigned long>(bake.curve.size() / 3);
+    const library::Lut1DTransformRcPtr curve = library::Lut1DTransform::Create(size, false);
+    curve->setInterpolation(INTERP_LINEAR);
+    const float* value = bake.curve.data();
+    for (unsigned long i = 0; i < size; ++i, value += 3)
+        curve->setValue(i, value[0], value[1], value[2]);
+    return curve;
 }
 
 library::Lut3DTransformRcPtr make_lut(const LutBake& bake) {
@@ -40,44 +37,39 @@ library::Lut3DTransformRcPtr make_lut(const LutBake& bake) {
     return lut;
 }
 
-ConstColorSpaceRcPtr find_space(const ConstConfigRcPtr& config, const std::string& name) {
+void check_space(const ConstConfigRcPtr& config, const std::string& name) {
     const ConstColorSpaceRcPtr space = config->getColorSpace(name.c_str());
     if (!space)
         throw_error(diagnostics::Code::COLOR_SPACE_UNKNOWN, "unknown color space '" + name + "'", name);
     if (space->isData())
         throw_error(diagnostics::Code::CONVERSION_IMPOSSIBLE,
                     "the color space '" + name + "' holds data, which is not converted", name);
-    return space;
 }
 
-/// The source without the allocation that some formats would take as a shaper.
-ColorSpaceRcPtr make_source(const library::ColorSpace& space) {
-    const ColorSpaceRcPtr source = library::ColorSpace::Create(space.getReferenceSpaceType());
-    source->setName(SOURCE);
-    source->setTransform(make_from_reference(space), library::COLORSPACE_DIR_FROM_REFERENCE);
-    return source;
-}
-
-/// A color space whose colors are those of the grid.
-ColorSpaceRcPtr make_result(const library::ColorSpace& space, const LutBake& bake) {
-    const ColorSpaceRcPtr result = library::ColorSpace::Create(space.getReferenceSpaceType());
-    const library::GroupTransformRcPtr group = library::GroupTransform::Create();
-    group->appendTransform(make_from_reference(space));
-    group->appendTransform(make_lut(bake));
-    result->setName(RESULT);
-    result->setTransform(group, library::COLORSPACE_DIR_FROM_REFERENCE);
-    return result;
+/// A color space that the transform leads to from the one that the grid is evenly spaced in.
+void add_space(const char* name, const TransformRcPtr& transform, const ConfigRcPtr& carrier) {
+    const ColorSpaceRcPtr space = library::ColorSpace::Create(library::REFERENCE_SPACE_SCENE);
+    space->setName(name);
+    if (transform)
+        space->setTransform(transform, library::COLORSPACE_DIR_FROM_REFERENCE);
+    carrier->addColorSpace(space);
 }
 
 } // namespace
 
 std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake) {
     return guarded([&] {
+        const bool has_shaper = !bake.shaper.empty();
+        check_space(config, bake.source);
+        if (has_shaper)
+            check_space(config, bake.shaper);
+        if (has_shaper && bake.curve.empty())
+            throw_error(diagnostics::Code::USAGE, "a shaper needs its curve");
         const ConfigRcPtr carrier = config->createEditableCopy();
-        carrier->addColorSpace(make_source(*find_space(config, bake.source)));
-        const std::string& spaced_in = bake.shaper.empty() ? bake.source : bake.shaper;
-        carrier->addColorSpace(make_result(*find_space(config, spaced_in), bake));
-        return run_baker(carrier, bake, SOURCE, RESULT);
+        add_space(SOURCE, has_shaper ? make_curve(bake) : TransformRcPtr(), carrier);
+        add_space(SHAPER, {}, carrier);
+        add_space(RESULT, make_lut(bake), carrier);
+        return run_baker(carrier, bake, SOURCE, has_shaper ? SHAPER : "", RESULT);
     });
 }
 
