@@ -124,6 +124,8 @@ TEST_F(FailureCause, ATransformHasNoInverse) {
 }
 
 TEST_F(FailureCause, ALutOfASingleEntryHasNoInverse) {
+    if (std::string(ocio::get_version()).substr(0, 2) == "1.")
+        GTEST_SKIP() << "OpenColorIO 1 inverts no 3D LUT";
     const std::string cube = folder.write("luts/one.cube", "LUT_3D_SIZE 1\n0.5 0.5 0.5\n");
     const std::string grid = folder.write("luts/one.spi3d", "SPILUT 1.0\n3 3\n1 1 1\n0 0 0 0.5 0.5 0.5\n");
     for (const std::string& path : {cube, grid}) {
