@@ -79,10 +79,15 @@ bool is_own_user_text(const std::string& text) {
     return text.compare(0, DPX_NAME_PREFIX.size(), DPX_NAME_PREFIX) == 0;
 }
 
+/// Newer versions of OpenImageIO derive the name from these tags, which are looked at themselves.
+bool is_derived(const std::string& name, const OIIO::ImageSpec& spec) {
+    return spec.find_attribute("CICP") || name == spec.get_string_attribute("colorInteropID");
+}
+
 void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
-    if (is_named_by_transfer(spec))
-        return;
     const std::string name = spec.get_string_attribute(COLOR_SPACE);
+    if (is_named_by_transfer(spec) || is_derived(name, spec))
+        return;
     const bool is_assumed = std::any_of(std::begin(ASSUMED_NAMES), std::end(ASSUMED_NAMES),
                                         [&](const char* known) { return equals_ignoring_case(name, known); });
     // A gamma of 1 in the file becomes "Linear".

@@ -142,8 +142,11 @@ TEST_F(WrittenTags, AreLeftOutWhereTheUserLeftSomeLayers) {
                     HasSubstr("only some of its layers were converted: no color tags are written"))
             << choice.back();
         const OIIO::ImageSpec spec = read_image(path("out.exr")).spec;
-        for (const char* tag : {"chromaticities", "colorInteropID", "colorio:ColorSpace"})
+        for (const char* tag : {"chromaticities", "colorio:ColorSpace"})
             EXPECT_EQ(spec.find_attribute(tag), nullptr) << tag << " " << choice.back();
+        // Newer versions of OpenImageIO write that the color space is unknown.
+        EXPECT_THAT(spec.get_string_attribute("colorInteropID"), testing::AnyOf("", "unknown"))
+            << choice.back();
     }
 }
 
