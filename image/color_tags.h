@@ -48,8 +48,8 @@ struct ColorTags {
 /// there; an empty name removes it.
 void set_dpx_color_space(OIIO::ImageSpec& spec, const std::string& name);
 
-/// The tags of an image by the spec of one of its parts. What OpenImageIO assumes of a format, such as sRGB
-/// for every PNG file, is not a tag.
+/// The tags in the header of one part of an image. What OpenImageIO assumes about a format, such as sRGB for
+/// every PNG file, is not a tag.
 ColorTags find_color_tags(const OIIO::ImageSpec& spec);
 
 } // namespace image

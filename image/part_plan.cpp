@@ -51,8 +51,8 @@ std::vector<PlannedChannel> plan_all_channels(const OIIO::ImageSpec& input, cons
     return channels;
 }
 
-/// Places in the layer that a format of a single layer gets: the first of those that are converted or, when
-/// none is, the color of the input. Empty when there is no such layer.
+/// Places in the layer that a format with a single layer gets: the first converted layer, otherwise the first
+/// layer of the input with red, green and blue. Empty when the input has neither.
 std::vector<PlannedChannel> find_single_layer(const OIIO::ImageSpec& input, const PartPlan& plan) {
     if (!plan.layers.empty())
         return find_places(input, {plan.layers.front()});

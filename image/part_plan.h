@@ -52,8 +52,8 @@ struct PartPlan {
     Quantization quantization;        ///< After that; set when the depth of the file is known.
     diagnostics::Diagnostics notes;   ///< What the output format does not support; without a file.
 
-    /// Position of the part whose alpha layers have that have none in their own; ColorLayer::NONE if there
-    /// are no such layers.
+    /// Position of the part that contains the alpha of layers without one in their own part; ColorLayer::NONE
+    /// if every layer has its own.
     int find_alpha_part() const;
 };
 

@@ -34,7 +34,7 @@ private:
 /// time.
 class MemoryShare {
 public:
-    /// Without a budget there is no limit.
+    /// Without a budget any size is granted.
     explicit MemoryShare(MemoryBudget* budget = nullptr) : budget(budget) {}
     ~MemoryShare() { release(); }
     MemoryShare(const MemoryShare&) = delete;

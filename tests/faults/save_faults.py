@@ -220,7 +220,7 @@ def check_run(save, run, before, after, fault):
 
 
 def try_point(options, save, before, after, fault, at):
-    """Runs the save with one failing call; returns what is wrong, or None if there is no such call."""
+    """Runs the save with one failing call; returns what is wrong, or None if the save makes fewer calls."""
     with Place(options, save) as place:
         try:
             run = place.run(save.command, fault, at)
