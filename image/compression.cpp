@@ -137,8 +137,11 @@ void check_compression(const Compression& wanted, const std::string& format, con
 
 void set_compression(const Compression& wanted, const std::string& format, const std::string& path,
                      OIIO::ImageSpec& spec) {
-    if (wanted.method.empty() && !wanted.quality)
+    if (wanted.method.empty() && !wanted.quality) {
+        if (format == "png")
+            spec.erase_attribute(COMPRESSION); // so that the writer chooses
         return;
+    }
     std::string name = wanted.method;
     if (name.empty())
         name = spec.get_string_attribute(COMPRESSION);

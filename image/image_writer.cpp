@@ -103,6 +103,10 @@ bool ImageWriter::open_first_part(const std::vector<PartHeader>& parts, const Fo
     if (abilities.name == "png" && file) // OpenImageIO 2 does not write this chunk
         file->insert(PNG_COLOR_CHUNK_OFFSET, make_png_cicp_chunk(spec));
     spec.erase_attribute("CICP");
+    if (abilities.name == "png" && file && spec.get_string_attribute("compression").empty()) {
+        spec.attribute("png:compressionLevel", 0);
+        file->compress_png();
+    }
     return output->open(path, spec, OIIO::ImageOutput::Create);
 }
 

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "image/png_compressor.h"
+
 namespace image {
 
 namespace {
@@ -34,6 +36,19 @@ size_t transfer_all(size_t size, const Transfer& transfer) {
 
 } // namespace
 
+/// Compresses what is written, into the file.
+class OutputFile::Compressed : PngCompressor::Sink {
+public:
+    explicit Compressed(OutputFile& file) : file(file) {}
+
+    PngCompressor compressor{*this};
+
+private:
+    void take(const char* bytes, std::size_t size) noexcept override { file.write_here(bytes, size); }
+
+    OutputFile& file;
+};
+
 OutputFile::OutputFile(const std::string& path)
     : IOProxy(path, Write), descriptor(open(path.c_str(), O_RDWR | O_TRUNC | O_CLOEXEC)) {
     pending.reserve(BUFFER_SIZE);
@@ -54,12 +69,18 @@ std::string OutputFile::get_failure() const {
 }
 
 void OutputFile::remember_failure() const {
+    remember_failure(std::strerror(errno));
+}
+
+void OutputFile::remember_failure(const std::string& reason) const {
     std::lock_guard<std::mutex> lock(failure_mutex);
     if (failure.empty())
-        failure = std::strerror(errno);
+        failure = reason;
 }
 
 std::string OutputFile::finish() {
+    if (compressed && compressed->compressor.has_failed())
+        remember_failure("cannot compress its pixels");
     write_pending();
     if (descriptor >= 0 && ::close(descriptor) != 0)
         remember_failure();
@@ -96,18 +117,28 @@ void OutputFile::insert(int64_t offset, std::string bytes) {
     insertion_offset = offset;
 }
 
+void OutputFile::compress_png() {
+    compressed = std::make_unique<Compressed>(*this);
+}
+
 size_t OutputFile::write(const void* bytes, size_t size) {
-    const char* const begin = static_cast<const char*>(bytes);
+    if (compressed)
+        compressed->compressor.write(static_cast<const char*>(bytes), size);
+    else
+        write_here(static_cast<const char*>(bytes), size);
+    return size;
+}
+
+void OutputFile::write_here(const char* begin, size_t size) {
     const int64_t head = insertion_offset - m_pos;
     if (insertion.empty() || head < 0 || head > static_cast<int64_t>(size)) {
         append(begin, size);
-        return size;
+        return;
     }
     append(begin, static_cast<size_t>(head));
     append(insertion.data(), insertion.size());
     insertion.clear();
     append(begin + head, size - static_cast<size_t>(head));
-    return size;
 }
 
 void OutputFile::append(const char* begin, size_t size) {

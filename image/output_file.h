@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -20,6 +21,8 @@ public:
 
     /// Makes `write` insert `bytes` into the file at `offset`, which is not written yet.
     void insert(int64_t offset, std::string bytes);
+    /// Makes `write` compress the PNG file that it gets, uncompressed and in order.
+    void compress_png();
     /// Writes the rest of the buffer and closes the file. Returns the reason of the first failure; empty if
     /// the file is complete.
     std::string finish();
@@ -36,15 +39,21 @@ public:
     size_t size() const override;
 
 private:
+    class Compressed;
+
+    /// Writes at the current position, and what is to be inserted there.
+    void write_here(const char* bytes, size_t size);
     /// Writes through the buffer.
     void append(const char* bytes, size_t size);
     /// Writes without the buffer. Does nothing after a failure.
     void write_out(const char* bytes, size_t size, int64_t offset) const;
     void write_pending() const;
     void remember_failure() const;
+    void remember_failure(const std::string& reason) const;
 
     int descriptor;
-    std::string insertion; ///< Empty for none, or when it is written.
+    std::unique_ptr<Compressed> compressed; ///< Empty where the file is written as it comes.
+    std::string insertion;                  ///< Empty for none, or when it is written.
     int64_t insertion_offset = 0;
     mutable std::vector<char> pending; ///< Unwritten bytes that end at the current position.
     mutable std::string failure;

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <string_view>
 
+#include <zlib.h>
+
 namespace image {
 
 namespace {
@@ -45,15 +47,8 @@ std::string to_bytes(std::uint32_t value) {
     return bytes;
 }
 
-/// CRC-32 of annex D.
 std::uint32_t get_checksum(std::string_view bytes) {
-    std::uint32_t crc = 0xffffffff;
-    for (const char byte : bytes) {
-        crc ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc >> 1 ^ ((crc & 1) != 0 ? 0xedb88320 : 0);
-    }
-    return ~crc;
+    return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
 } // namespace
