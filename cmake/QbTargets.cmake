@@ -51,6 +51,17 @@ function(qb_compile_quickly target)
   endif()
 endfunction()
 
+# OpenImageIO's headers include those of fmt such that each file compiles all of it again, which takes 2 s, unless fmt was
+# included before.
+function(qb_include_fmt_first target)
+  target_compile_options(${target} PRIVATE "SHELL:-include fmt/format.h")
+endfunction()
+
+# The same for libraries with many sources that include OpenImageIO.
+function(qb_precompile_image_headers target)
+  target_precompile_headers(${target} PRIVATE <fmt/format.h> <OpenImageIO/imageio.h>)
+endfunction()
+
 # For code that never works on pixels: optimizing it more takes time and gains none.
 function(qb_optimize_little target)
   if(CMAKE_BUILD_TYPE STREQUAL Release)
