@@ -20,11 +20,11 @@ using diagnostics::fail;
 
 constexpr int MAX_PATIENCE = 24 * 60 * 60; ///< Seconds.
 
-void set_zoom(Camera& camera, const std::string& argument) {
-    if (argument == "fit")
-        camera.fit();
+void set_zoom(Viewer& viewer, const std::string& factor) {
+    if (factor == "fit")
+        viewer.get_camera().fit();
     else
-        camera.set_zoom(parse_factor(argument));
+        viewer.get_camera().set_zoom(parse_factor(factor));
 }
 
 void await_change(Viewer& viewer, const std::string& argument) {
@@ -78,16 +78,42 @@ const Items::Item& find_item(Viewer& viewer, const std::string& name) {
          workflow::did_you_mean(name, names));
 }
 
-void click(Viewer& viewer, const std::string& name, void (Hand::*click)(float, float)) {
+/// `METHOD` is the kind of click.
+template <void (Hand::*METHOD)(float, float)>
+void click(Viewer& viewer, const std::string& name) {
     const Items::Item& item = find_item(viewer, name);
-    (viewer.get_hand().*click)(item.x, item.y);
+    (viewer.get_hand().*METHOD)(item.x, item.y);
     viewer.act();
 }
 
-void drag(Viewer& viewer, const std::string& way, bool shift) {
+template <bool SHIFT>
+void drag(Viewer& viewer, const std::string& way) {
     const auto [x, y, to_x, to_y] = parse_numbers<4>(way);
-    viewer.get_hand().drag(x, y, to_x, to_y, shift);
+    viewer.get_hand().drag(x, y, to_x, to_y, SHIFT);
     viewer.act();
+}
+
+void turn_wheel(Viewer& viewer, const std::string& turn) {
+    const auto [x, y, notches] = parse_numbers<3>(turn);
+    viewer.get_hand().turn_wheel(x, y, notches);
+    viewer.act();
+}
+
+void press(Viewer& viewer, const std::string& key) {
+    viewer.get_items();
+    viewer.get_hand().press(key);
+    viewer.act();
+}
+
+void type(Viewer& viewer, const std::string& text) {
+    viewer.get_items();
+    viewer.get_hand().type(text);
+    viewer.act();
+}
+
+void drop(Viewer& viewer, const std::string& path) {
+    viewer.get_items();
+    viewer.drop({path});
 }
 
 void print_items(Viewer& viewer, const ScriptPrint& print) {
@@ -95,120 +121,99 @@ void print_items(Viewer& viewer, const ScriptPrint& print) {
         print(fmt::format("{:g} {:g} {}", item.x, item.y, item.name));
 }
 
+void show_next(Viewer& viewer, const std::string&) {
+    viewer.get_model().step_image(1);
+}
+
+template <ViewModel::Side SIDE>
+void set_view(Viewer& viewer, const std::string& label) {
+    viewer.get_model().set_view(SIDE, label);
+}
+
+void set_exposure(Viewer& viewer, const std::string& stops) {
+    viewer.get_model().set_exposure(static_cast<float>(parse_number(stops)));
+}
+
+void set_layout(Viewer& viewer, const std::string& name) {
+    viewer.get_model().set_layout(parse_layout(name));
+}
+
+void wipe(Viewer& viewer, const std::string& position) {
+    viewer.get_model().set_layout(Layout::WIPE);
+    viewer.get_model().set_wipe(parse_number(position));
+}
+
+void set_difference_scale(Viewer& viewer, const std::string& factor) {
+    viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
+}
+
+void pan(Viewer& viewer, const std::string& by) {
+    const auto [x, y] = parse_numbers<2>(by);
+    viewer.get_camera().pan(x, y);
+}
+
+void set_cursor(Viewer& viewer, const std::string& at) {
+    const auto [x, y] = parse_numbers<2>(at);
+    viewer.set_cursor(x, y);
+}
+
+void show_panels(Viewer& viewer, const std::string& shown) {
+    viewer.show_panels(parse_switch(shown));
+}
+
+void save_screenshot(Viewer& viewer, const std::string& path) {
+    viewer.save_screenshot(path);
+}
+
+using Run = decltype(ScriptCommand::run);
+
+/// ScriptCommand::run of an action without an argument or without output, or of a method of the model.
+template <void (*ACTION)(Viewer&, const std::string&)>
+constexpr Run run_with =
+    [](Viewer& viewer, const ScriptPrint&, const std::string& argument) { ACTION(viewer, argument); };
+template <void (*ACTION)(Viewer&, const ScriptPrint&)>
+constexpr Run print_with =
+    [](Viewer& viewer, const ScriptPrint& print, const std::string&) { ACTION(viewer, print); };
+template <auto METHOD>
+constexpr Run call_model = [](Viewer& viewer, const ScriptPrint&, const std::string& argument) {
+    (viewer.get_model().*METHOD)(argument);
+};
+
 } // namespace
 
 const std::vector<ScriptCommand>& get_script_commands() {
     static const std::vector<ScriptCommand> commands = {
-        {"open", "FILE", "show an image",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& path) { viewer.get_model().open(path); }},
-        {"next", "", "show the next image",
-         [](Viewer& viewer, const ScriptPrint&, const std::string&) { viewer.get_model().step_image(1); }},
-        {"space", "NAME", "set the input color space",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
-             viewer.get_model().set_input_space(name);
-         }},
-        {"cdl", "NAME", "apply a CDL",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
-             viewer.get_model().set_cdl(name);
-         }},
-        {"exposure", "STOPS", "set the exposure",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& stops) {
-             viewer.get_model().set_exposure(static_cast<float>(parse_number(stops)));
-         }},
-        {"view", "LABEL", "set the view",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& label) {
-             viewer.get_model().set_view(ViewModel::FIRST, label);
-         }},
-        {"second-view", "LABEL", "set the view to compare with",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& label) {
-             viewer.get_model().set_view(ViewModel::SECOND, label);
-         }},
-        {"layout", "NAME", "set the layout: single, wipe, two or difference",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& word) {
-             viewer.get_model().set_layout(parse_layout(word));
-         }},
-        {"wipe", "POSITION", "wipe between the views at a position from 0 to 1",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& position) {
-             viewer.get_model().set_layout(Layout::WIPE);
-             viewer.get_model().set_wipe(parse_number(position));
-         }},
-        {"difference-scale", "FACTOR", "multiply the differences shown",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& factor) {
-             viewer.get_model().set_difference_scale(static_cast<float>(parse_factor(factor)));
-         }},
-        {"zoom", "FACTOR", "set the zoom: screen pixels per image pixel, or 'fit'",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& factor) {
-             set_zoom(viewer.get_camera(), factor);
-         }},
-        {"pan", "X Y", "move the image by screen pixels",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& by) {
-             const auto [x, y] = parse_numbers<2>(by);
-             viewer.get_camera().pan(x, y);
-         }},
-        {"cursor", "X Y", "read the pixel at a screen position",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& at) {
-             const auto [x, y] = parse_numbers<2>(at);
-             viewer.set_cursor(x, y);
-         }},
-        {"panels", "on|off", "show or hide the panels",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& shown) {
-             viewer.show_panels(parse_switch(shown));
-         }},
-        {"items", "", "print the clickable items and their positions in the window",
-         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { print_items(viewer, print); }},
-        {"click", "NAME", "click an item of the panels",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
-             click(viewer, name, &Hand::click);
-         }},
-        {"double-click", "NAME", "double-click an item of the panels",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& name) {
-             click(viewer, name, &Hand::double_click);
-         }},
-        {"press", "KEY", "press a key: Enter, Escape, Up, Down and so on",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& key) {
-             viewer.get_items();
-             viewer.get_hand().press(key);
-             viewer.act();
-         }},
-        {"type", "TEXT", "type text",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& text) {
-             viewer.get_items();
-             viewer.get_hand().type(text);
-             viewer.act();
-         }},
-        {"drag", "X Y X Y", "drag the pointer between two positions in the window",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& way) { drag(viewer, way, false); }},
-        {"shift-drag", "X Y X Y", "the same with the Shift key held",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& way) { drag(viewer, way, true); }},
-        {"wheel", "X Y NOTCHES", "turn the mouse wheel at a position in the window",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& turn) {
-             const auto [x, y, notches] = parse_numbers<3>(turn);
-             viewer.get_hand().turn_wheel(x, y, notches);
-             viewer.act();
-         }},
-        {"drop", "FILE", "drop a file on the window",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
-             viewer.get_items();
-             viewer.drop({path});
-         }},
+        {"open", "FILE", "show an image", call_model<&ViewModel::open>},
+        {"next", "", "show the next image", run_with<show_next>},
+        {"space", "NAME", "set the input color space", call_model<&ViewModel::set_input_space>},
+        {"cdl", "NAME", "apply a CDL", call_model<&ViewModel::set_cdl>},
+        {"exposure", "STOPS", "set the exposure", run_with<set_exposure>},
+        {"view", "LABEL", "set the view", run_with<set_view<ViewModel::FIRST>>},
+        {"second-view", "LABEL", "set the view to compare with", run_with<set_view<ViewModel::SECOND>>},
+        {"layout", "NAME", "set the layout: single, wipe, two or difference", run_with<set_layout>},
+        {"wipe", "POSITION", "wipe between the views at a position from 0 to 1", run_with<wipe>},
+        {"difference-scale", "FACTOR", "multiply the differences shown", run_with<set_difference_scale>},
+        {"zoom", "FACTOR", "set the zoom: screen pixels per image pixel, or 'fit'", run_with<set_zoom>},
+        {"pan", "X Y", "move the image by screen pixels", run_with<pan>},
+        {"cursor", "X Y", "read the pixel at a screen position", run_with<set_cursor>},
+        {"panels", "on|off", "show or hide the panels", run_with<show_panels>},
+        {"items", "", "print the clickable items and their positions in the window", print_with<print_items>},
+        {"click", "NAME", "click an item of the panels", run_with<click<&Hand::click>>},
+        {"double-click", "NAME", "double-click an item of the panels", run_with<click<&Hand::double_click>>},
+        {"press", "KEY", "press a key: Enter, Escape, Up, Down and so on", run_with<press>},
+        {"type", "TEXT", "type text", run_with<type>},
+        {"drag", "X Y X Y", "drag the pointer between two positions in the window", run_with<drag<false>>},
+        {"shift-drag", "X Y X Y", "the same with the Shift key held", run_with<drag<true>>},
+        {"wheel", "X Y NOTCHES", "turn the mouse wheel at a position in the window", run_with<turn_wheel>},
+        {"drop", "FILE", "drop a file on the window", run_with<drop>},
         {"config", "FILE", "use an OCIO config; without a file, the built-in one",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
-             viewer.get_model().use_config(path);
-         }},
+         call_model<&ViewModel::use_config>},
         {"cdl-library", "FILE", "use the color corrections of a CDL file",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& path) {
-             viewer.get_model().use_cdl_library(path);
-         }},
-        {"await-change", "SECONDS", "wait until a changed file has been read again",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& seconds) {
-             await_change(viewer, seconds);
-         }},
-        {"print", "", "print the current state",
-         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { print_state(viewer, print); }},
-        {"compare", "", "print the difference between GPU and CPU",
-         [](Viewer& viewer, const ScriptPrint& print, const std::string&) { compare(viewer, print); }},
-        {"screenshot", "FILE", "save the screen as an image",
-         [](Viewer& viewer, const ScriptPrint&, const std::string& path) { viewer.save_screenshot(path); }},
+         call_model<&ViewModel::use_cdl_library>},
+        {"await-change", "SECONDS", "wait until a changed file has been read again", run_with<await_change>},
+        {"print", "", "print the current state", print_with<print_state>},
+        {"compare", "", "print the difference between GPU and CPU", print_with<compare>},
+        {"screenshot", "FILE", "save the screen as an image", run_with<save_screenshot>},
         {"quit", "", "end the viewer", nullptr},
     };
     return commands;
