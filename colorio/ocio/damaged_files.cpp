@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <string_view>
 
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/context_variables.h"
@@ -27,27 +26,13 @@ bool is_cdl_file(const std::string& path) {
     return extension == ".cc" || extension == ".ccc" || extension == ".cdl";
 }
 
-/// What the reader of the file's format says, without the preamble of OpenColorIO 2 or 1. Nothing is
-/// concluded from it.
-std::string quote_reader(const std::string& words) {
-    std::string quoted = words;
-    for (const std::string_view preamble : {"failed with: ", "could not be loaded. "}) {
-        const std::size_t end = words.find(preamble);
-        if (end != words.npos) {
-            quoted = words.substr(end + preamble.size());
-            break;
-        }
-    }
-    return diagnostics::flatten(quoted.substr(0, quoted.find("\n    '")));
-}
-
-/// `words` are OpenColorIO's: that it tried all formats, followed by the error of each reader.
+/// `words` are OpenColorIO's, quoted as they are: nothing is concluded from them.
 Diagnostic describe_damage(const std::string& path, const std::string& words) {
     const std::string version = find_newer_transform_version(path);
     return diagnostics::make_file_error(
         Code::LUT_DAMAGED,
         "the file '" + path + "' is " +
-            (version.empty() ? "damaged or of an unknown kind: " + quote_reader(words)
+            (version.empty() ? "damaged or of an unknown kind: " + diagnostics::flatten(words)
                              : "of version " + version + ", which needs a newer OpenColorIO"),
         path);
 }
