@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "colorio/ocio/types.h"
@@ -8,12 +7,8 @@
 
 namespace ocio {
 
-/// Error about a file of a file transform that is not found: the context variable without a value in its
-/// path, or the places where it was looked for. `source` is as the config spells it.
+/// Error about a file of a file transform that is not found: the context variable without a value in its path
+/// or in the search path, or the places where it was looked for. `source` is as the config spells it.
 diagnostics::Diagnostic describe_missing_file(const ConstConfigRcPtr& config, const std::string& source);
-
-/// Error about the first file transform of the config whose path contains a context variable without a value;
-/// empty if there is none.
-std::optional<diagnostics::Diagnostic> find_unset_variable(const ConstConfigRcPtr& config);
 
 } // namespace ocio

@@ -113,14 +113,17 @@ TEST_F(Check, NamesAllUnsetContextVariablesOfAPath) {
     EXPECT_EQ(failure.at("reason").at("hint"), "set them in the environment or in the config");
 }
 
-TEST_F(Check, HintsAtAnUnsetContextVariableOfTheSearchPath) {
+TEST_F(Check, NamesAnUnsetContextVariableOfTheSearchPath) {
     std::string config = SHOW_CONFIG + space("log", "!<FileTransform> {src: log.spi1d}");
     config.replace(config.find("search_path: luts"), 17, "search_path: $QB_TEST_UNSET/luts");
     folder.write("show.ocio", config);
     const json failure = check_json(1).at("failures").at(0);
-    EXPECT_EQ(failure.at("reason").at("code"), "lut-missing");
+    EXPECT_EQ(failure.at("reason").at("code"), "config-variable");
+    EXPECT_EQ(failure.at("reason").at("message"),
+              "the file 'log.spi1d' is missing: the context variable 'QB_TEST_UNSET' in the search path "
+              "'$QB_TEST_UNSET/luts' is not set");
     EXPECT_THAT(std::string(failure.at("reason").at("hint")),
-                EndsWith("; is the context variable 'QB_TEST_UNSET' of the search path set?"));
+                StartsWith("set it in the environment or in the config; searched paths: "));
 }
 
 TEST_F(Check, NamesAMissingLutAndWhereItWasSought) {
@@ -147,7 +150,7 @@ TEST_F(Check, NamesADamagedLut) {
     EXPECT_THAT(
         std::string(failure.at("reason").at("message")),
         AllOf(StartsWith("the file '" + path("luts/log.spi1d") + "' is damaged or of an unknown kind: "),
-              Not(HasSubstr("could not be loaded")), Not(HasSubstr("formats have been tried"))));
+              HasSubstr("Not enough entries found"), Not(HasSubstr("\n"))));
 }
 
 TEST_F(Check, NamesTheMembersOfACycle) {

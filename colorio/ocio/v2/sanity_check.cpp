@@ -1,10 +1,8 @@
 #include "colorio/ocio/sanity_check.h"
 
-#include <string_view>
-
 #include "colorio/ocio/config.h"
 #include "colorio/ocio/error.h"
-#include "colorio/ocio/missing_files.h"
+#include "colorio/ocio/unset_variables.h"
 #include "colorio/ocio/v2/config_views.h"
 
 namespace ocio {
@@ -31,24 +29,9 @@ std::string get_view_looks(const ConstConfigRcPtr& config, const std::string& di
     return config->getDisplayViewLooks(display.c_str(), view.c_str());
 }
 
-namespace {
-
-/// True when the library refuses the config for the same reason when the context variable has a value.
-bool is_refused_alike(const ConstConfigRcPtr& config, const std::string& variable, const char* words) {
-    const ConfigRcPtr copy = create_editable_copy(config);
-    copy->addEnvironmentVar(variable.c_str(), ".");
-    try {
-        copy->validate();
-        return false;
-    } catch (const Exception& exception) {
-        return std::string_view(exception.what()) == words;
-    }
-}
-
-} // namespace
-
 /// On a copy: the library remembers a failure but not always its reason, and demands a search path as soon as
-/// one file is named. The rules for version 1 are complete: the library would refuse more.
+/// one file is named. The rules for version 1 are complete: the library would refuse more. Unset variables
+/// are the cause if the config is valid without any; otherwise, what else is wrong is reported.
 void check_by_library(const ConstConfigRcPtr& config) {
     if (get_major_version(config) == 1)
         return;
@@ -58,10 +41,11 @@ void check_by_library(const ConstConfigRcPtr& config) {
     try {
         copy->validate();
     } catch (const Exception& exception) {
-        if (const auto unset = find_unset_variable(config))
-            if (!is_refused_alike(copy, unset->subject, exception.what()))
-                throw Error(*unset, exception.what());
-        throw;
+        const auto unset = find_unset_variable(copy);
+        if (!unset)
+            throw;
+        with_all_variables_set(copy)->validate();
+        throw Error(*unset, exception.what());
     }
 }
 

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "colorio/ocio/missing_files.h"
 #include "colorio/ocio/processor.h"
+#include "colorio/ocio/unset_variables.h"
 #include "tests/colorio/ocio/test_configs.h"
 #include "tests/support/env_guard.h"
 
@@ -41,7 +41,10 @@ protected:
 
     /// Why one color space cannot be converted to the other, when "log" comes of that transform.
     Diagnostic find(const std::string& transform, const char* from = "lin", const char* to = "log") {
-        const auto config = load(transform);
+        return find_in(load(transform), from, to);
+    }
+
+    static Diagnostic find_in(const ocio::ConstConfigRcPtr& config, const char* from, const char* to) {
         try {
             ocio::get_processor(config, from, to);
         } catch (const ocio::Exception& exception) {
@@ -71,6 +74,40 @@ TEST_F(FailureCause, AVariableWithoutAValueIsNamed) {
     const Diagnostic two = find("!<FileTransform> {src: \"$QB_TEST_SHOT/%QB_TEST_TAKE%.cube\"}");
     EXPECT_THAT(two.message, HasSubstr("'QB_TEST_SHOT', 'QB_TEST_TAKE'"));
     EXPECT_THAT(two.message, EndsWith("are not set"));
+}
+
+TEST_F(FailureCause, AVariableBehindOthersIsNamedWithThem) {
+    const EnvGuard luts("QB_TEST_LUTS", "$QB_TEST_SHOW/luts"), show("QB_TEST_SHOW", "%QB_TEST_SHOT%");
+    const Diagnostic cause = find("!<FileTransform> {src: $QB_TEST_LUTS/film.cube}");
+    EXPECT_EQ(cause.code, Code::CONFIG_VARIABLE);
+    EXPECT_EQ(cause.subject, "QB_TEST_SHOT");
+    EXPECT_THAT(
+        cause.message,
+        EndsWith("the context variable 'QB_TEST_SHOT' in the path '$QB_TEST_LUTS/film.cube' is not set "
+                 "(QB_TEST_LUTS -> QB_TEST_SHOW -> QB_TEST_SHOT)"));
+}
+
+TEST_F(FailureCause, AVariableOfTheSearchPathIsNamed) {
+    const EnvGuard luts("QB_TEST_LUTS", "$QB_TEST_SHOT/luts");
+    std::string text = START;
+    text.replace(text.find("luts"), 4, "luts:$QB_TEST_LUTS");
+    const auto config = test_configs::load(folder, text + "!<FileTransform> {src: film.cube}\n");
+    const Diagnostic cause = find_in(config, "lin", "log");
+    EXPECT_EQ(cause.code, Code::CONFIG_VARIABLE);
+    EXPECT_EQ(cause.subject, "QB_TEST_SHOT");
+    EXPECT_THAT(cause.message,
+                EndsWith("the file 'film.cube' is missing: the context variable 'QB_TEST_SHOT' "
+                         "in the search path '$QB_TEST_LUTS' is not set "
+                         "(QB_TEST_LUTS -> QB_TEST_SHOT)"));
+    EXPECT_THAT(cause.hint, HasSubstr("; searched paths: '" + folder.get_path() + "/luts/film.cube'"));
+}
+
+TEST_F(FailureCause, AFolderOfTheSearchPathMayLookLikeAVariable) {
+    folder.write("$QB_TEST_SHOT/luts/other.cube", "");
+    std::string text = START;
+    text.replace(text.find("luts"), 4, "$QB_TEST_SHOT/none");
+    const auto config = test_configs::load(folder, text + "!<FileTransform> {src: film.cube}\n");
+    EXPECT_EQ(find_in(config, "lin", "log").code, Code::LUT_MISSING);
 }
 
 TEST_F(FailureCause, UnsetVariablesAreFoundBeforeAConversion) {
