@@ -32,6 +32,11 @@ bool operator==(const Diagnostic& a, const Diagnostic& b) {
     return tie(a) == tie(b);
 }
 
+bool has_same_cause(const Diagnostic& a, const Diagnostic& b) {
+    return std::tie(a.code, a.subject, a.file, a.line, a.column) ==
+           std::tie(b.code, b.subject, b.file, b.line, b.column);
+}
+
 const Diagnostic* find_worst(const Diagnostics& list) {
     const auto worst =
         std::max_element(list.begin(), list.end(),

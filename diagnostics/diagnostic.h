@@ -28,6 +28,8 @@ struct Diagnostic {
 
 /// Compares every field.
 bool operator==(const Diagnostic& a, const Diagnostic& b);
+/// Whether both are about the same error at the same place, however severe and in any words.
+bool has_same_cause(const Diagnostic& a, const Diagnostic& b);
 
 /// In the order in which they were reported.
 using Diagnostics = std::vector<Diagnostic>;

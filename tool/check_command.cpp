@@ -23,16 +23,34 @@ void print_report(const workflow::CheckReport& report, Console& console) {
         console.print(line);
 }
 
-void print_findings(const workflow::ConfigFindings& findings, Console& console) {
-    console.print_heading(fmt::format("Config: {}", tool::describe(findings.source)));
+/// What was reported when the config was loaded, as part of the results.
+void print_messages(const workflow::ConfigFindings& findings, Console& console) {
     for (const auto& [message, times] : count_repeated(findings.messages))
         console.print(fmt::format("  {}: {}{}", get_name(message.severity), format_located(message),
                                   times > 1 ? fmt::format(" ({} times)", times) : ""));
     if (!findings.refusal)
-        return print_report(findings.report, console);
-    console.print(fmt::format("error: {}", findings.refusal->message));
+        return;
+    console.print(fmt::format("error: {}", format_located(*findings.refusal)));
     if (!findings.refusal->hint.empty())
         console.print(fmt::format("hint: {}", findings.refusal->hint));
+}
+
+/// The same as diagnostics in JSON.
+void report_messages(const workflow::ConfigFindings& findings, Console& console) {
+    for (const auto& [message, times] : count_repeated(findings.messages))
+        console.report(message);
+    if (findings.refusal)
+        console.report(*findings.refusal);
+}
+
+void print_findings(const workflow::ConfigFindings& findings, Console& console) {
+    console.print_heading(fmt::format("Config: {}", tool::describe(findings.source)));
+    if (console.writes_json_diagnostics())
+        report_messages(findings, console);
+    else
+        print_messages(findings, console);
+    if (!findings.refusal)
+        print_report(findings.report, console);
 }
 
 Json failures_to_json(const std::vector<workflow::CheckFailure>& failures) {

@@ -83,6 +83,7 @@ void Console::print(const std::string& line) {
 }
 
 void Console::print_text(const std::string& text) {
+    release();
     std::lock_guard<std::mutex> lock(mutex);
     errno = 0;
     out << text << '\n';
@@ -90,6 +91,7 @@ void Console::print_text(const std::string& text) {
 }
 
 void Console::finish() {
+    release();
     std::lock_guard<std::mutex> lock(mutex);
     const bool was_whole = out.good();
     if (!was_whole)
@@ -117,7 +119,35 @@ void Console::print_heading(const std::string& line) {
     print_text(bold ? BOLD + text + RESET : text);
 }
 
+void Console::hold(const diagnostics::Diagnostics& list) {
+    std::lock_guard<std::mutex> lock(mutex);
+    add_new(held, list);
+}
+
+void Console::release() {
+    diagnostics::Diagnostics list;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        list.swap(held);
+    }
+    for (const diagnostics::Diagnostic& diagnostic : list)
+        write(diagnostic);
+}
+
 void Console::report(const diagnostics::Diagnostic& diagnostic) {
+    if (diagnostic.severity == diagnostics::Severity::ERROR) {
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            held.erase(std::remove_if(held.begin(), held.end(),
+                                      [&](const auto& one) { return has_same_cause(one, diagnostic); }),
+                       held.end());
+        }
+        release();
+    }
+    write(diagnostic);
+}
+
+void Console::write(const diagnostics::Diagnostic& diagnostic) {
     if (quiet && diagnostic.severity == diagnostics::Severity::NOTE)
         return;
     if (json_diagnostics)
@@ -154,6 +184,7 @@ void Console::write_message(const char* color, const std::string& prefix, const 
 void Console::set_status(const std::string& text) {
     if (!shows_status())
         return;
+    release();
     std::lock_guard<std::mutex> lock(mutex);
     status = text;
     err << CLEAR_LINE << status;

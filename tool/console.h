@@ -40,6 +40,12 @@ public:
     /// Prints a note, warning or error to the stream of messages, followed by its hint.
     void report(const diagnostics::Diagnostic& diagnostic);
     void report(const diagnostics::Diagnostics& list);
+    /// Reports `list` later: with `release`, or before the next result, error or status. Those with the cause
+    /// of that error are left out, since it says the same.
+    void hold(const diagnostics::Diagnostics& list);
+    void release();
+    /// Whether `report` writes JSON.
+    bool writes_json_diagnostics() const { return json_diagnostics; }
     /// Prints a message of the log, which may have several lines.
     void show_log(const std::string& message);
     /// Makes `report` write JSON, one object per line, instead of text.
@@ -61,11 +67,13 @@ public:
 
 private:
     void check_output();
+    void write(const diagnostics::Diagnostic& diagnostic);
     void write_message(const char* color, const std::string& prefix, const std::string& message);
 
     std::ostream& out;
     std::ostream& err;
     ConsoleTraits traits;
+    diagnostics::Diagnostics held;
     std::string status;
     bool output_failed = false; ///< A failed write was reported.
     bool json_diagnostics = false;

@@ -131,6 +131,7 @@ ExitCode ConvertCommand::run(Console& console) {
     const ToolSession session(session_options, console);
     settle_source(session, console);
     const workflow::Conversion conversion(session, request);
+    console.release();
     console.report(conversion.get_notes());
     if (source_choice.explains)
         explain(session, conversion, console);

@@ -26,7 +26,7 @@ workflow::SessionOptions make_options(const SessionChoice& choice, Console& cons
 
 void report_notices(const workflow::Session& session, const SessionChoice& choice, Console& console) {
     if (!choice.verbose) // the log contains them
-        console.report(session.get_notices());
+        console.hold(session.get_notices());
 }
 
 ToolSession::ToolSession(const SessionChoice& choice, Console& console, workflow::PreferenceUse use)

@@ -21,10 +21,11 @@ std::string describe(const workflow::ConfigSource& source);
 /// session.
 workflow::SessionOptions make_options(const SessionChoice& choice, Console& console);
 
-/// Shows the notices of a session that `choice` started, unless the log shows them already.
+/// Gives the console the notices of a session that `choice` started, unless the log shows them already. They
+/// are shown before the first result, but not beside an error with the same cause.
 void report_notices(const workflow::Session& session, const SessionChoice& choice, Console& console);
 
-/// A session that reports its notices to the console when it starts. `console` must outlive it.
+/// A session whose notices the console holds from the start. `console` must outlive it.
 class ToolSession : public workflow::Session {
 public:
     ToolSession(const SessionChoice& choice, Console& console,

@@ -88,6 +88,7 @@ ExitCode ViewCommand::run(Console& console) {
 }
 
 void ViewCommand::report_source(const viewer::ViewModel& model, Console& console) const {
+    console.release();
     const std::string& path = wanted.images.front();
     if (!wanted.space.empty())
         return console.report(diagnostics::make_note(

@@ -55,6 +55,15 @@ TEST(DiagnosticList, HasNoErrorAmongNotesAndWarnings) {
     EXPECT_EQ(find_worst({}), nullptr);
 }
 
+TEST(DiagnosticCause, IsTheSameInOtherWords) {
+    Diagnostic warning = make_xml_fault();
+    warning.severity = Severity::WARNING;
+    warning.message = "the CDL is not available";
+    EXPECT_TRUE(has_same_cause(warning, make_xml_fault()));
+    warning.line = 4;
+    EXPECT_FALSE(has_same_cause(warning, make_xml_fault()));
+}
+
 TEST(DiagnosticList, TakesEachCauseOnceAtItsWorst) {
     Diagnostic warning = make_xml_fault();
     warning.severity = Severity::WARNING;

@@ -71,6 +71,21 @@ TEST_F(Check, ListsWhatTheModuleLogged) {
     EXPECT_THAT(check().out, HasSubstr("warning: the color space "));
 }
 
+TEST_F(Check, ReportsTheErrorsOfLoadingAsJsonWhereThatIsWanted) {
+    folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
+    const ToolRun refused = check({"--json-diagnostics"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_EQ(refused.out, "Config: " + path("show.ocio") + " (--config)\n");
+    const json error = json::parse(refused.err);
+    EXPECT_EQ(error.at("code"), "config-invalid");
+    EXPECT_EQ(error.at("file"), path("show.ocio"));
+    EXPECT_EQ(error.at("line"), 3);
+    write_config();
+    const ToolRun good = check({"--json-diagnostics"});
+    EXPECT_EQ(json::parse(good.err.substr(0, good.err.find('\n'))).at("code"), "mapping-color-space-unknown");
+    EXPECT_THAT(good.out, Not(HasSubstr("warning")));
+}
+
 TEST_F(Check, SaysTheErrorOfARefusedConfigurationOnce) {
     folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
     const json answer = check_json(1);

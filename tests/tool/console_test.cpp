@@ -73,6 +73,25 @@ TEST_F(ConsoleOutput, WritesDiagnosticsAsJsonWhereThatIsWanted) {
                          "\"line\":0,\"column\":0,\"message\":\"the file 'a' is missing\",\"hint\":\"\"}\n");
 }
 
+TEST_F(ConsoleOutput, HoldsWarningsBackUntilTheNextResult) {
+    tool::Console console(out, err, PIPES);
+    console.hold({diagnostics::make_warning(diagnostics::Code::CDL_UNKNOWN, "held", "own")});
+    console.report(diagnostics::make_note(diagnostics::Code::USAGE, "a note"));
+    EXPECT_EQ(err.str(), "a note\n");
+    console.print("a result");
+    console.print("another");
+    EXPECT_EQ(err.str(), "a note\ncolorio: warning: held\n");
+}
+
+TEST_F(ConsoleOutput, LeavesOutHeldWarningsWithTheCauseOfAnError) {
+    tool::Console console(out, err, PIPES);
+    console.hold({diagnostics::make_warning(diagnostics::Code::CDL_UNKNOWN, "held", "own"),
+                  diagnostics::make_warning(diagnostics::Code::CDL_UNKNOWN, "held too", "other")});
+    console.report(diagnostics::make_error(diagnostics::Code::CDL_UNKNOWN, "an error", "own"));
+    console.finish();
+    EXPECT_EQ(err.str(), "colorio: warning: held too\ncolorio: error: an error\n");
+}
+
 TEST_F(ConsoleOutput, HasColorOnlyOnATerminal) {
     tool::Console terminal(out, err, TERMINALS);
     terminal.print_heading("h");

@@ -13,6 +13,19 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 
+/// Diagnostics of any severity about the same error at the same place.
+int count_same_cause(const std::string& lines, const json& wanted) {
+    int count = 0;
+    for (const char* severity : {"error", "warning", "note"})
+        for (const json& diagnostic : parse_diagnostics(lines, severity)) {
+            bool is_same = true;
+            for (const char* key : {"code", "subject", "file", "line", "column"})
+                is_same = is_same && diagnostic.at(key) == wanted.at(key);
+            count += is_same ? 1 : 0;
+        }
+    return count;
+}
+
 class DiagnosticOf : public DiagnosticFiles, public testing::WithParamInterface<Fault> {
 protected:
     std::string expand(const std::string& text) const {
@@ -42,6 +55,7 @@ TEST_P(DiagnosticOf, TheCauseIsOneInJsonAndInText) {
     const std::vector<json> all = parse_diagnostics(as_json.err, fault.severity);
     ASSERT_EQ(all.size(), 1u) << as_json.err;
     const json& found = all.front();
+    EXPECT_EQ(count_same_cause(as_json.err, found), 1) << as_json.err;
     EXPECT_EQ(found.at("code"), fault.code) << found;
     EXPECT_EQ(found.at("file"), expand(fault.file)) << found;
     EXPECT_EQ(found.at("line"), fault.line) << found;
