@@ -21,4 +21,7 @@ public:
     /// Reads the ASC CDL file at `path`, as the module reads a CDL library. One valid color correction is
     /// enough.
     static Error check_cdl_library(const CoreString& path);
+    /// Sets line and column of an error whose file is an OCIO config where its subject is found there: a look
+    /// that a list of looks names (LOOK_UNKNOWN), or the definition of a member of a cycle (CONFIG_CYCLE).
+    static void locate_in_config(diagnostics::Diagnostic& error);
 };

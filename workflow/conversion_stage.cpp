@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
+#include "colorio/color_io_candidate.h"
 #include "colorio/color_io_constants.h"
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_inspection.h"
@@ -44,12 +45,14 @@ std::string get_config_file() {
     return is_in_library(file.get_data()) ? "" : file.get_data();
 }
 
-/// The same error; one of the config itself, which OpenColorIO does not locate, with the config as its file.
+/// The same error; one of the config itself, which OpenColorIO does not locate, with its place in the config.
 diagnostics::Diagnostic locate_in_config(diagnostics::Diagnostic error) {
     const bool is_of_config = error.code == Code::CONFIG_CYCLE || error.code == Code::CONFIG_TOO_COMPLEX ||
                               error.code == Code::LOOK_UNKNOWN;
-    if (is_of_config && error.file.empty())
+    if (is_of_config && error.file.empty()) {
         error.file = get_config_file();
+        ColorIOCandidate::locate_in_config(error);
+    }
     return error;
 }
 

@@ -9,6 +9,7 @@
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/config_location.h"
 #include "colorio/ocio/profile_version.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
@@ -77,6 +78,13 @@ ColorIOCandidate::Error ColorIOCandidate::check_config_of_environment() {
         if (Error error = find_file_error(path, Code::CONFIG_MISSING))
             return error;
     return judge_config(path, [] { return ocio::create_config_from_env(); });
+}
+
+void ColorIOCandidate::locate_in_config(diagnostics::Diagnostic& error) {
+    at_boundary(false, [&] {
+        ocio::locate_in_config(error);
+        return true;
+    });
 }
 
 ColorIOCandidate::Error ColorIOCandidate::check_cdl_library(const CoreString& path) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "colorio/ocio/config.h"
+#include "colorio/ocio/config_location.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/failure_cause.h"
 #include "colorio/ocio/guarded.h"
@@ -61,6 +62,11 @@ std::string find_missing_name(const ConstConfigRcPtr& config) {
     return {};
 }
 
+/// Whether no color space and no look of the config has the name.
+bool is_unknown(const ConstConfigRcPtr& config, const std::string& name) {
+    return !knows_space(config, name) && !config->getLook(name.c_str());
+}
+
 /// Throws the exception being handled, of checking the config of the file at `path`, with its cause.
 [[noreturn]] void rethrow_refusal(const ConstConfigRcPtr& config, const std::string& path) {
     try {
@@ -71,11 +77,14 @@ std::string find_missing_name(const ConstConfigRcPtr& config) {
         diagnostics::Diagnostic cause = error.get_cause();
         if (cause.file.empty())
             cause.file = path;
+        if (is_unknown(config, cause.subject))
+            locate_in_config(cause);
         throw Error(std::move(cause), error.what());
     } catch (const std::exception& exception) {
         diagnostics::Diagnostic cause = diagnostics::make_file_error(
             diagnostics::Code::CONFIG_INVALID, diagnostics::flatten(exception.what()), path);
         cause.subject = find_missing_name(config);
+        locate_in_config(cause);
         throw Error(std::move(cause), exception.what());
     }
 }

@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "colorio/ocio/config_text.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
 #include "colorio/ocio/types.h"
@@ -136,13 +137,11 @@ void require_bounded_yaml(const std::string& path) {
 }
 
 std::optional<YamlError> find_yaml_error(const std::string& path) {
-    constexpr std::string_view ARCHIVE_MARK = "PK";
-    std::ifstream file(path, std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (text.compare(0, ARCHIVE_MARK.size(), ARCHIVE_MARK) == 0)
+    const std::optional<std::string> text = read_config_text(path);
+    if (!text)
         return std::nullopt;
     try {
-        std::istringstream stream(text);
+        std::istringstream stream(*text);
         YAML::Parser parser(stream);
         Ignorer ignorer;
         // OpenColorIO reads one. The parser would find documents without end in the text ",".

@@ -21,6 +21,8 @@ colorspaces:
     ASSERT_TRUE(error);
     EXPECT_EQ(diagnostics::get_name(error->code), "config-invalid");
     EXPECT_EQ(error->subject, "log");
+    EXPECT_EQ(error->line, 3u);
+    EXPECT_EQ(error->column, 18u);
 }
 
 } // namespace
