@@ -29,10 +29,12 @@ std::string list_places(const ConstConfigRcPtr& config, const std::string& file)
     return "searched paths: " + places;
 }
 
-Diagnostic describe_missing(const ConstConfigRcPtr& config, const std::string& source,
-                            const std::string& resolved) {
+} // namespace
+
+Diagnostic describe_missing_file(const ConstConfigRcPtr& config, const std::string& source) {
     if (!find_unset_variables(config, source).empty())
-        return describe_unset_variables(config, source, "path");
+        return describe_unset_path(config, source);
+    const std::string resolved = resolve_variables(config, source);
     const std::string what = "the file '" + resolved + "' is missing";
     const std::string entry = is_absolute(resolved) ? "" : find_unset_search_entry(config);
     Diagnostic cause = entry.empty() ? diagnostics::make_error(Code::LUT_MISSING, what, source)
@@ -40,14 +42,6 @@ Diagnostic describe_missing(const ConstConfigRcPtr& config, const std::string& s
     if (!entry.empty())
         cause.message = what + ": " + cause.message;
     cause.hint += (cause.hint.empty() ? "" : "; ") + list_places(config, resolved);
-    return cause;
-}
-
-} // namespace
-
-Diagnostic describe_missing_file(const ConstConfigRcPtr& config, const std::string& source) {
-    const std::string resolved = resolve_variables(config, source);
-    Diagnostic cause = describe_missing(config, source, resolved);
     cause.file = resolved;
     return cause;
 }

@@ -9,7 +9,6 @@
 #include "colorio/ocio/config_side.h"
 #include "colorio/ocio/context_variables.h"
 #include "colorio/ocio/file_location.h"
-#include "colorio/ocio/missing_files.h"
 #include "colorio/ocio/transform_graph.h"
 #include "colorio/ocio/trimmed_text.h"
 #include "diagnostics/failure.h"
@@ -152,10 +151,16 @@ Diagnostic describe_unset_variables(const ConstConfigRcPtr& config, const std::s
     return cause;
 }
 
+Diagnostic describe_unset_path(const ConstConfigRcPtr& config, const std::string& source) {
+    Diagnostic cause = describe_unset_variables(config, source, "path");
+    cause.file = resolve_variables(config, source);
+    return cause;
+}
+
 std::optional<Diagnostic> find_unset_variable(const ConstConfigRcPtr& config) {
     for (const std::string& source : list_sources(config))
         if (!find_unset_variables(config, source).empty() && locate_file(config, source).empty())
-            return describe_missing_file(config, source);
+            return describe_unset_path(config, source);
     if (const std::string entry = find_unset_search_entry(config); !entry.empty())
         return describe_unset_variables(config, entry, "search path");
     return std::nullopt;

@@ -23,6 +23,10 @@ std::string find_unset_search_entry(const ConstConfigRcPtr& config);
 diagnostics::Diagnostic describe_unset_variables(const ConstConfigRcPtr& config, const std::string& text,
                                                  const std::string& place);
 
+/// The same for the path of a file transform, as the config spells it; the file is the path with all other
+/// variables replaced.
+diagnostics::Diagnostic describe_unset_path(const ConstConfigRcPtr& config, const std::string& source);
+
 /// Error about the first file transform of the config whose file is not found and whose path contains a
 /// context variable without a value, or about the search path; empty if there is none.
 std::optional<diagnostics::Diagnostic> find_unset_variable(const ConstConfigRcPtr& config);
