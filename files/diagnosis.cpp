@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace files {
 
@@ -29,8 +29,8 @@ Code get_code(const Failure& failure) {
 
 std::string get_reason(const Failure& failure) {
     if (failure.operation == Operation::READ && is_missing(failure))
-        return "no such file";
-    return failure.error_number == EISDIR ? "it is a folder" : failure.reason;
+        return diagnostics::NO_SUCH_FILE;
+    return failure.error_number == EISDIR ? diagnostics::IS_FOLDER : failure.reason;
 }
 
 diagnostics::Diagnostic to_diagnostic(const Failure& failure) {

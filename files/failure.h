@@ -25,9 +25,6 @@ Failure make_failure(const std::string& path, Operation operation, int error_num
 /// A failure because of a rule of this library.
 Failure make_refusal(const std::string& path, Operation operation, const std::string& reason);
 
-/// Reason for devices, pipes and sockets where a regular file is required.
-inline constexpr char NOT_A_REGULAR_FILE[] = "it exists and is not a regular file";
-
 /// A value, or the failure.
 template <class Value>
 class Result {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "diagnostics/file_failure.h"
 #include "files/retry.h"
 
 namespace files {
@@ -20,7 +21,7 @@ std::optional<Failure> check_kind(const std::string& path, const struct stat& st
         return std::nullopt;
     if (S_ISDIR(status.st_mode))
         return make_failure(path, Operation::READ, EISDIR);
-    return make_refusal(path, Operation::READ, NOT_A_REGULAR_FILE);
+    return make_refusal(path, Operation::READ, diagnostics::NOT_A_REGULAR_FILE);
 }
 
 } // namespace

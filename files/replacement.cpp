@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "diagnostics/file_failure.h"
 #include "files/leftovers.h"
 #include "files/links.h"
 #include "files/retry.h"
@@ -77,7 +78,7 @@ bool Replacement::open_target(const ReplacementRules& rules) {
     }
     const bool is_regular = S_ISREG(old.st_mode);
     if (!is_regular && !rules.writes_special_files)
-        return refuse(0, NOT_A_REGULAR_FILE);
+        return refuse(0, diagnostics::NOT_A_REGULAR_FILE);
     // A rename would replace a write-protected file, against its owner's intention.
     if (retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
         return false;
@@ -104,7 +105,7 @@ bool Replacement::open_folder() {
     if (folder.is_open())
         remove_leftovers(name);
     else if (errno == ENOENT)
-        return refuse(ENOENT, "no such folder");
+        return refuse(ENOENT, diagnostics::NO_SUCH_FOLDER);
     return folder.is_open() || errno == EACCES;
 }
 

@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace image {
 
@@ -70,10 +70,7 @@ Methods find_methods(const std::string& format) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason, const std::string& hint) {
-    throw diagnostics::Failure(
-        with_hint(diagnostics::make_file_error(diagnostics::Code::IMAGE_UNSUPPORTED,
-                                               fmt::format("cannot write '{}': {}", path, reason), path),
-                  hint));
+    diagnostics::fail_to_write(diagnostics::Code::IMAGE_UNSUPPORTED, path, reason, hint);
 }
 
 std::string list_names(const Methods& methods) {

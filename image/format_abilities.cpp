@@ -8,7 +8,7 @@
 #include <OpenImageIO/strutil.h>
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace image {
 
@@ -80,19 +80,16 @@ void check_channel_count(int channels, const FormatAbilities& abilities, const s
                               : channels == 2 ? abilities.has_gray_alpha
                                               : channels <= MOST_CHANNELS;
     if (!abilities.has_any_channels && !is_supported)
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                               fmt::format("cannot write '{}': {} does not support images of {} {}", path,
-                                           abilities.name, channels, channels == 1 ? "channel" : "channels"),
-                               path);
+        diagnostics::fail_to_write(diagnostics::Code::IMAGE_UNSUPPORTED, path,
+                                   fmt::format("{} does not support images of {} {}", abilities.name,
+                                               channels, channels == 1 ? "channel" : "channels"));
 }
 
 FormatAbilities get_format_abilities(const std::string& path) {
     const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
-    if (!output) {
-        diagnostics::fail_file(
-            diagnostics::Code::IMAGE_UNSUPPORTED,
-            fmt::format("cannot write '{}': {}", path, find_reason(path, OIIO::geterror())), path);
-    }
+    if (!output)
+        diagnostics::fail_to_write(diagnostics::Code::IMAGE_UNSUPPORTED, path,
+                                   find_reason(path, OIIO::geterror()));
     const auto supports = [&](const char* feature) { return output->supports(feature) != 0; };
     FormatAbilities abilities;
     abilities.name = output->format_name();

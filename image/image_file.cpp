@@ -6,7 +6,7 @@
 #include <OpenImageIO/sysutil.h>
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "image/png_color_chunks.h"
 #include "image/startable_threads.h"
 #include "image/truncation.h"
@@ -60,20 +60,19 @@ void fail_to_read(const std::string& path, std::string reason) {
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' '))
         reason.pop_back();
     std::replace(reason.begin(), reason.end(), '\n', ' ');
-    diagnostics::fail_file(
-        diagnostics::Code::IMAGE_UNREADABLE,
-        fmt::format("cannot read '{}': {}", path, reason.empty() ? "unknown reason" : reason), path);
+    diagnostics::fail_to_read(diagnostics::Code::IMAGE_UNREADABLE, path,
+                              reason.empty() ? "unknown reason" : reason);
 }
 
 ImageFile::ImageFile(const std::string& path) : path(path) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status))
-        fail_to_read(path, "no such file");
+        fail_to_read(path, diagnostics::NO_SUCH_FILE);
     if (std::filesystem::is_directory(status))
-        fail_to_read(path, "it is a folder");
+        fail_to_read(path, diagnostics::IS_FOLDER);
     if (!std::filesystem::is_regular_file(status)) // Reading a pipe or a device might never end.
-        fail_to_read(path, "it is not a regular file");
+        fail_to_read(path, diagnostics::NOT_A_REGULAR_FILE);
     const std::uint64_t file_bytes = std::filesystem::file_size(path, error);
     if (error)
         fail_to_read(path, error.message());

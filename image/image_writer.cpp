@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "image/format_abilities.h"
 #include "image/full_disk.h"
 #include "image/png_color_chunks.h"
@@ -82,8 +82,7 @@ void ImageWriter::fail(std::string reason) const {
     while (!reason.empty() && reason.back() == '\n')
         reason.pop_back();
     std::replace(reason.begin(), reason.end(), '\n', ' ');
-    diagnostics::fail_file(diagnostics::Code::IMAGE_UNWRITABLE,
-                           fmt::format("cannot write '{}': {}", name, reason), name);
+    diagnostics::fail_to_write(diagnostics::Code::IMAGE_UNWRITABLE, name, reason);
 }
 
 void ImageWriter::fail_with_format(const std::string& fallback) const {

@@ -5,7 +5,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace image {
 
@@ -123,10 +123,9 @@ void check_depth(const PixelDepth& depth, const std::string& format, const std::
     const std::vector<std::string>* const names = find_depths(format);
     if (!depth.is_known() || names == nullptr || contains(*names, depth.get_name()))
         return;
-    diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                           fmt::format("cannot write '{}': {} does not support {}, only {}", path, format,
-                                       depth.get_name(), fmt::join(*names, ", ")),
-                           path);
+    diagnostics::fail_to_write(
+        diagnostics::Code::IMAGE_UNSUPPORTED, path,
+        fmt::format("{} does not support {}, only {}", format, depth.get_name(), fmt::join(*names, ", ")));
 }
 
 } // namespace image

@@ -1,6 +1,6 @@
-#include "standalone/preferences.h"
 #include "tool/command.h"
 #include "tool/console.h"
+#include "workflow/user_preferences.h"
 
 namespace tool {
 
@@ -16,12 +16,7 @@ public:
                   EXAMPLES) {}
 
     ExitCode run(Console& console) override {
-        const CoreString path = PreferenceFile::get_default_path();
-        if (path.is_empty())
-            diagnostics::fail(diagnostics::Code::HOME_MISSING,
-                              "cannot locate the preferences file: no home folder",
-                              "set HOME or XDG_CONFIG_HOME, or use --prefs");
-        console.print(path.get_data());
+        console.print(workflow::get_default_preferences_path());
         return EXIT_CODE_DONE;
     }
 };

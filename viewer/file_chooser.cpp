@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace viewer {
 
@@ -166,11 +166,9 @@ std::optional<std::string> FileChooser::choose(const std::string& path) {
         return wanted.string();
     }
     const bool is_missing = status.type() == fs::file_type::not_found;
-    last_error = diagnostics::make_file_error(
-        is_missing ? Code::FILE_MISSING : Code::FILE_NOT_REGULAR,
-        fmt::format("'{}' {}", wanted.string(),
-                    is_missing ? "does not exist" : "is not a regular file or readable folder"),
-        wanted.string());
+    last_error = diagnostics::make_read_error(
+        is_missing ? Code::FILE_MISSING : Code::FILE_NOT_REGULAR, wanted.string(),
+        is_missing ? diagnostics::NO_SUCH_FILE : diagnostics::NOT_A_REGULAR_FILE);
     return {};
 }
 

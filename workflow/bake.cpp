@@ -10,7 +10,7 @@
 
 #include "colorio/color_io_lut_writer.h"
 #include "colorio/color_io_manager.h"
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "host/of/of_app.h"
 #include "workflow/lut_texts.h"
 #include "workflow/module_call.h"
@@ -119,9 +119,7 @@ void LutBaking::check_request() const {
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::path(request.path).parent_path();
     if (!folder.empty() && !std::filesystem::is_directory(folder, error))
-        diagnostics::fail_file(
-            Code::FILE_UNWRITABLE,
-            fmt::format("cannot write '{}': no folder '{}'", request.path, folder.string()), request.path);
+        diagnostics::fail_to_write(Code::FILE_UNWRITABLE, request.path, diagnostics::NO_SUCH_FOLDER);
 }
 
 bool LutBaking::is_between_spaces() const {

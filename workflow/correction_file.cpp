@@ -11,7 +11,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "workflow/correction_text.h"
@@ -183,7 +183,7 @@ std::vector<Correction> read_corrections(const std::string& path) {
             open.push_back({current.node.get_child(current.next_child++), 0});
     }
     if (corrections.empty())
-        fail_file(Code::CDL_INVALID, fmt::format("cannot read '{}': no ColorCorrection element", path), path);
+        diagnostics::fail_to_read(Code::CDL_INVALID, path, "no ColorCorrection element");
     return corrections;
 }
 

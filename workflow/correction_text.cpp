@@ -23,18 +23,12 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
     return parts;
 }
 
-float parse_part(std::string_view text) {
-    if (const auto value = parse_number(text))
-        return *value;
-    fail(Code::USAGE, fmt::format("'{}' is not a number", text));
-}
-
 void parse_triple(std::string_view text, const char* name, float (&values)[3]) {
     const std::vector<std::string_view> parts = split(text, ',');
     if (parts.size() != std::size(values))
         fail(Code::USAGE, fmt::format("{} takes three comma-separated numbers, not '{}'", name, text));
     for (std::size_t i = 0; i < parts.size(); ++i)
-        values[i] = parse_part(parts[i]);
+        values[i] = require_number(parts[i]);
 }
 
 } // namespace
@@ -49,6 +43,12 @@ std::optional<float> parse_number(std::string_view text) {
         return std::nullopt;
     const float result = static_cast<float>(value);
     return std::isfinite(result) ? std::optional(result) : std::nullopt;
+}
+
+float require_number(std::string_view text) {
+    if (const auto value = parse_number(text))
+        return *value;
+    fail(Code::USAGE, fmt::format("'{}' is not a number", text));
 }
 
 std::string format_number(float value) {
@@ -81,7 +81,7 @@ Correction parse_numbers(const std::string& text) {
     parse_triple(parts[0], "slope", correction.slope);
     parse_triple(parts[1], "offset", correction.offset);
     parse_triple(parts[2], "power", correction.power);
-    correction.saturation = parse_part(parts[3]);
+    correction.saturation = require_number(parts[3]);
     if (const std::string problem = find_invalid_number(correction); !problem.empty())
         fail(Code::USAGE, fmt::format("invalid CDL '{}': {}", text, problem));
     return correction;

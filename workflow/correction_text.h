@@ -13,6 +13,8 @@ namespace workflow {
 /// Parses all of `text` as a number, with '.' as the decimal point in every locale. Empty for other texts,
 /// infinities, NaN and numbers too large for a float.
 std::optional<float> parse_number(std::string_view text);
+/// The same. Throws diagnostics::Failure (USAGE) for anything else.
+float require_number(std::string_view text);
 
 /// The shortest decimal text that reads back as the same float.
 std::string format_number(float value);

@@ -135,12 +135,8 @@ void take_range(const CustomSpaceRequest& request, ColorSpaceDef& record) {
     if (!request.range.empty() && (request.range.size() < 2 || request.range.size() > most))
         fail(Code::USAGE, fmt::format("the range takes {} numbers for {}", most == 2 ? "2" : "2 or 3",
                                       request.allocation));
-    for (std::size_t i = 0; i < request.range.size(); ++i) {
-        const std::optional<float> number = parse_number(request.range[i]);
-        if (!number)
-            fail(Code::USAGE, fmt::format("'{}' is not a number", request.range[i]));
-        record.allocation_vars[i] = *number;
-    }
+    for (std::size_t i = 0; i < request.range.size(); ++i)
+        record.allocation_vars[i] = require_number(request.range[i]);
 }
 
 } // namespace

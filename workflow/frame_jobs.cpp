@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "workflow/frame_pattern.h"
 #include "workflow/frame_range.h"
 
@@ -74,8 +74,7 @@ FrameJobs find_frame_jobs(const std::string& input, const std::string& output, s
     } else {
         const std::vector<int> existing = input_pattern.find_existing_frames();
         if (existing.empty())
-            throw diagnostics::Failure(make_file_error(
-                Code::FRAMES_MISSING, fmt::format("cannot read '{}': no such frames", input), input));
+            diagnostics::fail_to_read(Code::FRAMES_MISSING, input, "no such frames");
         add_frames(existing, input_pattern, output_pattern, found);
         add_frames(find_gaps(existing), input_pattern, output_pattern, found);
     }

@@ -126,7 +126,7 @@ std::vector<int> FramePattern::find_existing_frames() const {
     if (error && error != std::errc::no_such_file_or_directory)
         diagnostics::fail_file(
             diagnostics::Code::FILE_UNREADABLE,
-            fmt::format("cannot list the folder '{}': {}", prefix.empty() ? "." : prefix, error.message()),
+            fmt::format("cannot read the folder '{}': {}", prefix.empty() ? "." : prefix, error.message()),
             prefix);
     std::vector<int> frames;
     for (; entries != fs::directory_iterator(); entries.increment(error))

@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "image/deep_pixels.h"
 #include "image/image_reader.h"
 #include "image/image_writer.h"
@@ -23,10 +23,9 @@ constexpr const char* DITHERED_DEPTHS[] = {"uint8", "uint10"};
 void check_dithering(const image::PixelDepth& depth, const std::string& output) {
     const std::string name = depth.get_name();
     if (std::find(std::begin(DITHERED_DEPTHS), std::end(DITHERED_DEPTHS), name) == std::end(DITHERED_DEPTHS))
-        diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                               fmt::format("cannot write '{}': {} cannot be dithered, only {}", output, name,
-                                           fmt::join(DITHERED_DEPTHS, ", ")),
-                               output);
+        diagnostics::fail_to_write(
+            diagnostics::Code::IMAGE_UNSUPPORTED, output,
+            fmt::format("{} cannot be dithered, only {}", name, fmt::join(DITHERED_DEPTHS, ", ")));
 }
 
 class ImageConversion {
@@ -80,10 +79,9 @@ void ImageConversion::settle_depth(const OIIO::ImageSpec& output_spec, image::Pa
     for (std::size_t i = 0; i < plan.channels.size() && wanted != OIIO::TypeUnknown; ++i) {
         const OIIO::TypeDesc type = output_spec.channelformat(static_cast<int>(i));
         if (plan.channels[i].layer != image::ColorLayer::NONE && type != wanted)
-            diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
-                                   fmt::format("cannot write '{}': {} does not support {}, only {}", output,
-                                               abilities.name, wanted.c_str(), type.c_str()),
-                                   output);
+            diagnostics::fail_to_write(
+                diagnostics::Code::IMAGE_UNSUPPORTED, output,
+                fmt::format("{} does not support {}, only {}", abilities.name, wanted.c_str(), type.c_str()));
     }
 }
 

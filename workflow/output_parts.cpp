@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 namespace workflow {
 
@@ -84,12 +84,10 @@ void check_deep_parts(const Headers& headers, const image::FormatAbilities& abil
     const auto count = std::count_if(headers.begin(), headers.end(),
                                      [](const image::PartHeader& part) { return part.spec.deep; });
     if (count > 0 && !abilities.has_deep)
-        diagnostics::fail_file(
-            diagnostics::Code::IMAGE_UNSUPPORTED,
-            fmt::format("cannot write '{}': {} does not support deep images; write an .exr file, or flatten "
-                        "'{}' first",
-                        output, abilities.name, input),
-            output);
+        diagnostics::fail_to_write(
+            diagnostics::Code::IMAGE_UNSUPPORTED, output,
+            fmt::format("{} does not support deep images; write an .exr file, or flatten '{}' first",
+                        abilities.name, input));
     if (count > 0 && count < static_cast<std::ptrdiff_t>(headers.size()))
         diagnostics::fail_file(diagnostics::Code::IMAGE_UNSUPPORTED,
                                fmt::format("cannot convert '{}': it has deep and flat parts, which "

@@ -9,6 +9,8 @@
 
 #include "colorio/color_io_candidate.h"
 #include "diagnostics/failure.h"
+#include "files/diagnosis.h"
+#include "files/input_file.h"
 #include "standalone/standalone_app.h"
 #include "workflow/cdl_library.h"
 #include "workflow/config_source.h"
@@ -67,7 +69,6 @@ bool parse_switch(const std::string& name, const std::string& value) {
 }
 
 std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const std::string& path) {
-    std::error_code error;
     switch (purpose) {
     case Purpose::CONFIG:
         return ColorIOCandidate::check_config_file(path.c_str());
@@ -76,13 +77,9 @@ std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const st
     case Purpose::MAPPING:
         break;
     }
-    if (std::filesystem::is_regular_file(path, error))
-        return std::nullopt;
-    return diagnostics::make_file_error(
-        Code::FILE_MISSING,
-        fmt::format("cannot read '{}': {}", path,
-                    std::filesystem::exists(path, error) ? "it is not a regular file" : "no such file"),
-        path);
+    if (const auto opened = files::open_for_reading(path); !opened)
+        return files::to_diagnostic(opened.get_failure());
+    return std::nullopt;
 }
 
 std::string make_absolute(const std::string& path) {

@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io_cdl_writer.h"
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 #include "workflow/correction_file.h"
 #include "workflow/correction_text.h"
 #include "workflow/module_call.h"
@@ -68,10 +68,8 @@ diagnostics::Diagnostics write_rounded_document(const std::string& path,
     for (const Correction& correction : corrections) {
         const std::string problem = find_invalid_number(round_numbers(correction));
         if (!problem.empty())
-            diagnostics::fail_file(
-                Code::CDL_INVALID,
-                fmt::format("cannot write '{}': with one decimal, {} in '{}'", path, problem, correction.id),
-                path);
+            diagnostics::fail_to_write(Code::CDL_INVALID, path,
+                                       fmt::format("with one decimal, {} in '{}'", problem, correction.id));
         records.append(make_cdl_record(correction, correction.id));
     }
     require_success("", Code::FILE_UNWRITABLE,

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "colorio/color_io.h"
+#include "diagnostics/file_failure.h"
 #include "host/parser/parser_entry.h"
 #include "standalone/preferences.h"
 #include "standalone/standalone_app.h"
@@ -20,18 +21,12 @@ std::string find_path(const SessionOptions& options, PreferenceUse use) {
     if (options.no_preferences)
         return "";
     if (options.preferences_path.empty()) {
-        const std::string path = PreferenceFile::get_default_path().get_data();
-        if (path.empty() && use == PreferenceUse::CHANGE)
-            throw NoHomeFailure(with_hint(
-                make_error(Code::HOME_MISSING, "cannot locate the preferences file: no home folder"),
-                "set HOME or XDG_CONFIG_HOME"));
-        return path;
+        return use == PreferenceUse::CHANGE ? get_default_preferences_path()
+                                            : PreferenceFile::get_default_path().get_data();
     }
     std::error_code error;
     if (use != PreferenceUse::CHANGE && !std::filesystem::exists(options.preferences_path, error))
-        diagnostics::fail_file(Code::FILE_MISSING,
-                               fmt::format("cannot read '{}': no such file", options.preferences_path),
-                               options.preferences_path);
+        diagnostics::fail_to_read(Code::FILE_MISSING, options.preferences_path, diagnostics::NO_SUCH_FILE);
     return options.preferences_path;
 }
 
@@ -50,6 +45,15 @@ Diagnostics make_warnings(Diagnostics reports) {
 }
 
 } // namespace
+
+std::string get_default_preferences_path() {
+    std::string path = PreferenceFile::get_default_path().get_data();
+    if (path.empty())
+        throw NoHomeFailure(
+            with_hint(make_error(Code::HOME_MISSING, "cannot locate the preferences file: no home folder"),
+                      "set HOME or XDG_CONFIG_HOME"));
+    return path;
+}
 
 UserPreferences::UserPreferences(const SessionOptions& options, PreferenceUse use)
     : path(find_path(options, use)), app(std::make_unique<StandaloneApp>()) {

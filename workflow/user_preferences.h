@@ -17,6 +17,9 @@ public:
     using Failure::Failure;
 };
 
+/// Path of the preferences file of the user, which need not exist. Throws NoHomeFailure.
+std::string get_default_preferences_path();
+
 /// The preferences file of a session, as read at its start. Uses no file with `no_preferences` and when the
 /// user has no home folder.
 class UserPreferences {

@@ -6,6 +6,7 @@
 #include "colorio/color_io_manager.h"
 #include "colorio/facade/color_io_log.h"
 #include "colorio/facade/module_boundary.h"
+#include "diagnostics/file_failure.h"
 #include "files/diagnosis.h"
 #include "host/sys/sys_filesystem.h"
 #include "xml/xml_node.h"
@@ -47,7 +48,7 @@ void report_unwritable(const CoreString& path, int error_number) {
     const files::Failure failure =
         error_number != 0
             ? files::make_failure(path.get_data(), files::Operation::WRITE, error_number)
-            : files::make_refusal(path.get_data(), files::Operation::WRITE, files::NOT_A_REGULAR_FILE);
+            : files::make_refusal(path.get_data(), files::Operation::WRITE, diagnostics::NOT_A_REGULAR_FILE);
     ColorIODiagnostics::report(files::to_diagnostic(failure));
 }
 

@@ -12,6 +12,7 @@
 #include "colorio/ocio/profile_version.h"
 #include "colorio/ocio/variable_check.h"
 #include "colorio/ocio/yaml_size.h"
+#include "diagnostics/file_failure.h"
 
 namespace ocio {
 
@@ -44,7 +45,7 @@ Handle without_processor_cache(const Handle& config) {
             diagnostics::make_file_error(Code::CONFIG_INVALID, diagnostics::flatten(words), path);
         if (!path.empty() && !names_built_in_config(path) && !file_state(path)) {
             cause.code = Code::CONFIG_MISSING;
-            cause.message = "no such file";
+            cause.message = diagnostics::NO_SUCH_FILE;
         } else if (const std::optional<YamlError> error = find_yaml_error(path)) {
             cause.message = error->reason;
             cause.line = error->line;

@@ -7,6 +7,7 @@
 
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/types.h"
+#include "diagnostics/file_failure.h"
 
 namespace ocio {
 
@@ -28,7 +29,8 @@ std::optional<FileState> file_state(const std::string& path) {
     if (stat(path.c_str(), &info) != 0)
         return std::nullopt;
     if (!S_ISREG(info.st_mode))
-        throw_file_error(diagnostics::Code::FILE_NOT_REGULAR, "'" + path + "' is not a regular file", path);
+        throw Error(diagnostics::make_read_error(diagnostics::Code::FILE_NOT_REGULAR, path,
+                                                 diagnostics::NOT_A_REGULAR_FILE));
     const auto age = Clock::now() - Clock::from_time_t(info.st_mtim.tv_sec) -
                      std::chrono::nanoseconds(info.st_mtim.tv_nsec);
     return FileState{info.st_dev,         info.st_ino,          info.st_size,

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "diagnostics/diagnostic.h"
-#include "diagnostics/failure.h"
+#include "diagnostics/file_failure.h"
 
 using namespace diagnostics;
 
@@ -83,6 +83,21 @@ TEST(FailureException, SaysItsWorstMessageAndCarriesAll) {
     EXPECT_STREQ(failure.what(), "grades.ccc:3:17: the element is not closed");
     EXPECT_EQ(failure.get_worst(), make_xml_fault());
     EXPECT_EQ(failure.get_diagnostics().size(), 2u);
+}
+
+TEST(FileFailure, SaysWhatFailedOnWhichFileAndWhy) {
+    EXPECT_EQ(make_read_error(Code::FILE_MISSING, "a.cc", NO_SUCH_FILE),
+              make_file_error(Code::FILE_MISSING, "cannot read 'a.cc': no such file", "a.cc"));
+    try {
+        fail_to_write(Code::IMAGE_UNSUPPORTED, "a.jpg", "jpeg does not support half", "use .exr");
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.get_worst(),
+                  with_hint(make_file_error(Code::IMAGE_UNSUPPORTED,
+                                            "cannot write 'a.jpg': jpeg does not support half", "a.jpg"),
+                            "use .exr"));
+        return;
+    }
+    FAIL() << "nothing thrown";
 }
 
 TEST(DiagnosticHint, LeavesTheRestAsItIs) {

@@ -1,3 +1,4 @@
+#include "diagnostics/file_failure.h"
 #include "files/diagnosis.h"
 
 #include <cerrno>
@@ -20,7 +21,7 @@ TEST(FileDiagnosis, TellsTheCausesOfFailedReadingApart) {
     EXPECT_EQ(code_of(files::make_failure("a", Operation::READ, ENOENT)), Code::FILE_MISSING);
     EXPECT_EQ(code_of(files::make_failure("a/b", Operation::READ, ENOTDIR)), Code::FILE_MISSING);
     EXPECT_EQ(code_of(files::make_failure("a", Operation::READ, EISDIR)), Code::FILE_NOT_REGULAR);
-    EXPECT_EQ(code_of(files::make_refusal("a", Operation::READ, files::NOT_A_REGULAR_FILE)),
+    EXPECT_EQ(code_of(files::make_refusal("a", Operation::READ, diagnostics::NOT_A_REGULAR_FILE)),
               Code::FILE_NOT_REGULAR);
     EXPECT_EQ(code_of(files::make_failure("a", Operation::READ, EFBIG)), Code::FILE_TOO_LARGE);
     EXPECT_EQ(code_of(files::make_failure("a", Operation::READ, EACCES)), Code::FILE_UNREADABLE);

@@ -77,7 +77,7 @@ TEST_F(PreferencesSet, RefusesWhatCannotBeUsed) {
     EXPECT_THAT(run({"prefs", "set", "cdl_library_file_path", path("bad.ocio")}),
                 FailsWith(1, HasSubstr("bad.ocio")));
     EXPECT_THAT(run({"prefs", "set", "color_space_by_extension_file_path", folder.get_path()}),
-                FailsWith(1, HasSubstr("not a regular file")));
+                FailsWith(1, HasSubstr("it is a folder")));
     EXPECT_THAT(run({"prefs", "set", "use_color_space_file", "maybe"}),
                 FailsWith(2, HasSubstr("; use yes or no")));
     EXPECT_THAT(run({"prefs", "set", "use_color_space_fiel", "no"}),

@@ -76,7 +76,7 @@ TEST_F(ChoiceOfAFile, LeavesOutWhatMayNeverEnd) {
     EXPECT_THAT(names_of(chooser), testing::Not(testing::Contains("pipe.ocio")));
     EXPECT_FALSE(chooser.choose_typed("pipe.ocio"));
     EXPECT_THAT(chooser.get_error().value().message,
-                HasSubstr("pipe.ocio' is not a regular file or readable folder"));
+                HasSubstr("pipe.ocio': it exists and is not a regular file"));
 }
 
 TEST_F(ChoiceOfAFile, GoesIntoFoldersAndUpAgain) {
@@ -132,15 +132,15 @@ TEST_F(ChoiceOfAFile, TakesATypedPath) {
 
 TEST_F(ChoiceOfAFile, SaysWhatIsWrongWithATypedPathAndStays) {
     EXPECT_FALSE(chooser.choose_typed("none.ocio"));
-    EXPECT_EQ(chooser.get_error().value().message, "'" + folder.file("show/none.ocio") + "' does not exist");
+    EXPECT_EQ(chooser.get_error().value().message,
+              "cannot read '" + folder.file("show/none.ocio") + "': no such file");
     EXPECT_EQ(chooser.get_error()->code, Code::FILE_MISSING);
     EXPECT_EQ(chooser.get_error()->file, folder.file("show/none.ocio"));
     EXPECT_FALSE(chooser.choose_typed("b.ocio/inside"));
     EXPECT_THAT(chooser.get_error().value().message, HasSubstr("b.ocio/inside"));
     fs::create_symlink("loop", folder.file("show/loop"));
     EXPECT_FALSE(chooser.choose_typed("loop"));
-    EXPECT_THAT(chooser.get_error().value().message,
-                HasSubstr("loop' is not a regular file or readable folder"));
+    EXPECT_THAT(chooser.get_error().value().message, HasSubstr("loop': it exists and is not a regular file"));
     EXPECT_EQ(chooser.get_error()->code, Code::FILE_NOT_REGULAR);
     EXPECT_EQ(chooser.get_folder(), folder.file("show"));
     EXPECT_THAT(names_of(chooser), ElementsAre("luts/", "Versions/", "A.OCIO", "b.ocio"));

@@ -71,7 +71,7 @@ TEST_F(LutWords, AMissingFileIsLeftToTheLibrary) {
 
 TEST_F(LutWords, AFolderIsNoTable) {
     EXPECT_EQ(refusal_of([&] { ocio::require_readable_lut(folder_.get_path()); }),
-              "'" + folder_.get_path() + "' is not a regular file");
+              "cannot read '" + folder_.get_path() + "': it exists and is not a regular file");
 }
 
 } // namespace

@@ -67,7 +67,7 @@ TEST_F(YamlSize, IsNotAskedOfAPipe) {
     const std::string path = folder_.file("pipe.ocio");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(refusal_of([&] { ocio::create_config_from_file(path.c_str()); }),
-              "'" + path + "' is not a regular file");
+              "cannot read '" + path + "': it exists and is not a regular file");
 }
 
 } // namespace
