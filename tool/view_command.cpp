@@ -18,6 +18,7 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio view render.exr
   colorio view a.exr b.png --config show.ocio --view "sRGB.Film"
   colorio view render.exr --exposure 1.5 --second-view "sRGB.Raw" --layout wipe
+  colorio view graded.png --inverse-view "sRGB.Film" --view "P3.Film" --config show.ocio
   colorio view render.exr --size 1920x1080 --screenshot render.png
   colorio view render.exr --script tour.txt
 
@@ -33,6 +34,7 @@ public:
     ExitCode run(Console& console) override;
 
 private:
+    void check_views() const;
     void report_source(const viewer::ViewModel& model, Console& console) const;
 
     ConversionChoice request; ///< Its steps alone.
@@ -48,14 +50,17 @@ ViewCommand::ViewCommand(Options& program)
     add_session_options();
     options.add("--from,--space", wanted.space,
                 "color space of the first image (default: from its tags and file rules)");
+    options.add("--inverse-view", wanted.inverse_view,
+                "view that the first image was made for; it is inverted to scene-linear", "DISPLAY.VIEW");
     options.add("--cdl-library", wanted.cdl_library, "ASC CDL file whose color corrections are listed",
                 "FILE");
     add_step_options(options, request);
     add_source_space_options(options, source_choice);
     options.add("--exposure", wanted.exposure, "exposure in stops, applied in scene-linear (default: 0)",
                 "STOPS");
+    options.add("--display", wanted.display, "display of the view; needs --view");
     options.add("--view", wanted.views[viewer::ViewModel::FIRST],
-                "view to use (default: the config's default view)", "DISPLAY.VIEW");
+                "view to use: VIEW of --display, or DISPLAY.VIEW (default: the config's default view)");
     options.add("--second-view", wanted.views[viewer::ViewModel::SECOND], "view to compare it with",
                 "DISPLAY.VIEW");
     options.add("--layout", wanted.layout, "arrangement of the views (default: single)")
@@ -73,6 +78,7 @@ ViewCommand::ViewCommand(Options& program)
 ExitCode ViewCommand::run(Console& console) {
     viewer::parse_size(wanted.size); // before the config is loaded
     take_steps(request);
+    check_views();
     if (no_window && wanted.script.empty() && wanted.screenshot.empty())
         throw UsageError("--no-window needs --script or --screenshot");
     wanted.steps = request.steps;
@@ -87,13 +93,20 @@ ExitCode ViewCommand::run(Console& console) {
     return EXIT_CODE_DONE;
 }
 
+void ViewCommand::check_views() const {
+    if (!wanted.space.empty() && !wanted.inverse_view.empty())
+        throw UsageError("--from and --inverse-view cannot be combined");
+    if (!wanted.display.empty() && wanted.views[viewer::ViewModel::FIRST].empty())
+        throw UsageError("--display needs --view");
+}
+
 void ViewCommand::report_source(const viewer::ViewModel& model, Console& console) const {
     console.release();
     const std::string& path = wanted.images.front();
-    if (!wanted.space.empty())
+    if (!wanted.space.empty() || !wanted.inverse_view.empty())
         return console.report(diagnostics::make_note(
             diagnostics::Code::COLOR_SPACE_CHOSEN,
-            fmt::format("{}: {} ({})", path, model.get_settings(viewer::ViewModel::FIRST).input_space,
+            fmt::format("{}: {} ({})", path, model.get_settings(viewer::ViewModel::FIRST).describe_source(),
                         model.get_space_reason())));
     const workflow::FileSpace& found = model.get_file_space();
     report_source_space(path, found, source_choice, console);

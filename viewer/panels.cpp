@@ -125,8 +125,8 @@ void Panels::show_images(ViewModel& model) {
 void Panels::show_colors(ViewModel& model) {
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     std::string chosen;
-    if (choose(items, "Input color space", model.get_live_config().get_spaces(), settings.input_space, filter,
-               chosen))
+    if (choose(items, "Input color space", model.get_live_config().get_spaces(), settings.describe_source(),
+               filter, chosen))
         attempt([&] { model.set_input_space(chosen); });
     widgets::show_secondary_text(model.get_space_reason());
 

@@ -50,12 +50,14 @@ void apply_options(const RunOptions& options, ViewModel& model) {
     model.open(options.images.front());
     if (!options.space.empty())
         model.set_input_space(options.space);
+    if (!options.inverse_view.empty())
+        model.set_inverse_view(options.inverse_view);
     if (!options.cdl_library.empty())
         model.use_cdl_library(options.cdl_library);
     apply_steps(options.steps, model);
     for (const ViewModel::Side side : {ViewModel::FIRST, ViewModel::SECOND})
         if (!options.views[side].empty())
-            model.set_view(side, options.views[side]);
+            model.set_view(side, options.views[side], side == ViewModel::FIRST ? options.display : "");
     model.set_exposure(options.exposure);
     model.set_layout(parse_layout(options.layout));
 }

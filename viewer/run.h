@@ -14,15 +14,17 @@ namespace viewer {
 struct RunOptions {
     std::vector<std::string> images; ///< At least one; the first is shown.
     std::string space;               ///< Its color space; empty for that of the rule for files.
+    std::string inverse_view;        ///< The view that it is the result of; empty for none.
     std::string cdl_library;         ///< ASC CDL file whose color corrections are listed; may be empty.
     std::vector<workflow::ColorStep> steps;
     float exposure = 0;                       ///< In stops.
-    std::string views[ViewModel::SIDE_COUNT]; ///< Empty for the default.
-    std::string layout = "single";            ///< As `parse_layout` takes it.
-    double zoom = 0;                          ///< Screen pixels per image pixel; 0 to fit the window.
-    std::string size = "1280x800";            ///< Of the window, as `parse_size` takes it.
-    std::string screenshot;                   ///< Image file to write; may be empty.
-    std::string script;                       ///< File with commands; may be empty.
+    std::string views[ViewModel::SIDE_COUNT]; ///< Labels; empty for the default.
+    std::string display;           ///< Of the first view, which is then named without it; empty for a label.
+    std::string layout = "single"; ///< As `parse_layout` takes it.
+    double zoom = 0;               ///< Screen pixels per image pixel; 0 to fit the window.
+    std::string size = "1280x800"; ///< Of the window, as `parse_size` takes it.
+    std::string screenshot;        ///< Image file to write; may be empty.
+    std::string script;            ///< File with commands; may be empty.
     bool has_window = true;
 };
 

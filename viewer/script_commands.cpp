@@ -1,5 +1,6 @@
 #include "viewer/script_commands.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -37,14 +38,27 @@ void await_change(Viewer& viewer, const std::string& argument) {
         fail(Code::SCRIPT_FAILED, fmt::format("no file changed within {} s", argument));
 }
 
+/// The CDL of the panels and the steps, in the order of their application.
+void print_steps(const ViewModel& model, const std::string& cdl, const ScriptPrint& print) {
+    std::vector<workflow::ColorStep> steps = model.get_steps();
+    if (cdl != model.get_live_config().get_default_cdl())
+        steps.insert(steps.begin(), {workflow::ColorStep::CDL, cdl});
+    if (std::none_of(steps.begin(), steps.end(),
+                     [](const workflow::ColorStep& step) { return step.kind == workflow::ColorStep::CDL; }))
+        print("CDL: none");
+    for (const workflow::ColorStep& step : steps)
+        print(fmt::format("{}: {}{}", get_kind_name(step.kind), step.is_inverse ? "inverse of " : "",
+                          step.name));
+}
+
 void print_state(Viewer& viewer, const ScriptPrint& print) {
     ViewModel& model = viewer.get_model();
     model.get_conversion(ViewModel::FIRST); // Errors of the conversion are printed too.
     const ColorSettings settings = model.get_settings(ViewModel::FIRST);
     print(fmt::format("image: {}", model.get_image() ? model.get_image()->path : ""));
     print(fmt::format("config: {}", model.get_live_config().get_config_name()));
-    print(fmt::format("color space: {} ({})", settings.input_space, model.get_space_reason()));
-    print(fmt::format("cdl: {}", settings.cdl));
+    print(fmt::format("color space: {} ({})", settings.describe_source(), model.get_space_reason()));
+    print_steps(model, settings.cdl, print);
     print(fmt::format("exposure: {:g}", settings.exposure));
     print(fmt::format("view: {}", settings.view));
     print(fmt::format("second view: {}", model.get_settings(ViewModel::SECOND).view));
@@ -186,6 +200,8 @@ const std::vector<ScriptCommand>& get_script_commands() {
         {"open", "FILE", "show an image", call_model<&ViewModel::open>},
         {"next", "", "show the next image", run_with<show_next>},
         {"space", "NAME", "set the input color space", call_model<&ViewModel::set_input_space>},
+        {"inverse-view", "LABEL", "invert the view that the image was made for",
+         call_model<&ViewModel::set_inverse_view>},
         {"cdl", "NAME", "apply a CDL", call_model<&ViewModel::set_cdl>},
         {"exposure", "STOPS", "set the exposure", run_with<set_exposure>},
         {"view", "LABEL", "set the view", run_with<set_view<ViewModel::FIRST>>},

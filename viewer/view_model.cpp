@@ -58,11 +58,12 @@ void ViewModel::step_image(int by) {
 void ViewModel::take_space_of_image(const std::shared_ptr<const Image>& former) {
     if (!get_image() || (former && former->path == get_image()->path))
         return;
-    space_is_chosen = false;
     take_space_of_file();
 }
 
 void ViewModel::take_space_of_file() {
+    space_is_chosen = false;
+    inverse_view.clear();
     const std::shared_ptr<const Image>& shown = get_image();
     file_space =
         workflow::find_file_space(shown ? shown->path : "", shown ? std::optional(shown->tags) : std::nullopt,
@@ -73,6 +74,16 @@ void ViewModel::take_space_of_file() {
 
 void ViewModel::set_input_space(const std::string& name) {
     input_space = workflow::resolve_color_space(live_config.get_session(), name).label;
+    inverse_view.clear();
+    space_reason = "chosen";
+    space_is_chosen = true;
+}
+
+void ViewModel::set_inverse_view(const std::string& label) {
+    workflow::ConversionRequest request;
+    request.inverse_view = workflow::resolve_view(live_config.get_session(), "", label).label;
+    const workflow::Conversion trial(live_config.get_session(), request); // throws without an inverse
+    inverse_view = request.inverse_view;
     space_reason = "chosen";
     space_is_chosen = true;
 }
@@ -86,8 +97,7 @@ void ViewModel::set_cdl(const std::string& name) {
 }
 
 void ViewModel::set_steps(std::vector<workflow::ColorStep> wanted) {
-    workflow::ConversionRequest request;
-    request.from = input_space;
+    workflow::ConversionRequest request = make_request();
     request.steps = wanted;
     const workflow::Conversion trial(live_config.get_session(),
                                      request); // throws where a step cannot be made
@@ -96,21 +106,30 @@ void ViewModel::set_steps(std::vector<workflow::ColorStep> wanted) {
         configured.key.reset();
 }
 
-void ViewModel::set_view(Side side, const std::string& label) {
-    views[side] = workflow::resolve_view(live_config.get_session(), "", label).label;
+void ViewModel::set_view(Side side, const std::string& view, const std::string& display) {
+    views[side] = workflow::resolve_view(live_config.get_session(), display, view).label;
 }
 
 ColorSettings ViewModel::get_settings(Side side) const {
-    return {input_space, cdl, views[side], exposure};
+    return {input_space, cdl, views[side], exposure, inverse_view};
 }
 
 bool ViewModel::Key::operator==(const Key& other) const {
-    return revision == other.revision && input_space == other.input_space && cdl == other.cdl &&
-           view == other.view && takes_exposure == other.takes_exposure;
+    return revision == other.revision && input_space == other.input_space &&
+           inverse_view == other.inverse_view && cdl == other.cdl && view == other.view &&
+           takes_exposure == other.takes_exposure;
 }
 
 ViewModel::Key ViewModel::make_key(Side side) const {
-    return {live_config.get_revision(), input_space, cdl, views[side], exposure != 0};
+    return {live_config.get_revision(), input_space, inverse_view, cdl, views[side], exposure != 0};
+}
+
+/// With the source alone.
+workflow::ConversionRequest ViewModel::make_request() const {
+    workflow::ConversionRequest request;
+    (inverse_view.empty() ? request.from : request.inverse_view) =
+        inverse_view.empty() ? input_space : inverse_view;
+    return request;
 }
 
 std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side) {
@@ -120,8 +139,7 @@ std::shared_ptr<const workflow::Conversion> ViewModel::get_conversion(Side side)
         return cached.conversion;
     cached.key = key;
     cached.error.reset();
-    workflow::ConversionRequest request;
-    request.from = input_space;
+    workflow::ConversionRequest request = make_request();
     request.view = views[side];
     if (cdl != live_config.get_default_cdl())
         request.steps.push_back({workflow::ColorStep::CDL, cdl});
@@ -164,11 +182,13 @@ std::vector<std::string> ViewModel::use_existing_names() {
         if (!former.empty() && former != now)
             replaced.push_back(fmt::format("{} '{}' no longer exists, using '{}'", kind, former, now));
     };
-    if (!space_is_chosen || !workflow::find_color_space(input_space)) {
-        const std::string former = space_is_chosen ? input_space : "";
-        space_is_chosen = false;
+    const bool exists = inverse_view.empty() ? workflow::find_color_space(input_space).has_value()
+                                             : holds(live_config.get_views(), inverse_view);
+    if (!space_is_chosen || !exists) {
+        const char* const kind = inverse_view.empty() ? "color space" : "inverted view";
+        const std::string former = space_is_chosen ? inverse_view.empty() ? input_space : inverse_view : "";
         take_space_of_file();
-        note_replaced("color space", former, input_space);
+        note_replaced(kind, former, input_space);
     }
     const auto replace = [&](const char* kind, const std::vector<std::string>& names, std::string& name,
                              const std::string& standard) {

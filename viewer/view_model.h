@@ -43,11 +43,16 @@ public:
 
     // Colors, by the module's names; color spaces also by role and without a family.
 
+    /// The next two hold for the image shown, and replace each other.
     void set_input_space(const std::string& name);
+    /// The image is the result of that view. Throws when the view cannot be inverted.
+    void set_inverse_view(const std::string& label);
     void set_cdl(const std::string& name);
     /// What else is done to colors on their way to both views, after the CDL. Throws when it cannot be done.
     void set_steps(std::vector<workflow::ColorStep> wanted);
-    void set_view(Side side, const std::string& label);
+    const std::vector<workflow::ColorStep>& get_steps() const { return steps; }
+    /// A view by its label or, with `display`, by its name there.
+    void set_view(Side side, const std::string& view, const std::string& display = "");
     void set_exposure(float stops) { exposure = stops; }
     ColorSettings get_settings(Side side) const;
     /// The rule that chose the input color space.
@@ -108,6 +113,7 @@ private:
     struct Key {
         unsigned int revision;
         std::string input_space;
+        std::string inverse_view;
         std::string cdl;
         std::string view;
         bool takes_exposure;
@@ -120,6 +126,7 @@ private:
         Error error;
     };
     Key make_key(Side side) const;
+    workflow::ConversionRequest make_request() const;
 
     workflow::LiveConfig& live_config;
     FileWatcher watcher;
@@ -127,6 +134,7 @@ private:
     unsigned int revision = 0;             ///< Of the live config, as last taken over.
     ImageList images;
     std::string input_space;
+    std::string inverse_view; ///< Instead of the input space; empty for none.
     std::string space_reason;
     bool space_is_chosen = false;
     workflow::FileSpace file_space;

@@ -6,16 +6,23 @@ namespace viewer {
 
 /// The color settings, by the names that the module publishes.
 struct ColorSettings {
-    std::string input_space; ///< Label of "color_space" that the image is in.
-    std::string cdl;         ///< Name of "color_decision_list".
-    std::string view;        ///< Label of "view_transform"; empty: unconverted values.
-    float exposure = 0;      ///< Stops.
+    std::string input_space;  ///< Label of "color_space" that the image is in.
+    std::string cdl;          ///< Name of "color_decision_list".
+    std::string view;         ///< Label of "view_transform"; empty: unconverted values.
+    float exposure = 0;       ///< Stops.
+    std::string inverse_view; ///< Label of the view that the image is the result of, instead of the input
+                              ///< color space; empty for none.
 
     bool operator==(const ColorSettings& other) const {
         return input_space == other.input_space && cdl == other.cdl && view == other.view &&
-               exposure == other.exposure;
+               exposure == other.exposure && inverse_view == other.inverse_view;
     }
     bool operator!=(const ColorSettings& other) const { return !(*this == other); }
+
+    /// What the image is in, for display.
+    std::string describe_source() const {
+        return inverse_view.empty() ? input_space : "inverse of " + inverse_view;
+    }
 };
 
 /// How the window is divided.

@@ -92,6 +92,7 @@ constexpr Difference DIFFERENCES[] = {
      NEW_SPACE_NAMES, "lin_rec709_scene"},
 };
 
+constexpr const char* NO_INVERSE_VIEWS = "OpenColorIO cannot invert views";
 constexpr const char* NO_VERSION_2 = "OpenColorIO knows no version 2 configurations";
 
 constexpr const char* NO_OPERATIONS = "OpenColorIO shows no operations";
@@ -136,6 +137,10 @@ constexpr struct {
      "OpenColorIO remembers for the life of the process that a file is missing"},
     {VIEWER, "ModelThatFollowsChanges.ReadsAConfigurationOfTheLibraryItselfAgain", NO_BUILTIN_CONFIGS,
      OF_1_X | OF_2_1},
+    {VIEWER, "ModelOfAViewer.InvertsTheViewThatAnImageWasMadeFor", NO_INVERSE_VIEWS},
+    {VIEWER, "ModelOfAViewer.NoLongerInvertsAViewThatTheConfigLacks", NO_INVERSE_VIEWS},
+    {VIEWER, "ModelOfAViewer.InvertsAViewForOneImage", NO_INVERSE_VIEWS},
+    {VIEWER, "CommandView.InvertsAView", NO_INVERSE_VIEWS},
     {OCIO, "BuiltinConfigs.HaveADefault", NO_BUILTIN_CONFIGS, OF_2_1},
     {OCIO, "BuiltinConfigs.ShowAcesTwoThroughOneTable", NO_BUILTIN_CONFIGS, OF_2_1},
     {GPU, "ShaderTextTest.OfAVersion1ConfigurationIsValidInBothDialects", NO_CUBES_BACKWARDS},

@@ -68,7 +68,17 @@ TEST_F(ScriptOfAViewer, PrintsWhatIsShown) {
     EXPECT_THAT(
         out.str(),
         AllOf(HasSubstr("color space: Tavelion|linear (from the built-in associations, category Open EXR)\n"),
-              HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
+              HasSubstr("CDL: none\n"), HasSubstr("view: Tavelion.sRGB\n"), HasSubstr("largest ")));
+}
+
+TEST_F(ScriptOfAViewer, PrintsTheStepsInTheirOrder) {
+    const std::string cdl = folder.write("half.cc", "<ColorCorrection id=\"a\"/>");
+    const std::string lut =
+        folder.write("half.spi1d", "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
+    model->set_steps({{workflow::ColorStep::CDL, cdl}, {workflow::ColorStep::LUT, lut, true}});
+    run("print\n");
+    EXPECT_THAT(out.str(), HasSubstr("\nCDL: " + cdl + "\nLUT: inverse of " + lut + "\nexposure: 0\n"));
+    EXPECT_THAT(out.str(), testing::Not(HasSubstr("CDL: none")));
 }
 
 TEST_F(ScriptOfAViewer, WorksThePanelsAsAUserWould) {

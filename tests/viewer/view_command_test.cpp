@@ -1,4 +1,5 @@
 #include "diagnostics/failure.h"
+#include "tests/colorio/library_differences.h"
 #include "tests/viewer/viewer_fixture.h"
 #include "tool/program.h"
 
@@ -64,6 +65,20 @@ TEST_F(CommandView, AppliesStepsAndSaysHowItFoundTheColorSpace) {
     EXPECT_EQ(run({image, "--config", config, "--strict", "--screenshot", screenshot}), 1);
     EXPECT_EQ(run({image, "--config", config, "--look", "none", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("no look 'none'"));
+}
+
+TEST_F(CommandView, InvertsAView) {
+    SKIP_WHERE_LISTED();
+    write_lut(folder, 0.5);
+    const std::string config = write_config(folder);
+    ASSERT_EQ(run({image, "--config", config, "--inverse-view", "Screen.Shown", "--display", "Screen",
+                   "--view", "Raw", "--exposure", "-2", "--size", "32x16", "--screenshot", screenshot}),
+              0)
+        << err.str();
+    const ShownImage shown = read_shown(screenshot);
+    for (const int x : {4, 12, 20}) // the red of the image is 1.5 * x / 31, of which the view shows half
+        EXPECT_NEAR(shown.at(x, 0)[0], 255 * 1.5 * x / 31 * 2 / 4, 1) << x;
+    EXPECT_THAT(err.str(), HasSubstr("image.exr: inverse of Screen.Shown (chosen)"));
 }
 
 TEST_F(CommandView, FailsWithOneForWhatIsNotThere) {

@@ -4,6 +4,7 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include "tests/colorio/library_differences.h"
 #include "tests/viewer/model_fixture.h"
 
 namespace {
@@ -70,6 +71,49 @@ TEST_F(ModelOfAViewer, DoesFurtherStepsAfterTheCdl) {
     EXPECT_FLOAT_EQ(shown_white(), 3) << "what cannot be done changes nothing";
     model->set_steps({});
     EXPECT_FLOAT_EQ(shown_white(), 1);
+}
+
+TEST_F(ModelOfAViewer, InvertsTheViewThatAnImageWasMadeFor) {
+    SKIP_WHERE_LISTED();
+    model->set_inverse_view("Screen.Shown");
+    model->set_view(FIRST, "Screen.Raw");
+    EXPECT_EQ(model->get_settings(FIRST).inverse_view, "Screen.Shown");
+    float rgba[] = {0.25f, 0.125f, 0.0f, 1.0f};
+    model->get_conversion(FIRST)->apply(rgba, 1, 1);
+    EXPECT_NEAR(rgba[0], 0.5, 1e-6) << "the view halves";
+    EXPECT_NEAR(rgba[1], 0.25, 1e-6);
+    model->set_exposure(1);
+    rgba[0] = 0.125f;
+    model->get_conversion(FIRST)->apply(rgba, 1, 1, 1);
+    EXPECT_NEAR(rgba[0], 0.5, 1e-6);
+    model->set_exposure(0);
+    model->set_view(FIRST, "Screen.Shown");
+    rgba[0] = 0.25f;
+    model->get_conversion(FIRST)->apply(rgba, 1, 1);
+    EXPECT_NEAR(rgba[0], 0.25, 1e-6) << "back and forth";
+    EXPECT_THAT(message_of([&] { model->set_inverse_view("Screen.Shwon"); }),
+                HasSubstr("did you mean 'Screen.Shown'?"));
+    model->set_input_space("lin");
+    EXPECT_EQ(model->get_settings(FIRST).inverse_view, "");
+    EXPECT_FLOAT_EQ(shown_white(), 0.5);
+}
+
+TEST_F(ModelOfAViewer, NoLongerInvertsAViewThatTheConfigLacks) {
+    SKIP_WHERE_LISTED();
+    model->set_inverse_view("Screen.Shown");
+    model->use_config("");
+    EXPECT_EQ(model->get_settings(FIRST).inverse_view, "");
+    EXPECT_EQ(model->get_settings(FIRST).input_space, "Tavelion|linear");
+    EXPECT_THAT(model->get_note(), HasSubstr("inverted view 'Screen.Shown' no longer exists"));
+}
+
+TEST_F(ModelOfAViewer, InvertsAViewForOneImage) {
+    SKIP_WHERE_LISTED();
+    const std::string other = folder.file("other.exr");
+    write_ramps(other, 4, 4);
+    model->set_inverse_view("Screen.Shown");
+    model->open(other);
+    EXPECT_EQ(model->get_settings(FIRST).inverse_view, "");
 }
 
 TEST_F(ModelOfAViewer, ConvertsThroughTheView) {
