@@ -75,6 +75,8 @@ constexpr CodeInfo CODES[] = {
      "Channels, parts or mipmaps of an image are not written, because the format does not support them."},
     {Code::METADATA_DROPPED, "metadata-dropped",
      "Metadata of an image is not written, because it does not apply to the new colors."},
+    {Code::CDL_CHOSEN, "cdl-chosen",
+     "The first of several color corrections of a file is used, because no id is given."},
     {Code::CDL_COPIED, "cdl-copied",
      "The numbers of a CDL file are copied; later edits of the file have no effect."},
     {Code::CDL_ROUNDED, "cdl-rounded", "The numbers of a CDL are written with fewer digits."},

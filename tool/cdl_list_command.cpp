@@ -23,7 +23,7 @@ public:
         const std::vector<workflow::Correction> corrections = workflow::read_corrections(path);
         diagnostics::Diagnostics warnings;
         for (const workflow::Correction& correction : corrections)
-            add_unread_elements(correction, path, warnings);
+            add_correction_notes(correction, path, warnings);
         console.report(warnings);
         const RowModel<workflow::Correction> rows = make_correction_rows();
         if (as_json)

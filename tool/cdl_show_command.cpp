@@ -25,7 +25,7 @@ public:
         const workflow::CorrectionSource named = workflow::parse_correction_source(source);
         const workflow::Correction correction = workflow::read_correction(named);
         diagnostics::Diagnostics warnings;
-        add_unread_elements(correction, named.path, warnings);
+        add_correction_notes(correction, named.path, warnings);
         console.report(warnings);
         if (as_json) {
             Json answer = {{"id", correction.id}, {"descriptions", correction.descriptions}};

@@ -138,7 +138,7 @@ ConversionStage make_cdl_stage(const Session& session, const ColorStep& step, co
             return configure_cdl(step.name, step.is_inverse, converter);
         });
     const Correction correction = read_step_correction(session, step.name);
-    add_unread_elements(correction, parse_correction_source(step.name).path, notes);
+    add_correction_notes(correction, parse_correction_source(step.name).path, notes);
     const char* const local = step.is_inverse ? INPUT_LOCAL_CDL : OUTPUT_LOCAL_CDL;
     const auto record = make_cdl_record(correction, local);
     return make_stage(make_title(step, space), what, [&](ColorIOConverter& converter) {

@@ -16,6 +16,9 @@ struct Correction {
     float power[3] = {1.0f, 1.0f, 1.0f};
     float saturation = 1.0f;
     std::vector<std::string> unread_elements; ///< Names of ignored elements, such as "ASC_SOP".
+    /// Of a file that was named without an id: the ids of the color corrections after this one, which is the
+    /// first, as OpenColorIO reads such a file.
+    std::vector<std::string> later_ids;
     /// False when an element name is spelled in a way that OpenColorIO does not accept: "SopNode".
     bool has_usual_names = true;
     unsigned int line = 0; ///< Of its ColorCorrection element in the file, from 1; 0 if it is of no file.

@@ -166,6 +166,40 @@ std::vector<std::string> get_ids(const std::vector<Correction>& corrections) {
     return ids;
 }
 
+void add_unread_elements(const Correction& correction, const std::string& path,
+                         diagnostics::Diagnostics& notes) {
+    if (correction.unread_elements.empty())
+        return;
+    Diagnostic& warning = notes.emplace_back(diagnostics::make_file_warning(
+        Code::CDL_ELEMENT_IGNORED,
+        fmt::format(
+            "the color correction '{}' contains elements that are ignored here and by OpenColorIO: {}",
+            correction.id, fmt::join(correction.unread_elements, ", ")),
+        path));
+    warning.subject = correction.id;
+    warning.line = correction.line;
+}
+
+/// OpenColorIO, too, takes the first color correction of a file where no id is given.
+void note_later_corrections(const Correction& correction, const std::string& path,
+                            diagnostics::Diagnostics& notes) {
+    if (correction.later_ids.empty())
+        return;
+    std::vector<std::string> ids = correction.later_ids;
+    ids.insert(ids.begin(), correction.id);
+    const std::size_t count = ids.size();
+    ids.erase(std::remove(ids.begin(), ids.end(), ""), ids.end());
+    Diagnostic note = diagnostics::make_file_note(
+        Code::CDL_CHOSEN,
+        fmt::format("'{}' has {} color corrections, and the first one{} is used", path, count,
+                    correction.id.empty() ? "" : fmt::format(", '{}',", correction.id)),
+        path);
+    note.subject = correction.id;
+    notes.push_back(ids.empty() ? std::move(note)
+                                : with_hint(std::move(note), fmt::format("choose one with {}:ID; its ids: {}",
+                                                                         path, fmt::join(ids, ", "))));
+}
+
 } // namespace
 
 std::vector<Correction> read_corrections(const std::string& path) {
@@ -187,18 +221,10 @@ std::vector<Correction> read_corrections(const std::string& path) {
     return corrections;
 }
 
-void add_unread_elements(const Correction& correction, const std::string& path,
-                         diagnostics::Diagnostics& notes) {
-    if (correction.unread_elements.empty())
-        return;
-    Diagnostic& warning = notes.emplace_back(diagnostics::make_file_warning(
-        Code::CDL_ELEMENT_IGNORED,
-        fmt::format(
-            "the color correction '{}' contains elements that are ignored here and by OpenColorIO: {}",
-            correction.id, fmt::join(correction.unread_elements, ", ")),
-        path));
-    warning.subject = correction.id;
-    warning.line = correction.line;
+void add_correction_notes(const Correction& correction, const std::string& path,
+                          diagnostics::Diagnostics& notes) {
+    add_unread_elements(correction, path, notes);
+    note_later_corrections(correction, path, notes);
 }
 
 CorrectionSource parse_correction_source(const std::string& text) {
@@ -212,9 +238,13 @@ CorrectionSource parse_correction_source(const std::string& text) {
 }
 
 Correction read_correction(const CorrectionSource& source) {
-    const std::vector<Correction> corrections = read_corrections(source.path);
-    if (source.id.empty())
-        return corrections.front();
+    std::vector<Correction> corrections = read_corrections(source.path);
+    if (source.id.empty()) {
+        Correction first = std::move(corrections.front());
+        corrections.erase(corrections.begin());
+        first.later_ids = get_ids(corrections);
+        return first;
+    }
     const auto found = std::find_if(corrections.begin(), corrections.end(),
                                     [&](const Correction& candidate) { return candidate.id == source.id; });
     if (found != corrections.end())

@@ -14,9 +14,10 @@ namespace workflow {
 /// out of the ASC CDL's range are returned.
 std::vector<Correction> read_corrections(const std::string& path);
 
-/// Adds a warning if the color correction, which was read from `path`, has ignored elements.
-void add_unread_elements(const Correction& correction, const std::string& path,
-                         diagnostics::Diagnostics& notes);
+/// Adds a warning if the color correction, which was read from `path`, has ignored elements, and a note if
+/// the file has others that could have been chosen by an id.
+void add_correction_notes(const Correction& correction, const std::string& path,
+                          diagnostics::Diagnostics& notes);
 
 /// A color correction of a document, given as "FILE" or "FILE:ID".
 struct CorrectionSource {

@@ -165,7 +165,7 @@ ColorDecisionListDef make_custom_cdl(const std::string& name, const std::string&
                                      diagnostics::Diagnostics& notes) {
     const CorrectionSource found = parse_correction_source(source);
     const Correction correction = read_valid_correction(found);
-    add_unread_elements(correction, found.path, notes);
+    add_correction_notes(correction, found.path, notes);
     ColorDecisionListDef record = make_cdl_record(correction, name);
     const bool has_id_lookup = is_collection(found);
     if (!correction.has_usual_names) {

@@ -220,6 +220,7 @@ inline const Fault FAULTS[] = {
      "",
      0,
      "warning"},
+    {{"cdl", "show", "@many.ccc"}, "cdl-chosen", "@many.ccc", 0, "a", 0, "note"},
     {{"cdl", "list", "@more.cc"}, "cdl-element-ignored", "@more.cc", 1, "a", 0, "warning"},
 };
 
