@@ -25,6 +25,7 @@ namespace {
 
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 constexpr char WITHOUT_PRIMARIES[] = "does not tell the primaries";
+constexpr char NOT_RECOGNIZED[] = "is not recognized";
 /// Where configs say what integer images are in, the best first.
 constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
                                       "default"};
@@ -123,16 +124,15 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
         if (const std::string label = find_identified(id); !label.empty())
             return label;
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
-    const std::string doubt = names_space            ? "does not name a color space of " + config_name
-                              : lacks_primaries(tag) ? WITHOUT_PRIMARIES
-                              : !ids.empty()
-                                  ? fmt::format("describes colors that no color space of {} has", config_name)
-                                  : "";
-    if (!doubt.empty())
-        (names_space ? result.warnings : doubts)
-            .push_back(diagnostics::make_warning(
-                diagnostics::Code::COLOR_SPACE_ASSUMED,
-                fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
+    const std::string doubt =
+        names_space            ? "does not name a color space of " + config_name
+        : lacks_primaries(tag) ? WITHOUT_PRIMARIES
+        : ids.empty()          ? NOT_RECOGNIZED
+                               : fmt::format("describes colors that no color space of {} has", config_name);
+    (names_space ? result.warnings : doubts)
+        .push_back(diagnostics::make_warning(
+            diagnostics::Code::COLOR_SPACE_ASSUMED,
+            fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
     return "";
 }
 
@@ -150,7 +150,7 @@ bool FileSpaceSearch::ask_tags() {
         const std::string answer = !label.empty()         ? "is " + label
                                    : lacks_primaries(tag) ? WITHOUT_PRIMARIES
                                    : !ids.empty()         ? "is not a color space of " + config_name
-                                                          : "is not recognized";
+                                                          : NOT_RECOGNIZED;
         add_step("tags", fmt::format("{} {}", tag.describe(), answer));
         if (!label.empty()) {
             result.warnings.clear(); // the names may be OpenImageIO's own, made of this tag

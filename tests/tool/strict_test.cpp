@@ -61,6 +61,28 @@ TEST_F(Strict, RefusesTagsOfColorSpacesThatTheConfigLacks) {
     expect_doubt("in.png", "CICP 9 16 0 1 describes colors that no color space of show.ocio has");
 }
 
+TEST_F(Strict, RefusesProfilesThatAreNotRecognized) {
+    const std::vector<std::uint8_t> profile =
+        make_icc_profile({0.5, 0.3, 0.1, 0.3, 0.6, 0.1, 0.2, 0.1, 0.6}, 256);
+    OIIO::ImageSpec spec;
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                   profile.data());
+    write("in.tif", OIIO::TypeUInt8, spec);
+    expect_doubt("in.tif", "its tag ICC profile is not recognized");
+    EXPECT_THAT(convert("in.tif", {"--why"}).out, HasSubstr("ICC profile is not recognized\n"));
+    spec.attribute("colorio:ColorSpace", "Cineon");
+    write("named.png", OIIO::TypeUInt8, spec);
+    EXPECT_THAT(convert("named.png", {"--strict"}), Succeeds()) << "another tag decides";
+}
+
+TEST_F(Strict, RefusesUnknownPrimaries) {
+    OIIO::ImageSpec spec;
+    const float xy[] = {0.7f, 0.3f, 0.2f, 0.8f, 0.1f, 0.0f, 0.31f, 0.33f};
+    spec.attribute("chromaticities", OIIO::TypeDesc(OIIO::TypeDesc::FLOAT, 8), xy);
+    write("in.exr", OIIO::TypeHalf, spec);
+    expect_doubt("in.exr", "is not recognized");
+}
+
 TEST_F(Strict, AcceptsTagsOfColorSpacesThatTheConfigHas) {
     write("in.png", OIIO::TypeUInt8);
     insert_png_chunk(path("in.png"), "cICP", std::string("\x01\x04\x00\x01", 4));
