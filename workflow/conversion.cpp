@@ -49,6 +49,23 @@ void apply_stage(const Conversion::Stage& stage, float* rgba, unsigned int width
                     [&] { return stage.converter->convert_buffer(rgba, width, height, 4); });
 }
 
+/// Checked with one color.
+bool leaves_colors(const Conversion::Stage& stage) {
+    constexpr float COLOR[] = {0.18f, 0.5f, 0.9f, 1.0f};
+    float rgba[std::size(COLOR)];
+    std::copy(std::begin(COLOR), std::end(COLOR), rgba);
+    apply_stage(stage, rgba, 1, 1);
+    return std::equal(std::begin(COLOR), std::end(COLOR), rgba);
+}
+
+/// Whether the config says that the color space holds data.
+bool holds_data(const std::string& label) {
+    const CoreVector<ColorIOInspection::ColorSpace> spaces = ColorIOInspection::get_color_spaces();
+    return std::any_of(spaces.begin(), spaces.end(), [&](const ColorIOInspection::ColorSpace& known) {
+        return known.is_data && known.name == remove_family(label).c_str();
+    });
+}
+
 } // namespace
 
 float get_gain(float exposure) {
@@ -66,8 +83,10 @@ Conversion::Conversion(const Session& session, const ConversionRequest& request)
     add_steps(session, request.steps, true);
     exposure_position = stages.size();
     destination = destination_space = space;
+    const std::string former = space;
     go_to_destination(session, request);
-    note_references();
+    if (!stays_for_data(former))
+        note_references();
     if (!request.from.empty() && request.steps.empty() && !request.takes_exposure)
         note_data();
     add_steps(session, request.steps, false);
@@ -149,12 +168,25 @@ void Conversion::note_references() {
 
 /// OpenColorIO converts nothing from a color space of data.
 void Conversion::note_data() {
-    for (const ColorIOInspection::ColorSpace& known : ColorIOInspection::get_color_spaces())
-        if (known.is_data && known.name == remove_family(source).c_str() && !stages.empty())
-            is_data_left = true;
+    is_data_left = holds_data(source) && !stages.empty();
     if (is_data_left)
         notes.push_back(diagnostics::make_note(
             Code::COLORS_UNCHANGED, fmt::format("'{}' holds data, which is not converted", source), source));
+}
+
+/// Nor does it convert to such a one, or to a view of it: colors stay in the color space `former`, and are
+/// colors as before.
+bool Conversion::stays_for_data(const std::string& former) {
+    if (remove_family(destination_space) == remove_family(former) || !holds_data(destination_space) ||
+        holds_data(former) || !leaves_colors(stages.back()))
+        return false;
+    notes.push_back(diagnostics::make_note(
+        Code::COLORS_UNCHANGED,
+        fmt::format("'{}' holds data, to which colors are not converted: they stay in '{}'", destination,
+                    former),
+        destination));
+    destination_space = former;
+    return true;
 }
 
 std::string Conversion::get_destination_tag() const {

@@ -41,7 +41,8 @@ public:
     const std::string& get_source() const { return source; }
     const std::string& get_destination() const { return destination; }
     /// Label of the color space of the result. For a view the color space that the config gives it; may be
-    /// empty, as it is after a named transform or a LUT.
+    /// empty, as it is after a named transform or a LUT. Where the destination holds data, to which
+    /// OpenColorIO converts nothing, the color space that the colors stay in.
     const std::string& get_destination_space() const { return destination_space; }
     /// Value of "oiio:ColorSpace" for the result: the name of that color space without its family, "sRGB" or
     /// "Linear" where OpenImageIO has that tag, or "unknown" after a named transform or a LUT.
@@ -84,6 +85,7 @@ private:
     void add_steps(const Session& session, const std::vector<ColorStep>& steps, bool are_scene_linear);
     void note_references();
     void note_data();
+    bool stays_for_data(const std::string& former);
 
     diagnostics::Diagnostics notes; // initialized before `source`, whose resolution adds to it
     std::vector<Stage> stages;

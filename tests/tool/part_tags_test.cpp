@@ -16,6 +16,7 @@ roles: {scene_linear: lin}
 displays:
   M:
     - !<View> {name: V, colorspace: lin}
+    - !<View> {name: Raw, colorspace: Non-Color}
 colorspaces:
   - !<ColorSpace> {name: lin}
   - !<ColorSpace> {name: Non-Color, isdata: true}
@@ -93,6 +94,31 @@ TEST_F(PartTags, DoNotMatterWhereTheUserNamesTheColorSpace) {
     ASSERT_THAT(convert({{"beauty", "half"}, {"albedo", "quarter"}}, {"--from", "half"}), Succeeds());
     EXPECT_EQ(get_gray(0), 0.5f);
     EXPECT_EQ(get_gray(1), 0.5f);
+}
+
+TEST_F(PartTags, OfADestinationOfDataAreThoseOfTheSource) {
+    write_image(path("plain.exr"), make_image(1, 1, 3, OIIO::TypeHalf, {1.0f, 1.0f, 1.0f}));
+    const ToolRun result = run({"convert", path("plain.exr"), path("raw.exr"), "--from", "half", "--to",
+                                "Non-Color", "--config", path("show.ocio")});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err,
+                HasSubstr("note: 'Non-Color' holds data, to which colors are not converted: they stay "
+                          "in 'half'\n"));
+    EXPECT_EQ(read_image(path("raw.exr")).get("G"), 1.0f);
+    EXPECT_EQ(read_image(path("raw.exr")).spec.get_string_attribute("colorio:ColorSpace"), "half");
+    ASSERT_THAT(
+        run({"convert", path("raw.exr"), path("out.exr"), "--to", "lin", "--config", path("show.ocio")}),
+        Succeeds());
+    EXPECT_EQ(get_gray(0), 0.5f) << "its colors are still converted";
+}
+
+TEST_F(PartTags, OfAViewOfDataAreThoseOfTheSource) {
+    write_image(path("plain.exr"), make_image(1, 1, 3, OIIO::TypeHalf, {1.0f, 1.0f, 1.0f}));
+    const ToolRun result = run({"convert", path("plain.exr"), path("raw.exr"), "--from", "half", "--view",
+                                "M.Raw", "--config", path("show.ocio")});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_EQ(read_image(path("raw.exr")).get("G"), 1.0f);
+    EXPECT_EQ(read_image(path("raw.exr")).spec.get_string_attribute("colorio:ColorSpace"), "half");
 }
 
 TEST_F(PartTags, OfASingleImageOfDataLeaveIt) {
