@@ -79,6 +79,32 @@ void add_check(CLI::Option* option, const std::string& expected, const Accepts& 
         "", name);
 }
 
+/// The check that a value is not empty.
+constexpr char CONTENT_CHECK[] = "content";
+
+CLI::Option* refuse_empty(CLI::Option* option) {
+    return option->check(
+        [option](const std::string& text) -> std::string {
+            if (text.empty())
+                throw UsageError(describe_missing_value(*option));
+            return {};
+        },
+        "", CONTENT_CHECK);
+}
+
+/// "--name=" as "--name" and an empty value; the parser would take the next argument as the value.
+std::vector<std::string> separate_empty_values(const std::vector<std::string>& arguments) {
+    std::vector<std::string> separated;
+    for (const std::string& argument : arguments) {
+        const bool has_empty_value = argument.rfind("--", 0) == 0 && argument.back() == '=' &&
+                                     argument.find('=') == argument.size() - 1;
+        separated.push_back(has_empty_value ? argument.substr(0, argument.size() - 1) : argument);
+        if (has_empty_value)
+            separated.emplace_back();
+    }
+    return separated;
+}
+
 } // namespace
 
 const Option& Option::required() const {
@@ -126,6 +152,11 @@ const Option& Option::one_value_each() const {
     return *this;
 }
 
+const Option& Option::may_be_empty() const {
+    option->get_validator(CONTENT_CHECK)->active(false);
+    return *this;
+}
+
 const Option& Option::separator(char character) const {
     option->delimiter(character);
     return *this;
@@ -145,7 +176,7 @@ Option Options::add(const std::string& name, Target target, const std::string& h
                     const std::string& value_name) {
     CLI::Option* const option =
         std::visit([&](auto* value) { return app->add_option(name, *value, help); }, target);
-    option->option_text(value_name);
+    refuse_empty(option)->option_text(value_name);
     if (std::holds_alternative<int*>(target) || std::holds_alternative<std::optional<int>*>(target))
         add_check(option, "expected a whole number", parse_as<int>);
     else if (std::holds_alternative<float*>(target) || std::holds_alternative<double*>(target))
@@ -167,10 +198,11 @@ void Options::add_ordered(const std::vector<OrderedOption>& declared, std::vecto
     std::map<const CLI::Option*, std::shared_ptr<Declared>> known;
     for (const OrderedOption& one : declared) {
         const auto entry = std::make_shared<Declared>(Declared{one.name, one.value.empty(), {}});
-        CLI::Option* const option = entry->is_flag ? app->add_flag(one.name)->description(one.help)
-                                                   : app->add_option(one.name, entry->texts, one.help)
-                                                         ->allow_extra_args(false)
-                                                         ->option_text(one.value);
+        CLI::Option* const option = entry->is_flag
+                                        ? app->add_flag(one.name)->description(one.help)
+                                        : refuse_empty(app->add_option(one.name, entry->texts, one.help))
+                                              ->allow_extra_args(false)
+                                              ->option_text(one.value);
         known.emplace(option, entry);
     }
     app->parse_complete_callback([command = app, known, &values] {
@@ -222,7 +254,8 @@ bool Options::is_wanted() const {
     return app->parsed();
 }
 
-std::optional<std::string> Options::parse(const std::vector<std::string>& arguments) {
+std::optional<std::string> Options::parse(const std::vector<std::string>& given) {
+    const std::vector<std::string> arguments = separate_empty_values(given);
     try {
         app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::Success& wish) { // help or version

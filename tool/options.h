@@ -27,6 +27,8 @@ public:
     const Option& positive() const;
     /// For a list: each use of the option takes one value, and does not consume the arguments after it.
     const Option& one_value_each() const;
+    /// An empty text is a value, too.
+    const Option& may_be_empty() const;
     /// For a list: an argument holds several values, separated by this character.
     const Option& separator(char character) const;
 
@@ -58,7 +60,8 @@ public:
     Options(Options&&) noexcept;
     Options& operator=(Options&&) = delete;
 
-    /// `value_name` is what the help shows for the value: "FILE"; by default "N" for numbers, else "NAME".
+    /// `value_name` is what the help shows for the value: "FILE"; by default "N" for numbers, else "NAME". An
+    /// empty value is refused: scripts pass it for variables that are not set.
     template <class Value>
     Option add(const std::string& name, Value& value, const std::string& help,
                const std::string& value_name = "") {

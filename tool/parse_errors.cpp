@@ -65,7 +65,7 @@ std::string describe_value_count(const CLI::App& command, const std::vector<std:
         if (static_cast<int>(option->count()) > option->get_items_expected_max())
             return fmt::format("{} can be given only once", get_name(*option));
     const CLI::Option* const lone = find_option_without_value(command, arguments);
-    return lone ? fmt::format("{} needs a value", get_name(*lone)) : "";
+    return lone ? describe_missing_value(*lone) : "";
 }
 
 /// Two given options that exclude each other.
@@ -87,6 +87,10 @@ std::string describe_need(const CLI::App& command) {
 }
 
 } // namespace
+
+std::string describe_missing_value(const CLI::Option& option) {
+    return fmt::format("{} needs a value", get_name(option));
+}
 
 std::string get_help_hint(const CLI::App& program) {
     return fmt::format("see {} --help", get_full_name(program));

@@ -24,7 +24,7 @@ public:
     explicit PrefsSetCommand(Options& program)
         : SessionCommand(program, "set", "Change a preference", EXAMPLES) {
         options.add("key", key, "preference to change").required();
-        options.add("value", value, "new value: yes or no, a path or a name").required();
+        options.add("value", value, "new value: yes or no, a path or a name").required().may_be_empty();
         add_preference_options();
     }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <list>
 #include <map>
 #include <sstream>
 
@@ -15,7 +16,8 @@ namespace {
 
 using testing::HasSubstr;
 
-/// A command line, its exit code, and a part of its error. "@NAME" stands for the path of a file of the test.
+/// A command line, its exit code, and a part of its error. "@NAME" stands for the path of a file of the test,
+/// '' for an empty argument.
 struct WrongUse {
     std::string arguments;
     int code;
@@ -57,7 +59,9 @@ protected:
         std::istringstream line(GetParam().arguments);
         for (std::string word; line >> word;) {
             const std::size_t at = word.find('@');
-            words.push_back(at == word.npos ? word : word.substr(0, at) + path(word.substr(at + 1)));
+            words.push_back(word == "''"      ? ""
+                            : at == word.npos ? word
+                                              : word.substr(0, at) + path(word.substr(at + 1)));
         }
         return words;
     }
@@ -135,6 +139,35 @@ INSTANTIATE_TEST_SUITE_P(Steps, WrongUseOf,
                                          convert("--from lin --to lin --context SHOT", 2, "KEY=VALUE"),
                                          convert("--from lin --to lin --context =a", 2, "KEY=VALUE")));
 
+/// With a source, a destination and an option with an empty value, as a script writes it for a variable that
+/// is not set.
+WrongUse convert_empty(const std::string& option, const std::string& name) {
+    static std::list<std::string> messages; // which the uses point to
+    return convert("--from lin --to lin " + option, 2,
+                   messages.emplace_back(name + " needs a value").c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EmptyValues, WrongUseOf,
+    testing::Values(
+        convert_empty("--look ''", "--look"), convert_empty("--look=", "--look"),
+        convert_empty("--cdl ''", "--cdl"), convert_empty("--lut ''", "--lut"),
+        convert_empty("--named-transform ''", "--named-transform"), convert_empty("--view ''", "--view"),
+        convert_empty("--display ''", "--display"), convert_empty("--inverse-view ''", "--inverse-view"),
+        convert_empty("--context ''", "--context"), convert_empty("--depth ''", "--depth"),
+        convert_empty("--compression ''", "--compression"),
+        convert_empty("--compression= --dither", "--compression"), convert_empty("--quality ''", "--quality"),
+        convert_empty("--layers ''", "--layers"), convert_empty("--parts ''", "--parts"),
+        convert_empty("--skip ''", "--skip"), convert_empty("--frames ''", "--frames"),
+        convert_empty("--memory ''", "--memory"), convert_empty("--threads ''", "--threads"),
+        convert_empty("--prefs ''", "--prefs"), convert("--from '' --to lin", 2, "--from needs a value"),
+        convert("--from lin --to ''", 2, "--to needs a value"),
+        WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --config ''", 2, "--config needs a value"},
+        WrongUse{"convert '' @out.exr --from linear --to sRGB", 2, "input needs a value"},
+        WrongUse{"convert @in.exr '' --from linear --to sRGB", 2, "output needs a value"},
+        WrongUse{"view @in.exr --screenshot ''", 2, "--screenshot needs a value"},
+        WrongUse{"shader --from linear --to sRGB -o ''", 2, "--output needs a value"}));
+
 INSTANTIATE_TEST_SUITE_P(
     Files, WrongUseOf,
     testing::Values(WrongUse{"convert", 2, "input"}, WrongUse{"convert @in.exr", 2, "output"},
@@ -182,23 +215,27 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     OtherCommands, WrongUseOf,
-    testing::Values(WrongUse{"bake @film.cube --to sRGB", 2, "--from"},
-                    WrongUse{"bake @film.cube --from linear --to sRBG", 1, "sRBG"},
-                    WrongUse{"bake @film.txt --from linear --to sRGB", 2, "film.txt"},
-                    WrongUse{"bake @film.cube --from linear --to sRGB --size 1", 2, "invalid LUT size 1"},
-                    WrongUse{"bake @film.cube --from linear --to sRGB --shaper none", 1, "none"},
-                    WrongUse{"bake @none/film.cube --from linear --to sRGB", 1, "none"},
-                    WrongUse{"shader --from linear --to sRGB", 2, "--output"},
-                    WrongUse{"shader --from linear -o @folder.exr", 2, "no destination"},
-                    WrongUse{"shader --from linear --to sRGB -o @film.cube", 1, "film.cube"},
-                    WrongUse{"cdl write @grades.ccc --cdl a=1,1,1", 2, "SLOPE/OFFSET/POWER/SATURATION"},
-                    WrongUse{"cdl write @grades.ccc --cdl a=-1,1,1/0,0,0/1,1,1/1", 2, "slope -1 is negative"},
-                    WrongUse{"prefs set no_such_file @show.ocio --prefs @preferences.yaml", 2,
-                             "no preference 'no_such_file'"},
-                    WrongUse{"prefs set color_space_file_path @none.ocio --prefs @preferences.yaml", 1,
-                             "none.ocio"},
-                    WrongUse{"prefs set color_space_file_path @show.ocio --prefs @show.ocio", 1, "show.ocio"},
-                    WrongUse{"space add film --lut @none.cube --prefs @preferences.yaml", 1, "none.cube"},
-                    WrongUse{"view @in.exr --view Nowhere.Nothing --screenshot @out.png", 1, "Nowhere"}));
+    testing::Values(
+        WrongUse{"bake @film.cube --to sRGB", 2, "--from"},
+        WrongUse{"bake @film.cube --from linear --to sRBG", 1, "sRBG"},
+        WrongUse{"bake @film.txt --from linear --to sRGB", 2, "film.txt"},
+        WrongUse{"bake @film.cube --from linear --to sRGB --size 1", 2, "invalid LUT size 1"},
+        WrongUse{"bake @film.cube --from linear --to sRGB --shaper none", 1, "none"},
+        WrongUse{"bake @none/film.cube --from linear --to sRGB", 1, "none"},
+        WrongUse{"shader --from linear --to sRGB", 2, "--output"},
+        WrongUse{"shader --from linear -o @folder.exr", 2, "no destination"},
+        WrongUse{"shader --from linear --to sRGB -o @film.cube", 1, "film.cube"},
+        WrongUse{"cdl write @grades.ccc --cdl a=1,1,1", 2, "SLOPE/OFFSET/POWER/SATURATION"},
+        WrongUse{"cdl write @grades.ccc --cdl a=-1,1,1/0,0,0/1,1,1/1", 2, "slope -1 is negative"},
+        WrongUse{"prefs set no_such_file @show.ocio --prefs @preferences.yaml", 2,
+                 "no preference 'no_such_file'"},
+        WrongUse{"prefs set color_space_file_path @none.ocio --prefs @preferences.yaml", 1, "none.ocio"},
+        WrongUse{"prefs set color_space_file_path @show.ocio --prefs @show.ocio", 1, "show.ocio"},
+        WrongUse{"space add film --lut @none.cube --prefs @preferences.yaml", 1, "none.cube"},
+        WrongUse{"view @in.exr --from linear --inverse-view Tavelion.sRGB --screenshot @out.png", 2,
+                 "--from and --inverse-view cannot be combined"},
+        WrongUse{"view @in.exr --inverse-view Nowhere.Nothing --screenshot @out.png", 1, "Nowhere"},
+        WrongUse{"view @in.exr --display Tavelion --screenshot @out.png", 2, "--display needs --view"},
+        WrongUse{"view @in.exr --view Nowhere.Nothing --screenshot @out.png", 1, "Nowhere"}));
 
 } // namespace
