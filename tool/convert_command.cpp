@@ -48,6 +48,8 @@ private:
     void add_layer_options();
     void check_usage();
     void settle_source(const workflow::Session& session, Console& console);
+    void settle_parts(const workflow::Session& session, const workflow::Conversion& conversion,
+                      Console& console);
     void explain(const workflow::Session& session, const workflow::Conversion& conversion,
                  Console& console) const;
 
@@ -133,9 +135,10 @@ ExitCode ConvertCommand::run(Console& console) {
     const workflow::Conversion conversion(session, request);
     console.release();
     console.report(conversion.get_notes());
+    settle_parts(session, conversion, console);
     if (source_choice.explains)
         explain(session, conversion, console);
-    if (conversion.is_identity())
+    if (conversion.is_identity() && image_options.parts.empty())
         console.report(make_note(
             Code::COLORS_UNCHANGED,
             fmt::format("{} is both source and destination: colors are unchanged", conversion.get_source())));
@@ -174,7 +177,20 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     image_options.data_space = file_space.is_data ? file_space.color_space : "";
     image_options.source_tags = file_space.tags;
     image_options.is_strict = source_choice.is_strict;
-    image_options.other_tags = file_space.other_tags;
+}
+
+/// Parts in another color space than the image are converted from it. Reports what the notes of `conversion`,
+/// which is that of the image, do not say.
+void ConvertCommand::settle_parts(const workflow::Session& session, const workflow::Conversion& conversion,
+                                  Console& console) {
+    image_options.parts = workflow::make_part_conversions(session, request, file_space.other_tags);
+    diagnostics::Diagnostics notes = conversion.get_notes();
+    const std::size_t reported = notes.size();
+    for (const workflow::PartConversion& part : image_options.parts)
+        if (part.conversion)
+            add_new(notes, part.conversion->get_notes());
+    notes.erase(notes.begin(), notes.begin() + static_cast<std::ptrdiff_t>(reported));
+    console.report(notes);
 }
 
 void ConvertCommand::explain(const workflow::Session& session, const workflow::Conversion& conversion,

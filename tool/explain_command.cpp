@@ -165,6 +165,11 @@ Json ExplainCommand::to_json(const workflow::Session& session, const workflow::C
         answer.set("source_reason", file_space.reason);
         answer.set("source_assumed", file_space.is_assumed);
         answer.set("source_steps", steps.make_array(file_space.steps));
+        RowModel<workflow::PartSpace> parts;
+        parts.add(nullptr, "part", &workflow::PartSpace::part)
+            .add(nullptr, "color_space", &workflow::PartSpace::color_space)
+            .add(nullptr, "reason", &workflow::PartSpace::reason);
+        answer.set("source_parts", parts.make_array(file_space.parts));
     }
     if (!pixel_text.empty())
         answer.set("pixel", Json(std::vector<Json>(pixel.begin(), pixel.end())));

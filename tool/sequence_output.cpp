@@ -32,6 +32,7 @@ Json make_line(const workflow::ImageJob& job, const char* status) {
 Json make_line(const ImageOutcome& outcome) {
     Json line = make_line(outcome.job, get_name(outcome.status));
     line.set("reason", outcome.reason);
+    Json other_spaces;
     std::vector<std::string> notes;
     for (const diagnostics::Diagnostic& note : outcome.image.notes)
         notes.push_back(note.message);
@@ -43,6 +44,10 @@ Json make_line(const ImageOutcome& outcome) {
                      {"seconds", outcome.seconds},
                      {"notes", notes},
                      {"layers", outcome.image.layers.converted}});
+    for (const auto& [layer, space] : outcome.image.layers.other_spaces)
+        other_spaces.set(layer, space);
+    if (!outcome.image.layers.other_spaces.empty())
+        line.set("layer_sources", other_spaces);
     if (outcome.error)
         line.set("error", to_json(*outcome.error));
     return line;

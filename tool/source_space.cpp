@@ -7,6 +7,18 @@
 
 namespace tool {
 
+namespace {
+
+/// "quarter, from the tag colorio:ColorSpace 'quarter'".
+std::string describe(const workflow::PartSpace& part) {
+    if (part.color_space.empty())
+        return "that of the image: no tag names a color space of the config";
+    return fmt::format("{}, {}{}", part.color_space, part.reason,
+                       part.is_data ? "; data, left as it is" : "");
+}
+
+} // namespace
+
 void add_source_space_options(Options& options, SourceSpaceChoice& choice) {
     options.add_flag("--why", choice.explains, "show how the source and the destination were found");
     options.add_flag("--strict", choice.is_strict, "fail instead of assuming a color space");
@@ -32,6 +44,8 @@ void print_source_steps(const workflow::FileSpace& found, Console& console) {
     print_decision("  --from", "  not given", console);
     for (const workflow::FileSpaceStep& step : found.steps)
         print_decision("  " + step.name, "  " + step.answer, console);
+    for (const workflow::PartSpace& part : found.parts)
+        print_decision("  part " + part.part, "  " + describe(part), console);
 }
 
 } // namespace tool

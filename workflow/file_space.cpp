@@ -88,8 +88,8 @@ public:
         return std::move(result);
     }
 
-    /// The label that the tags alone lead to; empty when they decide nothing.
-    std::string find_tagged() { return ask_tags() ? result.color_space : ""; }
+    /// The color space that the tags alone lead to; without a label when they decide nothing.
+    FileSpace find_tagged() { return ask_tags() ? std::move(result) : FileSpace(); }
 
 private:
     bool ask_tags();
@@ -231,29 +231,34 @@ void FileSpaceSearch::assume() {
 }
 
 /// Throws diagnostics::Failure when the image cannot be read.
-std::vector<image::ColorTags> read_part_tags(const std::string& path) {
+std::vector<PartTags> read_part_tags(const std::string& path) {
     image::ReaderProcess process;
     const image::ImageReader reader(path, process);
     return find_part_tags(reader.get_parts(), reader.get_format());
 }
 
 /// `tags` are those of the parts, of which the first that do not say data decide.
-FileSpace find_space_of_parts(const std::string& path, const std::vector<image::ColorTags>& tags,
+FileSpace find_space_of_parts(const std::string& path, const std::vector<PartTags>& tags,
                               const std::string& config_name) {
-    std::vector<TaggedSpace> spaces;
-    for (const image::ColorTags& of_part : tags) {
-        const std::string label = FileSpaceSearch(path, of_part, config_name).find_tagged();
-        spaces.push_back({of_part.describe(), label, find_facts(label).is_data});
+    std::vector<PartSpace> spaces;
+    for (const PartTags& of_part : tags) {
+        const FileSpace tagged = FileSpaceSearch(path, of_part.tags, config_name).find_tagged();
+        spaces.push_back(
+            {of_part.part, tagged.color_space, tagged.reason, find_facts(tagged.color_space).is_data});
     }
-    auto decisive =
-        std::find_if(spaces.begin(), spaces.end(), [](const TaggedSpace& space) { return !space.is_data; });
-    decisive = decisive == spaces.end() ? spaces.begin() : decisive;
-    FileSpace found =
-        find_file_space(path, tags[static_cast<std::size_t>(decisive - spaces.begin())], config_name);
-    for (TaggedSpace& space : spaces)
-        if (!space.color_space.empty() && space.color_space != found.color_space &&
-            !find_tagged_space(found.other_tags, space.tags))
-            found.other_tags.push_back(std::move(space));
+    const auto colors =
+        std::find_if(spaces.begin(), spaces.end(), [](const PartSpace& space) { return !space.is_data; });
+    const std::size_t decisive =
+        colors == spaces.end() ? 0 : static_cast<std::size_t>(colors - spaces.begin());
+    FileSpace found = find_file_space(path, tags[decisive].tags, config_name);
+    for (std::size_t i = 0; i < spaces.size(); ++i) {
+        std::vector<std::string> texts = tags[i].tags.describe();
+        if (!spaces[i].color_space.empty() && spaces[i].color_space != found.color_space &&
+            !find_tagged_space(found.other_tags, texts))
+            found.other_tags.push_back({std::move(texts), spaces[i].color_space, spaces[i].is_data});
+    }
+    if (!found.other_tags.empty())
+        found.parts = std::move(spaces);
     return found;
 }
 
@@ -266,7 +271,7 @@ FileSpace find_file_space(const std::string& path, const std::optional<image::Co
 
 FileSpace find_file_space(const Session& session, const std::string& path) {
     const std::string config_name = session.get_config_name();
-    std::vector<image::ColorTags> tags;
+    std::vector<PartTags> tags;
     try {
         tags = read_part_tags(path);
     } catch (const diagnostics::Failure&) {

@@ -18,6 +18,15 @@ struct FileSpaceStep {
     std::string answer; ///< "none", "oiio:ColorSpace 'Cineon' is Tavelion|Cineon".
 };
 
+/// The color space that a part is in by its tags.
+struct PartSpace {
+    std::string part; ///< "albedo", "part 2".
+    std::string
+        color_space;    ///< A label; empty where the tags lead to none, and the part is in that of the file.
+    std::string reason; ///< "from the tag colorio:ColorSpace 'quarter'".
+    bool is_data = false; ///< The color space holds data.
+};
+
 /// The color space that the pixels of a file are taken to be in.
 struct FileSpace {
     std::string color_space; ///< A label; empty when the config publishes no color space.
@@ -27,6 +36,7 @@ struct FileSpace {
     std::optional<std::vector<std::string>>
         tags;                            ///< Of the file, for messages; nothing when it was not read.
     std::vector<TaggedSpace> other_tags; ///< Of parts that are in another color space by their tags.
+    std::vector<PartSpace> parts;        ///< All with color and tags, if there are such parts.
     std::vector<FileSpaceStep> steps;    ///< In the order of their use, the decisive one last.
     diagnostics::Diagnostics warnings;   ///< About tags that name no color space of the config, and about
                                          ///< integers that a default rule takes for linear.

@@ -130,18 +130,31 @@ void add_layers(const LayerOptions& options, Digest& digest) {
             digest.add(name, text);
 }
 
+/// A part in another color space than the image.
+void add_part(const PartSettings& part, Digest& digest) {
+    const auto& [space, conversion, convert, mixes_channels, colors, keeps_space, neutrals_stay_neutral] =
+        part;
+    for (const std::string& tag : space.tags)
+        digest.add("tag of a part", tag);
+    digest.add("source of the part", space.color_space);
+    if (conversion)
+        for (const ConversionStage& stage : conversion->get_stages())
+            add_stage(stage, digest);
+    add_colors(colors, digest);
+    static_cast<void>(std::tie(convert, mixes_channels, keeps_space, neutrals_stay_neutral));
+}
+
 /// The function that converts is described by the request and the stages; tags of the source only lead to
 /// warnings and errors.
 void add_settings(const ImageSettings& settings, Digest& digest) {
     const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags, is_strict,
-                 other_tags, fingerprint] = settings;
+                 parts, fingerprint] = settings;
     add_output(output_options, digest);
     add_layers(layers, digest);
     digest.add("mixes", mixes_channels);
     digest.add("data space", data_space);
-    for (const TaggedSpace& other : other_tags)
-        for (const std::string& tag : other.tags)
-            digest.add("tag of a part that is left", tag);
+    for (const PartSettings& part : parts)
+        add_part(part, digest);
     static_cast<void>(std::tie(convert, threads, source_tags, is_strict, fingerprint));
 }
 

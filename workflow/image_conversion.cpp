@@ -1,8 +1,56 @@
 #include "workflow/image_conversion.h"
 
+#include <algorithm>
+
 #include "workflow/output_colors.h"
 
 namespace workflow {
+
+namespace {
+
+image::ColorDescription describe_colors(const Conversion& conversion) {
+    return conversion.leaves_data() ? image::ColorDescription() : describe_output_colors(conversion);
+}
+
+bool keeps_space(const Conversion& conversion) {
+    return conversion.get_source() == conversion.get_destination_space();
+}
+
+PartSettings make_part_settings(const PartConversion& part) {
+    PartSettings settings;
+    settings.space = part.space;
+    settings.conversion = part.conversion;
+    if (!part.conversion)
+        return settings;
+    if (!part.conversion->is_identity())
+        settings.convert = [conversion = part.conversion](float* rgba, unsigned int width,
+                                                          unsigned int height) {
+            conversion->apply(rgba, width, height);
+        };
+    settings.mixes_channels = part.conversion->mixes_channels();
+    settings.colors = describe_colors(*part.conversion);
+    settings.keeps_space = keeps_space(*part.conversion);
+    settings.neutrals_stay_neutral = part.conversion->keeps_neutrals();
+    return settings;
+}
+
+} // namespace
+
+std::vector<PartConversion> make_part_conversions(const Session& session, ConversionRequest request,
+                                                  const std::vector<TaggedSpace>& other_tags) {
+    std::vector<PartConversion> parts;
+    for (const TaggedSpace& space : other_tags) {
+        const auto known = std::find_if(parts.begin(), parts.end(), [&](const PartConversion& part) {
+            return part.space.color_space == space.color_space;
+        });
+        request.from = space.color_space;
+        parts.push_back({space, space.is_data ? nullptr
+                                : known != parts.end()
+                                    ? known->conversion
+                                    : std::make_shared<const Conversion>(session, request)});
+    }
+    return parts;
+}
 
 ImageSettings make_image_settings(const Conversion& conversion, const ImageOptions& options) {
     ImageSettings settings;
@@ -15,10 +63,8 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.output_options.dithers = options.dithers;
     settings.output_options.compression = options.compression;
     settings.output_options.alpha_rule = options.alpha_rule;
-    settings.output_options.colors = describe_output_colors(conversion);
-    if (conversion.leaves_data())
-        settings.output_options.colors = {};
-    settings.output_options.keeps_space = conversion.get_source() == conversion.get_destination_space();
+    settings.output_options.colors = describe_colors(conversion);
+    settings.output_options.keeps_space = keeps_space(conversion);
     settings.output_options.neutrals_stay_neutral = conversion.keeps_neutrals();
     settings.mixes_channels = conversion.mixes_channels();
     settings.layers = options.layers;
@@ -26,7 +72,8 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.threads = options.threads;
     settings.source_tags = options.source_tags;
     settings.is_strict = options.is_strict;
-    settings.other_tags = options.other_tags;
+    for (const PartConversion& part : options.parts)
+        settings.parts.push_back(make_part_settings(part));
     return settings;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +10,17 @@
 #include "workflow/image_job.h"
 
 namespace workflow {
+
+/// The conversion of parts that are in another color space than the image by their tags.
+struct PartConversion {
+    TaggedSpace space;
+    std::shared_ptr<const Conversion> conversion; ///< Null for data, which is left.
+};
+
+/// One conversion for each color space of `other_tags` (FileSpace), with the destination and the steps of
+/// `request`. Throws like Conversion.
+std::vector<PartConversion> make_part_conversions(const Session& session, ConversionRequest request,
+                                                  const std::vector<TaggedSpace>& other_tags);
 
 /// Options of image conversions other than the color conversion.
 struct ImageOptions {
@@ -23,7 +35,7 @@ struct ImageOptions {
     int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
     bool is_strict = false;                              ///< As in ImageSettings.
-    std::vector<TaggedSpace> other_tags;                 ///< As in ImageSettings.
+    std::vector<PartConversion> parts;                   ///< Of those in other color spaces.
 };
 
 /// Settings for `convert_image` and `convert_sequence`. `conversion` must outlive them. Throws

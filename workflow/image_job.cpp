@@ -137,8 +137,8 @@ std::vector<std::size_t> ImageConversion::convert_flat(const PlannedPart& part,
     if (!in_place)
         target.resize(output_spec.image_bytes(true));
     std::vector<std::size_t> transparent =
-        image::convert_part(input_spec, buffers.input, part.plan, output_spec, settings.convert,
-                            settings.threads, target, find_part_alpha(part.plan));
+        image::convert_part(input_spec, buffers.input, part.plan, output_spec, part.convert, settings.threads,
+                            target, find_part_alpha(part.plan));
     writer.write_part(target);
     return transparent;
 }
@@ -150,7 +150,7 @@ std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
     const OIIO::ImageSpec& input_spec = reader.get_parts()[part.input_index].spec;
     image::DeepPixels converted;
     std::vector<std::size_t> transparent = image::convert_deep_part(
-        input_spec, deep_pixels, part.plan, output_spec, settings.convert, settings.threads, converted);
+        input_spec, deep_pixels, part.plan, output_spec, part.convert, settings.threads, converted);
     writer.write_deep_part(converted);
     return transparent;
 }

@@ -25,8 +25,14 @@ constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
 constexpr char UNKNOWN_COLORS[] = "unknown";
 
 /// Why a part is left.
-std::string describe_other_space(const TaggedSpace& space) {
-    return space.is_data ? "data by its tags" : fmt::format("in '{}' by its tags", space.color_space);
+constexpr char TAGGED_AS_DATA[] = "data by its tags";
+
+/// The one for parts with these tags; null for none.
+const PartSettings* find_settings(const std::vector<PartSettings>& parts,
+                                  const std::vector<std::string>& tags) {
+    const auto found = std::find_if(parts.begin(), parts.end(),
+                                    [&](const PartSettings& part) { return part.space.tags == tags; });
+    return found == parts.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -52,10 +58,8 @@ void ImagePlan::plan_parts() {
     const std::vector<image::PartHeader>& headers = reader.get_parts();
     fingerprint = make_image_fingerprint(job, settings.fingerprint);
     check_tags();
-    LayerConversion conversion{settings.mixes_channels, "", find_parts_to_leave()};
-    if (!settings.data_space.empty())
-        conversion.reason_to_leave = fmt::format("in the data space '{}'", settings.data_space);
-    choices = choose_layers(reader.get_path(), reader.get_format(), headers, settings.layers, conversion);
+    choices = choose_layers(reader.get_path(), reader.get_format(), headers, settings.layers,
+                            describe_conversion());
     choose_kept_subimage();
     for (unsigned int i = 0; i < headers.size(); ++i)
         if (is_kept(headers[i]))
@@ -73,11 +77,11 @@ void ImagePlan::plan_parts() {
 void ImagePlan::check_tags() {
     if (!settings.source_tags)
         return;
-    const std::vector<image::ColorTags> tags = find_part_tags(reader.get_parts(), reader.get_format());
-    const auto decisive = std::find_if(tags.begin(), tags.end(), [&](const image::ColorTags& of_part) {
-        return !find_tagged_space(settings.other_tags, of_part.describe());
+    const std::vector<PartTags> tags = find_part_tags(reader.get_parts(), reader.get_format());
+    const auto decisive = std::find_if(tags.begin(), tags.end(), [&](const PartTags& of_part) {
+        return !find_settings(settings.parts, of_part.tags.describe());
     });
-    if (decisive != tags.end() && decisive->describe() == *settings.source_tags)
+    if (decisive != tags.end() && decisive->tags.describe() == *settings.source_tags)
         return;
     if (settings.is_strict)
         diagnostics::fail_file(
@@ -91,42 +95,26 @@ void ImagePlan::check_tags() {
                         reader.get_path()));
 }
 
-/// The reasons to leave parts that are in another color space by their tags, by subimage.
-std::vector<std::string> ImagePlan::find_parts_to_leave() const {
-    std::vector<std::string> reasons;
-    for (const image::PartHeader& part : reader.get_parts())
-        if (part.level == 0) {
-            const TaggedSpace* const space = find_other_space(part.spec);
-            reasons.push_back(space ? describe_other_space(*space) : "");
-        }
-    return reasons;
+LayerConversion ImagePlan::describe_conversion() const {
+    LayerConversion conversion;
+    conversion.mixes_channels = settings.mixes_channels;
+    if (!settings.data_space.empty())
+        conversion.reason_to_leave = fmt::format("in the data space '{}'", settings.data_space);
+    for (const image::PartHeader& part : reader.get_parts()) {
+        if (part.level > 0)
+            continue;
+        const PartSettings* const of_part = find_part_settings(part);
+        conversion.part_reasons.push_back(of_part && of_part->space.is_data ? TAGGED_AS_DATA : "");
+        conversion.part_mixes.push_back(of_part ? of_part->mixes_channels : settings.mixes_channels);
+    }
+    return conversion;
 }
 
 /// Null for a part in the color space of the image.
-const TaggedSpace* ImagePlan::find_other_space(const OIIO::ImageSpec& part) const {
-    return settings.other_tags.empty()
+const PartSettings* ImagePlan::find_part_settings(const image::PartHeader& part) const {
+    return settings.parts.empty()
                ? nullptr
-               : find_tagged_space(settings.other_tags, image::find_color_tags(part).describe());
-}
-
-/// Colors that the user did not leave, but their tags.
-void ImagePlan::warn_of_left_part(const OIIO::ImageSpec& part, const PartChoice& choice) {
-    const TaggedSpace* const space = find_other_space(part);
-    const bool is_left = space && !space->is_data &&
-                         std::any_of(choice.left.begin(), choice.left.end(), [&](const LeftLayer& layer) {
-                             return layer.reason == describe_other_space(*space);
-                         });
-    if (!is_left)
-        return;
-    diagnostics::Diagnostic warning = diagnostics::make_file_warning(
-        diagnostics::Code::COLOR_SPACE_ASSUMED,
-        fmt::format(
-            "the part '{}' is not converted: it is in '{}' by its tags, and not in the color space of "
-            "the image",
-            choice.name, space->color_space),
-        reader.get_path());
-    add_note(notes, with_hint(std::move(warning),
-                              fmt::format("convert the part alone from '{}'", space->color_space)));
+               : find_settings(settings.parts, image::find_color_tags(part.spec).describe());
 }
 
 /// The first one with layers to convert.
@@ -137,10 +125,14 @@ void ImagePlan::choose_kept_subimage() {
         kept_subimage = static_cast<int>(found - choices.begin());
 }
 
-void ImagePlan::plan_one(unsigned int index) {
-    const image::PartHeader& header = reader.get_parts()[index];
-    const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
+/// `of_part` is null for a part in the color space of the image.
+image::OutputOptions ImagePlan::make_options(const PartChoice& choice, const PartSettings* of_part) {
     image::OutputOptions options = settings.output_options;
+    if (of_part) {
+        options.colors = of_part->colors;
+        options.keeps_space = of_part->keeps_space;
+        options.neutrals_stay_neutral = of_part->neutrals_stay_neutral;
+    }
     if (!settings.data_space.empty())
         options.colors.name.clear(); // they stay in their color space
     if (!choice.chosen.empty() && choice.leaves_color && abilities.has_any_channels && !options.keeps_space) {
@@ -150,28 +142,39 @@ void ImagePlan::plan_one(unsigned int index) {
                                          "only some of its layers were converted: no color tags are written",
                                          choice.name)});
     }
+    return options;
+}
+
+void ImagePlan::plan_one(unsigned int index) {
+    const image::PartHeader& header = reader.get_parts()[index];
+    const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
+    const PartSettings* const of_part = find_part_settings(header);
+    const image::OutputOptions options = make_options(choice, of_part);
     image::PartPlan plan =
         image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, options);
     image::check_channel_count(plan.spec.nchannels, abilities, output);
     image::set_compression(options.compression, abilities.name, output, plan.spec);
     note_all(plan.notes);
-    if (header.level == 0) {
-        report_layers(choice);
-        warn_of_left_part(header.spec, choice);
-    }
+    if (header.level == 0)
+        report_layers(choice, of_part);
     std::vector<std::string> names;
     for (const ChosenLayer& layer : choice.chosen)
         names.push_back(layer.name);
     image::record_conversion(plan.spec, abilities.name, parts.empty() ? fingerprint : "");
     output_headers.push_back({header.subimage, header.level, plan.spec});
-    parts.push_back({index, std::move(plan), std::move(names)});
+    parts.push_back(
+        {index, std::move(plan), of_part ? of_part->convert : settings.convert, std::move(names)});
 }
 
 /// A format without layers gets the first one, and a note says which channels it does not get.
-void ImagePlan::report_layers(const PartChoice& choice) {
-    for (const ChosenLayer& layer : choice.chosen)
-        if (abilities.has_any_channels || &layer == &choice.chosen.front())
-            layers.converted.push_back(layer.name);
+void ImagePlan::report_layers(const PartChoice& choice, const PartSettings* of_part) {
+    for (const ChosenLayer& layer : choice.chosen) {
+        if (!abilities.has_any_channels && &layer != &choice.chosen.front())
+            continue;
+        layers.converted.push_back(layer.name);
+        if (of_part)
+            layers.other_spaces[layer.name] = of_part->space.color_space;
+    }
     if (abilities.has_any_channels || choice.chosen.empty())
         layers.left.insert(layers.left.end(), choice.left.begin(), choice.left.end());
 }

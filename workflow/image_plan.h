@@ -17,6 +17,7 @@ namespace workflow {
 struct PlannedPart {
     unsigned int input_index;
     image::PartPlan plan;
+    const image::ConvertRows& convert;    ///< Of the settings.
     std::vector<std::string> layer_names; ///< Of the layers of the plan, for messages.
 };
 
@@ -45,12 +46,12 @@ public:
 private:
     void plan_parts();
     void check_tags();
-    std::vector<std::string> find_parts_to_leave() const;
-    const TaggedSpace* find_other_space(const OIIO::ImageSpec& part) const;
-    void warn_of_left_part(const OIIO::ImageSpec& part, const PartChoice& choice);
+    LayerConversion describe_conversion() const;
+    const PartSettings* find_part_settings(const image::PartHeader& part) const;
+    image::OutputOptions make_options(const PartChoice& choice, const PartSettings* of_part);
     void plan_one(unsigned int index);
     void choose_kept_subimage();
-    void report_layers(const PartChoice& choice);
+    void report_layers(const PartChoice& choice, const PartSettings* of_part);
     void note_all(const diagnostics::Diagnostics& changes);
     void note_losses();
     std::vector<bool> find_data_parts() const;

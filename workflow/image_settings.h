@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,6 +19,20 @@ struct ImageJob {
     std::optional<int> frame = std::nullopt; ///< Its number in a sequence.
 };
 
+class Conversion;
+
+/// How to convert parts that are in another color space than the image by their tags.
+struct PartSettings {
+    TaggedSpace space;
+    std::shared_ptr<const Conversion> conversion; ///< From that color space; null for data, which is left.
+    image::ConvertRows convert;                   ///< Empty to leave colors unchanged.
+    bool mixes_channels = true;                   ///< Of `convert`.
+    // As in OutputOptions.
+    image::ColorDescription colors;
+    bool keeps_space = false;
+    bool neutrals_stay_neutral = true;
+};
+
 /// How to convert images; the same for all images of a sequence.
 struct ImageSettings {
     image::ConvertRows convert; ///< Empty to leave colors unchanged.
@@ -31,8 +46,7 @@ struct ImageSettings {
     /// with other tags gets a warning, or is not converted if `is_strict`.
     std::optional<std::vector<std::string>> source_tags;
     bool is_strict = false;
-    /// Tags of parts that are not in the color space of the image, and are left.
-    std::vector<TaggedSpace> other_tags;
+    std::vector<PartSettings> parts; ///< Of those that are not in the color space of the image.
     /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.
     std::string fingerprint;
 };

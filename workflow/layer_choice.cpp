@@ -224,7 +224,9 @@ std::string LayerChoice::find_reason_to_leave(const Part& part, const ImageLayer
     const std::string label = get_label(part, layer);
     if (!layer.is_convertible())
         fail_to_convert(label, get_reason(layer.content).explanation);
-    if (layer.color->has_all_colors() || !conversion.mixes_channels)
+    const bool mixes = part.index < conversion.part_mixes.size() ? conversion.part_mixes[part.index]
+                                                                 : conversion.mixes_channels;
+    if (layer.color->has_all_colors() || !mixes)
         return "";
     if (is_named)
         fail_to_convert(label, "it lacks some of red, green and blue, which the conversion mixes");
@@ -275,8 +277,12 @@ std::string describe(const LayerReport& report) {
     if (report.left.empty() && report.converted.size() < 2 && !report.is_part_of_input)
         return "";
     std::string text;
-    if (!report.converted.empty())
-        text = "converted " + join(report.converted);
+    for (const std::string& name : report.converted) {
+        const auto space = report.other_spaces.find(name);
+        text += (text.empty() ? "converted " : ", ") + name;
+        if (space != report.other_spaces.end())
+            text += fmt::format(" (from {})", space->second);
+    }
     if (!report.left.empty())
         text += (text.empty() ? "left " : "; left ") + describe_left(report.left);
     return text;

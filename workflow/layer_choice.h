@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,11 +36,13 @@ struct LeftLayer {
 struct LayerReport {
     std::vector<std::string> converted;
     std::vector<LeftLayer> left;
+    /// Color spaces of the converted layers that are not in that of the image, by their names.
+    std::map<std::string, std::string> other_spaces;
     bool is_part_of_input = false; ///< The input has other layers, which the output format cannot have.
 };
 
-/// "converted rgba, diffuse; left N (data by name); Z, id (data)". Empty when the input has only one layer,
-/// which was converted.
+/// "converted rgba, diffuse (from ACEScct); left N (data by name); Z, id (data)". Empty when the input has
+/// only one layer, which was converted.
 std::string describe(const LayerReport& report);
 
 /// A layer to convert.
@@ -65,6 +68,7 @@ struct LayerConversion {
     /// Why nothing is converted, for the report: "in the data space 'Raw'"; empty to convert.
     std::string reason_to_leave;
     std::vector<std::string> part_reasons; ///< Likewise for single parts, by subimage; may be shorter.
+    std::vector<bool> part_mixes;          ///< `mixes_channels` of single parts; may be shorter.
 };
 
 /// Chooses the layers of each subimage of the image at `path`, which is only for messages. Throws

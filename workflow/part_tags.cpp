@@ -8,25 +8,35 @@
 
 namespace workflow {
 
-std::vector<image::ColorTags> find_part_tags(const std::vector<image::PartHeader>& headers,
-                                             const std::string& format) {
+namespace {
+
+PartTags read_part_tags(const image::PartHeader& part) {
+    const std::string name = image::get_part_name(part.spec);
+    return {name.empty() ? "part " + std::to_string(part.subimage + 1) : name,
+            image::find_color_tags(part.spec)};
+}
+
+} // namespace
+
+std::vector<PartTags> find_part_tags(const std::vector<image::PartHeader>& headers,
+                                     const std::string& format) {
     image::PartContext context;
     context.format = format;
     for (const image::PartHeader& part : headers)
         for (std::string& name : image::get_cryptomatte_names(part.spec))
             context.cryptomattes.push_back(std::move(name));
-    std::vector<image::ColorTags> tagged;
+    std::vector<PartTags> tagged;
     const image::PartHeader* first_color = nullptr;
     for (const image::PartHeader& part : headers) {
         if (part.level > 0 || image::find_color_layers(part.spec, context).empty())
             continue;
         first_color = first_color ? first_color : &part;
-        image::ColorTags tags = image::find_color_tags(part.spec);
-        if (!tags.tags.empty())
-            tagged.push_back(std::move(tags));
+        PartTags found = read_part_tags(part);
+        if (!found.tags.tags.empty())
+            tagged.push_back(std::move(found));
     }
     if (tagged.empty())
-        tagged.push_back(image::find_color_tags((first_color ? *first_color : headers.front()).spec));
+        tagged.push_back(read_part_tags(first_color ? *first_color : headers.front()));
     return tagged;
 }
 

@@ -15,11 +15,17 @@ struct TaggedSpace {
     bool is_data = false;          ///< The config says that it holds data.
 };
 
+/// The color tags of one part.
+struct PartTags {
+    std::string part; ///< For messages: "albedo", "part 2".
+    image::ColorTags tags;
+};
+
 /// The color tags of the parts of an image, read as `format`, that have any and are color by the rule of
 /// image/image_layers.h, in their order. Without such a part those of the first part of color, else of the
 /// first part. Never empty.
-std::vector<image::ColorTags> find_part_tags(const std::vector<image::PartHeader>& headers,
-                                             const std::string& format);
+std::vector<PartTags> find_part_tags(const std::vector<image::PartHeader>& headers,
+                                     const std::string& format);
 
 /// The one of `spaces` with these tags; null when there is none.
 const TaggedSpace* find_tagged_space(const std::vector<TaggedSpace>& spaces,

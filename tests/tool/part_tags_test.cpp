@@ -1,5 +1,9 @@
 // The color tags of images with several parts.
 
+#include <filesystem>
+
+#include <nlohmann/json.hpp>
+
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
 
@@ -73,21 +77,95 @@ TEST_F(PartTags, OfDataLeaveTheirPart) {
     EXPECT_EQ(get_gray(1), 0.5f);
 }
 
-TEST_F(PartTags, OfAnotherColorSpaceLeaveTheirPartWithAWarning) {
-    const std::vector<Part> parts = {{"beauty", "half"}, {"albedo", "quarter"}};
+TEST_F(PartTags, OfAnotherColorSpaceAreTheSourceOfTheirPart) {
+    const std::vector<Part> parts = {{"beauty", "half"},
+                                     {"albedo", "quarter"},
+                                     {"aux", "Non-Color"},
+                                     {"matte_paint", ""},
+                                     {"light", "lin"}};
     const ToolRun result = convert(parts);
     ASSERT_THAT(result, Succeeds());
-    EXPECT_THAT(result.err,
-                AllOf(HasSubstr("warning"),
-                      HasSubstr("the part 'albedo' is not converted: it is in 'quarter' "
-                                "by its tags, and not in the color space of the image"),
-                      HasSubstr("convert the part alone from 'quarter', with --parts and --from")));
+    EXPECT_THAT(result.err, Not(HasSubstr("warning")));
+    EXPECT_THAT(result.out,
+                HasSubstr("converted beauty, albedo (from quarter), matte_paint, light (from lin); left "
+                          "aux (data by its tags)"));
     EXPECT_EQ(get_gray(0), 0.5f);
-    EXPECT_EQ(get_gray(1), 1.0f);
-    EXPECT_EQ(read_image(path("out.exr"), 1).spec.get_string_attribute("colorio:ColorSpace"), "quarter");
-    ASSERT_THAT(convert(parts, {"--from", "quarter", "--parts", "albedo"}), Succeeds());
+    EXPECT_EQ(get_gray(1), 0.25f);
+    EXPECT_EQ(get_gray(2), 1.0f);
+    EXPECT_EQ(get_gray(3), 0.5f) << "without tags it is in the color space of the image";
+    EXPECT_EQ(get_gray(4), 1.0f);
+    for (const int part : {0, 1, 3, 4})
+        EXPECT_EQ(read_image(path("out.exr"), part).spec.get_string_attribute("colorio:ColorSpace"), "lin")
+            << part;
+    ASSERT_THAT(convert(parts, {"--parts", "albedo"}), Succeeds());
     EXPECT_EQ(get_gray(0), 1.0f);
     EXPECT_EQ(get_gray(1), 0.25f);
+    ASSERT_THAT(convert(parts, {"--from", "half"}), Succeeds());
+    EXPECT_EQ(get_gray(1), 0.5f) << "--from is that of all parts";
+}
+
+TEST_F(PartTags, AreExplainedByPart) {
+    const std::vector<Part> parts = {{"beauty", "half"}, {"albedo", "quarter"}, {"aux", "Non-Color"}};
+    const ToolRun why = convert(parts, {"--why"});
+    constexpr char LINES[] =
+        "  part beauty:   half, from the tag colorio:ColorSpace 'half'\n"
+        "  part albedo:   quarter, from the tag colorio:ColorSpace 'quarter'\n"
+        "  part aux:      Non-Color, from the tag colorio:ColorSpace 'Non-Color'; data, left as "
+        "it is\n";
+    EXPECT_THAT(why.out, HasSubstr(LINES));
+    const std::vector<std::string> explain = {"explain", "--image",  path("in.exr"),
+                                              "lin",     "--config", path("show.ocio")};
+    std::vector<std::string> wordy = explain, as_json = explain;
+    wordy.emplace_back("--why");
+    as_json.emplace_back("--json");
+    EXPECT_THAT(run(wordy).out, HasSubstr(LINES));
+    EXPECT_EQ(nlohmann::json::parse(run(as_json).out).at("source_parts").at(1),
+              nlohmann::json({{"part", "albedo"},
+                              {"color_space", "quarter"},
+                              {"reason", "from the tag colorio:ColorSpace 'quarter'"}}));
+    convert({{"beauty", "half"}, {"albedo", "half"}});
+    EXPECT_THAT(run(wordy).out, Not(HasSubstr("  part "))) << "all are in the same color space";
+}
+
+TEST_F(PartTags, AreThoseOfEachFrameOfASequence) {
+    ASSERT_THAT(convert({{"beauty", "half"}, {"albedo", "quarter"}}), Succeeds());
+    std::filesystem::rename(path("in.exr"), path("shot.1.exr"));
+    ASSERT_THAT(convert({{"albedo", "quarter"}, {"beauty", "half"}}), Succeeds());
+    std::filesystem::rename(path("in.exr"), path("shot.2.exr"));
+    const std::vector<std::string> arguments = {"convert", path("shot.#.exr"), path("done.#.exr"), "--to",
+                                                "lin",     "--config",         path("show.ocio"),  "--json"};
+    const ToolRun result = run(arguments);
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out, HasSubstr("\"layer_sources\":{\"albedo\":\"quarter\"}"));
+    EXPECT_EQ(read_image(path("done.1.exr"), 1).get("G"), 0.25f);
+    EXPECT_EQ(read_image(path("done.2.exr"), 0).get("G"), 0.25f);
+    EXPECT_EQ(read_image(path("done.2.exr"), 1).get("G"), 0.5f);
+    std::vector<std::string> again = arguments;
+    again.emplace_back("--resume");
+    EXPECT_THAT(run(again).out, HasSubstr("\"up-to-date\":2"));
+}
+
+TEST_F(PartTags, DecideWhetherASingleChannelIsConverted) {
+    // red of "mixed" depends on green
+    std::string config = CONFIG;
+    config += "  - !<ColorSpace>\n    name: mixed\n    to_reference: !<MatrixTransform> {matrix: [0.5, 0.5, "
+              "0, 0, 0, "
+              "1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]}\n";
+    folder.write("show.ocio", config);
+    std::vector<Image> images = {make_image(1, 1, 3, OIIO::TypeHalf, {1.0f, 1.0f, 1.0f}),
+                                 make_image(1, 1, 1, OIIO::TypeHalf, {1.0f})};
+    images[0].spec.attribute("oiio:subimagename", "beauty");
+    images[0].spec.attribute("colorio:ColorSpace", "half");
+    images[1].spec.attribute("oiio:subimagename", "red");
+    images[1].spec.attribute("colorio:ColorSpace", "mixed");
+    images[1].spec.channelnames = {"R"};
+    write_image(path("in.exr"), images);
+    const ToolRun result =
+        run({"convert", path("in.exr"), path("out.exr"), "--to", "lin", "--config", path("show.ocio")});
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.out,
+                HasSubstr("converted beauty; left red (the conversion mixes it with missing channels)"));
+    EXPECT_EQ(read_image(path("out.exr"), 1).get("R"), 1.0f);
 }
 
 TEST_F(PartTags, DoNotMatterWhereTheUserNamesTheColorSpace) {
@@ -101,9 +179,8 @@ TEST_F(PartTags, OfADestinationOfDataAreThoseOfTheSource) {
     const ToolRun result = run({"convert", path("plain.exr"), path("raw.exr"), "--from", "half", "--to",
                                 "Non-Color", "--config", path("show.ocio")});
     ASSERT_THAT(result, Succeeds());
-    EXPECT_THAT(result.err,
-                HasSubstr("note: 'Non-Color' holds data, to which colors are not converted: they stay "
-                          "in 'half'\n"));
+    EXPECT_THAT(result.err, HasSubstr("'Non-Color' holds data, to which colors are not converted: they stay "
+                                      "in 'half'\n"));
     EXPECT_EQ(read_image(path("raw.exr")).get("G"), 1.0f);
     EXPECT_EQ(read_image(path("raw.exr")).spec.get_string_attribute("colorio:ColorSpace"), "half");
     ASSERT_THAT(
