@@ -1,5 +1,7 @@
 #include "tests/tool/v2/guide_fixture.h"
 
+#include <fstream>
+
 #include "tests/tool/images.h"
 #include "tests/tool/native_image.h"
 
@@ -44,13 +46,43 @@ std::string make_correction(const std::string& id, const std::string& slope) {
 
 } // namespace
 
+std::vector<std::string> GuideFixture::split_words(const std::string& command) {
+    std::vector<std::string> words(1);
+    bool is_quoted = false;
+    for (const char c : command) {
+        if (c == '"')
+            is_quoted = !is_quoted;
+        else if (c == ' ' && !is_quoted)
+            words.emplace_back();
+        else
+            words.back() += c;
+    }
+    return words;
+}
+
+std::vector<std::string> GuideFixture::read_commands() {
+    std::ifstream guide(QB_TEST_CONFIG_FOLDER "/../../docs/guide.md");
+    const std::string start = "| `colorio ";
+    std::vector<std::string> commands;
+    bool is_in_section = false;
+    for (std::string line; std::getline(guide, line);) {
+        if (line.rfind("## ", 0) == 0)
+            is_in_section = line == "## Comparison with oiiotool and the OpenColorIO tools";
+        const std::size_t found = line.find(start);
+        if (is_in_section && found != line.npos)
+            commands.push_back(line.substr(found + start.size(),
+                                           line.find('`', found + start.size()) - found - start.size()));
+    }
+    return commands;
+}
+
 GuideFixture::GuideFixture() : previous(std::filesystem::current_path()) {
     std::filesystem::current_path(folder.get_path());
     ocio.set(folder.write("show.ocio", CONFIG));
     folder.write("grades.ccc", "<ColorCorrectionCollection>" + make_correction("shot_010", "1.5 1 1") +
                                    make_correction("shot_020", "1 1 0.5") + "</ColorCorrectionCollection>");
-    for (const char* shot : {"sq010", "sq020"})
-        folder.write("luts/" + std::string(shot) + "/grade.cc", make_correction(shot, "1.5 1 1"));
+    folder.write("luts/sq010/grade.cc", make_correction("sq010", "1.5 1 1"));
+    folder.write("luts/sq020/grade.cc", make_correction("sq020", "1 1.25 0.5"));
     folder.write("show.cube", "LUT_1D_SIZE 2\n0 0 0\n0.5 0.5 0.5\n");
     write_images();
 }
@@ -60,11 +92,11 @@ GuideFixture::~GuideFixture() {
 }
 
 void GuideFixture::write_images() {
-    const std::vector<float> rgb = {0.2f, 0.4f, 0.6f};
+    const std::vector<float> rgb = {0.2f, 0.4f, 0.6f, 0.01f, 0.5f, 0.45f, 0.48f, 0.3f, 0.05f};
     for (const char* name : {"render.exr", "log.exr", "shot.0001.exr", "shot.0002.exr"})
-        write_image(name, make_image(1, 1, 3, OIIO::TypeHalf, rgb));
-    write_image("graded.png", make_image(1, 1, 3, OIIO::TypeUInt16, rgb));
-    write_image("scan.dpx", make_image(1, 1, 3, OIIO::TypeUInt16, rgb));
+        write_image(name, make_image(3, 1, 3, OIIO::TypeHalf, rgb));
+    write_image("graded.png", make_image(3, 1, 3, OIIO::TypeUInt16, rgb));
+    write_image("scan.dpx", make_image(3, 1, 3, OIIO::TypeUInt16, rgb));
     NativeImage layers = make_native_image(1, 1,
                                            {{"R", OIIO::TypeHalf},
                                             {"G", OIIO::TypeHalf},
@@ -88,6 +120,9 @@ void GuideFixture::write_images() {
                                       {"A", OIIO::TypeHalf},
                                       {"Z", OIIO::TypeFloat}},
                                      {2});
+    for (int sample = 0; sample < 2; ++sample)
+        for (int channel = 0; channel < 5; ++channel)
+            deep.pixels.set_deep_value(0, channel, sample, 0.1f * static_cast<float>(channel + 1 + sample));
     write_deep("deep.exr", {deep});
 }
 

@@ -12,6 +12,10 @@ protected:
     GuideFixture();
     ~GuideFixture() override;
 
+    /// The commands in the second column of the guide's table, without the name of the program.
+    static std::vector<std::string> read_commands();
+    /// The words of a command line; double quotes hold words together.
+    static std::vector<std::string> split_words(const std::string& command);
     /// Value of a channel of the first pixel.
     static float get(const char* name, const char* channel);
 

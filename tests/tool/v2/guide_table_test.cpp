@@ -1,7 +1,6 @@
 // The commands that the guide sets beside those of other programs work as they stand there.
 
 #include <cmath>
-#include <fstream>
 
 #include "tests/tool/images.h"
 #include "tests/tool/v2/guide_fixture.h"
@@ -10,38 +9,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-/// The words of a command line; double quotes hold words together.
-std::vector<std::string> split_words(const std::string& command) {
-    std::vector<std::string> words(1);
-    bool is_quoted = false;
-    for (const char c : command) {
-        if (c == '"')
-            is_quoted = !is_quoted;
-        else if (c == ' ' && !is_quoted)
-            words.emplace_back();
-        else
-            words.back() += c;
-    }
-    return words;
-}
-
-/// The commands in the second column of the guide's table.
-std::vector<std::string> read_commands() {
-    std::ifstream guide(QB_TEST_CONFIG_FOLDER "/../../docs/guide.md");
-    const std::string start = "| `colorio ";
-    std::vector<std::string> commands;
-    bool is_in_section = false;
-    for (std::string line; std::getline(guide, line);) {
-        if (line.rfind("## ", 0) == 0)
-            is_in_section = line == "## Comparison with oiiotool and the OpenColorIO tools";
-        const std::size_t found = line.find(start);
-        if (is_in_section && found != line.npos)
-            commands.push_back(line.substr(found + start.size(),
-                                           line.find('`', found + start.size()) - found - start.size()));
-    }
-    return commands;
-}
 
 using GuideTable = GuideFixture;
 
