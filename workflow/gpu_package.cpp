@@ -1,6 +1,10 @@
 #include "workflow/gpu_package.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -39,16 +43,54 @@ GpuStage make_gpu_stage(const Conversion& conversion, const Conversion::Stage& s
     return {text.get_data(), {{lut.begin(), lut.end()}, stage.converter->get_lut_3d_edge_size()}};
 }
 
+/// The names in GLSL text outside of functions that begin as OpenColorIO's names of its constants and
+/// functions do. They are numbered within one stage.
+std::set<std::string> find_global_names(const std::string& text) {
+    constexpr std::string_view PREFIX = "ocio_";
+    const auto is_of_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
+    std::set<std::string> names;
+    int depth = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text.compare(at, 2, "//") == 0)
+            at = std::min(text.find('\n', at), text.size() - 1);
+        depth += text[at] == '{' ? 1 : text[at] == '}' ? -1 : 0;
+        if (!is_of_name(text[at]))
+            continue;
+        const std::size_t start = at;
+        while (at + 1 < text.size() && is_of_name(text[at + 1]))
+            ++at;
+        if (depth == 0 && text.compare(start, PREFIX.size(), PREFIX) == 0)
+            names.insert(text.substr(start, at + 1 - start));
+    }
+    return names;
+}
+
+/// The names that several stages define, and which must become unique.
+std::set<std::string> find_shared_names(const std::vector<GpuStage>& stages) {
+    std::set<std::string> known, shared = {FUNCTION};
+    for (const GpuStage& stage : stages)
+        for (const std::string& name : find_global_names(stage.text))
+            if (!known.insert(name).second)
+                shared.insert(name);
+    return shared;
+}
+
 /// The functions of all stages, renamed to be unique, and a function that calls them in order.
 std::string chain_stages(const std::vector<GpuStage>& stages, std::size_t exposure_position,
                          bool takes_gain) {
+    const std::set<std::string> shared = find_shared_names(stages);
     std::string functions, parameters, calls;
     for (std::size_t i = 0; i <= stages.size(); ++i) {
         if (i == exposure_position && takes_gain)
             calls += "    color.rgb *= gain;\n";
         if (i == stages.size())
             break;
-        functions += fmt::format("#define {0} {0}_{1}\n{2}\n#undef {0}\n\n", FUNCTION, i, stages[i].text);
+        std::string end;
+        for (const std::string& name : shared) {
+            functions += fmt::format("#define {0} {0}_{1}\n", name, i);
+            end += fmt::format("#undef {}\n", name);
+        }
+        functions += fmt::format("{}\n{}\n", stages[i].text, end);
         parameters += fmt::format(", const sampler3D lut3d_{}", i);
         calls += fmt::format("    color = {0}_{1}(color, lut3d_{1});\n", FUNCTION, i);
     }
