@@ -250,7 +250,7 @@ PartPlan plan_part(const OIIO::ImageSpec& input, std::vector<ColorLayer> layers,
     const bool same_depth = plan.spec.format == input.format &&
                             plan.spec.channelformats == input.channelformats &&
                             (!depth.is_known() || depth == get_depth(input, input_format));
-    remove_foreign_metadata(plan.spec, input_format == abilities.name, same_depth);
+    remove_foreign_metadata(plan.spec, abilities.name, input_format == abilities.name, same_depth);
     set_bits(depth, plan.spec);
     if (!plan.layers.empty() && !options.colors.name.empty())
         describe_colors(options.colors, abilities.name, plan.spec);

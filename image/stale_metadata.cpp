@@ -62,7 +62,10 @@ void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color
     spec.attribute("oiio:ColorSpace", color_space_tag);
 }
 
-void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_depth) {
+void remove_foreign_metadata(OIIO::ImageSpec& spec, const std::string& format, bool same_format,
+                             bool same_depth) {
+    if (format == "openexr") // OpenImageIO writes no profile, and reports each one on standard error
+        spec.erase_attribute("^ICCProfile.*");
     if (!same_format) {
         spec.erase_attribute("compression");
         spec.erase_attribute("planarconfig");

@@ -15,7 +15,9 @@ namespace image {
 void remove_stale_color_metadata(OIIO::ImageSpec& spec, const std::string& color_space_tag, bool keeps_space,
                                  diagnostics::Diagnostics& notes);
 
-/// Removes attributes that only apply to a file of the same format or pixel type.
-void remove_foreign_metadata(OIIO::ImageSpec& spec, bool same_format, bool same_depth);
+/// Removes attributes that only apply to a file of the same format or pixel type, or that a file of `format`,
+/// which is to be written, cannot have.
+void remove_foreign_metadata(OIIO::ImageSpec& spec, const std::string& format, bool same_format,
+                             bool same_depth);
 
 } // namespace image

@@ -43,6 +43,20 @@ TEST_F(TagsOfFormats, OfDpxAreThoseOfTheInputInTheSameSpace) {
     EXPECT_EQ(get_byte("out.dpx", 802), 0u);
 }
 
+TEST_F(TagsOfFormats, OfOpenExrHaveNoProfile) {
+    convert("sRGB - Texture", "in.png");
+    ASSERT_NE(read_image(path("in.png")).spec.find_attribute("ICCProfile"), nullptr);
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const ToolRun result = run({"convert", path("in.png"), path("out.exr"), "--from", "sRGB - Texture",
+                                "--to", "sRGB - Texture", "--config", path("show.ocio")});
+    const std::string printed =
+        testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr();
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(printed, testing::Not(testing::HasSubstr("ICCProfile")))
+        << "OpenImageIO prints what it drops";
+}
+
 TEST_F(TagsOfFormats, OfDpxLeadBackToTheColorSpace) {
     for (const char* name : {"ACEScg", "paint", "lin_srgb", "Rec.1886 Rec.709 - Display", "Camera Rec.709"}) {
         convert(name, "out.dpx");
