@@ -82,10 +82,12 @@ void add_check(CLI::Option* option, const std::string& expected, const Accepts& 
 /// The check that a value is not empty.
 constexpr char CONTENT_CHECK[] = "content";
 
-CLI::Option* refuse_empty(CLI::Option* option) {
+/// The next option is not a value either, as in "--from --to sRGB".
+CLI::Option* require_content(const CLI::App& command, CLI::Option* option) {
     return option->check(
-        [option](const std::string& text) -> std::string {
-            if (text.empty())
+        [&command, option](const std::string& text) -> std::string {
+            const bool is_option = text.rfind("--", 0) == 0 && command.get_option_no_throw(text);
+            if (text.empty() || is_option)
                 throw UsageError(describe_missing_value(*option));
             return {};
         },
@@ -176,7 +178,7 @@ Option Options::add(const std::string& name, Target target, const std::string& h
                     const std::string& value_name) {
     CLI::Option* const option =
         std::visit([&](auto* value) { return app->add_option(name, *value, help); }, target);
-    refuse_empty(option)->option_text(value_name);
+    require_content(*app, option)->option_text(value_name);
     if (std::holds_alternative<int*>(target) || std::holds_alternative<std::optional<int>*>(target))
         add_check(option, "expected a whole number", parse_as<int>);
     else if (std::holds_alternative<float*>(target) || std::holds_alternative<double*>(target))
@@ -198,11 +200,11 @@ void Options::add_ordered(const std::vector<OrderedOption>& declared, std::vecto
     std::map<const CLI::Option*, std::shared_ptr<Declared>> known;
     for (const OrderedOption& one : declared) {
         const auto entry = std::make_shared<Declared>(Declared{one.name, one.value.empty(), {}});
-        CLI::Option* const option = entry->is_flag
-                                        ? app->add_flag(one.name)->description(one.help)
-                                        : refuse_empty(app->add_option(one.name, entry->texts, one.help))
-                                              ->allow_extra_args(false)
-                                              ->option_text(one.value);
+        CLI::Option* const option =
+            entry->is_flag ? app->add_flag(one.name)->description(one.help)
+                           : require_content(*app, app->add_option(one.name, entry->texts, one.help))
+                                 ->allow_extra_args(false)
+                                 ->option_text(one.value);
         known.emplace(option, entry);
     }
     app->parse_complete_callback([command = app, known, &values] {

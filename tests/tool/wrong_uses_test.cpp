@@ -161,6 +161,8 @@ INSTANTIATE_TEST_SUITE_P(
         convert_empty("--skip ''", "--skip"), convert_empty("--frames ''", "--frames"),
         convert_empty("--memory ''", "--memory"), convert_empty("--threads ''", "--threads"),
         convert_empty("--prefs ''", "--prefs"), convert("--from '' --to lin", 2, "--from needs a value"),
+        convert("--from --to lin", 2, "--from needs a value"),
+        convert("--from lin --to lin --look --dither", 2, "--look needs a value"),
         convert("--from lin --to ''", 2, "--to needs a value"),
         WrongUse{"convert @in.exr @out.exr --from linear --to sRGB --config ''", 2, "--config needs a value"},
         WrongUse{"convert '' @out.exr --from linear --to sRGB", 2, "input needs a value"},
