@@ -50,20 +50,6 @@ std::string join(const Names& names) {
     return fmt::format("{}", fmt::join(names, ", "));
 }
 
-/// "N, P (data by name); Z (data)".
-std::string describe_left(const std::vector<LeftLayer>& left) {
-    std::string text;
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        const bool is_last = i + 1 == left.size() || left[i + 1].reason != left[i].reason;
-        text += left[i].name;
-        if (is_last)
-            text += fmt::format(" ({})", left[i].reason);
-        if (i + 1 < left.size())
-            text += is_last ? "; " : ", ";
-    }
-    return text;
-}
-
 struct Part {
     std::string name;   ///< Empty for none.
     std::string number; ///< From 1.
@@ -261,8 +247,7 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
     }
     diagnostics::Diagnostic failure = diagnostics::make_file_error(
         Code::IMAGE_UNSUPPORTED,
-        fmt::format("cannot convert '{}': no color channels to convert: {}", path, describe_left(left)),
-        path);
+        fmt::format("cannot convert '{}': no color channels to convert: {}", path, describe(left)), path);
     if (!convertible.empty())
         failure =
             with_hint(std::move(failure),
@@ -272,21 +257,6 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
 }
 
 } // namespace
-
-std::string describe(const LayerReport& report) {
-    if (report.left.empty() && report.converted.size() < 2 && !report.is_part_of_input)
-        return "";
-    std::string text;
-    for (const std::string& name : report.converted) {
-        const auto space = report.other_spaces.find(name);
-        text += (text.empty() ? "converted " : ", ") + name;
-        if (space != report.other_spaces.end())
-            text += fmt::format(" (from {})", space->second);
-    }
-    if (!report.left.empty())
-        text += (text.empty() ? "left " : "; left ") + describe_left(report.left);
-    return text;
-}
 
 std::vector<image::ColorLayer> PartChoice::get_colors() const {
     std::vector<image::ColorLayer> colors;

@@ -30,6 +30,9 @@ struct LeftLayer {
     std::string reason; ///< "data", "skipped".
 };
 
+/// "N, P (data by name); Z (data)".
+std::string describe(const std::vector<LeftLayer>& left);
+
 /// Which layers of an image were converted, and which were left, by their names. In an image of several parts
 /// the name of the part stands for its color without a layer, and before other layers: "beauty",
 /// "beauty:diffuse".
