@@ -176,6 +176,7 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
     request.from = file_space.color_space;
     image_options.data_space = file_space.is_data ? file_space.color_space : "";
     image_options.source_tags = file_space.tags;
+    image_options.part_tags = file_space.part_tags;
     image_options.is_strict = source_choice.is_strict;
 }
 

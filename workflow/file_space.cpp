@@ -253,6 +253,7 @@ FileSpace find_space_of_parts(const std::string& path, const std::vector<PartTag
     FileSpace found = find_file_space(path, tags[decisive].tags, config_name);
     for (std::size_t i = 0; i < spaces.size(); ++i) {
         std::vector<std::string> texts = tags[i].tags.describe();
+        found.part_tags.push_back(texts);
         if (!spaces[i].color_space.empty() && spaces[i].color_space != found.color_space &&
             !find_tagged_space(found.other_tags, texts))
             found.other_tags.push_back({std::move(texts), spaces[i].color_space, spaces[i].is_data});

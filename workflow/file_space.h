@@ -36,10 +36,11 @@ struct FileSpace {
     std::optional<std::vector<std::string>>
         tags;                            ///< Of the file, for messages; nothing when it was not read.
     std::vector<TaggedSpace> other_tags; ///< Of parts that are in another color space by their tags.
-    std::vector<PartSpace> parts;        ///< All with color and tags, if there are such parts.
-    std::vector<FileSpaceStep> steps;    ///< In the order of their use, the decisive one last.
-    diagnostics::Diagnostics warnings;   ///< About tags that name no color space of the config, and about
-                                         ///< integers that a default rule takes for linear.
+    std::vector<std::vector<std::string>> part_tags; ///< Of all parts with color and tags.
+    std::vector<PartSpace> parts;                    ///< All with color and tags, if there are such parts.
+    std::vector<FileSpaceStep> steps;                ///< In the order of their use, the decisive one last.
+    diagnostics::Diagnostics warnings; ///< About tags that name no color space of the config, and about
+                                       ///< integers that a default rule takes for linear.
 };
 
 /// Finds the color space of a file when the user did not name one, from the first of these that decides it: a

@@ -147,15 +147,15 @@ void add_part(const PartSettings& part, Digest& digest) {
 /// The function that converts is described by the request and the stages; tags of the source only lead to
 /// warnings and errors.
 void add_settings(const ImageSettings& settings, Digest& digest) {
-    const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags, is_strict,
-                 parts, fingerprint] = settings;
+    const auto& [convert, output_options, layers, mixes_channels, data_space, threads, source_tags, part_tags,
+                 is_strict, parts, fingerprint] = settings;
     add_output(output_options, digest);
     add_layers(layers, digest);
     digest.add("mixes", mixes_channels);
     digest.add("data space", data_space);
     for (const PartSettings& part : parts)
         add_part(part, digest);
-    static_cast<void>(std::tie(convert, threads, source_tags, is_strict, fingerprint));
+    static_cast<void>(std::tie(convert, threads, source_tags, part_tags, is_strict, fingerprint));
 }
 
 } // namespace

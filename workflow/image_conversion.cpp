@@ -71,6 +71,7 @@ ImageSettings make_image_settings(const Conversion& conversion, const ImageOptio
     settings.data_space = options.data_space;
     settings.threads = options.threads;
     settings.source_tags = options.source_tags;
+    settings.part_tags = options.part_tags;
     settings.is_strict = options.is_strict;
     for (const PartConversion& part : options.parts)
         settings.parts.push_back(make_part_settings(part));

@@ -34,6 +34,7 @@ struct ImageOptions {
     std::string data_space;                              ///< As in ImageSettings.
     int threads = 0;                                     ///< Worker threads for one image; 0 for all cores.
     std::optional<std::vector<std::string>> source_tags; ///< As in ImageSettings.
+    std::vector<std::vector<std::string>> part_tags;     ///< As in ImageSettings.
     bool is_strict = false;                              ///< As in ImageSettings.
     std::vector<PartConversion> parts;                   ///< Of those in other color spaces.
 };

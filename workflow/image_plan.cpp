@@ -81,18 +81,32 @@ void ImagePlan::check_tags() {
     const auto decisive = std::find_if(tags.begin(), tags.end(), [&](const PartTags& of_part) {
         return !find_settings(settings.parts, of_part.tags.describe());
     });
-    if (decisive != tags.end() && decisive->tags.describe() == *settings.source_tags)
+    if (decisive == tags.end() || decisive->tags.describe() != *settings.source_tags) {
+        report_other_tags("its color tags");
         return;
+    }
+    for (const PartTags& of_part : tags)
+        if (!settings.part_tags.empty() && !is_known(of_part.tags.describe()))
+            report_other_tags(fmt::format("the color tags of its part '{}'", of_part.part));
+}
+
+/// Whether the first image has a part with these tags.
+bool ImagePlan::is_known(const std::vector<std::string>& tags) const {
+    return tags.empty() ||
+           std::find(settings.part_tags.begin(), settings.part_tags.end(), tags) != settings.part_tags.end();
+}
+
+void ImagePlan::report_other_tags(const std::string& subject) {
+    const std::string difference = subject + " differ from those of the first image";
     if (settings.is_strict)
-        diagnostics::fail_file(
-            diagnostics::Code::COLOR_SPACE_ASSUMED,
-            fmt::format("cannot convert '{}': its color tags differ from those of the first image",
-                        reader.get_path()),
-            reader.get_path());
-    add_note(notes, diagnostics::make_file_warning(
-                        diagnostics::Code::COLOR_SPACE_ASSUMED,
-                        "its color tags differ from those of the first image, whose color space is used",
-                        reader.get_path()));
+        diagnostics::fail_file(diagnostics::Code::COLOR_SPACE_ASSUMED,
+                               fmt::format("cannot convert '{}': {}", reader.get_path(), difference),
+                               reader.get_path());
+    diagnostics::Diagnostic warning =
+        diagnostics::make_file_warning(diagnostics::Code::COLOR_SPACE_ASSUMED,
+                                       difference + ", whose color space is used", reader.get_path());
+    add_note(notes, with_hint(std::move(warning), // equal notes of a sequence are reported once
+                              fmt::format("first in '{}'; --strict makes it an error", reader.get_path())));
 }
 
 LayerConversion ImagePlan::describe_conversion() const {

@@ -45,6 +45,8 @@ struct ImageSettings {
     /// The color tags of the image that the conversion was chosen for; none where the user chose it. An image
     /// with other tags gets a warning, or is not converted if `is_strict`.
     std::optional<std::vector<std::string>> source_tags;
+    /// The same for the tags of the parts. Other tags of a part are not looked up.
+    std::vector<std::vector<std::string>> part_tags;
     bool is_strict = false;
     std::vector<PartSettings> parts; ///< Of those that are not in the color space of the image.
     /// Of the conversion (workflow/fingerprint.h), to be recorded in the output; empty for none.

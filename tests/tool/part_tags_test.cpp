@@ -145,6 +145,26 @@ TEST_F(PartTags, AreThoseOfEachFrameOfASequence) {
     EXPECT_THAT(run(again).out, HasSubstr("\"up-to-date\":2"));
 }
 
+TEST_F(PartTags, OfALaterFrameThatTheFirstOneDoesNotHaveAreReported) {
+    ASSERT_THAT(convert({{"beauty", "half"}, {"albedo", "half"}}), Succeeds());
+    std::filesystem::rename(path("in.exr"), path("shot.1.exr"));
+    ASSERT_THAT(convert({{"beauty", "half"}, {"albedo", "quarter"}}), Succeeds());
+    std::filesystem::rename(path("in.exr"), path("shot.2.exr"));
+    const std::vector<std::string> arguments = {"convert", path("shot.#.exr"), path("done.#.exr"), "--to",
+                                                "lin",     "--config",         path("show.ocio")};
+    EXPECT_THAT(run(arguments).err,
+                AllOf(HasSubstr("the color tags of its part 'albedo' differ from those of the first "
+                                "image, whose color space is used"),
+                      HasSubstr("first in '" + path("shot.2.exr") + "'")));
+    std::vector<std::string> strict = arguments;
+    strict.emplace_back("--strict");
+    const ToolRun result = run(strict);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err,
+                HasSubstr("shot.2.exr': the color tags of its part 'albedo' differ from those of the "
+                          "first image"));
+}
+
 TEST_F(PartTags, DecideWhetherASingleChannelIsConverted) {
     // red of "mixed" depends on green
     std::string config = CONFIG;
