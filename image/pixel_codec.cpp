@@ -34,12 +34,18 @@ void from_float(float value, float& result) {
     result = value;
 }
 
+/// The first byte of pixel `index`.
+template <class Byte>
+Byte* get_pixel(Byte* pixels, std::ptrdiff_t stride, std::size_t index) {
+    return pixels + stride * static_cast<std::ptrdiff_t>(index);
+}
+
 /// Stands for the type of a channel in overloads.
 struct Half {};
 
 template <class Value>
-void decode_values(Value value, const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
-                   float* target) {
+void decode_values(Value value, const std::byte* source, std::ptrdiff_t stride, int channels,
+                   std::size_t pixels, float* target) {
     for (std::size_t pixel = 0; pixel < pixels; ++pixel, source += stride, target += WORKING_CHANNELS)
         for (int channel = 0; channel < channels; ++channel) {
             std::memcpy(&value, source + static_cast<std::size_t>(channel) * sizeof(Value), sizeof(Value));
@@ -49,7 +55,7 @@ void decode_values(Value value, const std::byte* source, std::size_t stride, int
 
 template <class Value>
 void encode_values(Value value, const float* source, int channels, std::size_t pixels, std::byte* target,
-                   std::size_t stride) {
+                   std::ptrdiff_t stride) {
     for (std::size_t pixel = 0; pixel < pixels; ++pixel, source += WORKING_CHANNELS, target += stride)
         for (int channel = 0; channel < channels; ++channel) {
             from_float(source[channel], value);
@@ -57,7 +63,7 @@ void encode_values(Value value, const float* source, int channels, std::size_t p
         }
 }
 
-bool is_dense(std::size_t stride, int channels) {
+bool is_dense(std::ptrdiff_t stride, int channels) {
     return channels == WORKING_CHANNELS && stride == WORKING_CHANNELS * sizeof(std::uint16_t);
 }
 
@@ -70,7 +76,7 @@ void for_half_runs(int channels, std::size_t pixels, const Convert& convert) {
 }
 
 /// Copies the channels together, converts them at once, and distributes them over the working row.
-void decode_values(Half, const std::byte* source, std::size_t stride, int channels, std::size_t pixels,
+void decode_values(Half, const std::byte* source, std::ptrdiff_t stride, int channels, std::size_t pixels,
                    float* target) {
     if (is_dense(stride, channels))
         return decode_halfs(reinterpret_cast<const std::uint16_t*>(source), target,
@@ -80,7 +86,8 @@ void decode_values(Half, const std::byte* source, std::size_t stride, int channe
     float floats[HALF_RUN];
     for_half_runs(channels, pixels, [&](std::size_t first, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
-            std::memcpy(halfs + i * width, source + (first + i) * stride, width * sizeof(std::uint16_t));
+            std::memcpy(halfs + i * width, get_pixel(source, stride, first + i),
+                        width * sizeof(std::uint16_t));
         decode_halfs(halfs, floats, count * width);
         for (std::size_t i = 0; i < count; ++i)
             std::copy_n(floats + i * width, width, target + (first + i) * WORKING_CHANNELS);
@@ -88,7 +95,7 @@ void decode_values(Half, const std::byte* source, std::size_t stride, int channe
 }
 
 void encode_values(Half, const float* source, int channels, std::size_t pixels, std::byte* target,
-                   std::size_t stride) {
+                   std::ptrdiff_t stride) {
     if (is_dense(stride, channels))
         return encode_halfs(source, reinterpret_cast<std::uint16_t*>(target), pixels * WORKING_CHANNELS);
     const auto width = static_cast<std::size_t>(channels);
@@ -99,7 +106,8 @@ void encode_values(Half, const float* source, int channels, std::size_t pixels, 
             std::copy_n(source + (first + i) * WORKING_CHANNELS, width, floats + i * width);
         encode_halfs(floats, halfs, count * width);
         for (std::size_t i = 0; i < count; ++i)
-            std::memcpy(target + (first + i) * stride, halfs + i * width, width * sizeof(std::uint16_t));
+            std::memcpy(get_pixel(target, stride, first + i), halfs + i * width,
+                        width * sizeof(std::uint16_t));
     });
 }
 
@@ -126,7 +134,7 @@ bool with_value_of(OIIO::TypeDesc type, const Convert& convert) {
 
 } // namespace
 
-void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::size_t stride, int channels,
+void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::ptrdiff_t stride, int channels,
                      std::size_t pixels, float* target) {
     const auto decode = [&](auto value) { decode_values(value, source, stride, channels, pixels, target); };
     if (!with_value_of(type, decode))
@@ -137,7 +145,7 @@ void decode_channels(OIIO::TypeDesc type, const std::byte* source, std::size_t s
 }
 
 void encode_channels(OIIO::TypeDesc type, const float* source, int channels, std::size_t pixels,
-                     std::byte* target, std::size_t stride) {
+                     std::byte* target, std::ptrdiff_t stride) {
     const auto encode = [&](auto value) { encode_values(value, source, channels, pixels, target, stride); };
     if (!with_value_of(type, encode))
         OIIO::convert_image(channels, static_cast<int>(pixels), 1, 1, source, OIIO::TypeFloat,

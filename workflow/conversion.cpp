@@ -37,16 +37,18 @@ constexpr std::pair<float, float> PROBED_COMPANIONS[] = {
 /// Tolerance for rounding, relative to the larger of the value and 1.
 constexpr float NEUTRAL_TOLERANCE = 1e-5f;
 
-void expose(float* rgba, std::size_t pixels, float gain) {
-    for (std::size_t i = 0; i < pixels; ++i, rgba += 4)
+void expose(float* pixel, std::size_t pixels, unsigned int channels, float gain) {
+    for (std::size_t i = 0; i < pixels; ++i, pixel += channels)
         for (int channel = 0; channel < 3; ++channel)
-            rgba[channel] *= gain;
+            pixel[channel] *= gain;
 }
 
 /// Throws when the pixels stayed as they were, or may have.
-void apply_stage(const Conversion::Stage& stage, float* rgba, unsigned int width, unsigned int height) {
-    require_success(fmt::format("cannot convert {}", stage.title), Code::CONVERSION_IMPOSSIBLE,
-                    [&] { return stage.converter->convert_buffer(rgba, width, height, 4); });
+void apply_stage(const Conversion::Stage& stage, float* pixels, unsigned int width, unsigned int height,
+                 unsigned int channels) {
+    require_success([&] { return fmt::format("cannot convert {}", stage.title); },
+                    Code::CONVERSION_IMPOSSIBLE,
+                    [&] { return stage.converter->convert_buffer(pixels, width, height, channels); });
 }
 
 /// Checked with one color.
@@ -54,7 +56,7 @@ bool leaves_colors(const Conversion::Stage& stage) {
     constexpr float COLOR[] = {0.18f, 0.5f, 0.9f, 1.0f};
     float rgba[std::size(COLOR)];
     std::copy(std::begin(COLOR), std::end(COLOR), rgba);
-    apply_stage(stage, rgba, 1, 1);
+    apply_stage(stage, rgba, 1, 1, 4);
     return std::equal(std::begin(COLOR), std::end(COLOR), rgba);
 }
 
@@ -237,14 +239,15 @@ bool Conversion::mixes_channels() const {
     return false;
 }
 
-void Conversion::apply(float* rgba, unsigned int width, unsigned int height, float exposure) const {
+void Conversion::apply(float* pixels, unsigned int width, unsigned int height, float exposure,
+                       unsigned int channels) const {
     if (width == 0 || height == 0)
         return;
     for (std::size_t stage = 0; stage <= stages.size(); ++stage) {
         if (stage == exposure_position && exposure != 0)
-            expose(rgba, std::size_t{width} * height, get_gain(exposure));
+            expose(pixels, std::size_t{width} * height, channels, get_gain(exposure));
         if (stage < stages.size())
-            apply_stage(stages[stage], rgba, width, height);
+            apply_stage(stages[stage], pixels, width, height, channels);
     }
 }
 

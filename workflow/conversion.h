@@ -72,9 +72,11 @@ public:
     bool mixes_channels() const;
 
     /// Converts interleaved red, green, blue, alpha floats in place; alpha is not changed by the exposure.
-    /// `exposure` is in stops; other values than 0 need a request with `takes_exposure`. Throws
-    /// diagnostics::Failure when a stage cannot be applied; the pixels are then undefined.
-    void apply(float* rgba, unsigned int width, unsigned int height, float exposure = 0) const;
+    /// `exposure` is in stops; other values than 0 need a request with `takes_exposure`. Without alpha there
+    /// are 3 `channels`. Throws diagnostics::Failure when a stage cannot be applied; the pixels are then
+    /// undefined.
+    void apply(float* pixels, unsigned int width, unsigned int height, float exposure = 0,
+               unsigned int channels = 4) const;
 
 private:
     void start_in_view(const Session& session, const std::string& label);
