@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -42,9 +43,14 @@ struct ServerConnection {
     int error = 0; ///< Error number of a failed start.
 };
 
-ServerConnection& get_connection() {
-    static ServerConnection connection;
+/// Never destroyed: other threads may use it until the end, or hold its mutex in a process that was forked.
+ServerConnection*& get_connection_place() {
+    static auto* connection = new ServerConnection;
     return connection;
+}
+
+ServerConnection& get_connection() {
+    return *get_connection_place();
 }
 
 /// Closes all descriptors but `socket`, which becomes 3, so that this process keeps no pipe open. Discards
@@ -119,6 +125,46 @@ private:
     std::vector<pid_t> readers;
 };
 
+[[noreturn]] void serve(int socket) {
+    setpgid(0, 0); // an interrupt from the terminal is for the program, which then ends its readers
+    reset_signals();
+    ReaderServer(leave_only(socket)).run();
+}
+
+/// Starts the program with the socket as its SERVER_SOCKET. Returns an error number.
+int spawn(const std::string& program, int socket) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, socket, SERVER_SOCKET);
+    std::string name = program;
+    char* arguments[] = {name.data(), nullptr};
+    pid_t server;
+    const int error = posix_spawn(&server, program.c_str(), &actions, nullptr, arguments, environ);
+    posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+/// Connects this process to a server that `start` starts with the other end of the connection, unless there
+/// is one. `start` returns an error number.
+template <class Start>
+void connect_to_server(const Start& start) {
+    ServerConnection& connection = get_connection();
+    std::lock_guard<std::mutex> lock(connection.mutex);
+    if (connection.socket >= 0 || reads_in_process())
+        return;
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        connection.error = errno;
+        return;
+    }
+    connection.error = start(ends[1]);
+    close(ends[1]);
+    if (connection.error != 0)
+        close(ends[0]);
+    else
+        connection.socket = ends[0];
+}
+
 std::optional<int> ask(pid_t reader, int descriptor) {
     ServerConnection& connection = get_connection();
     std::lock_guard<std::mutex> lock(connection.mutex);
@@ -140,26 +186,26 @@ bool reads_in_process() {
 }
 
 void start_reader_server() {
-    ServerConnection& connection = get_connection();
-    if (connection.socket >= 0 || reads_in_process())
-        return;
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-        connection.error = errno;
-        return;
-    }
-    const pid_t server = fork();
-    if (server == 0) {
-        setpgid(0, 0); // an interrupt from the terminal is for the program, which then ends its readers
-        reset_signals();
-        ReaderServer(leave_only(ends[1])).run();
-    }
-    connection.error = server < 0 ? errno : 0;
-    close(ends[1]);
-    if (server < 0)
-        close(ends[0]);
-    else
-        connection.socket = ends[0];
+    connect_to_server([](int socket) {
+        const pid_t server = fork();
+        if (server == 0)
+            serve(socket);
+        return server < 0 ? errno : 0;
+    });
+}
+
+void start_reader_server(const std::string& program) {
+    connect_to_server([&](int socket) { return spawn(program, socket); });
+}
+
+void run_reader_server() {
+    serve(SERVER_SOCKET);
+}
+
+void abandon_reader_server() {
+    if (const int socket = get_connection().socket; socket >= 0)
+        close(socket);
+    get_connection_place() = new ServerConnection; // the mutex of the old one may be locked for ever
 }
 
 pid_t start_reader(int socket) {

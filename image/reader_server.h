@@ -14,6 +14,20 @@ namespace image {
 /// reason. Does nothing when the server is running or when images are read in this process.
 void start_reader_server();
 
+/// The same for a process that has threads already, which cannot be forked safely: the server is the program
+/// at `program`, which calls run_reader_server. Thread-safe.
+void start_reader_server(const std::string& program);
+
+/// The descriptor of the socket that a program started as a server gets.
+inline constexpr int SERVER_SOCKET = 3;
+
+/// `main` of the server's program: serves the process at the other end of SERVER_SOCKET until that ends.
+[[noreturn]] void run_reader_server();
+
+/// Called in a forked copy of the process: the server goes on serving the original alone. Another one may be
+/// started; without one no images can be read.
+void abandon_reader_server();
+
 /// True when images are read in this process, without a reader process: COLORIO_READ_IN_PROCESS is 1.
 bool reads_in_process();
 
