@@ -18,7 +18,8 @@ std::string to_string(const CoreBasicString& text) {
     return std::string(text.view());
 }
 
-std::vector<std::string> to_strings(const CoreBasicArray<CoreString>& texts) {
+template <class Texts>
+std::vector<std::string> to_strings(const Texts& texts) {
     std::vector<std::string> strings;
     for (const CoreString& text : texts)
         strings.push_back(to_string(text));
@@ -130,6 +131,10 @@ std::vector<PublishedView> get_hidden_views() {
     for (const ColorIOInspection::View& facts : ColorIOInspection::get_hidden_views())
         views.push_back(describe_view(facts));
     return views;
+}
+
+std::vector<std::string> get_published_looks() {
+    return to_strings(ColorIOInspection::get_looks());
 }
 
 std::vector<PublishedRole> get_published_roles() {

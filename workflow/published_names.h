@@ -72,6 +72,8 @@ std::vector<DescribedTransform> get_named_transforms();
 std::vector<PublishedView> get_published_views();
 /// Views hidden by the config's lists active_displays and active_views.
 std::vector<PublishedView> get_hidden_views();
+/// Names of the looks.
+std::vector<std::string> get_published_looks();
 /// The roles that the module uses, scene_linear first.
 std::vector<PublishedRole> get_published_roles();
 

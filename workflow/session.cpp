@@ -130,14 +130,15 @@ Diagnostic make_notice(Diagnostic diagnostic) {
 Session::Session(const SessionOptions& options, PreferenceUse use)
     : log(std::make_unique<LogForwarding>(options.on_log)),
       preferences(std::make_unique<UserPreferences>(options, use)),
-      source(find_source(options, *preferences)), library(std::make_unique<CdlLibrary>()),
-      load_diagnostics(preferences->get_warnings()), notices(load_diagnostics) {
+      source(find_source(options, *preferences)), context(options.context),
+      library(std::make_unique<CdlLibrary>()), load_diagnostics(preferences->get_warnings()),
+      notices(load_diagnostics) {
     require_config_file(source);
-    set_context(options.context);
+    set_context(context);
     app = std::make_unique<StandaloneApp>();
     try {
         load(use);
-        note_unused_variables(options.context);
+        add_new(notices, find_unused_variables());
     } catch (...) {
         close();
         throw;
@@ -270,14 +271,31 @@ void Session::use_mapping() {
     app->set_color_space_by_extension_file_path(wanted.get_color_space_by_extension_file_path());
 }
 
-void Session::note_unused_variables(const std::vector<std::string>& context) {
+Diagnostics Session::use_context(const std::vector<std::string>& wanted) {
+    set_context(wanted);
+    // Nothing in the built-in config depends on variables.
+    if (!source.path.empty()) {
+        // With an unusable config the module would switch to the built-in one.
+        if (const std::optional<Diagnostic> error = check_config(source.path)) {
+            set_context(context);
+            throw diagnostics::Failure(make_refusal(source, {*error}));
+        }
+        app->raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
+    }
+    context = wanted;
+    return find_unused_variables();
+}
+
+Diagnostics Session::find_unused_variables() const {
+    Diagnostics warnings;
     for (const std::string& text : context) {
         const std::string name = parse_variable(text).first;
         if (!ColorIOContext::is_used(name.c_str()))
-            notices.push_back(diagnostics::make_warning(
+            warnings.push_back(diagnostics::make_warning(
                 Code::CONFIG_VARIABLE,
                 fmt::format("{} does not use the context variable '{}'", get_config_name(), name), name));
     }
+    return warnings;
 }
 
 void Session::close() {

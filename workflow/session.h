@@ -54,6 +54,12 @@ public:
     /// Switches to the config file at `path`, or to the built-in config when that is empty. A file that
     /// cannot be used changes nothing; the result says why.
     std::optional<diagnostics::Diagnostic> use_config(const std::string& path);
+    /// Loads the config again with these values of context variables (SessionOptions::context) in place of
+    /// those so far. Returns warnings about variables that it does not use. Throws diagnostics::Failure, and
+    /// changes nothing, for a variable that is not KEY=VALUE and when the config cannot be loaded with them.
+    diagnostics::Diagnostics use_context(const std::vector<std::string>& context);
+    /// The values in use.
+    const std::vector<std::string>& get_context() const { return context; }
     /// Publishes the color corrections of the ASC CDL file at `path` as CDLs, or again after the file
     /// changed. A file that cannot be used changes nothing; the result says why.
     std::optional<diagnostics::Diagnostic> use_cdl_library(const std::string& path);
@@ -84,7 +90,7 @@ public:
 private:
     void load(PreferenceUse use);
     void note_temp_folder();
-    void note_unused_variables(const std::vector<std::string>& context);
+    diagnostics::Diagnostics find_unused_variables() const;
     void use_library();
     void use_mapping();
     void take_custom_errors(const diagnostics::Diagnostics& reports);
@@ -94,6 +100,7 @@ private:
     std::unique_ptr<LogForwarding> log;
     std::unique_ptr<UserPreferences> preferences;
     ConfigSource source;
+    std::vector<std::string> context;
     std::unique_ptr<CdlLibrary> library;
     std::unique_ptr<StandaloneApp> app;
     diagnostics::Diagnostics load_diagnostics;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tests/workflow/workflow_fixture.h"
+#include "workflow/conversion.h"
 #include "workflow/published_names.h"
 
 namespace {
@@ -96,6 +97,69 @@ TEST_F(Sessions, NameTheColorSpaceThatTheConfigPublishesForEachRole) {
     EXPECT_TRUE(find("scene_linear").is_in_config);
     EXPECT_EQ(find("texture_paint").color_space, "half_light");
     EXPECT_FALSE(find("color_picking").is_in_config);
+}
+
+/// The LUT of "graded" is named by a variable: it doubles or halves.
+class Contexts : public WorkflowTest {
+protected:
+    Contexts() {
+        write_lut("double.spi1d", "2");
+        write_lut("half.spi1d", "0.5");
+        options = options_for(R"(ocio_profile_version: 1
+search_path: .
+roles: {scene_linear: lin, default: lin}
+displays: {Monitor: [!<View> {name: Film, colorspace: lin}]}
+colorspaces:
+  - !<ColorSpace> {name: lin}
+  - !<ColorSpace> {name: graded, from_reference: !<FileTransform> {src: "${SHOT}.spi1d", interpolation: linear}}
+)");
+        options.context = {"SHOT=double"};
+    }
+
+    void write_lut(const std::string& name, const std::string& last) const {
+        folder.write(name, "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n" + last + "\n}\n");
+    }
+
+    static float convert_gray(const Session& session) {
+        workflow::ConversionRequest request;
+        request.from = "lin";
+        request.to = "graded";
+        return convert(workflow::Conversion(session, request), {0.25f, 0.25f, 0.25f, 1})[0];
+    }
+
+    workflow::SessionOptions options;
+};
+
+TEST_F(Contexts, MayChangeWhileASessionIsOpen) {
+    Session session(options);
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.5f);
+    EXPECT_THAT(session.use_context({"SHOT=half"}), IsEmpty());
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.125f);
+    EXPECT_THAT(session.get_context(), testing::ElementsAre("SHOT=half"));
+}
+
+TEST_F(Contexts, OfWhichTheConfigUsesNothingAreWarnings) {
+    Session session(options);
+    EXPECT_THAT(session.use_context({"SHOT=half", "TAKE=3"}),
+                testing::ElementsAre(Field(&diagnostics::Diagnostic::subject, "TAKE")));
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.125f);
+}
+
+TEST_F(Contexts, ThatCannotBeUsedChangeNothing) {
+    Session session(options);
+    EXPECT_EQ(failure_of([&] { session.use_context({"SHOT"}); }).code, Code::USAGE);
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.5f);
+    folder.write("show.ocio", "no config at all\n");
+    EXPECT_EQ(failure_of([&] { session.use_context({"SHOT=half"}); }).code, Code::CONFIG_INVALID);
+    EXPECT_THAT(session.get_context(), testing::ElementsAre("SHOT=double"));
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.5f);
+}
+
+TEST_F(Contexts, AreOfNoUseToTheBuiltInConfig) {
+    options.builtin_only = true;
+    options.context.clear();
+    Session session(options);
+    EXPECT_EQ(session.use_context({"SHOT=half"}).size(), 1u);
 }
 
 } // namespace
