@@ -1,11 +1,8 @@
 #include "workflow/image_job.h"
 
-#include <algorithm>
 #include <exception>
-#include <iterator>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "diagnostics/file_failure.h"
 #include "image/deep_pixels.h"
@@ -13,20 +10,11 @@
 #include "image/image_writer.h"
 #include "image/part_alpha.h"
 #include "workflow/image_plan.h"
+#include "workflow/output_depth.h"
 
 namespace workflow {
 
 namespace {
-
-constexpr const char* DITHERED_DEPTHS[] = {"uint8", "uint10"};
-
-void check_dithering(const image::PixelDepth& depth, const std::string& output) {
-    const std::string name = depth.get_name();
-    if (std::find(std::begin(DITHERED_DEPTHS), std::end(DITHERED_DEPTHS), name) == std::end(DITHERED_DEPTHS))
-        diagnostics::fail_to_write(
-            diagnostics::Code::IMAGE_UNSUPPORTED, output,
-            fmt::format("{} cannot be dithered, only {}", name, fmt::join(DITHERED_DEPTHS, ", ")));
-}
 
 class ImageConversion {
 public:
@@ -49,7 +37,6 @@ public:
     }
 
 private:
-    void settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const;
     void convert_one(unsigned int index, image::ImageWriter& writer);
     std::vector<std::size_t> convert_flat(const PlannedPart& part, const OIIO::ImageSpec& output_spec,
                                           image::ImageWriter& writer);
@@ -69,22 +56,6 @@ private:
     ImageReport report;
 };
 
-/// The writer may have chosen another depth than was asked for.
-void ImageConversion::settle_depth(const OIIO::ImageSpec& output_spec, image::PartPlan& plan) const {
-    const image::PixelDepth depth = image::get_depth(output_spec, abilities.name);
-    if (settings.output_options.dithers)
-        check_dithering(depth, output);
-    plan.quantization = {depth.get_few_codes(), settings.output_options.dithers};
-    const OIIO::TypeDesc wanted = settings.output_options.depth.type;
-    for (std::size_t i = 0; i < plan.channels.size() && wanted != OIIO::TypeUnknown; ++i) {
-        const OIIO::TypeDesc type = output_spec.channelformat(static_cast<int>(i));
-        if (plan.channels[i].layer != image::ColorLayer::NONE && type != wanted)
-            diagnostics::fail_to_write(
-                diagnostics::Code::IMAGE_UNSUPPORTED, output,
-                fmt::format("{} does not support {}, only {}", abilities.name, wanted.c_str(), type.c_str()));
-    }
-}
-
 void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer) {
     PlannedPart& part = plan.get_parts()[index];
     const image::PartHeader& header = reader.get_parts()[part.input_index];
@@ -93,7 +64,7 @@ void ImageConversion::convert_one(unsigned int index, image::ImageWriter& writer
     else
         reader.read_part(part.input_index, buffers.input);
     const OIIO::ImageSpec output_spec = writer.open_part(plan.get_output_headers(), index, abilities);
-    settle_depth(output_spec, part.plan);
+    settle_depth(settings.output_options, output_spec, abilities.name, output, part.plan);
     const std::vector<std::size_t> transparent =
         header.spec.deep ? convert_deep(part, output_spec, writer) : convert_flat(part, output_spec, writer);
     for (const std::size_t layer : transparent)
@@ -158,12 +129,7 @@ std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
 } // namespace
 
 void check_output(const ImageSettings& settings, const std::string& output) {
-    const std::string format = image::get_format_abilities(output).name;
-    const image::OutputOptions& output_options = settings.output_options;
-    image::check_depth(output_options.depth, format, output);
-    image::check_compression(output_options.compression, format, output);
-    if (output_options.dithers && output_options.depth.is_known())
-        check_dithering(output_options.depth, output);
+    check_output_options(settings.output_options, image::get_format_abilities(output).name, output);
 }
 
 void ImageBuffers::release() {
