@@ -16,6 +16,7 @@
 #include "host/event/event_ids.h"
 #include "standalone/standalone_app.h"
 #include "workflow/cdl_library.h"
+#include "workflow/context_variables.h"
 #include "workflow/log_forwarding.h"
 #include "workflow/mapping_location.h"
 
@@ -85,24 +86,6 @@ ConfigSource find_source(const SessionOptions& options, const UserPreferences& p
                                 : find_config_source(options.config_path, preferences.get_app());
 }
 
-/// Name and value of "SHOT=sq010".
-std::pair<std::string, std::string> parse_variable(const std::string& text) {
-    const std::size_t sign = text.find('=');
-    if (sign == std::string::npos || sign == 0)
-        diagnostics::fail(Code::USAGE, fmt::format("'{}' is not a context variable KEY=VALUE", text),
-                          "example: SHOT=sq010");
-    return {text.substr(0, sign), text.substr(sign + 1)};
-}
-
-void set_context(const std::vector<std::string>& context) {
-    CoreVector<ColorIOContext::Variable> variables;
-    for (const std::string& text : context) {
-        const auto [name, value] = parse_variable(text);
-        variables.append({name.c_str(), value.c_str()});
-    }
-    ColorIOContext::set_variables(variables);
-}
-
 bool is_builtin_config_active() {
     return ColorIOManager::get_instance() && ColorIOManager::get_instance()->is_using_tavelion_config();
 }
@@ -138,7 +121,7 @@ Session::Session(const SessionOptions& options, PreferenceUse use)
     app = std::make_unique<StandaloneApp>();
     try {
         load(use);
-        add_new(notices, find_unused_variables());
+        add_new(notices, find_unused_variables(context, get_config_name()));
     } catch (...) {
         close();
         throw;
@@ -283,19 +266,7 @@ Diagnostics Session::use_context(const std::vector<std::string>& wanted) {
         app->raise_event(EVT_ID_APPLICATION_COLOR_SPACE_FILE_PATH_CHANGED);
     }
     context = wanted;
-    return find_unused_variables();
-}
-
-Diagnostics Session::find_unused_variables() const {
-    Diagnostics warnings;
-    for (const std::string& text : context) {
-        const std::string name = parse_variable(text).first;
-        if (!ColorIOContext::is_used(name.c_str()))
-            warnings.push_back(diagnostics::make_warning(
-                Code::CONFIG_VARIABLE,
-                fmt::format("{} does not use the context variable '{}'", get_config_name(), name), name));
-    }
-    return warnings;
+    return find_unused_variables(context, get_config_name());
 }
 
 void Session::close() {

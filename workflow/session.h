@@ -90,7 +90,6 @@ public:
 private:
     void load(PreferenceUse use);
     void note_temp_folder();
-    diagnostics::Diagnostics find_unused_variables() const;
     void use_library();
     void use_mapping();
     void take_custom_errors(const diagnostics::Diagnostics& reports);

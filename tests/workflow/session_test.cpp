@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tests/workflow/workflow_fixture.h"
-#include "workflow/conversion.h"
+#include "workflow/context_conversion.h"
 #include "workflow/published_names.h"
 
 namespace {
@@ -136,6 +136,23 @@ TEST_F(Contexts, MayChangeWhileASessionIsOpen) {
     EXPECT_THAT(session.use_context({"SHOT=half"}), IsEmpty());
     EXPECT_FLOAT_EQ(convert_gray(session), 0.125f);
     EXPECT_THAT(session.get_context(), testing::ElementsAre("SHOT=half"));
+}
+
+TEST_F(Contexts, MayBeThoseOfASingleConversion) {
+    Session session(options);
+    workflow::ConversionRequest request;
+    request.from = "lin";
+    request.to = "graded";
+    const workflow::Conversion halving = workflow::make_conversion(session, request, {"SHOT=half"});
+    EXPECT_FLOAT_EQ(convert(halving, {0.25f, 0.25f, 0.25f, 1})[0], 0.125f);
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.5f) << "the session keeps its own";
+    EXPECT_FLOAT_EQ(convert(halving, {0.25f, 0.25f, 0.25f, 1})[0], 0.125f);
+    const workflow::Conversion doubling = workflow::make_conversion(session, request, {});
+    EXPECT_FLOAT_EQ(convert(doubling, {0.25f, 0.25f, 0.25f, 1})[0], 0.5f);
+
+    EXPECT_EQ(failure_of([&] { workflow::make_conversion(session, request, {"SHOT=none"}); }).code,
+              Code::LUT_MISSING);
+    EXPECT_FLOAT_EQ(convert_gray(session), 0.5f) << "the session keeps its own";
 }
 
 TEST_F(Contexts, OfWhichTheConfigUsesNothingAreWarnings) {
