@@ -26,6 +26,7 @@ ARROWS = {
     "gl": ["diagnostics"],
     "image": ["files", "diagnostics"],
     "workflow": ["colorio", "standalone", "host", "xml", "image", "gl", "files", "diagnostics"],
+    "python": ["workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
     "viewer": ["workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
     "tool": ["viewer", "workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
 }

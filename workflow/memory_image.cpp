@@ -83,9 +83,10 @@ diagnostics::Diagnostics write_image(const MemoryImage& image, const std::string
     const image::FormatAbilities abilities = image::get_format_abilities(path);
     check_output_options(options, abilities.name, path);
     options.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE; // nothing is converted
-    image::PartPlan plan =
-        image::plan_part(image.spec, image::find_color_layers(image.spec, {image.format, {}}), image.format,
-                         abilities, options);
+    // Attributes of an image of no file are meant for this one.
+    const std::string& format = image.format.empty() ? abilities.name : image.format;
+    image::PartPlan plan = image::plan_part(image.spec, image::find_color_layers(image.spec, {format, {}}),
+                                            format, abilities, options);
     image::check_channel_count(plan.spec.nchannels, abilities, path);
     image::set_compression(options.compression, abilities.name, path, plan.spec);
 

@@ -16,6 +16,8 @@ using image::WORKING_CHANNELS;
 
 /// Pixels that are converted at a time: 256 KiB of working pixels, which stay in the cache of a core.
 constexpr std::size_t BAND_PIXELS = 16384;
+/// Converted at a time where they pass the cache once in any case; an unsigned int holds more.
+constexpr std::size_t LONG_BAND_PIXELS = std::size_t{1} << 30;
 /// So few are converted without allocating memory.
 constexpr std::size_t FEW_PIXELS = 16;
 
@@ -108,8 +110,10 @@ private:
 
     void convert_run(std::byte* from, std::byte* to) {
         const std::size_t pixels = source.extents.back();
-        for (std::size_t first = 0; first < pixels; first += BAND_PIXELS) {
-            const std::size_t count = std::min(BAND_PIXELS, pixels - first);
+        const bool is_one_pass = is_direct && conversion.get_stages().size() == 1 && exposure == 0;
+        const std::size_t most = is_one_pass ? LONG_BAND_PIXELS : BAND_PIXELS;
+        for (std::size_t first = 0; first < pixels; first += most) {
+            const std::size_t count = std::min(most, pixels - first);
             const auto offset = static_cast<std::ptrdiff_t>(first);
             convert_band(from + source.strides.back() * offset, to + target.strides.back() * offset, count);
         }

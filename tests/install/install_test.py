@@ -112,8 +112,21 @@ class Installed(unittest.TestCase):
         self.assertRegex(run(tool, "--version", env=self.environment()), r"\d+\.\d+\.\d+")
         self.assertIn("Tavelion|sRGB", run(tool, "list", "spaces", env=self.environment()))
 
+    def test_the_python_package_works_from_where_it_was_moved(self):
+        package = next(self.prefix.rglob("qb_colorio/__init__.py")).parent
+        self.assertTrue((package / "py.typed").exists() and (package / "__init__.pyi").exists())
+        code = ("import numpy, qb_colorio\n"
+                "qb_colorio.write_image('a.exr', numpy.ones((2, 3, 4), numpy.float16))\n"
+                "with qb_colorio.Session('builtin', preferences=False) as session:\n"
+                "    pixels = session.convert(qb_colorio.read_image('a.exr').pixels, 'sRGB', 'linear')\n"
+                "print(pixels.shape, pixels.dtype, qb_colorio.__file__)\n")
+        self.assertEqual(run("/usr/bin/python3", "-B", "-c", code, cwd=self.folder,
+                             env=self.environment(PYTHONPATH=str(package.parent))),
+                         f"(2, 3, 4) float16 {package / '__init__.py'}\n")
+
     def test_components_can_be_installed_alone(self):
         for component, holds, lacks in (("runtime", "libqb_colorio.so.0", "*.h"), ("tool", "colorio", "*.so*"),
+                                        ("python", "_core.*.so", "libqb_*"),
                                         ("development", "qb_colorio-config.cmake", "libqb_colorio.so.0.*")):
             with self.subTest(component):
                 prefix = self.folder / f"only_{component}"
