@@ -83,7 +83,7 @@ diagnostics::Diagnostics write_image(const MemoryImage& image, const std::string
     const image::FormatAbilities abilities = image::get_format_abilities(path);
     check_output_options(options, abilities.name, path);
     options.alpha_rule = image::AlphaRule::DO_NOT_DIVIDE; // nothing is converted
-    // Attributes of an image of no file are meant for this one.
+    // Attributes of an image that was not read from a file are meant for this one.
     const std::string& format = image.format.empty() ? abilities.name : image.format;
     image::PartPlan plan = image::plan_part(image.spec, image::find_color_layers(image.spec, {format, {}}),
                                             format, abilities, options);

@@ -13,8 +13,8 @@ namespace workflow {
 
 /// One part of an image in memory, whose channels all have one type.
 struct MemoryImage {
-    OIIO::ImageSpec spec;      ///< With the metadata, "oiio:UnassociatedAlpha" for straight alpha.
-    std::string format;        ///< OpenImageIO's name of the file's format; empty for an image of no file.
+    OIIO::ImageSpec spec; ///< With the metadata, "oiio:UnassociatedAlpha" for straight alpha.
+    std::string format;   ///< OpenImageIO's name of the file's format; empty if it was not read from a file.
     image::PixelBuffer pixels; ///< Without gaps.
 };
 

@@ -114,7 +114,7 @@ def test_wrong_types(halve, array):
 
 
 @pytest.mark.parametrize("array", [None, "text", object(), [1, "a", 3], {}])
-def test_what_is_no_array(halve, array):
+def test_other_objects(halve, array):
     with pytest.raises((TypeError, ValueError)):
         halve(array)
     with pytest.raises(TypeError, match="array: expected a numpy.ndarray"):
