@@ -106,7 +106,7 @@ void ImagePlan::report_other_tags(const std::string& subject) {
         diagnostics::make_file_warning(diagnostics::Code::COLOR_SPACE_ASSUMED,
                                        difference + ", whose color space is used", reader.get_path());
     add_note(notes, with_hint(std::move(warning), // equal notes of a sequence are reported once
-                              fmt::format("first in '{}'; --strict makes it an error", reader.get_path())));
+                              fmt::format("first in '{}'", reader.get_path())));
 }
 
 LayerConversion ImagePlan::describe_conversion() const {
