@@ -41,6 +41,8 @@ void report_messages(const workflow::ConfigFindings& findings, Console& console)
         console.report(message);
     if (findings.refusal)
         console.report(*findings.refusal);
+    for (const workflow::CheckFailure& failure : findings.report.failures)
+        console.report(failure.reason);
 }
 
 void print_findings(const workflow::ConfigFindings& findings, Console& console) {

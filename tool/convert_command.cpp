@@ -172,6 +172,8 @@ void ConvertCommand::settle_source(const workflow::Session& session, Console& co
                          "the tags of images that are already converted name the destination");
     const std::string& first = found.jobs.front().input;
     file_space = workflow::find_file_space(session, first);
+    if (file_space.unread && found.jobs.size() == 1) // of a sequence the other images are converted
+        throw diagnostics::Failure(*file_space.unread);
     report_source_space(first, file_space, source_choice, console);
     request.from = file_space.color_space;
     image_options.data_space = file_space.is_data ? file_space.color_space : "";

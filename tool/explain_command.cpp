@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "diagnostics/failure.h"
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/json_output.h"
@@ -110,6 +111,8 @@ ExitCode ExplainCommand::run(Console& console) {
     const ToolSession session(session_options, console);
     if (!image.empty()) {
         file_space = workflow::find_file_space(session, image);
+        if (file_space.unread)
+            throw diagnostics::Failure(*file_space.unread);
         report_source_space(image, file_space, source_choice, console);
         request.from = file_space.color_space;
     }

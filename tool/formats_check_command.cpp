@@ -29,6 +29,8 @@ public:
         console.print(unknown.empty()
                           ? fmt::format("All color spaces of {} exist in {}.", associations, config)
                           : fmt::format("Color spaces of {} that are missing in {}:", associations, config));
+        if (console.writes_json_diagnostics())
+            console.report(unknown);
         for (const diagnostics::Diagnostic& error : unknown)
             console.print(fmt::format("  {}{}{}", error.message, error.hint.empty() ? "" : "; ", error.hint));
         return unknown.empty() ? EXIT_CODE_DONE : EXIT_CODE_FAILED;

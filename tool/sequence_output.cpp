@@ -33,9 +33,9 @@ Json make_line(const ImageOutcome& outcome) {
     Json line = make_line(outcome.job, get_name(outcome.status));
     line.set("reason", outcome.reason);
     Json other_spaces;
-    std::vector<std::string> notes;
+    Json notes = Json::array();
     for (const diagnostics::Diagnostic& note : outcome.image.notes)
-        notes.push_back(note.message);
+        notes.push(to_json(note));
     if (outcome.status == ImageOutcome::CONVERTED)
         line.update({{"width", outcome.image.width},
                      {"height", outcome.image.height},

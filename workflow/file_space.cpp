@@ -24,7 +24,7 @@ namespace workflow {
 namespace {
 
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
-constexpr char WITHOUT_PRIMARIES[] = "does not tell the primaries";
+constexpr char WITHOUT_PRIMARIES[] = "does not specify the primaries";
 constexpr char NOT_RECOGNIZED[] = "is not recognized";
 /// Where configs say what integer images are in, the best first.
 constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
@@ -273,13 +273,15 @@ FileSpace find_file_space(const std::string& path, const std::optional<image::Co
 FileSpace find_file_space(const Session& session, const std::string& path) {
     const std::string config_name = session.get_config_name();
     std::vector<PartTags> tags;
+    std::optional<diagnostics::Diagnostic> unread;
     try {
         tags = read_part_tags(path);
-    } catch (const diagnostics::Failure&) {
-        // the image is read again for its pixels, and the error is reported then
+    } catch (const diagnostics::Failure& failure) {
+        unread = failure.get_diagnostics().front();
     }
     FileSpace found = tags.empty() ? find_file_space(path, std::nullopt, config_name)
                                    : find_space_of_parts(path, tags, config_name);
+    found.unread = std::move(unread);
     if (auto warning = find_unused_mapping(session))
         found.warnings.insert(found.warnings.begin(), std::move(*warning));
     return found;

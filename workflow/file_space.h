@@ -38,6 +38,7 @@ struct FileSpace {
     std::vector<TaggedSpace> other_tags; ///< Of parts that are in another color space by their tags.
     std::vector<std::vector<std::string>> part_tags; ///< Of all parts with color and tags.
     std::vector<PartSpace> parts;                    ///< All with color and tags, if there are such parts.
+    std::optional<diagnostics::Diagnostic> unread;   ///< Why the tags could not be read.
     std::vector<FileSpaceStep> steps;                ///< In the order of their use, the decisive one last.
     diagnostics::Diagnostics warnings; ///< About tags that name no color space of the config, and about
                                        ///< integers that a default rule takes for linear.

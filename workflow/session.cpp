@@ -17,6 +17,7 @@
 #include "standalone/standalone_app.h"
 #include "workflow/cdl_library.h"
 #include "workflow/context_variables.h"
+#include "workflow/custom_files.h"
 #include "workflow/log_forwarding.h"
 #include "workflow/mapping_location.h"
 
@@ -145,6 +146,7 @@ void Session::load(PreferenceUse use) {
     app->set_default_color_space_name(preferences->get_app().get_default_color_space_name());
     preferences->load_module();
     take_custom_errors(collector.take());
+    take_custom_errors(find_missing_cdl_files());
     if (source.is_file())
         app->set_color_space_file_path(source.path.c_str());
     if (source.kind != ConfigSource::BUILTIN) {

@@ -5,6 +5,7 @@
 #include "colorio/ocio/types.h"
 #include "tests/colorio/library_differences.h"
 #include "tests/tool/configs.h"
+#include "tests/tool/diagnostics_fixture.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -84,6 +85,16 @@ TEST_F(Check, ReportsTheErrorsOfLoadingAsJsonWhereThatIsWanted) {
     const ToolRun good = check({"--json-diagnostics"});
     EXPECT_EQ(json::parse(good.err.substr(0, good.err.find('\n'))).at("code"), "mapping-color-space-unknown");
     EXPECT_THAT(good.out, Not(HasSubstr("warning")));
+}
+
+TEST_F(Check, ReportsFailuresAsJsonWhereThatIsWanted) {
+    write_config(space("log", "!<FileTransform> {src: gone.cube}"));
+    const ToolRun result = check({"--json-diagnostics"});
+    EXPECT_EQ(result.code, 1);
+    const std::vector<json> errors = parse_diagnostics(result.err, "error");
+    ASSERT_FALSE(errors.empty()) << result.err;
+    EXPECT_EQ(errors.front().at("code"), "lut-missing");
+    EXPECT_EQ(errors.front().at("subject"), "gone.cube");
 }
 
 TEST_F(Check, SaysTheErrorOfARefusedConfigurationOnce) {

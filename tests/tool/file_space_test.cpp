@@ -193,7 +193,7 @@ TEST_F(FileSpace, OfDpxTakesTransferAndPrimaries) {
         const ToolRun result = explain("in.dpx", with_config());
         EXPECT_THAT(result.out, AllOf(HasSubstr("source:        paint\n"),
                                       HasSubstr(std::string("  tags:          dpx:Transfer '") + transfer +
-                                                "' with dpx:Colorimetric 'Undefined' does not tell the "
+                                                "' with dpx:Colorimetric 'Undefined' does not specify the "
                                                 "primaries\n")));
         EXPECT_THAT(
             run({"explain", "--image", path("in.dpx"), "lin", "--strict", "--config", path("show.ocio")}),

@@ -37,6 +37,38 @@ TEST_F(Diagnostics, CdlCopied) {
     EXPECT_EQ(note.at("file"), path("a.cc"));
 }
 
+TEST_F(Diagnostics, OfACdlWhoseFileIsGone) {
+    folder.write(
+        "all.ccc",
+        "<ColorCorrectionCollection><ColorCorrection id='own'><SOPNode><Slope>2 2 2</Slope><Offset>0 0 0"
+        "</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection></ColorCorrectionCollection>\n");
+    ASSERT_THAT(run({"cdl", "add", "own", path("all.ccc") + ":own"}), Succeeds());
+    ASSERT_EQ(run({"--json-diagnostics", "explain", "linear", "sRGB", "--cdl", "own"}).err, "");
+    std::filesystem::remove(path("all.ccc"));
+    const ToolRun result = run({"--json-diagnostics", "explain", "linear", "sRGB", "--cdl", "own"});
+    EXPECT_THAT(result, Succeeds()) << "the stored values are used";
+    const json warning = find_one(result, "warning");
+    EXPECT_EQ(warning.at("code"), "file-missing");
+    EXPECT_EQ(warning.at("subject"), "own");
+    EXPECT_EQ(warning.at("file"), path("all.ccc"));
+}
+
+TEST_F(Diagnostics, OfASingleImageThatCannotBeRead) {
+    folder.write("broken.exr", "no image");
+    for (const std::string& image : {path("missing.exr"), path("broken.exr"), path("")}) {
+        for (const std::vector<std::string>& command :
+             {std::vector<std::string>{"explain", "--image", image, "sRGB"},
+              {"convert", image, path("out.png"), "--to", "sRGB"}}) {
+            std::vector<std::string> arguments = command;
+            arguments.insert(arguments.begin(), "--json-diagnostics");
+            const ToolRun result = run(arguments);
+            EXPECT_EQ(result.code, 1) << image;
+            EXPECT_EQ(parse_diagnostics(result.err, "note"), std::vector<json>()) << result.err;
+            EXPECT_EQ(find_one(result, "error").at("code"), "image-unreadable");
+        }
+    }
+}
+
 TEST_F(Diagnostics, TemporaryFolder) {
     folder.write("cache", "a file, not a folder");
     const json note = find_one(run({"--json-diagnostics", "list"}), "note");

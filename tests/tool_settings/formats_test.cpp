@@ -119,6 +119,13 @@ TEST_F(Formats, ChecksThatAConfigurationHasTheColorSpaces) {
     EXPECT_EQ(find("Targa", {"--config", path("show.ocio")}).at("known"), false);
 }
 
+TEST_F(Formats, ReportsMissingColorSpacesAsJsonWhereThatIsWanted) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    const ToolRun result = run({"--json-diagnostics", "formats", "check", "--config", path("show.ocio")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("\"code\":\"mapping-color-space-unknown\""));
+}
+
 TEST_F(Formats, SuggestsTheNearestColorSpace) {
     follow_mapping("Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cinoen\"}\n");
     EXPECT_THAT(run({"formats", "check"}).out,
