@@ -3,8 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "diagnostics/diagnostic.h"
-
 namespace workflow {
 
 class Session;
@@ -15,8 +13,5 @@ std::vector<std::string> get_custom_files(const Session& session);
 
 /// True when there are other files than the CDL library.
 bool has_custom_files(const Session& session, const std::string& library_path);
-
-/// Warnings about custom CDLs whose files do not exist: the module uses the values that are stored with them.
-diagnostics::Diagnostics find_missing_cdl_files();
 
 } // namespace workflow

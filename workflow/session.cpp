@@ -17,9 +17,9 @@
 #include "standalone/standalone_app.h"
 #include "workflow/cdl_library.h"
 #include "workflow/context_variables.h"
-#include "workflow/custom_files.h"
 #include "workflow/log_forwarding.h"
 #include "workflow/mapping_location.h"
+#include "workflow/missing_cdl_files.h"
 
 namespace workflow {
 

@@ -87,7 +87,7 @@ ConstConfigRcPtr create_config_from_env() {
 }
 
 ConfigRcPtr create_editable_copy(const ConstConfigRcPtr& config) {
-    return guarded([&] { return without_processor_cache(config->createEditableCopy()); });
+    return guarded([&] { return without_processor_cache(copy_config(config)); });
 }
 
 void set_working_dir(const ConfigRcPtr& config, const char* folder) {

@@ -32,7 +32,7 @@ void set_context_overrides(ContextVariables variables) {
 ConstConfigRcPtr with_context_overrides(const ConstConfigRcPtr& config) {
     if (get_overrides().empty())
         return config;
-    const ConfigRcPtr copy = config->createEditableCopy();
+    const ConfigRcPtr copy = copy_config(config);
     for (const auto& [name, value] : get_overrides())
         copy->addEnvironmentVar(name.c_str(), value.c_str());
     return copy;

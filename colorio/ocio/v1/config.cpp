@@ -33,6 +33,10 @@ void require_readable_config(const std::string& path) {
         throw_file_error(diagnostics::Code::CONFIG_NEWER, newer, path);
 }
 
+ConfigRcPtr copy_config(const ConstConfigRcPtr& config) {
+    return config->createEditableCopy();
+}
+
 /// This library has none.
 void turn_processor_cache_off(const ConstConfigRcPtr&) {}
 

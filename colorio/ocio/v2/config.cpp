@@ -24,6 +24,12 @@ void require_readable_config(const std::string& path) {
     require_bounded_yaml(path);
 }
 
+ConfigRcPtr copy_config(const ConstConfigRcPtr& config) {
+    const ConfigRcPtr copy = config->createEditableCopy();
+    copy->setDefaultViewTransformName(config->getDefaultViewTransformName());
+    return copy;
+}
+
 void turn_processor_cache_off(const ConstConfigRcPtr& config) {
     std::const_pointer_cast<library::Config>(config)->setProcessorCacheFlags(library::PROCESSOR_CACHE_OFF);
 }

@@ -1,6 +1,7 @@
 #include "colorio/ocio/lut_bake.h"
 
 #include "colorio/ocio/bake_run.h"
+#include "colorio/ocio/config_side.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/guarded.h"
 
@@ -65,7 +66,7 @@ std::string bake_lut(const ConstConfigRcPtr& config, const LutBake& bake) {
             check_space(config, bake.shaper);
         if (has_shaper && bake.curve.empty())
             throw_error(diagnostics::Code::USAGE, "a shaper needs its curve");
-        const ConfigRcPtr carrier = config->createEditableCopy();
+        const ConfigRcPtr carrier = copy_config(config);
         add_space(SOURCE, has_shaper ? make_curve(bake) : TransformRcPtr(), carrier);
         add_space(SHAPER, {}, carrier);
         add_space(RESULT, make_lut(bake), carrier);

@@ -215,4 +215,43 @@ TEST_F(VersionTwo, NoticesAloneAreNoFailure) {
     EXPECT_THAT(result.out, AllOf(HasSubstr("Failures: none."), HasSubstr("Notes: 3.")));
 }
 
+/// The default view transform is not the first.
+constexpr char DEFAULT_VIEW_TRANSFORM[] = R"(ocio_profile_version: 2
+environment: {SHOT: a}
+search_path: luts
+roles: {default: lin, scene_linear: lin, cie_xyz_d65_interchange: lin}
+displays:
+  D: [!<View> {name: V, view_transform: half, display_colorspace: disp}]
+view_transforms:
+  - !<ViewTransform>
+    name: quarter
+    from_scene_reference: !<MatrixTransform> {matrix: [0.25, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, 1]}
+  - !<ViewTransform>
+    name: half
+    from_scene_reference: !<MatrixTransform> {matrix: [0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1]}
+default_view_transform: half
+display_colorspaces:
+  - !<ColorSpace> {name: disp}
+colorspaces:
+  - !<ColorSpace> {name: lin, encoding: scene-linear}
+)";
+
+TEST_F(VersionTwo, DisplayReferredSpacesAreReachedByTheDefaultViewTransform) {
+    folder.write("show.ocio", DEFAULT_VIEW_TRANSFORM);
+    const auto convert = [&](const std::string& from, const std::string& to,
+                             const std::vector<std::string>& options) {
+        std::vector<std::string> arguments = {"explain", from,     to,         "--pixel",
+                                              "1,1,1",   "--json", "--config", path("show.ocio")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const ToolRun result = run(arguments);
+        EXPECT_THAT(result, Succeeds());
+        return json::parse(result.out).at("parts").back().at("steps").back().at("pixel").at(0).get<double>();
+    };
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>(), std::vector<std::string>{"--context", "SHOT=b"}}) {
+        EXPECT_NEAR(convert("lin", "disp", options), 0.5, 1e-6);
+        EXPECT_NEAR(convert("disp", "lin", options), 2.0, 1e-6);
+    }
+}
+
 } // namespace
