@@ -75,8 +75,8 @@ bool is_scene_linear(const std::string& label) {
 class FileSpaceSearch {
 public:
     FileSpaceSearch(const std::string& path, std::optional<image::ColorTags> tags,
-                    const std::string& config_name)
-        : path(path), tags(std::move(tags)), config_name(config_name) {}
+                    const std::string& config_name, std::string part = {})
+        : path(path), tags(std::move(tags)), config_name(config_name), part(std::move(part)) {}
 
     FileSpace run() {
         if (!ask_tags() && !ask_file_rules()) { // a rule says more than a tag that the config does not match
@@ -88,8 +88,13 @@ public:
         return std::move(result);
     }
 
-    /// The color space that the tags alone lead to; without a label when they decide nothing.
-    FileSpace find_tagged() { return ask_tags() ? std::move(result) : FileSpace(); }
+    /// The color space that the tags alone lead to; without a label, but with warnings, when they decide
+    /// nothing.
+    FileSpace find_tagged() {
+        if (!ask_tags())
+            add_new(result.warnings, doubts);
+        return std::move(result);
+    }
 
 private:
     bool ask_tags();
@@ -99,7 +104,11 @@ private:
     bool take_default_rule();
     void assume();
 
-    std::string get_file_name() const { return std::filesystem::path(path).filename().string(); }
+    /// For messages: "'a.exr'", "the part 'albedo' of 'a.exr'".
+    std::string get_subject() const {
+        const std::string file = std::filesystem::path(path).filename().string();
+        return part.empty() ? fmt::format("'{}'", file) : fmt::format("the part '{}' of '{}'", part, file);
+    }
     void add_step(const char* name, std::string answer) { result.steps.push_back({name, std::move(answer)}); }
     bool decide(std::string label, std::string reason) {
         result.color_space = std::move(label);
@@ -110,6 +119,7 @@ private:
     const std::string& path;
     const std::optional<image::ColorTags> tags;
     const std::string& config_name;
+    const std::string part; ///< Empty for the whole file.
     ColorIOInspection::FileRule rule;
     diagnostics::Diagnostics doubts; ///< Warnings of tags, unless a file rule decides.
     FileSpace result;
@@ -132,7 +142,7 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
     (names_space ? result.warnings : doubts)
         .push_back(diagnostics::make_warning(
             diagnostics::Code::COLOR_SPACE_ASSUMED,
-            fmt::format("'{}': its tag {} {}", get_file_name(), tag.describe(), doubt), tag.text));
+            fmt::format("{}: its tag {} {}", get_subject(), tag.describe(), doubt), tag.text));
     return "";
 }
 
@@ -153,7 +163,8 @@ bool FileSpaceSearch::ask_tags() {
                                                           : NOT_RECOGNIZED;
         add_step("tags", fmt::format("{} {}", tag.describe(), answer));
         if (!label.empty()) {
-            result.warnings.clear(); // the names may be OpenImageIO's own, made of this tag
+            result.warnings =
+                doubts; // without those of names, which may be OpenImageIO's own, made of this tag
             return decide(label, fmt::format("from the tag {}", tag.describe()));
         }
     }
@@ -199,9 +210,8 @@ bool FileSpaceSearch::take_default_rule() {
         result.warnings.push_back(with_hint(
             diagnostics::make_warning(
                 diagnostics::Code::COLOR_SPACE_ASSUMED,
-                fmt::format(
-                    "'{}': the default file rule assigns integer pixels to '{}', which is scene-linear",
-                    get_file_name(), found->label),
+                fmt::format("{}: the default file rule assigns integer pixels to '{}', which is scene-linear",
+                            get_subject(), found->label),
                 found->label),
             "name the color space of the image"));
     return decide(found->label, fmt::format("from the default file rule of {}", config_name));
@@ -230,19 +240,14 @@ void FileSpaceSearch::assume() {
     decide(label, fmt::format("assumed: {}, for {} pixels", origin, pixels));
 }
 
-/// Throws diagnostics::Failure when the image cannot be read.
-std::vector<PartTags> read_part_tags(const std::string& path) {
-    image::ReaderProcess process;
-    const image::ImageReader reader(path, process);
-    return find_part_tags(reader.get_parts(), reader.get_format());
-}
-
 /// `tags` are those of the parts, of which the first that do not say data decide.
 FileSpace find_space_of_parts(const std::string& path, const std::vector<PartTags>& tags,
                               const std::string& config_name) {
     std::vector<PartSpace> spaces;
+    std::vector<diagnostics::Diagnostics> warnings;
     for (const PartTags& of_part : tags) {
-        const FileSpace tagged = FileSpaceSearch(path, of_part.tags, config_name).find_tagged();
+        FileSpace tagged = FileSpaceSearch(path, of_part.tags, config_name, of_part.part).find_tagged();
+        warnings.push_back(std::move(tagged.warnings));
         spaces.push_back(
             {of_part.part, tagged.color_space, tagged.reason, find_facts(tagged.color_space).is_data});
     }
@@ -252,6 +257,8 @@ FileSpace find_space_of_parts(const std::string& path, const std::vector<PartTag
         colors == spaces.end() ? 0 : static_cast<std::size_t>(colors - spaces.begin());
     FileSpace found = find_file_space(path, tags[decisive].tags, config_name);
     for (std::size_t i = 0; i < spaces.size(); ++i) {
+        if (i != decisive)
+            add_new(found.warnings, warnings[i]);
         std::vector<std::string> texts = tags[i].tags.describe();
         found.part_tags.push_back(texts);
         if (!spaces[i].color_space.empty() && spaces[i].color_space != found.color_space &&
@@ -275,7 +282,9 @@ FileSpace find_file_space(const Session& session, const std::string& path) {
     std::vector<PartTags> tags;
     std::optional<diagnostics::Diagnostic> unread;
     try {
-        tags = read_part_tags(path);
+        image::ReaderProcess process;
+        const image::ImageReader reader(path, process);
+        tags = find_part_tags(reader.get_parts(), reader.get_format());
     } catch (const diagnostics::Failure& failure) {
         unread = failure.get_diagnostics().front();
     }

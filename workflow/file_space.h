@@ -55,9 +55,9 @@ FileSpace find_file_space(const std::string& path, const std::optional<image::Co
                           const std::string& config_name);
 
 /// The same for the image at `path` and the config of `session`. The tags are those of the first part that
-/// has color and tags, which do not say data unless all do; those of other parts lead to `other_tags`. The
-/// tags of an image that cannot be read are left out. The warnings also say why a mapping file of the
-/// preferences is not used.
+/// has color and tags, which do not say data; else of the first that has color and none; else of the first.
+/// Those of other parts lead to `other_tags`. The tags of an image that cannot be read are left out. The
+/// warnings also say why a mapping file of the preferences is not used.
 FileSpace find_file_space(const Session& session, const std::string& path);
 
 /// A note of the color space found for the image at `path`; a warning if it is assumed. Throws

@@ -26,17 +26,18 @@ std::vector<PartTags> find_part_tags(const std::vector<image::PartHeader>& heade
         for (std::string& name : image::get_cryptomatte_names(part.spec))
             context.cryptomattes.push_back(std::move(name));
     std::vector<PartTags> tagged;
-    const image::PartHeader* first_color = nullptr;
+    const image::PartHeader* without_tags = nullptr;
     for (const image::PartHeader& part : headers) {
         if (part.level > 0 || image::find_color_layers(part.spec, context).empty())
             continue;
-        first_color = first_color ? first_color : &part;
         PartTags found = read_part_tags(part);
         if (!found.tags.tags.empty())
             tagged.push_back(std::move(found));
+        else if (!without_tags)
+            without_tags = &part;
     }
-    if (tagged.empty())
-        tagged.push_back(read_part_tags(first_color ? *first_color : headers.front()));
+    if (without_tags || tagged.empty())
+        tagged.push_back(read_part_tags(without_tags ? *without_tags : headers.front()));
     return tagged;
 }
 

@@ -22,8 +22,8 @@ struct PartTags {
 };
 
 /// The color tags of the parts of an image, read as `format`, that have any and are color by the rule of
-/// image/image_layers.h, in their order. Without such a part those of the first part of color, else of the
-/// first part. Never empty.
+/// image/image_layers.h, in their order; then those of the first part of color without tags. Without color
+/// those of the first part. Never empty.
 std::vector<PartTags> find_part_tags(const std::vector<image::PartHeader>& headers,
                                      const std::string& format);
 

@@ -165,6 +165,28 @@ TEST_F(PartTags, OfALaterFrameThatTheFirstOneDoesNotHaveAreReported) {
                           "first image"));
 }
 
+TEST_F(PartTags, OfDataSayNothingOfPartsWithoutTags) {
+    for (const bool data_is_first : {true, false}) {
+        std::vector<Part> parts = {{"aux", "Non-Color"}, {"plain", ""}};
+        if (!data_is_first)
+            std::swap(parts[0], parts[1]);
+        const ToolRun result = convert(parts);
+        ASSERT_THAT(result, Succeeds());
+        EXPECT_THAT(result.out, HasSubstr("converted plain; left aux (data by its tags)"));
+    }
+}
+
+TEST_F(PartTags, ThatTheConfigLacksAreReportedForEveryPart) {
+    const std::vector<Part> parts = {{"beauty", "half"}, {"weird", "Foobar"}};
+    const ToolRun result = convert(parts);
+    ASSERT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err,
+                HasSubstr("warning: the part 'weird' of 'in.exr': its tag colorio:ColorSpace 'Foobar' does "
+                          "not name a color space of show.ocio"));
+    EXPECT_THAT(convert(parts, {"--strict"}),
+                FailsWith(1, HasSubstr("cannot determine the color space of the part 'weird' of 'in.exr'")));
+}
+
 TEST_F(PartTags, DecideWhetherASingleChannelIsConverted) {
     // red of "mixed" depends on green
     std::string config = CONFIG;

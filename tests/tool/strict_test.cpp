@@ -1,6 +1,7 @@
 // --strict fails wherever a color space is assumed or doubtful.
 
 #include <filesystem>
+#include <fstream>
 
 #include "tests/tool/color_tag_files.h"
 #include "tests/tool/images.h"
@@ -73,6 +74,20 @@ TEST_F(Strict, RefusesProfilesThatAreNotRecognized) {
     spec.attribute("colorio:ColorSpace", "Cineon");
     write("named.png", OIIO::TypeUInt8, spec);
     EXPECT_THAT(convert("named.png", {"--strict"}), Succeeds()) << "another tag decides";
+}
+
+TEST_F(Strict, RefusesProfilesThatALessSpecificTagContradicts) {
+    std::ofstream(path("show.ocio"), std::ios::app) << "  - !<ColorSpace> {name: srgb_tx}\n";
+    const std::vector<std::uint8_t> profile =
+        make_icc_profile({0.5, 0.3, 0.1, 0.3, 0.6, 0.1, 0.2, 0.1, 0.6}, 256);
+    OIIO::ImageSpec spec;
+    spec.attribute("Exif:ColorSpace", 1);
+    write("srgb.jpg", OIIO::TypeUInt8, spec);
+    EXPECT_THAT(convert("srgb.jpg", {"--strict"}), Succeeds());
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                   profile.data());
+    write("in.jpg", OIIO::TypeUInt8, spec);
+    expect_doubt("in.jpg", "its tag ICC profile is not recognized");
 }
 
 TEST_F(Strict, RefusesUnknownPrimaries) {
