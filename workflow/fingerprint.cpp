@@ -132,8 +132,8 @@ void add_layers(const LayerOptions& options, Digest& digest) {
 
 /// A part in another color space than the image.
 void add_part(const PartSettings& part, Digest& digest) {
-    const auto& [space, conversion, convert, mixes_channels, colors, keeps_space, neutrals_stay_neutral] =
-        part;
+    const auto& [space, conversion, convert, mixes_channels, failure, colors, keeps_space,
+                 neutrals_stay_neutral] = part;
     for (const std::string& tag : space.tags)
         digest.add("tag of a part", tag);
     digest.add("source of the part", space.color_space);
@@ -141,7 +141,7 @@ void add_part(const PartSettings& part, Digest& digest) {
         for (const ConversionStage& stage : conversion->get_stages())
             add_stage(stage, digest);
     add_colors(colors, digest);
-    static_cast<void>(std::tie(convert, mixes_channels, keeps_space, neutrals_stay_neutral));
+    static_cast<void>(std::tie(convert, mixes_channels, failure, keeps_space, neutrals_stay_neutral));
 }
 
 /// The function that converts is described by the request and the stages; tags of the source only lead to

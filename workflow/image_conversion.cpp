@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "diagnostics/failure.h"
 #include "workflow/output_colors.h"
 
 namespace workflow {
@@ -16,10 +17,23 @@ bool keeps_space(const Conversion& conversion) {
     return conversion.get_source() == conversion.get_destination_space();
 }
 
+PartConversion make_part_conversion(const Session& session, const ConversionRequest& request,
+                                    const TaggedSpace& space) {
+    PartConversion part{space, nullptr, {}};
+    try {
+        if (!space.is_data)
+            part.conversion = std::make_shared<const Conversion>(session, request);
+    } catch (const diagnostics::Failure& failure) {
+        part.failure = failure.get_diagnostics();
+    }
+    return part;
+}
+
 PartSettings make_part_settings(const PartConversion& part) {
     PartSettings settings;
     settings.space = part.space;
     settings.conversion = part.conversion;
+    settings.failure = part.failure;
     if (!part.conversion)
         return settings;
     if (!part.conversion->is_identity())
@@ -44,10 +58,8 @@ std::vector<PartConversion> make_part_conversions(const Session& session, Conver
             return part.space.color_space == space.color_space;
         });
         request.from = space.color_space;
-        parts.push_back({space, space.is_data ? nullptr
-                                : known != parts.end()
-                                    ? known->conversion
-                                    : std::make_shared<const Conversion>(session, request)});
+        parts.push_back(known == parts.end() ? make_part_conversion(session, request, space)
+                                             : PartConversion{space, known->conversion, known->failure});
     }
     return parts;
 }

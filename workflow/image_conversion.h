@@ -14,11 +14,12 @@ namespace workflow {
 /// The conversion of parts that are in another color space than the image by their tags.
 struct PartConversion {
     TaggedSpace space;
-    std::shared_ptr<const Conversion> conversion; ///< Null for data, which is left.
+    std::shared_ptr<const Conversion> conversion; ///< Null for data, which is left, and after a failure.
+    diagnostics::Diagnostics failure; ///< Why there is none; an error only if the part is to be converted.
 };
 
 /// One conversion for each color space of `other_tags` (FileSpace), with the destination and the steps of
-/// `request`. Throws like Conversion.
+/// `request`.
 std::vector<PartConversion> make_part_conversions(const Session& session, ConversionRequest request,
                                                   const std::vector<TaggedSpace>& other_tags);
 

@@ -163,6 +163,8 @@ void ImagePlan::plan_one(unsigned int index) {
     const image::PartHeader& header = reader.get_parts()[index];
     const PartChoice& choice = choices[static_cast<std::size_t>(header.subimage)];
     const PartSettings* const of_part = find_part_settings(header);
+    if (of_part && !of_part->failure.empty() && !choice.chosen.empty())
+        throw diagnostics::Failure(of_part->failure);
     const image::OutputOptions options = make_options(choice, of_part);
     image::PartPlan plan =
         image::plan_part(header.spec, choice.get_colors(), reader.get_format(), abilities, options);

@@ -27,6 +27,7 @@ struct PartSettings {
     std::shared_ptr<const Conversion> conversion; ///< From that color space; null for data, which is left.
     image::ConvertRows convert;                   ///< Empty to leave colors unchanged.
     bool mixes_channels = true;                   ///< Of `convert`.
+    diagnostics::Diagnostics failure;             ///< Why it cannot be converted; thrown where it is chosen.
     // As in OutputOptions.
     image::ColorDescription colors;
     bool keeps_space = false;

@@ -187,6 +187,18 @@ TEST_F(PartTags, ThatTheConfigLacksAreReportedForEveryPart) {
                 FailsWith(1, HasSubstr("cannot determine the color space of the part 'weird' of 'in.exr'")));
 }
 
+TEST_F(PartTags, OfAColorSpaceThatDoesNotWorkMatterOnlyToPartsThatAreConverted) {
+    std::string config = CONFIG;
+    config += "  - !<ColorSpace>\n    name: broken\n    to_reference: !<FileTransform> {src: gone.cube}\n";
+    folder.write("show.ocio", config);
+    const std::vector<Part> parts = {{"beauty", "half"}, {"albedo", "broken"}};
+    EXPECT_THAT(convert(parts), FailsWith(1, HasSubstr("gone.cube")));
+    EXPECT_FALSE(folder.exists("out.exr"));
+    EXPECT_THAT(convert(parts, {"--skip", "albedo"}), Succeeds());
+    EXPECT_EQ(get_gray(0), 0.5f);
+    EXPECT_EQ(get_gray(1), 1.0f);
+}
+
 TEST_F(PartTags, DecideWhetherASingleChannelIsConverted) {
     // red of "mixed" depends on green
     std::string config = CONFIG;
