@@ -114,8 +114,8 @@ void encode_values(Half, const float* source, int channels, std::size_t pixels, 
 /// Calls `convert` with a value of the type of the channels; false for types that OpenImageIO converts.
 template <class Convert>
 bool with_value_of(OIIO::TypeDesc type, const Convert& convert) {
-    switch (type.basetype) { // NOLINT(bugprone-branch-clone): each value has its own type
-    case OIIO::TypeDesc::UINT8:
+    switch (type.basetype) {
+    case OIIO::TypeDesc::UINT8: // NOLINT(bugprone-branch-clone): each value has its own type
         convert(std::uint8_t());
         return true;
     case OIIO::TypeDesc::UINT16:

@@ -18,7 +18,6 @@ namespace {
 
 using workflow::DescribedSpace;
 using workflow::DescribedTransform;
-using workflow::EntryFacts;
 using workflow::PublishedCdl;
 using workflow::PublishedRole;
 using workflow::PublishedView;
