@@ -17,8 +17,9 @@ bool keeps_space(const Conversion& conversion) {
     return conversion.get_source() == conversion.get_destination_space();
 }
 
-PartConversion make_part_conversion(const Session& session, const ConversionRequest& request,
+PartConversion make_part_conversion(const Session& session, ConversionRequest request,
                                     const TaggedSpace& space) {
+    request.from = space.color_space;
     PartConversion part{space, nullptr, {}};
     try {
         if (!space.is_data)
@@ -50,14 +51,13 @@ PartSettings make_part_settings(const PartConversion& part) {
 
 } // namespace
 
-std::vector<PartConversion> make_part_conversions(const Session& session, ConversionRequest request,
+std::vector<PartConversion> make_part_conversions(const Session& session, const ConversionRequest& request,
                                                   const std::vector<TaggedSpace>& other_tags) {
     std::vector<PartConversion> parts;
     for (const TaggedSpace& space : other_tags) {
         const auto known = std::find_if(parts.begin(), parts.end(), [&](const PartConversion& part) {
             return part.space.color_space == space.color_space;
         });
-        request.from = space.color_space;
         parts.push_back(known == parts.end() ? make_part_conversion(session, request, space)
                                              : PartConversion{space, known->conversion, known->failure});
     }

@@ -20,7 +20,7 @@ struct PartConversion {
 
 /// One conversion for each color space of `other_tags` (FileSpace), with the destination and the steps of
 /// `request`.
-std::vector<PartConversion> make_part_conversions(const Session& session, ConversionRequest request,
+std::vector<PartConversion> make_part_conversions(const Session& session, const ConversionRequest& request,
                                                   const std::vector<TaggedSpace>& other_tags);
 
 /// Options of image conversions other than the color conversion.
