@@ -137,6 +137,7 @@ constexpr struct {
      "OpenColorIO remembers for the life of the process that a file is missing"},
     {VIEWER, "ModelThatFollowsChanges.ReadsAConfigurationOfTheLibraryItselfAgain", NO_BUILTIN_CONFIGS,
      OF_1_X | OF_2_1},
+    {TOOL, "Bake.LeadsBackFromAView", NO_INVERSE_VIEWS},
     {VIEWER, "ModelOfAViewer.InvertsTheViewThatAnImageWasMadeFor", NO_INVERSE_VIEWS},
     {VIEWER, "ModelOfAViewer.NoLongerInvertsAViewThatTheConfigLacks", NO_INVERSE_VIEWS},
     {VIEWER, "ModelOfAViewer.InvertsAViewForOneImage", NO_INVERSE_VIEWS},

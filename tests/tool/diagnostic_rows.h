@@ -41,7 +41,6 @@ inline const Fault FAULTS[] = {
     {{"explain", "log", "lin", "--config", "@flat.ocio"}, "matrix-singular"},
     {{"list", "--config", "@bomb.ocio"}, "config-too-complex", "@bomb.ocio"},
     {{"list", "--config", "@pipe"}, "file-not-regular", "@pipe"},
-    {{"list", "--config", "@role.ocio"}, "config-invalid", "@role.ocio", 6, "nowhere", 18},
     {{"explain", "lin", "log", "--config", "@looked.ocio"}, "look-unknown", "@looked.ocio", 32, "nolook", 66},
     {{"explain", "log", "lin", "--config", "@powerless.ocio"}, "conversion-impossible"},
     {{"explain", "log", "lin", "--config", "@innocent.ocio"}, "conversion-impossible"},

@@ -97,9 +97,6 @@ protected:
         write_space("long.ocio", "!<FileTransform> {src: long.spi1d}");
         folder.write("luts/long.spi1d",
                      "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n" + std::string(80, '1') + "\n}\n");
-        std::string unknown_role = SHOW_CONFIG;
-        unknown_role.replace(unknown_role.find("texture_paint: half_light"), 25, "texture_paint: nowhere");
-        folder.write("role.ocio", unknown_role);
     }
 
     static std::string make_correction(const std::string& id) {

@@ -103,6 +103,21 @@ TEST_F(Diagnostics, OfAConfigThatOpenColorIORefuses) {
     EXPECT_EQ(error.at("subject"), "nowhere");
 }
 
+TEST_F(Diagnostics, OfARoleOfNoColorSpaceNameThePlace) {
+    if (ocio::get_version()[0] == '1')
+        GTEST_SKIP() << "1.x tells which role it is in a text only";
+    std::string config = SHOW_CONFIG;
+    config.replace(config.find("texture_paint: half_light"), 25, "texture_paint: nowhere");
+    folder.write("role.ocio", config);
+    const ToolRun text = run({"list", "--config", path("role.ocio")});
+    EXPECT_THAT(text, FailsWith(1, HasSubstr(path("role.ocio") + ":6:18: ")));
+    const json error = find_one(run({"--json-diagnostics", "list", "--config", path("role.ocio")}), "error");
+    EXPECT_EQ(error.at("code"), "config-invalid");
+    EXPECT_EQ(error.at("subject"), "nowhere");
+    EXPECT_EQ(error.at("line"), 6);
+    EXPECT_EQ(error.at("column"), 18);
+}
+
 TEST_F(Diagnostics, OfTheConfigThatTheEnvironmentNames) {
     ocio.set(path("missing.ocio"));
     json error = find_one(run({"--json-diagnostics", "list"}), "error");
