@@ -20,7 +20,7 @@ constexpr std::string_view PIXEL_CHUNK = "IDAT";
 constexpr int LEVEL = Z_DEFAULT_COMPRESSION;
 constexpr int WINDOW_BITS = 15, MEMORY_LEVEL = 8;
 
-/// Each part of the pixels has a strategy of its own; the sample is some rows of a 4K image.
+/// The strategy is chosen for every PART_BYTES of the pixels, by a sample of some rows of a 4K image.
 constexpr std::size_t PART_BYTES = std::size_t{2} << 20, SAMPLE_BYTES = std::size_t{64} << 10;
 /// Of pixels in a compressed chunk.
 constexpr std::size_t CHUNK_BYTES = std::size_t{256} << 10;

@@ -93,7 +93,7 @@ unsigned int count_parts(const py::object& path) {
     return workflow::count_image_parts(file, reader);
 }
 
-/// The spec of an array without metadata.
+/// What describes an array without metadata to OpenImageIO.
 OIIO::ImageSpec make_spec(const py::array& pixels) {
     if (pixels.ndim() < 2 || pixels.ndim() > 3 || pixels.size() == 0)
         throw py::value_error(fmt::format("image: expected the shape (height, width, channels), got {}",

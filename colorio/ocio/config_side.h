@@ -12,7 +12,7 @@ namespace ocio {
 /// it.
 void require_readable_config(const std::string& path);
 
-/// An editable copy. OpenColorIO 2.1 leaves the name of the default view transform out of its own.
+/// An editable copy, with the name of the default view transform, which OpenColorIO 2.1 does not copy.
 ConfigRcPtr copy_config(const ConstConfigRcPtr& config);
 
 /// Turns off OpenColorIO's cache of processors, which would return old ones after their files changed.
