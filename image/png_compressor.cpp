@@ -13,8 +13,8 @@ namespace image {
 
 namespace {
 
-// Layout: Portable Network Graphics, third edition, 5.2 and 5.3.
-constexpr std::size_t SIGNATURE_BYTES = 8, HEADER_BYTES = 8, CHECKSUM_BYTES = 4;
+/// Portable Network Graphics, third edition, 5.2.
+constexpr std::size_t SIGNATURE_BYTES = 8;
 constexpr std::string_view PIXEL_CHUNK = "IDAT";
 
 constexpr int LEVEL = Z_DEFAULT_COMPRESSION;
@@ -26,18 +26,6 @@ constexpr std::size_t PART_BYTES = std::size_t{2} << 20, SAMPLE_BYTES = std::siz
 constexpr std::size_t CHUNK_BYTES = std::size_t{256} << 10;
 /// The fast strategy may need that much more than the default one.
 constexpr double TOLERANCE = 1.02;
-
-std::uint32_t get_number(const char* bytes) {
-    std::uint32_t number = 0;
-    for (int i = 0; i < 4; ++i)
-        number = number << 8 | static_cast<unsigned char>(bytes[i]);
-    return number;
-}
-
-void set_number(char* bytes, std::uint32_t number) {
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = static_cast<char>(number >> (24 - 8 * i) & 0xff);
-}
 
 Bytef* as_zlib(const char* bytes) {
     return reinterpret_cast<Bytef*>(const_cast<char*>(bytes)); // zlib does not write to its input
@@ -83,7 +71,7 @@ private:
 /// The pixels: undoes the stored blocks, compresses them, and makes chunks of the result.
 class PngCompressor::Pixels {
 public:
-    explicit Pixels(Sink& sink) : sink(sink), part(PART_BYTES), chunk(HEADER_BYTES + CHUNK_BYTES) {
+    explicit Pixels(Sink& sink) : sink(sink), part(PART_BYTES), chunk(PNG_HEADER_BYTES + CHUNK_BYTES) {
         if (inflateInit(&stored) != Z_OK)
             throw std::bad_alloc();
         start_chunk();
@@ -150,7 +138,7 @@ private:
     }
 
     void start_chunk() {
-        compressed.stream.next_out = as_zlib(chunk.data()) + HEADER_BYTES;
+        compressed.stream.next_out = as_zlib(chunk.data()) + PNG_HEADER_BYTES;
         compressed.stream.avail_out = static_cast<uInt>(CHUNK_BYTES);
     }
 
@@ -158,13 +146,13 @@ private:
         const std::size_t size = CHUNK_BYTES - compressed.stream.avail_out;
         if (size == 0)
             return;
-        set_number(chunk.data(), static_cast<std::uint32_t>(size));
-        std::copy(PIXEL_CHUNK.begin(), PIXEL_CHUNK.end(), chunk.data() + 4);
-        char checksum[CHECKSUM_BYTES];
-        set_number(checksum, static_cast<std::uint32_t>(
-                                 crc32_z(0, as_zlib(chunk.data()) + 4, PIXEL_CHUNK.size() + size)));
-        sink.take(chunk.data(), HEADER_BYTES + size);
-        sink.take(checksum, CHECKSUM_BYTES);
+        const PngNumber length = make_png_number(static_cast<std::uint32_t>(size));
+        std::copy(length.begin(), length.end(), chunk.begin());
+        std::copy(PIXEL_CHUNK.begin(), PIXEL_CHUNK.end(), chunk.data() + PNG_NUMBER_BYTES);
+        const PngNumber checksum =
+            make_png_checksum({chunk.data() + PNG_NUMBER_BYTES, PIXEL_CHUNK.size() + size});
+        sink.take(chunk.data(), PNG_HEADER_BYTES + size);
+        sink.take(checksum.data(), checksum.size());
         start_chunk();
     }
 
@@ -184,7 +172,7 @@ PngCompressor::PngCompressor(Sink& sink)
 PngCompressor::~PngCompressor() = default;
 
 bool PngCompressor::has_failed() const {
-    return failed || state != State::HEADER || left != HEADER_BYTES;
+    return failed || state != State::HEADER || left != PNG_HEADER_BYTES;
 }
 
 void PngCompressor::write(const char* bytes, std::size_t size) noexcept {
@@ -199,7 +187,7 @@ void PngCompressor::write(const char* bytes, std::size_t size) noexcept {
 std::size_t PngCompressor::take_some(const char* bytes, std::size_t size) {
     const std::size_t taken = std::min(size, left);
     if (state == State::HEADER)
-        std::memcpy(header + HEADER_BYTES - left, bytes, taken);
+        std::memcpy(header + PNG_HEADER_BYTES - left, bytes, taken);
     else if (state == State::PIXELS)
         failed = !pixels || !pixels->take(bytes, taken);
     else if (state != State::CHECKSUM_OF_PIXELS)
@@ -210,24 +198,24 @@ std::size_t PngCompressor::take_some(const char* bytes, std::size_t size) {
     if (state == State::HEADER)
         start_chunk();
     else if (state == State::PIXELS)
-        enter(State::CHECKSUM_OF_PIXELS, CHECKSUM_BYTES);
+        enter(State::CHECKSUM_OF_PIXELS, PNG_NUMBER_BYTES);
     else
-        enter(State::HEADER, HEADER_BYTES);
+        enter(State::HEADER, PNG_HEADER_BYTES);
     return taken;
 }
 
 void PngCompressor::start_chunk() {
-    const std::size_t length = get_number(header);
+    const std::size_t length = get_png_number(header);
     if (std::string_view(header + 4, 4) == PIXEL_CHUNK) {
-        enter(length > 0 ? State::PIXELS : State::CHECKSUM_OF_PIXELS, length > 0 ? length : CHECKSUM_BYTES);
+        enter(length > 0 ? State::PIXELS : State::CHECKSUM_OF_PIXELS, length > 0 ? length : PNG_NUMBER_BYTES);
         return;
     }
     if (pixels && !pixels->is_empty()) {
         failed = !pixels->finish();
         pixels.reset();
     }
-    sink.take(header, HEADER_BYTES);
-    enter(State::OTHERS, length + CHECKSUM_BYTES);
+    sink.take(header, PNG_HEADER_BYTES);
+    enter(State::OTHERS, length + PNG_NUMBER_BYTES);
 }
 
 void PngCompressor::enter(State next, std::size_t length) {

@@ -17,11 +17,11 @@ namespace {
 
 using OIIO::TypeDesc;
 
-/// Attributes that writers expect in a type of their own, though their values are plain integers.
+/// Attributes that writers expect as another type than int, though their values are integers.
 const std::pair<const char*, TypeDesc> KNOWN_TYPES[] = {{"smpte:TimeCode", OIIO::TypeTimeCode},
                                                         {"smpte:KeyCode", OIIO::TypeKeyCode}};
 
-/// The values of an attribute as `Value`, whatever their alignment.
+/// The values of an attribute as `Value`, which need not be aligned.
 template <class Value, class Made>
 py::tuple make_values(const OIIO::ParamValue& attribute) {
     const std::size_t count = attribute.type().basevalues() * static_cast<std::size_t>(attribute.nvalues());

@@ -54,7 +54,7 @@ OpenSession::OpenSession(const workflow::SessionOptions& options) {
     turn.keep();
 }
 
-/// In whatever thread the last reference ends.
+/// Runs in the thread that gives up the last reference.
 OpenSession::~OpenSession() {
     if (session != nullptr)
         end();

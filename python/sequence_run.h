@@ -44,7 +44,7 @@ public:
     SequenceRun& operator=(const SequenceRun&) = delete;
 
     /// Calls `finished` for every image, until all are finished. Lets other threads of Python run while it
-    /// waits. Passes on exceptions of `finished`, and the KeyboardInterrupt or whatever else a signal handler
+    /// waits. Passes on exceptions of `finished`, and the KeyboardInterrupt or what else a signal handler
     /// raises.
     workflow::SequenceReport wait(const std::function<void(const Frame&)>& finished);
 

@@ -24,7 +24,7 @@ constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
 /// The value of "oiio:ColorSpace" for layers in two color spaces.
 constexpr char UNKNOWN_COLORS[] = "unknown";
 
-/// Why a part is left.
+/// Why a part is left: its tags name a data space.
 constexpr char TAGGED_AS_DATA[] = "data by its tags";
 
 /// The one for parts with these tags; null for none.
