@@ -110,7 +110,7 @@ TEST_F(Diagnostics, OfARoleOfNoColorSpaceNameThePlace) {
     config.replace(config.find("texture_paint: half_light"), 25, "texture_paint: nowhere");
     folder.write("role.ocio", config);
     const ToolRun text = run({"list", "--config", path("role.ocio")});
-    EXPECT_THAT(text, FailsWith(1, HasSubstr(path("role.ocio") + ":6:18: ")));
+    EXPECT_THAT(text, FailsWith(1, testing::HasSubstr(path("role.ocio") + ":6:18: ")));
     const json error = find_one(run({"--json-diagnostics", "list", "--config", path("role.ocio")}), "error");
     EXPECT_EQ(error.at("code"), "config-invalid");
     EXPECT_EQ(error.at("subject"), "nowhere");
