@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -90,8 +91,10 @@ void check_conversion(ConversionChoice& choice, const std::string& target) {
         throw UsageError("--display needs --view");
     if (choice.to.empty() && choice.view.empty() && !goes_somewhere)
         throw UsageError(fmt::format("no destination: {} or --view is required", target));
-    if (!choice.to.empty() && !(choice.view.empty() && choice.display.empty()))
-        throw UsageError(fmt::format("{} and --view cannot be combined", target));
+    for (const auto& [option, value] :
+         {std::pair("--view", choice.view), std::pair("--display", choice.display)})
+        if (!choice.to.empty() && !value.empty())
+            throw UsageError(fmt::format("{} and {} cannot be combined", target, option));
     if (!choice.from.empty() && !choice.inverse_view.empty())
         throw UsageError("--from and --inverse-view cannot be combined");
 }

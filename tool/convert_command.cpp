@@ -113,7 +113,7 @@ ConvertCommand::ConvertCommand(Options& program)
 
 void ConvertCommand::add_layer_options() {
     const auto add = [&](const char* name, std::vector<std::string>& list, const char* help) {
-        options.add(name, list, help, "LIST").one_value_each().separator(',');
+        options.add_list(name, list, help, "LIST");
     };
     add("--layers", image_options.layers.layers,
         "layers to convert, comma-separated; rgba is color without a layer (default: every color layer, and "

@@ -94,6 +94,16 @@ CLI::Option* require_content(const CLI::App& command, CLI::Option* option) {
         "", CONTENT_CHECK);
 }
 
+/// What stands between commas, without the spaces around it.
+std::vector<std::string> split_list(const std::string& text) {
+    std::vector<std::string> values;
+    for (const std::string& value : CLI::detail::split(text, ','))
+        values.push_back(CLI::detail::trim_copy(value));
+    if (!text.empty() && text.back() == ',')
+        values.emplace_back();
+    return values;
+}
+
 /// "--name=" as "--name" and an empty value; the parser would take the next argument as the value.
 std::vector<std::string> separate_empty_values(const std::vector<std::string>& arguments) {
     std::vector<std::string> separated;
@@ -159,11 +169,6 @@ const Option& Option::may_be_empty() const {
     return *this;
 }
 
-const Option& Option::separator(char character) const {
-    option->delimiter(character);
-    return *this;
-}
-
 Options::Options(const std::string& description, const std::string& name)
     : program(std::make_unique<CLI::App>(description, name)), app(program.get()) {
     app->formatter(std::make_shared<HelpFormatter>());
@@ -183,6 +188,24 @@ Option Options::add(const std::string& name, Target target, const std::string& h
         add_check(option, "expected a whole number", parse_as<int>);
     else if (std::holds_alternative<float*>(target) || std::holds_alternative<double*>(target))
         add_check(option, "expected a number", workflow::parse_number, NUMBER_CHECK);
+    return Option(option);
+}
+
+Option Options::add_list(const std::string& name, std::vector<std::string>& values, const std::string& help,
+                         const std::string& value_name) {
+    CLI::Option* const option = app->add_option_function<std::vector<std::string>>(
+        name,
+        [&values](const std::vector<std::string>& lists) {
+            for (const std::string& list : lists)
+                for (std::string& value : split_list(list))
+                    values.push_back(std::move(value));
+        },
+        help);
+    require_content(*app, option)->allow_extra_args(false)->option_text(value_name);
+    add_check(option, "expected values separated by commas", [](const std::string& text) {
+        const std::vector<std::string> split = split_list(text);
+        return std::find(split.begin(), split.end(), "") == split.end();
+    });
     return Option(option);
 }
 

@@ -29,8 +29,6 @@ public:
     const Option& one_value_each() const;
     /// An empty text is a value, too.
     const Option& may_be_empty() const;
-    /// For a list: an argument holds several values, separated by this character.
-    const Option& separator(char character) const;
 
 private:
     CLI::Option* option;
@@ -67,6 +65,9 @@ public:
                const std::string& value_name = "") {
         return add(name, Target(&value), help, value_name);
     }
+    /// An option whose argument holds several values, separated by commas; none of them is empty.
+    Option add_list(const std::string& name, std::vector<std::string>& values, const std::string& help,
+                    const std::string& value_name);
     Option add_flag(const std::string& name, bool& value, const std::string& help);
     /// Options that may be given repeatedly; `values` gets their uses in the order of the command line.
     void add_ordered(const std::vector<OrderedOption>& declared, std::vector<OrderedValue>& values);

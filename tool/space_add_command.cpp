@@ -36,11 +36,9 @@ SpaceAddCommand::SpaceAddCommand(Options& program)
         .choices(workflow::get_depth_names());
     options.add("--allocation", request.allocation, "allocation of values in a GPU LUT (default: uniform)")
         .choices({"uniform", "lg2"});
-    options
-        .add("--range", request.range, "range of the allocation; an OFFSET only with lg2 (default: 0,1)",
-             "MINIMUM,MAXIMUM[,OFFSET]")
-        .separator(',')
-        .one_value_each();
+    options.add_list("--range", request.range,
+                     "range of the allocation; an OFFSET only with lg2 (default: 0,1)",
+                     "MINIMUM,MAXIMUM[,OFFSET]");
     add_preference_options();
 }
 

@@ -114,6 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
         convert("--from linn --to half_light", 1, "did you mean 'lin'"),
         convert("--from lin --to half_lihgt", 1, "did you mean 'half_light'"),
         convert("--from lin --view Film", 1, "Film"), convert("--from lin --display Monitor", 2, "--view"),
+        convert("--from lin --to lin --display Monitor", 2, "--to and --display cannot be combined"),
         convert("--from lin --display Moniter --view Film", 1, "Monitor"),
         convert("--from lin --view Monitor.Flim", 1, "Film"),
         convert("--from lin --to half_light --view Monitor.Film", 2, "--view"),
@@ -184,8 +185,10 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUse{"convert @in.exr @out --from linear --to sRGB", 1, "out"},
                     WrongUse{"convert @in.exr /dev/null --from linear --to sRGB", 1, "/dev/null"},
                     WrongUse{"convert @data.exr @out.exr --from linear --to sRGB", 1, "data.exr"},
-                    convert_builtin("--layers none", 1, "none"), convert_builtin("--parts 2", 1, "2"),
-                    convert_builtin("--skip rgba", 1, "rgba")));
+                    convert_builtin("--layers none", 1, "none"),
+                    convert_builtin("--layers rgba,,N", 2, "expected values separated by commas"),
+                    convert_builtin("--skip N,", 2, "expected values separated by commas"),
+                    convert_builtin("--parts 2", 1, "2"), convert_builtin("--skip rgba", 1, "rgba")));
 
 INSTANTIATE_TEST_SUITE_P(
     Output, WrongUseOf,
