@@ -42,8 +42,9 @@ Json make_line(const ImageOutcome& outcome) {
                      {"type", outcome.image.depth},
                      {"pixels", outcome.image.pixels},
                      {"seconds", outcome.seconds},
-                     {"notes", notes},
-                     {"layers", outcome.image.layers.converted}});
+                     {"notes", notes}});
+    if (outcome.status == ImageOutcome::CONVERTED || outcome.status == ImageOutcome::PLANNED)
+        line.set("layers", outcome.image.layers.converted);
     for (const auto& [layer, space] : outcome.image.layers.other_spaces)
         other_spaces.set(layer, space);
     if (!outcome.image.layers.other_spaces.empty())

@@ -162,12 +162,13 @@ std::optional<ImageReport> try_to_convert_image(const ImageJob& job, const Image
     }
 }
 
-void check_image(const ImageJob& job, const ImageSettings& settings, image::ReaderProcess& process) {
+LayerReport plan_image(const ImageJob& job, const ImageSettings& settings, image::ReaderProcess& process) {
     const image::ImageReader reader(job.input, process);
     const image::FormatAbilities abilities = image::get_format_abilities(job.output);
     check_output(settings, job.output);
     const ImagePlan plan(job, settings, reader, abilities);
     image::check_output_path(job.output);
+    return plan.get_layers();
 }
 
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers) {

@@ -55,8 +55,8 @@ std::optional<ImageReport> try_to_convert_image(const ImageJob& job, const Image
 /// The same; waits for memory.
 ImageReport convert_image(const ImageJob& job, const ImageSettings& settings, ImageBuffers& buffers);
 
-/// Throws what `convert_image` would, as far as the headers of the input and the folder of the output show
-/// it. Writes nothing.
-void check_image(const ImageJob& job, const ImageSettings& settings, image::ReaderProcess& reader);
+/// The layers that `convert_image` would convert and leave. Throws what it would throw, as far as the headers
+/// of the input and the folder of the output show it. Writes nothing.
+LayerReport plan_image(const ImageJob& job, const ImageSettings& settings, image::ReaderProcess& reader);
 
 } // namespace workflow

@@ -47,6 +47,8 @@ struct LayerReport {
 /// "converted rgba, diffuse (from ACEScct); left N (data by name); Z, id (data)". Empty when the input has
 /// only one layer, which was converted.
 std::string describe(const LayerReport& report);
+/// "convert rgba, diffuse (from ACEScct); leave N (data by name)", of an image that is to be converted.
+std::string describe_plan(const LayerReport& report);
 
 /// A layer to convert.
 struct ChosenLayer {

@@ -4,6 +4,26 @@
 
 namespace workflow {
 
+namespace {
+
+/// `converted` and `left` are the verbs.
+std::string describe(const LayerReport& report, const std::string& converted, const std::string& left) {
+    if (report.left.empty() && report.converted.size() < 2 && !report.is_part_of_input)
+        return "";
+    std::string text;
+    for (const std::string& name : report.converted) {
+        const auto space = report.other_spaces.find(name);
+        text += (text.empty() ? converted + " " : ", ") + name;
+        if (space != report.other_spaces.end())
+            text += fmt::format(" (from {})", space->second);
+    }
+    if (!report.left.empty())
+        text += fmt::format("{}{} {}", text.empty() ? "" : "; ", left, describe(report.left));
+    return text;
+}
+
+} // namespace
+
 std::string describe(const std::vector<LeftLayer>& left) {
     std::string text;
     for (std::size_t i = 0; i < left.size(); ++i) {
@@ -18,18 +38,11 @@ std::string describe(const std::vector<LeftLayer>& left) {
 }
 
 std::string describe(const LayerReport& report) {
-    if (report.left.empty() && report.converted.size() < 2 && !report.is_part_of_input)
-        return "";
-    std::string text;
-    for (const std::string& name : report.converted) {
-        const auto space = report.other_spaces.find(name);
-        text += (text.empty() ? "converted " : ", ") + name;
-        if (space != report.other_spaces.end())
-            text += fmt::format(" (from {})", space->second);
-    }
-    if (!report.left.empty())
-        text += (text.empty() ? "left " : "; left ") + describe(report.left);
-    return text;
+    return describe(report, "converted", "left");
+}
+
+std::string describe_plan(const LayerReport& report) {
+    return describe(report, "convert", "leave");
 }
 
 } // namespace workflow

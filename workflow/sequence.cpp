@@ -81,7 +81,10 @@ public:
 
     void add(std::size_t index, const ImageOutcome& outcome) {
         std::lock_guard<std::mutex> lock(mutex);
-        if (outcome.status == ImageOutcome::CONVERTED && report.converted == 0)
+        const bool is_first = report.converted + report.planned == 0;
+        const bool has_layers =
+            outcome.status == ImageOutcome::CONVERTED || outcome.status == ImageOutcome::PLANNED;
+        if (has_layers && is_first)
             report.layers = outcome.image.layers;
         ++get_count(outcome.status);
         report.pixels += outcome.image.pixels;
@@ -247,7 +250,7 @@ private:
         }
         if (!options.only_plans)
             return ImageOutcome::CONVERTED;
-        check_image(outcome.job, settings, buffers.reader);
+        outcome.image.layers = plan_image(outcome.job, settings, buffers.reader);
         return ImageOutcome::PLANNED;
     }
 

@@ -26,7 +26,7 @@ struct ImageOutcome {
     const ImageJob& job;
     Status status = CONVERTED;
     std::string reason; ///< Why it is not up to date; empty if that was not checked.
-    ImageReport image;  ///< Of a converted image.
+    ImageReport image;  ///< Of a converted image; of a planned one the layers.
     double seconds = 0; ///< Elapsed time of a converted image.
     std::optional<diagnostics::Diagnostic> error; ///< Of an image that failed.
 };
@@ -40,7 +40,7 @@ struct SequenceReport {
     diagnostics::Diagnostics failures; ///< One for each image that failed, in the order of the jobs.
     std::uint64_t pixels = 0;          ///< Pixels of the converted images.
     double seconds = 0;                ///< Elapsed time.
-    LayerReport layers;                ///< Of the first converted image.
+    LayerReport layers;                ///< Of the first image that was converted or planned.
     bool is_cancelled = false;         ///< Some images were not processed.
 };
 

@@ -37,7 +37,10 @@ const char* get_name(ImageOutcome::Status status) {
 std::string describe_plan(const ImageOutcome& outcome) {
     if (outcome.status == ImageOutcome::UP_TO_DATE)
         return "up to date";
-    return outcome.reason.empty() ? "would convert" : fmt::format("would convert ({})", outcome.reason);
+    const std::string layers = describe_plan(outcome.image.layers);
+    return fmt::format("would convert{}{}",
+                       outcome.reason.empty() ? "" : fmt::format(" ({})", outcome.reason),
+                       layers.empty() ? "" : ": " + layers);
 }
 
 std::string summarize_image(const SequenceReport& report, const ImageReport& image) {

@@ -57,6 +57,15 @@ TEST_F(ConvertPlan, OfUnsupportedChannelsFails) {
     expect_same_error("out.dpx", "dpx does not support images of 2 channels", {"--layers", "RG"});
 }
 
+TEST_F(ConvertPlan, NamesTheLayersThatAreConverted) {
+    write_channels("in.exr", {"R", "G", "B", "diffuse.R", "diffuse.G", "diffuse.B", "N.X", "N.Y", "N.Z"});
+    EXPECT_THAT(convert("out.exr", {"--dry-run"}).out,
+                HasSubstr("would convert: convert rgba, diffuse; leave N"));
+    EXPECT_THAT(convert("out.exr", {"--dry-run", "--json"}).out, HasSubstr(R"("layers":["rgba","diffuse"])"));
+    EXPECT_THAT(convert("out.png", {"--dry-run", "--layers", "diffuse"}).out,
+                HasSubstr("would convert: convert diffuse"));
+}
+
 TEST_F(ConvertPlan, LeavesAnExistingOutput) {
     write_channels("in.exr", {"R", "G", "B"});
     folder.write("out.exr", "what was there");
