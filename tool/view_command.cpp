@@ -103,11 +103,18 @@ void ViewCommand::check_views() const {
 void ViewCommand::report_source(const viewer::ViewModel& model, Console& console) const {
     console.release();
     const std::string& path = wanted.images.front();
-    if (!wanted.space.empty() || !wanted.inverse_view.empty())
-        return console.report(diagnostics::make_note(
+    const viewer::ColorSettings settings = model.get_settings(viewer::ViewModel::FIRST);
+    if (!wanted.space.empty() || !wanted.inverse_view.empty()) {
+        console.report(diagnostics::make_note(
             diagnostics::Code::COLOR_SPACE_CHOSEN,
-            fmt::format("{}: {} ({})", path, model.get_settings(viewer::ViewModel::FIRST).describe_source(),
-                        model.get_space_reason())));
+            fmt::format("{}: {} ({})", path, settings.describe_source(), model.get_space_reason())));
+        if (source_choice.explains)
+            print_decision("source",
+                           fmt::format("{}, from {}", settings.describe_source(),
+                                       wanted.inverse_view.empty() ? "--from" : "--inverse-view"),
+                           console);
+        return;
+    }
     const workflow::FileSpace& found = model.get_file_space();
     report_source_space(path, found, source_choice, console);
     if (!source_choice.explains)

@@ -62,6 +62,8 @@ TEST_F(CommandView, AppliesStepsAndSaysHowItFoundTheColorSpace) {
     EXPECT_NEAR(read_shown(screenshot).at(31, 0)[0], 255 * 1.5 * 0.5 * 0.5, 1);
     EXPECT_THAT(out.str(),
                 HasSubstr("source:        lin, assumed: the role scene_linear, for float pixels\n"));
+    EXPECT_EQ(run({image, "--config", config, "--from", "lin", "--why", "--screenshot", screenshot}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("source:        lin, from --from\n"));
     EXPECT_EQ(run({image, "--config", config, "--strict", "--screenshot", screenshot}), 1);
     EXPECT_EQ(run({image, "--config", config, "--look", "none", "--screenshot", screenshot}), 1);
     EXPECT_THAT(err.str(), HasSubstr("no look 'none'"));
@@ -71,10 +73,12 @@ TEST_F(CommandView, InvertsAView) {
     SKIP_WHERE_LISTED();
     write_lut(folder, 0.5);
     const std::string config = write_config(folder);
-    ASSERT_EQ(run({image, "--config", config, "--inverse-view", "Screen.Shown", "--display", "Screen",
-                   "--view", "Raw", "--exposure", "-2", "--size", "32x16", "--screenshot", screenshot}),
-              0)
+    ASSERT_EQ(
+        run({image, "--config", config, "--inverse-view", "Screen.Shown", "--display", "Screen", "--view",
+             "Raw", "--exposure", "-2", "--size", "32x16", "--why", "--screenshot", screenshot}),
+        0)
         << err.str();
+    EXPECT_THAT(out.str(), HasSubstr("source:        inverse of Screen.Shown, from --inverse-view\n"));
     const ShownImage shown = read_shown(screenshot);
     for (const int x : {4, 12, 20}) // the red of the image is 1.5 * x / 31, of which the view shows half
         EXPECT_NEAR(shown.at(x, 0)[0], 255 * 1.5 * x / 31 * 2 / 4, 1) << x;
