@@ -6,9 +6,6 @@ namespace image {
 
 namespace {
 
-/// The value of "oiio:ColorSpace" for colors that no color space describes.
-constexpr char UNKNOWN_NAME[] = "unknown";
-
 bool has(const OIIO::ImageSpec& spec, const char* name) {
     return spec.find_attribute(name) != nullptr;
 }
@@ -18,6 +15,11 @@ void add_array(const char* name, OIIO::TypeDesc::BASETYPE type, const std::vecto
                OIIO::ImageSpec& spec) {
     if (!values.empty() && !has(spec, name))
         spec.attribute(name, OIIO::TypeDesc(type, static_cast<int>(values.size())), values.data());
+}
+
+/// Whether files of this format keep attributes of any name.
+bool has_own_attributes(const std::string& format) {
+    return format == "openexr" || format == "png";
 }
 
 void add_profile(const ColorDescription& colors, OIIO::ImageSpec& spec) {
@@ -32,11 +34,14 @@ void add_dpx_field(const char* name, const std::string& value, OIIO::ImageSpec& 
 
 } // namespace
 
+bool states_color_space(const OIIO::ImageSpec& spec, const std::string& format) {
+    const bool has_profile = (format == "jpeg" || format == "tiff") && has(spec, "ICCProfile");
+    return has_own_attributes(format) || format == "dpx" || has_profile;
+}
+
 void describe_colors(const ColorDescription& colors, const std::string& format, OIIO::ImageSpec& spec) {
-    const bool has_own_attributes = format == "openexr" || format == "png";
-    const std::string name = colors.name == UNKNOWN_NAME ? "" : colors.name;
-    if (has_own_attributes && !name.empty())
-        spec.attribute(OWN_COLOR_SPACE, name);
+    if (has_own_attributes(format) && !colors.name.empty())
+        spec.attribute(OWN_COLOR_SPACE, colors.name);
     if (format == "openexr") {
         if (!colors.interop_id.empty() && !has(spec, "colorInteropID"))
             spec.attribute("colorInteropID", colors.interop_id);
@@ -45,7 +50,7 @@ void describe_colors(const ColorDescription& colors, const std::string& format, 
     if (format == "dpx") {
         add_dpx_field("dpx:Transfer", colors.dpx_transfer, spec);
         add_dpx_field("dpx:Colorimetric", colors.dpx_colorimetric, spec);
-        set_dpx_color_space(spec, name);
+        set_dpx_color_space(spec, colors.name);
         spec.erase_attribute("oiio:ColorSpace"); // by which newer versions of OpenImageIO change the transfer
     }
     if (has(spec, "CICP") || has(spec, "ICCProfile"))

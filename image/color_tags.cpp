@@ -19,7 +19,6 @@ constexpr char COLOR_SPACE[] = "oiio:ColorSpace";
 /// OpenImageIO's names of what it assumes where a file says nothing.
 constexpr const char* ASSUMED_NAMES[] = {"sRGB",     "Linear",     "scene_linear",    "srgb_rec709_scene",
                                          "lin_srgb", "lin_rec709", "lin_rec709_scene"};
-constexpr char UNKNOWN_NAME[] = "unknown";
 constexpr char DPX_TRANSFER[] = "dpx:Transfer";
 constexpr char DPX_COLORIMETRIC[] = "dpx:Colorimetric";
 /// Bytes at the end of the header of a DPX file, for anything.
@@ -55,7 +54,7 @@ std::vector<double> get_numbers(const OIIO::ImageSpec& spec, const char* name, i
 
 void add_text(const OIIO::ImageSpec& spec, ColorTag::Kind kind, const char* attribute, ColorTags& found) {
     const std::string text = spec.get_string_attribute(attribute);
-    if (!text.empty() && !equals_ignoring_case(text, UNKNOWN_NAME))
+    if (!text.empty())
         found.tags.push_back({kind, attribute, text, {}, {}});
 }
 
@@ -86,7 +85,8 @@ bool is_derived(const std::string& name, const OIIO::ImageSpec& spec) {
 
 void add_name(const OIIO::ImageSpec& spec, ColorTags& found) {
     const std::string name = spec.get_string_attribute(COLOR_SPACE);
-    if (is_named_by_transfer(spec) || is_derived(name, spec))
+    const bool is_unset = equals_ignoring_case(name, UNKNOWN_COLOR_SPACE); // OpenImageIO's word for no tag
+    if (is_unset || is_named_by_transfer(spec) || is_derived(name, spec))
         return;
     const bool is_assumed = std::any_of(std::begin(ASSUMED_NAMES), std::end(ASSUMED_NAMES),
                                         [&](const char* known) { return equals_ignoring_case(name, known); });
@@ -128,6 +128,10 @@ bool is_float_type(OIIO::TypeDesc type) {
 }
 
 } // namespace
+
+bool ColorTag::states_unknown() const {
+    return (kind == NAME || kind == INTEROP_ID) && equals_ignoring_case(text, UNKNOWN_COLOR_SPACE);
+}
 
 std::string ColorTag::describe() const {
     if (!text.empty())

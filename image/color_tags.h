@@ -11,6 +11,10 @@ namespace image {
 /// "oiio:ColorSpace" depends on the format and the version.
 constexpr char OWN_COLOR_SPACE[] = "colorio:ColorSpace";
 
+/// What a file names as its color space that says that its colors are of no known one, as the Color Interop
+/// Forum has it.
+constexpr char UNKNOWN_COLOR_SPACE[] = "unknown";
+
 /// One of the descriptions of its colors that an image file contains.
 struct ColorTag {
     enum Kind {
@@ -31,6 +35,8 @@ struct ColorTag {
     std::vector<unsigned char> bytes;
     std::string colorimetric = {}; ///< Of DPX_TRANSFER, by the same file: "ITU-R 709-4".
 
+    /// The file says that its color space is not known.
+    bool states_unknown() const;
     /// For messages: "oiio:ColorSpace 'Cineon'", "chromaticities 0.64 0.33 ...".
     std::string describe() const;
 };

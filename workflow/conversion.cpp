@@ -10,6 +10,7 @@
 #include "colorio/color_io_converter.h"
 #include "colorio/color_io_inspection.h"
 #include "diagnostics/failure.h"
+#include "image/color_tags.h"
 #include "workflow/ignoring_case.h"
 #include "workflow/module_call.h"
 #include "workflow/name_resolution.h"
@@ -26,8 +27,6 @@ constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 // OpenImageIO's names of the two color spaces that file formats have tags for.
 constexpr char LINEAR_TAG[] = "Linear";
 constexpr char SRGB_TAG[] = "sRGB";
-/// Of no known color space, as the Color Interop Forum names it.
-constexpr char UNKNOWN_TAG[] = "unknown";
 
 /// Grays to check for a tint: black, shadows, middle gray, white, a highlight.
 constexpr float PROBED_GRAYS[] = {0.0f, 0.01f, 0.18f, 0.5f, 1.0f, 4.0f};
@@ -193,7 +192,7 @@ bool Conversion::stays_for_data(const std::string& former) {
 
 std::string Conversion::get_destination_tag() const {
     if (is_transformed)
-        return UNKNOWN_TAG;
+        return image::UNKNOWN_COLOR_SPACE;
     const std::string name = remove_family(destination_space);
     if (name.empty())
         return destination;

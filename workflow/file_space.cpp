@@ -26,6 +26,7 @@ namespace {
 constexpr char SCENE_LINEAR_ROLE[] = "scene_linear";
 constexpr char WITHOUT_PRIMARIES[] = "does not specify the primaries";
 constexpr char NOT_RECOGNIZED[] = "is not recognized";
+constexpr char STATES_UNKNOWN[] = "says that its color space is unknown";
 /// Where configs say what integer images are in, the best first.
 constexpr const char* BYTE_ROLES[] = {"default_byte", "matte_paint", "texture_paint", "color_picking",
                                       "default"};
@@ -127,7 +128,7 @@ private:
 
 /// `ids` are the interop IDs that the tag stands for.
 std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::vector<std::string>& ids) {
-    if (tag.kind == image::ColorTag::NAME)
+    if (tag.kind == image::ColorTag::NAME && !tag.states_unknown())
         if (const auto found = find_color_space(tag.text))
             return found->label;
     for (const std::string& id : ids)
@@ -135,7 +136,8 @@ std::string FileSpaceSearch::resolve_tag(const image::ColorTag& tag, const std::
             return label;
     const bool names_space = tag.kind == image::ColorTag::NAME || tag.kind == image::ColorTag::INTEROP_ID;
     const std::string doubt =
-        names_space            ? "does not name a color space of " + config_name
+        tag.states_unknown()   ? STATES_UNKNOWN
+        : names_space          ? "does not name a color space of " + config_name
         : lacks_primaries(tag) ? WITHOUT_PRIMARIES
         : ids.empty()          ? NOT_RECOGNIZED
                                : fmt::format("describes colors that no color space of {} has", config_name);
@@ -158,6 +160,7 @@ bool FileSpaceSearch::ask_tags() {
         const std::vector<std::string> ids = identify(tag);
         const std::string label = resolve_tag(tag, ids);
         const std::string answer = !label.empty()         ? "is " + label
+                                   : tag.states_unknown() ? STATES_UNKNOWN
                                    : lacks_primaries(tag) ? WITHOUT_PRIMARIES
                                    : !ids.empty()         ? "is not a color space of " + config_name
                                                           : NOT_RECOGNIZED;

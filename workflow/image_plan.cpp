@@ -1,6 +1,7 @@
 #include "workflow/image_plan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <fmt/format.h>
@@ -12,6 +13,7 @@
 #include "image/image_layers.h"
 #include "image/memory_estimate.h"
 #include "workflow/fingerprint.h"
+#include "workflow/ignoring_case.h"
 #include "workflow/output_parts.h"
 
 namespace workflow {
@@ -21,8 +23,8 @@ namespace {
 /// Memory of a process that reads and of a thread that converts, besides pixels; measured.
 constexpr std::uint64_t LANE_BYTES = std::uint64_t{16} << 20;
 
-/// The value of "oiio:ColorSpace" for layers in two color spaces.
-constexpr char UNKNOWN_COLORS[] = "unknown";
+/// Color spaces that readers assume where a file says nothing.
+constexpr const char* USUAL_COLOR_SPACES[] = {"sRGB", "Linear"};
 
 /// Why a part is left: its tags name a data space.
 constexpr char TAGGED_AS_DATA[] = "data by its tags";
@@ -151,10 +153,11 @@ image::OutputOptions ImagePlan::make_options(const PartChoice& choice, const Par
         options.colors.name.clear(); // they stay in their color space
     if (!choice.chosen.empty() && choice.leaves_color && abilities.has_any_channels && !options.keeps_space) {
         options.colors = image::ColorDescription();
-        options.colors.name = UNKNOWN_COLORS;
-        note_all({diagnostics::make_note(diagnostics::Code::METADATA_DROPPED,
-                                         "only some of its layers were converted: no color tags are written",
-                                         choice.name)});
+        options.colors.name = image::UNKNOWN_COLOR_SPACE; // layers are in two color spaces
+        note_all({diagnostics::make_note(
+            diagnostics::Code::METADATA_DROPPED,
+            "only some of its layers were converted: its tag says that the color space is unknown",
+            choice.name)});
     }
     return options;
 }
@@ -171,6 +174,8 @@ void ImagePlan::plan_one(unsigned int index) {
     image::check_channel_count(plan.spec.nchannels, abilities, output);
     image::set_compression(options.compression, abilities.name, output, plan.spec);
     note_all(plan.notes);
+    if (!choice.chosen.empty())
+        note_missing_tag(plan.spec, options.colors.name);
     if (header.level == 0)
         report_layers(choice, of_part);
     std::vector<std::string> names;
@@ -180,6 +185,19 @@ void ImagePlan::plan_one(unsigned int index) {
     output_headers.push_back({header.subimage, header.level, plan.spec});
     parts.push_back(
         {index, std::move(plan), of_part ? of_part->convert : settings.convert, std::move(names)});
+}
+
+void ImagePlan::note_missing_tag(const OIIO::ImageSpec& spec, const std::string& color_space) {
+    const bool is_usual =
+        std::any_of(std::begin(USUAL_COLOR_SPACES), std::end(USUAL_COLOR_SPACES),
+                    [&](const char* name) { return equal_ignoring_case(name, color_space); });
+    if (color_space.empty() || is_usual || image::states_color_space(spec, abilities.name))
+        return;
+    note_all({with_hint(diagnostics::make_note(diagnostics::Code::METADATA_DROPPED,
+                                               fmt::format("{} has no tag for the color space '{}'",
+                                                           abilities.name, color_space),
+                                               color_space),
+                        "name the color space when you read the file")});
 }
 
 /// A format without layers gets the first one, and a note says which channels it does not get.

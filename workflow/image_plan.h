@@ -53,6 +53,7 @@ private:
     image::OutputOptions make_options(const PartChoice& choice, const PartSettings* of_part);
     void plan_one(unsigned int index);
     void choose_kept_subimage();
+    void note_missing_tag(const OIIO::ImageSpec& spec, const std::string& color_space);
     void report_layers(const PartChoice& choice, const PartSettings* of_part);
     void note_all(const diagnostics::Diagnostics& changes);
     void note_losses();

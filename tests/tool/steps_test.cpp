@@ -125,11 +125,24 @@ TEST_F(Steps, ALutIsAppliedToTheResult) {
 
 TEST_F(Steps, NobodyKnowsTheColorSpaceBehindALut) {
     write_image(path("in.png"), make_image(1, 1, 3, OIIO::TypeUInt8, {0.5f, 0.5f, 0.5f}));
-    ASSERT_THAT(
-        run({"convert", path("in.png"), path("out.png"), "--from", "sRGB", "--lut", path("half.spi1d")}),
-        Succeeds());
-    EXPECT_THAT(run({"explain", "--image", path("out.png"), "linear", "--why"}).out,
-                HasSubstr("  tags:          none\n"));
+    for (const char* output : {"out.png", "out.exr", "out.dpx"}) {
+        ASSERT_THAT(
+            run({"convert", path("in.png"), path(output), "--from", "sRGB", "--lut", path("half.spi1d")}),
+            Succeeds());
+        EXPECT_THAT(run({"explain", "--image", path(output), "linear", "--why"}).out,
+                    HasSubstr("  tags:          colorio:ColorSpace 'unknown' says that its color space is "
+                              "unknown\n"))
+            << output;
+        const auto convert = [&](const std::vector<std::string>& more) {
+            std::vector<std::string> arguments = {"convert", path(output), path("next.exr"), "--to",
+                                                  "linear"};
+            arguments.insert(arguments.end(), more.begin(), more.end());
+            return run(arguments);
+        };
+        EXPECT_THAT(convert({"--strict"}), FailsWith(1, HasSubstr("color space is unknown"))) << output;
+        EXPECT_THAT(convert({}).err, HasSubstr("color space is unknown")) << output;
+        EXPECT_THAT(convert({"--from", "sRGB", "--strict"}), Succeeds()) << output;
+    }
 }
 
 TEST_F(Steps, AreExplained) {

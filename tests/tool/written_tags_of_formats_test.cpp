@@ -157,6 +157,24 @@ TEST_F(TagsOfFormats, AreNoProfileOfFormerColors) {
     }
 }
 
+TEST_F(TagsOfFormats, ThatAFormatLacksAreNamed) {
+    const auto get_notes = [&](const char* color_space, const char* output) {
+        const ToolRun result = run({"convert", path("in.exr"), path(output), "--from", "lin", "--to",
+                                    color_space, "-d", "uint8", "--config", path("show.ocio")});
+        EXPECT_THAT(result, Succeeds());
+        return result.err;
+    };
+    EXPECT_THAT(
+        get_notes("paint", "out.tif"),
+        testing::HasSubstr("tiff has no tag for the color space 'paint'\nhint: name the color space when "
+                           "you read the file\n"));
+    EXPECT_THAT(get_notes("paint", "out.tga"), testing::HasSubstr("targa has no tag"));
+    EXPECT_THAT(get_notes("paint", "out.png"), testing::Not(testing::HasSubstr("has no tag")));
+    for (const char* output : {"out.tif", "out.jpg"}) // which have a profile
+        EXPECT_THAT(get_notes("Display P3 - Display", output), testing::Not(testing::HasSubstr("has no tag")))
+            << output;
+}
+
 TEST_F(TagsOfFormats, OfGrayImagesAreNoProfileOfThreeColors) {
     Image gray = make_image(1, 1, 1, OIIO::TypeUInt8, {0.5f});
     gray.spec.channelnames = {"Y"};
