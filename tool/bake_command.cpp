@@ -1,12 +1,14 @@
 #include "tool/command.h"
 
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 
 #include "tool/console.h"
 #include "tool/conversion_options.h"
 #include "tool/exit_code.h"
+#include "tool/json_output.h"
 #include "workflow/bake.h"
 
 namespace tool {
@@ -20,6 +22,10 @@ constexpr char EXAMPLES[] = R"(  colorio bake film.cube --from ACEScct --view "s
 
 The LUT covers 0 to 1 in the source color space, or in the shaper. It is read back, and its largest and mean
 differences from the conversion are printed.)";
+
+Json to_list(const float (&rgb)[3]) {
+    return Json(std::vector<Json>{rgb[0], rgb[1], rgb[2]});
+}
 
 class BakeCommand : public SessionCommand {
 public:
@@ -38,6 +44,7 @@ public:
                  "entries of the 1D LUT (prelut) into the shaper (default: the default of the format)")
             .range(2, 65536);
         add_session_options();
+        add_json_option();
     }
 
     ExitCode run(Console& console) override {
@@ -49,6 +56,15 @@ public:
         const ToolSession session(session_options, console);
         const workflow::BakeReport report = workflow::bake_lut(session, request);
         console.report(report.notes);
+        if (as_json)
+            console.print_text(to_json(report).format());
+        else
+            print(report, console);
+        return EXIT_CODE_DONE;
+    }
+
+private:
+    void print(const workflow::BakeReport& report, Console& console) const {
         const workflow::ColorDifference& difference = report.difference;
         console.print(fmt::format("{}: {} to {}, written by {}", request.path, report.source,
                                   report.destination, report.writer));
@@ -60,10 +76,25 @@ public:
         console.print(fmt::format("  mean difference    {:.3g}", difference.mean));
         if (difference.incomparable > 0)
             console.print("  " + describe_incomparable(difference));
-        return EXIT_CODE_DONE;
     }
 
-private:
+    Json to_json(const workflow::BakeReport& report) const {
+        const workflow::ColorDifference& difference = report.difference;
+        return {{"output", request.path},
+                {"source", report.source},
+                {"destination", report.destination},
+                {"writer", report.writer},
+                {"domain", report.domain},
+                {"difference",
+                 {{"colors", difference.points},
+                  {"largest", difference.largest},
+                  {"mean", difference.mean},
+                  {"incomparable", difference.incomparable},
+                  {"at", to_list(difference.at)},
+                  {"cpu", to_list(difference.expected)},
+                  {"lut", to_list(difference.actual)}}}};
+    }
+
     ConversionChoice conversion;
     workflow::BakeRequest request;
 };

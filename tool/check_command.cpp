@@ -1,5 +1,7 @@
 #include "tool/command.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "tool/console.h"
@@ -14,13 +16,22 @@ namespace {
 constexpr char EXAMPLES[] = R"(  colorio check --config show.ocio
   OCIO=/shows/a/config.ocio colorio check --json)";
 
-void print_report(const workflow::CheckReport& report, Console& console) {
+auto count_errors(const diagnostics::Diagnostics& messages) {
+    return std::count_if(messages.begin(), messages.end(), [](const diagnostics::Diagnostic& message) {
+        return message.severity == diagnostics::Severity::ERROR;
+    });
+}
+
+void print_report(const workflow::ConfigFindings& findings, Console& console) {
+    const workflow::CheckReport& report = findings.report;
     for (const workflow::CheckFailure& failure : report.failures)
         console.print(fmt::format("  failed: {}", describe(failure)));
     for (const workflow::CheckFailure& note : report.notes)
         console.print(fmt::format("  note: {}", describe(note)));
     for (const std::string& line : summarize(report))
         console.print(line);
+    if (const auto errors = count_errors(findings.messages); errors > 0)
+        console.print(fmt::format("Errors while loading: {}.", errors));
 }
 
 /// What was reported when the config was loaded, as part of the results.
@@ -52,7 +63,7 @@ void print_findings(const workflow::ConfigFindings& findings, Console& console) 
     else
         print_messages(findings, console);
     if (!findings.refusal)
-        print_report(findings.report, console);
+        print_report(findings, console);
 }
 
 Json failures_to_json(const std::vector<workflow::CheckFailure>& failures) {

@@ -2,6 +2,7 @@
 
 #include "tool/command.h"
 #include "tool/console.h"
+#include "tool/json_output.h"
 #include "workflow/format_associations.h"
 
 namespace tool {
@@ -17,6 +18,7 @@ public:
         : SessionCommand(program, "check", "Find formats whose color space is not in the OCIO config",
                          EXAMPLES) {
         add_session_options();
+        add_json_option();
     }
 
     ExitCode run(Console& console) override {
@@ -26,6 +28,14 @@ public:
         const std::string associations = workflow::describe_association_source();
         const diagnostics::Diagnostics unknown = workflow::find_unknown_spaces();
         const std::string config = session.get_config_name();
+        if (as_json) {
+            Json list = Json::array();
+            for (const diagnostics::Diagnostic& error : unknown)
+                list.push(to_json(error));
+            console.print_text(
+                Json({{"associations", associations}, {"config", config}, {"unknown", list}}).format());
+            return unknown.empty() ? EXIT_CODE_DONE : EXIT_CODE_FAILED;
+        }
         console.print(unknown.empty()
                           ? fmt::format("All color spaces of {} exist in {}.", associations, config)
                           : fmt::format("Color spaces of {} that are missing in {}:", associations, config));

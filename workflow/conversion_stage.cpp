@@ -47,8 +47,10 @@ std::string get_config_file() {
 
 /// The same error; one of the config itself, which OpenColorIO does not locate, with its place in the config.
 diagnostics::Diagnostic locate_in_config(diagnostics::Diagnostic error) {
-    const bool is_of_config = error.code == Code::CONFIG_CYCLE || error.code == Code::CONFIG_TOO_COMPLEX ||
-                              error.code == Code::LOOK_UNKNOWN;
+    constexpr Code OF_CONFIG[] = {Code::CONFIG_CYCLE, Code::CONFIG_TOO_COMPLEX, Code::LOOK_UNKNOWN,
+                                  Code::CONFIG_VARIABLE, Code::MATRIX_SINGULAR};
+    const bool is_of_config =
+        std::find(std::begin(OF_CONFIG), std::end(OF_CONFIG), error.code) != std::end(OF_CONFIG);
     if (is_of_config && error.file.empty()) {
         error.file = get_config_file();
         ColorIOCandidate::locate_in_config(error);

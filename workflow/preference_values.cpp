@@ -7,13 +7,16 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "colorio/color_io_auto_detection.h"
 #include "colorio/color_io_candidate.h"
+#include "colorio/color_io_diagnostics.h"
 #include "diagnostics/failure.h"
 #include "files/diagnosis.h"
 #include "files/input_file.h"
 #include "standalone/standalone_app.h"
 #include "workflow/cdl_library.h"
 #include "workflow/config_source.h"
+#include "workflow/mapping_location.h"
 #include "workflow/nearest_names.h"
 
 namespace workflow {
@@ -68,7 +71,24 @@ bool parse_switch(const std::string& name, const std::string& value) {
     diagnostics::fail(Code::USAGE, fmt::format("invalid value '{}' for {}; use yes or no", value, name));
 }
 
-std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const std::string& path) {
+/// Why the module would not use the mapping file.
+std::optional<diagnostics::Diagnostic> find_mapping_error(StandaloneApp& app, const std::string& path) {
+    if (const auto opened = files::open_for_reading(path); !opened)
+        return files::to_diagnostic(opened.get_failure());
+    ColorIODiagnostics collector;
+    if (ColorIOAutoDetection(&app).build_from_file(path.c_str()))
+        return std::nullopt;
+    const diagnostics::Diagnostics reports = collector.take();
+    const diagnostics::Diagnostic* const worst = diagnostics::find_worst(reports);
+    diagnostics::Diagnostic error =
+        worst ? *worst : diagnostics::make_file_error(Code::MAPPING_MALFORMED, "it cannot be read", path);
+    error.severity = diagnostics::Severity::ERROR;
+    locate_in_mapping(error);
+    return error;
+}
+
+std::optional<diagnostics::Diagnostic> find_path_error(StandaloneApp& app, Purpose purpose,
+                                                       const std::string& path) {
     switch (purpose) {
     case Purpose::CONFIG:
         return ColorIOCandidate::check_config_file(path.c_str());
@@ -77,9 +97,7 @@ std::optional<diagnostics::Diagnostic> find_path_error(Purpose purpose, const st
     case Purpose::MAPPING:
         break;
     }
-    if (const auto opened = files::open_for_reading(path); !opened)
-        return files::to_diagnostic(opened.get_failure());
-    return std::nullopt;
+    return find_mapping_error(app, path);
 }
 
 std::string make_absolute(const std::string& path) {
@@ -92,7 +110,7 @@ void set_path(StandaloneApp& app, const Path& path, const std::string& value,
               diagnostics::Diagnostics& notes) {
     const std::string absolute = make_absolute(value);
     if (!value.empty())
-        if (auto error = find_path_error(path.purpose, absolute))
+        if (auto error = find_path_error(app, path.purpose, absolute))
             throw diagnostics::Failure(*std::move(error));
     path.set(app, absolute.c_str());
     if (!path.user)

@@ -52,14 +52,17 @@ std::string describe_origin(ConfigSource::Kind kind) {
 /// reports.
 Diagnostics make_refusal(const ConfigSource& source, const Diagnostics& causes,
                          const Diagnostics& earlier = {}) {
+    const Diagnostic* const worst = diagnostics::find_worst(causes);
+    const bool is_located = worst && worst->line != 0 && worst->file == source.path;
+    const std::string name = is_located ? "" : fmt::format(" '{}'", source.path); // else the place names it
     Diagnostic refusal =
-        add_context(fmt::format("cannot load the config '{}'{}", source.path, describe_origin(source.kind)),
-                    causes, Code::CONFIG_INVALID);
+        add_context(fmt::format("cannot load the config{}{}", name, describe_origin(source.kind)), causes,
+                    Code::CONFIG_INVALID);
     if (refusal.hint.empty())
         refusal.hint = get_remedy(source.kind);
     Diagnostics all = {std::move(refusal)};
     all.insert(all.end(), earlier.begin(), earlier.end());
-    if (const Diagnostic* worst = diagnostics::find_worst(causes))
+    if (worst)
         std::copy_if(causes.begin(), causes.end(), std::back_inserter(all),
                      [worst](const Diagnostic& cause) { return !(cause == *worst); });
     return all;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "colorio/ocio/config_side.h"
+#include "colorio/ocio/config_structure.h"
 #include "colorio/ocio/context_overrides.h"
 #include "colorio/ocio/error.h"
 #include "colorio/ocio/file_state.h"
@@ -32,6 +33,12 @@ Handle without_processor_cache(const Handle& config) {
     return config;
 }
 
+/// The first error of syntax or structure in the config file at `path`.
+std::optional<YamlError> find_config_error(const std::string& path) {
+    const std::optional<YamlError> malformed = find_yaml_error(path);
+    return malformed ? malformed : find_structure_error(path);
+}
+
 /// Throws the exception being handled, of loading the config at `path`, with its cause.
 [[noreturn]] void rethrow_load_failure(const std::string& path) {
     try {
@@ -46,7 +53,7 @@ Handle without_processor_cache(const Handle& config) {
         if (!path.empty() && !names_built_in_config(path) && !file_state(path)) {
             cause.code = Code::CONFIG_MISSING;
             cause.message = diagnostics::NO_SUCH_FILE;
-        } else if (const std::optional<YamlError> error = find_yaml_error(path)) {
+        } else if (const std::optional<YamlError> error = find_config_error(path)) {
             cause.message = error->reason;
             cause.line = error->line;
             cause.column = error->column;

@@ -5,6 +5,7 @@
 #include <yaml-cpp/parser.h>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -14,6 +15,7 @@
 
 #include "colorio/ocio/config_text.h"
 #include "colorio/ocio/look_list.h"
+#include "colorio/ocio/unset_variables.h"
 
 namespace ocio {
 
@@ -86,7 +88,7 @@ public:
     NamePlace(Code code, std::string name) : code_(code), name_(std::move(name)) {}
 
     void set(diagnostics::Diagnostic& error) const {
-        const bool is_certain = code_ == Code::CONFIG_CYCLE ? count_ == 1 : count_ > 0;
+        const bool is_certain = is_about_element() ? count_ == 1 : count_ > 0;
         if (!is_certain || first_.is_null())
             return;
         error.line = static_cast<unsigned int>(first_.line + 1);
@@ -103,11 +105,20 @@ private:
         const bool has_look = parent.key == "looks" && names_look(value);
         if (code_ == Code::LOOK_UNKNOWN)
             return has_look;
-        if (code_ == Code::CONFIG_CYCLE)
+        if (code_ == Code::CONFIG_VARIABLE)
+            return has_variable(value);
+        if (is_about_element())
             return parent.key == "name" && parent.tag != "View" && is_same_name(value, name_);
         const bool is_space_name =
             parent.own_key == "roles" || parent.key == "colorspace" || parent.key == "process_space";
         return has_look || (is_space_name && is_same_name(value, name_));
+    }
+
+    bool is_about_element() const { return code_ == Code::CONFIG_CYCLE || code_ == Code::MATRIX_SINGULAR; }
+
+    bool has_variable(const std::string& text) const {
+        const std::vector<std::string> names = find_variables(text);
+        return std::find(names.begin(), names.end(), name_) != names.end();
     }
 
     bool names_look(const std::string& list) const {
@@ -122,12 +133,16 @@ private:
     YAML::Mark first_ = YAML::Mark::null_mark();
 };
 
+bool has_place(Code code) {
+    constexpr Code KNOWN[] = {Code::CONFIG_INVALID, Code::LOOK_UNKNOWN, Code::CONFIG_CYCLE,
+                              Code::MATRIX_SINGULAR, Code::CONFIG_VARIABLE};
+    return std::find(std::begin(KNOWN), std::end(KNOWN), code) != std::end(KNOWN);
+}
+
 } // namespace
 
 void locate_in_config(diagnostics::Diagnostic& error) {
-    const bool is_known = error.code == Code::CONFIG_INVALID || error.code == Code::LOOK_UNKNOWN ||
-                          error.code == Code::CONFIG_CYCLE;
-    if (!is_known || error.line != 0 || error.file.empty() || error.subject.empty())
+    if (!has_place(error.code) || error.line != 0 || error.file.empty() || error.subject.empty())
         return;
     const std::optional<std::string> text = read_config_text(error.file);
     if (!text)

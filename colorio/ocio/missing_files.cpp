@@ -39,10 +39,11 @@ Diagnostic describe_missing_file(const ConstConfigRcPtr& config, const std::stri
     const std::string entry = is_absolute(resolved) ? "" : find_unset_search_entry(config);
     Diagnostic cause = entry.empty() ? diagnostics::make_error(Code::LUT_MISSING, what, source)
                                      : describe_unset_variables(config, entry, "search path");
-    if (!entry.empty())
+    if (entry.empty())
+        cause.file = resolved;
+    else
         cause.message = what + ": " + cause.message;
     cause.hint += (cause.hint.empty() ? "" : "; ") + list_places(config, resolved);
-    cause.file = resolved;
     return cause;
 }
 

@@ -24,31 +24,6 @@ using Names = std::vector<std::string>;
 /// Variables followed in search of an unset one.
 constexpr std::size_t MAX_FOLLOWED = 256;
 
-/// The context variables in `text`, written as $X, ${X} or %X%: each once, in order.
-Names find_variables(const std::string& text) {
-    const auto is_name_character = [](char c) {
-        return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
-    };
-    Names names;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '$' && text[i] != '%')
-            continue;
-        const bool is_braced = text.compare(i, 2, "${") == 0;
-        const std::size_t start = i + (is_braced ? 2 : 1);
-        std::size_t end = start;
-        while (end < text.size() && is_name_character(text[end]))
-            ++end;
-        const char close = text[i] == '%' ? '%' : is_braced ? '}' : '\0';
-        if (end == start || (close != '\0' && (end == text.size() || text[end] != close)))
-            continue;
-        const std::string name = text.substr(start, end - start);
-        if (std::find(names.begin(), names.end(), name) == names.end())
-            names.push_back(name);
-        i = close == '\0' ? end - 1 : end;
-    }
-    return names;
-}
-
 /// "context variable 'A'", "context variables 'A', 'B'".
 std::string list_variables(const Names& names) {
     std::string list = names.size() == 1 ? "context variable " : "context variables ";
@@ -124,6 +99,30 @@ bool exists_literally(const std::filesystem::path& folder) {
 
 } // namespace
 
+Names find_variables(const std::string& text) {
+    const auto is_name_character = [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+    };
+    Names names;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '$' && text[i] != '%')
+            continue;
+        const bool is_braced = text.compare(i, 2, "${") == 0;
+        const std::size_t start = i + (is_braced ? 2 : 1);
+        std::size_t end = start;
+        while (end < text.size() && is_name_character(text[end]))
+            ++end;
+        const char close = text[i] == '%' ? '%' : is_braced ? '}' : '\0';
+        if (end == start || (close != '\0' && (end == text.size() || text[end] != close)))
+            continue;
+        const std::string name = text.substr(start, end - start);
+        if (std::find(names.begin(), names.end(), name) == names.end())
+            names.push_back(name);
+        i = close == '\0' ? end - 1 : end;
+    }
+    return names;
+}
+
 Names find_unset_variables(const ConstConfigRcPtr& config, const std::string& text) {
     return find_variables(resolve_variables(config, text));
 }
@@ -152,9 +151,7 @@ Diagnostic describe_unset_variables(const ConstConfigRcPtr& config, const std::s
 }
 
 Diagnostic describe_unset_path(const ConstConfigRcPtr& config, const std::string& source) {
-    Diagnostic cause = describe_unset_variables(config, source, "path");
-    cause.file = resolve_variables(config, source);
-    return cause;
+    return describe_unset_variables(config, source, "path");
 }
 
 std::optional<Diagnostic> find_unset_variable(const ConstConfigRcPtr& config) {

@@ -10,7 +10,10 @@
 /// Context variables without a value, which OpenColorIO leaves as they are in paths.
 namespace ocio {
 
-/// Names of the context variables, written as $X, ${X} or %X%, that stay in `text` when all others are
+/// Names of the context variables in `text`, written as $X, ${X} or %X%: each once, in order.
+std::vector<std::string> find_variables(const std::string& text);
+
+/// Names of those that stay in `text` when all others are
 /// replaced: each once, in order.
 std::vector<std::string> find_unset_variables(const ConstConfigRcPtr& config, const std::string& text);
 
@@ -23,8 +26,7 @@ std::string find_unset_search_entry(const ConstConfigRcPtr& config);
 diagnostics::Diagnostic describe_unset_variables(const ConstConfigRcPtr& config, const std::string& text,
                                                  const std::string& place);
 
-/// The same for the path of a file transform, as the config spells it; the file is the path with all other
-/// variables replaced.
+/// The same for the path of a file transform, as the config spells it.
 diagnostics::Diagnostic describe_unset_path(const ConstConfigRcPtr& config, const std::string& source);
 
 /// Error about the first file transform of the config whose file is not found and whose path contains a

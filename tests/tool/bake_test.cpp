@@ -3,6 +3,8 @@
 #include <cmath>
 #include <regex>
 
+#include <nlohmann/json.hpp>
+
 #include "tests/colorio/library_differences.h"
 #include "tests/tool/images.h"
 #include "tests/tool/tool_fixture.h"
@@ -70,6 +72,18 @@ TEST_F(Bake, SaysWhatItWroteAndHowFarThatIsFromTheConversion) {
                                   HasSubstr("LUT against CPU, 54872 colors, 0 to 1 in lin:\n")));
     EXPECT_LT(get_largest(result), 1e-6) << "a matrix is linear between the colors of a LUT";
     EXPECT_EQ(count_files(), 2u) << "nothing else is left";
+}
+
+TEST_F(Bake, ReportsAsJson) {
+    const ToolRun result = bake("a.spi3d", {"--from", "lin", "--to", "mixed", "--size", "5", "--json"});
+    ASSERT_THAT(result, Succeeds());
+    const nlohmann::json answer = nlohmann::json::parse(result.out);
+    EXPECT_EQ(answer.at("output"), path("a.spi3d"));
+    EXPECT_EQ(answer.at("source"), "lin");
+    EXPECT_EQ(answer.at("destination"), "mixed");
+    EXPECT_EQ(answer.at("difference").at("colors"), 54872);
+    EXPECT_LT(answer.at("difference").at("largest"), 1e-6);
+    EXPECT_EQ(answer.at("difference").at("lut").size(), 3u);
 }
 
 TEST_F(Bake, MeasuresTheErrorOfCurves) {

@@ -42,6 +42,8 @@ protected:
         folder.write("broken.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
         folder.write("newer.ocio", "ocio_profile_version: 2.999\n");
         folder.write("show.ocio", SHOW_CONFIG);
+        folder.write("unlisted.ocio", "ocio_profile_version: 1\nroles: {default: lin}\n"
+                                      "colorspaces:\n  - name: lin\ndisplays: [Monitor]\n");
         write_space("lost.ocio", "!<FileTransform> {src: \"artist's film.cube\"}");
         write_space("damaged.ocio", "!<FileTransform> {src: cut.spi1d}");
         write_space("cycle.ocio", "!<ColorSpaceTransform> {src: lin, dst: log}");

@@ -126,6 +126,17 @@ TEST_F(Formats, ReportsMissingColorSpacesAsJsonWhereThatIsWanted) {
     EXPECT_THAT(result.err, HasSubstr("\"code\":\"mapping-color-space-unknown\""));
 }
 
+TEST_F(Formats, ChecksAreAvailableAsJson) {
+    folder.write("show.ocio", SHOW_CONFIG);
+    EXPECT_EQ(print_json({"formats", "check"}).at("unknown").size(), 0u);
+    const ToolRun result = run({"formats", "check", "--json", "--config", path("show.ocio")});
+    EXPECT_EQ(result.code, 1);
+    const json answer = json::parse(result.out);
+    EXPECT_EQ(answer.at("config"), "show.ocio");
+    EXPECT_EQ(answer.at("associations"), "the built-in associations");
+    EXPECT_EQ(answer.at("unknown").at(0).at("code"), "mapping-color-space-unknown");
+}
+
 TEST_F(Formats, SuggestsTheNearestColorSpace) {
     follow_mapping("Scan: {extensions: \"dpx\", color_space: \"Tavelion|Cinoen\"}\n");
     EXPECT_THAT(run({"formats", "check"}).out,

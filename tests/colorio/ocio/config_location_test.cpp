@@ -62,7 +62,15 @@ TEST_F(ConfigLocation, OfALookInAList) {
 
 TEST_F(ConfigLocation, OfTheDefinitionOfAColorSpace) {
     EXPECT_EQ(find(Code::CONFIG_CYCLE, "log"), "19:11");
+    EXPECT_EQ(find(Code::MATRIX_SINGULAR, "log"), "19:11");
     EXPECT_EQ(find(Code::CONFIG_CYCLE, "twice"), "0:0") << "two have the name";
+}
+
+TEST_F(ConfigLocation, OfATextWithAVariable) {
+    const std::string text = std::string(CONFIG) + "search_path: [luts/$SHOTS, \"a/${SHOT}\", \"%SHOT%\"]\n";
+    EXPECT_EQ(find(Code::CONFIG_VARIABLE, "SHOT", text), "22:28");
+    EXPECT_EQ(find(Code::CONFIG_VARIABLE, "SHOTS", text), "22:15");
+    EXPECT_EQ(find(Code::CONFIG_VARIABLE, "shot", text), "0:0");
 }
 
 TEST_F(ConfigLocation, IsUnknownForOtherErrorsAndFiles) {
