@@ -254,13 +254,16 @@ TEST_F(Check, FailsForTheUsersOwnFiles) {
     EXPECT_EQ(message.at("subject"), "s1");
     EXPECT_EQ(message.at("file"), path("lost.spi1d"));
     EXPECT_EQ(message.at("count"), 1);
+    const ToolRun text = run({"check", "--prefs", path("preferences.yaml")});
+    EXPECT_EQ(text.code, 1);
+    EXPECT_THAT(text.out, HasSubstr("Failures: none.\nErrors while loading: 1.\n"));
 }
 
 TEST_F(Check, SaysWhyAConfigurationIsRefusedAndCountsRepeatedMessages) {
     folder.write("show.ocio", "ocio_profile_version: 1\ncolorspaces: [\n");
     const ToolRun result = check();
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.out, AllOf(HasSubstr("error: "), HasSubstr("cannot load the config '"),
+    EXPECT_THAT(result.out, AllOf(HasSubstr("error: "), HasSubstr(":3:1: cannot load the config: "),
                                   Not(HasSubstr("Failures:"))));
 }
 
