@@ -89,6 +89,18 @@ class DevTest(unittest.TestCase):
         self.assertIn("called: ctest --test-dir build/threads --output-on-failure -R ^test_threads$\n", done.stdout)
         self.assertNotEqual(self.run_dev("test", "--threads", "--ocio").returncode, 0)
 
+    def test_another_processor_is_arm64_and_for_pixel_alone(self):
+        fetched = self.project / "scripts" / "fetch_arm64"
+        self.stand_in(fetched, "#!/bin/sh\necho called: fetch_arm64 $1\n")
+        done = self.run_dev("test", "--arch", "arm64", "pixel")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("called: fetch_arm64 build/arm64-packages\n", done.stdout)
+        self.assertIn("called: cmake --build build/arm64\n", done.stdout)
+        self.assertIn("called: ctest --test-dir build/arm64 --output-on-failure -j", done.stdout)
+        self.assertIn(" -R pixel\n", done.stdout)
+        for wrong in (["--arch"], ["--arch", "riscv"], ["--arch", "arm64", "a", "b"]):
+            self.assertIn("--arch takes arm64", self.run_dev("test", *wrong).stderr)
+
     def test_two_folders_of_one_name_are_refused(self):
         options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
         done = self.run_dev("test", "--ocio", "2.5", *options)

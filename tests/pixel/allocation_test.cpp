@@ -8,7 +8,8 @@
 
 #include "pixel/chain.h"
 
-// This program replaces the global allocation functions to count their calls.
+// This program replaces the global allocation functions to count their calls. They are not inlined:
+// optimizing compilers would then warn that what new returns is given to free.
 
 namespace {
 
@@ -16,7 +17,7 @@ std::atomic<long> allocations{0};
 
 } // namespace
 
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size > 0 ? size : 1)) {
         return memory;
@@ -24,16 +25,16 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++allocations;
     return std::malloc(size > 0 ? size : 1);
 }
 
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
