@@ -1,6 +1,7 @@
 #include "image/compression.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include <fmt/format.h>
@@ -108,6 +109,18 @@ void check_quality(int quality, const Method& method, const std::string& path) {
         refuse(path, fmt::format("invalid quality {} of the compression '{}'", quality, method.name), hint);
 }
 
+/// OpenEXR has only these for deep images; OpenImageIO would silently write zips.
+constexpr const char* DEEP_METHODS[] = {"none", "rle", "zips"};
+
+void check_deep(const Method& method, const OIIO::ImageSpec& spec, const std::string& path) {
+    const bool is_deep_method =
+        std::any_of(std::begin(DEEP_METHODS), std::end(DEEP_METHODS),
+                    [&](const char* name) { return std::string(name) == method.name; });
+    if (spec.deep && !is_deep_method)
+        refuse(path, fmt::format("deep images cannot have the compression '{}'", method.name),
+               fmt::format("compression methods of deep images: {}", fmt::join(DEEP_METHODS, ", ")));
+}
+
 /// libtiff would silently write another compression.
 void check_pixels(const Method& method, const OIIO::ImageSpec& spec, const std::string& path) {
     const bool is_jpeg = std::string(method.format) == "tiff" && std::string(method.name) == "jpeg";
@@ -146,6 +159,7 @@ void set_compression(const Compression& wanted, const std::string& format, const
     if (wanted.quality)
         check_quality(*wanted.quality, method, path);
     check_pixels(method, spec, path);
+    check_deep(method, spec, path);
     for (const char* stale : {"openexr:dwaCompressionLevel", "CompressionQuality", "png:compressionLevel"})
         spec.erase_attribute(stale);
     std::string value = method.oiio_name ? method.oiio_name : method.name;

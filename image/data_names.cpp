@@ -12,15 +12,20 @@ using Words = std::vector<std::string>;
 
 constexpr char CRYPTOMATTE_PREFIX[] = "cryptomatte/";
 constexpr char CRYPTOMATTE_NAME[] = "/name";
-/// Of the words that begin the names of cryptomattes.
+/// Of words in the names of cryptomattes.
 constexpr char CRYPTO[] = "crypto";
 
 /// What data is called, in lower case.
 constexpr const char* DATA_WORDS[] = {"normal",
                                       "normals",
+                                      "nxyz",
+                                      "ns",
                                       "position",
                                       "positions",
                                       "pos",
+                                      "wpos",
+                                      "pcam",
+                                      "pwp",
                                       "point",
                                       "points",
                                       "depth",
@@ -30,12 +35,18 @@ constexpr const char* DATA_WORDS[] = {"normal",
                                       "motionvectors",
                                       "motionvec",
                                       "velocity",
+                                      "vel",
+                                      "speed",
                                       "vector",
                                       "vectors",
                                       "disparity",
                                       "uv",
                                       "uvs",
                                       "uvw",
+                                      "texcoord",
+                                      "texcoords",
+                                      "barycentric",
+                                      "barycentrics",
                                       "st",
                                       "id",
                                       "ids",
@@ -50,6 +61,14 @@ constexpr const char* DATA_WORDS[] = {"normal",
                                       "mattes",
                                       "mask",
                                       "masks",
+                                      "rgbmatte",
+                                      "bmatte",
+                                      "holdout",
+                                      "coverage",
+                                      "alpha",
+                                      "samples",
+                                      "variance",
+                                      "bump",
                                       "multimatte",
                                       "puzzlematte",
                                       "tangent",
@@ -87,16 +106,17 @@ constexpr const char* DATA_WORDS[] = {"normal",
                                       "bumpnormals"};
 /// What data is called in two words.
 constexpr const char* DATA_PAIRS[][2] = {
-    {"matte", "element"}, {"sampler", "info"}, {"d", "pdu"}, {"d", "pdv"}};
+    {"matte", "element"}, {"sampler", "info"}, {"sample", "count"}, {"d", "pdu"}, {"d", "pdv"}};
 /// What data is called when nothing else is in the name.
 constexpr const char* DATA_LETTERS[] = {"n", "p", "z", "nn", "ng", "pz"};
 /// What may follow without changing what it is.
 constexpr const char* QUALIFIERS[] = {
     "pass",  "aov",    "raw",      "world",      "camera",     "cam",         "view",     "screen", "object",
     "space", "smooth", "filtered", "unfiltered", "worldspace", "cameraspace", "map",      "d",      "eye",
-    "out",   "w",      "x",        "y",          "z",          "forward",     "backward", "fwd",    "bwd"};
-/// What may stand before a single letter.
-constexpr const char* AOV = "aov";
+    "out",   "w",      "x",        "y",          "z",          "forward",     "backward", "fwd",    "bwd",
+    "left",  "right",  "l",        "r"};
+/// What may stand before a single letter: render outputs, and those by light path expressions.
+constexpr const char* OUTPUT_PREFIXES[] = {"aov", "lpe"};
 
 template <std::size_t COUNT>
 bool contains(const char* const (&list)[COUNT], const std::string& word) {
@@ -152,7 +172,8 @@ bool is_data(std::string_view text) {
     Words words = split_words(text);
     if (words.empty())
         return false;
-    if (words.front().rfind(CRYPTO, 0) == 0)
+    if (std::any_of(words.begin(), words.end(),
+                    [](const std::string& word) { return word.rfind(CRYPTO, 0) == 0; }))
         return true;
     if (ends_with_pair(words))
         return true;
@@ -160,7 +181,7 @@ bool is_data(std::string_view text) {
         words.pop_back();
     if (contains(DATA_WORDS, words.back()))
         return true;
-    if (words.size() > 1 && words.front() == AOV)
+    if (words.size() > 1 && contains(OUTPUT_PREFIXES, words.front()))
         words.erase(words.begin());
     return words.size() == 1 && contains(DATA_LETTERS, words.back()) && !has_digits_after_lower_case(text);
 }

@@ -35,6 +35,7 @@ const std::vector<DepthsOfFormat>& get_depths_of_formats() {
         {"openexr", {"half", "float"}},
         {"dpx", {"uint8", "uint10", "uint12", "uint16", "float"}},
         {"tiff", {"uint8", "uint10", "uint12", "uint16", "float"}},
+        {"jpeg2000", {"uint8", "uint10", "uint12", "uint16"}},
         {"png", {"uint8", "uint16"}},
         {"sgi", {"uint8", "uint16"}},
         {"iff", {"uint8", "uint16"}},
@@ -117,6 +118,11 @@ void set_bits(const PixelDepth& depth, OIIO::ImageSpec& spec) {
     spec.erase_attribute(BITS_PER_SAMPLE);
     if (depth.bits > 0)
         spec.attribute(BITS_PER_SAMPLE, depth.bits);
+}
+
+std::vector<std::string> get_depth_names(const std::string& format) {
+    const std::vector<std::string>* const names = find_depths(format);
+    return names ? *names : std::vector<std::string>();
 }
 
 void check_depth(const PixelDepth& depth, const std::string& format, const std::string& path) {

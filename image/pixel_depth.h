@@ -39,6 +39,9 @@ OIIO::TypeDesc get_storable_type(OIIO::TypeDesc type, const std::string& format)
 /// Makes the writer of `format` store colors of `spec`, whose type is that of the depth, in `depth.bits`.
 void set_bits(const PixelDepth& depth, OIIO::ImageSpec& spec);
 
+/// The depths that files of `format` can have, by their names; empty for rare formats.
+std::vector<std::string> get_depth_names(const std::string& format);
+
 /// Throws diagnostics::Failure about the file at `path` when `format` does not support the depth, with those
 /// that it supports. Does nothing for a depth that is not known and for rare formats.
 void check_depth(const PixelDepth& depth, const std::string& format, const std::string& path);

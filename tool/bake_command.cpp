@@ -74,6 +74,8 @@ private:
                                   workflow::format_color(difference.expected),
                                   workflow::format_color(difference.actual)));
         console.print(fmt::format("  mean difference    {:.3g}", difference.mean));
+        console.print(fmt::format("  largest of grays   {:.3g} at {}", report.grays.largest,
+                                  workflow::format_color(report.grays.at)));
         if (difference.incomparable > 0)
             console.print("  " + describe_incomparable(difference));
     }
@@ -89,6 +91,7 @@ private:
                  {{"colors", difference.points},
                   {"largest", difference.largest},
                   {"mean", difference.mean},
+                  {"largest_of_grays", report.grays.largest},
                   {"incomparable", difference.incomparable},
                   {"at", to_list(difference.at)},
                   {"cpu", to_list(difference.expected)},

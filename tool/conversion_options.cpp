@@ -25,12 +25,14 @@ struct StepOption {
 constexpr StepOption STEP_OPTIONS[] = {
     {"--cdl", "CDL", workflow::ColorStep::CDL,
      "CDL to apply in scene-linear: FILE or FILE:ID of a .cc, .ccc or .cdl file, or the name of a listed "
-     "one"},
+     "one; CDLs and looks are applied in the order given"},
     {"--look", "LOOKS", workflow::ColorStep::LOOKS,
      "looks of the config to apply after conversion to scene-linear: \"NAME, -OTHER\"; - applies the "
      "inverse"},
     {"--named-transform", "NAME", workflow::ColorStep::NAMED_TRANSFORM,
-     "named transform to apply to the result, or to the source without a destination"},
+     "named transform to apply to the result, or to the source without a destination; named transforms and "
+     "LUTs are "
+     "applied in the order given, after all CDLs and looks"},
     {"--lut", "FILE", workflow::ColorStep::LUT,
      "LUT or transform file to apply to the result, or to the source without a destination"},
 };
@@ -56,8 +58,7 @@ void add_inverse_view_option(Options& options, ConversionChoice& choice) {
 void add_step_options(Options& options, ConversionChoice& choice) {
     std::vector<OrderedOption> declared;
     for (const StepOption& step : STEP_OPTIONS)
-        declared.push_back({step.name, step.value,
-                            std::string(step.help) + "; can be repeated; applied in the order given"});
+        declared.push_back({step.name, step.value, std::string(step.help) + "; can be repeated"});
     declared.push_back({INVERSE, "", "invert the preceding --cdl, --look, --named-transform or --lut"});
     options.add_ordered(declared, choice.step_values);
     options.add_flag("--inverse-cdl", choice.undoes_cdls, "apply the inverse of every --cdl")

@@ -27,10 +27,4 @@ diagnostics::Diagnostic name_source_option(diagnostics::Diagnostic report) {
     return report;
 }
 
-diagnostics::Diagnostic name_part_options(diagnostics::Diagnostic report) {
-    if (report.code == diagnostics::Code::COLOR_SPACE_ASSUMED && !report.hint.empty())
-        report.hint += ", with --parts and --from";
-    return report;
-}
-
 } // namespace tool

@@ -21,9 +21,6 @@ diagnostics::Diagnostic describe_with_options(const diagnostics::Failure& failur
 /// A report on the color space of an image, with the option that names it in its hint.
 diagnostics::Diagnostic name_source_option(diagnostics::Diagnostic report);
 
-/// A warning about an image of a conversion, with the options that convert one of its parts in its hint.
-diagnostics::Diagnostic name_part_options(diagnostics::Diagnostic report);
-
 /// Calls `action`, and adds the hint to a failure with that code which has none.
 template <class Action>
 void hint_at(diagnostics::Code code, const std::string& hint, const Action& action) {

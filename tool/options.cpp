@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "tool/argument_text.h"
 #include "tool/exit_code.h"
 #include "tool/parse_errors.h"
 #include "workflow/correction_text.h"
@@ -92,29 +93,6 @@ CLI::Option* require_content(const CLI::App& command, CLI::Option* option) {
             return {};
         },
         "", CONTENT_CHECK);
-}
-
-/// What stands between commas, without the spaces around it.
-std::vector<std::string> split_list(const std::string& text) {
-    std::vector<std::string> values;
-    for (const std::string& value : CLI::detail::split(text, ','))
-        values.push_back(CLI::detail::trim_copy(value));
-    if (!text.empty() && text.back() == ',')
-        values.emplace_back();
-    return values;
-}
-
-/// "--name=" as "--name" and an empty value; the parser would take the next argument as the value.
-std::vector<std::string> separate_empty_values(const std::vector<std::string>& arguments) {
-    std::vector<std::string> separated;
-    for (const std::string& argument : arguments) {
-        const bool has_empty_value = argument.rfind("--", 0) == 0 && argument.back() == '=' &&
-                                     argument.find('=') == argument.size() - 1;
-        separated.push_back(has_empty_value ? argument.substr(0, argument.size() - 1) : argument);
-        if (has_empty_value)
-            separated.emplace_back();
-    }
-    return separated;
 }
 
 } // namespace

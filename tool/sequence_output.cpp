@@ -29,6 +29,13 @@ Json make_line(const workflow::ImageJob& job, const char* status) {
             {"status", status}};
 }
 
+Json list_left(const std::vector<workflow::LeftLayer>& left) {
+    Json list = Json::array();
+    for (const workflow::LeftLayer& layer : left)
+        list.push({{"name", layer.name}, {"reason", layer.reason}});
+    return list;
+}
+
 Json make_line(const ImageOutcome& outcome) {
     Json line = make_line(outcome.job, get_name(outcome.status));
     line.set("reason", outcome.reason);
@@ -44,7 +51,7 @@ Json make_line(const ImageOutcome& outcome) {
                      {"seconds", outcome.seconds},
                      {"notes", notes}});
     if (outcome.status == ImageOutcome::CONVERTED || outcome.status == ImageOutcome::PLANNED)
-        line.set("layers", outcome.image.layers.converted);
+        line.set("layers", outcome.image.layers.converted).set("left", list_left(outcome.image.layers.left));
     for (const auto& [layer, space] : outcome.image.layers.other_spaces)
         other_spaces.set(layer, space);
     if (!outcome.image.layers.other_spaces.empty())
@@ -71,7 +78,7 @@ workflow::SequenceEvents SequenceOutput::get_events() {
     if (found.is_sequence && !choice.only_plans)
         progress.emplace(console, static_cast<unsigned int>(found.jobs.size()));
     workflow::SequenceEvents events;
-    events.report = [this](const diagnostics::Diagnostic& note) { console.report(name_part_options(note)); };
+    events.report = [this](const diagnostics::Diagnostic& note) { console.report(name_source_option(note)); };
     events.finished = [this](const ImageOutcome& outcome) { add(outcome); };
     return events;
 }
@@ -134,7 +141,7 @@ void SequenceOutput::print_json_summary(const workflow::SequenceReport& report) 
 void SequenceOutput::report_failures(const workflow::SequenceReport& report) const {
     if (const auto missing = describe_missing(found, input); missing && found.is_range_given)
         console.report(*missing);
-    console.report(report.failures);
+    console.report(console.writes_json_diagnostics() ? report.failures : shorten_failures(report));
 }
 
 } // namespace tool

@@ -1,5 +1,6 @@
 #include "workflow/bake.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <optional>
@@ -12,7 +13,7 @@
 #include "colorio/color_io_manager.h"
 #include "diagnostics/file_failure.h"
 #include "host/of/of_app.h"
-#include "workflow/lut_texts.h"
+#include "workflow/lut_format.h"
 #include "workflow/module_call.h"
 #include "workflow/name_resolution.h"
 #include "workflow/session.h"
@@ -28,38 +29,12 @@ constexpr int MIN_SIZE = 2;
 constexpr int MAX_SIZE = 129;
 /// Colors a side that are compared: shares few positions with any LUT.
 constexpr unsigned int COMPARED_EDGE = 38;
+constexpr unsigned int COMPARED_GRAYS = 1021;
+/// Differences of grays that are worth a warning.
+constexpr double MAX_GRAY_ERROR = 0.01;
+constexpr float LIMIT_TOLERANCE = 1e-3f;
 /// Levels of the shaper whose curve the 1D LUT samples: more than any format has.
 constexpr unsigned int CURVE_LEVELS = 65536;
-
-/// A format that can be written.
-struct LutFormat {
-    const char* extension;
-    const char* baker;             ///< OpenColorIO's name; null where it has no such writer.
-    const char* baker_with_shaper; ///< Null where the format has no shaper.
-    std::string (*write)(const std::vector<float>& lut,
-                         unsigned int edge); ///< Without OpenColorIO; may be null.
-};
-
-std::string write_cube(const std::vector<float>& lut, unsigned int edge) {
-    return make_cube(lut, edge, "3D LUT");
-}
-
-constexpr LutFormat FORMATS[] = {
-    {"cube", "iridas_cube", "resolve_cube", write_cube},
-    {"csp", "cinespace", "cinespace", nullptr},
-    {"clf", "Academy/ASC Common LUT Format", "Academy/ASC Common LUT Format", nullptr},
-    {"3dl", "flame", nullptr, nullptr},
-    {"spi3d", nullptr, nullptr, make_spi3d},
-};
-
-const LutFormat& find_format(const std::string& path) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    for (const LutFormat& format : FORMATS)
-        if (!extension.empty() && extension.substr(1) == format.extension)
-            return format;
-    diagnostics::fail(Code::USAGE, fmt::format("cannot bake '{}': the format '{}' is not one of {}", path,
-                                               extension, fmt::join(get_bake_extensions(), ", ")));
-}
 
 std::vector<float> remove_alpha(const std::vector<float>& rgba) {
     std::vector<float> rgb;
@@ -79,7 +54,7 @@ CoreArray<float> to_array(const std::vector<float>& values) {
 class LutBaking {
 public:
     LutBaking(const Session& session, const BakeRequest& request)
-        : session(session), request(request), format(find_format(request.path)) {
+        : session(session), request(request), format(find_lut_format(request.path)) {
         check_request();
     }
 
@@ -96,6 +71,8 @@ private:
     std::string write_with_baker(const char* name);
     void replace_file(const std::string& text);
     void measure(const std::string& path);
+    ColorDifference compare(const Conversion& lut, const std::vector<float>& levels) const;
+    void warn_of_errors();
     bool is_between_spaces() const;
 
     const Session& session;
@@ -198,18 +175,53 @@ std::string LutBaking::make_text() {
 void LutBaking::measure(const std::string& path) {
     const std::vector<float> levels = make_color_grid(make_even_levels(COMPARED_EDGE));
     const std::vector<float> inputs = undo_shaper(levels);
-    const auto count = static_cast<unsigned int>(levels.size() / 4);
     ConversionRequest reading;
     reading.from = source;
     reading.steps = {{ColorStep::LUT, path}};
-    std::vector<float> actual = inputs;
-    Conversion(session, reading).apply(actual.data(), count, 1);
+    const Conversion lut(session, reading);
     report.domain = fmt::format("0 to 1 in {}", shaper.empty() ? report.source : shaper);
     if (to_source)
         report.domain += fmt::format(" ({:.4g} {:.4g} {:.4g} to {:.4g} {:.4g} {:.4g} in {})", inputs[0],
                                      inputs[1], inputs[2], inputs[inputs.size() - 4],
                                      inputs[inputs.size() - 3], inputs[inputs.size() - 2], source);
-    report.difference = compare_colors(report.domain, inputs, convert(levels), actual);
+    report.difference = compare(lut, levels);
+    std::vector<float> grays;
+    for (const float level : make_even_levels(COMPARED_GRAYS))
+        grays.insert(grays.end(), {level, level, level, 1.0f});
+    report.grays = compare(lut, grays);
+}
+
+/// `levels` are colors of the shaper, or of the source where there is none.
+ColorDifference LutBaking::compare(const Conversion& lut, const std::vector<float>& levels) const {
+    const std::vector<float> inputs = undo_shaper(levels);
+    std::vector<float> actual = inputs;
+    lut.apply(actual.data(), static_cast<unsigned int>(actual.size() / 4), 1);
+    return compare_colors(report.domain, inputs, convert(levels), actual);
+}
+
+/// What an average over all colors hides.
+void LutBaking::warn_of_errors() {
+    const std::vector<float> grid = make_grid();
+    const auto [least, most] = std::minmax_element(grid.begin(), grid.end());
+    if (format.is_limited && (*least < -LIMIT_TOLERANCE || *most > 1 + LIMIT_TOLERANCE))
+        report.notes.push_back(
+            with_hint(diagnostics::make_file_warning(
+                          Code::LUT_INEXACT,
+                          fmt::format("results from {:.4g} to {:.4g} are clipped: the format .{} holds "
+                                      "0 to 1",
+                                      *least, *most, format.extension),
+                          request.path),
+                      "bake a .cube or a .clf"));
+    else if (report.grays.largest > MAX_GRAY_ERROR)
+        report.notes.push_back(with_hint(
+            diagnostics::make_file_warning(Code::LUT_INEXACT,
+                                           fmt::format("grays differ by up to {:.2g}, at {}",
+                                                       report.grays.largest, format_color(report.grays.at)),
+                                           request.path),
+            shaper.empty()
+                ? "bake more colors a side, or from a log color space"
+                : "the 1D LUT has even steps in the source, which are too wide for shadows: bake a .csp, or "
+                  "a .clf without a shaper size, or from the shaper"));
 }
 
 /// Measured from a temporary file first, as a LUT that cannot be read replaces nothing. OpenColorIO keeps
@@ -224,9 +236,13 @@ void LutBaking::replace_file(const std::string& text) {
     const std::string trial =
         fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), now.count(), format.extension);
     std::error_code error;
-    write_text_file(trial, text);
     try {
+        write_text_file(trial, text);
         measure(trial);
+    } catch (const diagnostics::Failure& failure) {
+        std::filesystem::remove(trial, error);
+        throw diagnostics::Failure(add_context(fmt::format("cannot bake '{}'", request.path),
+                                               failure.get_diagnostics(), Code::CONVERSION_IMPOSSIBLE));
     } catch (...) {
         std::filesystem::remove(trial, error);
         throw;
@@ -265,16 +281,14 @@ BakeReport LutBaking::run() {
         to_source = &shaping.emplace(session, back);
     }
     replace_file(make_text());
+    warn_of_errors();
     return std::move(report);
 }
 
 } // namespace
 
 std::vector<std::string> get_bake_extensions() {
-    std::vector<std::string> extensions;
-    for (const LutFormat& format : FORMATS)
-        extensions.emplace_back(format.extension);
-    return extensions;
+    return get_lut_extensions();
 }
 
 BakeReport bake_lut(const Session& session, const BakeRequest& request) {

@@ -24,6 +24,7 @@ struct BakeReport {
     std::string writer;         ///< "OpenColorIO (resolve_cube)" or "colorio".
     std::string domain;         ///< The colors compared: "0 to 1 in ACEScct (-0.0069 to 223 in ACEScg)".
     ColorDifference difference; ///< The LUT read back, with linear interpolation, against the CPU.
+    ColorDifference grays;      ///< The same for grays alone, evenly spaced like the 3D LUT.
     diagnostics::Diagnostics notes;
 };
 

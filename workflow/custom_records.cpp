@@ -168,12 +168,23 @@ ColorDecisionListDef make_custom_cdl(const std::string& name, const std::string&
     add_correction_notes(correction, found.path, notes);
     ColorDecisionListDef record = make_cdl_record(correction, name);
     const bool has_id_lookup = is_collection(found);
+    const std::vector<Correction> all = read_corrections(found.path);
+    const auto invalid = std::find_if(
+        all.begin(), all.end(), [](const Correction& other) { return !find_invalid_number(other).empty(); });
     if (!correction.has_usual_names) {
         notes.push_back(diagnostics::make_file_note(
             Code::CDL_COPIED,
             fmt::format("OpenColorIO does not accept the element names in '{}': the numbers are copied, and "
                         "later edits of the file have no effect",
                         found.path),
+            found.path));
+    } else if (invalid != all.end()) {
+        notes.push_back(diagnostics::make_file_note(
+            Code::CDL_COPIED,
+            fmt::format(
+                "OpenColorIO reads no color correction of '{}', because of '{}', {}: the numbers are copied, "
+                "and later edits of the file have no effect",
+                found.path, invalid->id, find_invalid_number(*invalid)),
             found.path));
     } else if (!has_id_lookup && !found.id.empty()) {
         notes.push_back(diagnostics::make_file_note(

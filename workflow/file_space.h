@@ -45,19 +45,25 @@ struct FileSpace {
 };
 
 /// Finds the color space of a file when the user did not name one, from the first of these that decides it: a
-/// tag of the file that names or describes a color space of the config; a file rule of the config other than
-/// the default one; the module's format association, when the config has that color space; the default file
-/// rule; else an assumption: for integers the first of the roles default_byte, matte_paint, texture_paint,
-/// color_picking and default that the config has, else scene_linear. Needs an open session, in whose thread
+/// file rule of the config, other than the default one, that gives a color space of data; a tag of the file
+/// that names or describes a color space of the config; another file rule than the default one; the module's
+/// format association, when the config has that color space; the default file rule; else an assumption: for
+/// integers the first of the roles default_byte, matte_paint, texture_paint, color_picking and default that
+/// the config has, else scene_linear. A tag that says that pixels are linear, and no more, leads to the
+/// assumption of scene_linear before the association. Needs an open session, in whose thread
 /// it is called; `config_name` is for messages. `tags` are those of the file, or nothing when it was not
 /// read.
 FileSpace find_file_space(const std::string& path, const std::optional<image::ColorTags>& tags,
                           const std::string& config_name);
 
-/// The same for the image at `path` and the config of `session`. The tags are those of the first part that
-/// has color and tags, which do not say data; else of the first that has color and none; else of the first.
-/// Those of other parts lead to `other_tags`. The tags of an image that cannot be read are left out. The
-/// warnings also say why a mapping file of the preferences is not used.
+/// The color space that the tags of one part of the file alone lead to; without a label, but with warnings,
+/// when they decide nothing.
+FileSpace find_tagged_space(const std::string& path, const PartTags& tags, const std::string& config_name);
+
+/// `find_file_space` for the image at `path` and the config of `session`. The tags are those of the first
+/// part that has color and tags, which do not say data; else of the first that has color and none; else of
+/// the first. Those of other parts lead to `other_tags`. The tags of an image that cannot be read are left
+/// out. The warnings also say why a mapping file of the preferences is not used.
 FileSpace find_file_space(const Session& session, const std::string& path);
 
 /// A note of the color space found for the image at `path`; a warning if it is assumed. Throws

@@ -126,6 +126,13 @@ std::vector<std::size_t> ImageConversion::convert_deep(const PlannedPart& part,
     return transparent;
 }
 
+diagnostics::Diagnostic describe_excess(std::uint64_t bytes, const std::string& path) {
+    return with_hint(diagnostics::make_file_warning(
+                         diagnostics::Code::MEMORY_EXCEEDED,
+                         "an image needs more memory than is allowed: it is converted alone", path),
+                     fmt::format("'{}' needs about {} MB", path, bytes >> 20));
+}
+
 } // namespace
 
 void check_output(const ImageSettings& settings, const std::string& output) {
@@ -152,7 +159,10 @@ std::optional<ImageReport> try_to_convert_image(const ImageJob& job, const Image
             buffers.memory.hold(bytes);
             conversion.emplace(job, settings, buffers);
         }
-        return conversion->run();
+        ImageReport report = conversion->run();
+        if (!buffers.memory.is_enough_for(bytes))
+            add_note(report.notes, describe_excess(bytes, job.input));
+        return report;
     } catch (const diagnostics::Failure&) {
         throw;
     } catch (const std::exception& error) { // memory or threads that ran out

@@ -84,12 +84,12 @@ void ImagePlan::check_tags() {
         return !find_settings(settings.parts, of_part.tags.describe());
     });
     if (decisive == tags.end() || decisive->tags.describe() != *settings.source_tags) {
-        report_other_tags("its color tags");
+        report_other_tags("");
         return;
     }
     for (const PartTags& of_part : tags)
         if (!settings.part_tags.empty() && !is_known(of_part.tags.describe()))
-            report_other_tags(fmt::format("the color tags of its part '{}'", of_part.part));
+            report_other_tags(of_part.part);
 }
 
 /// Whether the first image has a part with these tags.
@@ -98,17 +98,25 @@ bool ImagePlan::is_known(const std::vector<std::string>& tags) const {
            std::find(settings.part_tags.begin(), settings.part_tags.end(), tags) != settings.part_tags.end();
 }
 
-void ImagePlan::report_other_tags(const std::string& subject) {
-    const std::string difference = subject + " differ from those of the first image";
+/// `part` is empty for the image as a whole.
+void ImagePlan::report_other_tags(const std::string& part) {
+    const std::string of_part = part.empty() ? "" : fmt::format(" of the part '{}'", part);
     if (settings.is_strict)
-        diagnostics::fail_file(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                               fmt::format("cannot convert '{}': {}", reader.get_path(), difference),
-                               reader.get_path());
-    diagnostics::Diagnostic warning =
-        diagnostics::make_file_warning(diagnostics::Code::COLOR_SPACE_ASSUMED,
-                                       difference + ", whose color space is used", reader.get_path());
+        diagnostics::fail_file(
+            diagnostics::Code::COLOR_SPACE_ASSUMED,
+            fmt::format("cannot convert '{}': the color tags{} differ from those of the first image",
+                        reader.get_path(), of_part),
+            reader.get_path());
+    diagnostics::Diagnostic warning = diagnostics::make_file_warning(
+        diagnostics::Code::COLOR_SPACE_ASSUMED,
+        fmt::format(
+            "the color tags{} of some images differ from those of the first one, whose color space is used",
+            of_part),
+        reader.get_path());
     add_note(notes, with_hint(std::move(warning), // equal notes of a sequence are reported once
-                              fmt::format("first in '{}'", reader.get_path())));
+                              fmt::format("the first of them is '{}'; convert them separately, or name the "
+                                          "color space of all",
+                                          reader.get_path())));
 }
 
 LayerConversion ImagePlan::describe_conversion() const {

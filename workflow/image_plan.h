@@ -47,7 +47,7 @@ private:
     void plan_parts();
     void check_tags();
     bool is_known(const std::vector<std::string>& tags) const;
-    void report_other_tags(const std::string& subject);
+    void report_other_tags(const std::string& part);
     LayerConversion describe_conversion() const;
     const PartSettings* find_part_settings(const image::PartHeader& part) const;
     image::OutputOptions make_options(const PartChoice& choice, const PartSettings* of_part);

@@ -249,10 +249,10 @@ void LayerChoice::fail_without_color(const std::vector<PartChoice>& choices) con
         Code::IMAGE_UNSUPPORTED,
         fmt::format("cannot convert '{}': no color channels to convert: {}", path, describe(left)), path);
     if (!convertible.empty())
-        failure =
-            with_hint(std::move(failure),
-                      fmt::format("layers that are data by name are converted only if they are named: {}",
-                                  join(convertible)));
+        failure = with_hint(
+            std::move(failure),
+            fmt::format("layers that are data by name are converted only if the layers are named: {}",
+                        join(convertible)));
     throw diagnostics::Failure(std::move(failure));
 }
 

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "workflow/layer_choice.h"
@@ -25,15 +28,18 @@ std::string describe(const LayerReport& report, const std::string& converted, co
 } // namespace
 
 std::string describe(const std::vector<LeftLayer>& left) {
-    std::string text;
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        const bool is_last = i + 1 == left.size() || left[i + 1].reason != left[i].reason;
-        text += left[i].name;
-        if (is_last)
-            text += fmt::format(" ({})", left[i].reason);
-        if (i + 1 < left.size())
-            text += is_last ? "; " : ", ";
+    std::vector<std::pair<std::string, std::string>> names; // by their reasons, in the order of these
+    for (const LeftLayer& layer : left) {
+        const auto known = std::find_if(names.begin(), names.end(),
+                                        [&](const auto& entry) { return entry.first == layer.reason; });
+        if (known == names.end())
+            names.emplace_back(layer.reason, layer.name);
+        else
+            known->second += ", " + layer.name;
     }
+    std::string text;
+    for (const auto& [reason, list] : names)
+        text += fmt::format("{}{} ({})", text.empty() ? "" : "; ", list, reason);
     return text;
 }
 

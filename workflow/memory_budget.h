@@ -18,6 +18,8 @@ public:
     /// Waits for them.
     void take(std::uint64_t bytes);
     void give_back(std::uint64_t bytes);
+    /// Whether that many are less than the whole budget.
+    bool covers(std::uint64_t bytes) const { return bytes <= total; }
 
 private:
     bool has_room(std::uint64_t bytes) const {
@@ -45,6 +47,8 @@ public:
     /// The same, but waits. It must not hold anything: others may wait for that.
     void hold(std::uint64_t bytes);
     void release();
+    /// Whether the whole budget has as many bytes.
+    bool is_enough_for(std::uint64_t bytes) const { return !budget || budget->covers(bytes); }
 
 private:
     MemoryBudget* budget;

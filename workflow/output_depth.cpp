@@ -14,9 +14,14 @@ namespace {
 
 constexpr const char* DITHERED_DEPTHS[] = {"uint8", "uint10"};
 
+bool can_be_dithered(const std::string& depth) {
+    return std::find(std::begin(DITHERED_DEPTHS), std::end(DITHERED_DEPTHS), depth) !=
+           std::end(DITHERED_DEPTHS);
+}
+
 void check_dithering(const image::PixelDepth& depth, const std::string& output) {
     const std::string name = depth.get_name();
-    if (std::find(std::begin(DITHERED_DEPTHS), std::end(DITHERED_DEPTHS), name) == std::end(DITHERED_DEPTHS))
+    if (!can_be_dithered(name))
         diagnostics::fail_to_write(
             diagnostics::Code::IMAGE_UNSUPPORTED, output,
             fmt::format("{} cannot be dithered, only {}", name, fmt::join(DITHERED_DEPTHS, ", ")));
@@ -28,8 +33,14 @@ void check_output_options(const image::OutputOptions& options, const std::string
                           const std::string& output) {
     image::check_depth(options.depth, format, output);
     image::check_compression(options.compression, format, output);
+    const std::vector<std::string> depths = image::get_depth_names(format);
     if (options.dithers && options.depth.is_known())
         check_dithering(options.depth, output);
+    else if (options.dithers && !depths.empty() &&
+             std::none_of(depths.begin(), depths.end(), can_be_dithered))
+        diagnostics::fail_to_write(diagnostics::Code::IMAGE_UNSUPPORTED, output,
+                                   fmt::format("{} has no depth that can be dithered ({})", format,
+                                               fmt::join(DITHERED_DEPTHS, ", ")));
 }
 
 void settle_depth(const image::OutputOptions& options, const OIIO::ImageSpec& spec, const std::string& format,

@@ -12,6 +12,7 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "diagnostics/failure.h"
 #include "image/format_abilities.h"
@@ -89,7 +90,7 @@ public:
         ++get_count(outcome.status);
         report.pixels += outcome.image.pixels;
         if (outcome.error)
-            failures.emplace(index, *outcome.error);
+            failures.emplace(index, std::pair(*outcome.error, outcome.job.frame.value_or(0)));
         for (const diagnostics::Diagnostic& note : outcome.image.notes)
             if (known_notes.insert(note.message).second && events.report)
                 events.report(note);
@@ -98,8 +99,10 @@ public:
     }
 
     SequenceReport take(std::size_t jobs) {
-        for (const auto& [index, error] : failures)
-            report.failures.push_back(error);
+        for (const auto& [index, failure] : failures) {
+            report.failures.push_back(failure.first);
+            report.failed_frames.push_back(failure.second);
+        }
         report.is_cancelled = report.converted + report.up_to_date + report.planned + report.failed < jobs;
         return std::move(report);
     }
@@ -122,7 +125,7 @@ private:
     const SequenceEvents& events;
     std::mutex mutex;
     SequenceReport report;
-    std::map<std::size_t, diagnostics::Diagnostic> failures;
+    std::map<std::size_t, std::pair<diagnostics::Diagnostic, int>> failures; ///< With frames, by job.
     std::set<std::string> known_notes; ///< By their messages: images differ in their paths.
 };
 

@@ -38,6 +38,7 @@ struct SequenceReport {
     unsigned int planned = 0;
     unsigned int failed = 0;
     diagnostics::Diagnostics failures; ///< One for each image that failed, in the order of the jobs.
+    std::vector<int> failed_frames;    ///< Their frame numbers; 0 for images without one.
     std::uint64_t pixels = 0;          ///< Pixels of the converted images.
     double seconds = 0;                ///< Elapsed time.
     LayerReport layers;                ///< Of the first image that was converted or planned.

@@ -19,4 +19,8 @@ std::string summarize_image(const SequenceReport& report, const ImageReport& ima
 /// "12 frames converted, 1 failed, 2.07 Mpixel in 0.100 s, 20.7 Mpixel/s".
 std::string summarize_sequence(const SequenceReport& report, const FrameJobs& found);
 
+/// The failures of a sequence; of more than 10 of one kind (with the same code, subject and hint) the first
+/// three, and an error that names the frames of the others.
+diagnostics::Diagnostics shorten_failures(const SequenceReport& report);
+
 } // namespace workflow

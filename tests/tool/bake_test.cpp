@@ -104,6 +104,25 @@ TEST_F(Bake, MeasuresTheErrorOfCurves) {
     EXPECT_NEAR(get_largest(result), expected, 1e-4);
 }
 
+TEST_F(Bake, WarnsOfWhatIsClippedAndOfCurvesThatItCannotFollow) {
+    folder.write(
+        "steep.ocio",
+        std::string(CONFIG) +
+            "  - !<ColorSpace>\n    name: steep\n    from_reference: !<ExponentTransform> "
+            "{value: [0.2, 0.2, 0.2, 1]}\n"
+            "  - !<ColorSpace>\n    name: double\n    from_reference: !<MatrixTransform> {matrix: [2, "
+            "0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}\n");
+    const auto bake_to = [&](const char* name, const char* to) {
+        return run({"bake", path(name), "--config", path("steep.ocio"), "--from", "lin", "--to", to});
+    };
+    EXPECT_THAT(bake_to("a.spi3d", "steep").err, HasSubstr("warning: grays differ by up to "));
+    EXPECT_THAT(bake_to("a.spi3d", "double").err, "");
+    EXPECT_THAT(
+        bake_to("a.3dl", "double").err,
+        HasSubstr("warning: results from 0 to 2 are clipped: the format .3dl holds 0 to 1\nhint: bake a "
+                  ".cube or a .clf\n"));
+}
+
 TEST_F(Bake, RefusesWhatCannotBe) {
     EXPECT_THAT(bake("a.lut", {"--from", "lin", "--to", "mixed"}),
                 FailsWith(2, HasSubstr("not one of cube, csp, clf, 3dl, spi3d")));

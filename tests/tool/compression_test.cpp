@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "tests/tool/images.h"
+#include "tests/tool/native_image.h"
 #include "tests/tool/tool_fixture.h"
 
 namespace {
@@ -53,6 +54,18 @@ constexpr char EXR_QUALITIES[] = "valid qualities: zip 1 to 9, zips 1 to 9, dwaa
 constexpr const char* TIFF_METHODS = OIIO_VERSION_MAJOR < 3
                                          ? "valid compression methods: zip, none, lzw, packbits, jpeg"
                                          : "valid compression methods: zip, none, lzw, packbits";
+
+TEST_F(CompressionOptions, OfDeepImagesAreFew) {
+    write_deep(
+        path("in.exr"),
+        {make_deep_image(1, 1, {{"R", OIIO::TypeHalf}, {"G", OIIO::TypeHalf}, {"B", OIIO::TypeHalf}}, {2})});
+    for (const char* method : {"none", "rle", "zips"})
+        EXPECT_THAT(convert("out.exr", {"--compression", method}), Succeeds()) << method;
+    EXPECT_THAT(
+        convert("out.exr", {"--compression", "piz"}),
+        FailsWith(1, testing::HasSubstr("deep images cannot have the compression 'piz'\nhint: compression "
+                                        "methods of deep images: none, rle, zips\n")));
+}
 
 TEST_F(CompressionOptions, SelectAMethodOfTheFormat) {
     for (const char* method : {"zip", "none", "rle", "zips", "piz", "pxr24", "b44", "b44a", "dwaa", "dwab"}) {

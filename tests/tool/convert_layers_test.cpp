@@ -119,7 +119,7 @@ TEST_F(ConvertLayers, WithWrongNamesAreOneErrorEach) {
     EXPECT_THAT(convert({"--parts", "2"}), FailsWith(1, HasSubstr("it has no part '2'")));
     EXPECT_THAT(convert({"--layers", "Z"}), FailsWith(1, HasSubstr("it has no color channels")));
     EXPECT_THAT(convert({"--skip", "rgba,diffuse"}),
-                FailsWith(1, HasSubstr("no color channels to convert: rgba (skipped)")));
+                FailsWith(1, HasSubstr("no color channels to convert: rgba, diffuse (skipped)")));
     EXPECT_THAT(convert({"--layers"}), FailsWith(2, HasSubstr("--layers")));
     EXPECT_EQ(folder.read("out.exr"), "what was there");
 }

@@ -61,7 +61,8 @@ TEST_F(ConvertPlan, NamesTheLayersThatAreConverted) {
     write_channels("in.exr", {"R", "G", "B", "diffuse.R", "diffuse.G", "diffuse.B", "N.X", "N.Y", "N.Z"});
     EXPECT_THAT(convert("out.exr", {"--dry-run"}).out,
                 HasSubstr("would convert: convert rgba, diffuse; leave N"));
-    EXPECT_THAT(convert("out.exr", {"--dry-run", "--json"}).out, HasSubstr(R"("layers":["rgba","diffuse"])"));
+    EXPECT_THAT(convert("out.exr", {"--dry-run", "--json"}).out,
+                HasSubstr(R"("layers":["rgba","diffuse"],"left":[{"name":"N","reason":"data"}])"));
     EXPECT_THAT(convert("out.png", {"--dry-run", "--layers", "diffuse"}).out,
                 HasSubstr("would convert: convert diffuse"));
 }

@@ -153,15 +153,16 @@ TEST_F(PartTags, OfALaterFrameThatTheFirstOneDoesNotHaveAreReported) {
     const std::vector<std::string> arguments = {"convert", path("shot.#.exr"), path("done.#.exr"), "--to",
                                                 "lin",     "--config",         path("show.ocio")};
     EXPECT_THAT(run(arguments).err,
-                AllOf(HasSubstr("the color tags of its part 'albedo' differ from those of the first "
-                                "image, whose color space is used"),
-                      HasSubstr("first in '" + path("shot.2.exr") + "'")));
+                AllOf(HasSubstr("the color tags of the part 'albedo' of some images differ from those of the "
+                                "first one, whose color space is used"),
+                      HasSubstr("the first of them is '" + path("shot.2.exr") +
+                                "'; convert them separately, or name the color space of all with --from")));
     std::vector<std::string> strict = arguments;
     strict.emplace_back("--strict");
     const ToolRun result = run(strict);
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.err,
-                HasSubstr("shot.2.exr': the color tags of its part 'albedo' differ from those of the "
+                HasSubstr("shot.2.exr': the color tags of the part 'albedo' differ from those of the "
                           "first image"));
 }
 

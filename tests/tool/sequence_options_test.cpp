@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <map>
+#include <numeric>
 #include <sstream>
 
 #include <fmt/format.h>
@@ -131,6 +132,24 @@ TEST_F(SequenceOptions, IsALineOfJsonForEachFrameAndASummary) {
     EXPECT_EQ(summary["conversion"], "Tavelion|sRGB to Tavelion|linear");
 }
 
+TEST_F(SequenceOptions, ListManyEqualFailuresOnce) {
+    std::vector<int> frames(12);
+    std::iota(frames.begin(), frames.end(), 1);
+    write_frames(frames);
+    const auto count_errors = [&](const ToolRun& result) {
+        EXPECT_EQ(result.code, 1);
+        std::size_t count = 0;
+        for (std::size_t at = result.err.find("error"); at != std::string::npos;
+             at = result.err.find("error", at + 1))
+            ++count;
+        return count;
+    };
+    const ToolRun all = convert("1-12", {"--layers", "nope"});
+    EXPECT_EQ(count_errors(all), 4u) << all.err;
+    EXPECT_THAT(all.err, HasSubstr("error: 9 more frames failed like this one: 4-12\n"));
+    EXPECT_EQ(count_errors(convert("1-10", {"--layers", "nope"})), 10u);
+}
+
 TEST_F(SequenceOptions, OfASingleImageIsJsonToo) {
     write_frames({1});
     const ToolRun result = run({"convert", path(name("in", 1)), path("out.exr"), "--to", "sRGB", "--json"});
@@ -142,7 +161,11 @@ TEST_F(SequenceOptions, OfASingleImageIsJsonToo) {
 
 TEST_F(SequenceOptions, TakesASizeOfMemory) {
     write_frames({1, 2, 3});
-    EXPECT_THAT(convert("1-3", {"--memory", "1M"}), Succeeds()) << "one frame after the other";
+    const ToolRun narrow = convert("1-3", {"--memory", "1M"});
+    EXPECT_THAT(narrow, Succeeds()) << "one frame after the other";
+    EXPECT_THAT(narrow.err,
+                HasSubstr("warning: an image needs more memory than is allowed: it is converted alone"));
+    EXPECT_EQ(narrow.err.find("more memory"), narrow.err.rfind("more memory")) << "once";
     for (const int frame : {1, 2, 3})
         expect_converted(frame);
     EXPECT_THAT(convert("1-3", {"--memory", "much"}), FailsWith(2, HasSubstr("invalid size 'much'")));

@@ -229,7 +229,7 @@ TEST_F(Dither, IsForEightAndTenBits) {
         EXPECT_THAT(copy("in.exr", output, {"--dither", "-d", depth}),
                     FailsWith(1, HasSubstr(std::string(depth) + " cannot be dithered, only uint8, uint10")));
     EXPECT_THAT(copy("in.exr", "out.exr", {"--dither"}),
-                FailsWith(1, HasSubstr("half cannot be dithered, only uint8, uint10")));
+                FailsWith(1, HasSubstr("openexr has no depth that can be dithered (uint8, uint10)")));
     EXPECT_EQ(count_files(), 1u);
 }
 

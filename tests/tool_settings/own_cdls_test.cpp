@@ -60,6 +60,20 @@ TEST_F(OwnCdls, CopyTheNumbersOfFilesThatTheColorLibraryReadsOtherwise) {
     EXPECT_THAT(run({"space", "add", "x", "--cdl", path("a.cc")}), FailsWith(1, HasSubstr("SOPNode")));
 }
 
+TEST_F(OwnCdls, CopyTheNumbersOfFilesThatTheColorLibraryRefusesForOthers) {
+    std::string grades = "<ColorCorrectionCollection>";
+    for (const auto& [id, slope] : {std::pair("good", "2 2 2"), {"bad", "-1 1 1"}})
+        grades += std::string("<ColorCorrection id=\"") + id + "\"><SOPNode><Slope>" + slope +
+                  "</Slope><Offset>0 0 0</Offset><Power>1 1 1</Power></SOPNode></ColorCorrection>";
+    folder.write("grades.ccc", grades + "</ColorCorrectionCollection>");
+    const ToolRun result = run({"cdl", "add", "a", path("grades.ccc") + ":good"});
+    EXPECT_THAT(result, Succeeds());
+    EXPECT_THAT(result.err, AllOf(HasSubstr("because of 'bad'"), HasSubstr("the numbers are copied")));
+    EXPECT_EQ(list().at(1).at("slope"), json({2, 2, 2}));
+    EXPECT_THAT(run({"cdl", "add", "b", path("grades.ccc") + ":bad"}),
+                FailsWith(1, HasSubstr("invalid CDL 'bad'")));
+}
+
 TEST_F(OwnCdls, AreRemovedByName) {
     print({"cdl", "add", "warm", "--values", WARM});
     EXPECT_THAT(run({"cdl", "remove", "wram"}),

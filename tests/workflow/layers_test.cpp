@@ -51,9 +51,9 @@ TEST_F(Layers, OfPartsFollowTheSameRule) {
     EXPECT_EQ(read(3).get("Z", 5), 77.0f);
     EXPECT_NEAR(read(4).get("diffuse.R", 5), 0.25, TOLERANCE);
     EXPECT_EQ(read(4).get("P.R", 5), 0.5f);
-    EXPECT_EQ(workflow::describe(report.layers),
-              "converted beauty, aovs:diffuse; left normals, crypto_object00 (data by name); depth (data); "
-              "aovs:P (data by name)");
+    EXPECT_EQ(
+        workflow::describe(report.layers),
+        "converted beauty, aovs:diffuse; left normals, crypto_object00, aovs:P (data by name); depth (data)");
 }
 
 TEST_F(Layers, OfPartsOfOtherSizesAndOffsetsAreConverted) {

@@ -43,6 +43,26 @@ TEST_F(DataFiles, StayAsTheyAreByFileRule) {
     EXPECT_THAT(read_image(path("out.exr")).values, testing::ElementsAre(0.1f, 0.2f, 0.3f));
 }
 
+TEST_F(DataFiles, StayAsTheyAreWhateverTheirTagsSay) {
+    folder.write("show.ocio", CONFIG);
+    Image tagged = make_image(1, 1, 3, OIIO::TypeFloat, {0.1f, 0.2f, 0.3f});
+    tagged.spec.attribute("colorio:ColorSpace", "half_light");
+    for (const char* name : {"rock_normal.exr", "rock_color.exr"})
+        write_image(path(name), tagged);
+    const auto convert_tagged = [&](const char* name) {
+        EXPECT_THAT(run({"convert", path(name), path("out.exr"), "--config", path("show.ocio"), "--to", "lin",
+                         "--strict"}),
+                    Succeeds());
+        return read_image(path("out.exr")).values;
+    };
+    EXPECT_THAT(convert_tagged("rock_normal.exr"), testing::ElementsAre(0.1f, 0.2f, 0.3f));
+    EXPECT_THAT(convert_tagged("rock_color.exr"), testing::ElementsAre(0.2f, 0.4f, 0.6f));
+    EXPECT_THAT(
+        run({"explain", "--image", path("rock_normal.exr"), "lin", "--why", "--config", path("show.ocio")})
+            .out,
+        HasSubstr("  file rules:    the rule 'Normals' gives 'Raw', which holds data\n"));
+}
+
 TEST_F(DataFiles, AreConvertedWhereTheUserNamesTheirColorSpace) {
     ASSERT_THAT(convert("rock_normal.exr", {"--from", "lin"}), Succeeds());
     EXPECT_THAT(read_image(path("out.exr")).values, testing::ElementsAre(0.05f, 0.1f, 0.15f));
