@@ -58,6 +58,16 @@ class Building(unittest.TestCase):
             self.assertFalse(absent in rules, absent)
         self.assertTrue(host.name in rules, "the host is not linked")
 
+    def test_the_example_of_a_host_is_a_project_of_its_own(self):
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run(["cmake", "-G", "Ninja", "-S", PROJECT / "examples" / "host", "-B", folder],
+                           check=True, capture_output=True)
+            rules = pathlib.Path(folder, "build.ninja").read_text()
+        libraries = set(re.findall(r"^build \S*?(lib\w+\.so):", rules, re.MULTILINE))
+        self.assertEqual(libraries, {"libqb_colorio.so", "libexample_host_framework.so"})
+        programs = set(re.findall(r"^build (\w+): CXX_EXECUTABLE_LINKER", rules, re.MULTILINE))
+        self.assertEqual({name.split("_linker")[0] for name in programs}, {"example_host", "example_host_conformance"})
+
 
 if __name__ == "__main__":
     unittest.main()
