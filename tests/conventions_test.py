@@ -17,6 +17,7 @@ ROOT = pathlib.Path(sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].sta
 ARROWS = {
     "diagnostics": [],
     "host": [],
+    "conformance": ["host"],
     "files": ["diagnostics"],
     "xml": ["files", "diagnostics"],
     "pixel": [],

@@ -46,6 +46,8 @@ class Installed(unittest.TestCase):
         return {"PATH": os.environ["PATH"], "HOME": str(home), "LANG": "C.UTF-8", **more}
 
     def check_programs(self, folder, **more):
+        if (folder / "check_host").exists():
+            self.assertIn("all 3 checks passed", run(folder / "check_host", "log", env=self.environment(**more)))
         spaces = run(folder / "list_spaces", env=self.environment(**more))
         self.assertEqual(spaces, "sRGB\nCineon\nlinear\n")
         if (folder / "convert_pixel").exists():
@@ -62,6 +64,7 @@ class Installed(unittest.TestCase):
             with self.subTest(compiler):
                 build = self.build_consumer(compiler, f"-DCMAKE_PREFIX_PATH={self.prefix}",
                                             f"-DCMAKE_CXX_COMPILER={compiler}")
+                self.assertTrue((build / "check_host").exists(), "qb::conformance was not found")
                 self.assertTrue((build / "convert_pixel").exists(), "qb::workflow was not found")
                 self.check_programs(build)
 
