@@ -14,8 +14,13 @@ public:
 
     HostApp& get_host() { return *host; }
     OfApp& get() { return host->get_app(); }
-    /// A new enumeration whose invalid value is 77.
-    OfEnum& add_enum(const char* name) { return *get().get_object_factory().add_enum(CoreString(name), 77); }
+    /// Value of unknown labels in the enumerations below.
+    static constexpr unsigned int INVALID_VALUE = 77;
+    /// Position of unknown labels.
+    static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
+    OfEnum& add_enum(const char* name) {
+        return *get().get_object_factory().add_enum(CoreString(name), INVALID_VALUE);
+    }
 
 private:
     std::unique_ptr<HostApp> host;

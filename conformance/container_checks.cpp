@@ -126,10 +126,11 @@ Checks list_container_checks() {
         {"containers.reserve", "reserve and remove_all change the storage only as said",
          "names are lost while they are published", check_reserved},
         {"containers.insert-remove", "insert and remove keep the order and take positions past the end",
-         "formats of a mapping file are in a wrong order", check_inserted_and_removed},
+         "'Use Default' is not the first entry of the menu of color spaces", check_inserted_and_removed},
         {"containers.vector-copies", "copies of a vector are independent, moves keep the storage",
          "lists of names change each other", check_vector_copies},
-        {"containers.set", "a set holds each value once", "duplicates are published", check_set},
+        {"containers.set", "a set holds each value once",
+         "a missing color space is counted once for each of its file formats", check_set},
         {"containers.color", "a color is four adjacent numbers", "converted pixels have swapped channels",
          check_color},
     };

@@ -9,14 +9,11 @@ namespace conformance {
 
 namespace {
 
-constexpr unsigned int ABSENT = 0xFFFFFFFF;
-constexpr unsigned int INVALID = 77;
-
 void check_new(Findings& findings) {
     AppFixture app;
     OfEnum& list = app.add_enum("conformance_list");
     findings.expect_number(list.get_value_count(), 0, "the count of a new enumeration");
-    findings.expect_number(list.get_invalid_value(), INVALID, "its invalid value");
+    findings.expect_number(list.get_invalid_value(), AppFixture::INVALID_VALUE, "its invalid value");
     findings.expect_text(list.get_separator().view(), "", "its separator");
     list.set_separator('|');
     findings.expect_text(list.get_separator().view(), "|", "the separator that was set");
@@ -41,15 +38,17 @@ void check_unknown(Findings& findings) {
     AppFixture app;
     OfEnum& list = app.add_enum("conformance_list");
     list.add_value(CoreString("lin"), 3);
-    findings.expect_number(list.find_label_index(CoreString("Lin")), ABSENT,
+    findings.expect_number(list.find_label_index(CoreString("Lin")), AppFixture::NOT_FOUND,
                            "the position of a label in another case");
-    findings.expect_number(list.find_label_index(CoreString("li")), ABSENT,
+    findings.expect_number(list.find_label_index(CoreString("li")), AppFixture::NOT_FOUND,
                            "the position of a part of a label");
-    findings.expect_number(list.get_value(CoreString("log")), INVALID, "get_value of an unknown label");
-    findings.expect_number(list.get_value_from_label(CoreString("log")), INVALID,
+    findings.expect_number(list.get_value(CoreString("log")), AppFixture::INVALID_VALUE,
+                           "get_value of an unknown label");
+    findings.expect_number(list.get_value_from_label(CoreString("log")), AppFixture::INVALID_VALUE,
                            "get_value_from_label of one");
     findings.expect_text(list.get_label(1).view(), "", "the label past the end");
-    findings.expect_text(list.get_label(ABSENT).view(), "", "the label at position 0xFFFFFFFF");
+    findings.expect_text(list.get_label(AppFixture::NOT_FOUND).view(), "",
+                         "the label at position 0xFFFFFFFF");
 }
 
 void check_several_values(Findings& findings) {
@@ -76,7 +75,7 @@ void check_removal(Findings& findings) {
     list.add_value(CoreString("lin"), 3);
     list.remove_all_values();
     findings.expect_number(list.get_value_count(), 0, "the count");
-    findings.expect_number(list.find_label_index(CoreString("lin")), ABSENT,
+    findings.expect_number(list.find_label_index(CoreString("lin")), AppFixture::NOT_FOUND,
                            "the position of a removed label");
     findings.expect_text(list.get_separator().view(), "|", "the separator");
     list.add_value(CoreString("log"), 4);

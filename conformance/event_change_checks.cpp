@@ -8,9 +8,6 @@ namespace conformance {
 
 namespace {
 
-constexpr const char* CHANGED = "CONFORMANCE_CHANGED";
-constexpr const char* OTHER = "CONFORMANCE_OTHER";
-
 void check_connected_meanwhile(Findings& findings) {
     Calls calls;
     EventObject sender;
@@ -133,7 +130,7 @@ Checks list_event_change_checks() {
         {"events.disconnect-meanwhile", "a connection ended by a handler is not used again",
          "widgets that close during a change of the config are called", check_disconnected_meanwhile},
         {"events.raise-meanwhile", "an event raised by a handler is complete when raise_event returns",
-         "the list of color spaces is not checked before the change of a preference ends",
+         "format associations are not checked before the change of a preference ends",
          check_raised_meanwhile},
         {"events.receiver-destroyed", "a connection ends with its receiver",
          "widgets that were closed are called", check_receiver_destroyed},

@@ -6,9 +6,6 @@ namespace conformance {
 
 namespace {
 
-constexpr const char* CHANGED = "CONFORMANCE_CHANGED";
-constexpr const char* OTHER = "CONFORMANCE_OTHER";
-
 /// Keeps what its handler was called with.
 class Witness : public EventObject {
 public:
@@ -144,7 +141,7 @@ Checks list_event_checks() {
          "an application that starts the module again has other calls than the module expects",
          check_repeated},
         {"events.own", "an object can be connected to itself",
-         "the ColorIO object does not follow the change of its own config", check_own_events},
+         "the ColorIO object does not follow changes of its config", check_own_events},
         {"events.disconnect", "disconnect ends the connections from one sender to one receiver",
          "widgets that stopped listening to the ColorIO object are called", check_disconnect},
         {"events.copies", "copies start without connections, assignment does not change them",

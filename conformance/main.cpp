@@ -15,7 +15,7 @@ constexpr const char* USAGE =
     "Check a host's implementation of host/: the contract that the color-management module relies on.\n"
     "\n"
     "  --list  list the checks and what they check\n"
-    "  --here  run the checks in this process, for a debugger (default: each in a process of its own)\n"
+    "  --here  run the checks in this process, for a debugger (default: each in a separate process)\n"
     "  --help  show this text\n"
     "\n"
     "Exit status: 0 if all checks pass, 1 if one fails, 2 if they cannot be run.\n";

@@ -7,6 +7,10 @@
 
 namespace conformance {
 
+/// Two events that no host raises.
+inline constexpr const char* CHANGED = "CONFORMANCE_CHANGED";
+inline constexpr const char* OTHER = "CONFORMANCE_OTHER";
+
 /// The names of receivers in the order in which their handlers were called, each with a blank behind it.
 using Calls = std::string;
 
@@ -15,7 +19,7 @@ class Receiver : public EventObject {
 public:
     Receiver(std::string name, Calls& calls) : name(std::move(name)), calls(calls) {}
 
-    /// Connects the handler below; `event` is copied into a string of its own, as every source file has one.
+    /// Connects the handler below; each call makes another string of its name, as each source file has one.
     void listen(EventObject& sender, const char* event);
     void on_event(AppBase& sender, const EventInfo& info, OfObject* object);
 
@@ -26,7 +30,7 @@ private:
     Calls& calls;
 };
 
-/// Raises `event`, as a string of its own.
+/// Raises `event`, by another string of its name.
 void raise(EventObject& sender, const char* event);
 
 } // namespace conformance

@@ -13,7 +13,7 @@ struct Outcome {
 /// Every check, in the order in which they run.
 Checks list_all_checks();
 
-/// Runs a check in a process of its own, so that a crash or an endless loop is a finding of that check only.
+/// Runs a check in a separate process, so that a crash or an endless loop is a finding of that check only.
 Outcome run_apart(const Check& check);
 
 /// Runs a check in this process, for a debugger.

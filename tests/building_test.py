@@ -58,7 +58,7 @@ class Building(unittest.TestCase):
             self.assertFalse(absent in rules, absent)
         self.assertTrue(host.name in rules, "the host is not linked")
 
-    def test_the_example_of_a_host_is_a_project_of_its_own(self):
+    def test_the_example_of_a_host_is_a_separate_project_too(self):
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run(["cmake", "-G", "Ninja", "-S", PROJECT / "examples" / "host", "-B", folder],
                            check=True, capture_output=True)

@@ -1,4 +1,4 @@
-// Tells the conformance kit how preferences of this host change.
+// How preferences of this host change, for the conformance kit.
 #include <stdlib.h>
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// Starts the module in a host of one's own, publishes a config, and converts a color.
+// Starts the module in this host, publishes a config, and converts a color.
 #include <cstdio>
 #include <cstdlib>
 
