@@ -50,5 +50,6 @@ Checks list_enumeration_sleep_checks();
 Checks list_parser_checks();
 Checks list_file_checks();
 Checks list_app_checks();
+Checks list_thread_checks();
 
 } // namespace conformance

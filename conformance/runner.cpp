@@ -74,10 +74,10 @@ Outcome fail(const char* call) {
 
 Checks list_all_checks() {
     Checks all;
-    for (const auto& list :
-         {list_string_checks, list_string_number_checks, list_container_checks, list_log_checks,
-          list_class_checks, list_event_checks, list_event_change_checks, list_enumeration_checks,
-          list_enumeration_sleep_checks, list_parser_checks, list_file_checks, list_app_checks})
+    for (const auto& list : {list_string_checks, list_string_number_checks, list_container_checks,
+                             list_log_checks, list_class_checks, list_event_checks, list_event_change_checks,
+                             list_enumeration_checks, list_enumeration_sleep_checks, list_parser_checks,
+                             list_file_checks, list_app_checks, list_thread_checks})
         for (const Check& check : list())
             all.push_back(check);
     return all;

@@ -77,7 +77,8 @@ class Faults(unittest.TestCase):
         first = next(i for i, line in enumerate(lines) if line.startswith("FAILED"))
         self.assertEqual(lines[first:first + 4], [
             "FAILED  strings.split-word: split_word takes any run of separators as one and returns no empty word",
-            r"        words between runs of blanks, tabs and line ends: found '[\x091.0][0.5\x0D\x0A\x0A0.25\x0B\x0C]', "
+            "        words between runs of blanks, tabs and line ends: "
+            r"found '[\x091.0][0.5\x0D\x0A\x0A0.25\x0B\x0C]', "
             "expected '[1.0][0.5][0.25]'",
             r"        only blanks: found '[\x0A]', expected ''",
             "        in the module: the numbers of CDL documents are read into the wrong channels"])

@@ -86,7 +86,11 @@ FAULTS = {
     ],
     "standalone/core_log.cpp": [
         Fault("character-not-logged", "log.stream", "text += character;", "if (!FAULT) text += character;"),
-        Fault("log-not-replaced", "log.main-handler", "CoreLogHandler* handler = chosen_handler;",
+        Fault("number-in-shared-text", "threads.log", "text += CoreString::from_unsigned(number);",
+              "static unsigned int shared = 0;\n"
+              "if (FAULT) { shared = number; std::this_thread::yield(); number = shared; }\n"
+              "text += CoreString::from_unsigned(number);"),
+        Fault("log-not-replaced", "log.main-handler threads.log", "CoreLogHandler* handler = chosen_handler;",
               "CoreLogHandler* handler = FAULT ? nullptr : chosen_handler.load();"),
     ],
     "standalone/core/core_class_info.cpp": [
@@ -167,6 +171,8 @@ FAULTS = {
               "FAULT ? labels.get_count() : std::min(labels.get_count(), values.get_count())"),
         Fault("index-not-cleared", "enumerations.remove-all", "state->first_positions.clear();",
               "if (!FAULT) state->first_positions.clear();"),
+        Fault("index-in-shared-place", "threads.look-ups", "end() ? NOT_FOUND : found->second;",
+              "end() ? NOT_FOUND : FAULT ? share(found->second) : found->second;"),
         Fault("labels-scanned", "enumerations.many", "    const auto found = state->first_positions.find(",
               "    for (unsigned int i = 0; FAULT && i < state->labels.size(); ++i) if (state->labels[i] == "
               "label) return i;\n"
@@ -254,7 +260,8 @@ FAULTS = {
               "if (State::change(state->use_color_space_file, use) && !FAULT)"),
         Fault("slash-at-the-end", "app.temp-folder", 'FOLDER_NAME + "/" + name;',
               'FOLDER_NAME + "/" + name + (FAULT ? "/" : "");'),
-        Fault("factory-each-time", "app.object-factory enumerations.factory", "    return state->object_factory;",
+        Fault("factory-each-time", "app.object-factory enumerations.factory threads.look-ups",
+              "    return state->object_factory;",
               "    static OfObjectFactory factories[2];\n"
               "    static unsigned int calls = 0;\n"
               "    if (FAULT) return factories[calls++ % 2];\n"
@@ -274,6 +281,17 @@ struct Raising {
 };
 }
 """,
+    "standalone/of/of_enum.cpp": """#include <thread>
+namespace {
+unsigned int share(unsigned int index) {
+    static unsigned int shared = 0;
+    shared = index;
+    std::this_thread::yield();
+    return shared;
+}
+}
+""",
+    "standalone/core_log.cpp": "#include <thread>\n",
     "standalone/sys/sys_file.cpp": "#include <fstream>\n",
     "standalone/core/core_basic_string.cpp": "#include <cstdlib>\n",
 }
@@ -282,7 +300,8 @@ struct Raising {
 ALSO = {
     "standalone/event/event_object.cpp": [
         ("outgoing_by_event.find(std::string(event.view()))",
-         'outgoing_by_event.find(std::string(event.view().substr(0, has_fault("names-cut") ? 28 : event.get_count())))'),
+         "outgoing_by_event.find(std::string(event.view().substr(0, "
+         'has_fault("names-cut") ? 28 : event.get_count())))'),
         ("connection->incoming->erase(connection->incoming_position);",
          "if (connection->incoming) connection->incoming->erase(connection->incoming_position);"),
     ],
