@@ -101,6 +101,12 @@ class DevTest(unittest.TestCase):
         for wrong in (["--arch"], ["--arch", "riscv"], ["--arch", "arm64", "a", "b"]):
             self.assertIn("--arch takes arm64", self.run_dev("test", *wrong).stderr)
 
+    def test_benchmarks_run_with_another_version_in_its_system(self):
+        done = self.run_dev("bench", "--ocio", "2.5", "pixel")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("./dev bench pixel\n", done.stdout)
+        self.assertIn("bench --ocio takes 2.5, not '1.1'", self.run_dev("bench", "--ocio", "1.1").stderr)
+
     def test_two_folders_of_one_name_are_refused(self):
         options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
         done = self.run_dev("test", "--ocio", "2.5", *options)
