@@ -52,4 +52,11 @@ public:
     static void set_vector_code(bool enabled);
     /// The current setting.
     static bool get_vector_code();
+
+    /// Instruction set of the SIMD code on this computer: "AVX2", "NEON". Empty without SIMD code, as with
+    /// OpenColorIO 1.1. Lives as long as the module.
+    static const char* get_vector_target();
+
+    /// Version of the OpenColorIO that is loaded: "2.1.2". Lives as long as the library.
+    static const char* get_library_version();
 };

@@ -30,6 +30,7 @@ ARROWS = {
     "python": ["workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
     "viewer": ["workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
     "tool": ["viewer", "workflow", "colorio", "standalone", "host", "image", "gl", "files", "diagnostics"],
+    "programs": ["tool", "workflow", "image", "files", "diagnostics"],
 }
 
 

@@ -8,7 +8,13 @@
 namespace tool {
 
 /// Exit codes of the tool.
-enum ExitCode : int { EXIT_CODE_DONE = 0, EXIT_CODE_FAILED = 1, EXIT_CODE_WRONG_USAGE = 2 };
+enum ExitCode : int {
+    EXIT_CODE_DONE = 0,
+    EXIT_CODE_FAILED = 1,
+    EXIT_CODE_WRONG_USAGE = 2,
+    EXIT_CODE_NOT_HERE =
+        -1 ///< Nothing was done: the command is part of another program (programs/image_program.h).
+};
 
 /// An invalid command line.
 class UsageError : public diagnostics::Failure {

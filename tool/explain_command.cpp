@@ -1,33 +1,21 @@
-#include "tool/command.h"
+#include "tool/explain_command.h"
 
-#include <array>
-#include <string>
+#include <utility>
 
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
 #include "tool/console.h"
-#include "tool/conversion_options.h"
 #include "tool/json_output.h"
 #include "tool/row_model.h"
-#include "tool/source_space.h"
 #include "workflow/conversion.h"
 #include "workflow/correction_text.h"
-#include "workflow/explanation.h"
 
 namespace tool {
 
 namespace {
 
 using Step = ColorIOEvaluation::Step;
-using Pixel = std::array<float, 4>;
-
-constexpr char EXAMPLES[] = R"(  colorio explain sRGB linear
-  colorio explain linear --view Tavelion.sRGB --pixel 0.18,0.18,0.18
-  colorio explain ACEScg ACEScct --config aces.ocio --cdl grades.ccc:shot_010 --json
-  colorio explain --image scan.dpx linear --why
-
-With COLORIO_FAST_PATH=0 in the environment everything is converted by OpenColorIO.)";
 
 /// Operations that are carried out; with the values of the pixel after each of them.
 RowModel<Step> make_step_rows(bool shows_pixel) {
@@ -46,43 +34,7 @@ RowModel<Step> make_step_rows(bool shows_pixel) {
     return rows;
 }
 
-class ExplainCommand : public SessionCommand {
-public:
-    explicit ExplainCommand(Options& program);
-    ExitCode run(Console& console) override;
-
-private:
-    void settle_usage();
-    void print(const workflow::Session& session, const workflow::Conversion& conversion,
-               const std::vector<workflow::ExplainedStage>& parts, Console& console) const;
-    void print_part(const workflow::ExplainedStage& part, Console& console) const;
-    Json to_json(const workflow::Session& session, const workflow::Conversion& conversion,
-                 const std::vector<workflow::ExplainedStage>& parts) const;
-    Json part_to_json(const workflow::ExplainedStage& part) const;
-
-    ConversionChoice request;
-    std::string image; ///< Whose color space is the source; empty when it is named.
-    workflow::FileSpace file_space;
-    SourceSpaceChoice source_choice;
-    std::string pixel_text; ///< Empty when no pixel was given.
-    Pixel pixel = {};
-};
-
-ExplainCommand::ExplainCommand(Options& program)
-    : SessionCommand(program, "explain",
-                     "Show the operations of a conversion, and the values of a pixel after each of them",
-                     EXAMPLES) {
-    options.add("source", request.from, "source color space; omit it with --image or --inverse-view");
-    options.add("destination", request.to, "color space of the result, unless --view is given");
-    options.add("--image", image, "image that determines the source color space", "FILE");
-    add_view_options(options, request);
-    add_inverse_view_option(options, request);
-    add_step_options(options, request);
-    add_source_space_options(options, source_choice);
-    options.add("--pixel", pixel_text, "pixel to show after each operation", "R,G,B[,A]");
-    add_session_options();
-    add_json_option();
-}
+} // namespace
 
 /// The first color space is the destination where an image or a view is the source.
 void ExplainCommand::settle_usage() {
@@ -195,9 +147,5 @@ Json ExplainCommand::part_to_json(const workflow::ExplainedStage& part) const {
         answer.set("vector_target", part.how.vector_target.get_data());
     return answer.set("steps", make_step_rows(!pixel_text.empty()).make_array(part.how.steps));
 }
-
-} // namespace
-
-const MakeCommand make_explain_command = make_command<ExplainCommand>;
 
 } // namespace tool

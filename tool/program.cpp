@@ -12,6 +12,7 @@
 #include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
 #include "tool/option_hints.h"
+#include "tool/versions.h"
 #include "workflow/nearest_names.h"
 
 namespace tool {
@@ -52,7 +53,7 @@ class Program {
 public:
     Program() : options(DESCRIPTION, "colorio") {
         options.set_footer(FOOTER);
-        options.set_version("colorio " COLORIO_VERSION);
+        options.set_version(format_versions());
         options.add_flag(JSON_DIAGNOSTICS, writes_json,
                          "write errors, warnings and notes as JSON, one object per line");
         options.require_command();

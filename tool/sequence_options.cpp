@@ -1,7 +1,5 @@
 #include "tool/sequence_options.h"
 
-#include "workflow/memory_budget.h"
-
 namespace tool {
 
 void add_sequence_options(Options& options, SequenceChoice& choice) {
@@ -20,15 +18,6 @@ void add_sequence_options(Options& options, SequenceChoice& choice) {
     const Option quiet = options.add_flag("-q,--quiet", choice.is_quiet, "show errors and warnings only");
     options.add_flag("--json", choice.as_json, "print JSON: a line for each image, and a summary")
         .excludes(quiet);
-}
-
-workflow::SequenceOptions make_sequence_options(const SequenceChoice& choice) {
-    workflow::SequenceOptions options;
-    options.resumes = choice.resumes;
-    options.only_plans = choice.only_plans;
-    options.memory =
-        choice.memory.empty() ? workflow::get_default_memory() : workflow::parse_memory_size(choice.memory);
-    return options;
 }
 
 } // namespace tool

@@ -1,16 +1,11 @@
-#include "tool/command.h"
-
-#include <string>
-#include <vector>
+#include "tool/shader_command.h"
 
 #include <fmt/format.h>
 
 #include "diagnostics/failure.h"
 #include "tool/console.h"
-#include "tool/conversion_options.h"
 #include "tool/gl_threads.h"
 #include "tool/row_model.h"
-#include "workflow/conversion.h"
 #include "workflow/gpu_package.h"
 #include "workflow/shader_comparison.h"
 
@@ -19,13 +14,6 @@ namespace tool {
 namespace {
 
 using workflow::ColorDifference;
-
-constexpr char EXAMPLES[] = R"(  colorio shader --from linear --view Tavelion.sRGB -o viewer
-  colorio shader --from ACEScg --to ACEScct --config aces.ocio --glsl legacy -o .
-  colorio shader --from ACEScg --cdl grades.ccc:shot_010 --view sRGB.Film --config show.ocio -o viewer)";
-
-constexpr char CORE[] = "core";
-constexpr char LEGACY[] = "legacy";
 
 Cell make_color(const float (&rgb)[3]) {
     return {workflow::format_color(rgb), Json(std::vector<Json>{rgb[0], rgb[1], rgb[2]})};
@@ -47,81 +35,56 @@ RowModel<ColorDifference> make_rows() {
         .add("shader", "shader", [](const auto& row) { return make_color(row.actual); });
 }
 
-class ShaderCommand : public SessionCommand {
-public:
-    explicit ShaderCommand(Options& program)
-        : SessionCommand(program, "shader",
-                         "Write a conversion as a GLSL function with 3D LUTs, and compare it with the CPU",
-                         EXAMPLES) {
-        add_conversion_options(options, request, "color space that the shader converts from");
-        add_inverse_view_option(options, request);
-        add_step_options(options, request);
-        options.add("--glsl", dialect, "core: GLSL 3.30 (default), legacy: GLSL 1.20")
-            .choices({CORE, LEGACY});
-        options.add("-o,--output", folder, "folder for the files; created if missing", "FOLDER").required();
-        add_json_option();
-        add_session_options();
-    }
-
-    ExitCode run(Console& console) override {
-        check_conversion(request);
-        if (request.from.empty() && request.inverse_view.empty())
-            throw UsageError("--from or --inverse-view is required");
-        limit_gl_threads();
-        const ToolSession session(session_options, console);
-        const workflow::Conversion conversion(session, request);
-        console.report(conversion.get_notes());
-        if (conversion.is_identity())
-            diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
-                              fmt::format("cannot make a shader from '{}' to '{}': source and destination "
-                                          "are the same",
-                                          conversion.get_source(), conversion.get_destination()));
-        const gl::GlProfile profile = dialect == CORE ? gl::GlProfile::CORE : gl::GlProfile::LEGACY;
-        const workflow::GpuConversion gpu = workflow::make_gpu_conversion(conversion, profile);
-        const std::vector<std::string> files = workflow::write_gpu_conversion(gpu, folder);
-        if (!as_json)
-            print_files(conversion, files, console);
-        const workflow::ShaderComparison comparison = workflow::compare_shader(gpu, profile, conversion);
-        if (comparison.warning) // the written files do not depend on the comparison
-            console.report(*comparison.warning);
-        if (as_json) {
-            console.print_text(to_json(conversion, files, comparison).format());
-        } else if (!comparison.renderer.empty()) {
-            console.print(fmt::format("Shader ({}) against CPU:", comparison.renderer));
-            make_rows().make_table(comparison.differences).print(console);
-            for (const ColorDifference& difference : comparison.differences)
-                if (difference.incomparable > 0)
-                    console.print(
-                        fmt::format("{}: {}", difference.colors, describe_incomparable(difference)));
-        }
-        return EXIT_CODE_DONE;
-    }
-
-private:
-    static void print_files(const workflow::Conversion& conversion, const std::vector<std::string>& files,
-                            Console& console) {
-        console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_destination()));
-        for (const std::string& path : files)
-            console.print("  " + path);
-    }
-
-    Json to_json(const workflow::Conversion& conversion, const std::vector<std::string>& files,
-                 const workflow::ShaderComparison& comparison) const {
-        return {{"source", conversion.get_source()},
-                {"destination", conversion.get_destination()},
-                {"glsl", dialect},
-                {"files", files},
-                {"renderer", comparison.renderer.empty() ? Json() : Json(comparison.renderer)},
-                {"differences", make_rows().make_array(comparison.differences)}};
-    }
-
-    ConversionChoice request;
-    std::string dialect = CORE;
-    std::string folder;
-};
+void print_files(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                 Console& console) {
+    console.print(fmt::format("{} to {}:", conversion.get_source(), conversion.get_destination()));
+    for (const std::string& path : files)
+        console.print("  " + path);
+}
 
 } // namespace
 
-const MakeCommand make_shader_command = make_command<ShaderCommand>;
+ExitCode ShaderCommand::run(Console& console) {
+    check_conversion(request);
+    if (request.from.empty() && request.inverse_view.empty())
+        throw UsageError("--from or --inverse-view is required");
+    limit_gl_threads();
+    const ToolSession session(session_options, console);
+    const workflow::Conversion conversion(session, request);
+    console.report(conversion.get_notes());
+    if (conversion.is_identity())
+        diagnostics::fail(diagnostics::Code::SHADER_IMPOSSIBLE,
+                          fmt::format("cannot make a shader from '{}' to '{}': source and destination "
+                                      "are the same",
+                                      conversion.get_source(), conversion.get_destination()));
+    const gl::GlProfile profile = dialect == CORE ? gl::GlProfile::CORE : gl::GlProfile::LEGACY;
+    const workflow::GpuConversion gpu = workflow::make_gpu_conversion(conversion, profile);
+    const std::vector<std::string> files = workflow::write_gpu_conversion(gpu, folder);
+    if (!as_json)
+        print_files(conversion, files, console);
+    const workflow::ShaderComparison comparison = workflow::compare_shader(gpu, profile, conversion);
+    if (comparison.warning) // the written files do not depend on the comparison
+        console.report(*comparison.warning);
+    if (as_json) {
+        console.print_text(to_json(conversion, files, comparison).format());
+    } else if (!comparison.renderer.empty()) {
+        console.print(fmt::format("Shader ({}) against CPU:", comparison.renderer));
+        make_rows().make_table(comparison.differences).print(console);
+        for (const ColorDifference& difference : comparison.differences)
+            if (difference.incomparable > 0)
+                console.print(fmt::format("{}: {}", difference.colors, describe_incomparable(difference)));
+    }
+    return EXIT_CODE_DONE;
+}
+
+Json ShaderCommand::to_json(const workflow::Conversion& conversion, const std::vector<std::string>& files,
+                            const workflow::ShaderComparison& comparison) const {
+    return {{"source", conversion.get_source()},
+            {"destination", conversion.get_destination()},
+            {"glsl", dialect},
+            {"files", files},
+            {"renderer", comparison.renderer.empty() ? Json() : Json(comparison.renderer)},
+            {"differences", make_rows().make_array(comparison.differences)}};
+}
 
 } // namespace tool

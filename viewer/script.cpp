@@ -75,12 +75,4 @@ bool Script::run(Viewer& viewer, const ScriptPrint& print) const {
     return false;
 }
 
-std::string Script::get_help() {
-    std::string help;
-    for (const ScriptCommand& command : get_script_commands())
-        help += fmt::format("  {:<28}{}\n", fmt::format("{} {}", command.name, command.argument),
-                            command.description);
-    return help;
-}
-
 } // namespace viewer

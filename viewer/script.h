@@ -21,9 +21,6 @@ public:
     /// diagnostics::Failure with name and line number.
     bool run(Viewer& viewer, const ScriptPrint& print) const;
 
-    /// One line per command, for the help text.
-    static std::string get_help();
-
 private:
     struct Line {
         unsigned int number; ///< From 1.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <map>
+#include <string_view>
 
 #include <fmt/format.h>
 
@@ -196,42 +198,45 @@ constexpr Run call_model = [](Viewer& viewer, const ScriptPrint&, const std::str
 } // namespace
 
 const std::vector<ScriptCommand>& get_script_commands() {
-    static const std::vector<ScriptCommand> commands = {
-        {"open", "FILE", "show an image", call_model<&ViewModel::open>},
-        {"next", "", "show the next image", run_with<show_next>},
-        {"space", "NAME", "set the input color space", call_model<&ViewModel::set_input_space>},
-        {"inverse-view", "LABEL", "invert the view that the image was made for",
-         call_model<&ViewModel::set_inverse_view>},
-        {"cdl", "NAME", "apply a CDL", call_model<&ViewModel::set_cdl>},
-        {"exposure", "STOPS", "set the exposure", run_with<set_exposure>},
-        {"view", "LABEL", "set the view", run_with<set_view<ViewModel::FIRST>>},
-        {"second-view", "LABEL", "set the view to compare with", run_with<set_view<ViewModel::SECOND>>},
-        {"layout", "NAME", "set the layout: single, wipe, two or difference", run_with<set_layout>},
-        {"wipe", "POSITION", "wipe between the views at a position from 0 to 1", run_with<wipe>},
-        {"difference-scale", "FACTOR", "multiply the differences shown", run_with<set_difference_scale>},
-        {"zoom", "FACTOR", "set the zoom: screen pixels per image pixel, or 'fit'", run_with<set_zoom>},
-        {"pan", "X Y", "move the image by screen pixels", run_with<pan>},
-        {"cursor", "X Y", "read the pixel at a screen position", run_with<set_cursor>},
-        {"panels", "on|off", "show or hide the panels", run_with<show_panels>},
-        {"items", "", "print the clickable items and their positions in the window", print_with<print_items>},
-        {"click", "NAME", "click an item of the panels", run_with<click<&Hand::click>>},
-        {"double-click", "NAME", "double-click an item of the panels", run_with<click<&Hand::double_click>>},
-        {"press", "KEY", "press a key: Enter, Escape, Up, Down and so on", run_with<press>},
-        {"type", "TEXT", "type text", run_with<type>},
-        {"drag", "X Y X Y", "drag the pointer between two positions in the window", run_with<drag<false>>},
-        {"shift-drag", "X Y X Y", "the same with the Shift key held", run_with<drag<true>>},
-        {"wheel", "X Y NOTCHES", "turn the mouse wheel at a position in the window", run_with<turn_wheel>},
-        {"drop", "FILE", "drop a file on the window", run_with<drop>},
-        {"config", "FILE", "use an OCIO config; without a file, the built-in one",
-         call_model<&ViewModel::use_config>},
-        {"cdl-library", "FILE", "use the color corrections of a CDL file",
-         call_model<&ViewModel::use_cdl_library>},
-        {"await-change", "SECONDS", "wait until a changed file has been read again", run_with<await_change>},
-        {"print", "", "print the current state", print_with<print_state>},
-        {"compare", "", "print the difference between GPU and CPU", print_with<compare>},
-        {"screenshot", "FILE", "save the screen as an image", run_with<save_screenshot>},
-        {"quit", "", "end the viewer", nullptr},
-    };
+    static const std::vector<ScriptCommand> commands = [] {
+        const std::map<std::string_view, Run> actions = {
+            {"open", call_model<&ViewModel::open>},
+            {"next", run_with<show_next>},
+            {"space", call_model<&ViewModel::set_input_space>},
+            {"inverse-view", call_model<&ViewModel::set_inverse_view>},
+            {"cdl", call_model<&ViewModel::set_cdl>},
+            {"exposure", run_with<set_exposure>},
+            {"view", run_with<set_view<ViewModel::FIRST>>},
+            {"second-view", run_with<set_view<ViewModel::SECOND>>},
+            {"layout", run_with<set_layout>},
+            {"wipe", run_with<wipe>},
+            {"difference-scale", run_with<set_difference_scale>},
+            {"zoom", run_with<set_zoom>},
+            {"pan", run_with<pan>},
+            {"cursor", run_with<set_cursor>},
+            {"panels", run_with<show_panels>},
+            {"items", print_with<print_items>},
+            {"click", run_with<click<&Hand::click>>},
+            {"double-click", run_with<click<&Hand::double_click>>},
+            {"press", run_with<press>},
+            {"type", run_with<type>},
+            {"drag", run_with<drag<false>>},
+            {"shift-drag", run_with<drag<true>>},
+            {"wheel", run_with<turn_wheel>},
+            {"drop", run_with<drop>},
+            {"config", call_model<&ViewModel::use_config>},
+            {"cdl-library", call_model<&ViewModel::use_cdl_library>},
+            {"await-change", run_with<await_change>},
+            {"print", print_with<print_state>},
+            {"compare", print_with<compare>},
+            {"screenshot", run_with<save_screenshot>},
+            {"quit", nullptr},
+        };
+        std::vector<ScriptCommand> made;
+        for (const ScriptText& text : get_script_texts())
+            made.push_back({text, actions.at(text.name)});
+        return made;
+    }();
     return commands;
 }
 

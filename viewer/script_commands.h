@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "viewer/script_help.h"
+
 namespace viewer {
 
 class Viewer;
@@ -12,10 +14,7 @@ class Viewer;
 using ScriptPrint = std::function<void(const std::string& line)>;
 
 /// A command of viewer scripts.
-struct ScriptCommand {
-    const char* name;
-    const char* argument;    ///< Placeholder for the help text; empty without an argument.
-    const char* description; ///< For the help text.
+struct ScriptCommand : ScriptText {
     /// Throws diagnostics::Failure. Null: ends the script.
     void (*run)(Viewer& viewer, const ScriptPrint& print, const std::string& argument);
 };

@@ -76,3 +76,11 @@ void ColorIOEvaluation::set_vector_code(bool enabled) {
 bool ColorIOEvaluation::get_vector_code() {
     return ocio::get_fast_path();
 }
+
+const char* ColorIOEvaluation::get_vector_target() {
+    return ocio::get_vector_target();
+}
+
+const char* ColorIOEvaluation::get_library_version() {
+    return ocio::get_version();
+}

@@ -87,6 +87,8 @@ using ConstProcessorRcPtr = std::shared_ptr<const Processor>;
 /// which converts all of them.
 void set_fast_path(bool enabled);
 bool get_fast_path();
+/// Instruction set of that code on this computer; empty with OpenColorIO 1.x.
+const char* get_vector_target();
 
 /// Conversion between two color spaces or roles. Throws when a name is unknown, a file is missing or damaged,
 /// or the transforms of the config form a cycle (the message names its members).

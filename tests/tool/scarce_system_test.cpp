@@ -83,10 +83,11 @@ protected:
         return run_with_few_threads({"--version"}, 1000).code == 0;
     }
 
-    /// The fewest threads with which the program starts: libraries that it is linked with start threads, too.
+    /// The fewest threads with which the program with all commands starts: libraries that it is linked with
+    /// start threads, too.
     unsigned int find_fewest_threads() {
         unsigned int least = 1;
-        while (least < 100 && run_with_few_threads({"--version"}, least).code != 0)
+        while (least < 100 && run_with_few_threads({"explain", "sRGB", "linear"}, least).code != 0)
             ++least;
         return least;
     }

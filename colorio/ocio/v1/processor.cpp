@@ -160,4 +160,8 @@ ConstProcessorRcPtr get_processor(const ConstConfigRcPtr& config, const ConstTra
     return guarded([&] { return make_processor(config, transform); });
 }
 
+const char* get_vector_target() {
+    return "";
+}
+
 } // namespace ocio

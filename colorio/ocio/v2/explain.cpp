@@ -47,6 +47,10 @@ std::vector<ExplainedStep> trace(const library::ConstProcessorRcPtr& processor,
 
 } // namespace
 
+const char* get_vector_target() {
+    return pixel::vector_target();
+}
+
 Explanation explain_nothing(const library::ConstProcessorRcPtr& processor) {
     Explanation explanation;
     for_each_transform(processor, [&](const library::ConstTransformRcPtr& transform) {

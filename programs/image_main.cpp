@@ -1,0 +1,23 @@
+// The program with all commands: `colorio` runs it for those that need OpenImageIO or OpenGL, because the
+// libraries behind them take 0.2 s to load.
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <sys/prctl.h>
+
+#include "image/reader_server.h"
+#include "programs/process.h"
+#include "tool/program.h"
+
+int main(int count, char* arguments[]) {
+    return tool::run_process([&] {
+        const std::vector<std::string> words = tool::get_arguments(count, arguments);
+        prctl(PR_SET_NAME, "colorio"); // as the user started it
+        image::start_reader_server();  // first, while there are no threads
+        const tool::InterruptWatch watch;
+        watch.warn();
+        return tool::run(words, std::cout, std::cerr, tool::detect_console_traits());
+    });
+}
