@@ -9,11 +9,16 @@
 
 #include "image/reader_server.h"
 #include "programs/process.h"
+#include "tool/image_setup.h"
 #include "tool/program.h"
 
 int main(int count, char* arguments[]) {
     return tool::run_process([&] {
         const std::vector<std::string> words = tool::get_arguments(count, arguments);
+        if (words == std::vector<std::string>{tool::EXAMINE_IMAGES}) {
+            std::cout << workflow::format_report(tool::examine_image_libraries()) << std::flush;
+            return EXIT_SUCCESS;
+        }
         prctl(PR_SET_NAME, "colorio"); // as the user started it
         image::start_reader_server();  // first, while there are no threads
         const tool::InterruptWatch watch;

@@ -72,7 +72,7 @@ std::unique_ptr<Command> make_command(Options& program) {
 // The commands.
 extern const MakeCommand make_list_command, make_convert_command, make_explain_command, make_bake_command,
     make_shader_command, make_check_command, make_view_command, make_cdl_command, make_formats_command,
-    make_space_command, make_prefs_command, make_legacy_command;
+    make_space_command, make_prefs_command, make_legacy_command, make_doctor_command;
 // The subcommands of "colorio cdl", "colorio formats", "colorio space" and "colorio prefs".
 extern const MakeCommand make_cdl_list_command, make_cdl_show_command, make_cdl_write_command,
     make_cdl_add_command, make_cdl_remove_command;

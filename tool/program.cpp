@@ -57,10 +57,10 @@ public:
         options.add_flag(JSON_DIAGNOSTICS, writes_json,
                          "write errors, warnings and notes as JSON, one object per line");
         options.require_command();
-        for (const auto make :
-             {make_list_command, make_convert_command, make_explain_command, make_bake_command,
-              make_shader_command, make_check_command, make_view_command, make_cdl_command,
-              make_formats_command, make_space_command, make_prefs_command, make_legacy_command})
+        for (const auto make : {make_list_command, make_convert_command, make_explain_command,
+                                make_bake_command, make_shader_command, make_check_command, make_view_command,
+                                make_cdl_command, make_formats_command, make_space_command,
+                                make_prefs_command, make_legacy_command, make_doctor_command})
             commands.push_back(make(options));
     }
 

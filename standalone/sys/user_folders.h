@@ -6,10 +6,10 @@
 
 /// The user's cache folder: $XDG_CACHE_HOME, or "~/.cache" when that is unset or not absolute (XDG Base
 /// Directory Specification). Empty when the user has no home folder.
-std::string get_user_cache_folder();
+HOST_API std::string get_user_cache_folder();
 
 /// The user's folder for settings: $XDG_CONFIG_HOME, or "~/.config", by the same rules.
-std::string get_user_config_folder();
+HOST_API std::string get_user_config_folder();
 
 /// Makes the folder `path` and missing ones above it, private to the user (mode 0700). Empty on success, else
 /// the reason.

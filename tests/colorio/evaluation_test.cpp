@@ -81,6 +81,12 @@ TEST_F(Evaluation, IsTheLibrarysWithoutTheVectorCode) {
     EXPECT_NEAR(how.steps[how.steps.get_count() - 1].pixel[0], formula::srgb_to_linear(0.5), 2e-6);
 }
 
+TEST_F(Evaluation, NamesItsInstructionSetAndTheLibrary) {
+    ASSERT_TRUE(converter->configure("sRGB", "linear"));
+    EXPECT_STREQ(ColorIOEvaluation::get_vector_target(), explain().vector_target.get_data());
+    EXPECT_THAT(ColorIOEvaluation::get_library_version(), testing::ContainsRegex("^[12][.][0-9]+[.][0-9]+$"));
+}
+
 TEST_F(Evaluation, KeepsToTheSwitchAsItWasWhenTheConverterWasConfigured) {
     SKIP_WHERE_LISTED();
     ASSERT_TRUE(converter->configure("sRGB", "linear"));

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "workflow/session_options.h"
+#include "workflow/setup_report.h"
+
+namespace workflow {
+
+/// The processor, the folders, the environment, the preferences file and the config that programs use with
+/// these options. What is broken is a problem of an item; throws nothing else than std::bad_alloc.
+SetupReport examine_setup(const SessionOptions& options);
+
+/// The libraries that read images and OpenGL. Crashes with them: to be called in a process of its own.
+SetupReport examine_images();
+
+} // namespace workflow
