@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "manual/command_description.h"
+
 namespace CLI {
 class App;
 class Option;
@@ -79,6 +81,9 @@ public:
     void require_command();
     void set_footer(const std::string& footer);
     void set_version(const std::string& text);
+
+    /// Everything that was added, for man pages and completion.
+    manual::CommandDescription get_description() const;
 
     std::string get_name() const;
     std::vector<std::string> get_command_names() const;

@@ -11,6 +11,7 @@
 
 #include "colorio/color_io_evaluation.h"
 #include "tool/command.h"
+#include "tool/hidden_commands.h"
 #include "tool/option_hints.h"
 #include "tool/versions.h"
 #include "workflow/nearest_names.h"
@@ -65,6 +66,8 @@ public:
     }
 
     ExitCode run(std::vector<std::string> arguments, Console& console) {
+        if (run_hidden_command(arguments, options, console))
+            return EXIT_CODE_DONE;
         check_command_name(arguments);
         for (const auto& command : commands)
             if (command->get_name() == arguments.front())

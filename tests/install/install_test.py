@@ -115,6 +115,13 @@ class Installed(unittest.TestCase):
         self.assertRegex(run(tool, "--version", env=self.environment()), r"\d+\.\d+\.\d+")
         self.assertIn("Tavelion|sRGB", run(tool, "list", "spaces", env=self.environment()))
 
+    def test_the_tool_is_installed_with_its_other_program_man_pages_and_completion(self):
+        self.assertIn("destination:   Tavelion|linear", run(self.prefix / "bin" / "colorio", "explain", "sRGB", "linear",
+                                                            env=self.environment()))
+        for name in ("man/man1/colorio.1", "man/man1/colorio-cdl-write.1", "bash-completion/completions/colorio",
+                     "zsh/site-functions/_colorio", "fish/vendor_completions.d/colorio.fish"):
+            self.assertTrue((self.prefix / "share" / name).is_file(), name)
+
     def test_the_python_package_works_from_where_it_was_moved(self):
         package = next(self.prefix.rglob("qb_colorio/__init__.py")).parent
         self.assertTrue((package / "py.typed").exists() and (package / "__init__.pyi").exists())
