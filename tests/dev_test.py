@@ -107,6 +107,20 @@ class DevTest(unittest.TestCase):
         self.assertIn("./dev bench pixel\n", done.stdout)
         self.assertIn("bench --ocio takes 2.5, not '1.1'", self.run_dev("bench", "--ocio", "1.1").stderr)
 
+    def test_the_interface_is_compared_and_updated(self):
+        self.stand_in(self.project / "scripts" / "abi")
+        self.stand_in(self.folder / "bin" / "python3")
+        library = "build/release/colorio/interface/libqb_colorio.so.0"
+        for arguments, options in ((["abi"], ""), (["abi", "--update"], " --update"), (["build", "--check"], ""),
+                                   (["abi", "--base", "HEAD~3"], " --base HEAD~3")):
+            with self.subTest(arguments):
+                done = self.run_dev(*arguments)
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertIn("called: cmake --build --preset release --target qb_colorio_interface\n"
+                              f"called: abi {library}{options}\n", done.stdout)
+        for wrong in (["--base"], ["--update", "HEAD"], ["HEAD"]):
+            self.assertIn("abi takes --update or --base COMMIT", self.run_dev("abi", *wrong).stderr)
+
     def test_two_folders_of_one_name_are_refused(self):
         options = [part for top in ("a", "b") for part in ("--configs", str(self.make_configs(top, "same")))]
         done = self.run_dev("test", "--ocio", "2.5", *options)
