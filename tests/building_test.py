@@ -45,6 +45,20 @@ class Building(unittest.TestCase):
                   and not re.search(rf"preset( in|=|) ?(\w+ )*{preset['name']}\b|:-{preset['name']}\b", dev)]
         self.assertEqual(unused, [])
 
+    def test_packages_are_built_from_what_dev_installs_for_a_release(self):
+        control = (PROJECT / "packaging" / "debian" / "control").read_text()
+        needed = re.search(r"^Build-Depends: (.*?)^\S", control, re.MULTILINE | re.DOTALL)[1]
+        names = {entry.split()[0] for entry in needed.split(",")}
+        dev = (PROJECT / "dev").read_text()
+        installed = set(re.search(r"^BUILD_PACKAGES=\((.*?)\)", dev, re.MULTILINE | re.DOTALL)[1].split())
+        self.assertGreater(len(installed), 10)
+        self.assertEqual(names - {"debhelper-compat", "dh-python"}, installed - {"g++"}, "g++ is part of build-essential")
+
+    def test_packages_take_every_component(self):
+        components = set(re.findall(r"\bCOMPONENT (\w+)", (PROJECT / "packaging" / "CMakeLists.txt").read_text()))
+        rules = (PROJECT / "packaging" / "debian" / "rules").read_text()
+        self.assertEqual(set(re.findall(r"call install_component,[\w-]+,(\w+)\)", rules)), components)
+
     def test_another_host_is_configured_by_its_libraries_alone(self):
         with tempfile.TemporaryDirectory() as folder:
             host = pathlib.Path(folder, "libapp_host.so")

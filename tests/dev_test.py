@@ -107,6 +107,58 @@ class DevTest(unittest.TestCase):
         self.assertIn("./dev bench pixel\n", done.stdout)
         self.assertIn("bench --ocio takes 2.5, not '1.1'", self.run_dev("bench", "--ocio", "1.1").stderr)
 
+    def test_packages_are_built_and_tried(self):
+        for script in ("package", "fresh", "fresh_packages"):
+            self.stand_in(self.project / "scripts" / script)
+        for arguments, called in ((["package"], "package"), (["fresh"], "fresh"),
+                                  (["fresh", "--packages"], "package fresh_packages")):
+            with self.subTest(arguments):
+                done = self.run_dev(*arguments)
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertEqual(done.stdout.split(), [word for name in called.split() for word in ("called:", name)])
+        for wrong in (["package", "--fast"], ["fresh", "--package"], ["fresh", "--packages", "all"]):
+            with self.subTest(wrong):
+                done = self.run_dev(*wrong)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertIn(f"dev: {wrong[0]} takes ", done.stderr)
+                self.assertEqual(done.stdout, "")
+
+    def make_packages(self, *tags, lintian=STAND_IN):
+        """Runs scripts/package on a commit with these tags; returns its result and the changelog of the packages."""
+        (self.project / "CMakeLists.txt").write_text("project(qb_colorio VERSION 3.2.1 LANGUAGES CXX)\n", encoding="utf-8")
+        (self.project / ".gitignore").write_text("build/\n", encoding="utf-8")
+        shutil.copytree(PROJECT / "packaging" / "debian", self.project / "packaging" / "debian", dirs_exist_ok=True)
+        (self.project / "not_committed.txt").write_text("text", encoding="utf-8")
+        self.stand_in(self.folder / "bin" / "dpkg-buildpackage")
+        self.stand_in(self.folder / "bin" / "lintian", lintian)
+        date = "2026-03-04T05:06:07+01:00"
+        environment = {**os.environ, "GIT_AUTHOR_DATE": date, "GIT_COMMITTER_DATE": date}
+        identity = ["-c", "user.name=a", "-c", "user.email=a@b.example"]
+        for command in (["init", "-q"], ["add", "dev", "scripts", "CMakeLists.txt", ".gitignore", "packaging"],
+                        ["commit", "-q", "-m", "a"], *(["tag", tag] for tag in tags)):
+            subprocess.run(["git", *identity, *command], cwd=self.project, env=environment, check=True)
+        done = self.run_dev("package")
+        return done, (self.project / "build/packages/source/debian/changelog").read_text(encoding="utf-8")
+
+    def test_packages_between_versions_are_ordered_by_the_time_of_the_commit(self):
+        done, changelog = self.make_packages("v3.2.0")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("called: lintian ", done.stdout)
+        self.assertRegex(changelog, r"^qb-colorio \(3\.2\.1~git202603040406\.[0-9a-f]{7}\) ")
+        self.assertIn("Wed, 4 Mar 2026 04:06:07 +0000\n", changelog)
+        source = self.project / "build/packages/source"
+        self.assertTrue((source / "not_committed.txt").exists() and (source / "debian/rules").exists())
+        self.assertFalse((source / "build").exists())
+
+    def test_the_package_of_a_version_has_its_number(self):
+        changelog = self.make_packages("v3.2.1")[1]
+        self.assertTrue(changelog.startswith("qb-colorio (3.2.1) "), changelog)
+
+    def test_an_error_of_a_package_fails(self):
+        done = self.make_packages(lintian="#!/bin/sh\necho 'E: a: b'\nexit 2\n")[0]
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("E: a: b\n", done.stdout)
+
     def test_the_interface_is_compared_and_updated(self):
         self.stand_in(self.project / "scripts" / "abi")
         self.stand_in(self.folder / "bin" / "python3")
