@@ -17,8 +17,11 @@ constexpr char VERSION_KEY[] = "ocio_profile_version";
 constexpr const char* COLOR_SPACE_LISTS[] = {"colorspaces", "display_colorspaces"};
 constexpr const char* MAPS[] = {"roles", "displays", "environment"};
 
+/// At the first character for a node without a place: that of an empty file.
 YamlError make_error(const YAML::Node& node, std::string reason) {
     const YAML::Mark mark = node.Mark();
+    if (mark.is_null())
+        return {1, 1, std::move(reason)};
     return {static_cast<unsigned int>(mark.line + 1), static_cast<unsigned int>(mark.column + 1),
             std::move(reason)};
 }

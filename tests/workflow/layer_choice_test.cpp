@@ -84,7 +84,7 @@ TEST_F(LayerChoice, OfDataAloneAreRefusedWithTheReasons) {
     write(make_color({"normal.R", "normal.G", "normal.B", "Z"}, 0.5f));
     const diagnostics::Diagnostic failure = failure_of([&] { convert(); });
     EXPECT_THAT(failure.message, HasSubstr("no color channels to convert: Z (data); normal (data by name)"));
-    EXPECT_THAT(failure.hint, HasSubstr("only if they are named: normal"));
+    EXPECT_THAT(failure.hint, HasSubstr("only if the layers are named: normal"));
 }
 
 } // namespace

@@ -23,7 +23,7 @@ protected:
 
 TEST_F(ConfigStructure, NeedsAMapWithAVersion) {
     const std::string reason = "it is no OCIO config: the key ocio_profile_version is missing";
-    for (const char* text : {"hello", "- ocio_profile_version: 1\n", "colorspaces: []\n"})
+    for (const char* text : {"", "hello", "- ocio_profile_version: 1\n", "colorspaces: []\n"})
         EXPECT_EQ(find(text), "1:1: " + reason) << text;
     EXPECT_EQ(find("# a comment\n\n  colorspaces: []\n"), "3:3: " + reason);
     EXPECT_EQ(find("ocio_profile_version: 1\n"), "");
