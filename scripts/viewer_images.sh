@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Renders the images of docs/viewer.md again: the sample chart in the viewer, without a display.
+# Renders the images of the documents again: the converted chart, and the chart in the viewer, without a display.
 # usage: viewer_images.sh TOOL
 set -euo pipefail
 
@@ -48,3 +48,4 @@ quit
 TOUR
 cd "$work"
 "$tool" view chart_half.exr --no-prefs --size 1000x620 --view Tavelion.sRGB --script tour.txt --no-window
+"$tool" convert chart_half.exr "$images/chart.png" --no-prefs --view Tavelion.sRGB

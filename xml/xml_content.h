@@ -6,8 +6,8 @@ struct XmlAttribute {
     const char* value = nullptr; ///< Null for a bare word of a processing instruction.
 };
 
-/// A section whose content is kept verbatim: comment, CDATA, document type or <PRE>. All fields are null for
-/// one that does not exist; they live as long as the tree.
+/// A section whose content is kept verbatim: comment, CDATA, document type or `<PRE>`. All fields are null
+/// for one that does not exist; they live as long as the tree.
 struct XmlClear {
     const char* value = nullptr;     ///< Text between the tags.
     const char* open_tag = nullptr;  ///< "<!--"
