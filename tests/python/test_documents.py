@@ -31,9 +31,19 @@ def test_examples_of_the_docstrings():
     run_examples(qb_colorio.__doc__ + "\n" + qb_colorio.Error.__doc__, "qb_colorio")
 
 
-def test_examples_of_the_document(tmp_path, monkeypatch):
+def list_documents_with_examples():
+    return [path for path in sorted([PROJECT / "README.md", *(PROJECT / "docs").rglob("*.md")])
+            if "```python\n" in path.read_text(encoding="utf-8")]
+
+
+def test_documents_with_examples_are_found():
+    assert PROJECT / "docs" / "python.md" in list_documents_with_examples()
+
+
+@pytest.mark.parametrize("path", list_documents_with_examples(), ids=lambda path: path.name)
+def test_examples_of_the_documents(path, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
-    run_examples((PROJECT / "docs" / "python.md").read_text(encoding="utf-8"), "python.md")
+    run_examples(path.read_text(encoding="utf-8"), path.name)
 
 
 def test_the_example_program(show, tmp_path):
