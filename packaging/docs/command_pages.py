@@ -58,7 +58,7 @@ def make_table(name, lines):
 def make_command(words, text):
     description, usage, *rest = text.splitlines()
     parts = [f"\n## {' '.join(words)}\n\n" if len(words) < 3 else f"\n### {' '.join(words)}\n\n",
-             f"{escape(description)}.\n\n```text\n{usage.removeprefix('Usage: ')}\n```\n"]
+             f"{escape(description).rstrip('.')}.\n\n```text\n{usage.removeprefix('Usage: ')}\n```\n"]
     for name, lines in split_sections("\n".join(rest)):
         text = "\n".join(line.removeprefix("  ") for line in lines).strip("\n")
         if not text.strip():

@@ -13,7 +13,7 @@ version = release = re.search(r"VERSION ([\d.]+) LANGUAGES",
 extensions = ["myst_parser", "breathe"]
 source_suffix = {".md": "markdown"}
 root_doc = "index"
-nitpicky = False
+smartquotes = False
 
 html_theme = "furo"
 html_title = f"qb_colorio {version}"

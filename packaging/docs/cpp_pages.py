@@ -7,10 +7,10 @@ from xml.etree import ElementTree
 GROUPS = {
     "module": ("Module", "What a host calls, and programs that explain or check conversions."),
     "host": ("Host", "What a host implements, and the application of the standalone host."),
-    "workflow": ("Workflow library", "The color work of the tool."),
-    "diagnostics": ("Diagnostics", "Errors, warnings and notes."),
+    "workflow": ("Workflow library", "The color work of the tool, in the namespaces `workflow`, `image` and `gl`."),
+    "diagnostics": ("Diagnostics", "Errors, warnings and notes, in the namespace `diagnostics`."),
     "xml": ("XML library", "Reading and writing XML documents."),
-    "conformance": ("Conformance kit", "What a host tells the kit about its application."),
+    "conformance": ("Conformance kit", "What a host tells the kit about its application, in the namespace `conformance`."),
 }
 
 

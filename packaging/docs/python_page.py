@@ -62,13 +62,21 @@ def make_class(name, public, statement):
     return f"``````{{py:{kind}}} {name}{signature}\n\n{text}\n{chr(10).join(filter(None, rest))}``````\n"
 
 
+def make_aliases(stub):
+    """The names of types in the signatures, which begin with an underscore."""
+    rows = [f"| `{statement.targets[0].id}` | `{ast.unparse(statement.value)}` |\n" for statement in stub.body
+            if isinstance(statement, ast.Assign)]
+    return f"\n| type in signatures | meaning |\n|---|---|\n{''.join(rows)}"
+
+
 def make():
     package = importlib.import_module("qb_colorio")
-    stub = pathlib.Path(package.__file__).with_suffix(".pyi").read_text(encoding="utf-8")
-    parts = ["\n```{py:module} qb_colorio\n```\n"]
-    for statement in ast.parse(stub).body:
+    stub = ast.parse(pathlib.Path(package.__file__).with_suffix(".pyi").read_text(encoding="utf-8"))
+    parts = ["\n```{py:module} qb_colorio\n```\n", make_aliases(stub)]
+    for statement in stub.body:
         if isinstance(statement, ast.ClassDef):
-            parts.append(f"\n## {statement.name}\n\n{make_class(statement.name, getattr(package, statement.name), statement)}")
+            described = make_class(statement.name, getattr(package, statement.name), statement)
+            parts.append(f"\n## {statement.name}\n\n{described}")
         elif isinstance(statement, ast.FunctionDef):
             text = format_docstring(get_text(getattr(package, statement.name)))
             parts.append(f"\n## {statement.name}\n\n````{{py:function}} {statement.name}{make_signature(statement, False)}"
