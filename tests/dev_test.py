@@ -89,6 +89,14 @@ class DevTest(unittest.TestCase):
         self.assertIn("called: ctest --test-dir build/threads --output-on-failure -R ^test_threads$\n", done.stdout)
         self.assertNotEqual(self.run_dev("test", "--threads", "--ocio").returncode, 0)
 
+    def test_documents_are_those_of_the_built_tool_and_python_package(self):
+        self.stand_in(self.project / "scripts" / "build_docs", "#!/bin/sh\necho called: build_docs $*\n")
+        done = self.run_dev("docs")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("called: cmake --build --preset release --target colorio qb_python\n"
+                      "called: build_docs build/release build/docs\n", done.stdout)
+        self.assertIn("docs takes no arguments", self.run_dev("docs", "html").stderr)
+
     def test_another_processor_is_arm64_and_for_pixel_alone(self):
         fetched = self.project / "scripts" / "fetch_arm64"
         self.stand_in(fetched, "#!/bin/sh\necho called: fetch_arm64 $1\n")

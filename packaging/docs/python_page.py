@@ -8,6 +8,7 @@ import pathlib
 import re
 
 ARGUMENT = re.compile(r"^(\w+(?:, \w+)*): ")
+TYPE_BEFORE_TEXT = re.compile(r"^[a-z][\w.]*(?:\[[^:]*\])?: (.)")
 
 
 def format_docstring(text):
@@ -43,11 +44,11 @@ def make_signature(function, is_method):
 def make_member(public, statement):
     if isinstance(statement, ast.AnnAssign):
         return None
-    value = inspect.getattr_static(public, statement.name)
-    text = format_docstring(get_text(value))
+    text = get_text(inspect.getattr_static(public, statement.name))
     if statement.decorator_list:
+        text = format_docstring(TYPE_BEFORE_TEXT.sub(lambda found: found.group(1).upper(), text))
         return f"```{{py:property}} {statement.name}\n:type: {ast.unparse(statement.returns)}\n\n{text}```\n"
-    return f"````{{py:method}} {statement.name}{make_signature(statement, True)}\n\n{text}````\n"
+    return f"````{{py:method}} {statement.name}{make_signature(statement, True)}\n\n{format_docstring(text)}````\n"
 
 
 def make_class(name, public, statement):
