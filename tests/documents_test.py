@@ -151,6 +151,31 @@ def read_all_blocks():
             for block in read_blocks(document, (PROJECT / document).read_text(encoding="utf-8"))]
 
 
+def read_prose(text):
+    """A document without its fenced blocks."""
+    return re.sub(r"^ *(`{3,}|~{3,}).*?^ *\1$", "", text, flags=re.MULTILINE | re.DOTALL)
+
+
+def make_anchors(text):
+    """What links call the headings of a document."""
+    headings = re.findall(r"^#+ (.+)$", read_prose(text), re.MULTILINE)
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
+
+
+def find_broken_links(document, text):
+    """Links to files or headings that do not exist."""
+    broken = []
+    for path, anchor in re.findall(r"\]\(([^)\s#]*)#?([^)\s]*)\)", read_prose(text)):
+        if "://" in path:
+            continue
+        target = (PROJECT / document).parent / path
+        if not target.exists():
+            broken.append(f"{document}: {path}")
+        elif anchor and anchor not in make_anchors(target.read_text(encoding="utf-8") if path else text):
+            broken.append(f"{document}: {path}#{anchor}")
+    return broken
+
+
 def strip_comment(line):
     """A line of a shell without its comment."""
     return re.sub(r"(^|\s)#\s.*$", "", line).rstrip()
@@ -195,7 +220,7 @@ def make_images(folder):
         outputs = [part for name in names for part in ("-o", str(folder / name))]
         subprocess.run(["oiiotool", *split(words), *outputs], check=True, capture_output=True)
 
-    frames = range(1, 101)
+    frames = range(1, 25)
     parts = [*rgb, "--attrib", "oiio:subimagename", "beauty", *rgb, "--attrib", "oiio:subimagename", "glow",
              "--siappend", "-d", "half"]
     write(layers, "render.exr", "layers.exr", "a.exr")
@@ -344,6 +369,18 @@ class Documents(unittest.TestCase):
         self.assertEqual(list_not_run() - lines, set())
         self.assertEqual({*WITH_BUILT_IN_CONFIG, *WITH_VIEWER_SCRIPTS, *DECLARATIONS} - set(list_documents()), set())
 
+    def test_links_lead_somewhere(self):
+        broken = [link for document in list_documents()
+                  for link in find_broken_links(document, (PROJECT / document).read_text(encoding="utf-8"))]
+        self.assertEqual(broken, [])
+
+    def test_all_documents_are_in_the_index(self):
+        """By a link of the start page, or beside one of the decisions."""
+        index = (PROJECT / "docs" / "index.md").read_text(encoding="utf-8")
+        linked = {os.path.normpath(os.path.join("docs", path)) for path in re.findall(r"\]\(([^)]+\.md)\)", index)}
+        documents = {name for name in list_documents() if name.startswith("docs/") and "/decisions/0" not in name}
+        self.assertEqual(documents - {"docs/index.md"} - linked, set())
+
     def test_verbs_of_dev_exist(self):
         used = {verb for block in self.list_blocks("sh") for verb in re.findall(r"\./dev (\w+)", block.text)}
         usage = subprocess.run([PROJECT / "dev", "help"], check=True, capture_output=True, text=True).stdout
@@ -384,6 +421,11 @@ class Failures(unittest.TestCase):
     def test_blocks_without_a_known_language(self):
         for language in ("", "text", "bash", "python"):
             self.assertEqual(find_unknown(read_blocks("a.md", f"Text\n```{language}\nls\n```\n")), ["a.md:2"], language)
+
+    def test_links_that_lead_nowhere(self):
+        text = "# Some heading\n[a](missing.md) [b](#some-heading) [c](#other) [d](guide.md#no-such)\n```sh\n[e](no.md)\n```\n"
+        self.assertEqual(find_broken_links("docs/some.md", text),
+                         ["docs/some.md: missing.md", "docs/some.md: #other", "docs/some.md: guide.md#no-such"])
 
     def test_commands_that_fail(self):
         self.assertEqual(self.run_text("```sh\ncolorio list spaces\n```\n"), [])
