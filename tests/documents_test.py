@@ -143,6 +143,8 @@ def read_blocks(document, text):
             opened = None
         elif opened:
             lines.append(line.removeprefix(opened[1]))
+    if opened:
+        raise ValueError(f"{document}:{opened[0]}: a block without an end")
     return blocks
 
 
@@ -421,6 +423,10 @@ class Failures(unittest.TestCase):
     def test_blocks_without_a_known_language(self):
         for language in ("", "text", "bash", "python"):
             self.assertEqual(find_unknown(read_blocks("a.md", f"Text\n```{language}\nls\n```\n")), ["a.md:2"], language)
+
+    def test_blocks_without_an_end(self):
+        with self.assertRaisesRegex(ValueError, "a.md:1: a block without an end"):
+            read_blocks("a.md", "```sh\nls\n````\n")
 
     def test_links_that_lead_nowhere(self):
         text = "# Some heading\n[a](missing.md) [b](#some-heading) [c](#other) [d](guide.md#no-such)\n```sh\n[e](no.md)\n```\n"
