@@ -4,7 +4,7 @@ import re
 import subprocess
 
 SECTION = re.compile(r"^(Positionals|Options|Commands|Examples|Environment):$")
-ENTRY = re.compile(r"^  (\S.*?)(?:  +(\S.*))?$")
+BEFORE_EXPLANATION = re.compile(r"^(?:  \S.*?  +|     +)(?=\S)")
 
 
 def read_help(tool, words):
@@ -26,13 +26,19 @@ def split_sections(text):
 
 
 def read_entries(lines):
-    """Pairs of a term and its explanation, which may begin in the next line."""
+    """Pairs of a term and its explanation. Explanations begin in one column, and after long terms in the next line."""
+    column = min(found.end() for found in map(BEFORE_EXPLANATION.match, lines) if found)
     entries = []
-    for line in lines:
-        if line.startswith("     ") and entries:
+    for line in filter(None, lines):
+        if line.startswith(" " * column):
             entries[-1][1] = f"{entries[-1][1]} {line.strip()}".strip()
-        elif ENTRY.match(line):
-            entries.append([group or "" for group in ENTRY.match(line).groups()])
+        elif line[column - 1:column] == " ":
+            entries.append([line[:column].strip(), line[column:].strip()])
+        else:
+            entries.append([line.strip(), ""])
+    unexplained = [term for term, explanation in entries if not explanation]
+    if unexplained:
+        raise ValueError(f"no explanation of {', '.join(unexplained)} in a help text")
     return entries
 
 
