@@ -33,8 +33,10 @@ PROJECT = pathlib.Path(__file__).resolve().parents[1]
 NOT_RUN = {
     "builds, tests or measures the project, which takes minutes": [
         "./dev run", "./dev test", "./dev build", "./dev lint", "./dev format", "./dev help", "./dev docs",
-        "./dev test 'test_xml'", "BENCH_REPETITIONS=5 ./dev bench 'pixel|sequence'",
-        "scripts/plot_performance build/release/benchmarks docs/performance.md"],
+        "./dev test 'test_xml'", "./dev fresh --packages", "BENCH_REPETITIONS=5 ./dev bench 'pixel|sequence'",
+        "BENCH_REPETITIONS=3 ./dev bench --ocio 2.5 pixel",
+        "scripts/plot_performance build/release/benchmarks docs/performance.md",
+        "scripts/plot_performance build/ocio-2.5-release/benchmarks docs/performance-2.5.md"],
     "needs a finished build of the project; tests/install does the same": [
         "cmake --install build/release --prefix /opt/qb_colorio",
         "find_package(qb_colorio 0.1 CONFIG REQUIRED COMPONENTS standalone OPTIONAL_COMPONENTS workflow)"],
@@ -45,6 +47,7 @@ NOT_RUN = {
         "cmake --install build/module --prefix /opt/app"],
     "goes to the folder of the build, in place of which this test has its own": [
         "export PATH=$PWD/build/release/tool:$PATH", "cd build/demo"],
+    "for an interactive shell; tests/manual/shells_test.py uses it in one": ["source manual/completion.bash"],
     "starts an interactive interpreter": ["PYTHONPATH=build/release/python python3"],
     "opens a window": [
         "colorio view render.exr", "colorio view chart_half.exr",

@@ -79,7 +79,7 @@ def make_tables_of_contents(index):
     """Hidden tables of contents for the sidebar, from the headings of the start page and the links below them."""
     tables = []
     for section in re.split(r"^## ", index, flags=re.MULTILINE)[1:]:
-        pages = re.findall(r"^\* \[[^]]+\]\(([^)#]+\.md)\)", section, re.MULTILINE)
+        pages = re.findall(r"\[[^]]+\]\(([^)#]+\.md)\)", section)
         if pages:
             tables.append("```{toctree}\n:hidden:\n:caption: " + section.splitlines()[0] + "\n\n" + "\n".join(pages) +
                           "\n```\n")
