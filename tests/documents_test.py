@@ -26,8 +26,8 @@ import tempfile
 import unittest
 
 CXX = sys.argv.pop()
-MAKE_SAMPLES = sys.argv.pop()
-TOOL = sys.argv.pop()
+MAKE_SAMPLES = pathlib.Path(sys.argv.pop()).resolve()
+TOOL = pathlib.Path(sys.argv.pop()).resolve()
 PROJECT = pathlib.Path(__file__).resolve().parents[1]
 
 NOT_RUN = {
