@@ -303,11 +303,11 @@ class Shell:
         return [] if code == 0 else [f"{block.document}:{block.line}: exit code {code}\n{output}"]
 
 
-def run_document(show, document, blocks):
+def run_document(show, blocks):
     """The failures of the blocks of a document, in their order in one folder."""
     failures = []
     with tempfile.TemporaryDirectory() as folder:
-        shell = Shell(show, pathlib.Path(folder), document)
+        shell = Shell(show, pathlib.Path(folder), blocks[0].document)
         scripts = [block for block in blocks if block.language == "text"]
         if scripts:
             (shell.folder / "tour.txt").write_text(scripts[0].text + "\n", encoding="utf-8")
@@ -396,8 +396,9 @@ class Documents(unittest.TestCase):
         for block in self.list_blocks("sh", "console", "text", *FILES):
             if not is_listed(block):
                 documents[block.document].append(block)
+        longest_first = sorted(documents.values(), key=lambda blocks: -sum(block.text.count("\n") for block in blocks))
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as threads:
-            failures = list(threads.map(functools.partial(run_document, SHOW), documents.keys(), documents.values()))
+            failures = list(threads.map(functools.partial(run_document, SHOW), longest_first))
         self.assertEqual([failure for some in failures for failure in some], [])
 
     def test_files_are_used_by_commands(self):
@@ -421,7 +422,7 @@ class Failures(unittest.TestCase):
 
     def run_text(self, text):
         blocks = read_blocks("docs/some.md", text)
-        return find_unknown(blocks) or run_document(SHOW, "docs/some.md", blocks)
+        return find_unknown(blocks) or run_document(SHOW, blocks)
 
     def test_blocks_without_a_known_language(self):
         for language in ("", "text", "bash", "python"):
