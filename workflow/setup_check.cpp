@@ -22,7 +22,6 @@ namespace workflow {
 namespace {
 
 using diagnostics::Diagnostic;
-using diagnostics::Severity;
 
 /// What an item of /proc/cpuinfo says of the first processor; empty where the system does not say.
 std::string read_processor(const std::string& name) {

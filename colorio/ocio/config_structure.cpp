@@ -35,7 +35,7 @@ std::string lower_case(std::string text) {
 /// Looks at the parts of a config in turn; the first error stays.
 class StructureCheck {
 public:
-    explicit StructureCheck(YAML::Node config) : config_(std::move(config)) {}
+    explicit StructureCheck(const YAML::Node& config) : config_(config) {}
 
     std::optional<YamlError> run() {
         if (!config_.IsMap() || !config_[VERSION_KEY])
