@@ -32,7 +32,7 @@ public:
         }
     }
 
-    /// The argument at the cursor; null if there are no more.
+    /// The argument at the cursor; null after the last one.
     const OptionDescription* find_argument() const {
         std::size_t position = 0;
         for (const OptionDescription& option : command->options)

@@ -20,7 +20,7 @@ int main(int count, char* arguments[]) {
             return EXIT_SUCCESS;
         }
         prctl(PR_SET_NAME, "colorio"); // as the user started it
-        image::start_reader_server();  // first, while there are no threads
+        image::start_reader_server();  // first, before any thread starts
         const tool::InterruptWatch watch;
         watch.warn();
         return tool::run(words, std::cout, std::cerr, tool::detect_console_traits());

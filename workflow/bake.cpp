@@ -36,6 +36,20 @@ constexpr float LIMIT_TOLERANCE = 1e-3f;
 /// Levels of the shaper whose curve the 1D LUT samples: more than any format has.
 constexpr unsigned int CURVE_LEVELS = 65536;
 
+/// Removes the file when it is destroyed.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::string path) : path(std::move(path)) {}
+    ~TemporaryFile() {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const std::string path;
+};
+
 std::vector<float> remove_alpha(const std::vector<float>& rgba) {
     std::vector<float> rgb;
     for (std::size_t i = 0; i < rgba.size(); i += 4)
@@ -128,10 +142,7 @@ std::vector<float> LutBaking::convert(std::vector<float> rgba) const {
 }
 
 std::vector<float> LutBaking::make_curve() const {
-    std::vector<float> rgba;
-    for (const float level : make_even_levels(to_source ? CURVE_LEVELS : 0))
-        rgba.insert(rgba.end(), {level, level, level, 1.0f});
-    return remove_alpha(undo_shaper(std::move(rgba)));
+    return remove_alpha(undo_shaper(make_grays(make_even_levels(to_source ? CURVE_LEVELS : 0))));
 }
 
 std::vector<float> LutBaking::make_grid() const {
@@ -173,37 +184,34 @@ std::string LutBaking::make_text() {
 
 /// Of the LUT at `path`, read by OpenColorIO.
 void LutBaking::measure(const std::string& path) {
-    const std::vector<float> levels = make_color_grid(make_even_levels(COMPARED_EDGE));
-    const std::vector<float> inputs = undo_shaper(levels);
     ConversionRequest reading;
     reading.from = source;
     reading.steps = {{ColorStep::LUT, path}};
     const Conversion lut(session, reading);
+    const std::vector<float> ends = undo_shaper(make_grays({0, 1}));
     report.domain = fmt::format("0 to 1 in {}", shaper.empty() ? report.source : shaper);
     if (to_source)
-        report.domain += fmt::format(" ({:.4g} {:.4g} {:.4g} to {:.4g} {:.4g} {:.4g} in {})", inputs[0],
-                                     inputs[1], inputs[2], inputs[inputs.size() - 4],
-                                     inputs[inputs.size() - 3], inputs[inputs.size() - 2], source);
-    report.difference = compare(lut, levels);
-    std::vector<float> grays;
-    for (const float level : make_even_levels(COMPARED_GRAYS))
-        grays.insert(grays.end(), {level, level, level, 1.0f});
-    report.grays = compare(lut, grays);
+        report.domain += fmt::format(" ({:.4g} {:.4g} {:.4g} to {:.4g} {:.4g} {:.4g} in {})", ends[0],
+                                     ends[1], ends[2], ends[4], ends[5], ends[6], source);
+    report.difference = compare(lut, make_color_grid(make_even_levels(COMPARED_EDGE)));
+    report.grays = compare(lut, make_grays(make_even_levels(COMPARED_GRAYS)));
 }
 
 /// `levels` are colors of the shaper, or of the source where there is none.
 ColorDifference LutBaking::compare(const Conversion& lut, const std::vector<float>& levels) const {
     const std::vector<float> inputs = undo_shaper(levels);
-    std::vector<float> actual = inputs;
-    lut.apply(actual.data(), static_cast<unsigned int>(actual.size() / 4), 1);
-    return compare_colors(report.domain, inputs, convert(levels), actual);
+    const auto count = static_cast<unsigned int>(inputs.size() / 4);
+    std::vector<float> expected = inputs, actual = inputs;
+    conversion->apply(expected.data(), count, 1);
+    lut.apply(actual.data(), count, 1);
+    return compare_colors(report.domain, inputs, expected, actual);
 }
 
 /// What an average over all colors hides.
 void LutBaking::warn_of_errors() {
-    const std::vector<float> grid = make_grid();
+    const std::vector<float> grid = format.is_limited ? make_grid() : std::vector<float>{0};
     const auto [least, most] = std::minmax_element(grid.begin(), grid.end());
-    if (format.is_limited && (*least < -LIMIT_TOLERANCE || *most > 1 + LIMIT_TOLERANCE))
+    if (*least < -LIMIT_TOLERANCE || *most > 1 + LIMIT_TOLERANCE)
         report.notes.push_back(
             with_hint(diagnostics::make_file_warning(
                           Code::LUT_INEXACT,
@@ -233,21 +241,15 @@ void LutBaking::replace_file(const std::string& text) {
                           fmt::format("cannot bake '{}': no folder for temporary files", request.path),
                           "set XDG_CACHE_HOME to a folder that can be written");
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    const std::string trial =
-        fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), now.count(), format.extension);
-    std::error_code error;
     try {
-        write_text_file(trial, text);
-        measure(trial);
+        const TemporaryFile trial(
+            fmt::format("{}/{}.{}.{}", folder.get_data(), getpid(), now.count(), format.extension));
+        write_text_file(trial.path, text);
+        measure(trial.path);
     } catch (const diagnostics::Failure& failure) {
-        std::filesystem::remove(trial, error);
         throw diagnostics::Failure(add_context(fmt::format("cannot bake '{}'", request.path),
                                                failure.get_diagnostics(), Code::CONVERSION_IMPOSSIBLE));
-    } catch (...) {
-        std::filesystem::remove(trial, error);
-        throw;
     }
-    std::filesystem::remove(trial, error);
     write_text_file(request.path, text);
 }
 

@@ -5,8 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <fmt/format.h>
-
 namespace workflow {
 
 namespace {
@@ -62,6 +60,13 @@ std::string describe_incomparable(const ColorDifference& difference) {
         return "";
     return fmt::format("{} {} finite in only one of the two", difference.incomparable,
                        difference.incomparable == 1 ? "color is" : "colors are");
+}
+
+std::vector<float> make_grays(const std::vector<float>& levels) {
+    std::vector<float> rgba;
+    for (const float level : levels)
+        rgba.insert(rgba.end(), {level, level, level, 1.0f});
+    return rgba;
 }
 
 std::vector<float> make_color_grid(const std::vector<float>& levels) {

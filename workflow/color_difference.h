@@ -31,6 +31,9 @@ ColorDifference compare_colors(const std::string& colors, const std::vector<floa
 /// "12 colors are finite in only one of the two"; empty when there are none.
 std::string describe_incomparable(const ColorDifference& difference);
 
+/// A gray for each level, opaque.
+std::vector<float> make_grays(const std::vector<float>& levels);
+
 /// Every combination of the levels, red fastest, opaque.
 std::vector<float> make_color_grid(const std::vector<float>& levels);
 

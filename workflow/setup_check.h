@@ -9,7 +9,8 @@ namespace workflow {
 /// these options. What is broken is a problem of an item; throws nothing else than std::bad_alloc.
 SetupReport examine_setup(const SessionOptions& options);
 
-/// The libraries that read images and OpenGL. Crashes with them: to be called in a process of its own.
+/// The libraries that read images and OpenGL. A crash of a library ends the process: call it in a separate
+/// one.
 SetupReport examine_images();
 
 } // namespace workflow

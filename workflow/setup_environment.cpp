@@ -39,9 +39,8 @@ bool is_relevant(const std::string& name) {
 
 Problem find_problem(const std::string& name, const std::string& value) {
     if (begins_with(name, OWN_PREFIX) && !contains(OWN, name))
-        return with_hint(
-            make_warning(Code::USAGE, fmt::format("{} has no effect: there is no such variable", name)),
-            did_you_mean(name, OWN));
+        return with_hint(make_warning(Code::USAGE, fmt::format("{} has no effect: unknown variable", name)),
+                         did_you_mean(name, OWN));
     if (name == "COLORIO_FAST_PATH" && value == "0")
         return with_hint(
             make_warning(Code::USAGE, "the SIMD code is disabled; conversions are several times slower"),

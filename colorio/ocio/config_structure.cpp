@@ -39,8 +39,8 @@ public:
 
     std::optional<YamlError> run() {
         if (!config_.IsMap() || !config_[VERSION_KEY])
-            return make_error(config_,
-                              std::string("it is no OCIO config: the key ") + VERSION_KEY + " is missing");
+            return make_error(config_, std::string("it is not an OCIO config: the key ") + VERSION_KEY +
+                                           " is missing");
         for (const char* key : MAPS)
             require(key, &YAML::Node::IsMap, "a map");
         for (const char* key : COLOR_SPACE_LISTS)

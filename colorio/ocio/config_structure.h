@@ -7,9 +7,9 @@
 
 namespace ocio {
 
-/// The first error of structure in the config file at `path`: that it is no map with a version, that the
-/// value of a key is no map or no list where one is needed, that a color space has no name or the name of
-/// another one. Nothing when there is none, or an error of syntax.
+/// The first error of structure in the config file at `path`: the root is not a map with a version, the value
+/// of a key is not the map or list that it must be, a color space lacks a name, or two have the same one.
+/// Nothing for a file without such an error and for one with an error of syntax.
 std::optional<YamlError> find_structure_error(const std::string& path);
 
 } // namespace ocio

@@ -98,7 +98,7 @@ TEST(Completion, NamesTheKindOfTheValue) {
     EXPECT_EQ(find_kind({"convert"}, "--from=l"), ValueKind::COLOR_SPACE);
     EXPECT_EQ(find_kind({"convert", "-o"}), ValueKind::FOLDER);
     EXPECT_EQ(find_kind({"convert", "--from", "a"}), ValueKind::FILE) << "the first argument";
-    EXPECT_EQ(find_kind({"convert", "a.exr", "b.exr"}), ValueKind::OTHER) << "there is no third";
+    EXPECT_EQ(find_kind({"convert", "a.exr", "b.exr"}), ValueKind::OTHER) << "convert takes two";
     EXPECT_EQ(find_kind({"explain", "a"}), ValueKind::COLOR_SPACE);
     EXPECT_EQ(find_kind({"view", "a", "b", "c"}), ValueKind::FILE);
     EXPECT_EQ(find_kind({"cdl", "add"}), ValueKind::OTHER) << "a new name";

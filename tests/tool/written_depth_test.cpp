@@ -113,6 +113,13 @@ TEST_F(WrittenDepth, ThatTheFormatDoesNotSupportIsRefusedWithThoseThatItDoes) {
     EXPECT_EQ(count_files(), 1u);
 }
 
+TEST_F(WrittenDepth, OfJpeg2000IsReportedAsItIsWritten) {
+    write_flat("in.exr", OIIO::TypeHalf, 0.25f, 8);
+    for (const char* depth : {"uint10", "uint12", "uint16"})
+        EXPECT_THAT(copy("in.exr", "out.jp2", {"-d", depth}).out,
+                    HasSubstr(std::string(", 8 x 8 ") + depth + ","));
+}
+
 TEST_F(WrittenDepth, OfASequenceIsRefusedOnce) {
     write_flat("in.1.exr", OIIO::TypeHalf, 0.5f);
     write_flat("in.2.exr", OIIO::TypeHalf, 0.5f);

@@ -22,7 +22,7 @@ protected:
 };
 
 TEST_F(ConfigStructure, NeedsAMapWithAVersion) {
-    const std::string reason = "it is no OCIO config: the key ocio_profile_version is missing";
+    const std::string reason = "it is not an OCIO config: the key ocio_profile_version is missing";
     for (const char* text : {"", "hello", "- ocio_profile_version: 1\n", "colorspaces: []\n"})
         EXPECT_EQ(find(text), "1:1: " + reason) << text;
     EXPECT_EQ(find("# a comment\n\n  colorspaces: []\n"), "3:3: " + reason);
@@ -37,7 +37,7 @@ TEST_F(ConfigStructure, NeedsMapsAndListsWhereTheyBelong) {
     EXPECT_EQ(find(start + "colorspaces:\n  lin: {}\n"), "3:3: the value of colorspaces must be a list");
     EXPECT_EQ(find(start + "display_colorspaces: none\n"),
               "2:22: the value of display_colorspaces must be a list");
-    EXPECT_EQ(find(start + "roles:\ndisplays: {}\ncolorspaces: ~\n"), "") << "nothing is no error";
+    EXPECT_EQ(find(start + "roles:\ndisplays: {}\ncolorspaces: ~\n"), "") << "an empty value is allowed";
 }
 
 TEST_F(ConfigStructure, NeedsANameOfItsOwnForEachColorSpace) {

@@ -51,6 +51,15 @@ TEST_F(BakeVersionTwo, AShaperSpacesTheLutForALinearSource) {
     }
 }
 
+TEST_F(BakeVersionTwo, AShaperThatLosesShadowsIsAWarning) {
+    EXPECT_THAT(
+        bake("a.cube",
+             {"--from", "linear", "--view", "Monitor.Film", "--shaper", "log", "--shaper-size", "16"})
+            .err,
+        AllOf(HasSubstr("warning: grays differ by up to "),
+              HasSubstr("hint: the 1D LUT has even steps in the source, which are too wide for shadows")));
+}
+
 /// The shapers have the primaries of "lin" but for a rounding error, and others.
 constexpr char PRIMARIES[] = R"(ocio_profile_version: 2
 roles: {scene_linear: lin, default: lin}
